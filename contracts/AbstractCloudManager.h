@@ -1,0 +1,116 @@
+#pragma once
+
+#include <contracts/Export.h>
+#include <contracts/FileInfo.h>
+
+#include <QList>
+#include <QObject>
+#include <QSize>
+#include <QString>
+
+#include <memory>
+
+namespace Norlis::PDF::Cloud {
+
+/// Everything that an editor does with the cloud, as asynchronous requests.
+///
+/// Life cycle of a request: its "Started" signal, where there is one, is emitted from inside the operation; then the request
+/// ends in exactly one of its closing signals (Finished, Error, Canceled). A refusal by the service is reported from inside
+/// the operation as well, every other end comes from the event loop. A request made while signed out ends in
+/// AuthorizationRequired alone. Destroying the manager cancels its requests and emits nothing.
+///
+/// Slots may do anything: delete the manager, cancel, start other requests. Belongs to the thread that constructs it. The
+/// order of the virtual operations is part of the binary interface.
+class NORLIS_CONTRACTS_EXPORT AbstractCloudManager : public QObject {
+    Q_OBJECT
+
+public:
+    AbstractCloudManager();
+    ~AbstractCloudManager() override;
+
+    /// Signs in; ends in AuthorizationCompleted or AuthorizationFailed.
+    virtual void Authorization(const QString& token) = 0;
+
+    /// Signs out at once; requests that are running go on.
+    virtual void Logout() = 0;
+
+    /// Sends the local copy of a record and replaces the cloud document of the record's id. Throws std::exception for a null
+    /// record.
+    virtual void Upload(const std::shared_ptr<FileInfo>& file) = 0;
+
+    /// Sends a local file as a new document.
+    virtual void Upload(const QString& path) = 0;
+    virtual void Upload(const QList<QString>& paths) = 0;
+
+    /// Fetches a document into a folder, under its cloud name. The record is given the target path as soon as the request
+    /// runs. Throws std::exception for a null record.
+    virtual void Download(const std::shared_ptr<FileInfo>& file, const QString& directory) = 0;
+    virtual void Download(const QList<std::shared_ptr<FileInfo>>& files, const QString& directory) = 0;
+
+    /// Fetches the cloud's documents, and three previews of each. Does nothing while a transfer runs.
+    virtual void RetrieveFilesList() = 0;
+
+    /// Deletes the cloud document; local files stay. Throws std::exception for a null record.
+    virtual void RemoveFile(const std::shared_ptr<FileInfo>& file) = 0;
+
+    /// Gives up the first running upload of the path; nothing happens when there is none.
+    virtual void CancelUploading(const QString& path) = 0;
+
+    /// Gives up the first running download of the record's id and deletes the file at the record's local path; nothing
+    /// happens when there is none. Throws std::exception for a null record.
+    virtual void CancelDownloading(const std::shared_ptr<FileInfo>& file) = 0;
+
+    /// Fetches the used and the available storage.
+    virtual void UserQuota() = 0;
+
+    /// Fetches a picture of the document that fits into a box, in pixels, and stores it as a PNG file in the folder for
+    /// temporary files. Throws std::exception for a null record.
+    virtual void RetrieveFilePreview(const std::shared_ptr<FileInfo>& file, FileInfo::PreviewSize previewSize,
+                                     const QSize& size) = 0;
+
+signals:
+    /// A request was made while signed out; it was not sent.
+    void AuthorizationRequired();
+    void AuthorizationCompleted();
+    void AuthorizationFailed();
+    void LoggedOut();
+
+    void RetrievingFilesListStarted();
+    /// One new record per cloud document, in the cloud's order; previews follow one by one.
+    void RetrievingFilesListFinished(const QList<std::shared_ptr<FileInfo>>& files);
+    void RetrievingFilesListErrorRequested(const QString& message);
+    void RetrievingFilesListCanceled();
+
+    void UploadingStarted(const QString& path);
+    void UploadingProgressValueChanged(const QString& path, int value);
+    /// A new record of the uploaded document, with its local copy.
+    void UploadingFinished(const std::shared_ptr<FileInfo>& file);
+    void UploadingFileRequestError(const QString& path, const QString& message);
+    void UploadingCanceled(const QString& path);
+
+    void DownloadingStarted(const std::shared_ptr<FileInfo>& file);
+    void DownloadingProgressValueChanged(const std::shared_ptr<const FileInfo>& file, int value);
+    /// A copy of the record. Its local hash is that of what stood at the target when the download began.
+    void DownloadingFinished(const std::shared_ptr<const FileInfo>& file);
+    void DownloadingFileRequestError(const std::shared_ptr<const FileInfo>& file, const QString& message);
+    void DownloadingCanceled(const std::shared_ptr<const FileInfo>& file);
+
+    void RemoveFileFinished(const std::shared_ptr<FileInfo>& file);
+    void RemovingFileError(const std::shared_ptr<const FileInfo>& file, const QString& message);
+
+    void RetrieveFilePreviewStarted(const std::shared_ptr<FileInfo>& file, FileInfo::PreviewSize previewSize);
+    /// The picture is stored and its path is set in the record's cloud part.
+    void RetrieveFilePreviewFinished(const std::shared_ptr<FileInfo>& file, FileInfo::PreviewSize previewSize);
+    void RetrieveFilePreviewError(const std::shared_ptr<const FileInfo>& file, FileInfo::PreviewSize previewSize,
+                                  const QString& message);
+    void RetrieveFilePreviewCanceled(const std::shared_ptr<const FileInfo>& file);
+
+    void RetrievingUserQuotaStarted();
+    /// The two figures of the service, in its unit; the low 32 bits of each.
+    void RetrievingUserQuotaFinished(int used, int total);
+    void RetrievingUserQuotaErrorRequested(const QString& message);
+    void RetrievingUserQuotaCanceled();
+};
+
+} // namespace Norlis::PDF::Cloud
+

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <contracts/Export.h>
+#include <contracts/FileInfo.h>
+
+#include <QDateTime>
+#include <QImage>
+#include <QMap>
+#include <QObject>
+#include <QStringList>
+#include <QVariant>
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace Norlis::PDF {
+
+/// A list of documents that the editor's views read by index and that tells them by signals what changed.
+///
+/// Belongs to the thread that constructs it; signals are emitted from inside the operation that causes them. The order of the
+/// virtual operations is part of the binary interface.
+class NORLIS_CONTRACTS_EXPORT AbstractFileManager : public QObject {
+    Q_OBJECT
+
+public:
+    AbstractFileManager();
+    ~AbstractFileManager() override;
+
+    /// Offers a loader for images that a view asks for by name.
+    virtual void SetImageGetCallback(const std::function<QImage(const QString&)>& callback) = 0;
+
+    /// The id of the first document whose local copy is at the path; empty when there is none.
+    virtual std::string GetIdByPath(const ioPath& path) const = 0;
+
+    /// Puts a record, shared with the caller, at the front. Throws std::exception for a null record.
+    virtual void Add(const std::shared_ptr<FileInfo>& file) = 0;
+
+    /// Takes the first record of the same id out. Throws std::exception for a null record.
+    virtual void Remove(const std::shared_ptr<FileInfo>& file) = 0;
+
+    virtual void Rename(const QStringList& ids, const QString& name) = 0;
+    virtual void Clear() = 0;
+
+    /// Merges newer content into the held record of the same id. A null record or an unknown id is ignored; a record without
+    /// a cloud part throws std::bad_optional_access.
+    virtual void Update(const std::shared_ptr<const FileInfo>& file) = 0;
+
+    virtual int FilesCount() const = 0;
+
+    /// Most documents that the list may hold; 0 for no limit.
+    virtual int Limit() const = 0;
+
+    /// An independent copy of the first record of the id; null when there is none.
+    virtual std::shared_ptr<FileInfo> GetFileInfo(const QString& id) const = 0;
+
+    // An index that the list does not have gives the empty value of the type, and 4 as the state.
+    virtual QString GetDocumentName(int index) const = 0;
+
+    /// Preview images by the name of their size, each a file URL.
+    virtual QMap<QString, QVariant> GetPreviewsSet(int index) const = 0;
+
+    virtual QString GetDocumentId(int index) const = 0;
+    virtual QString GetDocumentPath(int index) const = 0;
+    virtual QDateTime GetModifiedDateTime(int index) const = 0;
+
+    /// FileInfo::CloudStatus as a number.
+    virtual int GetDocumentState(int index) const = 0;
+
+    /// Bytes, of the local copy or else of the cloud copy; the low 32 bits of the count.
+    virtual int GetFileSize(int index) const = 0;
+
+signals:
+    void FileAdded();
+    void FileAdded(const std::shared_ptr<FileInfo>& file);
+    void FileRemoved();
+    void FileRemoved(const std::shared_ptr<const FileInfo>& file);
+    void FileUpdated(int index);
+    void FileUpdated(const std::string& id);
+};
+
+} // namespace Norlis::PDF

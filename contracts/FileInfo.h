@@ -1,0 +1,150 @@
+#pragma once
+
+#include <contracts/Export.h>
+#include <contracts/ioPath.h>
+
+#include <QDateTime>
+#include <QMetaType>
+#include <QUrl>
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace Norlis::PDF {
+
+/// One document: its local copy and, where the cloud knows it, its cloud part.
+///
+/// Records are shared by std::shared_ptr between the editor and the library and belong to the thread of their owner; nothing
+/// is locked. Most getters are not const: that is the shape of the editor's own record, which this one stands for.
+class NORLIS_CONTRACTS_EXPORT FileInfo {
+public:
+    /// Sizes of preview images, ascending. The numbers are stored and must not change.
+    enum class PreviewSize { Small = 0, Medium = 1, Large = 2 };
+
+    /// How the local copy and the cloud copy stand to each other. Read as a number by the editor.
+    enum class CloudStatus {
+        OnlyInCloud = 0,      ///< no local copy, or none that could be read
+        InSync = 1,           ///< both copies have the same content
+        ChangedLocally = 2,   ///< only the local copy changed since the last synchronisation
+        ChangedInCloud = 3,   ///< only the cloud copy changed since the last synchronisation
+        NoSuchDocument = 4,   ///< never a record's status: what a list answers for an index that it does not have
+        NotUploaded = 5,      ///< no cloud part
+        ChangedOnBothSides = 6, ///< the copies differ, and not by the change of one side alone
+    };
+
+    /// What the cloud knows of a document. A plain value.
+    class NORLIS_CONTRACTS_EXPORT CloudInfo {
+    public:
+        /// \param id        the document's id in the cloud, UTF-8
+        /// \param fileName  its name in the cloud, UTF-8
+        /// \param size      bytes
+        /// \param lifeTime  seconds for which the cloud keeps the document
+        /// \param md5Hash   MD5 of the cloud copy as text; empty when the cloud gives none
+        CloudInfo(const std::string& id, const std::string& fileName, quint64 size, bool isPrivate,
+                  const QUrl& downloadUrl, const QDateTime& createdAt, const QDateTime& modifyTime, int lifeTime,
+                  const std::string& md5Hash);
+
+        std::string GetId() const;
+        std::string GetFileName();
+        quint64 GetSize() const;
+        bool IsPrivate() const;
+        QUrl GetDownloadUrl();
+        QDateTime GetCreatedAt();
+        QDateTime GetModifyTime();
+        int GetLifeTime() const;
+        std::string GetMd5Hash();
+
+        /// Local files that hold the preview images, by size.
+        std::map<PreviewSize, ioPath> GetPreviewsSet();
+        void SetPreviewsSet(const std::map<PreviewSize, ioPath>& previews);
+        void SetPreviewPathBySize(const ioPath& path, PreviewSize size);
+
+    private:
+        friend NORLIS_CONTRACTS_EXPORT bool operator==(const CloudInfo& left, const CloudInfo& right);
+
+        std::string id;
+        std::string fileName;
+        quint64 size;
+        bool isPrivate;
+        QUrl downloadUrl;
+        QDateTime createdAt;
+        QDateTime modifyTime;
+        int lifeTime;
+        std::string md5Hash;
+        std::map<PreviewSize, ioPath> previews;
+    };
+
+    /// A document known from the cloud, with no local copy yet.
+    FileInfo(const CloudInfo& cloudInfo);
+
+    /// A document that exists only locally. Its id is empty until a cloud part brings one.
+    FileInfo(const ioPath& path, const std::string& md5Hash);
+
+    FileInfo(const FileInfo&) = default;
+    FileInfo& operator=(const FileInfo&) = default;
+    virtual ~FileInfo();
+
+    /// The cloud id, UTF-8. It stays when the cloud part is taken away.
+    std::string GetId();
+
+    /// The local copy; empty when there is none.
+    ioPath GetPath();
+
+    /// Sets the local copy and its hash, and reads its size from disk (0 when there is no such file). An empty path clears
+    /// path, size and hash. The cloud hash of the last synchronisation stays.
+    void SetPath(const ioPath& path, const std::string& md5Hash);
+
+    /// As above, and sets the cloud hash of the last synchronisation.
+    void SetPath(const ioPath& path, const std::string& md5Hash, const std::string& cloudHashBeforeChange);
+
+    /// Size of the local copy in bytes, as of SetPath; 0 when none is known.
+    quint64 GetSize() const;
+
+    /// MD5 of the local copy as text.
+    std::string GetMd5Hash();
+
+    /// MD5 of the cloud copy when the two copies were last the same.
+    std::string GetCloudHashBeforeChange();
+
+    /// A copy of the cloud part.
+    std::optional<const CloudInfo> GetCloudInfo();
+
+    /// The cloud part itself, to change it in place or to take it away.
+    std::optional<CloudInfo>& GetRedactableCloudInfo();
+
+    /// Replaces the cloud part by newer data. Previews of sizes that the newer data does not bring are kept. A record that
+    /// has no id yet takes the cloud part's. True when anything changed.
+    bool UpdateCloudInfo(const CloudInfo& newer);
+
+    /// Derived from the hashes, the path and the cloud part at each call.
+    CloudStatus GetCloudStatus();
+
+    bool IsSyncingInProgress() const;
+    void SetIsSyncingInProgress(bool inProgress);
+
+    /// Previews that belong to the record rather than to its cloud part.
+    std::map<PreviewSize, ioPath> GetPreviewsSet();
+    void SetPreviewsSet(const std::map<PreviewSize, ioPath>& previews);
+
+    /// "small", "medium" or "large"; empty for any other value.
+    static std::string previewSizetoString(PreviewSize size);
+
+private:
+    std::string id;
+    std::optional<CloudInfo> cloudInfo;
+    ioPath path;
+    quint64 size = 0;
+    std::string md5Hash;
+    std::string cloudHashBeforeChange;
+    bool syncingInProgress = false;
+    std::map<PreviewSize, ioPath> previews;
+};
+
+} // namespace Norlis::PDF
+
+Q_DECLARE_METATYPE(std::shared_ptr<Norlis::PDF::FileInfo>)
+Q_DECLARE_METATYPE(std::shared_ptr<const Norlis::PDF::FileInfo>)
+Q_DECLARE_METATYPE(Norlis::PDF::FileInfo::PreviewSize)
+Q_DECLARE_METATYPE(std::string)

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <contracts/ICloudAccountSettings.h>
+
+#include <QSettings>
+#include <QString>
+#include <QUrl>
+
+namespace Norlis::Host {
+
+/// The user's cloud account: which service, how often to refresh, and the token that signs in.
+///
+/// Settings stand in `settings.ini`; tokens stand apart, one file per service, readable for the user alone.
+class CloudAccountSettings : public PDF::Settings::ICloudAccountSettings {
+public:
+    /// \param folder created when missing, private to the user. Throws std::runtime_error when it cannot be used.
+    explicit CloudAccountSettings(const QString& folder);
+
+    bool IsAutoRefreshEnabled() override;
+
+    /// Milliseconds; at least one second, whatever the file says.
+    int GetAutoRefreshInterval() override;
+    void SetAutoRefresh(bool enabled, int intervalMilliseconds);
+
+    /// The service that was signed in to last; empty when there is none.
+    QUrl ServiceUrl() const;
+    void SetServiceUrl(const QUrl& url);
+
+    /// Empty when nobody is signed in to the service.
+    QString Token(const QUrl& service) const;
+
+    /// Throws std::runtime_error when the token cannot be stored safely.
+    void SetToken(const QUrl& service, const QString& token);
+    void ForgetToken(const QUrl& service);
+
+    /// A folder of its own for the data of one service, inside the settings' folder.
+    QString ServiceFolder(const QUrl& service) const;
+
+private:
+    QString TokenFile(const QUrl& service) const;
+
+    QString folder;
+    QSettings settings;
+};
+
+} // namespace Norlis::Host

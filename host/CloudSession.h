@@ -1,0 +1,119 @@
+#pragma once
+
+#include <contracts/AbstractCloudManager.h>
+#include <contracts/AbstractFileManager.h>
+#include <contracts/ICloudAccountSettings.h>
+#include <contracts/ICloudProtocol.h>
+#include <contracts/OAuth2.h>
+
+#include <QObject>
+#include <QStringList>
+
+#include <memory>
+
+namespace Norlis::Host {
+
+/// Why something failed, ready to be shown.
+struct CloudProblem {
+    enum class Request { SignIn, List, Upload, Download, Remove, Preview, Quota, Save };
+
+    Request request = Request::List;
+    QString subject; ///< the local path of an upload, the document's id of a download, removal or preview; else empty
+    QString message; ///< the library's fixed text
+    Social::OAuth2::Failure cause; ///< what the service said; its texts are empty when it said nothing
+};
+
+/// What an editor is to the library: owns the record store, the file list, the cloud manager and its protocol, and puts what
+/// the cloud manager reports into the file list.
+///
+/// The two managers never meet, so the session takes care of what falls between them. A fresh record of a files list knows
+/// nothing of the local copy: the session completes it from the held record before it merges the two. Documents that are gone
+/// from the cloud leave the list. Downloads arrive in a folder of their own and are moved to their place when they are whole,
+/// because cancelling a download deletes the file at its target. Files are hashed ahead of time on another thread, because
+/// the library asks for hashes on the event loop.
+///
+/// Lives on one thread with an event loop. Destroying the session cancels what is running, saves the list and emits nothing.
+class CloudSession : public QObject {
+    Q_OBJECT
+
+public:
+    /// \param dataFolder where the records, hashes and previews of this service are kept; created when missing, private to
+    ///                   the user
+    /// \param authInfo   the service; `cacheFolder` and `onFailure` are set by the session
+    /// \param settings   automatic refresh
+    /// Throws std::runtime_error, with a text for the user, when the records cannot be read, and std::invalid_argument when
+    /// there is no such service.
+    CloudSession(const QString& dataFolder, const Social::OAuth2::AuthInfo& authInfo,
+                 const std::shared_ptr<PDF::Settings::ICloudAccountSettings>& settings);
+
+    /// As above, over another protocol; onFailure() tells the session why a request failed.
+    CloudSession(const QString& dataFolder, const std::shared_ptr<PDF::Cloud::ICloudProtocol>& protocol,
+                 const std::shared_ptr<PDF::Settings::ICloudAccountSettings>& settings);
+    ~CloudSession() override;
+
+    /// The list, for views. Change it through the session only.
+    PDF::AbstractFileManager& Documents();
+
+    /// The cloud manager, for its signals (progress, sign-in, quota) and for requests that need no bridge.
+    PDF::Cloud::AbstractCloudManager& Cloud();
+
+    /// The protocol, for what the cloud manager does not offer (user name and picture).
+    PDF::Cloud::ICloudProtocol& Protocol();
+
+    bool IsSignedIn();
+
+    /// Sends local files as new documents; each ends in DocumentUploaded, UploadCanceled or Failed.
+    void Upload(const QStringList& paths);
+
+    /// Sends the local copy of a document and replaces the cloud copy.
+    void UploadChanges(const QString& id);
+
+    /// Fetches a document into a folder; ends in DocumentDownloaded, DownloadCanceled or Failed. A file of that name which
+    /// stands there already is replaced only if it is the document's own local copy and has not been changed; otherwise the
+    /// download fails and leaves it alone.
+    void Download(const QString& id, const QString& folder);
+
+    void CancelUpload(const QString& path);
+    void CancelDownload(const QString& id);
+
+    /// Deletes a document from the cloud; ends in DocumentRemoved or Failed. Its local copy stays.
+    void Remove(const QString& id);
+
+    /// Fetches the three previews of a document; each ends in PreviewStored or Failed.
+    void FetchPreviews(const QString& id);
+
+    /// Fetches the list; ends in ListRefreshed or Failed. Skipped without a signal while a transfer runs.
+    void Refresh();
+
+    /// Writes the list to disk now and closes the store, as destruction does, but reports what went wrong: throws
+    /// std::runtime_error. Nothing else may be called afterwards.
+    void SaveAndClose();
+
+    /// To be called by the protocol's failure observer.
+    void NoteFailure(const Social::OAuth2::Failure& failure);
+
+signals:
+    /// The list is up to date. Ids of documents that are new, have changed in the cloud, and are gone from it.
+    void ListRefreshed(const QStringList& added, const QStringList& changed, const QStringList& removed);
+
+    void DocumentUploaded(const QString& path, const QString& id);
+    void UploadCanceled(const QString& path);
+
+    /// \param path the document's final place
+    void DocumentDownloaded(const QString& id, const QString& path);
+    void DownloadCanceled(const QString& id);
+    void DocumentRemoved(const QString& id);
+
+    /// \param size one of "small", "medium", "large"; \param path a PNG file
+    void PreviewStored(const QString& id, const QString& size, const QString& path);
+
+    void Failed(const Norlis::Host::CloudProblem& problem);
+
+private:
+    class Private;
+    std::unique_ptr<Private> d;
+};
+
+} // namespace Norlis::Host
+
+Q_DECLARE_METATYPE(Norlis::Host::CloudProblem)

@@ -1,0 +1,340 @@
+#include <NorlisCloud/NorlisCloudFilesManager.h>
+
+#include <NorlisCloud/StoredNumber.h>
+
+#include <QPointer>
+#include <QUrl>
+
+#include <glog/logging.h>
+
+#include <algorithm>
+
+namespace Norlis::PDF::Cloud {
+
+namespace {
+
+using Fields = std::map<std::string, std::string>;
+
+namespace Key {
+constexpr auto filePath = "file_path";
+constexpr auto localFileHash = "local_file_hash";
+constexpr auto fileHash = "file_hash";
+constexpr auto lastSyncFileHash = "last_sync_file_hash";
+constexpr auto fileName = "file_name";
+constexpr auto isPrivate = "is_private";
+constexpr auto downloadUrl = "download_url";
+constexpr auto createdAt = "created_at";
+constexpr auto modifiedTime = "modified_time"; // read, but never written
+constexpr auto lifetime = "lifetime_in_sec";
+constexpr auto cloudSize = "cloud_size";
+constexpr auto previewPath = "preview_path";
+} // namespace Key
+
+constexpr auto previewSeparator = ';';
+
+// What GetDocumentState answers for a record that there is not.
+constexpr int noSuchDocument = 4;
+
+/// The getters of a record are not declared const, although they change nothing.
+FileInfo& Readable(const FileInfo& record)
+{
+    return const_cast<FileInfo&>(record);
+}
+
+/// Empty when the key is missing.
+std::string Text(const Fields& fields, const char* key)
+{
+    const auto field = fields.find(key);
+    return field == fields.end() ? std::string() : field->second;
+}
+
+QDateTime StoredTime(const Fields& fields, const char* key)
+{
+    return QDateTime::fromString(QString::fromStdString(Text(fields, key)), Qt::TextDate);
+}
+
+/// Whether a stored number is there and not 0.
+bool IsNonZero(const Fields& fields, const char* key)
+{
+    const auto field = fields.find(key);
+    return field != fields.end() && StoredInt(field->second) != 0;
+}
+
+FileInfo::CloudInfo CloudInfoOf(const std::string& id, const Fields& fields)
+{
+    // Read one after the other, so that of two malformed numbers always the same one is reported.
+    const auto sizeText = fields.find(Key::cloudSize);
+    const quint64 size = sizeText == fields.end() ? 0 : StoredUnsigned(sizeText->second);
+    const bool isPrivate = IsNonZero(fields, Key::isPrivate);
+    const int lifetime = IsNonZero(fields, Key::lifetime) ? 1 : 0; // the number of seconds is not restored
+    const QUrl downloadUrl(QString::fromStdString(Text(fields, Key::downloadUrl)), QUrl::TolerantMode);
+    return FileInfo::CloudInfo(id, Text(fields, Key::fileName), size, isPrivate, downloadUrl,
+                               StoredTime(fields, Key::createdAt), StoredTime(fields, Key::modifiedTime), lifetime,
+                               Text(fields, Key::fileHash));
+}
+
+} // namespace
+
+NorlisCloudFilesManager::NorlisCloudFilesManager(const std::shared_ptr<ICloudInfoStorage>& cloudInfoStorage,
+                                                 const std::shared_ptr<IFileSystem>& fileSystem,
+                                                 const std::shared_ptr<IHashCalculator>& hashCalculator)
+    : cloudInfoStorage(cloudInfoStorage), fileSystem(fileSystem), hashCalculator(hashCalculator)
+{
+    Load();
+}
+
+NorlisCloudFilesManager::~NorlisCloudFilesManager()
+{
+    Save();
+}
+
+void NorlisCloudFilesManager::SetImageGetCallback(const std::function<QImage(const QString&)>&) {}
+
+std::string NorlisCloudFilesManager::GetIdByPath(const ioPath& path) const
+{
+    const ioPath wanted = fileSystem->NormalizePath(path);
+    const auto found = std::find_if(files.begin(), files.end(), [&](const auto& file) {
+        return fileSystem->NormalizePath(file->GetPath()) == wanted;
+    });
+    return found == files.end() ? std::string() : (*found)->GetId();
+}
+
+void NorlisCloudFilesManager::Add(const std::shared_ptr<FileInfo>& file)
+{
+    if (!file) {
+        throw std::exception();
+    }
+    const auto added = file; // a slot may clear the caller's own pointer
+    const QPointer<NorlisCloudFilesManager> self(this);
+    files.push_front(added);
+    removedFileIds.erase(added->GetId());
+    emit FileAdded(added);
+    if (self) {
+        emit FileAdded();
+    }
+}
+
+void NorlisCloudFilesManager::Remove(const std::shared_ptr<FileInfo>& file)
+{
+    if (!file) {
+        throw std::exception();
+    }
+    const auto removed = file;
+    if (removed->GetRedactableCloudInfo()) {
+        cloudInfoStorage->RemoveRecord(removed->GetId());
+    }
+    if (!RemoveImpl(removed)) {
+        return;
+    }
+    const QPointer<NorlisCloudFilesManager> self(this);
+    emit FileRemoved(std::shared_ptr<const FileInfo>(removed));
+    if (self) {
+        emit FileRemoved();
+    }
+}
+
+void NorlisCloudFilesManager::Rename(const QStringList&, const QString&) {}
+
+void NorlisCloudFilesManager::Clear() {}
+
+void NorlisCloudFilesManager::Update(const std::shared_ptr<const FileInfo>& incoming)
+{
+    if (!incoming) {
+        return;
+    }
+    const auto found = FindById(Readable(*incoming).GetId());
+    if (found == files.end()) {
+        return;
+    }
+    const auto held = *found;
+    const int index = static_cast<int>(found - files.begin());
+    TryToUpdate(held, incoming);
+    const QPointer<NorlisCloudFilesManager> self(this);
+    emit FileUpdated(held->GetId());
+    if (self) {
+        emit FileUpdated(index);
+    }
+}
+
+int NorlisCloudFilesManager::FilesCount() const
+{
+    return static_cast<int>(files.size());
+}
+
+int NorlisCloudFilesManager::Limit() const
+{
+    return 0;
+}
+
+std::shared_ptr<FileInfo> NorlisCloudFilesManager::GetFileInfo(const QString& id) const
+{
+    const auto found = FindById(id.toStdString());
+    return found == files.end() ? nullptr : std::make_shared<FileInfo>(**found);
+}
+
+QString NorlisCloudFilesManager::GetDocumentName(int index) const
+{
+    const auto file = FindByIndex(index, __func__);
+    if (!file || !file->GetRedactableCloudInfo()) {
+        return {};
+    }
+    return QString::fromStdString(file->GetRedactableCloudInfo()->GetFileName());
+}
+
+QMap<QString, QVariant> NorlisCloudFilesManager::GetPreviewsSet(int index) const
+{
+    QMap<QString, QVariant> urls;
+    const auto file = FindByIndex(index, __func__);
+    const auto cloudInfo = file ? file->GetCloudInfo() : std::nullopt;
+    if (!cloudInfo) {
+        return urls;
+    }
+    for (auto& [size, path] : FileInfo::CloudInfo(*cloudInfo).GetPreviewsSet()) {
+        urls.insert(QString::fromStdString(FileInfo::previewSizetoString(size)),
+                    QUrl::fromLocalFile(QString::fromStdString(path.utf8string())));
+    }
+    return urls;
+}
+
+QString NorlisCloudFilesManager::GetDocumentId(int index) const
+{
+    const auto file = FindByIndex(index, __func__);
+    return file ? QString::fromStdString(file->GetId()) : QString();
+}
+
+QString NorlisCloudFilesManager::GetDocumentPath(int index) const
+{
+    const auto file = FindByIndex(index, __func__);
+    return file ? QString::fromStdString(file->GetPath().utf8string()) : QString();
+}
+
+QDateTime NorlisCloudFilesManager::GetModifiedDateTime(int index) const
+{
+    const auto file = FindByIndex(index, __func__);
+    const auto cloudInfo = file ? file->GetCloudInfo() : std::nullopt;
+    return cloudInfo ? FileInfo::CloudInfo(*cloudInfo).GetModifyTime() : QDateTime();
+}
+
+int NorlisCloudFilesManager::GetDocumentState(int index) const
+{
+    const auto file = FindByIndex(index, __func__);
+    return file ? static_cast<int>(file->GetCloudStatus()) : noSuchDocument;
+}
+
+int NorlisCloudFilesManager::GetFileSize(int index) const
+{
+    const auto file = FindByIndex(index, __func__);
+    if (!file) {
+        return 0;
+    }
+    if (file->GetSize() != 0) {
+        return static_cast<int>(file->GetSize());
+    }
+    const auto& cloudInfo = file->GetRedactableCloudInfo();
+    return cloudInfo ? static_cast<int>(cloudInfo->GetSize()) : 0;
+}
+
+void NorlisCloudFilesManager::Load()
+{
+    for (const auto& [id, fields] : cloudInfoStorage->ReadAll()) {
+        const auto file = std::make_shared<FileInfo>(CloudInfoOf(id, fields));
+        const ioPath path = fileSystem->NormalizePath(ioPath(Text(fields, Key::filePath)));
+        if (fileSystem->Exists(path)) {
+            file->SetPath(path, Text(fields, Key::localFileHash), Text(fields, Key::lastSyncFileHash));
+            // The file may have changed while nobody looked.
+            file->SetPath(path, hashCalculator->CalculateHash(path));
+
+            const auto previews = QString::fromStdString(Text(fields, Key::previewPath))
+                                      .split(previewSeparator, Qt::KeepEmptyParts, Qt::CaseSensitive);
+            if (previews.size() == 3) {
+                std::map<FileInfo::PreviewSize, ioPath> pathBySize;
+                for (int size = 0; size < previews.size(); ++size) {
+                    pathBySize[static_cast<FileInfo::PreviewSize>(size)] = ioPath(previews[size].toStdString());
+                }
+                file->GetRedactableCloudInfo()->SetPreviewsSet(pathBySize);
+            }
+        }
+        files.push_front(file);
+    }
+}
+
+void NorlisCloudFilesManager::Save()
+{
+    for (const auto& id : removedFileIds) {
+        cloudInfoStorage->RemoveRecord(id);
+    }
+    for (const auto& file : files) {
+        const std::string id = file->GetId();
+        const auto store = [&](const char* key, const std::string& value) {
+            cloudInfoStorage->SetValue(id, key, value);
+        };
+        auto& cloudInfo = file->GetRedactableCloudInfo().value();
+        if (!file->GetPath().empty()) {
+            store(Key::filePath, file->GetPath().utf8string());
+            store(Key::localFileHash, file->GetMd5Hash());
+        }
+        store(Key::fileHash, cloudInfo.GetMd5Hash());
+        store(Key::lastSyncFileHash, file->GetCloudHashBeforeChange());
+        store(Key::fileName, cloudInfo.GetFileName());
+        store(Key::isPrivate, cloudInfo.IsPrivate() ? "1" : "0");
+        store(Key::downloadUrl, cloudInfo.GetDownloadUrl().toString().toStdString());
+        store(Key::createdAt, cloudInfo.GetCreatedAt().toString(Qt::TextDate).toStdString());
+        store(Key::lifetime, std::to_string(cloudInfo.GetLifeTime()));
+        store(Key::cloudSize, std::to_string(cloudInfo.GetSize()));
+
+        std::string previews;
+        for (auto& [size, path] : cloudInfo.GetPreviewsSet()) {
+            previews += path.utf8string() + previewSeparator;
+        }
+        store(Key::previewPath, previews);
+    }
+}
+
+bool NorlisCloudFilesManager::RemoveImpl(const std::shared_ptr<FileInfo>& file)
+{
+    const auto found = FindById(file->GetId());
+    if (found == files.end()) {
+        return false;
+    }
+    removedFileIds.insert(file->GetId());
+    files.erase(found);
+    return true;
+}
+
+bool NorlisCloudFilesManager::TryToUpdate(const std::shared_ptr<FileInfo>& held,
+                                          const std::shared_ptr<const FileInfo>& incoming)
+{
+    FileInfo& newer = Readable(*incoming);
+    const bool cloudInfoChanged = held->UpdateCloudInfo(newer.GetCloudInfo().value());
+
+    const ioPath path = fileSystem->NormalizePath(newer.GetPath());
+    const std::string hash = hashCalculator->CalculateHash(path);
+    if (held->GetPath() != newer.GetPath() || held->GetMd5Hash() != hash) {
+        held->SetPath(path, hash);
+    }
+
+    const auto previews = newer.GetPreviewsSet();
+    if (!previews.empty() && previews != held->GetPreviewsSet()) {
+        held->SetPreviewsSet(previews);
+    }
+
+    held->SetIsSyncingInProgress(newer.IsSyncingInProgress());
+    return cloudInfoChanged;
+}
+
+std::deque<std::shared_ptr<FileInfo>>::const_iterator NorlisCloudFilesManager::FindById(const std::string& id) const
+{
+    return std::find_if(files.begin(), files.end(), [&](const auto& file) { return file->GetId() == id; });
+}
+
+std::shared_ptr<FileInfo> NorlisCloudFilesManager::FindByIndex(int index, const char* operation) const
+{
+    if (index >= 0 && static_cast<std::size_t>(index) < files.size()) {
+        return files[static_cast<std::size_t>(index)];
+    }
+    LOG(ERROR) << "Norlis::PDF::Cloud::NorlisCloudFilesManager::" << operation
+               << ": Invalid index requested: " << index << "; max index: " << files.size();
+    return nullptr;
+}
+
+} // namespace Norlis::PDF::Cloud

@@ -1,0 +1,642 @@
+#include <NorlisCloud/NorlisCloudManager.h>
+
+#include <contracts/NorlisCloudProtocol.h>
+
+#include <QDateTime>
+#include <QDir>
+#include <QFileInfo>
+#include <QPixmap>
+#include <QTimer>
+
+#include <glog/logging.h>
+
+#include <algorithm>
+#include <limits>
+#include <map>
+
+namespace Norlis::PDF::Cloud {
+
+using Social::NorlisCloudProtocol;
+using Social::NorlisCloudSharingResult;
+
+namespace {
+
+const auto applicationId = QStringLiteral("pdf");
+const auto apiVersion = QStringLiteral("2");
+const auto pdfMimeType = QStringLiteral("application/pdf");
+
+constexpr qint64 notStarted = -1;
+
+/// Edges of the square that a preview fits into, in pixels.
+const std::map<FileInfo::PreviewSize, int> previewPixelSizes = {
+    {static_cast<FileInfo::PreviewSize>(0), 40},
+    {static_cast<FileInfo::PreviewSize>(1), 100},
+    {static_cast<FileInfo::PreviewSize>(2), 191},
+};
+
+// The editor's record library may number more states; these two headers agree on this one.
+constexpr int neverUploaded = 5;
+
+constexpr auto noFurtherStep = [](qint64) {};
+
+QString IdOf(const std::shared_ptr<FileInfo>& file)
+{
+    return QString::fromStdString(file->GetId());
+}
+
+QString PreviewPath(const std::shared_ptr<FileInfo>& file, FileInfo::PreviewSize previewSize)
+{
+    return QDir::tempPath() + '/' + IdOf(file) + '_' +
+           QString::fromStdString(FileInfo::previewSizetoString(previewSize)) + ".png";
+}
+
+} // namespace
+
+NorlisCloudManager::NorlisCloudManager(const std::shared_ptr<ICloudProtocol>& protocol,
+                                       const std::shared_ptr<IHashCalculator>& hashCalculator,
+                                       const std::shared_ptr<IFileSystem>& fileSystem,
+                                       const std::shared_ptr<Settings::ICloudAccountSettings>& accountSettings)
+    : protocol(protocol),
+      hashCalculator(hashCalculator),
+      fileSystem(fileSystem),
+      self(this, [](NorlisCloudManager*) {})
+{
+    const auto refreshTimer = new QTimer(this);
+    if (accountSettings->IsAutoRefreshEnabled()) {
+        refreshTimer->start(accountSettings->GetAutoRefreshInterval());
+        connect(refreshTimer, &QTimer::timeout, this, &NorlisCloudManager::RetrieveFilesList);
+    }
+}
+
+NorlisCloudManager::~NorlisCloudManager()
+{
+    self.reset();
+    blockSignals(true);
+    const auto requests = activeRequests;
+    for (const qint64 id : requests) {
+        if (!requestsInCancellation.contains(id)) {
+            protocol->cancelOperation(id);
+        }
+        activeRequests.remove(id);
+        transfers.remove(id);
+    }
+}
+
+// Sign-in and sign-out
+
+void NorlisCloudManager::Authorization(const QString& token)
+{
+    if (token.isEmpty()) {
+        LOG(ERROR) << "Norlis::PDF::Cloud::NorlisCloudManager::" << __func__ << ": invalid token";
+        emit AuthorizationFailed();
+        return;
+    }
+    const auto fail = [this] {
+        LOG(ERROR) << "Auth failed";
+        emit AuthorizationFailed();
+    };
+    const QMap<QString, QString> fields = {
+        {NorlisCloudProtocol::API_VERSION, apiVersion},
+        {NorlisCloudProtocol::SSO_TOKEN, token},
+        {NorlisCloudProtocol::APP_ID_ON_CLOUD, applicationId},
+    };
+    Send(
+        [&](ICloudProtocol& cloud) {
+            return cloud.auth(fields, OnCompleted([this, fail](qint64, RequestResult result) {
+                if (result != Social::Success) {
+                    fail();
+                    return;
+                }
+                LOG(INFO) << "Auth completed";
+                emit AuthorizationCompleted();
+            }));
+        },
+        fail, noFurtherStep);
+}
+
+void NorlisCloudManager::Logout()
+{
+    if (IsLoggedIn()) {
+        protocol->logout();
+        emit LoggedOut();
+    }
+}
+
+bool NorlisCloudManager::IsLoggedIn()
+{
+    return protocol->loggedIn();
+}
+
+// Files list
+
+void NorlisCloudManager::RetrieveFilesList()
+{
+    if (!RequireLogin() || IsSyncInProgressWithCloud()) {
+        return;
+    }
+    if (!Emit(&NorlisCloudManager::RetrievingFilesListStarted)) {
+        return;
+    }
+    Send(
+        [&](ICloudProtocol& cloud) {
+            return cloud.retriveFileList({}, OnCompleted<QList<CloudFile>>(
+                                                 [this](qint64, RequestResult result, const QList<CloudFile>& files) {
+                                                     OnRetrieveFilesListCompleted(result, files);
+                                                 }));
+        },
+        [&] {
+            ReportError("Retrieve files information failed", &NorlisCloudManager::RetrievingFilesListErrorRequested);
+        },
+        noFurtherStep);
+}
+
+void NorlisCloudManager::OnRetrieveFilesListCompleted(RequestResult result, QList<CloudFile> cloudFiles)
+{
+    switch (result) {
+    case Social::Success: {
+        const std::weak_ptr<NorlisCloudManager> alive = self;
+        QList<std::shared_ptr<FileInfo>> files;
+        files.reserve(cloudFiles.size());
+        for (const auto& cloudFile : qAsConst(cloudFiles)) {
+            const auto file = std::make_shared<FileInfo>(FileInfo::CloudInfo(
+                cloudFile.id.toStdString(), cloudFile.name.toStdString(), static_cast<quint64>(cloudFile.size), true,
+                QUrl(), QDateTime::fromString(cloudFile.createdAt, Qt::ISODate),
+                QDateTime::fromString(cloudFile.modifiedAt, Qt::ISODate), std::numeric_limits<qint32>::max(),
+                cloudFile.md5Hash.toStdString()));
+            files.append(file);
+            for (const auto& [previewSize, edge] : previewPixelSizes) {
+                RetrieveFilePreview(file, previewSize, QSize(edge, edge));
+                if (alive.expired()) {
+                    return;
+                }
+            }
+        }
+        emit RetrievingFilesListFinished(files);
+        break;
+    }
+    case Social::Error:
+        ReportError("Files list request error", &NorlisCloudManager::RetrievingFilesListErrorRequested);
+        break;
+    case Social::Canceled:
+        LOG(INFO) << "Files list request canceled";
+        emit RetrievingFilesListCanceled();
+        break;
+    }
+}
+
+// Upload
+
+void NorlisCloudManager::Upload(const QList<QString>& paths)
+{
+    if (!RequireLogin()) {
+        return;
+    }
+    const std::weak_ptr<NorlisCloudManager> alive = self;
+    const auto pathsToSend = paths; // a slot may change the caller's list
+    for (const auto& path : pathsToSend) {
+        Upload(path);
+        if (alive.expired()) {
+            return;
+        }
+    }
+}
+
+void NorlisCloudManager::Upload(const QString& path)
+{
+    if (RequireLogin()) {
+        StartUpload(path, UploadFields(path));
+    }
+}
+
+void NorlisCloudManager::Upload(const std::shared_ptr<FileInfo>& file)
+{
+    if (!RequireLogin()) {
+        return;
+    }
+    if (!file) {
+        throw std::exception();
+    }
+    const auto path = QString::fromStdString(file->GetPath().utf8string());
+    auto fields = UploadFields(path);
+    fields[NorlisCloudProtocol::ID] = IdOf(file);
+    StartUpload(path, fields);
+}
+
+QMap<QString, QString> NorlisCloudManager::UploadFields(const QString& path)
+{
+    return {
+        {NorlisCloudProtocol::FILE_MIME_TYPE, pdfMimeType},
+        {NorlisCloudProtocol::CHUNK_MIME_TYPE, pdfMimeType},
+        {NorlisCloudProtocol::MD5_HASH,
+         QString::fromStdString(hashCalculator->CalculateHash(ioPath(path.toStdString())))},
+    };
+}
+
+void NorlisCloudManager::StartUpload(const QString& localPath, const QMap<QString, QString>& fields)
+{
+    const auto path = localPath; // a slot may change the caller's text
+    if (!Emit(&NorlisCloudManager::UploadingStarted, path)) {
+        return;
+    }
+    Send(
+        [&](ICloudProtocol& cloud) {
+            return cloud.uploadFile(
+                path, fields,
+                OnCompleted<const NorlisCloudSharingResult&>(
+                    [this, path](qint64 id, RequestResult result, const NorlisCloudSharingResult& sharing) {
+                        transfers.remove(id);
+                        OnUploadCompleted(path, result, sharing);
+                    }),
+                OnProgress([this, path](int value) { emit UploadingProgressValueChanged(path, value); }));
+        },
+        [&] { ReportError("Upload file failed", &NorlisCloudManager::UploadingFileRequestError, path); },
+        [&](qint64 id) { transfers[id] = path.toStdString(); });
+}
+
+void NorlisCloudManager::OnUploadCompleted(const QString& path, RequestResult result,
+                                           const NorlisCloudSharingResult& sharing)
+{
+    const auto size = static_cast<quint64>(QFileInfo(path).size());
+    const ioPath normalizedPath = fileSystem->NormalizePath(ioPath(path.toStdString()));
+    const std::string hash = hashCalculator->CalculateHash(normalizedPath);
+    const auto file = std::make_shared<FileInfo>(FileInfo::CloudInfo(
+        sharing.id.toStdString(), sharing.fileName.toStdString(), size, sharing.isPrivate, sharing.downloadUrl,
+        sharing.createdAt, sharing.modifiedAt, sharing.lifetime, hash));
+    file->SetPath(normalizedPath, hash);
+
+    const std::weak_ptr<NorlisCloudManager> alive = self;
+    switch (result) {
+    case Social::Success:
+        if (Emit(&NorlisCloudManager::UploadingFinished, file)) {
+            UserQuota();
+        }
+        break;
+    case Social::Error: {
+        const auto message = QStringLiteral("Upload file error");
+        LOG(ERROR) << message.toStdString();
+        RemoveFile(file); // what the upload left in the cloud
+        if (!alive.expired()) {
+            emit UploadingFileRequestError(path, message);
+        }
+        break;
+    }
+    case Social::Canceled:
+        LOG(INFO) << "Upload file canceled";
+        RemoveFile(file);
+        if (!alive.expired()) {
+            emit UploadingCanceled(path);
+        }
+        break;
+    }
+}
+
+void NorlisCloudManager::CancelUploading(const QString& localPath)
+{
+    const auto path = localPath;
+    if (RequireLogin() && CancelTransfer(path.toStdString())) {
+        emit UploadingCanceled(path);
+    }
+}
+
+// Download
+
+void NorlisCloudManager::Download(const QList<std::shared_ptr<FileInfo>>& files, const QString& directory)
+{
+    if (!RequireLogin()) {
+        return;
+    }
+    const std::weak_ptr<NorlisCloudManager> alive = self;
+    const auto filesToFetch = files;
+    const auto target = directory;
+    for (const auto& file : filesToFetch) {
+        Download(file, target);
+        if (alive.expired()) {
+            return;
+        }
+    }
+}
+
+void NorlisCloudManager::Download(const std::shared_ptr<FileInfo>& record, const QString& targetDirectory)
+{
+    if (!RequireLogin()) {
+        return;
+    }
+    if (!record) {
+        throw std::exception();
+    }
+    const auto file = record; // a slot may clear the caller's pointer
+    const auto directory = targetDirectory;
+    auto& cloudInfo = file->GetRedactableCloudInfo().value();
+    const auto target = directory + '/' + QString::fromStdString(cloudInfo.GetFileName());
+    ICloudProtocol::FileFieldData data;
+    data.fields[NorlisCloudProtocol::ID] = IdOf(file);
+    data.fields[NorlisCloudProtocol::FILE_NAME] = target;
+    data.fields[NorlisCloudProtocol::FILE_SIZE] = QString::number(cloudInfo.GetSize());
+
+    if (!Emit(&NorlisCloudManager::DownloadingStarted, file)) {
+        return;
+    }
+    Send(
+        [&](ICloudProtocol& cloud) {
+            return cloud.downloadFile(
+                data,
+                OnCompleted([this, file, directory](qint64 id, RequestResult result) {
+                    transfers.remove(id);
+                    OnDownloadCompleted(directory, *file, result);
+                }),
+                OnProgress([this, file](int value) { emit DownloadingProgressValueChanged(file, value); }));
+        },
+        [&] { ReportError("Download file failed", &NorlisCloudManager::DownloadingFileRequestError, file); },
+        [&](qint64 id) {
+            const ioPath path = fileSystem->NormalizePath(ioPath(target.toStdString()));
+            file->SetPath(path, hashCalculator->CalculateHash(path));
+            transfers[id] = file->GetId();
+        });
+}
+
+void NorlisCloudManager::OnDownloadCompleted(const QString&, const FileInfo& file, RequestResult result)
+{
+    const auto copyOfFinished = [&file] {
+        const auto copy = std::make_shared<FileInfo>(file);
+        copy->SetIsSyncingInProgress(false);
+        return copy;
+    };
+    switch (result) {
+    case Social::Success:
+        emit DownloadingFinished(copyOfFinished());
+        break;
+    case Social::Error:
+        ReportError("Download file error", &NorlisCloudManager::DownloadingFileRequestError, copyOfFinished());
+        break;
+    case Social::Canceled: {
+        LOG(INFO) << "Download file canceled";
+        const auto copy = copyOfFinished();
+        if (copy->GetPath().exists()) {
+            copy->GetPath().remove();
+        }
+        emit DownloadingCanceled(copy);
+        break;
+    }
+    }
+}
+
+void NorlisCloudManager::CancelDownloading(const std::shared_ptr<FileInfo>& record)
+{
+    if (!RequireLogin()) {
+        return;
+    }
+    if (!record) {
+        throw std::exception();
+    }
+    const auto file = record;
+    if (!CancelTransfer(file->GetId())) {
+        return;
+    }
+    if (file->GetPath().exists()) {
+        file->GetPath().remove();
+    }
+    emit DownloadingCanceled(file);
+}
+
+// Remove
+
+void NorlisCloudManager::RemoveFile(const std::shared_ptr<FileInfo>& record)
+{
+    if (!RequireLogin()) {
+        return;
+    }
+    if (!record) {
+        throw std::exception();
+    }
+    const auto file = record;
+    ICloudProtocol::FileFieldData data;
+    data.fields[NorlisCloudProtocol::ID] = IdOf(file);
+    Send(
+        [&](ICloudProtocol& cloud) {
+            return cloud.deleteFile(data, OnCompleted([this, file](qint64 id, RequestResult result) {
+                transfers.remove(id);
+                if (result != Social::Success) {
+                    ReportError("Remove file error", &NorlisCloudManager::RemovingFileError, file);
+                } else if (Emit(&NorlisCloudManager::RemoveFileFinished, file)) {
+                    UserQuota();
+                }
+            }));
+        },
+        [&] { ReportError("Remove file failed", &NorlisCloudManager::RemovingFileError, file); }, noFurtherStep);
+}
+
+// Previews
+
+void NorlisCloudManager::RetrieveFilePreview(const std::shared_ptr<FileInfo>& record,
+                                             FileInfo::PreviewSize previewSize, const QSize& size)
+{
+    if (!RequireLogin()) {
+        return;
+    }
+    if (!record) {
+        throw std::exception();
+    }
+    const auto file = record;
+    if (static_cast<int>(file->GetCloudStatus()) == neverUploaded) {
+        ReportError("Can`t retrieving preview for not upload files", &NorlisCloudManager::RetrieveFilePreviewError,
+                    file, previewSize);
+        return;
+    }
+    const QMap<QString, QString> fields = {
+        {NorlisCloudProtocol::ID, IdOf(file)},
+        {NorlisCloudProtocol::FILE_PREVIEW_HEIGHT, QString::number(size.height(), 10)},
+        {NorlisCloudProtocol::FILE_PREVIEW_WIDTH, QString::number(size.width(), 10)},
+    };
+    if (!Emit(&NorlisCloudManager::RetrieveFilePreviewStarted, file, previewSize)) {
+        return;
+    }
+    Send(
+        [&](ICloudProtocol& cloud) {
+            return cloud.retrievePreview(fields,
+                                         OnCompleted<QPixmap>([this, file, previewSize](
+                                                                  qint64 id, RequestResult result, QPixmap pixmap) {
+                                             transfers.remove(id);
+                                             OnRetrieveFilePreviewCompleted(file, previewSize, result, pixmap);
+                                         }));
+        },
+        [&] {
+            ReportError("Retrieve file preview failed", &NorlisCloudManager::RetrieveFilePreviewError, file,
+                        previewSize);
+        },
+        noFurtherStep);
+}
+
+void NorlisCloudManager::OnRetrieveFilePreviewCompleted(const std::shared_ptr<FileInfo>& file,
+                                                        FileInfo::PreviewSize previewSize, RequestResult result,
+                                                        QPixmap pixmap)
+{
+    switch (result) {
+    case Social::Success: {
+        const auto path = PreviewPath(file, previewSize);
+        auto& cloudInfo = file->GetRedactableCloudInfo();
+        if (!cloudInfo || !pixmap.save(path, nullptr, -1)) {
+            const auto size = QString::fromStdString(FileInfo::previewSizetoString(previewSize));
+            ReportError("Cannot save preview for: " + IdOf(file) + " with size: " + size,
+                        &NorlisCloudManager::RetrieveFilePreviewError, file, previewSize);
+            break;
+        }
+        cloudInfo->SetPreviewPathBySize(ioPath(path.toStdString()), previewSize);
+        emit RetrieveFilePreviewFinished(file, previewSize);
+        break;
+    }
+    case Social::Error:
+        ReportError("Retrieving file preview error", &NorlisCloudManager::RetrieveFilePreviewError, file, previewSize);
+        break;
+    case Social::Canceled:
+        LOG(INFO) << "Retrieving file preview canceled";
+        emit RetrieveFilePreviewCanceled(file);
+        break;
+    }
+}
+
+// Quota
+
+void NorlisCloudManager::UserQuota()
+{
+    if (!RequireLogin() || !Emit(&NorlisCloudManager::RetrievingUserQuotaStarted)) {
+        return;
+    }
+    Send(
+        [&](ICloudProtocol& cloud) {
+            return cloud.userQuota(OnCompleted<const QMap<QString, QuotaValue>&>(
+                [this](qint64, RequestResult result, const QMap<QString, QuotaValue>& quota) {
+                    OnRetrieveUserQuotaCompleted(result, quota);
+                }));
+        },
+        [&] {
+            ReportError("Retrieve user quota information failed",
+                        &NorlisCloudManager::RetrievingUserQuotaErrorRequested);
+        },
+        noFurtherStep);
+}
+
+void NorlisCloudManager::OnRetrieveUserQuotaCompleted(RequestResult result, QMap<QString, QuotaValue> quota)
+{
+    switch (result) {
+    case Social::Success: {
+        const auto [used, total] = quota[applicationId];
+        emit RetrievingUserQuotaFinished(static_cast<int>(used), static_cast<int>(total));
+        break;
+    }
+    case Social::Error:
+        ReportError("User quota request error", &NorlisCloudManager::RetrievingUserQuotaErrorRequested);
+        break;
+    case Social::Canceled:
+        LOG(INFO) << "User quota request canceled";
+        emit RetrievingUserQuotaCanceled();
+        break;
+    }
+}
+
+// The registry, and the pattern that all requests follow
+
+bool NorlisCloudManager::IsSyncInProgressWithCloud() const
+{
+    return !transfers.isEmpty();
+}
+
+bool NorlisCloudManager::IsPending(qint64 id) const
+{
+    return activeRequests.contains(id) && !requestsInCancellation.contains(id);
+}
+
+bool NorlisCloudManager::RequireLogin()
+{
+    if (IsLoggedIn()) {
+        return true;
+    }
+    emit AuthorizationRequired();
+    return false;
+}
+
+template <typename Signal, typename... Args>
+bool NorlisCloudManager::Emit(Signal signal, const Args&... args)
+{
+    const std::weak_ptr<NorlisCloudManager> alive = self;
+    emit(this->*signal)(args...);
+    return !alive.expired();
+}
+
+template <typename Signal, typename... Args>
+void NorlisCloudManager::ReportError(const QString& message, Signal signal, const Args&... args)
+{
+    LOG(ERROR) << message.toStdString();
+    emit(this->*signal)(args..., message);
+}
+
+template <typename Request, typename Refused, typename Accepted>
+void NorlisCloudManager::Send(Request request, Refused refused, Accepted accepted)
+{
+    if (!self) {
+        return; // a manager in destruction starts nothing
+    }
+    const std::weak_ptr<NorlisCloudManager> alive = self;
+    const auto cloud = protocol; // must outlive the call even if the manager does not
+    const qint64 id = request(*cloud);
+    if (alive.expired()) {
+        if (id != notStarted) {
+            cloud->cancelOperation(id);
+        }
+    } else if (id == notStarted) {
+        refused();
+    } else {
+        accepted(id);
+        activeRequests.insert(id);
+    }
+}
+
+template <typename... Payload, typename Handler>
+std::function<void(qint64, Social::RequestResult, Payload...)> NorlisCloudManager::OnCompleted(Handler handler)
+{
+    return [weakSelf = std::weak_ptr<NorlisCloudManager>(self), handler](qint64 id, RequestResult result,
+                                                                          Payload... payload) {
+        const auto manager = weakSelf.lock().get();
+        if (manager && manager->IsPending(id)) {
+            manager->activeRequests.remove(id);
+            const Handler heldHandler = handler; // the protocol may drop this callback while it runs
+            heldHandler(id, result, payload...);
+        }
+    };
+}
+
+template <typename Handler>
+std::function<void(qint64, int)> NorlisCloudManager::OnProgress(Handler handler)
+{
+    return [weakSelf = std::weak_ptr<NorlisCloudManager>(self), handler](qint64 id, int value) {
+        const auto manager = weakSelf.lock().get();
+        if (manager && manager->IsPending(id)) {
+            const Handler heldHandler = handler;
+            heldHandler(value);
+        }
+    };
+}
+
+bool NorlisCloudManager::CancelTransfer(const std::string& value)
+{
+    // A slot that runs inside cancelOperation may ask for the same transfer again.
+    const auto found = std::find_if(transfers.keyValueBegin(), transfers.keyValueEnd(), [&](const auto& transfer) {
+        return transfer.second == value && !requestsInCancellation.contains(transfer.first);
+    });
+    if (found == transfers.keyValueEnd()) {
+        return false;
+    }
+    const qint64 id = (*found).first;
+    const std::weak_ptr<NorlisCloudManager> alive = self;
+    const auto cloud = protocol;
+    requestsInCancellation.insert(id);
+    cloud->cancelOperation(id);
+    if (alive.expired()) {
+        return false;
+    }
+    requestsInCancellation.remove(id);
+    activeRequests.remove(id);
+    transfers.remove(id);
+    return true;
+}
+
+} // namespace Norlis::PDF::Cloud

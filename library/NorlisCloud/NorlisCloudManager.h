@@ -1,0 +1,119 @@
+#pragma once
+
+#include <NorlisCloud/Export.h>
+#include <contracts/AbstractCloudManager.h>
+#include <contracts/ICloudAccountSettings.h>
+#include <contracts/ICloudProtocol.h>
+#include <contracts/IFileSystem.h>
+#include <contracts/IHashCalculator.h>
+
+#include <QMap>
+#include <QSet>
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace Norlis::PDF::Cloud {
+
+/// Signs the user in and out and runs every exchange with the cloud as an asynchronous request.
+///
+/// A request is registered from the moment in which the protocol accepts it until its callback runs or it is cancelled; a
+/// callback for a request that is not registered, or that comes when the manager is gone, does nothing.
+class NORLIS_CLOUD_EXPORT NorlisCloudManager : public AbstractCloudManager {
+    Q_OBJECT
+
+public:
+    /// Keeps the first three collaborators for its whole life. The account settings are asked once, for the automatic
+    /// refresh of the files list.
+    NorlisCloudManager(const std::shared_ptr<ICloudProtocol>& protocol,
+                       const std::shared_ptr<IHashCalculator>& hashCalculator,
+                       const std::shared_ptr<IFileSystem>& fileSystem,
+                       const std::shared_ptr<Settings::ICloudAccountSettings>& accountSettings);
+
+    /// Cancels every registered request and emits nothing.
+    ~NorlisCloudManager() override;
+
+    void Authorization(const QString& token) override;
+    void Logout() override;
+    void Upload(const std::shared_ptr<FileInfo>& file) override;
+    void Upload(const QString& path) override;
+    void Upload(const QList<QString>& paths) override;
+    void Download(const std::shared_ptr<FileInfo>& file, const QString& directory) override;
+    void Download(const QList<std::shared_ptr<FileInfo>>& files, const QString& directory) override;
+    void RetrieveFilesList() override;
+    void RemoveFile(const std::shared_ptr<FileInfo>& file) override;
+    void CancelUploading(const QString& path) override;
+    void CancelDownloading(const std::shared_ptr<FileInfo>& file) override;
+    void UserQuota() override;
+    void RetrieveFilePreview(const std::shared_ptr<FileInfo>& file, FileInfo::PreviewSize previewSize,
+                             const QSize& size) override;
+
+    /// Whether an upload or a download is running.
+    bool IsSyncInProgressWithCloud() const;
+
+private:
+    using RequestResult = Social::RequestResult;
+    using CloudFile = ICloudProtocol::FileInfo;
+    using QuotaValue = ICloudProtocol::QuotaValue;
+
+    bool IsLoggedIn();
+
+    void OnRetrieveFilesListCompleted(RequestResult result, QList<CloudFile> cloudFiles);
+    void OnUploadCompleted(const QString& path, RequestResult result, const Social::NorlisCloudSharingResult& sharing);
+    void OnDownloadCompleted(const QString& directory, const FileInfo& file, RequestResult result);
+    void OnRetrieveFilePreviewCompleted(const std::shared_ptr<FileInfo>& file, FileInfo::PreviewSize previewSize,
+                                        RequestResult result, QPixmap pixmap);
+    void OnRetrieveUserQuotaCompleted(RequestResult result, QMap<QString, QuotaValue> quota);
+
+    // The pattern that all requests follow: the login is required, "started" is emitted, the request is sent with callbacks
+    // made by OnCompleted and OnProgress.
+
+    /// False, after AuthorizationRequired, when nobody is signed in.
+    bool RequireLogin();
+
+    /// Emits a signal and tells whether the manager is still there: a slot may have deleted it.
+    template <typename Signal, typename... Args>
+    bool Emit(Signal signal, const Args&... args);
+
+    /// Logs an error and emits it as the last argument of a signal.
+    template <typename Signal, typename... Args>
+    void ReportError(const QString& message, Signal signal, const Args&... args);
+
+    /// Calls request(protocol), which returns an operation id; then refused() when it is -1, else accepted(id), whereupon the
+    /// id is registered.
+    template <typename Request, typename Refused, typename Accepted>
+    void Send(Request request, Refused refused, Accepted accepted);
+
+    /// A completion callback: calls handler(id, result, payload...), once, while the request is registered.
+    template <typename... Payload, typename Handler>
+    std::function<void(qint64, RequestResult, Payload...)> OnCompleted(Handler handler);
+
+    /// A progress callback: calls handler(value) while the request is registered.
+    template <typename Handler>
+    std::function<void(qint64, int)> OnProgress(Handler handler);
+
+    void StartUpload(const QString& path, const QMap<QString, QString>& fields);
+
+    /// The fields that every upload carries.
+    QMap<QString, QString> UploadFields(const QString& path);
+
+    /// Whether callbacks of the request are to be heard.
+    bool IsPending(qint64 id) const;
+
+    /// Cancels the first transfer of a value. False when there is none, and when the manager was deleted meanwhile.
+    bool CancelTransfer(const std::string& value);
+
+    std::shared_ptr<ICloudProtocol> protocol;
+    std::shared_ptr<IHashCalculator> hashCalculator;
+    std::shared_ptr<IFileSystem> fileSystem;
+    QSet<qint64> activeRequests;           ///< every request that was started and has not ended
+    QMap<qint64, std::string> transfers;   ///< those that are uploads (local path) and downloads (document id)
+    QSet<qint64> requestsInCancellation;   ///< those that the protocol is being asked to cancel at this moment
+
+    /// Points to the manager without owning it. Whatever outlives an emit or waits in the protocol holds it weakly. Unlike a
+    /// QPointer it is empty from the first moment of destruction on, when the protocol may still call back.
+    std::shared_ptr<NorlisCloudManager> self;
+};
+
+} // namespace Norlis::PDF::Cloud
