@@ -13,9 +13,9 @@
 
 /// What a cloud service can do, one class per ability.
 ///
-/// Every request returns its operation id at once and calls its completion callback later: exactly once, with that id, on the
-/// thread of the event loop, and only after the request operation has returned. The id -1 means that the request was not
-/// started; no callback follows it. None follows cancelOperation either.
+/// Every request returns its operation id at once and calls its completion callback later: exactly once, with that id,
+/// on the thread of the event loop, and only after the request operation has returned. The id -1 means that the request
+/// was not started; no callback follows it. None follows cancelOperation either.
 ///
 /// The order of the virtual operations is part of the binary interface.
 namespace Norlis::Social::Ability {
@@ -91,8 +91,8 @@ public:
     /// Deletes a document. Field: ID.
     virtual qint64 deleteFile(const FileFieldData& data, std::function<void(qint64, RequestResult)>&& done) = 0;
 
-    /// Sends a local file. Fields: FILE_MIME_TYPE, CHUNK_MIME_TYPE, MD5_HASH; with ID the document of that id is replaced,
-    /// without it a new one is made.
+    /// Sends a local file. Fields: FILE_MIME_TYPE, CHUNK_MIME_TYPE, MD5_HASH; with ID the document of that id is
+    /// replaced, without it a new one is made.
     virtual qint64 uploadFile(const QString& localPath, const QMap<QString, QString>& fields,
                               std::function<void(qint64, RequestResult, const SharingResult&)>&& done,
                               ProgressCallback&& progress) = 0;
@@ -116,8 +116,8 @@ class NORLIS_CONTRACTS_EXPORT Preview : public virtual Cancel {
 public:
     virtual ~Preview() = default;
 
-    /// Fetches a picture of a document. Fields: ID; FILE_PREVIEW_WIDTH and FILE_PREVIEW_HEIGHT, the box in pixels that the
-    /// picture fills without being distorted.
+    /// Fetches a picture of a document. Fields: ID; FILE_PREVIEW_WIDTH and FILE_PREVIEW_HEIGHT, the box in pixels that
+    /// the picture fills without being distorted.
     virtual qint64 retrievePreview(const QMap<QString, QString>& fields,
                                    std::function<void(qint64, RequestResult, QPixmap)>&& done) = 0;
 };
@@ -128,6 +128,7 @@ namespace Norlis::Social {
 
 /// A service as the set of its abilities.
 template <typename... Abilities>
-class NORLIS_CONTRACTS_EXPORT Protocol : public Abilities... {};
+class NORLIS_CONTRACTS_EXPORT Protocol : public Abilities... {
+};
 
 } // namespace Norlis::Social

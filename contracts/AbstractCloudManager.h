@@ -14,13 +14,13 @@ namespace Norlis::PDF::Cloud {
 
 /// Everything that an editor does with the cloud, as asynchronous requests.
 ///
-/// Life cycle of a request: its "Started" signal, where there is one, is emitted from inside the operation; then the request
-/// ends in exactly one of its closing signals (Finished, Error, Canceled). A refusal by the service is reported from inside
-/// the operation as well, every other end comes from the event loop. A request made while signed out ends in
-/// AuthorizationRequired alone. Destroying the manager cancels its requests and emits nothing.
+/// Life cycle of a request: its "Started" signal, where there is one, is emitted from inside the operation; then the
+/// request ends in exactly one of its closing signals (Finished, Error, Canceled). A refusal by the service is reported
+/// from inside the operation as well, every other end comes from the event loop. A request made while signed out ends
+/// in AuthorizationRequired alone. Destroying the manager cancels its requests and emits nothing.
 ///
-/// Slots may do anything: delete the manager, cancel, start other requests. Belongs to the thread that constructs it. The
-/// order of the virtual operations is part of the binary interface.
+/// Slots may do anything: delete the manager, cancel, start other requests. Belongs to the thread that constructs it.
+/// The order of the virtual operations is part of the binary interface.
 class NORLIS_CONTRACTS_EXPORT AbstractCloudManager : public QObject {
     Q_OBJECT
 
@@ -34,16 +34,16 @@ public:
     /// Signs out at once; requests that are running go on.
     virtual void Logout() = 0;
 
-    /// Sends the local copy of a record and replaces the cloud document of the record's id. Throws std::exception for a null
-    /// record.
+    /// Sends the local copy of a record and replaces the cloud document of the record's id. Throws std::exception for a
+    /// null record.
     virtual void Upload(const std::shared_ptr<FileInfo>& file) = 0;
 
     /// Sends a local file as a new document.
     virtual void Upload(const QString& path) = 0;
     virtual void Upload(const QList<QString>& paths) = 0;
 
-    /// Fetches a document into a folder, under its cloud name. The record is given the target path as soon as the request
-    /// runs. Throws std::exception for a null record.
+    /// Fetches a document into a folder, under its cloud name. The record is given the target path as soon as the
+    /// request runs. Throws std::exception for a null record.
     virtual void Download(const std::shared_ptr<FileInfo>& file, const QString& directory) = 0;
     virtual void Download(const QList<std::shared_ptr<FileInfo>>& files, const QString& directory) = 0;
 
@@ -113,4 +113,3 @@ signals:
 };
 
 } // namespace Norlis::PDF::Cloud
-

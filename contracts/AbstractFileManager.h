@@ -18,8 +18,8 @@ namespace Norlis::PDF {
 
 /// A list of documents that the editor's views read by index and that tells them by signals what changed.
 ///
-/// Belongs to the thread that constructs it; signals are emitted from inside the operation that causes them. The order of the
-/// virtual operations is part of the binary interface.
+/// Belongs to the thread that constructs it; signals are emitted from inside the operation that causes them. The order
+/// of the virtual operations is part of the binary interface.
 class NORLIS_CONTRACTS_EXPORT AbstractFileManager : public QObject {
     Q_OBJECT
 
@@ -42,8 +42,8 @@ public:
     virtual void Rename(const QStringList& ids, const QString& name) = 0;
     virtual void Clear() = 0;
 
-    /// Merges newer content into the held record of the same id. A null record or an unknown id is ignored; a record without
-    /// a cloud part throws std::bad_optional_access.
+    /// Merges newer content into the held record of the same id. A null record or an unknown id is ignored; a record
+    /// without a cloud part throws std::bad_optional_access.
     virtual void Update(const std::shared_ptr<const FileInfo>& file) = 0;
 
     virtual int FilesCount() const = 0;

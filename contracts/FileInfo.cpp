@@ -124,7 +124,8 @@ void FileInfo::SetPath(const ioPath& newPath, const std::string& newMd5Hash)
     md5Hash = path.empty() ? std::string() : newMd5Hash;
 }
 
-void FileInfo::SetPath(const ioPath& newPath, const std::string& newMd5Hash, const std::string& newCloudHashBeforeChange)
+void FileInfo::SetPath(const ioPath& newPath, const std::string& newMd5Hash,
+                       const std::string& newCloudHashBeforeChange)
 {
     SetPath(newPath, newMd5Hash);
     cloudHashBeforeChange = newCloudHashBeforeChange;

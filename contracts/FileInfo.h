@@ -16,8 +16,9 @@ namespace Norlis::PDF {
 
 /// One document: its local copy and, where the cloud knows it, its cloud part.
 ///
-/// Records are shared by std::shared_ptr between the editor and the library and belong to the thread of their owner; nothing
-/// is locked. Most getters are not const: that is the shape of the editor's own record, which this one stands for.
+/// Records are shared by std::shared_ptr between the editor and the library and belong to the thread of their owner;
+/// nothing is locked. Most getters are not const: that is the shape of the editor's own record, which this one stands
+/// for.
 class NORLIS_CONTRACTS_EXPORT FileInfo {
 public:
     /// Sizes of preview images, ascending. The numbers are stored and must not change.
@@ -25,12 +26,12 @@ public:
 
     /// How the local copy and the cloud copy stand to each other. Read as a number by the editor.
     enum class CloudStatus {
-        OnlyInCloud = 0,      ///< no local copy, or none that could be read
-        InSync = 1,           ///< both copies have the same content
-        ChangedLocally = 2,   ///< only the local copy changed since the last synchronisation
-        ChangedInCloud = 3,   ///< only the cloud copy changed since the last synchronisation
-        NoSuchDocument = 4,   ///< never a record's status: what a list answers for an index that it does not have
-        NotUploaded = 5,      ///< no cloud part
+        OnlyInCloud = 0,        ///< no local copy, or none that could be read
+        InSync = 1,             ///< both copies have the same content
+        ChangedLocally = 2,     ///< only the local copy changed since the last synchronisation
+        ChangedInCloud = 3,     ///< only the cloud copy changed since the last synchronisation
+        NoSuchDocument = 4,     ///< never a record's status: what a list answers for an index that it does not have
+        NotUploaded = 5,        ///< no cloud part
         ChangedOnBothSides = 6, ///< the copies differ, and not by the change of one side alone
     };
 
@@ -92,8 +93,8 @@ public:
     /// The local copy; empty when there is none.
     ioPath GetPath();
 
-    /// Sets the local copy and its hash, and reads its size from disk (0 when there is no such file). An empty path clears
-    /// path, size and hash. The cloud hash of the last synchronisation stays.
+    /// Sets the local copy and its hash, and reads its size from disk (0 when there is no such file). An empty path
+    /// clears path, size and hash. The cloud hash of the last synchronisation stays.
     void SetPath(const ioPath& path, const std::string& md5Hash);
 
     /// As above, and sets the cloud hash of the last synchronisation.
@@ -114,8 +115,8 @@ public:
     /// The cloud part itself, to change it in place or to take it away.
     std::optional<CloudInfo>& GetRedactableCloudInfo();
 
-    /// Replaces the cloud part by newer data. Previews of sizes that the newer data does not bring are kept. A record that
-    /// has no id yet takes the cloud part's. True when anything changed.
+    /// Replaces the cloud part by newer data. Previews of sizes that the newer data does not bring are kept. A record
+    /// that has no id yet takes the cloud part's. True when anything changed.
     bool UpdateCloudInfo(const CloudInfo& newer);
 
     /// Derived from the hashes, the path and the cloud part at each call.

@@ -16,8 +16,8 @@ public:
     /// Deletes every stored field of the document; an unknown id is no error.
     virtual void RemoveRecord(const std::string& fileId) = 0;
 
-    /// Stores one field of one document and replaces what stood there. The file list calls it from its destructor, so it
-    /// must not throw.
+    /// Stores one field of one document and replaces what stood there. The file list calls it from its destructor, so
+    /// it must not throw.
     virtual void SetValue(const std::string& fileId, const std::string& key, const std::string& value) = 0;
 
     /// Every stored record: document id to its fields.

@@ -13,9 +13,9 @@ namespace Norlis::Social {
 
 /// The cloud service's protocol object.
 ///
-/// Belongs to the thread that constructs it, which must run an event loop: all operations are called there and all callbacks
-/// arrive there, each in its own turn of the event loop, never from inside an operation. Disk, network and rendering work
-/// happens elsewhere. Destroying the object drops all requests without a callback.
+/// Belongs to the thread that constructs it, which must run an event loop: all operations are called there and all
+/// callbacks arrive there, each in its own turn of the event loop, never from inside an operation. Disk, network and
+/// rendering work happens elsewhere. Destroying the object drops all requests without a callback.
 ///
 /// Previews need a QGuiApplication, since they are delivered as QPixmap.
 class NORLIS_SOCIAL_EXPORT NorlisCloudProtocol
@@ -23,17 +23,17 @@ class NORLIS_SOCIAL_EXPORT NorlisCloudProtocol
       public Protocol<Ability::Auth, Ability::File<NorlisCloudSharingResult>, Ability::Quota, Ability::Preview> {
 public:
     /// Keys of request fields.
-    static const QString ID;                    ///< id of a document
-    static const QString FILE_NAME;             ///< local path that a download is written to
-    static const QString FILE_SIZE;             ///< bytes, decimal
-    static const QString MD5_HASH;              ///< MD5 of the local file, hexadecimal; empty is not checked
-    static const QString FILE_MIME_TYPE;        ///< media type of a document
-    static const QString CHUNK_MIME_TYPE;       ///< media type of one piece of it
-    static const QString SSO_TOKEN;             ///< token that proves the user's identity
-    static const QString APP_ID_ON_CLOUD;       ///< application that asks; also its key in the quota
-    static const QString API_VERSION;           ///< version of the service's interface
-    static const QString FILE_PREVIEW_WIDTH;    ///< pixels, decimal
-    static const QString FILE_PREVIEW_HEIGHT;   ///< pixels, decimal
+    static const QString ID;                  ///< id of a document
+    static const QString FILE_NAME;           ///< local path that a download is written to
+    static const QString FILE_SIZE;           ///< bytes, decimal
+    static const QString MD5_HASH;            ///< MD5 of the local file, hexadecimal; empty is not checked
+    static const QString FILE_MIME_TYPE;      ///< media type of a document
+    static const QString CHUNK_MIME_TYPE;     ///< media type of one piece of it
+    static const QString SSO_TOKEN;           ///< token that proves the user's identity
+    static const QString APP_ID_ON_CLOUD;     ///< application that asks; also its key in the quota
+    static const QString API_VERSION;         ///< version of the service's interface
+    static const QString FILE_PREVIEW_WIDTH;  ///< pixels, decimal
+    static const QString FILE_PREVIEW_HEIGHT; ///< pixels, decimal
 
     /// \param authInfo which service, and how to reach it
     /// \param name     name of the program that uses the service, for logs and for the service's own list of devices
@@ -62,8 +62,8 @@ public:
                       std::function<void(qint64, RequestResult, const NorlisCloudSharingResult&)>&& done,
                       File::ProgressCallback&& progress) override;
 
-    /// One entry, keyed "pdf". Unit: MiB of 1,048,576 bytes, so that the figures also fit into the 32 bits that the cloud
-    /// manager hands on; used storage is rounded up, the total down.
+    /// One entry, keyed "pdf". Unit: MiB of 1,048,576 bytes, so that the figures also fit into the 32 bits that the
+    /// cloud manager hands on; used storage is rounded up, the total down.
     qint64 userQuota(std::function<void(qint64, RequestResult, const QMap<QString, QuotaValue>&)>&& done) override;
 
     qint64 retrievePreview(const QMap<QString, QString>& fields,

@@ -6,8 +6,8 @@
 
 namespace Norlis::Social {
 
-/// What the cloud reports of an upload. After a failed or cancelled one, `id` names what was left behind in the cloud and is
-/// empty when nothing was: the receiver deletes what it names.
+/// What the cloud reports of an upload. After a failed or cancelled one, `id` names what was left behind in the cloud
+/// and is empty when nothing was: the receiver deletes what it names.
 struct NorlisCloudSharingResult {
     bool isPrivate = true;
     QString id;

@@ -8,8 +8,8 @@ namespace Norlis {
 
 /// A path of the local file system, held as the UTF-8 bytes that it was given.
 ///
-/// Nothing is normalised: two paths are equal when their bytes are. IFileSystem::NormalizePath brings two spellings of one
-/// path together before they are compared.
+/// Nothing is normalised: two paths are equal when their bytes are. IFileSystem::NormalizePath brings two spellings of
+/// one path together before they are compared.
 class NORLIS_CONTRACTS_EXPORT ioPath {
 public:
     ioPath() = default;
@@ -26,8 +26,8 @@ public:
     /// Whether there is something at this path; false when it cannot be told.
     bool exists() const;
 
-    /// Deletes the file (a link is deleted, not what it points to). False when nothing was deleted: there was no file, it is
-    /// a folder, or the system refused.
+    /// Deletes the file (a link is deleted, not what it points to). False when nothing was deleted: there was no file,
+    /// it is a folder, or the system refused.
     bool remove() const;
 
 private:

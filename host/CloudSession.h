@@ -23,26 +23,28 @@ struct CloudProblem {
     Social::OAuth2::Failure cause; ///< what the service said; its texts are empty when it said nothing
 };
 
-/// What an editor is to the library: owns the record store, the file list, the cloud manager and its protocol, and puts what
-/// the cloud manager reports into the file list.
+/// What an editor is to the library: owns the record store, the file list, the cloud manager and its protocol, and puts
+/// what the cloud manager reports into the file list.
 ///
-/// The two managers never meet, so the session takes care of what falls between them. A fresh record of a files list knows
-/// nothing of the local copy: the session completes it from the held record before it merges the two. Documents that are gone
-/// from the cloud leave the list. Downloads arrive in a folder of their own and are moved to their place when they are whole,
-/// because cancelling a download deletes the file at its target. Files are hashed ahead of time on another thread, because
-/// the library asks for hashes on the event loop.
+/// The two managers never meet, so the session takes care of what falls between them. A fresh record of a files list
+/// knows nothing of the local copy: the session completes it from the held record before it merges the two. Documents
+/// that are gone from the cloud leave the list. Downloads arrive in a folder of their own and are moved to their place
+/// when they are whole, because cancelling a download deletes the file at its target. Files are hashed ahead of time on
+/// another thread, because the library asks for hashes on the event loop.
 ///
-/// Lives on one thread with an event loop. Destroying the session cancels what is running, saves the list and emits nothing.
+/// Lives on one thread with an event loop. Destroying the session cancels what is running, saves the list and emits
+/// nothing.
 class CloudSession : public QObject {
     Q_OBJECT
 
 public:
-    /// \param dataFolder where the records, hashes and previews of this service are kept; created when missing, private to
+    /// \param dataFolder where the records, hashes and previews of this service are kept; created when missing, private
+    /// to
     ///                   the user
     /// \param authInfo   the service; `cacheFolder` and `onFailure` are set by the session
     /// \param settings   automatic refresh
-    /// Throws std::runtime_error, with a text for the user, when the records cannot be read, and std::invalid_argument when
-    /// there is no such service.
+    /// Throws std::runtime_error, with a text for the user, when the records cannot be read, and std::invalid_argument
+    /// when there is no such service.
     CloudSession(const QString& dataFolder, const Social::OAuth2::AuthInfo& authInfo,
                  const std::shared_ptr<PDF::Settings::ICloudAccountSettings>& settings);
 
@@ -68,9 +70,9 @@ public:
     /// Sends the local copy of a document and replaces the cloud copy.
     void UploadChanges(const QString& id);
 
-    /// Fetches a document into a folder; ends in DocumentDownloaded, DownloadCanceled or Failed. A file of that name which
-    /// stands there already is replaced only if it is the document's own local copy and has not been changed; otherwise the
-    /// download fails and leaves it alone.
+    /// Fetches a document into a folder; ends in DocumentDownloaded, DownloadCanceled or Failed. A file of that name
+    /// which stands there already is replaced only if it is the document's own local copy and has not been changed;
+    /// otherwise the download fails and leaves it alone.
     void Download(const QString& id, const QString& folder);
 
     void CancelUpload(const QString& path);

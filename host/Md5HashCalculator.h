@@ -13,11 +13,12 @@ namespace Norlis::Host {
 
 /// MD5 of files as 32 lower-case hexadecimal digits, read in pieces.
 ///
-/// The hash of a file is remembered for as long as its size, its time stamps and its inode stay the same; with a memory file
-/// it is remembered over restarts too.
+/// The hash of a file is remembered for as long as its size, its time stamps and its inode stay the same; with a memory
+/// file it is remembered over restarts too.
 class Md5HashCalculator : public PDF::IHashCalculator {
 public:
-    /// \param memoryFile SQLite file for remembered hashes; empty for none. It is only a cache: one that cannot be used is
+    /// \param memoryFile SQLite file for remembered hashes; empty for none. It is only a cache: one that cannot be used
+    /// is
     ///                   made anew or done without.
     explicit Md5HashCalculator(const QString& memoryFile = {});
     ~Md5HashCalculator() override;
@@ -25,8 +26,8 @@ public:
     /// Empty for an empty path, a file that cannot be read and anything that is not a regular file.
     std::string CalculateHash(const ioPath& path) override;
 
-    /// Hashes files on another thread, so that CalculateHash answers at once afterwards. Calls done on the thread of the
-    /// context when all are ready; not at all when the context or the calculator is gone by then.
+    /// Hashes files on another thread, so that CalculateHash answers at once afterwards. Calls done on the thread of
+    /// the context when all are ready; not at all when the context or the calculator is gone by then.
     void Prepare(const QStringList& paths, QObject* context, std::function<void()> done);
 
 private:

@@ -78,7 +78,9 @@ FileInfo::CloudInfo CloudInfoOf(const std::string& id, const Fields& fields)
 NorlisCloudFilesManager::NorlisCloudFilesManager(const std::shared_ptr<ICloudInfoStorage>& cloudInfoStorage,
                                                  const std::shared_ptr<IFileSystem>& fileSystem,
                                                  const std::shared_ptr<IHashCalculator>& hashCalculator)
-    : cloudInfoStorage(cloudInfoStorage), fileSystem(fileSystem), hashCalculator(hashCalculator)
+    : cloudInfoStorage(cloudInfoStorage),
+      fileSystem(fileSystem),
+      hashCalculator(hashCalculator)
 {
     Load();
 }
@@ -332,8 +334,8 @@ std::shared_ptr<FileInfo> NorlisCloudFilesManager::FindByIndex(int index, const 
     if (index >= 0 && static_cast<std::size_t>(index) < files.size()) {
         return files[static_cast<std::size_t>(index)];
     }
-    LOG(ERROR) << "Norlis::PDF::Cloud::NorlisCloudFilesManager::" << operation
-               << ": Invalid index requested: " << index << "; max index: " << files.size();
+    LOG(ERROR) << "Norlis::PDF::Cloud::NorlisCloudFilesManager::" << operation << ": Invalid index requested: " << index
+               << "; max index: " << files.size();
     return nullptr;
 }
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <NorlisCloud/Export.h>
 #include <contracts/AbstractFileManager.h>
 #include <contracts/ICloudInfoStorage.h>
 #include <contracts/IFileSystem.h>
 #include <contracts/IHashCalculator.h>
+#include <NorlisCloud/Export.h>
 
 #include <deque>
 #include <memory>
@@ -15,15 +15,15 @@ namespace Norlis::PDF::Cloud {
 
 /// The list of the user's cloud documents, newest first.
 ///
-/// Restored from the record store by the constructor and written back by the destructor; in between only Remove touches the
-/// store. Every record in the list must have a cloud part when the list is destroyed.
+/// Restored from the record store by the constructor and written back by the destructor; in between only Remove touches
+/// the store. Every record in the list must have a cloud part when the list is destroyed.
 class NORLIS_CLOUD_EXPORT NorlisCloudFilesManager : public AbstractFileManager {
     Q_OBJECT
 
 public:
     /// Keeps the collaborators for its whole life and loads every stored record. Throws std::invalid_argument or
-    /// std::out_of_range for a stored number that is malformed or has more than 32 bits; what a collaborator throws reaches
-    /// the caller too.
+    /// std::out_of_range for a stored number that is malformed or has more than 32 bits; what a collaborator throws
+    /// reaches the caller too.
     NorlisCloudFilesManager(const std::shared_ptr<ICloudInfoStorage>& cloudInfoStorage,
                             const std::shared_ptr<IFileSystem>& fileSystem,
                             const std::shared_ptr<IHashCalculator>& hashCalculator);
@@ -36,7 +36,8 @@ public:
     std::string GetIdByPath(const ioPath& path) const override;
     void Add(const std::shared_ptr<FileInfo>& file) override;
 
-    /// Also deletes the stored record at once when the given record has a cloud part, held or not. No file on disk is touched.
+    /// Also deletes the stored record at once when the given record has a cloud part, held or not. No file on disk is
+    /// touched.
     void Remove(const std::shared_ptr<FileInfo>& file) override;
 
     /// Does nothing.

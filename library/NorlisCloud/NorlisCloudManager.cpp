@@ -102,14 +102,14 @@ void NorlisCloudManager::Authorization(const QString& token)
     };
     Send(
         [&](ICloudProtocol& cloud) {
-            return cloud.auth(fields, OnCompleted([this, fail](qint64, RequestResult result) {
-                if (result != Social::Success) {
-                    fail();
-                    return;
-                }
-                LOG(INFO) << "Auth completed";
-                emit AuthorizationCompleted();
-            }));
+        return cloud.auth(fields, OnCompleted([this, fail](qint64, RequestResult result) {
+                              if (result != Social::Success) {
+                                  fail();
+                                  return;
+                              }
+                              LOG(INFO) << "Auth completed";
+                              emit AuthorizationCompleted();
+                          }));
         },
         fail, noFurtherStep);
 }
@@ -139,14 +139,14 @@ void NorlisCloudManager::RetrieveFilesList()
     }
     Send(
         [&](ICloudProtocol& cloud) {
-            return cloud.retriveFileList({}, OnCompleted<QList<CloudFile>>(
-                                                 [this](qint64, RequestResult result, const QList<CloudFile>& files) {
-                                                     OnRetrieveFilesListCompleted(result, files);
-                                                 }));
+        return cloud.retriveFileList(
+            {}, OnCompleted<QList<CloudFile>>([this](qint64, RequestResult result, const QList<CloudFile>& files) {
+                OnRetrieveFilesListCompleted(result, files);
+            }));
         },
         [&] {
-            ReportError("Retrieve files information failed", &NorlisCloudManager::RetrievingFilesListErrorRequested);
-        },
+        ReportError("Retrieve files information failed", &NorlisCloudManager::RetrievingFilesListErrorRequested);
+    },
         noFurtherStep);
 }
 
@@ -240,14 +240,14 @@ void NorlisCloudManager::StartUpload(const QString& localPath, const QMap<QStrin
     }
     Send(
         [&](ICloudProtocol& cloud) {
-            return cloud.uploadFile(
-                path, fields,
-                OnCompleted<const NorlisCloudSharingResult&>(
-                    [this, path](qint64 id, RequestResult result, const NorlisCloudSharingResult& sharing) {
-                        transfers.remove(id);
-                        OnUploadCompleted(path, result, sharing);
-                    }),
-                OnProgress([this, path](int value) { emit UploadingProgressValueChanged(path, value); }));
+        return cloud.uploadFile(
+            path, fields,
+            OnCompleted<const NorlisCloudSharingResult&>(
+                [this, path](qint64 id, RequestResult result, const NorlisCloudSharingResult& sharing) {
+            transfers.remove(id);
+            OnUploadCompleted(path, result, sharing);
+            }),
+            OnProgress([this, path](int value) { emit UploadingProgressValueChanged(path, value); }));
         },
         [&] { ReportError("Upload file failed", &NorlisCloudManager::UploadingFileRequestError, path); },
         [&](qint64 id) { transfers[id] = path.toStdString(); });
@@ -259,9 +259,9 @@ void NorlisCloudManager::OnUploadCompleted(const QString& path, RequestResult re
     const auto size = static_cast<quint64>(QFileInfo(path).size());
     const ioPath normalizedPath = fileSystem->NormalizePath(ioPath(path.toStdString()));
     const std::string hash = hashCalculator->CalculateHash(normalizedPath);
-    const auto file = std::make_shared<FileInfo>(FileInfo::CloudInfo(
-        sharing.id.toStdString(), sharing.fileName.toStdString(), size, sharing.isPrivate, sharing.downloadUrl,
-        sharing.createdAt, sharing.modifiedAt, sharing.lifetime, hash));
+    const auto file = std::make_shared<FileInfo>(
+        FileInfo::CloudInfo(sharing.id.toStdString(), sharing.fileName.toStdString(), size, sharing.isPrivate,
+                            sharing.downloadUrl, sharing.createdAt, sharing.modifiedAt, sharing.lifetime, hash));
     file->SetPath(normalizedPath, hash);
 
     const std::weak_ptr<NorlisCloudManager> alive = self;
@@ -338,20 +338,19 @@ void NorlisCloudManager::Download(const std::shared_ptr<FileInfo>& record, const
     }
     Send(
         [&](ICloudProtocol& cloud) {
-            return cloud.downloadFile(
-                data,
-                OnCompleted([this, file, directory](qint64 id, RequestResult result) {
-                    transfers.remove(id);
-                    OnDownloadCompleted(directory, *file, result);
-                }),
-                OnProgress([this, file](int value) { emit DownloadingProgressValueChanged(file, value); }));
+        return cloud.downloadFile(
+            data, OnCompleted([this, file, directory](qint64 id, RequestResult result) {
+                transfers.remove(id);
+                OnDownloadCompleted(directory, *file, result);
+            }),
+            OnProgress([this, file](int value) { emit DownloadingProgressValueChanged(file, value); }));
         },
         [&] { ReportError("Download file failed", &NorlisCloudManager::DownloadingFileRequestError, file); },
         [&](qint64 id) {
-            const ioPath path = fileSystem->NormalizePath(ioPath(target.toStdString()));
-            file->SetPath(path, hashCalculator->CalculateHash(path));
-            transfers[id] = file->GetId();
-        });
+        const ioPath path = fileSystem->NormalizePath(ioPath(target.toStdString()));
+        file->SetPath(path, hashCalculator->CalculateHash(path));
+        transfers[id] = file->GetId();
+    });
 }
 
 void NorlisCloudManager::OnDownloadCompleted(const QString&, const FileInfo& file, RequestResult result)
@@ -413,22 +412,22 @@ void NorlisCloudManager::RemoveFile(const std::shared_ptr<FileInfo>& record)
     data.fields[NorlisCloudProtocol::ID] = IdOf(file);
     Send(
         [&](ICloudProtocol& cloud) {
-            return cloud.deleteFile(data, OnCompleted([this, file](qint64 id, RequestResult result) {
-                transfers.remove(id);
-                if (result != Social::Success) {
-                    ReportError("Remove file error", &NorlisCloudManager::RemovingFileError, file);
-                } else if (Emit(&NorlisCloudManager::RemoveFileFinished, file)) {
-                    UserQuota();
-                }
-            }));
+        return cloud.deleteFile(data, OnCompleted([this, file](qint64 id, RequestResult result) {
+                                    transfers.remove(id);
+                                    if (result != Social::Success) {
+                                        ReportError("Remove file error", &NorlisCloudManager::RemovingFileError, file);
+                                    } else if (Emit(&NorlisCloudManager::RemoveFileFinished, file)) {
+                                        UserQuota();
+                                    }
+                                }));
         },
         [&] { ReportError("Remove file failed", &NorlisCloudManager::RemovingFileError, file); }, noFurtherStep);
 }
 
 // Previews
 
-void NorlisCloudManager::RetrieveFilePreview(const std::shared_ptr<FileInfo>& record,
-                                             FileInfo::PreviewSize previewSize, const QSize& size)
+void NorlisCloudManager::RetrieveFilePreview(const std::shared_ptr<FileInfo>& record, FileInfo::PreviewSize previewSize,
+                                             const QSize& size)
 {
     if (!RequireLogin()) {
         return;
@@ -452,17 +451,15 @@ void NorlisCloudManager::RetrieveFilePreview(const std::shared_ptr<FileInfo>& re
     }
     Send(
         [&](ICloudProtocol& cloud) {
-            return cloud.retrievePreview(fields,
-                                         OnCompleted<QPixmap>([this, file, previewSize](
-                                                                  qint64 id, RequestResult result, QPixmap pixmap) {
-                                             transfers.remove(id);
-                                             OnRetrieveFilePreviewCompleted(file, previewSize, result, pixmap);
-                                         }));
+        return cloud.retrievePreview(
+            fields, OnCompleted<QPixmap>([this, file, previewSize](qint64 id, RequestResult result, QPixmap pixmap) {
+                transfers.remove(id);
+                OnRetrieveFilePreviewCompleted(file, previewSize, result, pixmap);
+            }));
         },
         [&] {
-            ReportError("Retrieve file preview failed", &NorlisCloudManager::RetrieveFilePreviewError, file,
-                        previewSize);
-        },
+        ReportError("Retrieve file preview failed", &NorlisCloudManager::RetrieveFilePreviewError, file, previewSize);
+    },
         noFurtherStep);
 }
 
@@ -503,15 +500,14 @@ void NorlisCloudManager::UserQuota()
     }
     Send(
         [&](ICloudProtocol& cloud) {
-            return cloud.userQuota(OnCompleted<const QMap<QString, QuotaValue>&>(
-                [this](qint64, RequestResult result, const QMap<QString, QuotaValue>& quota) {
-                    OnRetrieveUserQuotaCompleted(result, quota);
-                }));
+        return cloud.userQuota(OnCompleted<const QMap<QString, QuotaValue>&>(
+            [this](qint64, RequestResult result, const QMap<QString, QuotaValue>& quota) {
+            OnRetrieveUserQuotaCompleted(result, quota);
+        }));
         },
         [&] {
-            ReportError("Retrieve user quota information failed",
-                        &NorlisCloudManager::RetrievingUserQuotaErrorRequested);
-        },
+        ReportError("Retrieve user quota information failed", &NorlisCloudManager::RetrievingUserQuotaErrorRequested);
+    },
         noFurtherStep);
 }
 
@@ -594,7 +590,7 @@ template <typename... Payload, typename Handler>
 std::function<void(qint64, Social::RequestResult, Payload...)> NorlisCloudManager::OnCompleted(Handler handler)
 {
     return [weakSelf = std::weak_ptr<NorlisCloudManager>(self), handler](qint64 id, RequestResult result,
-                                                                          Payload... payload) {
+                                                                         Payload... payload) {
         const auto manager = weakSelf.lock().get();
         if (manager && manager->IsPending(id)) {
             manager->activeRequests.remove(id);

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <NorlisCloud/Export.h>
 #include <contracts/AbstractCloudManager.h>
 #include <contracts/ICloudAccountSettings.h>
 #include <contracts/ICloudProtocol.h>
 #include <contracts/IFileSystem.h>
 #include <contracts/IHashCalculator.h>
+#include <NorlisCloud/Export.h>
 
 #include <QMap>
 #include <QSet>
@@ -18,8 +18,8 @@ namespace Norlis::PDF::Cloud {
 
 /// Signs the user in and out and runs every exchange with the cloud as an asynchronous request.
 ///
-/// A request is registered from the moment in which the protocol accepts it until its callback runs or it is cancelled; a
-/// callback for a request that is not registered, or that comes when the manager is gone, does nothing.
+/// A request is registered from the moment in which the protocol accepts it until its callback runs or it is cancelled;
+/// a callback for a request that is not registered, or that comes when the manager is gone, does nothing.
 class NORLIS_CLOUD_EXPORT NorlisCloudManager : public AbstractCloudManager {
     Q_OBJECT
 
@@ -66,8 +66,8 @@ private:
                                         RequestResult result, QPixmap pixmap);
     void OnRetrieveUserQuotaCompleted(RequestResult result, QMap<QString, QuotaValue> quota);
 
-    // The pattern that all requests follow: the login is required, "started" is emitted, the request is sent with callbacks
-    // made by OnCompleted and OnProgress.
+    // The pattern that all requests follow: the login is required, "started" is emitted, the request is sent with
+    // callbacks made by OnCompleted and OnProgress.
 
     /// False, after AuthorizationRequired, when nobody is signed in.
     bool RequireLogin();
@@ -80,8 +80,8 @@ private:
     template <typename Signal, typename... Args>
     void ReportError(const QString& message, Signal signal, const Args&... args);
 
-    /// Calls request(protocol), which returns an operation id; then refused() when it is -1, else accepted(id), whereupon the
-    /// id is registered.
+    /// Calls request(protocol), which returns an operation id; then refused() when it is -1, else accepted(id),
+    /// whereupon the id is registered.
     template <typename Request, typename Refused, typename Accepted>
     void Send(Request request, Refused refused, Accepted accepted);
 
@@ -107,12 +107,12 @@ private:
     std::shared_ptr<ICloudProtocol> protocol;
     std::shared_ptr<IHashCalculator> hashCalculator;
     std::shared_ptr<IFileSystem> fileSystem;
-    QSet<qint64> activeRequests;           ///< every request that was started and has not ended
-    QMap<qint64, std::string> transfers;   ///< those that are uploads (local path) and downloads (document id)
-    QSet<qint64> requestsInCancellation;   ///< those that the protocol is being asked to cancel at this moment
+    QSet<qint64> activeRequests;         ///< every request that was started and has not ended
+    QMap<qint64, std::string> transfers; ///< those that are uploads (local path) and downloads (document id)
+    QSet<qint64> requestsInCancellation; ///< those that the protocol is being asked to cancel at this moment
 
-    /// Points to the manager without owning it. Whatever outlives an emit or waits in the protocol holds it weakly. Unlike a
-    /// QPointer it is empty from the first moment of destruction on, when the protocol may still call back.
+    /// Points to the manager without owning it. Whatever outlives an emit or waits in the protocol holds it weakly.
+    /// Unlike a QPointer it is empty from the first moment of destruction on, when the protocol may still call back.
     std::shared_ptr<NorlisCloudManager> self;
 };
 

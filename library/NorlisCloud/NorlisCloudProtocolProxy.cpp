@@ -76,15 +76,16 @@ qint64 NorlisCloudProtocolProxy::deleteFile(const FileFieldData& data,
     return protocol->deleteFile(data, std::move(done));
 }
 
-qint64 NorlisCloudProtocolProxy::uploadFile(
-    const QString& localPath, const QMap<QString, QString>& fields,
-    std::function<void(qint64, RequestResult, const NorlisCloudSharingResult&)>&& done, ProgressCallback&& progress)
+qint64
+NorlisCloudProtocolProxy::uploadFile(const QString& localPath, const QMap<QString, QString>& fields,
+                                     std::function<void(qint64, RequestResult, const NorlisCloudSharingResult&)>&& done,
+                                     ProgressCallback&& progress)
 {
     return protocol->uploadFile(localPath, fields, std::move(done), std::move(progress));
 }
 
-qint64 NorlisCloudProtocolProxy::userQuota(
-    std::function<void(qint64, RequestResult, const QMap<QString, QuotaValue>&)>&& done)
+qint64
+NorlisCloudProtocolProxy::userQuota(std::function<void(qint64, RequestResult, const QMap<QString, QuotaValue>&)>&& done)
 {
     return protocol->userQuota(std::move(done));
 }

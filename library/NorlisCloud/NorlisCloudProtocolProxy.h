@@ -1,8 +1,8 @@
 #pragma once
 
-#include <NorlisCloud/Export.h>
 #include <contracts/ICloudProtocol.h>
 #include <contracts/OAuth2.h>
+#include <NorlisCloud/Export.h>
 
 #include <memory>
 #include <string>
@@ -15,8 +15,8 @@ namespace Norlis::PDF::Cloud {
 
 /// The cloud service's protocol object as an ICloudProtocol: every operation is passed on unchanged.
 ///
-/// Owns the protocol object; destroying the proxy ends all pending requests without a callback. Lives on the thread that
-/// constructs it, where the callbacks arrive too.
+/// Owns the protocol object; destroying the proxy ends all pending requests without a callback. Lives on the thread
+/// that constructs it, where the callbacks arrive too.
 class NORLIS_CLOUD_EXPORT NorlisCloudProtocolProxy : public ICloudProtocol {
 public:
     /// Creates the protocol object with both arguments as they are. What that throws reaches the caller.
@@ -42,13 +42,13 @@ public:
     qint64 downloadFile(const FileFieldData& data, std::function<void(qint64, Social::RequestResult)>&& done,
                         ProgressCallback&& progress) override;
     qint64 deleteFile(const FileFieldData& data, std::function<void(qint64, Social::RequestResult)>&& done) override;
-    qint64 uploadFile(
-        const QString& localPath, const QMap<QString, QString>& fields,
-        std::function<void(qint64, Social::RequestResult, const Social::NorlisCloudSharingResult&)>&& done,
-        ProgressCallback&& progress) override;
+    qint64
+    uploadFile(const QString& localPath, const QMap<QString, QString>& fields,
+               std::function<void(qint64, Social::RequestResult, const Social::NorlisCloudSharingResult&)>&& done,
+               ProgressCallback&& progress) override;
 
-    qint64 userQuota(
-        std::function<void(qint64, Social::RequestResult, const QMap<QString, QuotaValue>&)>&& done) override;
+    qint64
+    userQuota(std::function<void(qint64, Social::RequestResult, const QMap<QString, QuotaValue>&)>&& done) override;
     qint64 retrievePreview(const QMap<QString, QString>& fields,
                            std::function<void(qint64, Social::RequestResult, QPixmap)>&& done) override;
     void cancelOperation(qint64 id) override;
