@@ -21,7 +21,7 @@ struct AuthInfo {
     /// Where the cloud is: `file:` names a folder.
     QUrl serviceUrl;
 
-    /// Folder in which rendered previews are kept between runs; created when missing. Empty keeps them in memory only.
+    /// Folder in which previews are kept, also between runs, up to a bound; created when missing. Empty keeps none.
     QString cacheFolder = {};
 
     /// Upper limit, in bytes, of what the documents of a folder service may take together; 0 leaves it to the disk.

@@ -37,8 +37,6 @@ const std::map<FileInfo::PreviewSize, int> previewPixelSizes = {
 // The editor's record library may number more states; these two headers agree on this one.
 constexpr int neverUploaded = 5;
 
-constexpr auto noFurtherStep = [](qint64) {};
-
 QString IdOf(const std::shared_ptr<FileInfo>& file)
 {
     return QString::fromStdString(file->GetId());
@@ -100,18 +98,15 @@ void NorlisCloudManager::Authorization(const QString& token)
         {NorlisCloudProtocol::SSO_TOKEN, token},
         {NorlisCloudProtocol::APP_ID_ON_CLOUD, applicationId},
     };
-    Send(
-        [&](ICloudProtocol& cloud) {
-        return cloud.auth(fields, OnCompleted([this, fail](qint64, RequestResult result) {
-                              if (result != Social::Success) {
-                                  fail();
-                                  return;
-                              }
-                              LOG(INFO) << "Auth completed";
-                              emit AuthorizationCompleted();
-                          }));
-        },
-        fail, noFurtherStep);
+    auto done = OnCompleted([this, fail](qint64, RequestResult result) {
+        if (result != Social::Success) {
+            fail();
+            return;
+        }
+        LOG(INFO) << "Auth completed";
+        emit AuthorizationCompleted();
+    });
+    Send([&](ICloudProtocol& cloud) { return cloud.auth(fields, std::move(done)); }, fail);
 }
 
 void NorlisCloudManager::Logout()
@@ -131,23 +126,16 @@ bool NorlisCloudManager::IsLoggedIn()
 
 void NorlisCloudManager::RetrieveFilesList()
 {
-    if (!RequireLogin() || IsSyncInProgressWithCloud()) {
+    if (!RequireLogin() || IsSyncInProgressWithCloud() || !Emit(&NorlisCloudManager::RetrievingFilesListStarted)) {
         return;
     }
-    if (!Emit(&NorlisCloudManager::RetrievingFilesListStarted)) {
-        return;
-    }
-    Send(
-        [&](ICloudProtocol& cloud) {
-        return cloud.retriveFileList(
-            {}, OnCompleted<QList<CloudFile>>([this](qint64, RequestResult result, const QList<CloudFile>& files) {
-                OnRetrieveFilesListCompleted(result, files);
-            }));
-        },
-        [&] {
-        ReportError("Retrieve files information failed", &NorlisCloudManager::RetrievingFilesListErrorRequested);
-    },
-        noFurtherStep);
+    auto done = OnCompleted<QList<CloudFile>>([this](qint64, RequestResult result, const QList<CloudFile>& files) {
+        OnRetrieveFilesListCompleted(result, files);
+    });
+    Send([&](ICloudProtocol& cloud) { return cloud.retriveFileList({}, std::move(done)); },
+         [this] {
+             ReportError("Retrieve files information failed", &NorlisCloudManager::RetrievingFilesListErrorRequested);
+         });
 }
 
 void NorlisCloudManager::OnRetrieveFilesListCompleted(RequestResult result, QList<CloudFile> cloudFiles)
@@ -238,19 +226,15 @@ void NorlisCloudManager::StartUpload(const QString& localPath, const QMap<QStrin
     if (!Emit(&NorlisCloudManager::UploadingStarted, path)) {
         return;
     }
-    Send(
-        [&](ICloudProtocol& cloud) {
-        return cloud.uploadFile(
-            path, fields,
-            OnCompleted<const NorlisCloudSharingResult&>(
-                [this, path](qint64 id, RequestResult result, const NorlisCloudSharingResult& sharing) {
+    auto done = OnCompleted<const NorlisCloudSharingResult&>(
+        [this, path](qint64 id, RequestResult result, const NorlisCloudSharingResult& sharing) {
             transfers.remove(id);
             OnUploadCompleted(path, result, sharing);
-            }),
-            OnProgress([this, path](int value) { emit UploadingProgressValueChanged(path, value); }));
-        },
-        [&] { ReportError("Upload file failed", &NorlisCloudManager::UploadingFileRequestError, path); },
-        [&](qint64 id) { transfers[id] = path.toStdString(); });
+        });
+    auto progress = OnProgress([this, path](int value) { emit UploadingProgressValueChanged(path, value); });
+    Send([&](ICloudProtocol& cloud) { return cloud.uploadFile(path, fields, std::move(done), std::move(progress)); },
+         [&] { ReportError("Upload file failed", &NorlisCloudManager::UploadingFileRequestError, path); },
+         [&](qint64 id) { transfers[id] = path.toStdString(); });
 }
 
 void NorlisCloudManager::OnUploadCompleted(const QString& path, RequestResult result,
@@ -336,21 +320,18 @@ void NorlisCloudManager::Download(const std::shared_ptr<FileInfo>& record, const
     if (!Emit(&NorlisCloudManager::DownloadingStarted, file)) {
         return;
     }
-    Send(
-        [&](ICloudProtocol& cloud) {
-        return cloud.downloadFile(
-            data, OnCompleted([this, file, directory](qint64 id, RequestResult result) {
-                transfers.remove(id);
-                OnDownloadCompleted(directory, *file, result);
-            }),
-            OnProgress([this, file](int value) { emit DownloadingProgressValueChanged(file, value); }));
-        },
-        [&] { ReportError("Download file failed", &NorlisCloudManager::DownloadingFileRequestError, file); },
-        [&](qint64 id) {
-        const ioPath path = fileSystem->NormalizePath(ioPath(target.toStdString()));
-        file->SetPath(path, hashCalculator->CalculateHash(path));
-        transfers[id] = file->GetId();
+    auto done = OnCompleted([this, file, directory](qint64 id, RequestResult result) {
+        transfers.remove(id);
+        OnDownloadCompleted(directory, *file, result);
     });
+    auto progress = OnProgress([this, file](int value) { emit DownloadingProgressValueChanged(file, value); });
+    Send([&](ICloudProtocol& cloud) { return cloud.downloadFile(data, std::move(done), std::move(progress)); },
+         [&] { ReportError("Download file failed", &NorlisCloudManager::DownloadingFileRequestError, file); },
+         [&](qint64 id) {
+             const ioPath path = fileSystem->NormalizePath(ioPath(target.toStdString()));
+             file->SetPath(path, hashCalculator->CalculateHash(path));
+             transfers[id] = file->GetId();
+         });
 }
 
 void NorlisCloudManager::OnDownloadCompleted(const QString&, const FileInfo& file, RequestResult result)
@@ -410,18 +391,16 @@ void NorlisCloudManager::RemoveFile(const std::shared_ptr<FileInfo>& record)
     const auto file = record;
     ICloudProtocol::FileFieldData data;
     data.fields[NorlisCloudProtocol::ID] = IdOf(file);
-    Send(
-        [&](ICloudProtocol& cloud) {
-        return cloud.deleteFile(data, OnCompleted([this, file](qint64 id, RequestResult result) {
-                                    transfers.remove(id);
-                                    if (result != Social::Success) {
-                                        ReportError("Remove file error", &NorlisCloudManager::RemovingFileError, file);
-                                    } else if (Emit(&NorlisCloudManager::RemoveFileFinished, file)) {
-                                        UserQuota();
-                                    }
-                                }));
-        },
-        [&] { ReportError("Remove file failed", &NorlisCloudManager::RemovingFileError, file); }, noFurtherStep);
+    auto done = OnCompleted([this, file](qint64 id, RequestResult result) {
+        transfers.remove(id);
+        if (result != Social::Success) {
+            ReportError("Remove file error", &NorlisCloudManager::RemovingFileError, file);
+        } else if (Emit(&NorlisCloudManager::RemoveFileFinished, file)) {
+            UserQuota();
+        }
+    });
+    Send([&](ICloudProtocol& cloud) { return cloud.deleteFile(data, std::move(done)); },
+         [&] { ReportError("Remove file failed", &NorlisCloudManager::RemovingFileError, file); });
 }
 
 // Previews
@@ -449,18 +428,15 @@ void NorlisCloudManager::RetrieveFilePreview(const std::shared_ptr<FileInfo>& re
     if (!Emit(&NorlisCloudManager::RetrieveFilePreviewStarted, file, previewSize)) {
         return;
     }
-    Send(
-        [&](ICloudProtocol& cloud) {
-        return cloud.retrievePreview(
-            fields, OnCompleted<QPixmap>([this, file, previewSize](qint64 id, RequestResult result, QPixmap pixmap) {
-                transfers.remove(id);
-                OnRetrieveFilePreviewCompleted(file, previewSize, result, pixmap);
-            }));
-        },
-        [&] {
-        ReportError("Retrieve file preview failed", &NorlisCloudManager::RetrieveFilePreviewError, file, previewSize);
-    },
-        noFurtherStep);
+    auto done = OnCompleted<QPixmap>([this, file, previewSize](qint64 id, RequestResult result, QPixmap pixmap) {
+        transfers.remove(id);
+        OnRetrieveFilePreviewCompleted(file, previewSize, result, pixmap);
+    });
+    Send([&](ICloudProtocol& cloud) { return cloud.retrievePreview(fields, std::move(done)); },
+         [&] {
+             ReportError("Retrieve file preview failed", &NorlisCloudManager::RetrieveFilePreviewError, file,
+                         previewSize);
+         });
 }
 
 void NorlisCloudManager::OnRetrieveFilePreviewCompleted(const std::shared_ptr<FileInfo>& file,
@@ -498,17 +474,15 @@ void NorlisCloudManager::UserQuota()
     if (!RequireLogin() || !Emit(&NorlisCloudManager::RetrievingUserQuotaStarted)) {
         return;
     }
-    Send(
-        [&](ICloudProtocol& cloud) {
-        return cloud.userQuota(OnCompleted<const QMap<QString, QuotaValue>&>(
-            [this](qint64, RequestResult result, const QMap<QString, QuotaValue>& quota) {
+    auto done = OnCompleted<const QMap<QString, QuotaValue>&>(
+        [this](qint64, RequestResult result, const QMap<QString, QuotaValue>& quota) {
             OnRetrieveUserQuotaCompleted(result, quota);
-        }));
-        },
-        [&] {
-        ReportError("Retrieve user quota information failed", &NorlisCloudManager::RetrievingUserQuotaErrorRequested);
-    },
-        noFurtherStep);
+        });
+    Send([&](ICloudProtocol& cloud) { return cloud.userQuota(std::move(done)); },
+         [this] {
+             ReportError("Retrieve user quota information failed",
+                         &NorlisCloudManager::RetrievingUserQuotaErrorRequested);
+         });
 }
 
 void NorlisCloudManager::OnRetrieveUserQuotaCompleted(RequestResult result, QMap<QString, QuotaValue> quota)

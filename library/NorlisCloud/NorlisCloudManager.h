@@ -82,8 +82,9 @@ private:
 
     /// Calls request(protocol), which returns an operation id; then refused() when it is -1, else accepted(id),
     /// whereupon the id is registered.
-    template <typename Request, typename Refused, typename Accepted>
-    void Send(Request request, Refused refused, Accepted accepted);
+    template <typename Request, typename Refused, typename Accepted = void (*)(qint64)>
+    void Send(
+        Request request, Refused refused, Accepted accepted = [](qint64) {});
 
     /// A completion callback: calls handler(id, result, payload...), once, while the request is registered.
     template <typename... Payload, typename Handler>

@@ -1,0 +1,123 @@
+#include "AtomicFile.h"
+
+#include <QFileInfo>
+#include <QRandomGenerator>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace Norlis::Social {
+
+namespace {
+
+/// 0, or the system's error number. EEXIST when the new name is taken.
+int RenameWithoutReplacing(const QByteArray& from, const QByteArray& to)
+{
+    if (renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_NOREPLACE) == 0) {
+        return 0;
+    }
+    if (errno != EINVAL && errno != ENOSYS) {
+        return errno;
+    }
+    // The file system does not know that call: a second name is just as good, since it is never put over another file.
+    if (link(from.constData(), to.constData()) != 0) {
+        return errno;
+    }
+    unlink(from.constData());
+    return 0;
+}
+
+} // namespace
+
+AtomicFile::~AtomicFile()
+{
+    if (file.isOpen()) {
+        file.remove();
+    }
+}
+
+bool AtomicFile::Open(const QString& folder)
+{
+    for (int attempt = 0; attempt < 8; ++attempt) {
+        const auto number = QRandomGenerator::system()->generate64();
+        file.setFileName(folder + QStringLiteral("/.norlis-%1").arg(number, 16, 16, QLatin1Char('0')) +
+                         TemporarySuffix());
+        if (file.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered)) {
+            return true;
+        }
+        if (!file.exists()) {
+            break;
+        }
+    }
+    error = file.errorString();
+    return false;
+}
+
+bool AtomicFile::Write(const char* data, qint64 size)
+{
+    if (file.write(data, size) == size) {
+        return true;
+    }
+    error = file.errorString();
+    return false;
+}
+
+bool AtomicFile::Sync()
+{
+    return fsync(file.handle()) == 0 || Fail(errno);
+}
+
+bool AtomicFile::CommitReplacing(const QString& path)
+{
+    if (std::rename(QFile::encodeName(file.fileName()).constData(), QFile::encodeName(path).constData()) != 0) {
+        return Fail(errno);
+    }
+    file.close();
+    return true;
+}
+
+AtomicFile::Outcome AtomicFile::CommitNew(const QString& path)
+{
+    const int errorNumber = RenameWithoutReplacing(QFile::encodeName(file.fileName()), QFile::encodeName(path));
+    if (errorNumber == EEXIST) {
+        return Outcome::NameTaken;
+    }
+    if (errorNumber != 0) {
+        Fail(errorNumber);
+        return Outcome::Failed;
+    }
+    file.close();
+    return Outcome::Done;
+}
+
+QString AtomicFile::ErrorText() const
+{
+    return error;
+}
+
+QString AtomicFile::TemporarySuffix()
+{
+    return ".part";
+}
+
+bool AtomicFile::Fail(int errorNumber)
+{
+    error = QString::fromLocal8Bit(std::strerror(errorNumber));
+    return false;
+}
+
+void AtomicFile::SyncFolderOf(const QString& path)
+{
+    const QByteArray folder = QFile::encodeName(QFileInfo(path).path());
+    const int descriptor = open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor >= 0) {
+        fsync(descriptor);
+        close(descriptor);
+    }
+}
+
+} // namespace Norlis::Social

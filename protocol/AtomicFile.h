@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QFile>
+#include <QString>
+
+namespace Norlis::Social {
+
+/// A file that appears under its name only when it is whole. Written under a temporary name in a folder of the same
+/// file system; without a commit nothing stays behind.
+class AtomicFile {
+public:
+    enum class Outcome { Done, NameTaken, Failed };
+
+    AtomicFile() = default;
+    ~AtomicFile();
+
+    AtomicFile(const AtomicFile&) = delete;
+    AtomicFile& operator=(const AtomicFile&) = delete;
+
+    /// Creates the temporary file. False when that fails; ErrorText says why, as it does for the other operations.
+    bool Open(const QString& folder);
+
+    /// False unless every byte was taken.
+    bool Write(const char* data, qint64 size);
+
+    /// Makes the content durable. To be called before the commit, which is then quick.
+    bool Sync();
+
+    /// Gives the file its name; what stood there is replaced in one step.
+    bool CommitReplacing(const QString& path);
+
+    /// Gives the file its name unless there is something of that name already.
+    Outcome CommitNew(const QString& path);
+
+    QString ErrorText() const;
+
+    /// Makes a committed name durable; without effect where the system cannot do it.
+    static void SyncFolderOf(const QString& path);
+
+    /// Ending of the temporary names, by which leftovers of a crash are known.
+    static QString TemporarySuffix();
+
+private:
+    bool Fail(int errorNumber);
+
+    QFile file;
+    QString error;
+};
+
+} // namespace Norlis::Social

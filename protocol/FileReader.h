@@ -1,0 +1,61 @@
+#pragma once
+
+#include <QCryptographicHash>
+#include <QFile>
+#include <QString>
+
+namespace Norlis::Social {
+
+/// By which a file is known to be the same, with the same content. POSIX stat(2).
+struct FileVersion {
+    quint64 device = 0;
+    quint64 inode = 0;
+    qint64 size = -1; ///< bytes; -1 when there is no regular file
+    qint64 modifiedNanoseconds = 0;
+    qint64 changedNanoseconds = 0;
+
+    bool IsFile() const
+    {
+        return size >= 0;
+    }
+
+    /// Text form; equal for equal versions only.
+    QString ToString() const;
+
+    /// Of what is at the path itself: a link is no regular file.
+    static FileVersion OfPath(const QString& path);
+};
+
+bool operator==(const FileVersion& left, const FileVersion& right);
+
+/// Reads a regular file from begin to end, in pieces, and hashes what passes.
+class FileReader {
+public:
+    /// False for anything but a regular file; ErrorText says why.
+    bool Open(const QString& path);
+
+    /// The next piece, valid until the next call. Empty at the end of the file and after an error.
+    const QByteArray& Next();
+
+    bool Failed() const;
+    QString ErrorText() const;
+    qint64 Position() const;
+
+    /// As of opening.
+    const FileVersion& Version() const;
+
+    /// Whether the file at the path is still the one, unchanged, that was opened.
+    bool IsUnchanged() const;
+
+    /// Hexadecimal MD5 of what has been read.
+    QString Md5() const;
+
+private:
+    QFile file;
+    QString error;
+    QByteArray piece;
+    FileVersion version;
+    QCryptographicHash hash{QCryptographicHash::Md5};
+};
+
+} // namespace Norlis::Social

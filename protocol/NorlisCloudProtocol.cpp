@@ -1,0 +1,241 @@
+#include <contracts/NorlisCloudProtocol.h>
+
+#include "folder/FolderService.h"
+#include "ServiceConnection.h"
+
+#include <QGuiApplication>
+#include <QPixmap>
+
+#include <stdexcept>
+
+namespace Norlis::Social {
+
+const QString NorlisCloudProtocol::ID = QStringLiteral("id");
+const QString NorlisCloudProtocol::FILE_NAME = QStringLiteral("file_name");
+const QString NorlisCloudProtocol::FILE_SIZE = QStringLiteral("file_size");
+const QString NorlisCloudProtocol::MD5_HASH = QStringLiteral("md5_hash");
+const QString NorlisCloudProtocol::FILE_MIME_TYPE = QStringLiteral("file_mime_type");
+const QString NorlisCloudProtocol::CHUNK_MIME_TYPE = QStringLiteral("chunk_mime_type");
+const QString NorlisCloudProtocol::SSO_TOKEN = QStringLiteral("sso_token");
+const QString NorlisCloudProtocol::APP_ID_ON_CLOUD = QStringLiteral("app_id_on_cloud");
+const QString NorlisCloudProtocol::API_VERSION = QStringLiteral("api_version");
+const QString NorlisCloudProtocol::FILE_PREVIEW_WIDTH = QStringLiteral("file_preview_width");
+const QString NorlisCloudProtocol::FILE_PREVIEW_HEIGHT = QStringLiteral("file_preview_height");
+
+namespace {
+
+constexpr qint64 notStarted = -1;
+
+CloudServiceFactory ServiceFor(const OAuth2::AuthInfo& authInfo)
+{
+    if (authInfo.serviceUrl.isLocalFile() && !authInfo.serviceUrl.toLocalFile().isEmpty()) {
+        return [authInfo](const CloudService::Listener& listener) {
+            return std::make_unique<FolderService>(authInfo, listener);
+        };
+    }
+    throw std::invalid_argument("There is no cloud service at \"" +
+                                authInfo.serviceUrl.toDisplayString(QUrl::RemoveUserInfo).toStdString() +
+                                "\": give the URL of a folder, such as file:///home/me/Cloud");
+}
+
+/// The payload of a successful reply; an empty one of any other.
+template <typename Payload>
+Payload PayloadOf(Reply&& reply)
+{
+    const auto payload = std::get_if<Payload>(&reply.payload);
+    return reply.result == Success && payload ? std::move(*payload) : Payload();
+}
+
+/// Pictures are drawn by the platform, which only a QGuiApplication brings.
+bool CanHavePixmaps()
+{
+    return qobject_cast<QGuiApplication*>(QCoreApplication::instance()) != nullptr;
+}
+
+} // namespace
+
+class NorlisCloudProtocol::Private {
+public:
+    explicit Private(const OAuth2::AuthInfo& authInfo)
+        : authInfo(authInfo),
+          connection(std::make_unique<ServiceConnection>(ServiceFor(authInfo)))
+    {
+    }
+
+    /// Sends a request whose reply is handed on by answer(id, result, reply).
+    template <typename Answer>
+    qint64 Send(const Request::Any& request, Answer answer, ProgressCallback&& progress = {})
+    {
+        if (!isLoggedIn && !std::holds_alternative<Request::SignIn>(request)) {
+            Report(notStarted, Failed("The request", {}, "Nobody is signed in", "Sign in first.").failure);
+            return notStarted;
+        }
+        return connection->Send(
+            request,
+            [this, answer = std::move(answer)](qint64 id, Reply&& reply) {
+                const std::weak_ptr<bool> alive = life;
+                if (reply.result == Error) {
+                    Report(id, reply.failure);
+                }
+                if (!alive.expired()) {
+                    answer(id, reply.result, std::move(reply));
+                }
+            },
+            std::move(progress));
+    }
+
+    /// Sends a request whose callback takes the payload of the reply.
+    template <typename Payload, typename Callback>
+    qint64 SendFor(const Request::Any& request, Callback&& done, ProgressCallback&& progress = {})
+    {
+        return Send(
+            request,
+            [done = std::move(done)](qint64 id, RequestResult result, Reply&& reply) {
+                done(id, result, PayloadOf<Payload>(std::move(reply)));
+            },
+            std::move(progress));
+    }
+
+    template <typename Callback>
+    qint64 SendForPixmap(const Request::Any& request, Callback&& done)
+    {
+        return Send(request, [this, done = std::move(done)](qint64 id, RequestResult result, Reply&& reply) {
+            const QImage image = PayloadOf<QImage>(std::move(reply));
+            if (result == Success && !CanHavePixmaps()) {
+                const std::weak_ptr<bool> alive = life;
+                Report(id, Failed("Fetching a picture", {}, "The program has no QGuiApplication").failure);
+                if (!alive.expired()) {
+                    done(id, Error, {});
+                }
+                return;
+            }
+            done(id, result, image.isNull() ? QPixmap() : QPixmap::fromImage(image));
+        });
+    }
+
+    void Report(qint64 id, OAuth2::Failure failure)
+    {
+        failure.operation = id;
+        if (authInfo.onFailure) {
+            authInfo.onFailure(failure);
+        }
+    }
+
+    const OAuth2::AuthInfo authInfo;
+    bool isLoggedIn = false;
+    int signOuts = 0; ///< counted, so that a sign-in which was under way meanwhile is told from a later one
+    const std::shared_ptr<bool> life =
+        std::make_shared<bool>(); ///< held weakly by what outlives a call of the user's code
+    std::unique_ptr<ServiceConnection> connection;
+};
+
+NorlisCloudProtocol::NorlisCloudProtocol(const OAuth2::AuthInfo& authInfo, const std::string& name, QObject* parent)
+    : QObject(parent),
+      d(std::make_shared<Private>(authInfo)){
+          Q_UNUSED(name) // a folder has no use for it
+      }
+
+      NorlisCloudProtocol::~NorlisCloudProtocol() = default;
+
+qint64 NorlisCloudProtocol::auth(const QMap<QString, QString>& fields,
+                                 std::function<void(qint64, RequestResult)>&& done)
+{
+    return d->Send(
+        Request::SignIn{fields.value(SSO_TOKEN)},
+        [d = d.get(), done = std::move(done), signOuts = d->signOuts](qint64 id, RequestResult result, Reply&&) {
+            const bool isSignedOut = signOuts != d->signOuts;
+            if (result == Success && !isSignedOut) {
+                d->isLoggedIn = true;
+            }
+            done(id, isSignedOut ? Canceled : result);
+        });
+}
+
+void NorlisCloudProtocol::logout()
+{
+    d->isLoggedIn = false;
+    ++d->signOuts;
+}
+
+bool NorlisCloudProtocol::loggedIn()
+{
+    return d->isLoggedIn;
+}
+
+qint64 NorlisCloudProtocol::userName(std::function<void(qint64, RequestResult, QString)>&& done)
+{
+    return d->SendFor<QString>(Request::UserName{}, std::move(done));
+}
+
+qint64 NorlisCloudProtocol::userProfile(std::function<void(qint64, RequestResult, QUrl)>&& done)
+{
+    return d->SendFor<QUrl>(Request::UserPage{}, std::move(done));
+}
+
+qint64 NorlisCloudProtocol::userPic(std::function<void(qint64, RequestResult, QString)>&& done)
+{
+    return d->SendFor<QString>(Request::UserPictureAddress{}, std::move(done));
+}
+
+qint64 NorlisCloudProtocol::userPic(std::function<void(qint64, RequestResult, QPixmap)>&& done)
+{
+    return d->SendForPixmap(Request::UserPicture{}, std::move(done));
+}
+
+qint64 NorlisCloudProtocol::retriveFileInfo(const FileFieldData& data,
+                                            std::function<void(qint64, RequestResult, FileInfo)>&& done)
+{
+    return d->SendFor<CloudFile>(Request::Info{data.fields.value(ID)}, std::move(done));
+}
+
+qint64 NorlisCloudProtocol::retriveFileList(const FileFieldData&,
+                                            std::function<void(qint64, RequestResult, QList<FileInfo>)>&& done)
+{
+    return d->SendFor<QList<CloudFile>>(Request::List{}, std::move(done));
+}
+
+qint64 NorlisCloudProtocol::downloadFile(const FileFieldData& data, std::function<void(qint64, RequestResult)>&& done,
+                                         ProgressCallback&& progress)
+{
+    const Request::Download request{data.fields.value(ID), data.fields.value(FILE_NAME),
+                                    std::make_shared<TransferToken>()};
+    return d->Send(
+        request, [done = std::move(done)](qint64 id, RequestResult result, Reply&&) { done(id, result); },
+        std::move(progress));
+}
+
+qint64 NorlisCloudProtocol::deleteFile(const FileFieldData& data, std::function<void(qint64, RequestResult)>&& done)
+{
+    return d->Send(Request::Remove{data.fields.value(ID)},
+                   [done = std::move(done)](qint64 id, RequestResult result, Reply&&) { done(id, result); });
+}
+
+qint64
+NorlisCloudProtocol::uploadFile(const QString& localPath, const QMap<QString, QString>& fields,
+                                std::function<void(qint64, RequestResult, const NorlisCloudSharingResult&)>&& done,
+                                ProgressCallback&& progress)
+{
+    const Request::Upload request{localPath, fields.value(ID), fields.value(FILE_MIME_TYPE), fields.value(MD5_HASH),
+                                  std::make_shared<TransferToken>()};
+    return d->SendFor<NorlisCloudSharingResult>(request, std::move(done), std::move(progress));
+}
+
+qint64
+NorlisCloudProtocol::userQuota(std::function<void(qint64, RequestResult, const QMap<QString, QuotaValue>&)>&& done)
+{
+    return d->SendFor<QuotaByApplication>(Request::Quota{}, std::move(done));
+}
+
+qint64 NorlisCloudProtocol::retrievePreview(const QMap<QString, QString>& fields,
+                                            std::function<void(qint64, RequestResult, QPixmap)>&& done)
+{
+    const QSize box(fields.value(FILE_PREVIEW_WIDTH).toInt(), fields.value(FILE_PREVIEW_HEIGHT).toInt());
+    return d->SendForPixmap(Request::Preview{fields.value(ID), box}, std::move(done));
+}
+
+void NorlisCloudProtocol::cancelOperation(qint64 id)
+{
+    d->connection->Cancel(id);
+}
+
+} // namespace Norlis::Social

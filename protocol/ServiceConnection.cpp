@@ -1,0 +1,165 @@
+#include "ServiceConnection.h"
+
+#include <QElapsedTimer>
+#include <QMetaObject>
+#include <QPointer>
+
+#include <algorithm>
+#include <iterator>
+
+namespace Norlis::Social {
+
+namespace {
+
+constexpr int longestSlice = 4; // milliseconds; a frame of a smooth window has 16
+
+std::shared_ptr<TransferToken> TokenOf(const Request::Any& request)
+{
+    if (const auto upload = std::get_if<Request::Upload>(&request)) {
+        return upload->token;
+    }
+    if (const auto download = std::get_if<Request::Download>(&request)) {
+        return download->token;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+ServiceConnection::ServiceConnection(const CloudServiceFactory& makeService)
+{
+    worker = new QObject;
+    worker->moveToThread(&thread);
+    thread.setObjectName("norlis-cloud");
+    thread.start();
+    const CloudService::Listener listener = {
+        [this](qint64 id, Reply reply) {
+            Post({id, -1, std::move(reply)});
+        },
+        [this](qint64 id, int percent) {
+            Post({id, percent, {}});
+        },
+    };
+    QMetaObject::invokeMethod(worker, [this, makeService, listener] { service = makeService(listener); });
+}
+
+ServiceConnection::~ServiceConnection()
+{
+    while (!pending.empty()) {
+        Cancel(pending.begin()->first);
+    }
+    HandOver();
+    QMetaObject::invokeMethod(worker, [this] {
+        service.reset();
+        worker->deleteLater(); // when the thread's event loop ends
+        thread.quit();
+    });
+    thread.wait();
+}
+
+qint64 ServiceConnection::Send(const Request::Any& request, ReplyHandler onReply, ProgressHandler onProgress)
+{
+    const qint64 id = ++lastId;
+    pending.emplace(id, Pending{std::move(onReply), std::move(onProgress), TokenOf(request)});
+    unsent.emplace(id, request);
+    ScheduleHandover();
+    return id;
+}
+
+void ServiceConnection::Cancel(qint64 id)
+{
+    const auto found = pending.find(id);
+    if (found == pending.end()) {
+        return;
+    }
+    const auto given = std::move(found->second); // its callbacks may hold anything; they go last
+    pending.erase(found);
+    if (unsent.erase(id) != 0) {
+        return;
+    }
+    canceled.push_back(id);
+    const QString madeDocument = given.token ? given.token->Cancel() : QString();
+    if (!madeDocument.isEmpty()) {
+        unsent.emplace(++lastId, Request::Remove{madeDocument}); // nobody waits for the reply
+    }
+    ScheduleHandover();
+}
+
+void ServiceConnection::ScheduleHandover()
+{
+    if (!isHandoverScheduled) {
+        isHandoverScheduled = true;
+        QMetaObject::invokeMethod(
+            this, [this] { HandOver(); }, Qt::QueuedConnection);
+    }
+}
+
+void ServiceConnection::HandOver()
+{
+    isHandoverScheduled = false;
+    QMetaObject::invokeMethod(worker, [this, requests = std::exchange(unsent, {}), ids = std::exchange(canceled, {})] {
+        for (const qint64 id : ids) {
+            service->Cancel(id);
+        }
+        for (const auto& [id, request] : requests) {
+            service->Start(id, request);
+        }
+    });
+}
+
+void ServiceConnection::Post(News news)
+{
+    const std::lock_guard guard(newsMutex);
+    arrived.push_back(std::move(news));
+    if (!isDeliveryScheduled) {
+        isDeliveryScheduled = true;
+        QMetaObject::invokeMethod(
+            this, [this] { Deliver(); }, Qt::QueuedConnection);
+    }
+}
+
+void ServiceConnection::Deliver()
+{
+    QElapsedTimer slice;
+    slice.start();
+    const QPointer<ServiceConnection> self(this);
+    if (delivering.empty()) {
+        const std::lock_guard guard(newsMutex);
+        delivering = std::exchange(arrived, {});
+        std::reverse(delivering.begin(), delivering.end());
+    }
+    while (!delivering.empty() && slice.elapsed() < longestSlice) {
+        News news = std::move(delivering.back());
+        delivering.pop_back();
+        DeliverOne(std::move(news));
+        if (!self) {
+            return; // a callback has destroyed the protocol object
+        }
+    }
+    const std::lock_guard guard(newsMutex);
+    isDeliveryScheduled = !delivering.empty() || !arrived.empty();
+    if (isDeliveryScheduled) {
+        QMetaObject::invokeMethod(
+            this, [this] { Deliver(); }, Qt::QueuedConnection);
+    }
+}
+
+void ServiceConnection::DeliverOne(News news)
+{
+    const auto found = pending.find(news.id);
+    if (found == pending.end()) {
+        return; // cancelled meanwhile
+    }
+    if (news.percent >= 0) {
+        const auto onProgress = found->second.onProgress; // the callback may cancel the request
+        if (onProgress) {
+            onProgress(news.id, news.percent);
+        }
+        return;
+    }
+    const auto given = std::move(found->second);
+    pending.erase(found);
+    given.onReply(news.id, std::move(news.reply));
+}
+
+} // namespace Norlis::Social

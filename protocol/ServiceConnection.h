@@ -1,0 +1,77 @@
+#pragma once
+
+#include "CloudService.h"
+
+#include <QObject>
+#include <QThread>
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <unordered_map>
+#include <vector>
+
+namespace Norlis::Social {
+
+/// Runs a service on a worker thread and carries requests there and replies back.
+///
+/// Everything that is asked for in one turn of the event loop travels together, and replies are delivered in short
+/// slices, so that thousands of them leave the event loop room for other things. A request that is cancelled before it
+/// has travelled never reaches the service.
+///
+/// Lives on the thread that constructs it, which runs an event loop. Destruction cancels all requests, without replies,
+/// and waits for the step of the service that is running.
+class ServiceConnection : public QObject {
+public:
+    using ReplyHandler = std::function<void(qint64 id, Reply&&)>;
+    using ProgressHandler = std::function<void(qint64 id, int percent)>;
+
+    explicit ServiceConnection(const CloudServiceFactory& makeService);
+    ~ServiceConnection() override;
+
+    /// Returns the id of the request. onReply is called once, from the event loop, unless the request is cancelled.
+    qint64 Send(const Request::Any& request, ReplyHandler onReply, ProgressHandler onProgress = {});
+
+    /// Unknown ids are ignored. An upload that has made a document by now is undone.
+    void Cancel(qint64 id);
+
+private:
+    struct Pending {
+        ReplyHandler onReply;
+        ProgressHandler onProgress;
+        std::shared_ptr<TransferToken> token; ///< of a transfer
+    };
+    struct News {
+        qint64 id;
+        int percent; ///< of a progress; -1 for a reply
+        Reply reply;
+    };
+
+    void ScheduleHandover();
+    void HandOver();
+
+    /// On the worker thread.
+    void Post(News news);
+    void Deliver();
+    void DeliverOne(News news);
+
+    qint64 lastId = 0;
+    std::unordered_map<qint64, Pending> pending;
+
+    // What the service is still to be told.
+    std::map<qint64, Request::Any> unsent; ///< in the order of the ids, which is the order of asking
+    std::vector<qint64> canceled;
+    bool isHandoverScheduled = false;
+
+    std::mutex newsMutex;
+    std::vector<News> arrived;        ///< guarded
+    bool isDeliveryScheduled = false; ///< guarded
+    std::vector<News> delivering;     ///< what has been taken from there, in reverse order
+
+    QThread thread;
+    QObject* worker = nullptr;             ///< lives on the thread; a context for what runs there
+    std::unique_ptr<CloudService> service; ///< touched on the thread only
+};
+
+} // namespace Norlis::Social

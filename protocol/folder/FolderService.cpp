@@ -1,0 +1,304 @@
+#include "FolderService.h"
+
+#include "../DocumentNames.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QStorageInfo>
+
+#include <algorithm>
+#include <limits>
+
+namespace Norlis::Social {
+
+namespace {
+
+constexpr qint64 bytesPerMiB = 1024 * 1024;
+const auto applicationId = QStringLiteral("pdf");
+
+Reply NoSuchDocument(const QString& what)
+{
+    return Failed(what, {}, "The document is not in the cloud any more", "Refresh the list.");
+}
+
+} // namespace
+
+FolderService::FolderService(const OAuth2::AuthInfo& authInfo, const Listener& listener)
+    : authInfo(authInfo),
+      listener(listener),
+      store(authInfo.serviceUrl.toLocalFile()),
+      previews(authInfo.cacheFolder, listener.reply)
+{
+    stepTimer.setInterval(0);
+    QObject::connect(&stepTimer, &QTimer::timeout, [this] { Step(); });
+}
+
+FolderService::~FolderService() = default;
+
+void FolderService::Start(qint64 id, const Request::Any& request)
+{
+    std::visit([&](const auto& known) { Begin(id, known); }, request);
+}
+
+void FolderService::Cancel(qint64 id)
+{
+    previews.Cancel(id);
+    jobs.erase(std::remove_if(jobs.begin(), jobs.end(), [&](const Work& work) { return work.id == id; }), jobs.end());
+}
+
+Reply FolderService::Handle(const Request::SignIn&)
+{
+    const QString reason = store.WhyUnusable();
+    if (!reason.isEmpty()) {
+        return Failed("Sign-in", {}, reason, "Create the folder, or make its drive available, and sign in again.");
+    }
+    store.RemoveLeftovers();
+    return {};
+}
+
+Reply FolderService::Handle(const Request::UserName&)
+{
+    return {Success, qEnvironmentVariable("USER", QFileInfo(authInfo.serviceUrl.toLocalFile()).owner()), {}};
+}
+
+Reply FolderService::Handle(const Request::UserPage&)
+{
+    return {Success, authInfo.serviceUrl, {}};
+}
+
+Reply FolderService::Handle(const Request::UserPictureAddress&)
+{
+    return {Success, QString(), {}};
+}
+
+Reply FolderService::Handle(const Request::UserPicture&)
+{
+    return {Success, QImage(), {}};
+}
+
+Reply FolderService::Handle(const Request::Info& request)
+{
+    const auto document = store.Find(request.document);
+    return document ? Reply{Success, EntryOf(*document, store.KnownHash(*document)), {}}
+                    : NoSuchDocument("Fetching a document's entry");
+}
+
+Reply FolderService::Handle(const Request::Remove& request)
+{
+    const auto document = store.Find(request.document);
+    if (!document) {
+        return NoSuchDocument("Removal");
+    }
+    QFile file(document->path);
+    if (!file.remove()) {
+        return Failed("Removal", document->name, file.errorString(), "Check that you may write to the folder.");
+    }
+    AtomicFile::SyncFolderOf(document->path);
+    return {};
+}
+
+Reply FolderService::Handle(const Request::Quota&)
+{
+    const QString reason = store.WhyUnusable();
+    if (!reason.isEmpty()) {
+        return Failed("Fetching the storage in use", {}, reason, "Make the folder available again.");
+    }
+    const qint64 used = UsedBytes();
+    const qint64 total = authInfo.storageLimit > 0
+                             ? authInfo.storageLimit
+                             : used + QStorageInfo(authInfo.serviceUrl.toLocalFile()).bytesAvailable();
+    const Ability::Quota::QuotaValue value{(used + bytesPerMiB - 1) / bytesPerMiB, total / bytesPerMiB};
+    return {Success, QuotaByApplication{{applicationId, value}}, {}};
+}
+
+void FolderService::Begin(qint64 id, const Request::List&)
+{
+    jobs.push_front({id, std::make_unique<ListJob>(store)}); // a list does not wait for transfers to end
+    stepTimer.start();
+}
+
+void FolderService::Begin(qint64 id, const Request::Preview& request)
+{
+    const auto document = store.Find(request.document);
+    if (!document) {
+        listener.reply(id, NoSuchDocument("Fetching a preview"));
+        return;
+    }
+    previews.Add(id, {document->id, document->name, document->path, document->version.ToString()}, request.box);
+}
+
+void FolderService::Begin(qint64 id, const Request::Download& request)
+{
+    const auto what = QStringLiteral("Download");
+    const auto document = store.Find(request.document);
+    if (!document) {
+        listener.reply(id, NoSuchDocument(what));
+        return;
+    }
+    const QFileInfo target(request.localPath);
+    const QString badName = WhyNoName(target.fileName());
+    if (!badName.isEmpty()) {
+        listener.reply(id,
+                       Failed(what, document->name, QStringLiteral("The name of the file to write %1").arg(badName)));
+        return;
+    }
+    if (target.isDir()) {
+        listener.reply(id, Failed(what, document->name, QStringLiteral("%1 is a folder").arg(request.localPath),
+                                  "Choose another folder to download to."));
+        return;
+    }
+    CopyJob::Task task;
+    task.what = what;
+    task.document = document->name;
+    task.source = document->path;
+    task.temporaryFolder = target.path();
+    task.expectedMd5 = store.KnownHash(*document);
+    task.publish = [this, request, document = *document, what](AtomicFile& copy, const FileReader& source) {
+        bool isWritten = false;
+        const bool isWanted = request.token->Commit([&] {
+            isWritten = copy.CommitReplacing(request.localPath);
+            return QString();
+        });
+        if (isWanted && !isWritten) {
+            return Failed(what, document.name,
+                          QStringLiteral("%1 cannot be written: %2").arg(request.localPath, copy.ErrorText()));
+        }
+        AtomicFile::SyncFolderOf(request.localPath);
+        store.RememberHash(document.id, source.Version(), source.Md5());
+        return Reply();
+    };
+    StartCopy(id, std::move(task));
+}
+
+void FolderService::Begin(qint64 id, const Request::Upload& request)
+{
+    const auto what = QStringLiteral("Upload");
+    QString name = QFileInfo(request.localPath).fileName();
+    if (!request.document.isEmpty()) {
+        const auto replaced = store.Find(request.document);
+        if (!replaced) {
+            listener.reply(id, Failed(what, name, "The document to replace is not in the cloud any more",
+                                      "Upload the file as a new document."));
+            return;
+        }
+        name = replaced->name;
+    }
+    const QString badName = WhyNoName(name);
+    if (!badName.isEmpty()) {
+        listener.reply(id,
+                       Failed(what, name, QStringLiteral("The name %1").arg(badName), "Give the file another name."));
+        return;
+    }
+    QString reason = store.WhyUnusable();
+    if (reason.isEmpty()) {
+        reason = WhyNoRoom(QFileInfo(request.localPath).size(), request.document);
+    }
+    if (!reason.isEmpty()) {
+        listener.reply(id, Failed(what, name, reason, "Make room in the cloud and try again."));
+        return;
+    }
+    QDir().mkpath(store.TemporaryFolder()); // a failure shows when the file is opened in there
+    CopyJob::Task task;
+    task.what = what;
+    task.document = name;
+    task.source = request.localPath;
+    task.temporaryFolder = store.TemporaryFolder();
+    task.expectedMd5 = request.md5Hash.toLower();
+    task.publish = [this, request, name](AtomicFile& copy, const FileReader& source) {
+        return Publish(request, name, copy, source);
+    };
+    StartCopy(id, std::move(task));
+}
+
+void FolderService::StartCopy(qint64 id, CopyJob::Task task)
+{
+    task.progress = [this, id](int percent) { listener.progress(id, percent); };
+    jobs.push_back({id, std::make_unique<CopyJob>(std::move(task))});
+    stepTimer.start();
+}
+
+Reply FolderService::Publish(const Request::Upload& request, const QString& wantedName, AtomicFile& copy,
+                             const FileReader& source)
+{
+    constexpr int mostNumbers = 10'000;
+    const auto what = QStringLiteral("Upload");
+
+    // Looked at again: minutes may have passed, and another upload may have taken the room.
+    QString reason = store.WhyUnusable();
+    if (reason.isEmpty()) {
+        reason = WhyNoRoom(source.Version().size, request.document);
+    }
+    if (!reason.isEmpty()) {
+        return Failed(what, wantedName, reason, "Make room in the cloud and try again.");
+    }
+
+    const bool isNew = request.document.isEmpty();
+    QString name = wantedName;
+    auto outcome = AtomicFile::Outcome::Failed;
+    const bool isWanted = request.token->Commit([&]() -> QString {
+        if (!isNew) {
+            outcome =
+                copy.CommitReplacing(store.PathOf(name)) ? AtomicFile::Outcome::Done : AtomicFile::Outcome::Failed;
+            return {};
+        }
+        outcome = copy.CommitNew(store.PathOf(name));
+        for (int number = 2; outcome == AtomicFile::Outcome::NameTaken && number < mostNumbers; ++number) {
+            name = NumberedName(wantedName, number);
+            outcome = copy.CommitNew(store.PathOf(name));
+        }
+        return outcome == AtomicFile::Outcome::Done ? IdOfName(name) : QString();
+    });
+    if (isWanted && outcome != AtomicFile::Outcome::Done) {
+        return Failed(what, wantedName, copy.ErrorText(), "Check that you may write to the folder.");
+    }
+
+    AtomicFile::SyncFolderOf(store.PathOf(name));
+    const FolderDocument document{IdOfName(name), name, store.PathOf(name), FileVersion::OfPath(store.PathOf(name))};
+    store.RememberOwnHash(document.id, document.version, source.Md5());
+    const CloudFile entry = EntryOf(document, source.Md5());
+    NorlisCloudSharingResult result;
+    result.id = document.id;
+    result.fileName = document.name;
+    result.downloadUrl = QUrl::fromLocalFile(document.path);
+    result.createdAt = QDateTime::fromString(entry.createdAt, Qt::ISODate);
+    result.modifiedAt = QDateTime::fromString(entry.modifiedAt, Qt::ISODate);
+    result.lifetime = std::numeric_limits<int>::max();
+    return {Success, result, {}};
+}
+
+void FolderService::Step()
+{
+    constexpr std::size_t mostAtOnce = 4; // the others wait; more would only make the disk jump
+    if (jobs.empty()) {
+        stepTimer.stop();
+        return;
+    }
+    if (auto reply = jobs.front().job->Step()) {
+        const qint64 id = jobs.front().id;
+        jobs.pop_front();
+        listener.reply(id, std::move(*reply));
+        return;
+    }
+    const auto endOfRound = jobs.begin() + static_cast<std::ptrdiff_t>(std::min(jobs.size(), mostAtOnce));
+    std::rotate(jobs.begin(), jobs.begin() + 1, endOfRound);
+}
+
+QString FolderService::WhyNoRoom(qint64 size, const QString& replacedDocument)
+{
+    if (authInfo.storageLimit <= 0 || UsedBytes(replacedDocument) + size <= authInfo.storageLimit) {
+        return {};
+    }
+    return QStringLiteral("The storage limit of %1 MiB does not leave room for it")
+        .arg(authInfo.storageLimit / bytesPerMiB);
+}
+
+qint64 FolderService::UsedBytes(const QString& exceptDocument)
+{
+    qint64 used = 0;
+    for (const auto& document : store.Documents().value_or(std::vector<FolderDocument>())) {
+        used += document.id == exceptDocument ? 0 : document.version.size;
+    }
+    return used;
+}
+
+} // namespace Norlis::Social

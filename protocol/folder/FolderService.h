@@ -1,0 +1,68 @@
+#pragma once
+
+#include "../CloudService.h"
+#include "../preview/PreviewQueue.h"
+#include "FolderJobs.h"
+#include "FolderStore.h"
+
+#include <QTimer>
+
+#include <deque>
+#include <memory>
+
+namespace Norlis::Social {
+
+/// A folder as a cloud. Whoever may read the folder is signed in by any token.
+class FolderService : public CloudService {
+public:
+    FolderService(const OAuth2::AuthInfo& authInfo, const Listener& listener);
+    ~FolderService() override;
+
+    void Start(qint64 id, const Request::Any& request) override;
+    void Cancel(qint64 id) override;
+
+private:
+    struct Work {
+        qint64 id;
+        std::unique_ptr<FolderJob> job;
+    };
+
+    Reply Handle(const Request::SignIn& request);
+    Reply Handle(const Request::UserName& request);
+    Reply Handle(const Request::UserPage& request);
+    Reply Handle(const Request::UserPictureAddress& request);
+    Reply Handle(const Request::UserPicture& request);
+    Reply Handle(const Request::Info& request);
+    Reply Handle(const Request::Remove& request);
+    Reply Handle(const Request::Quota& request);
+
+    void Begin(qint64 id, const Request::List& request);
+    void Begin(qint64 id, const Request::Download& request);
+    void Begin(qint64 id, const Request::Upload& request);
+    void Begin(qint64 id, const Request::Preview& request);
+
+    template <typename AnyOther>
+    void Begin(qint64 id, const AnyOther& request)
+    {
+        listener.reply(id, Handle(request));
+    }
+
+    void StartCopy(qint64 id, CopyJob::Task task);
+
+    /// Gives a whole upload its name: that of the document to replace, or else the first free one.
+    Reply Publish(const Request::Upload& request, const QString& name, AtomicFile& copy, const FileReader& source);
+    void Step();
+
+    /// Why another document of a size, in bytes, has no room; empty when it has.
+    QString WhyNoRoom(qint64 size, const QString& replacedDocument);
+    qint64 UsedBytes(const QString& exceptDocument = {});
+
+    const OAuth2::AuthInfo authInfo;
+    const Listener listener;
+    FolderStore store;
+    PreviewQueue previews;
+    std::deque<Work> jobs; ///< the first one has the next step
+    QTimer stepTimer;
+};
+
+} // namespace Norlis::Social

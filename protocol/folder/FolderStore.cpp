@@ -1,0 +1,177 @@
+#include "FolderStore.h"
+
+#include "../AtomicFile.h"
+#include "../DocumentNames.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <algorithm>
+
+#include <sys/stat.h>
+
+namespace Norlis::Social {
+
+namespace {
+
+const auto ownFolder = QStringLiteral(".norlis-cloud");
+const auto hashesFile = QStringLiteral("hashes.json");
+constexpr qint64 largestHashesFile = 64 * 1024 * 1024; // bytes; far beyond what a million documents need
+
+/// Which folder a path leads to at this moment; empty when it leads to none.
+QString FolderIdentity(const QString& folder)
+{
+    struct stat status = {};
+    if (stat(QFile::encodeName(folder).constData(), &status) != 0 || !S_ISDIR(status.st_mode)) {
+        return {};
+    }
+    return QStringLiteral("%1-%2").arg(status.st_dev).arg(status.st_ino);
+}
+
+bool IsJustWritten(const FileVersion& version)
+{
+    constexpr qint64 timestampGranularity = 50'000'000; // nanoseconds; several ticks of the kernel's clock
+    const qint64 now = QDateTime::currentMSecsSinceEpoch() * 1'000'000;
+    return now - qMax(version.modifiedNanoseconds, version.changedNanoseconds) < timestampGranularity;
+}
+
+} // namespace
+
+FolderStore::FolderStore(const QString& folder) : folder(QDir::cleanPath(folder))
+{
+    LoadHashes();
+}
+
+QString FolderStore::WhyUnusable()
+{
+    const QString found = FolderIdentity(folder);
+    if (found.isEmpty()) {
+        return QStringLiteral("There is no folder %1").arg(folder);
+    }
+    if (identity.isEmpty()) {
+        identity = found;
+    }
+    if (found != identity) {
+        return QStringLiteral("Another folder has taken the place of %1").arg(folder);
+    }
+    const QFileInfo info(folder);
+    return info.isReadable() && info.isExecutable() ? QString()
+                                                    : QStringLiteral("The folder %1 may not be read").arg(folder);
+}
+
+std::optional<std::vector<FolderDocument>> FolderStore::Documents()
+{
+    if (!WhyUnusable().isEmpty()) {
+        return std::nullopt;
+    }
+    nameOfId.clear();
+    std::vector<FolderDocument> documents;
+    const auto names = QDir(folder).entryList(QDir::Files | QDir::Hidden | QDir::System | QDir::NoSymLinks, QDir::Name);
+    documents.reserve(static_cast<std::size_t>(names.size()));
+    for (const QString& name : names) {
+        FolderDocument document{IdOfName(name), name, PathOf(name), FileVersion::OfPath(PathOf(name))};
+        if (document.version.IsFile() && WhyNoName(name).isEmpty()) {
+            nameOfId.insert(document.id, name);
+            documents.push_back(std::move(document));
+        }
+    }
+    // A folder that vanished while it was read looks empty.
+    return WhyUnusable().isEmpty() ? std::optional(std::move(documents)) : std::nullopt;
+}
+
+std::optional<FolderDocument> FolderStore::Find(const QString& id)
+{
+    if (id.isEmpty()) {
+        return std::nullopt;
+    }
+    if (!nameOfId.contains(id)) {
+        Documents(); // it may have come since
+    }
+    const auto name = nameOfId.constFind(id);
+    if (name == nameOfId.constEnd()) {
+        return std::nullopt;
+    }
+    FolderDocument document{id, *name, PathOf(*name), FileVersion::OfPath(PathOf(*name))};
+    return document.version.IsFile() ? std::optional(document) : std::nullopt;
+}
+
+QString FolderStore::PathOf(const QString& name) const
+{
+    return folder + '/' + name;
+}
+
+QString FolderStore::KnownHash(const FolderDocument& document) const
+{
+    const auto known = hashes.constFind(document.id);
+    return known != hashes.constEnd() && known->version == document.version.ToString() ? known->md5Hash : QString();
+}
+
+void FolderStore::RememberHash(const QString& id, const FileVersion& version, const QString& md5Hash)
+{
+    if (!IsJustWritten(version)) {
+        RememberOwnHash(id, version, md5Hash);
+    }
+}
+
+void FolderStore::RememberOwnHash(const QString& id, const FileVersion& version, const QString& md5Hash)
+{
+    hashes[id] = {version.ToString(), md5Hash};
+    hasNewHashes = true;
+}
+
+void FolderStore::SaveHashes(const std::vector<FolderDocument>& documents)
+{
+    if (!hasNewHashes || !QDir().mkpath(TemporaryFolder())) {
+        return;
+    }
+    QJsonObject saved;
+    QHash<QString, KnownVersion> kept;
+    for (const auto& document : documents) {
+        const auto known = hashes.constFind(document.id);
+        if (known != hashes.constEnd()) {
+            kept.insert(document.id, *known);
+            saved[document.id] = QJsonObject{{"version", known->version}, {"md5", known->md5Hash}};
+        }
+    }
+    hashes = kept;
+    const QByteArray text = QJsonDocument(saved).toJson(QJsonDocument::Compact);
+    AtomicFile file;
+    hasNewHashes = !(file.Open(TemporaryFolder()) && file.Write(text.constData(), text.size()) &&
+                     file.CommitReplacing(TemporaryFolder() + '/' + hashesFile));
+}
+
+QString FolderStore::TemporaryFolder() const
+{
+    return folder + '/' + ownFolder;
+}
+
+void FolderStore::RemoveLeftovers()
+{
+    const auto yesterday = QDateTime::currentDateTimeUtc().addDays(-1);
+    const QDir temporary(TemporaryFolder());
+    const auto leftovers =
+        temporary.entryInfoList({'*' + AtomicFile::TemporarySuffix()}, QDir::Files | QDir::Hidden | QDir::NoSymLinks);
+    for (const QFileInfo& leftover : leftovers) {
+        if (leftover.lastModified() < yesterday) {
+            QFile::remove(leftover.filePath());
+        }
+    }
+}
+
+void FolderStore::LoadHashes()
+{
+    QFile file(TemporaryFolder() + '/' + hashesFile);
+    if (!FileVersion::OfPath(file.fileName()).IsFile() || file.size() > largestHashesFile ||
+        !file.open(QIODevice::ReadOnly)) {
+        return;
+    }
+    const QJsonObject saved = QJsonDocument::fromJson(file.readAll()).object();
+    for (auto entry = saved.begin(); entry != saved.end(); ++entry) {
+        const QJsonObject known = entry->toObject();
+        hashes.insert(entry.key(), {known["version"].toString(), known["md5"].toString()});
+    }
+}
+
+} // namespace Norlis::Social

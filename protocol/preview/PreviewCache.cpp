@@ -1,0 +1,92 @@
+#include "PreviewCache.h"
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QFile>
+
+namespace Norlis::Social {
+
+namespace {
+
+// The box is not the picture's size, which also depends on the page's proportions.
+const auto boxKey = QStringLiteral("Box");
+
+QString BoxText(const QSize& box)
+{
+    return QStringLiteral("%1x%2").arg(box.width()).arg(box.height());
+}
+
+bool Covers(const QString& boxText, const QSize& wanted)
+{
+    return boxText.section('x', 0, 0).toInt() >= wanted.width() && boxText.section('x', 1).toInt() >= wanted.height();
+}
+
+QFileInfoList Entries(const QString& folder)
+{
+    return QDir(folder).entryInfoList({"*.png"}, QDir::Files | QDir::NoSymLinks, QDir::Time | QDir::Reversed);
+}
+
+} // namespace
+
+PreviewCache::PreviewCache(const QString& folder, qint64 limit) : folder(folder), limit(limit)
+{
+    if (folder.isEmpty()) {
+        return;
+    }
+    QDir().mkpath(folder);
+    for (const QFileInfo& entry : Entries(folder)) {
+        used += entry.size();
+    }
+}
+
+std::optional<QImage> PreviewCache::Find(const QString& document, const QString& version, const QSize& box)
+{
+    QImage image;
+    if (folder.isEmpty() || !image.load(PathOf(document, version), "PNG") || !Covers(image.text(boxKey), box)) {
+        return std::nullopt;
+    }
+    return image;
+}
+
+void PreviewCache::Store(const QString& document, const QString& version, const QSize& box, QImage image)
+{
+    if (folder.isEmpty()) {
+        return;
+    }
+    image.setText(boxKey, BoxText(box));
+    const QString path = PathOf(document, version);
+    used -= QFileInfo(path).size();
+    // A picture that a crash cut off does not load, and is simply made again.
+    if (!image.save(path, "PNG")) {
+        QFile::remove(path);
+    }
+    used += QFileInfo(path).size();
+    if (used > limit) {
+        MakeRoom();
+    }
+}
+
+QString PreviewCache::PathOf(const QString& document, const QString& version) const
+{
+    const auto versionHash = QCryptographicHash::hash(version.toUtf8(), QCryptographicHash::Sha1).toHex().left(16);
+    return folder + '/' + document + '-' + QString::fromLatin1(versionHash) + ".png";
+}
+
+void PreviewCache::MakeRoom()
+{
+    used = 0;
+    const auto entries = Entries(folder);
+    for (const QFileInfo& entry : entries) {
+        used += entry.size();
+    }
+    for (const QFileInfo& entry : entries) {
+        if (used <= limit / 10 * 9) {
+            break; // some room to spare, so that the folder is not read again for every picture
+        }
+        if (QFile::remove(entry.filePath())) {
+            used -= entry.size();
+        }
+    }
+}
+
+} // namespace Norlis::Social
