@@ -82,6 +82,7 @@ int main(int argc, char** argv)
 {
     LimitMyself();
     const QCoreApplication application(argc, argv);
+    const QPdfDocument keepsFontsLoaded; // they are read anew whenever the last document has gone
     QFile input;
     QFile output;
     if (!input.open(STDIN_FILENO, QIODevice::ReadOnly | QIODevice::Unbuffered) ||
