@@ -149,12 +149,16 @@ void NorlisCloudFilesManager::Update(const std::shared_ptr<const FileInfo>& inco
         return;
     }
     const auto held = *found;
-    const int index = static_cast<int>(found - files.begin());
     TryToUpdate(held, incoming);
     const QPointer<NorlisCloudFilesManager> self(this);
     emit FileUpdated(held->GetId());
-    if (self) {
-        emit FileUpdated(index);
+    if (!self) {
+        return;
+    }
+    // The slots may have moved the record, or taken it out.
+    const auto current = std::find(files.begin(), files.end(), held);
+    if (current != files.end()) {
+        emit FileUpdated(static_cast<int>(current - files.begin()));
     }
 }
 

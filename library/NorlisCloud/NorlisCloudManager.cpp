@@ -73,6 +73,7 @@ NorlisCloudManager::~NorlisCloudManager()
     const auto requests = activeRequests;
     for (const qint64 id : requests) {
         if (!requestsInCancellation.contains(id)) {
+            requestsInCancellation.insert(id);
             protocol->cancelOperation(id);
         }
         activeRequests.remove(id);
@@ -111,8 +112,13 @@ void NorlisCloudManager::Authorization(const QString& token)
 
 void NorlisCloudManager::Logout()
 {
-    if (IsLoggedIn()) {
-        protocol->logout();
+    if (!IsLoggedIn()) {
+        return;
+    }
+    const std::weak_ptr<NorlisCloudManager> alive = self;
+    const auto cloud = protocol; // the manager may be deleted while the user is signed out
+    cloud->logout();
+    if (!alive.expired()) {
         emit LoggedOut();
     }
 }
