@@ -10,19 +10,22 @@ namespace Norlis::Host {
 
 /// The user's cloud account: which service, how often to refresh, and the token that signs in.
 ///
-/// Settings stand in `settings.ini`; tokens stand apart, one file per service, readable for the user alone.
+/// Settings stand in `settings.ini`; tokens stand apart, one file per service. All of it is readable for the user
+/// alone.
 class CloudAccountSettings : public PDF::Settings::ICloudAccountSettings {
 public:
-    /// \param folder created when missing, private to the user. Throws std::runtime_error when it cannot be used.
+    /// \param folder created when missing, private to the user. One that is there keeps its permissions.
+    /// Throws std::runtime_error when it cannot be used, or when other users may write to it.
     explicit CloudAccountSettings(const QString& folder);
 
+    /// Not unless it was set.
     bool IsAutoRefreshEnabled() override;
 
-    /// Milliseconds; at least one second, whatever the file says.
+    /// Milliseconds; at least one second, whatever the file says. One minute unless it was set.
     int GetAutoRefreshInterval() override;
     void SetAutoRefresh(bool enabled, int intervalMilliseconds);
 
-    /// The service that was signed in to last; empty when there is none.
+    /// The service that was signed in to last; empty when there is none. A password in it is not kept.
     QUrl ServiceUrl() const;
     void SetServiceUrl(const QUrl& url);
 
@@ -33,7 +36,8 @@ public:
     void SetToken(const QUrl& service, const QString& token);
     void ForgetToken(const QUrl& service);
 
-    /// A folder of its own for the data of one service, inside the settings' folder.
+    /// A folder of its own for the data of one service, inside the settings' folder; private to the user and created
+    /// when missing. Throws std::runtime_error when it cannot be.
     QString ServiceFolder(const QUrl& service) const;
 
 private:

@@ -18,9 +18,10 @@ struct CloudProblem {
     enum class Request { SignIn, List, Upload, Download, Remove, Preview, Quota, Save };
 
     Request request = Request::List;
-    QString subject; ///< the local path of an upload, the document's id of a download, removal or preview; else empty
-    QString message; ///< the library's fixed text
-    Social::OAuth2::Failure cause; ///< what the service said; its texts are empty when it said nothing
+    QString subject; ///< the local path of an upload (the document's id when it has no local copy), the document's id
+                     ///< of a download, removal or preview; else empty
+    QString message; ///< the library's fixed text, or the session's own when the cloud was not asked
+    Social::OAuth2::Failure cause; ///< what the service said, or the session found; its texts may be empty
 };
 
 /// What an editor is to the library: owns the record store, the file list, the cloud manager and its protocol, and puts
@@ -32,15 +33,16 @@ struct CloudProblem {
 /// when they are whole, because cancelling a download deletes the file at its target. Files are hashed ahead of time on
 /// another thread, because the library asks for hashes on the event loop.
 ///
+/// Every request returns at once and ends, from the event loop, in exactly one of its closing signals. Slots may do
+/// anything, deleting the session included.
+///
 /// Lives on one thread with an event loop. Destroying the session cancels what is running, saves the list and emits
 /// nothing.
 class CloudSession : public QObject {
     Q_OBJECT
 
 public:
-    /// \param dataFolder where the records, hashes and previews of this service are kept; created when missing, private
-    /// to
-    ///                   the user
+    /// \param dataFolder where what is known of this service is kept, private to the user; created when missing
     /// \param authInfo   the service; `cacheFolder` and `onFailure` are set by the session
     /// \param settings   automatic refresh
     /// Throws std::runtime_error, with a text for the user, when the records cannot be read, and std::invalid_argument
@@ -48,7 +50,7 @@ public:
     CloudSession(const QString& dataFolder, const Social::OAuth2::AuthInfo& authInfo,
                  const std::shared_ptr<PDF::Settings::ICloudAccountSettings>& settings);
 
-    /// As above, over another protocol; onFailure() tells the session why a request failed.
+    /// As above, over another protocol, which calls NoteFailure to tell why a request failed.
     CloudSession(const QString& dataFolder, const std::shared_ptr<PDF::Cloud::ICloudProtocol>& protocol,
                  const std::shared_ptr<PDF::Settings::ICloudAccountSettings>& settings);
     ~CloudSession() override;
@@ -64,10 +66,11 @@ public:
 
     bool IsSignedIn();
 
-    /// Sends local files as new documents; each ends in DocumentUploaded, UploadCanceled or Failed.
+    /// Sends local files as new documents; each ends in DocumentUploaded, UploadCanceled or Failed. An empty list ends
+    /// in Failed too, and so does a file that is being uploaded already.
     void Upload(const QStringList& paths);
 
-    /// Sends the local copy of a document and replaces the cloud copy.
+    /// Sends the local copy of a document and replaces the cloud copy; ends as Upload does.
     void UploadChanges(const QString& id);
 
     /// Fetches a document into a folder; ends in DocumentDownloaded, DownloadCanceled or Failed. A file of that name
@@ -75,6 +78,8 @@ public:
     /// otherwise the download fails and leaves it alone.
     void Download(const QString& id, const QString& folder);
 
+    /// Nothing happens when there is no such transfer, when it ends before the event loop comes round, and while nobody
+    /// is signed in.
     void CancelUpload(const QString& path);
     void CancelDownload(const QString& id);
 
@@ -84,18 +89,21 @@ public:
     /// Fetches the three previews of a document; each ends in PreviewStored or Failed.
     void FetchPreviews(const QString& id);
 
-    /// Fetches the list; ends in ListRefreshed or Failed. Skipped without a signal while a transfer runs.
+    /// Fetches the list; ends in ListRefreshed or Failed. Skipped without a signal while a transfer runs. A preview
+    /// whose document has other content by now is shown no longer: its path in the list is empty until the new one
+    /// comes.
     void Refresh();
 
     /// Writes the list to disk now and closes the store, as destruction does, but reports what went wrong: throws
     /// std::runtime_error. Nothing else may be called afterwards.
     void SaveAndClose();
 
-    /// To be called by the protocol's failure observer.
+    /// To be called by the protocol's failure observer, just before the request ends.
     void NoteFailure(const Social::OAuth2::Failure& failure);
 
 signals:
-    /// The list is up to date. Ids of documents that are new, have changed in the cloud, and are gone from it.
+    /// The list is up to date. Ids of documents that are new, have changed in the cloud, and are gone from it. Emitted
+    /// for automatic refreshes too.
     void ListRefreshed(const QStringList& added, const QStringList& changed, const QStringList& removed);
 
     void DocumentUploaded(const QString& path, const QString& id);
@@ -106,9 +114,11 @@ signals:
     void DownloadCanceled(const QString& id);
     void DocumentRemoved(const QString& id);
 
+    /// Emitted for the pictures that a refresh brings too, unless the list shows them already.
     /// \param size one of "small", "medium", "large"; \param path a PNG file
     void PreviewStored(const QString& id, const QString& size, const QString& path);
 
+    /// Also ends sign-in and quota requests made through Cloud(), beside the cloud manager's own signal, to say why.
     void Failed(const Norlis::Host::CloudProblem& problem);
 
 private:

@@ -17,9 +17,8 @@ namespace Norlis::Host {
 /// file it is remembered over restarts too.
 class Md5HashCalculator : public PDF::IHashCalculator {
 public:
-    /// \param memoryFile SQLite file for remembered hashes; empty for none. It is only a cache: one that cannot be used
-    /// is
-    ///                   made anew or done without.
+    /// \param memoryFile SQLite file for remembered hashes; empty for none. Only a cache: one that is damaged is made
+    ///                   anew, one that cannot be used is done without.
     explicit Md5HashCalculator(const QString& memoryFile = {});
     ~Md5HashCalculator() override;
 

@@ -31,7 +31,8 @@ public:
     /// Throws std::runtime_error when the file cannot be read.
     std::map<std::string, std::map<std::string, std::string>> ReadAll() override;
 
-    /// Makes everything written so far durable, or nothing of it: throws std::runtime_error then.
+    /// Makes everything written since the last commit durable, or nothing of it: throws std::runtime_error then, and
+    /// the store can be written anew.
     void Commit();
 
 private:

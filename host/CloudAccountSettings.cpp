@@ -1,0 +1,197 @@
+#include "CloudAccountSettings.h"
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QFile>
+#include <QSaveFile>
+
+#include <glog/logging.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <limits>
+#include <stdexcept>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace Norlis::Host {
+
+namespace {
+
+constexpr auto enabledKey = "refresh/enabled";
+constexpr auto intervalKey = "refresh/interval";
+constexpr auto serviceKey = "service/url";
+
+constexpr qint64 defaultInterval = 60'000;
+constexpr qint64 shortestInterval = 1'000;
+
+constexpr auto forUserAlone = QFile::ReadOwner | QFile::WriteOwner;
+
+std::runtime_error Problem(const QString& path, const QString& what, const QString& advice)
+{
+    return std::runtime_error(QStringLiteral("\"%1\" %2. %3.").arg(path, what, advice).toStdString());
+}
+
+QString LastSystemError()
+{
+    return QString::fromLocal8Bit(std::strerror(errno));
+}
+
+/// Creates the folder, and the folders above it, when they are missing. What is there must be the user's own folder.
+void EnsureFolder(const QString& path)
+{
+    const QString parent = QFileInfo(path).path();
+    if (!QFileInfo::exists(parent)) {
+        EnsureFolder(parent);
+    }
+    const QByteArray native = QFile::encodeName(path);
+    if (::mkdir(native.constData(), S_IRWXU) == 0) {
+        return;
+    }
+    struct stat status {};
+    if (errno != EEXIST || ::stat(native.constData(), &status) != 0) {
+        throw Problem(path, "cannot be created: " + LastSystemError(), "Choose another folder");
+    }
+    if (!S_ISDIR(status.st_mode)) {
+        throw Problem(path, "is not a folder", "Move it away or choose another folder");
+    }
+    if (status.st_uid != ::geteuid() || (status.st_mode & S_IWOTH) != 0) {
+        throw Problem(path, "can be changed by other users", "Make it yours alone or choose another folder");
+    }
+}
+
+/// As above, and readable for the user alone even if it was there.
+QString EnsurePrivateFolder(const QString& path)
+{
+    EnsureFolder(path);
+    if (::chmod(QFile::encodeName(path).constData(), S_IRWXU) != 0) {
+        throw Problem(path, "cannot be made private: " + LastSystemError(), "Choose another folder");
+    }
+    return path;
+}
+
+QString PreparedFolder(const QString& folder)
+{
+    const QString path = QDir::cleanPath(QDir(folder).absolutePath());
+    EnsureFolder(path);
+    EnsurePrivateFolder(path + "/tokens");
+    EnsurePrivateFolder(path + "/services");
+    // Made here, because QSettings would make it readable for others; it keeps the permissions of a file that is there.
+    const QByteArray settings = QFile::encodeName(path + "/settings.ini");
+    const int file = ::open(settings.constData(), O_RDONLY | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR);
+    if (file >= 0) {
+        ::fchmod(file, S_IRUSR | S_IWUSR);
+        ::close(file);
+    }
+    return path;
+}
+
+/// A file name that is the same for all spellings of a service's address, and gives no password away.
+QString NameOf(const QUrl& service)
+{
+    QUrl url = service.adjusted(QUrl::RemovePassword | QUrl::RemoveFragment | QUrl::NormalizePathSegments);
+    QString path = url.path(QUrl::FullyEncoded);
+    while (path.endsWith('/')) {
+        path.chop(1);
+    }
+    url.setPath(path, QUrl::StrictMode);
+    if ((url.scheme() == "https" && url.port() == 443) || (url.scheme() == "http" && url.port() == 80)) {
+        url.setPort(-1);
+    }
+    const auto hash = QCryptographicHash::hash(url.toEncoded(), QCryptographicHash::Sha256);
+    return QString::fromLatin1(hash.toHex().left(32));
+}
+
+void Store(QSettings& settings)
+{
+    settings.sync();
+    if (settings.status() != QSettings::NoError) {
+        LOG(ERROR) << "The settings cannot be stored: " << settings.fileName().toStdString();
+    }
+}
+
+} // namespace
+
+CloudAccountSettings::CloudAccountSettings(const QString& folder)
+    : folder(PreparedFolder(folder)),
+      settings(this->folder + "/settings.ini", QSettings::IniFormat)
+{
+}
+
+bool CloudAccountSettings::IsAutoRefreshEnabled()
+{
+    // Not QVariant::toBool, to which every text but a few is true.
+    return settings.value(enabledKey).toString().trimmed().compare("true", Qt::CaseInsensitive) == 0;
+}
+
+int CloudAccountSettings::GetAutoRefreshInterval()
+{
+    bool isNumber = false;
+    const qint64 interval = settings.value(intervalKey).toString().toLongLong(&isNumber);
+    const qint64 longestInterval = std::numeric_limits<int>::max();
+    return static_cast<int>(std::clamp(isNumber ? interval : defaultInterval, shortestInterval, longestInterval));
+}
+
+void CloudAccountSettings::SetAutoRefresh(bool enabled, int intervalMilliseconds)
+{
+    settings.setValue(enabledKey, enabled);
+    settings.setValue(intervalKey, intervalMilliseconds);
+    Store(settings);
+}
+
+QUrl CloudAccountSettings::ServiceUrl() const
+{
+    const QUrl url(settings.value(serviceKey).toString(), QUrl::StrictMode);
+    return url.isValid() ? url : QUrl();
+}
+
+void CloudAccountSettings::SetServiceUrl(const QUrl& url)
+{
+    settings.setValue(serviceKey, url.toString(QUrl::FullyEncoded | QUrl::RemovePassword));
+    Store(settings);
+}
+
+QString CloudAccountSettings::Token(const QUrl& service) const
+{
+    QFile file(TokenFile(service));
+    file.setPermissions(forUserAlone);
+    const QByteArray bytes = file.open(QFile::ReadOnly) ? file.readAll() : QByteArray();
+    return QString::fromUtf8(bytes.constData(), bytes.size());
+}
+
+void CloudAccountSettings::SetToken(const QUrl& service, const QString& token)
+{
+    if (token.isEmpty()) {
+        ForgetToken(service);
+        return;
+    }
+    // Written beside the old one, which stays until the new one is whole on the disk. Private before it holds anything.
+    QSaveFile file(TokenFile(service));
+    const QByteArray bytes = token.toUtf8();
+    const bool isStored = file.open(QFile::WriteOnly) && file.setPermissions(forUserAlone) &&
+                          file.write(bytes) == bytes.size() && file.commit();
+    if (!isStored) {
+        throw Problem(file.fileName(), "cannot be written: " + file.errorString(),
+                      "Free some space or check the permissions of its folder");
+    }
+}
+
+void CloudAccountSettings::ForgetToken(const QUrl& service)
+{
+    QFile::remove(TokenFile(service));
+}
+
+QString CloudAccountSettings::ServiceFolder(const QUrl& service) const
+{
+    return EnsurePrivateFolder(folder + "/services/" + NameOf(service));
+}
+
+QString CloudAccountSettings::TokenFile(const QUrl& service) const
+{
+    return folder + "/tokens/" + NameOf(service);
+}
+
+} // namespace Norlis::Host

@@ -1,0 +1,147 @@
+#include "HashMemory.h"
+
+#include "SqliteConnection.h"
+
+#include <QFile>
+
+#include <glog/logging.h>
+#include <sqlite3.h>
+
+#include <cstdio>
+
+namespace Norlis::Host {
+
+namespace {
+
+constexpr quint32 applicationId = 0x4E524C48; // "NRLH", in the header of every memory file
+constexpr int formatVersion = 1;
+constexpr qint64 mostHashes = 100'000;
+constexpr std::size_t hashLength = 32;
+
+constexpr auto tables = "CREATE TABLE hashes (number INTEGER PRIMARY KEY, path BLOB NOT NULL UNIQUE, device INTEGER, "
+                        "inode INTEGER, size INTEGER, modified INTEGER, changed INTEGER, hash BLOB NOT NULL)";
+
+std::unique_ptr<SqliteConnection> Connect(const QString& file)
+{
+    auto connection = std::make_unique<SqliteConnection>(file, applicationId);
+    if (connection->InitialContent() == SqliteConnection::Content::Foreign) {
+        throw std::runtime_error("something else is stored in it");
+    }
+    connection->Execute("PRAGMA busy_timeout = 100");
+    if (connection->EnsureTables(tables, formatVersion) != formatVersion) {
+        throw SqliteError(SQLITE_CORRUPT, "another version wrote it");
+    }
+    // After a power failure the last hashes may be missing: cheaper than waiting for the disk at each one.
+    connection->Execute("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL");
+    return connection;
+}
+
+void RemoveDatabase(const QString& file)
+{
+    for (const auto* suffix : {"", "-wal", "-shm", "-journal"}) {
+        std::remove((QFile::encodeName(file) + suffix).constData());
+    }
+}
+
+} // namespace
+
+bool operator==(const FileIdentity& left, const FileIdentity& right)
+{
+    return left.device == right.device && left.inode == right.inode && left.size == right.size &&
+           left.modified == right.modified && left.changed == right.changed;
+}
+
+struct HashMemory::Database {
+    explicit Database(const QString& file)
+        : isFile(!file.isEmpty()),
+          connection(Connect(file)),
+          find(*connection, "SELECT device, inode, size, modified, changed, hash FROM hashes WHERE path = ?1"),
+          remember(*connection, "INSERT OR REPLACE INTO hashes (path, device, inode, size, modified, changed, hash) "
+                                "VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7)"),
+          // Numbers ascend with every hash that is stored, so the lowest are the oldest.
+          forget(*connection, "DELETE FROM hashes WHERE number <= (SELECT max(number) FROM hashes) - ?1")
+    {
+    }
+
+    const bool isFile;
+    std::unique_ptr<SqliteConnection> connection;
+    SqliteStatement find;
+    SqliteStatement remember;
+    SqliteStatement forget;
+};
+
+HashMemory::HashMemory(const QString& file) : file(file) {}
+
+HashMemory::~HashMemory() = default;
+
+std::string HashMemory::Find(const std::string& path, const FileIdentity& identity)
+{
+    std::string hash;
+    Use([&] {
+        auto& find = database->find;
+        find.Bind(1, path);
+        if (find.Step()) {
+            const FileIdentity known{find.Number(0), find.Number(1), find.Number(2), find.Number(3), find.Number(4)};
+            if (known == identity && find.Bytes(5).size() == hashLength) {
+                hash = find.Bytes(5);
+            }
+            find.Reset();
+        }
+    });
+    return hash;
+}
+
+void HashMemory::Remember(const std::string& path, const FileIdentity& identity, const std::string& hash)
+{
+    Use([&] {
+        auto& remember = database->remember;
+        remember.Bind(1, path);
+        remember.Bind(2, identity.device);
+        remember.Bind(3, identity.inode);
+        remember.Bind(4, identity.size);
+        remember.Bind(5, identity.modified);
+        remember.Bind(6, identity.changed);
+        remember.Bind(7, hash);
+        remember.Step();
+        database->forget.Bind(1, mostHashes);
+        database->forget.Step();
+    });
+}
+
+template <typename Operation>
+void HashMemory::Use(const Operation& operation)
+{
+    const std::lock_guard lock(mutex);
+    try {
+        if (!database) {
+            database = Open();
+        }
+        operation();
+    } catch (const SqliteError& error) {
+        LOG(WARNING) << "A file's hash is not remembered: " << error.what();
+        if (error.IsDamage() && database && database->isFile) {
+            database.reset();
+            RemoveDatabase(file);
+        }
+    }
+}
+
+std::unique_ptr<HashMemory::Database> HashMemory::Open()
+{
+    try {
+        try {
+            return std::make_unique<Database>(file);
+        } catch (const SqliteError& error) {
+            if (!error.IsDamage()) {
+                throw;
+            }
+            RemoveDatabase(file);
+            return std::make_unique<Database>(file);
+        }
+    } catch (const std::exception& error) {
+        LOG(WARNING) << "Hashes of files are remembered in memory only: " << file.toStdString() << ": " << error.what();
+        return std::make_unique<Database>(QString());
+    }
+}
+
+} // namespace Norlis::Host

@@ -1,0 +1,228 @@
+#include "ListMerge.h"
+
+#include <QPointer>
+
+namespace Norlis::Host {
+
+using PDF::FileInfo;
+
+namespace {
+
+QString IdOf(FileInfo& file)
+{
+    return QString::fromStdString(file.GetId());
+}
+
+} // namespace
+
+ListMerge::ListMerge(SessionContext& context) : context(context) {}
+
+void ListMerge::Start(const Files& newFiles, quint64 newSentAt)
+{
+    ++listCount;
+    files = newFiles;
+    sentAt = newSentAt;
+    next = 0;
+    listed.clear();
+    unique.clear();
+    departed.clear();
+
+    QStringList localPaths;
+    for (const auto& document : qAsConst(context.known)) {
+        if (!document.localPath.isEmpty()) {
+            localPaths.append(document.localPath);
+        }
+    }
+    if (localPaths.isEmpty()) {
+        phase = Phase::Sorting;
+        context.slices.start();
+        return;
+    }
+    phase = Phase::Hashing;
+    context.hashes->Prepare(localPaths, &context, [this, prepared = ++generation] {
+        if (prepared == generation && phase == Phase::Hashing) {
+            phase = Phase::Sorting;
+            context.slices.start();
+        }
+    });
+}
+
+bool ListMerge::IsActive() const
+{
+    return phase != Phase::Idle;
+}
+
+bool ListMerge::IsReady() const
+{
+    return phase != Phase::Idle && phase != Phase::Hashing;
+}
+
+void ListMerge::Step()
+{
+    switch (phase) {
+    case Phase::Idle:
+    case Phase::Hashing:
+        break;
+    case Phase::Sorting:
+        if (next < files.size()) {
+            const auto& file = files[next++];
+            const auto id = IdOf(*file);
+            if (!listed.contains(id)) {
+                listed.insert(id);
+                unique.append(file);
+            }
+        } else {
+            files.clear();
+            phase = Phase::Merging;
+        }
+        break;
+    case Phase::Merging:
+        // From the back, since every new document goes to the front: the list ends up in the order of the cloud.
+        if (!unique.isEmpty()) {
+            Merge(unique.takeLast());
+        } else {
+            for (auto document = context.known.keyBegin(); document != context.known.keyEnd(); ++document) {
+                if (!listed.contains(*document)) {
+                    departed.append(*document);
+                }
+            }
+            phase = Phase::Removing;
+        }
+        break;
+    case Phase::Removing:
+        if (!departed.isEmpty()) {
+            Remove(departed.takeLast());
+        } else {
+            phase = Phase::Reporting;
+        }
+        break;
+    case Phase::Reporting:
+        Report();
+        break;
+    }
+}
+
+void ListMerge::Merge(const std::shared_ptr<FileInfo>& fresh)
+{
+    const auto id = IdOf(*fresh);
+    if (context.removedAt.value(id) > sentAt || context.uploadedAt.value(id) > sentAt) {
+        return;
+    }
+    const CloudFacts facts(fresh->GetRedactableCloudInfo().value());
+    const auto known = context.known.find(id);
+    if (known == context.known.end()) {
+        Note(id, Change::Added);
+        context.known[id].facts = facts;
+        context.documents->Add(fresh);
+        return;
+    }
+    // The local copy may have changed even if the cloud copy has not.
+    if (known->facts && *known->facts == facts && known->localPath.isEmpty()) {
+        return;
+    }
+    const auto held = context.documents->GetFileInfo(id);
+    if (!held) {
+        return;
+    }
+    const CloudFacts heldFacts(held->GetRedactableCloudInfo().value());
+    const bool hasSameContent = facts.HasSameContent(heldFacts);
+    if (facts.HasChangedFrom(heldFacts)) {
+        Note(id, Change::Changed);
+    }
+    if (!hasSameContent) {
+        known->shownPreviews = 0;
+    }
+    known->facts = facts;
+    const auto completed = std::make_shared<FileInfo>(*fresh);
+    Complete(*completed, *held, hasSameContent);
+    context.documents->Update(completed);
+}
+
+void ListMerge::Complete(FileInfo& fresh, FileInfo& held, bool hasSameContent) const
+{
+    auto& cloudInfo = fresh.GetRedactableCloudInfo().value();
+    auto& heldCloudInfo = held.GetRedactableCloudInfo().value();
+    if (cloudInfo.GetDownloadUrl().isEmpty()) {
+        // A files list tells neither the address nor who may see the document; an upload did.
+        cloudInfo =
+            FileInfo::CloudInfo(cloudInfo.GetId(), cloudInfo.GetFileName(), cloudInfo.GetSize(),
+                                heldCloudInfo.IsPrivate(), heldCloudInfo.GetDownloadUrl(), cloudInfo.GetCreatedAt(),
+                                cloudInfo.GetModifyTime(), cloudInfo.GetLifeTime(), cloudInfo.GetMd5Hash());
+    }
+    auto previews = heldCloudInfo.GetPreviewsSet();
+    if (!hasSameContent) {
+        // An update takes no picture away, so that of the old content makes room for none.
+        for (auto& preview : previews) {
+            preview.second = ioPath();
+        }
+    }
+    cloudInfo.SetPreviewsSet(previews);
+    fresh.SetPreviewsSet(held.GetPreviewsSet());
+    fresh.SetPath(held.GetPath(), held.GetMd5Hash(), held.GetCloudHashBeforeChange());
+    fresh.SetIsSyncingInProgress(context.IsTransferring(IdOf(fresh)));
+}
+
+void ListMerge::Remove(const QString& id)
+{
+    if (context.uploadedAt.value(id) > sentAt) {
+        return;
+    }
+    Note(id, Change::Removed);
+    context.known.remove(id);
+    const auto held = context.documents->GetFileInfo(id);
+    if (held) {
+        context.documents->Remove(held);
+    }
+}
+
+void ListMerge::Note(const QString& id, Change change)
+{
+    if (!changes.contains(id)) {
+        changes[id] = change;
+        order.append(id);
+        return;
+    }
+    // Merges that were overtaken count too: what matters is the difference to the last report.
+    auto& sum = changes[id];
+    if (change == Change::Added) {
+        sum = sum == Change::Removed ? Change::Changed : Change::Added;
+    } else if (change == Change::Removed) {
+        sum = sum == Change::Added ? Change::None : Change::Removed;
+    } else if (sum != Change::Added) {
+        sum = change;
+    }
+}
+
+void ListMerge::Report()
+{
+    phase = Phase::Idle;
+    const auto allChanges = std::exchange(changes, {});
+    const auto allIds = std::exchange(order, {});
+    const int count = std::exchange(listCount, 0);
+    QStringList added;
+    QStringList changed;
+    QStringList removed;
+    for (auto id = allIds.rbegin(); id != allIds.rend(); ++id) { // the order of the cloud
+        switch (allChanges[*id]) {
+        case Change::None:
+            break;
+        case Change::Added:
+            added.append(*id);
+            break;
+        case Change::Changed:
+            changed.append(*id);
+            break;
+        case Change::Removed:
+            removed.append(*id);
+            break;
+        }
+    }
+    CloudSession& session = context.session;
+    const QPointer<SessionContext> alive(&context);
+    emit session.ListRefreshed(added, changed, removed);
+    for (int further = 1; further < count && alive; ++further) {
+        emit session.ListRefreshed({}, {}, {}); // a request whose answer was overtaken ends too
+    }
+}
+
+} // namespace Norlis::Host

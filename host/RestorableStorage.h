@@ -1,0 +1,25 @@
+#pragma once
+
+#include <contracts/ICloudInfoStorage.h>
+
+#include <memory>
+
+namespace Norlis::Host {
+
+/// A record store as the file list can read it back.
+///
+/// The list writes the size of any document but refuses to start over one of more than 32 bits, and over a number that
+/// is damaged. Such fields are left out when the records are read; the next refresh brings them again.
+class RestorableStorage : public PDF::Cloud::ICloudInfoStorage {
+public:
+    explicit RestorableStorage(const std::shared_ptr<PDF::Cloud::ICloudInfoStorage>& storage);
+
+    void RemoveRecord(const std::string& fileId) override;
+    void SetValue(const std::string& fileId, const std::string& key, const std::string& value) override;
+    std::map<std::string, std::map<std::string, std::string>> ReadAll() override;
+
+private:
+    const std::shared_ptr<PDF::Cloud::ICloudInfoStorage> storage;
+};
+
+} // namespace Norlis::Host

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "SessionContext.h"
+
+#include <QTemporaryDir>
+
+#include <vector>
+
+namespace Norlis::Host {
+
+/// The session's downloads. Each arrives in a hidden folder of its own beside its place, so that the last step is a
+/// rename and a cancelled or failed download touches nothing that was there before.
+class SessionDownloads {
+public:
+    explicit SessionDownloads(SessionContext& context);
+
+    void Start(const QString& id, const QString& folder);
+    void Cancel(const QString& id);
+
+private:
+    enum class Stage { Preparing, Sent, Arrived, Placed };
+
+    struct Run {
+        QString id;
+        QString folder;
+        QString name;
+        QString target;
+        bool replaces = false; ///< the document's own local copy, unchanged, stands at the target
+        Stage stage = Stage::Preparing;
+        std::unique_ptr<QTemporaryDir> staging;
+        std::shared_ptr<PDF::FileInfo> record; ///< what the cloud manager works on
+        QString stagedPath;
+        std::string hash;
+    };
+    using RunPointer = std::shared_ptr<Run>;
+
+    void Begin(const RunPointer& run);
+    void Send(const RunPointer& run);
+    void Place(const RunPointer& run);
+    void Complete(const RunPointer& run);
+
+    /// Decides whether the file at the target may be replaced. Otherwise ends the run and says why.
+    bool MayTakeTarget(const RunPointer& run);
+
+    bool IsRunning(const RunPointer& run) const;
+    RunPointer FindSent(const std::shared_ptr<const PDF::FileInfo>& file) const;
+
+    /// Takes the run out and its folder away.
+    void End(const RunPointer& run);
+    void EndWithFailure(const RunPointer& run, const QString& reason, const QString& advice);
+    void RemoveLeftovers();
+
+    void OnFinished(const std::shared_ptr<const PDF::FileInfo>& file);
+    void OnError(const std::shared_ptr<const PDF::FileInfo>& file, const QString& message);
+    void OnCanceled(const std::shared_ptr<const PDF::FileInfo>& file);
+
+    SessionContext& context;
+    QHash<QString, RunPointer> runs; ///< by document id
+
+    /// Folders that could not be removed because the service had not let go of them yet.
+    std::vector<std::unique_ptr<QTemporaryDir>> leftovers;
+};
+
+} // namespace Norlis::Host

@@ -1,0 +1,330 @@
+#include "SessionTest.h"
+
+#include <contracts/NorlisCloudProtocol.h>
+
+#include <QDir>
+#include <QFile>
+
+namespace Norlis::Test {
+
+namespace {
+
+using Social::NorlisCloudProtocol;
+
+class CloudSessionDownloadTest : public SessionTest {
+protected:
+    CloudSessionDownloadTest()
+    {
+        Refresh({EntryOf("1", "text"), EntryOf("2", "other")});
+        Events();
+    }
+
+    /// Starts a download and waits until the cloud is asked.
+    void Request(const QString& id)
+    {
+        const auto downloads = protocol->CallsOf("downloadFile").size();
+        session->Download(id, folder);
+        ASSERT_TRUE(WaitForCalls("downloadFile", downloads + 1));
+    }
+};
+
+TEST_F(CloudSessionDownloadTest, DocumentArrivesWholeUnderItsNameAndInStep)
+{
+    session->Download("1", folder + '/');
+    ASSERT_TRUE(WaitForCalls("downloadFile", 1));
+    EXPECT_FALSE(QFile::exists(PathOf("1.pdf"))); // the cloud writes elsewhere
+    Deliver("text");
+    ASSERT_TRUE(WaitForEvent("DocumentDownloaded"));
+
+    EXPECT_THAT(Events(), ElementsAre("DocumentDownloaded(1, 1.pdf)"));
+    EXPECT_EQ(Read(PathOf("1.pdf")), "text");
+    EXPECT_EQ(FilesIn(folder), QStringList("1.pdf"));
+    EXPECT_EQ(StatusOf("1"), Status::InSync);
+    EXPECT_EQ(Held("1")->GetPath().utf8string(), PathOf("1.pdf").toStdString());
+    EXPECT_EQ(Held("1")->GetCloudHashBeforeChange(), Md5Of("text"));
+    EXPECT_EQ(Held("1")->GetSize(), 4u);
+}
+
+TEST_F(CloudSessionDownloadTest, StagingStandsInTheTargetFolder)
+{
+    Request("1");
+    const auto staged = protocol->LastCall("downloadFile").fields[NorlisCloudProtocol::FILE_NAME];
+    EXPECT_EQ(QDir(folder).relativeFilePath(staged).count('/'), 1);
+    EXPECT_TRUE(QDir(folder).relativeFilePath(staged).startsWith(".norlis-download-"));
+    EXPECT_TRUE(Held("1")->GetPath().empty()); // until it is whole
+}
+
+TEST_F(CloudSessionDownloadTest, WhatCannotBeginFailsWithoutAskingTheCloud)
+{
+    const auto calls = protocol->calls.size();
+    const auto file = Write("file", "");
+    session->Download("unknown", folder);
+    session->Download("1", PathOf("missing"));
+    EXPECT_THAT(Events(), IsEmpty());
+    ASSERT_TRUE(WaitForEvent("Failed(Download, 1"));
+    session->Download("1", QString());
+    session->Download("2", file);
+    ASSERT_TRUE(WaitForEvent("Failed(Download, 2"));
+
+    EXPECT_THAT(
+        Events(),
+        ElementsAre("Failed(Download, unknown, The document was not downloaded, it is not in the list of documents)",
+                    HasSubstr("there is no folder \"" + PathOf("missing").toStdString()),
+                    HasSubstr("there is no folder \"\""), HasSubstr("there is no folder \"" + file.toStdString())));
+    EXPECT_EQ(problem.cause.document, "2.pdf");
+    EXPECT_FALSE(problem.cause.advice.isEmpty());
+    EXPECT_EQ(protocol->calls.size(), calls);
+}
+
+TEST_F(CloudSessionDownloadTest, NameThatLeavesTheFolderIsRefused)
+{
+    QList<CloudEntry> entries;
+    for (const auto* name : {"../escape.pdf", "a/b.pdf", "..", ".", ""}) {
+        auto entry = EntryOf(QString("id ") + name);
+        entry.name = name;
+        entries.append(entry);
+    }
+    Refresh(entries);
+    Events();
+    for (const auto& entry : entries) {
+        session->Download(entry.id, folder);
+    }
+    LetWorkFinish();
+
+    const auto events = Events();
+    EXPECT_EQ(events.size(), 5u);
+    EXPECT_THAT(events, testing::Each(HasSubstr("its name in the cloud cannot be the name of a file")));
+    EXPECT_THAT(protocol->CallsOf("downloadFile"), IsEmpty());
+}
+
+TEST_F(CloudSessionDownloadTest, ForeignFileOfTheSameNameIsLeftAlone)
+{
+    Write("1.pdf", "mine");
+    ASSERT_TRUE(QFile::link(PathOf("nowhere"), PathOf("2.pdf")));
+    session->Download("1", folder);
+    session->Download("2", folder);
+    ASSERT_TRUE(WaitForEvent("Failed(Download, 1"));
+    ASSERT_TRUE(WaitForEvent("Failed(Download, 2"));
+
+    EXPECT_EQ(problem.cause.reason, "there is something else of this name in the folder already");
+    EXPECT_EQ(Read(PathOf("1.pdf")), "mine");
+    EXPECT_EQ(FilesIn(folder), QStringList({"1.pdf", "2.pdf"}));
+    EXPECT_THAT(protocol->CallsOf("downloadFile"), IsEmpty());
+}
+
+TEST_F(CloudSessionDownloadTest, FileThatAppearsMeanwhileIsLeftAlone)
+{
+    Request("1");
+    Write("1.pdf", "mine");
+    Deliver("text");
+    ASSERT_TRUE(WaitForEvent("Failed"));
+
+    EXPECT_EQ(Read(PathOf("1.pdf")), "mine");
+    EXPECT_EQ(FilesIn(folder), QStringList("1.pdf"));
+    EXPECT_TRUE(Held("1")->GetPath().empty());
+}
+
+TEST_F(CloudSessionDownloadTest, OwnUnchangedCopyIsReplacedByTheNewEdition)
+{
+    Download("1", "text");
+    Refresh({EntryOf("1", "second edition"), EntryOf("2")});
+    EXPECT_EQ(StatusOf("1"), Status::ChangedInCloud);
+    Events();
+
+    Download("1", "second edition");
+    EXPECT_THAT(Events(), ElementsAre("DocumentDownloaded(1, 1.pdf)"));
+    EXPECT_EQ(Read(PathOf("1.pdf")), "second edition");
+    EXPECT_EQ(FilesIn(folder), QStringList("1.pdf"));
+    EXPECT_EQ(StatusOf("1"), Status::InSync);
+}
+
+TEST_F(CloudSessionDownloadTest, OwnCopyWithChangesIsLeftAlone)
+{
+    Download("1", "text");
+    Write("1.pdf", "my changes");
+    Events();
+
+    session->Download("1", folder);
+    ASSERT_TRUE(WaitForEvent("Failed"));
+    EXPECT_EQ(problem.cause.reason, "the local copy has changes that are not in the cloud");
+    EXPECT_EQ(Read(PathOf("1.pdf")), "my changes");
+}
+
+TEST_F(CloudSessionDownloadTest, OwnCopyThatIsChangedMeanwhileIsLeftAlone)
+{
+    Download("1", "text");
+    Events();
+    Request("1");
+    Write("1.pdf", "my changes");
+    Deliver("text");
+    ASSERT_TRUE(WaitForEvent("Failed"));
+
+    EXPECT_EQ(Read(PathOf("1.pdf")), "my changes");
+    EXPECT_EQ(FilesIn(folder), QStringList("1.pdf"));
+    EXPECT_EQ(Held("1")->GetPath().utf8string(), PathOf("1.pdf").toStdString());
+}
+
+TEST_F(CloudSessionDownloadTest, LinkToTheOwnCopyIsNotReplaced)
+{
+    Download("1", "text");
+    const auto elsewhere = root.filePath("elsewhere");
+    ASSERT_TRUE(QDir().mkdir(elsewhere) && QFile::link(PathOf("1.pdf"), elsewhere + "/1.pdf"));
+    Events();
+    session->Download("1", elsewhere);
+    ASSERT_TRUE(WaitForEvent("Failed"));
+    EXPECT_TRUE(QFileInfo(elsewhere + "/1.pdf").isSymLink());
+}
+
+TEST_F(CloudSessionDownloadTest, ContentThatTheListDidNotAnnounceIsThrownAway)
+{
+    Request("1");
+    Deliver("something else");
+    ASSERT_TRUE(WaitForEvent("Failed"));
+
+    EXPECT_EQ(problem.cause.reason, "what arrived is not what the list of documents announced");
+    EXPECT_THAT(FilesIn(folder), IsEmpty());
+    EXPECT_TRUE(Held("1")->GetPath().empty());
+}
+
+TEST_F(CloudSessionDownloadTest, CloudWithoutHashesIsTrusted)
+{
+    auto entry = EntryOf("1", "text");
+    entry.md5Hash.clear();
+    Refresh({entry});
+    Download("1", "text");
+
+    EXPECT_EQ(Held("1")->GetCloudHashBeforeChange(), Md5Of("text"));
+    EXPECT_EQ(StatusOf("1"), Status::InSync);
+}
+
+TEST_F(CloudSessionDownloadTest, SuccessWithoutAFileIsAFailure)
+{
+    Request("1");
+    Answer("downloadFile", Social::Success);
+    ASSERT_TRUE(WaitForEvent("Failed"));
+    EXPECT_EQ(problem.cause.reason, "what arrived could not be read");
+    EXPECT_THAT(FilesIn(folder), IsEmpty());
+}
+
+TEST_F(CloudSessionDownloadTest, FailureOfTheServiceLeavesNothingBehind)
+{
+    Request("1");
+    Write(QDir(folder).relativeFilePath(protocol->LastCall("downloadFile").fields[NorlisCloudProtocol::FILE_NAME]),
+          "half");
+    AnswerError("downloadFile", "the connection broke");
+
+    EXPECT_THAT(Events(), ElementsAre("Failed(Download, 1, Download file error, the connection broke)"));
+    EXPECT_THAT(FilesIn(folder), IsEmpty());
+    LetWorkFinish();
+    EXPECT_TRUE(Held("1")->GetPath().empty());
+    EXPECT_FALSE(Held("1")->IsSyncingInProgress());
+}
+
+TEST_F(CloudSessionDownloadTest, RefusedDownloadFailsOnceAndLeavesNothingBehind)
+{
+    protocol->refused = {"downloadFile"};
+    session->Download("1", folder);
+    ASSERT_TRUE(WaitForEvent("Failed"));
+    LetWorkFinish();
+    EXPECT_THAT(Events(), ElementsAre("Failed(Download, 1, Download file failed, )"));
+    EXPECT_THAT(FilesIn(folder), IsEmpty());
+}
+
+TEST_F(CloudSessionDownloadTest, CancelEndsADownloadAndKeepsTheOldCopy)
+{
+    Download("1", "text");
+    Events();
+    Request("1");
+    const auto id = protocol->LastId("downloadFile");
+    session->CancelDownload("1");
+    EXPECT_THAT(Events(), IsEmpty());
+    ASSERT_TRUE(WaitForEvent("DownloadCanceled"));
+    protocol->Answer(id, Social::Success);
+    LetWorkFinish();
+
+    EXPECT_THAT(Events(), ElementsAre("DownloadCanceled(1)"));
+    EXPECT_EQ(FilesIn(folder), QStringList("1.pdf"));
+    EXPECT_EQ(Read(PathOf("1.pdf")), "text");
+    EXPECT_EQ(Held("1")->GetPath().utf8string(), PathOf("1.pdf").toStdString());
+    EXPECT_FALSE(Held("1")->IsSyncingInProgress());
+}
+
+TEST_F(CloudSessionDownloadTest, CancelBeforeTheCloudIsAskedAndAfterItHasDelivered)
+{
+    session->Download("1", folder);
+    session->CancelDownload("1");
+    session->CancelDownload("unknown");
+    ASSERT_TRUE(WaitForEvent("DownloadCanceled"));
+    LetWorkFinish();
+    EXPECT_THAT(Events(), ElementsAre("DownloadCanceled(1)"));
+
+    Request("1");
+    Deliver("text");
+    session->CancelDownload("1");
+    ASSERT_TRUE(WaitForEvent("DownloadCanceled"));
+    LetWorkFinish();
+    EXPECT_THAT(Events(), ElementsAre("DownloadCanceled(1)"));
+    EXPECT_THAT(FilesIn(folder), IsEmpty());
+}
+
+TEST_F(CloudSessionDownloadTest, CancellationByTheServiceIsReportedOnce)
+{
+    Request("1");
+    Answer("downloadFile", Social::Canceled);
+    EXPECT_THAT(Events(), ElementsAre("DownloadCanceled(1)"));
+    EXPECT_THAT(FilesIn(folder), IsEmpty());
+}
+
+TEST_F(CloudSessionDownloadTest, SecondDownloadOfTheSameDocumentFailsAndTheFirstGoesOn)
+{
+    Request("1");
+    session->Download("1", root.path());
+    ASSERT_TRUE(WaitForEvent("Failed"));
+    EXPECT_EQ(problem.cause.reason, "it is being downloaded already");
+    Events();
+    Deliver("text");
+    ASSERT_TRUE(WaitForEvent("DocumentDownloaded"));
+    EXPECT_THAT(Events(), ElementsAre("DocumentDownloaded(1, 1.pdf)"));
+}
+
+TEST_F(CloudSessionDownloadTest, SeveralDocumentsArriveSideBySide)
+{
+    Request("1");
+    const auto first = protocol->LastId("downloadFile");
+    const auto firstPath = protocol->LastCall("downloadFile").fields[NorlisCloudProtocol::FILE_NAME];
+    Request("2");
+    Deliver("other");
+    ASSERT_TRUE(WaitForEvent("DocumentDownloaded(2"));
+    Write(QDir(folder).relativeFilePath(firstPath), "text");
+    protocol->Answer(first, Social::Success);
+    ASSERT_TRUE(WaitForEvent("DocumentDownloaded(1"));
+    EXPECT_EQ(FilesIn(folder), QStringList({"1.pdf", "2.pdf"}));
+}
+
+TEST_F(CloudSessionDownloadTest, DocumentIsMarkedAsSyncingWhileItComes)
+{
+    Request("1");
+    LetWorkFinish();
+    EXPECT_TRUE(Held("1")->IsSyncingInProgress());
+    Deliver("text");
+    ASSERT_TRUE(WaitForEvent("DocumentDownloaded"));
+    EXPECT_FALSE(Held("1")->IsSyncingInProgress());
+    LetWorkFinish();
+    EXPECT_FALSE(Held("1")->IsSyncingInProgress());
+}
+
+TEST_F(CloudSessionDownloadTest, DocumentRemovedMeanwhileIsDeliveredButDoesNotComeBack)
+{
+    Request("1");
+    session->Remove("1");
+    ASSERT_TRUE(WaitForCalls("deleteFile", 1));
+    Answer("deleteFile", Social::Success);
+    Deliver("text");
+    ASSERT_TRUE(WaitForEvent("DocumentDownloaded"));
+    EXPECT_EQ(Read(PathOf("1.pdf")), "text");
+    EXPECT_EQ(Ids(), QStringList("2"));
+}
+
+} // namespace
+
+} // namespace Norlis::Test

@@ -1,0 +1,238 @@
+#include "SessionTest.h"
+
+#include <QBuffer>
+#include <QDir>
+#include <QFile>
+#include <QImage>
+#include <QPainter>
+#include <QPdfWriter>
+
+namespace Norlis::Test {
+
+namespace {
+
+using PDF::Cloud::AbstractCloudManager;
+
+/// A document of one page that is filled with a colour.
+QByteArray PdfOf(const QColor& color)
+{
+    QByteArray content;
+    QBuffer buffer(&content);
+    buffer.open(QBuffer::WriteOnly);
+    QPdfWriter writer(&buffer);
+    QPainter painter(&writer);
+    painter.fillRect(0, 0, writer.width(), writer.height(), color);
+    painter.end();
+    return content;
+}
+
+/// A session over a folder that plays the cloud.
+class CloudSessionFolderTest : public SessionTest {
+protected:
+    CloudSessionFolderTest()
+    {
+        QDir().mkpath(cloud);
+        service.serviceUrl = QUrl::fromLocalFile(cloud);
+        Reopen();
+        SignIn();
+    }
+
+    void SignIn()
+    {
+        QSignalSpy signedIn(&session->Cloud(), &AbstractCloudManager::AuthorizationCompleted);
+        session->Cloud().Authorization("token");
+        ASSERT_TRUE(signedIn.wait(20'000));
+    }
+
+    QString Put(const QString& name, const QByteArray& content)
+    {
+        QFile file(cloud + '/' + name);
+        EXPECT_TRUE(file.open(QFile::WriteOnly) && file.write(content) == content.size());
+        return file.fileName();
+    }
+
+    void RefreshNow()
+    {
+        const auto refreshes = CountOf("ListRefreshed");
+        session->Refresh();
+        ASSERT_TRUE(WaitForEvent("ListRefreshed", refreshes + 1));
+    }
+
+    QString IdOf(const QString& name)
+    {
+        for (int index = 0; index < session->Documents().FilesCount(); ++index) {
+            if (session->Documents().GetDocumentName(index) == name) {
+                return session->Documents().GetDocumentId(index);
+            }
+        }
+        return {};
+    }
+
+    const QString cloud = root.filePath("cloud");
+};
+
+TEST_F(CloudSessionFolderTest, DocumentGoesUpIsEditedComesDownElsewhereAndIsRemoved)
+{
+    const auto first = PdfOf(Qt::red);
+    const auto second = PdfOf(Qt::blue);
+    const auto path = Write("report.pdf", first);
+    session->Upload({path});
+    ASSERT_TRUE(WaitForEvent("DocumentUploaded"));
+    EXPECT_EQ(Read(cloud + "/report.pdf"), first);
+    const auto id = IdOf("report.pdf");
+    EXPECT_EQ(StatusOf(id), Status::InSync);
+    Events();
+    RefreshNow();
+    EXPECT_THAT(Events(), Contains("ListRefreshed(+, ~, -)"));
+    EXPECT_EQ(StatusOf(id), Status::InSync);
+
+    Write("report.pdf", second);
+    session->UploadChanges(id);
+    ASSERT_TRUE(WaitForEvent("DocumentUploaded"));
+    EXPECT_EQ(Read(cloud + "/report.pdf"), second);
+    EXPECT_EQ(StatusOf(id), Status::InSync);
+
+    const auto elsewhere = root.filePath("elsewhere");
+    QDir().mkdir(elsewhere);
+    session->Download(id, elsewhere);
+    ASSERT_TRUE(WaitForEvent("DocumentDownloaded"));
+    EXPECT_EQ(Read(elsewhere + "/report.pdf"), second);
+    EXPECT_EQ(FilesIn(elsewhere), QStringList("report.pdf"));
+    EXPECT_EQ(Held(id)->GetPath().utf8string(), (elsewhere + "/report.pdf").toStdString());
+
+    session->Remove(id);
+    ASSERT_TRUE(WaitForEvent("DocumentRemoved"));
+    EXPECT_FALSE(QFile::exists(cloud + "/report.pdf"));
+    EXPECT_EQ(session->Documents().FilesCount(), 0);
+    EXPECT_THAT(Events(), Not(Contains(testing::StartsWith("Failed"))));
+}
+
+TEST_F(CloudSessionFolderTest, ChangeInTheCloudIsNoticedAndFetched)
+{
+    Put("a.pdf", PdfOf(Qt::red));
+    RefreshNow();
+    const auto id = IdOf("a.pdf");
+    session->Download(id, folder);
+    ASSERT_TRUE(WaitForEvent("DocumentDownloaded"));
+    EXPECT_EQ(StatusOf(id), Status::InSync);
+
+    const auto newer = PdfOf(Qt::blue) + "\n";
+    Put("a.pdf", newer);
+    Put("b.pdf", "b");
+    Events();
+    RefreshNow();
+    EXPECT_THAT(Events(),
+                Contains("ListRefreshed(+" + IdOf("b.pdf").toStdString() + ", ~" + id.toStdString() + ", -)"));
+    EXPECT_EQ(StatusOf(id), Status::ChangedInCloud);
+
+    session->Download(id, folder);
+    ASSERT_TRUE(WaitForEvent("DocumentDownloaded"));
+    EXPECT_EQ(Read(PathOf("a.pdf")), newer);
+    EXPECT_EQ(StatusOf(id), Status::InSync);
+}
+
+TEST_F(CloudSessionFolderTest, PreviewsShowThePage)
+{
+    Put("a.pdf", PdfOf(Qt::red));
+    RefreshNow();
+    ASSERT_TRUE(WaitForEvent("PreviewStored", 3));
+    const auto previews = session->Documents().GetPreviewsSet(0);
+    ASSERT_EQ(previews.size(), 3);
+    const QImage large(previews["large"].toUrl().toLocalFile());
+    EXPECT_EQ(std::max(large.width(), large.height()), 191);
+    const auto color = large.pixelColor(large.width() / 2, large.height() / 2);
+    EXPECT_GT(color.red(), 200);
+    EXPECT_LT(color.blue(), 50);
+
+    session->FetchPreviews(IdOf("a.pdf"));
+    ASSERT_TRUE(WaitForEvent("PreviewStored", 6));
+}
+
+TEST_F(CloudSessionFolderTest, DocumentThatIsNoPdfFailsOnlyForWhoAsks)
+{
+    Put("a.pdf", "no document");
+    RefreshNow();
+    const auto id = IdOf("a.pdf");
+    session->FetchPreviews(id);
+    ASSERT_TRUE(WaitForEvent("Failed(Preview", 3));
+    EXPECT_EQ(CountOf("Failed"), 3);
+    EXPECT_FALSE(problem.cause.reason.isEmpty());
+    EXPECT_EQ(problem.cause.document, "a.pdf");
+}
+
+TEST_F(CloudSessionFolderTest, FailuresSayWhatTheServiceFound)
+{
+    Put("a.pdf", PdfOf(Qt::red));
+    RefreshNow();
+    const auto id = IdOf("a.pdf");
+    QFile::remove(cloud + "/a.pdf");
+    Events();
+
+    session->Download(id, folder);
+    ASSERT_TRUE(WaitForEvent("Failed(Download"));
+    EXPECT_EQ(problem.message, "Download file error");
+    EXPECT_FALSE(problem.cause.reason.isEmpty());
+    EXPECT_FALSE(problem.cause.advice.isEmpty());
+    EXPECT_THAT(FilesIn(folder), IsEmpty());
+
+    session->Remove(id);
+    ASSERT_TRUE(WaitForEvent("Failed(Remove"));
+    EXPECT_FALSE(problem.cause.reason.isEmpty());
+
+    QDir(cloud).removeRecursively();
+    session->Refresh();
+    ASSERT_TRUE(WaitForEvent("Failed(List"));
+    EXPECT_FALSE(problem.cause.reason.isEmpty());
+    session->Upload({Write("b.pdf", "b")});
+    ASSERT_TRUE(WaitForEvent("Failed(Upload"));
+    EXPECT_FALSE(problem.cause.reason.isEmpty());
+    EXPECT_EQ(CountOf("Failed"), 4);
+}
+
+TEST_F(CloudSessionFolderTest, CancelledTransfersLeaveNothingOnEitherSide)
+{
+    QFile big(PathOf("big.pdf"));
+    ASSERT_TRUE(big.open(QFile::WriteOnly) && big.resize(Q_INT64_C(300) * 1024 * 1024));
+    big.close();
+    QSignalSpy uploads(&session->Cloud(), &AbstractCloudManager::UploadingStarted);
+    session->Upload({big.fileName()});
+    ASSERT_TRUE(uploads.wait(20'000));
+    session->CancelUpload(big.fileName());
+    ASSERT_TRUE(WaitForEvent("UploadCanceled"));
+
+    ASSERT_TRUE(QFile::rename(big.fileName(), cloud + "/big.pdf"));
+    RefreshNow();
+    QSignalSpy progress(&session->Cloud(), &AbstractCloudManager::DownloadingProgressValueChanged);
+    session->Download(IdOf("big.pdf"), folder);
+    ASSERT_TRUE(progress.wait(20'000));
+    session->CancelDownload(IdOf("big.pdf"));
+    ASSERT_TRUE(WaitForEvent("DownloadCanceled"));
+    session->SaveAndClose(); // waits for the service to let go
+    EXPECT_THAT(FilesIn(folder), IsEmpty());
+    EXPECT_EQ(CountOf("Failed") + CountOf("Document"), 0);
+}
+
+TEST_F(CloudSessionFolderTest, ClosingInTheMiddleOfTransfersLeavesNoStagingBehind)
+{
+    QFile big(cloud + "/big.pdf");
+    ASSERT_TRUE(big.open(QFile::WriteOnly) && big.resize(Q_INT64_C(300) * 1024 * 1024));
+    RefreshNow();
+    QSignalSpy progress(&session->Cloud(), &AbstractCloudManager::DownloadingProgressValueChanged);
+    session->Download(IdOf("big.pdf"), folder);
+    ASSERT_TRUE(progress.wait(20'000));
+    session.reset();
+    EXPECT_THAT(FilesIn(folder), IsEmpty());
+}
+
+TEST_F(CloudSessionFolderTest, SignOutIsReportedAsSuch)
+{
+    EXPECT_TRUE(session->IsSignedIn());
+    session->Cloud().Logout();
+    EXPECT_FALSE(session->IsSignedIn());
+    session->Refresh();
+    ASSERT_TRUE(WaitForEvent("Failed(List, , Not signed in"));
+}
+
+} // namespace
+
+} // namespace Norlis::Test
