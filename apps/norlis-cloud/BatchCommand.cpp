@@ -1,0 +1,118 @@
+#include "BatchCommand.h"
+
+#include "ExitStatus.h"
+#include "ProblemText.h"
+
+namespace Norlis::Terminal {
+
+namespace {
+
+constexpr int redrawInterval = 80; // milliseconds
+
+} // namespace
+
+BatchCommand::BatchCommand(const Environment& environment, const QString& verb)
+    : SessionCommand(environment),
+      bars(verb)
+{
+    redraw.setSingleShot(true);
+    connect(&redraw, &QTimer::timeout, this, &BatchCommand::DrawBars);
+}
+
+void BatchCommand::Interrupt()
+{
+    isInterrupted = true;
+    bool isAnyGivenUp = false;
+    const auto keys = jobs.keys();
+    for (const QString& key : keys) {
+        isAnyGivenUp |= GiveUp(key);
+    }
+    if (!isAnyGivenUp) {
+        Finish(ExitStatus::interrupted);
+    }
+}
+
+bool BatchCommand::GiveUp(const QString&)
+{
+    return false;
+}
+
+void BatchCommand::OnFailed(const Host::CloudProblem& problem)
+{
+    if (IsExpected(problem.subject)) {
+        hasFailures = true;
+        const QString name = jobs.value(problem.subject);
+        Settle(problem.subject);
+        output.Error(ProblemText(problem, name));
+    } else if (problem.request == Host::CloudProblem::Request::List) {
+        SessionCommand::OnFailed(problem); // the jobs wait for the list
+    }
+}
+
+void BatchCommand::Expect(const QString& key, const QString& name)
+{
+    jobs.insert(key, name);
+    bars.Add(key, name);
+    redraw.start(redrawInterval);
+}
+
+bool BatchCommand::IsExpected(const QString& key) const
+{
+    return jobs.contains(key);
+}
+
+void BatchCommand::Succeed(const QString& key)
+{
+    Settle(key);
+}
+
+void BatchCommand::Cancel(const QString& key)
+{
+    if (IsExpected(key)) {
+        hasFailures = true;
+        const QString name = jobs.value(key);
+        Settle(key);
+        output.Error(QStringLiteral("\"%1\" was cancelled").arg(name));
+    }
+}
+
+void BatchCommand::Refuse(const QString& text)
+{
+    hasFailures = true;
+    output.Error(text);
+}
+
+void BatchCommand::EndIfDone()
+{
+    if (jobs.isEmpty()) {
+        Finish(isInterrupted ? ExitStatus::interrupted : hasFailures ? ExitStatus::failure : ExitStatus::success);
+    }
+}
+
+void BatchCommand::ShowProgress(const QString& key, int percent)
+{
+    bars.SetProgress(key, percent);
+    if (!redraw.isActive()) {
+        redraw.start(redrawInterval);
+    }
+}
+
+void BatchCommand::Settle(const QString& key)
+{
+    jobs.remove(key);
+    bars.Remove(key);
+    if (areBarsShown) {
+        DrawBars();
+    }
+    EndIfDone();
+}
+
+void BatchCommand::DrawBars()
+{
+    if (!IsFinishing()) {
+        areBarsShown = true;
+        output.SetStatus(bars.Lines(output.Columns(), output.Rows()));
+    }
+}
+
+} // namespace Norlis::Terminal

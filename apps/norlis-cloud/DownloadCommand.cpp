@@ -1,0 +1,66 @@
+#include "DownloadCommand.h"
+
+#include "DocumentLookup.h"
+#include "ExitStatus.h"
+
+#include <QFileInfo>
+
+namespace Norlis::Terminal {
+
+using PDF::Cloud::AbstractCloudManager;
+
+DownloadCommand::DownloadCommand(const Environment& environment) : BatchCommand(environment, "Downloading") {}
+
+void DownloadCommand::Work()
+{
+    if (!QFileInfo(arguments.targetFolder).isDir()) {
+        output.Error(QStringLiteral("There is no folder %1. Create it, or name another one with --to")
+                         .arg(arguments.targetFolder));
+        Finish(ExitStatus::failure);
+        return;
+    }
+    connect(&Session(), &Host::CloudSession::DocumentDownloaded, this, &DownloadCommand::OnDownloaded);
+    connect(&Session(), &Host::CloudSession::DownloadCanceled, this, &DownloadCommand::Cancel);
+    connect(&Session().Cloud(), &AbstractCloudManager::DownloadingProgressValueChanged, this,
+            [this](const std::shared_ptr<const PDF::FileInfo>& file, int percent) {
+                ShowProgress(QString::fromStdString(PDF::FileInfo(*file).GetId()), percent);
+            });
+    WithFreshList([this] { Begin(); });
+}
+
+bool DownloadCommand::GiveUp(const QString& id)
+{
+    Session().CancelDownload(id);
+    return true;
+}
+
+void DownloadCommand::Begin()
+{
+    const auto found = FindDocuments(Session().Documents(), arguments.operands);
+    for (const QString& problem : found.problems) {
+        Refuse(problem);
+    }
+    for (const auto& document : found.documents) {
+        Expect(document.id, document.name);
+        Session().Download(document.id, arguments.targetFolder);
+    }
+    EndIfDone();
+}
+
+void DownloadCommand::OnDownloaded(const QString& id, const QString& path)
+{
+    const auto entry = EntryOf(Session().Documents(), id);
+    if (!IsExpected(id) || !entry) {
+        return;
+    }
+    Succeed(id);
+    if (output.IsJson()) {
+        QJsonObject result = JsonOf(*entry);
+        result["action"] = "downloaded";
+        output.Json(QJsonDocument(result));
+    } else {
+        output.Line("downloaded " + output.Name(path) + "  MD5 " + entry->md5Hash);
+    }
+}
+
+} // namespace Norlis::Terminal

@@ -1,0 +1,72 @@
+#include "Help.h"
+
+#include "Text.h"
+
+namespace Norlis::Terminal {
+
+namespace {
+
+constexpr int textColumns = 80;
+
+/// Breaks a text into lines.
+QString Wrapped(const QString& text, int indent = 0)
+{
+    QString wrapped;
+    QString line;
+    for (const QString& word : text.split(' ')) {
+        if (!line.isEmpty() && line.size() + 1 + word.size() > textColumns - indent) {
+            wrapped += line + '\n' + QString(indent, ' ');
+            line.clear();
+        }
+        line += line.isEmpty() ? word : ' ' + word;
+    }
+    return wrapped + line;
+}
+
+QString OptionsText(const QList<QCommandLineOption>& options)
+{
+    QString text = "\nOptions:\n";
+    for (const auto& option : options) {
+        const QString value = option.valueName().isEmpty() ? QString() : ' ' + option.valueName();
+        constexpr int leftColumns = 22;
+        text += PadRight("  --" + option.names().constFirst() + value, leftColumns) +
+                Wrapped(option.description(), leftColumns) + '\n';
+    }
+    return text;
+}
+
+QString ExamplesText(const QStringList& examples)
+{
+    return (examples.size() == 1 ? "\nExample:\n  " : "\nExamples:\n  ") + examples.join("\n  ") + '\n';
+}
+
+} // namespace
+
+QString OverviewText(const QList<QCommandLineOption>& options)
+{
+    QString text = "Keeps PDF documents in a cloud: a folder or a service in the network.\n\n"
+                   "Usage: norlis-cloud COMMAND [OPTION]...\n\nCommands:\n";
+    for (const auto& command : CommandCatalogue()) {
+        text += "  " + PadRight(command.name + ' ' + command.operands, 22) + command.summary + '\n';
+    }
+    text += OptionsText(options);
+    text += '\n' +
+            Wrapped("DOCUMENT is an id or a name from the list. Results go to standard output, problems to standard "
+                    "error, one line each, also with --json. The exit status is 0 when all went well, 1 when "
+                    "something failed, 2 when the command line was not understood, and 130 after Ctrl-C.") +
+            '\n';
+    text += ExamplesText({"norlis-cloud login --service ~/Cloud", "norlis-cloud upload report.pdf"});
+    return text + "\nMore about a command: norlis-cloud COMMAND --help\n";
+}
+
+QString CommandText(const CommandEntry& command, const QList<QCommandLineOption>& options)
+{
+    const QString operands = command.operands.isEmpty() ? QString() : ' ' + command.operands;
+    QString text = command.summary + ".\n\nUsage: norlis-cloud " + command.name + " [OPTION]..." + operands + '\n';
+    if (!command.details.isEmpty()) {
+        text += '\n' + Wrapped(command.details) + '\n';
+    }
+    return text + OptionsText(options) + ExamplesText(command.examples);
+}
+
+} // namespace Norlis::Terminal

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "SessionCommand.h"
+
+namespace Norlis::Terminal {
+
+/// Signs in with a new token and remembers it when the service takes it.
+class LoginCommand : public SessionCommand {
+    Q_OBJECT
+
+public:
+    explicit LoginCommand(const Environment& environment);
+
+protected:
+    QString Token(const QUrl& service) override;
+    void Work() override;
+
+private:
+    QString token;
+};
+
+} // namespace Norlis::Terminal

@@ -1,0 +1,32 @@
+#include "LogoutCommand.h"
+
+#include "ExitStatus.h"
+#include "SessionCommand.h"
+
+#include <QJsonObject>
+
+namespace Norlis::Terminal {
+
+LogoutCommand::LogoutCommand(const Environment& environment) : Command(environment) {}
+
+void LogoutCommand::Start()
+{
+    const QUrl last = settings->ServiceUrl();
+    const QUrl service = arguments.service.isEmpty() ? last : arguments.service;
+    if (!service.isEmpty()) {
+        settings->ForgetToken(service);
+        if (service == last) {
+            settings->SetServiceUrl({});
+        }
+    }
+    if (output.IsJson()) {
+        output.Json(QJsonDocument(QJsonObject{{"service", service.toString()}, {"signedIn", false}}));
+    } else if (service.isEmpty()) {
+        output.Line("You were not signed in.");
+    } else {
+        output.Line("Signed out of " + output.Name(ServiceText(service)));
+    }
+    emit Finished(ExitStatus::success);
+}
+
+} // namespace Norlis::Terminal

@@ -1,0 +1,72 @@
+#include "PreviewCommand.h"
+
+#include "Text.h"
+
+namespace Norlis::Terminal {
+
+namespace {
+
+const QStringList sizes = {"small", "medium", "large"};
+
+} // namespace
+
+PreviewCommand::PreviewCommand(const Environment& environment) : BatchCommand(environment, "Making pictures") {}
+
+void PreviewCommand::Work()
+{
+    connect(&Session(), &Host::CloudSession::PreviewStored, this, &PreviewCommand::OnStored);
+    // A fresh list makes the library ask for the pictures of all documents, and these would have to wait for them.
+    const auto found = FindDocuments(Session().Documents(), arguments.operands);
+    if (found.problems.isEmpty()) {
+        Begin(found);
+    } else {
+        WithFreshList([this] { Begin(FindDocuments(Session().Documents(), arguments.operands)); });
+    }
+}
+
+void PreviewCommand::Begin(const FoundDocuments& found)
+{
+    for (const QString& problem : found.problems) {
+        Refuse(problem);
+    }
+    for (const auto& document : found.documents) {
+        Expect(document.id, document.name);
+        Session().FetchPreviews(document.id);
+    }
+    EndIfDone();
+}
+
+void PreviewCommand::OnStored(const QString& id, const QString& size, const QString& path)
+{
+    if (!IsExpected(id)) {
+        return;
+    }
+    pictures[id][size] = path;
+    ShowProgress(id, pictures[id].size() * 100 / sizes.size());
+    if (pictures[id].size() == sizes.size()) {
+        Succeed(id);
+        Show(id);
+    }
+}
+
+void PreviewCommand::Show(const QString& id)
+{
+    const auto& paths = pictures[id];
+    const auto entry = EntryOf(Session().Documents(), id);
+    const QString name = entry ? entry->name : id;
+    if (output.IsJson()) {
+        QJsonObject previews;
+        for (const QString& size : sizes) {
+            previews[size] = paths.value(size);
+        }
+        output.Json(QJsonDocument(QJsonObject{{"id", id}, {"name", name}, {"previews", previews}}));
+        return;
+    }
+    QString text = output.Name(name) + '\n';
+    for (const QString& size : sizes) {
+        text += "  " + PadRight(size, 6) + "  " + output.Name(paths.value(size)) + '\n';
+    }
+    output.Lines(text);
+}
+
+} // namespace Norlis::Terminal

@@ -1,0 +1,57 @@
+#include "ProblemText.h"
+
+namespace Norlis::Terminal {
+
+namespace {
+
+QString WhatFailed(Host::CloudProblem::Request request)
+{
+    switch (request) {
+    case Host::CloudProblem::Request::SignIn:
+        return "Signing in failed";
+    case Host::CloudProblem::Request::List:
+        return "Fetching the list failed";
+    case Host::CloudProblem::Request::Upload:
+        return "Uploading %1 failed";
+    case Host::CloudProblem::Request::Download:
+        return "Downloading %1 failed";
+    case Host::CloudProblem::Request::Remove:
+        return "Removing %1 failed";
+    case Host::CloudProblem::Request::Preview:
+        return "Making a picture of %1 failed";
+    case Host::CloudProblem::Request::Quota:
+        return "Asking for the storage failed";
+    case Host::CloudProblem::Request::Save:
+        return "Saving the list failed";
+    }
+    return "Something failed";
+}
+
+QString WithoutPeriod(QString text)
+{
+    while (text.endsWith('.')) {
+        text.chop(1);
+    }
+    return text;
+}
+
+} // namespace
+
+QString ProblemText(const Host::CloudProblem& problem, const QString& document)
+{
+    QString name = document.isEmpty() ? problem.cause.document : document;
+    if (name.isEmpty()) {
+        name = problem.subject;
+    }
+    QString text = WhatFailed(problem.request).replace("%1", '"' + name + '"');
+    const QString reason = problem.cause.reason.isEmpty() ? problem.message : problem.cause.reason;
+    if (!reason.isEmpty()) {
+        text += ": " + WithoutPeriod(reason);
+    }
+    if (!problem.cause.advice.isEmpty()) {
+        text += ". " + WithoutPeriod(problem.cause.advice);
+    }
+    return text;
+}
+
+} // namespace Norlis::Terminal

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <host/CloudSession.h>
+
+namespace Norlis::Terminal {
+
+/// What failed, which document, what the service said, what to do: in one sentence or two.
+/// \param document name to show; empty takes that which the service mentions
+QString ProblemText(const Host::CloudProblem& problem, const QString& document = {});
+
+} // namespace Norlis::Terminal

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "BatchCommand.h"
+
+namespace Norlis::Terminal {
+
+/// Deletes documents from the cloud.
+class RemoveCommand : public BatchCommand {
+    Q_OBJECT
+
+public:
+    explicit RemoveCommand(const Environment& environment);
+
+protected:
+    void Work() override;
+
+private:
+    void Begin();
+    void OnRemoved(const QString& id);
+
+    QMap<QString, QString> names; ///< by id; what is removed is not in the list any more
+};
+
+} // namespace Norlis::Terminal

@@ -1,0 +1,97 @@
+#include "Text.h"
+
+#include <QVector>
+
+#include <wchar.h>
+
+namespace Norlis::Terminal {
+
+namespace {
+
+constexpr QChar replacement(0xfffd);
+const QChar ellipsis(0x2026);
+
+bool IsObeyedByTerminals(QChar character)
+{
+    switch (character.category()) {
+    case QChar::Other_Control:
+    case QChar::Separator_Line:
+    case QChar::Separator_Paragraph:
+        return true;
+    default:
+        break;
+    }
+    // The characters that begin and end another direction of writing.
+    const ushort code = character.unicode();
+    return (code >= 0x202a && code <= 0x202e) || (code >= 0x2066 && code <= 0x2069) || code == 0x200e || code == 0x200f;
+}
+
+int WidthOf(uint codePoint)
+{
+    // Unknown characters are most likely ordinary ones of a later Unicode.
+    const int width = wcwidth(static_cast<wchar_t>(codePoint));
+    return width < 0 ? 1 : width;
+}
+
+} // namespace
+
+QString Printable(const QString& text)
+{
+    QString printable = text;
+    for (QChar& character : printable) {
+        if (IsObeyedByTerminals(character)) {
+            character = replacement;
+        }
+    }
+    return printable;
+}
+
+int DisplayWidth(const QString& text)
+{
+    int width = 0;
+    for (const uint codePoint : text.toUcs4()) {
+        width += WidthOf(codePoint);
+    }
+    return width;
+}
+
+QString PadRight(const QString& text, int columns)
+{
+    return text + QString(qMax(0, columns - DisplayWidth(text)), ' ');
+}
+
+QString Shorten(const QString& text, int columns)
+{
+    if (DisplayWidth(text) <= columns) {
+        return text;
+    }
+    QString shortened;
+    int width = 1; // the ellipsis
+    for (const uint codePoint : text.toUcs4()) {
+        width += WidthOf(codePoint);
+        if (width > columns) {
+            break;
+        }
+        shortened += QString::fromUcs4(&codePoint, 1);
+    }
+    return columns < 1 ? QString() : shortened + ellipsis;
+}
+
+QString HumanSize(quint64 bytes)
+{
+    constexpr quint64 step = 1024;
+    if (bytes < step) {
+        return QStringLiteral("%1 B").arg(bytes);
+    }
+    static const char* const units[] = {"KiB", "MiB", "GiB", "TiB", "PiB", "EiB"};
+    double amount = static_cast<double>(bytes) / step;
+    int unit = 0;
+    // What would be rounded up to 1024 belongs to the next unit.
+    while (amount >= step - 0.5) {
+        amount /= step;
+        ++unit;
+    }
+    return QStringLiteral("%1 %2").arg(amount, 0, 'f', amount < 9.95 ? 1 : 0).arg(units[unit]);
+}
+
+} // namespace Norlis::Terminal

@@ -1,0 +1,116 @@
+#include "UploadCommand.h"
+
+#include "DocumentEntry.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+#include <algorithm>
+
+namespace Norlis::Terminal {
+
+using PDF::Cloud::AbstractCloudManager;
+
+UploadCommand::UploadCommand(const Environment& environment) : BatchCommand(environment, "Uploading")
+{
+    for (const QString& file : arguments.operands) {
+        paths << QDir::cleanPath(QDir().absoluteFilePath(file));
+    }
+    paths.removeDuplicates();
+}
+
+void UploadCommand::Work()
+{
+    connect(&Session(), &Host::CloudSession::DocumentUploaded, this, &UploadCommand::OnUploaded);
+    connect(&Session(), &Host::CloudSession::UploadCanceled, this, &UploadCommand::Cancel);
+    connect(&Session().Cloud(), &AbstractCloudManager::UploadingProgressValueChanged, this,
+            &UploadCommand::ShowProgress);
+
+    const bool isAnyKnown =
+        std::any_of(paths.begin(), paths.end(), [this](const QString& path) { return !KnownDocument(path).isEmpty(); });
+    if (isAnyKnown) {
+        WithFreshList([this] { Begin(); }); // what it is compared with must be true now
+    } else {
+        Begin();
+    }
+}
+
+bool UploadCommand::GiveUp(const QString& path)
+{
+    Session().CancelUpload(path);
+    return true;
+}
+
+void UploadCommand::Begin()
+{
+    QStringList newFiles;
+    for (const QString& path : qAsConst(paths)) {
+        const QString id = KnownDocument(path);
+        if (id.isEmpty()) {
+            Expect(path, QFileInfo(path).fileName());
+            newFiles << path;
+        } else {
+            BeginKnown(path, id);
+        }
+    }
+    if (!newFiles.isEmpty()) {
+        Session().Upload(newFiles);
+    }
+    EndIfDone();
+}
+
+void UploadCommand::BeginKnown(const QString& path, const QString& id)
+{
+    const auto entry = EntryOf(Session().Documents(), id);
+    using Status = PDF::FileInfo::CloudStatus;
+    const auto state = entry ? entry->state : Status::NoSuchDocument;
+    if (state == Status::InSync) {
+        Show("unchanged", path, id);
+    } else if (state == Status::ChangedInCloud) {
+        Refuse(QStringLiteral("\"%1\" is newer in the cloud. Download it, or use --new to keep both").arg(path));
+    } else if (state == Status::ChangedOnBothSides) {
+        Refuse(QStringLiteral("\"%1\" was changed here and in the cloud. Use --new to keep both, or download the other "
+                              "one to another folder and compare")
+                   .arg(path));
+    } else {
+        // The session speaks of the upload by the path that the list holds.
+        const QString key = entry ? entry->path : path;
+        updates.insert(key);
+        Expect(key, QFileInfo(path).fileName());
+        Session().UploadChanges(id);
+    }
+}
+
+void UploadCommand::OnUploaded(const QString& path, const QString& id)
+{
+    if (IsExpected(path)) {
+        Succeed(path);
+        Show(updates.contains(path) ? "updated" : "uploaded", path, id);
+    }
+}
+
+void UploadCommand::Show(const QString& action, const QString& path, const QString& id)
+{
+    const auto entry = EntryOf(Session().Documents(), id);
+    if (!entry) {
+        return;
+    }
+    if (output.IsJson()) {
+        QJsonObject result = JsonOf(*entry);
+        result["action"] = action;
+        output.Json(QJsonDocument(result));
+        return;
+    }
+    const QString file = QFileInfo(path).fileName();
+    const QString newName = entry->name == file ? QString() : QStringLiteral(" as ") + output.Name(entry->name);
+    const QString what = action == "unchanged" ? QStringLiteral("already in the cloud, unchanged:") : action;
+    output.Line(what + ' ' + output.Name(file) + newName + "  " + output.Name(id));
+}
+
+QString UploadCommand::KnownDocument(const QString& path)
+{
+    return arguments.asNew ? QString()
+                           : QString::fromStdString(Session().Documents().GetIdByPath(ioPath(path.toStdString())));
+}
+
+} // namespace Norlis::Terminal

@@ -1,0 +1,83 @@
+#include "WatchCommand.h"
+
+#include "DocumentEntry.h"
+#include "ExitStatus.h"
+#include "ProblemText.h"
+#include "Text.h"
+
+#include <QDateTime>
+#include <QJsonObject>
+
+namespace Norlis::Terminal {
+
+WatchCommand::WatchCommand(const Environment& environment) : SessionCommand(environment) {}
+
+QString WatchCommand::DataFolder(const QUrl& service) const
+{
+    return SessionCommand::DataFolder(service) + "/watch";
+}
+
+void WatchCommand::Work()
+{
+    for (const auto& entry : AllEntries(Session().Documents())) {
+        names[entry.id] = entry.name;
+    }
+    nextLook.setSingleShot(true);
+    connect(&nextLook, &QTimer::timeout, this, [this] {
+        if (!IsFinishing()) {
+            Session().Refresh();
+        }
+    });
+    connect(&Session(), &Host::CloudSession::ListRefreshed, this, &WatchCommand::Show);
+    Session().Refresh();
+}
+
+void WatchCommand::OnFailed(const Host::CloudProblem& problem)
+{
+    output.Error(ProblemText(problem));
+    WaitForNextLook();
+}
+
+void WatchCommand::Show(const QStringList& added, const QStringList& changed, const QStringList& removed)
+{
+    for (const QString& id : removed) {
+        ShowChange("removed", id);
+        names.remove(id);
+    }
+    for (const QString& id : added) {
+        ShowChange("added", id);
+    }
+    for (const QString& id : changed) {
+        ShowChange("changed", id);
+    }
+    if (!output.WriteError().isEmpty()) {
+        Finish(ExitStatus::failure); // nobody listens any more
+        return;
+    }
+    WaitForNextLook();
+}
+
+void WatchCommand::ShowChange(const QString& what, const QString& id)
+{
+    const auto entry = EntryOf(Session().Documents(), id);
+    if (entry) {
+        names[id] = entry->name;
+    }
+    const auto now = QDateTime::currentDateTime();
+    if (output.IsJson()) {
+        QJsonObject change = entry ? JsonOf(*entry) : QJsonObject{{"id", id}, {"name", names.value(id)}};
+        change["change"] = what;
+        change["at"] = now.toUTC().toString(Qt::ISODate);
+        output.Json(QJsonDocument(change));
+    } else {
+        const QString size = entry ? " (" + HumanSize(entry->size) + ')' : QString();
+        output.Line(now.toString("HH:mm:ss") + "  " + PadRight(what, 7) + "  " + output.Name(names.value(id)) + size);
+    }
+}
+
+void WatchCommand::WaitForNextLook()
+{
+    nextLook.start(arguments.interval * 1000);
+}
+
+} // namespace Norlis::Terminal

@@ -1,0 +1,175 @@
+#include "ProgramTest.h"
+#include "PseudoTerminal.h"
+
+#include <QRegularExpression>
+
+#include <csignal>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace Norlis::Test {
+
+namespace {
+
+class TerminalTest : public ProgramTest {
+protected:
+    void SetUp() override
+    {
+        SignIn();
+    }
+
+    /// A file that takes long enough for bars to be drawn, and no room on the disk.
+    QString MakeBigFile(const QString& path)
+    {
+        const QString file = MakeFile(path);
+        EXPECT_TRUE(QFile::resize(file, 96 * 1024 * 1024));
+        return file;
+    }
+};
+
+/// A process whose standard output nobody reads.
+class WithoutReader : public QProcess {
+protected:
+    void setupChildProcess() override
+    {
+        int ends[2];
+        if (pipe(ends) == 0) {
+            ::close(ends[0]);
+            dup2(ends[1], STDOUT_FILENO);
+            ::close(ends[1]);
+        }
+    }
+};
+
+TEST_F(TerminalTest, UploadsShowBars)
+{
+    const QString first = MakeBigFile("first.pdf");
+    const QString second = MakeBigFile("second.pdf");
+    PseudoTerminal terminal(NORLIS_CLOUD_PROGRAM, {"upload", first, second}, environment);
+    EXPECT_EQ(terminal.WaitForEnd(), 0);
+    const auto written = QString::fromUtf8(terminal.Written());
+    EXPECT_TRUE(written.contains(QRegularExpression("first\\.pdf +\\[#+\\.*\\] +\\d+%"))) << written.toStdString();
+    EXPECT_TRUE(written.contains(QRegularExpression("second\\.pdf +\\[#*\\.*\\] +\\d+%"))) << written.toStdString();
+    // The last thing on the screen is a result, not a bar.
+    EXPECT_TRUE(written.section("\x1b[J", -1).contains("uploaded ")) << written.toStdString();
+}
+
+TEST_F(TerminalTest, NarrowWindowIsSurvived)
+{
+    const QString file = MakeBigFile("a-long-name-for-a-file.pdf");
+    for (const int columns : {1, 5, 12, 20}) {
+        PseudoTerminal terminal(NORLIS_CLOUD_PROGRAM, {"upload", "--new", file}, environment, columns, 5);
+        EXPECT_EQ(terminal.WaitForEnd(), 0);
+        for (const QByteArray& line : terminal.Written().split('\n')) {
+            if (line.trimmed().endsWith('%')) {
+                EXPECT_LT(QString::fromUtf8(line.mid(line.lastIndexOf("\x1b[J") + 3)).trimmed().size(), columns);
+            }
+        }
+    }
+}
+
+TEST_F(TerminalTest, DumbTerminalGetsPlainLines)
+{
+    environment.insert("TERM", "dumb");
+    PseudoTerminal terminal(NORLIS_CLOUD_PROGRAM, {"upload", MakeBigFile("big.pdf")}, environment);
+    EXPECT_EQ(terminal.WaitForEnd(), 0);
+    EXPECT_FALSE(terminal.Written().contains('\x1b'));
+    EXPECT_TRUE(terminal.Written().startsWith("uploaded big.pdf  ")) << terminal.Written().toStdString();
+}
+
+TEST_F(TerminalTest, JsonOnATerminalHasNoBars)
+{
+    PseudoTerminal terminal(NORLIS_CLOUD_PROGRAM, {"upload", "--json", MakeBigFile("big.pdf")}, environment);
+    EXPECT_EQ(terminal.WaitForEnd(), 0);
+    EXPECT_FALSE(terminal.Written().contains('\x1b'));
+}
+
+TEST_F(TerminalTest, PipeGetsPlainLines)
+{
+    const Outcome outcome = Run({"upload", MakeBigFile("big.pdf")});
+    EXPECT_FALSE(outcome.output.contains('\x1b'));
+    EXPECT_EQ(outcome.output.count('\n'), 1);
+}
+
+TEST_F(TerminalTest, ProblemsTakeTheBarsAwayAndPutThemBack)
+{
+    const QString first = MakeFile("first.pdf");
+    ASSERT_TRUE(QFile::resize(first, 512 * 1024 * 1024));
+    const QString second = MakeBigFile("second.pdf");
+    PseudoTerminal terminal(NORLIS_CLOUD_PROGRAM, {"upload", first, second}, environment);
+    ASSERT_TRUE(terminal.WaitFor("second.pdf "));
+    ASSERT_TRUE(QFile::remove(second)); // whose turn comes when the first one is read
+    ASSERT_TRUE(terminal.WaitFor("Uploading \"second.pdf\" failed"));
+    ASSERT_TRUE(terminal.WaitFor("\nfirst.pdf "));
+    EXPECT_TRUE(terminal.Written().contains("\x1b[Jnorlis-cloud: Uploading")) << terminal.Written().toStdString();
+    terminal.Type("\x03");
+    EXPECT_EQ(terminal.WaitForEnd(), 130);
+}
+
+TEST_F(TerminalTest, CtrlCTakesTheBarsAway)
+{
+    const QString file = MakeFile("big.pdf");
+    ASSERT_TRUE(QFile::resize(file, 512 * 1024 * 1024));
+    PseudoTerminal terminal(NORLIS_CLOUD_PROGRAM, {"upload", file}, environment);
+    ASSERT_TRUE(terminal.WaitFor("["));
+    ASSERT_TRUE(terminal.WaitFor("%"));
+    terminal.Type("\x03");
+    EXPECT_EQ(terminal.WaitForEnd(), 130);
+    EXPECT_TRUE(terminal.Written().endsWith("\x1b[Jnorlis-cloud: \"big.pdf\" was cancelled\r\n"))
+        << terminal.Written().toStdString();
+    EXPECT_EQ(CloudNames(), QStringList());
+}
+
+TEST_F(TerminalTest, NamesAreMadeHarmlessOnATerminalAndStayExactElsewhere)
+{
+    const QString name = QStringLiteral("evil\u202efdp.pdf");
+    MakeFile("Cloud/" + name);
+    EXPECT_TRUE(Run({"list"}).output.contains(name));
+    PseudoTerminal terminal(NORLIS_CLOUD_PROGRAM, {"list"}, environment);
+    EXPECT_EQ(terminal.WaitForEnd(), 0);
+    EXPECT_FALSE(terminal.Written().contains(name.toUtf8()));
+    EXPECT_TRUE(terminal.Written().contains(QStringLiteral("evil\ufffdfdp.pdf").toUtf8()));
+}
+
+TEST_F(TerminalTest, LongNamesAreCutToTheWindow)
+{
+    MakeFile("Cloud/" + QString(200, 'n') + ".pdf");
+    PseudoTerminal terminal(NORLIS_CLOUD_PROGRAM, {"list"}, environment, 100);
+    EXPECT_EQ(terminal.WaitForEnd(), 0);
+    for (const QByteArray& line : terminal.Written().split('\n')) {
+        EXPECT_LE(QString::fromUtf8(line).trimmed().size(), 100) << line.toStdString();
+    }
+    EXPECT_TRUE(Run({"list"}).output.contains(QString(200, 'n') + ".pdf"));
+}
+
+TEST_F(TerminalTest, FullDiskUnderTheResultsIsAFailure)
+{
+    for (const QStringList& words : {QStringList{"list"}, {"list", "--json"}, {"--help"}}) {
+        QProcess process;
+        process.setProcessEnvironment(environment);
+        process.setStandardOutputFile("/dev/full");
+        process.start(NORLIS_CLOUD_PROGRAM, words);
+        const Outcome outcome = WaitForEnd(process);
+        EXPECT_EQ(outcome.exitStatus, 1);
+        EXPECT_EQ(outcome.errors, "norlis-cloud: The results cannot be written: No space left on device\n");
+    }
+}
+
+TEST_F(TerminalTest, ReaderThatHasGoneIsNoCrash)
+{
+    const QString file = MakeFile("report.pdf");
+    for (const QStringList& words : {QStringList{"list"}, {"upload", file}, {"watch"}, {"--help"}}) {
+        WithoutReader process;
+        process.setProcessEnvironment(environment);
+        process.start(NORLIS_CLOUD_PROGRAM, words);
+        const Outcome outcome = WaitForEnd(process);
+        EXPECT_EQ(outcome.exitStatus, 1) << words.join(' ').toStdString();
+        EXPECT_EQ(outcome.errors, "");
+    }
+    EXPECT_EQ(CloudNames(), QStringList("report.pdf")) << "the work is done all the same";
+}
+
+} // namespace
+
+} // namespace Norlis::Test

@@ -1,0 +1,167 @@
+#include "ProgramTest.h"
+
+#include <QFileInfo>
+
+namespace Norlis::Test {
+
+namespace {
+
+class UploadTest : public ProgramTest {
+protected:
+    void SetUp() override
+    {
+        SignIn();
+    }
+};
+
+TEST_F(UploadTest, FilesArriveInTheCloud)
+{
+    const QString first = MakeFile("first.pdf", "1");
+    MakeFile("second.pdf", "22");
+    const Outcome outcome = Run({"upload", first, "second.pdf"});
+    EXPECT_EQ(outcome.exitStatus, 0) << outcome.errors.toStdString();
+    EXPECT_EQ(outcome.errors, "");
+    EXPECT_TRUE(outcome.output.contains("uploaded first.pdf  ")) << outcome.output.toStdString();
+    EXPECT_TRUE(outcome.output.contains("uploaded second.pdf  ")) << outcome.output.toStdString();
+    EXPECT_EQ(ContentOf(Cloud() + "/first.pdf"), "1");
+    EXPECT_EQ(ContentOf(Cloud() + "/second.pdf"), "22");
+}
+
+TEST_F(UploadTest, ResultsAreAvailableAsJson)
+{
+    const QString file = MakeFile("report.pdf", "0123456789");
+    const auto results = Run({"upload", file, "--json"}).JsonLines();
+    ASSERT_EQ(results.size(), 1);
+    EXPECT_EQ(results[0]["action"].toString(), "uploaded");
+    EXPECT_EQ(results[0]["name"].toString(), "report.pdf");
+    EXPECT_EQ(results[0]["path"].toString(), QFileInfo(file).canonicalFilePath());
+    EXPECT_EQ(results[0]["size"].toInt(), 10);
+    EXPECT_EQ(results[0]["md5"].toString(), "781e5e245d69b566979b86e28d23f2c7");
+    const auto list = Run({"list", "--json"}).Json();
+    EXPECT_EQ(results[0]["id"], list[0].toObject()["id"]);
+}
+
+TEST_F(UploadTest, MissingFileFailsAloneAndTheOthersGoOn)
+{
+    MakeFile("report.pdf");
+    const Outcome outcome = Run({"upload", "nowhere.pdf", "report.pdf", Home()});
+    EXPECT_EQ(outcome.exitStatus, 1);
+    EXPECT_EQ(outcome.ErrorLines().size(), 2);
+    EXPECT_TRUE(outcome.errors.contains("\"nowhere.pdf\"")) << outcome.errors.toStdString();
+    EXPECT_EQ(CloudNames(), QStringList("report.pdf"));
+}
+
+TEST_F(UploadTest, FileNamedTwiceIsSentOnce)
+{
+    MakeFile("report.pdf");
+    EXPECT_EQ(Run({"upload", "report.pdf", "./report.pdf", Home() + "/report.pdf"}).exitStatus, 0);
+    EXPECT_EQ(CloudNames(), QStringList("report.pdf"));
+}
+
+TEST_F(UploadTest, TakenNameGetsANumber)
+{
+    MakeFile("a/report.pdf", "a");
+    MakeFile("b/report.pdf", "b");
+    ASSERT_EQ(Run({"upload", "a/report.pdf"}).exitStatus, 0);
+    const Outcome outcome = Run({"upload", "b/report.pdf"});
+    EXPECT_TRUE(outcome.output.startsWith("uploaded report.pdf as report (2).pdf  ")) << outcome.output.toStdString();
+    EXPECT_EQ(ContentOf(Cloud() + "/report.pdf"), "a");
+    EXPECT_EQ(ContentOf(Cloud() + "/report (2).pdf"), "b");
+}
+
+TEST_F(UploadTest, UnchangedFileIsNotSentAgain)
+{
+    MakeFile("report.pdf");
+    ASSERT_EQ(Run({"upload", "report.pdf"}).exitStatus, 0);
+    const Outcome outcome = Run({"upload", "report.pdf"});
+    EXPECT_EQ(outcome.exitStatus, 0);
+    EXPECT_TRUE(outcome.output.startsWith("already in the cloud, unchanged: report.pdf  "))
+        << outcome.output.toStdString();
+    EXPECT_EQ(CloudNames(), QStringList("report.pdf"));
+}
+
+TEST_F(UploadTest, ChangedFileUpdatesItsDocument)
+{
+    MakeFile("report.pdf", "old");
+    ASSERT_EQ(Run({"upload", "report.pdf"}).exitStatus, 0);
+    MakeFile("report.pdf", "new and longer");
+    const Outcome outcome = Run({"upload", "report.pdf"});
+    EXPECT_EQ(outcome.exitStatus, 0) << outcome.errors.toStdString();
+    EXPECT_TRUE(outcome.output.startsWith("updated report.pdf  ")) << outcome.output.toStdString();
+    EXPECT_EQ(CloudNames(), QStringList("report.pdf"));
+    EXPECT_EQ(ContentOf(Cloud() + "/report.pdf"), "new and longer");
+    EXPECT_TRUE(Run({"upload", "report.pdf"}).output.contains("unchanged"));
+}
+
+TEST_F(UploadTest, NewMakesASecondDocument)
+{
+    MakeFile("report.pdf");
+    ASSERT_EQ(Run({"upload", "report.pdf"}).exitStatus, 0);
+    EXPECT_EQ(Run({"upload", "--new", "report.pdf"}).exitStatus, 0);
+    EXPECT_EQ(CloudNames(), QStringList({"report (2).pdf", "report.pdf"}));
+}
+
+TEST_F(UploadTest, NewerDocumentInTheCloudIsNotOverwritten)
+{
+    MakeFile("report.pdf", "old");
+    ASSERT_EQ(Run({"upload", "report.pdf"}).exitStatus, 0);
+    MakeFile("Cloud/report.pdf", "from elsewhere");
+    EXPECT_EQ(Run({"upload", "report.pdf"}).exitStatus, 1);
+    MakeFile("report.pdf", "changed here");
+    const Outcome outcome = Run({"upload", "report.pdf"});
+    EXPECT_EQ(outcome.exitStatus, 1);
+    EXPECT_TRUE(outcome.errors.contains("--new")) << outcome.errors.toStdString();
+    EXPECT_EQ(ContentOf(Cloud() + "/report.pdf"), "from elsewhere");
+}
+
+TEST_F(UploadTest, DocumentThatWasRemovedElsewhereIsSentAsNew)
+{
+    MakeFile("report.pdf", "content");
+    ASSERT_EQ(Run({"upload", "report.pdf"}).exitStatus, 0);
+    ASSERT_TRUE(QFile::remove(Cloud() + "/report.pdf"));
+    const Outcome outcome = Run({"upload", "report.pdf"});
+    EXPECT_TRUE(outcome.output.startsWith("uploaded report.pdf  ")) << outcome.output.toStdString();
+    EXPECT_EQ(ContentOf(Cloud() + "/report.pdf"), "content");
+}
+
+TEST_F(UploadTest, OddNamesWork)
+{
+    const QStringList names = {"--strange.pdf",   "-x.pdf",    "a b.pdf",    "Résumé – Zoë.pdf",
+                               "it's \"5%\".pdf", "смета.pdf", "年報 🚢.pdf", ".hidden.pdf"};
+    QStringList words = {"upload", "--"};
+    for (const QString& name : names) {
+        MakeFile(name, name.toUtf8());
+        words << name;
+    }
+    const Outcome outcome = Run(words);
+    EXPECT_EQ(outcome.exitStatus, 0) << outcome.errors.toStdString();
+    for (const QString& name : names) {
+        EXPECT_EQ(ContentOf(Cloud() + '/' + name), name.toUtf8());
+    }
+}
+
+TEST_F(UploadTest, UnicodeNamesWorkUnderAnAsciiLocale)
+{
+    environment.insert("LC_ALL", "C");
+    const QString name = QStringLiteral("Résumé – 年報.pdf");
+    MakeFile(name, "content");
+    const Outcome outcome = Run({"upload", name});
+    EXPECT_EQ(outcome.exitStatus, 0) << outcome.errors.toStdString();
+    EXPECT_TRUE(outcome.output.startsWith("uploaded " + name + "  ")) << outcome.output.toStdString();
+    EXPECT_EQ(CloudNames(), QStringList(name));
+}
+
+TEST_F(UploadTest, NameThatTheCloudRefusesIsReportedOnOneLine)
+{
+    const QString name = "two\nlines\x1b[2J.pdf";
+    MakeFile(name);
+    const Outcome outcome = Run({"upload", name});
+    EXPECT_EQ(outcome.exitStatus, 1);
+    EXPECT_EQ(outcome.ErrorLines().size(), 1);
+    EXPECT_FALSE(outcome.errors.contains('\x1b'));
+    EXPECT_EQ(CloudNames(), QStringList());
+}
+
+} // namespace
+
+} // namespace Norlis::Test
