@@ -8,6 +8,7 @@
 #include <cstring>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace Norlis::Social {
@@ -59,11 +60,17 @@ bool AtomicFile::Open(const QString& folder)
 
 bool AtomicFile::Write(const char* data, qint64 size)
 {
-    if (file.write(data, size) == size) {
-        return true;
+    // A disk that becomes full takes a part first; only the next attempt says why it takes no more.
+    while (size > 0) {
+        const qint64 count = file.write(data, size);
+        if (count <= 0) {
+            error = file.errorString();
+            return false;
+        }
+        data += count;
+        size -= count;
     }
-    error = file.errorString();
-    return false;
+    return true;
 }
 
 bool AtomicFile::Sync()
@@ -73,6 +80,12 @@ bool AtomicFile::Sync()
 
 bool AtomicFile::CommitReplacing(const QString& path)
 {
+    // Who may read the file stays as it was: a private one does not become public by a newer version.
+    struct stat replaced = {};
+    if (stat(QFile::encodeName(path).constData(), &replaced) == 0 && S_ISREG(replaced.st_mode) &&
+        fchmod(file.handle(), replaced.st_mode & 0777) != 0) {
+        return Fail(errno);
+    }
     if (std::rename(QFile::encodeName(file.fileName()).constData(), QFile::encodeName(path).constData()) != 0) {
         return Fail(errno);
     }

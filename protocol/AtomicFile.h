@@ -26,7 +26,7 @@ public:
     /// Makes the content durable. To be called before the commit, which is then quick.
     bool Sync();
 
-    /// Gives the file its name; what stood there is replaced in one step.
+    /// Gives the file its name; what stood there is replaced in one step, and its permissions are kept.
     bool CommitReplacing(const QString& path);
 
     /// Gives the file its name unless there is something of that name already.

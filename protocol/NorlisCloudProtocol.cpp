@@ -116,8 +116,9 @@ public:
     void Report(qint64 id, OAuth2::Failure failure)
     {
         failure.operation = id;
-        if (authInfo.onFailure) {
-            authInfo.onFailure(failure);
+        const auto onFailure = authInfo.onFailure; // it may destroy this object and needs what it holds to the end
+        if (onFailure) {
+            onFailure(failure);
         }
     }
 

@@ -111,6 +111,11 @@ void ServiceConnection::Post(News news)
 {
     const std::lock_guard guard(newsMutex);
     arrived.push_back(std::move(news));
+    ScheduleDelivery();
+}
+
+void ServiceConnection::ScheduleDelivery()
+{
     if (!isDeliveryScheduled) {
         isDeliveryScheduled = true;
         QMetaObject::invokeMethod(
@@ -123,24 +128,28 @@ void ServiceConnection::Deliver()
     QElapsedTimer slice;
     slice.start();
     const QPointer<ServiceConnection> self(this);
-    if (delivering.empty()) {
+    {
         const std::lock_guard guard(newsMutex);
-        delivering = std::exchange(arrived, {});
-        std::reverse(delivering.begin(), delivering.end());
-    }
-    while (!delivering.empty() && slice.elapsed() < longestSlice) {
-        News news = std::move(delivering.back());
-        delivering.pop_back();
-        DeliverOne(std::move(news));
-        if (!self) {
-            return; // a callback has destroyed the protocol object
+        isDeliveryScheduled = false;
+        if (delivering.empty()) {
+            delivering = std::exchange(arrived, {});
+            std::reverse(delivering.begin(), delivering.end());
         }
     }
-    const std::lock_guard guard(newsMutex);
-    isDeliveryScheduled = !delivering.empty() || !arrived.empty();
-    if (isDeliveryScheduled) {
-        QMetaObject::invokeMethod(
-            this, [this] { Deliver(); }, Qt::QueuedConnection);
+    while (!delivering.empty()) {
+        News news = std::move(delivering.back());
+        delivering.pop_back();
+        {
+            // Before the callback, which may run an event loop of its own, for instance that of a dialog.
+            const std::lock_guard guard(newsMutex);
+            if (!delivering.empty() || !arrived.empty()) {
+                ScheduleDelivery();
+            }
+        }
+        DeliverOne(std::move(news));
+        if (!self || slice.elapsed() >= longestSlice) {
+            return; // a callback has destroyed the protocol object, or the rest waits for its turn
+        }
     }
 }
 

@@ -53,6 +53,9 @@ private:
 
     /// On the worker thread.
     void Post(News news);
+
+    /// With the mutex held.
+    void ScheduleDelivery();
     void Deliver();
     void DeliverOne(News news);
 

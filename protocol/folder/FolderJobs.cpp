@@ -39,8 +39,7 @@ std::optional<Reply> ListJob::Step()
     if (!documents) {
         documents = store.Documents();
         if (!documents) {
-            return Failed("Fetching the list of documents", {}, store.WhyUnusable(),
-                          "Make the folder available again, for instance by connecting its drive.");
+            return Unusable();
         }
         return std::nullopt;
     }
@@ -51,6 +50,9 @@ std::optional<Reply> ListJob::Step()
     constexpr int entriesPerStep = 200;
     for (int count = 0; count < entriesPerStep; ++count) {
         if (position == documents->size()) {
+            if (!store.WhyUnusable().isEmpty()) {
+                return Unusable(); // gone while the documents were read
+            }
             store.SaveHashes(*documents);
             return Reply{Success, files, {}};
         }
@@ -67,6 +69,12 @@ std::optional<Reply> ListJob::Step()
         ++position;
     }
     return std::nullopt;
+}
+
+Reply ListJob::Unusable() const
+{
+    return Failed("Fetching the list of documents", {}, store.WhyUnusable(),
+                  "Make the folder available again, for instance by connecting its drive.");
 }
 
 void ListJob::HashNextPiece()

@@ -28,6 +28,7 @@ public:
     std::optional<Reply> Step() override;
 
 private:
+    Reply Unusable() const;
     void HashNextPiece();
 
     FolderStore& store;

@@ -16,11 +16,6 @@ namespace {
 constexpr qint64 bytesPerMiB = 1024 * 1024;
 const auto applicationId = QStringLiteral("pdf");
 
-Reply NoSuchDocument(const QString& what)
-{
-    return Failed(what, {}, "The document is not in the cloud any more", "Refresh the list.");
-}
-
 } // namespace
 
 FolderService::FolderService(const OAuth2::AuthInfo& authInfo, const Listener& listener)
@@ -46,9 +41,17 @@ void FolderService::Cancel(qint64 id)
     jobs.erase(std::remove_if(jobs.begin(), jobs.end(), [&](const Work& work) { return work.id == id; }), jobs.end());
 }
 
-Reply FolderService::Handle(const Request::SignIn&)
+Reply FolderService::NoSuchDocument(const QString& what)
 {
     const QString reason = store.WhyUnusable();
+    return reason.isEmpty()
+               ? Failed(what, {}, "The document is not in the cloud any more", "Refresh the list.")
+               : Failed(what, {}, reason, "Make the folder available again, for instance by connecting its drive.");
+}
+
+Reply FolderService::Handle(const Request::SignIn&)
+{
+    const QString reason = store.Open();
     if (!reason.isEmpty()) {
         return Failed("Sign-in", {}, reason, "Create the folder, or make its drive available, and sign in again.");
     }
@@ -124,6 +127,10 @@ void FolderService::Begin(qint64 id, const Request::Preview& request)
         listener.reply(id, NoSuchDocument("Fetching a preview"));
         return;
     }
+    if (request.box.isEmpty()) {
+        listener.reply(id, Failed("Fetching a preview", document->name, "A picture without a size was asked for"));
+        return;
+    }
     previews.Add(id, {document->id, document->name, document->path, document->version.ToString()}, request.box);
 }
 
@@ -159,7 +166,10 @@ void FolderService::Begin(qint64 id, const Request::Download& request)
             isWritten = copy.CommitReplacing(request.localPath);
             return QString();
         });
-        if (isWanted && !isWritten) {
+        if (!isWanted) {
+            return Reply(); // nobody waits for it
+        }
+        if (!isWritten) {
             return Failed(what, document.name,
                           QStringLiteral("%1 cannot be written: %2").arg(request.localPath, copy.ErrorText()));
         }
@@ -174,6 +184,11 @@ void FolderService::Begin(qint64 id, const Request::Upload& request)
 {
     const auto what = QStringLiteral("Upload");
     QString name = QFileInfo(request.localPath).fileName();
+    QString reason = store.WhyUnusable();
+    if (!reason.isEmpty()) {
+        listener.reply(id, Failed(what, name, reason, "Make the folder available again."));
+        return;
+    }
     if (!request.document.isEmpty()) {
         const auto replaced = store.Find(request.document);
         if (!replaced) {
@@ -189,10 +204,7 @@ void FolderService::Begin(qint64 id, const Request::Upload& request)
                        Failed(what, name, QStringLiteral("The name %1").arg(badName), "Give the file another name."));
         return;
     }
-    QString reason = store.WhyUnusable();
-    if (reason.isEmpty()) {
-        reason = WhyNoRoom(QFileInfo(request.localPath).size(), request.document);
-    }
+    reason = WhyNoRoom(QFileInfo(request.localPath).size(), request.document);
     if (!reason.isEmpty()) {
         listener.reply(id, Failed(what, name, reason, "Make room in the cloud and try again."));
         return;
@@ -248,7 +260,10 @@ Reply FolderService::Publish(const Request::Upload& request, const QString& want
         }
         return outcome == AtomicFile::Outcome::Done ? IdOfName(name) : QString();
     });
-    if (isWanted && outcome != AtomicFile::Outcome::Done) {
+    if (!isWanted) {
+        return {}; // nobody waits for it
+    }
+    if (outcome != AtomicFile::Outcome::Done) {
         return Failed(what, wantedName, copy.ErrorText(), "Check that you may write to the folder.");
     }
 

@@ -27,6 +27,7 @@ private:
         std::unique_ptr<FolderJob> job;
     };
 
+    Reply NoSuchDocument(const QString& what);
     Reply Handle(const Request::SignIn& request);
     Reply Handle(const Request::UserName& request);
     Reply Handle(const Request::UserPage& request);

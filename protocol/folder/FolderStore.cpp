@@ -27,14 +27,23 @@ QString FolderIdentity(const QString& folder)
     if (stat(QFile::encodeName(folder).constData(), &status) != 0 || !S_ISDIR(status.st_mode)) {
         return {};
     }
-    return QStringLiteral("%1-%2").arg(status.st_dev).arg(status.st_ino);
+    // A new folder often gets the number of the one that was removed before it.
+    const qint64 birth = QFileInfo(folder).birthTime().toMSecsSinceEpoch();
+    return QStringLiteral("%1-%2-%3").arg(status.st_dev).arg(status.st_ino).arg(birth);
 }
+
+constexpr qint64 timestampGranularity = 50'000'000; // nanoseconds; several ticks of the kernel's clock
 
 bool IsJustWritten(const FileVersion& version)
 {
-    constexpr qint64 timestampGranularity = 50'000'000; // nanoseconds; several ticks of the kernel's clock
     const qint64 now = QDateTime::currentMSecsSinceEpoch() * 1'000'000;
     return now - qMax(version.modifiedNanoseconds, version.changedNanoseconds) < timestampGranularity;
+}
+
+/// When an entry of a folder last came or went, in milliseconds.
+qint64 ModifiedAt(const QString& folder)
+{
+    return QFileInfo(folder).lastModified().toMSecsSinceEpoch();
 }
 
 } // namespace
@@ -44,14 +53,17 @@ FolderStore::FolderStore(const QString& folder) : folder(QDir::cleanPath(folder)
     LoadHashes();
 }
 
-QString FolderStore::WhyUnusable()
+QString FolderStore::Open()
+{
+    identity = FolderIdentity(folder);
+    return WhyUnusable();
+}
+
+QString FolderStore::WhyUnusable() const
 {
     const QString found = FolderIdentity(folder);
     if (found.isEmpty()) {
         return QStringLiteral("There is no folder %1").arg(folder);
-    }
-    if (identity.isEmpty()) {
-        identity = found;
     }
     if (found != identity) {
         return QStringLiteral("Another folder has taken the place of %1").arg(folder);
@@ -67,6 +79,8 @@ std::optional<std::vector<FolderDocument>> FolderStore::Documents()
         return std::nullopt;
     }
     nameOfId.clear();
+    listedAt = ModifiedAt(folder);
+    isListOutdated = QDateTime::currentMSecsSinceEpoch() - listedAt < timestampGranularity / 1'000'000;
     std::vector<FolderDocument> documents;
     const auto names = QDir(folder).entryList(QDir::Files | QDir::Hidden | QDir::System | QDir::NoSymLinks, QDir::Name);
     documents.reserve(static_cast<std::size_t>(names.size()));
@@ -78,16 +92,20 @@ std::optional<std::vector<FolderDocument>> FolderStore::Documents()
         }
     }
     // A folder that vanished while it was read looks empty.
-    return WhyUnusable().isEmpty() ? std::optional(std::move(documents)) : std::nullopt;
+    if (!WhyUnusable().isEmpty()) {
+        isListOutdated = true;
+        return std::nullopt;
+    }
+    return documents;
 }
 
 std::optional<FolderDocument> FolderStore::Find(const QString& id)
 {
-    if (id.isEmpty()) {
+    if (id.isEmpty() || !WhyUnusable().isEmpty()) {
         return std::nullopt;
     }
-    if (!nameOfId.contains(id)) {
-        Documents(); // it may have come since
+    if (!nameOfId.contains(id) && (isListOutdated || ModifiedAt(folder) != listedAt)) {
+        Documents(); // it has come since
     }
     const auto name = nameOfId.constFind(id);
     if (name == nameOfId.constEnd()) {

@@ -28,9 +28,12 @@ class FolderStore {
 public:
     explicit FolderStore(const QString& folder);
 
-    /// Why the folder cannot be used; empty when it can. The first success fixes which folder it is: another one that
-    /// appears in its place later, for instance when a drive is gone, is refused.
-    QString WhyUnusable();
+    /// Fixes which folder it is: another one that appears in its place later, for instance when a drive is gone, is refused
+    /// until this is called again. Returns as WhyUnusable.
+    QString Open();
+
+    /// Why the folder cannot be used; empty when it can.
+    QString WhyUnusable() const;
 
     /// The documents, ordered by name. Nothing when the folder cannot be read.
     std::optional<std::vector<FolderDocument>> Documents();
@@ -69,8 +72,10 @@ private:
     void LoadHashes();
 
     QString folder;
-    QString identity; ///< empty until the folder was used for the first time
+    QString identity;
     QHash<QString, QString> nameOfId;
+    qint64 listedAt = 0;        ///< the folder's time, in milliseconds, when its names were read
+    bool isListOutdated = true; ///< that time is too new to show further changes
     QHash<QString, KnownVersion> hashes; ///< by id
     bool hasNewHashes = false;
 };

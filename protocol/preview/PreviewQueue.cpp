@@ -18,11 +18,10 @@ QString VersionKey(const PreviewQueue::Subject& subject)
 
 } // namespace
 
-PreviewQueue::PreviewQueue(const QString& cacheFolder, std::function<void(qint64, Reply)> reply)
+PreviewQueue::PreviewQueue(const QString& cacheFolder, std::function<void(qint64, Reply)> reply, const QString& program)
     : reply(std::move(reply)),
       cache(cacheFolder)
 {
-    const QString program = FindRenderer();
     const int processes = std::clamp(QThread::idealThreadCount(), 1, 4);
     for (int count = 0; count < processes; ++count) {
         renderers.push_back(std::make_unique<RendererProcess>(program));

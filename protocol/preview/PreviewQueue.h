@@ -27,7 +27,9 @@ public:
 
     /// \param cacheFolder see AuthInfo
     /// \param reply       called from the event loop
-    PreviewQueue(const QString& cacheFolder, std::function<void(qint64 id, Reply)> reply);
+    /// \param program     the renderer
+    PreviewQueue(const QString& cacheFolder, std::function<void(qint64 id, Reply)> reply,
+                 const QString& program = FindRenderer());
     ~PreviewQueue();
 
     void Add(qint64 id, const Subject& subject, const QSize& box);

@@ -28,8 +28,8 @@ void LimitMyself()
     };
     limit(RLIMIT_CORE, 0);
     limit(RLIMIT_FSIZE, 0); // no file is written; pipes do not count
-#if !defined(__SANITIZE_ADDRESS__)
-    limit(RLIMIT_AS, rlim_t{2} * 1024 * 1024 * 1024); // the address sanitizer reserves far more
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+    limit(RLIMIT_AS, rlim_t{2} * 1024 * 1024 * 1024); // sanitizers reserve far more
 #endif
     prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
     prctl(PR_SET_PDEATHSIG, SIGKILL);

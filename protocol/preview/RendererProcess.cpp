@@ -85,7 +85,7 @@ void RendererProcess::Render(const QString& path, const QSize& wantedBox, Done w
     watchdog.start();
     if (program.isEmpty()) {
         QTimer::singleShot(0, this, [this] { Answer({}, QStringLiteral("The preview renderer is not installed")); });
-    } else if (process.state() == QProcess::Running) {
+    } else if (isUsed = process.state() == QProcess::Running; isUsed) {
         Send();
     } else {
         process.start(program, QStringList());
@@ -128,6 +128,10 @@ void RendererProcess::Read()
         Abandon(QStringLiteral("The preview renderer answered with something else than a picture"));
         return;
     }
+    constexpr qint64 headOfReason = 1 + sizeof(quint32);
+    if (process.bytesAvailable() < (isPicture ? longestHead : headOfReason) + static_cast<qint64>(size)) {
+        return; // more is to come
+    }
     QDataStream stream(&process);
     stream.setVersion(RendererProtocol::streamVersion);
     stream.startTransaction();
@@ -140,6 +144,9 @@ void RendererProcess::Read()
     if (!stream.commitTransaction()) {
         return;
     }
+    if (process.bytesAvailable() > 0) {
+        Stop(); // what it says beyond the answer must not be taken for that about the next document
+    }
     if (!isPicture) {
         Answer({}, QString::fromUtf8(content));
         return;
@@ -151,9 +158,15 @@ void RendererProcess::Read()
 
 void RendererProcess::OnProcessEnded()
 {
-    if (!IsIdle()) {
-        Answer({}, QStringLiteral("The document made the preview renderer stop"));
+    if (IsIdle()) {
+        return;
     }
+    if (isUsed) {
+        isUsed = false; // another document or an outsider may have ended it; a fresh process tells
+        process.start(program, QStringList());
+        return;
+    }
+    Answer({}, QStringLiteral("The document made the preview renderer stop"));
 }
 
 void RendererProcess::OnTimeout()

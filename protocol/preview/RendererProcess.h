@@ -52,7 +52,8 @@ private:
     QTimer idleTimer;
     QByteArray request;
     QSize box;
-    Done done; ///< set while busy
+    bool isUsed = false; ///< the process had served other documents before this one
+    Done done;           ///< set while busy
 };
 
 /// The renderer that belongs to this library, beside it or where it is installed; empty when it is missing.

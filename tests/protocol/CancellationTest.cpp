@@ -1,0 +1,186 @@
+#include "ContractTest.h"
+
+namespace Norlis::Test {
+
+using testing::IsEmpty;
+
+/// What transfers leave behind that were given up.
+class CancellationTest : public SignedInContractTest {};
+NORLIS_FOR_EVERY_CLOUD(CancellationTest);
+
+TEST_P(CancellationTest, AnUploadCanceledBeforeItBeganLeavesNothing)
+{
+    const auto upload = client.Upload(LocalFile("report.pdf", "content"));
+    client.Cancel(upload->operation);
+    ASSERT_TRUE(client.List()->Succeeds());
+    EXPECT_FALSE(upload->Came());
+    EXPECT_THAT(cloud->Content(), IsEmpty());
+}
+
+TEST_P(CancellationTest, AnUploadCanceledMidwayLeavesNothing)
+{
+    WriteSparseFile(Local("large.pdf"), 512 * 1024 * 1024);
+    const auto upload = client.Upload(Local("large.pdf"));
+    upload->onProgress = [&](int percent) {
+        if (percent >= 3) {
+            client.Cancel(upload->operation);
+        }
+    };
+    ASSERT_TRUE(WaitUntil([&] { return !upload->percents.empty() && upload->percents.back() >= 3; }));
+    EXPECT_TRUE(WaitUntil([&] { return cloud->Content().isEmpty(); }));
+    ASSERT_TRUE(client.List()->Succeeds());
+    EXPECT_EQ(upload->percents.back(), 3);
+    EXPECT_FALSE(upload->Came());
+}
+
+TEST_P(CancellationTest, AnUploadCanceledAfterItWasPutInPlaceIsTakenBack)
+{
+    const auto upload = client.Upload(LocalFile("report.pdf", "content"));
+    QCoreApplication::processEvents();
+    ASSERT_TRUE(BlockUntil([&] { return cloud->Content() == QStringList("report.pdf"); }));
+    client.Cancel(upload->operation);
+    EXPECT_TRUE(WaitUntil([&] { return cloud->Content().isEmpty(); }));
+    EXPECT_FALSE(upload->Came());
+}
+
+TEST_P(CancellationTest, AnUploadCanceledAtItsLastProgressIsTakenBack)
+{
+    const auto upload = client.Upload(LocalFile("report.pdf", "content"));
+    upload->onProgress = [&](int percent) {
+        if (percent == 100) {
+            client.Cancel(upload->operation);
+        }
+    };
+    ASSERT_TRUE(WaitUntil([&] { return !upload->percents.empty() && upload->percents.back() == 100; }));
+    EXPECT_TRUE(WaitUntil([&] { return cloud->Content().isEmpty(); }));
+    EXPECT_FALSE(upload->Came());
+}
+
+TEST_P(CancellationTest, AnUploadCutOffByDestructionAfterItWasPutInPlaceIsTakenBack)
+{
+    const auto upload = client.Upload(LocalFile("report.pdf", "content"));
+    QCoreApplication::processEvents();
+    ASSERT_TRUE(BlockUntil([&] { return cloud->Content() == QStringList("report.pdf"); }));
+    client.Destroy();
+    EXPECT_THAT(cloud->Content(), IsEmpty());
+    EXPECT_FALSE(upload->Came());
+}
+
+TEST_P(CancellationTest, AnUploadCutOffByDestructionLeavesNothing)
+{
+    WriteSparseFile(Local("large.pdf"), 512 * 1024 * 1024);
+    const auto upload = client.Upload(Local("large.pdf"));
+    ASSERT_TRUE(WaitUntil([&] { return upload->percents.size() > 1; }));
+    client.Destroy();
+    EXPECT_THAT(cloud->Content(), IsEmpty());
+}
+
+TEST_P(CancellationTest, ACanceledReplacementNeverTakesTheDocumentAway)
+{
+    cloud->Put("report.pdf", "old");
+    const QString id = client.Entry("report.pdf").id;
+    const auto upload = client.Upload(LocalFile("report.pdf", "new"), id);
+    QCoreApplication::processEvents();
+    ASSERT_TRUE(BlockUntil([&] { return cloud->Get("report.pdf") == QByteArray("new"); }));
+    client.Cancel(upload->operation);
+    ASSERT_TRUE(client.List()->Succeeds());
+    LetThingsSettle();
+    EXPECT_EQ(cloud->Content(), QStringList("report.pdf"));
+}
+
+TEST_P(CancellationTest, ACanceledUploadTellsNothingAboutTheDocumentOfItsName)
+{
+    cloud->Put("report.pdf", "somebody else's");
+    ASSERT_EQ(client.Entry("report.pdf").md5Hash, Md5Of("somebody else's"));
+    WriteSparseFile(Local("report.pdf"), 32 * 1024 * 1024);
+    const auto upload = client.Upload(Local("report.pdf"));
+    ASSERT_TRUE(WaitUntil([&] { return upload->percents.size() > 1; }));
+    client.Cancel(upload->operation);
+    ASSERT_TRUE(BlockUntil([&] { return cloud->Content() == QStringList("report.pdf"); })); // it came to its end
+    EXPECT_EQ(client.Entry("report.pdf").md5Hash, Md5Of("somebody else's"));
+}
+
+TEST_P(CancellationTest, UploadsCanceledAtAnyMomentLeaveNothing)
+{
+    const QString path = LocalFile("report.pdf", QByteArray(1'500'000, 'x'));
+    for (int round = 0; round < 200; ++round) {
+        const auto upload = client.Upload(path);
+        QCoreApplication::processEvents();
+        int spins = round * 40; // a different moment each time
+        BlockUntil([&] { return --spins <= 0; });
+        if (round % 2 != 0) {
+            QCoreApplication::processEvents();
+        }
+        if (upload->Came()) {
+            ASSERT_TRUE(client.Remove(upload->payload.id)->Succeeds());
+        } else {
+            client.Cancel(upload->operation);
+        }
+    }
+    EXPECT_TRUE(WaitUntil([&] { return cloud->Content().isEmpty(); }));
+    ASSERT_TRUE(client.List()->Succeeds());
+    EXPECT_THAT(cloud->Content(), IsEmpty());
+}
+
+TEST_P(CancellationTest, NothingAppearsAtTheTargetAfterCancellation)
+{
+    cloud->Put("report.pdf", QByteArray(200'000, 'x'));
+    const QString id = client.Entry("report.pdf").id;
+    int written = 0;
+    for (int round = 0; round < 500; ++round) {
+        const QString target = Local(QString::number(round) + ".pdf");
+        const auto download = client.Download(id, target);
+        QCoreApplication::processEvents();
+        int spins = round * 8;
+        BlockUntil([&] { return --spins <= 0; });
+        client.Cancel(download->operation);
+        const bool wasThere = QFile::exists(target);
+        written += wasThere ? 1 : 0;
+        if (round % 10 == 0) {
+            LetThingsSettle();
+        }
+        QFile::remove(target);
+    }
+    ASSERT_TRUE(client.List()->Succeeds());
+    LetThingsSettle();
+    EXPECT_THAT(FilesBelow(folder.path()), IsEmpty()) << written << " were written in time";
+}
+
+TEST_P(CancellationTest, ADownloadCanceledMidwayLeavesTheOldFile)
+{
+    cloud->PutLarge("large.pdf", 512 * 1024 * 1024);
+    const auto info = client.List();
+    client.Cancel(info->operation);
+    Client other(cloud->Settings());
+    ASSERT_TRUE(other.SignIn());
+    const auto list = client.List();
+    ASSERT_TRUE(list->Succeeds());
+    LocalFile("target.pdf", "old");
+    const auto download = client.Download(list->payload[0].id, Local("target.pdf"));
+    ASSERT_TRUE(WaitUntil([&] { return download->percents.size() > 2; }));
+    client.Cancel(download->operation);
+    EXPECT_TRUE(WaitUntil([&] { return FilesBelow(folder.path()) == QStringList("target.pdf"); }));
+    EXPECT_EQ(ReadFile(Local("target.pdf")), QByteArray("old"));
+    EXPECT_FALSE(download->Came());
+}
+
+TEST_P(CancellationTest, ManyTransfersCanceledAtOnceLeaveNothing)
+{
+    cloud->Put("there.pdf", QByteArray(300'000, 'x'));
+    const QString id = client.Entry("there.pdf").id;
+    const QString path = LocalFile("report.pdf", QByteArray(300'000, 'y'));
+    std::vector<qint64> operations;
+    for (int count = 0; count < 1000; ++count) {
+        operations.push_back(client.Upload(path)->operation);
+        operations.push_back(client.Download(id, Local("target.pdf"))->operation);
+    }
+    QCoreApplication::processEvents();
+    for (const qint64 operation : operations) {
+        client.Cancel(operation);
+    }
+    ASSERT_TRUE(client.List()->Succeeds());
+    EXPECT_TRUE(WaitUntil([&] { return cloud->Content() == QStringList("there.pdf"); }));
+    EXPECT_TRUE(WaitUntil([&] { return FilesBelow(folder.path()).filter(".part").isEmpty(); }));
+}
+
+} // namespace Norlis::Test

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace Norlis::Test {
+
+/// All of these expect success; a failure is a failure of the test.
+void WriteFile(const QString& path, const QByteArray& content);
+void MakeFolder(const QString& path);
+void RemoveFolder(const QString& path);
+
+/// A file of that many zero bytes that takes no room.
+void WriteSparseFile(const QString& path, qint64 size);
+
+void MakeLink(const QString& target, const QString& path);
+void MakeNamedPipe(const QString& path);
+
+/// Nothing when there is no such file.
+std::optional<QByteArray> ReadFile(const QString& path);
+
+/// Hexadecimal, lower case.
+QString Md5Of(const QByteArray& content);
+
+/// Paths, relative to a folder and sorted, of everything below it that is not a folder, hidden things included.
+QStringList FilesBelow(const QString& folder);
+
+/// Lets the process act as a user without privileges while it lives, if it has any: nothing is forbidden to root.
+class WithoutPrivileges {
+public:
+    /// \param folders which everybody may enter from now on
+    explicit WithoutPrivileges(const QStringList& folders);
+    ~WithoutPrivileges();
+
+    WithoutPrivileges(const WithoutPrivileges&) = delete;
+    WithoutPrivileges& operator=(const WithoutPrivileges&) = delete;
+
+private:
+    bool areDropped = false;
+};
+
+/// Lets nobody without privileges write into a folder while it lives.
+class WithoutWriting {
+public:
+    explicit WithoutWriting(const QString& folder);
+    ~WithoutWriting();
+
+    WithoutWriting(const WithoutWriting&) = delete;
+    WithoutWriting& operator=(const WithoutWriting&) = delete;
+
+private:
+    const QByteArray path;
+};
+
+/// Lets no file grow beyond a size, in bytes, while it lives: what a full disk looks like to a writer.
+class FileSizeLimit {
+public:
+    explicit FileSizeLimit(qint64 most);
+    ~FileSizeLimit();
+
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+private:
+    quint64 former;
+};
+
+} // namespace Norlis::Test

@@ -1,0 +1,74 @@
+#include "FolderUnderTest.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <gtest/gtest.h>
+
+namespace Norlis::Test {
+
+KindOfCloud FolderCloud()
+{
+    return {"Folder", [] { return std::make_unique<FolderUnderTest>(); }};
+}
+
+FolderUnderTest::FolderUnderTest()
+{
+    MakeFolder(Folder());
+}
+
+Social::OAuth2::AuthInfo FolderUnderTest::Settings()
+{
+    Social::OAuth2::AuthInfo settings;
+    settings.serviceUrl = QUrl::fromLocalFile(Folder());
+    return settings;
+}
+
+void FolderUnderTest::Put(const QString& name, const QByteArray& content)
+{
+    WriteFile(PathOf(name), content);
+}
+
+void FolderUnderTest::PutLarge(const QString& name, qint64 size)
+{
+    WriteSparseFile(PathOf(name), size);
+}
+
+std::optional<QByteArray> FolderUnderTest::Get(const QString& name)
+{
+    return ReadFile(PathOf(name));
+}
+
+void FolderUnderTest::Take(const QString& name)
+{
+    ASSERT_TRUE(QFile::remove(PathOf(name)));
+}
+
+QStringList FolderUnderTest::Content()
+{
+    QStringList files = FilesBelow(Folder());
+    files.removeAll(".norlis-cloud/hashes.json"); // what is known of the documents is no leftover
+    return files;
+}
+
+void FolderUnderTest::Withdraw()
+{
+    ASSERT_TRUE(QDir().rename(Folder(), Folder() + ".away"));
+}
+
+void FolderUnderTest::Restore()
+{
+    ASSERT_TRUE(QDir().rename(Folder() + ".away", Folder()));
+}
+
+QString FolderUnderTest::Folder() const
+{
+    return temporary.filePath("cloud");
+}
+
+QString FolderUnderTest::PathOf(const QString& name) const
+{
+    return Folder() + '/' + name;
+}
+
+} // namespace Norlis::Test

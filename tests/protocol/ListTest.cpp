@@ -1,0 +1,188 @@
+#include "ContractTest.h"
+
+#include <QDateTime>
+#include <QRegularExpression>
+#include <QSet>
+
+namespace Norlis::Test {
+
+using testing::IsEmpty;
+
+class ListTest : public SignedInContractTest {};
+NORLIS_FOR_EVERY_CLOUD(ListTest);
+
+TEST_P(ListTest, AnEmptyCloudHasAnEmptyList)
+{
+    const auto list = client.List();
+    EXPECT_TRUE(list->Succeeds());
+    EXPECT_THAT(list->payload, IsEmpty());
+}
+
+TEST_P(ListTest, AnEntrySaysWhatTheDocumentIs)
+{
+    const QByteArray content(100'000, 'x');
+    const auto before = QDateTime::currentDateTimeUtc().addSecs(-2);
+    cloud->Put("report.pdf", content);
+    const CloudFile entry = client.Entry("report.pdf");
+    EXPECT_EQ(entry.size, content.size());
+    EXPECT_FALSE(entry.isFolder);
+    EXPECT_FALSE(entry.isShared);
+    EXPECT_EQ(entry.mimeType, "application/pdf");
+    EXPECT_EQ(entry.md5Hash, Md5Of(content));
+    for (const QString& text : {entry.createdAt, entry.modifiedAt}) {
+        const auto time = QDateTime::fromString(text, Qt::ISODate);
+        EXPECT_TRUE(time.isValid()) << text.toStdString();
+        EXPECT_EQ(time.timeSpec(), Qt::UTC) << text.toStdString();
+        EXPECT_GE(time, before);
+        EXPECT_LE(time, QDateTime::currentDateTimeUtc().addSecs(2));
+    }
+}
+
+TEST_P(ListTest, AnEmptyDocumentIsListedWithTheHashOfNothing)
+{
+    cloud->Put("empty.pdf", {});
+    const CloudFile entry = client.Entry("empty.pdf");
+    EXPECT_EQ(entry.size, 0);
+    EXPECT_EQ(entry.md5Hash, Md5Of({}));
+}
+
+TEST_P(ListTest, IdsAreStableOpaqueAndSafeAsFileNames)
+{
+    const QStringList names = {"a.pdf", "A.pdf", "b c.pdf", "\u00e9.pdf", "e\u0301.pdf", "100%.pdf"};
+    for (const QString& name : names) {
+        cloud->Put(name, name.toUtf8());
+    }
+    QSet<QString> ids;
+    for (const QString& name : names) {
+        const QString id = client.Entry(name).id;
+        EXPECT_TRUE(QRegularExpression("^[a-z0-9]{1,15}$").match(id).hasMatch()) << id.toStdString();
+        ids.insert(id);
+    }
+    EXPECT_EQ(ids.size(), names.size());
+
+    Client other(cloud->Settings());
+    ASSERT_TRUE(other.SignIn());
+    for (const QString& name : names) {
+        EXPECT_EQ(other.Entry(name).id, client.Entry(name).id);
+    }
+    cloud->Put("a.pdf", "changed");
+    EXPECT_EQ(client.Entry("a.pdf").id, other.Entry("a.pdf").id);
+}
+
+TEST_P(ListTest, ChangesBehindItsBackAreSeen)
+{
+    cloud->Put("a.pdf", "one");
+    ASSERT_EQ(client.Entry("a.pdf").md5Hash, Md5Of("one"));
+    cloud->Put("a.pdf", "two"); // same size, and perhaps the same time stamp
+    EXPECT_EQ(client.Entry("a.pdf").md5Hash, Md5Of("two"));
+    cloud->Take("a.pdf");
+    EXPECT_EQ(client.Entry("a.pdf").id, QString());
+}
+
+TEST_P(ListTest, TransfersInProgressAreNotListed)
+{
+    WriteSparseFile(Local("large.pdf"), 256 * 1024 * 1024);
+    const auto upload = client.Upload(Local("large.pdf"));
+    ASSERT_TRUE(WaitUntil([&] { return upload->percents.size() > 1; }));
+    const auto list = client.List();
+    EXPECT_TRUE(list->Succeeds());
+    EXPECT_FALSE(upload->Came());
+    EXPECT_THAT(list->payload, IsEmpty());
+    client.Cancel(upload->operation);
+}
+
+TEST_P(ListTest, NamesThatAreUnsafeElsewhereAreNotListed)
+{
+    for (const char* name : {"back\\slash.pdf", "new\nline.pdf", "bell\a.pdf", "CON.pdf", "lpt1", "good.pdf"}) {
+        cloud->Put(name, "content");
+    }
+    const auto list = client.List();
+    ASSERT_TRUE(list->Succeeds());
+    ASSERT_EQ(list->payload.size(), 1);
+    EXPECT_EQ(list->payload[0].name, "good.pdf");
+}
+
+TEST_P(ListTest, TenThousandDocumentsAreListed)
+{
+    for (int number = 0; number < 10'000; ++number) {
+        cloud->Put(QString::number(number) + ".pdf", QByteArray::number(number));
+    }
+    const auto list = client.List();
+    ASSERT_TRUE(list->Succeeds());
+    ASSERT_EQ(list->payload.size(), 10'000);
+    QSet<QString> ids;
+    for (const CloudFile& file : qAsConst(list->payload)) {
+        ids.insert(file.id);
+        EXPECT_EQ(file.md5Hash, Md5Of(file.name.section('.', 0, 0).toUtf8()));
+    }
+    EXPECT_EQ(ids.size(), 10'000);
+}
+
+TEST_P(ListTest, AnUnreachableCloudIsAnErrorAndNoEmptyList)
+{
+    cloud->Put("a.pdf", "content");
+    ASSERT_TRUE(client.List()->Succeeds());
+    cloud->Withdraw();
+    const auto list = client.List();
+    EXPECT_TRUE(list->Fails());
+    EXPECT_THAT(list->payload, IsEmpty());
+    cloud->Restore();
+    EXPECT_TRUE(client.List()->Succeeds());
+}
+
+TEST_P(ListTest, TheEntryOfOneDocumentIsFetchedByItsId)
+{
+    cloud->Put("a.pdf", "content");
+    const CloudFile listed = client.Entry("a.pdf");
+    const auto info = client.Info(listed.id);
+    ASSERT_TRUE(info->Succeeds());
+    EXPECT_EQ(info->payload.id, listed.id);
+    EXPECT_EQ(info->payload.name, "a.pdf");
+    EXPECT_EQ(info->payload.size, 7);
+    EXPECT_EQ(info->payload.modifiedAt, listed.modifiedAt);
+    EXPECT_TRUE(info->payload.md5Hash.isEmpty() || info->payload.md5Hash == Md5Of("content"));
+}
+
+TEST_P(ListTest, TheEntryOfAnUnknownDocumentIsAnError)
+{
+    cloud->Put("a.pdf", "content");
+    const QString id = client.Entry("a.pdf").id;
+    cloud->Take("a.pdf");
+    for (const QString& unknown : {QString(), QString("unknown"), QString("../a.pdf"), QString("a.pdf"), id}) {
+        const auto info = client.Info(unknown);
+        EXPECT_TRUE(info->Fails()) << unknown.toStdString();
+        EXPECT_EQ(info->payload.id, QString());
+    }
+}
+
+TEST_P(ListTest, RemovalTakesTheDocumentAway)
+{
+    cloud->Put("a.pdf", "content");
+    cloud->Put("b.pdf", "content");
+    EXPECT_TRUE(client.Remove(client.Entry("a.pdf").id)->Succeeds());
+    EXPECT_EQ(cloud->Content(), QStringList("b.pdf"));
+}
+
+TEST_P(ListTest, RemovalOfAnUnknownDocumentIsAnErrorAndRemovesNothing)
+{
+    cloud->Put("a.pdf", "content");
+    cloud->Put("gone.pdf", "content");
+    const QString id = client.Entry("gone.pdf").id;
+    cloud->Take("gone.pdf");
+    for (const QString& unknown : {QString(), QString("unknown"), QString("."), QString("../a.pdf"), id}) {
+        EXPECT_TRUE(client.Remove(unknown)->Fails()) << unknown.toStdString();
+    }
+    EXPECT_EQ(cloud->Content(), QStringList("a.pdf"));
+}
+
+TEST_P(ListTest, TheQuotaIsOfTheApplicationInMebibytes)
+{
+    cloud->PutLarge("a.pdf", 3 * 1024 * 1024 + 1);
+    const auto quota = client.Quota();
+    ASSERT_TRUE(quota->Succeeds());
+    ASSERT_EQ(quota->payload.keys(), QStringList("pdf"));
+    EXPECT_EQ(quota->payload["pdf"].used, 4);
+    EXPECT_GE(quota->payload["pdf"].total, 4);
+}
+
+} // namespace Norlis::Test

@@ -1,0 +1,198 @@
+#include "Files.h"
+#include "Renderers.h"
+#include "Waiting.h"
+
+#include <protocol/preview/PreviewQueue.h>
+
+#include <QThread>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <map>
+
+namespace Norlis::Social {
+
+using namespace Norlis::Test;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+class PreviewQueueTest : public testing::Test {
+protected:
+    void Use(const QString& behaviour, const QString& cacheFolder = {})
+    {
+        queue = std::make_unique<PreviewQueue>(
+            cacheFolder,
+            [this](qint64 id, Reply reply) {
+                EXPECT_EQ(replies.count(id), 0U);
+                replies[id] = std::move(reply);
+            },
+            behaviour.isEmpty() ? QString() : fakes.Make(behaviour));
+    }
+
+    static PreviewQueue::Subject Document(int number, const QString& version = "1")
+    {
+        const QString id = "id" + QString::number(number);
+        return {id, id + ".pdf", '/' + id + ".pdf", version};
+    }
+
+    bool Came(std::size_t count)
+    {
+        return WaitUntil([&] { return replies.size() == count; });
+    }
+
+    QSize SizeOf(qint64 id)
+    {
+        const auto image = std::get_if<QImage>(&replies.at(id).payload);
+        return image ? image->size() : QSize();
+    }
+
+    FakeRenderers fakes;
+    QTemporaryDir folder;
+    std::map<qint64, Reply> replies;
+    std::unique_ptr<PreviewQueue> queue;
+};
+
+TEST_F(PreviewQueueTest, SizesOfOneDocumentComeFromOneRendering)
+{
+    Use("answer");
+    queue->Add(1, Document(1), {20, 20});
+    queue->Add(2, Document(1), {100, 100});
+    queue->Add(3, Document(1), {50, 50});
+    ASSERT_TRUE(Came(3));
+    EXPECT_EQ(SizeOf(1), QSize(20, 20));
+    EXPECT_EQ(SizeOf(2), QSize(100, 100));
+    EXPECT_EQ(SizeOf(3), QSize(50, 50));
+    EXPECT_EQ(fakes.Requests(), QStringList("100x100 /id1.pdf"));
+}
+
+TEST_F(PreviewQueueTest, AKeptPictureIsNotRenderedAgain)
+{
+    Use("answer", folder.path());
+    queue->Add(1, Document(1), {100, 100});
+    ASSERT_TRUE(Came(1));
+    queue->Add(2, Document(1), {100, 100});
+    queue->Add(3, Document(1), {30, 30});
+    ASSERT_TRUE(Came(3));
+    Use("answer", folder.path()); // as after a restart
+    queue->Add(4, Document(1), {100, 100});
+    ASSERT_TRUE(Came(4));
+    EXPECT_EQ(SizeOf(3), QSize(30, 30));
+    EXPECT_EQ(SizeOf(4), QSize(100, 100));
+    EXPECT_EQ(fakes.Requests().size(), 1);
+}
+
+TEST_F(PreviewQueueTest, ALargerPictureOrANewerVersionIsRendered)
+{
+    Use("answer", folder.path());
+    queue->Add(1, Document(1), {100, 100});
+    ASSERT_TRUE(Came(1));
+    queue->Add(2, Document(1), {200, 200});
+    ASSERT_TRUE(Came(2));
+    queue->Add(3, Document(1, "2"), {100, 100});
+    ASSERT_TRUE(Came(3));
+    EXPECT_EQ(SizeOf(2), QSize(200, 200));
+    EXPECT_EQ(fakes.Requests().size(), 3);
+}
+
+TEST_F(PreviewQueueTest, WhatGaveNoPictureIsNotTriedAgainUntilItChanges)
+{
+    Use("refuse");
+    queue->Add(1, Document(1), {100, 100});
+    queue->Add(2, Document(1), {50, 50});
+    ASSERT_TRUE(Came(2));
+    queue->Add(3, Document(1), {100, 100});
+    ASSERT_TRUE(Came(3));
+    for (const auto& [id, reply] : replies) {
+        EXPECT_EQ(reply.result, Error) << id;
+        EXPECT_EQ(reply.failure.reason, "for a reason");
+        EXPECT_EQ(reply.failure.document, "id1.pdf");
+    }
+    EXPECT_EQ(fakes.Requests().size(), 1);
+    queue->Add(4, Document(1, "2"), {100, 100});
+    ASSERT_TRUE(Came(4));
+    EXPECT_EQ(fakes.Requests().size(), 2);
+}
+
+TEST_F(PreviewQueueTest, WithoutARendererEveryRequestFails)
+{
+    Use("");
+    for (int number = 0; number < 100; ++number) {
+        queue->Add(number, Document(number), {100, 100});
+    }
+    ASSERT_TRUE(Came(100));
+    EXPECT_EQ(replies.at(99).result, Error);
+    EXPECT_THAT(replies.at(99).failure.reason.toStdString(), HasSubstr("not installed"));
+}
+
+TEST_F(PreviewQueueTest, DocumentsThatKillTheRendererDoNotHoldOthersUp)
+{
+    Use("die-of-bad");
+    for (int number = 0; number < 40; ++number) {
+        auto document = Document(number);
+        if (number % 4 == 0) {
+            document.path = "/bad" + QString::number(number) + ".pdf";
+        }
+        queue->Add(number, document, {100, 100});
+    }
+    ASSERT_TRUE(Came(40));
+    for (const auto& [id, reply] : replies) {
+        EXPECT_EQ(reply.result, id % 4 == 0 ? Error : Success) << id;
+    }
+}
+
+TEST_F(PreviewQueueTest, NothingIsRenderedForRequestsThatWereCanceledInTime)
+{
+    Use("answer");
+    for (int number = 0; number < 5000; ++number) {
+        queue->Add(number, Document(number), {100, 100});
+    }
+    for (int number = 0; number < 5000; ++number) {
+        queue->Cancel(number);
+    }
+    queue->Add(5000, Document(5000), {100, 100});
+    ASSERT_TRUE(Came(1));
+    EXPECT_EQ(fakes.Requests(), QStringList("100x100 /id5000.pdf"));
+}
+
+TEST_F(PreviewQueueTest, OneOfSeveralRequestsForADocumentCanBeCanceled)
+{
+    Use("answer");
+    queue->Add(1, Document(1), {20, 20});
+    queue->Add(2, Document(1), {1000, 1000});
+    queue->Cancel(2);
+    queue->Cancel(2);
+    queue->Cancel(77);
+    ASSERT_TRUE(Came(1));
+    EXPECT_EQ(SizeOf(1), QSize(20, 20));
+    EXPECT_EQ(fakes.Requests(), QStringList("20x20 /id1.pdf"));
+}
+
+TEST_F(PreviewQueueTest, ARequestCanceledWhileItIsRenderedIsNotAnswered)
+{
+    Use("answer");
+    queue->Add(1, Document(1), {2000, 2000});
+    ASSERT_TRUE(WaitUntil([&] { return !fakes.Requests().isEmpty(); }));
+    queue->Cancel(1);
+    queue->Add(2, Document(2), {20, 20});
+    ASSERT_TRUE(WaitUntil([&] { return replies.count(2) != 0; }));
+    queue->Add(3, Document(1), {20, 20});
+    ASSERT_TRUE(WaitUntil([&] { return replies.count(3) != 0; }));
+    EXPECT_EQ(replies.count(1), 0U);
+}
+
+TEST_F(PreviewQueueTest, DestructionWithManyWaitingLeavesNoProcess)
+{
+    Use("hang");
+    for (int number = 0; number < 5000; ++number) {
+        queue->Add(number, Document(number), {100, 100});
+    }
+    ASSERT_TRUE(WaitUntil([&] { return !fakes.Requests().isEmpty(); }));
+    queue.reset();
+    EXPECT_THAT(ChildProcesses("FakeRenderer"), IsEmpty());
+    EXPECT_THAT(ChildProcesses("hang"), IsEmpty());
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(replies.empty());
+}
+
+} // namespace Norlis::Social
