@@ -25,7 +25,7 @@ using namespace Norlis::Social;
 
 using CloudFiles = QList<NorlisCloudProtocol::File::FileInfo>;
 
-constexpr int edges[] = {64, 191, 400};
+constexpr int edges[] = {40, 100, 191}; // those that the cloud manager asks for
 
 void WriteTextDocument(const QString& path, int number)
 {
