@@ -181,103 +181,6 @@ TEST_F(DownloadTest, ProgressIsPassedOnWithTheRecordItself)
     EXPECT_THAT(Events(), IsEmpty());
 }
 
-TEST_F(DownloadTest, EveryEndReportsACopyWhoseSyncingFlagIsClear)
-{
-    QSignalSpy finished(manager.get(), &NorlisCloudManager::DownloadingFinished);
-    QSignalSpy errors(manager.get(), &NorlisCloudManager::DownloadingFileRequestError);
-    QSignalSpy canceled(manager.get(), &NorlisCloudManager::DownloadingCanceled);
-    file->SetIsSyncingInProgress(true);
-    hashes->hashes["/home/me/cloud/doc.pdf"] = "at the start";
-
-    for (const auto& [result, spy] :
-         {std::pair(Social::Success, &finished), {Social::Error, &errors}, {Social::Canceled, &canceled}}) {
-        const auto id = StartDownload();
-        hashes->asked.clear();
-        protocol->Answer(id, result);
-
-        ASSERT_EQ(spy->count(), 1);
-        const auto copy = std::const_pointer_cast<FileInfo>((*spy)[0][0].value<ConstRecord>());
-        EXPECT_NE(copy, file);
-        EXPECT_FALSE(copy->IsSyncingInProgress());
-        EXPECT_EQ(copy->GetId(), "doc");
-        EXPECT_EQ(copy->GetPath(), ioPath("/home/me/cloud/doc.pdf"));
-        EXPECT_EQ(copy->GetMd5Hash(), "at the start");
-        EXPECT_TRUE(file->IsSyncingInProgress());
-        EXPECT_THAT(hashes->asked, IsEmpty());
-    }
-}
-
-TEST_F(DownloadTest, CopyIsMadeOfTheRecordAsItStandsAtTheEnd)
-{
-    QSignalSpy finished(manager.get(), &NorlisCloudManager::DownloadingFinished);
-    const auto id = StartDownload();
-    file->SetPath(ioPath("/moved.pdf"), "moved");
-    protocol->Answer(id, Social::Success);
-    EXPECT_EQ(std::const_pointer_cast<FileInfo>(finished[0][0].value<ConstRecord>())->GetPath(), ioPath("/moved.pdf"));
-}
-
-TEST_F(DownloadTest, SuccessIsReportedWithoutLogOrQuota)
-{
-    const auto id = StartDownload();
-    Forget();
-    protocol->Answer(id, Social::Success);
-    EXPECT_THAT(Events(), ElementsAre("DownloadingFinished(doc)"));
-}
-
-TEST_F(DownloadTest, ErrorIsReportedAndThePartialFileStays)
-{
-    directory = folder.path();
-    const auto id = StartDownload();
-    const auto partial = Write("doc.pdf");
-    Forget();
-
-    protocol->Answer(id, Social::Error);
-
-    EXPECT_THAT(Events(),
-                ElementsAre("ERROR Download file error", "DownloadingFileRequestError(doc, Download file error)"));
-    EXPECT_TRUE(QFile::exists(partial));
-    EXPECT_FALSE(file->GetPath().empty());
-}
-
-TEST_F(DownloadTest, CancellationByTheServiceDeletesTheFileBeforeItIsReported)
-{
-    directory = folder.path();
-    const auto id = StartDownload();
-    const auto partial = Write("doc.pdf");
-    bool existedAtSignal = true;
-    QObject::connect(manager.get(), &NorlisCloudManager::DownloadingCanceled, manager.get(),
-                     [&] { existedAtSignal = QFile::exists(partial); });
-    Forget();
-
-    protocol->Answer(id, Social::Canceled);
-
-    EXPECT_THAT(Events(), ElementsAre("INFO Download file canceled", "DownloadingCanceled(doc)"));
-    EXPECT_FALSE(existedAtSignal);
-}
-
-TEST_F(DownloadTest, CancellationWithoutAnyFileIsReportedAllTheSame)
-{
-    directory = folder.path();
-    const auto id = StartDownload();
-    Forget();
-    protocol->Answer(id, Social::Canceled);
-    EXPECT_THAT(Events(), ElementsAre("INFO Download file canceled", "DownloadingCanceled(doc)"));
-}
-
-TEST_F(DownloadTest, ForeignResultEndsTheDownloadInSilence)
-{
-    directory = folder.path();
-    for (const auto result : {foreignResult, negativeResult}) {
-        const auto id = StartDownload();
-        const auto partial = Write("doc.pdf");
-        Forget();
-        protocol->Answer(id, result);
-        EXPECT_THAT(Events(), IsEmpty());
-        EXPECT_FALSE(manager->IsSyncInProgressWithCloud());
-        EXPECT_TRUE(QFile::exists(partial));
-    }
-}
-
 TEST_F(DownloadTest, DownloadCountsAsTransferUntilItEnds)
 {
     for (const auto result : {Social::Success, Social::Error, Social::Canceled, foreignResult}) {
@@ -351,19 +254,6 @@ TEST_F(DownloadTest, CancelOfARecordDownloadedTwiceTakesTheSmallerId)
     EXPECT_TRUE(manager->IsSyncInProgressWithCloud());
     manager->CancelDownloading(file);
     EXPECT_THAT(Events(), ElementsAre("-> cancelOperation 2", "DownloadingCanceled(doc)"));
-}
-
-TEST_F(DownloadTest, CallbacksKeepTheRecordAliveUntilTheEnd)
-{
-    const auto id = StartDownload();
-    const std::weak_ptr<FileInfo> watched = file;
-    file.reset();
-    EXPECT_FALSE(watched.expired());
-    Forget();
-    protocol->Answer(id, Social::Success);
-    EXPECT_THAT(Events(), ElementsAre("DownloadingFinished(doc)"));
-    protocol->Drop(id);
-    EXPECT_TRUE(watched.expired());
 }
 
 } // namespace

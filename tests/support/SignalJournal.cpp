@@ -16,8 +16,8 @@ std::string Text(int value)
     return std::to_string(value);
 }
 
-// By value: the copy is made here, where the address sanitizer sees a text that is no longer there; Qt's own code is not
-// instrumented.
+// By value: the copy is made here, where the address sanitizer sees a text that is no longer there; Qt's own code is
+// not instrumented.
 std::string Text(QString text)
 {
     return text.toStdString();
