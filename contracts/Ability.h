@@ -57,21 +57,21 @@ class NORLIS_CONTRACTS_EXPORT File : public virtual Cancel {
 public:
     /// Parameters of a file request, keyed by the constants of NorlisCloudProtocol.
     struct FileFieldData {
-        QMap<QString, QString> fields;
-        QMap<QString, QString> extra;
+        QMap<QString, QString> fields = {};
+        QMap<QString, QString> extra = {};
     };
 
     /// One entry of the cloud's files list.
     struct FileInfo {
-        QString id;
-        QString name;
+        QString id = {};
+        QString name = {};
         qint64 size = 0; ///< bytes
         bool isFolder = false;
         bool isShared = false;
-        QString mimeType;
-        QString md5Hash;    ///< empty when the service gives none
-        QString createdAt;  ///< ISO 8601; empty when unknown
-        QString modifiedAt; ///< ISO 8601; empty when unknown
+        QString mimeType = {};
+        QString md5Hash = {};    ///< empty when the service gives none
+        QString createdAt = {};  ///< ISO 8601; empty when unknown
+        QString modifiedAt = {}; ///< ISO 8601; empty when unknown
     };
 
     using ProgressCallback = std::function<void(qint64 id, int percent)>;
@@ -117,7 +117,7 @@ public:
     virtual ~Preview() = default;
 
     /// Fetches a picture of a document. Fields: ID; FILE_PREVIEW_WIDTH and FILE_PREVIEW_HEIGHT, the box in pixels that
-    /// the picture fills without being distorted.
+    /// the picture fits into without being distorted.
     virtual qint64 retrievePreview(const QMap<QString, QString>& fields,
                                    std::function<void(qint64, RequestResult, QPixmap)>&& done) = 0;
 };

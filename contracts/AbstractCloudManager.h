@@ -15,9 +15,11 @@ namespace Norlis::PDF::Cloud {
 /// Everything that an editor does with the cloud, as asynchronous requests.
 ///
 /// Life cycle of a request: its "Started" signal, where there is one, is emitted from inside the operation; then the
-/// request ends in exactly one of its closing signals (Finished, Error, Canceled). A refusal by the service is reported
-/// from inside the operation as well, every other end comes from the event loop. A request made while signed out ends
-/// in AuthorizationRequired alone. Destroying the manager cancels its requests and emits nothing.
+/// request ends in exactly one of its closing signals (Finished, Error, Canceled). What the service answers comes from
+/// the event loop. What needs no answer comes from inside the operation: a refusal by the protocol, an empty token, a
+/// preview of a document that was never uploaded, and the end that CancelUploading and CancelDownloading make. While
+/// nobody is signed in, all operations but Authorization and Logout emit AuthorizationRequired and do nothing else.
+/// Destroying the manager cancels its requests and emits nothing.
 ///
 /// Slots may do anything: delete the manager, cancel, start other requests. Belongs to the thread that constructs it.
 /// The order of the virtual operations is part of the binary interface.
@@ -60,7 +62,7 @@ public:
     /// happens when there is none. Throws std::exception for a null record.
     virtual void CancelDownloading(const std::shared_ptr<FileInfo>& file) = 0;
 
-    /// Fetches the used and the available storage.
+    /// Fetches the storage in use and the whole of it.
     virtual void UserQuota() = 0;
 
     /// Fetches a picture of the document that fits into a box, in pixels, and stores it as a PNG file in the folder for

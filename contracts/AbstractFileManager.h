@@ -42,7 +42,7 @@ public:
     virtual void Rename(const QStringList& ids, const QString& name) = 0;
     virtual void Clear() = 0;
 
-    /// Merges newer content into the held record of the same id. A null record or an unknown id is ignored; a record
+    /// Merges newer content into the held record of the same id. A null record or an unknown id is ignored; a known one
     /// without a cloud part throws std::bad_optional_access.
     virtual void Update(const std::shared_ptr<const FileInfo>& file) = 0;
 

@@ -13,11 +13,11 @@ class NORLIS_CONTRACTS_EXPORT ICloudInfoStorage {
 public:
     virtual ~ICloudInfoStorage() = default;
 
-    /// Deletes every stored field of the document; an unknown id is no error.
+    /// Deletes every stored field of the document; an unknown id is no error. Like SetValue it is called from the
+    /// destructor of the file list, so neither may throw.
     virtual void RemoveRecord(const std::string& fileId) = 0;
 
-    /// Stores one field of one document and replaces what stood there. The file list calls it from its destructor, so
-    /// it must not throw.
+    /// Stores one field of one document and replaces what stood there.
     virtual void SetValue(const std::string& fileId, const std::string& key, const std::string& value) = 0;
 
     /// Every stored record: document id to its fields.

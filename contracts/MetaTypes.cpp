@@ -18,7 +18,6 @@ void RegisterMetaTypes()
         qRegisterMetaType<std::shared_ptr<const FileInfo>>("std::shared_ptr<const FileInfo>");
         qRegisterMetaType<QList<std::shared_ptr<FileInfo>>>();
         qRegisterMetaType<QList<std::shared_ptr<FileInfo>>>("QList<std::shared_ptr<FileInfo>>");
-        qRegisterMetaType<QList<std::shared_ptr<FileInfo>>>("QList<std::shared_ptr<FileInfo> >");
         qRegisterMetaType<FileInfo::PreviewSize>();
         qRegisterMetaType<FileInfo::PreviewSize>("FileInfo::PreviewSize");
         return true;

@@ -54,13 +54,13 @@ public:
     qint64 retriveFileList(const File::FileFieldData& data,
                            std::function<void(qint64, RequestResult, QList<File::FileInfo>)>&& done) override;
     qint64 downloadFile(const File::FileFieldData& data, std::function<void(qint64, RequestResult)>&& done,
-                        File::ProgressCallback&& progress) override;
+                        std::function<void(qint64, int)>&& progress) override;
     qint64 deleteFile(const File::FileFieldData& data, std::function<void(qint64, RequestResult)>&& done) override;
 
     /// The new document is named as the local file; a name that is taken gets a number, as in "report (2).pdf".
     qint64 uploadFile(const QString& localPath, const QMap<QString, QString>& fields,
                       std::function<void(qint64, RequestResult, const NorlisCloudSharingResult&)>&& done,
-                      File::ProgressCallback&& progress) override;
+                      std::function<void(qint64, int)>&& progress) override;
 
     /// One entry, keyed "pdf". Unit: MiB of 1,048,576 bytes, so that the figures also fit into the 32 bits that the
     /// cloud manager hands on; used storage is rounded up, the total down.

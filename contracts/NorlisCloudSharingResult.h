@@ -10,11 +10,11 @@ namespace Norlis::Social {
 /// and is empty when nothing was: the receiver deletes what it names.
 struct NorlisCloudSharingResult {
     bool isPrivate = true;
-    QString id;
-    QString fileName;
-    QUrl downloadUrl;
-    QDateTime createdAt;
-    QDateTime modifiedAt;
+    QString id = {};
+    QString fileName = {};
+    QUrl downloadUrl = {};
+    QDateTime createdAt = {};
+    QDateTime modifiedAt = {};
     int lifetime = 0; ///< seconds
 };
 

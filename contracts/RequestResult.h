@@ -2,8 +2,8 @@
 
 namespace Norlis::Social {
 
-/// Outcome of a cloud request. Values other than these may come from a newer service and are ignored by their
-/// receivers.
+/// Outcome of a cloud request. Other values may come from a newer service; they are ignored, except that sign-in and
+/// removal count them as failures.
 enum RequestResult : int {
     Success = 0,  ///< completed; the payload is valid
     Error = 1,    ///< failed; the payload is empty

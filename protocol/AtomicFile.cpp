@@ -15,6 +15,9 @@ namespace Norlis::Social {
 
 namespace {
 
+const auto temporaryPrefix = QStringLiteral(".norlis-");
+const auto temporarySuffix = QStringLiteral(".part");
+
 /// 0, or the system's error number. EEXIST when the new name is taken.
 int RenameWithoutReplacing(const QByteArray& from, const QByteArray& to)
 {
@@ -25,11 +28,19 @@ int RenameWithoutReplacing(const QByteArray& from, const QByteArray& to)
         return errno;
     }
     // The file system does not know that call: a second name is just as good, since it is never put over another file.
-    if (link(from.constData(), to.constData()) != 0) {
+    if (link(from.constData(), to.constData()) == 0) {
+        unlink(from.constData());
+        return 0;
+    }
+    if (errno != EPERM && errno != ENOSYS && errno != EOPNOTSUPP) {
         return errno;
     }
-    unlink(from.constData());
-    return 0;
+    // It knows no second names either, as some network drives do not. Looking first leaves a gap of microseconds.
+    struct stat taken = {};
+    if (lstat(to.constData(), &taken) == 0) {
+        return EEXIST;
+    }
+    return std::rename(from.constData(), to.constData()) == 0 ? 0 : errno;
 }
 
 } // namespace
@@ -45,8 +56,8 @@ bool AtomicFile::Open(const QString& folder)
 {
     for (int attempt = 0; attempt < 8; ++attempt) {
         const auto number = QRandomGenerator::system()->generate64();
-        file.setFileName(folder + QStringLiteral("/.norlis-%1").arg(number, 16, 16, QLatin1Char('0')) +
-                         TemporarySuffix());
+        file.setFileName(folder + '/' + temporaryPrefix + QStringLiteral("%1").arg(number, 16, 16, QLatin1Char('0')) +
+                         temporarySuffix);
         if (file.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered)) {
             return true;
         }
@@ -112,9 +123,9 @@ QString AtomicFile::ErrorText() const
     return error;
 }
 
-QString AtomicFile::TemporarySuffix()
+bool AtomicFile::IsTemporaryName(const QString& name)
 {
-    return ".part";
+    return name.startsWith(temporaryPrefix) && name.endsWith(temporarySuffix);
 }
 
 bool AtomicFile::Fail(int errorNumber)

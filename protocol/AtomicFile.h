@@ -37,8 +37,8 @@ public:
     /// Makes a committed name durable; without effect where the system cannot do it.
     static void SyncFolderOf(const QString& path);
 
-    /// Ending of the temporary names, by which leftovers of a crash are known.
-    static QString TemporarySuffix();
+    /// Whether a file of this name is one that is being written, or that a crash has left behind.
+    static bool IsTemporaryName(const QString& name);
 
 private:
     bool Fail(int errorNumber);

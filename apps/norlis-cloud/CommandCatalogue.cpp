@@ -10,12 +10,11 @@ const std::vector<CommandEntry>& CommandCatalogue()
         {"login",
          {},
          "Sign in to a cloud service and remember it",
-         "A service is an https: address, or a folder, given as a path or a file: address. A folder needs no token. "
-         "For "
-         "any other service the token is asked for, or read from --token-file, or from standard input when that is not "
-         "a terminal; it is kept in the data folder, readable for you alone.",
+         "A service is a folder, given as a path or a file: address; a folder needs no token. The token of any other "
+         "service is asked for, or read from --token-file, or from standard input when that is not a terminal; it is "
+         "kept in the data folder, readable for you alone.",
          {"token-file"},
-         {"norlis-cloud login --service https://cloud.example.com/documents", "norlis-cloud login --service ~/Cloud"}},
+         {"norlis-cloud login --service ~/Cloud"}},
         {"logout",
          {},
          "Forget the token of a service",

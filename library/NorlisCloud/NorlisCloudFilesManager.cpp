@@ -8,6 +8,8 @@
 #include <glog/logging.h>
 
 #include <algorithm>
+#include <exception>
+#include <map>
 
 namespace Norlis::PDF::Cloud {
 
@@ -32,7 +34,7 @@ constexpr auto previewPath = "preview_path";
 
 constexpr auto previewSeparator = ';';
 
-// What GetDocumentState answers for a record that there is not.
+// By number, since the editor's record library may name its states differently.
 constexpr int noSuchDocument = 4;
 
 /// The getters of a record are not declared const, although they change nothing.
@@ -195,7 +197,8 @@ QMap<QString, QVariant> NorlisCloudFilesManager::GetPreviewsSet(int index) const
     if (!cloudInfo) {
         return urls;
     }
-    for (auto& [size, path] : FileInfo::CloudInfo(*cloudInfo).GetPreviewsSet()) {
+    auto previews = FileInfo::CloudInfo(*cloudInfo).GetPreviewsSet();
+    for (auto& [size, path] : previews) {
         urls.insert(QString::fromStdString(FileInfo::previewSizetoString(size)),
                     QUrl::fromLocalFile(QString::fromStdString(path.utf8string())));
     }
@@ -289,7 +292,8 @@ void NorlisCloudFilesManager::Save()
         store(Key::cloudSize, std::to_string(cloudInfo.GetSize()));
 
         std::string previews;
-        for (auto& [size, path] : cloudInfo.GetPreviewsSet()) {
+        auto pathBySize = cloudInfo.GetPreviewsSet();
+        for (auto& [size, path] : pathBySize) {
             previews += path.utf8string() + previewSeparator;
         }
         store(Key::previewPath, previews);

@@ -6,7 +6,13 @@
 #include <contracts/IHashCalculator.h>
 #include <NorlisCloud/Export.h>
 
+#include <QDateTime>
+#include <QMap>
+#include <QStringList>
+#include <QVariant>
+
 #include <deque>
+#include <functional>
 #include <memory>
 #include <set>
 #include <string>

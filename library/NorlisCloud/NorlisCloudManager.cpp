@@ -11,6 +11,7 @@
 #include <glog/logging.h>
 
 #include <algorithm>
+#include <exception>
 #include <limits>
 #include <map>
 
@@ -34,7 +35,7 @@ const std::map<FileInfo::PreviewSize, int> previewPixelSizes = {
     {static_cast<FileInfo::PreviewSize>(2), 191},
 };
 
-// The editor's record library may number more states; these two headers agree on this one.
+// By number, since the editor's record library may name its states differently.
 constexpr int neverUploaded = 5;
 
 QString IdOf(const std::shared_ptr<FileInfo>& file)
@@ -569,11 +570,10 @@ void NorlisCloudManager::Send(Request request, Refused refused, Accepted accepte
 template <typename... Payload, typename Handler>
 std::function<void(qint64, Social::RequestResult, Payload...)> NorlisCloudManager::OnCompleted(Handler handler)
 {
-    return [weakSelf = std::weak_ptr<NorlisCloudManager>(self), handler](qint64 id, RequestResult result,
-                                                                         Payload... payload) {
-        const auto manager = weakSelf.lock().get();
-        if (manager && manager->IsPending(id)) {
-            manager->activeRequests.remove(id);
+    return [this, alive = std::weak_ptr<NorlisCloudManager>(self), handler](qint64 id, RequestResult result,
+                                                                            Payload... payload) {
+        if (!alive.expired() && IsPending(id)) {
+            activeRequests.remove(id);
             const Handler heldHandler = handler; // the protocol may drop this callback while it runs
             heldHandler(id, result, payload...);
         }
@@ -583,9 +583,8 @@ std::function<void(qint64, Social::RequestResult, Payload...)> NorlisCloudManage
 template <typename Handler>
 std::function<void(qint64, int)> NorlisCloudManager::OnProgress(Handler handler)
 {
-    return [weakSelf = std::weak_ptr<NorlisCloudManager>(self), handler](qint64 id, int value) {
-        const auto manager = weakSelf.lock().get();
-        if (manager && manager->IsPending(id)) {
+    return [this, alive = std::weak_ptr<NorlisCloudManager>(self), handler](qint64 id, int value) {
+        if (!alive.expired() && IsPending(id)) {
             const Handler heldHandler = handler;
             heldHandler(value);
         }

@@ -65,7 +65,7 @@ qint64 NorlisCloudProtocolProxy::retriveFileList(const FileFieldData& data,
 
 qint64 NorlisCloudProtocolProxy::downloadFile(const FileFieldData& data,
                                               std::function<void(qint64, RequestResult)>&& done,
-                                              ProgressCallback&& progress)
+                                              std::function<void(qint64, int)>&& progress)
 {
     return protocol->downloadFile(data, std::move(done), std::move(progress));
 }
@@ -79,7 +79,7 @@ qint64 NorlisCloudProtocolProxy::deleteFile(const FileFieldData& data,
 qint64
 NorlisCloudProtocolProxy::uploadFile(const QString& localPath, const QMap<QString, QString>& fields,
                                      std::function<void(qint64, RequestResult, const NorlisCloudSharingResult&)>&& done,
-                                     ProgressCallback&& progress)
+                                     std::function<void(qint64, int)>&& progress)
 {
     return protocol->uploadFile(localPath, fields, std::move(done), std::move(progress));
 }

@@ -4,6 +4,7 @@
 #include <contracts/OAuth2.h>
 #include <NorlisCloud/Export.h>
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -40,12 +41,12 @@ public:
     qint64 retriveFileList(const FileFieldData& data,
                            std::function<void(qint64, Social::RequestResult, QList<FileInfo>)>&& done) override;
     qint64 downloadFile(const FileFieldData& data, std::function<void(qint64, Social::RequestResult)>&& done,
-                        ProgressCallback&& progress) override;
+                        std::function<void(qint64, int)>&& progress) override;
     qint64 deleteFile(const FileFieldData& data, std::function<void(qint64, Social::RequestResult)>&& done) override;
     qint64
     uploadFile(const QString& localPath, const QMap<QString, QString>& fields,
                std::function<void(qint64, Social::RequestResult, const Social::NorlisCloudSharingResult&)>&& done,
-               ProgressCallback&& progress) override;
+               std::function<void(qint64, int)>&& progress) override;
 
     qint64
     userQuota(std::function<void(qint64, Social::RequestResult, const QMap<QString, QuotaValue>&)>&& done) override;

@@ -38,7 +38,10 @@ void FolderService::Start(qint64 id, const Request::Any& request)
 void FolderService::Cancel(qint64 id)
 {
     previews.Cancel(id);
-    jobs.erase(std::remove_if(jobs.begin(), jobs.end(), [&](const Work& work) { return work.id == id; }), jobs.end());
+    for (Jobs* jobs : {&lists, &transfers}) {
+        jobs->erase(std::remove_if(jobs->begin(), jobs->end(), [&](const Work& work) { return work.id == id; }),
+                    jobs->end());
+    }
 }
 
 Reply FolderService::NoSuchDocument(const QString& what)
@@ -116,8 +119,7 @@ Reply FolderService::Handle(const Request::Quota&)
 
 void FolderService::Begin(qint64 id, const Request::List&)
 {
-    jobs.push_front({id, std::make_unique<ListJob>(store)}); // a list does not wait for transfers to end
-    stepTimer.start();
+    AddJob(lists, id, std::make_unique<ListJob>(store));
 }
 
 void FolderService::Begin(qint64 id, const Request::Preview& request)
@@ -149,8 +151,8 @@ void FolderService::Begin(qint64 id, const Request::Download& request)
                        Failed(what, document->name, QStringLiteral("The name of the file to write %1").arg(badName)));
         return;
     }
-    if (target.isDir()) {
-        listener.reply(id, Failed(what, document->name, QStringLiteral("%1 is a folder").arg(request.localPath),
+    if (target.exists() && !target.isFile()) { // a device would be replaced just like a file
+        listener.reply(id, Failed(what, document->name, QStringLiteral("%1 is not a file").arg(request.localPath),
                                   "Choose another folder to download to."));
         return;
     }
@@ -225,8 +227,7 @@ void FolderService::Begin(qint64 id, const Request::Upload& request)
 void FolderService::StartCopy(qint64 id, CopyJob::Task task)
 {
     task.progress = [this, id](int percent) { listener.progress(id, percent); };
-    jobs.push_back({id, std::make_unique<CopyJob>(std::move(task))});
-    stepTimer.start();
+    AddJob(transfers, id, std::make_unique<CopyJob>(std::move(task)));
 }
 
 Reply FolderService::Publish(const Request::Upload& request, const QString& wantedName, AtomicFile& copy,
@@ -281,21 +282,37 @@ Reply FolderService::Publish(const Request::Upload& request, const QString& want
     return {Success, result, {}};
 }
 
+void FolderService::AddJob(Jobs& jobs, qint64 id, std::unique_ptr<FolderJob> job)
+{
+    jobs.push_back({id, std::move(job)});
+    stepTimer.start();
+}
+
 void FolderService::Step()
 {
     constexpr std::size_t mostAtOnce = 4; // the others wait; more would only make the disk jump
-    if (jobs.empty()) {
-        stepTimer.stop();
-        return;
+    if (!lists.empty()) {
+        StepFirstOf(lists);
     }
+    if (!transfers.empty()) {
+        StepFirstOf(transfers);
+    }
+    if (!transfers.empty()) {
+        const auto count = static_cast<std::ptrdiff_t>(std::min(transfers.size(), mostAtOnce));
+        std::rotate(transfers.begin(), transfers.begin() + 1, transfers.begin() + count);
+    }
+    if (lists.empty() && transfers.empty()) {
+        stepTimer.stop();
+    }
+}
+
+void FolderService::StepFirstOf(Jobs& jobs)
+{
     if (auto reply = jobs.front().job->Step()) {
         const qint64 id = jobs.front().id;
         jobs.pop_front();
         listener.reply(id, std::move(*reply));
-        return;
     }
-    const auto endOfRound = jobs.begin() + static_cast<std::ptrdiff_t>(std::min(jobs.size(), mostAtOnce));
-    std::rotate(jobs.begin(), jobs.begin() + 1, endOfRound);
 }
 
 QString FolderService::WhyNoRoom(qint64 size, const QString& replacedDocument)

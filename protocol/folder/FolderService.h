@@ -26,6 +26,7 @@ private:
         qint64 id;
         std::unique_ptr<FolderJob> job;
     };
+    using Jobs = std::deque<Work>;
 
     Reply NoSuchDocument(const QString& what);
     Reply Handle(const Request::SignIn& request);
@@ -52,7 +53,13 @@ private:
 
     /// Gives a whole upload its name: that of the document to replace, or else the first free one.
     Reply Publish(const Request::Upload& request, const QString& name, AtomicFile& copy, const FileReader& source);
+    void AddJob(Jobs& jobs, qint64 id, std::unique_ptr<FolderJob> job);
+
+    /// One step of a list and one of a transfer, so that neither waits for the other to end.
     void Step();
+
+    /// Takes the job out, and replies, when this step has ended it.
+    void StepFirstOf(Jobs& jobs);
 
     /// Why another document of a size, in bytes, has no room; empty when it has.
     QString WhyNoRoom(qint64 size, const QString& replacedDocument);
@@ -62,7 +69,8 @@ private:
     const Listener listener;
     FolderStore store;
     PreviewQueue previews;
-    std::deque<Work> jobs; ///< the first one has the next step
+    Jobs lists;     ///< answered in the order of asking
+    Jobs transfers; ///< the first one has the next step
     QTimer stepTimer;
 };
 

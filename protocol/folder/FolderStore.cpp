@@ -86,7 +86,7 @@ std::optional<std::vector<FolderDocument>> FolderStore::Documents()
     documents.reserve(static_cast<std::size_t>(names.size()));
     for (const QString& name : names) {
         FolderDocument document{IdOfName(name), name, PathOf(name), FileVersion::OfPath(PathOf(name))};
-        if (document.version.IsFile() && WhyNoName(name).isEmpty()) {
+        if (document.version.IsFile() && WhyNoName(name).isEmpty() && !AtomicFile::IsTemporaryName(name)) {
             nameOfId.insert(document.id, name);
             documents.push_back(std::move(document));
         }
@@ -169,10 +169,9 @@ void FolderStore::RemoveLeftovers()
 {
     const auto yesterday = QDateTime::currentDateTimeUtc().addDays(-1);
     const QDir temporary(TemporaryFolder());
-    const auto leftovers =
-        temporary.entryInfoList({'*' + AtomicFile::TemporarySuffix()}, QDir::Files | QDir::Hidden | QDir::NoSymLinks);
+    const auto leftovers = temporary.entryInfoList(QDir::Files | QDir::Hidden | QDir::NoSymLinks);
     for (const QFileInfo& leftover : leftovers) {
-        if (leftover.lastModified() < yesterday) {
+        if (AtomicFile::IsTemporaryName(leftover.fileName()) && leftover.lastModified() < yesterday) {
             QFile::remove(leftover.filePath());
         }
     }

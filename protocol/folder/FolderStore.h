@@ -28,8 +28,8 @@ class FolderStore {
 public:
     explicit FolderStore(const QString& folder);
 
-    /// Fixes which folder it is: another one that appears in its place later, for instance when a drive is gone, is refused
-    /// until this is called again. Returns as WhyUnusable.
+    /// Fixes which folder it is: another one that appears in its place later, for instance when a drive is gone, is
+    /// refused until this is called again. Returns as WhyUnusable.
     QString Open();
 
     /// Why the folder cannot be used; empty when it can.
@@ -74,8 +74,8 @@ private:
     QString folder;
     QString identity;
     QHash<QString, QString> nameOfId;
-    qint64 listedAt = 0;        ///< the folder's time, in milliseconds, when its names were read
-    bool isListOutdated = true; ///< that time is too new to show further changes
+    qint64 listedAt = 0;                 ///< the folder's time, in milliseconds, when its names were read
+    bool isListOutdated = true;          ///< that time is too new to show further changes
     QHash<QString, KnownVersion> hashes; ///< by id
     bool hasNewHashes = false;
 };

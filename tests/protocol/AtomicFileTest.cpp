@@ -30,7 +30,7 @@ TEST_F(AtomicFileTest, NothingHasTheNameBeforeTheCommit)
     const QString path = folder.filePath("a.pdf");
     Write("content");
     EXPECT_FALSE(QFile::exists(path));
-    EXPECT_TRUE(FilesBelow(folder.path()).value(0).endsWith(AtomicFile::TemporarySuffix()));
+    EXPECT_TRUE(AtomicFile::IsTemporaryName(FilesBelow(folder.path()).value(0)));
     EXPECT_TRUE(file.CommitReplacing(path));
     EXPECT_EQ(ReadFile(path), QByteArray("content"));
     EXPECT_EQ(FilesBelow(folder.path()), QStringList("a.pdf"));

@@ -118,6 +118,24 @@ TEST_F(FolderCloudTest, OnlyRegularFilesAreDocuments)
     EXPECT_EQ(ListedNames(client), QStringList({".hidden.pdf", "document.pdf"}));
 }
 
+TEST_F(FolderCloudTest, WhatAKilledDownloadLeftInTheFolderIsNotListed)
+{
+    cloud.Put(".norlis-0123456789abcdef.part", "half");
+    cloud.Put(".norlis-notes.pdf", "whole");
+    ASSERT_TRUE(client.SignIn());
+    EXPECT_EQ(ListedNames(client), QStringList(".norlis-notes.pdf"));
+}
+
+TEST_F(FolderCloudTest, APipeInTheTargetsPlaceIsNotReplaced)
+{
+    cloud.Put("document.pdf", "content");
+    ASSERT_TRUE(client.SignIn());
+    const QString pipe = folder.filePath("pipe.pdf");
+    MakeNamedPipe(pipe);
+    EXPECT_TRUE(client.Download(client.Entry("document.pdf").id, pipe)->Fails());
+    EXPECT_FALSE(QFileInfo(pipe).isFile());
+}
+
 TEST_F(FolderCloudTest, ANameThatIsNoTextIsNotListed)
 {
     cloud.Put("good.pdf", "content");

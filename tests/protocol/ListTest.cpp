@@ -80,6 +80,17 @@ TEST_P(ListTest, ChangesBehindItsBackAreSeen)
     EXPECT_EQ(client.Entry("a.pdf").id, QString());
 }
 
+TEST_P(ListTest, ListsAreAnsweredInTheOrderOfAsking)
+{
+    cloud->Put("a.pdf", QByteArray(3 * 1024 * 1024, 'a')); // several steps, the first time
+    const auto first = client.List();
+    const auto second = client.List();
+    const auto third = client.List();
+    ASSERT_TRUE(third->Succeeds());
+    EXPECT_TRUE(first->Came());
+    EXPECT_TRUE(second->Came());
+}
+
 TEST_P(ListTest, TransfersInProgressAreNotListed)
 {
     WriteSparseFile(Local("large.pdf"), 256 * 1024 * 1024);
