@@ -4,7 +4,6 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QStorageInfo>
 
 #include <algorithm>
 #include <limits>
@@ -110,9 +109,7 @@ Reply FolderService::Handle(const Request::Quota&)
         return Failed("Fetching the storage in use", {}, reason, "Make the folder available again.");
     }
     const qint64 used = UsedBytes();
-    const qint64 total = authInfo.storageLimit > 0
-                             ? authInfo.storageLimit
-                             : used + QStorageInfo(authInfo.serviceUrl.toLocalFile()).bytesAvailable();
+    const qint64 total = authInfo.storageLimit > 0 ? authInfo.storageLimit : used + store.FreeBytes();
     const Ability::Quota::QuotaValue value{(used + bytesPerMiB - 1) / bytesPerMiB, total / bytesPerMiB};
     return {Success, QuotaByApplication{{applicationId, value}}, {}};
 }

@@ -9,6 +9,7 @@
 #include <QJsonObject>
 
 #include <algorithm>
+#include <filesystem>
 
 #include <sys/stat.h>
 
@@ -113,6 +114,14 @@ std::optional<FolderDocument> FolderStore::Find(const QString& id)
     }
     FolderDocument document{id, *name, PathOf(*name), FileVersion::OfPath(PathOf(*name))};
     return document.version.IsFile() ? std::optional(document) : std::nullopt;
+}
+
+qint64 FolderStore::FreeBytes() const
+{
+    // Asked of the folder itself: the system's table of drives does not know every one that a container sees.
+    std::error_code error;
+    const auto space = std::filesystem::space(QFile::encodeName(folder).toStdString(), error);
+    return error ? 0 : static_cast<qint64>(space.available);
 }
 
 QString FolderStore::PathOf(const QString& name) const

@@ -43,6 +43,9 @@ public:
 
     QString PathOf(const QString& name) const;
 
+    /// Room that the drive leaves the user, in bytes; 0 when it cannot be told.
+    qint64 FreeBytes() const;
+
     /// MD5 of a document; empty when it is not known for this version of the file.
     QString KnownHash(const FolderDocument& document) const;
 
