@@ -57,13 +57,20 @@ protected:
     }
 };
 
+/// False when the program has ended: its id would be 0 then, which means every process of our own group.
+bool Signal(const QProcess& program, int signal)
+{
+    const auto id = static_cast<pid_t>(program.processId());
+    return id > 0 && kill(id, signal) == 0;
+}
+
 TEST_P(InterruptTest, UploadIsCancelledAndLeavesNothingBehind)
 {
     const QString file = MakeBigFile("big.pdf");
     const auto before = FilesBelow(Cloud()).keys();
     const auto upload = Start({"upload", file});
     ASSERT_TRUE(WaitForWriting(Cloud())) << upload->readAllStandardError().toStdString();
-    ASSERT_EQ(kill(static_cast<pid_t>(upload->processId()), GetParam()), 0);
+    ASSERT_TRUE(Signal(*upload, GetParam()));
 
     const Outcome outcome = WaitForEnd(*upload);
     EXPECT_EQ(outcome.exitStatus, 130);
@@ -79,7 +86,7 @@ TEST_P(InterruptTest, DownloadIsCancelledAndLeavesNothingBehind)
     ASSERT_TRUE(QDir().mkpath(Home() + "/out"));
     const auto download = Start({"download", "big.pdf", "--to", "out"});
     ASSERT_TRUE(WaitForWriting(Home() + "/out")) << download->readAllStandardError().toStdString();
-    ASSERT_EQ(kill(static_cast<pid_t>(download->processId()), GetParam()), 0);
+    ASSERT_TRUE(Signal(*download, GetParam()));
 
     const Outcome outcome = WaitForEnd(*download);
     EXPECT_EQ(outcome.exitStatus, 130);

@@ -2,7 +2,11 @@
 
 #include <QFile>
 
+#include <cerrno>
 #include <csignal>
+#include <cstring>
+#include <stdexcept>
+#include <string>
 #include <vector>
 
 #include <poll.h>
@@ -52,6 +56,9 @@ PseudoTerminal::PseudoTerminal(const QString& program, const QStringList& words,
     size.ws_col = static_cast<unsigned short>(columns);
     size.ws_row = static_cast<unsigned short>(rows);
     process = forkpty(&terminal, nullptr, nullptr, &size);
+    if (process < 0) {
+        throw std::runtime_error(std::string("there are no pseudo-terminals here: ") + std::strerror(errno));
+    }
     if (process == 0) {
         execve(arguments.Data()[0], arguments.Data(), variables.Data());
         _exit(127);
@@ -61,10 +68,17 @@ PseudoTerminal::PseudoTerminal(const QString& program, const QStringList& words,
 PseudoTerminal::~PseudoTerminal()
 {
     if (process > 0) {
-        kill(process, SIGKILL);
+        Kill();
         waitpid(process, nullptr, 0);
     }
     close(terminal);
+}
+
+void PseudoTerminal::Kill()
+{
+    if (process > 0) { // -1 would mean every process of the machine
+        kill(process, SIGKILL);
+    }
 }
 
 bool PseudoTerminal::WaitFor(const QByteArray& text)
@@ -109,7 +123,7 @@ bool PseudoTerminal::Read()
 {
     pollfd readable = {terminal, POLLIN, 0};
     if (poll(&readable, 1, timeLimit) <= 0) {
-        kill(process, SIGKILL); // it hangs
+        Kill(); // it hangs
         return false;
     }
     char piece[4096];

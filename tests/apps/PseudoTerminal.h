@@ -11,6 +11,7 @@ namespace Norlis::Test {
 /// Runs a program on a terminal of its own and plays the user in front of it.
 class PseudoTerminal {
 public:
+    /// Throws std::runtime_error when the system has no terminal to give.
     PseudoTerminal(const QString& program, const QStringList& words, const QProcessEnvironment& environment,
                    int columns = 80, int rows = 24);
 
@@ -33,6 +34,8 @@ public:
     QByteArray Written() const;
 
 private:
+    void Kill();
+
     /// Takes what the program writes next; false when there will be no more.
     bool Read();
 

@@ -74,8 +74,10 @@ public:
 
     ~OtherProcess()
     {
-        kill(id, SIGKILL);
-        waitpid(id, nullptr, 0);
+        if (id > 0) { // -1, after a fork that failed, would mean every process of the machine
+            kill(id, SIGKILL);
+            waitpid(id, nullptr, 0);
+        }
     }
 
     OtherProcess(const OtherProcess&) = delete;
