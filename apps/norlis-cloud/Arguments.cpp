@@ -19,7 +19,9 @@ constexpr int longestInterval = 24 * 60 * 60; // seconds
 QList<QCommandLineOption> CommonOptions()
 {
     return {
-        {"service", "Cloud service: an address or a folder. Without it the one that you signed in to last.", "URL"},
+        {"service",
+         "Cloud service: a folder, as a path or a file: address. Without it the one that you signed in to last.",
+         "URL"},
         {"data",
          "Where sign-in, lists and pictures are kept. Without it " +
              QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) + ".",
