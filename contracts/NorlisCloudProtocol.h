@@ -4,7 +4,9 @@
 #include <contracts/NorlisCloudSharingResult.h>
 #include <contracts/OAuth2.h>
 
+#include <QList>
 #include <QObject>
+#include <QPair>
 
 #include <memory>
 #include <string>
@@ -35,6 +37,12 @@ public:
     static const QString FILE_PREVIEW_WIDTH;  ///< pixels, decimal
     static const QString FILE_PREVIEW_HEIGHT; ///< pixels, decimal
 
+    /// In place of a figure of the quota.
+    static constexpr qint64 unknownQuota = -1;
+    static constexpr qint64 unlimitedQuota = -2;
+
+    using ServiceTraits = QList<QPair<QString, QString>>;
+
     /// \param authInfo which service, and how to reach it
     /// \param name     name of the program that uses the service, for logs and for the service's own list of devices
     /// Throws std::invalid_argument when the service URL names no service that there is.
@@ -63,13 +71,19 @@ public:
                       std::function<void(qint64, int)>&& progress) override;
 
     /// One entry, keyed "pdf". Unit: MiB of 1,048,576 bytes, so that the figures also fit into the 32 bits that the
-    /// cloud manager hands on; used storage is rounded up, the total down.
+    /// cloud manager hands on; used storage is rounded up, the total down. A service that does not tell one of them, or
+    /// sets no limit, gives unknownQuota or unlimitedQuota in its place, both negative.
     qint64 userQuota(std::function<void(qint64, RequestResult, const QMap<QString, QuotaValue>&)>&& done) override;
 
     qint64 retrievePreview(const QMap<QString, QString>& fields,
                            std::function<void(qint64, RequestResult, QPixmap)>&& done) override;
 
     void cancelOperation(qint64 id) override;
+
+    /// Finds out what the service is able to do, by requests that leave nothing behind, and describes it in pairs of a
+    /// trait and what was found. They name neither the user nor documents nor the server's address, so that they can be
+    /// shown to others.
+    qint64 examineService(std::function<void(qint64, RequestResult, const ServiceTraits&)>&& done);
 
 private:
     class Private;

@@ -18,7 +18,9 @@ struct Failure {
 
 /// Settings with which a NorlisCloudProtocol is constructed.
 struct AuthInfo {
-    /// Where the cloud is: `file:` names a folder.
+    /// Where the cloud is: `file:` names a folder, `https:` a collection of a WebDAV server (RFC 4918). Plain `http:` is
+    /// taken on loopback only. A user in it signs in with Basic authentication (RFC 7617) and the token as password;
+    /// without a user the token is sent as a bearer token (RFC 6750). A password in it is ignored.
     QUrl serviceUrl;
 
     /// Folder in which previews are kept, also between runs, up to a bound; created when missing. Empty keeps none.
@@ -26,6 +28,18 @@ struct AuthInfo {
 
     /// Upper limit, in bytes, of what the documents of a folder service may take together; 0 leaves it to the disk.
     qint64 storageLimit = 0;
+
+    /// Who signs in; empty is the user in the service URL.
+    QString userName = {};
+
+    /// PEM file with the certificate authorities to trust, instead of those of the system.
+    QString certificateFile = {};
+
+    /// Sends token and documents unencrypted over the network if the service URL says `http:`.
+    bool allowPlainHttp = false;
+
+    /// How long a server may be silent before a request is given up, in milliseconds.
+    int patience = 60'000;
 
     /// Told why a request failed, on the thread of the protocol object and just before the request's own callback.
     std::function<void(const Failure&)> onFailure = {};

@@ -24,6 +24,8 @@ namespace {
 constexpr auto enabledKey = "refresh/enabled";
 constexpr auto intervalKey = "refresh/interval";
 constexpr auto serviceKey = "service/url";
+const auto certificateKey = QStringLiteral("/certificates");
+const auto plainHttpKey = QStringLiteral("/plainHttp");
 
 constexpr qint64 defaultInterval = 60'000;
 constexpr qint64 shortestInterval = 1'000;
@@ -105,6 +107,17 @@ QString NameOf(const QUrl& service)
     return QString::fromLatin1(hash.toHex().left(32));
 }
 
+/// Not QVariant::toBool, to which every text but a few is true.
+bool IsTrue(const QVariant& value)
+{
+    return value.toString().trimmed().compare("true", Qt::CaseInsensitive) == 0;
+}
+
+QString AccessKey(const QUrl& service)
+{
+    return "access/" + NameOf(service);
+}
+
 void Store(QSettings& settings)
 {
     settings.sync();
@@ -123,8 +136,7 @@ CloudAccountSettings::CloudAccountSettings(const QString& folder)
 
 bool CloudAccountSettings::IsAutoRefreshEnabled()
 {
-    // Not QVariant::toBool, to which every text but a few is true.
-    return settings.value(enabledKey).toString().trimmed().compare("true", Qt::CaseInsensitive) == 0;
+    return IsTrue(settings.value(enabledKey));
 }
 
 int CloudAccountSettings::GetAutoRefreshInterval()
@@ -182,6 +194,25 @@ void CloudAccountSettings::SetToken(const QUrl& service, const QString& token)
 void CloudAccountSettings::ForgetToken(const QUrl& service)
 {
     QFile::remove(TokenFile(service));
+}
+
+ServiceAccess CloudAccountSettings::Access(const QUrl& service) const
+{
+    const QString key = AccessKey(service);
+    return {settings.value(key + certificateKey).toString(), IsTrue(settings.value(key + plainHttpKey))};
+}
+
+void CloudAccountSettings::SetAccess(const QUrl& service, const ServiceAccess& access)
+{
+    const QString key = AccessKey(service);
+    settings.remove(key);
+    if (!access.certificateFile.isEmpty()) {
+        settings.setValue(key + certificateKey, access.certificateFile);
+    }
+    if (access.allowPlainHttp) {
+        settings.setValue(key + plainHttpKey, true);
+    }
+    Store(settings);
 }
 
 QString CloudAccountSettings::ServiceFolder(const QUrl& service) const

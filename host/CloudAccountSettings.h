@@ -8,7 +8,13 @@
 
 namespace Norlis::Host {
 
-/// The user's cloud account: which service, how often to refresh, and the token that signs in.
+/// How a service is reached, beside its address; see Social::OAuth2::AuthInfo.
+struct ServiceAccess {
+    QString certificateFile = {};
+    bool allowPlainHttp = false;
+};
+
+/// The user's cloud account: which service, how it is reached, how often to refresh, and the token that signs in.
 ///
 /// Settings stand in `settings.ini`; tokens stand apart, one file per service. All of it is readable for the user
 /// alone.
@@ -35,6 +41,10 @@ public:
     /// Throws std::runtime_error when the token cannot be stored safely.
     void SetToken(const QUrl& service, const QString& token);
     void ForgetToken(const QUrl& service);
+
+    /// The defaults unless it was set.
+    ServiceAccess Access(const QUrl& service) const;
+    void SetAccess(const QUrl& service, const ServiceAccess& access);
 
     /// A folder of its own for the data of one service, inside the settings' folder; private to the user and created
     /// when missing. Throws std::runtime_error when it cannot be.

@@ -55,9 +55,7 @@ AtomicFile::~AtomicFile()
 bool AtomicFile::Open(const QString& folder)
 {
     for (int attempt = 0; attempt < 8; ++attempt) {
-        const auto number = QRandomGenerator::system()->generate64();
-        file.setFileName(folder + '/' + temporaryPrefix + QStringLiteral("%1").arg(number, 16, 16, QLatin1Char('0')) +
-                         temporarySuffix);
+        file.setFileName(folder + '/' + NewTemporaryName());
         if (file.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered)) {
             return true;
         }
@@ -118,9 +116,20 @@ AtomicFile::Outcome AtomicFile::CommitNew(const QString& path)
     return Outcome::Done;
 }
 
+QString AtomicFile::Path() const
+{
+    return file.fileName();
+}
+
 QString AtomicFile::ErrorText() const
 {
     return error;
+}
+
+QString AtomicFile::NewTemporaryName()
+{
+    const auto number = QRandomGenerator::system()->generate64();
+    return temporaryPrefix + QStringLiteral("%1").arg(number, 16, 16, QLatin1Char('0')) + temporarySuffix;
 }
 
 bool AtomicFile::IsTemporaryName(const QString& name)

@@ -32,10 +32,16 @@ public:
     /// Gives the file its name unless there is something of that name already.
     Outcome CommitNew(const QString& path);
 
+    /// Of the temporary file.
+    QString Path() const;
+
     QString ErrorText() const;
 
     /// Makes a committed name durable; without effect where the system cannot do it.
     static void SyncFolderOf(const QString& path);
+
+    /// A name for a file that is being written, unlike any other.
+    static QString NewTemporaryName();
 
     /// Whether a file of this name is one that is being written, or that a crash has left behind.
     static bool IsTemporaryName(const QString& name);

@@ -18,6 +18,7 @@ namespace Norlis::Social {
 
 using CloudFile = Ability::File<NorlisCloudSharingResult>::FileInfo;
 using QuotaByApplication = QMap<QString, Ability::Quota::QuotaValue>;
+using ServiceTraits = QList<QPair<QString, QString>>; ///< see NorlisCloudProtocol::examineService
 
 /// Settles the race between a cancellation and the last step of a transfer, which run on two threads: a transfer that
 /// was cancelled never puts its result in place afterwards, and one that has is known to the canceller.
@@ -54,6 +55,8 @@ namespace Request {
 struct SignIn {
     QString token;
 };
+/// Forgets the token and everything that was learnt with it.
+struct SignOut {};
 struct UserName {};
 struct UserPage {};
 struct UserPictureAddress {};
@@ -78,23 +81,25 @@ struct Remove {
     QString document;
 };
 struct Quota {};
+struct Examination {};
 struct Preview {
     QString document;
     QSize box; ///< the picture fits into it without being distorted
 };
 
-using Any = std::variant<SignIn, UserName, UserPage, UserPictureAddress, UserPicture, Info, List, Download, Upload,
-                         Remove, Quota, Preview>;
+using Any = std::variant<SignIn, SignOut, UserName, UserPage, UserPictureAddress, UserPicture, Info, List, Download,
+                         Upload, Remove, Quota, Examination, Preview>;
 
 } // namespace Request
 
 struct Reply {
     using Payload = std::variant<std::monostate, QString, QUrl, QImage, CloudFile, QList<CloudFile>,
-                                 NorlisCloudSharingResult, QuotaByApplication>;
+                                 NorlisCloudSharingResult, QuotaByApplication, ServiceTraits>;
 
     RequestResult result = Success;
     Payload payload;
-    OAuth2::Failure failure; ///< of an Error
+    OAuth2::Failure failure;  ///< of an Error
+    bool isSignedOut = false; ///< the service takes the token no longer
 };
 
 /// A reply that says what went wrong.

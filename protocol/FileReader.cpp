@@ -10,9 +10,6 @@ namespace Norlis::Social {
 
 namespace {
 
-// Large enough for full speed, small enough that other requests of the same thread need not wait.
-constexpr qint64 pieceSize = 1024 * 1024;
-
 qint64 Nanoseconds(const timespec& time)
 {
     return static_cast<qint64>(time.tv_sec) * 1'000'000'000 + time.tv_nsec;
@@ -78,6 +75,9 @@ bool FileReader::Open(const QString& path)
 
 const QByteArray& FileReader::Next()
 {
+    if (!piece.isDetached()) {
+        piece = {}; // somebody still holds the last one
+    }
     piece.resize(pieceSize);
     const qint64 count = file.read(piece.data(), piece.size());
     if (count < 0) {

@@ -31,6 +31,10 @@ bool operator==(const FileVersion& left, const FileVersion& right);
 /// Reads a regular file from begin to end, in pieces, and hashes what passes.
 class FileReader {
 public:
+    /// Bytes of a piece. Large enough for full speed, small enough that other requests of the same thread need not
+    /// wait.
+    static constexpr qint64 pieceSize = 1024 * 1024;
+
     /// False for anything but a regular file; ErrorText says why.
     bool Open(const QString& path);
 

@@ -2,6 +2,7 @@
 
 #include "folder/FolderService.h"
 #include "ServiceConnection.h"
+#include "webdav/WebDavService.h"
 
 #include <QGuiApplication>
 #include <QPixmap>
@@ -26,16 +27,27 @@ namespace {
 
 constexpr qint64 notStarted = -1;
 
-CloudServiceFactory ServiceFor(const OAuth2::AuthInfo& authInfo)
+CloudServiceFactory ServiceFor(const OAuth2::AuthInfo& authInfo, const std::string& programName)
 {
-    if (authInfo.serviceUrl.isLocalFile() && !authInfo.serviceUrl.toLocalFile().isEmpty()) {
+    const QUrl& url = authInfo.serviceUrl;
+    if (url.isLocalFile() && !url.toLocalFile().isEmpty()) {
         return [authInfo](const CloudService::Listener& listener) {
             return std::make_unique<FolderService>(authInfo, listener);
         };
     }
-    throw std::invalid_argument("There is no cloud service at \"" +
-                                authInfo.serviceUrl.toDisplayString(QUrl::RemoveUserInfo).toStdString() +
-                                "\": give the URL of a folder, such as file:///home/me/Cloud");
+    const bool isWeb = url.scheme() == "https" || url.scheme() == "http";
+    const QString reason = isWeb
+                               ? WebDavService::WhyNoService(authInfo)
+                               : QStringLiteral("give the address of a folder, such as file:///home/me/Cloud, or of a "
+                                                "WebDAV server, such as https://me@cloud.example/dav/");
+    if (!reason.isEmpty()) {
+        throw std::invalid_argument("There is no cloud service at \"" +
+                                    url.toDisplayString(QUrl::RemoveUserInfo).toStdString() +
+                                    "\": " + reason.toStdString());
+    }
+    return [authInfo, programName](const CloudService::Listener& listener) {
+        return std::make_unique<WebDavService>(authInfo, programName, listener);
+    };
 }
 
 /// The payload of a successful reply; an empty one of any other.
@@ -56,9 +68,9 @@ bool CanHavePixmaps()
 
 class NorlisCloudProtocol::Private {
 public:
-    explicit Private(const OAuth2::AuthInfo& authInfo)
+    Private(const OAuth2::AuthInfo& authInfo, const std::string& programName)
         : authInfo(authInfo),
-          connection(std::make_unique<ServiceConnection>(ServiceFor(authInfo)))
+          connection(std::make_unique<ServiceConnection>(ServiceFor(authInfo, programName)))
     {
     }
 
@@ -74,6 +86,9 @@ public:
             request,
             [this, answer = std::move(answer)](qint64 id, Reply&& reply) {
                 const std::weak_ptr<bool> alive = life;
+                if (reply.isSignedOut) {
+                    isLoggedIn = false; // a sign-in that is under way may well succeed
+                }
                 if (reply.result == Error) {
                     Report(id, reply.failure);
                 }
@@ -122,6 +137,12 @@ public:
         }
     }
 
+    void SignOut()
+    {
+        isLoggedIn = false;
+        ++signOuts;
+    }
+
     const OAuth2::AuthInfo authInfo;
     bool isLoggedIn = false;
     int signOuts = 0; ///< counted, so that a sign-in which was under way meanwhile is told from a later one
@@ -132,11 +153,11 @@ public:
 
 NorlisCloudProtocol::NorlisCloudProtocol(const OAuth2::AuthInfo& authInfo, const std::string& name, QObject* parent)
     : QObject(parent),
-      d(std::make_shared<Private>(authInfo)){
-          Q_UNUSED(name) // a folder has no use for it
-      }
+      d(std::make_shared<Private>(authInfo, name))
+{
+}
 
-      NorlisCloudProtocol::~NorlisCloudProtocol() = default;
+NorlisCloudProtocol::~NorlisCloudProtocol() = default;
 
 qint64 NorlisCloudProtocol::auth(const QMap<QString, QString>& fields,
                                  std::function<void(qint64, RequestResult)>&& done)
@@ -154,8 +175,8 @@ qint64 NorlisCloudProtocol::auth(const QMap<QString, QString>& fields,
 
 void NorlisCloudProtocol::logout()
 {
-    d->isLoggedIn = false;
-    ++d->signOuts;
+    d->SignOut();
+    d->connection->Send(Request::SignOut{}, [](qint64, Reply&&) {});
 }
 
 bool NorlisCloudProtocol::loggedIn()
@@ -232,6 +253,11 @@ qint64 NorlisCloudProtocol::retrievePreview(const QMap<QString, QString>& fields
 {
     const QSize box(fields.value(FILE_PREVIEW_WIDTH).toInt(), fields.value(FILE_PREVIEW_HEIGHT).toInt());
     return d->SendForPixmap(Request::Preview{fields.value(ID), box}, std::move(done));
+}
+
+qint64 NorlisCloudProtocol::examineService(std::function<void(qint64, RequestResult, const ServiceTraits&)>&& done)
+{
+    return d->SendFor<ServiceTraits>(Request::Examination{}, std::move(done));
 }
 
 void NorlisCloudProtocol::cancelOperation(qint64 id)

@@ -1,6 +1,7 @@
 #include "Arguments.h"
 
 #include "Help.h"
+#include "ServiceAddress.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -20,7 +21,8 @@ QList<QCommandLineOption> CommonOptions()
 {
     return {
         {"service",
-         "Cloud service: a folder, as a path or a file: address. Without it the one that you signed in to last.",
+         "Cloud service: a folder, as a path or a file: address, or a WebDAV server, as https://user@host/path/. "
+         "Without it the one that you signed in to last.",
          "URL"},
         {"data",
          "Where sign-in, lists and pictures are kept. Without it " +
@@ -34,7 +36,12 @@ QList<QCommandLineOption> CommonOptions()
 QList<QCommandLineOption> SpecialOptions()
 {
     return {
-        {"token-file", "File with the token that signs in.", "FILE"},
+        {"user", "Who signs in to the server, if the address does not say it.", "NAME"},
+        {"token-file", "File with the password or token that signs in.", "FILE"},
+        {"ca-file", "PEM file with the certificate authorities to trust, in place of those of the system.", "FILE"},
+        {"allow-plain-http",
+         "Use an http: address of another machine, although everyone on the way can read and alter the password and "
+         "the documents."},
         {"offline", "Do not ask the cloud."},
         {"new", "Make a new document, even if the file is known."},
         {"to", "Folder for the documents. Without it the current one.", "DIR"},
@@ -62,22 +69,6 @@ QList<QCommandLineOption> OptionsOf(const CommandEntry& command)
         }
     }
     return options + CommonOptions();
-}
-
-QUrl ServiceUrl(const QString& text)
-{
-    if (!text.contains("://") && !text.startsWith("file:")) {
-        return QUrl::fromLocalFile(QDir::cleanPath(QDir().absoluteFilePath(text)));
-    }
-    const QUrl url(text, QUrl::StrictMode);
-    if (!url.isValid()) {
-        throw std::invalid_argument(QStringLiteral("%1 is no address: %2").arg(text, url.errorString()).toStdString());
-    }
-    if (!url.password().isEmpty()) {
-        // Other users of the machine can read the command line.
-        throw std::invalid_argument("Leave the password out of the address; it is asked for");
-    }
-    return url;
 }
 
 int Interval(const QString& text)
@@ -119,13 +110,17 @@ Arguments ReadArguments(const CommandEntry& command, const QCommandLineParser& p
     arguments.command = command.name;
     arguments.operands = operands;
     if (parser.isSet("service")) {
-        arguments.service = ServiceUrl(parser.value("service"));
+        arguments.service = ServiceAddress(parser.value("service"), parser.value("user"));
     }
     arguments.dataFolder = QDir().absoluteFilePath(
         parser.isSet("data") ? parser.value("data")
                              : QStandardPaths::writableLocation(QStandardPaths::AppDataLocation));
     arguments.targetFolder = QDir::cleanPath(QDir().absoluteFilePath(parser.value("to")));
     arguments.tokenFile = parser.value("token-file");
+    if (parser.isSet("ca-file")) {
+        arguments.certificateFile = QDir().absoluteFilePath(parser.value("ca-file"));
+    }
+    arguments.allowPlainHttp = parser.isSet("allow-plain-http");
     if (parser.isSet("interval")) {
         arguments.interval = Interval(parser.value("interval"));
     }

@@ -10,14 +10,16 @@ namespace Norlis::Terminal {
 struct Arguments {
     QString command;
     QStringList operands;
-    QUrl service;         ///< empty: the one that was signed in to last
-    QString dataFolder;   ///< absolute
-    QString targetFolder; ///< absolute
-    QString tokenFile;    ///< empty: no file
-    int interval = 30;    ///< seconds
+    QUrl service;            ///< empty: the one that was signed in to last
+    QString dataFolder;      ///< absolute
+    QString targetFolder;    ///< absolute
+    QString tokenFile;       ///< empty: no file
+    QString certificateFile; ///< absolute; empty: no file
+    int interval = 30;       ///< seconds
     bool json = false;
     bool offline = false;
     bool asNew = false;
+    bool allowPlainHttp = false;
 };
 
 /// A command line that was read: exactly one of its members says what to do.

@@ -1,5 +1,6 @@
 #include "Command.h"
 
+#include "DoctorCommand.h"
 #include "DownloadCommand.h"
 #include "ExitStatus.h"
 #include "ListCommand.h"
@@ -16,7 +17,7 @@ namespace Norlis::Terminal {
 Command::Command(const Environment& environment)
     : arguments(environment.arguments),
       output(environment.output),
-      settings(environment.settings),
+      account(environment.arguments, environment.settings),
       interruptDescriptor(environment.interruptDescriptor)
 {
 }
@@ -52,6 +53,9 @@ std::unique_ptr<Command> MakeCommand(const Environment& environment)
     }
     if (name == "watch") {
         return std::make_unique<WatchCommand>(environment);
+    }
+    if (name == "doctor") {
+        return std::make_unique<DoctorCommand>(environment);
     }
     return std::make_unique<ListCommand>(environment);
 }

@@ -1,9 +1,8 @@
 #pragma once
 
+#include "Account.h"
 #include "Arguments.h"
 #include "Output.h"
-
-#include <host/CloudAccountSettings.h>
 
 #include <QObject>
 
@@ -38,7 +37,7 @@ signals:
 protected:
     const Arguments& arguments;
     Output& output;
-    const std::shared_ptr<Host::CloudAccountSettings> settings;
+    Account account;
     const int interruptDescriptor;
 };
 

@@ -10,14 +10,16 @@ const std::vector<CommandEntry>& CommandCatalogue()
         {"login",
          {},
          "Sign in to a cloud service and remember it",
-         "A service is a folder, given as a path or a file: address; a folder needs no token. The token of any other "
-         "service is asked for, or read from --token-file, or from standard input when that is not a terminal; it is "
-         "kept in the data folder, readable for you alone.",
-         {"token-file"},
-         {"norlis-cloud login --service ~/Cloud"}},
+         "A service is a folder, given as a path or a file: address, or a WebDAV server, given as "
+         "https://user@host/path/ with the path of the collection that holds the documents. A folder needs no "
+         "password. That of a server is asked for, or read from --token-file, or from standard input when that is not "
+         "a terminal; without a user the server is given a bearer token. Password and options are kept in the data "
+         "folder, readable for you alone, until logout.",
+         {"user", "token-file", "ca-file", "allow-plain-http"},
+         {"norlis-cloud login --service ~/Cloud", "norlis-cloud login --service https://anna@cloud.example/dav/"}},
         {"logout",
          {},
-         "Forget the token of a service",
+         "Forget the password or token of a service",
          "The stored list and all files stay.",
          {},
          {"norlis-cloud logout"}},
@@ -61,6 +63,13 @@ const std::vector<CommandEntry>& CommandCatalogue()
          "used meanwhile.",
          {"interval"},
          {"norlis-cloud watch --interval 10"}},
+        {"doctor",
+         {},
+         "Show what the cloud service is able to do",
+         "Leaves nothing behind in the cloud. The result names neither you nor the service nor documents, so it can "
+         "be shown to others.",
+         {},
+         {"norlis-cloud doctor"}},
     };
     return catalogue;
 }

@@ -59,7 +59,8 @@ void DownloadCommand::OnDownloaded(const QString& id, const QString& path)
         result["action"] = "downloaded";
         output.Json(QJsonDocument(result));
     } else {
-        output.Line("downloaded " + output.Name(path) + "  MD5 " + entry->md5Hash);
+        const QString& hash = entry->md5Hash; // not every service has one
+        output.Line("downloaded " + output.Name(path) + (hash.isEmpty() ? QString() : "  MD5 " + output.Name(hash)));
     }
 }
 

@@ -44,8 +44,9 @@ QString ExamplesText(const QStringList& examples)
 
 QString OverviewText(const QList<QCommandLineOption>& options)
 {
-    QString text = "Keeps PDF documents in a cloud: a folder, for instance on a network drive.\n\n"
-                   "Usage: norlis-cloud COMMAND [OPTION]...\n\nCommands:\n";
+    QString text =
+        Wrapped("Keeps PDF documents in a cloud: a folder, for instance on a network drive, or a WebDAV server.") +
+        "\n\nUsage: norlis-cloud COMMAND [OPTION]...\n\nCommands:\n";
     for (const auto& command : CommandCatalogue()) {
         text += "  " + PadRight(command.name + ' ' + command.operands, 22) + command.summary + '\n';
     }

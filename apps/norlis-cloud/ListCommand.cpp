@@ -61,7 +61,7 @@ QString JsonList(const std::vector<DocumentEntry>& entries)
 {
     QStringList objects;
     for (const auto& entry : entries) {
-        objects << QString::fromUtf8(QJsonDocument(JsonOf(entry)).toJson(QJsonDocument::Compact));
+        objects << JsonText(QJsonDocument(JsonOf(entry)));
     }
     return objects.isEmpty() ? QStringLiteral("[]\n") : "[\n" + objects.join(",\n") + "\n]\n";
 }
@@ -74,9 +74,9 @@ void ListCommand::Start()
 {
     if (!arguments.offline) {
         SessionCommand::Start();
-    } else if (Service().isEmpty()) {
+    } else if (account.Service().isEmpty()) {
         RefuseSignedOut();
-    } else if (OpenSession(Service())) {
+    } else if (OpenSession()) {
         Show();
     }
 }

@@ -1,6 +1,7 @@
 #include "LoginCommand.h"
 
 #include "ExitStatus.h"
+#include "ServiceAddress.h"
 #include "TokenInput.h"
 
 #include <QJsonObject>
@@ -9,18 +10,30 @@
 
 namespace Norlis::Terminal {
 
+namespace {
+
+QString QuestionFor(const QUrl& service)
+{
+    const QString user = service.userName(QUrl::FullyDecoded);
+    return user.isEmpty()
+               ? "Token for " + ServiceText(service) + ": "
+               : "Password for " + user + " at " + ServiceText(service.adjusted(QUrl::RemoveUserInfo)) + ": ";
+}
+
+} // namespace
+
 LoginCommand::LoginCommand(const Environment& environment) : SessionCommand(environment) {}
 
-QString LoginCommand::Token(const QUrl& service)
+QString LoginCommand::Token()
 {
+    const QUrl& service = account.Service();
     if (IsFolder(service)) {
-        return SessionCommand::Token(service);
+        return SessionCommand::Token();
     }
     try {
         if (!arguments.tokenFile.isEmpty()) {
             token = TokenFromFile(arguments.tokenFile);
-        } else if (const auto typed =
-                       TokenFromStandardInput("Token for " + ServiceText(service) + ": ", interruptDescriptor)) {
+        } else if (const auto typed = TokenFromStandardInput(QuestionFor(service), interruptDescriptor)) {
             token = *typed;
         } else {
             Finish(ExitStatus::interrupted);
@@ -34,12 +47,9 @@ QString LoginCommand::Token(const QUrl& service)
 
 void LoginCommand::Work()
 {
-    const QUrl service = Service();
+    const QUrl& service = account.Service();
     try {
-        if (!IsFolder(service)) {
-            settings->SetToken(service, token);
-        }
-        settings->SetServiceUrl(service);
+        account.Remember(token);
     } catch (const std::runtime_error& problem) {
         output.Error(QString::fromUtf8(problem.what()));
         Finish(ExitStatus::failure);

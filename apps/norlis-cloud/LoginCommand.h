@@ -12,7 +12,7 @@ public:
     explicit LoginCommand(const Environment& environment);
 
 protected:
-    QString Token(const QUrl& service) override;
+    QString Token() override;
     void Work() override;
 
 private:

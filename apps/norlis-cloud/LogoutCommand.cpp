@@ -1,7 +1,7 @@
 #include "LogoutCommand.h"
 
 #include "ExitStatus.h"
-#include "SessionCommand.h"
+#include "ServiceAddress.h"
 
 #include <QJsonObject>
 
@@ -11,13 +11,9 @@ LogoutCommand::LogoutCommand(const Environment& environment) : Command(environme
 
 void LogoutCommand::Start()
 {
-    const QUrl last = settings->ServiceUrl();
-    const QUrl service = arguments.service.isEmpty() ? last : arguments.service;
+    const QUrl& service = account.Service();
     if (!service.isEmpty()) {
-        settings->ForgetToken(service);
-        if (service == last) {
-            settings->SetServiceUrl({});
-        }
+        account.Forget();
     }
     if (output.IsJson()) {
         output.Json(QJsonDocument(QJsonObject{{"service", service.toString()}, {"signedIn", false}}));

@@ -91,7 +91,7 @@ void Output::Lines(const QString& text)
 
 void Output::Json(const QJsonDocument& document)
 {
-    WriteResult(document.toJson(QJsonDocument::Compact) + '\n');
+    WriteResult(JsonText(document).toUtf8() + '\n');
 }
 
 void Output::Error(const QString& text)

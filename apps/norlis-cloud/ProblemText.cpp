@@ -43,13 +43,21 @@ QString ProblemText(const Host::CloudProblem& problem, const QString& document)
     if (name.isEmpty()) {
         name = problem.subject;
     }
-    QString text = WhatFailed(problem.request).replace("%1", '"' + name + '"');
-    const QString reason = problem.cause.reason.isEmpty() ? problem.message : problem.cause.reason;
-    if (!reason.isEmpty()) {
-        text += ": " + WithoutPeriod(reason);
+    auto cause = problem.cause;
+    if (cause.reason.isEmpty()) {
+        cause.reason = problem.message;
     }
-    if (!problem.cause.advice.isEmpty()) {
-        text += ". " + WithoutPeriod(problem.cause.advice);
+    return FailureText(WhatFailed(problem.request).replace("%1", '"' + name + '"'), cause);
+}
+
+QString FailureText(const QString& what, const Social::OAuth2::Failure& cause)
+{
+    QString text = what;
+    if (!cause.reason.isEmpty()) {
+        text += ": " + WithoutPeriod(cause.reason);
+    }
+    if (!cause.advice.isEmpty()) {
+        text += ". " + WithoutPeriod(cause.advice);
     }
     return text;
 }

@@ -8,4 +8,7 @@ namespace Norlis::Terminal {
 /// \param document name to show; empty takes that which the service mentions
 QString ProblemText(const Host::CloudProblem& problem, const QString& document = {});
 
+/// The same for a request that was made without a session.
+QString FailureText(const QString& what, const Social::OAuth2::Failure& cause);
+
 } // namespace Norlis::Terminal

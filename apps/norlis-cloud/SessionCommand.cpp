@@ -10,9 +10,6 @@ namespace Norlis::Terminal {
 
 namespace {
 
-/// The library asks for a token even where the service does not.
-const auto folderToken = QStringLiteral("folder");
-
 /// A program that ends when its work is done refreshes its list when it needs it.
 class NoAutoRefresh : public PDF::Settings::ICloudAccountSettings {
 public:
@@ -35,15 +32,14 @@ SessionCommand::~SessionCommand() = default;
 
 void SessionCommand::Start()
 {
-    const QUrl service = Service();
-    if (service.isEmpty()) {
+    if (account.Service().isEmpty()) {
         RefuseSignedOut();
         return;
     }
-    if (!OpenSession(service)) { // first, as it tells whether there is such a service
+    if (!OpenSession()) { // first, as it tells whether there is such a service
         return;
     }
-    const QString token = Token(service);
+    const QString token = Token();
     if (token.isEmpty()) {
         return;
     }
@@ -65,23 +61,23 @@ void SessionCommand::OnFailed(const Host::CloudProblem& problem)
     Finish(ExitStatus::failure);
 }
 
-QString SessionCommand::Token(const QUrl& service)
+QString SessionCommand::Token()
 {
-    const QString token = IsFolder(service) ? folderToken : settings->Token(service);
+    const QString token = account.Token();
     if (token.isEmpty()) {
         RefuseSignedOut();
     }
     return token;
 }
 
-QString SessionCommand::DataFolder(const QUrl& service) const
+QString SessionCommand::DataFolder() const
 {
-    return settings->ServiceFolder(service);
+    return account.DataFolder();
 }
 
-bool SessionCommand::OpenSession(const QUrl& service)
+bool SessionCommand::OpenSession()
 {
-    const QString folder = DataFolder(service);
+    const QString folder = DataFolder();
     // The library stores pictures of documents in the folder for temporary files. They shall outlive the next cleaning
     // of that folder, and nobody else shall see them.
     const QString pictures = folder + "/pictures";
@@ -89,27 +85,28 @@ bool SessionCommand::OpenSession(const QUrl& service)
     qputenv("TMPDIR", QFile::encodeName(pictures));
 
     try {
-        Social::OAuth2::AuthInfo authInfo;
-        authInfo.serviceUrl = service;
-        session = std::make_unique<Host::CloudSession>(folder, authInfo, std::make_shared<NoAutoRefresh>());
+        session = std::make_unique<Host::CloudSession>(folder, account.AuthInfo(), std::make_shared<NoAutoRefresh>());
     } catch (const std::exception& problem) {
         output.Error(QString::fromUtf8(problem.what()));
         Finish(ExitStatus::failure);
         return false;
     }
-    connect(session.get(), &Host::CloudSession::Failed, this, [this](const Host::CloudProblem& problem) {
-        if (isSignedIn) {
-            OnFailed(problem);
-        } else {
-            SessionCommand::OnFailed(problem);
-        }
-    });
+    connect(session.get(), &Host::CloudSession::Failed, this, &SessionCommand::HandleFailure);
     return true;
 }
 
-QUrl SessionCommand::Service() const
+void SessionCommand::HandleFailure(Host::CloudProblem problem)
 {
-    return arguments.service.isEmpty() ? settings->ServiceUrl() : arguments.service;
+    const auto signInAgain = QStringLiteral("Sign in again");
+    const bool isSignedOutMeanwhile = isSignedIn && !session->IsSignedIn();
+    if (isSignedOutMeanwhile || problem.cause.advice.startsWith(signInAgain)) {
+        problem.cause.advice = signInAgain + ": " + account.LoginCommandLine();
+    }
+    if (isSignedIn) {
+        OnFailed(problem);
+    } else {
+        SessionCommand::OnFailed(problem);
+    }
 }
 
 Host::CloudSession& SessionCommand::Session()
@@ -119,9 +116,7 @@ Host::CloudSession& SessionCommand::Session()
 
 void SessionCommand::RefuseSignedOut()
 {
-    const QUrl service = Service();
-    output.Error("You are not signed in. Run: norlis-cloud login --service " +
-                 (service.isEmpty() ? "URL" : ServiceText(service)));
+    output.Error(account.SignedOutText());
     Finish(ExitStatus::failure);
 }
 
@@ -153,16 +148,6 @@ void SessionCommand::Close(int exitStatus)
         session.reset();
     }
     emit Finished(exitStatus);
-}
-
-bool IsFolder(const QUrl& service)
-{
-    return service.isLocalFile();
-}
-
-QString ServiceText(const QUrl& service)
-{
-    return IsFolder(service) ? service.toLocalFile() : service.toDisplayString();
 }
 
 } // namespace Norlis::Terminal

@@ -28,16 +28,13 @@ protected:
 
     /// The token to sign in with; empty when there is none and no reason to go on. Looks for the kept one unless
     /// overridden.
-    virtual QString Token(const QUrl& service);
+    virtual QString Token();
 
-    /// Folder for the records and pictures of a service.
-    virtual QString DataFolder(const QUrl& service) const;
+    /// Folder for the records and pictures of the service.
+    virtual QString DataFolder() const;
 
-    /// Opens the records of a service without asking the cloud. False, and Finish was called, when it failed.
-    bool OpenSession(const QUrl& service);
-
-    /// The service that the arguments or the last sign-in name; empty when there is none.
-    QUrl Service() const;
+    /// Opens the records of the service without asking the cloud. False, and Finish was called, when it failed.
+    bool OpenSession();
 
     Host::CloudSession& Session();
 
@@ -49,17 +46,12 @@ protected:
     bool IsFinishing() const;
 
 private:
+    void HandleFailure(Host::CloudProblem problem);
     void Close(int exitStatus);
 
     std::unique_ptr<Host::CloudSession> session;
     bool isSignedIn = false;
     bool isFinishing = false;
 };
-
-/// Whether a service needs no token.
-bool IsFolder(const QUrl& service);
-
-/// The service as the user knows it: a path or an address.
-QString ServiceText(const QUrl& service);
 
 } // namespace Norlis::Terminal

@@ -46,6 +46,17 @@ QString Printable(const QString& text)
     return printable;
 }
 
+QString JsonText(const QJsonDocument& document)
+{
+    QString text;
+    for (const QChar character : QString::fromUtf8(document.toJson(QJsonDocument::Compact))) {
+        text += IsObeyedByTerminals(character)
+                    ? QStringLiteral("\\u%1").arg(character.unicode(), 4, 16, QLatin1Char('0'))
+                    : QString(character);
+    }
+    return text;
+}
+
 int DisplayWidth(const QString& text)
 {
     int width = 0;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QJsonDocument>
 #include <QString>
 
 namespace Norlis::Terminal {
@@ -7,6 +8,9 @@ namespace Norlis::Terminal {
 /// The text on one line, without characters that move the cursor, switch the terminal's state or turn the direction of
 /// writing: a document's name comes from elsewhere and is shown, never obeyed.
 QString Printable(const QString& text);
+
+/// The document on one line. Characters that Printable replaces are written as escapes, which means the same.
+QString JsonText(const QJsonDocument& document);
 
 /// Columns that a text takes on a terminal.
 int DisplayWidth(const QString& text);

@@ -2,6 +2,7 @@
 
 #include <QFile>
 
+#include <algorithm>
 #include <stdexcept>
 
 #include <poll.h>
@@ -48,12 +49,18 @@ QString Checked(QByteArray bytes)
         bytes.chop(1);
     }
     if (bytes.isEmpty()) {
-        throw std::runtime_error("There is no token to sign in with");
+        throw std::runtime_error("There is no password or token to sign in with");
     }
     if (bytes.size() > longestToken) {
-        throw std::runtime_error("That is too long for a token");
+        throw std::runtime_error("That is too long for a password or token");
     }
-    return QString::fromUtf8(bytes);
+    const QString token = QString::fromUtf8(bytes);
+    const bool isAnyControl = std::any_of(token.begin(), token.end(),
+                                          [](QChar character) { return character.category() == QChar::Other_Control; });
+    if (isAnyControl) { // most likely it is another file; besides, HTTP could not carry it
+        throw std::runtime_error("There are several lines or control characters where the password or token should be");
+    }
+    return token;
 }
 
 /// Everything up to the end of the input or, on a terminal, of the line. Nothing when interrupted.

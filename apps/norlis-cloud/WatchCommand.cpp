@@ -12,9 +12,9 @@ namespace Norlis::Terminal {
 
 WatchCommand::WatchCommand(const Environment& environment) : SessionCommand(environment) {}
 
-QString WatchCommand::DataFolder(const QUrl& service) const
+QString WatchCommand::DataFolder() const
 {
-    return SessionCommand::DataFolder(service) + "/watch";
+    return SessionCommand::DataFolder() + "/watch";
 }
 
 void WatchCommand::Work()
@@ -35,7 +35,11 @@ void WatchCommand::Work()
 void WatchCommand::OnFailed(const Host::CloudProblem& problem)
 {
     output.Error(ProblemText(problem));
-    WaitForNextLook();
+    if (Session().IsSignedIn()) {
+        WaitForNextLook();
+    } else {
+        Finish(ExitStatus::failure); // no look would see anything
+    }
 }
 
 void WatchCommand::Show(const QStringList& added, const QStringList& changed, const QStringList& removed)

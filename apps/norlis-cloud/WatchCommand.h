@@ -16,7 +16,7 @@ public:
 
 protected:
     /// The records are locked while a session is open: the watch has its own, so that it keeps nobody from working.
-    QString DataFolder(const QUrl& service) const override;
+    QString DataFolder() const override;
 
     void Work() override;
     void OnFailed(const Host::CloudProblem& problem) override;

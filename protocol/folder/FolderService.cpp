@@ -1,6 +1,7 @@
 #include "FolderService.h"
 
 #include "../DocumentNames.h"
+#include "../LocalTarget.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -61,6 +62,11 @@ Reply FolderService::Handle(const Request::SignIn&)
     return {};
 }
 
+Reply FolderService::Handle(const Request::SignOut&)
+{
+    return {};
+}
+
 Reply FolderService::Handle(const Request::UserName&)
 {
     return {Success, qEnvironmentVariable("USER", QFileInfo(authInfo.serviceUrl.toLocalFile()).owner()), {}};
@@ -114,6 +120,12 @@ Reply FolderService::Handle(const Request::Quota&)
     return {Success, QuotaByApplication{{applicationId, value}}, {}};
 }
 
+Reply FolderService::Handle(const Request::Examination&)
+{
+    const QString reason = store.WhyUnusable();
+    return {Success, ServiceTraits{{"service", "folder"}, {"usable", reason.isEmpty() ? "yes" : "no"}}, {}};
+}
+
 void FolderService::Begin(qint64 id, const Request::List&)
 {
     AddJob(lists, id, std::make_unique<ListJob>(store));
@@ -141,23 +153,16 @@ void FolderService::Begin(qint64 id, const Request::Download& request)
         listener.reply(id, NoSuchDocument(what));
         return;
     }
-    const QFileInfo target(request.localPath);
-    const QString badName = WhyNoName(target.fileName());
-    if (!badName.isEmpty()) {
-        listener.reply(id,
-                       Failed(what, document->name, QStringLiteral("The name of the file to write %1").arg(badName)));
-        return;
-    }
-    if (target.exists() && !target.isFile()) { // a device would be replaced just like a file
-        listener.reply(id, Failed(what, document->name, QStringLiteral("%1 is not a file").arg(request.localPath),
-                                  "Choose another folder to download to."));
+    const TargetProblem problem = WhyNoTarget(request.localPath);
+    if (!problem.reason.isEmpty()) {
+        listener.reply(id, Failed(what, document->name, problem.reason, problem.advice));
         return;
     }
     CopyJob::Task task;
     task.what = what;
     task.document = document->name;
     task.source = document->path;
-    task.temporaryFolder = target.path();
+    task.temporaryFolder = QFileInfo(request.localPath).path();
     task.expectedMd5 = store.KnownHash(*document);
     task.publish = [this, request, document = *document, what](AtomicFile& copy, const FileReader& source) {
         bool isWritten = false;

@@ -30,6 +30,7 @@ private:
 
     Reply NoSuchDocument(const QString& what);
     Reply Handle(const Request::SignIn& request);
+    Reply Handle(const Request::SignOut& request);
     Reply Handle(const Request::UserName& request);
     Reply Handle(const Request::UserPage& request);
     Reply Handle(const Request::UserPictureAddress& request);
@@ -37,6 +38,7 @@ private:
     Reply Handle(const Request::Info& request);
     Reply Handle(const Request::Remove& request);
     Reply Handle(const Request::Quota& request);
+    Reply Handle(const Request::Examination& request);
 
     void Begin(qint64 id, const Request::List& request);
     void Begin(qint64 id, const Request::Download& request);

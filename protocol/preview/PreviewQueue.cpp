@@ -10,16 +10,24 @@ namespace {
 
 constexpr int mostOpenRequests = 1'000'000;
 constexpr int mostUnrenderable = 10'000;
+constexpr std::size_t mostFetches = 2; // at once
 
 QString VersionKey(const PreviewQueue::Subject& subject)
 {
     return subject.document + '/' + subject.version;
 }
 
+bool IsFetched(const PreviewQueue::Subject& subject)
+{
+    return subject.path.isEmpty();
+}
+
 } // namespace
 
-PreviewQueue::PreviewQueue(const QString& cacheFolder, std::function<void(qint64, Reply)> reply, const QString& program)
+PreviewQueue::PreviewQueue(const QString& cacheFolder, std::function<void(qint64, Reply)> reply, const QString& program,
+                           Fetch fetch)
     : reply(std::move(reply)),
+      fetch(std::move(fetch)),
       cache(cacheFolder)
 {
     const int processes = std::clamp(QThread::idealThreadCount(), 1, 4);
@@ -50,57 +58,128 @@ void PreviewQueue::Add(qint64 id, const Subject& subject, const QSize& box)
 
 void PreviewQueue::Cancel(qint64 id)
 {
-    open.remove(id); // the rest of it is dropped when its turn comes
+    if (!open.remove(id)) { // what waits is dropped when its turn comes
+        return;
+    }
+    for (auto each = fetches.begin(); each != fetches.end();) {
+        each = IsStillWanted(each->second.waiting) ? std::next(each) : fetches.erase(each);
+    }
+    nextTimer.start();
+}
+
+RendererProcess* PreviewQueue::IdleRenderer() const
+{
+    const auto idle = std::find_if(renderers.begin(), renderers.end(), [](const auto& each) { return each->IsIdle(); });
+    return idle == renderers.end() ? nullptr : idle->get();
 }
 
 void PreviewQueue::Next()
 {
-    const auto idle = std::find_if(renderers.begin(), renderers.end(), [](const auto& each) { return each->IsIdle(); });
-    if (order.empty() || idle == renderers.end()) {
+    RendererProcess* const renderer = IdleRenderer();
+    if (!fetched.empty() && renderer) {
+        Waiting next = std::move(fetched.front());
+        fetched.pop_front();
+        if (IsStillWanted(next)) {
+            Render(*renderer, std::move(next));
+        }
+        return;
+    }
+    // Files that are fetched and wait for a renderer take room on the disk.
+    const bool canFetch = fetches.size() + fetched.size() < mostFetches;
+    const bool canGoOn = !order.empty() && (IsFetched(waiting[order.front()].subject) ? canFetch : renderer != nullptr);
+    if (!canGoOn) {
         nextTimer.stop(); // until there is something to do, and somebody to do it
         return;
     }
     Waiting next = waiting.take(order.front());
     order.pop_front();
+    if (!IsStillWanted(next) || AnswerFromMemory(next)) {
+        return;
+    }
+    if (IsFetched(next.subject)) {
+        StartFetch(std::move(next));
+    } else {
+        Render(*renderer, std::move(next));
+    }
+}
+
+bool PreviewQueue::IsStillWanted(Waiting& next) const
+{
     next.wanted.erase(std::remove_if(next.wanted.begin(), next.wanted.end(),
                                      [this](const Wanted& wanted) { return !open.contains(wanted.id); }),
                       next.wanted.end());
-    if (next.wanted.empty()) {
-        return;
+    next.largestBox = {};
+    for (const Wanted& wanted : next.wanted) {
+        next.largestBox = next.largestBox.expandedTo(wanted.box);
     }
+    return !next.wanted.empty();
+}
+
+bool PreviewQueue::AnswerFromMemory(Waiting& next)
+{
     const auto reason = unrenderable.constFind(VersionKey(next.subject));
     if (reason != unrenderable.constEnd()) {
         AnswerWithReason(next, *reason);
-    } else {
-        Render(**idle, std::move(next));
+        return true;
     }
+    if (const auto kept = cache.Find(next.subject.document, next.subject.version, next.largestBox)) {
+        AnswerWithPicture(next, *kept);
+        return true;
+    }
+    return false;
+}
+
+void PreviewQueue::StartFetch(Waiting next)
+{
+    const int number = ++lastFetch;
+    Fetching& fetching = fetches[number];
+    fetching.waiting = std::move(next);
+    fetching.fetch = fetch(fetching.waiting.subject, fetching.waiting.largestBox,
+                           [this, number](Fetched&& result) { OnFetched(number, std::move(result)); });
+}
+
+void PreviewQueue::OnFetched(int number, Fetched&& result)
+{
+    const auto found = fetches.find(number);
+    Fetching fetching = std::move(found->second); // it goes when this is done
+    fetches.erase(found);
+    nextTimer.start();
+    Waiting& next = fetching.waiting;
+    if (!result.image.isNull()) {
+        Keep(next, result.image, {});
+        return;
+    }
+    if (result.path.isEmpty()) {
+        AnswerWithReason(next, result.reason, result.isSignedOut); // the next try may succeed
+        return;
+    }
+    next.subject.path = result.path;
+    next.file = std::move(result.file);
+    fetched.push_back(std::move(next));
 }
 
 void PreviewQueue::Render(RendererProcess& renderer, Waiting next)
 {
-    QSize largestBox;
-    for (const Wanted& wanted : next.wanted) {
-        largestBox = largestBox.expandedTo(wanted.box);
-    }
-    if (const auto kept = cache.Find(next.subject.document, next.subject.version, largestBox)) {
-        AnswerWithPicture(next, *kept);
+    const QString path = next.subject.path;
+    const QSize box = next.largestBox;
+    renderer.Render(path, box, [this, next = std::move(next)](const QImage& image, const QString& why) {
+        nextTimer.start();
+        Keep(next, image, why);
+    });
+}
+
+void PreviewQueue::Keep(const Waiting& done, const QImage& image, const QString& reason)
+{
+    if (!image.isNull()) {
+        cache.Store(done.subject.document, done.subject.version, done.largestBox, image);
+        AnswerWithPicture(done, image);
         return;
     }
-    const QString path = next.subject.path;
-    renderer.Render(path, largestBox,
-                    [this, next = std::move(next), largestBox](const QImage& image, const QString& why) {
-                        nextTimer.start();
-                        if (image.isNull()) {
-                            if (unrenderable.size() >= mostUnrenderable) {
-                                unrenderable.clear();
-                            }
-                            unrenderable.insert(VersionKey(next.subject), why);
-                            AnswerWithReason(next, why);
-                        } else {
-                            cache.Store(next.subject.document, next.subject.version, largestBox, image);
-                            AnswerWithPicture(next, image);
-                        }
-                    });
+    if (unrenderable.size() >= mostUnrenderable) {
+        unrenderable.clear();
+    }
+    unrenderable.insert(VersionKey(done.subject), reason);
+    AnswerWithReason(done, reason);
 }
 
 void PreviewQueue::AnswerWithPicture(const Waiting& answered, const QImage& image)
@@ -115,11 +194,13 @@ void PreviewQueue::AnswerWithPicture(const Waiting& answered, const QImage& imag
     }
 }
 
-void PreviewQueue::AnswerWithReason(const Waiting& answered, const QString& reason)
+void PreviewQueue::AnswerWithReason(const Waiting& answered, const QString& reason, bool isSignedOut)
 {
+    Reply failure = Failed("Fetching a preview", answered.subject.name, reason, isSignedOut ? "Sign in again." : "");
+    failure.isSignedOut = isSignedOut;
     for (const Wanted& wanted : answered.wanted) {
         if (Take(wanted.id)) {
-            reply(wanted.id, Failed("Fetching a preview", answered.subject.name, reason));
+            reply(wanted.id, failure);
         }
     }
 }

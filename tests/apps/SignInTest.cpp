@@ -60,12 +60,12 @@ TEST_F(SignInTest, FailedLoginKeepsTheServiceThatWasThere)
     EXPECT_EQ(Run({"list"}).exitStatus, 0);
 }
 
-TEST_F(SignInTest, UnknownKindOfServiceIsReported)
+TEST_F(SignInTest, UnreadableCertificateFileIsReportedBeforeThePasswordIsAskedFor)
 {
-    const Outcome outcome = Run({"login", "--service", "gopher://cloud.example/"});
+    const Outcome outcome = Run({"login", "--service", "https://anna@cloud.example/", "--ca-file", "nowhere.pem"});
     EXPECT_EQ(outcome.exitStatus, 1);
     EXPECT_EQ(outcome.ErrorLines().size(), 1);
-    EXPECT_TRUE(outcome.errors.contains("gopher://cloud.example")) << outcome.errors.toStdString();
+    EXPECT_TRUE(outcome.errors.contains(Home() + "/nowhere.pem")) << outcome.errors.toStdString();
 }
 
 TEST_F(SignInTest, LogoutForgetsTheService)

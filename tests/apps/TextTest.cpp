@@ -1,5 +1,7 @@
 #include <Text.h>
 
+#include <QJsonObject>
+
 #include <clocale>
 
 #include <gtest/gtest.h>
@@ -28,6 +30,15 @@ TEST_F(TextTest, OtherCharactersStay)
 {
     const auto text = QStringLiteral("Résumé – 年報 🚢 \"5%\" ערב.pdf");
     EXPECT_EQ(Printable(text), text);
+}
+
+TEST_F(TextTest, JsonHasEscapesInThePlaceOfCharactersThatTerminalsObey)
+{
+    const QJsonObject object{{"name", QStringLiteral("a\u009b2J\x1b\u202eb\x7f – 年報 🚢 \"\\.pdf")}};
+    const QString text = JsonText(QJsonDocument(object));
+    EXPECT_EQ(Printable(text), text);
+    EXPECT_TRUE(text.contains(QStringLiteral("– 年報 🚢"))) << text.toStdString();
+    EXPECT_EQ(QJsonDocument::fromJson(text.toUtf8()).object(), object);
 }
 
 TEST_F(TextTest, WideAndCombiningCharactersAreCounted)

@@ -96,6 +96,14 @@ TEST_F(TokenInputTest, OversizedTokenIsRefused)
     EXPECT_THROW(FromInput(QByteArray(100'000, 'x')), std::runtime_error);
 }
 
+TEST_F(TokenInputTest, SeveralLinesAndControlCharactersAreRefused)
+{
+    for (const QByteArray content : {"abc\ndef\n", "abc\r\nX: y", "\x1b[A", "a\tb"}) {
+        EXPECT_THROW(TokenFromFile(FileWith(content)), std::runtime_error) << content.toStdString();
+        EXPECT_THROW(FromInput(content), std::runtime_error) << content.toStdString();
+    }
+}
+
 TEST_F(TokenInputTest, MissingFileIsNamed)
 {
     try {

@@ -172,6 +172,43 @@ TEST_F(CloudAccountSettingsTest, SpellingsOfOneServiceShareTheirToken)
     EXPECT_EQ(settings.Token(QUrl("file:///srv/cloud")), "local");
 }
 
+TEST_F(CloudAccountSettingsTest, WayToAServiceSurvivesARestart)
+{
+    const QString file = "/etc/ssl/Zoë's, own; \"authority\".pem";
+    CloudAccountSettings(folder).SetAccess(service, {file, true});
+    const auto access = CloudAccountSettings(folder).Access(QUrl("HTTPS://Cloud.Example:443/dav/"));
+    EXPECT_EQ(access.certificateFile, file);
+    EXPECT_TRUE(access.allowPlainHttp);
+}
+
+TEST_F(CloudAccountSettingsTest, EachServiceHasItsOwnWay)
+{
+    CloudAccountSettings settings(folder);
+    const QUrl hers("https://zoe@cloud.example/dav");
+    settings.SetAccess(service, {"/a.pem", false});
+    settings.SetAccess(hers, {{}, true});
+    EXPECT_EQ(settings.Access(service).certificateFile, "/a.pem");
+    EXPECT_FALSE(settings.Access(service).allowPlainHttp);
+    EXPECT_EQ(settings.Access(hers).certificateFile, "");
+    EXPECT_TRUE(settings.Access(hers).allowPlainHttp);
+
+    settings.SetAccess(service, {});
+    EXPECT_EQ(settings.Access(service).certificateFile, "");
+    EXPECT_TRUE(settings.Access(hers).allowPlainHttp);
+}
+
+TEST_F(CloudAccountSettingsTest, UnencryptedConnectionsAreAllowedByTheWordAlone)
+{
+    CloudAccountSettings(folder).SetAccess(service, {{}, true});
+    const QByteArray stored = ContentOf(folder + "/settings.ini");
+    for (const QByteArray value : {"perhaps", "1", "", "@Invalid()"}) {
+        QByteArray changed = stored;
+        ASSERT_TRUE(changed.contains("plainHttp=true"));
+        WriteSettings(changed.replace("plainHttp=true", "plainHttp=" + value));
+        EXPECT_FALSE(CloudAccountSettings(folder).Access(service).allowPlainHttp) << value.constData();
+    }
+}
+
 TEST_F(CloudAccountSettingsTest, EmptyTokenIsNone)
 {
     CloudAccountSettings settings(folder);

@@ -112,7 +112,7 @@ TEST_P(CallbackTest, NothingIsAnsweredAfterCancellation)
 TEST_P(CallbackTest, NothingIsAnsweredAfterDestruction)
 {
     for (int turns = 0; turns < 4; ++turns) {
-        Client other(cloud->Settings());
+        Client other(cloud->Settings(), cloud->Token());
         ASSERT_TRUE(other.SignIn());
         const auto list = other.List();
         const auto upload = other.Upload(Local("new.pdf"));
@@ -143,7 +143,7 @@ TEST_P(CallbackTest, CancellingWhatIsOverOrNeverWasIsIgnored)
 
 TEST_P(CallbackTest, ACallbackMayStartAndCancelRequests)
 {
-    WriteSparseFile(Local("large.pdf"), 256 * 1024 * 1024);
+    WriteSparseFile(Local("large.pdf"), Large(256 * 1024 * 1024));
     const auto upload = client.Upload(Local("large.pdf"));
     const auto first = client.Info(id);
     AnswerPtr<CloudFile> second;

@@ -1,5 +1,6 @@
 #include "Client.h"
 
+#include <QLoggingCategory>
 #include <QPixmap>
 
 #include <gtest/gtest.h>
@@ -7,6 +8,9 @@
 namespace Norlis::Test {
 
 namespace {
+
+/// What a user reads; for programs that look at all of it.
+Q_LOGGING_CATEGORY(failureLog, "norlis.test.failure", QtInfoMsg)
 
 /// The completion callback that writes to an answer.
 template <typename Payload>
@@ -44,9 +48,10 @@ auto ProgressInto(const AnswerPtr<Payload>& answer, Client* client)
 
 } // namespace
 
-Client::Client(Social::OAuth2::AuthInfo authInfo)
+Client::Client(Social::OAuth2::AuthInfo authInfo, QString token) : token(std::move(token))
 {
     authInfo.onFailure = [this](const Social::OAuth2::Failure& failure) {
+        qCDebug(failureLog).noquote() << failure.what << failure.document << failure.reason << failure.advice;
         failures.push_back(failure);
         journal.push_back("failure " + std::to_string(failure.operation));
         if (onFailure) {
@@ -73,10 +78,15 @@ bool Client::SignIn()
     return Authorize()->Succeeds() && protocol->loggedIn();
 }
 
-AnswerPtr<> Client::Authorize(const QString& token)
+AnswerPtr<> Client::Authorize()
+{
+    return Authorize(token);
+}
+
+AnswerPtr<> Client::Authorize(const QString& otherToken)
 {
     return Start<NoPayload>([&](const AnswerPtr<>& answer) {
-        return protocol->auth({{NorlisCloudProtocol::SSO_TOKEN, token},
+        return protocol->auth({{NorlisCloudProtocol::SSO_TOKEN, otherToken},
                                {NorlisCloudProtocol::APP_ID_ON_CLOUD, "pdf"},
                                {NorlisCloudProtocol::API_VERSION, "2"}},
                               DoneInto(answer, this, &isInsideACall));
@@ -167,6 +177,14 @@ AnswerPtr<QPixmap> Client::Preview(const QString& id, const QSize& box)
                                           {NorlisCloudProtocol::FILE_PREVIEW_WIDTH, QString::number(box.width())},
                                           {NorlisCloudProtocol::FILE_PREVIEW_HEIGHT, QString::number(box.height())}},
                                          DoneInto(answer, this, &isInsideACall));
+    });
+}
+
+AnswerPtr<NorlisCloudProtocol::ServiceTraits> Client::Examine()
+{
+    using Traits = NorlisCloudProtocol::ServiceTraits;
+    return Start<Traits>([&](const AnswerPtr<Traits>& answer) {
+        return protocol->examineService(DoneInto(answer, this, &isInsideACall));
     });
 }
 

@@ -57,13 +57,15 @@ using AnswerPtr = std::shared_ptr<Answer<Payload>>;
 /// A user of the protocol object: starts requests and keeps what they bring.
 class Client {
 public:
-    explicit Client(Social::OAuth2::AuthInfo authInfo);
+    /// \param token with which SignIn and Authorize sign in
+    explicit Client(Social::OAuth2::AuthInfo authInfo, QString token = "token");
     ~Client();
 
     /// Signs in and waits for it.
     bool SignIn();
 
-    AnswerPtr<> Authorize(const QString& token = "token");
+    AnswerPtr<> Authorize();
+    AnswerPtr<> Authorize(const QString& otherToken);
     AnswerPtr<QString> UserName();
     AnswerPtr<QUrl> UserProfile();
     AnswerPtr<QString> UserPicAddress();
@@ -76,6 +78,7 @@ public:
                                                        const QString& md5 = {});
     AnswerPtr<QuotaMap> Quota();
     AnswerPtr<QPixmap> Preview(const QString& id, const QSize& box);
+    AnswerPtr<NorlisCloudProtocol::ServiceTraits> Examine();
 
     void Cancel(qint64 id);
 
@@ -100,6 +103,7 @@ private:
     template <typename Payload, typename Call>
     AnswerPtr<Payload> Start(Call call);
 
+    const QString token;
     std::unique_ptr<NorlisCloudProtocol> protocol;
     bool isInsideACall = false;
 };

@@ -10,6 +10,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace Norlis::Test {
 
@@ -21,6 +22,9 @@ public:
 
     /// With which a protocol object is constructed that uses the cloud.
     virtual Social::OAuth2::AuthInfo Settings() = 0;
+
+    /// With which one signs in to it.
+    virtual QString Token();
 
     virtual void Put(const QString& name, const QByteArray& content) = 0;
 
@@ -36,6 +40,46 @@ public:
     /// Makes the cloud unreachable; Restore ends that.
     virtual void Withdraw() = 0;
     virtual void Restore() = 0;
+
+    // What clouds differ in, and may.
+
+    /// Lists the hash of what somebody else has put there.
+    virtual bool HashesForeignDocuments() const;
+
+    /// Lists the hash of what was uploaded, to everybody.
+    virtual bool KeepsHashes() const;
+
+    virtual bool TellsCreation() const;
+
+    /// What the figures of the quota are about; of Nothing they are unknown.
+    enum class QuotaOf { Documents, Disk, Nothing };
+    virtual QuotaOf CountsInQuota() const;
+
+    virtual bool ListsNamesThatBeginWithADot() const;
+
+    /// Lists names with control characters, and as they are.
+    virtual bool ListsControlCharacters() const;
+
+    /// Says of a document that somebody else has taken away that its removal succeeded.
+    virtual bool TakesRemovalTwice() const;
+
+    /// Begins a download again when the document changes meanwhile, instead of giving it up.
+    virtual bool FetchesChangedDocumentsAnew() const;
+
+    /// Notices that a document has other content without being asked for a list.
+    virtual bool SeesChangesByItself() const;
+
+    /// When a client's destruction is over, nothing changes any more.
+    virtual bool IsQuietAfterDestruction() const;
+
+    /// How many documents it lists quickly enough for a test.
+    virtual int ManyDocuments() const;
+
+    /// The most bytes that a document is sent with when a test needs a transfer that takes its time.
+    virtual qint64 LargeSize() const;
+
+    /// What it has to say about a test that failed.
+    virtual QByteArray Log() const;
 };
 
 struct KindOfCloud {
@@ -43,6 +87,7 @@ struct KindOfCloud {
     std::function<std::unique_ptr<CloudUnderTest>()> make;
 };
 
-KindOfCloud FolderCloud();
+/// The kinds that a test program tests.
+std::vector<KindOfCloud> KindsOfClouds();
 
 } // namespace Norlis::Test

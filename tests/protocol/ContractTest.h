@@ -9,6 +9,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <iostream>
 #include <ostream>
 
 namespace Norlis::Test {
@@ -17,7 +19,20 @@ namespace Norlis::Test {
 /// kind of cloud is tested over this.
 class ContractTest : public testing::TestWithParam<KindOfCloud> {
 protected:
-    ContractTest() : cloud(GetParam().make()), client(cloud->Settings()) {}
+    ContractTest() : cloud(GetParam().make()), client(cloud->Settings(), cloud->Token()) {}
+
+    void TearDown() override
+    {
+        if (HasFailure()) {
+            const std::size_t count = client.failures.size();
+            for (std::size_t index = count > 20 ? count - 20 : 0; index < count; ++index) {
+                const Social::OAuth2::Failure& failure = client.failures[index];
+                std::cerr << qPrintable(failure.what) << ' ' << qPrintable(failure.document) << ": "
+                          << qPrintable(failure.reason) << '\n';
+            }
+            std::cerr << cloud->Log().constData();
+        }
+    }
 
     QString Local(const QString& name) const
     {
@@ -38,6 +53,34 @@ protected:
         QCoreApplication::processEvents();
     }
 
+    /// How large a file is to be so that its transfer takes its time.
+    qint64 Large(qint64 size) const
+    {
+        return std::min(size, cloud->LargeSize());
+    }
+
+    /// What is listed as the hash of a document that somebody else has put there.
+    QString ForeignHash(const QByteArray& content) const
+    {
+        return cloud->HashesForeignDocuments() ? Md5Of(content) : QString();
+    }
+
+    /// What is listed as the hash of a document that the client has uploaded: the right one, or none where it depends
+    /// on what the client itself remembers.
+    testing::Matcher<QString> IsHashOfUpload(const QByteArray& content) const
+    {
+        return testing::AnyOf(Md5Of(content), cloud->KeepsHashes() ? Md5Of(content) : QString());
+    }
+
+    /// After the client's destruction.
+    void ExpectNothingIsLeft() const
+    {
+        if (!cloud->IsQuietAfterDestruction()) {
+            EXPECT_TRUE(WaitUntil([&] { return cloud->Content().isEmpty(); }));
+        }
+        EXPECT_EQ(cloud->Content(), QStringList());
+    }
+
     std::unique_ptr<CloudUnderTest> cloud;
     Client client;
     QTemporaryDir folder;
@@ -52,9 +95,9 @@ protected:
     }
 };
 
-/// Runs the tests of a fixture over every kind of cloud.
+/// Runs the tests of a fixture over every kind of cloud that the program tests.
 #define NORLIS_FOR_EVERY_CLOUD(Fixture)                                                                                \
-    INSTANTIATE_TEST_SUITE_P(Clouds, Fixture, testing::Values(Norlis::Test::FolderCloud()),                            \
+    INSTANTIATE_TEST_SUITE_P(Clouds, Fixture, testing::ValuesIn(Norlis::Test::KindsOfClouds()),                        \
                              [](const auto& info) { return info.param.name; })
 
 } // namespace Norlis::Test

@@ -120,7 +120,7 @@ TEST_P(FailureTest, TheObjectMayBeDestroyedInsideAProgressCallback)
     QCoreApplication::processEvents();
     EXPECT_EQ(answer->count, 0);
     EXPECT_EQ(answer->percents.size(), 1U);
-    EXPECT_THAT(cloud->Content(), IsEmpty());
+    ExpectNothingIsLeft();
 }
 
 TEST_P(FailureTest, TheObserverMayCancelTheRequestThatFailed)

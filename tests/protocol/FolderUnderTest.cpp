@@ -7,11 +7,6 @@
 
 namespace Norlis::Test {
 
-KindOfCloud FolderCloud()
-{
-    return {"Folder", [] { return std::make_unique<FolderUnderTest>(); }};
-}
-
 FolderUnderTest::FolderUnderTest()
 {
     MakeFolder(Folder());

@@ -58,6 +58,7 @@ TEST_P(SignInTest, TheSignInThatFollowsALogoutCounts)
     client.Protocol()->logout();
     const auto second = client.Authorize();
     EXPECT_TRUE(second->Succeeds());
+    ASSERT_TRUE(WaitUntil([&] { return first->Came(); }));
     EXPECT_EQ(first->result, Social::Canceled);
     EXPECT_TRUE(client.Protocol()->loggedIn());
 }

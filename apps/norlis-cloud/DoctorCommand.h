@@ -1,0 +1,31 @@
+#pragma once
+
+#include "Command.h"
+
+#include <contracts/NorlisCloudProtocol.h>
+
+#include <memory>
+
+namespace Norlis::Terminal {
+
+/// Shows what the service is able to do. Works without the records, so other commands can run meanwhile.
+class DoctorCommand : public Command {
+    Q_OBJECT
+
+public:
+    explicit DoctorCommand(const Environment& environment);
+    ~DoctorCommand() override;
+
+    void Start() override;
+
+private:
+    void SignIn(const QString& token);
+    void Examine();
+    void Show(const Social::NorlisCloudProtocol::ServiceTraits& traits);
+    void Fail(const QString& text);
+
+    Social::OAuth2::Failure cause; ///< why the last request failed
+    std::unique_ptr<Social::NorlisCloudProtocol> protocol;
+};
+
+} // namespace Norlis::Terminal

@@ -1,0 +1,111 @@
+#include "ServiceAddress.h"
+
+#include <QDir>
+#include <QRegularExpression>
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace Norlis::Terminal {
+
+namespace {
+
+std::invalid_argument Refusal(const QString& text)
+{
+    return std::invalid_argument(text.toStdString());
+}
+
+/// Whether the text is meant as an address. Paths may have colons too, so only schemes that people try count alone.
+bool IsAddress(const QString& text)
+{
+    static const QRegularExpression beginning("^([a-z][a-z0-9+.-]*://|(file|https?|davs?|webdavs?|ftps?|sftp):)",
+                                              QRegularExpression::CaseInsensitiveOption);
+    return text.contains(beginning);
+}
+
+QUrl Parsed(const QString& text)
+{
+    const QUrl url(text, QUrl::StrictMode);
+    if (!url.isValid()) {
+        // Behind the semicolon it repeats the address, which may have a password in it.
+        throw Refusal("The address is not well-formed: " + url.errorString().section(';', 0, 0));
+    }
+    if (!url.password().isEmpty()) {
+        // Other users of the machine can read the command line.
+        throw Refusal("Leave the password out of the address; it is asked for");
+    }
+    if (url.hasQuery() || url.hasFragment()) {
+        throw Refusal("The address of a service ends with its path. Write %3F for a \"?\" and %23 for a \"#\" in it");
+    }
+    return url;
+}
+
+/// A user for the address of a server. RFC 7617 keeps some characters out.
+void CheckUser(const QString& user)
+{
+    const bool isAnyForbidden = std::any_of(user.begin(), user.end(), [](QChar character) {
+        return character == ':' || character.category() == QChar::Other_Control;
+    });
+    if (isAnyForbidden) {
+        throw Refusal("The name of a user can have no colons and no control characters in it");
+    }
+}
+
+QUrl ServerAddress(QUrl url, const QString& user)
+{
+    if (url.host().isEmpty()) {
+        throw Refusal("The address names no server; it looks like https://user@host/path/");
+    }
+    const QString userInAddress = url.userName(QUrl::FullyDecoded);
+    if (!user.isEmpty() && !userInAddress.isEmpty() && user != userInAddress) {
+        throw Refusal("The address and --user name different users");
+    }
+    const QString either = user.isEmpty() ? userInAddress : user;
+    CheckUser(either);
+    url.setUserInfo({});
+    if (!either.isEmpty()) {
+        url.setUserName(either, QUrl::DecodedMode);
+    }
+    if (url.port() == (url.scheme() == "https" ? 443 : 80)) {
+        url.setPort(-1);
+    }
+    url = url.adjusted(QUrl::NormalizePathSegments);
+    QString path = url.path(QUrl::FullyEncoded);
+    while (path.endsWith('/')) {
+        path.chop(1);
+    }
+    url.setPath(path + '/', QUrl::StrictMode);
+    return url;
+}
+
+} // namespace
+
+QUrl ServiceAddress(const QString& text, const QString& user)
+{
+    const QUrl url =
+        IsAddress(text) ? Parsed(text) : QUrl::fromLocalFile(QDir::cleanPath(QDir().absoluteFilePath(text)));
+    if (url.scheme() == "https" || url.scheme() == "http") {
+        return ServerAddress(url, user);
+    }
+    if (!IsFolder(url)) {
+        throw Refusal(
+            '"' + url.scheme() +
+            ":\" is no kind of service that there is. Use https: for a WebDAV server, or the path of a folder");
+    }
+    if (!user.isEmpty()) {
+        throw Refusal("--user is for servers; a folder asks for nobody's name");
+    }
+    return url;
+}
+
+bool IsFolder(const QUrl& service)
+{
+    return service.isLocalFile();
+}
+
+QString ServiceText(const QUrl& service)
+{
+    return IsFolder(service) ? service.toLocalFile() : service.toDisplayString();
+}
+
+} // namespace Norlis::Terminal

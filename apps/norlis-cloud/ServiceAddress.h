@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QString>
+#include <QUrl>
+
+namespace Norlis::Terminal {
+
+/// The service that the user names: a folder by its path, a folder or a WebDAV server by its address. The address comes
+/// in the form in which it is remembered, whose path ends in a slash.
+/// \param user who signs in to the server; empty leaves it to the address
+/// Throws std::invalid_argument with a text for the user. It repeats no password.
+QUrl ServiceAddress(const QString& text, const QString& user = {});
+
+/// Whether a service needs no token.
+bool IsFolder(const QUrl& service);
+
+/// The service as the user knows it: a path or an address.
+QString ServiceText(const QUrl& service);
+
+} // namespace Norlis::Terminal

@@ -1,0 +1,317 @@
+#include "CurlExchange.h"
+
+#include <algorithm>
+
+namespace Norlis::Social {
+
+namespace {
+
+constexpr int longestKeptBody = 1024 * 1024; // bytes; of answers that are read as a whole
+constexpr long longestConnecting = 20'000;   // milliseconds
+constexpr long bufferSize = 512 * 1024;      // bytes; large transfers pass in fewer steps
+constexpr qint64 largeBody = 1024 * 1024;    // bytes, from which on the server is asked before it is sent
+constexpr long longestAnswerToAsking = 500;  // milliseconds; some servers never answer that
+
+HttpResponse::Fault FaultOf(CURLcode code)
+{
+    using Fault = HttpResponse::Fault;
+    switch (code) {
+    case CURLE_OK:
+        return Fault::None;
+    case CURLE_COULDNT_RESOLVE_HOST:
+    case CURLE_COULDNT_RESOLVE_PROXY:
+    case CURLE_COULDNT_CONNECT:
+    case CURLE_PROXY:
+    case CURLE_OPERATION_TIMEDOUT:
+    case CURLE_SSL_CONNECT_ERROR:
+        return Fault::Unreachable;
+    case CURLE_PEER_FAILED_VERIFICATION:
+    case CURLE_SSL_CACERT_BADFILE:
+    case CURLE_SSL_CERTPROBLEM:
+    case CURLE_SSL_ISSUER_ERROR:
+    case CURLE_SSL_INVALIDCERTSTATUS:
+        return Fault::Untrusted;
+    case CURLE_ABORTED_BY_CALLBACK:
+        return Fault::SourceFailed;
+    case CURLE_WRITE_ERROR:
+        return Fault::SinkRefused;
+    default:
+        return Fault::Broken;
+    }
+}
+
+/// For people.
+QString TextOf(CURLcode code, const char* detail)
+{
+    switch (code) {
+    case CURLE_OK:
+        return {};
+    case CURLE_UNSUPPORTED_PROTOCOL:
+    case CURLE_WEIRD_SERVER_REPLY:
+        return QStringLiteral("what answers there does not speak HTTP");
+    case CURLE_SSL_CONNECT_ERROR:
+        return QStringLiteral("no encrypted connection could be agreed on (%1)").arg(QString::fromUtf8(detail));
+    default:
+        return QString::fromUtf8(detail[0] != '\0' ? detail : curl_easy_strerror(code));
+    }
+}
+
+CurlExchange* Self(void* self)
+{
+    return static_cast<CurlExchange*>(self);
+}
+
+} // namespace
+
+CurlExchange::CurlExchange(CurlLoop& loop, const HttpRequest& request, const Settings& settings)
+    : loop(loop),
+      request(request),
+      patience(settings.patience),
+      handle(curl_easy_init())
+{
+    response.url = request.url;
+    SetUp(settings);
+    SetUpBody();
+}
+
+CurlExchange::~CurlExchange()
+{
+    loop.Remove(handle);
+    curl_easy_cleanup(handle);
+    curl_slist_free_all(headers);
+}
+
+void CurlExchange::SetUp(const Settings& settings)
+{
+    curl_easy_setopt(handle, CURLOPT_URL, request.url.constData());
+    curl_easy_setopt(handle, CURLOPT_PATH_AS_IS, 1L);
+    curl_easy_setopt(handle, CURLOPT_CUSTOMREQUEST, request.method.constData());
+    curl_easy_setopt(handle, CURLOPT_PROTOCOLS_STR, "http,https");
+    curl_easy_setopt(handle, CURLOPT_HTTP_VERSION, CURL_HTTP_VERSION_1_1);
+    curl_easy_setopt(handle, CURLOPT_FOLLOWLOCATION, 0L);
+    curl_easy_setopt(handle, CURLOPT_NOSIGNAL, 1L);
+    curl_easy_setopt(handle, CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
+    curl_easy_setopt(handle, CURLOPT_ERRORBUFFER, errorText);
+    curl_easy_setopt(handle, CURLOPT_BUFFERSIZE, bufferSize);
+    curl_easy_setopt(handle, CURLOPT_UPLOAD_BUFFERSIZE, bufferSize);
+    curl_easy_setopt(handle, CURLOPT_CONNECTTIMEOUT_MS, std::min<long>(longestConnecting, patience));
+    curl_easy_setopt(handle, CURLOPT_USERAGENT, settings.userAgent.constData());
+    curl_easy_setopt(handle, CURLOPT_PREREQFUNCTION, &CurlExchange::OnRequest);
+    curl_easy_setopt(handle, CURLOPT_PREREQDATA, this);
+    curl_easy_setopt(handle, CURLOPT_HEADERFUNCTION, &CurlExchange::OnHeader);
+    curl_easy_setopt(handle, CURLOPT_HEADERDATA, this);
+    curl_easy_setopt(handle, CURLOPT_WRITEFUNCTION, &CurlExchange::OnBody);
+    curl_easy_setopt(handle, CURLOPT_WRITEDATA, this);
+    if (!settings.isProxied) {
+        curl_easy_setopt(handle, CURLOPT_PROXY, "");
+    }
+    if (!settings.certificateFile.isEmpty()) {
+        curl_easy_setopt(handle, CURLOPT_CAINFO, settings.certificateFile.constData());
+        curl_easy_setopt(handle, CURLOPT_CAPATH, nullptr);
+    }
+    if (request.method == "HEAD") {
+        curl_easy_setopt(handle, CURLOPT_NOBODY, 1L);
+    }
+    if (!settings.authorization.isEmpty()) {
+        AddHeader("Authorization: " + settings.authorization);
+    }
+    for (const auto& [name, value] : request.fields) {
+        AddHeader(name + ": " + value);
+    }
+}
+
+void CurlExchange::SetUpBody()
+{
+    const qint64 size = request.source ? request.source->Size() : request.body.size();
+    if (request.source) {
+        curl_easy_setopt(handle, CURLOPT_UPLOAD, 1L);
+        curl_easy_setopt(handle, CURLOPT_INFILESIZE_LARGE, static_cast<curl_off_t>(size));
+        curl_easy_setopt(handle, CURLOPT_READFUNCTION, &CurlExchange::OnRead);
+        curl_easy_setopt(handle, CURLOPT_READDATA, this);
+        curl_easy_setopt(handle, CURLOPT_SEEKFUNCTION, &CurlExchange::OnSeek);
+        curl_easy_setopt(handle, CURLOPT_SEEKDATA, this);
+        curl_easy_setopt(handle, CURLOPT_EXPECT_100_TIMEOUT_MS, longestAnswerToAsking);
+    } else if (!request.body.isEmpty()) {
+        curl_easy_setopt(handle, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(size));
+        curl_easy_setopt(handle, CURLOPT_POSTFIELDS, request.body.constData());
+    }
+    AddHeader(size >= largeBody ? "Expect: 100-continue" : "Expect:");
+    curl_easy_setopt(handle, CURLOPT_HTTPHEADER, headers);
+    curl_easy_setopt(handle, CURLOPT_HEADEROPT, static_cast<long>(CURLHEADER_SEPARATE)); // no proxy gets them
+}
+
+void CurlExchange::AddHeader(const QByteArray& line)
+{
+    headers = curl_slist_append(headers, line.constData());
+}
+
+void CurlExchange::Start(Done whenDone)
+{
+    done = std::move(whenDone);
+    if (request.source) {
+        request.source->Begin(Resumer());
+    }
+    sinceActivity.start();
+    loop.Add(handle, [this](CURLcode code) { Finish(code); });
+}
+
+std::function<void()> CurlExchange::Resumer()
+{
+    return [this, alive = std::weak_ptr<bool>(life)] {
+        if (!alive.expired()) {
+            isPaused = false;
+            sinceActivity.start();
+            loop.Resume(handle);
+        }
+    };
+}
+
+qint64 CurlExchange::SentBytes() const
+{
+    curl_off_t bytes = 0;
+    curl_easy_getinfo(handle, CURLINFO_SIZE_UPLOAD_T, &bytes);
+    return bytes;
+}
+
+qint64 CurlExchange::ReceivedBytes() const
+{
+    curl_off_t bytes = 0;
+    curl_easy_getinfo(handle, CURLINFO_SIZE_DOWNLOAD_T, &bytes);
+    return bytes;
+}
+
+void CurlExchange::CheckSilence()
+{
+    const qint64 bytes = SentBytes() + ReceivedBytes();
+    if (bytes != seenBytes || isPaused) { // a pause is ours
+        seenBytes = bytes;
+        sinceActivity.start();
+    }
+    if (sinceActivity.elapsed() >= patience) {
+        loop.Remove(handle);
+        Fail(HttpResponse::Fault::Silent, QStringLiteral("The server has been silent for %1 seconds")
+                                              .arg(QString::number(patience / 1000.0, 'g', 3)));
+    }
+}
+
+int CurlExchange::OnRequest(void* self, char*, char*, int, int)
+{
+    // libcurl sends again, whatever it is, when a kept connection is closed in place of an answer.
+    const bool isAgain = ++Self(self)->timesSent > 1;
+    return isAgain && !Self(self)->request.isRepeatable ? CURL_PREREQFUNC_ABORT : CURL_PREREQFUNC_OK;
+}
+
+std::size_t CurlExchange::OnHeader(char* data, std::size_t size, std::size_t count, void* self)
+{
+    Self(self)->TakeHeader(QByteArray(data, static_cast<int>(size * count)));
+    return size * count;
+}
+
+void CurlExchange::TakeHeader(QByteArray line)
+{
+    sinceActivity.start();
+    line = line.trimmed();
+    if (line.startsWith("HTTP/")) {
+        response.head = {}; // interim answers come before the real one
+        response.head.status = line.mid(line.indexOf(' ') + 1, 3).toInt();
+        return;
+    }
+    const int colon = line.indexOf(':');
+    if (colon > 0) {
+        response.head.fields.append({line.left(colon).toLower(), line.mid(colon + 1).trimmed()});
+    }
+}
+
+std::size_t CurlExchange::OnBody(char* data, std::size_t size, std::size_t count, void* self)
+{
+    return Self(self)->TakeBody(data, size * count);
+}
+
+bool CurlExchange::BeginSink()
+{
+    if (sinkState == SinkState::Unasked) {
+        sinkState = request.sink->Begin(response.head, Resumer()) ? SinkState::Taking : SinkState::Refusing;
+    }
+    return sinkState == SinkState::Taking;
+}
+
+std::size_t CurlExchange::TakeBody(const char* data, std::size_t size)
+{
+    if (!request.sink || !response.head.HasSucceeded()) {
+        // What is beyond is read, so that the connection can be kept, but not stored.
+        const auto room = static_cast<std::size_t>(longestKeptBody - response.body.size());
+        response.body.append(data, static_cast<int>(std::min(room, size)));
+        return size;
+    }
+    if (!BeginSink()) {
+        return 0;
+    }
+    switch (request.sink->Add(data, static_cast<qint64>(size))) {
+    case HttpSink::Taken::Yes:
+        hasDelivered = true;
+        return size;
+    case HttpSink::Taken::Later:
+        isPaused = true;
+        return CURL_WRITEFUNC_PAUSE;
+    case HttpSink::Taken::Refused:
+        break;
+    }
+    return 0;
+}
+
+std::size_t CurlExchange::OnRead(char* buffer, std::size_t size, std::size_t count, void* self)
+{
+    return Self(self)->GiveBody(buffer, size * count);
+}
+
+std::size_t CurlExchange::GiveBody(char* buffer, std::size_t size)
+{
+    const qint64 given = request.source->Read(buffer, static_cast<qint64>(size));
+    if (given == HttpSource::later) {
+        isPaused = true;
+        return CURL_READFUNC_PAUSE;
+    }
+    return given == HttpSource::failed ? CURL_READFUNC_ABORT : static_cast<std::size_t>(given);
+}
+
+int CurlExchange::OnSeek(void* self, curl_off_t offset, int origin)
+{
+    // libcurl starts again when a kept connection turns out to be closed.
+    if (offset != 0 || origin != SEEK_SET) {
+        return CURL_SEEKFUNC_CANTSEEK;
+    }
+    Self(self)->request.source->Begin(Self(self)->Resumer());
+    return CURL_SEEKFUNC_OK;
+}
+
+void CurlExchange::Finish(CURLcode code)
+{
+    if (code == CURLE_ABORTED_BY_CALLBACK && !request.isRepeatable && timesSent > 1) {
+        code = CURLE_GOT_NOTHING; // to the only time that it was sent
+        errorText[0] = '\0';
+    }
+    // A sink also learns of an answer without a body.
+    if (code == CURLE_OK && request.sink && response.head.HasSucceeded() && !BeginSink()) {
+        code = CURLE_WRITE_ERROR;
+    }
+    if (code == CURLE_OK && response.head.status < 200) {
+        Fail(HttpResponse::Fault::Broken, QStringLiteral("The server gave no final answer"));
+        return;
+    }
+    // An answer that comes while the body is still being sent is one, however the connection ends.
+    if (FaultOf(code) == HttpResponse::Fault::Broken && response.head.status >= 300) {
+        code = CURLE_OK;
+    }
+    const bool isSilence = code == CURLE_OPERATION_TIMEDOUT && response.head.status != 0;
+    Fail(isSilence ? HttpResponse::Fault::Silent : FaultOf(code), TextOf(code, errorText));
+}
+
+void CurlExchange::Fail(HttpResponse::Fault fault, const QString& text)
+{
+    response.fault = fault;
+    response.faultText = text;
+    const auto whenDone = std::move(done); // it destroys this object
+    whenDone(std::move(response));
+}
+
+} // namespace Norlis::Social

@@ -1,0 +1,84 @@
+#pragma once
+
+#include "CurlLoop.h"
+#include "HttpMessage.h"
+
+#include <QElapsedTimer>
+
+#include <curl/curl.h>
+
+namespace Norlis::Social {
+
+/// One attempt at one request.
+class CurlExchange {
+public:
+    struct Settings {
+        QByteArray userAgent;
+        QByteArray authorization; ///< value of the field; empty when nobody is signed in
+        QByteArray certificateFile;
+        bool isProxied = true;
+        int patience = 60'000; ///< milliseconds
+    };
+    using Done = std::function<void(HttpResponse)>;
+
+    CurlExchange(CurlLoop& loop, const HttpRequest& request, const Settings& settings);
+    ~CurlExchange();
+
+    CurlExchange(const CurlExchange&) = delete;
+    CurlExchange& operator=(const CurlExchange&) = delete;
+
+    /// done is called once, from the event loop, unless the exchange is destroyed before.
+    void Start(Done done);
+
+    /// Ends the exchange when the server has been silent for too long.
+    void CheckSilence();
+
+    /// Whether a sink has been given a part of the body.
+    bool HasDelivered() const
+    {
+        return hasDelivered;
+    }
+
+    qint64 SentBytes() const;
+    qint64 ReceivedBytes() const;
+
+private:
+    static int OnRequest(void* self, char* address, char* localAddress, int port, int localPort);
+    static std::size_t OnHeader(char* data, std::size_t size, std::size_t count, void* self);
+    static std::size_t OnBody(char* data, std::size_t size, std::size_t count, void* self);
+    static std::size_t OnRead(char* buffer, std::size_t size, std::size_t count, void* self);
+    static int OnSeek(void* self, curl_off_t offset, int origin);
+
+    void SetUp(const Settings& settings);
+    void SetUpBody();
+    void AddHeader(const QByteArray& line);
+    void TakeHeader(QByteArray line);
+    std::size_t TakeBody(const char* data, std::size_t size);
+    std::size_t GiveBody(char* buffer, std::size_t size);
+    bool BeginSink();
+    std::function<void()> Resumer();
+    void Finish(CURLcode code);
+    void Fail(HttpResponse::Fault fault, const QString& text);
+
+    CurlLoop& loop;
+    const HttpRequest request;
+    const int patience;
+    int timesSent = 0;
+    CURL* const handle;
+    curl_slist* headers = nullptr;
+    char errorText[CURL_ERROR_SIZE] = {};
+    HttpResponse response;
+    Done done;
+
+    enum class SinkState { Unasked, Taking, Refusing };
+    SinkState sinkState = SinkState::Unasked;
+    bool hasDelivered = false;
+    bool isPaused = false;
+    QElapsedTimer sinceActivity;
+    qint64 seenBytes = 0; ///< both ways, when there was activity last
+
+    /// Held weakly by what may come after the end.
+    const std::shared_ptr<bool> life = std::make_shared<bool>();
+};
+
+} // namespace Norlis::Social

@@ -1,0 +1,176 @@
+#include "CurlLoop.h"
+
+namespace Norlis::Social {
+
+namespace {
+
+// More than are used at once, so that the next request finds a connection open.
+constexpr long keptConnections = 16;
+
+void InitializeCurl()
+{
+    static const CURLcode once = curl_global_init(CURL_GLOBAL_DEFAULT);
+    Q_UNUSED(once)
+}
+
+} // namespace
+
+CurlLoop::CurlLoop()
+{
+    InitializeCurl();
+    MakeMulti();
+    timer.setSingleShot(true);
+    timer.setTimerType(Qt::PreciseTimer);
+    connect(&timer, &QTimer::timeout, this, [this] { Act(CURL_SOCKET_TIMEOUT, 0); });
+}
+
+CurlLoop::~CurlLoop()
+{
+    for (const auto& [handle, done] : running) {
+        curl_multi_remove_handle(multi, handle);
+    }
+    curl_multi_cleanup(multi);
+}
+
+void CurlLoop::MakeMulti()
+{
+    multi = curl_multi_init();
+    curl_multi_setopt(multi, CURLMOPT_SOCKETFUNCTION, &CurlLoop::OnSocket);
+    curl_multi_setopt(multi, CURLMOPT_SOCKETDATA, this);
+    curl_multi_setopt(multi, CURLMOPT_TIMERFUNCTION, &CurlLoop::OnTimer);
+    curl_multi_setopt(multi, CURLMOPT_TIMERDATA, this);
+    curl_multi_setopt(multi, CURLMOPT_MAXCONNECTS, keptConnections);
+    curl_multi_setopt(multi, CURLMOPT_PIPELINING, CURLPIPE_NOTHING);
+}
+
+void CurlLoop::Add(CURL* handle, Done done)
+{
+    running.emplace(handle, std::move(done));
+    curl_multi_add_handle(multi, handle); // asks for a timer, which starts it
+}
+
+void CurlLoop::Remove(CURL* handle)
+{
+    refused.erase(handle);
+    if (running.erase(handle) != 0) {
+        curl_multi_remove_handle(multi, handle);
+    }
+}
+
+void CurlLoop::Resume(CURL* handle)
+{
+    if (running.count(handle) == 0) {
+        return;
+    }
+    const CURLcode code = curl_easy_pause(handle, CURLPAUSE_CONT);
+    if (code != CURLE_OK) {
+        // What had been held back is refused now; libcurl says so here and lets the transfer lie.
+        refused[handle] = code;
+        QMetaObject::invokeMethod(
+            this, [this] { CollectEnded(); }, Qt::QueuedConnection);
+    }
+}
+
+void CurlLoop::DropConnections()
+{
+    if (running.empty()) {
+        curl_multi_cleanup(multi);
+        watched.clear();
+        timer.stop();
+        MakeMulti();
+    }
+}
+
+int CurlLoop::OnSocket(CURL*, curl_socket_t socket, int action, void* self, void*)
+{
+    static_cast<CurlLoop*>(self)->Watch(socket, action);
+    return 0;
+}
+
+int CurlLoop::OnTimer(CURLM*, long milliseconds, void* self)
+{
+    QTimer& timer = static_cast<CurlLoop*>(self)->timer;
+    if (milliseconds < 0) {
+        timer.stop();
+    } else {
+        timer.start(static_cast<int>(milliseconds));
+    }
+    return 0;
+}
+
+void CurlLoop::Watch(curl_socket_t socket, int action)
+{
+    auto& entry = watched[socket];
+    const bool wantsRead = action == CURL_POLL_IN || action == CURL_POLL_INOUT;
+    const bool wantsWrite = action == CURL_POLL_OUT || action == CURL_POLL_INOUT;
+    if (action == CURL_POLL_REMOVE) {
+        for (auto* notifier : {entry.readable.release(), entry.writable.release()}) {
+            if (notifier) {
+                notifier->setEnabled(false);
+                notifier->deleteLater(); // it may be the one that is being served
+            }
+        }
+        watched.erase(socket);
+        return;
+    }
+    if (wantsRead && !entry.readable) {
+        entry.readable = Notifier(socket, QSocketNotifier::Read, CURL_CSELECT_IN);
+    }
+    if (wantsWrite && !entry.writable) {
+        entry.writable = Notifier(socket, QSocketNotifier::Write, CURL_CSELECT_OUT);
+    }
+    if (entry.readable) {
+        entry.readable->setEnabled(wantsRead);
+    }
+    if (entry.writable) {
+        entry.writable->setEnabled(wantsWrite);
+    }
+}
+
+std::unique_ptr<QSocketNotifier> CurlLoop::Notifier(curl_socket_t socket, QSocketNotifier::Type type, int flag)
+{
+    auto notifier = std::make_unique<QSocketNotifier>(socket, type);
+    connect(notifier.get(), &QSocketNotifier::activated, this, [this, socket, flag] { Act(socket, flag); });
+    return notifier;
+}
+
+void CurlLoop::Act(curl_socket_t socket, int flags)
+{
+    int stillRunning = 0;
+    curl_multi_socket_action(multi, socket, flags, &stillRunning);
+    CollectEnded();
+}
+
+void CurlLoop::CollectEnded()
+{
+    // One after the other: the end of one may take back others that have ended too, or destroy this object.
+    const std::weak_ptr<bool> alive = life;
+    while (!alive.expired()) {
+        const auto ended = TakeEnded();
+        if (!ended) {
+            return;
+        }
+        ended->first(ended->second);
+    }
+}
+
+std::optional<std::pair<CurlLoop::Done, CURLcode>> CurlLoop::TakeEnded()
+{
+    const auto take = [this](CURL* handle, CURLcode code) {
+        const Done done = std::move(running.at(handle));
+        Remove(handle);
+        return std::pair(done, code);
+    };
+    if (!refused.empty()) {
+        return take(refused.begin()->first, refused.begin()->second);
+    }
+    int left = 0;
+    while (const CURLMsg* message = curl_multi_info_read(multi, &left)) {
+        if (message->msg == CURLMSG_DONE && running.count(message->easy_handle) != 0) {
+            return take(message->easy_handle, message->data.result);
+        }
+    }
+    return std::nullopt;
+}
+
+} // namespace Norlis::Social

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <QObject>
+#include <QSocketNotifier>
+#include <QTimer>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <unordered_map>
+
+#include <curl/curl.h>
+
+namespace Norlis::Social {
+
+/// Runs libcurl's transfers from Qt's event loop. Lives on one thread.
+class CurlLoop : public QObject {
+public:
+    using Done = std::function<void(CURLcode)>;
+
+    CurlLoop();
+    ~CurlLoop() override;
+
+    /// Starts a transfer. done is called from the event loop when it has ended and been taken out, unless Remove comes
+    /// before. Not to be called from inside libcurl's callbacks, as little as Remove and Resume.
+    void Add(CURL* handle, Done done);
+    void Remove(CURL* handle);
+
+    /// Goes on with a transfer whose callback asked for a pause.
+    void Resume(CURL* handle);
+
+    /// Closes connections that are kept for later requests.
+    void DropConnections();
+
+private:
+    struct Watched {
+        std::unique_ptr<QSocketNotifier> readable;
+        std::unique_ptr<QSocketNotifier> writable;
+    };
+
+    static int OnSocket(CURL* handle, curl_socket_t socket, int action, void* self, void* unused);
+    static int OnTimer(CURLM* multi, long milliseconds, void* self);
+
+    void MakeMulti();
+    void Watch(curl_socket_t socket, int action);
+    std::unique_ptr<QSocketNotifier> Notifier(curl_socket_t socket, QSocketNotifier::Type type, int flag);
+    void Act(curl_socket_t socket, int flags);
+    void CollectEnded();
+
+    /// What is to be called for the next transfer that has ended, and with what.
+    std::optional<std::pair<Done, CURLcode>> TakeEnded();
+
+    CURLM* multi = nullptr;
+    std::unordered_map<curl_socket_t, Watched> watched;
+    std::unordered_map<CURL*, Done> running;
+    std::unordered_map<CURL*, CURLcode> refused; ///< of those, when they were resumed
+    QTimer timer;
+    const std::shared_ptr<bool> life = std::make_shared<bool>(); ///< held weakly by what may outlive this
+};
+
+} // namespace Norlis::Social

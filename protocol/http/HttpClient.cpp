@@ -1,0 +1,266 @@
+#include "HttpClient.h"
+
+#include "../webdav/DavPath.h"
+#include "../webdav/HttpDate.h"
+
+#include <QDateTime>
+#include <QFile>
+#include <QLoggingCategory>
+#include <QRandomGenerator>
+#include <QUrl>
+
+#include <algorithm>
+#include <vector>
+
+#include <arpa/inet.h>
+
+namespace Norlis::Social {
+
+namespace {
+
+Q_LOGGING_CATEGORY(httpLog, "norlis.http", QtInfoMsg)
+
+constexpr int mostAttempts = 3;
+constexpr int mostHops = 5;
+constexpr int firstPause = 400;      // milliseconds; doubled each time
+constexpr int longestPause = 30'000; // milliseconds; a server that asks for more is reported instead
+constexpr int silenceCheck = 500;    // milliseconds
+
+int MostRunning(HttpRequest::Lane lane)
+{
+    switch (lane) {
+    case HttpRequest::Lane::Listing: // answered in the order of asking
+    case HttpRequest::Lane::Background:
+        return 1;
+    case HttpRequest::Lane::Preview:
+        return 2;
+    case HttpRequest::Lane::Control:
+    case HttpRequest::Lane::Transfer:
+        break;
+    }
+    return 4;
+}
+
+/// What a log may show of an address.
+QString LoggedUrl(const QByteArray& url)
+{
+    return QString::fromLatin1(url.split('?').constFirst());
+}
+
+/// The seconds or the date of Retry-After (RFC 9110 10.2.3) as milliseconds from now; -1 when there is none.
+qint64 RetryAfter(const HttpHead& head)
+{
+    const QByteArray value = head.Field("retry-after");
+    bool isNumber = false;
+    const qint64 seconds = value.toLongLong(&isNumber);
+    if (isNumber) {
+        return seconds < 0 ? -1 : std::min<qint64>(seconds, 24 * 60 * 60) * 1000;
+    }
+    const QDateTime time = ParseHttpDate(value);
+    return time.isValid() ? qMax<qint64>(0, QDateTime::currentDateTimeUtc().msecsTo(time)) : -1;
+}
+
+/// Some servers lock a resource for as long as another request of ours is at it.
+bool IsBusy(int status)
+{
+    return status == 423 || status == 429 || status == 502 || status == 503 || status == 504;
+}
+
+bool IsRedirect(int status)
+{
+    return status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
+}
+
+} // namespace
+
+bool IsLoopback(const QByteArray& url)
+{
+    const QByteArray host = QUrl::fromEncoded(url).host().toLower().toUtf8();
+    in_addr address = {};
+    const bool isV4 = inet_pton(AF_INET, host.constData(), &address) == 1;
+    return host == "localhost" || host == "::1" || (isV4 && (ntohl(address.s_addr) >> 24) == 127);
+}
+
+HttpClient::HttpClient(const Settings& settings, const Secrets& secrets) : settings(settings), secrets(secrets)
+{
+    silenceTimer.setInterval(std::min(silenceCheck, std::max(settings.patience / 4, 1)));
+    QObject::connect(&silenceTimer, &QTimer::timeout, [this] {
+        std::vector<qint64> running;
+        for (const auto& [id, pending] : requests) {
+            if (pending.exchange) {
+                running.push_back(id);
+            }
+        }
+        if (running.empty()) {
+            silenceTimer.stop();
+        }
+        for (const qint64 id : running) {
+            const auto found = requests.find(id); // an earlier one's end may have cancelled it
+            if (found != requests.end() && found->second.exchange) {
+                found->second.exchange->CheckSilence();
+            }
+        }
+    });
+}
+
+HttpClient::~HttpClient() = default;
+
+qint64 HttpClient::Send(const HttpRequest& request, Done done)
+{
+    const qint64 id = ++lastId;
+    Pending& pending = requests[id];
+    pending.request = request;
+    pending.done = std::move(done);
+    Queue(id, request.lane);
+    return id;
+}
+
+void HttpClient::Queue(qint64 id, HttpRequest::Lane lane)
+{
+    waiting[lane].push_back(id);
+    // Not at once: the caller may be in the middle of a callback of libcurl's.
+    QMetaObject::invokeMethod(
+        &context, [this, lane] { StartNext(lane); }, Qt::QueuedConnection);
+}
+
+void HttpClient::Cancel(qint64 id)
+{
+    const auto found = requests.find(id);
+    if (found == requests.end()) {
+        return;
+    }
+    const auto lane = found->second.request.lane;
+    const bool wasRunning = found->second.exchange != nullptr;
+    requests.erase(found); // what waits in the lane is skipped when its turn comes
+    if (wasRunning) {
+        --runningIn[lane];
+        StartNext(lane);
+    }
+}
+
+void HttpClient::StartNext(HttpRequest::Lane lane)
+{
+    auto& queue = waiting[lane];
+    while (!queue.empty() && runningIn[lane] < MostRunning(lane)) {
+        const qint64 id = queue.front();
+        queue.pop_front();
+        if (requests.count(id) != 0) {
+            ++runningIn[lane];
+            Start(id);
+        }
+    }
+}
+
+void HttpClient::Start(qint64 id)
+{
+    Pending& pending = requests.at(id);
+    CurlExchange::Settings exchangeSettings;
+    exchangeSettings.userAgent = settings.userAgent;
+    exchangeSettings.certificateFile = QFile::encodeName(settings.certificateFile);
+    exchangeSettings.isProxied = !IsLoopback(pending.request.url);
+    exchangeSettings.patience = settings.patience;
+    if (OriginOfUrl(pending.request.url) == settings.origin) {
+        exchangeSettings.authorization = settings.authorization;
+    }
+    ++pending.attempts;
+    pending.sinceStart.start();
+    pending.exchange = std::make_unique<CurlExchange>(loop, pending.request, exchangeSettings);
+    pending.exchange->Start([this, id](HttpResponse&& response) { OnEnded(id, std::move(response)); });
+    if (!silenceTimer.isActive()) {
+        silenceTimer.start();
+    }
+}
+
+void HttpClient::OnEnded(qint64 id, HttpResponse&& response)
+{
+    const auto found = requests.find(id);
+    if (found == requests.end()) {
+        return; // cancelled in the same turn
+    }
+    Pending& pending = found->second;
+    const auto lane = pending.request.lane;
+    Log(id, pending, response);
+    const int pause = PauseBeforeRepeating(pending, response);
+    pending.exchange.reset();
+    --runningIn[lane];
+    if (Follow(pending, response)) {
+        Queue(id, lane);
+    } else if (pause >= 0) {
+        QTimer::singleShot(pause, &context, [this, id, lane] {
+            if (requests.count(id) != 0) {
+                Queue(id, lane);
+            }
+        });
+    } else {
+        const auto done = std::move(pending.done);
+        requests.erase(found);
+        StartNext(lane);
+        done(std::move(response)); // it may destroy the client
+        return;
+    }
+    StartNext(lane);
+}
+
+bool HttpClient::Follow(Pending& pending, HttpResponse& response)
+{
+    const int status = response.Status();
+    if (!IsRedirect(status)) {
+        return false;
+    }
+    const bool isRead = pending.request.method == "GET" || pending.request.method == "HEAD";
+    const QByteArray target =
+        QUrl::fromEncoded(pending.request.url).resolved(QUrl::fromEncoded(response.head.Field("location"))).toEncoded();
+    response.fault = HttpResponse::Fault::Redirected;
+    if (response.head.Field("location").isEmpty()) {
+        response.faultText = QStringLiteral("The server redirects without saying where to");
+    } else if (status == 303 && !isRead) { // its target answers another question, RFC 9110, 15.4.4
+        response.faultText = QStringLiteral("The server sends to a page in place of an answer");
+    } else if (OriginOfUrl(target) != settings.origin) {
+        const QByteArray origin = OriginOfUrl(target);
+        response.faultText = QStringLiteral("The server sends to another place: %1")
+                                 .arg(QString::fromUtf8(origin.isEmpty() ? "no web address" : origin));
+    } else if (++pending.hops > mostHops) {
+        response.faultText = QStringLiteral("The server redirects in circles");
+    } else {
+        pending.request.url = target;
+        --pending.attempts;
+        return true;
+    }
+    return false;
+}
+
+int HttpClient::PauseBeforeRepeating(const Pending& pending, const HttpResponse& response) const
+{
+    using Fault = HttpResponse::Fault;
+    const bool isPassing = response.fault == Fault::Unreachable || response.fault == Fault::Broken ||
+                           (response.fault == Fault::None && IsBusy(response.head.status));
+    if (!isPassing || !pending.request.isRepeatable || pending.attempts >= mostAttempts ||
+        pending.exchange->HasDelivered()) {
+        return -1;
+    }
+    if (response.fault == Fault::None) {
+        const qint64 asked = RetryAfter(response.head);
+        if (asked >= 0) {
+            return asked <= longestPause ? static_cast<int>(asked) : -1;
+        }
+    }
+    // Not all clients at the same moment.
+    const int pause = firstPause << (pending.attempts - 1);
+    return pause / 2 + static_cast<int>(QRandomGenerator::global()->bounded(pause));
+}
+
+void HttpClient::Log(qint64 id, const Pending& pending, const HttpResponse& response) const
+{
+    qCDebug(httpLog).noquote() << secrets.Redact(
+        QStringLiteral("#%1.%2 %3 %4 -> %5%6, %7 sent, %8 received, %9 ms")
+            .arg(id)
+            .arg(pending.attempts)
+            .arg(QString::fromLatin1(pending.request.method), LoggedUrl(pending.request.url))
+            .arg(response.head.status)
+            .arg(response.faultText.isEmpty() ? QString() : " (" + response.faultText + ')')
+            .arg(pending.exchange->SentBytes())
+            .arg(pending.exchange->ReceivedBytes())
+            .arg(pending.sinceStart.elapsed()));
+}
+
+} // namespace Norlis::Social

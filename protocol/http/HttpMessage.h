@@ -1,0 +1,108 @@
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QPair>
+#include <QString>
+
+#include <functional>
+#include <memory>
+
+namespace Norlis::Social {
+
+/// A body that is sent while it is produced. Used on the thread of the HttpClient.
+class HttpSource {
+public:
+    static constexpr qint64 later = -1;  ///< nothing is there yet; onReady follows
+    static constexpr qint64 failed = -2; ///< the request is given up
+
+    virtual ~HttpSource() = default;
+
+    /// Bytes in all.
+    virtual qint64 Size() const = 0;
+
+    /// Starts from the beginning, also for a repetition. onReady is called, from the event loop, when there is more to
+    /// read after a `later`.
+    virtual void Begin(std::function<void()> onReady) = 0;
+
+    /// The number of bytes put into the buffer, 0 at the end, or one of the constants above.
+    virtual qint64 Read(char* buffer, qint64 size) = 0;
+};
+
+/// Names and values.
+using HttpFields = QList<QPair<QByteArray, QByteArray>>;
+
+/// The status line and the fields of an answer. RFC 9110.
+struct HttpHead {
+    int status = 0;    ///< 0 when no answer came
+    HttpFields fields; ///< names in lower case
+
+    /// The value of a field, without blanks around it; empty when there is none.
+    QByteArray Field(const char* lowerCaseName) const;
+
+    bool HasSucceeded() const
+    {
+        return status >= 200 && status < 300;
+    }
+};
+
+/// Takes the body of a successful answer while it arrives. Used on the thread of the HttpClient, whose operations it
+/// must not call.
+class HttpSink {
+public:
+    enum class Taken { Yes, Later, Refused };
+
+    virtual ~HttpSink() = default;
+
+    /// Before the first piece of every attempt. False refuses the answer.
+    virtual bool Begin(const HttpHead& head, std::function<void()> onReady) = 0;
+
+    /// After `Later` the same piece is offered again when onReady, given to Begin, has been called.
+    virtual Taken Add(const char* data, qint64 size) = 0;
+};
+
+struct HttpRequest {
+    /// Requests of one lane wait for each other only.
+    enum class Lane { Listing, Control, Transfer, Preview, Background };
+
+    QByteArray method;
+    QByteArray url; ///< absolute, percent-encoded, without user and fragment; of the client's origin
+    HttpFields fields;
+    QByteArray body;
+    std::shared_ptr<HttpSource> source; ///< in place of the body
+    std::shared_ptr<HttpSink> sink;     ///< else the answer's body is kept, up to a limit
+    Lane lane = Lane::Control;
+    bool isRepeatable = true; ///< doing it twice does no harm
+};
+
+struct HttpResponse {
+    enum class Fault {
+        None,
+        Unreachable, ///< no connection
+        Untrusted,   ///< TLS: nobody vouches for the server
+        Silent,      ///< nothing moved for too long
+        Broken,      ///< the connection ended too early, or what came was no HTTP
+        Redirected,  ///< to where the request must not go
+        SourceFailed,
+        SinkRefused,
+    };
+
+    HttpHead head; ///< with a status of 0 unless an answer began
+    QByteArray body;
+    QByteArray url; ///< that answered, after redirects
+    Fault fault = Fault::None;
+    QString faultText;
+
+    bool HasSucceeded() const
+    {
+        return fault == Fault::None && head.HasSucceeded();
+    }
+
+    /// The answer's status when all of it came; else 0.
+    int Status() const
+    {
+        return fault == Fault::None ? head.status : 0;
+    }
+};
+
+} // namespace Norlis::Social

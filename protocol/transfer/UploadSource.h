@@ -1,0 +1,57 @@
+#pragma once
+
+#include "../FileReader.h"
+#include "../http/HttpMessage.h"
+#include "Background.h"
+
+#include <deque>
+
+namespace Norlis::Social {
+
+/// A local file as the body of a request: read ahead and hashed on another thread, so that neither disk nor hash holds
+/// up the network. Memory is bounded whatever the size.
+class UploadSource : public HttpSource {
+public:
+    /// \param pool       for reading
+    /// \param onPosition called with the number of bytes handed out
+    UploadSource(const QString& path, QThreadPool& pool, std::function<void(qint64)> onPosition);
+
+    /// False when the file cannot be read; ErrorText says why.
+    bool Open();
+
+    qint64 Size() const override;
+    void Begin(std::function<void()> onReady) override;
+    qint64 Read(char* buffer, qint64 size) override;
+
+    QString ErrorText() const;
+
+    /// Whether all of the file was handed out and it is still the one that was opened.
+    bool IsWholeAndUnchanged() const;
+
+    /// Hexadecimal MD5 of what was handed out, once that was all.
+    QString Md5() const;
+
+private:
+    void AskForMore();
+    void Take(const QByteArray& piece, const QString& problem);
+
+    const QString path;
+    QThreadPool& pool;
+    const std::function<void(qint64)> onPosition;
+    FileVersion version;
+    QString error;
+
+    // Of one reading; a repetition starts another one.
+    std::shared_ptr<FileReader> reader; ///< touched by one thread at a time: the reading one until the end of the file
+    std::unique_ptr<Background> reading;
+    std::function<void()> onReady;
+    std::deque<QByteArray> pieces; ///< read and not handed out yet
+    qint64 offset = 0;             ///< of the first of them, what is handed out
+    qint64 position = 0;
+    qint64 readBytes = 0;
+    int asked = 0; ///< pieces that are being read
+    bool isAtEnd = false;
+    bool isWaitedFor = false;
+};
+
+} // namespace Norlis::Social

@@ -1,0 +1,110 @@
+#include "DavDocument.h"
+
+#include "../AtomicFile.h"
+#include "../DocumentNames.h"
+#include "EntityTag.h"
+
+#include <QMimeDatabase>
+#include <QRegularExpression>
+
+namespace Norlis::Social {
+
+namespace {
+
+/// Whole seconds are all that servers tell. QDateTime's own text takes longer than all the rest of an entry.
+QString IsoText(const QDateTime& time)
+{
+    if (!time.isValid()) {
+        return {};
+    }
+    const QDate date = time.date();
+    const QTime clock = time.time();
+    return QString::asprintf("%04d-%02d-%02dT%02d:%02d:%02dZ", date.year(), date.month(), date.day(), clock.hour(),
+                             clock.minute(), clock.second());
+}
+
+/// By the suffix: servers are not asked, since half of them know no better.
+QString MimeTypeOf(const QByteArray& name)
+{
+    static thread_local QHash<QByteArray, QString> known;
+    constexpr int mostKnown = 1'000;
+    const QByteArray suffix = name.mid(name.lastIndexOf('.') + 1).toLower();
+    const auto found = known.constFind(suffix);
+    if (found != known.constEnd()) {
+        return *found;
+    }
+    if (known.size() >= mostKnown) {
+        known.clear();
+    }
+    return *known.insert(
+        suffix, QMimeDatabase().mimeTypeForFile(QString::fromUtf8(name), QMimeDatabase::MatchExtension).name());
+}
+
+QString IdOf(const DavEntry& entry, const QString& name)
+{
+    // The server's own id survives that the document is renamed.
+    static const QRegularExpression safe(QStringLiteral("^[0-9]{1,15}$"));
+    return safe.match(entry.fileId).hasMatch() ? entry.fileId : IdOfName(name);
+}
+
+QByteArray Md5Of(const DavEntry& entry)
+{
+    if (!entry.md5.isEmpty()) {
+        return entry.md5;
+    }
+    // Ours outlives that somebody else replaces the content.
+    return EntityTag{entry.etag}.SameIgnoringWeakness({entry.storedEtag}) ? entry.storedMd5 : QByteArray();
+}
+
+} // namespace
+
+QString DavDocument::Version() const
+{
+    // An ETag that becomes a strong one is still the same.
+    const QByteArray tag = etag.startsWith("W/") ? etag.mid(2) : etag;
+    return QString::fromUtf8(tag) + '/' + QString::number(size.value_or(-1)) + '/' + IsoText(modifiedAt);
+}
+
+CloudFile DavDocument::ToCloudFile() const
+{
+    CloudFile file;
+    file.id = id;
+    file.name = Name();
+    file.size = size.value_or(0);
+    file.mimeType = MimeTypeOf(name);
+    file.md5Hash = QString::fromLatin1(md5);
+    file.createdAt = IsoText(createdAt);
+    file.modifiedAt = IsoText(modifiedAt);
+    return file;
+}
+
+DavDocument FileOf(const DavEntry& entry, const QByteArray& name)
+{
+    DavDocument document;
+    document.id = IdOf(entry, QString::fromUtf8(name));
+    document.name = name;
+    document.size = entry.size;
+    document.etag = entry.etag;
+    document.md5 = Md5Of(entry);
+    document.modifiedAt = entry.modifiedAt;
+    document.createdAt = entry.createdAt;
+    document.fileId = entry.fileId;
+    document.hasPreview = entry.hasPreview.value_or(false);
+    return document;
+}
+
+bool IsSameVersion(const DavDocument& left, const DavDocument& right)
+{
+    return left.size == right.size && EntityTag{left.etag}.SameIgnoringWeakness({right.etag});
+}
+
+std::optional<DavDocument> DocumentOf(const DavEntry& entry)
+{
+    const QString name = QString::fromUtf8(entry.name);
+    if (entry.isSelf || entry.isCollection || !WhyNoName(name).isEmpty() || AtomicFile::IsTemporaryName(name)) {
+        return std::nullopt;
+    }
+    return FileOf(entry, entry.name);
+}
+
+} // namespace Norlis::Social

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "../CloudService.h"
+#include "DavEntry.h"
+
+#include <QHash>
+
+#include <optional>
+
+namespace Norlis::Social {
+
+/// A document on the server, as it was when the server was asked last.
+struct DavDocument {
+    QString id;
+    QByteArray name; ///< bytes of its path segment
+    std::optional<qint64> size;
+    QByteArray etag;
+    QByteArray md5; ///< of this version, lower-case hexadecimal; empty when the server does not know it
+    QDateTime modifiedAt;
+    QDateTime createdAt;
+    QString fileId;          ///< the server's own; empty when it has none
+    bool hasPreview = false; ///< the server makes pictures of it
+
+    QString Name() const
+    {
+        return QString::fromUtf8(name);
+    }
+
+    /// A text that changes when the content does, as far as the server shows it.
+    QString Version() const;
+
+    CloudFile ToCloudFile() const;
+};
+
+/// The file that an entry tells of, whatever it is called.
+DavDocument FileOf(const DavEntry& entry, const QByteArray& name);
+
+/// The document that an entry of a listing tells of. Nothing for collections, for files in the making, and for names
+/// that are unsafe elsewhere.
+std::optional<DavDocument> DocumentOf(const DavEntry& entry);
+
+/// Documents by id.
+using DavDocuments = QHash<QString, DavDocument>;
+
+/// Whether the server says of both that they have the same content.
+bool IsSameVersion(const DavDocument& left, const DavDocument& right);
+
+} // namespace Norlis::Social

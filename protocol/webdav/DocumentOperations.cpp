@@ -1,0 +1,151 @@
+#include "DocumentOperations.h"
+
+#include "PropFind.h"
+
+#include <contracts/NorlisCloudProtocol.h>
+
+namespace Norlis::Social {
+
+namespace {
+
+constexpr qint64 bytesPerMiB = 1024 * 1024;
+constexpr qint64 unlimitedAtFamily = -3; // as servers of that family write it
+
+Ability::Quota::QuotaValue QuotaOf(const DavEntry& entry)
+{
+    const qint64 used = entry.quotaUsed.value_or(-1);
+    const qint64 available = entry.quotaAvailable.value_or(-1);
+    Ability::Quota::QuotaValue quota{NorlisCloudProtocol::unknownQuota, NorlisCloudProtocol::unknownQuota};
+    if (used >= 0) {
+        quota.used = used / bytesPerMiB + (used % bytesPerMiB != 0 ? 1 : 0);
+    }
+    if (available == unlimitedAtFamily) {
+        quota.total = NorlisCloudProtocol::unlimitedQuota;
+    } else if (used >= 0 && available >= 0) {
+        quota.total = static_cast<qint64>((static_cast<quint64>(used) + static_cast<quint64>(available)) / bytesPerMiB);
+    }
+    return quota;
+}
+
+} // namespace
+
+ListOperation::ListOperation(const std::shared_ptr<WebDavServer>& server, OnLeftovers onLeftovers, Finish finish)
+    : Operation(server, std::move(finish)),
+      onLeftovers(std::move(onLeftovers))
+{
+}
+
+void ListOperation::Start()
+{
+    listing = std::make_unique<Listing>(*server, [this](Listing::Result&& result) {
+        if (result.failure) {
+            End(*std::move(result.failure));
+            return;
+        }
+        server->documents = std::move(result.documents);
+        onLeftovers(result.leftovers);
+        End({Success, std::move(result.files), {}, false});
+    });
+}
+
+DocumentOperation::DocumentOperation(qint64 id, const QString& document, const QString& what, Directory& directory,
+                                     const std::shared_ptr<WebDavServer>& server, Finish finish)
+    : Operation(server, std::move(finish)),
+      what(what),
+      id(id),
+      document(document),
+      directory(directory)
+{
+}
+
+DocumentOperation::~DocumentOperation()
+{
+    directory.Forget(id);
+}
+
+void DocumentOperation::Start()
+{
+    directory.Find(id, document, what, [this](const DavDocument* found, Reply&& failure) {
+        if (found) {
+            Work(*found);
+        } else {
+            End(std::move(failure));
+        }
+    });
+}
+
+void DocumentOperation::Fail(const DavDocument& failed, const HttpResponse& response)
+{
+    if (IsMissing(response.Status())) {
+        server->documents.remove(failed.id);
+    }
+    End(server->Failure(what, failed.Name(), response));
+}
+
+InfoOperation::InfoOperation(qint64 id, const QString& document, Directory& directory,
+                             const std::shared_ptr<WebDavServer>& server, Finish finish)
+    : DocumentOperation(id, document, "Fetching a document's entry", directory, server, std::move(finish))
+{
+}
+
+void InfoOperation::Work(const DavDocument& known)
+{
+    requests.Send(PropFind(server->collection.UrlOf(known.name)), [this, known](HttpResponse&& response) {
+        DavPath path = server->collection.Path();
+        path.push_back(known.name);
+        const auto entry = EntryOfDepth0(response, path);
+        if (!entry || entry->isCollection) {
+            Fail(known, response);
+            return;
+        }
+        DavDocument now = FileOf(*entry, known.name);
+        now.id = known.id;
+        if (now.md5.isEmpty() && IsSameVersion(known, now)) {
+            now.md5 = known.md5;
+        }
+        server->documents.insert(now.id, now);
+        End({Success, now.ToCloudFile(), {}, false});
+    });
+}
+
+RemoveOperation::RemoveOperation(qint64 id, const QString& document, Directory& directory,
+                                 const std::shared_ptr<WebDavServer>& server, Finish finish)
+    : DocumentOperation(id, document, "Removal", directory, server, std::move(finish))
+{
+}
+
+void RemoveOperation::Work(const DavDocument& known)
+{
+    isAskedFor = true;
+    HttpRequest request;
+    request.method = "DELETE";
+    request.url = server->collection.UrlOf(known.name);
+    requests.Send(request, [this, known](HttpResponse&& response) {
+        // Gone is gone, whoever did it. 207 speaks of parts that are still there (RFC 4918, 9.6.1).
+        if ((response.HasSucceeded() && response.head.status != 207) || IsMissing(response.Status())) {
+            server->documents.remove(known.id);
+            End({});
+        } else {
+            Fail(known, response);
+        }
+    });
+}
+
+bool RemoveOperation::GiveUp()
+{
+    return !isAskedFor;
+}
+
+void QuotaOperation::Start()
+{
+    requests.Send(PropFind(server->collection.Url()), [this](HttpResponse&& response) {
+        const auto entry = EntryOfDepth0(response, server->collection.Path());
+        if (entry) {
+            End({Success, QuotaByApplication{{QStringLiteral("pdf"), QuotaOf(*entry)}}, {}, false});
+        } else {
+            End(server->Failure("Fetching the storage in use", {}, response));
+        }
+    });
+}
+
+} // namespace Norlis::Social

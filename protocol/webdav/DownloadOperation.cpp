@@ -1,0 +1,262 @@
+#include "DownloadOperation.h"
+
+#include "../LocalTarget.h"
+#include "EntityTag.h"
+#include "PropFind.h"
+
+#include <QFileInfo>
+#include <QRegularExpression>
+
+namespace Norlis::Social {
+
+namespace {
+
+const auto what = QStringLiteral("Download");
+constexpr int mostAttemptsInVain = 4;
+constexpr int mostStartsOver = 3;
+
+/// The parts of a Content-Range (RFC 9110, 14.4) of bytes.
+struct ContentRange {
+    qint64 first = -1;
+    qint64 size = -1; ///< of the whole; -1 when not told
+
+    explicit ContentRange(const QByteArray& value)
+    {
+        static const QRegularExpression form(QStringLiteral("^bytes\\s+(\\d{1,18})-\\d{1,18}/(\\d{1,18}|\\*)$"));
+        const auto match = form.match(QString::fromLatin1(value));
+        if (match.hasMatch()) {
+            first = match.captured(1).toLongLong();
+            size = match.captured(2) == "*" ? -1 : match.captured(2).toLongLong();
+        }
+    }
+};
+
+bool IsHtml(const QString& contentType)
+{
+    return contentType.startsWith("text/html", Qt::CaseInsensitive) ||
+           contentType.startsWith("application/xhtml", Qt::CaseInsensitive);
+}
+
+/// The Content-Length; -1 when there is none that can be believed.
+qint64 LengthOf(const HttpHead& head)
+{
+    bool isNumber = false;
+    const qint64 length = head.Field("content-length").toLongLong(&isNumber);
+    return isNumber && length >= 0 ? length : -1;
+}
+
+} // namespace
+
+DownloadOperation::DownloadOperation(qint64 id, const Request::Download& request,
+                                     const std::shared_ptr<WebDavServer>& server, const Tools& tools, Finish finish)
+    : Operation(server, std::move(finish)),
+      id(id),
+      request(request),
+      tools(tools)
+{
+}
+
+DownloadOperation::~DownloadOperation()
+{
+    tools.directory.Forget(id);
+}
+
+void DownloadOperation::Start()
+{
+    tools.directory.Find(id, request.document, what, [this](const DavDocument* found, Reply&& failure) {
+        if (!found) {
+            End(std::move(failure));
+            return;
+        }
+        document = *found;
+        const TargetProblem problem = WhyNoTarget(request.localPath);
+        if (!problem.reason.isEmpty()) {
+            Fail(problem.reason, problem.advice);
+            return;
+        }
+        const QString folder = QFileInfo(request.localPath).path();
+        sink = std::make_shared<DownloadSink>(
+            folder, tools.pool, [this](const HttpHead& head, qint64& from) { return WhyNotTaken(head, from); },
+            [this](qint64 position) { ReportProgress(position); });
+        if (!sink->Open()) {
+            Fail(QStringLiteral("Nothing can be written to %1: %2").arg(folder, sink->ErrorText()),
+                 "Check that the folder is there and that you may write to it.");
+            return;
+        }
+        ReportProgress(0);
+        Get();
+    });
+}
+
+void DownloadOperation::Get()
+{
+    positionBefore = sink->Position();
+    HttpRequest get;
+    get.method = "GET";
+    get.url = server->collection.UrlOf(document.name);
+    get.fields = {{"Accept-Encoding", "identity"}}; // packed on the way, neither length nor rest could be checked
+    if (positionBefore > 0 && EntityTag{etag}.IsStrong()) {
+        get.fields.append({"Range", "bytes=" + QByteArray::number(positionBefore) + '-'});
+        get.fields.append({"If-Range", etag});
+    }
+    get.sink = sink;
+    get.lane = HttpRequest::Lane::Transfer;
+    requests.Send(get, [this](HttpResponse&& response) { OnResponse(response); });
+}
+
+QString DownloadOperation::WhyNotTaken(const HttpHead& head, qint64& from)
+{
+    const QByteArray encoding = head.Field("content-encoding").toLower();
+    if (!encoding.isEmpty() && encoding != "identity") {
+        return QStringLiteral("The server sends the document packed (%1), which was not asked for")
+            .arg(QString::fromLatin1(encoding));
+    }
+    if (head.status == 206) {
+        return WhyNotTheRest(head, from);
+    }
+    if (head.status != 200) {
+        return QStringLiteral("The server answers with %1 in place of the document").arg(head.status);
+    }
+    const QString contentType = QString::fromLatin1(head.Field("content-type"));
+    if (IsHtml(contentType) && !IsHtml(document.ToCloudFile().mimeType)) {
+        return QStringLiteral("The server sends a web page in place of the document");
+    }
+    from = 0;
+    etag = head.Field("etag");
+    size = LengthOf(head);
+    return {};
+}
+
+QString DownloadOperation::WhyNotTheRest(const HttpHead& head, qint64& from) const
+{
+    const ContentRange range(head.Field("content-range"));
+    const QByteArray newEtag = head.Field("etag");
+    if (positionBefore == 0 || range.first != positionBefore || (size >= 0 && range.size >= 0 && range.size != size) ||
+        (!newEtag.isEmpty() && newEtag != etag)) {
+        return QStringLiteral("The server sends another part of the document than the one that was asked for");
+    }
+    from = positionBefore;
+    return {};
+}
+
+void DownloadOperation::OnResponse(const HttpResponse& response)
+{
+    if (response.HasSucceeded()) {
+        if (size >= 0 && size == document.size.value_or(size)) {
+            Check(size);
+        } else {
+            AskForSize();
+        }
+        return;
+    }
+    if (GoOn(response)) {
+        return;
+    }
+    if (response.fault == HttpResponse::Fault::SinkRefused) {
+        Fail(sink->IsAnswerRefused() ? sink->ErrorText()
+                                     : QStringLiteral("%1 cannot be written: %2")
+                                           .arg(QFileInfo(request.localPath).path(), sink->ErrorText()),
+             sink->IsAnswerRefused()
+                 ? QStringLiteral("Check that the address is that of the server itself, and try again.")
+                 : QStringLiteral("Make room on the drive and try again."));
+        return;
+    }
+    if (IsMissing(response.Status())) {
+        server->documents.remove(document.id);
+    }
+    End(server->Failure(what, document.Name(), response));
+}
+
+bool DownloadOperation::GoOn(const HttpResponse& response)
+{
+    const bool isBroken =
+        response.fault == HttpResponse::Fault::Broken || response.fault == HttpResponse::Fault::Silent;
+    const bool isWrongPart = response.Status() == 416 || (sink->IsAnswerRefused() && response.head.status == 206);
+    if (!isBroken && !isWrongPart) {
+        return false;
+    }
+    const bool hasMovedOn = sink->Position() > positionBefore;
+    if (response.fault == HttpResponse::Fault::Silent && !hasMovedOn) {
+        return false; // that has taken long enough
+    }
+    attemptsInVain = hasMovedOn ? 0 : attemptsInVain + 1;
+    const bool startsAgain = isWrongPart || !EntityTag{etag}.IsStrong();
+    startsOver += startsAgain ? 1 : 0;
+    if (attemptsInVain > mostAttemptsInVain || startsOver > mostStartsOver || (startsAgain && !sink->Open())) {
+        return false;
+    }
+    Get();
+    return true;
+}
+
+void DownloadOperation::AskForSize()
+{
+    // The answer ended where the connection did, or is not as long as the list has it: only the server can say whether
+    // that was the end of the document.
+    requests.Send(OnTransferLane(PropFind(server->collection.UrlOf(document.name))), [this](HttpResponse&& response) {
+        DavPath path = server->collection.Path();
+        path.push_back(document.name);
+        const auto entry = EntryOfDepth0(response, path);
+        if (!entry || !entry->size) {
+            Fail("The server does not tell how large the document is", "Try again.");
+        } else {
+            Check(*entry->size);
+        }
+    });
+}
+
+void DownloadOperation::Check(qint64 expectedSize)
+{
+    if (sink->Position() != expectedSize) {
+        Fail(QStringLiteral("%1 of %2 bytes arrived").arg(sink->Position()).arg(expectedSize), "Try again.");
+        return;
+    }
+    sink->Flush([this] { PutInPlace(); });
+}
+
+void DownloadOperation::PutInPlace()
+{
+    if (!sink->ErrorText().isEmpty()) {
+        Fail(QStringLiteral("%1 cannot be written: %2").arg(QFileInfo(request.localPath).path(), sink->ErrorText()),
+             "Make room on the drive and try again.");
+        return;
+    }
+    const bool isSameVersion = etag.isEmpty() || EntityTag{etag}.SameIgnoringWeakness({document.etag});
+    if (isSameVersion && !document.md5.isEmpty() && sink->Md5().toLatin1() != document.md5) {
+        Fail("The document that arrived does not have the hash that the server gives for it",
+             "Refresh the list and try again. If it stays like this, the document is damaged on the server.");
+        return;
+    }
+    bool isWritten = false;
+    const bool isWanted = request.token->Commit([&] {
+        isWritten = sink->File().CommitReplacing(request.localPath);
+        return QString();
+    });
+    if (!isWanted) {
+        End({});
+    } else if (!isWritten) {
+        Fail(QStringLiteral("%1 cannot be written: %2").arg(request.localPath, sink->File().ErrorText()), {});
+    } else {
+        sink->SyncFolder([this] {
+            tools.progress(100);
+            End({});
+        });
+    }
+}
+
+void DownloadOperation::ReportProgress(qint64 position)
+{
+    const qint64 whole = qMax<qint64>(size >= 0 ? size : document.size.value_or(0), 1);
+    const int percent = static_cast<int>(qMin<qint64>(position * 100 / whole, 99)); // it is not checked yet
+    if (percent > reportedPercent) {
+        reportedPercent = percent;
+        tools.progress(percent);
+    }
+}
+
+void DownloadOperation::Fail(const QString& reason, const QString& advice)
+{
+    End(Failed(what, document.Name(), server->secrets.Redact(reason), advice));
+}
+
+} // namespace Norlis::Social

@@ -1,0 +1,182 @@
+#include "Examination.h"
+
+#include "../AtomicFile.h"
+#include "EntityTag.h"
+#include "ErrorBody.h"
+#include "OverwriteCheck.h"
+#include "PropFind.h"
+
+namespace Norlis::Social {
+
+namespace {
+
+const auto what = QStringLiteral("The examination of the service");
+const QByteArray content = "examined";
+const QByteArray someMd5 = "d41d8cd98f00b204e9800998ecf8427e";
+constexpr int longestFinding = 80; // characters of what a server says
+
+QString YesOrNo(bool isSo)
+{
+    return isSo ? QStringLiteral("yes") : QStringLiteral("no");
+}
+
+/// What a status says of something that the server should have refused.
+QString Refusal(const HttpResponse& response)
+{
+    if (response.Status() == 412) {
+        return QStringLiteral("yes");
+    }
+    return response.HasSucceeded() ? QStringLiteral("no") : QStringLiteral("not known");
+}
+
+} // namespace
+
+Examination::Examination(const std::shared_ptr<WebDavServer>& server, Sweeper& sweeper, Finish finish)
+    : Operation(server, std::move(finish)),
+      sweeper(sweeper),
+      first(AtomicFile::NewTemporaryName().toUtf8()),
+      second(AtomicFile::NewTemporaryName().toUtf8())
+{
+}
+
+void Examination::Start()
+{
+    Note("service", "WebDAV");
+    Plan();
+    TakeNextStep();
+}
+
+HttpRequest Examination::Make(const char* method, const QByteArray& name, const HttpFields& fields,
+                              const QByteArray& body) const
+{
+    HttpRequest request;
+    request.method = method;
+    request.url = server->collection.UrlOf(name);
+    request.fields = fields;
+    request.body = body;
+    return request;
+}
+
+void Examination::Plan()
+{
+    HttpRequest options = Make("OPTIONS", {});
+    options.url = server->collection.Url();
+    steps.push_back({options, [this](const HttpResponse& response) {
+                         NoteTold("software", response.head.Field("server"));
+                         NoteTold("DAV classes", response.head.Field("dav"));
+                     }});
+    steps.push_back(
+        {PropFind(server->collection.Url()), [this](const HttpResponse& response) { LearnOfCollection(response); }});
+    const HttpFields plain = {{"Content-Type", "application/octet-stream"}};
+    steps.push_back({Make("PUT", first, plain, content), [this](const HttpResponse& response) {
+                         Note("takes uploads", YesOrNo(response.HasSucceeded()));
+                         if (!response.HasSucceeded()) {
+                             steps.clear(); // without a file there is nothing more to be found out
+                         }
+                     }});
+    steps.push_back(
+        {Make("PUT", first, HttpFields(plain) << qMakePair(QByteArray("If-None-Match"), QByteArray("*")), content),
+         [this](const HttpResponse& response) { Note("honours If-None-Match", Refusal(response)); }});
+    steps.push_back(
+        {Make("PUT", first, HttpFields(plain) << qMakePair(QByteArray("If-Match"), QByteArray("\"norlis\"")), content),
+         [this](const HttpResponse& response) { Note("honours If-Match", Refusal(response)); }});
+    steps.push_back(
+        {PropFind(server->collection.UrlOf(first)), [this](const HttpResponse& response) { LearnOfFile(response); }});
+    steps.push_back({Make("GET", first, {{"Range", "bytes=2-"}}), [this](const HttpResponse& response) {
+                         const bool isRest = response.Status() == 206 && response.body == content.mid(2);
+                         Note("sends the rest of a file", YesOrNo(isRest));
+                         Note("ETag with the content", YesOrNo(EntityTag{response.head.Field("etag")}.IsValid()));
+                     }});
+    steps.push_back({MoveFile(server->collection, first, second, false), [this](const HttpResponse& response) {
+                         Note("gives files another name", YesOrNo(response.HasSucceeded()));
+                     }});
+    steps.push_back(
+        {StoreHash(server->collection.UrlOf(second), someMd5, "\"norlis\""), [this](const HttpResponse& response) {
+             server->keepsProperties = IsPropertyTaken(response);
+             Note("keeps hashes for us", YesOrNo(*server->keepsProperties));
+         }});
+    steps.push_back({Make("PUT", first, plain, content), [](const HttpResponse&) {}});
+    steps.push_back({MoveFile(server->collection, first, second, false), [this](const HttpResponse& response) {
+                         server->refusesToOverwrite = response.Status() == 412;
+                         Note("refuses to overwrite", Refusal(response));
+                     }});
+}
+
+void Examination::TakeNextStep()
+{
+    if (steps.empty()) {
+        RemoveFiles([this, alive = std::weak_ptr<bool>(life)] {
+            if (!alive.expired()) {
+                End(problem ? *problem : Reply{Success, traits, {}, false});
+            }
+        });
+        return;
+    }
+    const Step step = std::move(steps.front());
+    steps.pop_front();
+    requests.Send(step.request, [this, learn = step.learn](HttpResponse&& response) {
+        if (response.fault != HttpResponse::Fault::None || response.Status() == 401) {
+            problem = server->Failure(what, {}, response);
+            steps.clear();
+        } else {
+            learn(response);
+        }
+        TakeNextStep();
+    });
+}
+
+void Examination::LearnOfCollection(const HttpResponse& response)
+{
+    const auto entry = EntryOfDepth0(response, server->collection.Path());
+    if (!entry) {
+        problem = Failed(what, {}, "The server does not answer like a WebDAV server", "Try again.");
+        steps.clear();
+        return;
+    }
+    Note("file ids and checksums of its own", YesOrNo(server->isFamily));
+    Note("tells used storage", YesOrNo(entry->quotaUsed.value_or(-1) >= 0));
+    Note("tells free storage", YesOrNo(entry->quotaAvailable.value_or(-1) >= 0));
+}
+
+void Examination::LearnOfFile(const HttpResponse& response)
+{
+    DavPath path = server->collection.Path();
+    path.push_back(first);
+    const auto entry = EntryOfDepth0(response, path);
+    if (!entry) {
+        Note("ETag in lists", "not known");
+        return;
+    }
+    const EntityTag tag{entry->etag};
+    Note("ETag in lists", !tag.IsValid() ? "no" : tag.IsStrong() ? "yes" : "yes, weak for a file just written");
+    Note("makes pictures", YesOrNo(entry->hasPreview.has_value()));
+    Note("tells when a file was made", YesOrNo(entry->createdAt.isValid()));
+}
+
+void Examination::Note(const QString& trait, const QString& finding)
+{
+    traits.append({trait, finding});
+}
+
+void Examination::NoteTold(const QString& trait, const QByteArray& told)
+{
+    const QString text = Tidied(server->secrets.Redact(QString::fromUtf8(told))).left(longestFinding);
+    const bool isPrivate = (!server->user.isEmpty() && text.contains(server->user, Qt::CaseInsensitive)) ||
+                           text.contains(server->collection.Host(), Qt::CaseInsensitive);
+    Note(trait, text.isEmpty() || isPrivate ? QStringLiteral("not told") : text);
+}
+
+bool Examination::GiveUp()
+{
+    requests.CancelAll();
+    RemoveFiles({});
+    return true;
+}
+
+void Examination::RemoveFiles(const std::function<void()>& done)
+{
+    sweeper.Remove(server->collection.UrlOf(first), false);
+    sweeper.Remove(server->collection.UrlOf(second), false, done);
+}
+
+} // namespace Norlis::Social

@@ -1,0 +1,167 @@
+#include "Publication.h"
+
+#include "../DocumentNames.h"
+#include "EntityTag.h"
+#include "PropFind.h"
+
+namespace Norlis::Social {
+
+namespace {
+
+constexpr int mostNumbers = 10'000;
+constexpr int mostAttempts = 4;
+constexpr int pause = 100; // milliseconds, longer each time
+
+} // namespace
+
+Publication::Publication(WebDavServer& server, const DavDocument& uploaded, Done done)
+    : server(server),
+      uploaded(uploaded),
+      done(std::move(done)),
+      requests(server.http)
+{
+}
+
+Publication::~Publication()
+{
+    if (isReserved) {
+        server.namesInTheMaking.remove(name);
+    }
+}
+
+void Publication::MakeNew(const QByteArray& newName)
+{
+    wantedName = newName;
+    if (server.refusesToOverwrite) {
+        Try(wantedName);
+        return;
+    }
+    check = std::make_unique<OverwriteCheck>(server, uploaded.name, [this](const QByteArray& nameNow) {
+        uploaded.name = nameNow;
+        Try(wantedName);
+    });
+}
+
+void Publication::Replace(const QByteArray& knownName)
+{
+    name = knownName;
+    isNew = false;
+    Move();
+}
+
+void Publication::Try(const QByteArray& newName)
+{
+    if (isReserved) {
+        server.namesInTheMaking.remove(name);
+    }
+    name = newName;
+    isReserved = !server.namesInTheMaking.contains(name);
+    if (!isReserved) {
+        TryNextName();
+        return;
+    }
+    server.namesInTheMaking.insert(name);
+    if (server.refusesToOverwrite.value_or(false)) {
+        Move();
+        return;
+    }
+    LookAt(name, [this](const HttpResponse& response, const std::optional<DavEntry>& entry) {
+        if (entry) {
+            TryNextName();
+        } else if (IsMissing(response.Status())) {
+            Move();
+        } else {
+            Fail(response, true);
+        }
+    });
+}
+
+void Publication::Move()
+{
+    ++attempts;
+    requests.Send(MoveFile(server.collection, uploaded.name, name, !isNew),
+                  [this](HttpResponse&& response) { OnMoved(response); });
+}
+
+void Publication::OnMoved(const HttpResponse& response)
+{
+    const bool isDoubtful = response.fault != HttpResponse::Fault::None || response.head.status == 207 ||
+                            response.head.status == 404 || response.head.status == 423 || // a lock may be short
+                            response.head.status >= 500;
+    if (isDoubtful) {
+        LookWhetherMoved(response);
+    } else if (response.HasSucceeded()) {
+        Succeed();
+    } else if (isNew && response.Status() == 412) {
+        TryNextName();
+    } else {
+        Fail(response, true);
+    }
+}
+
+void Publication::TryNextName()
+{
+    if (++number > mostNumbers) {
+        HttpResponse taken;
+        taken.head.status = 412;
+        Fail(taken, true);
+        return;
+    }
+    attempts = 0;
+    Try(NumberedName(QString::fromUtf8(wantedName), number).toUtf8());
+}
+
+void Publication::LookWhetherMoved(const HttpResponse& answer)
+{
+    LookAt(uploaded.name, [this, answer](const HttpResponse& look, const std::optional<DavEntry>& entry) {
+        LookAtTarget(answer, entry || !IsMissing(look.Status()));
+    });
+}
+
+void Publication::LookAtTarget(const HttpResponse& answer, bool isUploadedThere)
+{
+    LookAt(name, [this, answer, isUploadedThere](const HttpResponse& look, const std::optional<DavEntry>& entry) {
+        const bool isTargetGone = IsMissing(look.Status());
+        // Some servers make room for the new document before they know that they can put it there.
+        const bool isPassing =
+            answer.fault != HttpResponse::Fault::None || answer.head.status == 423 || (!isNew && isTargetGone);
+        if (!isUploadedThere && entry && IsUploaded(*entry)) {
+            Succeed();
+        } else if (isUploadedThere && isPassing && attempts < mostAttempts) {
+            QTimer::singleShot(pause * attempts, &context, [this] { Move(); });
+        } else {
+            Fail(answer, isUploadedThere, !isNew && isTargetGone);
+        }
+    });
+}
+
+void Publication::LookAt(const QByteArray& looked, Answer answer)
+{
+    HttpRequest request = PropFind(server.collection.UrlOf(looked));
+    request.lane = HttpRequest::Lane::Transfer;
+    requests.Send(request, [this, looked, answer = std::move(answer)](HttpResponse&& response) {
+        DavPath path = server.collection.Path();
+        path.push_back(looked);
+        answer(response, EntryOfDepth0(response, path));
+    });
+}
+
+bool Publication::IsUploaded(const DavEntry& entry) const
+{
+    const bool hasTags = !entry.etag.isEmpty() && !uploaded.etag.isEmpty();
+    return entry.size == uploaded.size && (!hasTags || EntityTag{entry.etag}.SameIgnoringWeakness({uploaded.etag}));
+}
+
+void Publication::Succeed()
+{
+    const auto whenDone = done; // it destroys this object
+    whenDone({name, {}, {}, false});
+}
+
+void Publication::Fail(const HttpResponse& answer, bool isUploadedThere, bool isOnlyCopy)
+{
+    const auto whenDone = done; // it destroys this object
+    whenDone({{}, answer, isUploadedThere ? uploaded.name : QByteArray(), isOnlyCopy});
+}
+
+} // namespace Norlis::Social

@@ -1,0 +1,289 @@
+#include "UploadOperation.h"
+
+#include "../AtomicFile.h"
+#include "../DocumentNames.h"
+#include "EntityTag.h"
+#include "PropFind.h"
+
+#include <QFileInfo>
+
+#include <limits>
+
+namespace Norlis::Social {
+
+namespace {
+
+const auto what = QStringLiteral("Upload");
+
+} // namespace
+
+UploadOperation::UploadOperation(qint64 id, const Request::Upload& request, const std::shared_ptr<WebDavServer>& server,
+                                 const Tools& tools, Finish finish)
+    : Operation(server, std::move(finish)),
+      id(id),
+      request(request),
+      tools(tools),
+      source(std::make_shared<UploadSource>(request.localPath, tools.pool,
+                                            [this](qint64 position) { ReportProgress(position); }))
+{
+}
+
+UploadOperation::~UploadOperation()
+{
+    tools.directory.Forget(id);
+}
+
+void UploadOperation::Start()
+{
+    name = QFileInfo(request.localPath).fileName().toUtf8();
+    const QString badName = request.document.isEmpty() ? WhyNoName(Name()) : QString();
+    if (!badName.isEmpty()) {
+        End(Failed(what, Name(), QStringLiteral("The name %1").arg(badName), "Give the file another name."));
+        return;
+    }
+    if (!source->Open()) {
+        End(Failed(what, Name(), QStringLiteral("%1 cannot be read: %2").arg(request.localPath, source->ErrorText()),
+                   "Check that the file is there and that you may read it."));
+        return;
+    }
+    ReportProgress(0);
+    if (request.document.isEmpty()) {
+        Put();
+        return;
+    }
+    tools.directory.Find(id, request.document, what, [this](const DavDocument* document, Reply&& failure) {
+        if (document) {
+            name = document->name;
+            LookAtReplaced();
+        } else {
+            failure.failure.document = Name();
+            End(std::move(failure));
+        }
+    });
+}
+
+void UploadOperation::LookAtReplaced()
+{
+    // Also shows, before a large file is sent for nothing, whether the server would talk to us.
+    requests.Send(OnTransferLane(PropFind(server->collection.UrlOf(name))), [this](HttpResponse&& response) {
+        const auto entry = EntryOfDepth0(response, PathOf(name));
+        if (entry && !entry->isCollection) {
+            replaced = FileOf(*entry, name);
+            Put();
+        } else if (entry || IsMissing(response.Status())) {
+            End(Failed(what, Name(), "The document to replace is not in the cloud any more",
+                       "Upload the file as a new document."));
+        } else {
+            End(server->Failure(what, Name(), response));
+        }
+    });
+}
+
+void UploadOperation::Put()
+{
+    step = Step::Sending;
+    isDirect = replaced && server->isFamily;
+    sent.name = isDirect ? name : AtomicFile::NewTemporaryName().toUtf8();
+    HttpRequest put;
+    put.method = "PUT";
+    put.url = server->collection.UrlOf(sent.name);
+    put.fields = {
+        {"Content-Type", request.mimeType.isEmpty() ? "application/octet-stream" : request.mimeType.toLatin1()}};
+    if (server->isFamily) {
+        put.fields.append(qMakePair(QByteArray("X-Hash"), QByteArray("md5"))); // asks for the hash of what arrives
+        if (!request.md5Hash.isEmpty()) {
+            put.fields.append({"OC-Checksum", "MD5:" + request.md5Hash.toLower().toLatin1()});
+        }
+    }
+    if (isDirect && EntityTag{replaced->etag}.IsStrong()) {
+        put.fields.append({"If-Match", replaced->etag});
+    }
+    put.source = source;
+    put.lane = HttpRequest::Lane::Transfer;
+    put.isRepeatable = !isDirect;
+    requests.Send(put, [this](HttpResponse&& response) { OnPut(response); });
+}
+
+void UploadOperation::OnPut(const HttpResponse& response)
+{
+    if (response.fault == HttpResponse::Fault::SourceFailed) {
+        Fail(Failed(what, Name(), QStringLiteral("%1 changed meanwhile").arg(request.localPath), "Try again."), true);
+        return;
+    }
+    // The version that another one stands in the way of may be ours: a request whose kept connection turns out to be
+    // closed is sent a second time.
+    const bool isLost = isDirect && (response.fault != HttpResponse::Fault::None || response.Status() == 412);
+    if (!response.HasSucceeded() && !isLost) {
+        Fail(server->Failure(what, Name(), response), response.fault != HttpResponse::Fault::None);
+        return;
+    }
+    const QByteArray arrivedMd5 = response.head.Field("x-hash-md5").toLower();
+    const QString ownMd5 = source->IsWholeAndUnchanged() ? source->Md5() : QString();
+    const QString expectedMd5 = request.md5Hash.toLower();
+    if (!isLost && (ownMd5.isEmpty() || (!expectedMd5.isEmpty() && ownMd5 != expectedMd5))) {
+        Fail(Failed(what, Name(), QStringLiteral("%1 changed meanwhile").arg(request.localPath), "Try again."));
+    } else if (!arrivedMd5.isEmpty() && arrivedMd5 != ownMd5.toLatin1()) {
+        Fail(Failed(what, Name(), "Other bytes arrived at the server than were sent", "Try again."));
+    } else {
+        sent.md5 = ownMd5.toLatin1();
+        CheckWhatArrived(response);
+    }
+}
+
+void UploadOperation::CheckWhatArrived(const HttpResponse& answer)
+{
+    step = Step::Checking;
+    requests.Send(OnTransferLane(PropFind(server->collection.UrlOf(sent.name))),
+                  [this, answer](HttpResponse&& response) {
+                      const auto entry = EntryOfDepth0(response, PathOf(sent.name));
+                      if (entry) {
+                          OnEntry(*entry, answer);
+                      } else {
+                          Fail(server->Failure(what, Name(), answer.HasSucceeded() ? response : answer));
+                      }
+                  });
+}
+
+void UploadOperation::OnEntry(const DavEntry& entry, const HttpResponse& answer)
+{
+    const QByteArray md5 = sent.md5;
+    const bool isWhole = entry.size == source->Size() && (entry.md5.isEmpty() || md5.isEmpty() || entry.md5 == md5);
+    const bool isOurs =
+        answer.HasSucceeded() || (isWhole && !entry.md5.isEmpty() && entry.md5 == request.md5Hash.toLower().toLatin1());
+    if (!isOurs) {
+        End(server->Failure(what, Name(), answer));
+        return;
+    }
+    if (!isWhole) {
+        Fail(Failed(what, Name(),
+                    QStringLiteral("The server kept %1 of %2 bytes").arg(entry.size.value_or(0)).arg(source->Size()),
+                    "Check that there is room in the cloud, and try again."));
+        return;
+    }
+    sent = FileOf(entry, sent.name);
+    sent.md5 = md5.isEmpty() ? entry.md5 : md5;
+    if (isDirect) {
+        OnPublished({name, {}, {}, false});
+    } else {
+        Publish();
+    }
+}
+
+void UploadOperation::Publish()
+{
+    if (isGivenUp) {
+        Fail({});
+        return;
+    }
+    step = Step::Publishing;
+    publication = std::make_unique<Publication>(*server, sent,
+                                                [this](const Publication::Outcome& outcome) { OnPublished(outcome); });
+    if (replaced) {
+        publication->Replace(name);
+    } else {
+        publication->MakeNew(name);
+    }
+}
+
+void UploadOperation::OnPublished(const Publication::Outcome& outcome)
+{
+    if (outcome.failure) {
+        Reply failure = server->Failure(what, Name(), *outcome.failure);
+        if (outcome.isOnlyCopy && !outcome.leftover.isEmpty()) {
+            failure.failure.advice =
+                QStringLiteral("The server has lost the old document. What was sent is there as %1.")
+                    .arg(QString::fromUtf8(outcome.leftover));
+            End(std::move(failure));
+            return;
+        }
+        sent.name = outcome.leftover.isEmpty() ? sent.name : outcome.leftover;
+        Fail(std::move(failure));
+        return;
+    }
+    DavDocument made = sent;
+    made.name = outcome.name;
+    if (replaced) {
+        made.id = replaced->id;
+    } else if (made.id == IdOfName(QString::fromUtf8(sent.name))) {
+        made.id = IdOfName(made.Name());
+    }
+    server->documents.insert(made.id, made);
+    const bool isWanted = request.token->Commit([&] { return replaced ? QString() : made.id; });
+    if (!isWanted && !replaced) {
+        // Given up at the last moment: what was made is taken back.
+        server->documents.remove(made.id);
+        tools.sweeper.Remove(server->collection.UrlOf(made.name), false, [this] { End({}); });
+        return;
+    }
+    Succeed(made);
+}
+
+void UploadOperation::Succeed(const DavDocument& made)
+{
+    tools.hashKeeper.Keep(made);
+    const CloudFile entry = made.ToCloudFile();
+    NorlisCloudSharingResult result;
+    result.id = made.id;
+    result.fileName = entry.name;
+    result.downloadUrl = QUrl::fromEncoded(server->collection.UrlOf(made.name));
+    result.createdAt = made.createdAt.isValid() ? made.createdAt : made.modifiedAt;
+    result.modifiedAt = made.modifiedAt;
+    result.lifetime = std::numeric_limits<int>::max();
+    tools.progress(100);
+    End({Success, result, {}, false});
+}
+
+bool UploadOperation::GiveUp()
+{
+    isGivenUp = true;
+    if (step == Step::Preparing) {
+        return true;
+    }
+    if (step == Step::Publishing) {
+        return false; // only its outcome tells what there is to take back
+    }
+    requests.CancelAll();
+    if (isDirect) {
+        return true; // the server drops it, or has it
+    }
+    tools.sweeper.Remove(server->collection.UrlOf(sent.name), step == Step::Sending);
+    return true;
+}
+
+void UploadOperation::Fail(Reply reply, bool mayBeWritten)
+{
+    if (isDirect) {
+        End(std::move(reply));
+        return;
+    }
+    tools.sweeper.Remove(server->collection.UrlOf(sent.name), mayBeWritten,
+                         [this, reply = std::move(reply), alive = std::weak_ptr<bool>(life)] {
+                             if (!alive.expired()) {
+                                 End(reply);
+                             }
+                         });
+}
+
+void UploadOperation::ReportProgress(qint64 position)
+{
+    const qint64 size = qMax<qint64>(source->Size(), 1);
+    const int percent = static_cast<int>(qMin<qint64>(position * 100 / size, 99)); // the server has not answered yet
+    if (percent > reportedPercent) {
+        reportedPercent = percent;
+        tools.progress(percent);
+    }
+}
+
+QString UploadOperation::Name() const
+{
+    return QString::fromUtf8(name);
+}
+
+DavPath UploadOperation::PathOf(const QByteArray& document) const
+{
+    DavPath path = server->collection.Path();
+    path.push_back(document);
+    return path;
+}
+
+} // namespace Norlis::Social

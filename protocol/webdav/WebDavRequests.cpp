@@ -1,0 +1,27 @@
+#include "WebDavRequests.h"
+
+namespace Norlis::Social {
+
+WebDavRequests::~WebDavRequests()
+{
+    CancelAll();
+}
+
+void WebDavRequests::Send(const HttpRequest& request, HttpClient::Done done)
+{
+    const auto id = std::make_shared<qint64>();
+    *id = http.Send(request, [this, id, done = std::move(done)](HttpResponse&& response) {
+        running.erase(*id);
+        done(std::move(response));
+    });
+    running.insert(*id);
+}
+
+void WebDavRequests::CancelAll()
+{
+    for (const qint64 id : std::exchange(running, {})) {
+        http.Cancel(id);
+    }
+}
+
+} // namespace Norlis::Social

@@ -1,0 +1,151 @@
+#include "ServerTest.h"
+
+#include "PseudoTerminal.h"
+
+#include <QDir>
+
+namespace Norlis::Test {
+
+namespace {
+
+class ServerCommandsTest : public ServerTest {
+protected:
+    void SetUp() override
+    {
+        SignIn();
+    }
+
+    QString Advice() const
+    {
+        return "Sign in again: norlis-cloud login --service " + Address();
+    }
+};
+
+TEST_F(ServerCommandsTest, DocumentGoesThereAndComesBack)
+{
+    const QByteArray content = ContentOf(Sample("ferry-ticket.pdf"));
+    const QString file = MakeFile("ferry-ticket.pdf", content);
+    ASSERT_EQ(Run({"upload", file}).exitStatus, 0);
+    EXPECT_EQ(server.Get("ferry-ticket.pdf"), content);
+    EXPECT_TRUE(Run({"list"}).output.contains("ferry-ticket.pdf"));
+    ASSERT_TRUE(QDir(Home()).mkdir("elsewhere"));
+    const Outcome download = Run({"download", "ferry-ticket.pdf", "--to", "elsewhere"});
+    EXPECT_EQ(download.exitStatus, 0) << download.errors.toStdString();
+    EXPECT_EQ(ContentOf(Home() + "/elsewhere/ferry-ticket.pdf"), content);
+    const Outcome pictures = Run({"preview", "ferry-ticket.pdf"});
+    EXPECT_EQ(pictures.exitStatus, 0) << pictures.errors.toStdString();
+    EXPECT_EQ(Run({"remove", "ferry-ticket.pdf"}).exitStatus, 0);
+    EXPECT_EQ(server.Names(), QStringList());
+}
+
+TEST_F(ServerCommandsTest, DocumentOfTheSameNameIsLeftAlone)
+{
+    server.Put("report.pdf", "somebody else's");
+    const Outcome outcome = Run({"upload", MakeFile("report.pdf"), "--json"});
+    ASSERT_EQ(outcome.exitStatus, 0) << outcome.errors.toStdString();
+    ASSERT_EQ(outcome.JsonLines().size(), 1);
+    EXPECT_EQ(Run({"remove", outcome.JsonLines()[0]["id"].toString()}).exitStatus, 0);
+    EXPECT_EQ(server.Names(), QStringList("report.pdf"));
+    EXPECT_EQ(server.Get("report.pdf"), QByteArray("somebody else's"));
+}
+
+TEST_F(ServerCommandsTest, StorageOfWhichTheServerTellsNothingIsNoFailure)
+{
+    const Outcome outcome = Run({"quota"});
+    EXPECT_EQ(outcome.exitStatus, 0) << outcome.errors.toStdString();
+    EXPECT_EQ(outcome.output, "The service does not tell how much storage is used\n");
+    const auto results = Run({"quota", "--json"}).JsonLines();
+    ASSERT_EQ(results.size(), 1);
+    EXPECT_TRUE(results[0]["used"].isNull());
+    EXPECT_TRUE(results[0]["total"].isNull());
+}
+
+TEST_F(ServerCommandsTest, RefusalOfAnUploadIsToldWithItsReasonAndWhatToDo)
+{
+    server.Misbehave(When("PUT").Always(), HasNoRoom());
+    const Outcome outcome = Run({"upload", MakeFile("report.pdf")});
+    EXPECT_EQ(outcome.exitStatus, 1);
+    EXPECT_EQ(outcome.ErrorLines().size(), 1);
+    EXPECT_TRUE(outcome.errors.startsWith("norlis-cloud: Uploading \"report.pdf\" failed: The server has no room left "
+                                          "(507"))
+        << outcome.errors.toStdString();
+    EXPECT_TRUE(outcome.errors.endsWith("Make room in the cloud and try again\n")) << outcome.errors.toStdString();
+}
+
+TEST_F(ServerCommandsTest, ServerThatEndsTheSignInInMidWorkIsToldWithTheCommandThatHelps)
+{
+    server.Misbehave(When("PUT").Always(), AnswersWith(401));
+    QStringList words("upload");
+    for (int number = 0; number < 12; ++number) { // more than are sent at once
+        words << MakeFile(QStringLiteral("%1.pdf").arg(number));
+    }
+    const Outcome outcome = Run(words);
+    EXPECT_EQ(outcome.exitStatus, 1);
+    EXPECT_EQ(outcome.ErrorLines().size(), 12) << outcome.errors.toStdString();
+    for (const QString& line : outcome.ErrorLines()) {
+        EXPECT_TRUE(line.startsWith("norlis-cloud: Uploading \"")) << line.toStdString();
+        EXPECT_TRUE(line.endsWith(Advice())) << line.toStdString();
+    }
+}
+
+TEST_F(ServerCommandsTest, WatchEndsWhenTheServerEndsTheSignIn)
+{
+    server.Put("report.pdf", "%PDF-1.4\n");
+    const auto process = Start({"watch", "--interval", "1"});
+    ASSERT_TRUE(process->waitForReadyRead(60'000)); // "added report.pdf"
+    server.SetPassword("another one");
+    const Outcome outcome = WaitForEnd(*process);
+    EXPECT_EQ(outcome.exitStatus, 1);
+    EXPECT_EQ(outcome.ErrorLines().size(), 1) << outcome.errors.toStdString();
+    EXPECT_TRUE(outcome.errors.contains(Advice())) << outcome.errors.toStdString();
+}
+
+TEST_F(ServerCommandsTest, WatchOutlastsAServerThatIsAway)
+{
+    server.Put("first.pdf", "%PDF-1.4\n");
+    const auto process = Start({"watch", "--interval", "1"});
+    ASSERT_TRUE(process->waitForReadyRead(60'000)); // "added first.pdf"
+    EXPECT_TRUE(process->readAllStandardOutput().contains("first.pdf"));
+    server.Stop();
+    process->setReadChannel(QProcess::StandardError);
+    ASSERT_TRUE(process->waitForReadyRead(60'000));
+    EXPECT_TRUE(process->readAllStandardError().contains("Fetching the list failed"));
+    server.Start();
+    server.Put("second.pdf", "%PDF-1.4\n");
+    process->setReadChannel(QProcess::StandardOutput);
+    ASSERT_TRUE(process->waitForReadyRead(60'000));
+    EXPECT_TRUE(process->readAllStandardOutput().contains("second.pdf"));
+}
+
+TEST_F(ServerCommandsTest, TextsOfTheServerMoveNoCursor)
+{
+    // C1 control characters, and a turn of the direction of writing, which XML may hold.
+    server.Misbehave(When("PUT").Always(), Refuses(403, "Forbidden",
+                                                   "red \xc2\x9b"
+                                                   "31m \xc2\x85 \xe2\x80\xae fdp"));
+    PseudoTerminal terminal(NORLIS_CLOUD_PROGRAM, {"upload", MakeFile("report.pdf")}, environment);
+    EXPECT_EQ(terminal.WaitForEnd(), 1);
+    EXPECT_TRUE(terminal.Written().contains("403")) << terminal.Written().toStdString();
+    for (const QByteArray harmful : {"\xc2\x9b", "\xc2\x85", "\xe2\x80\xae"}) {
+        EXPECT_FALSE(terminal.Written().contains(harmful)) << terminal.Written().toStdString();
+    }
+}
+
+TEST_F(ServerCommandsTest, ExaminationCanBeShownToOthers)
+{
+    server.Put("private-letter.pdf", "%PDF-1.4\n");
+    for (const QStringList& words : {QStringList{"doctor"}, {"doctor", "--json"}}) {
+        const Outcome outcome = Run(words);
+        EXPECT_EQ(outcome.exitStatus, 0) << outcome.errors.toStdString();
+        EXPECT_FALSE(outcome.output.trimmed().isEmpty());
+        for (const QString& secret : {server.User(), server.Password(), QString("127.0.0.1"),
+                                      QString::number(server.Port()), QString("private-letter")}) {
+            EXPECT_FALSE(outcome.output.contains(secret)) << outcome.output.toStdString();
+        }
+    }
+    EXPECT_EQ(server.Names(), QStringList("private-letter.pdf"));
+}
+
+} // namespace
+
+} // namespace Norlis::Test

@@ -1,0 +1,226 @@
+#include "WebDavUnderTest.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <map>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace Norlis::Test {
+
+namespace {
+
+constexpr qint64 MiB = 1024 * 1024;
+
+/// Ends the servers with the tests, before the folder for temporary files goes.
+class Servers : public testing::Environment {
+public:
+    WebDavServer& Get(ServerKind kind)
+    {
+        auto& server = servers[kind];
+        if (!server) {
+            server = std::make_unique<WebDavServer>(kind);
+        } else if (!server->IsRunning()) {
+            server->Start(); // a test that failed has stopped it
+        }
+        return *server;
+    }
+
+    void TearDown() override
+    {
+        servers.clear();
+    }
+
+private:
+    std::map<ServerKind, std::unique_ptr<WebDavServer>> servers;
+};
+
+Servers& TheServers()
+{
+    static auto* const servers = static_cast<Servers*>(testing::AddGlobalTestEnvironment(new Servers));
+    return *servers;
+}
+
+/// Known to GoogleTest before the tests begin.
+const Servers& early = TheServers();
+
+/// With blanks and more that an address has to escape.
+QString NextCollection()
+{
+    static int count = 0;
+    return QString("Zo\u00eb's documents #") + QString::number(++count);
+}
+
+} // namespace
+
+WebDavServer& SharedServer(ServerKind kind)
+{
+    return TheServers().Get(kind);
+}
+
+WebDavUnderTest::WebDavUnderTest(WebDavServer& server)
+    : server(server),
+      collection(NextCollection()),
+      folder(server.MakeCollection(collection))
+{
+    server.ForgetLog();
+}
+
+WebDavUnderTest::~WebDavUnderTest()
+{
+    QDir(folder).removeRecursively();
+}
+
+Social::OAuth2::AuthInfo WebDavUnderTest::Settings()
+{
+    Social::OAuth2::AuthInfo settings;
+    settings.serviceUrl = server.Address(collection);
+    return settings;
+}
+
+QString WebDavUnderTest::Token()
+{
+    return server.Password();
+}
+
+void WebDavUnderTest::Put(const QString& name, const QByteArray& content)
+{
+    const QByteArray path = QFile::encodeName(PathOf(name));
+    struct stat before = {};
+    const bool wasThere = stat(path.constData(), &before) == 0;
+    WriteFile(PathOf(name), content);
+
+    // Dates in whole seconds and lengths are all that some servers tell changes by, so this one comes a second later.
+    struct stat after = {};
+    ASSERT_EQ(stat(path.constData(), &after), 0);
+    if (wasThere && after.st_mtim.tv_sec <= before.st_mtim.tv_sec) {
+        const timespec later = {before.st_mtim.tv_sec + 1, after.st_mtim.tv_nsec};
+        const std::array<timespec, 2> times = {later, later};
+        ASSERT_EQ(utimensat(AT_FDCWD, path.constData(), times.data(), 0), 0);
+    }
+}
+
+void WebDavUnderTest::PutLarge(const QString& name, qint64 size)
+{
+    WriteSparseFile(PathOf(name), size);
+}
+
+std::optional<QByteArray> WebDavUnderTest::Get(const QString& name)
+{
+    return ReadFile(PathOf(name));
+}
+
+void WebDavUnderTest::Take(const QString& name)
+{
+    ASSERT_TRUE(QFile::remove(PathOf(name)));
+}
+
+QStringList WebDavUnderTest::Content()
+{
+    QStringList files = FilesBelow(folder);
+    const auto isTheServers = [](const QString& path) {
+        // Apache's and SabreDAV's properties, and what Apache is about to receive.
+        return path.startsWith(".DAV/") || path == ".sabredav" || path.startsWith(".davfs.tmp");
+    };
+    files.erase(std::remove_if(files.begin(), files.end(), isTheServers), files.end());
+    return files;
+}
+
+void WebDavUnderTest::Withdraw()
+{
+    server.Stop();
+}
+
+void WebDavUnderTest::Restore()
+{
+    server.Start();
+}
+
+bool WebDavUnderTest::HashesForeignDocuments() const
+{
+    return false;
+}
+
+bool WebDavUnderTest::KeepsHashes() const
+{
+    return IsKind({ServerKind::Apache, ServerKind::Lighttpd, ServerKind::Sabre}); // the others keep no properties
+}
+
+bool WebDavUnderTest::TellsCreation() const
+{
+    return IsKind({ServerKind::Apache});
+}
+
+CloudUnderTest::QuotaOf WebDavUnderTest::CountsInQuota() const
+{
+    return IsKind({ServerKind::Sabre}) ? QuotaOf::Disk : QuotaOf::Nothing;
+}
+
+bool WebDavUnderTest::ListsNamesThatBeginWithADot() const
+{
+    return !IsKind({ServerKind::Nginx});
+}
+
+bool WebDavUnderTest::ListsControlCharacters() const
+{
+    // nginx' listing is no XML then, and rclone shows other characters in their place.
+    return !IsKind({ServerKind::Nginx, ServerKind::Rclone});
+}
+
+bool WebDavUnderTest::TakesRemovalTwice() const
+{
+    return true; // an answer may have been lost, and the document be gone by the first request
+}
+
+bool WebDavUnderTest::FetchesChangedDocumentsAnew() const
+{
+    return true;
+}
+
+bool WebDavUnderTest::SeesChangesByItself() const
+{
+    return false; // a server is not asked for every picture
+}
+
+bool WebDavUnderTest::IsQuietAfterDestruction() const
+{
+    return false; // a server takes a moment to see that a connection is gone
+}
+
+qint64 WebDavUnderTest::LargeSize() const
+{
+    return IsKind({ServerKind::Sabre}) ? 64 * MiB : 256 * MiB; // PHP's server holds all of an upload in memory
+}
+
+int WebDavUnderTest::ManyDocuments() const
+{
+    return IsKind({ServerKind::Rclone}) ? 300 : 10'000; // without its cache, rclone reads the folder for each entry
+}
+
+QByteArray WebDavUnderTest::Log() const
+{
+    return server.Log();
+}
+
+WebDavServer& WebDavUnderTest::Server() const
+{
+    return server;
+}
+
+QString WebDavUnderTest::PathOf(const QString& name) const
+{
+    return folder + '/' + name;
+}
+
+bool WebDavUnderTest::IsKind(std::initializer_list<ServerKind> kinds) const
+{
+    return std::find(kinds.begin(), kinds.end(), server.Kind()) != kinds.end();
+}
+
+} // namespace Norlis::Test

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "CloudUnderTest.h"
+#include "Files.h"
+
+#include "servers/WebDavServer.h"
+
+#include <initializer_list>
+
+namespace Norlis::Test {
+
+/// The server of a kind that all tests of a program share, running.
+WebDavServer& SharedServer(ServerKind kind);
+
+/// A collection of a WebDAV server as a cloud, new for each test. Its documents are reached on the server's disk.
+class WebDavUnderTest : public CloudUnderTest {
+public:
+    explicit WebDavUnderTest(WebDavServer& server);
+    ~WebDavUnderTest() override;
+
+    Social::OAuth2::AuthInfo Settings() override;
+    QString Token() override;
+    void Put(const QString& name, const QByteArray& content) override;
+    void PutLarge(const QString& name, qint64 size) override;
+    std::optional<QByteArray> Get(const QString& name) override;
+    void Take(const QString& name) override;
+    QStringList Content() override;
+    void Withdraw() override;
+    void Restore() override;
+
+    bool HashesForeignDocuments() const override;
+    bool KeepsHashes() const override;
+    bool TellsCreation() const override;
+    QuotaOf CountsInQuota() const override;
+    bool ListsNamesThatBeginWithADot() const override;
+    bool ListsControlCharacters() const override;
+    bool TakesRemovalTwice() const override;
+    bool FetchesChangedDocumentsAnew() const override;
+    bool SeesChangesByItself() const override;
+    bool IsQuietAfterDestruction() const override;
+    int ManyDocuments() const override;
+    qint64 LargeSize() const override;
+    QByteArray Log() const override;
+
+    WebDavServer& Server() const;
+    QString PathOf(const QString& name) const;
+
+private:
+    bool IsKind(std::initializer_list<ServerKind> kinds) const;
+
+    WebDavServer& server;
+    const QString collection;
+    const QString folder;
+};
+
+} // namespace Norlis::Test

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <sys/types.h>
+
+namespace Norlis::Test {
+
+/// What it takes to start a program.
+struct ProgramStart {
+    QString program; ///< path
+    QStringList arguments;
+    QStringList environment; ///< NAME=value, beside what the process has already
+    QString folder;          ///< to start in
+};
+
+/// A program that runs as long as the object lives, together with the processes that it starts itself.
+///
+/// They end with the thread that started the program too, so that a test that is killed leaves no server behind.
+class ServerProcess {
+public:
+    /// \param logFile to which everything is appended that the program writes
+    /// Throws std::runtime_error when there is no process to be had. A program that cannot be started ends at once.
+    ServerProcess(const ProgramStart& start, const QString& logFile);
+
+    /// Asks the program to end; kills it after two seconds.
+    ~ServerProcess();
+
+    ServerProcess(const ServerProcess&) = delete;
+    ServerProcess& operator=(const ServerProcess&) = delete;
+
+    bool IsRunning() const;
+
+private:
+    pid_t id = -1; ///< of the process that leads the group
+};
+
+} // namespace Norlis::Test

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "ServerProcess.h"
+#include "WebDavServer.h"
+
+namespace Norlis::Test {
+
+/// What a server is to be like.
+struct ServerPlan {
+    QString state;     ///< folder for configuration, logs and the like
+    QString documents; ///< folder to serve
+    QString user;
+    QString password;
+    quint16 port;
+};
+
+/// Writes a server's configuration and tells how to start it, in the foreground.
+ProgramStart Prepare(ServerKind kind, const ServerPlan& plan);
+
+/// Lets a server of that kind write into a folder.
+void GiveToServer(ServerKind kind, const QString& folder);
+
+} // namespace Norlis::Test

@@ -1,0 +1,183 @@
+#include "../servers/FamilyServer.h"
+#include "ServiceTest.h"
+
+namespace Norlis::Test {
+
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+QMap<QString, QString> ByTrait(const NorlisCloudProtocol::ServiceTraits& traits)
+{
+    QMap<QString, QString> findings;
+    for (const auto& [trait, finding] : traits) {
+        EXPECT_FALSE(findings.contains(trait)) << trait.toStdString();
+        findings[trait] = finding;
+    }
+    return findings;
+}
+
+std::string TextOf(const NorlisCloudProtocol::ServiceTraits& traits)
+{
+    QStringList lines;
+    for (const auto& [trait, finding] : traits) {
+        lines << trait + ": " + finding;
+    }
+    return lines.join('\n').toStdString();
+}
+
+/// Does what it is asked for, and never says so.
+Misbehaviour DoesItAndHangs()
+{
+    return {[](Wire& wire) { wire.Do(wire.Request()); }};
+}
+
+class ExaminationTest : public SignedInServiceTest<> {
+protected:
+    QMap<QString, QString> Findings()
+    {
+        const auto traits = client.Examine();
+        EXPECT_TRUE(traits->Succeeds()) << LastReason(client);
+        EXPECT_EQ(server.Names(), QStringList());
+        return ByTrait(traits->payload);
+    }
+};
+
+TEST_F(ExaminationTest, TellsWhatAGoodServerCanDo)
+{
+    const auto findings = Findings();
+    EXPECT_EQ(findings["service"], "WebDAV");
+    EXPECT_EQ(findings["software"], "not told");
+    EXPECT_EQ(findings["DAV classes"], "1");
+    for (const char* trait : {"takes uploads", "honours If-None-Match", "honours If-Match", "ETag in lists",
+                              "sends the rest of a file", "ETag with the content", "gives files another name",
+                              "keeps hashes for us", "refuses to overwrite", "tells when a file was made"}) {
+        EXPECT_EQ(findings[trait], "yes") << trait;
+    }
+    for (const char* trait :
+         {"file ids and checksums of its own", "tells used storage", "tells free storage", "makes pictures"}) {
+        EXPECT_EQ(findings[trait], "no") << trait;
+    }
+}
+
+TEST_F(ExaminationTest, TellsWhatAServerCannotDo)
+{
+    const auto ignoresConditions = Misbehaviour{[](Wire& wire) {
+        ServerRequest plain = wire.Request();
+        plain.headers.Set("If-Match", "*");
+        plain.headers.Set("If-None-Match", "\"none\"");
+        wire.Send(wire.Do(plain).Bytes());
+        wire.Finish();
+    }};
+    server.Misbehave(When("PUT").From(2).Times(2), ignoresConditions);
+    server.Misbehave("GET", IgnoresTheRange());
+    server.Misbehave("PROPPATCH", HasInnerStatus(403));
+    server.Misbehave(When("MOVE").From(2), {[](Wire& wire) {
+                         ServerRequest rash = wire.Request();
+                         rash.headers.Set("Overwrite", "T");
+                         wire.Send(wire.Do(rash).Bytes());
+                         wire.Finish();
+                     }});
+    const auto findings = Findings();
+    for (const char* trait : {"honours If-None-Match", "honours If-Match", "sends the rest of a file",
+                              "keeps hashes for us", "refuses to overwrite"}) {
+        EXPECT_EQ(findings[trait], "no") << trait;
+    }
+}
+
+TEST_F(ExaminationTest, ServerThatOneCanOnlyReadFromIsDescribedToo)
+{
+    server.Misbehave(When("PUT").Always(), AnswersWith(403));
+    const auto findings = Findings();
+    EXPECT_EQ(findings["takes uploads"], "no");
+    EXPECT_FALSE(findings.contains("refuses to overwrite"));
+}
+
+TEST_F(ExaminationTest, LeavesNothingBehindWhereverItFails)
+{
+    settings.patience = shortPatience;
+    Client user(settings, server.Password());
+    ASSERT_TRUE(user.SignIn());
+    for (const When& when :
+         {When("OPTIONS"), When("PROPFIND"), When("PUT"), When("PUT").From(2), When("PROPFIND").From(2), When("GET"),
+          When("MOVE"), When("PROPPATCH"), When("PUT").From(4), When("MOVE").From(2)}) {
+        for (const Misbehaviour& fault : {AnswersWith(500), AnswersWith(401)}) {
+            server.BehaveAgain();
+            ASSERT_TRUE(user.SignIn());
+            server.Misbehave(when, fault);
+            ASSERT_TRUE(WaitUntil([answer = user.Examine()] { return answer->Came(); }));
+            EXPECT_TRUE(WaitUntil([&] { return server.Names().isEmpty(); }, 5'000)) << when.method.constData();
+        }
+        server.BehaveAgain();
+        ASSERT_TRUE(user.SignIn());
+        server.Misbehave(when, DoesItAndHangs());
+        EXPECT_TRUE(user.Examine()->Fails());
+        EXPECT_THAT(LastReason(user), HasSubstr("silent"));
+        EXPECT_TRUE(WaitUntil([&] { return server.Names().isEmpty(); }, 5'000)) << when.method.constData();
+    }
+}
+
+TEST_F(ExaminationTest, LeavesNothingBehindWhenItIsGivenUp)
+{
+    for (const char* method : {"PUT", "GET", "MOVE", "PROPPATCH"}) {
+        for (const bool isDestroyed : {false, true}) {
+            Client user(settings, server.Password());
+            ASSERT_TRUE(user.SignIn());
+            server.BehaveAgain();
+            server.ForgetRequests();
+            server.Misbehave(method, DoesItAndHangs());
+            const auto examination = user.Examine();
+            ASSERT_TRUE(WaitUntil([&] { return server.Count(method) == 1 && !server.Names().isEmpty(); }));
+            if (isDestroyed) {
+                user.Destroy();
+            } else {
+                user.Cancel(examination->operation);
+            }
+            EXPECT_TRUE(WaitUntil([&] { return server.Names().isEmpty(); }, 5'000)) << method << isDestroyed;
+            EXPECT_FALSE(examination->Came());
+        }
+    }
+}
+
+TEST_F(ExaminationTest, CanBeShownToOthers)
+{
+    server.Put("secret-plans.pdf", "content");
+    for (const QByteArray& software : {QByteArray("Apache/2.4"), QByteArray("Files of norlis"),
+                                       QByteArray("Server at 127.0.0.1 Port 80"), server.Password().toUtf8(),
+                                       QByteArray("a\x1b[31mb\xe2\x80\xae"
+                                                  "c"),
+                                       QByteArray(10'000, 'x')}) {
+        server.BehaveAgain();
+        server.Misbehave("OPTIONS", Adds("Server", software));
+        const auto traits = client.Examine();
+        ASSERT_TRUE(traits->Succeeds());
+        const std::string text = TextOf(traits->payload);
+        for (const char* word : {"norlis", "127.0.0.1", "documents/", "secret-plans", "\x1b", "\u202e"}) {
+            EXPECT_THAT(text, Not(HasSubstr(word)));
+        }
+        EXPECT_FALSE(HoldsSecret(QByteArray::fromStdString(text)));
+        EXPECT_LT(text.size(), 1'000U);
+        EXPECT_EQ(ByTrait(traits->payload)["software"] == "Apache/2.4", software == "Apache/2.4");
+    }
+    EXPECT_EQ(server.Names(), QStringList("secret-plans.pdf"));
+}
+
+class FamilyExaminationTest : public SignedInServiceTest<FamilyServer> {};
+
+TEST_F(FamilyExaminationTest, TellsWhatTheFamilyCanDo)
+{
+    server.SetQuota(1, 1);
+    const auto traits = client.Examine();
+    ASSERT_TRUE(traits->Succeeds());
+    const auto findings = ByTrait(traits->payload);
+    for (const char* trait :
+         {"file ids and checksums of its own", "tells used storage", "tells free storage", "makes pictures"}) {
+        EXPECT_EQ(findings[trait], "yes") << trait;
+    }
+    EXPECT_EQ(server.Names(), QStringList());
+}
+
+} // namespace
+
+} // namespace Norlis::Test

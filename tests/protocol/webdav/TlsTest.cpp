@@ -1,0 +1,119 @@
+#include "ServiceTest.h"
+
+namespace Norlis::Test {
+
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+
+/// Made once for all tests, since that takes a moment.
+const CertificateAuthority& Authority()
+{
+    static const auto* const authority = new CertificateAuthority;
+    return *authority;
+}
+
+class TlsTest : public testing::Test {
+protected:
+    /// Somebody who trusts those whom a file of certificates names.
+    void Visit(const FaultServer& server, const QString& certificateFile)
+    {
+        Social::OAuth2::AuthInfo settings;
+        settings.serviceUrl = server.Address();
+        settings.certificateFile = certificateFile;
+        client = std::make_unique<Client>(settings, server.Password());
+        isSignedIn = client->SignIn();
+    }
+
+    /// He is not let in, nor heard.
+    void ExpectNoTrust(const FaultServer& server, const std::string& reason)
+    {
+        EXPECT_FALSE(isSignedIn);
+        EXPECT_THAT(LastReason(*client), AllOf(HasSubstr("cannot prove that it is the right one"), HasSubstr(reason)));
+        EXPECT_THAT(LastAdvice(*client), HasSubstr("authority of your own"));
+        EXPECT_TRUE(server.Requests().empty());
+    }
+
+    std::unique_ptr<Client> client;
+    bool isSignedIn = false;
+};
+
+TEST_F(TlsTest, AuthorityThatIsNamedIsTrusted)
+{
+    FaultServer server(Authority().Issue());
+    server.Put("a.pdf", "content");
+    Visit(server, Authority().File());
+    ASSERT_TRUE(isSignedIn) << LastReason(*client);
+    EXPECT_EQ(client->Entry("a.pdf").size, 7);
+}
+
+TEST_F(TlsTest, UnknownAuthorityIsNotTrusted)
+{
+    FaultServer server(Authority().Issue());
+    Visit(server, {});
+    ExpectNoTrust(server, "certificate");
+    const CertificateAuthority another;
+    Visit(server, another.File());
+    ExpectNoTrust(server, "certificate");
+}
+
+TEST_F(TlsTest, ExpiredCertificateIsNotTrusted)
+{
+    FaultServer server(Authority().Issue("127.0.0.1", -1));
+    Visit(server, Authority().File());
+    ExpectNoTrust(server, "expired");
+}
+
+TEST_F(TlsTest, CertificateOfAnotherHostIsNotTrusted)
+{
+    FaultServer server(Authority().Issue("127.0.0.2"));
+    Visit(server, Authority().File());
+    ExpectNoTrust(server, "127.0.0.1");
+}
+
+TEST_F(TlsTest, MissingCertificateFileIsNamed)
+{
+    FaultServer server(Authority().Issue());
+    Visit(server, "/nowhere/authorities.pem");
+    EXPECT_FALSE(isSignedIn);
+    EXPECT_THAT(LastReason(*client), HasSubstr("/nowhere/authorities.pem"));
+    EXPECT_TRUE(server.Requests().empty());
+}
+
+TEST_F(TlsTest, ServerWithoutEncryptionGetsNothing)
+{
+    QTcpServer plain;
+    ASSERT_TRUE(plain.listen(QHostAddress::LocalHost));
+    QByteArray received;
+    QObject::connect(&plain, &QTcpServer::newConnection, [&] {
+        QTcpSocket* const socket = plain.nextPendingConnection();
+        QObject::connect(socket, &QTcpSocket::readyRead, [&received, socket] {
+            received += socket->readAll();
+            socket->write("HTTP/1.1 400 Bad Request\r\nContent-Length: 0\r\n\r\n");
+        });
+    });
+    Social::OAuth2::AuthInfo settings;
+    settings.serviceUrl = QUrl(QString("https://norlis@127.0.0.1:%1/").arg(plain.serverPort()));
+    Client other(settings, FaultServer::canary);
+    EXPECT_TRUE(other.Authorize()->Fails());
+    EXPECT_THAT(LastReason(other), HasSubstr("no encrypted connection could be agreed on"));
+    EXPECT_THAT(LastAdvice(other), HasSubstr("address"));
+    EXPECT_FALSE(received.contains("HTTP/1.1"));
+}
+
+TEST_F(TlsTest, RedirectionToAnUnencryptedPlaceIsRefused)
+{
+    FaultServer server(Authority().Issue());
+    FaultServer plain;
+    plain.SetPassword(server.Password());
+    server.Misbehave("PROPFIND", RedirectsTo(plain.Origin() + "/documents/", 307));
+    Visit(server, Authority().File());
+    EXPECT_FALSE(isSignedIn);
+    EXPECT_THAT(LastReason(*client), HasSubstr("another place: " + plain.Origin().toStdString()));
+    EXPECT_EQ(plain.Connections(), 0);
+}
+
+} // namespace
+
+} // namespace Norlis::Test

@@ -1,0 +1,190 @@
+#include "TransferFaultTest.h"
+
+#include <functional>
+
+#include <atomic>
+
+namespace Norlis::Test {
+
+namespace {
+
+/// A request of an upload's that the server is slow to answer.
+struct Stage {
+    const char* name;
+    const char* method;
+    int number; ///< of the requests of that method that an upload sends, beginning with 1
+};
+
+void PrintTo(const Stage& stage, std::ostream* stream)
+{
+    *stream << stage.name;
+}
+
+const Stage stages[] = {
+    {"Sending", "PUT", 1},
+    {"Checking", "PROPFIND", 1},
+    {"AskingWhetherItOverwrites", "PUT", 2},
+    {"TryingToOverwrite", "MOVE", 1},
+    {"Publishing", "MOVE", 2},
+    {"CleaningUp", "DELETE", 1},
+};
+
+/// Does what it is asked, or not, and is silent then.
+Misbehaviour HangsAfterDoingIt()
+{
+    return {[](Wire& wire) { wire.Do(wire.Request()); }};
+}
+
+} // namespace
+
+/// Uploads that are given up while they wait for the server.
+class UploadCancelTest : public TransferFaultTest<>, public testing::WithParamInterface<Stage> {
+protected:
+    UploadCancelTest() : TransferFaultTest(shortPatience) {}
+
+    /// Begins an upload that the server lets hang at the stage, and gives it up there.
+    void GiveUp(const Misbehaviour& hang, const std::function<void(qint64 operation)>& giveUp)
+    {
+        server.ForgetRequests();
+        const Stage& stage = GetParam();
+        server.Misbehave(When(stage.method).From(stage.number), hang);
+        const auto upload = client.Upload(LocalFile("report.pdf", Pattern(300'000)));
+        ASSERT_TRUE(WaitUntil([&] {
+            const auto requests = server.Requests(stage.method);
+            return static_cast<int>(requests.size()) == stage.number && requests.back().isComplete;
+        }));
+        giveUp(upload->operation);
+        ExpectOnServer({});
+        EXPECT_FALSE(upload->Came());
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(Stages, UploadCancelTest, testing::ValuesIn(stages),
+                         [](const auto& info) { return info.param.name; });
+
+TEST_P(UploadCancelTest, NothingStaysWhenTheServerHasDoneIt)
+{
+    GiveUp(HangsAfterDoingIt(), [this](qint64 operation) { client.Cancel(operation); });
+}
+
+TEST_P(UploadCancelTest, NothingStaysAfterDestruction)
+{
+    GiveUp(HangsAfterDoingIt(), [this](qint64) { client.Destroy(); });
+}
+
+TEST_P(UploadCancelTest, NothingStaysWhenSomebodyElseHasSignedInMeanwhile)
+{
+    GiveUp(HangsAfterDoingIt(), [this](qint64 operation) {
+        ASSERT_TRUE(client.SignIn());
+        client.Cancel(operation);
+    });
+}
+
+TEST_P(UploadCancelTest, NothingStaysAfterSigningOut)
+{
+    GiveUp(HangsAfterDoingIt(), [this](qint64 operation) {
+        client.Protocol()->logout();
+        client.Cancel(operation);
+    });
+}
+
+TEST_P(UploadCancelTest, NothingStaysAfterSigningOutAndDestruction)
+{
+    GiveUp(HangsAfterDoingIt(), [this](qint64) {
+        client.Protocol()->logout();
+        client.Destroy();
+    });
+}
+
+/// The same while it does not even do what it is asked.
+class SilentUploadCancelTest : public UploadCancelTest {};
+
+INSTANTIATE_TEST_SUITE_P(Stages, SilentUploadCancelTest,
+                         testing::ValuesIn(std::begin(stages), std::end(stages) - 1), // but to remove it
+                         [](const auto& info) { return info.param.name; });
+
+TEST_P(SilentUploadCancelTest, NothingStays)
+{
+    GiveUp(Hangs(), [this](qint64 operation) { client.Cancel(operation); });
+}
+
+TEST_P(SilentUploadCancelTest, NothingStaysAfterDestruction)
+{
+    GiveUp(Hangs(), [this](qint64) { client.Destroy(); });
+}
+
+/// Uploads that are given up while they send.
+class UploadCutTest : public TransferFaultTest<> {};
+
+TEST_F(UploadCutTest, AnUploadCanceledWhileTheServerReadsLeavesNothing)
+{
+    LearnTheServer();
+    const Misbehaviour keepsTheTruncatedFile = {[](Wire& wire) { wire.Do(wire.Request()); }, 1'000'000};
+    server.Misbehave("PUT", keepsTheTruncatedFile);
+    const auto upload = client.Upload(LocalFile("report.pdf", Pattern(20'000'000)));
+    ASSERT_TRUE(WaitUntil([&] { return server.Names().size() == 1; }));
+    client.Cancel(upload->operation);
+    ExpectOnServer({});
+    EXPECT_FALSE(upload->Came());
+}
+
+TEST_F(UploadCutTest, WhatAServerKeepsOfACanceledUploadOnlyThenIsRemovedToo)
+{
+    struct Seen {
+        QByteArray target;
+        std::atomic<bool> hasCome = false;
+    };
+    for (const bool isSignedOut : {false, true}) {
+        LearnTheServer();
+        const auto seen = std::make_shared<Seen>(); // used on the server's thread, also when this function is over
+        const auto keepForLater = [seen](Wire& wire) {
+            if (!seen->hasCome) {
+                seen->target = wire.Request().Path();
+                seen->hasCome = true;
+            }
+        };
+        server.Misbehave("PUT", {keepForLater, 1'000'000});
+        const auto upload = client.Upload(LocalFile("report.pdf", Pattern(20'000'000)));
+        ASSERT_TRUE(WaitUntil([&] { return seen->hasCome.load(); }));
+        if (isSignedOut) {
+            client.Protocol()->logout();
+        }
+        client.Cancel(upload->operation);
+        ASSERT_TRUE(WaitUntil([&] { return server.Count("DELETE") == 1; }));
+        server.With([&](MemoryTree& tree) { tree.Put(seen->target, "what had come"); });
+        ExpectOnServer({});
+    }
+}
+
+TEST_F(UploadCutTest, ACanceledReplacementReportsNothingAndLeavesTheOldDocument)
+{
+    const QString id = Put("report.pdf", "old");
+    server.Misbehave("PUT", HangsInTheRequest(1'000'000));
+    const auto upload = client.Upload(LocalFile("report.pdf", Pattern(20'000'000)), id);
+    ASSERT_TRUE(WaitUntil([&] { return server.Count("PUT") == 1; }));
+    client.Cancel(upload->operation);
+    ExpectOnServer({"report.pdf"});
+    ASSERT_TRUE(client.List()->Succeeds());
+    EXPECT_FALSE(upload->Came());
+    EXPECT_EQ(server.Get("report.pdf"), QByteArray("old"));
+}
+
+TEST_F(UploadCutTest, AnUploadCanceledWhileItWaitsForItsTurnSendsNothing)
+{
+    LearnTheServer();
+    server.Misbehave(When("PUT").Times(4), Hangs());
+    const QString path = LocalFile("report.pdf", "content");
+    std::vector<qint64> operations;
+    for (int count = 0; count < 5; ++count) {
+        operations.push_back(client.Upload(path)->operation);
+    }
+    ASSERT_TRUE(WaitUntil([&] { return server.Count("PUT") == 4; }));
+    for (auto operation = operations.rbegin(); operation != operations.rend(); ++operation) {
+        client.Cancel(*operation);
+    }
+    ASSERT_TRUE(client.List()->Succeeds());
+    EXPECT_EQ(server.Count("PUT"), 4);
+    ExpectOnServer({});
+}
+
+} // namespace Norlis::Test
