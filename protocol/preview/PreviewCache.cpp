@@ -66,6 +66,18 @@ void PreviewCache::Store(const QString& document, const QString& version, const 
     }
 }
 
+void PreviewCache::Remove(const QString& document, const QString& version)
+{
+    if (folder.isEmpty()) {
+        return;
+    }
+    const QString path = PathOf(document, version);
+    const qint64 size = QFileInfo(path).size();
+    if (QFile::remove(path)) {
+        used -= size;
+    }
+}
+
 QString PreviewCache::PathOf(const QString& document, const QString& version) const
 {
     const auto versionHash = QCryptographicHash::hash(version.toUtf8(), QCryptographicHash::Sha1).toHex().left(16);

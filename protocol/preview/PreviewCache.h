@@ -21,6 +21,8 @@ public:
 
     void Store(const QString& document, const QString& version, const QSize& box, QImage image);
 
+    void Remove(const QString& document, const QString& version);
+
 private:
     QString PathOf(const QString& document, const QString& version) const;
     void MakeRoom();

@@ -12,9 +12,14 @@ constexpr int mostOpenRequests = 1'000'000;
 constexpr int mostUnrenderable = 10'000;
 constexpr std::size_t mostFetches = 2; // at once
 
+QString VersionKey(const QString& document, const QString& version)
+{
+    return document + '/' + version;
+}
+
 QString VersionKey(const PreviewQueue::Subject& subject)
 {
-    return subject.document + '/' + subject.version;
+    return VersionKey(subject.document, subject.version);
 }
 
 bool IsFetched(const PreviewQueue::Subject& subject)
@@ -65,6 +70,22 @@ void PreviewQueue::Cancel(qint64 id)
         each = IsStillWanted(each->second.waiting) ? std::next(each) : fetches.erase(each);
     }
     nextTimer.start();
+}
+
+void PreviewQueue::Forget(const QString& document, const QString& version)
+{
+    cache.Remove(document, version);
+    unrenderable.remove(VersionKey(document, version));
+    // What is under way may be of the old content, and is not to be kept as a picture of the new one.
+    const auto outdate = [&](Waiting& each) {
+        if (each.subject.document == document && each.subject.version == version) {
+            each.subject.version += QStringLiteral("/replaced");
+        }
+    };
+    for (auto& each : fetches) {
+        outdate(each.second.waiting);
+    }
+    std::for_each(fetched.begin(), fetched.end(), outdate);
 }
 
 RendererProcess* PreviewQueue::IdleRenderer() const

@@ -51,6 +51,10 @@ public:
     void Add(qint64 id, const Subject& subject, const QSize& box);
     void Cancel(qint64 id);
 
+    /// To be called when a document was given new content. Where a version is but a date in whole seconds and a length,
+    /// it may have the one of the old content, whose picture is not the one of the new.
+    void Forget(const QString& document, const QString& version);
+
 private:
     struct Wanted {
         qint64 id;

@@ -208,6 +208,7 @@ void UploadOperation::OnPublished(const Publication::Outcome& outcome)
         made.id = IdOfName(made.Name());
     }
     server->documents.insert(made.id, made);
+    tools.published(made);
     const bool isWanted = request.token->Commit([&] { return replaced ? QString() : made.id; });
     if (!isWanted && !replaced) {
         // Given up at the last moment: what was made is taken back.

@@ -20,6 +20,7 @@ public:
         HashKeeper& hashKeeper;
         QThreadPool& pool;
         std::function<void(int percent)> progress;
+        std::function<void(const DavDocument& made)> published; ///< called when a document has new content
     };
 
     UploadOperation(qint64 id, const Request::Upload& request, const std::shared_ptr<WebDavServer>& server,

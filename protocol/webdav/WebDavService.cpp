@@ -257,8 +257,12 @@ void WebDavService::Begin(qint64 id, const Request::Download& request)
 
 void WebDavService::Begin(qint64 id, const Request::Upload& request)
 {
-    const UploadOperation::Tools tools{session->directory, session->sweeper, session->hashKeeper, pool,
-                                       [this, id](int percent) { listener.progress(id, percent); }};
+    const UploadOperation::Tools tools{session->directory,
+                                       session->sweeper,
+                                       session->hashKeeper,
+                                       pool,
+                                       [this, id](int percent) { listener.progress(id, percent); },
+                                       [this](const DavDocument& made) { previews.Forget(made.id, made.Version()); }};
     RunTransfer(id, std::make_unique<UploadOperation>(id, request, session->server, tools, Finisher(id)));
 }
 

@@ -67,6 +67,22 @@ TEST_F(PreviewCacheTest, APictureForASmallerBoxOrOtherContentIsNotTheOne)
     EXPECT_FALSE(cache.Find("other", "version", {100, 200}));
 }
 
+TEST_F(PreviewCacheTest, ARemovedPictureIsGoneAndTakesNoRoom)
+{
+    PreviewCache cache(path, 100'000);
+    for (int round = 0; round < 100; ++round) {
+        cache.Store("id", "version", {100, 200}, Picture({100, 150}));
+        cache.Remove("id", "version");
+        EXPECT_FALSE(cache.Find("id", "version", {100, 200}));
+    }
+    cache.Store("id", "version", {100, 200}, Picture({100, 150}));
+    cache.Store("other", "version", {100, 200}, Picture({100, 150}));
+    cache.Remove("id", "newer version");
+    EXPECT_TRUE(cache.Find("id", "version", {100, 200}));
+    EXPECT_TRUE(cache.Find("other", "version", {100, 200}));
+    PreviewCache("").Remove("id", "version");
+}
+
 TEST_F(PreviewCacheTest, WithoutAFolderNothingIsKept)
 {
     const QString before = QDir::currentPath();

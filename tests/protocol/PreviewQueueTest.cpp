@@ -95,6 +95,49 @@ TEST_F(PreviewQueueTest, ALargerPictureOrANewerVersionIsRendered)
     EXPECT_EQ(fakes.Requests().size(), 3);
 }
 
+TEST_F(PreviewQueueTest, AForgottenVersionIsRenderedAgain)
+{
+    for (const auto behaviour : {"answer", "refuse"}) {
+        Use(behaviour, folder.path());
+        replies.clear();
+        const int before = fakes.Requests().size();
+        queue->Add(1, Document(1), {100, 100});
+        ASSERT_TRUE(Came(1));
+        queue->Forget("id1", "2");
+        queue->Add(2, Document(1), {100, 100});
+        ASSERT_TRUE(Came(2));
+        EXPECT_EQ(fakes.Requests().size(), before + 1);
+        queue->Forget("id1", "1");
+        queue->Add(3, Document(1), {100, 100});
+        ASSERT_TRUE(Came(3));
+        EXPECT_EQ(fakes.Requests().size(), before + 2);
+        queue->Forget("id1", "1");
+    }
+}
+
+TEST_F(PreviewQueueTest, AFetchThatWasUnderWayWhenTheContentWasReplacedIsNotKept)
+{
+    std::vector<std::function<void(PreviewQueue::Fetched)>> fetches;
+    queue = std::make_unique<PreviewQueue>(
+        folder.path(), [this](qint64 id, const Reply& reply) { replies[id] = reply; }, fakes.Make("answer"),
+        [&](const PreviewQueue::Subject&, const QSize&, std::function<void(PreviewQueue::Fetched)> done) {
+            fetches.push_back(std::move(done));
+            return std::make_shared<int>();
+        });
+    const auto ask = [this](qint64 id) { queue->Add(id, {"id1", "id1.pdf", {}, "1"}, {100, 100}); };
+    ask(1);
+    ASSERT_TRUE(WaitUntil([&] { return fetches.size() == 1; }));
+    queue->Forget("id1", "1");
+    fetches[0]({{}, QImage(10, 20, QImage::Format_RGB32), {}, {}});
+    ASSERT_TRUE(Came(1));
+    EXPECT_EQ(SizeOf(1), QSize(10, 20)); // the best there was
+    ask(2);
+    ASSERT_TRUE(WaitUntil([&] { return fetches.size() == 2; }));
+    fetches[1]({{}, QImage(20, 10, QImage::Format_RGB32), {}, {}});
+    ASSERT_TRUE(Came(2));
+    EXPECT_EQ(SizeOf(2), QSize(20, 10));
+}
+
 TEST_F(PreviewQueueTest, WhatGaveNoPictureIsNotTriedAgainUntilItChanges)
 {
     Use("refuse");
