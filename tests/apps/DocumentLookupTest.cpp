@@ -1,14 +1,15 @@
 #include <DocumentLookup.h>
 
-#include <tests/support/CountingHashCalculator.h>
-#include <tests/support/FakeFileSystem.h>
-#include <tests/support/RecordingStore.h>
-
 #include <NorlisCloud/NorlisCloudFilesManager.h>
+#include <NorlisTestKit/CountingHashCalculator.h>
+#include <NorlisTestKit/FakeFileSystem.h>
+#include <NorlisTestKit/RecordingStore.h>
 
 #include <gtest/gtest.h>
 
 namespace Norlis::Test {
+
+using namespace TestKit;
 
 namespace {
 

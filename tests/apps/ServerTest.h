@@ -1,9 +1,12 @@
 #pragma once
 
 #include "ProgramTest.h"
-#include "protocol/servers/FaultServer.h"
+
+#include <NorlisTestKit/FaultServer.h>
 
 namespace Norlis::Test {
+
+using namespace TestKit;
 
 /// As ProgramTest, over a WebDAV server as the cloud.
 class ServerTest : public ProgramTest {

@@ -1,4 +1,4 @@
-#include "support/Records.h"
+#include <NorlisTestKit/Records.h>
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -8,6 +8,8 @@
 #include <type_traits>
 
 namespace Norlis::Test {
+
+using namespace TestKit;
 
 namespace {
 

@@ -1,7 +1,6 @@
-#include "support/Records.h"
-
 #include <contracts/AbstractCloudManager.h>
 #include <contracts/AbstractFileManager.h>
+#include <NorlisTestKit/Records.h>
 
 #include <QCoreApplication>
 #include <QSignalSpy>
@@ -12,6 +11,8 @@
 #include <tuple>
 
 namespace Norlis::Test {
+
+using namespace TestKit;
 
 namespace {
 

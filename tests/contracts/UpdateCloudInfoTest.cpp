@@ -1,8 +1,10 @@
-#include "support/Records.h"
+#include <NorlisTestKit/Records.h>
 
 #include <gtest/gtest.h>
 
 namespace Norlis::Test {
+
+using namespace TestKit;
 
 namespace {
 

@@ -1,15 +1,15 @@
 #pragma once
 
-#include "support/CountingHashCalculator.h"
-#include "support/FakeFileSystem.h"
-#include "support/FixedAccountSettings.h"
-#include "support/Journal.h"
 #include "support/LogCapture.h"
-#include "support/Records.h"
-#include "support/ScriptedProtocol.h"
-#include "support/SignalJournal.h"
 
 #include <NorlisCloud/NorlisCloudManager.h>
+#include <NorlisTestKit/CountingHashCalculator.h>
+#include <NorlisTestKit/FakeFileSystem.h>
+#include <NorlisTestKit/FixedAccountSettings.h>
+#include <NorlisTestKit/Journal.h>
+#include <NorlisTestKit/Records.h>
+#include <NorlisTestKit/ScriptedProtocol.h>
+#include <NorlisTestKit/SignalJournal.h>
 
 #include <QTemporaryDir>
 
@@ -17,6 +17,8 @@
 #include <gtest/gtest.h>
 
 namespace Norlis::Test {
+
+using namespace TestKit;
 
 using PDF::FileInfo;
 using PDF::Cloud::NorlisCloudManager;

@@ -1,19 +1,21 @@
 #pragma once
 
-#include "support/CountingHashCalculator.h"
-#include "support/FakeFileSystem.h"
-#include "support/Journal.h"
 #include "support/LogCapture.h"
-#include "support/RecordingStore.h"
-#include "support/Records.h"
-#include "support/SignalJournal.h"
 
 #include <NorlisCloud/NorlisCloudFilesManager.h>
+#include <NorlisTestKit/CountingHashCalculator.h>
+#include <NorlisTestKit/FakeFileSystem.h>
+#include <NorlisTestKit/Journal.h>
+#include <NorlisTestKit/RecordingStore.h>
+#include <NorlisTestKit/Records.h>
+#include <NorlisTestKit/SignalJournal.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace Norlis::Test {
+
+using namespace TestKit;
 
 using PDF::FileInfo;
 using PDF::Cloud::NorlisCloudFilesManager;

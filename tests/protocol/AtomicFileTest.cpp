@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
+
 namespace Norlis::Social {
 
 using namespace Norlis::Test;
@@ -34,6 +36,17 @@ TEST_F(AtomicFileTest, NothingHasTheNameBeforeTheCommit)
     EXPECT_TRUE(file.CommitReplacing(path));
     EXPECT_EQ(ReadFile(path), QByteArray("content"));
     EXPECT_EQ(FilesBelow(folder.path()), QStringList("a.pdf"));
+}
+
+TEST_F(AtomicFileTest, ACommittedFileIsKnownWhateverTakesItsPlace)
+{
+    const QString path = folder.filePath("a.pdf");
+    Write("content");
+    ASSERT_TRUE(file.CommitReplacing(path));
+    EXPECT_EQ(file.CommittedVersion().ToString(), FileVersion::OfPath(path).ToString());
+    WriteFile(folder.filePath("b.pdf"), "another");
+    ASSERT_EQ(std::rename(QFile::encodeName(folder.filePath("b.pdf")), QFile::encodeName(path)), 0);
+    EXPECT_NE(file.CommittedVersion().ToString(), FileVersion::OfPath(path).ToString());
 }
 
 TEST_F(AtomicFileTest, WithoutACommitNothingStays)

@@ -9,6 +9,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdio>
+
 namespace Norlis::Test {
 
 using testing::HasSubstr;
@@ -274,6 +276,22 @@ TEST_F(FolderCloudTest, HashesAreNotCalculatedAgainForDocumentsThatDidNotChange)
 
     cloud.Put("document.pdf", "changed");
     EXPECT_EQ(other.Entry("document.pdf").md5Hash, Md5Of("changed"));
+}
+
+TEST_F(FolderCloudTest, AnUploadsHashIsNotTakenForThatOfWhatSomebodyPutsInItsPlace)
+{
+    ASSERT_TRUE(client.SignIn());
+    const QString path = Local("document.pdf", "mine");
+    for (int round = 0; round < 200; ++round) {
+        const QString others = Local("others.pdf", "somebody else's");
+        const auto upload = client.Upload(path);
+        QCoreApplication::processEvents();
+        ASSERT_TRUE(BlockUntil([&] { return QFile::exists(cloud.PathOf("document.pdf")); }));
+        ASSERT_EQ(std::rename(QFile::encodeName(others), QFile::encodeName(cloud.PathOf("document.pdf"))), 0);
+        ASSERT_TRUE(upload->Succeeds());
+        ASSERT_EQ(client.Entry("document.pdf").md5Hash, Md5Of("somebody else's")) << "in round " << round;
+        cloud.Take("document.pdf");
+    }
 }
 
 TEST_F(FolderCloudTest, LeftoversOfACrashAreRemovedADayLater)

@@ -2,7 +2,7 @@
 
 namespace Norlis::Test {
 
-LogCapture::LogCapture(std::shared_ptr<Journal> journal) : journal(std::move(journal))
+LogCapture::LogCapture(std::shared_ptr<TestKit::Journal> journal) : journal(std::move(journal))
 {
     google::AddLogSink(this);
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Journal.h"
+#include <NorlisTestKit/Journal.h>
 
 #include <glog/logging.h>
 
@@ -13,7 +13,7 @@ namespace Norlis::Test {
 /// Writes every log record, as "ERROR Auth failed", to a journal for as long as it lives.
 class LogCapture : public google::LogSink {
 public:
-    explicit LogCapture(std::shared_ptr<Journal> journal = std::make_shared<Journal>());
+    explicit LogCapture(std::shared_ptr<TestKit::Journal> journal = std::make_shared<TestKit::Journal>());
     ~LogCapture() override;
 
     /// Full names of the source files that the records came from.
@@ -24,7 +24,7 @@ public:
               const google::LogMessageTime& time, const char* message, size_t length) override;
 
 private:
-    std::shared_ptr<Journal> journal;
+    std::shared_ptr<TestKit::Journal> journal;
     std::set<std::string> sources;
 };
 

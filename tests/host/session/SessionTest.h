@@ -1,9 +1,8 @@
 #pragma once
 
 #include <host/CloudSession.h>
-
-#include "support/FixedAccountSettings.h"
-#include "support/ScriptedProtocol.h"
+#include <NorlisTestKit/FixedAccountSettings.h>
+#include <NorlisTestKit/ScriptedProtocol.h>
 
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -12,6 +11,8 @@
 #include <gtest/gtest.h>
 
 namespace Norlis::Test {
+
+using namespace TestKit;
 
 using testing::Contains;
 using testing::ElementsAre;

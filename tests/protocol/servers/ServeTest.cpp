@@ -1,15 +1,17 @@
-#include "Loopback.h"
 #include "WebDavServer.h"
 
 #include <QProcess>
 #include <QTcpSocket>
 #include <QUrl>
 
+#include <NorlisTestKit/Loopback.h>
 #include <protocol/Waiting.h>
 
 #include <gtest/gtest.h>
 
 namespace Norlis::Test {
+
+using namespace TestKit;
 
 /// The program that starts a server for use by hand.
 class ServeTest : public testing::TestWithParam<ServerKind> {

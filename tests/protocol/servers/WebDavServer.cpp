@@ -1,7 +1,8 @@
 #include "WebDavServer.h"
 
-#include "Loopback.h"
 #include "ServerRecipes.h"
+
+#include <NorlisTestKit/Loopback.h>
 
 #include <QDeadlineTimer>
 #include <QDir>
@@ -16,6 +17,8 @@
 #include <unistd.h>
 
 namespace Norlis::Test {
+
+using namespace TestKit;
 
 namespace {
 

@@ -1,5 +1,6 @@
 #include "WebDavServer.h"
-#include "Loopback.h"
+
+#include <NorlisTestKit/Loopback.h>
 
 #include <QDir>
 #include <QFile>
@@ -8,6 +9,8 @@
 #include <gtest/gtest.h>
 
 namespace Norlis::Test {
+
+using namespace TestKit;
 
 using testing::HasSubstr;
 using testing::StartsWith;

@@ -1,6 +1,6 @@
 #include "TransferFaultTest.h"
 
-#include "../servers/MisbehaviourTools.h"
+#include <NorlisTestKit/MisbehaviourTools.h>
 
 #include <QElapsedTimer>
 

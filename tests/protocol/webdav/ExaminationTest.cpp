@@ -1,5 +1,6 @@
-#include "../servers/FamilyServer.h"
 #include "ServiceTest.h"
+
+#include <NorlisTestKit/FamilyServer.h>
 
 namespace Norlis::Test {
 
@@ -107,14 +108,14 @@ TEST_F(ExaminationTest, LeavesNothingBehindWhereverItFails)
             ASSERT_TRUE(user.SignIn());
             server.Misbehave(when, fault);
             ASSERT_TRUE(WaitUntil([answer = user.Examine()] { return answer->Came(); }));
-            EXPECT_TRUE(WaitUntil([&] { return server.Names().isEmpty(); }, 5'000)) << when.method.constData();
+            EXPECT_TRUE(WaitUntil([&] { return server.Names().isEmpty(); }, 5'000)) << when.operation.constData();
         }
         server.BehaveAgain();
         ASSERT_TRUE(user.SignIn());
         server.Misbehave(when, DoesItAndHangs());
         EXPECT_TRUE(user.Examine()->Fails());
         EXPECT_THAT(LastReason(user), HasSubstr("silent"));
-        EXPECT_TRUE(WaitUntil([&] { return server.Names().isEmpty(); }, 5'000)) << when.method.constData();
+        EXPECT_TRUE(WaitUntil([&] { return server.Names().isEmpty(); }, 5'000)) << when.operation.constData();
     }
 }
 

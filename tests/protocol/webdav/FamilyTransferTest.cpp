@@ -1,6 +1,6 @@
 #include "TransferFaultTest.h"
 
-#include "../servers/FamilyServer.h"
+#include <NorlisTestKit/FamilyServer.h>
 
 namespace Norlis::Test {
 

@@ -1,5 +1,6 @@
-#include "../servers/FamilyServer.h"
 #include "ServiceTest.h"
+
+#include <NorlisTestKit/FamilyServer.h>
 
 #include <limits>
 

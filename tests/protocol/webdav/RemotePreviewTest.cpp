@@ -1,6 +1,7 @@
 #include "../PdfFiles.h"
-#include "../servers/FamilyServer.h"
 #include "ServiceTest.h"
+
+#include <NorlisTestKit/FamilyServer.h>
 
 #include <QBuffer>
 #include <QPixmap>
@@ -72,6 +73,25 @@ TEST_F(RemotePreviewTest, PictureIsKeptForTheVersion)
     later.Entry("a.pdf");
     EXPECT_EQ(ColorOf(later.Preview(id, {64, 64})), QColor(Qt::blue));
     EXPECT_EQ(server.Count("GET"), 2);
+}
+
+TEST_F(RemotePreviewTest, ReplacedContentHasItsOwnPictureThoughTheServerSeesNoOtherVersion)
+{
+    // As with servers whose ETags are a date in whole seconds and a length.
+    server.With([](MemoryTree& tree) {
+        tree.moreProperties = [](const MemoryNode&, const PropertyName& name) -> std::optional<QByteArray> {
+            if (name.second == "getetag") {
+                return R"("1792-5")";
+            }
+            return name.second == "getlastmodified" ? std::optional<QByteArray>("Mon, 12 Oct 2026 08:00:00 GMT")
+                                                    : std::nullopt;
+        };
+    });
+    const auto ofOneLength = [](const QByteArray& pdf) { return pdf.leftJustified(4'000, '\n'); };
+    const QString id = Put("a.pdf", ofOneLength(PdfOfColor(Qt::red)));
+    EXPECT_EQ(ColorOf(client.Preview(id, {64, 64})), QColor(Qt::red));
+    ASSERT_TRUE(client.Upload(LocalFile("b.pdf", ofOneLength(PdfOfColor(Qt::green))), id)->Succeeds());
+    EXPECT_EQ(ColorOf(client.Preview(id, {64, 64})), QColor(Qt::green));
 }
 
 TEST_F(RemotePreviewTest, NothingButPicturesIsKept)

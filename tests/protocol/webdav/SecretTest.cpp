@@ -1,6 +1,7 @@
 #include "../PdfFiles.h"
-#include "../servers/FamilyServer.h"
 #include "ServiceTest.h"
+
+#include <NorlisTestKit/FamilyServer.h>
 
 namespace Norlis::Test {
 

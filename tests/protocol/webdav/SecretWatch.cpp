@@ -1,7 +1,8 @@
 #include "SecretWatch.h"
 
 #include "../Files.h"
-#include "../servers/FaultServer.h"
+
+#include <NorlisTestKit/FaultServer.h>
 
 #include <QLoggingCategory>
 
@@ -12,6 +13,8 @@
 #include <mutex>
 
 namespace Norlis::Test {
+
+using namespace TestKit;
 
 namespace {
 

@@ -2,8 +2,9 @@
 
 #include "../Client.h"
 #include "../Files.h"
-#include "../servers/FaultServer.h"
 #include "SecretWatch.h"
+
+#include <NorlisTestKit/FaultServer.h>
 
 #include <QTemporaryDir>
 
@@ -13,6 +14,8 @@
 #include <ostream>
 
 namespace Norlis::Test {
+
+using namespace TestKit;
 
 /// A server that does what a test wants, and a folder for what its user keeps and sends.
 template <typename Server = FaultServer>

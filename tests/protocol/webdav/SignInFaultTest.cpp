@@ -1,6 +1,6 @@
 #include "ServiceTest.h"
 
-#include "../servers/Loopback.h"
+#include <NorlisTestKit/Loopback.h>
 
 #include <stdexcept>
 

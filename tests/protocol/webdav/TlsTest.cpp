@@ -1,5 +1,7 @@
 #include "ServiceTest.h"
 
+#include <QTcpSocket>
+
 namespace Norlis::Test {
 
 namespace {

@@ -2,7 +2,8 @@
 
 #include "../Client.h"
 #include "../Files.h"
-#include "../servers/FaultServer.h"
+
+#include <NorlisTestKit/FaultServer.h>
 
 #include <QTemporaryDir>
 
@@ -13,6 +14,8 @@
 #include <iostream>
 
 namespace Norlis::Test {
+
+using namespace TestKit;
 
 /// Bytes of which no part is like another, so that a file that was put together wrongly shows.
 inline QByteArray Pattern(int size, quint32 seed = 1)

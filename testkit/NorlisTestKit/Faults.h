@@ -1,0 +1,107 @@
+#pragma once
+
+#include <QByteArray>
+#include <QByteArrayList>
+
+#include <limits>
+#include <optional>
+#include <stdexcept>
+#include <utility>
+#include <vector>
+
+namespace Norlis::TestKit {
+
+/// Which calls something goes wrong with: without more, the next one of that operation.
+///
+///     When("SetValue")                     the next call of SetValue
+///     When("SetValue", "file_name")        the next one with that in its arguments
+///     When("PUT").From(2).Times(3)         the second, third and fourth
+///     When("*").Always()                   all calls of whatever operation
+struct When {
+    static constexpr int always = std::numeric_limits<int>::max();
+
+    /// \param operation   name of a function, or of an HTTP method; "*" is any
+    /// \param inArguments a part of the arguments, as the collaborator writes them; of a request's target, as it comes
+    /*implicit*/ When(const char* operation, const QByteArray& inArguments = {})
+        : operation(operation),
+          inArguments(inArguments)
+    {
+    }
+
+    /// From the n-th of these calls on, beginning with 1 and counted from when the fault is asked for; those before it
+    /// go well.
+    When& From(int number)
+    {
+        from = number;
+        return *this;
+    }
+    When& Times(int number)
+    {
+        times = number;
+        return *this;
+    }
+    When& Always()
+    {
+        return Times(always);
+    }
+
+    QByteArray operation;
+    QByteArray inArguments;
+    int from = 1;
+    int times = 1;
+};
+
+/// The faults that a collaborator was told to have. Belongs to one thread at a time.
+template <typename Fault>
+class Faults {
+public:
+    /// \param operations all that the collaborator has; empty when any may come
+    explicit Faults(QByteArrayList operations = {}) : operations(std::move(operations)) {}
+
+    /// Of several faults for one call the first that was added acts, and those after it do not count the call. Throws
+    /// std::invalid_argument for what can never happen: an operation that does not exist, a call before the first.
+    void Add(const When& when, Fault fault)
+    {
+        if (when.operation != "*" && !operations.isEmpty() && !operations.contains(when.operation)) {
+            throw std::invalid_argument("No operation " + when.operation.toStdString() + "; there are " +
+                                        operations.join(", ").toStdString());
+        }
+        if (when.from < 1 || when.times < 1) {
+            throw std::invalid_argument("Calls are counted from 1");
+        }
+        rules.push_back({when, std::move(fault), 0});
+    }
+
+    void Clear()
+    {
+        rules.clear();
+    }
+
+    /// Counts a call. What goes wrong with it; nothing when all is well.
+    std::optional<Fault> Claim(const QByteArray& operation, const QByteArray& arguments)
+    {
+        for (Rule& rule : rules) {
+            const When& when = rule.when;
+            if ((when.operation != "*" && when.operation != operation) || !arguments.contains(when.inArguments)) {
+                continue;
+            }
+            ++rule.seen;
+            if (rule.seen >= when.from && rule.seen - when.from < when.times) {
+                return rule.fault;
+            }
+        }
+        return {};
+    }
+
+private:
+    struct Rule {
+        When when;
+        Fault fault;
+        int seen; ///< calls that it could have been for
+    };
+
+    QByteArrayList operations;
+    std::vector<Rule> rules;
+};
+
+} // namespace Norlis::TestKit

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace Norlis::TestKit {
+
+/// What happened, in order, one line of text per event. Collaborators that share a journal show in which order they
+/// were used; a test compares the lines with what it expects. Used on one thread.
+class Journal {
+public:
+    void Write(const std::string& line)
+    {
+        lines.push_back(line);
+    }
+
+    /// The lines since the last call.
+    std::vector<std::string> Take()
+    {
+        return std::exchange(lines, {});
+    }
+
+private:
+    std::vector<std::string> lines;
+};
+
+} // namespace Norlis::TestKit

@@ -1,0 +1,81 @@
+#pragma once
+
+#include <QByteArray>
+#include <QByteArrayList>
+
+#include <optional>
+#include <utility>
+#include <vector>
+
+// HTTP/1.1 as a server sees it (RFC 9112), no more of it than tests need.
+namespace Norlis::TestKit {
+
+struct ServerHeaders : std::vector<std::pair<QByteArray, QByteArray>> {
+    using vector::vector;
+
+    /// Of the first of that name, whatever its case; empty when there is none.
+    QByteArray Value(const QByteArray& name) const;
+    bool Has(const QByteArray& name) const;
+    void Set(const QByteArray& name, const QByteArray& value);
+};
+
+struct ServerRequest {
+    QByteArray method;
+    QByteArray target; ///< as it came: path and query, percent-encoded
+    ServerHeaders headers;
+    QByteArray body;
+
+    /// The target's path, decoded, without a slash at its end; "/" is the root.
+    QByteArray Path() const;
+    bool WantsToClose() const;
+};
+
+struct ServerAnswer {
+    int status = 200;
+    ServerHeaders headers;
+    QByteArray body;
+    bool isBodyLeftOut = false; ///< as in the answer to HEAD, whose headers speak of the body all the same
+
+    /// Status line and headers, with a Content-Length unless there is one, and the empty line.
+    QByteArray Head() const;
+    QByteArray Bytes() const;
+};
+
+/// Decoded and without a slash at its end, of a path or of an absolute address.
+QByteArray DecodedPath(const QByteArray& addressOrPath);
+
+/// Escapes everything but unreserved characters and slashes.
+QByteArray EncodedPath(const QByteArray& path);
+
+QByteArray EscapedForXml(const QByteArray& text);
+
+/// Takes a request out of the bytes of a connection, piece by piece.
+class RequestReader {
+public:
+    enum class State { Head, Body, Complete, Broken };
+
+    /// Takes bytes from the front of a buffer. Stops after the head, and when the request is complete.
+    State Read(QByteArray* buffer);
+
+    State CurrentState() const
+    {
+        return state;
+    }
+    const ServerRequest& Request() const
+    {
+        return request;
+    }
+
+private:
+    void ReadHead(QByteArray* buffer);
+    void ReadBody(QByteArray* buffer);
+    bool ReadChunkHead(QByteArray* buffer);
+
+    State state = State::Head;
+    ServerRequest request;
+    qint64 left = 0; ///< of the body, or of the chunk
+    bool isChunked = false;
+    enum class Chunk { Size, Data, DataEnd, Trailer } chunk = Chunk::Size;
+};
+
+} // namespace Norlis::TestKit

@@ -1,0 +1,77 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <regex>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace Norlis::Test {
+
+namespace {
+
+const std::filesystem::path project = NORLIS_PROJECT;
+
+std::string Read(const std::filesystem::path& path)
+{
+    std::ifstream file(project / path, std::ios::binary);
+    if (!file) {
+        throw std::runtime_error("Cannot read " + path.string());
+    }
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+std::vector<std::smatch> Matches(const std::string& text, const std::regex& pattern)
+{
+    return {std::sregex_iterator(text.begin(), text.end(), pattern), {}};
+}
+
+/// "const QByteArray& header, int times = 1" becomes "header, times".
+std::string ParameterNames(const std::string& parameters)
+{
+    static const std::regex withoutDefaults(R"( = [^,]+)");
+    static const std::regex lastWord(R"((?:^|, )[^,]*?(\w+)(?=,|$))");
+    return std::regex_replace(std::regex_replace(parameters, withoutDefaults, ""), lastWord, ", $1").erase(0, 2);
+}
+
+} // namespace
+
+TEST(TestKitDocumentationTest, ExamplesStandInThePageAsTheyAreCompiled)
+{
+    const std::string page = Read("docs/testkit.md");
+    std::vector<std::string> shown;
+    for (std::size_t begin = 0; (begin = page.find("```cpp\n", begin)) != std::string::npos;) {
+        begin += 7;
+        shown.push_back(page.substr(begin, page.find("```\n", begin) - begin));
+    }
+    std::vector<std::string> examples;
+    for (const auto& entry : std::filesystem::directory_iterator(project / "testkit/examples")) {
+        if (entry.path().extension() == ".cpp") {
+            examples.push_back(Read(entry.path()));
+        }
+    }
+    EXPECT_EQ(examples.size(), 3U);
+    EXPECT_THAT(shown, testing::UnorderedElementsAreArray(examples));
+}
+
+TEST(TestKitDocumentationTest, CatalogueOfMisbehavioursIsComplete)
+{
+    const std::string header = Read("testkit/NorlisTestKit/Misbehaviour.h");
+    std::vector<std::string> declared;
+    for (const auto& match : Matches(header, std::regex(R"(\nMisbehaviour (\w+)\(([^;]*)\);)"))) {
+        declared.push_back(match.str(1) + '(' + ParameterNames(match.str(2)) + ')');
+    }
+    const std::string page = Read("docs/testkit.md");
+    const std::string catalogue = page.substr(page.find("## The bad servers"));
+    std::vector<std::string> shown;
+    for (const auto& match : Matches(catalogue, std::regex(R"(\n\| `([^`]+)` \| \S)"))) {
+        shown.push_back(match.str(1));
+    }
+    EXPECT_GT(declared.size(), 40U);
+    EXPECT_EQ(shown, declared);
+}
+
+} // namespace Norlis::Test
