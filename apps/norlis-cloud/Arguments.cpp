@@ -1,7 +1,8 @@
 #include "Arguments.h"
 
 #include "Help.h"
-#include "ServiceAddress.h"
+
+#include <host/ServiceAddress.h>
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -110,7 +111,7 @@ Arguments ReadArguments(const CommandEntry& command, const QCommandLineParser& p
     arguments.command = command.name;
     arguments.operands = operands;
     if (parser.isSet("service")) {
-        arguments.service = ServiceAddress(parser.value("service"), parser.value("user"));
+        arguments.service = Host::ServiceAddress(parser.value("service"), parser.value("user"));
     }
     arguments.dataFolder = QDir().absoluteFilePath(
         parser.isSet("data") ? parser.value("data")

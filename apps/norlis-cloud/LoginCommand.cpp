@@ -1,8 +1,9 @@
 #include "LoginCommand.h"
 
 #include "ExitStatus.h"
-#include "ServiceAddress.h"
 #include "TokenInput.h"
+
+#include <host/ServiceAddress.h>
 
 #include <QJsonObject>
 
@@ -16,8 +17,8 @@ QString QuestionFor(const QUrl& service)
 {
     const QString user = service.userName(QUrl::FullyDecoded);
     return user.isEmpty()
-               ? "Token for " + ServiceText(service) + ": "
-               : "Password for " + user + " at " + ServiceText(service.adjusted(QUrl::RemoveUserInfo)) + ": ";
+               ? "Token for " + Host::ServiceText(service) + ": "
+               : "Password for " + user + " at " + Host::ServiceText(service.adjusted(QUrl::RemoveUserInfo)) + ": ";
 }
 
 } // namespace
@@ -27,7 +28,7 @@ LoginCommand::LoginCommand(const Environment& environment) : SessionCommand(envi
 QString LoginCommand::Token()
 {
     const QUrl& service = account.Service();
-    if (IsFolder(service)) {
+    if (Host::IsFolder(service)) {
         return SessionCommand::Token();
     }
     try {
@@ -58,7 +59,7 @@ void LoginCommand::Work()
     if (output.IsJson()) {
         output.Json(QJsonDocument(QJsonObject{{"service", service.toString()}, {"signedIn", true}}));
     } else {
-        output.Line("Signed in to " + output.Name(ServiceText(service)));
+        output.Line("Signed in to " + output.Name(Host::ServiceText(service)));
     }
     Finish(ExitStatus::success);
 }

@@ -1,7 +1,8 @@
 #include "LogoutCommand.h"
 
 #include "ExitStatus.h"
-#include "ServiceAddress.h"
+
+#include <host/ServiceAddress.h>
 
 #include <QJsonObject>
 
@@ -20,7 +21,7 @@ void LogoutCommand::Start()
     } else if (service.isEmpty()) {
         output.Line("You were not signed in.");
     } else {
-        output.Line("Signed out of " + output.Name(ServiceText(service)));
+        output.Line("Signed out of " + output.Name(Host::ServiceText(service)));
     }
     emit Finished(ExitStatus::success);
 }

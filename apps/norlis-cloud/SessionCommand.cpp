@@ -3,7 +3,6 @@
 #include "ExitStatus.h"
 #include "ProblemText.h"
 
-#include <QDir>
 #include <QTimer>
 
 namespace Norlis::Terminal {
@@ -77,15 +76,8 @@ QString SessionCommand::DataFolder() const
 
 bool SessionCommand::OpenSession()
 {
-    const QString folder = DataFolder();
-    // The library stores pictures of documents in the folder for temporary files. They shall outlive the next cleaning
-    // of that folder, and nobody else shall see them.
-    const QString pictures = folder + "/pictures";
-    QDir().mkpath(pictures);
-    qputenv("TMPDIR", QFile::encodeName(pictures));
-
     try {
-        session = std::make_unique<Host::CloudSession>(folder, account.AuthInfo(), std::make_shared<NoAutoRefresh>());
+        session = account.OpenSession(DataFolder(), std::make_shared<NoAutoRefresh>());
     } catch (const std::exception& problem) {
         output.Error(QString::fromUtf8(problem.what()));
         Finish(ExitStatus::failure);

@@ -2,8 +2,9 @@
 #include "Command.h"
 #include "ExitStatus.h"
 #include "Interrupts.h"
-#include "LogFile.h"
 #include "Output.h"
+
+#include <host/LogFile.h>
 
 #include <QGuiApplication>
 
@@ -58,7 +59,7 @@ int Run(const Arguments& arguments)
     int exitStatus = ExitStatus::failure;
     try {
         const auto settings = std::make_shared<Norlis::Host::CloudAccountSettings>(arguments.dataFolder);
-        const LogFile log(arguments.dataFolder + "/log");
+        const Norlis::Host::LogFile log(arguments.dataFolder + "/log", "norlis-cloud");
         const auto command = MakeCommand({arguments, output, settings, interrupts.Descriptor()});
         QObject::connect(&interrupts, &Interrupts::Interrupted, command.get(), &Command::Interrupt);
         // What ends inside Start ends before the event loop begins.

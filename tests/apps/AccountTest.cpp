@@ -1,5 +1,5 @@
 #include <Account.h>
-#include <ServiceAddress.h>
+#include <host/ServiceAddress.h>
 
 #include <QDirIterator>
 #include <QFile>
@@ -13,19 +13,22 @@ namespace Norlis::Test {
 
 namespace {
 
+using Host::ServiceAddress;
 using Terminal::Account;
 using Terminal::Arguments;
-using Terminal::ServiceAddress;
 using testing::HasSubstr;
 
 const QByteArray certificate = "Some words\n-----BEGIN CERTIFICATE-----\nMIIB\n-----END CERTIFICATE-----\n";
 
 class AccountTest : public testing::Test {
 protected:
-    /// A run of the program with a command and, unless it is empty, a service. Stays valid until the next one.
-    Account& Run(const QString& command, const QString& service = {})
+    /// A run of the program with a command and, unless they are empty, a service and options. Stays valid until the
+    /// next one.
+    Account& Run(const QString& command, const QString& service = {}, const Host::ServiceAccess& options = {})
     {
         arguments = {};
+        arguments.certificateFile = options.certificateFile;
+        arguments.allowPlainHttp = options.allowPlainHttp;
         arguments.command = command;
         if (!service.isEmpty()) {
             arguments.service = ServiceAddress(service);
@@ -51,8 +54,7 @@ protected:
 
     std::string ProblemWithCertificates(const QString& path)
     {
-        Run("login", server);
-        arguments.certificateFile = path;
+        Run("login", server, {path});
         try {
             account->AuthInfo();
         } catch (const std::runtime_error& problem) {
@@ -84,9 +86,7 @@ TEST_F(AccountTest, FolderNeedsNoSignIn)
 TEST_F(AccountTest, SignInIsThereForLaterCommandsWithEverythingThatBelongsToIt)
 {
     const QString certificates = MakeFile("our own, authority.pem", certificate);
-    Run("login", server);
-    arguments.certificateFile = certificates;
-    arguments.allowPlainHttp = true;
+    Run("login", server, {certificates, true});
     EXPECT_EQ(account->AuthInfo().certificateFile, certificates);
     account->Remember("pass word");
 
@@ -102,16 +102,14 @@ TEST_F(AccountTest, SignInIsThereForLaterCommandsWithEverythingThatBelongsToIt)
 
 TEST_F(AccountTest, OptionsOfOneServiceAreNotThoseOfAnother)
 {
-    Run("login", server);
-    arguments.allowPlainHttp = true;
+    Run("login", server, {{}, true});
     account->Remember("token");
     EXPECT_FALSE(Run("list", "https://bob@cloud.example/dav/").AuthInfo().allowPlainHttp);
 }
 
 TEST_F(AccountTest, NewSignInKeepsTheOptionsUntilTheSignOut)
 {
-    Run("login", server);
-    arguments.allowPlainHttp = true;
+    Run("login", server, {{}, true});
     account->Remember("old");
     Run("login", server).Remember("new");
     EXPECT_TRUE(Run("list").AuthInfo().allowPlainHttp);
@@ -152,8 +150,7 @@ TEST_F(AccountTest, UnusableCertificateFileIsNamed)
 TEST_F(AccountTest, CertificateFileThatHasGoneIsNoticedByLaterCommands)
 {
     const QString file = MakeFile("good.pem", certificate);
-    Run("login", server);
-    arguments.certificateFile = file;
+    Run("login", server, {file});
     account->Remember("token");
     ASSERT_TRUE(QFile::remove(file));
     EXPECT_THROW(Run("list").AuthInfo(), std::runtime_error);

@@ -2,7 +2,7 @@
 
 #include <QDir>
 
-namespace Norlis::Terminal {
+namespace Norlis::Host {
 
 namespace {
 
@@ -27,13 +27,13 @@ void PassToLog(QtMsgType type, const QMessageLogContext&, const QString& text)
 
 } // namespace
 
-LogFile::LogFile(const QString& folder)
+LogFile::LogFile(const QString& folder, const QString& program) : program(program.toStdString())
 {
     const auto readAndWriteByOwner = QFile::ReadOwner | QFile::WriteOwner;
     if (QDir().mkpath(folder)) {
         QFile::setPermissions(folder, readAndWriteByOwner | QFile::ExeOwner);
     }
-    file.setFileName(folder + "/norlis-cloud.log");
+    file.setFileName(folder + '/' + program + ".log");
     if (file.size() > largestLog) {
         const QString old = file.fileName() + ".old";
         QFile::remove(old);
@@ -47,7 +47,7 @@ LogFile::LogFile(const QString& folder)
         google::SetLogDestination(severity, ""); // no files of glog's own
     }
     FLAGS_stderrthreshold = google::GLOG_FATAL;
-    google::InitGoogleLogging("norlis-cloud");
+    google::InitGoogleLogging(this->program.c_str());
     google::AddLogSink(this);
     qtHandler = qInstallMessageHandler(PassToLog);
 }
@@ -69,4 +69,4 @@ void LogFile::send(google::LogSeverity severity, const char*, const char* fileNa
     }
 }
 
-} // namespace Norlis::Terminal
+} // namespace Norlis::Host

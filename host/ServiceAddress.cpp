@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <stdexcept>
 
-namespace Norlis::Terminal {
+namespace Norlis::Host {
 
 namespace {
 
@@ -108,4 +108,4 @@ QString ServiceText(const QUrl& service)
     return IsFolder(service) ? service.toLocalFile() : service.toDisplayString();
 }
 
-} // namespace Norlis::Terminal
+} // namespace Norlis::Host

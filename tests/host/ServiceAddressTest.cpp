@@ -1,4 +1,4 @@
-#include <ServiceAddress.h>
+#include <host/ServiceAddress.h>
 
 #include <QDir>
 
@@ -10,7 +10,7 @@ namespace Norlis::Test {
 
 namespace {
 
-using namespace Terminal;
+using namespace Host;
 using testing::HasSubstr;
 using testing::Not;
 

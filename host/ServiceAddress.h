@@ -3,7 +3,7 @@
 #include <QString>
 #include <QUrl>
 
-namespace Norlis::Terminal {
+namespace Norlis::Host {
 
 /// The service that the user names: a folder by its path, a folder or a WebDAV server by its address. The address comes
 /// in the form in which it is remembered, whose path ends in a slash.
@@ -17,4 +17,4 @@ bool IsFolder(const QUrl& service);
 /// The service as the user knows it: a path or an address.
 QString ServiceText(const QUrl& service);
 
-} // namespace Norlis::Terminal
+} // namespace Norlis::Host

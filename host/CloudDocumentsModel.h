@@ -1,0 +1,77 @@
+#pragma once
+
+#include <contracts/AbstractFileManager.h>
+
+#include <QAbstractListModel>
+#include <QPointer>
+
+#include <deque>
+
+namespace Norlis::Host {
+
+/// The list of documents for Qt's views, one row per document in the list's order.
+///
+/// Follows the list by its signals, row by row; sorting and filtering are left to QSortFilterProxyModel. It reads the
+/// list when a view asks, and copies only what the list answers slowly or in part.
+///
+/// Lives on the thread of the list. When the list goes first, the model is empty.
+class CloudDocumentsModel : public QAbstractListModel {
+    Q_OBJECT
+
+public:
+    enum Role {
+        NameRole = Qt::DisplayRole, ///< QString, of the cloud copy
+        IdRole = Qt::UserRole,      ///< QString
+        PathRole,                   ///< QString; of the local copy, empty when there is none
+        StateRole,                  ///< int, a PDF::FileInfo::CloudStatus
+        SizeRole,                   ///< qint64, bytes; of the local copy, else of the cloud copy
+        ModifiedRole,               ///< QDateTime, of the cloud copy
+        PreviewsRole                ///< QMap<QString, QVariant>: file URLs by "small", "medium" and "large"
+    };
+    Q_ENUM(Role)
+
+    explicit CloudDocumentsModel(PDF::AbstractFileManager& documents, QObject* parent = nullptr);
+
+    /// Of the first row of the id; -1 when there is none.
+    int RowOf(const QString& id) const;
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    QHash<int, QByteArray> roleNames() const override;
+
+private:
+    struct Row {
+        QString id;
+        qint64 size;        ///< of which the list answers the low 32 bits
+        QDateTime modified; ///< asked for again and again when views sort by it
+    };
+
+    /// How the list differs from the rows while views are told of a change that it has made already.
+    struct Difference {
+        int first = 0; ///< the same row and index
+        int gone = 0;  ///< rows that the list does not have
+        int added = 0; ///< indexes that the rows do not have
+    };
+
+    void OnAdded(PDF::FileInfo& file);
+    void OnRemoved(const QString& id);
+    void OnUpdated(int index);
+
+    /// Makes the rows those of the list, whatever happened to it.
+    void CatchUp();
+
+    Difference Compare() const;
+    void TakeOut(const Difference& change);
+    void PutIn(const Difference& change, const std::deque<Row>& added);
+
+    /// Index in the list of a row; -1 when it is gone from there.
+    int IndexOf(int row) const;
+    int Count() const;
+    static Row RowOf(PDF::FileInfo& file);
+
+    QPointer<PDF::AbstractFileManager> documents;
+    std::deque<Row> rows;
+    Difference pending;
+};
+
+} // namespace Norlis::Host
