@@ -1,0 +1,221 @@
+#include "DocumentDelegate.h"
+
+#include "Glyphs.h"
+#include "Texts.h"
+
+#include <host/CloudDocumentsModel.h>
+
+#include <QPainter>
+#include <QPainterPath>
+#include <QUrl>
+
+namespace Norlis::Window {
+
+using Model = Host::CloudDocumentsModel;
+
+namespace {
+
+constexpr int margin = 10;
+constexpr int pictureEdge = 144; // in a cell of its own; the largest picture that the cloud is asked for has 191 pixels
+constexpr int smallEdge = 32;    // on a line
+constexpr int badgeEdge = 22;
+constexpr qreal roundness = 6;
+constexpr qreal paperProportion = 0.71; // of a page that has no picture
+
+/// Widths of the columns right of the name, in average characters.
+constexpr int stateColumn = 28;
+constexpr int sizeColumn = 12;
+constexpr int dateColumn = 18;
+
+QString PicturePath(const QModelIndex& index, int devicePixels)
+{
+    constexpr int smallPicture = 40;
+    constexpr int mediumPicture = 100;
+    const auto previews = index.data(Model::PreviewsRole).toMap();
+    const QString preferred = devicePixels <= smallPicture    ? "small"
+                              : devicePixels <= mediumPicture ? "medium"
+                                                              : "large";
+    for (const QString& size : {preferred, QString("large"), QString("medium"), QString("small")}) {
+        const QString path = previews.value(size).toUrl().toLocalFile();
+        if (!path.isEmpty()) {
+            return path;
+        }
+    }
+    return {};
+}
+
+QPalette::ColorRole TextRole(const QStyleOptionViewItem& option)
+{
+    return option.state & QStyle::State_Selected ? QPalette::HighlightedText : QPalette::Text;
+}
+
+QColor QuietColor(const QStyleOptionViewItem& option)
+{
+    QColor color = option.palette.color(TextRole(option));
+    color.setAlphaF(0.7);
+    return color;
+}
+
+void PaintBackground(QPainter& painter, const QStyleOptionViewItem& option)
+{
+    const QRectF area = QRectF(option.rect).adjusted(2, 2, -2, -2);
+    const auto group = option.state & QStyle::State_Active ? QPalette::Active : QPalette::Inactive;
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    if (option.state & QStyle::State_Selected) {
+        painter.setBrush(option.palette.color(group, QPalette::Highlight));
+        painter.drawRoundedRect(area, roundness, roundness);
+    } else if (option.state & QStyle::State_MouseOver) {
+        QColor light = option.palette.color(QPalette::Highlight);
+        light.setAlphaF(0.12);
+        painter.setBrush(light);
+        painter.drawRoundedRect(area, roundness, roundness);
+    }
+    if (option.state & QStyle::State_HasFocus && option.state & QStyle::State_KeyboardFocusChange) {
+        painter.setBrush(Qt::NoBrush);
+        painter.setPen(QPen(option.palette.color(QPalette::Text), 1, Qt::DotLine));
+        painter.drawRoundedRect(area, roundness, roundness);
+    }
+}
+
+QString Details(const QModelIndex& index)
+{
+    const QString date = DateText(index.data(Model::ModifiedRole).toDateTime());
+    const QString size = SizeText(index.data(Model::SizeRole).toLongLong());
+    return date.isEmpty() ? size : size + " · " + date;
+}
+
+} // namespace
+
+DocumentDelegate::DocumentDelegate(Thumbnails& thumbnails, QObject* parent)
+    : QStyledItemDelegate(parent),
+      thumbnails(thumbnails)
+{
+}
+
+void DocumentDelegate::SetMode(Layout newMode)
+{
+    mode = newMode;
+}
+
+QSize DocumentDelegate::CellSize(const QFontMetrics& metrics, int viewWidth) const
+{
+    if (mode == Layout::List) {
+        return {viewWidth, qMax(smallEdge, metrics.height()) + 2 * margin};
+    }
+    const int width = qMax(pictureEdge, metrics.averageCharWidth() * 22) + 2 * margin;
+    const int columns = qMax(1, viewWidth / width);
+    // The columns share what is left over, so that the right edge is no ragged one.
+    return {viewWidth / columns, pictureEdge + 2 * metrics.lineSpacing() + 4 * margin};
+}
+
+QSize DocumentDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const
+{
+    return CellSize(option.fontMetrics, option.rect.width());
+}
+
+void DocumentDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const
+{
+    painter->save();
+    PaintBackground(*painter, option);
+    if (mode == Layout::List) {
+        PaintLine(*painter, option, index);
+    } else {
+        PaintThumbnail(*painter, option, index);
+    }
+    painter->restore();
+}
+
+void DocumentDelegate::PaintThumbnail(QPainter& painter, const QStyleOptionViewItem& option,
+                                      const QModelIndex& index) const
+{
+    const QRect area = option.rect.adjusted(margin, margin, -margin, -margin);
+    const QRect box(area.left() + (area.width() - pictureEdge) / 2, area.top(), pictureEdge, pictureEdge);
+    const QRect picture = PaintPicture(painter, box, option, index);
+    const QRect badge(picture.right() - badgeEdge / 2 - 2, picture.bottom() - badgeEdge / 2 - 2, badgeEdge, badgeEdge);
+    PaintBadge(painter, badge, index.data(Model::StateRole).toInt(), option.palette);
+
+    const int line = option.fontMetrics.lineSpacing();
+    const QRect nameArea(area.left(), box.bottom() + margin + 2, area.width(), line);
+    const QString name = index.data(Model::NameRole).toString();
+    painter.setPen(option.palette.color(TextRole(option)));
+    painter.drawText(nameArea, Qt::AlignCenter | Qt::TextSingleLine,
+                     option.fontMetrics.elidedText(name, Qt::ElideMiddle, nameArea.width()));
+    painter.setPen(QuietColor(option));
+    painter.drawText(nameArea.translated(0, line), Qt::AlignCenter | Qt::TextSingleLine,
+                     option.fontMetrics.elidedText(Details(index), Qt::ElideRight, nameArea.width()));
+}
+
+void DocumentDelegate::PaintLine(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index) const
+{
+    const QRect area = option.rect.adjusted(margin, margin, -margin, -margin);
+    const int letter = option.fontMetrics.averageCharWidth();
+    const QRect box(area.left(), area.top() + (area.height() - smallEdge) / 2, smallEdge, smallEdge);
+    PaintPicture(painter, box, option, index);
+
+    const auto elided = [&](const QRect& cell, const QString& text, Qt::TextElideMode elide, Qt::Alignment alignment) {
+        painter.drawText(cell, alignment | Qt::AlignVCenter | Qt::TextSingleLine,
+                         option.fontMetrics.elidedText(text, elide, cell.width()));
+    };
+    int right = area.right();
+    const auto takeColumn = [&](int letters) {
+        const int width = letters * letter;
+        right -= width + margin;
+        return QRect(right + margin, area.top(), width, area.height());
+    };
+    // A narrow window leaves out what matters least.
+    const int nameWidth = 24 * letter;
+    const int room = area.width() - smallEdge - 2 * margin - nameWidth;
+    const bool hasDate = room > (sizeColumn + dateColumn) * letter;
+    const bool hasState = room > (sizeColumn + dateColumn + stateColumn) * letter;
+
+    painter.setPen(QuietColor(option));
+    if (hasDate) {
+        elided(takeColumn(dateColumn), DateText(index.data(Model::ModifiedRole).toDateTime()), Qt::ElideRight,
+               Qt::AlignRight);
+    }
+    elided(takeColumn(sizeColumn), SizeText(index.data(Model::SizeRole).toLongLong()), Qt::ElideRight, Qt::AlignRight);
+    const int state = index.data(Model::StateRole).toInt();
+    if (hasState) {
+        elided(takeColumn(stateColumn), StateText(state), Qt::ElideRight, Qt::AlignLeft);
+    }
+    right -= badgeEdge + margin;
+    const QRect badge(right + margin, area.top() + (area.height() - badgeEdge) / 2, badgeEdge, badgeEdge);
+    PaintBadge(painter, badge, state, option.palette);
+
+    painter.setPen(option.palette.color(TextRole(option)));
+    const int nameLeft = box.right() + 2 * margin;
+    elided({nameLeft, area.top(), right - nameLeft, area.height()}, index.data(Model::NameRole).toString(),
+           Qt::ElideMiddle, Qt::AlignLeft);
+}
+
+QRect DocumentDelegate::PaintPicture(QPainter& painter, const QRect& box, const QStyleOptionViewItem& option,
+                                     const QModelIndex& index) const
+{
+    const qreal scale = painter.device()->devicePixelRatioF();
+    const QString path = PicturePath(index, qRound(box.height() * scale));
+    const QPixmap picture = path.isEmpty() ? QPixmap() : thumbnails.Find(path);
+    const QSize size = picture.isNull() ? QSize(qRound(box.height() * paperProportion), box.height())
+                                        : picture.size().scaled(box.size(), Qt::KeepAspectRatio);
+    QRect target({}, size);
+    target.moveCenter(box.center());
+
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    QColor rim = option.palette.color(QPalette::Text);
+    rim.setAlphaF(0.25);
+    if (picture.isNull()) {
+        painter.setPen(rim);
+        painter.setBrush(option.palette.color(QPalette::Base));
+        painter.drawRect(target.adjusted(0, 0, -1, -1));
+        const int inset = target.width() / 4;
+        PaintGlyph(painter, target.adjusted(inset, inset, -inset, -inset), Glyph::Document, rim);
+        return target;
+    }
+    painter.drawPixmap(target, picture);
+    painter.setPen(rim);
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRect(target.adjusted(0, 0, -1, -1));
+    return target;
+}
+
+} // namespace Norlis::Window

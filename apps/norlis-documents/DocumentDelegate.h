@@ -1,0 +1,36 @@
+#pragma once
+
+#include "Thumbnails.h"
+
+#include <QStyledItemDelegate>
+
+namespace Norlis::Window {
+
+enum class Layout { Thumbnails, List };
+
+/// Paints documents: as a picture with the name below it, or on one line with name, state, size and date.
+class DocumentDelegate : public QStyledItemDelegate {
+    Q_OBJECT
+
+public:
+    explicit DocumentDelegate(Thumbnails& thumbnails, QObject* parent = nullptr);
+
+    void SetMode(Layout newMode);
+
+    /// Of one document, for a view of that width.
+    QSize CellSize(const QFontMetrics& metrics, int viewWidth) const;
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+
+private:
+    void PaintThumbnail(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index) const;
+    void PaintLine(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index) const;
+    QRect PaintPicture(QPainter& painter, const QRect& box, const QStyleOptionViewItem& option,
+                       const QModelIndex& index) const;
+
+    Thumbnails& thumbnails;
+    Layout mode = Layout::Thumbnails;
+};
+
+} // namespace Norlis::Window

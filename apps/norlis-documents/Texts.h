@@ -1,0 +1,33 @@
+#pragma once
+
+#include <host/CloudSession.h>
+
+#include <QDateTime>
+#include <QString>
+
+namespace Norlis::Window {
+
+// How the window says things, in the user's language.
+
+QString SizeText(qint64 bytes);
+
+/// In local time; empty for an invalid one.
+QString DateText(const QDateTime& date);
+
+/// Without seconds.
+QString TimeText(const QTime& time);
+
+/// \param state a PDF::FileInfo::CloudStatus
+QString StateText(int state);
+
+/// What failed: one short sentence.
+/// \param name of the document
+QString ProblemTitle(const Host::CloudProblem& problem, const QString& name);
+
+/// Why, and what to do; the service's own words.
+QString ProblemDetail(const Host::CloudProblem& problem);
+
+/// Figures of a quota in MiB, where NorlisCloudProtocol::unknownQuota and unlimitedQuota may stand too.
+QString StorageText(int usedMiB, int totalMiB);
+
+} // namespace Norlis::Window

@@ -1,0 +1,82 @@
+#include "Thumbnails.h"
+
+#include <QImageReader>
+#include <QRunnable>
+
+#include <algorithm>
+
+namespace Norlis::Window {
+
+namespace {
+
+constexpr std::size_t mostWanted = 400; // some screens full
+constexpr int threads = 2;
+
+/// In kibibytes, as QCache counts with int.
+int CostOf(const QImage& image)
+{
+    return 1 + static_cast<int>(image.sizeInBytes() / 1024);
+}
+
+} // namespace
+
+Thumbnails::Thumbnails(qsizetype limit, QObject* parent) : QObject(parent), pictures(static_cast<int>(limit / 1024))
+{
+    pool.setMaxThreadCount(threads);
+}
+
+Thumbnails::~Thumbnails()
+{
+    pool.clear();
+    pool.waitForDone();
+}
+
+QPixmap Thumbnails::Find(const QString& path)
+{
+    if (const auto known = pictures.object(path)) {
+        return *known;
+    }
+    if (!reading.contains(path)) {
+        wanted.erase(std::remove(wanted.begin(), wanted.end(), path), wanted.end());
+        wanted.push_front(path);
+        if (wanted.size() > mostWanted) {
+            wanted.pop_back();
+        }
+        ReadNext();
+    }
+    return {};
+}
+
+void Thumbnails::Forget(const QString& path)
+{
+    pictures.remove(path);
+    if (reading.contains(path)) {
+        outdated.insert(path);
+    }
+}
+
+void Thumbnails::ReadNext()
+{
+    while (!wanted.empty() && reading.size() < threads) {
+        const QString path = wanted.front();
+        wanted.pop_front();
+        reading.insert(path);
+        pool.start([this, path] { // the destructor waits for it
+            const QImage image = QImageReader(path).read();
+            QMetaObject::invokeMethod(
+                this, [this, path, image] { Keep(path, image); }, Qt::QueuedConnection);
+        });
+    }
+}
+
+void Thumbnails::Keep(const QString& path, const QImage& image)
+{
+    reading.remove(path);
+    if (!outdated.remove(path)) {
+        pictures.insert(path, new QPixmap(QPixmap::fromImage(image)), CostOf(image));
+    }
+    ReadNext();
+    emit Loaded(path);
+}
+
+} // namespace Norlis::Window

@@ -1,0 +1,31 @@
+#include "Translations.h"
+
+#include <QCoreApplication>
+#include <QLibraryInfo>
+#include <QLocale>
+#include <QTranslator>
+
+/// The linker takes it for unused, as it stands in a static library. Not inside a namespace.
+static void LoadResource()
+{
+    Q_INIT_RESOURCE(translations);
+}
+
+namespace Norlis::Window {
+
+void InstallTranslations(QCoreApplication& application, const QLocale& locale)
+{
+    LoadResource();
+    const auto install = [&](const QLocale& language, const QString& name, const QString& folder) {
+        const auto translator = new QTranslator(&application);
+        if (translator->load(language, name, "_", folder)) {
+            QCoreApplication::installTranslator(translator);
+        }
+    };
+    const QString own = ":/translations";
+    install(QLocale::English, "norlis-documents", own); // for its plurals
+    install(locale, "qtbase", QLibraryInfo::location(QLibraryInfo::TranslationsPath));
+    install(locale, "norlis-documents", own);
+}
+
+} // namespace Norlis::Window

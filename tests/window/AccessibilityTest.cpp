@@ -1,0 +1,159 @@
+#include "WindowTest.h"
+
+#include <Translations.h>
+
+#include <QAbstractButton>
+#include <QAccessible>
+#include <QApplication>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QListView>
+#include <QTest>
+#include <QTranslator>
+#include <QXmlStreamReader>
+
+namespace Norlis::Test {
+
+namespace {
+
+using testing::IsEmpty;
+
+bool CanBeUsed(const QWidget& widget)
+{
+    return qobject_cast<const QAbstractButton*>(&widget) || qobject_cast<const QLineEdit*>(&widget) ||
+           qobject_cast<const QComboBox*>(&widget) || qobject_cast<const QListView*>(&widget);
+}
+
+/// Parts of Qt's own widgets.
+bool IsPartOfAnother(const QWidget& widget)
+{
+    return qobject_cast<const QLineEdit*>(widget.parentWidget()) ||
+           qobject_cast<const QComboBox*>(widget.parentWidget()) || widget.objectName().startsWith("qt_");
+}
+
+class AccessibilityTest : public WindowTest {
+protected:
+    QStringList Nameless() const
+    {
+        QStringList found;
+        for (QWidget* const widget : window->findChildren<QWidget*>()) {
+            if (!widget->isVisible() || !CanBeUsed(*widget) || IsPartOfAnother(*widget)) {
+                continue;
+            }
+            const auto known = QAccessible::queryAccessibleInterface(widget);
+            if (!known || known->text(QAccessible::Name).isEmpty()) {
+                found.append(QString(widget->metaObject()->className()) + ' ' + widget->objectName());
+            }
+        }
+        return found;
+    }
+
+    /// What the Tab key reaches.
+    QSet<QWidget*> Reached()
+    {
+        QSet<QWidget*> reached;
+        window->activateWindow();
+        for (int step = 0; step < 60; ++step) {
+            QTest::keyClick(QApplication::focusWidget() ? QApplication::focusWidget() : window.get(), Qt::Key_Tab);
+            if (QApplication::focusWidget()) {
+                reached.insert(QApplication::focusWidget());
+            }
+        }
+        return reached;
+    }
+
+    QStringList Unreached()
+    {
+        const auto reached = Reached();
+        QStringList missed;
+        for (QWidget* const widget : window->findChildren<QWidget*>()) {
+            const bool isWanted =
+                widget->isVisible() && widget->isEnabled() && CanBeUsed(*widget) && !IsPartOfAnother(*widget);
+            if (isWanted && !reached.contains(widget)) {
+                const auto button = qobject_cast<QAbstractButton*>(widget);
+                missed.append(QString(widget->metaObject()->className()) + ' ' + widget->objectName() + ' ' +
+                              (button ? button->text() : QString()));
+            }
+        }
+        return missed;
+    }
+};
+
+TEST_F(AccessibilityTest, EveryControlHasANameForAScreenReader)
+{
+    Open();
+    EXPECT_THAT(Nameless(), IsEmpty());
+    Close();
+    PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
+    OpenCloud();
+    ASSERT_TRUE(Shows({"a.pdf"}));
+    Drop({LocalFile("b.pdf", PdfOfColor(Qt::red)), LocalFile("c.txt", "text")});
+    ASSERT_TRUE(WaitUntil([&] { return Transfers() == QStringList{"b.pdf finished"}; }));
+    EXPECT_THAT(Nameless(), IsEmpty());
+}
+
+TEST_F(AccessibilityTest, DocumentsAndTransfersSayWhatTheyAre)
+{
+    PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
+    OpenCloud();
+    ASSERT_TRUE(Shows({"a.pdf"}));
+    const QString document = Documents()->model()->index(0, 0).data(Qt::AccessibleTextRole).toString();
+    EXPECT_TRUE(document.startsWith("a.pdf, Only in the cloud, ")) << qPrintable(document);
+    Drop({LocalFile("b.pdf", PdfOfColor(Qt::red))});
+    ASSERT_TRUE(WaitUntil([&] { return Transfers() == QStringList{"b.pdf finished"}; }));
+    const auto list = Find<QListView>("transfers");
+    EXPECT_EQ(list->model()->index(0, 0).data(Qt::AccessibleTextRole).toString(), "Upload of b.pdf: finished");
+}
+
+TEST_F(AccessibilityTest, TheTabKeyReachesEveryControl)
+{
+    Open();
+    EXPECT_THAT(Unreached(), IsEmpty());
+    Close();
+    PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
+    OpenCloud();
+    ASSERT_TRUE(Shows({"a.pdf"}));
+    Select({"a.pdf"});
+    Drop({LocalFile("b.pdf", PdfOfColor(Qt::red)), LocalFile("c.txt", "text")});
+    ASSERT_TRUE(WaitUntil([&] { return Transfers() == QStringList{"b.pdf finished"}; }));
+    EXPECT_THAT(Unreached(), IsEmpty());
+}
+
+TEST_F(AccessibilityTest, EveryTextIsTranslated)
+{
+    for (const auto language : {"de", "en"}) {
+        QFile file(QString(NORLIS_TRANSLATIONS "/norlis-documents_%1.ts").arg(language));
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        QXmlStreamReader reader(&file);
+        int texts = 0;
+        while (!reader.atEnd()) {
+            if (reader.readNext() == QXmlStreamReader::StartElement && reader.name() == "translation") {
+                EXPECT_FALSE(reader.attributes().hasAttribute("type")) << language << ", line " << reader.lineNumber();
+                ++texts;
+            }
+        }
+        EXPECT_FALSE(reader.hasError());
+        EXPECT_GT(texts, 0);
+    }
+}
+
+TEST_F(AccessibilityTest, TheWindowSpeaksTheLanguageOfItsUser)
+{
+    QTranslator* last = nullptr;
+    Window::InstallTranslations(*qApp, QLocale(QLocale::German));
+    OpenCloud();
+    ASSERT_TRUE(WaitUntil([&] { return Action("Hochladen …") && Action("Hochladen …")->isEnabled(); }));
+    EXPECT_TRUE(WaitUntil([&] { return Button("Hochladen …"); }));
+    window.reset();
+    for (QTranslator* const translator : qApp->findChildren<QTranslator*>()) {
+        last = translator;
+        delete translator;
+    }
+    EXPECT_TRUE(last);
+    Open();
+    EXPECT_TRUE(Action("Upload …"));
+}
+
+} // namespace
+
+} // namespace Norlis::Test

@@ -1,0 +1,383 @@
+#include "WindowTest.h"
+
+#include <contracts/FileInfo.h>
+
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QDesktopServices>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListView>
+#include <QMessageBox>
+#include <QTest>
+#include <QUrl>
+
+namespace Norlis::Test {
+
+namespace {
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+using State = PDF::FileInfo::CloudStatus;
+
+/// Takes what would be opened by another program.
+class OpenedFiles : public QObject {
+    Q_OBJECT
+
+public:
+    OpenedFiles()
+    {
+        QDesktopServices::setUrlHandler("file", this, "Open");
+    }
+
+    ~OpenedFiles() override
+    {
+        QDesktopServices::unsetUrlHandler("file");
+    }
+
+    QStringList paths;
+
+public slots:
+    void Open(const QUrl& url)
+    {
+        paths.append(url.toLocalFile());
+    }
+};
+
+class DocumentsWindowTest : public WindowTest {
+protected:
+    bool IsInStep(const QString& name)
+    {
+        return WaitUntil([&] { return StateOf(name) == static_cast<int>(State::InSync); });
+    }
+
+    /// Whether something of that colour is to be seen where the documents are.
+    bool IsSeen(const QColor& color)
+    {
+        return WaitUntil([&] {
+            const QImage picture = Documents()->grab().toImage();
+            for (int y = 0; y < picture.height(); y += 4) {
+                for (int x = 0; x < picture.width(); x += 4) {
+                    if (picture.pixelColor(x, y) == color) {
+                        return true;
+                    }
+                }
+            }
+            return false;
+        });
+    }
+
+    QString EmptyTitle() const
+    {
+        const auto page = Find<QWidget>("emptyPage");
+        return page ? page->findChildren<QLabel*>().value(1)->text() : QString();
+    }
+
+    QString Status() const
+    {
+        return Find<QLabel>("status")->text();
+    }
+};
+
+TEST_F(DocumentsWindowTest, DocumentsAreShownWithTheirPictures)
+{
+    PutIntoCloud("b.pdf", PdfOfColor(Qt::red));
+    PutIntoCloud("a.pdf", PdfOfColor(Qt::blue));
+    OpenCloud();
+    EXPECT_TRUE(Shows({"a.pdf", "b.pdf"}));
+    EXPECT_TRUE(IsSeen(Qt::red));
+    EXPECT_TRUE(IsSeen(Qt::blue));
+    EXPECT_EQ(Message(), "");
+    EXPECT_THAT(Status().toStdString(), HasSubstr("2"));
+}
+
+TEST_F(DocumentsWindowTest, ChangedContentHasANewPicture)
+{
+    PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
+    OpenCloud();
+    ASSERT_TRUE(Shows({"a.pdf"}));
+    ASSERT_TRUE(IsSeen(Qt::red));
+    PutIntoCloud("a.pdf", PdfOfText("longer") + "% and longer");
+    PutIntoCloud("a.pdf", PdfOfColor(Qt::green, {400, 400}));
+    Refresh();
+    EXPECT_TRUE(IsSeen(Qt::green));
+    EXPECT_FALSE(Documents()->grab().isNull());
+}
+
+TEST_F(DocumentsWindowTest, AnEmptyCloudSaysWhatToDo)
+{
+    OpenCloud();
+    EXPECT_TRUE(WaitUntil([&] { return EmptyTitle() == "No documents yet"; }));
+    EXPECT_TRUE(Button("Upload …"));
+}
+
+TEST_F(DocumentsWindowTest, DroppedDocumentsAreUploaded)
+{
+    OpenCloud();
+    ASSERT_TRUE(WaitUntil([&] { return Action("Upload …")->isEnabled(); }));
+    const QByteArray content = PdfOfColor(Qt::red);
+    Drop({LocalFile("ä b.pdf", content), LocalFile("c.pdf", PdfOfColor(Qt::blue))});
+    EXPECT_TRUE(Shows({"ä b.pdf", "c.pdf"}) || Shows({"c.pdf", "ä b.pdf"}));
+    EXPECT_TRUE(IsInStep("ä b.pdf"));
+    EXPECT_EQ(ReadFile(Cloud("ä b.pdf")), content);
+    EXPECT_TRUE(WaitUntil([&] {
+        auto rows = Transfers();
+        rows.sort();
+        return rows == QStringList{"c.pdf finished", "ä b.pdf finished"};
+    }));
+}
+
+TEST_F(DocumentsWindowTest, WhatIsNoPdfIsRefusedByNameAndTheRestIsUploaded)
+{
+    OpenCloud();
+    ASSERT_TRUE(WaitUntil([&] { return Action("Upload …")->isEnabled(); }));
+    Drop({LocalFile("notes.txt", "text"), LocalFile("a.pdf", PdfOfColor(Qt::red))});
+    EXPECT_THAT(Message().toStdString(), HasSubstr("“notes.txt” is not a PDF document"));
+    EXPECT_TRUE(Shows({"a.pdf"}));
+    Drop({folder.path()});
+    EXPECT_THAT(Message().toStdString(), HasSubstr("is not a PDF document"));
+    ClickButton("Close the message");
+    EXPECT_EQ(Message(), "");
+}
+
+TEST_F(DocumentsWindowTest, ADroppedLocalCopyReplacesItsDocument)
+{
+    OpenCloud();
+    ASSERT_TRUE(WaitUntil([&] { return Action("Upload …")->isEnabled(); }));
+    const QString path = LocalFile("a.pdf", PdfOfColor(Qt::red));
+    Drop({path});
+    ASSERT_TRUE(IsInStep("a.pdf"));
+    const QByteArray changed = PdfOfText("changed");
+    WriteFile(path, changed);
+    Drop({path});
+    EXPECT_TRUE(WaitUntil([&] { return ReadFile(Cloud("a.pdf")) == changed; }));
+    EXPECT_TRUE(Shows({"a.pdf"}));
+    EXPECT_EQ(FilesBelow(Cloud()).filter(".pdf"), QStringList{"a.pdf"});
+}
+
+TEST_F(DocumentsWindowTest, DownloadPutsTheSelectedDocumentsIntoTheFolder)
+{
+    const QByteArray content = PdfOfColor(Qt::red);
+    PutIntoCloud("a.pdf", content);
+    PutIntoCloud("b.pdf", PdfOfColor(Qt::blue));
+    PutIntoCloud("c.pdf", PdfOfColor(Qt::green));
+    OpenCloud();
+    ASSERT_TRUE(Shows({"a.pdf", "b.pdf", "c.pdf"}));
+    EXPECT_FALSE(Action("Download")->isEnabled());
+    Select({"a.pdf", "c.pdf"});
+    ClickButton("Download");
+    EXPECT_TRUE(IsInStep("a.pdf"));
+    EXPECT_TRUE(IsInStep("c.pdf"));
+    EXPECT_EQ(ReadFile(Local("downloads/a.pdf")), content);
+    EXPECT_EQ(StateOf("b.pdf"), static_cast<int>(State::OnlyInCloud));
+    EXPECT_FALSE(ReadFile(Local("downloads/b.pdf")));
+}
+
+TEST_F(DocumentsWindowTest, ADownloadThatFindsAnotherFileSaysSoAndCanBeTriedAgain)
+{
+    PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
+    OpenCloud();
+    ASSERT_TRUE(Shows({"a.pdf"}));
+    MakeFolder(Local("downloads"));
+    WriteFile(Local("downloads/a.pdf"), "somebody's own");
+    Select({"a.pdf"});
+    Action("Download")->trigger();
+    ASSERT_TRUE(WaitUntil([&] { return Transfers() == QStringList{"a.pdf failed"}; }));
+    EXPECT_EQ(ReadFile(Local("downloads/a.pdf")), QByteArray("somebody's own"));
+    EXPECT_EQ(Message(), ""); // told among the transfers, and nowhere else
+    ASSERT_TRUE(QFile::remove(Local("downloads/a.pdf")));
+    ClickButton("Try Again");
+    EXPECT_TRUE(IsInStep("a.pdf"));
+    EXPECT_EQ(Transfers(), QStringList{"a.pdf finished"});
+    ClickButton("Clear");
+    EXPECT_THAT(Transfers(), IsEmpty());
+    EXPECT_FALSE(Find<QListView>("transfers"));
+}
+
+TEST_F(DocumentsWindowTest, OpeningFetchesWhatIsNotHere)
+{
+    OpenedFiles opened;
+    PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
+    OpenCloud();
+    ASSERT_TRUE(Shows({"a.pdf"}));
+    Select({"a.pdf"});
+    QTest::keyClick(Documents(), Qt::Key_Return);
+    ASSERT_TRUE(WaitUntil([&] { return opened.paths == QStringList{Local("downloads/a.pdf")}; }));
+    ASSERT_TRUE(IsInStep("a.pdf"));
+    EXPECT_EQ(Documents()->selectionModel()->selectedIndexes().size(), 1);
+    ClickButton("Open");
+    EXPECT_EQ(opened.paths.size(), 2);
+    EXPECT_EQ(Transfers().size(), 1); // it is here now
+}
+
+TEST_F(DocumentsWindowTest, WhatWasChangedHereCanBeUploaded)
+{
+    PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
+    OpenCloud();
+    ASSERT_TRUE(Shows({"a.pdf"}));
+    Select({"a.pdf"});
+    Action("Download")->trigger();
+    ASSERT_TRUE(IsInStep("a.pdf"));
+    EXPECT_FALSE(Action("Upload Changes")->isEnabled());
+    const QByteArray changed = PdfOfText("changed");
+    WriteFile(Local("downloads/a.pdf"), changed);
+    Refresh();
+    ASSERT_TRUE(WaitUntil([&] { return StateOf("a.pdf") == static_cast<int>(State::ChangedLocally); }));
+    ASSERT_TRUE(WaitUntil([&] { return Action("Upload Changes")->isEnabled(); }));
+    Action("Upload Changes")->trigger();
+    EXPECT_TRUE(IsInStep("a.pdf"));
+    EXPECT_EQ(ReadFile(Cloud("a.pdf")), changed);
+}
+
+TEST_F(DocumentsWindowTest, WhatChangedInTheCloudIsFetchedToWhereTheCopyIs)
+{
+    PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
+    OpenCloud();
+    ASSERT_TRUE(Shows({"a.pdf"}));
+    Select({"a.pdf"});
+    Action("Download")->trigger();
+    ASSERT_TRUE(IsInStep("a.pdf"));
+    QSettings(Local("data/window.ini"), QSettings::IniFormat).setValue("downloadFolder", Local("elsewhere"));
+    const QByteArray changed = PdfOfText("changed");
+    PutIntoCloud("a.pdf", changed);
+    Refresh();
+    ASSERT_TRUE(WaitUntil([&] { return StateOf("a.pdf") == static_cast<int>(State::ChangedInCloud); }));
+    Action("Download")->trigger();
+    EXPECT_TRUE(WaitUntil([&] { return ReadFile(Local("downloads/a.pdf")) == changed; }));
+    EXPECT_TRUE(IsInStep("a.pdf"));
+}
+
+TEST_F(DocumentsWindowTest, RemovalAsksOnceAndNamesTheDocument)
+{
+    PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
+    PutIntoCloud("b.pdf", PdfOfColor(Qt::red));
+    OpenCloud();
+    ASSERT_TRUE(Shows({"a.pdf", "b.pdf"}));
+    Select({"b.pdf"});
+    QTest::keyClick(Documents(), Qt::Key_Delete);
+    ASSERT_EQ(Questions().size(), 1);
+    EXPECT_THAT(Questions().first()->text().toStdString(), HasSubstr("“b.pdf”"));
+    Answer("Cancel");
+    EXPECT_TRUE(ReadFile(Cloud("b.pdf")));
+    QTest::keyClick(Documents(), Qt::Key_Delete);
+    Answer("Remove");
+    EXPECT_TRUE(Shows({"a.pdf"}));
+    EXPECT_FALSE(ReadFile(Cloud("b.pdf")));
+    EXPECT_THAT(Questions(), IsEmpty());
+}
+
+TEST_F(DocumentsWindowTest, SearchNarrowsAsOneTypes)
+{
+    for (const auto name : {"Invoice May.pdf", "Invoice June.pdf", "Letter.pdf"}) {
+        PutIntoCloud(name, PdfOfColor(Qt::red));
+    }
+    OpenCloud();
+    ASSERT_TRUE(Shows({"Invoice June.pdf", "Invoice May.pdf", "Letter.pdf"}));
+    QTest::keyClick(Documents(), Qt::Key_F, Qt::ControlModifier);
+    ASSERT_TRUE(Find<QLineEdit>("search")->hasFocus());
+    Type(QApplication::focusWidget(), "in");
+    EXPECT_EQ(Names().size(), 2);
+    QTest::keyClicks(QApplication::focusWidget(), "VOICE ju");
+    EXPECT_EQ(Names(), QStringList{"Invoice June.pdf"});
+    EXPECT_THAT(Status().toStdString(), HasSubstr("1"));
+    QTest::keyClicks(QApplication::focusWidget(), "x");
+    EXPECT_EQ(EmptyTitle(), "No document is called that");
+    ClickButton("Clear the Search");
+    EXPECT_EQ(Names().size(), 3);
+    QTest::keyClick(Documents(), Qt::Key_F, Qt::ControlModifier);
+    Type(QApplication::focusWidget(), "letter");
+    EXPECT_EQ(Names().size(), 1);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+    EXPECT_EQ(Names().size(), 3);
+}
+
+TEST_F(DocumentsWindowTest, NumbersInNamesAreSortedByValueAndCaseDoesNotCount)
+{
+    for (const auto name : {"b10.pdf", "b9.pdf", "A.pdf", "c.pdf"}) {
+        PutIntoCloud(name, PdfOfColor(Qt::red));
+    }
+    OpenCloud();
+    EXPECT_TRUE(Shows({"A.pdf", "b9.pdf", "b10.pdf", "c.pdf"}));
+    Find<QComboBox>("order")->setCurrentIndex(1);
+    EXPECT_TRUE(Shows({"c.pdf", "b10.pdf", "b9.pdf", "A.pdf"}));
+}
+
+TEST_F(DocumentsWindowTest, SizeAndDateGiveAnOrderToo)
+{
+    PutIntoCloud("old and large.pdf", PdfOfColor(Qt::red) + QByteArray(10'000, '\n'));
+    PutIntoCloud("new and small.pdf", PdfOfColor(Qt::red));
+    QFile old(Cloud("old and large.pdf"));
+    ASSERT_TRUE(old.open(QFile::ReadWrite));
+    ASSERT_TRUE(old.setFileTime(QDateTime::currentDateTime().addDays(-2), QFile::FileModificationTime));
+    old.close();
+    OpenCloud();
+    ASSERT_TRUE(Shows({"new and small.pdf", "old and large.pdf"}));
+    Find<QComboBox>("order")->setCurrentIndex(3);
+    EXPECT_EQ(Names().first(), "old and large.pdf");
+    Find<QComboBox>("order")->setCurrentIndex(2);
+    EXPECT_EQ(Names().first(), "new and small.pdf");
+}
+
+TEST_F(DocumentsWindowTest, LayoutOrderAndSizeAreRemembered)
+{
+    PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
+    PutIntoCloud("b.pdf", PdfOfColor(Qt::red));
+    OpenCloud();
+    ASSERT_TRUE(Shows({"a.pdf", "b.pdf"}));
+    const QSize thumbnail = Documents()->gridSize();
+    Find<QComboBox>("order")->setCurrentIndex(1);
+    QTest::keyClick(Documents(), Qt::Key_2, Qt::ControlModifier);
+    EXPECT_GT(Documents()->gridSize().width(), thumbnail.width());
+    EXPECT_LT(Documents()->gridSize().height(), thumbnail.height());
+    window->resize(777, 555);
+    Close();
+    Open();
+    EXPECT_EQ(window->size(), QSize(777, 555));
+    EXPECT_TRUE(Action("List")->isChecked());
+    EXPECT_TRUE(Shows({"b.pdf", "a.pdf"}));
+}
+
+TEST_F(DocumentsWindowTest, TheListOfTheLastTimeIsThereBeforeTheCloudAnswers)
+{
+    PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
+    OpenCloud();
+    ASSERT_TRUE(Shows({"a.pdf"}));
+    Close();
+    RemoveFolder(Cloud());
+    Open();
+    EXPECT_EQ(Names(), QStringList{"a.pdf"});
+    ASSERT_TRUE(WaitUntil([&] { return !Message().isEmpty(); }));
+    EXPECT_FALSE(Action("Upload …")->isEnabled());
+    MakeFolder(Cloud());
+    PutIntoCloud("b.pdf", PdfOfColor(Qt::red));
+    ClickButton("Try Again");
+    EXPECT_TRUE(Shows({"b.pdf"}));
+    EXPECT_EQ(Message(), "");
+}
+
+TEST_F(DocumentsWindowTest, AListThatCannotBeFetchedIsToldOnceAndTheDocumentsStay)
+{
+    PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
+    OpenCloud();
+    ASSERT_TRUE(Shows({"a.pdf"}));
+    ASSERT_TRUE(QDir().rename(Cloud(), Local("away")));
+    Refresh();
+    ASSERT_TRUE(WaitUntil([&] { return !Message().isEmpty(); }));
+    EXPECT_EQ(Names(), QStringList{"a.pdf"});
+    EXPECT_THAT(Questions(), IsEmpty());
+    ASSERT_TRUE(QDir().rename(Local("away"), Cloud()));
+    Refresh();
+    EXPECT_TRUE(WaitUntil([&] { return Message().isEmpty(); })); // what failed has succeeded
+}
+
+TEST_F(DocumentsWindowTest, TheStorageInUseIsShown)
+{
+    OpenCloud();
+    EXPECT_TRUE(WaitUntil([&] { return Find<QWidget>("storage"); }));
+}
+
+} // namespace
+
+} // namespace Norlis::Test
+
+#include "DocumentsWindowTest.moc"

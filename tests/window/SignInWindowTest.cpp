@@ -1,0 +1,221 @@
+#include "WindowTest.h"
+
+#include <NorlisTestKit/FaultServer.h>
+
+#include <QAbstractButton>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListView>
+#include <QMessageBox>
+#include <QTest>
+
+namespace Norlis::Test {
+
+namespace {
+
+using namespace TestKit;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+/// The window over a server.
+class SignInWindowTest : public WindowTest {
+protected:
+    void FillIn(const QString& password)
+    {
+        Type(Find<QLineEdit>("address"), server.Address().toDisplayString(QUrl::RemoveUserInfo));
+        Type(Find<QLineEdit>("user"), server.User());
+        Type(Find<QLineEdit>("password"), password);
+    }
+
+    void SignIn()
+    {
+        Open();
+        FillIn(server.Password());
+        ClickButton("Sign In");
+        ASSERT_TRUE(WaitUntil([&] { return Action("Upload …") && Action("Upload …")->isEnabled(); }));
+    }
+
+    bool IsWelcome() const
+    {
+        return Find<QWidget>("welcomePage") != nullptr;
+    }
+
+    QString KeptToken()
+    {
+        return Host::CloudAccountSettings(Local("data")).Token(server.Address());
+    }
+
+    FaultServer server;
+};
+
+TEST_F(SignInWindowTest, TheFirstStartExplainsItselfAndOffersAFolder)
+{
+    Open();
+    ASSERT_TRUE(IsWelcome());
+    EXPECT_THAT(Find<QLineEdit>("folder")->text().toStdString(), HasSubstr("Cloud Documents"));
+    EXPECT_FALSE(Find<QListView>("documents"));
+    Type(Find<QLineEdit>("folder"), Local("new/cloud"));
+    ClickButton("Use This Folder");
+    ASSERT_TRUE(WaitUntil([&] { return Find<QWidget>("emptyPage") && Action("Upload …")->isEnabled(); }));
+    EXPECT_TRUE(QDir(Local("new/cloud")).exists());
+    Close();
+    Open();
+    EXPECT_FALSE(IsWelcome());
+}
+
+TEST_F(SignInWindowTest, ServersAreSignedInToAndRemembered)
+{
+    server.Put("a.pdf", PdfOfColor(Qt::red));
+    SignIn();
+    EXPECT_TRUE(Shows({"a.pdf"}));
+    EXPECT_EQ(KeptToken(), server.Password());
+    Close();
+    Open();
+    EXPECT_TRUE(Shows({"a.pdf"}));
+    EXPECT_TRUE(WaitUntil([&] { return Action("Upload …")->isEnabled(); }));
+}
+
+TEST_F(SignInWindowTest, AWrongPasswordIsSaidWhereItWasTypedAndNothingIsKept)
+{
+    Open();
+    FillIn("wrong");
+    QTest::keyClick(Find<QLineEdit>("password"), Qt::Key_Return);
+    ASSERT_TRUE(WaitUntil([&] { return IsWelcome() && !Message().isEmpty(); }));
+    EXPECT_THAT(Message().toStdString(), HasSubstr("Signing in failed."));
+    EXPECT_EQ(KeptToken(), "");
+    EXPECT_EQ(Find<QLineEdit>("user")->text(), server.User());
+    Type(Find<QLineEdit>("password"), server.Password());
+    ClickButton("Sign In");
+    EXPECT_TRUE(WaitUntil([&] { return !IsWelcome(); }));
+}
+
+TEST_F(SignInWindowTest, WhatCannotBeAnAddressIsRefusedBeforeAnybodyIsAsked)
+{
+    Open();
+    ClickButton("Sign In");
+    EXPECT_THAT(Message().toStdString(), HasSubstr("Something is missing."));
+    Type(Find<QLineEdit>("address"), "ftp://example.org/");
+    Type(Find<QLineEdit>("password"), "x");
+    ClickButton("Sign In");
+    EXPECT_THAT(Message().toStdString(), HasSubstr("This address cannot be used."));
+    Type(Find<QLineEdit>("folder"), "relative");
+    ClickButton("Use This Folder");
+    EXPECT_THAT(Message().toStdString(), HasSubstr("This is no folder."));
+    EXPECT_EQ(server.Connections(), 0);
+}
+
+TEST_F(SignInWindowTest, ASignInThatHangsCanBeCanceled)
+{
+    server.Misbehave(When("*").Always(), Hangs());
+    Open();
+    FillIn(server.Password());
+    ClickButton("Sign In");
+    ASSERT_TRUE(WaitUntil([&] { return server.Connections() > 0; }));
+    ClickButton("Cancel");
+    EXPECT_TRUE(IsWelcome());
+    EXPECT_TRUE(Find<QLineEdit>("address"));
+    EXPECT_EQ(KeptToken(), "");
+}
+
+TEST_F(SignInWindowTest, APasswordThatIsNotTakenAnyMoreIsToldOnceAndAskedForAgain)
+{
+    server.Put("a.pdf", PdfOfColor(Qt::red));
+    SignIn();
+    ASSERT_TRUE(Shows({"a.pdf"}));
+    server.SetPassword("another");
+    Refresh();
+    ASSERT_TRUE(WaitUntil([&] { return !Message().isEmpty(); }));
+    EXPECT_THAT(Message().toStdString(), HasSubstr("not signed in any more"));
+    EXPECT_EQ(Names(), QStringList{"a.pdf"});
+    EXPECT_FALSE(Action("Upload …")->isEnabled());
+    EXPECT_THAT(Questions(), IsEmpty());
+    ClickButton("Sign In …");
+    ASSERT_TRUE(WaitUntil([&] { return IsWelcome(); }));
+    EXPECT_EQ(Find<QLineEdit>("user")->text(), server.User());
+    EXPECT_EQ(Find<QLineEdit>("password")->text(), "");
+    Type(Find<QLineEdit>("password"), "another");
+    ClickButton("Sign In");
+    EXPECT_TRUE(Shows({"a.pdf"}));
+    EXPECT_EQ(KeptToken(), "another");
+}
+
+TEST_F(SignInWindowTest, SigningOutForgetsThePassword)
+{
+    SignIn();
+    Action("Sign Out")->trigger();
+    ASSERT_TRUE(WaitUntil([&] { return IsWelcome(); }));
+    EXPECT_EQ(KeptToken(), "");
+    EXPECT_EQ(Find<QLineEdit>("password")->text(), "");
+    Close();
+    Open();
+    EXPECT_TRUE(IsWelcome());
+}
+
+TEST_F(SignInWindowTest, ARunningUploadCanBeCanceledAndLeavesNothing)
+{
+    SignIn();
+    server.Misbehave(When("PUT").Always(), HangsInTheRequest(10));
+    Drop({LocalFile("a.pdf", PdfOfColor(Qt::red)), LocalFile("b.pdf", PdfOfColor(Qt::blue))});
+    ASSERT_TRUE(WaitUntil([&] { return server.Count("PUT") == 2; }));
+    EXPECT_EQ(Transfers().size(), 2);
+    EXPECT_FALSE(Action("Refresh")->isEnabled());
+    const auto list = Find<QListView>("transfers");
+    list->setFocus();
+    list->setCurrentIndex(list->model()->index(0, 0));
+    QTest::keyClick(list, Qt::Key_Delete);
+    EXPECT_TRUE(WaitUntil([&] { return Transfers().size() == 1; }));
+    list->clearSelection();
+    ClickButton("Cancel All");
+    EXPECT_TRUE(WaitUntil([&] { return Transfers().isEmpty(); }));
+    server.BehaveAgain();
+    EXPECT_TRUE(WaitUntil([&] { return server.Names().isEmpty(); }));
+    EXPECT_EQ(Message(), "");
+}
+
+TEST_F(SignInWindowTest, TheSignAtTheEndOfATransferCancelsIt)
+{
+    SignIn();
+    server.Misbehave(When("PUT").Always(), HangsInTheRequest(10));
+    Drop({LocalFile("a.pdf", PdfOfColor(Qt::red))});
+    const auto list = window->findChild<QListView*>("transfers");
+    ASSERT_TRUE(WaitUntil([&] { return list->isVisible() && list->model()->rowCount() == 1; }));
+    const QRect row = list->visualRect(list->model()->index(0, 0));
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, {row.left() + 20, row.center().y()});
+    EXPECT_EQ(Transfers().size(), 1);
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, {row.right() - 12, row.center().y()});
+    EXPECT_TRUE(WaitUntil([&] { return Transfers().isEmpty(); }));
+}
+
+TEST_F(SignInWindowTest, AFailedUploadSaysWhyAndIsTriedAgain)
+{
+    SignIn();
+    server.Misbehave(When("PUT").Always(), HasNoRoom());
+    Drop({LocalFile("a.pdf", PdfOfColor(Qt::red))});
+    ASSERT_TRUE(WaitUntil([&] { return Transfers() == QStringList{"a.pdf failed"}; }));
+    const auto list = Find<QListView>("transfers");
+    EXPECT_NE(list->model()->index(0, 0).data(Window::Transfers::DetailRole).toString(), "");
+    server.BehaveAgain();
+    ClickButton("Try Again");
+    EXPECT_TRUE(WaitUntil([&] { return Transfers() == QStringList{"a.pdf finished"}; }));
+    EXPECT_EQ(server.Names(), QStringList{"a.pdf"});
+}
+
+TEST_F(SignInWindowTest, ClosingWhileTransfersRunAsksFirst)
+{
+    SignIn();
+    server.Misbehave(When("PUT").Always(), HangsInTheRequest(10));
+    Drop({LocalFile("a.pdf", PdfOfColor(Qt::red))});
+    ASSERT_TRUE(WaitUntil([&] { return Transfers() == QStringList{"a.pdf running"}; }));
+    window->close();
+    EXPECT_TRUE(window->isVisible());
+    Answer("Go On");
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_EQ(Transfers().size(), 1);
+    window->close();
+    Answer("Cancel Transfers");
+    EXPECT_TRUE(WaitUntil([&] { return !window->isVisible(); }));
+}
+
+} // namespace
+
+} // namespace Norlis::Test

@@ -1,0 +1,89 @@
+#pragma once
+
+#include <host/CloudDocumentsModel.h>
+#include <MainWindow.h>
+#include <protocol/Files.h>
+#include <protocol/PdfFiles.h>
+#include <protocol/Waiting.h>
+#include <Transfers.h>
+
+#include <QAction>
+#include <QTemporaryDir>
+
+#include <gmock/gmock.h>
+
+class QAbstractButton;
+class QListView;
+class QMessageBox;
+
+namespace Norlis::Test {
+
+/// The whole window over a folder that plays the cloud.
+class WindowTest : public testing::Test {
+protected:
+    WindowTest();
+    ~WindowTest() override;
+
+    /// As a start of the program does, with the last sign-in.
+    void Open();
+
+    /// Signs in to the folder before that.
+    void OpenCloud();
+    void Close();
+
+    QString Local(const QString& name) const;
+    QString LocalFile(const QString& name, const QByteArray& content) const;
+    QString Cloud(const QString& name = {}) const;
+    void PutIntoCloud(const QString& name, const QByteArray& content);
+
+    /// Waits until the documents that the window shows have these names.
+    bool Shows(const QStringList& names);
+    void Refresh();
+    QStringList Names() const;
+    int StateOf(const QString& name) const;
+
+    void Select(const QStringList& names);
+
+    /// A visible part of the window, by its object name or its type.
+    template <typename Part>
+    Part* Find(const QString& name = {}) const
+    {
+        for (Part* const part : window->findChildren<Part*>(name)) {
+            if (part->isVisible()) {
+                return part;
+            }
+        }
+        return nullptr;
+    }
+
+    /// By its text, without marks for keys.
+    QAction* Action(const QString& text) const;
+    QAbstractButton* Button(const QString& text) const;
+    void Click(QWidget* widget);
+    void ClickButton(const QString& text);
+    void Type(QWidget* widget, const QString& text);
+
+    /// What the message above the documents says; empty when there is none.
+    QString Message() const;
+
+    /// Open questions to the user.
+    QList<QMessageBox*> Questions() const;
+    void Answer(const QString& button);
+
+    /// Drops files onto the documents.
+    void Drop(const QStringList& paths);
+
+    /// Rows of the list of transfers: "name status".
+    QStringList Transfers() const;
+    QListView* Documents() const;
+
+    QTemporaryDir folder;
+    std::unique_ptr<Window::MainWindow> window;
+};
+
+} // namespace Norlis::Test
+
+inline void PrintTo(const QString& text, std::ostream* stream)
+{
+    *stream << '"' << text.toStdString() << '"';
+}
