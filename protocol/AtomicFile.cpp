@@ -98,7 +98,7 @@ bool AtomicFile::CommitReplacing(const QString& path)
     if (std::rename(QFile::encodeName(file.fileName()).constData(), QFile::encodeName(path).constData()) != 0) {
         return Fail(errno);
     }
-    file.close();
+    Close();
     return true;
 }
 
@@ -112,8 +112,19 @@ AtomicFile::Outcome AtomicFile::CommitNew(const QString& path)
         Fail(errorNumber);
         return Outcome::Failed;
     }
-    file.close();
+    Close();
     return Outcome::Done;
+}
+
+void AtomicFile::Close()
+{
+    committed = FileVersion::OfDescriptor(file.handle());
+    file.close();
+}
+
+const FileVersion& AtomicFile::CommittedVersion() const
+{
+    return committed;
 }
 
 QString AtomicFile::Path() const

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "FileReader.h"
+
 #include <QFile>
 #include <QString>
 
@@ -32,6 +34,9 @@ public:
     /// Gives the file its name unless there is something of that name already.
     Outcome CommitNew(const QString& path);
 
+    /// Of the committed file itself: somebody may have given its name to another file since.
+    const FileVersion& CommittedVersion() const;
+
     /// Of the temporary file.
     QString Path() const;
 
@@ -48,8 +53,10 @@ public:
 
 private:
     bool Fail(int errorNumber);
+    void Close();
 
     QFile file;
+    FileVersion committed;
     QString error;
 };
 

@@ -46,6 +46,12 @@ FileVersion FileVersion::OfPath(const QString& path)
     return lstat(QFile::encodeName(path).constData(), &status) == 0 ? VersionOf(status) : FileVersion();
 }
 
+FileVersion FileVersion::OfDescriptor(int descriptor)
+{
+    struct stat status = {};
+    return fstat(descriptor, &status) == 0 ? VersionOf(status) : FileVersion();
+}
+
 bool operator==(const FileVersion& left, const FileVersion& right)
 {
     return left.device == right.device && left.inode == right.inode && left.size == right.size &&

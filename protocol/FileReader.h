@@ -24,6 +24,9 @@ struct FileVersion {
 
     /// Of what is at the path itself: a link is no regular file.
     static FileVersion OfPath(const QString& path);
+
+    /// Of an open file, whatever its name is now.
+    static FileVersion OfDescriptor(int descriptor);
 };
 
 bool operator==(const FileVersion& left, const FileVersion& right);

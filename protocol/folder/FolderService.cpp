@@ -272,7 +272,7 @@ Reply FolderService::Publish(const Request::Upload& request, const QString& want
 
     AtomicFile::SyncFolderOf(store.PathOf(name));
     const FolderDocument document{IdOfName(name), name, store.PathOf(name), FileVersion::OfPath(store.PathOf(name))};
-    store.RememberOwnHash(document.id, document.version, source.Md5());
+    store.RememberOwnHash(document.id, copy.CommittedVersion(), source.Md5()); // not of what took its place meanwhile
     const CloudFile entry = EntryOf(document, source.Md5());
     NorlisCloudSharingResult result;
     result.id = document.id;

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <rapidcheck.h>
+
+#include <iosfwd>
+#include <string>
+#include <utility>
+
+namespace Norlis::Test {
+
+/// One thing that the editor, a slot or the world does to the file list.
+struct FilesListDeed {
+    enum Kind {
+        Add,
+        Remove,
+        Update,
+        AskByIndex,
+        AskByPath,
+        AskById,
+        CallWhatDoesNothing,
+        ReplaceRecord,
+        SetPath,
+        SetPreviews,
+        SetCloudPreviews,
+        SetSyncing,
+        TakeCloudPart,
+        StoreField,
+        StoreNumbers,
+        DropField,
+        LetStoreThrow,
+        LetHashingThrow,
+        LetNormalizingThrow,
+        ContentChanges,
+        FileAppears,
+        FileVanishes,
+        DeleteList,
+        MakeList,
+    };
+
+    Kind kind = Add;
+    int subject = 0; ///< which record, stored record or path
+    int detail = 0;  ///< which path, field or previews
+};
+
+rc::Gen<FilesListDeed> AnyFilesListDeed();
+
+std::ostream& operator<<(std::ostream& stream, const FilesListDeed& deed);
+
+/// Keys and values of stored records, malformed ones among them.
+const std::pair<std::string, std::string>& StoredField(int number);
+inline constexpr int storedFieldCount = 35;
+
+} // namespace Norlis::Test
