@@ -20,6 +20,7 @@
 /// The order of the virtual operations is part of the binary interface.
 namespace Norlis::Social::Ability {
 
+/// What every ability has: its requests can be given up.
 class NORLIS_CONTRACTS_EXPORT Cancel {
 public:
     virtual ~Cancel() = default;
@@ -28,6 +29,7 @@ public:
     virtual void cancelOperation(qint64 id) = 0;
 };
 
+/// Signing in and out, and who is signed in.
 class NORLIS_CONTRACTS_EXPORT Auth : public virtual Cancel {
 public:
     /// Signs in. Fields: API_VERSION, SSO_TOKEN, APP_ID_ON_CLOUD of NorlisCloudProtocol.
@@ -36,6 +38,7 @@ public:
     /// Forgets the sign-in; takes effect at once.
     virtual void logout() = 0;
 
+    /// Whether a sign-in succeeded and neither logout nor the service has ended it.
     virtual bool loggedIn() = 0;
 
     /// The user's name, for display.
@@ -51,29 +54,31 @@ public:
     virtual qint64 userPic(std::function<void(qint64, RequestResult, QPixmap)>&& done) = 0;
 };
 
+/// Documents: listed, fetched, sent and deleted.
 /// \tparam SharingResult what the service reports of a finished upload
 template <typename SharingResult>
 class NORLIS_CONTRACTS_EXPORT File : public virtual Cancel {
 public:
     /// Parameters of a file request, keyed by the constants of NorlisCloudProtocol.
     struct FileFieldData {
-        QMap<QString, QString> fields = {};
-        QMap<QString, QString> extra = {};
+        QMap<QString, QString> fields = {}; ///< named with each request
+        QMap<QString, QString> extra = {};  ///< for services that take more; none of ours does
     };
 
     /// One entry of the cloud's files list.
     struct FileInfo {
-        QString id = {};
-        QString name = {};
-        qint64 size = 0; ///< bytes
-        bool isFolder = false;
-        bool isShared = false;
-        QString mimeType = {};
-        QString md5Hash = {};    ///< empty when the service gives none
+        QString id = {};         ///< opaque; a single path segment
+        QString name = {};       ///< a single path segment
+        qint64 size = 0;         ///< bytes
+        bool isFolder = false;   ///< our services list documents only
+        bool isShared = false;   ///< others have access
+        QString mimeType = {};   ///< media type (RFC 6838); empty when unknown
+        QString md5Hash = {};    ///< MD5 (RFC 1321) of the content, hexadecimal; empty when the service gives none
         QString createdAt = {};  ///< ISO 8601; empty when unknown
         QString modifiedAt = {}; ///< ISO 8601; empty when unknown
     };
 
+    /// Told how far a transfer is: 0 to 100, never less than before.
     using ProgressCallback = std::function<void(qint64 id, int percent)>;
 
     /// Fetches the entry of one document. Field: ID.
@@ -98,12 +103,13 @@ public:
                               ProgressCallback&& progress) = 0;
 };
 
+/// Storage in use.
 class NORLIS_CONTRACTS_EXPORT Quota : public virtual Cancel {
 public:
     /// Storage of one application; the unit is the service's.
     struct QuotaValue {
-        qint64 used = 0;
-        qint64 total = 0;
+        qint64 used = 0;  ///< what documents take
+        qint64 total = 0; ///< what they may take
     };
 
     virtual ~Quota() = default;
@@ -112,6 +118,7 @@ public:
     virtual qint64 userQuota(std::function<void(qint64, RequestResult, const QMap<QString, QuotaValue>&)>&& done) = 0;
 };
 
+/// Pictures of documents.
 class NORLIS_CONTRACTS_EXPORT Preview : public virtual Cancel {
 public:
     virtual ~Preview() = default;

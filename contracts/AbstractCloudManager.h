@@ -42,11 +42,15 @@ public:
 
     /// Sends a local file as a new document.
     virtual void Upload(const QString& path) = 0;
+
+    /// Sends several, each as a request of its own.
     virtual void Upload(const QList<QString>& paths) = 0;
 
     /// Fetches a document into a folder, under its cloud name. The record is given the target path as soon as the
     /// request runs. Throws std::exception for a null record.
     virtual void Download(const std::shared_ptr<FileInfo>& file, const QString& directory) = 0;
+
+    /// Fetches several, each as a request of its own.
     virtual void Download(const QList<std::shared_ptr<FileInfo>>& files, const QString& directory) = 0;
 
     /// Fetches the cloud's documents, and three previews of each. Does nothing while a transfer runs.
@@ -73,44 +77,87 @@ public:
 signals:
     /// A request was made while signed out; it was not sent.
     void AuthorizationRequired();
+
+    /// Signed in.
     void AuthorizationCompleted();
+
+    /// Not signed in: the token is empty or was not taken, the service cannot be reached, or it cancelled the request.
     void AuthorizationFailed();
+
+    /// Signed out by Logout.
     void LoggedOut();
 
+    /// The list was asked for.
     void RetrievingFilesListStarted();
+
     /// One new record per cloud document, in the cloud's order; previews follow one by one.
     void RetrievingFilesListFinished(const QList<std::shared_ptr<FileInfo>>& files);
+
+    /// \param message one of the library's fixed texts, in English; the service's own reason is OAuth2::Failure
     void RetrievingFilesListErrorRequested(const QString& message);
+
+    /// By the service.
     void RetrievingFilesListCanceled();
 
+    /// \param path as it was given, which identifies the upload in the signals that follow
     void UploadingStarted(const QString& path);
+
+    /// \param value percent
     void UploadingProgressValueChanged(const QString& path, int value);
+
     /// A new record of the uploaded document, with its local copy.
     void UploadingFinished(const std::shared_ptr<FileInfo>& file);
+
+    /// The upload failed or was refused. What it left in the cloud is removed by a request of its own, which ends in
+    /// RemoveFileFinished or RemovingFileError.
     void UploadingFileRequestError(const QString& path, const QString& message);
+
+    /// By CancelUploading, or by the service.
     void UploadingCanceled(const QString& path);
 
+    /// The record itself, which has its target path now.
     void DownloadingStarted(const std::shared_ptr<FileInfo>& file);
+
+    /// \param value percent
     void DownloadingProgressValueChanged(const std::shared_ptr<const FileInfo>& file, int value);
+
     /// A copy of the record. Its local hash is that of what stood at the target when the download began.
     void DownloadingFinished(const std::shared_ptr<const FileInfo>& file);
+
+    /// The download failed or was refused.
     void DownloadingFileRequestError(const std::shared_ptr<const FileInfo>& file, const QString& message);
+
+    /// By CancelDownloading, or by the service.
     void DownloadingCanceled(const std::shared_ptr<const FileInfo>& file);
 
+    /// The document is gone from the cloud; its record is for the receiver to take out of its list.
     void RemoveFileFinished(const std::shared_ptr<FileInfo>& file);
+
+    /// The removal failed, was refused, or was cancelled by the service.
     void RemovingFileError(const std::shared_ptr<const FileInfo>& file, const QString& message);
 
+    /// The picture was asked for.
     void RetrieveFilePreviewStarted(const std::shared_ptr<FileInfo>& file, FileInfo::PreviewSize previewSize);
     /// The picture is stored and its path is set in the record's cloud part.
     void RetrieveFilePreviewFinished(const std::shared_ptr<FileInfo>& file, FileInfo::PreviewSize previewSize);
+
+    /// There is no picture, or it could not be stored.
     void RetrieveFilePreviewError(const std::shared_ptr<const FileInfo>& file, FileInfo::PreviewSize previewSize,
                                   const QString& message);
+
+    /// By the service.
     void RetrieveFilePreviewCanceled(const std::shared_ptr<const FileInfo>& file);
 
+    /// The figures were asked for.
     void RetrievingUserQuotaStarted();
+
     /// The two figures of the service, in its unit; the low 32 bits of each.
     void RetrievingUserQuotaFinished(int used, int total);
+
+    /// There are no figures.
     void RetrievingUserQuotaErrorRequested(const QString& message);
+
+    /// By the service.
     void RetrievingUserQuotaCanceled();
 };
 

@@ -39,13 +39,17 @@ public:
     /// Takes the first record of the same id out. Throws std::exception for a null record.
     virtual void Remove(const std::shared_ptr<FileInfo>& file) = 0;
 
+    /// Gives documents a name. Lists that cannot rename ignore it.
     virtual void Rename(const QStringList& ids, const QString& name) = 0;
+
+    /// Forgets all documents. Lists that are a picture of something else ignore it.
     virtual void Clear() = 0;
 
     /// Merges newer content into the held record of the same id. A null record or an unknown id is ignored; a known one
     /// without a cloud part throws std::bad_optional_access.
     virtual void Update(const std::shared_ptr<const FileInfo>& file) = 0;
 
+    /// How many documents there are; indexes run from 0 to one less.
     virtual int FilesCount() const = 0;
 
     /// Most documents that the list may hold; 0 for no limit.
@@ -55,13 +59,20 @@ public:
     virtual std::shared_ptr<FileInfo> GetFileInfo(const QString& id) const = 0;
 
     // An index that the list does not have gives the empty value of the type, and 4 as the state.
+
+    /// Name of the cloud copy; empty without one.
     virtual QString GetDocumentName(int index) const = 0;
 
     /// Preview images by the name of their size, each a file URL.
     virtual QMap<QString, QVariant> GetPreviewsSet(int index) const = 0;
 
+    /// FileInfo::GetId as text.
     virtual QString GetDocumentId(int index) const = 0;
+
+    /// Path of the local copy; empty when there is none.
     virtual QString GetDocumentPath(int index) const = 0;
+
+    /// When the cloud copy was changed; invalid when unknown.
     virtual QDateTime GetModifiedDateTime(int index) const = 0;
 
     /// FileInfo::CloudStatus as a number.
@@ -71,11 +82,22 @@ public:
     virtual int GetFileSize(int index) const = 0;
 
 signals:
+    /// Follows the signal below.
     void FileAdded();
+
+    /// The record itself, which is at index 0 now.
     void FileAdded(const std::shared_ptr<FileInfo>& file);
+
+    /// Follows the signal below.
     void FileRemoved();
+
+    /// What Remove was given; its document is gone from the list.
     void FileRemoved(const std::shared_ptr<const FileInfo>& file);
+
+    /// Follows the signal below, unless a slot of that took the record out.
     void FileUpdated(int index);
+
+    /// The record of this id was merged with newer content, which need not have changed anything.
     void FileUpdated(const std::string& id);
 };
 

@@ -38,15 +38,23 @@ public:
     /// What the cloud knows of a document. A plain value.
     class NORLIS_CONTRACTS_EXPORT CloudInfo {
     public:
-        /// \param id        the document's id in the cloud, UTF-8
-        /// \param fileName  its name in the cloud, UTF-8
-        /// \param size      bytes
-        /// \param lifeTime  seconds for which the cloud keeps the document
-        /// \param md5Hash   MD5 of the cloud copy as text; empty when the cloud gives none
+        /// \param id          the document's id in the cloud, UTF-8
+        /// \param fileName    its name in the cloud, UTF-8
+        /// \param size        bytes
+        /// \param isPrivate   whether nobody else has access
+        /// \param downloadUrl address for the user; may be empty
+        /// \param createdAt   invalid when unknown
+        /// \param modifyTime  invalid when unknown
+        /// \param lifeTime    seconds for which the cloud keeps the document
+        /// \param md5Hash     MD5 of the cloud copy as text; empty when the cloud gives none
         CloudInfo(const std::string& id, const std::string& fileName, quint64 size, bool isPrivate,
                   const QUrl& downloadUrl, const QDateTime& createdAt, const QDateTime& modifyTime, int lifeTime,
                   const std::string& md5Hash);
 
+        /// \name What the constructor was given
+        /// @{
+
+        /// As the constructor was given it.
         std::string GetId() const;
         std::string GetFileName();
         quint64 GetSize() const;
@@ -57,9 +65,15 @@ public:
         int GetLifeTime() const;
         std::string GetMd5Hash();
 
+        /// @}
+
         /// Local files that hold the preview images, by size.
         std::map<PreviewSize, ioPath> GetPreviewsSet();
+
+        /// Replaces all of them. The files stay the caller's: none is deleted.
         void SetPreviewsSet(const std::map<PreviewSize, ioPath>& previews);
+
+        /// Replaces that of one size.
         void SetPreviewPathBySize(const ioPath& path, PreviewSize size);
 
     private:
@@ -83,7 +97,10 @@ public:
     /// A document that exists only locally. Its id is empty until a cloud part brings one.
     FileInfo(const ioPath& path, const std::string& md5Hash);
 
+    /// A copy shares nothing with the original.
     FileInfo(const FileInfo&) = default;
+
+    /// As the copy constructor.
     FileInfo& operator=(const FileInfo&) = default;
     virtual ~FileInfo();
 
@@ -103,7 +120,7 @@ public:
     /// Size of the local copy in bytes, as of SetPath; 0 when none is known.
     quint64 GetSize() const;
 
-    /// MD5 of the local copy as text.
+    /// MD5 of the local copy as text, in the form in which IHashCalculator gives it; empty when unknown.
     std::string GetMd5Hash();
 
     /// MD5 of the cloud copy when the two copies were last the same.
@@ -122,11 +139,16 @@ public:
     /// Derived from the hashes, the path and the cloud part at each call.
     CloudStatus GetCloudStatus();
 
+    /// Whether a transfer of the document runs, as far as its owner has said so.
     bool IsSyncingInProgress() const;
+
+    /// Says so.
     void SetIsSyncingInProgress(bool inProgress);
 
     /// Previews that belong to the record rather than to its cloud part.
     std::map<PreviewSize, ioPath> GetPreviewsSet();
+
+    /// Replaces all of them. The files stay the caller's.
     void SetPreviewsSet(const std::map<PreviewSize, ioPath>& previews);
 
     /// "small", "medium" or "large"; empty for any other value.

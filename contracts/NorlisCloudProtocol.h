@@ -38,9 +38,10 @@ public:
     static const QString FILE_PREVIEW_HEIGHT; ///< pixels, decimal
 
     /// In place of a figure of the quota.
-    static constexpr qint64 unknownQuota = -1;
-    static constexpr qint64 unlimitedQuota = -2;
+    static constexpr qint64 unknownQuota = -1;   ///< the service does not tell
+    static constexpr qint64 unlimitedQuota = -2; ///< the total of a service that sets no limit
 
+    /// What a service is able to do: names of traits and what was found, in the order in which they are shown.
     using ServiceTraits = QList<QPair<QString, QString>>;
 
     /// \param authInfo which service, and how to reach it
@@ -49,6 +50,10 @@ public:
     NorlisCloudProtocol(const OAuth2::AuthInfo& authInfo, const std::string& name, QObject* parent = nullptr);
     ~NorlisCloudProtocol() override;
 
+    /// \name As described with the abilities
+    /// @{
+
+    /// As Ability.h says.
     qint64 auth(const QMap<QString, QString>& fields, std::function<void(qint64, RequestResult)>&& done) override;
     void logout() override;
     bool loggedIn() override;
@@ -80,13 +85,15 @@ public:
 
     void cancelOperation(qint64 id) override;
 
+    /// @}
+
     /// Finds out what the service is able to do, by requests that leave nothing behind, and describes it in pairs of a
     /// trait and what was found. They name neither the user nor documents nor the server's address, so that they can be
     /// shown to others.
     qint64 examineService(std::function<void(qint64, RequestResult, const ServiceTraits&)>&& done);
 
 private:
-    class Private;
+    class Q_DECL_HIDDEN Private;
     std::shared_ptr<Private> d;
 };
 

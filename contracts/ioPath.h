@@ -12,7 +12,10 @@ namespace Norlis {
 /// one path together before they are compared.
 class NORLIS_CONTRACTS_EXPORT ioPath {
 public:
+    /// The empty path.
     ioPath() = default;
+
+    /// Takes the bytes as they are.
     ioPath(const std::string& utf8);
 
     /// Takes UTF-8 text; a null pointer gives the empty path.
@@ -21,6 +24,7 @@ public:
     /// The path as UTF-8.
     std::string utf8string() const;
 
+    /// Whether it names nothing.
     bool empty() const;
 
     /// Whether there is something at this path; false when it cannot be told.

@@ -27,6 +27,10 @@ public:
     NorlisCloudProtocolProxy(const NorlisCloudProtocolProxy&) = delete;
     NorlisCloudProtocolProxy& operator=(const NorlisCloudProtocolProxy&) = delete;
 
+    /// \name Passed on
+    /// @{
+
+    /// Passed on to the protocol object: see Ability.h.
     qint64 auth(const QMap<QString, QString>& fields,
                 std::function<void(qint64, Social::RequestResult)>&& done) override;
     void logout() override;
@@ -53,6 +57,8 @@ public:
     qint64 retrievePreview(const QMap<QString, QString>& fields,
                            std::function<void(qint64, Social::RequestResult, QPixmap)>&& done) override;
     void cancelOperation(qint64 id) override;
+
+    /// @}
 
 private:
     const std::unique_ptr<Social::NorlisCloudProtocol> protocol;

@@ -1,0 +1,56 @@
+# What `cmake --install` puts where, by component:
+#   Runtime      the three libraries, and the program that renders previews
+#   Development  their headers, and what CMake and pkg-config need to find them
+#   Tools        the programs for a user
+#   TestKit      the static library that tests of a host application link, with its headers
+# Nothing installed knows where it was built or where it lies: the whole can be moved.
+include(CMakePackageConfigHelpers)
+include(GNUInstallDirs)
+
+set(headers ${CMAKE_INSTALL_INCLUDEDIR}/norlis-cloud)
+set(cmakeFiles ${CMAKE_INSTALL_LIBDIR}/cmake/NorlisCloud)
+
+set_target_properties(NorlisContracts PROPERTIES EXPORT_NAME Contracts)
+set_target_properties(NorlisSocial PROPERTIES EXPORT_NAME Social)
+
+install(TARGETS NorlisContracts NorlisSocial NorlisCloud EXPORT NorlisCloudTargets
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Runtime NAMELINK_COMPONENT Development
+    FILE_SET HEADERS DESTINATION ${headers} COMPONENT Development
+)
+# Beside libNorlisSocial, which looks for it there.
+install(TARGETS norlis-preview-renderer DESTINATION ${CMAKE_INSTALL_LIBDIR}/norlis-cloud COMPONENT Runtime)
+
+file(RELATIVE_PATH fromProgramsToLibraries ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
+foreach(program norlis-cloud norlis-documents)
+    if(TARGET ${program})
+        set_target_properties(${program} PROPERTIES INSTALL_RPATH $ORIGIN/${fromProgramsToLibraries})
+        install(TARGETS ${program} DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT Tools)
+    endif()
+endforeach()
+
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/NorlisCloudConfigVersion.cmake COMPATIBILITY SameMajorVersion)
+install(FILES cmake/NorlisCloudConfig.cmake ${PROJECT_BINARY_DIR}/NorlisCloudConfigVersion.cmake
+    DESTINATION ${cmakeFiles} COMPONENT Development)
+install(EXPORT NorlisCloudTargets NAMESPACE NorlisCloud:: DESTINATION ${cmakeFiles} COMPONENT Development)
+
+# norlis_install_pkg_config(<name> <library> <description> <requires> <private requires>)
+file(RELATIVE_PATH fromPkgConfigToPrefix ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
+function(norlis_install_pkg_config name library description requires privateRequires)
+    configure_file(cmake/library.pc.in ${PROJECT_BINARY_DIR}/${name}.pc @ONLY)
+    install(FILES ${PROJECT_BINARY_DIR}/${name}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT Development)
+endfunction()
+norlis_install_pkg_config(norlis-contracts NorlisContracts
+    "Records, interfaces and signals that an editor and its cloud library agree on" "Qt5Core Qt5Gui" "")
+norlis_install_pkg_config(norlis-social NorlisSocial
+    "The cloud service's protocol object, over folders and WebDAV servers" norlis-contracts "")
+norlis_install_pkg_config(norlis-cloud NorlisCloud
+    "Cloud documents for a desktop PDF editor" norlis-contracts norlis-social)
+
+if(TARGET NorlisTestKit)
+    set_target_properties(NorlisTestKit PROPERTIES EXPORT_NAME TestKit)
+    install(TARGETS NorlisTestKit EXPORT NorlisCloudTestKitTargets
+        ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT TestKit
+        FILE_SET HEADERS DESTINATION ${headers} COMPONENT TestKit
+    )
+    install(EXPORT NorlisCloudTestKitTargets NAMESPACE NorlisCloud:: DESTINATION ${cmakeFiles} COMPONENT TestKit)
+endif()

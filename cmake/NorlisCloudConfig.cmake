@@ -1,0 +1,25 @@
+# find_package(NorlisCloud [COMPONENTS ...]): the components are the targets of their names. TestKit has to be asked
+# for, the others come always.
+include(CMakeFindDependencyMacro)
+find_dependency(Qt5 5.15 COMPONENTS Core Gui)
+include(${CMAKE_CURRENT_LIST_DIR}/NorlisCloudTargets.cmake)
+
+set(NorlisCloud_NorlisCloud_FOUND TRUE)
+set(NorlisCloud_Contracts_FOUND TRUE)
+set(NorlisCloud_Social_FOUND TRUE)
+
+foreach(component IN LISTS NorlisCloud_FIND_COMPONENTS)
+    if(component STREQUAL "TestKit" AND EXISTS ${CMAKE_CURRENT_LIST_DIR}/NorlisCloudTestKitTargets.cmake)
+        find_dependency(Qt5 5.15 COMPONENTS Network)
+        include(${CMAKE_CURRENT_LIST_DIR}/NorlisCloudTestKitTargets.cmake)
+        set(NorlisCloud_TestKit_FOUND TRUE)
+    elseif(component STREQUAL "TestKit")
+        set(reason "The component TestKit of NorlisCloud is not installed.")
+    elseif(NOT NorlisCloud_${component}_FOUND)
+        set(reason "NorlisCloud has no component ${component}, only NorlisCloud, Contracts, Social and TestKit.")
+    endif()
+    if(NOT NorlisCloud_${component}_FOUND AND NorlisCloud_FIND_REQUIRED_${component})
+        set(NorlisCloud_FOUND FALSE)
+        set(NorlisCloud_NOT_FOUND_MESSAGE ${reason})
+    endif()
+endforeach()

@@ -1,0 +1,12 @@
+#!/bin/bash
+# Each component installs what contents.txt says, no more and no less.
+. "$(dirname "$0")/common.sh"
+
+for component in Runtime Development Tools; do
+    folder=$(new_folder "components/$component")
+    cmake --install "$build" --prefix "$folder" --component $component >/dev/null
+    (cd "$folder" && find . -not -type d) | sed -e "s|^\.|$component |" -e "s/\.${version//./\\.}$/.VERSION/" \
+        -e "s/\.${version%%.*}$/.MAJOR/"
+done | LC_ALL=C sort >"$work/contents.txt"
+diff "$tree/tests/package/contents.txt" "$work/contents.txt" ||
+    fail "The components hold something else than tests/package/contents.txt says (<)."

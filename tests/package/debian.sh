@@ -1,0 +1,40 @@
+#!/bin/bash
+# The Debian packages say what they need, hold what they should, and their content works where it was unpacked.
+. "$(dirname "$0")/common.sh"
+
+architecture=$(dpkg --print-architecture)
+runtime=libnorlis-cloud${version%%.*}
+folder=$(new_folder debian)
+cd "$folder"
+cpack --config "$build/CPackConfig.cmake"
+
+# expect PACKAGE FIELD PATTERN...: each matches the field.
+expect() {
+    local value pattern
+    value=$(dpkg-deb -f "${1}_${version}_$architecture.deb" "$2")
+    for pattern in "${@:3}"; do
+        grep -qE -- "$pattern" <<<"$value" || fail "$2 of $1 has no $pattern: $value"
+    done
+}
+same="$runtime \(= ${version//./\\.}\)"
+expect "$runtime" Depends 'libqt5core5a \(>= 5\.15' libqt5gui5 libqt5pdf5 libcurl4 libgoogle-glog libc6 'libstdc\+\+6'
+expect libnorlis-cloud-dev Depends "$same" 'qtbase5-dev \(>= 5\.15\)'
+expect norlis-cloud-tools Depends "$same" libqt5core5a libsqlite3-0 libgoogle-glog
+for package in "$runtime" libnorlis-cloud-dev norlis-cloud-tools; do
+    expect $package Maintainer '^The Norlis developers <developers@norlis.org>$'
+    expect $package Description '^cloud documents for desktop PDF editors - '
+    expect $package Section '^(libs|libdevel|utils)$'
+    dpkg-deb -x "${package}_${version}_$architecture.deb" root
+done
+dpkg-deb -e "${runtime}_${version}_$architecture.deb" control
+grep -qx "activate-noawait ldconfig" control/triggers || fail "$runtime does not tell the system of its libraries."
+for library in NorlisContracts NorlisSocial NorlisCloud; do
+    grep -qx "lib$library ${version%%.*} $runtime (>= $version)" control/shlibs ||
+        fail "$runtime does not say what needs lib$library."
+done
+
+apt-get install ./*.deb --simulate >/dev/null || fail "The packages ask for what Debian does not have."
+
+diff -r --no-dereference root/usr "$prefix" || fail "The packages (<) are not what is installed from the build (>)."
+"$tree/tests/package/consumer-cmake.sh" "$tree" "$folder" "$folder/root/usr"
+"$tree/tests/package/programs.sh" "$tree" "$folder" "$folder/root/usr"
