@@ -53,7 +53,8 @@ double PeakMemory()
 {
     QFile status("/proc/self/status");
     status.open(QIODevice::ReadOnly);
-    for (const QByteArray& line : status.readAll().split('\n')) {
+    const auto lines = status.readAll().split('\n');
+    for (const QByteArray& line : lines) {
         if (line.startsWith("VmHWM:")) {
             return line.mid(6).trimmed().split(' ').constFirst().toDouble() / 1024;
         }
@@ -73,7 +74,7 @@ class LoopWatch {
 public:
     LoopWatch()
     {
-        QObject::connect(&timer, &QTimer::timeout, [this] {
+        QObject::connect(&timer, &QTimer::timeout, &timer, [this] {
             longest = std::max(longest, since.nsecsElapsed());
             since.start();
         });

@@ -64,7 +64,8 @@ QString NameOf(const QCommandLineOption& option)
 QList<QCommandLineOption> OptionsOf(const CommandEntry& command)
 {
     QList<QCommandLineOption> options;
-    for (const auto& option : SpecialOptions()) {
+    const auto special = SpecialOptions();
+    for (const auto& option : special) {
         if (command.options.contains(NameOf(option))) {
             options << option;
         }
@@ -102,7 +103,8 @@ void CheckOperands(const CommandEntry& command, const QStringList& operands)
 Arguments ReadArguments(const CommandEntry& command, const QCommandLineParser& parser, const QStringList& operands)
 {
     CheckOperands(command, operands);
-    for (const auto& option : CommonOptions() + SpecialOptions()) {
+    const auto all = CommonOptions() + SpecialOptions();
+    for (const auto& option : all) {
         if (!option.valueName().isEmpty() && parser.isSet(option) && parser.value(option).isEmpty()) {
             throw std::invalid_argument("--" + NameOf(option).toStdString() + " needs a value");
         }
@@ -168,7 +170,8 @@ CommandLine ParseCommandLine(const QStringList& words)
     if (parser.isSet("help")) {
         return {{}, CommandText(*command, OptionsOf(*command)), {}};
     }
-    for (const auto& option : SpecialOptions()) {
+    const auto special = SpecialOptions();
+    for (const auto& option : special) {
         if (parser.isSet(option) && !command->options.contains(NameOf(option))) {
             return Misunderstood(name + " has no option --" + NameOf(option), name);
         }

@@ -13,7 +13,8 @@ QString Wrapped(const QString& text, int indent = 0)
 {
     QString wrapped;
     QString line;
-    for (const QString& word : text.split(' ')) {
+    const QStringList words = text.split(' ');
+    for (const QString& word : words) {
         if (!line.isEmpty() && line.size() + 1 + word.size() > textColumns - indent) {
             wrapped += line + '\n' + QString(indent, ' ');
             line.clear();

@@ -49,7 +49,8 @@ QString Printable(const QString& text)
 QString JsonText(const QJsonDocument& document)
 {
     QString text;
-    for (const QChar character : QString::fromUtf8(document.toJson(QJsonDocument::Compact))) {
+    const auto json = QString::fromUtf8(document.toJson(QJsonDocument::Compact));
+    for (const QChar character : json) {
         text += IsObeyedByTerminals(character)
                     ? QStringLiteral("\\u%1").arg(character.unicode(), 4, 16, QLatin1Char('0'))
                     : QString(character);
@@ -60,7 +61,8 @@ QString JsonText(const QJsonDocument& document)
 int DisplayWidth(const QString& text)
 {
     int width = 0;
-    for (const uint codePoint : text.toUcs4()) {
+    const auto codePoints = text.toUcs4();
+    for (const uint codePoint : codePoints) {
         width += WidthOf(codePoint);
     }
     return width;
@@ -78,7 +80,8 @@ QString Shorten(const QString& text, int columns)
     }
     QString shortened;
     int width = 1; // the ellipsis
-    for (const uint codePoint : text.toUcs4()) {
+    const auto codePoints = text.toUcs4();
+    for (const uint codePoint : codePoints) {
         width += WidthOf(codePoint);
         if (width > columns) {
             break;

@@ -46,7 +46,7 @@ QString PicturePath(const QModelIndex& index, int devicePixels)
 
 QPalette::ColorRole TextRole(const QStyleOptionViewItem& option)
 {
-    return option.state & QStyle::State_Selected ? QPalette::HighlightedText : QPalette::Text;
+    return (option.state & QStyle::State_Selected) ? QPalette::HighlightedText : QPalette::Text;
 }
 
 QColor QuietColor(const QStyleOptionViewItem& option)
@@ -59,7 +59,7 @@ QColor QuietColor(const QStyleOptionViewItem& option)
 void PaintBackground(QPainter& painter, const QStyleOptionViewItem& option)
 {
     const QRectF area = QRectF(option.rect).adjusted(2, 2, -2, -2);
-    const auto group = option.state & QStyle::State_Active ? QPalette::Active : QPalette::Inactive;
+    const auto group = (option.state & QStyle::State_Active) ? QPalette::Active : QPalette::Inactive;
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     if (option.state & QStyle::State_Selected) {

@@ -26,22 +26,43 @@ DocumentsFilter::DocumentsFilter(QObject* parent) : QSortFilterProxyModel(parent
     }
     collator.setNumericMode(true);
     collator.setCaseSensitivity(Qt::CaseInsensitive);
-    sort(0);
+    QSortFilterProxyModel::sort(0);
+}
+
+void DocumentsFilter::setSourceModel(QAbstractItemModel* model)
+{
+    QSortFilterProxyModel::setSourceModel(model);
+    Rearrange([this] { invalidate(); });
 }
 
 void DocumentsFilter::Search(const QString& text)
 {
     words = Composed(text).split(' ', Qt::SkipEmptyParts);
-    invalidateFilter();
+    Rearrange([this] { invalidate(); }); // invalidateFilter tells of every gap between the rows that stay, one by one
 }
 
 void DocumentsFilter::SortBy(Order newOrder, Qt::SortOrder direction)
 {
-    if (newOrder != order) {
-        order = newOrder;
-        invalidate();
+    const bool isSameDirection = direction == sortOrder();
+    order = newOrder;
+    Rearrange([&] {
+        if (isSameDirection) {
+            invalidate();
+        } else {
+            sort(0, direction);
+        }
+    });
+}
+
+void DocumentsFilter::Rearrange(const std::function<void()>& rearrange)
+{
+    ranks.reserve(sourceModel()->rowCount());
+    for (int row = 0; row < sourceModel()->rowCount(); ++row) {
+        ranks.push_back(RankOf(sourceModel()->index(row, 0)));
     }
-    sort(0, direction);
+    rearrange();
+    rowCount(); // makes the order, which views may not ask for before the ranks are gone
+    ranks.clear();
 }
 
 QVariant DocumentsFilter::data(const QModelIndex& index, int role) const
@@ -62,48 +83,40 @@ bool DocumentsFilter::filterAcceptsRow(int sourceRow, const QModelIndex& sourceP
     if (words.isEmpty()) {
         return true;
     }
-    const QString name = Composed(sourceModel()->index(sourceRow, 0, sourceParent).data(Model::NameRole).toString());
+    const auto name = sourceModel()->index(sourceRow, 0, sourceParent).data(Model::NameRole).toString();
+    const QString& composed = NameOf(name).composed;
     return std::all_of(words.begin(), words.end(),
-                       [&](const QString& word) { return name.contains(word, Qt::CaseInsensitive); });
+                       [&](const QString& word) { return composed.contains(word, Qt::CaseInsensitive); });
 }
 
 bool DocumentsFilter::lessThan(const QModelIndex& left, const QModelIndex& right) const
 {
-    if (order == Order::Modified) {
-        const auto leftDate = left.data(Model::ModifiedRole).toDateTime();
-        const auto rightDate = right.data(Model::ModifiedRole).toDateTime();
-        if (leftDate != rightDate) {
-            return leftDate < rightDate;
-        }
-    }
-    if (order == Order::Size) {
-        const auto leftSize = left.data(Model::SizeRole).toLongLong();
-        const auto rightSize = right.data(Model::SizeRole).toLongLong();
-        if (leftSize != rightSize) {
-            return leftSize < rightSize;
-        }
-    }
-    const int names = CompareNames(left, right);
-    return names != 0 ? names < 0 : left.data(Model::IdRole).toString() < right.data(Model::IdRole).toString();
+    const auto compare = [](const Rank& one, const Rank& other) {
+        const int names = one.number == other.number ? one.name.compare(other.name) : 0;
+        return one.number != other.number ? one.number < other.number : names != 0 ? names < 0 : one.id < other.id;
+    };
+    return ranks.empty() ? compare(RankOf(left), RankOf(right)) : compare(ranks[left.row()], ranks[right.row()]);
 }
 
-int DocumentsFilter::CompareNames(const QModelIndex& left, const QModelIndex& right) const
+const DocumentsFilter::Name& DocumentsFilter::NameOf(const QString& text) const
 {
-    const QCollatorSortKey leftKey = KeyOf(left.data(Model::NameRole).toString());
-    return leftKey.compare(KeyOf(right.data(Model::NameRole).toString()));
-}
-
-const QCollatorSortKey& DocumentsFilter::KeyOf(const QString& name) const
-{
-    auto found = keys.find(name);
-    if (found == keys.end()) {
+    auto found = names.find(text);
+    if (found == names.end()) {
         constexpr int spare = 1000;
-        if (keys.size() > 2 * sourceModel()->rowCount() + spare) {
-            keys.clear(); // names that have gone
+        if (names.size() > 2 * sourceModel()->rowCount() + spare) {
+            names.clear(); // those that have gone
         }
-        found = keys.insert(name, collator.sortKey(name));
+        found = names.insert(text, {collator.sortKey(text), Composed(text)});
     }
     return *found;
+}
+
+DocumentsFilter::Rank DocumentsFilter::RankOf(const QModelIndex& index) const
+{
+    const qint64 number = order == Order::Modified ? index.data(Model::ModifiedRole).toDateTime().toMSecsSinceEpoch()
+                          : order == Order::Size   ? index.data(Model::SizeRole).toLongLong()
+                                                   : 0;
+    return {number, NameOf(index.data(Model::NameRole).toString()).key, index.data(Model::IdRole).toString()};
 }
 
 } // namespace Norlis::Window

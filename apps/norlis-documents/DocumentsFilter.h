@@ -4,6 +4,9 @@
 #include <QHash>
 #include <QSortFilterProxyModel>
 
+#include <functional>
+#include <vector>
+
 namespace Norlis::Window {
 
 /// The documents that the user looks for, in the order that the user chose, with texts for tool tips and screen
@@ -16,6 +19,8 @@ public:
 
     explicit DocumentsFilter(QObject* parent = nullptr);
 
+    void setSourceModel(QAbstractItemModel* model) override;
+
     /// Shows the documents whose names contain all words of the text, in any case.
     void Search(const QString& text);
     void SortBy(Order newOrder, Qt::SortOrder direction);
@@ -27,13 +32,30 @@ protected:
     bool lessThan(const QModelIndex& left, const QModelIndex& right) const override;
 
 private:
-    int CompareNames(const QModelIndex& left, const QModelIndex& right) const;
-    const QCollatorSortKey& KeyOf(const QString& name) const;
+    /// What a name is compared by. Making it takes much longer than comparing it.
+    struct Name {
+        QCollatorSortKey key;
+        QString composed;
+    };
+
+    /// What a document is compared by.
+    struct Rank {
+        qint64 number; ///< milliseconds or bytes; 0 in the order of names
+        QCollatorSortKey name;
+        QString id;
+    };
+
+    const Name& NameOf(const QString& text) const;
+    Rank RankOf(const QModelIndex& index) const;
+
+    /// Sorts and filters everything anew, with ranks that are read only once.
+    void Rearrange(const std::function<void()>& rearrange);
 
     QStringList words;
     Order order = Order::Name;
     QCollator collator;
-    mutable QHash<QString, QCollatorSortKey> keys; ///< comparing two texts takes much longer than comparing their keys
+    mutable QHash<QString, Name> names;
+    std::vector<Rank> ranks; ///< by source row, while everything is sorted anew; else empty
 };
 
 } // namespace Norlis::Window

@@ -79,7 +79,8 @@ bool IsPdf(const QString& path)
 QStringList LocalPaths(const QMimeData& data)
 {
     QStringList paths;
-    for (const QUrl& url : data.urls()) {
+    const auto urls = data.urls();
+    for (const QUrl& url : urls) {
         if (url.isLocalFile()) {
             paths.append(url.toLocalFile());
         }
@@ -439,7 +440,8 @@ void DocumentsPage::ChooseDownloadFolder()
 /// \param folder empty: where the local copy is, or else the folder for downloads
 void DocumentsPage::Download(const QString& folder)
 {
-    for (const auto& index : view->selectionModel()->selectedIndexes()) {
+    const auto indexes = view->selectionModel()->selectedIndexes();
+    for (const auto& index : indexes) {
         const QString path = index.data(Model::PathRole).toString();
         const QString usual = path.isEmpty() ? DownloadFolder() : QFileInfo(path).absolutePath();
         const QString target = folder.isEmpty() ? usual : folder;
@@ -473,7 +475,8 @@ void DocumentsPage::OpenFile(const QString& path)
 
 void DocumentsPage::UploadChanges()
 {
-    for (const auto& index : view->selectionModel()->selectedIndexes()) {
+    const auto indexes = view->selectionModel()->selectedIndexes();
+    for (const auto& index : indexes) {
         if (IsChangedHere(index.data(Model::StateRole).toInt())) {
             transfers.UploadChanges(index.data(Model::IdRole).toString());
         }

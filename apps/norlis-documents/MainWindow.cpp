@@ -172,7 +172,6 @@ void MainWindow::ShowDocuments()
 
 void MainWindow::SignOut()
 {
-    const QUrl service = account->Service();
     session->Cloud().Logout();
     account->Forget();
     QMetaObject::invokeMethod(

@@ -101,7 +101,8 @@ void TransfersPanel::Refresh()
 
 void TransfersPanel::Act(bool cancels)
 {
-    for (const int row : Chosen()) {
+    const auto rows = Chosen();
+    for (const int row : rows) {
         if (cancels) {
             transfers.Cancel(row);
         } else {

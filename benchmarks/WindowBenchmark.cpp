@@ -1,0 +1,197 @@
+// The view of the documents with 10,000 of them: how long the event loop is busy at most while somebody scrolls,
+// searches and sorts. `frames` is that time by a frame of 16 ms; `ratio` is the whole time by that of Qt's own list
+// view, which shows only the names.
+
+#include <DocumentsFilter.h>
+#include <DocumentsView.h>
+#include <host/CloudDocumentsModel.h>
+#include <NorlisCloud/NorlisCloudFilesManager.h>
+#include <NorlisTestKit/CountingHashCalculator.h>
+#include <NorlisTestKit/FakeFileSystem.h>
+#include <NorlisTestKit/RecordingStore.h>
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QImage>
+#include <QScrollBar>
+#include <QTemporaryDir>
+
+#include <benchmark/benchmark.h>
+
+namespace {
+
+using namespace Norlis;
+using PDF::FileInfo;
+
+constexpr int documentCount = 10'000;
+constexpr int pictureCount = 2'000; // files; more documents share them
+constexpr qint64 frame = 16;        // milliseconds
+
+/// Documents with pictures, and the widgets over them.
+class Desk {
+public:
+    Desk()
+    {
+        QImage picture(135, 191, QImage::Format_RGB32);
+        for (int number = 0; number < pictureCount; ++number) {
+            picture.fill(QColor::fromHsv(number % 360, 100, 230));
+            picture.save(PicturePath(number), "PNG");
+        }
+        for (int number = 0; number < documentCount; ++number) {
+            Add(number);
+        }
+        filter.setSourceModel(&model);
+        view.setModel(&filter);
+        plain.setModel(&filter);
+        plain.setUniformItemSizes(true);
+        for (QWidget* const widget : {static_cast<QWidget*>(&view), static_cast<QWidget*>(&plain)}) {
+            widget->resize(1200, 800);
+        }
+    }
+
+    void Add(int number)
+    {
+        const auto id = "id" + std::to_string(number);
+        const auto name = "Document " + std::to_string(number * 7919 % documentCount) + ".pdf";
+        const auto date = QDateTime({2026, 1, 1}, {0, 0}, Qt::UTC).addSecs(number * 104'729 % 10'000'000);
+        FileInfo::CloudInfo cloudInfo(id, name, 1'000 + number, false, {}, date, date, 0, "hash");
+        for (const auto size :
+             {FileInfo::PreviewSize::Small, FileInfo::PreviewSize::Medium, FileInfo::PreviewSize::Large}) {
+            cloudInfo.SetPreviewPathBySize(ioPath(PicturePath(number % pictureCount).toStdString()), size);
+        }
+        list.Add(std::make_shared<FileInfo>(cloudInfo));
+    }
+
+    QTemporaryDir folder;
+    PDF::Cloud::NorlisCloudFilesManager list{std::make_shared<TestKit::RecordingStore>(),
+                                             std::make_shared<TestKit::FakeFileSystem>(),
+                                             std::make_shared<TestKit::CountingHashCalculator>()};
+    Host::CloudDocumentsModel model{list};
+    Window::DocumentsFilter filter;
+    Window::DocumentsView view;
+    QListView plain;
+
+private:
+    QString PicturePath(int number) const
+    {
+        return folder.filePath(QString::number(number) + ".png");
+    }
+};
+
+Desk& TheDesk()
+{
+    static Desk desk;
+    return desk;
+}
+
+/// Does something and all that follows from it, as one slice of the event loop.
+template <typename Action>
+double Slice(Action action)
+{
+    QElapsedTimer timer;
+    timer.start();
+    action();
+    QCoreApplication::processEvents();
+    return static_cast<double>(timer.nsecsElapsed()) / 1e6;
+}
+
+struct Scrolled {
+    double longest = 0;
+    double whole = 0;
+};
+
+Scrolled ScrollThrough(QAbstractItemView& view)
+{
+    constexpr int steps = 400;
+    Scrolled result;
+    view.show();
+    QCoreApplication::processEvents();
+    QScrollBar& bar = *view.verticalScrollBar();
+    for (int step = 0; step <= steps; ++step) {
+        const double slice = Slice([&] { bar.setValue(bar.maximum() * step / steps); });
+        result.longest = std::max(result.longest, slice);
+        result.whole += slice;
+    }
+    view.hide();
+    return result;
+}
+
+void Report(benchmark::State& state, double longest)
+{
+    state.counters["longest_ms"] = longest;
+    state.counters["frames"] = longest / frame;
+}
+
+void Scrolls(benchmark::State& state, Window::Layout layout)
+{
+    Desk& desk = TheDesk();
+    desk.view.SetMode(layout);
+    Scrolled ours;
+    Scrolled qts;
+    for ([[maybe_unused]] auto _ : state) {
+        ours = ScrollThrough(desk.view);
+        qts = ScrollThrough(desk.plain);
+    }
+    Report(state, ours.longest);
+    state.counters["ratio"] = ours.whole / qts.whole;
+}
+
+void Search(benchmark::State& state)
+{
+    Desk& desk = TheDesk();
+    desk.view.show();
+    double longest = 0;
+    for ([[maybe_unused]] auto _ : state) {
+        for (const auto text : {"d", "do", "doc 1", "doc 12", "doc 123", ""}) {
+            longest = std::max(longest, Slice([&] { desk.filter.Search(text); }));
+        }
+    }
+    desk.view.hide();
+    Report(state, longest);
+}
+
+void Sort(benchmark::State& state)
+{
+    using Order = Window::DocumentsFilter::Order;
+    Desk& desk = TheDesk();
+    desk.view.show();
+    double longest = 0;
+    for ([[maybe_unused]] auto _ : state) {
+        for (const auto order : {Order::Modified, Order::Size, Order::Name}) {
+            longest = std::max(longest, Slice([&] { desk.filter.SortBy(order, Qt::DescendingOrder); }));
+            longest = std::max(longest, Slice([&] { desk.filter.SortBy(order, Qt::AscendingOrder); }));
+        }
+    }
+    desk.view.hide();
+    Report(state, longest);
+}
+
+void OneMoreDocument(benchmark::State& state)
+{
+    Desk& desk = TheDesk();
+    desk.view.show();
+    double longest = 0;
+    int number = documentCount;
+    for ([[maybe_unused]] auto _ : state) {
+        longest = std::max(longest, Slice([&] { desk.Add(number++); }));
+    }
+    desk.view.hide();
+    Report(state, longest);
+}
+
+BENCHMARK_CAPTURE(Scrolls, thumbnails, Window::Layout::Thumbnails)->Iterations(2)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Scrolls, list, Window::Layout::List)->Iterations(2)->Unit(benchmark::kMillisecond);
+BENCHMARK(Search)->Iterations(3)->Unit(benchmark::kMillisecond);
+BENCHMARK(Sort)->Iterations(3)->Unit(benchmark::kMillisecond);
+BENCHMARK(OneMoreDocument)->Iterations(50)->Unit(benchmark::kMillisecond);
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication application(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}
