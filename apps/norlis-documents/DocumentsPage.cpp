@@ -320,7 +320,9 @@ void DocumentsPage::Connect()
             UpdateStatus();
         });
     }
-    connect(&filter, &QAbstractItemModel::dataChanged, this, &DocumentsPage::UpdateActions);
+    actionsUpdate.setSingleShot(true);
+    connect(&actionsUpdate, &QTimer::timeout, this, &DocumentsPage::UpdateActions);
+    connect(&filter, &QAbstractItemModel::dataChanged, &actionsUpdate, qOverload<>(&QTimer::start));
     connect(view, &DocumentsView::SelectionChanged, this, &DocumentsPage::UpdateActions);
     connect(view, &DocumentsView::activated, this, &DocumentsPage::Open);
     connect(&transfers, &Transfers::ToBeOpened, this, &DocumentsPage::OpenFile);
@@ -361,6 +363,11 @@ bool DocumentsPage::HasRunningTransfers() const
     return transfers.CountOf(Transfers::Status::Running) > 0;
 }
 
+void DocumentsPage::Tell(const QString& title, const QString& detail)
+{
+    message->Show(Topic::save, title, detail);
+}
+
 void DocumentsPage::dragEnterEvent(QDragEnterEvent* event)
 {
     if (!LocalPaths(*event->mimeData()).isEmpty()) {
@@ -396,6 +403,7 @@ void DocumentsPage::Upload(const QStringList& paths)
     }
     QStringList refused;
     QStringList fresh;
+    QStringList changed;
     for (const QString& path : paths) {
         const QString known = idByPath.value(QFileInfo(path).canonicalFilePath());
         if (!IsPdf(path)) {
@@ -403,9 +411,10 @@ void DocumentsPage::Upload(const QStringList& paths)
         } else if (known.isEmpty()) {
             fresh.append(QFileInfo(path).absoluteFilePath());
         } else {
-            transfers.UploadChanges(known);
+            changed.append(known);
         }
     }
+    ReplaceInCloud(changed);
     transfers.Upload(fresh);
     if (refused.isEmpty()) {
         message->Close(Topic::files);
@@ -475,12 +484,41 @@ void DocumentsPage::OpenFile(const QString& path)
 
 void DocumentsPage::UploadChanges()
 {
-    const auto indexes = view->selectionModel()->selectedIndexes();
-    for (const auto& index : indexes) {
+    QStringList ids;
+    for (const auto& index : view->selectionModel()->selectedIndexes()) {
         if (IsChangedHere(index.data(Model::StateRole).toInt())) {
-            transfers.UploadChanges(index.data(Model::IdRole).toString());
+            ids.append(index.data(Model::IdRole).toString());
         }
     }
+    ReplaceInCloud(ids);
+}
+
+void DocumentsPage::ReplaceInCloud(const QStringList& ids)
+{
+    QStringList conflicts;
+    for (const QString& id : ids) {
+        const int state = model.index(model.RowOf(id)).data(Model::StateRole).toInt();
+        if (state == static_cast<int>(State::ChangedOnBothSides) || state == static_cast<int>(State::ChangedInCloud)) {
+            conflicts.append(id);
+        } else {
+            transfers.UploadChanges(id);
+        }
+    }
+    if (conflicts.isEmpty()) {
+        return;
+    }
+    const QString question =
+        conflicts.size() == 1
+            ? tr("“%1” has changed in the cloud too. Replace it?").arg(NameOf(conflicts.first()))
+            : tr("%n documents have changed in the cloud too. Replace them?", nullptr, conflicts.size());
+    Ask("confirmReplacement", question,
+        tr("What was changed in the cloud is lost then. Download it into another folder first "
+           "to keep both."),
+        tr("Replace"), [this, conflicts] {
+            for (const QString& id : conflicts) {
+                transfers.UploadChanges(id);
+            }
+        });
 }
 
 void DocumentsPage::ConfirmRemoval()
@@ -489,21 +527,30 @@ void DocumentsPage::ConfirmRemoval()
     if (ids.isEmpty()) {
         return;
     }
-    const auto box = new QMessageBox(QMessageBox::Question, tr("Remove"), {}, QMessageBox::Cancel, this);
-    box->setObjectName("confirmRemoval");
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->setTextFormat(Qt::PlainText);
-    box->setText(ids.size() == 1 ? tr("Remove “%1” from the cloud?").arg(NameOf(ids.first()))
-                                 : tr("Remove %n documents from the cloud?", nullptr, ids.size()));
-    box->setInformativeText(tr("This cannot be undone. Copies on this computer stay where they are."));
-    const auto remove = box->addButton(tr("Remove"), QMessageBox::DestructiveRole);
-    box->setDefaultButton(QMessageBox::Cancel);
-    connect(box, &QMessageBox::buttonClicked, this, [this, ids, remove](const QAbstractButton* button) {
-        if (button == remove) {
+    const QString question = ids.size() == 1 ? tr("Remove “%1” from the cloud?").arg(NameOf(ids.first()))
+                                             : tr("Remove %n documents from the cloud?", nullptr, ids.size());
+    Ask("confirmRemoval", question, tr("This cannot be undone. Copies on this computer stay where they are."),
+        tr("Remove"), [this, ids] {
             message->Close(Topic::removal);
             for (const QString& id : ids) {
                 session.Remove(id);
             }
+        });
+}
+
+void DocumentsPage::Ask(const QString& name, const QString& question, const QString& explanation,
+                        const QString& consent, const std::function<void()>& action)
+{
+    const auto box = new QMessageBox(QMessageBox::Question, consent, question, QMessageBox::Cancel, this);
+    box->setObjectName(name);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setTextFormat(Qt::PlainText); // names come from elsewhere
+    box->setInformativeText(explanation);
+    const QAbstractButton* const yes = box->addButton(consent, QMessageBox::DestructiveRole);
+    box->setDefaultButton(QMessageBox::Cancel);
+    connect(box, &QMessageBox::buttonClicked, this, [yes, action](const QAbstractButton* button) {
+        if (button == yes) {
+            action();
         }
     });
     box->open();

@@ -7,6 +7,7 @@
 #include <host/CloudSession.h>
 
 #include <QSettings>
+#include <QTimer>
 #include <QWidget>
 
 class QAction;
@@ -43,6 +44,9 @@ public:
     void AddMenusTo(QMenuBar& bar);
 
     bool HasRunningTransfers() const;
+
+    /// Tells of a problem above the documents.
+    void Tell(const QString& title, const QString& detail);
 
     /// Sends PDF files. Those that are local copies of documents replace these, all others become new documents.
     void Upload(const QStringList& paths);
@@ -83,7 +87,12 @@ private:
     void Open();
     void OpenFile(const QString& path);
     void UploadChanges();
+
+    /// Asks before it replaces what has changed in the cloud too.
+    void ReplaceInCloud(const QStringList& ids);
     void ConfirmRemoval();
+    void Ask(const QString& name, const QString& question, const QString& explanation, const QString& consent,
+             const std::function<void()>& action);
     void SetMode(int mode);
     void SortBy(int choice);
 
@@ -111,7 +120,8 @@ private:
     QLabel* const status;
     StorageBar* const storage;
 
-    QString token; ///< of a sign-in that is tried again
+    QTimer actionsUpdate; ///< one for many changes of documents
+    QString token;        ///< of a sign-in that is tried again
     bool isSignedIn = false;
     bool isRefreshing = false;
     QDateTime refreshedAt;

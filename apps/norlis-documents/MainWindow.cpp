@@ -122,14 +122,14 @@ void MainWindow::SignIn(const QUrl& service, const QString& token, const Host::S
     welcome->SetBusy(true);
     const QString used = Host::IsFolder(service) ? wanted.Token() : token;
     connect(&session->Cloud(), &AbstractCloudManager::AuthorizationCompleted, welcome, [this, used] {
-        try {
-            account->Remember(used);
-        } catch (const std::exception& problem) {
-            welcome->ShowProblem(tr("The password cannot be kept."), QString::fromUtf8(problem.what()));
-        }
         session->Cloud().disconnect(welcome);
         session->disconnect(welcome);
         ShowDocuments();
+        try {
+            account->Remember(used);
+        } catch (const std::exception& problem) {
+            documents->Tell(tr("The password cannot be kept."), QString::fromUtf8(problem.what()));
+        }
         documents->OnSignedIn();
     });
     connect(session.get(), &CloudSession::Failed, welcome,

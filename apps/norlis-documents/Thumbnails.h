@@ -17,7 +17,7 @@ class Thumbnails : public QObject {
 
 public:
     /// \param limit of the pictures that are kept, in bytes
-    explicit Thumbnails(qsizetype limit = qsizetype(64) * 1024 * 1024, QObject* parent = nullptr);
+    explicit Thumbnails(qsizetype limit = 64 * 1024 * 1024, QObject* parent = nullptr);
     ~Thumbnails() override;
 
     /// The picture; a null one when it is not there yet, in which case Loaded follows, or cannot be read.

@@ -229,6 +229,32 @@ TEST_F(DocumentsWindowTest, WhatWasChangedHereCanBeUploaded)
     EXPECT_EQ(ReadFile(Cloud("a.pdf")), changed);
 }
 
+TEST_F(DocumentsWindowTest, WhatChangedOnBothSidesIsNotReplacedWithoutAQuestion)
+{
+    PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
+    OpenCloud();
+    ASSERT_TRUE(Shows({"a.pdf"}));
+    Select({"a.pdf"});
+    Action("Download")->trigger();
+    ASSERT_TRUE(IsInStep("a.pdf"));
+    const QByteArray theirs = PdfOfText("theirs");
+    const QByteArray ours = PdfOfText("changed by us");
+    PutIntoCloud("a.pdf", theirs);
+    WriteFile(Local("downloads/a.pdf"), ours);
+    Refresh();
+    ASSERT_TRUE(WaitUntil([&] { return StateOf("a.pdf") == static_cast<int>(State::ChangedOnBothSides); }));
+    ASSERT_TRUE(WaitUntil([&] { return Action("Upload Changes")->isEnabled(); }));
+    Action("Upload Changes")->trigger();
+    ASSERT_EQ(Questions().size(), 1);
+    EXPECT_THAT(Questions().first()->text().toStdString(), HasSubstr("“a.pdf” has changed in the cloud too"));
+    Answer("Cancel");
+    EXPECT_EQ(ReadFile(Cloud("a.pdf")), theirs);
+    Drop({Local("downloads/a.pdf")});
+    Answer("Replace");
+    EXPECT_TRUE(IsInStep("a.pdf"));
+    EXPECT_EQ(ReadFile(Cloud("a.pdf")), ours);
+}
+
 TEST_F(DocumentsWindowTest, WhatChangedInTheCloudIsFetchedToWhereTheCopyIs)
 {
     PutIntoCloud("a.pdf", PdfOfColor(Qt::red));

@@ -247,6 +247,25 @@
             <source>as of %1</source>
             <translation>Stand %1</translation>
         </message>
+        <message>
+            <source>“%1” has changed in the cloud too. Replace it?</source>
+            <translation>„%1“ hat sich auch in der Cloud geändert. Ersetzen?</translation>
+        </message>
+        <message numerus="yes">
+            <source>%n documents have changed in the cloud too. Replace them?</source>
+            <translation>
+                <numerusform>%n Dokument hat sich auch in der Cloud geändert. Ersetzen?</numerusform>
+                <numerusform>%n Dokumente haben sich auch in der Cloud geändert. Ersetzen?</numerusform>
+            </translation>
+        </message>
+        <message>
+            <source>What was changed in the cloud is lost then. Download it into another folder first to keep both.</source>
+            <translation>Was in der Cloud geändert wurde, geht dann verloren. Laden Sie es erst in einen anderen Ordner herunter, um beides zu behalten.</translation>
+        </message>
+        <message>
+            <source>Replace</source>
+            <translation>Ersetzen</translation>
+        </message>
     </context>
     <context>
         <name>Norlis::Window::DocumentsView</name>

@@ -31,6 +31,13 @@
                 <numerusform>%1 of %n documents</numerusform>
             </translation>
         </message>
+        <message numerus="yes">
+            <source>%n documents have changed in the cloud too. Replace them?</source>
+            <translation>
+                <numerusform>%n document has changed in the cloud too. Replace it?</numerusform>
+                <numerusform>%n documents have changed in the cloud too. Replace them?</numerusform>
+            </translation>
+        </message>
     </context>
     <context>
         <name>Norlis::Window::TransfersPanel</name>
