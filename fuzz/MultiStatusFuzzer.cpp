@@ -2,23 +2,18 @@
 //   MultiStatusFuzzer -dict=<sources>/fuzz/multistatus.dict -max_total_time=60 <new folder>
 //   <sources>/tests/protocol/webdav/multistatus
 
+#include "Require.h"
+
 #include <protocol/webdav/MultiStatusParser.h>
 
 #include <algorithm>
-#include <cstdlib>
 
 namespace {
 
 using namespace Norlis::Social;
+using Norlis::Fuzz::Require;
 
 const DavPath collection = {"papers"};
-
-void Require(bool condition)
-{
-    if (!condition) {
-        std::abort();
-    }
-}
 
 struct Outcome {
     std::vector<DavEntry> entries;

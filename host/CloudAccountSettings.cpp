@@ -1,5 +1,7 @@
 #include "CloudAccountSettings.h"
 
+#include "ServiceAddress.h"
+
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
@@ -94,12 +96,8 @@ QString PreparedFolder(const QString& folder)
 /// A file name that is the same for all spellings of a service's address, and gives no password away.
 QString NameOf(const QUrl& service)
 {
-    QUrl url = service.adjusted(QUrl::RemovePassword | QUrl::RemoveFragment | QUrl::NormalizePathSegments);
-    QString path = url.path(QUrl::FullyEncoded);
-    while (path.endsWith('/')) {
-        path.chop(1);
-    }
-    url.setPath(path, QUrl::StrictMode);
+    QUrl url = service.adjusted(QUrl::RemovePassword | QUrl::RemoveFragment);
+    url.setPath(NormalizedPath(url.path(QUrl::FullyEncoded)).chopped(1), QUrl::TolerantMode);
     if ((url.scheme() == "https" && url.port() == 443) || (url.scheme() == "http" && url.port() == 80)) {
         url.setPort(-1);
     }

@@ -135,7 +135,17 @@ void ListMerge::Merge(const std::shared_ptr<FileInfo>& fresh)
     known->facts = facts;
     const auto completed = std::make_shared<FileInfo>(*fresh);
     Complete(*completed, *held, hasSameContent);
-    context.documents->Update(completed);
+    const auto path = held->GetPath();
+    const auto cloudHash = completed->GetRedactableCloudInfo()->GetMd5Hash();
+    if (!path.empty() && !cloudHash.empty() && cloudHash != held->GetCloudHashBeforeChange() &&
+        context.hashes->CalculateHash(path) == cloudHash) {
+        // In step after all: whoever is killed after a transfer has not saved that, and the next change, here or in the
+        // cloud, would pass for one on both sides. An update does not carry it.
+        completed->SetPath(path, cloudHash, cloudHash);
+        context.Replace(completed);
+    } else {
+        context.documents->Update(completed);
+    }
 }
 
 void ListMerge::Complete(FileInfo& fresh, FileInfo& held, bool hasSameContent) const

@@ -69,12 +69,7 @@ QUrl ServerAddress(QUrl url, const QString& user)
     if (url.port() == (url.scheme() == "https" ? 443 : 80)) {
         url.setPort(-1);
     }
-    url = url.adjusted(QUrl::NormalizePathSegments);
-    QString path = url.path(QUrl::FullyEncoded);
-    while (path.endsWith('/')) {
-        path.chop(1);
-    }
-    url.setPath(path + '/', QUrl::StrictMode);
+    url.setPath(NormalizedPath(url.path(QUrl::FullyEncoded)), QUrl::TolerantMode); // brackets are no error
     return url;
 }
 
@@ -96,6 +91,20 @@ QUrl ServiceAddress(const QString& text, const QString& user)
         throw Refusal("--user is for servers; a folder asks for nobody's name");
     }
     return url;
+}
+
+QString NormalizedPath(const QString& path)
+{
+    QStringList kept;
+    for (const QString& segment : path.split('/', Qt::SkipEmptyParts)) {
+        const QString decoded = QUrl::fromPercentEncoding(segment.toUtf8());
+        if (decoded != "." && decoded != "..") {
+            kept.append(segment);
+        } else if (decoded == ".." && !kept.isEmpty()) {
+            kept.removeLast();
+        }
+    }
+    return kept.isEmpty() ? "/" : '/' + kept.join('/') + '/';
 }
 
 bool IsFolder(const QUrl& service)

@@ -11,6 +11,10 @@ namespace Norlis::Host {
 /// Throws std::invalid_argument with a text for the user. It repeats no password.
 QUrl ServiceAddress(const QString& text, const QString& user = {});
 
+/// The percent-encoded path of a service without "." and ".." (RFC 3986, 5.2.4), with one slash between its segments
+/// and at its end. What QUrl has for this loses segments as short as ".a", and takes no brackets.
+QString NormalizedPath(const QString& path);
+
 /// Whether a service needs no token.
 bool IsFolder(const QUrl& service);
 

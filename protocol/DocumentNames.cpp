@@ -29,11 +29,12 @@ bool IsDeviceName(const QString& name)
     return devices.contains(name.section('.', 0, 0).trimmed().toLower());
 }
 
-/// Where the suffix begins; the length of the name when there is none.
+/// Where the suffix begins; the length of the name when there is none, or when what follows the last dot is so long
+/// that nothing else would fit beside it.
 int SuffixPosition(const QString& name)
 {
     const int dot = name.lastIndexOf('.');
-    return dot > 0 ? dot : name.size();
+    return dot > 0 && name.mid(dot).toUtf8().size() <= longestName / 2 ? dot : name.size();
 }
 
 } // namespace

@@ -172,6 +172,16 @@ TEST_F(CloudAccountSettingsTest, SpellingsOfOneServiceShareTheirToken)
     EXPECT_EQ(settings.Token(QUrl("file:///srv/cloud")), "local");
 }
 
+TEST_F(CloudAccountSettingsTest, ServicesWithOddPathsHaveTheirOwnTokens)
+{
+    CloudAccountSettings settings(folder);
+    for (const auto* path : {"/", "/.a/", "/.b/", "/[1]/", "/[2]/", "/..a/", "/100%25/"}) {
+        const QUrl url(QStringLiteral("https://cloud.example") + path);
+        EXPECT_EQ(settings.Token(url), QString()) << path;
+        settings.SetToken(url, path);
+    }
+}
+
 TEST_F(CloudAccountSettingsTest, WayToAServiceSurvivesARestart)
 {
     const QString file = "/etc/ssl/Zoë's, own; \"authority\".pem";

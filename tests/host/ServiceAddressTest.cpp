@@ -40,15 +40,17 @@ TEST(ServiceAddressTest, PathsAndFileAddressesNameFolders)
 
 TEST(ServiceAddressTest, SpellingsOfAServerGiveOneForm)
 {
-    for (const QString spelling :
-         {"https://cloud.example/dav/", "https://cloud.example/dav", "HTTPS://Cloud.EXAMPLE/dav",
-          "https://cloud.example:443/dav//", "https://cloud.example/x/../d%61v/"}) {
+    for (const QString spelling : {"https://cloud.example/dav/", "https://cloud.example/dav",
+                                   "HTTPS://Cloud.EXAMPLE/dav", "https://cloud.example:443/dav//",
+                                   "https://cloud.example/x/../d%61v/", "https://cloud.example//x///..//dav/./"}) {
         EXPECT_EQ(Form(spelling), "https://cloud.example/dav/") << spelling.toStdString();
     }
     EXPECT_EQ(Form("https://cloud.example"), "https://cloud.example/");
     EXPECT_EQ(Form("http://[::1]:8080/a"), "http://[::1]:8080/a/");
     EXPECT_EQ(Form("http://localhost:80"), "http://localhost/");
     EXPECT_EQ(Form("https://cloud.example/My%20Cloud/Zo%c3%ab"), "https://cloud.example/My%20Cloud/Zo%C3%AB/");
+    EXPECT_EQ(Form("https://cloud.example/[2026]/.a/../../.a/.b"), "https://cloud.example/.a/.b/");
+    EXPECT_EQ(Form("https://cloud.example/../..//./"), "https://cloud.example/");
 }
 
 TEST(ServiceAddressTest, UserStandsInTheAddressOrBesideIt)

@@ -51,6 +51,11 @@ TEST(DocumentNamesTest, TheNumberStandsBeforeTheSuffix)
     EXPECT_EQ(NumberedName("a.", 2), "a (2).");
 }
 
+TEST(DocumentNamesTest, WhatIsTooLongForASuffixIsShortened)
+{
+    EXPECT_EQ(NumberedName("a." + QString(253, 'b'), 2), "a." + QString(249, 'b') + " (2)");
+}
+
 TEST(DocumentNamesTest, ALongNameIsShortenedBetweenCharacters)
 {
     const QString emoji = QString::fromUtf8("\xf0\x9f\x93\x84");

@@ -96,6 +96,19 @@ TEST_F(CloudSessionRefreshTest, ChangeOfTheLocalCopyIsNoticedEvenIfTheCloudIsThe
     EXPECT_THAT(Events(), ElementsAre("ListRefreshed(+, ~, -)"));
 }
 
+TEST_F(CloudSessionRefreshTest, CopiesThatAreFoundToBeTheSameAreInStepFromThenOn)
+{
+    Refresh({EntryOf("1", "text")});
+    Download("1", "text");
+    Write("1.pdf", "second edition"); // as a transfer leaves it whose end the list was not told
+    Refresh({EntryOf("1", "second edition")});
+    EXPECT_EQ(StatusOf("1"), Status::InSync);
+
+    Write("1.pdf", "third edition");
+    Refresh({EntryOf("1", "second edition")});
+    EXPECT_EQ(StatusOf("1"), Status::ChangedLocally);
+}
+
 TEST_F(CloudSessionRefreshTest, WhatOnlyAnUploadTellsSurvivesARefresh)
 {
     Upload(Write("1.pdf", "text"), "1");
