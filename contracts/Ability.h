@@ -20,6 +20,8 @@
 /// The order of the virtual operations is part of the binary interface.
 namespace Norlis::Social::Ability {
 
+// NOLINTBEGIN(readability-identifier-naming): the names that the service's protocol uses
+
 /// What every ability has: its requests can be given up.
 class NORLIS_CONTRACTS_EXPORT Cancel {
 public:
@@ -112,7 +114,7 @@ public:
         qint64 total = 0; ///< what they may take
     };
 
-    virtual ~Quota() = default;
+    ~Quota() override = default;
 
     /// Fetches the user's storage, by application.
     virtual qint64 userQuota(std::function<void(qint64, RequestResult, const QMap<QString, QuotaValue>&)>&& done) = 0;
@@ -121,13 +123,15 @@ public:
 /// Pictures of documents.
 class NORLIS_CONTRACTS_EXPORT Preview : public virtual Cancel {
 public:
-    virtual ~Preview() = default;
+    ~Preview() override = default;
 
     /// Fetches a picture of a document. Fields: ID; FILE_PREVIEW_WIDTH and FILE_PREVIEW_HEIGHT, the box in pixels that
     /// the picture fits into without being distorted.
     virtual qint64 retrievePreview(const QMap<QString, QString>& fields,
                                    std::function<void(qint64, RequestResult, QPixmap)>&& done) = 0;
 };
+
+// NOLINTEND(readability-identifier-naming)
 
 } // namespace Norlis::Social::Ability
 

@@ -82,6 +82,7 @@ public:
     virtual int GetFileSize(int index) const = 0;
 
 signals:
+    // The editor connects to these overloads: clazy:excludeall=overloaded-signal
     /// Follows the signal below.
     void FileAdded();
 

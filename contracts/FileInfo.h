@@ -152,6 +152,7 @@ public:
     void SetPreviewsSet(const std::map<PreviewSize, ioPath>& previews);
 
     /// "small", "medium" or "large"; empty for any other value.
+    // NOLINTNEXTLINE(readability-identifier-naming): the name that the editor uses
     static std::string previewSizetoString(PreviewSize size);
 
 private:

@@ -4,7 +4,7 @@
 
 namespace Norlis::PDF::Settings {
 
-/// Settings of the user's cloud account, as far as the cloud manager asks for them.
+/// Settings of the user's cloud account, as far as the cloud manager asks for them, on its thread.
 class NORLIS_CONTRACTS_EXPORT ICloudAccountSettings {
 public:
     virtual ~ICloudAccountSettings() = default;

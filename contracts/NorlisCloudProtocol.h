@@ -24,6 +24,7 @@ class NORLIS_SOCIAL_EXPORT NorlisCloudProtocol
     : public QObject,
       public Protocol<Ability::Auth, Ability::File<NorlisCloudSharingResult>, Ability::Quota, Ability::Preview> {
 public:
+    // NOLINTBEGIN(readability-identifier-naming): the names that callers of the protocol use
     /// Keys of request fields.
     static const QString ID;                  ///< id of a document
     static const QString FILE_NAME;           ///< local path that a download is written to
@@ -36,6 +37,7 @@ public:
     static const QString API_VERSION;         ///< version of the service's interface
     static const QString FILE_PREVIEW_WIDTH;  ///< pixels, decimal
     static const QString FILE_PREVIEW_HEIGHT; ///< pixels, decimal
+    // NOLINTEND(readability-identifier-naming)
 
     /// In place of a figure of the quota.
     static constexpr qint64 unknownQuota = -1;   ///< the service does not tell
@@ -90,6 +92,7 @@ public:
     /// Finds out what the service is able to do, by requests that leave nothing behind, and describes it in pairs of a
     /// trait and what was found. They name neither the user nor documents nor the server's address, so that they can be
     /// shown to others.
+    // NOLINTNEXTLINE(readability-identifier-naming): named like the operations of the abilities
     qint64 examineService(std::function<void(qint64, RequestResult, const ServiceTraits&)>&& done);
 
 private:

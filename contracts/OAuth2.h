@@ -18,8 +18,8 @@ struct Failure {
 
 /// Settings with which a NorlisCloudProtocol is constructed.
 struct AuthInfo {
-    /// Where the cloud is: `file:` names a folder, `https:` a collection of a WebDAV server (RFC 4918). Plain `http:` is
-    /// taken on loopback only. A user in it signs in with Basic authentication (RFC 7617) and the token as password;
+    /// Where the cloud is: `file:` names a folder, `https:` a collection of a WebDAV server (RFC 4918). Plain `http:`
+    /// is taken on loopback only. A user in it signs in with Basic authentication (RFC 7617) and the token as password;
     /// without a user the token is sent as a bearer token (RFC 6750). A password in it is ignored.
     QUrl serviceUrl;
 

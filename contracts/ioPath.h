@@ -6,6 +6,8 @@
 
 namespace Norlis {
 
+// NOLINTBEGIN(readability-identifier-naming): the names that the editor uses
+
 /// A path of the local file system, held as the UTF-8 bytes that it was given.
 ///
 /// Nothing is normalised: two paths are equal when their bytes are. IFileSystem::NormalizePath brings two spellings of
@@ -37,6 +39,8 @@ public:
 private:
     std::string path;
 };
+
+// NOLINTEND(readability-identifier-naming)
 
 NORLIS_CONTRACTS_EXPORT bool operator==(const ioPath& left, const ioPath& right);
 NORLIS_CONTRACTS_EXPORT bool operator!=(const ioPath& left, const ioPath& right);

@@ -7,14 +7,16 @@
 
 namespace Norlis::Host {
 
-/// One service, and all that it takes to sign in there.
+/// One service, and all that it takes to sign in there. Used on one thread.
 class CloudAccount {
 public:
-    /// \param service what ServiceAddress gave; empty when there is none yet
-    /// \param access  on top of what the settings remember of the way to it
+    /// \param settings where the account is remembered; shared
+    /// \param service  what ServiceAddress gave; empty when there is none yet
+    /// \param access   on top of what the settings remember of the way to it
     CloudAccount(const std::shared_ptr<CloudAccountSettings>& settings, const QUrl& service,
                  const ServiceAccess& access = {});
 
+    /// The address that the constructor was given.
     const QUrl& Service() const;
 
     /// How to reach the service. Throws std::runtime_error, with a text for the user, when a file that is needed for it

@@ -10,14 +10,14 @@ namespace Norlis::Host {
 
 /// How a service is reached, beside its address; see Social::OAuth2::AuthInfo.
 struct ServiceAccess {
-    QString certificateFile = {};
-    bool allowPlainHttp = false;
+    QString certificateFile = {}; ///< path of a PEM file; empty trusts what the system trusts
+    bool allowPlainHttp = false;  ///< takes `http:` beyond loopback
 };
 
 /// The user's cloud account: which service, how it is reached, how often to refresh, and the token that signs in.
 ///
 /// Settings stand in `settings.ini`; tokens stand apart, one file per service. All of it is readable for the user
-/// alone.
+/// alone. Used on one thread.
 class CloudAccountSettings : public PDF::Settings::ICloudAccountSettings {
 public:
     /// \param folder created when missing, private to the user. One that is there keeps its permissions.
@@ -29,10 +29,14 @@ public:
 
     /// Milliseconds; at least one second, whatever the file says. One minute unless it was set.
     int GetAutoRefreshInterval() override;
+
+    /// \param intervalMilliseconds kept as it is; see GetAutoRefreshInterval
     void SetAutoRefresh(bool enabled, int intervalMilliseconds);
 
     /// The service that was signed in to last; empty when there is none. A password in it is not kept.
     QUrl ServiceUrl() const;
+
+    /// Empty forgets it.
     void SetServiceUrl(const QUrl& url);
 
     /// Empty when nobody is signed in to the service.
@@ -40,10 +44,14 @@ public:
 
     /// Throws std::runtime_error when the token cannot be stored safely.
     void SetToken(const QUrl& service, const QString& token);
+
+    /// Deletes the file with the token; nothing happens when there is none.
     void ForgetToken(const QUrl& service);
 
     /// The defaults unless it was set.
     ServiceAccess Access(const QUrl& service) const;
+
+    /// Remembers the way to one service.
     void SetAccess(const QUrl& service, const ServiceAccess& access);
 
     /// A folder of its own for the data of one service, inside the settings' folder; private to the user and created

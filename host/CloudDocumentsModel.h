@@ -19,6 +19,7 @@ class CloudDocumentsModel : public QAbstractListModel {
     Q_OBJECT
 
 public:
+    /// What a view can ask of a row.
     enum Role {
         NameRole = Qt::DisplayRole, ///< QString, of the cloud copy
         IdRole = Qt::UserRole,      ///< QString
@@ -30,13 +31,19 @@ public:
     };
     Q_ENUM(Role)
 
+    /// \param documents stays its owner's and may go first
     explicit CloudDocumentsModel(PDF::AbstractFileManager& documents, QObject* parent = nullptr);
 
     /// Of the first row of the id; -1 when there is none.
     int RowOf(const QString& id) const;
 
+    /// None below a row.
     int rowCount(const QModelIndex& parent = {}) const override;
+
+    /// \param role one of Role
     QVariant data(const QModelIndex& index, int role) const override;
+
+    /// For QML: "name" for NameRole, and so on.
     QHash<int, QByteArray> roleNames() const override;
 
 private:

@@ -15,9 +15,10 @@ namespace Norlis::Host {
 
 /// Why something failed, ready to be shown.
 struct CloudProblem {
+    /// What was asked for.
     enum class Request { SignIn, List, Upload, Download, Remove, Preview, Quota, Save };
 
-    Request request = Request::List;
+    Request request = Request::List; ///< what failed
     QString subject; ///< the local path of an upload (the document's id when it has no local copy), the document's id
                      ///< of a download, removal or preview; else empty
     QString message; ///< the library's fixed text, or the session's own when the cloud was not asked
@@ -64,6 +65,7 @@ public:
     /// The protocol, for what the cloud manager does not offer (user name and picture).
     PDF::Cloud::ICloudProtocol& Protocol();
 
+    /// Whether the service has been signed in to.
     bool IsSignedIn();
 
     /// Sends local files as new documents; each ends in DocumentUploaded, UploadCanceled or Failed. An empty list ends
@@ -81,6 +83,8 @@ public:
     /// Nothing happens when there is no such transfer, when it ends before the event loop comes round, and while nobody
     /// is signed in.
     void CancelUpload(const QString& path);
+
+    /// As above.
     void CancelDownload(const QString& id);
 
     /// Deletes a document from the cloud; ends in DocumentRemoved or Failed. Its local copy stays.
@@ -106,12 +110,19 @@ signals:
     /// for automatic refreshes too.
     void ListRefreshed(const QStringList& added, const QStringList& changed, const QStringList& removed);
 
+    /// The document of this id is in the list, with its local copy.
     void DocumentUploaded(const QString& path, const QString& id);
+
+    /// By CancelUpload, or by the service.
     void UploadCanceled(const QString& path);
 
     /// \param path the document's final place
     void DocumentDownloaded(const QString& id, const QString& path);
+
+    /// By CancelDownload, or by the service.
     void DownloadCanceled(const QString& id);
+
+    /// The document has left the cloud and the list.
     void DocumentRemoved(const QString& id);
 
     /// Emitted for the pictures that a refresh brings too, unless the list shows them already.

@@ -10,9 +10,9 @@ namespace Norlis::Host {
 
 /// What tells that a file's content is still the same, without reading it.
 struct FileIdentity {
-    qint64 device = 0;
-    qint64 inode = 0;
-    qint64 size = 0;
+    qint64 device = 0;   ///< st_dev (POSIX)
+    qint64 inode = 0;    ///< st_ino (POSIX)
+    qint64 size = 0;     ///< bytes
     qint64 modified = 0; ///< nanoseconds since 1970
     qint64 changed = 0;  ///< nanoseconds since 1970; the system sets it at every write, and no program can
 };
@@ -31,6 +31,8 @@ public:
 
     /// Empty when there is none for the file of this identity.
     std::string Find(const std::string& path, const FileIdentity& identity);
+
+    /// Replaces what was known of the path.
     void Remember(const std::string& path, const FileIdentity& identity, const std::string& hash);
 
 private:

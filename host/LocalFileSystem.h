@@ -10,7 +10,7 @@ public:
     /// Whether there is a file (not a folder) at the path.
     bool Exists(const ioPath& path) override;
 
-    /// Absolute, with links, `.` and `..` resolved as far as the path exists; purely textual beyond that. The empty
+    /// Absolute, with links, "." and ".." resolved as far as the path exists; purely textual beyond that. The empty
     /// path stays empty.
     ioPath NormalizePath(const ioPath& path) override;
 };

@@ -20,6 +20,8 @@ public:
     ~LogFile() override;
 
     using google::LogSink::send;
+
+    /// Called by glog, on any thread.
     void send(google::LogSeverity severity, const char* fullFileName, const char* fileName, int line,
               const google::LogMessageTime& time, const char* message, std::size_t length) override;
 

@@ -78,7 +78,7 @@ nanoseconds TimeUntilSettled(const FileIdentity& identity)
 {
     // File systems round the time: most to a tick of the system's clock, old ones to one or two seconds.
     const nanoseconds changed(identity.changed);
-    const nanoseconds margin = changed % 1s == 0ns ? nanoseconds(3s) : nanoseconds(50ms);
+    const nanoseconds margin = changed % 1s == nanoseconds::zero() ? nanoseconds(3s) : nanoseconds(50ms);
     return changed + margin - std::chrono::system_clock::now().time_since_epoch();
 }
 
@@ -161,7 +161,7 @@ std::string Md5HashCalculator::Private::Hash(const std::string& path)
     if (!before) {
         return {};
     }
-    const bool isSettled = TimeUntilSettled(*before) <= 0ns;
+    const bool isSettled = TimeUntilSettled(*before) <= nanoseconds::zero();
     const std::string hash = Read(file);
     if (isSettled && !hash.empty() && IdentityOf(file) == before) {
         memory.Remember(path, *before, hash);
@@ -220,14 +220,13 @@ void Md5HashCalculator::Prepare(const QStringList& paths, QObject* context, std:
         }
         emit batch.Finished();
     });
-    // The connection knows when the context goes; the calculator may still go before the call arrives.
-    const std::weak_ptr<bool> life = d->life;
-    const auto finish = [life, done] {
-        if (!life.expired()) {
-            done();
-        }
-    };
     if (context && done) {
+        // The connection knows when the context goes; the calculator may still go before the call arrives.
+        const auto finish = [life = std::weak_ptr<bool>(d->life), done = std::move(done)] {
+            if (!life.expired()) {
+                done();
+            }
+        };
         QObject::connect(batch.get(), &Batch::Finished, context, finish, Qt::QueuedConnection);
     }
     d->pool.start(batch.release());

@@ -9,9 +9,10 @@ namespace Norlis::Host {
 /// A record store as the file list can read it back.
 ///
 /// The list writes the size of any document but refuses to start over one of more than 32 bits, and over a number that
-/// is damaged. Such fields are left out when the records are read; the next refresh brings them again.
+/// is damaged. Such fields are left out of what is read; the next refresh brings them. Used on one thread.
 class RestorableStorage : public PDF::Cloud::ICloudInfoStorage {
 public:
+    /// \param storage where records are kept; shared
     explicit RestorableStorage(const std::shared_ptr<PDF::Cloud::ICloudInfoStorage>& storage);
 
     void RemoveRecord(const std::string& fileId) override;

@@ -23,14 +23,16 @@ enum class HashFault {
 ///     hashes.Misbehave(When("CalculateHash", "a.pdf"), HashFault::IsEmpty);
 class CountingHashCalculator : public PDF::IHashCalculator {
 public:
-    std::map<std::string, std::string> hashes;
-    std::vector<std::string> asked; ///< paths, in order
+    std::map<std::string, std::string> hashes; ///< by path
+    std::vector<std::string> asked;            ///< paths, in order
 
     /// What goes wrong from now on, beside what was asked for before; until BehaveAgain.
     void Misbehave(const When& when, HashFault fault)
     {
         faults.Add(when, fault);
     }
+
+    /// Forgets what was to go wrong.
     void BehaveAgain()
     {
         faults.Clear();

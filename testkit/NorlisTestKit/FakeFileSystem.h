@@ -25,7 +25,9 @@ enum class FileSystemFault {
 /// What asks a disk of its own accord does not ask here: PDF::FileInfo::SetPath, for the size.
 class FakeFileSystem : public PDF::IFileSystem {
 public:
-    std::set<std::string> existing;
+    std::set<std::string> existing; ///< paths at which there is a file
+
+    /// What NormalizePath does; nothing unless a test says otherwise.
     std::function<std::string(const std::string&)> normalize = [](const std::string& path) { return path; };
 
     /// "Exists(/a)", "NormalizePath(/a)".
@@ -36,6 +38,8 @@ public:
     {
         faults.Add(when, fault);
     }
+
+    /// Forgets what was to go wrong.
     void BehaveAgain()
     {
         faults.Clear();

@@ -201,7 +201,8 @@ ServerAnswer FamilyServer::Assemble(const ServerRequest& request)
     ServerRequest whole = request;
     whole.method = "PUT";
     whole.target = EncodedPath(target);
-    for (const QString& name : tree.NamesIn(folder)) {
+    const QStringList names = tree.NamesIn(folder);
+    for (const QString& name : names) {
         whole.body += tree.Find(folder + '/' + name.toUtf8())->content;
     }
     if (tree.Find(folder) == nullptr || !request.headers.Has("Destination")) {

@@ -19,6 +19,8 @@ public:
     ~FamilyServer() override;
 
     QByteArray CollectionPath() const override;
+
+    /// The id that the server has for the user.
     QByteArray UserId() const;
 
     /// Raw figures of the quota properties; negative ones have meanings: -1 not computed, -2 unknown, -3 unlimited.

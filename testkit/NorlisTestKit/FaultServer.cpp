@@ -219,7 +219,8 @@ int FaultServer::OpenConnections() const
 {
     int count = 0;
     OnThread([&] {
-        for (const auto* socket : listener ? listener->findChildren<QTcpSocket*>() : QList<QTcpSocket*>()) {
+        const auto sockets = listener ? listener->findChildren<QTcpSocket*>() : QList<QTcpSocket*>();
+        for (const auto* socket : sockets) {
             count += socket->state() == QAbstractSocket::ConnectedState ? 1 : 0;
         }
     });

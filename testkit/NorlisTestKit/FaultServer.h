@@ -20,11 +20,11 @@ class FaultDesk;
 
 /// A request that came to a server.
 struct SeenRequest {
-    QByteArray method;
-    QByteArray target; ///< path and query, percent-encoded
-    ServerHeaders headers;
-    QByteArray body; ///< up to 64 KiB of it
-    qint64 bodyBytes = 0;
+    QByteArray method;       ///< "GET"
+    QByteArray target;       ///< path and query, percent-encoded
+    ServerHeaders headers;   ///< in the order in which they came
+    QByteArray body;         ///< up to 64 KiB of it
+    qint64 bodyBytes = 0;    ///< all of it
     bool isComplete = false; ///< the whole body has come
     int connection = 0;      ///< number of the connection, from 1
     int status = 0;          ///< of the ordinary answer; 0 when there was none
@@ -63,11 +63,16 @@ public:
     FaultServer(const FaultServer&) = delete;
     FaultServer& operator=(const FaultServer&) = delete;
 
+    /// On 127.0.0.1.
     quint16 Port() const;
+
+    /// The only one that there is.
     QString User() const;
 
     /// The password of the user (RFC 7617), and as good as a bearer token (RFC 6750).
     QString Password() const;
+
+    /// From the next request on.
     void SetPassword(const QString& newPassword);
 
     /// "http://127.0.0.1:1234" or "https://...", without a slash at the end.
@@ -96,19 +101,29 @@ public:
 
     /// For the next requests of that kind, which When names by method and by a part of the target.
     void Misbehave(const When& when, const Misbehaviour& misbehaviour);
+
+    /// Forgets what was to go wrong. Requests that hang already go on hanging.
     void BehaveAgain();
 
     /// What has come since the start, or since ForgetRequests, in order; of one method, or all of it.
     std::vector<SeenRequest> Requests() const;
+
+    /// Those of one method.
     std::vector<SeenRequest> Requests(const QByteArray& method) const;
+
+    /// How many requests of one method have come.
     int Count(const QByteArray& method) const;
-    int Connections() const; ///< that were made, up to now
-    int OpenConnections() const;
+    int Connections() const;     ///< that were made, up to now
+    int OpenConnections() const; ///< that neither side has closed
+
+    /// Begins the log anew.
     void ForgetRequests();
 
     /// Closes everything: nobody listens then. Start listens at the same port again, and throws std::runtime_error when
     /// somebody else has taken it meanwhile.
     void Stop();
+
+    /// After Stop.
     void Start();
 
 protected:
@@ -122,6 +137,7 @@ protected:
     mutable MemoryTree tree; ///< guarded
     QByteArray password;     ///< guarded
 
+    /// Encrypted if there is a certificate.
     explicit FaultServer(std::optional<ServerCertificate> certificate);
 
 private:

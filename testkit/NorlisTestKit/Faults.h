@@ -18,6 +18,7 @@ namespace Norlis::TestKit {
 ///     When("PUT").From(2).Times(3)         the second, third and fourth
 ///     When("*").Always()                   all calls of whatever operation
 struct When {
+    /// As often as it is called.
     static constexpr int always = std::numeric_limits<int>::max();
 
     /// \param operation   name of a function, or of an HTTP method; "*" is any
@@ -35,20 +36,24 @@ struct When {
         from = number;
         return *this;
     }
+
+    /// So many calls, one after the other.
     When& Times(int number)
     {
         times = number;
         return *this;
     }
+
+    /// All of them, from the first one on.
     When& Always()
     {
         return Times(always);
     }
 
-    QByteArray operation;
-    QByteArray inArguments;
-    int from = 1;
-    int times = 1;
+    QByteArray operation;   ///< "*" is any
+    QByteArray inArguments; ///< empty is any
+    int from = 1;           ///< number of the first call
+    int times = 1;          ///< how many calls
 };
 
 /// The faults that a collaborator was told to have. Belongs to one thread at a time.
@@ -72,6 +77,7 @@ public:
         rules.push_back({when, std::move(fault), 0});
     }
 
+    /// Forgets all faults.
     void Clear()
     {
         rules.clear();

@@ -7,10 +7,10 @@ namespace Norlis::TestKit {
 /// Account settings as a test sets them; counts the questions.
 class FixedAccountSettings : public PDF::Settings::ICloudAccountSettings {
 public:
-    bool autoRefresh = false;
-    int interval = 60000; ///< milliseconds
-    int enabledQuestions = 0;
-    int intervalQuestions = 0;
+    bool autoRefresh = false;  ///< the answer of IsAutoRefreshEnabled
+    int interval = 60000;      ///< milliseconds; the answer of GetAutoRefreshInterval
+    int enabledQuestions = 0;  ///< how often IsAutoRefreshEnabled was called
+    int intervalQuestions = 0; ///< how often GetAutoRefreshInterval was called
 
     bool IsAutoRefreshEnabled() override
     {

@@ -10,6 +10,7 @@ namespace Norlis::TestKit {
 /// were used; a test compares the lines with what it expects. Used on one thread.
 class Journal {
 public:
+    /// Adds a line at the end.
     void Write(const std::string& line)
     {
         lines.push_back(line);

@@ -14,10 +14,10 @@ namespace Norlis::TestKit {
 
 /// A document or a collection in memory.
 struct MemoryNode {
-    bool isCollection = false;
-    QByteArray content;
-    QByteArray etag; ///< with its quotes
-    QDateTime modifiedAt;
+    bool isCollection = false;                     ///< or a document
+    QByteArray content;                            ///< of a document
+    QByteArray etag;                               ///< with its quotes
+    QDateTime modifiedAt;                          ///< UTC
     qint64 number = 0;                             ///< stays with the document when it is moved
     std::map<PropertyName, QByteArray> properties; ///< set by clients; text
 };
@@ -35,8 +35,13 @@ public:
     /// Paths are decoded, without a slash at the end. Null when there is nothing.
     MemoryNode* Find(const QByteArray& path);
 
+    /// Unlike a client, which needs a collection to put it into.
     MemoryNode& MakeCollection(const QByteArray& path);
+
+    /// Adds a document or replaces its content.
     MemoryNode& Put(const QByteArray& path, const QByteArray& content);
+
+    /// With everything in it.
     void Remove(const QByteArray& path);
 
     /// Names of what is directly in a collection, sorted.

@@ -22,6 +22,7 @@ public:
     /// Does what the request asks for, well, and returns the answer.
     virtual ServerAnswer Do(const ServerRequest& request) = 0;
 
+    /// Sends bytes that need not be an answer.
     virtual void Send(const QByteArray& bytes) = 0;
 
     /// Sends pieces of so many bytes with pauses between, and finishes then.
@@ -44,9 +45,10 @@ public:
 /// Something that a server does instead of answering a request well: one of the catalogue below, or a function of the
 /// test's own. The function runs on the server's thread.
 struct Misbehaviour {
+    /// More than any body has.
     static constexpr qint64 wholeBody = std::numeric_limits<qint64>::max();
 
-    std::function<void(Wire&)> act;
+    std::function<void(Wire&)> act;    ///< what is done
     qint64 afterBodyBytes = wholeBody; ///< how much of the request's body comes before that; 0 acts upon its head
 };
 

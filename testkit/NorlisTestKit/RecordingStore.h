@@ -26,6 +26,7 @@ enum class StoreFault {
 /// one left.
 class RecordingStore : public PDF::Cloud::ICloudInfoStorage {
 public:
+    /// One record: key to value.
     using Fields = std::map<std::string, std::string>;
 
     /// What is stored: document id to its fields.
@@ -39,6 +40,8 @@ public:
     {
         faults.Add(when, fault);
     }
+
+    /// Forgets what was to go wrong.
     void BehaveAgain()
     {
         faults.Clear();

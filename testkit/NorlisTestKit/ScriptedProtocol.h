@@ -34,23 +34,28 @@ namespace Norlis::TestKit {
 /// Used on one thread, that of the manager over it, and shared with the manager, so that the test has it in hand.
 class ScriptedProtocol : public PDF::Cloud::ICloudProtocol {
 public:
+    /// Short for it.
     using RequestResult = Social::RequestResult;
+
+    /// What an upload is answered with.
     using Sharing = Social::NorlisCloudSharingResult;
 
+    /// A call that came.
     struct Call {
-        std::string operation; ///< "uploadFile"
-        qint64 id = -1;        ///< the id returned, or the one given to cancelOperation
-        QMap<QString, QString> fields = {};
-        QMap<QString, QString> extra = {};
-        QString localPath = {};
+        std::string operation;              ///< "uploadFile"
+        qint64 id = -1;                     ///< the id returned, or the one given to cancelOperation
+        QMap<QString, QString> fields = {}; ///< empty where the operation has none
+        QMap<QString, QString> extra = {};  ///< as above
+        QString localPath = {};             ///< of uploadFile
     };
 
+    /// \param journal shared with who reads it
     explicit ScriptedProtocol(std::shared_ptr<Journal> journal = std::make_shared<Journal>());
     ~ScriptedProtocol() override;
 
     /// What loggedIn() answers, and how often it was asked.
     bool signedIn = true;
-    int loginQuestions = 0;
+    int loginQuestions = 0; ///< calls of loggedIn()
 
     /// Operations that are refused with -1: they are recorded, and their callbacks are destroyed.
     std::set<std::string> refused;
@@ -65,10 +70,13 @@ public:
     /// Everything but loggedIn().
     std::vector<Call> calls;
 
+    /// Those of one operation, in order.
     std::vector<Call> CallsOf(const std::string& operation) const;
 
     /// std::logic_error when there was none. Valid until the next call.
     const Call& LastCall(const std::string& operation) const;
+
+    /// The id of the last call of an operation; std::logic_error when there was none.
     qint64 LastId(const std::string& operation) const;
 
     /// Requests that were started and neither answered nor cancelled.
@@ -92,11 +100,17 @@ public:
     /// Calls the progress callback of an upload or a download.
     /// \param value percent
     void Progress(qint64 id, int value);
+
+    /// As Progress, but tells the callback another id than its own.
     void ProgressAs(qint64 request, qint64 id, int value);
 
     /// Destroys the callbacks of a request, even while one of them runs.
     void Drop(qint64 id);
 
+    /// \name Called by the manager
+    /// @{
+
+    /// Recorded, and held until the test answers; see Ability.h for what it asks for.
     qint64 auth(const QMap<QString, QString>& fields, std::function<void(qint64, RequestResult)>&& done) override;
     void logout() override;
     bool loggedIn() override;
@@ -118,6 +132,8 @@ public:
     qint64 retrievePreview(const QMap<QString, QString>& fields,
                            std::function<void(qint64, RequestResult, QPixmap)>&& done) override;
     void cancelOperation(qint64 id) override;
+
+    /// @}
 
 private:
     template <typename... Payload>

@@ -10,34 +10,45 @@
 // HTTP/1.1 as a server sees it (RFC 9112), no more of it than tests need.
 namespace Norlis::TestKit {
 
+/// Names and values, in their order.
 struct ServerHeaders : std::vector<std::pair<QByteArray, QByteArray>> {
     using vector::vector;
 
     /// Of the first of that name, whatever its case; empty when there is none.
     QByteArray Value(const QByteArray& name) const;
+
+    /// Whether there is one of that name, whatever its case.
     bool Has(const QByteArray& name) const;
+
+    /// Replaces the first of that name, or adds it.
     void Set(const QByteArray& name, const QByteArray& value);
 };
 
+/// A request that came.
 struct ServerRequest {
-    QByteArray method;
-    QByteArray target; ///< as it came: path and query, percent-encoded
-    ServerHeaders headers;
-    QByteArray body;
+    QByteArray method;     ///< "GET"
+    QByteArray target;     ///< as it came: path and query, percent-encoded
+    ServerHeaders headers; ///< in the order in which they came
+    QByteArray body;       ///< as far as it has come
 
     /// The target's path, decoded, without a slash at its end; "/" is the root.
     QByteArray Path() const;
+
+    /// Whether the client will send nothing more on the connection.
     bool WantsToClose() const;
 };
 
+/// An answer to be sent.
 struct ServerAnswer {
-    int status = 200;
-    ServerHeaders headers;
-    QByteArray body;
+    int status = 200;           ///< RFC 9110, 15
+    ServerHeaders headers;      ///< without Content-Length, unless another one is to be claimed
+    QByteArray body;            ///< may be empty
     bool isBodyLeftOut = false; ///< as in the answer to HEAD, whose headers speak of the body all the same
 
     /// Status line and headers, with a Content-Length unless there is one, and the empty line.
     QByteArray Head() const;
+
+    /// Head and body.
     QByteArray Bytes() const;
 };
 
@@ -52,15 +63,19 @@ QByteArray EscapedForXml(const QByteArray& text);
 /// Takes a request out of the bytes of a connection, piece by piece.
 class RequestReader {
 public:
+    /// How far it is: Head and Body wait for more, the others have ended.
     enum class State { Head, Body, Complete, Broken };
 
     /// Takes bytes from the front of a buffer. Stops after the head, and when the request is complete.
     State Read(QByteArray* buffer);
 
+    /// What the last call of Read returned.
     State CurrentState() const
     {
         return state;
     }
+
+    /// What has been read of it.
     const ServerRequest& Request() const
     {
         return request;

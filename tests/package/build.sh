@@ -1,17 +1,23 @@
 #!/bin/bash
-# Builds the project as it is shipped, installs it, and moves the installed copy away from where it was installed.
+# Builds the project as the README tells to, in a folder that has nothing but the sources, and moves the installed copy
+# away from where it was installed.
 . "$(dirname "$0")/common.sh"
 
-# With what the description of the binary interface is read from, but not where that lies.
-flags="-g -femit-class-debug-always -ffile-prefix-map=$build=. -ffile-prefix-map=$tree=."
-if command -v ccache >/dev/null; then
-    export CMAKE_CXX_COMPILER_LAUNCHER=ccache
-fi
-cd "$tree"
-cmake --preset release -B "$build" -DCMAKE_CXX_FLAGS="$flags"
-cmake --build "$build"
+# What was built before stays, and so do the times of the files: only what has changed is built again.
+mkdir -p "$sources"
+find "$sources" -mindepth 1 -maxdepth 1 ! -name build -exec rm -r {} +
+tar -C "$tree" --exclude=./build --exclude=./.git -c . | tar -C "$sources" -x
+cd "$sources"
 
-prefix=$(new_folder installed)
-cmake --install "$build" --prefix "$prefix" --strip
-rm -rf "$work/prefix"
-mv "$prefix" "$work/prefix"
+# With what the description of the binary interface is read from, but not where that lies.
+export CXXFLAGS="-g -femit-class-debug-always -ffile-prefix-map=$build=. -ffile-prefix-map=$sources=."
+if command -v ccache >/dev/null; then
+    CCACHE_DIR=$(ccache -k cache_dir)
+    export CCACHE_DIR CMAKE_CXX_COMPILER_LAUNCHER=ccache
+fi
+commands=$(session README.md build)
+home=$(new_folder home)
+HOME=$home bash -euxo pipefail -c "$commands"
+
+rm -rf "$prefix"
+mv "$home/norlis" "$prefix"

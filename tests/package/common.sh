@@ -5,7 +5,8 @@ shopt -s inherit_errexit
 
 tree=$1
 work=$2
-build=$work/build
+sources=$work/norlis-cloud
+build=$sources/build/release
 prefix=${3:-$work/prefix}
 version=$(sed -n 's/^project(.* VERSION \([0-9.]*\).*/\1/p' "$tree/CMakeLists.txt")
 export LC_ALL=C.UTF-8 QT_QPA_PLATFORM=offscreen
@@ -20,6 +21,11 @@ new_folder() {
     rm -rf "${work:?}/$1"
     mkdir -p "$work/$1"
     echo "$work/$1"
+}
+
+# session PAGE NAME: what a reader of a page does, as a script.
+session() {
+    "$tree/tests/docs/session.py" "$tree" "$@"
 }
 
 # expect_samples PROGRAM...: it lists the documents of a folder that holds the samples.

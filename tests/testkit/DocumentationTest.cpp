@@ -1,4 +1,3 @@
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -38,24 +37,6 @@ std::string ParameterNames(const std::string& parameters)
 }
 
 } // namespace
-
-TEST(TestKitDocumentationTest, ExamplesStandInThePageAsTheyAreCompiled)
-{
-    const std::string page = Read("docs/testkit.md");
-    std::vector<std::string> shown;
-    for (std::size_t begin = 0; (begin = page.find("```cpp\n", begin)) != std::string::npos;) {
-        begin += 7;
-        shown.push_back(page.substr(begin, page.find("```\n", begin) - begin));
-    }
-    std::vector<std::string> examples;
-    for (const auto& entry : std::filesystem::directory_iterator(project / "testkit/examples")) {
-        if (entry.path().extension() == ".cpp") {
-            examples.push_back(Read(entry.path()));
-        }
-    }
-    EXPECT_EQ(examples.size(), 3U);
-    EXPECT_THAT(shown, testing::UnorderedElementsAreArray(examples));
-}
 
 TEST(TestKitDocumentationTest, CatalogueOfMisbehavioursIsComplete)
 {

@@ -1,0 +1,14 @@
+#!/bin/bash
+# The program that the README begins with, written, built and run as it says.
+. "$(dirname "$0")/common.sh"
+
+folder=$(new_folder first-program)
+home=$(new_folder first-program-home)
+mkdir "$home/Documents"
+ln -s "$prefix" "$home/norlis"
+cd "$folder"
+commands=$(session README.md link)
+HOME=$home bash -euxo pipefail -c "$commands"
+
+runs_from "$home/norlis" build/first
+expect_samples build/first
