@@ -105,7 +105,7 @@ public:
     {
         return Send(
             request,
-            [done = std::move(done)](qint64 id, RequestResult result, Reply&& reply) {
+            [done = std::forward<Callback>(done)](qint64 id, RequestResult result, Reply&& reply) {
                 done(id, result, PayloadOf<Payload>(std::move(reply)));
             },
             std::move(progress));
@@ -114,18 +114,19 @@ public:
     template <typename Callback>
     qint64 SendForPixmap(const Request::Any& request, Callback&& done)
     {
-        return Send(request, [this, done = std::move(done)](qint64 id, RequestResult result, Reply&& reply) {
-            const QImage image = PayloadOf<QImage>(std::move(reply));
-            if (result == Success && !CanHavePixmaps()) {
-                const std::weak_ptr<bool> alive = life;
-                Report(id, Failed("Fetching a picture", {}, "The program has no QGuiApplication").failure);
-                if (!alive.expired()) {
-                    done(id, Error, {});
-                }
-                return;
-            }
-            done(id, result, image.isNull() ? QPixmap() : QPixmap::fromImage(image));
-        });
+        return Send(request,
+                    [this, done = std::forward<Callback>(done)](qint64 id, RequestResult result, Reply&& reply) {
+                        const QImage image = PayloadOf<QImage>(std::move(reply));
+                        if (result == Success && !CanHavePixmaps()) {
+                            const std::weak_ptr<bool> alive = life;
+                            Report(id, Failed("Fetching a picture", {}, "The program has no QGuiApplication").failure);
+                            if (!alive.expired()) {
+                                done(id, Error, {});
+                            }
+                            return;
+                        }
+                        done(id, result, image.isNull() ? QPixmap() : QPixmap::fromImage(image));
+                    });
     }
 
     void Report(qint64 id, OAuth2::Failure failure)

@@ -2,7 +2,7 @@
 
 #include <QVector>
 
-#include <wchar.h>
+#include <wchar.h> // NOLINT(modernize-deprecated-headers): for wcwidth, which is of POSIX
 
 namespace Norlis::Terminal {
 

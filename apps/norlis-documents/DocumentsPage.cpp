@@ -261,7 +261,12 @@ QWidget* DocumentsPage::Tools()
     search->setObjectName("search");
     search->setPlaceholderText(tr("Search"));
     search->setAccessibleName(tr("Search by name"));
-    search->setClearButtonEnabled(true);
+    const auto clear = search->addAction(GlyphIcon(Glyph::Cancel), QLineEdit::TrailingPosition);
+    clear->setToolTip(tr("Clear the Search"));
+    clear->setVisible(false);
+    connect(clear, &QAction::triggered, search, &QLineEdit::clear);
+    connect(search, &QLineEdit::textChanged, clear,
+            [clear](const QString& text) { clear->setVisible(!text.isEmpty()); });
     search->addAction(GlyphIcon(Glyph::Search), QLineEdit::LeadingPosition);
     order->setObjectName("order");
     order->setAccessibleName(tr("Order of the documents"));

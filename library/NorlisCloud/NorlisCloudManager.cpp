@@ -435,7 +435,7 @@ void NorlisCloudManager::RetrieveFilePreview(const std::shared_ptr<FileInfo>& re
     if (!Emit(&NorlisCloudManager::RetrieveFilePreviewStarted, file, previewSize)) {
         return;
     }
-    auto done = OnCompleted<QPixmap>([this, file, previewSize](qint64 id, RequestResult result, QPixmap pixmap) {
+    auto done = OnCompleted<QPixmap>([this, file, previewSize](qint64 id, RequestResult result, const QPixmap& pixmap) {
         transfers.remove(id);
         OnRetrieveFilePreviewCompleted(file, previewSize, result, pixmap);
     });
@@ -448,7 +448,7 @@ void NorlisCloudManager::RetrieveFilePreview(const std::shared_ptr<FileInfo>& re
 
 void NorlisCloudManager::OnRetrieveFilePreviewCompleted(const std::shared_ptr<FileInfo>& file,
                                                         FileInfo::PreviewSize previewSize, RequestResult result,
-                                                        QPixmap pixmap)
+                                                        const QPixmap& pixmap)
 {
     switch (result) {
     case Social::Success: {

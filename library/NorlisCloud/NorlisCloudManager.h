@@ -63,7 +63,7 @@ private:
     void OnUploadCompleted(const QString& path, RequestResult result, const Social::NorlisCloudSharingResult& sharing);
     void OnDownloadCompleted(const QString& directory, const FileInfo& file, RequestResult result);
     void OnRetrieveFilePreviewCompleted(const std::shared_ptr<FileInfo>& file, FileInfo::PreviewSize previewSize,
-                                        RequestResult result, QPixmap pixmap);
+                                        RequestResult result, const QPixmap& pixmap);
     void OnRetrieveUserQuotaCompleted(RequestResult result, QMap<QString, QuotaValue> quota);
 
     // The pattern that all requests follow: the login is required, "started" is emitted, the request is sent with

@@ -25,7 +25,7 @@ FolderService::FolderService(const OAuth2::AuthInfo& authInfo, const Listener& l
       previews(authInfo.cacheFolder, listener.reply)
 {
     stepTimer.setInterval(0);
-    QObject::connect(&stepTimer, &QTimer::timeout, [this] { Step(); });
+    QObject::connect(&stepTimer, &QTimer::timeout, &stepTimer, [this] { Step(); });
 }
 
 FolderService::~FolderService() = default;

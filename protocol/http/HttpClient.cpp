@@ -84,7 +84,7 @@ bool IsLoopback(const QByteArray& url)
 HttpClient::HttpClient(const Settings& settings, const Secrets& secrets) : settings(settings), secrets(secrets)
 {
     silenceTimer.setInterval(std::min(silenceCheck, std::max(settings.patience / 4, 1)));
-    QObject::connect(&silenceTimer, &QTimer::timeout, [this] {
+    QObject::connect(&silenceTimer, &QTimer::timeout, &silenceTimer, [this] {
         std::vector<qint64> running;
         for (const auto& [id, pending] : requests) {
             if (pending.exchange) {

@@ -34,7 +34,8 @@ PreviewCache::PreviewCache(const QString& folder, qint64 limit) : folder(folder)
         return;
     }
     QDir().mkpath(folder);
-    for (const QFileInfo& entry : Entries(folder)) {
+    const auto entries = Entries(folder);
+    for (const QFileInfo& entry : entries) {
         used += entry.size();
     }
 }

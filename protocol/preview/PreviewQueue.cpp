@@ -40,7 +40,7 @@ PreviewQueue::PreviewQueue(const QString& cacheFolder, std::function<void(qint64
         renderers.push_back(std::make_unique<RendererProcess>(program));
     }
     nextTimer.setInterval(0);
-    QObject::connect(&nextTimer, &QTimer::timeout, [this] { Next(); });
+    QObject::connect(&nextTimer, &QTimer::timeout, &nextTimer, [this] { Next(); });
 }
 
 PreviewQueue::~PreviewQueue() = default;
@@ -136,7 +136,7 @@ bool PreviewQueue::IsStillWanted(Waiting& next) const
     return !next.wanted.empty();
 }
 
-bool PreviewQueue::AnswerFromMemory(Waiting& next)
+bool PreviewQueue::AnswerFromMemory(const Waiting& next)
 {
     const auto reason = unrenderable.constFind(VersionKey(next.subject));
     if (reason != unrenderable.constEnd()) {

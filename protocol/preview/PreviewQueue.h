@@ -80,7 +80,7 @@ private:
     bool IsStillWanted(Waiting& next) const;
 
     /// Answers from what is known already. False when it is not.
-    bool AnswerFromMemory(Waiting& next);
+    bool AnswerFromMemory(const Waiting& next);
     void StartFetch(Waiting waiting);
     void OnFetched(int number, Fetched&& fetched);
     void Render(RendererProcess& renderer, Waiting waiting);

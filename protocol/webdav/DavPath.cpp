@@ -64,7 +64,7 @@ std::optional<DavPath> Segments(const QByteArray& path, HrefNotes& notes)
 
 std::optional<DavPath> Read(const QByteArray& text, const QByteArray& delimiters, HrefNotes* notes)
 {
-    HrefNotes unwanted;
+    HrefNotes unwanted = {};
     HrefNotes& found = notes ? *notes : unwanted;
     found = {};
 

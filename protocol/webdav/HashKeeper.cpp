@@ -8,7 +8,8 @@ HashKeeper::HashKeeper(WebDavServer& server) : server(server), requests(server.h
 
 void HashKeeper::Keep(const DavDocument& document)
 {
-    if (server.isFamily || document.etag.isEmpty() || document.md5.isEmpty() || !server.keepsProperties.value_or(true)) {
+    if (server.isFamily || document.etag.isEmpty() || document.md5.isEmpty() ||
+        !server.keepsProperties.value_or(true)) {
         return;
     }
     HttpRequest request = StoreHash(server.collection.UrlOf(document.name), document.md5, document.etag);

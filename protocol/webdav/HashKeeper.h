@@ -4,8 +4,8 @@
 
 namespace Norlis::Social {
 
-/// Stores the hashes of uploaded documents on the server, for the lists of later sign-ins and other machines. That goes on
-/// behind the uploads, since some servers take longer for it than for the document.
+/// Stores the hashes of uploaded documents on the server, for the lists of later sign-ins and other machines. That goes
+/// on behind the uploads, since some servers take longer for it than for the document.
 class HashKeeper {
 public:
     explicit HashKeeper(WebDavServer& server);

@@ -53,7 +53,7 @@ void Listing::Add(std::vector<DavEntry>&& entries)
         if (document && !result.documents.contains(document->id)) {
             TakeKnownHash(*document);
             result.files.append(document->ToCloudFile());
-            result.documents.insert(document->id, *std::move(document));
+            result.documents.insert(document->id, *document);
         } else if (IsLeftover(entry)) {
             result.leftovers.append(entry.name);
         }

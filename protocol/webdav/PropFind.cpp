@@ -133,7 +133,7 @@ std::optional<DavEntry> EntryOfDepth0(const HttpResponse& response, const DavPat
     if (response.Status() != 207 || !parser.Add(response.body) || !parser.Finish()) {
         return std::nullopt;
     }
-    for (DavEntry& entry : parser.TakeEntries()) {
+    for (const DavEntry& entry : parser.TakeEntries()) {
         if (entry.isSelf) {
             return entry;
         }

@@ -12,7 +12,7 @@ namespace Norlis::Test {
 
 namespace {
 
-class ioPathTest : public testing::Test {
+class ioPathTest : public testing::Test { // NOLINT(readability-identifier-naming)
 protected:
     ioPath In(const QString& name) const
     {

@@ -152,7 +152,6 @@ TEST_F(RemotePreviewTest, EndlessDocumentIsNotFetchedToItsEnd)
 
 TEST_F(RemotePreviewTest, ManyAreTakenBackAtOnceAndNoLongerFetched)
 {
-    QStringList ids;
     for (int number = 0; number < 100; ++number) {
         server.Put(QString::number(number) + ".pdf", PdfOfColor(Qt::red));
     }

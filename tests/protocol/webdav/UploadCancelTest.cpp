@@ -137,7 +137,7 @@ TEST_F(UploadCutTest, WhatAServerKeepsOfACanceledUploadOnlyThenIsRemovedToo)
     for (const bool isSignedOut : {false, true}) {
         LearnTheServer();
         const auto seen = std::make_shared<Seen>(); // used on the server's thread, also when this function is over
-        const auto keepForLater = [seen](Wire& wire) {
+        const auto keepForLater = [seen](const Wire& wire) {
             if (!seen->hasCome) {
                 seen->target = wire.Request().Path();
                 seen->hasCome = true;
