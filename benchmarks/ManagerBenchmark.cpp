@@ -187,6 +187,7 @@ void GettersOfAllDocuments(benchmark::State& state)
 {
     const auto list = FullList();
     std::vector<std::shared_ptr<FileInfo>> records;
+    records.reserve(documentCount);
     for (int number = 0; number < documentCount; ++number) {
         records.push_back(RecordOf(number));
     }

@@ -22,7 +22,6 @@ using namespace TestKit;
 using Host::CloudDocumentsModel;
 using PDF::FileInfo;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 FileInfo::CloudInfo CloudInfoOfSize(const std::string& id, quint64 size)
 {

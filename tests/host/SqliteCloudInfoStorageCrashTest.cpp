@@ -17,7 +17,6 @@ namespace Norlis::Host {
 
 namespace {
 
-using testing::AllOf;
 using testing::HasSubstr;
 using Records = std::map<std::string, std::map<std::string, std::string>>;
 

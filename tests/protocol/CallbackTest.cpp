@@ -6,8 +6,6 @@
 
 namespace Norlis::Test {
 
-using testing::IsEmpty;
-
 namespace {
 
 /// What the tests here need to know of a request, whatever its payload.

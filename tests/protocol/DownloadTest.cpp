@@ -6,8 +6,6 @@
 
 namespace Norlis::Test {
 
-using testing::IsEmpty;
-
 class DownloadTest : public SignedInContractTest {
 protected:
     /// Puts a document into the cloud and returns its id.

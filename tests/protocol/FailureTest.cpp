@@ -4,7 +4,6 @@
 
 namespace Norlis::Test {
 
-using testing::ElementsAre;
 using testing::IsEmpty;
 
 class FailureTest : public SignedInContractTest {
