@@ -132,7 +132,7 @@ ServerProcess::~ServerProcess()
     kill(-id, SIGTERM);
     const QDeadlineTimer deadline(2000);
     while (IsRunning() && !deadline.hasExpired()) {
-        QThread::msleep(1);
+        QThread::msleep(1); // the end of a process is no event of Qt's loop
     }
     kill(-id, SIGKILL); // before the id is given back, so that it is nobody else's
     while (waitpid(id, nullptr, 0) < 0 && errno == EINTR) {

@@ -160,7 +160,7 @@ bool WebDavServer::TryToStart()
         if (Answers()) {
             return true;
         }
-        QThread::msleep(2);
+        QThread::msleep(2); // servers do not tell when they begin to listen
     }
     process.reset();
     return false;
