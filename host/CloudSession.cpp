@@ -131,7 +131,7 @@ void CloudSession::Private::ConnectRemovals()
         }
         const auto id = QString::fromStdString(record->GetId());
         context.removedAt[id] = ++context.clock;
-        context.known.remove(id);
+        context.Forget(id);
         CloudSession& session = context.session;
         const QPointer<SessionContext> alive(&context);
         context.documents->Remove(record);

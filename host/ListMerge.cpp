@@ -178,7 +178,7 @@ void ListMerge::Remove(const QString& id)
         return;
     }
     Note(id, Change::Removed);
-    context.known.remove(id);
+    context.Forget(id);
     const auto held = context.documents->GetFileInfo(id);
     if (held) {
         context.documents->Remove(held);

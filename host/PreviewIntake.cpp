@@ -85,6 +85,7 @@ void PreviewIntake::Show(const QString& id, const Pictures& pictures)
     const auto held = context.documents->GetFileInfo(id);
     const auto known = context.known.find(id);
     if (!held || known == context.known.end()) {
+        context.Forget(id);
         for (const auto& picture : pictures) {
             if (alive && picture.wasAskedFor) {
                 Fail(id, notFetched, Cause("Preview", id, "the document is no longer in the list"));

@@ -3,6 +3,7 @@
 #include "RestorableStorage.h"
 
 #include <QDir>
+#include <QFile>
 #include <QPointer>
 
 namespace Norlis::Host {
@@ -150,6 +151,20 @@ bool SessionContext::Replace(const std::shared_ptr<FileInfo>& record)
         documents->Add(record);
     }
     return self;
+}
+
+void SessionContext::Forget(const QString& id)
+{
+    known.remove(id);
+    if (id.contains('/')) {
+        return; // which may lead out of the folder
+    }
+    // Where the library stores them, which keeps them for ever.
+    for (const auto size :
+         {FileInfo::PreviewSize::Small, FileInfo::PreviewSize::Medium, FileInfo::PreviewSize::Large}) {
+        QFile::remove(QDir::tempPath() + '/' + id + '_' + QString::fromStdString(FileInfo::previewSizetoString(size)) +
+                      ".png");
+    }
 }
 
 void SessionContext::BeginTransfer(const QString& id)

@@ -37,6 +37,12 @@ protected:
         }
     }
 
+    /// Those pictures of a document that are on disk.
+    static QStringList StoredPictures(const QString& id)
+    {
+        return QDir(QDir::tempPath()).entryList({id + "_*.png"}, QDir::Files, QDir::Name);
+    }
+
     QStringList PreviewsAt(int index)
     {
         return session->Documents().GetPreviewsSet(index).keys();
@@ -213,6 +219,38 @@ TEST_F(CloudSessionPreviewTest, PicturesKeepTheLocalCopyOfTheirDocument)
     ASSERT_TRUE(WaitForEvent("PreviewStored(1, large"));
     EXPECT_EQ(Held("1")->GetPath().utf8string(), path.toStdString());
     EXPECT_EQ(StatusOf("1"), Status::InSync);
+}
+
+TEST_F(CloudSessionPreviewTest, PicturesLeaveTheDiskWithTheirDocument)
+{
+    Refresh({EntryOf("removed"), EntryOf("departed"), EntryOf("kept")});
+    AnswerAll(TakePreviewCalls());
+    ASSERT_TRUE(WaitForEvent("PreviewStored(kept, large"));
+    ASSERT_EQ(StoredPictures("removed").size(), 3);
+    ASSERT_EQ(StoredPictures("departed").size(), 3);
+
+    session->Remove("removed");
+    ASSERT_TRUE(WaitForCalls("deleteFile", 1));
+    EXPECT_EQ(StoredPictures("removed").size(), 3) << "the service may refuse";
+    Answer("deleteFile", Social::Success);
+    ASSERT_TRUE(WaitForEvent("DocumentRemoved"));
+    EXPECT_EQ(StoredPictures("removed"), QStringList());
+
+    Reopen(); // it departs while nobody looks
+    Refresh({EntryOf("kept")});
+    EXPECT_EQ(StoredPictures("departed"), QStringList());
+    EXPECT_EQ(StoredPictures("kept").size(), 3);
+}
+
+TEST_F(CloudSessionPreviewTest, PicturesThatComeAfterTheirDocumentIsGoneLeaveTheDiskToo)
+{
+    Refresh({EntryOf("1")});
+    const auto late = TakePreviewCalls();
+    Refresh({});
+    AnswerAll(late);
+    EXPECT_EQ(StoredPictures("1").size(), 3);
+    LetWorkFinish();
+    EXPECT_EQ(StoredPictures("1"), QStringList());
 }
 
 TEST_F(CloudSessionPreviewTest, PictureOfADocumentThatIsGoneIsIgnoredUnlessSomebodyWaits)
