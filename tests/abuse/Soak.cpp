@@ -1,7 +1,7 @@
 // Uses two sessions, one over a folder and one over a WebDAV server, for as long as one likes, and says once a minute
 // what that takes: memory, descriptors, threads and files should stay where they are after the first minutes.
 //
-//   soak <seconds> <folder with PDF documents>
+//   Soak <seconds> <folder with PDF documents> [percent of a core that it takes, 15 unless told]
 
 #include <host/CloudSession.h>
 
@@ -20,6 +20,7 @@
 
 #include <cstdio>
 
+#include <malloc.h>
 #include <sys/resource.h>
 
 namespace {
@@ -30,7 +31,7 @@ using Host::CloudSession;
 using PDF::Cloud::AbstractCloudManager;
 
 constexpr int mostDocuments = 20;          // of a session
-constexpr double shareOfCore = 0.15;       // that the whole program takes, its renderers included
+constexpr double usualShare = 0.15;        // of a core that the whole program takes, its renderers included
 constexpr int timeBetweenSteps = 100;      // milliseconds between two steps, at least
 constexpr qint64 longestStep = 5 * 60'000; // milliseconds; a step that takes longer never ends
 constexpr int millisecondsPerMinute = 60'000;
@@ -70,6 +71,7 @@ public:
          const std::vector<QByteArray>& contents, quint32 seed)
         : contents(contents),
           random(seed),
+          name(QFileInfo(folder).fileName()),
           folders{folder + "/documents", folder + "/elsewhere"},
           session(folder + "/data", service, std::make_shared<TestKit::FixedAccountSettings>())
     {
@@ -106,7 +108,7 @@ public:
         const auto kind = random.bounded(6);
         if (count == 0 || (kind == 0 && count < mostDocuments)) {
             running = CloudProblem::Request::Upload;
-            const auto target = folders[0] + QStringLiteral("/document %1.pdf").arg(++lastNumber);
+            const auto target = folders[0] + QStringLiteral("/%1 %2.pdf").arg(name).arg(++lastNumber);
             Write(target, SomeContent());
             session.Upload({target});
             return;
@@ -198,6 +200,7 @@ private:
 
     const std::vector<QByteArray>& contents;
     QRandomGenerator random;
+    const QString name; ///< in those of its documents: ids are made of names, and all pictures are in one folder
     const std::array<QString, 2> folders;
     CloudSession session;
     bool isBusy = true;
@@ -227,10 +230,17 @@ qint64 ResidentMemory()
     return status.mid(begin, status.indexOf("kB", begin) - begin).trimmed().toLongLong();
 }
 
+/// KiB that were asked for and not given back; what the process has resident holds free room between them too.
+std::size_t UsedHeap()
+{
+    const auto heap = mallinfo2();
+    return (heap.uordblks + heap.hblkhd) / 1024;
+}
+
 void PrintRow(qint64 minutes, User& first, User& second, const QString& root)
 {
-    std::printf("%7lld %10d %8d %9d %9lld %11d %7d %6d %8.1f\n", minutes, first.operations + second.operations,
-                first.failures + second.failures, first.Documents() + second.Documents(), ResidentMemory(),
+    std::printf("%7lld %10d %8d %9d %9zu %9lld %11d %7d %6d %8.1f\n", minutes, first.operations + second.operations,
+                first.failures + second.failures, first.Documents() + second.Documents(), UsedHeap(), ResidentMemory(),
                 CountOf("/proc/self/fd") - 1, CountOf("/proc/self/task"), CountOf(root, QDirIterator::Subdirectories),
                 ProcessorTime());
     std::fflush(stdout);
@@ -250,12 +260,13 @@ int main(int argc, char** argv)
 
     const auto arguments = QGuiApplication::arguments();
     const qint64 duration = arguments.value(1).toLongLong() * 1000;
+    const double share = arguments.size() > 3 ? arguments[3].toDouble() / 100 : usualShare;
     std::vector<QByteArray> contents;
     for (const auto& file : QDir(arguments.value(2)).entryInfoList({"*.pdf"}, QDir::Files)) {
         contents.push_back(Read(file.filePath()));
     }
-    if (duration <= 0 || contents.empty()) {
-        std::fputs("Usage: soak <seconds> <folder with PDF documents>\n", stderr);
+    if (duration <= 0 || share <= 0 || contents.empty()) {
+        std::fputs("Usage: Soak <seconds> <folder with PDF documents> [percent of a core]\n", stderr);
         return 2;
     }
 
@@ -275,7 +286,7 @@ int main(int argc, char** argv)
     QTimer steps;
     QObject::connect(&steps, &QTimer::timeout, [&] {
         server.ForgetRequests();
-        if (ProcessorTime() < shareOfCore * static_cast<double>(elapsed.elapsed()) * 1e-3) {
+        if (ProcessorTime() < share * static_cast<double>(elapsed.elapsed()) * 1e-3) {
             for (const auto& user : users) {
                 user->Step();
             }
@@ -283,7 +294,7 @@ int main(int argc, char** argv)
     });
     steps.start(timeBetweenSteps);
 
-    std::puts("minutes operations failures documents   RSS/KiB descriptors threads  files CPU time/s");
+    std::puts("minutes operations failures documents  heap/KiB   RSS/KiB descriptors threads  files CPU time/s");
     qint64 minutes = 0;
     QTimer report;
     QObject::connect(&report, &QTimer::timeout, [&] { PrintRow(++minutes, *users[0], *users[1], root.path()); });
