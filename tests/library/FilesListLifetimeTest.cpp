@@ -1,4 +1,5 @@
 #include "FilesManagerBench.h"
+#include "NotedDestruction.h"
 
 #include "support/SlotRunner.h"
 
@@ -122,24 +123,14 @@ TEST_F(FilesListLifetimeTest, RecordsOutliveTheListThatTheyAreSharedWith)
     EXPECT_EQ(record->GetId(), "a");
 }
 
-template <typename Base>
-class Noted : public Base {
-public:
-    std::function<void()> destroyed;
-    ~Noted() override
-    {
-        destroyed();
-    }
-};
-
 TEST(FilesListCollaboratorsTest, AreKeptForItsWholeLifeAndReleasedInReverseOrder)
 {
     std::vector<std::string> released;
-    auto store = std::make_shared<Noted<RecordingStore>>();
+    auto store = std::make_shared<NotedDestruction<RecordingStore>>();
     store->destroyed = [&] { released.emplace_back("store"); };
-    auto fileSystem = std::make_shared<Noted<FakeFileSystem>>();
+    auto fileSystem = std::make_shared<NotedDestruction<FakeFileSystem>>();
     fileSystem->destroyed = [&] { released.emplace_back("file system"); };
-    auto hashes = std::make_shared<Noted<CountingHashCalculator>>();
+    auto hashes = std::make_shared<NotedDestruction<CountingHashCalculator>>();
     hashes->destroyed = [&] { released.emplace_back("hash calculator"); };
     auto manager = std::make_unique<NorlisCloudFilesManager>(store, fileSystem, hashes);
     store.reset();

@@ -1,4 +1,5 @@
 #include "CloudManagerScenarios.h"
+#include "NotedDestruction.h"
 
 namespace Norlis::Test {
 
@@ -251,24 +252,14 @@ TEST_F(RegistryTest, ManagerHasNoParent)
     EXPECT_EQ(manager->parent(), nullptr);
 }
 
-template <typename Base>
-class Noted : public Base {
-public:
-    std::function<void()> destroyed;
-    ~Noted() override
-    {
-        destroyed();
-    }
-};
-
 TEST(CloudManagerCollaboratorsTest, AreKeptForItsWholeLifeAndReleasedInReverseOrder)
 {
     std::vector<std::string> released;
-    auto protocol = std::make_shared<Noted<ScriptedProtocol>>();
+    auto protocol = std::make_shared<NotedDestruction<ScriptedProtocol>>();
     protocol->destroyed = [&] { released.emplace_back("protocol"); };
-    auto hashes = std::make_shared<Noted<CountingHashCalculator>>();
+    auto hashes = std::make_shared<NotedDestruction<CountingHashCalculator>>();
     hashes->destroyed = [&] { released.emplace_back("hash calculator"); };
-    auto fileSystem = std::make_shared<Noted<FakeFileSystem>>();
+    auto fileSystem = std::make_shared<NotedDestruction<FakeFileSystem>>();
     fileSystem->destroyed = [&] { released.emplace_back("file system"); };
     auto manager =
         std::make_unique<NorlisCloudManager>(protocol, hashes, fileSystem, std::make_shared<FixedAccountSettings>());

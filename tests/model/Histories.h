@@ -158,4 +158,21 @@ void CheckRandomly(const Property& property, int cases)
 /// Empty when both traces are the same, else the first step in which they differ, written out.
 std::string Difference(const std::vector<Trace>& expected, const std::vector<Trace>& actual);
 
+/// Plays random histories on two stages and compares what is seen of each. The functions make a new stage each.
+template <typename Deeds, typename Library, typename Model>
+void CompareRandomly(const Deeds& deeds, const Library& library, const Model& model, int cases = 1000)
+{
+    CheckRandomly(
+        [&] {
+            const auto history = *AnyHistory(deeds);
+            const auto actual = library()->Play(history);
+            const auto expected = model()->Play(history);
+            const std::string difference = Difference(expected, actual);
+            if (!difference.empty()) {
+                RC_FAIL(difference);
+            }
+        },
+        cases);
+}
+
 } // namespace Norlis::Test
