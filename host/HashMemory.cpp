@@ -33,6 +33,9 @@ std::unique_ptr<SqliteConnection> Connect(const QString& file)
     }
     // After a power failure the last hashes may be missing: cheaper than waiting for the disk at each one.
     connection->Execute("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL");
+    // Hashes are looked up one here, one there, for as long as a program runs: pages of all of them would only fill up
+    // memory.
+    connection->Execute("PRAGMA cache_size = -256"); // KiB
     return connection;
 }
 
