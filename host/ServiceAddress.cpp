@@ -96,7 +96,8 @@ QUrl ServiceAddress(const QString& text, const QString& user)
 QString NormalizedPath(const QString& path)
 {
     QStringList kept;
-    for (const QString& segment : path.split('/', Qt::SkipEmptyParts)) {
+    const auto segments = path.split('/', Qt::SkipEmptyParts);
+    for (const QString& segment : segments) {
         const QString decoded = QUrl::fromPercentEncoding(segment.toUtf8());
         if (decoded != "." && decoded != "..") {
             kept.append(segment);

@@ -79,7 +79,7 @@ PropFindSink::PropFindSink(const DavPath& path, const QByteArray& origin, OnEntr
       onEntries(std::move(onEntries))
 {
     nextTurn.setSingleShot(true);
-    QObject::connect(&nextTurn, &QTimer::timeout, [this] {
+    QObject::connect(&nextTurn, &QTimer::timeout, &nextTurn, [this] {
         const auto whenReady = onReady; // it may destroy this object
         whenReady();
     });

@@ -60,7 +60,8 @@ QByteArray Md5(const QStringRef& text)
 QByteArray Md5OfChecksums(const QString& text)
 {
     const QString plain = text.simplified();
-    for (const QStringRef& item : plain.splitRef(' ')) {
+    const auto items = plain.splitRef(' ');
+    for (const QStringRef& item : items) {
         if (item.startsWith(QLatin1String("MD5:"), Qt::CaseInsensitive)) {
             return Md5(item.mid(4));
         }

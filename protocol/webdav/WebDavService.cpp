@@ -72,7 +72,7 @@ WebDavService::WebDavService(const OAuth2::AuthInfo& authInfo, const std::string
 {
     pool.setMaxThreadCount(mostTransfers);
     formerTimer.setInterval(20);
-    QObject::connect(&formerTimer, &QTimer::timeout, [this] { DropFormer(); });
+    QObject::connect(&formerTimer, &QTimer::timeout, &formerTimer, [this] { DropFormer(); });
 }
 
 WebDavService::~WebDavService()
@@ -86,7 +86,7 @@ WebDavService::~WebDavService()
     waitingTransfers.clear();
     QEventLoop loop;
     QTimer poll; // what it waits for ends in many ways
-    QObject::connect(&poll, &QTimer::timeout, [&] {
+    QObject::connect(&poll, &QTimer::timeout, &loop, [&] {
         if (IsAtRest()) {
             loop.quit();
         }

@@ -11,15 +11,15 @@
 using namespace Norlis;
 using Cloud = PDF::Cloud::NorlisCloudManager;
 
-struct UploadView { // the host's: what it says of an upload
+struct UploadView : QObject { // the host's: what it says of an upload
     explicit UploadView(Cloud& cloud)
     {
-        QObject::connect(&cloud, &Cloud::UploadingStarted, [this] { text = "Waiting"; });
-        QObject::connect(&cloud, &Cloud::UploadingProgressValueChanged,
-                         [this](const QString&, int percent) { text = QString("%1 %").arg(percent); });
-        QObject::connect(&cloud, &Cloud::UploadingFinished, [this] { text = "Stored"; });
-        QObject::connect(&cloud, &Cloud::UploadingFileRequestError, [this] { text = "Failed. Try again?"; });
-        QObject::connect(&cloud, &Cloud::UploadingCanceled, [this] { text = "Cancelled"; });
+        connect(&cloud, &Cloud::UploadingStarted, this, [this] { text = "Waiting"; });
+        connect(&cloud, &Cloud::UploadingProgressValueChanged, this,
+                [this](const QString&, int percent) { text = QString("%1 %").arg(percent); });
+        connect(&cloud, &Cloud::UploadingFinished, this, [this] { text = "Stored"; });
+        connect(&cloud, &Cloud::UploadingFileRequestError, this, [this] { text = "Failed. Try again?"; });
+        connect(&cloud, &Cloud::UploadingCanceled, this, [this] { text = "Cancelled"; });
     }
     QString text;
 };

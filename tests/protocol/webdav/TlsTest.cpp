@@ -88,9 +88,9 @@ TEST_F(TlsTest, ServerWithoutEncryptionGetsNothing)
     QTcpServer plain;
     ASSERT_TRUE(plain.listen(QHostAddress::LocalHost));
     QByteArray received;
-    QObject::connect(&plain, &QTcpServer::newConnection, [&] {
+    QObject::connect(&plain, &QTcpServer::newConnection, &plain, [&] {
         QTcpSocket* const socket = plain.nextPendingConnection();
-        QObject::connect(socket, &QTcpSocket::readyRead, [&received, socket] {
+        QObject::connect(socket, &QTcpSocket::readyRead, socket, [&received, socket] {
             received += socket->readAll();
             socket->write("HTTP/1.1 400 Bad Request\r\nContent-Length: 0\r\n\r\n");
         });
