@@ -1,5 +1,7 @@
 #pragma once
 
+#include <host/Interrupts.h>
+
 namespace Norlis::Terminal {
 
 /// What the program tells the shell that started it.
@@ -7,7 +9,7 @@ namespace ExitStatus {
 constexpr int success = 0;
 constexpr int failure = 1; ///< something that was asked for could not be done
 constexpr int usage = 2;   ///< the command line could not be understood; nothing was done
-constexpr int interrupted = 130;
+constexpr int interrupted = Host::Interrupts::exitStatus;
 } // namespace ExitStatus
 
 } // namespace Norlis::Terminal

@@ -1,9 +1,9 @@
 #include "Arguments.h"
 #include "Command.h"
 #include "ExitStatus.h"
-#include "Interrupts.h"
 #include "Output.h"
 
+#include <host/Interrupts.h>
 #include <host/LogFile.h>
 
 #include <QGuiApplication>
@@ -54,14 +54,14 @@ int StatusWithOutput(int exitStatus, Output& output)
 
 int Run(const Arguments& arguments)
 {
-    Interrupts interrupts;
+    Norlis::Host::Interrupts interrupts;
     Output output(arguments.json);
     int exitStatus = ExitStatus::failure;
     try {
         const auto settings = std::make_shared<Norlis::Host::CloudAccountSettings>(arguments.dataFolder);
         const Norlis::Host::LogFile log(arguments.dataFolder + "/log", "norlis-cloud");
         const auto command = MakeCommand({arguments, output, settings, interrupts.Descriptor()});
-        QObject::connect(&interrupts, &Interrupts::Interrupted, command.get(), &Command::Interrupt);
+        QObject::connect(&interrupts, &Norlis::Host::Interrupts::Interrupted, command.get(), &Command::Interrupt);
         // What ends inside Start ends before the event loop begins.
         QObject::connect(command.get(), &Command::Finished, qApp, &QCoreApplication::exit, Qt::QueuedConnection);
         command->Start();

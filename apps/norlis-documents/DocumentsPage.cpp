@@ -10,24 +10,14 @@
 #include <contracts/NorlisCloudProtocol.h>
 
 #include <QAction>
-#include <QActionGroup>
 #include <QComboBox>
-#include <QDesktopServices>
-#include <QDir>
 #include <QDragEnterEvent>
-#include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMenu>
-#include <QMenuBar>
-#include <QMessageBox>
 #include <QMimeData>
-#include <QMimeDatabase>
-#include <QPushButton>
 #include <QShortcut>
 #include <QSplitter>
 #include <QStackedWidget>
-#include <QStandardPaths>
 #include <QToolBar>
 #include <QVBoxLayout>
 
@@ -37,27 +27,15 @@ namespace Norlis::Window {
 
 using Host::CloudProblem;
 using Host::CloudSession;
-using Model = Host::CloudDocumentsModel;
 using PDF::Cloud::AbstractCloudManager;
-using State = PDF::FileInfo::CloudStatus;
 
 namespace {
 
 namespace Key {
 const auto mode = QStringLiteral("view/mode");
 const auto order = QStringLiteral("view/order");
-const auto downloadFolder = QStringLiteral("downloadFolder");
 const auto split = QStringLiteral("view/split");
 } // namespace Key
-
-// What the message bar can be about.
-namespace Topic {
-const auto files = QStringLiteral("files");
-const auto list = QStringLiteral("list");
-const auto removal = QStringLiteral("removal");
-const auto save = QStringLiteral("save");
-const auto signIn = QStringLiteral("signIn");
-} // namespace Topic
 
 struct OrderChoice {
     DocumentsFilter::Order order;
@@ -71,11 +49,6 @@ constexpr std::array<OrderChoice, 4> orderChoices = {{
     {DocumentsFilter::Order::Size, Qt::DescendingOrder},
 }};
 
-bool IsPdf(const QString& path)
-{
-    return QFileInfo(path).isFile() && QMimeDatabase().mimeTypeForFile(path).inherits("application/pdf");
-}
-
 QStringList LocalPaths(const QMimeData& data)
 {
     QStringList paths;
@@ -88,11 +61,6 @@ QStringList LocalPaths(const QMimeData& data)
     return paths;
 }
 
-bool IsChangedHere(int state)
-{
-    return state == static_cast<int>(State::ChangedLocally) || state == static_cast<int>(State::ChangedOnBothSides);
-}
-
 } // namespace
 
 DocumentsPage::DocumentsPage(CloudSession& session, QSettings& settings, QWidget* parent)
@@ -101,6 +69,7 @@ DocumentsPage::DocumentsPage(CloudSession& session, QSettings& settings, QWidget
       settings(settings),
       model(session.Documents()),
       transfers(session),
+      actions(*this),
       tools(new QToolBar),
       search(new QLineEdit),
       order(new QComboBox),
@@ -109,15 +78,16 @@ DocumentsPage::DocumentsPage(CloudSession& session, QSettings& settings, QWidget
       view(new DocumentsView),
       empty(new EmptyPage),
       status(new QLabel),
-      storage(new StorageBar)
+      storage(new StorageBar),
+      commands({session, settings, model, *view, transfers, *message}, *this)
 {
     setObjectName("documentsPage");
     setAcceptDrops(true);
     filter.setSourceModel(&model);
     view->setModel(&filter);
-    MakeActions();
     Arrange();
     Connect();
+    ConnectActions();
     Restore();
     UpdateActions();
     UpdateEmptyPage();
@@ -146,74 +116,9 @@ void DocumentsPage::OnSignedIn()
     UpdateActions();
 }
 
-void DocumentsPage::MakeActions()
-{
-    const auto make = [this](const QString& text, Glyph glyph, const QKeySequence& keys, const QString& tip,
-                             const auto& triggered) {
-        const auto action = new QAction(GlyphIcon(glyph), text, this);
-        action->setShortcut(keys);
-        action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
-        const QString plainKeys = keys.toString(QKeySequence::NativeText);
-        action->setToolTip(plainKeys.isEmpty() ? tip : tip + " (" + plainKeys + ')');
-        action->setStatusTip({});
-        connect(action, &QAction::triggered, this, triggered);
-        addAction(action);
-        return action;
-    };
-    actions.upload = make(tr("&Upload …"), Glyph::Upload, Qt::CTRL + Qt::Key_U, tr("Send PDF files to the cloud"),
-                          [this] { ChooseUploads(); });
-    actions.download = make(tr("&Download"), Glyph::Download, Qt::CTRL + Qt::Key_D,
-                            tr("Fetch the selected documents into the folder for downloads"), [this] { Download({}); });
-    actions.downloadTo =
-        make(tr("Download &To …"), Glyph::Folder, Qt::CTRL + Qt::SHIFT + Qt::Key_D,
-             tr("Fetch the selected documents into a folder that you choose"), [this] { ChooseDownloadFolder(); });
-    actions.open = make(tr("&Open"), Glyph::Open, QKeySequence::Open,
-                        tr("Open the selected documents, and fetch those that are not here"), [this] { Open(); });
-    actions.uploadChanges =
-        make(tr("Upload &Changes"), Glyph::UploadChanges, QKeySequence::Save,
-             tr("Replace the documents in the cloud by what you have changed here"), [this] { UploadChanges(); });
-    actions.remove = make(tr("&Remove …"), Glyph::Remove, QKeySequence::Delete,
-                          tr("Remove the selected documents from the cloud"), [this] { ConfirmRemoval(); });
-    actions.refresh =
-        make(tr("&Refresh"), Glyph::Refresh, QKeySequence::Refresh, tr("Fetch the list of documents again"), [this] {
-            session.Refresh();
-            session.Cloud().UserQuota();
-        });
-    actions.thumbnails =
-        make(tr("&Thumbnails"), Glyph::Thumbnails, Qt::CTRL + Qt::Key_1, tr("Show pictures"), [this] { SetMode(0); });
-    actions.list =
-        make(tr("&List"), Glyph::List, Qt::CTRL + Qt::Key_2, tr("Show one document per line"), [this] { SetMode(1); });
-    actions.find = make(tr("&Find"), Glyph::Search, QKeySequence::Find, tr("Look for a document by its name"), [this] {
-        search->setFocus(Qt::ShortcutFocusReason);
-        search->selectAll();
-    });
-    actions.signOut = make(tr("Sign &Out"), Glyph::Cancel, {}, tr("Forget the password and show another cloud"),
-                           [this] { emit SignOutWanted(); });
-
-    const auto modes = new QActionGroup(this);
-    for (QAction* const action : {actions.thumbnails, actions.list}) {
-        action->setCheckable(true);
-        modes->addAction(action);
-    }
-    view->addActions({actions.open, actions.download, actions.downloadTo, actions.uploadChanges, actions.remove});
-}
-
 void DocumentsPage::AddMenusTo(QMenuBar& bar)
 {
-    const auto add = [&](const QString& title, const QList<QAction*>& entries) {
-        const auto menu = new QMenu(title, this);
-        for (QAction* const entry : entries) {
-            if (entry) {
-                menu->addAction(entry);
-            } else {
-                menu->addSeparator();
-            }
-        }
-        bar.insertMenu(bar.actions().value(bar.actions().size() - 1), menu); // the last one is the program's own
-    };
-    add(tr("&Documents"), {actions.upload, nullptr, actions.open, actions.download, actions.downloadTo,
-                           actions.uploadChanges, nullptr, actions.remove, nullptr, actions.signOut});
-    add(tr("&View"), {actions.thumbnails, actions.list, nullptr, actions.find, actions.refresh});
+    actions.AddMenusTo(bar);
 }
 
 void DocumentsPage::Arrange()
@@ -248,16 +153,7 @@ QWidget* DocumentsPage::Tools()
 {
     tools->setAccessibleName(tr("Tools"));
     tools->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
-    for (QAction* const action :
-         {actions.upload, actions.download, actions.open, actions.uploadChanges, actions.remove, actions.refresh}) {
-        tools->addAction(action);
-        tools->widgetForAction(action)->setFocusPolicy(Qt::TabFocus);
-    }
-    tools->addSeparator();
-    for (QAction* const action : {actions.thumbnails, actions.list}) {
-        tools->addAction(action);
-        tools->widgetForAction(action)->setFocusPolicy(Qt::TabFocus);
-    }
+    actions.AddTo(*tools);
     search->setObjectName("search");
     search->setPlaceholderText(tr("Search"));
     search->setAccessibleName(tr("Search by name"));
@@ -329,8 +225,7 @@ void DocumentsPage::Connect()
     connect(&actionsUpdate, &QTimer::timeout, this, &DocumentsPage::UpdateActions);
     connect(&filter, &QAbstractItemModel::dataChanged, &actionsUpdate, qOverload<>(&QTimer::start));
     connect(view, &DocumentsView::SelectionChanged, this, &DocumentsPage::UpdateActions);
-    connect(view, &DocumentsView::activated, this, &DocumentsPage::Open);
-    connect(&transfers, &Transfers::ToBeOpened, this, &DocumentsPage::OpenFile);
+    connect(view, &DocumentsView::activated, &commands, &DocumentCommands::Open);
     connect(&transfers, &Transfers::CountsChanged, this, &DocumentsPage::UpdateActions);
     connect(search, &QLineEdit::textChanged, this, [this](const QString& text) {
         filter.Search(text);
@@ -346,7 +241,7 @@ void DocumentsPage::Connect()
     connect(order, qOverload<int>(&QComboBox::currentIndexChanged), this, &DocumentsPage::SortBy);
     connect(empty, &EmptyPage::ActionChosen, this, [this] {
         if (search->text().isEmpty()) {
-            ChooseUploads();
+            commands.ChooseUploads();
         } else {
             search->clear();
         }
@@ -354,6 +249,31 @@ void DocumentsPage::Connect()
     const auto splitter = findChild<QSplitter*>("split");
     connect(splitter, &QSplitter::splitterMoved, this,
             [this, splitter] { settings.setValue(Key::split, splitter->saveState()); });
+}
+
+void DocumentsPage::ConnectActions()
+{
+    const auto connectTo = [this](const QAction* action, const auto& triggered) {
+        connect(action, &QAction::triggered, this, triggered);
+    };
+    connectTo(actions.upload, [this] { commands.ChooseUploads(); });
+    connectTo(actions.download, [this] { commands.Download(); });
+    connectTo(actions.downloadTo, [this] { commands.ChooseDownloadFolder(); });
+    connectTo(actions.open, [this] { commands.Open(); });
+    connectTo(actions.uploadChanges, [this] { commands.UploadChanges(); });
+    connectTo(actions.remove, [this] { commands.Remove(); });
+    connectTo(actions.refresh, [this] {
+        session.Refresh();
+        session.Cloud().UserQuota();
+    });
+    connectTo(actions.thumbnails, [this] { SetMode(0); });
+    connectTo(actions.list, [this] { SetMode(1); });
+    connectTo(actions.find, [this] {
+        search->setFocus(Qt::ShortcutFocusReason);
+        search->selectAll();
+    });
+    connectTo(actions.signOut, [this] { emit SignOutWanted(); });
+    view->addActions({actions.open, actions.download, actions.downloadTo, actions.uploadChanges, actions.remove});
 }
 
 void DocumentsPage::Restore()
@@ -385,180 +305,7 @@ void DocumentsPage::dropEvent(QDropEvent* event)
 {
     event->setDropAction(Qt::CopyAction);
     event->accept();
-    Upload(LocalPaths(*event->mimeData()));
-}
-
-void DocumentsPage::ChooseUploads()
-{
-    const auto dialog = new QFileDialog(this, tr("Upload PDF Documents"), {}, tr("PDF documents (*.pdf *.PDF)"));
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setFileMode(QFileDialog::ExistingFiles);
-    connect(dialog, &QFileDialog::filesSelected, this, &DocumentsPage::Upload);
-    dialog->open();
-}
-
-void DocumentsPage::Upload(const QStringList& paths)
-{
-    QHash<QString, QString> idByPath;
-    for (int row = 0; row < model.rowCount(); ++row) {
-        const QString path = model.index(row).data(Model::PathRole).toString();
-        if (!path.isEmpty()) {
-            idByPath.insert(path, model.index(row).data(Model::IdRole).toString());
-        }
-    }
-    QStringList refused;
-    QStringList fresh;
-    QStringList changed;
-    for (const QString& path : paths) {
-        const QString known = idByPath.value(QFileInfo(path).canonicalFilePath());
-        if (!IsPdf(path)) {
-            refused.append(QFileInfo(path).fileName());
-        } else if (known.isEmpty()) {
-            fresh.append(QFileInfo(path).absoluteFilePath());
-        } else {
-            changed.append(known);
-        }
-    }
-    ReplaceInCloud(changed);
-    transfers.Upload(fresh);
-    if (refused.isEmpty()) {
-        message->Close(Topic::files);
-    } else {
-        message->Show(Topic::files,
-                      refused.size() == 1
-                          ? tr("“%1” is not a PDF document and was not uploaded.").arg(refused.first())
-                          : tr("%n of the files are not PDF documents and were not uploaded.", nullptr, refused.size()),
-                      {});
-    }
-}
-
-QString DocumentsPage::DownloadFolder() const
-{
-    return settings.value(Key::downloadFolder, QStandardPaths::writableLocation(QStandardPaths::DownloadLocation))
-        .toString();
-}
-
-void DocumentsPage::ChooseDownloadFolder()
-{
-    const auto dialog = new QFileDialog(this, tr("Download To"), DownloadFolder());
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setFileMode(QFileDialog::Directory);
-    dialog->setOption(QFileDialog::ShowDirsOnly);
-    connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& folder) {
-        settings.setValue(Key::downloadFolder, folder);
-        Download(folder);
-    });
-    dialog->open();
-}
-
-/// \param folder empty: where the local copy is, or else the folder for downloads
-void DocumentsPage::Download(const QString& folder)
-{
-    const auto indexes = view->selectionModel()->selectedIndexes();
-    for (const auto& index : indexes) {
-        const QString path = index.data(Model::PathRole).toString();
-        const QString usual = path.isEmpty() ? DownloadFolder() : QFileInfo(path).absolutePath();
-        const QString target = folder.isEmpty() ? usual : folder;
-        QDir().mkpath(target);
-        transfers.Download(index.data(Model::IdRole).toString(), target);
-    }
-}
-
-void DocumentsPage::Open()
-{
-    const QStringList ids = view->SelectedIds();
-    for (const QString& id : ids) {
-        const QString path = model.index(model.RowOf(id)).data(Model::PathRole).toString();
-        if (QFileInfo::exists(path)) {
-            OpenFile(path);
-        } else {
-            QDir().mkpath(DownloadFolder());
-            transfers.Download(id, DownloadFolder(), true);
-        }
-    }
-}
-
-void DocumentsPage::OpenFile(const QString& path)
-{
-    if (!QDesktopServices::openUrl(QUrl::fromLocalFile(path))) {
-        message->Show(
-            Topic::files, tr("“%1” cannot be opened.").arg(QFileInfo(path).fileName()),
-            tr("There is no program for PDF documents. The document is at %1.").arg(QDir::toNativeSeparators(path)));
-    }
-}
-
-void DocumentsPage::UploadChanges()
-{
-    QStringList ids;
-    for (const auto& index : view->selectionModel()->selectedIndexes()) {
-        if (IsChangedHere(index.data(Model::StateRole).toInt())) {
-            ids.append(index.data(Model::IdRole).toString());
-        }
-    }
-    ReplaceInCloud(ids);
-}
-
-void DocumentsPage::ReplaceInCloud(const QStringList& ids)
-{
-    QStringList conflicts;
-    for (const QString& id : ids) {
-        const int state = model.index(model.RowOf(id)).data(Model::StateRole).toInt();
-        if (state == static_cast<int>(State::ChangedOnBothSides) || state == static_cast<int>(State::ChangedInCloud)) {
-            conflicts.append(id);
-        } else {
-            transfers.UploadChanges(id);
-        }
-    }
-    if (conflicts.isEmpty()) {
-        return;
-    }
-    const QString question =
-        conflicts.size() == 1
-            ? tr("“%1” has changed in the cloud too. Replace it?").arg(NameOf(conflicts.first()))
-            : tr("%n documents have changed in the cloud too. Replace them?", nullptr, conflicts.size());
-    Ask("confirmReplacement", question,
-        tr("What was changed in the cloud is lost then. Download it into another folder first "
-           "to keep both."),
-        tr("Replace"), [this, conflicts] {
-            for (const QString& id : conflicts) {
-                transfers.UploadChanges(id);
-            }
-        });
-}
-
-void DocumentsPage::ConfirmRemoval()
-{
-    const QStringList ids = view->SelectedIds();
-    if (ids.isEmpty()) {
-        return;
-    }
-    const QString question = ids.size() == 1 ? tr("Remove “%1” from the cloud?").arg(NameOf(ids.first()))
-                                             : tr("Remove %n documents from the cloud?", nullptr, ids.size());
-    Ask("confirmRemoval", question, tr("This cannot be undone. Copies on this computer stay where they are."),
-        tr("Remove"), [this, ids] {
-            message->Close(Topic::removal);
-            for (const QString& id : ids) {
-                session.Remove(id);
-            }
-        });
-}
-
-void DocumentsPage::Ask(const QString& name, const QString& question, const QString& explanation,
-                        const QString& consent, const std::function<void()>& action)
-{
-    const auto box = new QMessageBox(QMessageBox::Question, consent, question, QMessageBox::Cancel, this);
-    box->setObjectName(name);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->setTextFormat(Qt::PlainText); // names come from elsewhere
-    box->setInformativeText(explanation);
-    const QAbstractButton* const yes = box->addButton(consent, QMessageBox::DestructiveRole);
-    box->setDefaultButton(QMessageBox::Cancel);
-    connect(box, &QMessageBox::buttonClicked, this, [yes, action](const QAbstractButton* button) {
-        if (button == yes) {
-            action();
-        }
-    });
-    box->open();
+    commands.Upload(LocalPaths(*event->mimeData()));
 }
 
 void DocumentsPage::SetMode(int mode)
@@ -592,7 +339,7 @@ void DocumentsPage::OnFailed(const CloudProblem& problem)
         }
         return;
     }
-    const QString title = ProblemTitle(problem, NameOf(problem.subject));
+    const QString title = ProblemTitle(problem, commands.NameOf(problem.subject));
     const QString detail = ProblemDetail(problem);
     switch (problem.request) {
     case CloudProblem::Request::SignIn:
@@ -622,18 +369,8 @@ void DocumentsPage::OnFailed(const CloudProblem& problem)
 
 void DocumentsPage::UpdateActions()
 {
-    const auto selected = view->selectionModel()->selectedIndexes();
-    const bool canAct = isSignedIn && !selected.isEmpty();
-    const bool isAnyChanged = std::any_of(selected.begin(), selected.end(), [](const QModelIndex& index) {
-        return IsChangedHere(index.data(Model::StateRole).toInt());
-    });
-    actions.upload->setEnabled(isSignedIn);
-    actions.download->setEnabled(canAct);
-    actions.downloadTo->setEnabled(canAct);
-    actions.open->setEnabled(!selected.isEmpty());
-    actions.uploadChanges->setEnabled(isSignedIn && isAnyChanged);
-    actions.remove->setEnabled(canAct);
-    actions.refresh->setEnabled(isSignedIn && !HasRunningTransfers()); // the library refreshes between transfers only
+    const bool isAnySelected = !view->SelectedIds().isEmpty();
+    actions.Update({isSignedIn, HasRunningTransfers(), isAnySelected, !commands.ChangedHere().isEmpty()});
 }
 
 void DocumentsPage::UpdateEmptyPage()
@@ -660,12 +397,6 @@ void DocumentsPage::UpdateStatus()
                          : refreshedAt.isNull() ? QString()
                                                 : tr("as of %1").arg(TimeText(refreshedAt.time()));
     status->setText(when.isEmpty() ? count : count + " · " + when);
-}
-
-QString DocumentsPage::NameOf(const QString& id) const
-{
-    const int row = model.RowOf(id);
-    return row < 0 ? id : model.index(row).data(Model::NameRole).toString();
 }
 
 } // namespace Norlis::Window

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "DocumentActions.h"
+#include "DocumentCommands.h"
 #include "DocumentsFilter.h"
 #include "Transfers.h"
 
@@ -10,7 +12,6 @@
 #include <QTimer>
 #include <QWidget>
 
-class QAction;
 class QComboBox;
 class QLabel;
 class QLineEdit;
@@ -48,9 +49,6 @@ public:
     /// Tells of a problem above the documents.
     void Tell(const QString& title, const QString& detail);
 
-    /// Sends PDF files. Those that are local copies of documents replace these, all others become new documents.
-    void Upload(const QStringList& paths);
-
 signals:
     void SignInWanted();
     void SignOutWanted();
@@ -60,39 +58,13 @@ protected:
     void dropEvent(QDropEvent* event) override;
 
 private:
-    struct Actions {
-        QAction* upload;
-        QAction* download;
-        QAction* downloadTo;
-        QAction* open;
-        QAction* uploadChanges;
-        QAction* remove;
-        QAction* refresh;
-        QAction* thumbnails;
-        QAction* list;
-        QAction* find;
-        QAction* signOut;
-    };
-
-    void MakeActions();
     void Arrange();
     QWidget* Tools();
     QWidget* Status();
     void Connect();
+    void ConnectActions();
     void Restore();
 
-    void ChooseUploads();
-    void ChooseDownloadFolder();
-    void Download(const QString& folder);
-    void Open();
-    void OpenFile(const QString& path);
-    void UploadChanges();
-
-    /// Asks before it replaces what has changed in the cloud too.
-    void ReplaceInCloud(const QStringList& ids);
-    void ConfirmRemoval();
-    void Ask(const QString& name, const QString& question, const QString& explanation, const QString& consent,
-             const std::function<void()>& action);
     void SetMode(int mode);
     void SortBy(int choice);
 
@@ -100,15 +72,13 @@ private:
     void UpdateActions();
     void UpdateEmptyPage();
     void UpdateStatus();
-    QString DownloadFolder() const;
-    QString NameOf(const QString& id) const;
 
     Host::CloudSession& session;
     QSettings& settings;
     Host::CloudDocumentsModel model;
     DocumentsFilter filter;
     Transfers transfers;
-    Actions actions = {};
+    DocumentActions actions;
 
     QToolBar* const tools;
     QLineEdit* const search;
@@ -119,6 +89,7 @@ private:
     EmptyPage* const empty;
     QLabel* const status;
     StorageBar* const storage;
+    DocumentCommands commands;
 
     QTimer actionsUpdate; ///< one for many changes of documents
     QString token;        ///< of a sign-in that is tried again

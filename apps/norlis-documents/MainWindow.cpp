@@ -212,14 +212,17 @@ void MainWindow::CloseSession()
     account.reset();
 }
 
+void MainWindow::CloseUnasked()
+{
+    isCloseConfirmed = true;
+    close();
+}
+
 void MainWindow::closeEvent(QCloseEvent* event)
 {
     if (documents && documents->HasRunningTransfers() && !isCloseConfirmed) {
         event->ignore();
-        Whenever(true, tr("Quit and cancel the transfers that are running?"), [this] {
-            isCloseConfirmed = true;
-            close();
-        });
+        Whenever(true, tr("Quit and cancel the transfers that are running?"), [this] { CloseUnasked(); });
         return;
     }
     settings.setValue(Key::geometry, saveGeometry());

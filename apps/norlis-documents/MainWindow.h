@@ -29,6 +29,9 @@ public:
     /// Signs in to a service of the user's choice.
     void OpenService(const QUrl& service);
 
+    /// As the close button does, but without a question: transfers are cancelled.
+    void CloseUnasked();
+
 protected:
     void closeEvent(QCloseEvent* event) override;
 

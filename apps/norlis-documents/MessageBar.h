@@ -11,6 +11,15 @@ class QPushButton;
 
 namespace Norlis::Window {
 
+// What the message bar can be about.
+namespace Topic {
+const auto files = QStringLiteral("files");
+const auto list = QStringLiteral("list");
+const auto removal = QStringLiteral("removal");
+const auto save = QStringLiteral("save");
+const auto signIn = QStringLiteral("signIn");
+} // namespace Topic
+
 /// Tells of one problem above what it concerns, and offers ways out. It takes no focus and stays until it is closed,
 /// or until what failed succeeds.
 class MessageBar : public QFrame {

@@ -1,6 +1,7 @@
 #include "MainWindow.h"
 #include "Translations.h"
 
+#include <host/Interrupts.h>
 #include <host/LogFile.h>
 #include <host/ServiceAddress.h>
 
@@ -23,7 +24,9 @@ constexpr int usageError = 2;
 int Run(const QString& dataFolder, const QUrl& service)
 {
     const Host::LogFile log(dataFolder + "/log", "norlis-documents");
+    const Host::Interrupts interrupts;
     Window::MainWindow window(dataFolder);
+    QObject::connect(&interrupts, &Host::Interrupts::Interrupted, &window, &Window::MainWindow::CloseUnasked);
     if (service.isEmpty()) {
         window.Open();
     } else {

@@ -1,6 +1,6 @@
 #include "ProgramTest.h"
 
-#include <Interrupts.h>
+#include <host/Interrupts.h>
 
 #include <QDir>
 #include <QDirIterator>
@@ -13,7 +13,7 @@ namespace Norlis::Test {
 
 namespace {
 
-using Terminal::Interrupts;
+using Host::Interrupts;
 
 constexpr qint64 bigSize = 512 * 1024 * 1024; // bytes; takes long enough to be met on the way
 constexpr int timeLimit = 60'000;
@@ -92,6 +92,26 @@ TEST_P(InterruptTest, DownloadIsCancelledAndLeavesNothingBehind)
     EXPECT_EQ(outcome.exitStatus, 130);
     EXPECT_EQ(outcome.errors, "norlis-cloud: \"big.pdf\" was cancelled\n");
     EXPECT_TRUE(QDir(Home() + "/out").isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
+}
+
+TEST_P(InterruptTest, WindowSavesTheListAsItDoesWhenItIsClosed)
+{
+    ASSERT_TRUE(QFile::copy(Sample("ferry-ticket.pdf"), Cloud() + "/ferry-ticket.pdf"));
+    environment.insert("QT_QPA_PLATFORM", "offscreen");
+    QProcess window;
+    window.setProcessEnvironment(environment);
+    window.start(NORLIS_DOCUMENTS_PROGRAM, {"--data", Data()});
+    const auto hasPictures = [this] { // which come after the list
+        const auto files = FilesBelow(Data() + "/services").keys();
+        return std::any_of(files.begin(), files.end(),
+                           [](const QString& file) { return file.contains("/pictures/") && file.endsWith(".png"); });
+    };
+    ASSERT_TRUE(QTest::qWaitFor(hasPictures, timeLimit)) << window.readAllStandardError().toStdString();
+    ASSERT_TRUE(Signal(window, GetParam()));
+
+    const Outcome outcome = WaitForEnd(window);
+    EXPECT_EQ(outcome.exitStatus, 0) << outcome.errors.toStdString();
+    EXPECT_EQ(Run({"list", "--offline", "--json"}).Json().size(), 1);
 }
 
 INSTANTIATE_TEST_SUITE_P(Signals, InterruptTest, testing::Values(SIGINT, SIGTERM),

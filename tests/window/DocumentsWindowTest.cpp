@@ -51,6 +51,17 @@ protected:
         return WaitUntil([&] { return StateOf(name) == static_cast<int>(State::InSync); });
     }
 
+    /// A document in the cloud whose local copy is the same and in the folder for downloads; it is selected.
+    void OpenWithLocalCopy()
+    {
+        PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
+        OpenCloud();
+        ASSERT_TRUE(Shows({"a.pdf"}));
+        Select({"a.pdf"});
+        Action("Download")->trigger();
+        ASSERT_TRUE(IsInStep("a.pdf"));
+    }
+
     /// Whether something of that colour is to be seen where the documents are.
     bool IsSeen(const QColor& color)
     {
@@ -212,12 +223,7 @@ TEST_F(DocumentsWindowTest, OpeningFetchesWhatIsNotHere)
 
 TEST_F(DocumentsWindowTest, WhatWasChangedHereCanBeUploaded)
 {
-    PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
-    OpenCloud();
-    ASSERT_TRUE(Shows({"a.pdf"}));
-    Select({"a.pdf"});
-    Action("Download")->trigger();
-    ASSERT_TRUE(IsInStep("a.pdf"));
+    ASSERT_NO_FATAL_FAILURE(OpenWithLocalCopy());
     EXPECT_FALSE(Action("Upload Changes")->isEnabled());
     const QByteArray changed = PdfOfText("changed");
     WriteFile(Local("downloads/a.pdf"), changed);
@@ -231,12 +237,7 @@ TEST_F(DocumentsWindowTest, WhatWasChangedHereCanBeUploaded)
 
 TEST_F(DocumentsWindowTest, WhatChangedOnBothSidesIsNotReplacedWithoutAQuestion)
 {
-    PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
-    OpenCloud();
-    ASSERT_TRUE(Shows({"a.pdf"}));
-    Select({"a.pdf"});
-    Action("Download")->trigger();
-    ASSERT_TRUE(IsInStep("a.pdf"));
+    ASSERT_NO_FATAL_FAILURE(OpenWithLocalCopy());
     const QByteArray theirs = PdfOfText("theirs");
     const QByteArray ours = PdfOfText("changed by us");
     PutIntoCloud("a.pdf", theirs);
@@ -257,12 +258,7 @@ TEST_F(DocumentsWindowTest, WhatChangedOnBothSidesIsNotReplacedWithoutAQuestion)
 
 TEST_F(DocumentsWindowTest, WhatChangedInTheCloudIsFetchedToWhereTheCopyIs)
 {
-    PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
-    OpenCloud();
-    ASSERT_TRUE(Shows({"a.pdf"}));
-    Select({"a.pdf"});
-    Action("Download")->trigger();
-    ASSERT_TRUE(IsInStep("a.pdf"));
+    ASSERT_NO_FATAL_FAILURE(OpenWithLocalCopy());
     QSettings(Local("data/window.ini"), QSettings::IniFormat).setValue("downloadFolder", Local("elsewhere"));
     const QByteArray changed = PdfOfText("changed");
     PutIntoCloud("a.pdf", changed);

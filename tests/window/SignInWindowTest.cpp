@@ -172,6 +172,39 @@ TEST_F(SignInWindowTest, ARunningUploadCanBeCanceledAndLeavesNothing)
     EXPECT_EQ(Message(), "");
 }
 
+TEST_F(SignInWindowTest, ARunningUploadIsAskedAboutBeforeTheWindowCloses)
+{
+    SignIn();
+    server.Misbehave(When("PUT").Always(), HangsInTheRequest(10));
+    Drop({LocalFile("a.pdf", PdfOfColor(Qt::red))});
+    ASSERT_TRUE(WaitUntil([&] { return server.Count("PUT") == 1; }));
+    window->close();
+    Answer("Go On");
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_EQ(Transfers().size(), 1);
+    window->close();
+    Answer("Cancel Transfers");
+    EXPECT_FALSE(window->isVisible());
+}
+
+TEST_F(SignInWindowTest, ARunningUploadIsNotAskedAboutWhenTheProgramMustEnd)
+{
+    server.Put("kept.pdf", PdfOfColor(Qt::blue));
+    SignIn();
+    ASSERT_TRUE(Shows({"kept.pdf"}));
+    server.Misbehave(When("PUT").Always(), HangsInTheRequest(10));
+    Drop({LocalFile("a.pdf", PdfOfColor(Qt::red))});
+    ASSERT_TRUE(WaitUntil([&] { return server.Count("PUT") == 1; }));
+    window->close(); // the question does not keep it open either
+    ASSERT_EQ(Questions().size(), 1);
+    window->CloseUnasked();
+    EXPECT_FALSE(window->isVisible());
+    window.reset();
+    server.Misbehave(When("*").Always(), ClosesWithoutAnswer());
+    Open();
+    EXPECT_EQ(Names(), QStringList("kept.pdf")) << "the list that was saved";
+}
+
 TEST_F(SignInWindowTest, TheSignAtTheEndOfATransferCancelsIt)
 {
     SignIn();

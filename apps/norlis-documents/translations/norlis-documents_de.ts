@@ -2,7 +2,7 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de" sourcelanguage="en">
     <context>
-        <name>Norlis::Window::DocumentsPage</name>
+        <name>Norlis::Window::DocumentActions</name>
         <message>
             <source>&amp;Upload …</source>
             <translation>&amp;Hochladen …</translation>
@@ -99,38 +99,9 @@
             <source>&amp;View</source>
             <translation>&amp;Ansicht</translation>
         </message>
-        <message>
-            <source>Tools</source>
-            <translation>Werkzeuge</translation>
-        </message>
-        <message>
-            <source>Search</source>
-            <translation>Suchen</translation>
-        </message>
-        <message>
-            <source>Search by name</source>
-            <translation>Nach Namen suchen</translation>
-        </message>
-        <message>
-            <source>Order of the documents</source>
-            <translation>Reihenfolge der Dokumente</translation>
-        </message>
-        <message>
-            <source>Name, A to Z</source>
-            <translation>Name, A bis Z</translation>
-        </message>
-        <message>
-            <source>Name, Z to A</source>
-            <translation>Name, Z bis A</translation>
-        </message>
-        <message>
-            <source>Newest first</source>
-            <translation>Neueste zuerst</translation>
-        </message>
-        <message>
-            <source>Largest first</source>
-            <translation>Größte zuerst</translation>
-        </message>
+    </context>
+    <context>
+        <name>Norlis::Window::DocumentCommands</name>
         <message>
             <source>Upload PDF Documents</source>
             <translation>PDF-Dokumente hochladen</translation>
@@ -162,24 +133,40 @@
             <source>There is no program for PDF documents. The document is at %1.</source>
             <translation>Es gibt kein Programm für PDF-Dokumente. Das Dokument liegt unter %1.</translation>
         </message>
+    </context>
+    <context>
+        <name>Norlis::Window::DocumentsPage</name>
         <message>
-            <source>Remove</source>
-            <translation>Entfernen</translation>
+            <source>Tools</source>
+            <translation>Werkzeuge</translation>
         </message>
         <message>
-            <source>Remove “%1” from the cloud?</source>
-            <translation>„%1“ aus der Cloud entfernen?</translation>
-        </message>
-        <message numerus="yes">
-            <source>Remove %n documents from the cloud?</source>
-            <translation>
-                <numerusform>%n Dokument aus der Cloud entfernen?</numerusform>
-                <numerusform>%n Dokumente aus der Cloud entfernen?</numerusform>
-            </translation>
+            <source>Search</source>
+            <translation>Suchen</translation>
         </message>
         <message>
-            <source>This cannot be undone. Copies on this computer stay where they are.</source>
-            <translation>Das lässt sich nicht rückgängig machen. Kopien auf diesem Rechner bleiben, wo sie sind.</translation>
+            <source>Search by name</source>
+            <translation>Nach Namen suchen</translation>
+        </message>
+        <message>
+            <source>Order of the documents</source>
+            <translation>Reihenfolge der Dokumente</translation>
+        </message>
+        <message>
+            <source>Name, A to Z</source>
+            <translation>Name, A bis Z</translation>
+        </message>
+        <message>
+            <source>Name, Z to A</source>
+            <translation>Name, Z bis A</translation>
+        </message>
+        <message>
+            <source>Newest first</source>
+            <translation>Neueste zuerst</translation>
+        </message>
+        <message>
+            <source>Largest first</source>
+            <translation>Größte zuerst</translation>
         </message>
         <message>
             <source>Sign In …</source>
@@ -247,25 +234,6 @@
             <source>as of %1</source>
             <translation>Stand %1</translation>
         </message>
-        <message>
-            <source>“%1” has changed in the cloud too. Replace it?</source>
-            <translation>„%1“ hat sich auch in der Cloud geändert. Ersetzen?</translation>
-        </message>
-        <message numerus="yes">
-            <source>%n documents have changed in the cloud too. Replace them?</source>
-            <translation>
-                <numerusform>%n Dokument hat sich auch in der Cloud geändert. Ersetzen?</numerusform>
-                <numerusform>%n Dokumente haben sich auch in der Cloud geändert. Ersetzen?</numerusform>
-            </translation>
-        </message>
-        <message>
-            <source>What was changed in the cloud is lost then. Download it into another folder first to keep both.</source>
-            <translation>Was in der Cloud geändert wurde, geht dann verloren. Laden Sie es erst in einen anderen Ordner herunter, um beides zu behalten.</translation>
-        </message>
-        <message>
-            <source>Replace</source>
-            <translation>Ersetzen</translation>
-        </message>
     </context>
     <context>
         <name>Norlis::Window::DocumentsView</name>
@@ -326,6 +294,47 @@
         <message>
             <source>Close the message</source>
             <translation>Meldung schließen</translation>
+        </message>
+    </context>
+    <context>
+        <name>Norlis::Window::Questions</name>
+        <message>
+            <source>Remove</source>
+            <translation>Entfernen</translation>
+        </message>
+        <message>
+            <source>Remove “%1” from the cloud?</source>
+            <translation>„%1“ aus der Cloud entfernen?</translation>
+        </message>
+        <message numerus="yes">
+            <source>Remove %n documents from the cloud?</source>
+            <translation>
+                <numerusform>%n Dokument aus der Cloud entfernen?</numerusform>
+                <numerusform>%n Dokumente aus der Cloud entfernen?</numerusform>
+            </translation>
+        </message>
+        <message>
+            <source>This cannot be undone. Copies on this computer stay where they are.</source>
+            <translation>Das lässt sich nicht rückgängig machen. Kopien auf diesem Rechner bleiben, wo sie sind.</translation>
+        </message>
+        <message>
+            <source>“%1” has changed in the cloud too. Replace it?</source>
+            <translation>„%1“ hat sich auch in der Cloud geändert. Ersetzen?</translation>
+        </message>
+        <message numerus="yes">
+            <source>%n documents have changed in the cloud too. Replace them?</source>
+            <translation>
+                <numerusform>%n Dokument hat sich auch in der Cloud geändert. Ersetzen?</numerusform>
+                <numerusform>%n Dokumente haben sich auch in der Cloud geändert. Ersetzen?</numerusform>
+            </translation>
+        </message>
+        <message>
+            <source>What was changed in the cloud is lost then. Download it into another folder first to keep both.</source>
+            <translation>Was in der Cloud geändert wurde, geht dann verloren. Laden Sie es erst in einen anderen Ordner herunter, um beides zu behalten.</translation>
+        </message>
+        <message>
+            <source>Replace</source>
+            <translation>Ersetzen</translation>
         </message>
     </context>
     <context>

@@ -2,7 +2,7 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en" sourcelanguage="en">
     <context>
-        <name>Norlis::Window::DocumentsPage</name>
+        <name>Norlis::Window::DocumentCommands</name>
         <message numerus="yes">
             <source>%n of the files are not PDF documents and were not uploaded.</source>
             <translation>
@@ -10,13 +10,9 @@
                 <numerusform>%n of the files are not PDF documents and were not uploaded.</numerusform>
             </translation>
         </message>
-        <message numerus="yes">
-            <source>Remove %n documents from the cloud?</source>
-            <translation>
-                <numerusform>Remove %n document from the cloud?</numerusform>
-                <numerusform>Remove %n documents from the cloud?</numerusform>
-            </translation>
-        </message>
+    </context>
+    <context>
+        <name>Norlis::Window::DocumentsPage</name>
         <message numerus="yes">
             <source>%n document(s)</source>
             <translation>
@@ -29,6 +25,16 @@
             <translation>
                 <numerusform>%1 of %n document</numerusform>
                 <numerusform>%1 of %n documents</numerusform>
+            </translation>
+        </message>
+    </context>
+    <context>
+        <name>Norlis::Window::Questions</name>
+        <message numerus="yes">
+            <source>Remove %n documents from the cloud?</source>
+            <translation>
+                <numerusform>Remove %n document from the cloud?</numerusform>
+                <numerusform>Remove %n documents from the cloud?</numerusform>
             </translation>
         </message>
         <message numerus="yes">

@@ -1,7 +1,5 @@
 #include "Interrupts.h"
 
-#include "ExitStatus.h"
-
 #include <QSocketNotifier>
 
 #include <cerrno>
@@ -10,7 +8,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-namespace Norlis::Terminal {
+namespace Norlis::Host {
 
 namespace {
 
@@ -22,7 +20,7 @@ volatile std::sig_atomic_t wakingDescriptor = -1;
 void OnSignal(int)
 {
     if (wasInterrupted) {
-        _exit(ExitStatus::interrupted);
+        _exit(Interrupts::exitStatus);
     }
     wasInterrupted = 1;
     const int error = errno;
@@ -75,4 +73,4 @@ int Interrupts::Descriptor() const
     return descriptors[0];
 }
 
-} // namespace Norlis::Terminal
+} // namespace Norlis::Host

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QCoreApplication>
+
+class QAction;
+class QMenuBar;
+class QToolBar;
+class QWidget;
+
+namespace Norlis::Window {
+
+/// What can be done with documents, as menus, tool bar and keys offer it. Whoever does it connects to the actions.
+class DocumentActions {
+    Q_DECLARE_TR_FUNCTIONS(Norlis::Window::DocumentActions)
+
+public:
+    /// What decides which of them can be chosen.
+    struct Situation {
+        bool isSignedIn = false;
+        bool hasRunningTransfers = false;
+        bool isAnySelected = false;
+        bool isAnySelectedChangedHere = false;
+    };
+
+    /// \param widget owns the actions; inside of it their keys work
+    explicit DocumentActions(QWidget& widget);
+
+    /// The menus live as long as the widget.
+    void AddMenusTo(QMenuBar& bar) const;
+    void AddTo(QToolBar& bar) const;
+
+    void Update(const Situation& situation);
+
+    QAction* const upload;
+    QAction* const download;
+    QAction* const downloadTo;
+    QAction* const open;
+    QAction* const uploadChanges;
+    QAction* const remove;
+    QAction* const refresh;
+    QAction* const thumbnails;
+    QAction* const list;
+    QAction* const find;
+    QAction* const signOut;
+
+private:
+    QWidget& widget;
+};
+
+} // namespace Norlis::Window
