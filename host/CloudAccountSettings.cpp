@@ -178,10 +178,11 @@ void CloudAccountSettings::SetToken(const QUrl& service, const QString& token)
         ForgetToken(service);
         return;
     }
-    // Written beside the old one, which stays until the new one is whole on the disk. Private before it holds anything.
+    // Written beside the old one, which stays until the new one is whole on the disk. Private before it holds anything,
+    // and unbuffered, since a commit does not notice that there was no room for what is left in the buffer.
     QSaveFile file(TokenFile(service));
     const QByteArray bytes = token.toUtf8();
-    const bool isStored = file.open(QFile::WriteOnly) && file.setPermissions(forUserAlone) &&
+    const bool isStored = file.open(QFile::WriteOnly | QFile::Unbuffered) && file.setPermissions(forUserAlone) &&
                           file.write(bytes) == bytes.size() && file.commit();
     if (!isStored) {
         throw Problem(file.fileName(), "cannot be written: " + file.errorString(),

@@ -2,6 +2,7 @@
 
 #include "OrdinaryUser.h"
 #include "SqliteFile.h"
+#include "support/FileSizeLimit.h"
 
 #include <QDir>
 #include <QDirIterator>
@@ -19,6 +20,7 @@ namespace Norlis::Host {
 
 namespace {
 
+using Test::FileSizeLimit;
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
@@ -320,6 +322,36 @@ TEST_F(CloudAccountSettingsTest, FolderThatCannotBeUsedIsReported)
     EXPECT_THAT(Problem(), AllOf(HasSubstr(folder.toStdString()), HasSubstr("Permission denied")));
     ASSERT_EQ(chmod(folder.toUtf8().constData(), 0700), 0);
     EXPECT_EQ(Problem(), "");
+}
+
+TEST_F(CloudAccountSettingsTest, OnAFullDiskTheOldSettingsAndTokenStayAndNewOnesAreStoredLater)
+{
+    const QUrl newService("https://cloud.example/another/folder");
+    const QString newToken(50, 'n');
+    {
+        CloudAccountSettings settings(folder);
+        settings.SetServiceUrl(service);
+        settings.SetToken(service, "old");
+    }
+    const QByteArray before = ContentOf(folder + "/settings.ini");
+    CloudAccountSettings settings(folder);
+    int failures = 0;
+    for (rlim_t room = 0; room < 60; ++room) {
+        const FileSizeLimit full(room);
+        settings.SetServiceUrl(newService);
+        EXPECT_EQ(ContentOf(folder + "/settings.ini"), before) << room;
+        try {
+            settings.SetToken(service, newToken);
+            settings.SetToken(service, "old");
+        } catch (const std::runtime_error&) {
+            ++failures;
+        }
+        EXPECT_EQ(settings.Token(service), "old") << room;
+    }
+    EXPECT_EQ(failures, newToken.size());
+    EXPECT_EQ(QDir(folder + "/tokens").entryList(QDir::Files | QDir::Hidden).size(), 1);
+    settings.SetServiceUrl(newService);
+    EXPECT_THAT(ContentOf(folder + "/settings.ini").toStdString(), HasSubstr("another/folder"));
 }
 
 TEST_F(CloudAccountSettingsTest, TokenThatCannotBeStoredIsReportedAndTheOldOneStays)

@@ -1,6 +1,7 @@
 #include <host/HashMemory.h>
 
 #include "SqliteFile.h"
+#include "support/FileSizeLimit.h"
 
 #include <QFileInfo>
 #include <QTemporaryDir>
@@ -13,6 +14,8 @@
 namespace Norlis::Host {
 
 namespace {
+
+using Test::FileSizeLimit;
 
 const std::string hashOfA(32, 'a');
 const std::string hashOfB(32, 'b');
@@ -96,6 +99,30 @@ TEST_F(HashMemoryTest, FileThatCannotBeMadeIsDoneWithout)
     memory.Remember("/a", identity, hashOfA);
     EXPECT_EQ(memory.Find("/a", identity), hashOfA);
     EXPECT_FALSE(QFileInfo::exists(folder.filePath("no folder")));
+}
+
+TEST_F(HashMemoryTest, OnAFullDiskNoHashIsKeptAndLaterOnesAre)
+{
+    for (const bool isNew : {true, false}) {
+        for (rlim_t room = 0; room < 100'000; room += 1100) { // in the middle of a page too
+            QFile::remove(file);
+            if (!isNew) {
+                HashMemory(file).Remember("/b", identity, hashOfB);
+            }
+            {
+                HashMemory memory(file);
+                const FileSizeLimit full(room);
+                for (int number = 0; number < 5; ++number) {
+                    memory.Remember("/a", identity, hashOfA);
+                }
+            }
+            HashMemory memory(file);
+            EXPECT_THAT(memory.Find("/a", identity), testing::AnyOf("", hashOfA)) << room;
+            EXPECT_EQ(memory.Find("/b", identity), isNew ? "" : hashOfB) << room;
+            memory.Remember("/a", identity, hashOfA);
+            EXPECT_EQ(HashMemory(file).Find("/a", identity), hashOfA) << room;
+        }
+    }
 }
 
 TEST_F(HashMemoryTest, DamagedFileIsMadeAnew)

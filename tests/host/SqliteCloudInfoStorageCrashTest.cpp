@@ -1,6 +1,7 @@
 #include <host/SqliteCloudInfoStorage.h>
 
 #include "SqliteFile.h"
+#include "support/FileSizeLimit.h"
 
 #include <QFileInfo>
 #include <QTemporaryDir>
@@ -9,7 +10,6 @@
 
 #include <csignal>
 
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -17,32 +17,9 @@ namespace Norlis::Host {
 
 namespace {
 
+using Test::FileSizeLimit;
 using testing::HasSubstr;
 using Records = std::map<std::string, std::map<std::string, std::string>>;
-
-/// For as long as it lives, files cannot grow beyond the limit: what a full disk does, without filling one.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t bytes) : handlerBefore(std::signal(SIGXFSZ, SIG_IGN))
-    {
-        getrlimit(RLIMIT_FSIZE, &before);
-        const rlimit limit{bytes, before.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-
-    ~FileSizeLimit()
-    {
-        setrlimit(RLIMIT_FSIZE, &before);
-        std::signal(SIGXFSZ, handlerBefore);
-    }
-
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
-private:
-    rlimit before{};
-    void (*handlerBefore)(int);
-};
 
 /// Another process that does something with a store, tells so, and waits to be killed.
 class OtherProcess {
@@ -191,6 +168,25 @@ TEST_F(SqliteCloudInfoStorageCrashTest, DiskThatFillsUpLeavesTheStateBeforeOrAft
     }
     EXPECT_GT(failures, 3);
     EXPECT_TRUE(hasSaved);
+}
+
+TEST_F(SqliteCloudInfoStorageCrashTest, StoreThatFoundNoRoomToBeMadeIsMadeLater)
+{
+    bool isMade = false;
+    for (rlim_t limit = 0; !isMade && limit < 100'000; limit += 1100) {
+        QFile::remove(file);
+        {
+            const FileSizeLimit full(limit);
+            try {
+                const SqliteCloudInfoStorage storage(file);
+                isMade = true;
+            } catch (const std::runtime_error& error) {
+                EXPECT_THAT(error.what(), HasSubstr(file.toStdString()));
+            }
+        }
+        EXPECT_TRUE(ReadBack().empty()) << limit;
+        EXPECT_TRUE(isMade || limit < 50'000);
+    }
 }
 
 TEST_F(SqliteCloudInfoStorageCrashTest, FirstFailureIsReportedOnceAndTheStoreWorksOn)

@@ -1,4 +1,5 @@
 #include "Files.h"
+#include "support/FileSizeLimit.h"
 
 #include <protocol/AtomicFile.h>
 

@@ -1,4 +1,5 @@
 #include "ContractTest.h"
+#include "support/FileSizeLimit.h"
 
 #include <QFileInfo>
 

@@ -7,9 +7,6 @@
 
 #include <gtest/gtest.h>
 
-#include <csignal>
-
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -101,24 +98,6 @@ WithoutWriting::WithoutWriting(const QString& folder) : path(QFile::encodeName(f
 WithoutWriting::~WithoutWriting()
 {
     EXPECT_EQ(chmod(path.constData(), 0755), 0);
-}
-
-FileSizeLimit::FileSizeLimit(qint64 most)
-{
-    std::signal(SIGXFSZ, SIG_IGN);
-    rlimit limit = {};
-    EXPECT_EQ(getrlimit(RLIMIT_FSIZE, &limit), 0);
-    former = limit.rlim_cur;
-    limit.rlim_cur = static_cast<rlim_t>(most);
-    EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
-}
-
-FileSizeLimit::~FileSizeLimit()
-{
-    rlimit limit = {};
-    EXPECT_EQ(getrlimit(RLIMIT_FSIZE, &limit), 0);
-    limit.rlim_cur = former;
-    EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
 }
 
 } // namespace Norlis::Test

@@ -55,17 +55,4 @@ private:
     const QByteArray path;
 };
 
-/// Lets no file grow beyond a size, in bytes, while it lives: what a full disk looks like to a writer.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(qint64 most);
-    ~FileSizeLimit();
-
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
-private:
-    quint64 former;
-};
-
 } // namespace Norlis::Test

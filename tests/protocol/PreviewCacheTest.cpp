@@ -1,4 +1,5 @@
 #include "Files.h"
+#include "support/FileSizeLimit.h"
 
 #include <protocol/preview/PreviewCache.h>
 
@@ -151,6 +152,22 @@ TEST_F(PreviewCacheTest, OtherFilesInTheFolderAreLeftAlone)
     PreviewCache cache(path, 1000);
     cache.Store("id", "version", {60, 60}, Picture({60, 60}));
     EXPECT_EQ(ReadFile(path + "/notes.txt"), QByteArray("notes"));
+}
+
+TEST_F(PreviewCacheTest, OnAFullDiskNoPictureIsKeptAndLaterOnesAre)
+{
+    PreviewCache cache(path);
+    cache.Store("other", "version", {60, 60}, Picture({60, 60}));
+    const QStringList before = FilesBelow(path);
+    for (const qint64 room : {0, 1000, 30'000}) {
+        const FileSizeLimit full(static_cast<rlim_t>(room));
+        cache.Store("id", "version", {100, 200}, Picture({100, 150})); // about 45 kB
+        EXPECT_FALSE(cache.Find("id", "version", {100, 200})) << room;
+        EXPECT_EQ(FilesBelow(path), before) << room;
+    }
+    cache.Store("id", "version", {100, 200}, Picture({100, 150}));
+    EXPECT_TRUE(cache.Find("id", "version", {100, 200}));
+    EXPECT_TRUE(cache.Find("other", "version", {60, 60}));
 }
 
 TEST_F(PreviewCacheTest, AFolderThatCannotBeMadeDoesWithout)

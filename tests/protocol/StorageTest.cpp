@@ -1,5 +1,6 @@
 #include "Client.h"
 #include "FolderUnderTest.h"
+#include "support/FileSizeLimit.h"
 
 #include <filesystem>
 

@@ -2,6 +2,7 @@
 
 #include <host/SqliteCloudInfoStorage.h>
 
+#include "support/FileSizeLimit.h"
 #include "support/SlotRunner.h"
 
 #include <QDir>
@@ -77,6 +78,33 @@ TEST_F(CloudSessionLifetimeTest, SavingAndClosingWritesTheListAndReleasesTheStor
         EXPECT_EQ(storage.ReadAll().count("1"), 1u);
     }
     session.reset();
+}
+
+TEST_F(CloudSessionLifetimeTest, OnAFullDiskSavingSaysSoAndTheListOfBeforeStays)
+{
+    Refresh({EntryOf("1")});
+    Reopen();
+    QList<CloudEntry> entries = {EntryOf("1")};
+    for (int number = 2; number < 100; ++number) {
+        entries.append(EntryOf(QString::number(number)));
+    }
+    for (const bool closes : {true, false}) {
+        Refresh(entries);
+        const FileSizeLimit full(20'000);
+        if (closes) {
+            try {
+                session->SaveAndClose();
+                ADD_FAILURE() << "nobody noticed";
+            } catch (const std::runtime_error& error) {
+                EXPECT_THAT(error.what(), HasSubstr("documents.sqlite"));
+            }
+        }
+        Reopen();
+        EXPECT_EQ(Ids(), QStringList("1"));
+    }
+    Refresh(entries);
+    Reopen();
+    EXPECT_EQ(Ids().size(), entries.size());
 }
 
 TEST_F(CloudSessionLifetimeTest, ClosingCancelsWhatRunsAndEmitsNothing)

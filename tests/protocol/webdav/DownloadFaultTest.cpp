@@ -1,3 +1,4 @@
+#include "support/FileSizeLimit.h"
 #include "TransferFaultTest.h"
 
 #include <NorlisTestKit/MisbehaviourTools.h>
