@@ -36,6 +36,13 @@ protected:
         return {id, id + ".pdf", '/' + id + ".pdf", version};
     }
 
+    static QImage Picture(int width, int height)
+    {
+        QImage image(width, height, QImage::Format_RGB32);
+        image.fill(Qt::gray);
+        return image;
+    }
+
     bool Came(std::size_t count)
     {
         return WaitUntil([&] { return replies.size() == count; });
@@ -128,12 +135,12 @@ TEST_F(PreviewQueueTest, AFetchThatWasUnderWayWhenTheContentWasReplacedIsNotKept
     ask(1);
     ASSERT_TRUE(WaitUntil([&] { return fetches.size() == 1; }));
     queue->Forget("id1", "1");
-    fetches[0]({{}, QImage(10, 20, QImage::Format_RGB32), {}, {}});
+    fetches[0]({{}, Picture(10, 20), {}, {}});
     ASSERT_TRUE(Came(1));
     EXPECT_EQ(SizeOf(1), QSize(10, 20)); // the best there was
     ask(2);
     ASSERT_TRUE(WaitUntil([&] { return fetches.size() == 2; }));
-    fetches[1]({{}, QImage(20, 10, QImage::Format_RGB32), {}, {}});
+    fetches[1]({{}, Picture(20, 10), {}, {}});
     ASSERT_TRUE(Came(2));
     EXPECT_EQ(SizeOf(2), QSize(20, 10));
 }
