@@ -39,7 +39,7 @@ public:
     /// cannot be stored.
     void Remember(const QString& token);
 
-    /// The opposite.
+    /// The opposite. The token goes first, whatever else fails.
     void Forget();
 
 private:

@@ -34,6 +34,8 @@ constexpr qint64 shortestInterval = 1'000;
 
 constexpr auto forUserAlone = QFile::ReadOwner | QFile::WriteOwner;
 
+const auto roomAdvice = QStringLiteral("Free some space or check the permissions of its folder");
+
 std::runtime_error Problem(const QString& path, const QString& what, const QString& advice)
 {
     return std::runtime_error(QStringLiteral("\"%1\" %2. %3.").arg(path, what, advice).toStdString());
@@ -116,11 +118,13 @@ QString AccessKey(const QUrl& service)
     return "access/" + NameOf(service);
 }
 
-void Store(QSettings& settings)
+void Store(const QSettings& settings)
 {
-    settings.sync();
-    if (settings.status() != QSettings::NoError) {
-        LOG(ERROR) << "The settings cannot be stored: " << settings.fileName().toStdString();
+    // All objects for one file share what is to be written. The status is each one's own, and that of a failure stays.
+    QSettings writer(settings.fileName(), QSettings::IniFormat);
+    writer.sync();
+    if (writer.status() != QSettings::NoError) {
+        throw Problem(settings.fileName(), "cannot be written", roomAdvice);
     }
 }
 
@@ -185,8 +189,7 @@ void CloudAccountSettings::SetToken(const QUrl& service, const QString& token)
     const bool isStored = file.open(QFile::WriteOnly | QFile::Unbuffered) && file.setPermissions(forUserAlone) &&
                           file.write(bytes) == bytes.size() && file.commit();
     if (!isStored) {
-        throw Problem(file.fileName(), "cannot be written: " + file.errorString(),
-                      "Free some space or check the permissions of its folder");
+        throw Problem(file.fileName(), "cannot be written: " + file.errorString(), roomAdvice);
     }
 }
 

@@ -30,6 +30,8 @@ public:
     /// Milliseconds; at least one second, whatever the file says. One minute unless it was set.
     int GetAutoRefreshInterval() override;
 
+    /// Like the others that store something, this throws std::runtime_error when it cannot be stored. Until the program
+    /// ends the settings are what was set nevertheless.
     /// \param intervalMilliseconds kept as it is; see GetAutoRefreshInterval
     void SetAutoRefresh(bool enabled, int intervalMilliseconds);
 

@@ -159,7 +159,7 @@ void SessionContext::Forget(const QString& id)
     if (id.contains('/')) {
         return; // which may lead out of the folder
     }
-    // Where the library stores them, which keeps them for ever.
+    // Where the cloud manager stores them, which keeps them for ever.
     for (const auto size :
          {FileInfo::PreviewSize::Small, FileInfo::PreviewSize::Medium, FileInfo::PreviewSize::Large}) {
         QFile::remove(QDir::tempPath() + '/' + id + '_' + QString::fromStdString(FileInfo::previewSizetoString(size)) +

@@ -78,7 +78,7 @@ public:
     /// synchronisation, and pictures of other content do not stay. False when the session is gone.
     bool Replace(const std::shared_ptr<PDF::FileInfo>& record);
 
-    /// Drops what is known of a document that is in the list no longer, and its pictures on disk.
+    /// Drops what is known of a document that leaves the list, and its pictures on disk.
     void Forget(const QString& id);
 
     /// Counts the running transfers of a document, which the list shows as its syncing flag.

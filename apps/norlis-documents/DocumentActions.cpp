@@ -19,7 +19,6 @@ QAction* Make(QWidget& widget, const QString& text, Glyph glyph, const QKeySeque
     action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
     const QString plainKeys = keys.toString(QKeySequence::NativeText);
     action->setToolTip(plainKeys.isEmpty() ? tip : tip + " (" + plainKeys + ')');
-    action->setStatusTip({});
     widget.addAction(action);
     return action;
 }

@@ -12,6 +12,8 @@
 #include <QPushButton>
 #include <QStackedWidget>
 
+#include <glog/logging.h>
+
 namespace Norlis::Window {
 
 using Host::CloudSession;
@@ -173,12 +175,20 @@ void MainWindow::ShowDocuments()
 void MainWindow::SignOut()
 {
     session->Cloud().Logout();
-    account->Forget();
+    QString problem;
+    try {
+        account->Forget();
+    } catch (const std::exception& error) {
+        problem = QString::fromUtf8(error.what());
+    }
     QMetaObject::invokeMethod(
         this,
-        [this] {
+        [this, problem] {
             CloseSession();
             AskForService({});
+            if (!problem.isEmpty()) {
+                welcome->ShowProblem(tr("The settings cannot be stored."), problem);
+            }
         },
         Qt::QueuedConnection);
 }
@@ -214,15 +224,18 @@ void MainWindow::CloseSession()
 
 void MainWindow::CloseUnasked()
 {
-    isCloseConfirmed = true;
+    isUnasked = true;
     close();
 }
 
 void MainWindow::closeEvent(QCloseEvent* event)
 {
-    if (documents && documents->HasRunningTransfers() && !isCloseConfirmed) {
+    if (documents && documents->HasRunningTransfers() && !isCloseConfirmed && !isUnasked) {
         event->ignore();
-        Whenever(true, tr("Quit and cancel the transfers that are running?"), [this] { CloseUnasked(); });
+        Whenever(true, tr("Quit and cancel the transfers that are running?"), [this] {
+            isCloseConfirmed = true;
+            close();
+        });
         return;
     }
     settings.setValue(Key::geometry, saveGeometry());
@@ -232,7 +245,11 @@ void MainWindow::closeEvent(QCloseEvent* event)
         try {
             session->SaveAndClose();
         } catch (const std::exception& problem) {
-            QMessageBox::warning(this, windowTitle(), QString::fromUtf8(problem.what()));
+            if (isUnasked) {
+                LOG(ERROR) << problem.what(); // nobody may be there to close a box
+            } else {
+                QMessageBox::warning(this, windowTitle(), QString::fromUtf8(problem.what()));
+            }
         }
         session.reset();
     }

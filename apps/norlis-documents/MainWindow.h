@@ -29,7 +29,8 @@ public:
     /// Signs in to a service of the user's choice.
     void OpenService(const QUrl& service);
 
-    /// As the close button does, but without a question: transfers are cancelled.
+    /// As the close button does, but without a question or a box: transfers are cancelled, and that the list cannot be
+    /// saved is only logged.
     void CloseUnasked();
 
 protected:
@@ -55,6 +56,7 @@ private:
     WelcomePage* const welcome;
     DocumentsPage* documents = nullptr; ///< while there is a list to show
     bool isCloseConfirmed = false;
+    bool isUnasked = false; ///< the program must end
 };
 
 } // namespace Norlis::Window

@@ -1,12 +1,9 @@
 #include "../host/session/SessionTest.h"
+#include "support/UsedHeap.h"
 
 #include <QTest>
 
-#include <malloc.h>
-
-#ifdef __SANITIZE_ADDRESS__
-extern "C" std::size_t __sanitizer_get_current_allocated_bytes(); // not every compiler brings its header
-#endif
+#include <algorithm>
 
 namespace Norlis::Test {
 
@@ -15,17 +12,6 @@ namespace {
 constexpr int manyDocuments = 100'000;
 constexpr int patience = 100'000;            // milliseconds; only a failing test waits for so long
 constexpr qint64 mostPerDocument = 2 * 1024; // bytes
-
-/// What this process has asked for and not given back.
-qint64 AllocatedBytes()
-{
-#ifdef __SANITIZE_ADDRESS__
-    return static_cast<qint64>(__sanitizer_get_current_allocated_bytes());
-#else
-    const auto heap = mallinfo2();
-    return static_cast<qint64>(heap.uordblks) + static_cast<qint64>(heap.hblkhd);
-#endif
-}
 
 QList<CloudEntry> ManyEntries()
 {
@@ -92,9 +78,9 @@ TEST_F(ManyDocumentsTest, AreListedMergedSavedAndLoadedInBoundedMemory)
     EXPECT_EQ(Held("50000")->GetRedactableCloudInfo()->GetMd5Hash(), Md5Of("other content"));
 
     session.reset();
-    const qint64 before = AllocatedBytes();
+    const qint64 before = UsedHeap();
     Open();
-    const qint64 perDocument = (AllocatedBytes() - before) / manyDocuments;
+    const qint64 perDocument = (UsedHeap() - before) / manyDocuments;
     RecordProperty("bytesPerDocument", static_cast<int>(perDocument));
     EXPECT_GT(perDocument, 100) << "nothing was measured";
     EXPECT_LT(perDocument, mostPerDocument);

@@ -3,6 +3,8 @@
 //
 //   Soak <seconds> <folder with PDF documents> [percent of a core that it takes, 15 unless told]
 
+#include "support/UsedHeap.h"
+
 #include <host/CloudSession.h>
 
 #include <NorlisTestKit/FaultServer.h>
@@ -20,7 +22,6 @@
 
 #include <cstdio>
 
-#include <malloc.h>
 #include <sys/resource.h>
 
 namespace {
@@ -230,19 +231,12 @@ qint64 ResidentMemory()
     return status.mid(begin, status.indexOf("kB", begin) - begin).trimmed().toLongLong();
 }
 
-/// KiB that were asked for and not given back; what the process has resident holds free room between them too.
-std::size_t UsedHeap()
-{
-    const auto heap = mallinfo2();
-    return (heap.uordblks + heap.hblkhd) / 1024;
-}
-
 void PrintRow(qint64 minutes, User& first, User& second, const QString& root)
 {
-    std::printf("%7lld %10d %8d %9d %9zu %9lld %11d %7d %6d %8.1f\n", minutes, first.operations + second.operations,
-                first.failures + second.failures, first.Documents() + second.Documents(), UsedHeap(), ResidentMemory(),
-                CountOf("/proc/self/fd") - 1, CountOf("/proc/self/task"), CountOf(root, QDirIterator::Subdirectories),
-                ProcessorTime());
+    std::printf("%7lld %10d %8d %9d %9lld %9lld %11d %7d %6d %8.1f\n", minutes, first.operations + second.operations,
+                first.failures + second.failures, first.Documents() + second.Documents(), Test::UsedHeap() / 1024,
+                ResidentMemory(), CountOf("/proc/self/fd") - 1, CountOf("/proc/self/task"),
+                CountOf(root, QDirIterator::Subdirectories), ProcessorTime());
     std::fflush(stdout);
 }
 

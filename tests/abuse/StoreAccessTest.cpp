@@ -1,5 +1,6 @@
 // Every call of the record store goes wrong once, the first, the second ... until there are no more. Whatever comes of
-// it, each record is the old one or the new one, and a list that is made over the store afterwards works.
+// it, each record is the old one or the new one, but for the one that a store without transactions was about to write;
+// and a list that is made over the store afterwards works.
 
 #include <host/SqliteCloudInfoStorage.h>
 
@@ -17,6 +18,9 @@
 
 #include <algorithm>
 #include <csignal>
+#include <cstdlib>
+#include <map>
+#include <stdexcept>
 
 namespace Norlis::Test {
 

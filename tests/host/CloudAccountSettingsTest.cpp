@@ -338,7 +338,7 @@ TEST_F(CloudAccountSettingsTest, OnAFullDiskTheOldSettingsAndTokenStayAndNewOnes
     int failures = 0;
     for (rlim_t room = 0; room < 60; ++room) {
         const FileSizeLimit full(room);
-        settings.SetServiceUrl(newService);
+        EXPECT_THROW(settings.SetServiceUrl(newService), std::runtime_error) << room;
         EXPECT_EQ(ContentOf(folder + "/settings.ini"), before) << room;
         try {
             settings.SetToken(service, newToken);

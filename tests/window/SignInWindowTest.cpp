@@ -1,3 +1,4 @@
+#include "support/FileSizeLimit.h"
 #include "WindowTest.h"
 
 #include <NorlisTestKit/FaultServer.h>
@@ -203,6 +204,22 @@ TEST_F(SignInWindowTest, ARunningUploadIsNotAskedAboutWhenTheProgramMustEnd)
     server.Misbehave(When("*").Always(), ClosesWithoutAnswer());
     Open();
     EXPECT_EQ(Names(), QStringList("kept.pdf")) << "the list that was saved";
+}
+
+TEST_F(SignInWindowTest, AListThatCannotBeSavedKeepsOpenNoProgramThatMustEnd)
+{
+    server.Put("new.pdf", PdfOfColor(Qt::blue));
+    SignIn();
+    ASSERT_TRUE(Shows({"new.pdf"}));
+    {
+        const FileSizeLimit full(0);
+        window->CloseUnasked();
+    }
+    EXPECT_FALSE(window->isVisible());
+    window.reset();
+    server.Misbehave(When("*").Always(), ClosesWithoutAnswer());
+    Open();
+    EXPECT_EQ(Names(), QStringList()) << "it could be saved";
 }
 
 TEST_F(SignInWindowTest, TheSignAtTheEndOfATransferCancelsIt)
