@@ -1,5 +1,6 @@
 #include "PreviewCache.h"
 
+#include <QBuffer>
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
@@ -57,8 +58,11 @@ void PreviewCache::Store(const QString& document, const QString& version, const 
     image.setText(boxKey, BoxText(box));
     const QString path = PathOf(document, version);
     used -= QFileInfo(path).size();
+    QBuffer png; // where there is always room: Qt's writer of pictures leaks when there is none
+    image.save(&png, "PNG");
     // A picture that a crash cut off does not load, and is simply made again.
-    if (!image.save(path, "PNG")) {
+    QFile file(path);
+    if (!file.open(QFile::WriteOnly | QFile::Unbuffered) || file.write(png.data()) != png.size()) {
         QFile::remove(path);
     }
     used += QFileInfo(path).size();

@@ -17,7 +17,7 @@ inline qint64 UsedHeap()
     return static_cast<qint64>(__sanitizer_get_current_allocated_bytes());
 #else
     const auto heap = mallinfo2();
-    return static_cast<qint64>(heap.uordblks + heap.hblkhd);
+    return static_cast<qint64>(heap.uordblks) + static_cast<qint64>(heap.hblkhd);
 #endif
 }
 
