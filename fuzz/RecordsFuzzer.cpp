@@ -22,7 +22,8 @@ Records Read(const QByteArray& text)
 {
     Records records;
     RecordingStore::Fields* fields = &records[""];
-    for (const QByteArray& line : text.split('\n')) {
+    const auto lines = text.split('\n');
+    for (const QByteArray& line : lines) {
         if (line.startsWith('[') && line.endsWith(']')) {
             fields = &records[line.mid(1, line.size() - 2).toStdString()];
         } else if (const int end = line.indexOf('='); end >= 0) {

@@ -12,7 +12,7 @@
 using namespace Norlis;
 using Cloud = PDF::Cloud::NorlisCloudManager;
 
-struct SignIn { // the host's: what it tells the user in the end
+struct SignIn : QObject { // the host's: what it tells the user in the end
     SignIn(const QUrl& address, const QString& password)
     {
         Social::OAuth2::AuthInfo authInfo{address};
@@ -22,8 +22,8 @@ struct SignIn { // the host's: what it tells the user in the end
                                         std::make_shared<TestKit::CountingHashCalculator>(),
                                         std::make_shared<TestKit::FakeFileSystem>(),
                                         std::make_shared<TestKit::FixedAccountSettings>());
-        QObject::connect(cloud.get(), &Cloud::AuthorizationCompleted, [this] { text = "Welcome"; });
-        QObject::connect(cloud.get(), &Cloud::AuthorizationFailed, [this] { text = "No entry: " + reason; });
+        connect(cloud.get(), &Cloud::AuthorizationCompleted, this, [this] { text = "Welcome"; });
+        connect(cloud.get(), &Cloud::AuthorizationFailed, this, [this] { text = "No entry: " + reason; });
         cloud->Authorization(password);
     }
     std::unique_ptr<Cloud> cloud;

@@ -296,7 +296,8 @@ TEST_F(EmbeddingGuideTest, PreviewArrivesInTheHeldRecord)
 TEST_F(EmbeddingGuideTest, ReasonOfAFailureIsToldBeforeItsSignal)
 {
     QString said;
-    QObject::connect(editor->cloud.get(), &Cloud::UploadingFileRequestError, [&] { said = editor->reason; });
+    QObject::connect(editor->cloud.get(), &Cloud::UploadingFileRequestError, editor.get(),
+                     [&] { said = editor->reason; });
     Run(&Cloud::UploadingFileRequestError, [&] { editor->cloud->Upload(PathOf("here/missing.pdf")); });
     EXPECT_FALSE(said.isEmpty());
 }
