@@ -32,16 +32,9 @@ bool IsPdf(const QString& path)
 
 } // namespace
 
-DocumentCommands::DocumentCommands(const Parts& parts, QWidget& widget)
-    : session(parts.session),
-      settings(parts.settings),
-      model(parts.model),
-      view(parts.view),
-      transfers(parts.transfers),
-      message(parts.message),
-      widget(widget)
+DocumentCommands::DocumentCommands(const Parts& parts, QWidget& widget) : parts(parts), widget(widget)
 {
-    connect(&transfers, &Transfers::ToBeOpened, this, &DocumentCommands::OpenFile);
+    connect(&parts.transfers, &Transfers::ToBeOpened, this, &DocumentCommands::OpenFile);
 }
 
 void DocumentCommands::ChooseUploads()
@@ -56,10 +49,10 @@ void DocumentCommands::ChooseUploads()
 void DocumentCommands::Upload(const QStringList& paths)
 {
     QHash<QString, QString> idByPath;
-    for (int row = 0; row < model.rowCount(); ++row) {
-        const QString path = model.index(row).data(Model::PathRole).toString();
+    for (int row = 0; row < parts.model.rowCount(); ++row) {
+        const QString path = parts.model.index(row).data(Model::PathRole).toString();
         if (!path.isEmpty()) {
-            idByPath.insert(path, model.index(row).data(Model::IdRole).toString());
+            idByPath.insert(path, parts.model.index(row).data(Model::IdRole).toString());
         }
     }
     QStringList refused;
@@ -76,21 +69,22 @@ void DocumentCommands::Upload(const QStringList& paths)
         }
     }
     ReplaceInCloud(changed);
-    transfers.Upload(fresh);
+    parts.transfers.Upload(fresh);
     if (refused.isEmpty()) {
-        message.Close(Topic::files);
+        parts.message.Close(Topic::files);
     } else {
-        message.Show(Topic::files,
-                     refused.size() == 1
-                         ? tr("“%1” is not a PDF document and was not uploaded.").arg(refused.first())
-                         : tr("%n of the files are not PDF documents and were not uploaded.", nullptr, refused.size()),
-                     {});
+        parts.message.Show(
+            Topic::files,
+            refused.size() == 1
+                ? tr("“%1” is not a PDF document and was not uploaded.").arg(refused.first())
+                : tr("%n of the files are not PDF documents and were not uploaded.", nullptr, refused.size()),
+            {});
     }
 }
 
 QString DocumentCommands::DownloadFolder() const
 {
-    return settings.value(downloadFolderKey, QStandardPaths::writableLocation(QStandardPaths::DownloadLocation))
+    return parts.settings.value(downloadFolderKey, QStandardPaths::writableLocation(QStandardPaths::DownloadLocation))
         .toString();
 }
 
@@ -101,7 +95,7 @@ void DocumentCommands::ChooseDownloadFolder()
     dialog->setFileMode(QFileDialog::Directory);
     dialog->setOption(QFileDialog::ShowDirsOnly);
     connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& folder) {
-        settings.setValue(downloadFolderKey, folder);
+        parts.settings.setValue(downloadFolderKey, folder);
         Download(folder);
     });
     dialog->open();
@@ -109,26 +103,26 @@ void DocumentCommands::ChooseDownloadFolder()
 
 void DocumentCommands::Download(const QString& folder)
 {
-    const auto indexes = view.selectionModel()->selectedIndexes();
+    const auto indexes = parts.view.selectionModel()->selectedIndexes();
     for (const auto& index : indexes) {
         const QString path = index.data(Model::PathRole).toString();
         const QString usual = path.isEmpty() ? DownloadFolder() : QFileInfo(path).absolutePath();
         const QString target = folder.isEmpty() ? usual : folder;
         QDir().mkpath(target);
-        transfers.Download(index.data(Model::IdRole).toString(), target);
+        parts.transfers.Download(index.data(Model::IdRole).toString(), target);
     }
 }
 
 void DocumentCommands::Open()
 {
-    const QStringList ids = view.SelectedIds();
+    const QStringList ids = parts.view.SelectedIds();
     for (const QString& id : ids) {
-        const QString path = model.index(model.RowOf(id)).data(Model::PathRole).toString();
+        const QString path = parts.model.index(parts.model.RowOf(id)).data(Model::PathRole).toString();
         if (QFileInfo::exists(path)) {
             OpenFile(path);
         } else {
             QDir().mkpath(DownloadFolder());
-            transfers.Download(id, DownloadFolder(), true);
+            parts.transfers.Download(id, DownloadFolder(), true);
         }
     }
 }
@@ -136,7 +130,7 @@ void DocumentCommands::Open()
 void DocumentCommands::OpenFile(const QString& path)
 {
     if (!QDesktopServices::openUrl(QUrl::fromLocalFile(path))) {
-        message.Show(
+        parts.message.Show(
             Topic::files, tr("“%1” cannot be opened.").arg(QFileInfo(path).fileName()),
             tr("There is no program for PDF documents. The document is at %1.").arg(QDir::toNativeSeparators(path)));
     }
@@ -145,7 +139,7 @@ void DocumentCommands::OpenFile(const QString& path)
 QStringList DocumentCommands::ChangedHere() const
 {
     QStringList ids;
-    const auto selected = view.selectionModel()->selectedIndexes();
+    const auto selected = parts.view.selectionModel()->selectedIndexes();
     for (const auto& index : selected) {
         const int state = index.data(Model::StateRole).toInt();
         if (state == static_cast<int>(State::ChangedLocally) || state == static_cast<int>(State::ChangedOnBothSides)) {
@@ -164,11 +158,11 @@ void DocumentCommands::ReplaceInCloud(const QStringList& ids)
 {
     QStringList conflicts;
     for (const QString& id : ids) {
-        const int state = model.index(model.RowOf(id)).data(Model::StateRole).toInt();
+        const int state = parts.model.index(parts.model.RowOf(id)).data(Model::StateRole).toInt();
         if (state == static_cast<int>(State::ChangedOnBothSides) || state == static_cast<int>(State::ChangedInCloud)) {
             conflicts.append(id);
         } else {
-            transfers.UploadChanges(id);
+            parts.transfers.UploadChanges(id);
         }
     }
     if (conflicts.isEmpty()) {
@@ -176,29 +170,29 @@ void DocumentCommands::ReplaceInCloud(const QStringList& ids)
     }
     AskToReplace(widget, NamesOf(conflicts), [this, conflicts] {
         for (const QString& id : conflicts) {
-            transfers.UploadChanges(id);
+            parts.transfers.UploadChanges(id);
         }
     });
 }
 
 void DocumentCommands::Remove()
 {
-    const QStringList ids = view.SelectedIds();
+    const QStringList ids = parts.view.SelectedIds();
     if (ids.isEmpty()) {
         return;
     }
     AskToRemove(widget, NamesOf(ids), [this, ids] {
-        message.Close(Topic::removal);
+        parts.message.Close(Topic::removal);
         for (const QString& id : ids) {
-            session.Remove(id);
+            parts.session.Remove(id);
         }
     });
 }
 
 QString DocumentCommands::NameOf(const QString& id) const
 {
-    const int row = model.RowOf(id);
-    return row < 0 ? id : model.index(row).data(Model::NameRole).toString();
+    const int row = parts.model.RowOf(id);
+    return row < 0 ? id : parts.model.index(row).data(Model::NameRole).toString();
 }
 
 QStringList DocumentCommands::NamesOf(const QStringList& ids) const

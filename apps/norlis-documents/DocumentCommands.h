@@ -60,12 +60,7 @@ private:
     QString DownloadFolder() const;
     QStringList NamesOf(const QStringList& ids) const;
 
-    Host::CloudSession& session;
-    QSettings& settings;
-    const Host::CloudDocumentsModel& model;
-    const DocumentsView& view;
-    Transfers& transfers;
-    MessageBar& message;
+    const Parts parts;
     QWidget& widget;
 };
 
