@@ -148,7 +148,7 @@ void SessionDownloads::Send(const RunPointer& run)
         context.RequireSignIn(CloudProblem::Request::Download, run->id, run->name);
         return;
     }
-    run->staging = std::make_unique<QTemporaryDir>(QDir(run->folder).absoluteFilePath(".norlis-download-XXXXXX"));
+    run->staging = std::make_unique<QTemporaryDir>(QDir(run->folder).absoluteFilePath(".norlis-download-"));
     if (!run->staging->isValid()) {
         EndWithFailure(run, "the folder cannot be written: " + run->staging->errorString(), "Choose another folder.");
         return;

@@ -41,7 +41,7 @@ QString PreviewFolderTemplate(const QString& cacheFolder)
 {
     const QString parent = cacheFolder.isEmpty() ? QDir::tempPath() : cacheFolder;
     QDir().mkpath(parent);
-    return parent + "/norlis-preview-XXXXXX";
+    return parent + "/norlis-preview-";
 }
 
 } // namespace

@@ -31,7 +31,7 @@ session() {
 # expect_samples PROGRAM...: it lists the documents of a folder that holds the samples.
 expect_samples() {
     local folder listed expected
-    folder=$(mktemp -d "$work/documents.XXXXXX")
+    folder=$(mktemp -d -p "$work")
     cp "$tree"/samples/*.pdf "$folder"
     listed=$("$@" "$folder" | LC_ALL=C sort)
     rm -r "$folder"

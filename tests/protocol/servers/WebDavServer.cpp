@@ -44,7 +44,7 @@ void LetEverybodyThrough(const QString& folder)
 QString StateTemplate()
 {
     const QString memory = QStringLiteral("/dev/shm");
-    return (QFileInfo(memory).isWritable() ? memory : QDir::tempPath()) + "/norlis-server-XXXXXX";
+    return (QFileInfo(memory).isWritable() ? memory : QDir::tempPath()) + "/norlis-server-";
 }
 
 } // namespace
