@@ -2,7 +2,8 @@
 """commands.py PROJECT BUILD: the commands that pages name are there, with their options, presets, targets and tests.
 
 Looked at are the blocks "```sh", the lines of texts that begin with "$", and code inside the text that begins with a program
-of this project. A line may instead stand in a script of the tests, which runs it, and a block of a session is run by one."""
+of this project. The lines of the blocks are run, too: a block with a name is a session that a script of the tests runs, and
+other lines stand in such a script themselves. Those below are the exception."""
 
 import json
 import re
@@ -18,6 +19,15 @@ project, build = Path(sys.argv[1]).resolve(), Path(sys.argv[2]).resolve()
 presets = json.loads((project / "CMakePresets.json").read_text())
 scripts = "\n".join(path.read_text() for path in (project / "tests").rglob("*.sh"))
 lists = {path: path.read_text() for path in project.rglob("CMakeLists.txt") if "build" not in path.parts}
+
+NOT_RUN = {
+    "./test": "is what runs the tests",
+    "tools/lint": "is what ./test begins and ends with",
+    "tools/valgrind-tests": "takes longer than everything else",
+    "tools/thread-sanitizer": "takes longer than everything else",
+    "tools/fresh-machine": "needs root and another system in a folder",
+    "tools/update-abi": "changes what the tests compare with",
+}
 
 
 @lru_cache(maxsize=None)
@@ -216,7 +226,10 @@ for page in all_pages(project):
             if shown:
                 lines.append((offset, shown[1].replace("...", ""), True))
             elif block.language == "sh" and line.strip():
-                lines.append((offset, line, bool(is_run) or line.strip() in scripts))
+                stands_in_script = bool(is_run) or line.strip() in scripts
+                lines.append((offset, line, stands_in_script))
+                if not stands_in_script and line.split()[0] not in NOT_RUN:
+                    problems.append(f"{page.path}:{offset}: no test runs this")
     checked += len(lines)
     for number, line, may_be_anything in lines:
         problems += [f"{page.path}:{number}: {problem}" for problem in problems_of_line(line, may_be_anything)]

@@ -11,10 +11,7 @@ cd "$sources"
 
 # With what the description of the binary interface is read from, but not where that lies.
 export CXXFLAGS="-g -femit-class-debug-always -ffile-prefix-map=$build=. -ffile-prefix-map=$sources=."
-if command -v ccache >/dev/null; then
-    CCACHE_DIR=$(ccache -k cache_dir)
-    export CCACHE_DIR CMAKE_CXX_COMPILER_LAUNCHER=ccache
-fi
+use_ccache
 commands=$(session README.md build)
 home=$(new_folder home)
 HOME=$home bash -euxo pipefail -c "$commands"

@@ -28,6 +28,27 @@ session() {
     "$tree/tests/docs/session.py" "$tree" "$@"
 }
 
+# run_session PAGE NAME [CHANGE...]: what a reader of a page does, but for changes, each in sed's words. They make small what
+# takes long, and each has to find its line.
+run_session() {
+    local commands changed change
+    commands=$(session "$1" "$2")
+    for change in "${@:3}"; do
+        changed=$(sed "$change" <<<"$commands")
+        [ "$changed" != "$commands" ] || fail "$1, $2: nothing there is what \"$change\" looks for"
+        commands=$changed
+    done
+    bash -euxo pipefail -c "$commands"
+}
+
+# Whoever has ccache builds the same another time in less.
+use_ccache() {
+    if command -v ccache >/dev/null; then
+        CCACHE_DIR=$(ccache -k cache_dir)
+        export CCACHE_DIR CMAKE_CXX_COMPILER_LAUNCHER=ccache
+    fi
+}
+
 # expect_samples PROGRAM...: it lists the documents of a folder that holds the samples.
 expect_samples() {
     local folder listed expected

@@ -10,3 +10,8 @@ for component in Runtime Development Tools; do
 done | LC_ALL=C sort >"$work/contents.txt"
 diff "$tree/tests/package/contents.txt" "$work/contents.txt" ||
     fail "The components hold something else than tests/package/contents.txt says (<)."
+
+installed=$(new_folder installed)
+cd "$sources"
+build=$build prefix=$installed run_session docs/packaging.md install
+diff -r --no-dereference "$installed" "$prefix" || fail "What is installed as one page tells to (<) is not what another one gets (>)."

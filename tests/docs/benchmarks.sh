@@ -1,0 +1,12 @@
+#!/bin/bash
+# benchmarks.sh PROJECT WORK: the benchmarks are built and run as the page says, with little to do.
+. "$(dirname "$0")/../package/common.sh"
+
+cd "$sources"
+use_ccache
+run_session docs/working-on-the-code.md bench \
+    's/^.*ManagerBenchmark/& --benchmark_min_time=0.001/' \
+    's/^.*StorageBenchmark/& --benchmark_min_time=0.001 --benchmark_filter=documents:10000/' \
+    's/^.*PreviewBenchmark/& 5 1/' \
+    's/^.*WebDavBenchmark/& 4 10 100 1/' | tee shown
+! grep -i 'error' shown

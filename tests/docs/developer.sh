@@ -1,0 +1,31 @@
+#!/bin/bash
+# developer.sh PROJECT WORK BUILD: what the pages tell a developer to type, in the copy of the sources that the package was built
+# from. The programs and tests of BUILD stand in for those of the preset dev.
+dev=$3
+set -- "$1" "$2"
+. "$(dirname "$0")/../package/common.sh"
+
+cd "$sources"
+rm -rf build/dev
+mkdir build/dev
+ln -s "$dev"/{CTestTestfile.cmake,apps,host,protocol,tests} build/dev
+
+here='/^cmake --/d' # nothing is built again
+run_session docs/working-on-the-code.md build "$here" 's/^ctest.*/& -N/' # all of them are running already
+run_session docs/working-on-the-code.md some 's/^\.\/test /ctest --preset dev -N -R /' 's/ -L .*/& -N/'
+run_session docs/working-on-the-code.md random 's/max_success=20000/max_success=20/'
+run_session docs/testkit.md tests 's/^\.\/test /ctest --preset dev -N -R /'
+run_session docs/abuse.md long "$here" 's/KILLS=70/KILLS=1/' 's/Soak 3600/Soak 5/'
+run_session docs/working-on-the-code.md doxygen
+
+# The texts for translation are those of the sources.
+cd apps/norlis-documents
+run_session docs/working-on-the-code.md texts
+diff -r "$tree/apps/norlis-documents/translations" translations
+
+# A server answers until it is interrupted.
+cd "$(new_folder serve)"
+mkdir -p build documents
+ln -s "$dev" build/dev
+run_session docs/servers.md serve 's|~/documents|documents|' 's|^build.*|timeout --preserve-status --signal=INT 5 &|' | tee shown
+[ "$(grep -c '^http' shown)" = 2 ] || fail "The servers said:" "$(cat shown)"
