@@ -6,7 +6,9 @@ cd "$sources"
 use_ccache
 run_session docs/working-on-the-code.md bench \
     's/^.*ManagerBenchmark/& --benchmark_min_time=0.001/' \
-    's/^.*StorageBenchmark/& --benchmark_min_time=0.001 --benchmark_filter=documents:10000/' \
+    's|^.*StorageBenchmark|& --benchmark_min_time=0.001 --benchmark_filter=documents:10000/|' \
     's/^.*PreviewBenchmark/& 5 1/' \
     's/^.*WebDavBenchmark/& 4 10 100 1/' | tee shown
-! grep -i 'error' shown
+if grep "ERROR OCCURRED" shown; then
+    fail "A benchmark has failed"
+fi
