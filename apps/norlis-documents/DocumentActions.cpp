@@ -42,7 +42,7 @@ DocumentActions::DocumentActions(QWidget& widget)
       thumbnails(Make(widget, tr("&Thumbnails"), Glyph::Thumbnails, Qt::CTRL + Qt::Key_1, tr("Show pictures"))),
       list(Make(widget, tr("&List"), Glyph::List, Qt::CTRL + Qt::Key_2, tr("Show one document per line"))),
       find(Make(widget, tr("&Find"), Glyph::Search, QKeySequence::Find, tr("Look for a document by its name"))),
-      signOut(Make(widget, tr("Sign &Out"), Glyph::Cancel, {}, tr("Forget the password and show another cloud"))),
+      signOut(Make(widget, tr("Si&gn Out"), Glyph::Cancel, {}, tr("Forget the password and show another cloud"))),
       widget(widget)
 {
     const auto modes = new QActionGroup(&widget);

@@ -4,6 +4,8 @@
 
 #include <host/CloudDocumentsModel.h>
 
+#include <QRegularExpression>
+
 #include <algorithm>
 
 namespace Norlis::Window {
@@ -12,9 +14,11 @@ using Model = Host::CloudDocumentsModel;
 
 namespace {
 
-QString Composed(const QString& text)
+/// Without case and accents.
+QString Folded(const QString& text)
 {
-    return text.normalized(QString::NormalizationForm_C); // file names of some systems are decomposed
+    static const QRegularExpression accents("[\\x{0300}-\\x{036F}]");
+    return text.normalized(QString::NormalizationForm_KD).remove(accents).toCaseFolded();
 }
 
 } // namespace
@@ -37,7 +41,7 @@ void DocumentsFilter::setSourceModel(QAbstractItemModel* model)
 
 void DocumentsFilter::Search(const QString& text)
 {
-    words = Composed(text).split(' ', Qt::SkipEmptyParts);
+    words = Folded(text).split(' ', Qt::SkipEmptyParts);
     Rearrange([this] { invalidate(); }); // invalidateFilter tells of every gap between the rows that stay, one by one
 }
 
@@ -75,7 +79,7 @@ QVariant DocumentsFilter::data(const QModelIndex& index, int role) const
                          DateText(index.data(Model::ModifiedRole).toDateTime()),
                          index.data(Model::PathRole).toString()};
     lines.removeAll({});
-    return lines.join(role == Qt::ToolTipRole ? "\n" : ", ");
+    return role == Qt::ToolTipRole ? ToolTipText(lines) : lines.join(", ");
 }
 
 bool DocumentsFilter::filterAcceptsRow(int sourceRow, const QModelIndex& sourceParent) const
@@ -84,9 +88,8 @@ bool DocumentsFilter::filterAcceptsRow(int sourceRow, const QModelIndex& sourceP
         return true;
     }
     const auto name = sourceModel()->index(sourceRow, 0, sourceParent).data(Model::NameRole).toString();
-    const QString& composed = NameOf(name).composed;
-    return std::all_of(words.begin(), words.end(),
-                       [&](const QString& word) { return composed.contains(word, Qt::CaseInsensitive); });
+    const QString& folded = NameOf(name).folded;
+    return std::all_of(words.begin(), words.end(), [&](const QString& word) { return folded.contains(word); });
 }
 
 bool DocumentsFilter::lessThan(const QModelIndex& left, const QModelIndex& right) const
@@ -106,7 +109,7 @@ const DocumentsFilter::Name& DocumentsFilter::NameOf(const QString& text) const
         if (names.size() > 2 * sourceModel()->rowCount() + spare) {
             names.clear(); // those that have gone
         }
-        found = names.insert(text, {collator.sortKey(text), Composed(text)});
+        found = names.insert(text, {collator.sortKey(text), Folded(text)});
     }
     return *found;
 }

@@ -21,7 +21,7 @@ public:
 
     void setSourceModel(QAbstractItemModel* model) override;
 
-    /// Shows the documents whose names contain all words of the text, in any case.
+    /// Shows the documents whose names contain all words of the text, whatever their case and accents.
     void Search(const QString& text);
     void SortBy(Order newOrder, Qt::SortOrder direction);
 
@@ -35,7 +35,7 @@ private:
     /// What a name is compared by. Making it takes much longer than comparing it.
     struct Name {
         QCollatorSortKey key;
-        QString composed;
+        QString folded;
     };
 
     /// What a document is compared by.

@@ -116,6 +116,11 @@ void DocumentsPage::OnSignedIn()
     UpdateActions();
 }
 
+void DocumentsPage::FocusDocuments()
+{
+    stack->currentWidget()->setFocus(); // in place of an empty page the view has it later
+}
+
 void DocumentsPage::AddMenusTo(QMenuBar& bar)
 {
     actions.AddMenusTo(bar);
@@ -215,11 +220,15 @@ void DocumentsPage::Connect()
             [this](const QString&, const QString&, const QString& path) { view->ForgetPicture(path); });
     connect(&session, &CloudSession::Failed, this, &DocumentsPage::OnFailed);
 
-    for (const auto signal : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved}) {
-        connect(&filter, signal, this, [this] {
-            UpdateEmptyPage();
-            UpdateStatus();
-        });
+    // The filter tells of rows that go before the model has let go of them.
+    for (const QAbstractItemModel* const each :
+         {static_cast<QAbstractItemModel*>(&filter), static_cast<QAbstractItemModel*>(&model)}) {
+        for (const auto signal : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved}) {
+            connect(each, signal, this, [this] {
+                UpdateEmptyPage();
+                UpdateStatus();
+            });
+        }
     }
     actionsUpdate.setSingleShot(true);
     connect(&actionsUpdate, &QTimer::timeout, this, &DocumentsPage::UpdateActions);

@@ -44,6 +44,9 @@ public:
     /// The menus live as long as the page.
     void AddMenusTo(QMenuBar& bar);
 
+    /// Has the keyboard act on the documents.
+    void FocusDocuments();
+
     bool HasRunningTransfers() const;
 
     /// Tells of a problem above the documents.

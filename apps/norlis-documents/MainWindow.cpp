@@ -155,11 +155,12 @@ void MainWindow::ShowDocuments()
     documents->AddMenusTo(*menuBar());
     pages->addWidget(documents);
     pages->setCurrentWidget(documents);
+    documents->FocusDocuments();
     const QUrl& service = account->Service();
     setWindowTitle(tr("Documents — %1").arg(Host::ServiceText(service)));
     connect(documents, &DocumentsPage::SignOutWanted, this, [this] {
         Whenever(documents->HasRunningTransfers(), tr("Sign out and cancel the transfers that are running?"),
-                 [this] { SignOut(); });
+                 tr("Sign Out"), [this] { SignOut(); });
     });
     // Not from inside what the page is doing, since the page goes.
     connect(
@@ -194,7 +195,8 @@ void MainWindow::SignOut()
 }
 
 /// Does something now, or when the user agrees that transfers end by it.
-void MainWindow::Whenever(bool endsTransfers, const QString& question, const std::function<void()>& action)
+void MainWindow::Whenever(bool endsTransfers, const QString& question, const QString& consent,
+                          const std::function<void()>& action)
 {
     if (!endsTransfers) {
         action();
@@ -203,8 +205,8 @@ void MainWindow::Whenever(bool endsTransfers, const QString& question, const std
     const auto box = new QMessageBox(QMessageBox::Question, windowTitle(), question, QMessageBox::NoButton, this);
     box->setObjectName("confirmEnd");
     box->setAttribute(Qt::WA_DeleteOnClose);
-    const auto go = box->addButton(tr("Cancel Transfers"), QMessageBox::DestructiveRole);
-    box->setDefaultButton(box->addButton(tr("Go On"), QMessageBox::RejectRole));
+    const auto go = box->addButton(consent, QMessageBox::DestructiveRole);
+    box->setDefaultButton(box->addButton(tr("Stay"), QMessageBox::RejectRole));
     connect(box, &QMessageBox::buttonClicked, this, [=](const QAbstractButton* button) {
         if (button == go) {
             action();
@@ -232,7 +234,7 @@ void MainWindow::closeEvent(QCloseEvent* event)
 {
     if (documents && documents->HasRunningTransfers() && !isCloseConfirmed && !isUnasked) {
         event->ignore();
-        Whenever(true, tr("Quit and cancel the transfers that are running?"), [this] {
+        Whenever(true, tr("Quit and cancel the transfers that are running?"), tr("Quit"), [this] {
             isCloseConfirmed = true;
             close();
         });

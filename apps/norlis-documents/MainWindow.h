@@ -42,7 +42,8 @@ private:
     void OnSignInFailed(const Host::CloudProblem& problem);
     void ShowDocuments();
     void SignOut();
-    void Whenever(bool endsTransfers, const QString& question, const std::function<void()>& action);
+    void Whenever(bool endsTransfers, const QString& question, const QString& consent,
+                  const std::function<void()>& action);
 
     /// Opens the records. False, and the user was told, when that fails.
     bool OpenSession(const Host::CloudAccount& wanted);

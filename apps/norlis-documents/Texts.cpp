@@ -4,6 +4,7 @@
 
 #include <QCoreApplication>
 #include <QLocale>
+#include <QTextDocument>
 
 namespace Norlis::Window {
 
@@ -31,6 +32,11 @@ QString Sentence(QString text)
 QString SizeText(qint64 bytes)
 {
     return QLocale().formattedDataSize(bytes, bytes < 1024 ? 0 : 1);
+}
+
+QString ToolTipText(const QStringList& lines)
+{
+    return Qt::convertFromPlainText(lines.join('\n'), Qt::WhiteSpaceNormal);
 }
 
 QString DateText(const QDateTime& date)

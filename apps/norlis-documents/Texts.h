@@ -3,13 +3,16 @@
 #include <host/CloudSession.h>
 
 #include <QDateTime>
-#include <QString>
+#include <QStringList>
 
 namespace Norlis::Window {
 
 // How the window says things, in the user's language.
 
 QString SizeText(qint64 bytes);
+
+/// As a tool tip, which would take what looks like markup for it.
+QString ToolTipText(const QStringList& lines);
 
 /// In local time; empty for an invalid one.
 QString DateText(const QDateTime& date);

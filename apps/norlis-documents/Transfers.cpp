@@ -141,7 +141,8 @@ QVariant Transfers::data(const QModelIndex& index, int role) const
     case Qt::DisplayRole:
         return transfer.name;
     case Qt::ToolTipRole:
-        return transfer.detail.isEmpty() ? transfer.name : transfer.name + '\n' + transfer.detail;
+        return ToolTipText(transfer.detail.isEmpty() ? QStringList(transfer.name)
+                                                     : QStringList({transfer.name, transfer.detail}));
     case Qt::AccessibleTextRole: {
         const QString state = transfer.status == Status::Failed     ? tr("failed")
                               : transfer.status == Status::Finished ? tr("finished")

@@ -67,15 +67,13 @@ TransfersPanel::TransfersPanel(Transfers& transfers, QWidget* parent)
             this->transfers.Cancel(row);
         }
     });
-    connect(cancel, &QPushButton::clicked, this, [this] { Act(true); });
-    connect(tryAgain, &QPushButton::clicked, this, [this] { Act(false); });
+    connect(cancel, &QPushButton::clicked, this, [this] { Cancel(SelectedOrAll(Status::Running)); });
+    connect(tryAgain, &QPushButton::clicked, this, [this] { TryAgain(SelectedOrAll(Status::Failed)); });
     connect(clear, &QPushButton::clicked, &transfers, &Transfers::Clear);
-    const auto shortcut = [this](Qt::Key key, bool cancels) {
-        const auto pressed = new QShortcut(key, list, nullptr, nullptr, Qt::WidgetShortcut);
-        connect(pressed, &QShortcut::activated, this, [this, cancels] { Act(cancels); });
-    };
-    shortcut(Qt::Key_Delete, true);
-    shortcut(Qt::Key_Return, false);
+    const auto onDelete = new QShortcut(Qt::Key_Delete, list, nullptr, nullptr, Qt::WidgetShortcut);
+    connect(onDelete, &QShortcut::activated, this, [this] { Cancel(Selected(Status::Running)); });
+    const auto onReturn = new QShortcut(Qt::Key_Return, list, nullptr, nullptr, Qt::WidgetShortcut);
+    connect(onReturn, &QShortcut::activated, this, [this] { TryAgain(Selected(Status::Failed)); });
     connect(&transfers, &Transfers::CountsChanged, this, &TransfersPanel::Refresh);
     connect(list->selectionModel(), &QItemSelectionModel::selectionChanged, this, &TransfersPanel::Refresh);
     Refresh();
@@ -91,39 +89,50 @@ void TransfersPanel::Refresh()
                    : !work.isEmpty()                      ? work
                    : !failures.isEmpty()                  ? failures
                                                           : tr("All transfers have finished"));
-    const bool areSomeSelected = list->selectionModel()->hasSelection();
-    cancel->setText(areSomeSelected ? tr("Cancel Selected") : tr("Cancel All"));
+    cancel->setText(Selected(Status::Running).isEmpty() ? tr("Cancel All") : tr("Cancel Selected"));
     cancel->setVisible(running > 0);
     tryAgain->setVisible(failed > 0);
     clear->setVisible(transfers.rowCount() > running);
     setVisible(transfers.rowCount() > 0);
 }
 
-void TransfersPanel::Act(bool cancels)
+void TransfersPanel::Cancel(const QList<int>& rows)
 {
-    const auto rows = Chosen();
     for (const int row : rows) {
-        if (cancels) {
-            transfers.Cancel(row);
-        } else {
-            transfers.TryAgain(row);
-        }
+        transfers.Cancel(row);
     }
 }
 
-/// The selected rows, or all when none is; from the end, since what is cancelled leaves the list.
-QList<int> TransfersPanel::Chosen() const
+void TransfersPanel::TryAgain(const QList<int>& rows)
+{
+    for (const int row : rows) {
+        transfers.TryAgain(row);
+    }
+}
+
+QList<int> TransfersPanel::Selected(Status status) const
+{
+    QList<int> rows = All(status);
+    const auto isLeftOut = [this](int row) { return !list->selectionModel()->isSelected(transfers.index(row)); };
+    rows.erase(std::remove_if(rows.begin(), rows.end(), isLeftOut), rows.end());
+    return rows;
+}
+
+QList<int> TransfersPanel::All(Status status) const
 {
     QList<int> rows;
-    const auto selected = list->selectionModel()->selectedRows();
-    for (const auto& index : selected) {
-        rows.append(index.row());
+    for (int row = transfers.rowCount() - 1; row >= 0; --row) {
+        if (StatusOf(transfers.index(row)) == status) {
+            rows.append(row);
+        }
     }
-    for (int row = 0; selected.isEmpty() && row < transfers.rowCount(); ++row) {
-        rows.append(row);
-    }
-    std::sort(rows.begin(), rows.end(), std::greater<>());
     return rows;
+}
+
+QList<int> TransfersPanel::SelectedOrAll(Status status) const
+{
+    const QList<int> selected = Selected(status);
+    return selected.isEmpty() ? All(status) : selected;
 }
 
 } // namespace Norlis::Window

@@ -21,9 +21,13 @@ public:
 private:
     void Refresh();
 
-    /// Cancels what runs and repeats what failed, of the selected rows.
-    void Act(bool cancels);
-    QList<int> Chosen() const;
+    void Cancel(const QList<int>& rows);
+    void TryAgain(const QList<int>& rows);
+
+    // Rows with a status, from the end, since what is cancelled leaves the list.
+    QList<int> Selected(Transfers::Status status) const;
+    QList<int> All(Transfers::Status status) const;
+    QList<int> SelectedOrAll(Transfers::Status status) const;
 
     Transfers& transfers;
     TransferDelegate painting;

@@ -7,6 +7,7 @@
 
 #include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QFormLayout>
 #include <QGroupBox>
 #include <QLabel>
@@ -183,10 +184,15 @@ void WelcomePage::Suggest(const QUrl& service, const Host::ServiceAccess& access
 
 void WelcomePage::SetBusy(bool isBusy)
 {
+    const bool wasBusy = waiting->isVisibleTo(this);
     choices->setVisible(!isBusy);
     waiting->setVisible(isBusy);
     if (isBusy) {
         message->Close(problemTopic);
+    } else if (wasBusy) {
+        // What is typed next is the same again, and a password would be seen in another field.
+        lastTried->setFocus();
+        lastTried->selectAll();
     }
 }
 
@@ -202,9 +208,14 @@ void WelcomePage::ForgetPassword()
 
 void WelcomePage::ChooseFolder()
 {
+    lastTried = folder;
     const QString path = QDir::fromNativeSeparators(folder->text().trimmed());
     if (path.isEmpty() || !QDir::isAbsolutePath(path)) {
         ShowProblem(tr("This is no folder."), tr("Choose one, or write its whole path."));
+        return;
+    }
+    if (QFileInfo(path).isFile()) {
+        ShowProblem(tr("This is no folder."), tr("There is a file of that name. Choose a folder."));
         return;
     }
     if (!QDir().mkpath(path)) {
@@ -216,11 +227,13 @@ void WelcomePage::ChooseFolder()
 
 void WelcomePage::ChooseServer()
 {
+    lastTried = password;
     QString text = address->text().trimmed();
     if (!text.isEmpty() && !text.contains("://")) {
         text.prepend("https://");
     }
     if (text.isEmpty() || password->text().isEmpty()) {
+        (text.isEmpty() ? address : password)->setFocus();
         ShowProblem(tr("Something is missing."), tr("A server needs its address and a password or token."));
         return;
     }

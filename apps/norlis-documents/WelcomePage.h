@@ -51,6 +51,7 @@ private:
     MessageBar* const message;
     QWidget* const choices;
     QWidget* const waiting;
+    QLineEdit* lastTried = folder; ///< what to type again when a sign-in fails
 };
 
 } // namespace Norlis::Window

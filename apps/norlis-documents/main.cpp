@@ -12,6 +12,7 @@
 #include <QMessageBox>
 #include <QStandardPaths>
 
+#include <algorithm>
 #include <cstdio>
 #include <stdexcept>
 
@@ -36,10 +37,22 @@ int Run(const QString& dataFolder, const QUrl& service)
     return QApplication::exec();
 }
 
+/// Help and version can be told where there is no display.
+void NeedNoDisplayForHelp(int argc, char** argv)
+{
+    const auto asksForIt = [](const char* argument) {
+        return QStringList({"--help", "-h", "--help-all", "--version", "-v"}).contains(argument);
+    };
+    if (std::any_of(argv + 1, argv + argc, asksForIt) && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+}
+
 } // namespace
 
 int main(int argc, char** argv)
 {
+    NeedNoDisplayForHelp(argc, argv);
     QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QApplication application(argc, argv);

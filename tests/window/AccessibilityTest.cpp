@@ -8,6 +8,8 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QListView>
+#include <QMenu>
+#include <QMenuBar>
 #include <QTest>
 #include <QTranslator>
 #include <QXmlStreamReader>
@@ -31,8 +33,40 @@ bool IsPartOfAnother(const QWidget& widget)
            qobject_cast<const QComboBox*>(widget.parentWidget()) || widget.objectName().startsWith("qt_");
 }
 
+/// The letters that are pressed with Alt.
+QStringList LettersOf(const QList<QAction*>& actions)
+{
+    QStringList letters;
+    for (const QAction* const action : actions) {
+        const int mark = action->text().indexOf('&');
+        if (mark >= 0) {
+            letters.append(action->text().mid(mark + 1, 1).toUpper());
+        }
+    }
+    return letters;
+}
+
 class AccessibilityTest : public WindowTest {
 protected:
+    /// What their letters are.
+    QStringList MenusWithLettersTwice() const
+    {
+        QList<QList<QAction*>> menus = {window->menuBar()->actions()};
+        for (const QMenu* const menu : window->findChildren<QMenu*>()) {
+            menus.append(menu->actions());
+        }
+        EXPECT_GE(menus.size(), 4); // the bar and three menus
+        QStringList found;
+        for (const auto& actions : qAsConst(menus)) {
+            QStringList letters = LettersOf(actions);
+            const QString all = letters.join(' ');
+            if (letters.removeDuplicates() > 0) {
+                found.append(all);
+            }
+        }
+        return found;
+    }
+
     QStringList Nameless() const
     {
         QStringList found;
@@ -103,6 +137,17 @@ TEST_F(AccessibilityTest, DocumentsAndTransfersSayWhatTheyAre)
     ASSERT_TRUE(WaitUntil([&] { return Transfers() == QStringList{"b.pdf finished"}; }));
     const auto list = Find<QListView>("transfers");
     EXPECT_EQ(list->model()->index(0, 0).data(Qt::AccessibleTextRole).toString(), "Upload of b.pdf: finished");
+}
+
+TEST_F(AccessibilityTest, EachEntryOfAMenuHasALetterOfItsOwn)
+{
+    for (const auto language : {QLocale::English, QLocale::German}) {
+        Window::InstallTranslations(*qApp, QLocale(language));
+        OpenCloud();
+        EXPECT_EQ(MenusWithLettersTwice(), QStringList()) << language;
+        window.reset();
+        qDeleteAll(qApp->findChildren<QTranslator*>());
+    }
 }
 
 TEST_F(AccessibilityTest, TheTabKeyReachesEveryControl)

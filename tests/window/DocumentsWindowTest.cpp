@@ -10,6 +10,8 @@
 #include <QListView>
 #include <QMessageBox>
 #include <QTest>
+#include <QTextBlock>
+#include <QTextDocument>
 #include <QUrl>
 
 namespace Norlis::Test {
@@ -205,6 +207,44 @@ TEST_F(DocumentsWindowTest, ADownloadThatFindsAnotherFileSaysSoAndCanBeTriedAgai
     EXPECT_FALSE(Find<QListView>("transfers"));
 }
 
+TEST_F(DocumentsWindowTest, TryAgainIsForWhatFailedWhateverIsSelected)
+{
+    PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
+    PutIntoCloud("b.pdf", PdfOfColor(Qt::blue));
+    OpenCloud();
+    ASSERT_TRUE(Shows({"a.pdf", "b.pdf"}));
+    MakeFolder(Local("downloads"));
+    WriteFile(Local("downloads/a.pdf"), "somebody's own");
+    Select({"a.pdf", "b.pdf"});
+    Action("Download")->trigger();
+    ASSERT_TRUE(WaitUntil([&] { return Transfers() == QStringList({"b.pdf finished", "a.pdf failed"}); }));
+    const auto list = Find<QListView>("transfers");
+    list->setCurrentIndex(list->model()->index(0, 0));
+    ASSERT_TRUE(QFile::remove(Local("downloads/a.pdf")));
+    ClickButton("Try Again");
+    EXPECT_TRUE(WaitUntil([&] { return Transfers() == QStringList({"b.pdf finished", "a.pdf finished"}); }));
+}
+
+TEST_F(DocumentsWindowTest, ADownloadOfADocumentThatHasGoneSaysSoWhenItIsTriedAgain)
+{
+    PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
+    OpenCloud();
+    ASSERT_TRUE(Shows({"a.pdf"}));
+    MakeFolder(Local("downloads"));
+    WriteFile(Local("downloads/a.pdf"), "somebody's own");
+    Select({"a.pdf"});
+    Action("Download")->trigger();
+    ASSERT_TRUE(WaitUntil([&] { return Transfers() == QStringList{"a.pdf failed"}; }));
+    ASSERT_TRUE(QFile::remove(Cloud("a.pdf")));
+    Refresh();
+    ASSERT_TRUE(Shows({}));
+    ClickButton("Try Again");
+    const auto transfer = Find<QListView>("transfers")->model()->index(0, 0);
+    EXPECT_TRUE(WaitUntil(
+        [&] { return transfer.data(Window::Transfers::DetailRole).toString().startsWith("It is not in the list"); }));
+    EXPECT_EQ(Transfers(), QStringList{"a.pdf failed"});
+}
+
 TEST_F(DocumentsWindowTest, OpeningFetchesWhatIsNotHere)
 {
     OpenedFiles opened;
@@ -284,6 +324,7 @@ TEST_F(DocumentsWindowTest, RemovalAsksOnceAndNamesTheDocument)
     QTest::keyClick(Documents(), Qt::Key_Delete);
     Answer("Remove");
     EXPECT_TRUE(Shows({"a.pdf"}));
+    EXPECT_THAT(Find<QLabel>("status")->text().toStdString(), testing::StartsWith("1 document(s) ·"));
     EXPECT_FALSE(ReadFile(Cloud("b.pdf")));
     EXPECT_THAT(Questions(), IsEmpty());
 }
@@ -311,6 +352,35 @@ TEST_F(DocumentsWindowTest, SearchNarrowsAsOneTypes)
     EXPECT_EQ(Names().size(), 1);
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
     EXPECT_EQ(Names().size(), 3);
+}
+
+TEST_F(DocumentsWindowTest, SearchMindsNeitherCaseNorAccents)
+{
+    const QString composed = QString("Résumé – Zoë.pdf").normalized(QString::NormalizationForm_C);
+    PutIntoCloud(composed, PdfOfColor(Qt::red));
+    PutIntoCloud("Letter.pdf", PdfOfColor(Qt::red));
+    OpenCloud();
+    ASSERT_TRUE(Shows({"Letter.pdf", composed}));
+    const QString decomposed = QString("ZOË").normalized(QString::NormalizationForm_D);
+    for (const QString& text : {QString("zoe"), QString("RESUME"), decomposed}) {
+        Find<QLineEdit>("search")->setText(text);
+        EXPECT_EQ(Names(), QStringList{composed}) << qPrintable(text);
+    }
+}
+
+TEST_F(DocumentsWindowTest, ANameIsNoMarkup)
+{
+    PutIntoCloud("<b>bold<br>.pdf", PdfOfColor(Qt::red));
+    OpenCloud();
+    ASSERT_TRUE(Shows({"<b>bold<br>.pdf"}));
+    QTextDocument shown;
+    shown.setHtml(Documents()->model()->index(0, 0).data(Qt::ToolTipRole).toString());
+    EXPECT_EQ(shown.firstBlock().text().section(QChar::LineSeparator, 0, 0), "<b>bold<br>.pdf");
+    Select({"<b>bold<br>.pdf"});
+    Action("Download")->trigger();
+    ASSERT_TRUE(WaitUntil([&] { return Transfers() == QStringList{"<b>bold<br>.pdf finished"}; }));
+    shown.setHtml(Find<QListView>("transfers")->model()->index(0, 0).data(Qt::ToolTipRole).toString());
+    EXPECT_EQ(shown.firstBlock().text().section(QChar::LineSeparator, 0, 0), "<b>bold<br>.pdf");
 }
 
 TEST_F(DocumentsWindowTest, NumbersInNamesAreSortedByValueAndCaseDoesNotCount)

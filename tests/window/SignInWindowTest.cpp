@@ -4,6 +4,7 @@
 #include <NorlisTestKit/FaultServer.h>
 
 #include <QAbstractButton>
+#include <QApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
@@ -85,9 +86,38 @@ TEST_F(SignInWindowTest, AWrongPasswordIsSaidWhereItWasTypedAndNothingIsKept)
     EXPECT_THAT(Message().toStdString(), HasSubstr("Signing in failed."));
     EXPECT_EQ(KeptToken(), "");
     EXPECT_EQ(Find<QLineEdit>("user")->text(), server.User());
-    Type(Find<QLineEdit>("password"), server.Password());
-    ClickButton("Sign In");
+    ASSERT_TRUE(Find<QLineEdit>("password")->hasFocus()) << "what is typed next may be read by others";
+    QTest::keyClicks(QApplication::focusWidget(), server.Password()); // in place of the wrong one
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
     EXPECT_TRUE(WaitUntil([&] { return !IsWelcome(); }));
+    EXPECT_TRUE(WaitUntil([&] { return Documents()->hasFocus() || Find<QWidget>("emptyPage"); }));
+}
+
+TEST_F(SignInWindowTest, TheListHasTheKeyboardAfterTheSignIn)
+{
+    server.Put("a.pdf", PdfOfColor(Qt::red));
+    SignIn();
+    ASSERT_TRUE(Shows({"a.pdf"}));
+    EXPECT_TRUE(Documents()->hasFocus());
+}
+
+TEST_F(SignInWindowTest, WhatIsMissingIsWhereTheKeyboardGoes)
+{
+    Open();
+    ClickButton("Sign In");
+    EXPECT_TRUE(Find<QLineEdit>("address")->hasFocus());
+    Type(Find<QLineEdit>("address"), "https://cloud.example/");
+    ClickButton("Sign In");
+    EXPECT_TRUE(Find<QLineEdit>("password")->hasFocus());
+}
+
+TEST_F(SignInWindowTest, AFileIsNotTakenForAFolder)
+{
+    Open();
+    Type(Find<QLineEdit>("folder"), LocalFile("report.pdf", "content"));
+    ClickButton("Use This Folder");
+    EXPECT_THAT(Message().toStdString(), HasSubstr("There is a file of that name"));
+    EXPECT_TRUE(IsWelcome());
 }
 
 TEST_F(SignInWindowTest, WhatCannotBeAnAddressIsRefusedBeforeAnybodyIsAsked)
@@ -180,11 +210,11 @@ TEST_F(SignInWindowTest, ARunningUploadIsAskedAboutBeforeTheWindowCloses)
     Drop({LocalFile("a.pdf", PdfOfColor(Qt::red))});
     ASSERT_TRUE(WaitUntil([&] { return server.Count("PUT") == 1; }));
     window->close();
-    Answer("Go On");
+    Answer("Stay");
     EXPECT_TRUE(window->isVisible());
     EXPECT_EQ(Transfers().size(), 1);
     window->close();
-    Answer("Cancel Transfers");
+    Answer("Quit");
     EXPECT_FALSE(window->isVisible());
 }
 
@@ -258,11 +288,11 @@ TEST_F(SignInWindowTest, ClosingWhileTransfersRunAsksFirst)
     ASSERT_TRUE(WaitUntil([&] { return Transfers() == QStringList{"a.pdf running"}; }));
     window->close();
     EXPECT_TRUE(window->isVisible());
-    Answer("Go On");
+    Answer("Stay");
     EXPECT_TRUE(window->isVisible());
     EXPECT_EQ(Transfers().size(), 1);
     window->close();
-    Answer("Cancel Transfers");
+    Answer("Quit");
     EXPECT_TRUE(WaitUntil([&] { return !window->isVisible(); }));
 }
 

@@ -84,10 +84,6 @@
         <translation>Ein Dokument nach seinem Namen suchen</translation>
     </message>
     <message>
-        <source>Sign &amp;Out</source>
-        <translation>A&amp;bmelden</translation>
-    </message>
-    <message>
         <source>Forget the password and show another cloud</source>
         <translation>Das Passwort vergessen und eine andere Cloud zeigen</translation>
     </message>
@@ -98,6 +94,10 @@
     <message>
         <source>&amp;View</source>
         <translation>&amp;Ansicht</translation>
+    </message>
+    <message>
+        <source>Si&amp;gn Out</source>
+        <translation>A&amp;bmelden</translation>
     </message>
 </context>
 <context>
@@ -273,20 +273,24 @@
         <translation>Abmelden und die laufenden Übertragungen abbrechen?</translation>
     </message>
     <message>
-        <source>Cancel Transfers</source>
-        <translation>Übertragungen abbrechen</translation>
-    </message>
-    <message>
-        <source>Go On</source>
-        <translation>Weitermachen</translation>
-    </message>
-    <message>
         <source>Quit and cancel the transfers that are running?</source>
         <translation>Beenden und die laufenden Übertragungen abbrechen?</translation>
     </message>
     <message>
         <source>The settings cannot be stored.</source>
         <translation>Die Einstellungen lassen sich nicht speichern.</translation>
+    </message>
+    <message>
+        <source>Sign Out</source>
+        <translation>Abmelden</translation>
+    </message>
+    <message>
+        <source>Stay</source>
+        <translation>Bleiben</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>Beenden</translation>
     </message>
 </context>
 <context>
@@ -560,6 +564,10 @@
     <message>
         <source>This address cannot be used.</source>
         <translation>Diese Adresse ist nicht zu brauchen.</translation>
+    </message>
+    <message>
+        <source>There is a file of that name. Choose a folder.</source>
+        <translation>So heißt eine Datei. Wählen Sie einen Ordner.</translation>
     </message>
 </context>
 <context>
