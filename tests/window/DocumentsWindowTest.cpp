@@ -64,6 +64,19 @@ protected:
         ASSERT_TRUE(IsInStep("a.pdf"));
     }
 
+    /// A document in the cloud whose download found somebody's own file of its name.
+    void FailToDownload()
+    {
+        PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
+        OpenCloud();
+        ASSERT_TRUE(Shows({"a.pdf"}));
+        MakeFolder(Local("downloads"));
+        WriteFile(Local("downloads/a.pdf"), "somebody's own");
+        Select({"a.pdf"});
+        Action("Download")->trigger();
+        ASSERT_TRUE(WaitUntil([&] { return Transfers() == QStringList{"a.pdf failed"}; }));
+    }
+
     /// Whether something of that colour is to be seen where the documents are.
     bool IsSeen(const QColor& color)
     {
@@ -188,14 +201,7 @@ TEST_F(DocumentsWindowTest, DownloadPutsTheSelectedDocumentsIntoTheFolder)
 
 TEST_F(DocumentsWindowTest, ADownloadThatFindsAnotherFileSaysSoAndCanBeTriedAgain)
 {
-    PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
-    OpenCloud();
-    ASSERT_TRUE(Shows({"a.pdf"}));
-    MakeFolder(Local("downloads"));
-    WriteFile(Local("downloads/a.pdf"), "somebody's own");
-    Select({"a.pdf"});
-    Action("Download")->trigger();
-    ASSERT_TRUE(WaitUntil([&] { return Transfers() == QStringList{"a.pdf failed"}; }));
+    ASSERT_NO_FATAL_FAILURE(FailToDownload());
     EXPECT_EQ(ReadFile(Local("downloads/a.pdf")), QByteArray("somebody's own"));
     EXPECT_EQ(Message(), ""); // told among the transfers, and nowhere else
     ASSERT_TRUE(QFile::remove(Local("downloads/a.pdf")));
@@ -227,14 +233,7 @@ TEST_F(DocumentsWindowTest, TryAgainIsForWhatFailedWhateverIsSelected)
 
 TEST_F(DocumentsWindowTest, ADownloadOfADocumentThatHasGoneSaysSoWhenItIsTriedAgain)
 {
-    PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
-    OpenCloud();
-    ASSERT_TRUE(Shows({"a.pdf"}));
-    MakeFolder(Local("downloads"));
-    WriteFile(Local("downloads/a.pdf"), "somebody's own");
-    Select({"a.pdf"});
-    Action("Download")->trigger();
-    ASSERT_TRUE(WaitUntil([&] { return Transfers() == QStringList{"a.pdf failed"}; }));
+    ASSERT_NO_FATAL_FAILURE(FailToDownload());
     ASSERT_TRUE(QFile::remove(Cloud("a.pdf")));
     Refresh();
     ASSERT_TRUE(Shows({}));
