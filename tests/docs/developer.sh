@@ -1,6 +1,7 @@
 #!/bin/bash
 # developer.sh PROJECT WORK BUILD: what the pages tell a developer to type, in the copy of the sources that the package was built
-# from. The programs and tests of BUILD stand in for those of the preset dev.
+# from. The programs and tests of BUILD stand in for those of the preset dev, which is not built, and of tests that are running
+# already only the names are listed.
 dev=$3
 set -- "$1" "$2"
 . "$(dirname "$0")/../package/common.sh"
