@@ -1,9 +1,9 @@
 // The record store, alone and under the file list, beside a bare SQLite loop that reads or writes the same rows in the
 // same run. `ratio` is the time by that of the loop, so 1 is as fast as SQLite itself.
 
-#include <host/LocalFileSystem.h>
-#include <host/Md5HashCalculator.h>
-#include <host/SqliteCloudInfoStorage.h>
+#include <host/store/LocalFileSystem.h>
+#include <host/store/Md5HashCalculator.h>
+#include <host/store/SqliteCloudInfoStorage.h>
 #include <NorlisCloud/NorlisCloudFilesManager.h>
 
 #include <QFile>

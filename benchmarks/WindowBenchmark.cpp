@@ -2,8 +2,8 @@
 // searches and sorts. `frames` is that time by a frame of 16 ms; `ratio` is the whole time by that of Qt's own list
 // view, which shows only the names.
 
-#include <DocumentsFilter.h>
-#include <DocumentsView.h>
+#include <apps/window/DocumentsFilter.h>
+#include <apps/window/DocumentsView.h>
 #include <host/CloudDocumentsModel.h>
 #include <NorlisCloud/NorlisCloudFilesManager.h>
 #include <NorlisTestKit/CountingHashCalculator.h>

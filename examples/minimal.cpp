@@ -2,8 +2,8 @@
 //
 //   minimal FOLDER FILE.pdf
 
-#include <host/LocalFileSystem.h>
-#include <host/Md5HashCalculator.h>
+#include <host/store/LocalFileSystem.h>
+#include <host/store/Md5HashCalculator.h>
 #include <NorlisCloud/NorlisCloudManager.h>
 #include <NorlisCloud/NorlisCloudProtocolProxy.h>
 

@@ -2,7 +2,7 @@
 
 #include "Require.h"
 
-#include <host/ServiceAddress.h>
+#include <host/account/ServiceAddress.h>
 #include <protocol/webdav/Collection.h>
 
 #include <algorithm>

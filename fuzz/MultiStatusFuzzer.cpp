@@ -4,7 +4,7 @@
 
 #include "Require.h"
 
-#include <protocol/webdav/MultiStatusParser.h>
+#include <protocol/dav/MultiStatusParser.h>
 
 #include <algorithm>
 

@@ -4,7 +4,7 @@
 
 #include "Require.h"
 
-#include <protocol/DocumentNames.h>
+#include <files/DocumentNames.h>
 
 #include <algorithm>
 #include <cstring>

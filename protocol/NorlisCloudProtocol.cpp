@@ -1,8 +1,8 @@
 #include <contracts/NorlisCloudProtocol.h>
 
-#include "folder/FolderService.h"
 #include "ServiceConnection.h"
-#include "webdav/WebDavService.h"
+#include <protocol/folder/FolderService.h>
+#include <protocol/webdav/WebDavService.h>
 
 #include <QGuiApplication>
 #include <QPixmap>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "CloudService.h"
+#include <protocol/service/CloudService.h>
 
 #include <QObject>
 #include <QThread>

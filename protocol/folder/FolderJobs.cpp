@@ -7,7 +7,7 @@ namespace Norlis::Social {
 
 namespace {
 
-QDateTime ModifiedAt(const FileVersion& version)
+QDateTime ModifiedAt(const Files::FileIdentity& version)
 {
     return QDateTime::fromMSecsSinceEpoch(version.modifiedNanoseconds / 1'000'000, Qt::UTC);
 }
@@ -59,7 +59,7 @@ std::optional<Reply> ListJob::Step()
         const auto& document = (*documents)[position];
         const QString md5Hash = store.KnownHash(document);
         if (md5Hash.isEmpty()) {
-            reader = std::make_unique<FileReader>();
+            reader = std::make_unique<Files::FileReader>();
             if (reader->Open(document.path)) {
                 return std::nullopt;
             }

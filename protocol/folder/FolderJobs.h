@@ -1,9 +1,9 @@
 #pragma once
 
-#include "../AtomicFile.h"
-#include "../CloudService.h"
-#include "../FileReader.h"
 #include "FolderStore.h"
+#include <files/AtomicFile.h>
+#include <files/FileReader.h>
+#include <protocol/service/CloudService.h>
 
 #include <functional>
 #include <optional>
@@ -33,8 +33,8 @@ private:
 
     FolderStore& store;
     std::optional<std::vector<FolderDocument>> documents;
-    std::size_t position = 0;           ///< of the document that is looked at
-    std::unique_ptr<FileReader> reader; ///< of that document, while it is hashed
+    std::size_t position = 0;                  ///< of the document that is looked at
+    std::unique_ptr<Files::FileReader> reader; ///< of that document, while it is hashed
     QList<CloudFile> files;
 };
 
@@ -49,7 +49,7 @@ public:
         QString expectedMd5;     ///< of the source; empty when it is not known
 
         /// Gives the copy its name. The last step.
-        std::function<Reply(AtomicFile& copy, const FileReader& source)> publish;
+        std::function<Reply(Files::AtomicFile& copy, const Files::FileReader& source)> publish;
         std::function<void(int percent)> progress;
     };
 
@@ -65,8 +65,8 @@ private:
     void ReportProgress();
 
     Task task;
-    FileReader reader;
-    AtomicFile copy;
+    Files::FileReader reader;
+    Files::AtomicFile copy;
     bool isOpen = false;
     int reportedPercent = -1;
 };

@@ -1,7 +1,7 @@
 #include "FolderService.h"
 
-#include "../DocumentNames.h"
-#include "../LocalTarget.h"
+#include <files/DocumentNames.h>
+#include <files/LocalTarget.h>
 
 #include <QDir>
 #include <QFileInfo>
@@ -104,7 +104,7 @@ Reply FolderService::Handle(const Request::Remove& request)
     if (!file.remove()) {
         return Failed("Removal", document->name, file.errorString(), "Check that you may write to the folder.");
     }
-    AtomicFile::SyncFolderOf(document->path);
+    Files::AtomicFile::SyncFolderOf(document->path);
     return {};
 }
 
@@ -153,7 +153,7 @@ void FolderService::Begin(qint64 id, const Request::Download& request)
         listener.reply(id, NoSuchDocument(what));
         return;
     }
-    const TargetProblem problem = WhyNoTarget(request.localPath);
+    const Files::TargetProblem problem = Files::WhyNoTarget(request.localPath);
     if (!problem.reason.isEmpty()) {
         listener.reply(id, Failed(what, document->name, problem.reason, problem.advice));
         return;
@@ -164,7 +164,8 @@ void FolderService::Begin(qint64 id, const Request::Download& request)
     task.source = document->path;
     task.temporaryFolder = QFileInfo(request.localPath).path();
     task.expectedMd5 = store.KnownHash(*document);
-    task.publish = [this, request, document = *document, what](AtomicFile& copy, const FileReader& source) {
+    task.publish = [this, request, document = *document, what](Files::AtomicFile& copy,
+                                                               const Files::FileReader& source) {
         bool isWritten = false;
         const bool isWanted = request.token->Commit([&] {
             isWritten = copy.CommitReplacing(request.localPath);
@@ -177,7 +178,7 @@ void FolderService::Begin(qint64 id, const Request::Download& request)
             return Failed(what, document.name,
                           QStringLiteral("%1 cannot be written: %2").arg(request.localPath, copy.ErrorText()));
         }
-        AtomicFile::SyncFolderOf(request.localPath);
+        Files::AtomicFile::SyncFolderOf(request.localPath);
         store.RememberHash(document.id, source.Version(), source.Md5());
         return Reply();
     };
@@ -202,7 +203,7 @@ void FolderService::Begin(qint64 id, const Request::Upload& request)
         }
         name = replaced->name;
     }
-    const QString badName = WhyNoName(name);
+    const QString badName = Files::WhyNoName(name);
     if (!badName.isEmpty()) {
         listener.reply(id,
                        Failed(what, name, QStringLiteral("The name %1").arg(badName), "Give the file another name."));
@@ -220,7 +221,7 @@ void FolderService::Begin(qint64 id, const Request::Upload& request)
     task.source = request.localPath;
     task.temporaryFolder = store.TemporaryFolder();
     task.expectedMd5 = request.md5Hash.toLower();
-    task.publish = [this, request, name](AtomicFile& copy, const FileReader& source) {
+    task.publish = [this, request, name](Files::AtomicFile& copy, const Files::FileReader& source) {
         return Publish(request, name, copy, source);
     };
     StartCopy(id, std::move(task));
@@ -232,8 +233,8 @@ void FolderService::StartCopy(qint64 id, CopyJob::Task task)
     AddJob(transfers, id, std::make_unique<CopyJob>(std::move(task)));
 }
 
-Reply FolderService::Publish(const Request::Upload& request, const QString& wantedName, AtomicFile& copy,
-                             const FileReader& source)
+Reply FolderService::Publish(const Request::Upload& request, const QString& wantedName, Files::AtomicFile& copy,
+                             const Files::FileReader& source)
 {
     constexpr int mostNumbers = 10'000;
     const auto what = QStringLiteral("Upload");
@@ -249,29 +250,30 @@ Reply FolderService::Publish(const Request::Upload& request, const QString& want
 
     const bool isNew = request.document.isEmpty();
     QString name = wantedName;
-    auto outcome = AtomicFile::Outcome::Failed;
+    auto outcome = Files::AtomicFile::Outcome::Failed;
     const bool isWanted = request.token->Commit([&]() -> QString {
         if (!isNew) {
-            outcome =
-                copy.CommitReplacing(store.PathOf(name)) ? AtomicFile::Outcome::Done : AtomicFile::Outcome::Failed;
+            outcome = copy.CommitReplacing(store.PathOf(name)) ? Files::AtomicFile::Outcome::Done
+                                                               : Files::AtomicFile::Outcome::Failed;
             return {};
         }
         outcome = copy.CommitNew(store.PathOf(name));
-        for (int number = 2; outcome == AtomicFile::Outcome::NameTaken && number < mostNumbers; ++number) {
-            name = NumberedName(wantedName, number);
+        for (int number = 2; outcome == Files::AtomicFile::Outcome::NameTaken && number < mostNumbers; ++number) {
+            name = Files::NumberedName(wantedName, number);
             outcome = copy.CommitNew(store.PathOf(name));
         }
-        return outcome == AtomicFile::Outcome::Done ? IdOfName(name) : QString();
+        return outcome == Files::AtomicFile::Outcome::Done ? Files::IdOfName(name) : QString();
     });
     if (!isWanted) {
         return {}; // nobody waits for it
     }
-    if (outcome != AtomicFile::Outcome::Done) {
+    if (outcome != Files::AtomicFile::Outcome::Done) {
         return Failed(what, wantedName, copy.ErrorText(), "Check that you may write to the folder.");
     }
 
-    AtomicFile::SyncFolderOf(store.PathOf(name));
-    const FolderDocument document{IdOfName(name), name, store.PathOf(name), FileVersion::OfPath(store.PathOf(name))};
+    Files::AtomicFile::SyncFolderOf(store.PathOf(name));
+    const FolderDocument document{Files::IdOfName(name), name, store.PathOf(name),
+                                  Files::FileIdentity::OfPath(store.PathOf(name))};
     store.RememberOwnHash(document.id, copy.CommittedVersion(), source.Md5()); // not of what took its place meanwhile
     const CloudFile entry = EntryOf(document, source.Md5());
     NorlisCloudSharingResult result;

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "../CloudService.h"
-#include "../preview/PreviewQueue.h"
 #include "FolderJobs.h"
 #include "FolderStore.h"
+#include <protocol/preview/PreviewQueue.h>
+#include <protocol/service/CloudService.h>
 
 #include <QTimer>
 
@@ -54,7 +54,8 @@ private:
     void StartCopy(qint64 id, CopyJob::Task task);
 
     /// Gives a whole upload its name: that of the document to replace, or else the first free one.
-    Reply Publish(const Request::Upload& request, const QString& name, AtomicFile& copy, const FileReader& source);
+    Reply Publish(const Request::Upload& request, const QString& name, Files::AtomicFile& copy,
+                  const Files::FileReader& source);
     void AddJob(Jobs& jobs, qint64 id, std::unique_ptr<FolderJob> job);
 
     /// One step of a list and one of a transfer, so that neither waits for the other to end.

@@ -1,7 +1,7 @@
 #include "FolderStore.h"
 
-#include "../AtomicFile.h"
-#include "../DocumentNames.h"
+#include <files/AtomicFile.h>
+#include <files/DocumentNames.h>
 
 #include <QDateTime>
 #include <QDir>
@@ -35,7 +35,7 @@ QString FolderIdentity(const QString& folder)
 
 constexpr qint64 timestampGranularity = 50'000'000; // nanoseconds; several ticks of the kernel's clock
 
-bool IsJustWritten(const FileVersion& version)
+bool IsJustWritten(const Files::FileIdentity& version)
 {
     const qint64 now = QDateTime::currentMSecsSinceEpoch() * 1'000'000;
     return now - qMax(version.modifiedNanoseconds, version.changedNanoseconds) < timestampGranularity;
@@ -86,8 +86,9 @@ std::optional<std::vector<FolderDocument>> FolderStore::Documents()
     const auto names = QDir(folder).entryList(QDir::Files | QDir::Hidden | QDir::System | QDir::NoSymLinks, QDir::Name);
     documents.reserve(static_cast<std::size_t>(names.size()));
     for (const QString& name : names) {
-        FolderDocument document{IdOfName(name), name, PathOf(name), FileVersion::OfPath(PathOf(name))};
-        if (document.version.IsFile() && WhyNoName(name).isEmpty() && !AtomicFile::IsTemporaryName(name)) {
+        FolderDocument document{Files::IdOfName(name), name, PathOf(name), Files::FileIdentity::OfPath(PathOf(name))};
+        if (document.version.IsFile() && Files::WhyNoName(name).isEmpty() &&
+            !Files::AtomicFile::IsTemporaryName(name)) {
             nameOfId.insert(document.id, name);
             documents.push_back(std::move(document));
         }
@@ -112,7 +113,7 @@ std::optional<FolderDocument> FolderStore::Find(const QString& id)
     if (name == nameOfId.constEnd()) {
         return std::nullopt;
     }
-    FolderDocument document{id, *name, PathOf(*name), FileVersion::OfPath(PathOf(*name))};
+    FolderDocument document{id, *name, PathOf(*name), Files::FileIdentity::OfPath(PathOf(*name))};
     return document.version.IsFile() ? std::optional(document) : std::nullopt;
 }
 
@@ -135,14 +136,14 @@ QString FolderStore::KnownHash(const FolderDocument& document) const
     return known != hashes.constEnd() && known->version == document.version.ToString() ? known->md5Hash : QString();
 }
 
-void FolderStore::RememberHash(const QString& id, const FileVersion& version, const QString& md5Hash)
+void FolderStore::RememberHash(const QString& id, const Files::FileIdentity& version, const QString& md5Hash)
 {
     if (!IsJustWritten(version)) {
         RememberOwnHash(id, version, md5Hash);
     }
 }
 
-void FolderStore::RememberOwnHash(const QString& id, const FileVersion& version, const QString& md5Hash)
+void FolderStore::RememberOwnHash(const QString& id, const Files::FileIdentity& version, const QString& md5Hash)
 {
     hashes[id] = {version.ToString(), md5Hash};
     hasNewHashes = true;
@@ -164,7 +165,7 @@ void FolderStore::SaveHashes(const std::vector<FolderDocument>& documents)
     }
     hashes = kept;
     const QByteArray text = QJsonDocument(saved).toJson(QJsonDocument::Compact);
-    AtomicFile file;
+    Files::AtomicFile file;
     hasNewHashes = !(file.Open(TemporaryFolder()) && file.Write(text.constData(), text.size()) &&
                      file.CommitReplacing(TemporaryFolder() + '/' + hashesFile));
 }
@@ -180,7 +181,7 @@ void FolderStore::RemoveLeftovers()
     const QDir temporary(TemporaryFolder());
     const auto leftovers = temporary.entryInfoList(QDir::Files | QDir::Hidden | QDir::NoSymLinks);
     for (const QFileInfo& leftover : leftovers) {
-        if (AtomicFile::IsTemporaryName(leftover.fileName()) && leftover.lastModified() < yesterday) {
+        if (Files::AtomicFile::IsTemporaryName(leftover.fileName()) && leftover.lastModified() < yesterday) {
             QFile::remove(leftover.filePath());
         }
     }
@@ -189,7 +190,7 @@ void FolderStore::RemoveLeftovers()
 void FolderStore::LoadHashes()
 {
     QFile file(TemporaryFolder() + '/' + hashesFile);
-    if (!FileVersion::OfPath(file.fileName()).IsFile() || file.size() > largestHashesFile ||
+    if (!Files::FileIdentity::OfPath(file.fileName()).IsFile() || file.size() > largestHashesFile ||
         !file.open(QIODevice::ReadOnly)) {
         return;
     }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "../FileReader.h"
+#include <files/FileReader.h>
 
 #include <QDateTime>
 #include <QHash>
@@ -16,7 +16,7 @@ struct FolderDocument {
     QString id;
     QString name;
     QString path;
-    FileVersion version;
+    Files::FileIdentity version;
 };
 
 /// The documents of a folder: its regular files. Links, sub-folders and names that are unsafe elsewhere are no
@@ -51,10 +51,10 @@ public:
 
     /// To be called with the hash of a file that was read. One that has only just been written is not remembered: it
     /// may be written again without getting another time stamp.
-    void RememberHash(const QString& id, const FileVersion& version, const QString& md5Hash);
+    void RememberHash(const QString& id, const Files::FileIdentity& version, const QString& md5Hash);
 
     /// To be called with the hash of a file that this service has put in place itself.
-    void RememberOwnHash(const QString& id, const FileVersion& version, const QString& md5Hash);
+    void RememberOwnHash(const QString& id, const Files::FileIdentity& version, const QString& md5Hash);
 
     /// Writes the hashes down if there are new ones, and forgets those of documents that are not among the given ones.
     /// A folder that cannot be written just does without.

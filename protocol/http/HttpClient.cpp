@@ -1,7 +1,7 @@
 #include "HttpClient.h"
 
-#include "../webdav/DavPath.h"
-#include "../webdav/HttpDate.h"
+#include "HttpDate.h"
+#include <protocol/dav/DavPath.h>
 
 #include <QDateTime>
 #include <QFile>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "../CloudService.h"
 #include "PreviewCache.h"
 #include "RendererProcess.h"
+#include <protocol/service/CloudService.h>
 
 #include <QHash>
 #include <QSet>

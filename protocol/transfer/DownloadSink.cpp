@@ -10,7 +10,7 @@ constexpr int mostUnderWay = 4;        // pieces
 } // namespace
 
 struct DownloadSink::Written {
-    AtomicFile file;
+    Files::AtomicFile file;
     QCryptographicHash hash{QCryptographicHash::Md5};
 };
 
@@ -119,7 +119,7 @@ void DownloadSink::Flush(std::function<void()> done)
 void DownloadSink::SyncFolder(std::function<void()> done)
 {
     writing->Run([folder = folder, done = std::move(done)]() -> Background::Continuation {
-        AtomicFile::SyncFolderOf(folder + "/.");
+        Files::AtomicFile::SyncFolderOf(folder + "/.");
         return done;
     });
 }
@@ -129,7 +129,7 @@ QString DownloadSink::Md5() const
     return QString::fromLatin1(written->hash.result().toHex());
 }
 
-AtomicFile& DownloadSink::File()
+Files::AtomicFile& DownloadSink::File()
 {
     return written->file;
 }

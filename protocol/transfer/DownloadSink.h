@@ -1,8 +1,8 @@
 #pragma once
 
-#include "../AtomicFile.h"
-#include "../http/HttpMessage.h"
 #include "Background.h"
+#include <files/AtomicFile.h>
+#include <protocol/http/HttpMessage.h>
 
 #include <QCryptographicHash>
 
@@ -41,7 +41,7 @@ public:
 
     /// After Flush.
     QString Md5() const;
-    AtomicFile& File();
+    Files::AtomicFile& File();
 
     /// Why the answer was refused or the file cannot be written; empty when neither.
     QString ErrorText() const

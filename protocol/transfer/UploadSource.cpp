@@ -20,7 +20,7 @@ UploadSource::UploadSource(const QString& path, QThreadPool& pool, std::function
 
 bool UploadSource::Open()
 {
-    reader = std::make_shared<FileReader>();
+    reader = std::make_shared<Files::FileReader>();
     if (!reader->Open(path)) {
         error = reader->ErrorText();
         return false;
@@ -45,7 +45,7 @@ void UploadSource::Begin(std::function<void()> whenReady)
     isAtEnd = false;
     isWaitedFor = false;
     if (reading) { // again
-        const FileVersion before = version;
+        const Files::FileIdentity before = version;
         if (Open() && !(version == before)) {
             error = QStringLiteral("It changed meanwhile");
         }
@@ -58,7 +58,7 @@ void UploadSource::Begin(std::function<void()> whenReady)
 void UploadSource::AskForMore()
 {
     while (!isAtEnd && error.isEmpty() && asked + static_cast<int>(pieces.size()) < piecesAhead &&
-           readBytes + asked * FileReader::pieceSize < version.size) {
+           readBytes + asked * Files::FileReader::pieceSize < version.size) {
         ++asked;
         reading->Run([this, reader = reader]() -> Background::Continuation {
             const QByteArray piece = reader->Next();

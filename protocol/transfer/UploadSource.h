@@ -1,8 +1,8 @@
 #pragma once
 
-#include "../FileReader.h"
-#include "../http/HttpMessage.h"
 #include "Background.h"
+#include <files/FileReader.h>
+#include <protocol/http/HttpMessage.h>
 
 #include <deque>
 
@@ -38,11 +38,12 @@ private:
     const QString path;
     QThreadPool& pool;
     const std::function<void(qint64)> onPosition;
-    FileVersion version;
+    Files::FileIdentity version;
     QString error;
 
     // Of one reading; a repetition starts another one.
-    std::shared_ptr<FileReader> reader; ///< touched by one thread at a time: the reading one until the end of the file
+    std::shared_ptr<Files::FileReader>
+        reader; ///< touched by one thread at a time: the reading one until the end of the file
     std::unique_ptr<Background> reading;
     std::function<void()> onReady;
     std::deque<QByteArray> pieces; ///< read and not handed out yet

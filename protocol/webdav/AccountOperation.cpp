@@ -1,6 +1,6 @@
 #include "AccountOperation.h"
 
-#include "ErrorBody.h"
+#include <protocol/dav/ErrorBody.h>
 
 #include <QBuffer>
 #include <QImageReader>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "DavPath.h"
+#include <protocol/dav/DavPath.h>
 
 #include <QByteArray>
 #include <QString>

@@ -1,8 +1,8 @@
 #include "DavDocument.h"
 
-#include "../AtomicFile.h"
-#include "../DocumentNames.h"
-#include "EntityTag.h"
+#include <files/AtomicFile.h>
+#include <files/DocumentNames.h>
+#include <protocol/dav/EntityTag.h>
 
 #include <QMimeDatabase>
 #include <QRegularExpression>
@@ -44,7 +44,7 @@ QString IdOf(const DavEntry& entry, const QString& name)
 {
     // The server's own id survives that the document is renamed.
     static const QRegularExpression safe(QStringLiteral("^[0-9]{1,15}$"));
-    return safe.match(entry.fileId).hasMatch() ? entry.fileId : IdOfName(name);
+    return safe.match(entry.fileId).hasMatch() ? entry.fileId : Files::IdOfName(name);
 }
 
 QByteArray Md5Of(const DavEntry& entry)
@@ -101,7 +101,8 @@ bool IsSameVersion(const DavDocument& left, const DavDocument& right)
 std::optional<DavDocument> DocumentOf(const DavEntry& entry)
 {
     const QString name = QString::fromUtf8(entry.name);
-    if (entry.isSelf || entry.isCollection || !WhyNoName(name).isEmpty() || AtomicFile::IsTemporaryName(name)) {
+    if (entry.isSelf || entry.isCollection || !Files::WhyNoName(name).isEmpty() ||
+        Files::AtomicFile::IsTemporaryName(name)) {
         return std::nullopt;
     }
     return FileOf(entry, entry.name);

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "../CloudService.h"
-#include "DavEntry.h"
+#include <protocol/dav/DavEntry.h>
+#include <protocol/service/CloudService.h>
 
 #include <QHash>
 

@@ -1,8 +1,8 @@
 #include "DownloadOperation.h"
 
-#include "../LocalTarget.h"
-#include "EntityTag.h"
 #include "PropFind.h"
+#include <files/LocalTarget.h>
+#include <protocol/dav/EntityTag.h>
 
 #include <QFileInfo>
 #include <QRegularExpression>
@@ -69,7 +69,7 @@ void DownloadOperation::Start()
             return;
         }
         document = *found;
-        const TargetProblem problem = WhyNoTarget(request.localPath);
+        const Files::TargetProblem problem = Files::WhyNoTarget(request.localPath);
         if (!problem.reason.isEmpty()) {
             Fail(problem.reason, problem.advice);
             return;

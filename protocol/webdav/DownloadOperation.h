@@ -1,8 +1,8 @@
 #pragma once
 
-#include "../transfer/DownloadSink.h"
 #include "Directory.h"
 #include "Operation.h"
+#include <protocol/transfer/DownloadSink.h>
 
 namespace Norlis::Social {
 

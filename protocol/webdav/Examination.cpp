@@ -1,10 +1,10 @@
 #include "Examination.h"
 
-#include "../AtomicFile.h"
-#include "EntityTag.h"
-#include "ErrorBody.h"
 #include "OverwriteCheck.h"
 #include "PropFind.h"
+#include <files/AtomicFile.h>
+#include <protocol/dav/EntityTag.h>
+#include <protocol/dav/ErrorBody.h>
 
 namespace Norlis::Social {
 
@@ -34,8 +34,8 @@ QString Refusal(const HttpResponse& response)
 Examination::Examination(const std::shared_ptr<WebDavServer>& server, Sweeper& sweeper, Finish finish)
     : Operation(server, std::move(finish)),
       sweeper(sweeper),
-      first(AtomicFile::NewTemporaryName().toUtf8()),
-      second(AtomicFile::NewTemporaryName().toUtf8())
+      first(Files::AtomicFile::NewTemporaryName().toUtf8()),
+      second(Files::AtomicFile::NewTemporaryName().toUtf8())
 {
 }
 

@@ -1,6 +1,6 @@
 #include "Listing.h"
 
-#include "../AtomicFile.h"
+#include <files/AtomicFile.h>
 
 namespace Norlis::Social {
 
@@ -11,7 +11,7 @@ constexpr qint64 leftoverAge = 24 * 60 * 60; // seconds
 
 bool IsLeftover(const DavEntry& entry)
 {
-    return !entry.isCollection && AtomicFile::IsTemporaryName(QString::fromUtf8(entry.name)) &&
+    return !entry.isCollection && Files::AtomicFile::IsTemporaryName(QString::fromUtf8(entry.name)) &&
            entry.modifiedAt.isValid() && entry.modifiedAt.secsTo(QDateTime::currentDateTimeUtc()) > leftoverAge;
 }
 

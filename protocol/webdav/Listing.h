@@ -2,7 +2,7 @@
 
 #include "DavDocument.h"
 #include "PropFind.h"
-#include "WebDavRequests.h"
+#include <protocol/dav/WebDavRequests.h>
 
 namespace Norlis::Social {
 

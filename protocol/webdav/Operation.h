@@ -1,7 +1,7 @@
 #pragma once
 
-#include "../CloudService.h"
-#include "WebDavRequests.h"
+#include <protocol/dav/WebDavRequests.h>
+#include <protocol/service/CloudService.h>
 
 namespace Norlis::Social {
 

@@ -1,6 +1,6 @@
 #include "OverwriteCheck.h"
 
-#include "../AtomicFile.h"
+#include <files/AtomicFile.h>
 
 namespace Norlis::Social {
 
@@ -19,7 +19,7 @@ HttpRequest MoveFile(const Collection& collection, const QByteArray& from, const
 OverwriteCheck::OverwriteCheck(WebDavServer& server, const QByteArray& uploaded, Done done)
     : server(server),
       uploaded(uploaded),
-      small(AtomicFile::NewTemporaryName().toUtf8()),
+      small(Files::AtomicFile::NewTemporaryName().toUtf8()),
       done(std::move(done)),
       requests(server.http)
 {

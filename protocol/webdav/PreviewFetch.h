@@ -1,8 +1,8 @@
 #pragma once
 
-#include "../preview/PreviewQueue.h"
-#include "../transfer/DownloadSink.h"
-#include "WebDavRequests.h"
+#include <protocol/dav/WebDavRequests.h>
+#include <protocol/preview/PreviewQueue.h>
+#include <protocol/transfer/DownloadSink.h>
 
 namespace Norlis::Social {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "../http/HttpMessage.h"
-#include "MultiStatusParser.h"
+#include <protocol/dav/MultiStatusParser.h>
+#include <protocol/http/HttpMessage.h>
 
 #include <QTimer>
 

@@ -1,8 +1,8 @@
 #include "Publication.h"
 
-#include "../DocumentNames.h"
-#include "EntityTag.h"
 #include "PropFind.h"
+#include <files/DocumentNames.h>
+#include <protocol/dav/EntityTag.h>
 
 namespace Norlis::Social {
 
@@ -108,7 +108,7 @@ void Publication::TryNextName()
         return;
     }
     attempts = 0;
-    Try(NumberedName(QString::fromUtf8(wantedName), number).toUtf8());
+    Try(Files::NumberedName(QString::fromUtf8(wantedName), number).toUtf8());
 }
 
 void Publication::LookWhetherMoved(const HttpResponse& answer)

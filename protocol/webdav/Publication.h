@@ -2,7 +2,7 @@
 
 #include "DavDocument.h"
 #include "OverwriteCheck.h"
-#include "WebDavRequests.h"
+#include <protocol/dav/WebDavRequests.h>
 
 #include <QTimer>
 

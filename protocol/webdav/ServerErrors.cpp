@@ -1,6 +1,6 @@
 #include "ServerErrors.h"
 
-#include "ErrorBody.h"
+#include <protocol/dav/ErrorBody.h>
 
 namespace Norlis::Social {
 

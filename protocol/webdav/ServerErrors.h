@@ -1,7 +1,7 @@
 #pragma once
 
-#include "../http/HttpMessage.h"
-#include "../http/Secrets.h"
+#include <protocol/http/HttpMessage.h>
+#include <protocol/http/Secrets.h>
 
 #include <contracts/OAuth2.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "WebDavRequests.h"
+#include <protocol/dav/WebDavRequests.h>
 
 #include <QTimer>
 

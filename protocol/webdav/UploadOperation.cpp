@@ -1,9 +1,9 @@
 #include "UploadOperation.h"
 
-#include "../AtomicFile.h"
-#include "../DocumentNames.h"
-#include "EntityTag.h"
 #include "PropFind.h"
+#include <files/AtomicFile.h>
+#include <files/DocumentNames.h>
+#include <protocol/dav/EntityTag.h>
 
 #include <QFileInfo>
 
@@ -36,7 +36,7 @@ UploadOperation::~UploadOperation()
 void UploadOperation::Start()
 {
     name = QFileInfo(request.localPath).fileName().toUtf8();
-    const QString badName = request.document.isEmpty() ? WhyNoName(Name()) : QString();
+    const QString badName = request.document.isEmpty() ? Files::WhyNoName(Name()) : QString();
     if (!badName.isEmpty()) {
         End(Failed(what, Name(), QStringLiteral("The name %1").arg(badName), "Give the file another name."));
         return;
@@ -83,7 +83,7 @@ void UploadOperation::Put()
 {
     step = Step::Sending;
     isDirect = replaced && server->isFamily;
-    sent.name = isDirect ? name : AtomicFile::NewTemporaryName().toUtf8();
+    sent.name = isDirect ? name : Files::AtomicFile::NewTemporaryName().toUtf8();
     HttpRequest put;
     put.method = "PUT";
     put.url = server->collection.UrlOf(sent.name);
@@ -204,8 +204,8 @@ void UploadOperation::OnPublished(const Publication::Outcome& outcome)
     made.name = outcome.name;
     if (replaced) {
         made.id = replaced->id;
-    } else if (made.id == IdOfName(QString::fromUtf8(sent.name))) {
-        made.id = IdOfName(made.Name());
+    } else if (made.id == Files::IdOfName(QString::fromUtf8(sent.name))) {
+        made.id = Files::IdOfName(made.Name());
     }
     server->documents.insert(made.id, made);
     tools.published(made);

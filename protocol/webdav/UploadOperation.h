@@ -1,11 +1,11 @@
 #pragma once
 
-#include "../transfer/UploadSource.h"
 #include "Directory.h"
 #include "HashKeeper.h"
 #include "Operation.h"
 #include "Publication.h"
 #include "Sweeper.h"
+#include <protocol/transfer/UploadSource.h>
 
 namespace Norlis::Social {
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "../http/HttpClient.h"
 #include "Collection.h"
 #include "DavDocument.h"
 #include "ServerErrors.h"
+#include <protocol/http/HttpClient.h>
 
 #include <QSet>
 #include <QThreadPool>

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "../CloudService.h"
-#include "../preview/PreviewQueue.h"
 #include "Directory.h"
 #include "HashKeeper.h"
 #include "Operation.h"
 #include "Sweeper.h"
+#include <protocol/preview/PreviewQueue.h>
+#include <protocol/service/CloudService.h>
 
 #include <QTemporaryDir>
 #include <QThreadPool>

@@ -1,11 +1,11 @@
 // Every access to files goes wrong once, the first, the second ... until there are no more. Whatever comes of it, each
 // file and the stored list are the old ones or the new ones, and what reports success has done it.
 
-#include "../protocol/Client.h"
-#include "../protocol/Files.h"
 #include "FailingFileAccess.h"
+#include <tests/protocol/Client.h>
+#include <tests/protocol/Files.h>
 
-#include <host/SqliteCloudInfoStorage.h>
+#include <host/store/SqliteCloudInfoStorage.h>
 
 #include <QDir>
 #include <QTemporaryDir>

@@ -1,5 +1,5 @@
-#include "../host/session/SessionTest.h"
-#include "support/UsedHeap.h"
+#include <tests/host/session/SessionTest.h>
+#include <tests/support/UsedHeap.h>
 
 #include <QTest>
 

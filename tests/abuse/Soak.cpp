@@ -3,9 +3,9 @@
 //
 //   Soak <seconds> <folder with PDF documents> [percent of a core that it takes, 15 unless told]
 
-#include "support/UsedHeap.h"
+#include <tests/support/UsedHeap.h>
 
-#include <host/CloudSession.h>
+#include <host/session/CloudSession.h>
 
 #include <NorlisTestKit/FaultServer.h>
 #include <NorlisTestKit/FixedAccountSettings.h>

@@ -2,7 +2,7 @@
 // it, each record is the old one or the new one, but for the one that a store without transactions was about to write;
 // and a list that is made over the store afterwards works.
 
-#include <host/SqliteCloudInfoStorage.h>
+#include <host/store/SqliteCloudInfoStorage.h>
 
 #include <NorlisCloud/NorlisCloudFilesManager.h>
 #include <NorlisTestKit/CountingHashCalculator.h>

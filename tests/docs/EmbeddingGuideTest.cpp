@@ -1,7 +1,7 @@
 // What docs/embedding.md shows, as an editor would have it, over a folder as the cloud.
 
-#include <host/LocalFileSystem.h>
-#include <host/Md5HashCalculator.h>
+#include <host/store/LocalFileSystem.h>
+#include <host/store/Md5HashCalculator.h>
 #include <NorlisCloud/NorlisCloudFilesManager.h>
 #include <NorlisCloud/NorlisCloudManager.h>
 #include <NorlisCloud/NorlisCloudProtocolProxy.h>

@@ -1,8 +1,8 @@
 // Holds docs/record-format.md to what the list and the store do.
 
-#include "../host/SqliteFile.h"
+#include <tests/host/store/SqliteFile.h>
 
-#include <host/SqliteCloudInfoStorage.h>
+#include <host/store/SqliteCloudInfoStorage.h>
 #include <NorlisCloud/NorlisCloudFilesManager.h>
 #include <NorlisTestKit/CountingHashCalculator.h>
 #include <NorlisTestKit/FakeFileSystem.h>

@@ -130,7 +130,7 @@ def check_lupdate(words):
     files = [word for word in words[1:] if word.endswith(".ts")]
     known = output("lupdate", "-help") or " ".join(words)
     return missing_options(words, known, "lupdate") + [
-        f"there is no {file}" for file in files if not (project / "apps/norlis-documents" / file).is_file()
+        f"there is no {file}" for file in files if not (project / "apps/window" / file).is_file()
     ]
 
 

@@ -20,9 +20,9 @@ run_session docs/abuse.md long "$here" 's/KILLS=70/KILLS=1/' 's/Soak 3600/Soak 5
 run_session docs/working-on-the-code.md doxygen
 
 # The texts for translation are those of the sources.
-cd apps/norlis-documents
+cd apps/window
 run_session docs/working-on-the-code.md texts
-diff -r "$tree/apps/norlis-documents/translations" translations
+diff -r "$tree/apps/window/translations" translations
 
 # A server answers until it is interrupted.
 cd "$(new_folder serve)"

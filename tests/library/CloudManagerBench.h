@@ -1,6 +1,6 @@
 #pragma once
 
-#include "support/LogCapture.h"
+#include <tests/support/LogCapture.h>
 
 #include <NorlisCloud/NorlisCloudManager.h>
 #include <NorlisTestKit/CountingHashCalculator.h>

@@ -1,6 +1,6 @@
 #include "CloudManagerScenarios.h"
 
-#include "support/SlotRunner.h"
+#include <tests/support/SlotRunner.h>
 
 #include <algorithm>
 #include <set>

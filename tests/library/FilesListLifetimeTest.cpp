@@ -1,7 +1,7 @@
 #include "FilesManagerBench.h"
 #include "NotedDestruction.h"
 
-#include "support/SlotRunner.h"
+#include <tests/support/SlotRunner.h>
 
 namespace Norlis::Test {
 

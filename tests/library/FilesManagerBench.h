@@ -1,6 +1,6 @@
 #pragma once
 
-#include "support/LogCapture.h"
+#include <tests/support/LogCapture.h>
 
 #include <NorlisCloud/NorlisCloudFilesManager.h>
 #include <NorlisTestKit/CountingHashCalculator.h>

@@ -1,4 +1,4 @@
-#include "support/RecordingCloudProtocol.h"
+#include <tests/support/RecordingCloudProtocol.h>
 
 #include <NorlisCloud/NorlisCloudProtocolProxy.h>
 

@@ -1,7 +1,7 @@
 #include "CloudManagerStage.h"
 
-#include "support/LogCapture.h"
-#include "support/SlotRunner.h"
+#include <tests/support/LogCapture.h>
+#include <tests/support/SlotRunner.h>
 
 #include <contracts/AbstractCloudManager.h>
 #include <NorlisCloud/NorlisCloudManager.h>

@@ -1,7 +1,7 @@
 #include "FilesListStage.h"
 
-#include "support/LogCapture.h"
-#include "support/SlotRunner.h"
+#include <tests/support/LogCapture.h>
+#include <tests/support/SlotRunner.h>
 
 #include <NorlisCloud/NorlisCloudFilesManager.h>
 #include <NorlisTestKit/SignalJournal.h>

@@ -1,7 +1,7 @@
 #include "Histories.h"
 
-#include "protocol/Client.h"
-#include "protocol/FolderUnderTest.h"
+#include <tests/protocol/Client.h>
+#include <tests/protocol/FolderUnderTest.h>
 
 #include <QDir>
 #include <QTemporaryDir>

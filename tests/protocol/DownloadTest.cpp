@@ -1,5 +1,5 @@
 #include "ContractTest.h"
-#include "support/FileSizeLimit.h"
+#include <tests/support/FileSizeLimit.h>
 
 #include <QFileInfo>
 

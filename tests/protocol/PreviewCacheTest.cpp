@@ -1,5 +1,5 @@
 #include "Files.h"
-#include "support/FileSizeLimit.h"
+#include <tests/support/FileSizeLimit.h>
 
 #include <protocol/preview/PreviewCache.h>
 

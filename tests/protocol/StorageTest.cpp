@@ -1,6 +1,6 @@
 #include "Client.h"
 #include "FolderUnderTest.h"
-#include "support/FileSizeLimit.h"
+#include <tests/support/FileSizeLimit.h>
 
 #include <filesystem>
 

@@ -1,6 +1,6 @@
 #include "WindowTest.h"
 
-#include <Translations.h>
+#include <apps/window/Translations.h>
 
 #include <QAbstractButton>
 #include <QAccessible>

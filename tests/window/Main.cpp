@@ -1,4 +1,4 @@
-#include <support/RunTests.h>
+#include <tests/support/RunTests.h>
 
 #include <QApplication>
 

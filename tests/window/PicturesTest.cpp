@@ -1,7 +1,7 @@
 #include "WindowTest.h"
 
+#include <apps/window/Translations.h>
 #include <NorlisTestKit/FaultServer.h>
-#include <Translations.h>
 
 #include <QAbstractButton>
 #include <QApplication>

@@ -1,5 +1,5 @@
-#include "support/FileSizeLimit.h"
 #include "WindowTest.h"
+#include <tests/support/FileSizeLimit.h>
 
 #include <NorlisTestKit/FaultServer.h>
 

@@ -1,11 +1,11 @@
 #pragma once
 
+#include <apps/window/MainWindow.h>
+#include <apps/window/Transfers.h>
 #include <host/CloudDocumentsModel.h>
-#include <MainWindow.h>
-#include <protocol/Files.h>
-#include <protocol/PdfFiles.h>
-#include <protocol/Waiting.h>
-#include <Transfers.h>
+#include <tests/protocol/Files.h>
+#include <tests/protocol/PdfFiles.h>
+#include <tests/protocol/Waiting.h>
 
 #include <QAction>
 #include <QTemporaryDir>

@@ -1,9 +1,9 @@
 #include "SessionTest.h"
 
-#include <host/SqliteCloudInfoStorage.h>
+#include <host/store/SqliteCloudInfoStorage.h>
 
-#include "support/FileSizeLimit.h"
-#include "support/SlotRunner.h"
+#include <tests/support/FileSizeLimit.h>
+#include <tests/support/SlotRunner.h>
 
 #include <QDir>
 #include <QFile>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <host/CloudSession.h>
+#include <host/session/CloudSession.h>
 #include <NorlisTestKit/FixedAccountSettings.h>
 #include <NorlisTestKit/ScriptedProtocol.h>
 

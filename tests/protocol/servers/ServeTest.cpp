@@ -5,7 +5,7 @@
 #include <QUrl>
 
 #include <NorlisTestKit/Loopback.h>
-#include <protocol/Waiting.h>
+#include <tests/protocol/Waiting.h>
 
 #include <gtest/gtest.h>
 

@@ -3,7 +3,7 @@
 #include <QFile>
 #include <QTemporaryDir>
 
-#include <protocol/Waiting.h>
+#include <tests/protocol/Waiting.h>
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
-#include "support/FileSizeLimit.h"
 #include "TransferFaultTest.h"
+#include <tests/support/FileSizeLimit.h>
 
 #include <NorlisTestKit/MisbehaviourTools.h>
 

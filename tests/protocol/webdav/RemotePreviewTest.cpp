@@ -1,5 +1,5 @@
-#include "../PdfFiles.h"
 #include "ServiceTest.h"
+#include <tests/protocol/PdfFiles.h>
 
 #include <NorlisTestKit/FamilyServer.h>
 

@@ -1,6 +1,6 @@
 #include "SecretWatch.h"
 
-#include "../Files.h"
+#include <tests/protocol/Files.h>
 
 #include <NorlisTestKit/FaultServer.h>
 

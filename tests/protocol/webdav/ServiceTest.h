@@ -1,8 +1,8 @@
 #pragma once
 
-#include "../Client.h"
-#include "../Files.h"
 #include "SecretWatch.h"
+#include <tests/protocol/Client.h>
+#include <tests/protocol/Files.h>
 
 #include <NorlisTestKit/FaultServer.h>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "../Client.h"
-#include "../Files.h"
+#include <tests/protocol/Client.h>
+#include <tests/protocol/Files.h>
 
 #include <NorlisTestKit/FaultServer.h>
 

@@ -1,0 +1,67 @@
+#include "LoginCommand.h"
+
+#include "ExitStatus.h"
+#include "TokenInput.h"
+
+#include <host/account/ServiceAddress.h>
+
+#include <QJsonObject>
+
+#include <stdexcept>
+
+namespace Norlis::Terminal {
+
+namespace {
+
+QString QuestionFor(const QUrl& service)
+{
+    const QString user = service.userName(QUrl::FullyDecoded);
+    return user.isEmpty()
+               ? "Token for " + Host::ServiceText(service) + ": "
+               : "Password for " + user + " at " + Host::ServiceText(service.adjusted(QUrl::RemoveUserInfo)) + ": ";
+}
+
+} // namespace
+
+LoginCommand::LoginCommand(const Environment& environment) : SessionCommand(environment) {}
+
+QString LoginCommand::Token()
+{
+    const QUrl& service = account.Service();
+    if (Host::IsFolder(service)) {
+        return SessionCommand::Token();
+    }
+    try {
+        if (!arguments.tokenFile.isEmpty()) {
+            token = TokenFromFile(arguments.tokenFile);
+        } else if (const auto typed = TokenFromStandardInput(QuestionFor(service), interruptDescriptor)) {
+            token = *typed;
+        } else {
+            Finish(ExitStatus::interrupted);
+        }
+    } catch (const std::runtime_error& problem) {
+        output.Error(QString::fromUtf8(problem.what()));
+        Finish(ExitStatus::failure);
+    }
+    return token;
+}
+
+void LoginCommand::Work()
+{
+    const QUrl& service = account.Service();
+    try {
+        account.Remember(token);
+    } catch (const std::runtime_error& problem) {
+        output.Error(QString::fromUtf8(problem.what()));
+        Finish(ExitStatus::failure);
+        return;
+    }
+    if (output.IsJson()) {
+        output.Json(QJsonDocument(QJsonObject{{"service", service.toString()}, {"signedIn", true}}));
+    } else {
+        output.Line("Signed in to " + output.Name(Host::ServiceText(service)));
+    }
+    Finish(ExitStatus::success);
+}
+
+} // namespace Norlis::Terminal

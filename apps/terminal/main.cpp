@@ -1,0 +1,101 @@
+#include "Arguments.h"
+#include "Command.h"
+#include "ExitStatus.h"
+#include "Output.h"
+
+#include <apps/common/Interrupts.h>
+#include <apps/common/LogFile.h>
+
+#include <QGuiApplication>
+
+#include <clocale>
+#include <cstdio>
+#include <cstring>
+#include <stdexcept>
+
+#include <langinfo.h>
+
+using namespace Norlis::Terminal;
+
+namespace {
+
+/// Until there is a log, only what ends the program is worth showing.
+void DropMessage(QtMsgType type, const QMessageLogContext&, const QString& text)
+{
+    if (type == QtFatalMsg) {
+        std::fprintf(stderr, "norlis-cloud: %s\n", qPrintable(text));
+    }
+}
+
+/// To be called before Qt looks.
+void PrepareSurroundings()
+{
+    qInstallMessageHandler(DropMessage);
+    qputenv("QT_QPA_PLATFORM", "offscreen"); // pictures are made, but none is shown
+    std::setlocale(LC_ALL, "");
+    if (std::strcmp(nl_langinfo(CODESET), "UTF-8") != 0) {
+        qputenv("LC_ALL", "C.UTF-8"); // names of files are UTF-8, whatever the shell thinks
+        std::setlocale(LC_ALL, "");
+    }
+}
+
+/// \param exitStatus what there is to tell apart from the output itself
+int StatusWithOutput(int exitStatus, Output& output)
+{
+    const QString writeError = output.WriteError();
+    if (writeError.isEmpty()) {
+        return exitStatus;
+    }
+    if (!output.HasReaderGone()) {
+        output.Error("The results cannot be written: " + writeError);
+    }
+    return exitStatus == ExitStatus::success ? ExitStatus::failure : exitStatus;
+}
+
+int Run(const Arguments& arguments)
+{
+    Norlis::Apps::Interrupts interrupts;
+    Output output(arguments.json);
+    int exitStatus = ExitStatus::failure;
+    try {
+        const auto settings = std::make_shared<Norlis::Host::CloudAccountSettings>(arguments.dataFolder);
+        const Norlis::Apps::LogFile log(arguments.dataFolder + "/log", "norlis-cloud");
+        const auto command = MakeCommand({arguments, output, settings, interrupts.Descriptor()});
+        QObject::connect(&interrupts, &Norlis::Apps::Interrupts::Interrupted, command.get(), &Command::Interrupt);
+        // What ends inside Start ends before the event loop begins.
+        QObject::connect(command.get(), &Command::Finished, qApp, &QCoreApplication::exit, Qt::QueuedConnection);
+        command->Start();
+        exitStatus = QCoreApplication::exec();
+    } catch (const std::runtime_error& problem) {
+        output.Error(QString::fromUtf8(problem.what()));
+    }
+    return StatusWithOutput(exitStatus, output);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    PrepareSurroundings();
+    // Qt would take some of the user's words for its own options.
+    int wordsForQt = 1;
+    const QGuiApplication application(wordsForQt, argv);
+    QCoreApplication::setApplicationName("norlis-cloud");
+    QCoreApplication::setApplicationVersion(NORLIS_VERSION);
+
+    QStringList words;
+    for (int index = 0; index < argc; ++index) {
+        words << QString::fromLocal8Bit(argv[index]);
+    }
+    const CommandLine commandLine = ParseCommandLine(words);
+    if (!commandLine.error.isEmpty()) {
+        Output(false).Error(commandLine.error);
+        return ExitStatus::usage;
+    }
+    if (!commandLine.answer.isEmpty()) {
+        Output output(false);
+        output.Lines(commandLine.answer);
+        return StatusWithOutput(ExitStatus::success, output);
+    }
+    return Run(commandLine.arguments);
+}

@@ -1,0 +1,261 @@
+#include "MainWindow.h"
+
+#include "DocumentsPage.h"
+#include "Texts.h"
+#include "WelcomePage.h"
+
+#include <host/account/ServiceAddress.h>
+
+#include <QCloseEvent>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QStackedWidget>
+
+#include <glog/logging.h>
+
+namespace Norlis::Window {
+
+using Host::CloudSession;
+using PDF::Cloud::AbstractCloudManager;
+
+namespace {
+
+namespace Key {
+const auto geometry = QStringLiteral("window/geometry");
+} // namespace Key
+
+class RefreshEveryMinute : public PDF::Settings::ICloudAccountSettings {
+public:
+    bool IsAutoRefreshEnabled() override
+    {
+        return true;
+    }
+
+    int GetAutoRefreshInterval() override
+    {
+        return 60 * 1000;
+    }
+};
+
+} // namespace
+
+MainWindow::MainWindow(const QString& dataFolder)
+    : accounts(std::make_shared<Host::CloudAccountSettings>(dataFolder)),
+      settings(dataFolder + "/window.ini", QSettings::IniFormat),
+      pages(new QStackedWidget),
+      welcome(new WelcomePage)
+{
+    setWindowTitle(tr("Documents"));
+    pages->addWidget(welcome);
+    setCentralWidget(pages);
+    const auto program = menuBar()->addMenu(tr("&Program"));
+    const auto quit = program->addAction(tr("&Quit"), this, &MainWindow::close);
+    quit->setShortcut(QKeySequence::Quit);
+    quit->setMenuRole(QAction::QuitRole);
+    connect(welcome, &WelcomePage::Chosen, this, &MainWindow::SignIn);
+    connect(welcome, &WelcomePage::Canceled, this, [this] {
+        CloseSession();
+        welcome->SetBusy(false);
+    });
+    resize(fontMetrics().averageCharWidth() * 170, fontMetrics().lineSpacing() * 52);
+    restoreGeometry(settings.value(Key::geometry).toByteArray());
+}
+
+MainWindow::~MainWindow()
+{
+    delete documents; // before the session
+}
+
+void MainWindow::Open()
+{
+    const QUrl service = accounts->ServiceUrl();
+    const Host::CloudAccount known(accounts, service);
+    if (service.isEmpty() || known.Token().isEmpty()) {
+        AskForService(service);
+        return;
+    }
+    if (OpenSession(known)) {
+        ShowDocuments();
+        documents->SignIn(known.Token());
+    }
+}
+
+void MainWindow::OpenService(const QUrl& service)
+{
+    const Host::CloudAccount wanted(accounts, service);
+    if (wanted.Token().isEmpty()) {
+        AskForService(service);
+    } else {
+        SignIn(service, wanted.Token(), {});
+    }
+}
+
+void MainWindow::AskForService(const QUrl& suggestion)
+{
+    welcome->SetBusy(false);
+    if (!suggestion.isEmpty()) {
+        welcome->Suggest(suggestion, accounts->Access(suggestion));
+    }
+    pages->setCurrentWidget(welcome);
+}
+
+bool MainWindow::OpenSession(const Host::CloudAccount& wanted)
+{
+    CloseSession();
+    try {
+        session = wanted.OpenSession(wanted.DataFolder(), std::make_shared<RefreshEveryMinute>());
+    } catch (const std::exception& problem) {
+        AskForService(wanted.Service());
+        welcome->ShowProblem(tr("The documents cannot be shown."), QString::fromUtf8(problem.what()));
+        return false;
+    }
+    account.emplace(wanted);
+    return true;
+}
+
+void MainWindow::SignIn(const QUrl& service, const QString& token, const Host::ServiceAccess& access)
+{
+    const Host::CloudAccount wanted(accounts, service, access);
+    if (!OpenSession(wanted)) {
+        return;
+    }
+    pages->setCurrentWidget(welcome);
+    welcome->SetBusy(true);
+    const QString used = Host::IsFolder(service) ? wanted.Token() : token;
+    connect(&session->Cloud(), &AbstractCloudManager::AuthorizationCompleted, welcome, [this, used] {
+        session->Cloud().disconnect(welcome);
+        session->disconnect(welcome);
+        ShowDocuments();
+        try {
+            account->Remember(used);
+        } catch (const std::exception& problem) {
+            documents->Tell(tr("The password cannot be kept."), QString::fromUtf8(problem.what()));
+        }
+        documents->OnSignedIn();
+    });
+    connect(session.get(), &CloudSession::Failed, welcome,
+            [this](const Host::CloudProblem& problem) { OnSignInFailed(problem); });
+    session->Cloud().Authorization(used);
+}
+
+void MainWindow::OnSignInFailed(const Host::CloudProblem& problem)
+{
+    const auto failed = problem; // it goes with the session
+    CloseSession();
+    welcome->SetBusy(false);
+    welcome->ShowProblem(ProblemTitle(failed, {}), ProblemDetail(failed));
+}
+
+void MainWindow::ShowDocuments()
+{
+    welcome->SetBusy(false);
+    welcome->ForgetPassword();
+    documents = new DocumentsPage(*session, settings);
+    documents->AddMenusTo(*menuBar());
+    pages->addWidget(documents);
+    pages->setCurrentWidget(documents);
+    documents->FocusDocuments();
+    const QUrl& service = account->Service();
+    setWindowTitle(tr("Documents — %1").arg(Host::ServiceText(service)));
+    connect(documents, &DocumentsPage::SignOutWanted, this, [this] {
+        Whenever(documents->HasRunningTransfers(), tr("Sign out and cancel the transfers that are running?"),
+                 tr("Sign Out"), [this] { SignOut(); });
+    });
+    // Not from inside what the page is doing, since the page goes.
+    connect(
+        documents, &DocumentsPage::SignInWanted, this,
+        [this] {
+            const QUrl again = account->Service();
+            CloseSession();
+            AskForService(again);
+        },
+        Qt::QueuedConnection);
+}
+
+void MainWindow::SignOut()
+{
+    session->Cloud().Logout();
+    QString problem;
+    try {
+        account->Forget();
+    } catch (const std::exception& error) {
+        problem = QString::fromUtf8(error.what());
+    }
+    QMetaObject::invokeMethod(
+        this,
+        [this, problem] {
+            CloseSession();
+            AskForService({});
+            if (!problem.isEmpty()) {
+                welcome->ShowProblem(tr("The settings cannot be stored."), problem);
+            }
+        },
+        Qt::QueuedConnection);
+}
+
+/// Does something now, or when the user agrees that transfers end by it.
+void MainWindow::Whenever(bool endsTransfers, const QString& question, const QString& consent,
+                          const std::function<void()>& action)
+{
+    if (!endsTransfers) {
+        action();
+        return;
+    }
+    const auto box = new QMessageBox(QMessageBox::Question, windowTitle(), question, QMessageBox::NoButton, this);
+    box->setObjectName("confirmEnd");
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    const auto go = box->addButton(consent, QMessageBox::DestructiveRole);
+    box->setDefaultButton(box->addButton(tr("Stay"), QMessageBox::RejectRole));
+    connect(box, &QMessageBox::buttonClicked, this, [=](const QAbstractButton* button) {
+        if (button == go) {
+            action();
+        }
+    });
+    box->open();
+}
+
+void MainWindow::CloseSession()
+{
+    delete documents;
+    documents = nullptr;
+    setWindowTitle(tr("Documents"));
+    session.reset();
+    account.reset();
+}
+
+void MainWindow::CloseUnasked()
+{
+    isUnasked = true;
+    close();
+}
+
+void MainWindow::closeEvent(QCloseEvent* event)
+{
+    if (documents && documents->HasRunningTransfers() && !isCloseConfirmed && !isUnasked) {
+        event->ignore();
+        Whenever(true, tr("Quit and cancel the transfers that are running?"), tr("Quit"), [this] {
+            isCloseConfirmed = true;
+            close();
+        });
+        return;
+    }
+    settings.setValue(Key::geometry, saveGeometry());
+    delete documents;
+    documents = nullptr;
+    if (session) {
+        try {
+            session->SaveAndClose();
+        } catch (const std::exception& problem) {
+            if (isUnasked) {
+                LOG(ERROR) << problem.what(); // nobody may be there to close a box
+            } else {
+                QMessageBox::warning(this, windowTitle(), QString::fromUtf8(problem.what()));
+            }
+        }
+        session.reset();
+    }
+    event->accept();
+}
+
+} // namespace Norlis::Window

@@ -1,0 +1,252 @@
+#include "WelcomePage.h"
+
+#include "Glyphs.h"
+#include "MessageBar.h"
+
+#include <host/account/ServiceAddress.h>
+
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QFormLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QVBoxLayout>
+
+#include <stdexcept>
+
+namespace Norlis::Window {
+
+namespace {
+
+const auto problemTopic = QStringLiteral("signIn");
+
+QLineEdit* Field(const char* name, const QString& placeholder = {})
+{
+    const auto field = new QLineEdit;
+    field->setObjectName(name);
+    field->setPlaceholderText(placeholder);
+    return field;
+}
+
+QLabel* Hint(const QString& text)
+{
+    const auto label = new QLabel(text);
+    label->setWordWrap(true);
+    return label;
+}
+
+} // namespace
+
+WelcomePage::WelcomePage(QWidget* parent)
+    : QWidget(parent),
+      folder(Field("folder")),
+      address(Field("address", "https://cloud.example/dav/")),
+      user(Field("user")),
+      password(Field("password")),
+      certificates(Field("certificates", tr("Only for servers with a certificate of their own"))),
+      useFolder(new QPushButton(GlyphIcon(Glyph::Folder), tr("Use This Folder"))),
+      signIn(new QPushButton(GlyphIcon(Glyph::Server), tr("Sign In"))),
+      message(new MessageBar),
+      choices(new QWidget),
+      waiting(new QWidget)
+{
+    setObjectName("welcomePage");
+    const auto title = new QLabel(tr("Where are your documents?"));
+    QFont large = font();
+    large.setPointSizeF(large.pointSizeF() * 1.7);
+    title->setFont(large);
+    const auto intro =
+        Hint(tr("This program shows the PDF documents that you keep in a cloud: it sends and fetches them, and "
+                "tells which ones have changed. Any folder can be the cloud, and so can a WebDAV server."));
+
+    const auto both = new QVBoxLayout(choices);
+    both->setContentsMargins(0, 0, 0, 0);
+    both->addWidget(FolderChoice());
+    both->addWidget(ServerChoice());
+
+    const auto cancel = new QPushButton(tr("Cancel"));
+    cancel->setObjectName("cancelSignIn");
+    const auto busy = new QProgressBar;
+    busy->setRange(0, 0);
+    busy->setAccessibleName(tr("Signing in"));
+    const auto waitingLayout = new QVBoxLayout(waiting);
+    waitingLayout->addWidget(new QLabel(tr("Signing in …")));
+    waitingLayout->addWidget(busy);
+    waitingLayout->addWidget(cancel, 0, Qt::AlignRight);
+    waiting->hide();
+
+    const auto column = new QWidget;
+    column->setMaximumWidth(fontMetrics().averageCharWidth() * 90);
+    const auto columnLayout = new QVBoxLayout(column);
+    columnLayout->addStretch();
+    columnLayout->addWidget(title);
+    columnLayout->addWidget(intro);
+    columnLayout->addWidget(message);
+    columnLayout->addSpacing(fontMetrics().height());
+    columnLayout->addWidget(choices);
+    columnLayout->addWidget(waiting);
+    columnLayout->addStretch();
+    const auto centre = new QWidget;
+    const auto centreLayout = new QHBoxLayout(centre);
+    centreLayout->addWidget(column);
+    const auto scroll = new QScrollArea; // with large letters it may not fit
+    scroll->setWidgetResizable(true);
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setFocusPolicy(Qt::NoFocus);
+    scroll->setWidget(centre);
+    const auto layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(scroll);
+
+    folder->setText(QDir::toNativeSeparators(QDir::home().filePath(tr("Cloud Documents"))));
+    connect(cancel, &QPushButton::clicked, this, &WelcomePage::Canceled);
+}
+
+QWidget* WelcomePage::FolderChoice()
+{
+    const auto box = new QGroupBox(tr("In a folder"));
+    const auto browse = new QPushButton(tr("Choose …"));
+    useFolder->setObjectName("useFolder");
+    useFolder->setAutoDefault(true);
+    folder->setAccessibleName(tr("Folder"));
+    const auto row = new QHBoxLayout;
+    row->addWidget(folder, 1);
+    row->addWidget(browse);
+    const auto layout = new QVBoxLayout(box);
+    layout->addWidget(
+        Hint(tr("One that another program keeps in step with other computers, one on a network drive, or a new one: "
+                "a folder that is missing is made.")));
+    layout->addLayout(row);
+    layout->addWidget(useFolder, 0, Qt::AlignRight);
+    connect(browse, &QPushButton::clicked, this, [this] {
+        const QString chosen = QFileDialog::getExistingDirectory(this, tr("Choose a folder"), folder->text());
+        if (!chosen.isEmpty()) {
+            folder->setText(QDir::toNativeSeparators(chosen));
+        }
+    });
+    connect(useFolder, &QPushButton::clicked, this, &WelcomePage::ChooseFolder);
+    connect(folder, &QLineEdit::returnPressed, this, &WelcomePage::ChooseFolder);
+    return box;
+}
+
+QWidget* WelcomePage::ServerChoice()
+{
+    const auto box = new QGroupBox(tr("On a WebDAV server"));
+    signIn->setObjectName("signIn");
+    signIn->setAutoDefault(true);
+    password->setEchoMode(QLineEdit::Password);
+    const auto browse = new QPushButton(tr("Choose …"));
+    const auto certificateRow = new QHBoxLayout;
+    certificateRow->addWidget(certificates, 1);
+    certificateRow->addWidget(browse);
+    const auto layout = new QFormLayout(box);
+    layout->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+    layout->addRow(tr("&Address:"), address);
+    layout->addRow(tr("&User name:"), user);
+    layout->addRow(tr("&Password or token:"), password);
+    const auto certificateLabel = new QLabel(tr("&Certificate file:"));
+    certificateLabel->setBuddy(certificates);
+    layout->addRow(certificateLabel, certificateRow);
+    layout->addRow(signIn);
+    layout->setAlignment(signIn, Qt::AlignRight);
+    browse->setAccessibleName(tr("Choose a certificate file"));
+    certificates->setAccessibleName(tr("Certificate file"));
+    connect(browse, &QPushButton::clicked, this, [this] {
+        const QString chosen = QFileDialog::getOpenFileName(this, tr("Choose a file with certificates"), {},
+                                                            tr("Certificates (*.pem *.crt);;All files (*)"));
+        if (!chosen.isEmpty()) {
+            certificates->setText(chosen);
+        }
+    });
+    connect(signIn, &QPushButton::clicked, this, &WelcomePage::ChooseServer);
+    for (QLineEdit* const field : {address, user, password}) {
+        connect(field, &QLineEdit::returnPressed, this, &WelcomePage::ChooseServer);
+    }
+    return box;
+}
+
+void WelcomePage::Suggest(const QUrl& service, const Host::ServiceAccess& access)
+{
+    if (Host::IsFolder(service)) {
+        folder->setText(QDir::toNativeSeparators(service.toLocalFile()));
+        return;
+    }
+    address->setText(service.toDisplayString(QUrl::RemoveUserInfo));
+    user->setText(service.userName(QUrl::FullyDecoded));
+    certificates->setText(access.certificateFile);
+    password->setFocus();
+}
+
+void WelcomePage::SetBusy(bool isBusy)
+{
+    const bool wasBusy = waiting->isVisibleTo(this);
+    choices->setVisible(!isBusy);
+    waiting->setVisible(isBusy);
+    if (isBusy) {
+        message->Close(problemTopic);
+    } else if (wasBusy) {
+        // What is typed next is the same again, and a password would be seen in another field.
+        lastTried->setFocus();
+        lastTried->selectAll();
+    }
+}
+
+void WelcomePage::ShowProblem(const QString& title, const QString& detail)
+{
+    message->Show(problemTopic, title, detail);
+}
+
+void WelcomePage::ForgetPassword()
+{
+    password->clear();
+}
+
+void WelcomePage::ChooseFolder()
+{
+    lastTried = folder;
+    const QString path = QDir::fromNativeSeparators(folder->text().trimmed());
+    if (path.isEmpty() || !QDir::isAbsolutePath(path)) {
+        ShowProblem(tr("This is no folder."), tr("Choose one, or write its whole path."));
+        return;
+    }
+    if (QFileInfo(path).isFile()) {
+        ShowProblem(tr("This is no folder."), tr("There is a file of that name. Choose a folder."));
+        return;
+    }
+    if (!QDir().mkpath(path)) {
+        ShowProblem(tr("The folder cannot be made."), tr("Check that you may write to the folder that it is in."));
+        return;
+    }
+    emit Chosen(QUrl::fromLocalFile(QDir::cleanPath(path)), {}, {});
+}
+
+void WelcomePage::ChooseServer()
+{
+    lastTried = password;
+    QString text = address->text().trimmed();
+    if (!text.isEmpty() && !text.contains("://")) {
+        text.prepend("https://");
+    }
+    if (text.isEmpty() || password->text().isEmpty()) {
+        (text.isEmpty() ? address : password)->setFocus();
+        ShowProblem(tr("Something is missing."), tr("A server needs its address and a password or token."));
+        return;
+    }
+    try {
+        const QUrl service = Host::ServiceAddress(text, user->text().trimmed());
+        if (Host::IsFolder(service)) {
+            ShowProblem(tr("This is the address of a folder."), tr("Use the upper part of the page for it."));
+            return;
+        }
+        emit Chosen(service, password->text(), {certificates->text().trimmed()});
+    } catch (const std::invalid_argument& problem) {
+        ShowProblem(tr("This address cannot be used."), QString::fromUtf8(problem.what()) + '.');
+    }
+}
+
+} // namespace Norlis::Window

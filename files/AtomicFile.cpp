@@ -1,0 +1,167 @@
+#include "AtomicFile.h"
+
+#include <QFileInfo>
+#include <QRandomGenerator>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace Norlis::Files {
+
+namespace {
+
+const auto temporaryPrefix = QStringLiteral(".norlis-");
+const auto temporarySuffix = QStringLiteral(".part");
+
+/// 0, or the system's error number. EEXIST when the new name is taken.
+int RenameWithoutReplacing(const QByteArray& from, const QByteArray& to)
+{
+    if (renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_NOREPLACE) == 0) {
+        return 0;
+    }
+    if (errno != EINVAL && errno != ENOSYS) {
+        return errno;
+    }
+    // The file system does not know that call: a second name is just as good, since it is never put over another file.
+    if (link(from.constData(), to.constData()) == 0) {
+        unlink(from.constData());
+        return 0;
+    }
+    if (errno != EPERM && errno != ENOSYS && errno != EOPNOTSUPP) {
+        return errno;
+    }
+    // It knows no second names either, as some network drives do not. Looking first leaves a gap of microseconds.
+    struct stat taken = {};
+    if (lstat(to.constData(), &taken) == 0) {
+        return EEXIST;
+    }
+    return std::rename(from.constData(), to.constData()) == 0 ? 0 : errno;
+}
+
+} // namespace
+
+AtomicFile::~AtomicFile()
+{
+    if (file.isOpen()) {
+        file.remove();
+    }
+}
+
+bool AtomicFile::Open(const QString& folder)
+{
+    for (int attempt = 0; attempt < 8; ++attempt) {
+        file.setFileName(folder + '/' + NewTemporaryName());
+        if (file.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered)) {
+            return true;
+        }
+        if (!file.exists()) {
+            break;
+        }
+    }
+    error = file.errorString();
+    return false;
+}
+
+bool AtomicFile::Write(const char* data, qint64 size)
+{
+    // A disk that becomes full takes a part first; only the next attempt says why it takes no more.
+    while (size > 0) {
+        const qint64 count = file.write(data, size);
+        if (count <= 0) {
+            error = file.errorString();
+            return false;
+        }
+        data += count;
+        size -= count;
+    }
+    return true;
+}
+
+bool AtomicFile::Sync()
+{
+    return fsync(file.handle()) == 0 || Fail(errno);
+}
+
+bool AtomicFile::CommitReplacing(const QString& path)
+{
+    // Who may read the file stays as it was: a private one does not become public by a newer version.
+    struct stat replaced = {};
+    if (stat(QFile::encodeName(path).constData(), &replaced) == 0 && S_ISREG(replaced.st_mode) &&
+        fchmod(file.handle(), replaced.st_mode & 0777) != 0) {
+        return Fail(errno);
+    }
+    if (std::rename(QFile::encodeName(file.fileName()).constData(), QFile::encodeName(path).constData()) != 0) {
+        return Fail(errno);
+    }
+    Close();
+    return true;
+}
+
+AtomicFile::Outcome AtomicFile::CommitNew(const QString& path)
+{
+    const int errorNumber = RenameWithoutReplacing(QFile::encodeName(file.fileName()), QFile::encodeName(path));
+    if (errorNumber == EEXIST) {
+        return Outcome::NameTaken;
+    }
+    if (errorNumber != 0) {
+        Fail(errorNumber);
+        return Outcome::Failed;
+    }
+    Close();
+    return Outcome::Done;
+}
+
+void AtomicFile::Close()
+{
+    committed = FileIdentity::OfDescriptor(file.handle());
+    file.close();
+}
+
+const FileIdentity& AtomicFile::CommittedVersion() const
+{
+    return committed;
+}
+
+QString AtomicFile::Path() const
+{
+    return file.fileName();
+}
+
+QString AtomicFile::ErrorText() const
+{
+    return error;
+}
+
+QString AtomicFile::NewTemporaryName()
+{
+    const auto number = QRandomGenerator::system()->generate64();
+    return temporaryPrefix + QStringLiteral("%1").arg(number, 16, 16, QLatin1Char('0')) + temporarySuffix;
+}
+
+bool AtomicFile::IsTemporaryName(const QString& name)
+{
+    return name.startsWith(temporaryPrefix) && name.endsWith(temporarySuffix);
+}
+
+bool AtomicFile::Fail(int errorNumber)
+{
+    error = QString::fromLocal8Bit(std::strerror(errorNumber));
+    return false;
+}
+
+void AtomicFile::SyncFolderOf(const QString& path)
+{
+    const QByteArray folder = QFile::encodeName(QFileInfo(path).path());
+    const int descriptor = open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor >= 0) {
+        fsync(descriptor);
+        close(descriptor);
+    }
+}
+
+} // namespace Norlis::Files

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "FileReader.h"
+
+#include <QFile>
+#include <QString>
+
+namespace Norlis::Files {
+
+/// A file that appears under its name only when it is whole. Written under a temporary name in a folder of the same
+/// file system; without a commit nothing stays behind.
+class AtomicFile {
+public:
+    enum class Outcome { Done, NameTaken, Failed };
+
+    AtomicFile() = default;
+    ~AtomicFile();
+
+    AtomicFile(const AtomicFile&) = delete;
+    AtomicFile& operator=(const AtomicFile&) = delete;
+
+    /// Creates the temporary file. False when that fails; ErrorText says why, as it does for the other operations.
+    bool Open(const QString& folder);
+
+    /// False unless every byte was taken.
+    bool Write(const char* data, qint64 size);
+
+    /// Makes the content durable. To be called before the commit, which is then quick.
+    bool Sync();
+
+    /// Gives the file its name; what stood there is replaced in one step, and its permissions are kept.
+    bool CommitReplacing(const QString& path);
+
+    /// Gives the file its name unless there is something of that name already.
+    Outcome CommitNew(const QString& path);
+
+    /// Of the committed file itself: somebody may have given its name to another file since.
+    const FileIdentity& CommittedVersion() const;
+
+    /// Of the temporary file.
+    QString Path() const;
+
+    QString ErrorText() const;
+
+    /// Makes a committed name durable; without effect where the system cannot do it.
+    static void SyncFolderOf(const QString& path);
+
+    /// A name for a file that is being written, unlike any other.
+    static QString NewTemporaryName();
+
+    /// Whether a file of this name is one that is being written, or that a crash has left behind.
+    static bool IsTemporaryName(const QString& name);
+
+private:
+    bool Fail(int errorNumber);
+    void Close();
+
+    QFile file;
+    FileIdentity committed;
+    QString error;
+};
+
+} // namespace Norlis::Files

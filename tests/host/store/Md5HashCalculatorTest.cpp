@@ -1,0 +1,316 @@
+#include <host/store/Md5HashCalculator.h>
+
+#include "OrdinaryUser.h"
+#include "SqliteFile.h"
+
+#include <QCryptographicHash>
+#include <QFileInfo>
+#include <QSemaphore>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QThread>
+
+#include <gmock/gmock.h>
+
+#include <memory>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace Norlis::Host {
+
+namespace {
+
+class Md5HashCalculatorTest : public testing::Test {
+protected:
+    QString NewFile(const QString& name, const QByteArray& content) const
+    {
+        const QString file = folder.filePath(name);
+        WriteFile(file, content);
+        return file;
+    }
+
+    /// A file so long that hashing it to the end takes longer than any test may, on next to no disk space.
+    QString EndlessFile() const
+    {
+        const QString file = NewFile("endless.pdf", {});
+        EXPECT_TRUE(QFile::resize(file, qint64(1) << 42));
+        return file;
+    }
+
+    static std::string Hash(Md5HashCalculator& calculator, const QString& file)
+    {
+        return calculator.CalculateHash(ioPath(file.toStdString()));
+    }
+
+    static std::string Md5(const QByteArray& content)
+    {
+        return QCryptographicHash::hash(content, QCryptographicHash::Md5).toHex().toStdString();
+    }
+
+    static void PrepareAndWait(Md5HashCalculator& calculator, const QStringList& files)
+    {
+        QObject context;
+        bool isDone = false;
+        calculator.Prepare(files, &context, [&] { isDone = true; });
+        ASSERT_TRUE(QTest::qWaitFor([&] { return isDone; }, 30'000));
+    }
+
+    /// Makes a remembered hash recognisable, so that it shows whether it or the file was read.
+    void ReplaceRememberedHashes() const
+    {
+        ASSERT_NE(RunSql(memoryFile, "SELECT count(*) FROM hashes"), "0");
+        RunSql(memoryFile, "UPDATE hashes SET hash = '" + remembered + "'");
+    }
+
+    const QTemporaryDir folder;
+    const QString memoryFile = folder.filePath("hashes.sqlite");
+    const QByteArray remembered = QByteArray(32, '0');
+};
+
+TEST_F(Md5HashCalculatorTest, HashIsLowerCaseHexadecimal)
+{
+    Md5HashCalculator calculator;
+    EXPECT_EQ(Hash(calculator, NewFile("empty.pdf", "")), "d41d8cd98f00b204e9800998ecf8427e");
+    EXPECT_EQ(Hash(calculator, NewFile("abc.pdf", "abc")), "900150983cd24fb0d6963f7d28e17f72");
+    EXPECT_EQ(Hash(calculator, NewFile("Zoë – 1.pdf", "message digest")), "f96b697d7cb7938d525a2f31aaf161d0");
+}
+
+TEST_F(Md5HashCalculatorTest, FileOfManyPiecesIsHashedWhole)
+{
+    Md5HashCalculator calculator;
+    QByteArray content;
+    for (int number = 0; number < 500'000; ++number) {
+        content += QByteArray::number(number);
+    }
+    for (const int size : {262'143, 262'144, 262'145, 524'288, content.size()}) {
+        const QByteArray part = content.left(size);
+        EXPECT_EQ(Hash(calculator, NewFile("large.pdf", part)), Md5(part)) << size;
+    }
+}
+
+TEST_F(Md5HashCalculatorTest, WhatIsNoReadableFileHasNoHash)
+{
+    Md5HashCalculator calculator(memoryFile);
+    EXPECT_EQ(Hash(calculator, ""), "");
+    EXPECT_EQ(Hash(calculator, folder.filePath("missing.pdf")), "");
+    EXPECT_EQ(Hash(calculator, folder.path()), "");
+    EXPECT_EQ(Hash(calculator, "/dev/zero"), "");
+    const std::string file = NewFile("a.pdf", "a").toStdString();
+    EXPECT_EQ(calculator.CalculateHash(ioPath(file + std::string("\0.png", 5))), "");
+    const OrdinaryUser user;
+    ASSERT_EQ(chmod(file.c_str(), 0), 0);
+    EXPECT_EQ(calculator.CalculateHash(ioPath(file)), "");
+}
+
+TEST_F(Md5HashCalculatorTest, PipeIsNotWaitedForNorOpened)
+{
+    Md5HashCalculator calculator;
+    const QString pipe = folder.filePath("pipe.pdf");
+    ASSERT_EQ(mkfifo(pipe.toUtf8().constData(), 0600), 0);
+    EXPECT_EQ(Hash(calculator, pipe), "");
+
+    const int writer = open(pipe.toUtf8().constData(), O_RDWR | O_NONBLOCK);
+    ASSERT_EQ(write(writer, "text", 4), 4);
+    EXPECT_EQ(Hash(calculator, pipe), "");
+    close(writer);
+}
+
+TEST_F(Md5HashCalculatorTest, HashIsRememberedOverRestarts)
+{
+    const QString file = NewFile("a.pdf", "text");
+    {
+        Md5HashCalculator calculator(memoryFile);
+        PrepareAndWait(calculator, {file});
+    }
+    ReplaceRememberedHashes();
+    Md5HashCalculator calculator(memoryFile);
+    EXPECT_EQ(Hash(calculator, file), remembered.toStdString());
+}
+
+TEST_F(Md5HashCalculatorTest, ChangedFileIsReadAgain)
+{
+    const QString file = NewFile("a.pdf", "text");
+    Md5HashCalculator calculator(memoryFile);
+    PrepareAndWait(calculator, {file});
+    ReplaceRememberedHashes();
+    ASSERT_EQ(Hash(calculator, file), remembered.toStdString());
+
+    WriteFile(file, "TEXT");
+    EXPECT_EQ(Hash(calculator, file), Md5("TEXT"));
+}
+
+TEST_F(Md5HashCalculatorTest, FileWithItsOldTimeStampRestoredIsReadAgain)
+{
+    const QString file = NewFile("a.pdf", "text");
+    Md5HashCalculator calculator(memoryFile);
+    PrepareAndWait(calculator, {file});
+    struct stat before {};
+    ASSERT_EQ(stat(file.toUtf8().constData(), &before), 0);
+
+    WriteFile(file, "TEXT");
+    const timespec times[]{before.st_atim, before.st_mtim};
+    ASSERT_EQ(utimensat(AT_FDCWD, file.toUtf8().constData(), times, 0), 0);
+    EXPECT_EQ(Hash(calculator, file), Md5("TEXT"));
+}
+
+TEST_F(Md5HashCalculatorTest, FileReplacedByAnotherIsReadAgain)
+{
+    const QString file = NewFile("a.pdf", "text");
+    const QString other = NewFile("b.pdf", "TEXT");
+    Md5HashCalculator calculator(memoryFile);
+    PrepareAndWait(calculator, {file, other});
+    ASSERT_EQ(rename(other.toUtf8().constData(), file.toUtf8().constData()), 0);
+    EXPECT_EQ(Hash(calculator, file), Md5("TEXT"));
+}
+
+TEST_F(Md5HashCalculatorTest, WriteRightAfterHashingIsSeen)
+{
+    // Within one tick of the system's clock both writes leave the same time stamp.
+    const QString file = NewFile("a.pdf", "0000");
+    Md5HashCalculator calculator;
+    for (int number = 1000; number < 1300; ++number) {
+        const QByteArray content = QByteArray::number(number);
+        const int descriptor = open(file.toUtf8().constData(), O_WRONLY);
+        ASSERT_EQ(pwrite(descriptor, content.constData(), 4, 0), 4);
+        close(descriptor);
+        ASSERT_EQ(Hash(calculator, file), Md5(content));
+    }
+}
+
+TEST_F(Md5HashCalculatorTest, HashOfAFileThatWasJustWrittenIsNotRemembered)
+{
+    Md5HashCalculator calculator(memoryFile);
+    bool wasRemembered = true;
+    for (int number = 0; number < 100 && wasRemembered; ++number) { // a slow machine may let the file age
+        Hash(calculator, NewFile(QString::number(number), "text"));
+        wasRemembered = RunSql(memoryFile, "SELECT count(*) FROM hashes").toInt() > number;
+    }
+    EXPECT_FALSE(wasRemembered);
+}
+
+TEST_F(Md5HashCalculatorTest, UnusableMemoryFileDoesNoHarm)
+{
+    Md5HashCalculator calculator(folder.filePath("no folder/hashes.sqlite"));
+    EXPECT_EQ(Hash(calculator, NewFile("a.pdf", "abc")), Md5("abc"));
+}
+
+TEST_F(Md5HashCalculatorTest, PreparedFilesAreRemembered)
+{
+    Md5HashCalculator calculator(memoryFile);
+    const QStringList files{NewFile("a.pdf", "a"), NewFile("b.pdf", "b"), folder.filePath("missing.pdf"), folder.path(),
+                            ""};
+    PrepareAndWait(calculator, files);
+    ReplaceRememberedHashes();
+    EXPECT_EQ(Hash(calculator, files[0]), remembered.toStdString());
+    EXPECT_EQ(Hash(calculator, files[1]), remembered.toStdString());
+    EXPECT_EQ(Hash(calculator, files[2]), "");
+}
+
+TEST_F(Md5HashCalculatorTest, DoneArrivesLaterOnTheThreadOfTheContext)
+{
+    Md5HashCalculator calculator;
+    QThread thread;
+    thread.start();
+    QObject here;
+    QObject there;
+    there.moveToThread(&thread);
+
+    QThread* doneHere = nullptr;
+    std::atomic<QThread*> doneThere{nullptr};
+    calculator.Prepare({}, &here, [&] { doneHere = QThread::currentThread(); });
+    calculator.Prepare({}, &there, [&] { doneThere = QThread::currentThread(); });
+    EXPECT_EQ(doneHere, nullptr);
+
+    ASSERT_TRUE(QTest::qWaitFor([&] { return doneHere && doneThere; }, 30'000));
+    EXPECT_EQ(doneHere, QThread::currentThread());
+    EXPECT_EQ(doneThere, &thread);
+    thread.quit();
+    ASSERT_TRUE(thread.wait(30'000));
+}
+
+TEST_F(Md5HashCalculatorTest, DoneIsCalledOnceForEachPreparation)
+{
+    Md5HashCalculator calculator;
+    QObject context;
+    const QString file = NewFile("a.pdf", "a");
+    std::vector<int> calls;
+    for (int number = 0; number < 5; ++number) {
+        calculator.Prepare({file}, &context, [&calls, number] { calls.push_back(number); });
+    }
+    PrepareAndWait(calculator, {});
+    EXPECT_THAT(calls, testing::ElementsAre(0, 1, 2, 3, 4));
+}
+
+TEST_F(Md5HashCalculatorTest, DoneIsNotCalledWhenTheContextIsGone)
+{
+    Md5HashCalculator calculator;
+    auto context = std::make_unique<QObject>();
+    bool isDone = false;
+    calculator.Prepare({NewFile("a.pdf", "a")}, context.get(), [&] { isDone = true; });
+    context.reset();
+    PrepareAndWait(calculator, {});
+    EXPECT_FALSE(isDone);
+}
+
+TEST_F(Md5HashCalculatorTest, DoneIsNotCalledWhenTheCalculatorIsGone)
+{
+    QThread thread;
+    thread.start();
+    QObject there;
+    there.moveToThread(&thread);
+    QObject here;
+    bool isDone = false;
+    {
+        Md5HashCalculator calculator;
+        QSemaphore isHashed;
+        calculator.Prepare({}, &here, [&] { isDone = true; });
+        calculator.Prepare({}, &there, [&] { isHashed.release(); });
+        ASSERT_TRUE(isHashed.tryAcquire(1, 30'000)); // the first one is on its way by now
+    }
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(isDone);
+    thread.quit();
+    ASSERT_TRUE(thread.wait(30'000));
+}
+
+TEST_F(Md5HashCalculatorTest, PreparationMayGoWithoutACallback)
+{
+    Md5HashCalculator calculator(memoryFile);
+    const QString file = NewFile("a.pdf", "a");
+    QObject context;
+    calculator.Prepare({file}, &context, {});
+    calculator.Prepare({file}, nullptr, [] { FAIL(); });
+    PrepareAndWait(calculator, {});
+    ReplaceRememberedHashes();
+    EXPECT_EQ(Hash(calculator, file), remembered.toStdString());
+}
+
+TEST_F(Md5HashCalculatorTest, DestructionBreaksHashingOff)
+{
+    bool isDone = false;
+    QObject context;
+    const QString file = EndlessFile();
+    {
+        Md5HashCalculator calculator(memoryFile);
+        calculator.Prepare({NewFile("a.pdf", "a")}, &context, [&] { isDone = true; });
+        calculator.Prepare({file}, &context, [] { FAIL(); });
+        calculator.Prepare({file}, &context, [] { FAIL(); });
+        ASSERT_TRUE(QTest::qWaitFor([&] { return isDone; }, 30'000));
+    }
+    QCoreApplication::processEvents();
+    EXPECT_EQ(RunSql(memoryFile, "SELECT count(*) FROM hashes"), "1");
+}
+
+TEST_F(Md5HashCalculatorTest, FileIsHashedWhileAnotherIsPrepared)
+{
+    Md5HashCalculator calculator(memoryFile);
+    QObject context;
+    calculator.Prepare({EndlessFile()}, &context, [] { FAIL(); });
+    EXPECT_EQ(Hash(calculator, NewFile("a.pdf", "abc")), Md5("abc"));
+}
+
+} // namespace
+
+} // namespace Norlis::Host
