@@ -1,9 +1,9 @@
 // Every access to files goes wrong once, the first, the second ... until there are no more. Whatever comes of it, each
 // file and the stored list are the old ones or the new ones, and what reports success has done it.
 
-#include "FailingFileAccess.h"
-#include <tests/protocol/Client.h>
-#include <tests/protocol/Files.h>
+#include <tests/support/Client.h>
+#include <tests/support/FailingFileAccess.h>
+#include <tests/support/Files.h>
 
 #include <host/store/SqliteCloudInfoStorage.h>
 

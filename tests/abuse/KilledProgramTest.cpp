@@ -1,6 +1,6 @@
 // The terminal program killed at any moment of what it does. How often each test does so is in NORLIS_KILLS.
 
-#include <tests/terminal/ProgramTest.h>
+#include <tests/support/ProgramTest.h>
 
 #include <QDir>
 #include <QElapsedTimer>

@@ -1,4 +1,4 @@
-#include <tests/host/session/SessionTest.h>
+#include <tests/support/SessionTest.h>
 #include <tests/support/UsedHeap.h>
 
 #include <QTest>

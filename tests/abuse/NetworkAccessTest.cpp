@@ -1,9 +1,9 @@
 // Every request of an operation goes wrong once, the first, the second ... until there are no more. Whatever comes of
 // it, each document is the old one or the new one, and who looks afterwards sees what is there.
 
-#include <tests/protocol/Client.h>
-#include <tests/protocol/Files.h>
-#include <tests/protocol/Waiting.h>
+#include <tests/support/Client.h>
+#include <tests/support/Files.h>
+#include <tests/support/Waiting.h>
 
 #include <NorlisTestKit/FaultServer.h>
 

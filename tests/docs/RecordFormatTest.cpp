@@ -1,6 +1,6 @@
 // Holds docs/record-format.md to what the list and the store do.
 
-#include <tests/host/store/SqliteFile.h>
+#include <tests/support/SqliteFile.h>
 
 #include <host/store/SqliteCloudInfoStorage.h>
 #include <NorlisCloud/NorlisCloudFilesManager.h>

@@ -31,7 +31,7 @@ def table():
 
 def examine(kind):
     server = subprocess.Popen(
-        [build / "tests/protocol/servers/serve", kind], stdout=subprocess.PIPE, text=True, encoding="utf-8"
+        [build / "tests/servers/serve", kind], stdout=subprocess.PIPE, text=True, encoding="utf-8"
     )
     try:
         address, password = server.stdout.readline().strip(), server.stdout.readline().strip()

@@ -1,4 +1,4 @@
-#include <tests/protocol/Files.h>
+#include <tests/support/Files.h>
 #include <tests/support/FileSizeLimit.h>
 
 #include <files/AtomicFile.h>

@@ -88,14 +88,14 @@ Slots TableAfterObject(const std::string& className)
                                "customEvent(QEvent*)",
                                "connectNotify(QMetaMethod const&)",
                                "disconnectNotify(QMetaMethod const&)"};
-    const auto slots = TableOf(className);
-    if (slots.size() < objectSlots.size()) {
+    const auto table = TableOf(className);
+    if (table.size() < objectSlots.size()) {
         ADD_FAILURE() << className << " is no QObject";
-        return slots;
+        return table;
     }
-    const auto own = slots.begin() + static_cast<std::ptrdiff_t>(objectSlots.size());
-    EXPECT_EQ(Slots(slots.begin(), own), objectSlots);
-    return Slots(own, slots.end());
+    const auto own = table.begin() + static_cast<std::ptrdiff_t>(objectSlots.size());
+    EXPECT_EQ(Slots(table.begin(), own), objectSlots);
+    return Slots(own, table.end());
 }
 
 const Slots fileManagerOperations = {
@@ -197,7 +197,7 @@ TEST(VirtualOrderTest, Abilities)
     EXPECT_THAT(TableOf("PreviewHeir"), ElementsAreArray(previewOperations));
 }
 
-/// The slots that a table adds to those of Cancel.
+/// The table that a table adds to those of Cancel.
 Slots WithoutCancel(const Slots& operations)
 {
     return Slots(operations.begin() + 3, operations.end());

@@ -16,13 +16,13 @@ using namespace TestKit;
 using PDF::Cloud::NorlisCloudFilesManager;
 
 /// The library.
-class LibraryStage : public FilesListStage {
+class ListLibraryStage : public FilesListStage {
 public:
-    explicit LibraryStage(const QString& folder) : FilesListStage(folder), log(journal) {}
+    explicit ListLibraryStage(const QString& folder) : FilesListStage(folder), log(journal) {}
 
 private:
     struct Store : PDF::Cloud::ICloudInfoStorage {
-        explicit Store(LibraryStage& stage) : stage(stage) {}
+        explicit Store(ListLibraryStage& stage) : stage(stage) {}
 
         void RemoveRecord(const std::string& id) override
         {
@@ -39,11 +39,11 @@ private:
             return stage.FilesListStage::ReadAll();
         }
 
-        LibraryStage& stage;
+        ListLibraryStage& stage;
     };
 
     struct FileSystem : PDF::IFileSystem {
-        explicit FileSystem(LibraryStage& stage) : stage(stage) {}
+        explicit FileSystem(ListLibraryStage& stage) : stage(stage) {}
 
         bool Exists(const ioPath& path) override
         {
@@ -55,18 +55,18 @@ private:
             return stage.Normalized(path);
         }
 
-        LibraryStage& stage;
+        ListLibraryStage& stage;
     };
 
     struct Hashes : PDF::IHashCalculator {
-        explicit Hashes(LibraryStage& stage) : stage(stage) {}
+        explicit Hashes(ListLibraryStage& stage) : stage(stage) {}
 
         std::string CalculateHash(const ioPath& path) override
         {
             return stage.HashOf(path);
         }
 
-        LibraryStage& stage;
+        ListLibraryStage& stage;
     };
 
     bool HasList() const override
@@ -114,7 +114,7 @@ private:
 
 std::unique_ptr<FilesListStage> FilesListStageOfLibrary(const QString& folder)
 {
-    return std::make_unique<LibraryStage>(folder);
+    return std::make_unique<ListLibraryStage>(folder);
 }
 
 } // namespace Norlis::Test

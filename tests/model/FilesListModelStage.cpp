@@ -6,7 +6,7 @@ namespace Norlis::Test {
 namespace {
 
 /// The model.
-class ModelStage : public FilesListStage, public FilesListSurroundings {
+class ListModelStage : public FilesListStage, public FilesListSurroundings {
 public:
     using FilesListStage::FilesListStage;
 
@@ -87,7 +87,7 @@ private:
 
 std::unique_ptr<FilesListStage> FilesListStageOfModel(const QString& folder)
 {
-    return std::make_unique<ModelStage>(folder);
+    return std::make_unique<ListModelStage>(folder);
 }
 
 } // namespace Norlis::Test

@@ -1,7 +1,7 @@
 #include "Histories.h"
 
-#include <tests/protocol/Client.h>
-#include <tests/protocol/FolderUnderTest.h>
+#include <tests/support/Client.h>
+#include <tests/support/FolderUnderTest.h>
 
 #include <QDir>
 #include <QTemporaryDir>

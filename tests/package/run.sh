@@ -1,6 +1,6 @@
 #!/bin/bash
 # ./run, as the pages show it, takes documents through a folder and through a server and back, and opens the window.
-serve=$3/tests/protocol/servers/serve
+serve=$3/tests/servers/serve
 set -- "$1" "$2"
 . "$(dirname "$0")/common.sh"
 

@@ -1,5 +1,5 @@
-#include "Client.h"
-#include "FolderUnderTest.h"
+#include <tests/support/Client.h>
+#include <tests/support/FolderUnderTest.h>
 
 #include <QDateTime>
 #include <QDir>

@@ -1,4 +1,4 @@
-#include "FolderUnderTest.h"
+#include <tests/support/FolderUnderTest.h>
 
 #include <QFileInfo>
 #include <QProcess>

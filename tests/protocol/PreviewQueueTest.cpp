@@ -1,6 +1,6 @@
-#include "Files.h"
-#include "Renderers.h"
-#include "Waiting.h"
+#include <tests/support/Files.h>
+#include <tests/support/Renderers.h>
+#include <tests/support/Waiting.h>
 
 #include <protocol/preview/PreviewQueue.h>
 

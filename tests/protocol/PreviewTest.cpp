@@ -1,6 +1,6 @@
-#include "ContractTest.h"
-#include "PdfFiles.h"
-#include "Renderers.h"
+#include <tests/support/ContractTest.h>
+#include <tests/support/PdfFiles.h>
+#include <tests/support/Renderers.h>
 
 #include <QPixmap>
 

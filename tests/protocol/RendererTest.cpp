@@ -1,6 +1,6 @@
-#include "Files.h"
-#include "PdfFiles.h"
-#include "Waiting.h"
+#include <tests/support/Files.h>
+#include <tests/support/PdfFiles.h>
+#include <tests/support/Waiting.h>
 
 #include <protocol/preview/RendererProcess.h>
 
@@ -16,7 +16,7 @@ using testing::HasSubstr;
 
 namespace {
 
-struct Outcome {
+struct Rendering {
     bool isOver = false;
     QImage image;
     std::string reason;
@@ -27,16 +27,16 @@ struct Outcome {
 /// The renderer itself, fed with documents of all kinds.
 class RendererTest : public testing::Test {
 protected:
-    Outcome Render(const QByteArray& document, const QSize& box = {200, 200}, int timeLimit = 60'000)
+    Rendering Render(const QByteArray& document, const QSize& box = {200, 200}, int timeLimit = 60'000)
     {
         RendererProcess renderer(NORLIS_RENDERER, timeLimit);
         return Render(renderer, document, box);
     }
 
-    Outcome Render(RendererProcess& renderer, const QByteArray& document, const QSize& box = {200, 200})
+    Rendering Render(RendererProcess& renderer, const QByteArray& document, const QSize& box = {200, 200})
     {
         WriteFile(path, document);
-        Outcome outcome;
+        Rendering outcome;
         renderer.Render(path, box, [&](const QImage& image, const QString& reason) {
             outcome = {true, image, reason.toStdString()};
         });
@@ -51,17 +51,17 @@ protected:
 
 TEST_F(RendererTest, APageFillsTheBoxAsFarAsItsShapeAllows)
 {
-    const Outcome portrait = Render(PdfOfColor(Qt::red, {300, 600}));
+    const Rendering portrait = Render(PdfOfColor(Qt::red, {300, 600}));
     EXPECT_EQ(portrait.image.size(), QSize(100, 200));
     EXPECT_EQ(portrait.image.pixelColor(50, 100), QColor(Qt::red));
-    const Outcome landscape = Render(PdfOfColor(Qt::blue, {600, 300}));
+    const Rendering landscape = Render(PdfOfColor(Qt::blue, {600, 300}));
     EXPECT_EQ(landscape.image.size(), QSize(200, 100));
     EXPECT_EQ(landscape.image.pixelColor(50, 50), QColor(Qt::blue));
 }
 
 TEST_F(RendererTest, PaperIsWhiteWhereNothingIsPainted)
 {
-    const Outcome outcome = Render(PdfOfContent("0 0 100 100", ""));
+    const Rendering outcome = Render(PdfOfContent("0 0 100 100", ""));
     ASSERT_FALSE(outcome.image.isNull());
     EXPECT_EQ(outcome.image.pixelColor(10, 10), QColor(Qt::white));
 }
@@ -85,7 +85,7 @@ TEST_F(RendererTest, WhatIsNoDocumentIsRefusedWithAReason)
     const QByteArray garbage = QByteArray::fromHex("00ff5a").repeated(10'000);
     for (const QByteArray& document : {QByteArray(), QByteArray("text, and nothing else\n"), garbage, whole.left(20),
                                        QByteArray("%PDF-1.4"), "%PDF-1.4\n" + garbage, PdfWithoutPages()}) {
-        const Outcome outcome = Render(document);
+        const Rendering outcome = Render(document);
         EXPECT_TRUE(outcome.image.isNull()) << document.left(20).toStdString();
         EXPECT_NE(outcome.reason, "") << document.left(20).toStdString();
     }
@@ -96,7 +96,7 @@ TEST_F(RendererTest, ATruncatedDocumentEndsOneWayOrTheOther)
     const QByteArray whole = PdfOfText("text", 3);
     RendererProcess renderer(NORLIS_RENDERER, 60'000);
     for (int length = 0; length < whole.size(); length += whole.size() / 40 + 1) {
-        const Outcome outcome = Render(renderer, whole.left(length));
+        const Rendering outcome = Render(renderer, whole.left(length));
         EXPECT_NE(outcome.image.isNull(), outcome.reason.empty()) << length;
     }
 }
@@ -112,7 +112,7 @@ TEST_F(RendererTest, DamagedBytesEndOneWayOrTheOther)
             state = state * 1664525 + 1013904223;
             damaged[static_cast<int>((state >> 8U) % static_cast<quint32>(damaged.size()))] = static_cast<char>(state);
         }
-        const Outcome outcome = Render(renderer, damaged);
+        const Rendering outcome = Render(renderer, damaged);
         EXPECT_NE(outcome.image.isNull(), outcome.reason.empty()) << round;
     }
 }
@@ -127,7 +127,7 @@ TEST_F(RendererTest, AbsurdPageSizesEndOneWayOrTheOther)
     for (const char* mediaBox :
          {"0 0 1e9 1e9", "0 0 1000000 1", "0 0 1 1000000", "0 0 0.001 0.001", "0 0 0 0", "100 100 0 0", "-5 -5 5 5",
           "0 0 99999999999999999999 99999999999999999999", "a b c d", "0 0", "", "nan nan nan nan"}) {
-        const Outcome outcome = Render(PdfOfContent(mediaBox, "1 0 0 rg 0 0 100 100 re f"));
+        const Rendering outcome = Render(PdfOfContent(mediaBox, "1 0 0 rg 0 0 100 100 re f"));
         EXPECT_NE(outcome.image.isNull(), outcome.reason.empty()) << mediaBox;
         EXPECT_LE(outcome.image.width(), 200) << mediaBox;
         EXPECT_LE(outcome.image.height(), 200) << mediaBox;
@@ -140,7 +140,7 @@ TEST_F(RendererTest, DeepNestingEndsOneWayOrTheOther)
     for (const QByteArray& document :
          {PdfOfContent("0 0 100 100", QByteArray("q ").repeated(1'000'000)), PdfOfContent("0 0 100 100 " + nested, ""),
           PdfOfContent("0 0 100 100", nested), PdfOfContent("0 0 100 100", QByteArray("<<").repeated(1'000'000))}) {
-        const Outcome outcome = Render(document);
+        const Rendering outcome = Render(document);
         EXPECT_NE(outcome.image.isNull(), outcome.reason.empty());
     }
 }
@@ -163,7 +163,7 @@ TEST_F(RendererTest, ManyDocumentsAreRenderedByOneProcess)
 TEST_F(RendererTest, AFileThatIsGoneIsAReason)
 {
     RendererProcess renderer(NORLIS_RENDERER, 60'000);
-    Outcome outcome;
+    Rendering outcome;
     renderer.Render(folder.filePath("gone.pdf"), {100, 100}, [&](const QImage& image, const QString& reason) {
         outcome = {true, image, reason.toStdString()};
     });

@@ -1,6 +1,7 @@
-#include "Client.h"
-#include "FolderUnderTest.h"
+#include <tests/support/Client.h>
+#include <tests/support/Files.h>
 #include <tests/support/FileSizeLimit.h>
+#include <tests/support/FolderUnderTest.h>
 
 #include <filesystem>
 
@@ -15,8 +16,6 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 
 namespace {
-
-constexpr qint64 MiB = 1024 * 1024;
 
 /// Little room below a folder: a file system of its own where that is permitted, else a limit for each file.
 class LittleRoom {

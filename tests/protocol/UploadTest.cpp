@@ -1,4 +1,4 @@
-#include "ContractTest.h"
+#include <tests/support/ContractTest.h>
 
 #include <QFileInfo>
 #include <QMap>

@@ -1,4 +1,4 @@
-#include "ProgramTest.h"
+#include <tests/support/ProgramTest.h>
 
 #include <QFileInfo>
 

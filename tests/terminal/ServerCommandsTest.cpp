@@ -1,6 +1,6 @@
-#include "ServerTest.h"
+#include <tests/support/ServerTest.h>
 
-#include "PseudoTerminal.h"
+#include <tests/support/PseudoTerminal.h>
 
 #include <QDir>
 

@@ -1,4 +1,4 @@
-#include "ServerTest.h"
+#include <tests/support/ServerTest.h>
 
 #include <QDir>
 #include <QDirIterator>

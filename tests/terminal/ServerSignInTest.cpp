@@ -1,5 +1,5 @@
-#include "PseudoTerminal.h"
-#include "ServerTest.h"
+#include <tests/support/PseudoTerminal.h>
+#include <tests/support/ServerTest.h>
 
 #include <QDir>
 

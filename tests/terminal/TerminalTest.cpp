@@ -1,5 +1,5 @@
-#include "ProgramTest.h"
-#include "PseudoTerminal.h"
+#include <tests/support/ProgramTest.h>
+#include <tests/support/PseudoTerminal.h>
 
 #include <QRegularExpression>
 

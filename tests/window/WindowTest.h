@@ -3,9 +3,10 @@
 #include <apps/window/MainWindow.h>
 #include <apps/window/Transfers.h>
 #include <host/CloudDocumentsModel.h>
-#include <tests/protocol/Files.h>
-#include <tests/protocol/PdfFiles.h>
-#include <tests/protocol/Waiting.h>
+#include <tests/support/Files.h>
+#include <tests/support/PdfFiles.h>
+#include <tests/support/Printing.h>
+#include <tests/support/Waiting.h>
 
 #include <QAction>
 #include <QTemporaryDir>
@@ -82,8 +83,3 @@ protected:
 };
 
 } // namespace Norlis::Test
-
-inline void PrintTo(const QString& text, std::ostream* stream)
-{
-    *stream << '"' << text.toStdString() << '"';
-}

@@ -1,8 +1,8 @@
 #include <host/account/CloudAccountSettings.h>
 
-#include <tests/host/store/OrdinaryUser.h>
-#include <tests/host/store/SqliteFile.h>
 #include <tests/support/FileSizeLimit.h>
+#include <tests/support/OrdinaryUser.h>
+#include <tests/support/SqliteFile.h>
 
 #include <QDir>
 #include <QDirIterator>

@@ -1,4 +1,4 @@
-#include "SessionTest.h"
+#include <tests/support/SessionTest.h>
 
 #include <contracts/NorlisCloudProtocol.h>
 

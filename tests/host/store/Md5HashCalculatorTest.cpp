@@ -1,7 +1,7 @@
 #include <host/store/Md5HashCalculator.h>
 
-#include "OrdinaryUser.h"
-#include "SqliteFile.h"
+#include <tests/support/OrdinaryUser.h>
+#include <tests/support/SqliteFile.h>
 
 #include <QCryptographicHash>
 #include <QFileInfo>

@@ -1,7 +1,7 @@
 #include <host/store/SqliteCloudInfoStorage.h>
 
-#include "OrdinaryUser.h"
-#include "SqliteFile.h"
+#include <tests/support/OrdinaryUser.h>
+#include <tests/support/SqliteFile.h>
 
 #include <QDir>
 #include <QFileInfo>

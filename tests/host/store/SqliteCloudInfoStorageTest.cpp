@@ -1,6 +1,6 @@
 #include <host/store/SqliteCloudInfoStorage.h>
 
-#include "SqliteFile.h"
+#include <tests/support/SqliteFile.h>
 
 #include <QDir>
 #include <QFileInfo>

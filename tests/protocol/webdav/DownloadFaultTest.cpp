@@ -1,5 +1,5 @@
-#include "TransferFaultTest.h"
 #include <tests/support/FileSizeLimit.h>
+#include <tests/support/TransferFaultTest.h>
 
 #include <NorlisTestKit/MisbehaviourTools.h>
 

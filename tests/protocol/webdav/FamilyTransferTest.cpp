@@ -1,4 +1,4 @@
-#include "TransferFaultTest.h"
+#include <tests/support/TransferFaultTest.h>
 
 #include <NorlisTestKit/FamilyServer.h>
 

@@ -1,5 +1,5 @@
-#include "MemoryInUse.h"
-#include "ServiceTest.h"
+#include <tests/support/MemoryInUse.h>
+#include <tests/support/ServiceTest.h>
 
 #include <QElapsedTimer>
 
@@ -10,7 +10,6 @@ namespace Norlis::Test {
 namespace {
 
 constexpr int many = 100'000;
-constexpr qint64 MiB = 1024 * 1024;
 
 QByteArray LargeListing(int many = ::Norlis::Test::many)
 {

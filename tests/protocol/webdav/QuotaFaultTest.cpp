@@ -1,4 +1,4 @@
-#include "ServiceTest.h"
+#include <tests/support/ServiceTest.h>
 
 #include <NorlisTestKit/FamilyServer.h>
 
@@ -8,7 +8,6 @@ namespace Norlis::Test {
 
 namespace {
 
-constexpr qint64 MiB = 1024 * 1024;
 constexpr qint64 unknown = NorlisCloudProtocol::unknownQuota;
 constexpr qint64 unlimited = NorlisCloudProtocol::unlimitedQuota;
 

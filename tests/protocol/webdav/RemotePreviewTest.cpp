@@ -1,5 +1,5 @@
-#include "ServiceTest.h"
-#include <tests/protocol/PdfFiles.h>
+#include <tests/support/PdfFiles.h>
+#include <tests/support/ServiceTest.h>
 
 #include <NorlisTestKit/FamilyServer.h>
 

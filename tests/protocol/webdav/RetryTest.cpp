@@ -1,4 +1,4 @@
-#include "ServiceTest.h"
+#include <tests/support/ServiceTest.h>
 
 #include <QElapsedTimer>
 #include <QLocale>

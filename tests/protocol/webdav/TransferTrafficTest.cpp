@@ -1,5 +1,5 @@
-#include "MemoryInUse.h"
-#include "TransferFaultTest.h"
+#include <tests/support/MemoryInUse.h>
+#include <tests/support/TransferFaultTest.h>
 
 #include <QElapsedTimer>
 

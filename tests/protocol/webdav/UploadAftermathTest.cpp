@@ -1,4 +1,4 @@
-#include "TransferFaultTest.h"
+#include <tests/support/TransferFaultTest.h>
 
 namespace Norlis::Test {
 

@@ -8,6 +8,8 @@
 
 namespace Norlis::Test {
 
+constexpr qint64 MiB = 1024 * 1024;
+
 /// All of these expect success; a failure is a failure of the test.
 void WriteFile(const QString& path, const QByteArray& content);
 void MakeFolder(const QString& path);

@@ -1,7 +1,8 @@
 #pragma once
 
-#include <tests/protocol/Client.h>
-#include <tests/protocol/Files.h>
+#include "Printing.h"
+#include <tests/support/Client.h>
+#include <tests/support/Files.h>
 
 #include <NorlisTestKit/FaultServer.h>
 
@@ -129,14 +130,3 @@ protected:
 };
 
 } // namespace Norlis::Test
-
-/// How GoogleTest shows texts.
-inline void PrintTo(const QString& text, std::ostream* stream)
-{
-    *stream << '"' << text.toStdString() << '"';
-}
-
-inline void PrintTo(const QByteArray& bytes, std::ostream* stream)
-{
-    *stream << '"' << bytes.left(60).toStdString() << "\" (" << bytes.size() << " bytes)";
-}

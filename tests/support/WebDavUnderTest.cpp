@@ -1,5 +1,7 @@
 #include "WebDavUnderTest.h"
 
+#include "Files.h"
+
 #include <QDir>
 #include <QFile>
 
@@ -15,8 +17,6 @@
 namespace Norlis::Test {
 
 namespace {
-
-constexpr qint64 MiB = 1024 * 1024;
 
 /// Ends the servers with the tests, before the folder for temporary files goes.
 class Servers : public testing::Environment {

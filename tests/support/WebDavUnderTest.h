@@ -3,7 +3,7 @@
 #include "CloudUnderTest.h"
 #include "Files.h"
 
-#include <tests/protocol/servers/WebDavServer.h>
+#include <tests/servers/WebDavServer.h>
 
 #include <initializer_list>
 

@@ -1,6 +1,6 @@
 #include "SecretWatch.h"
 
-#include <tests/protocol/Files.h>
+#include <tests/support/Files.h>
 
 #include <NorlisTestKit/FaultServer.h>
 

@@ -3,6 +3,7 @@
 #include "Client.h"
 #include "CloudUnderTest.h"
 #include "Files.h"
+#include "Printing.h"
 
 #include <QTemporaryDir>
 
@@ -109,8 +110,3 @@ inline void PrintTo(const KindOfCloud& kind, std::ostream* stream)
     *stream << kind.name;
 }
 } // namespace Norlis::Test
-
-inline void PrintTo(const QString& text, std::ostream* stream)
-{
-    *stream << '"' << text.toStdString() << '"';
-}

@@ -1,10 +1,11 @@
-#include "WebDavUnderTest.h"
+#include <tests/support/FolderUnderTest.h>
+#include <tests/support/WebDavUnderTest.h>
 
 namespace Norlis::Test {
 
 std::vector<KindOfCloud> KindsOfClouds()
 {
-    std::vector<KindOfCloud> kinds;
+    std::vector<KindOfCloud> kinds{{"Folder", [] { return std::make_unique<FolderUnderTest>(); }}};
     for (const ServerKind kind : AllServerKinds()) {
         kinds.push_back({NameOf(kind), [kind] { return std::make_unique<WebDavUnderTest>(SharedServer(kind)); }});
     }

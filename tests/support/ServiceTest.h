@@ -1,8 +1,9 @@
 #pragma once
 
+#include "Printing.h"
 #include "SecretWatch.h"
-#include <tests/protocol/Client.h>
-#include <tests/protocol/Files.h>
+#include <tests/support/Client.h>
+#include <tests/support/Files.h>
 
 #include <NorlisTestKit/FaultServer.h>
 
@@ -87,14 +88,3 @@ inline std::string LastAdvice(const Client& client)
 }
 
 } // namespace Norlis::Test
-
-/// How GoogleTest shows texts.
-inline void PrintTo(const QString& text, std::ostream* stream)
-{
-    *stream << '"' << text.toStdString() << '"';
-}
-
-inline void PrintTo(const QByteArray& bytes, std::ostream* stream)
-{
-    *stream << '"' << bytes.left(60).toStdString() << "\" (" << bytes.size() << " bytes)";
-}

@@ -5,7 +5,7 @@
 #include <QUrl>
 
 #include <NorlisTestKit/Loopback.h>
-#include <tests/protocol/Waiting.h>
+#include <tests/support/Waiting.h>
 
 #include <gtest/gtest.h>
 

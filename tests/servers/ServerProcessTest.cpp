@@ -3,7 +3,7 @@
 #include <QFile>
 #include <QTemporaryDir>
 
-#include <tests/protocol/Waiting.h>
+#include <tests/support/Waiting.h>
 
 #include <gtest/gtest.h>
 

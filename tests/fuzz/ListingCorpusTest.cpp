@@ -19,7 +19,7 @@ namespace {
 
 QByteArray Answer(const std::string& name)
 {
-    QFile file(QDir(NORLIS_LISTINGS).filePath(QString::fromStdString(name) + ".xml"));
+    QFile file(QDir(NORLIS_CORPUS "/multistatus").filePath(QString::fromStdString(name) + ".xml"));
     EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << name;
     return file.readAll();
 }
@@ -27,7 +27,7 @@ QByteArray Answer(const std::string& name)
 std::vector<std::string> AnswerNames()
 {
     std::vector<std::string> names;
-    for (const QString& file : QDir(NORLIS_LISTINGS).entryList({"*.xml"}, QDir::Files)) {
+    for (const QString& file : QDir(NORLIS_CORPUS "/multistatus").entryList({"*.xml"}, QDir::Files)) {
         names.push_back(file.chopped(4).toStdString());
     }
     return names;
