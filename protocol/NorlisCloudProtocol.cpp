@@ -258,7 +258,7 @@ qint64 NorlisCloudProtocol::retrievePreview(const QMap<QString, QString>& fields
 
 qint64 NorlisCloudProtocol::examineService(std::function<void(qint64, RequestResult, const ServiceTraits&)>&& done)
 {
-    return d->SendFor<ServiceTraits>(Request::Examination{}, std::move(done));
+    return d->SendFor<ServiceTraits>(Request::Capabilities{}, std::move(done));
 }
 
 void NorlisCloudProtocol::cancelOperation(qint64 id)

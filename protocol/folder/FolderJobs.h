@@ -3,7 +3,7 @@
 #include "FolderStore.h"
 #include <files/AtomicFile.h>
 #include <files/FileReader.h>
-#include <protocol/service/CloudService.h>
+#include <protocol/service/Reply.h>
 
 #include <functional>
 #include <optional>

@@ -16,13 +16,27 @@ namespace {
 constexpr qint64 bytesPerMiB = 1024 * 1024;
 const auto applicationId = QStringLiteral("pdf");
 
+/// A document where it is.
+class DocumentFile : public PreviewSource::File {
+public:
+    explicit DocumentFile(const QString& path) : path(path) {}
+
+    QString Path() const override
+    {
+        return path;
+    }
+
+private:
+    const QString path;
+};
+
 } // namespace
 
 FolderService::FolderService(const OAuth2::AuthInfo& authInfo, const Listener& listener)
     : authInfo(authInfo),
       listener(listener),
       store(authInfo.serviceUrl.toLocalFile()),
-      previews(authInfo.cacheFolder, listener.reply)
+      previews(authInfo.cacheFolder, *this, listener.reply)
 {
     stepTimer.setInterval(0);
     QObject::connect(&stepTimer, &QTimer::timeout, &stepTimer, [this] { Step(); });
@@ -120,10 +134,10 @@ Reply FolderService::Handle(const Request::Quota&)
     return {Success, QuotaByApplication{{applicationId, value}}, {}};
 }
 
-Reply FolderService::Handle(const Request::Examination&)
+Reply FolderService::Handle(const Request::Capabilities&)
 {
     const QString reason = store.WhyUnusable();
-    return {Success, ServiceTraits{{"service", "folder"}, {"usable", reason.isEmpty() ? "yes" : "no"}}, {}};
+    return {Success, ServiceCapabilities{{"service", "folder"}, {"usable", reason.isEmpty() ? "yes" : "no"}}, {}};
 }
 
 void FolderService::Begin(qint64 id, const Request::List&)
@@ -142,7 +156,14 @@ void FolderService::Begin(qint64 id, const Request::Preview& request)
         listener.reply(id, Failed("Fetching a preview", document->name, "A picture without a size was asked for"));
         return;
     }
-    previews.Add(id, {document->id, document->name, document->path, document->version.ToString()}, request.box);
+    previews.Add(id, {document->id, document->name, document->version.ToString()}, request.box);
+}
+
+std::unique_ptr<PreviewSource::Fetch> FolderService::FetchForPreview(const PreviewSubject& subject, const QSize&,
+                                                                     Done done)
+{
+    const Result result{std::make_shared<DocumentFile>(store.PathOf(subject.name)), {}, {}};
+    return std::make_unique<CompletedFetch>(result, std::move(done));
 }
 
 void FolderService::Begin(qint64 id, const Request::Download& request)

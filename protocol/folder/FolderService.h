@@ -13,7 +13,7 @@
 namespace Norlis::Social {
 
 /// A folder as a cloud. Whoever may read the folder is signed in by any token.
-class FolderService : public CloudService {
+class FolderService : public CloudService, private PreviewSource {
 public:
     FolderService(const OAuth2::AuthInfo& authInfo, const Listener& listener);
     ~FolderService() override;
@@ -38,7 +38,7 @@ private:
     Reply Handle(const Request::Info& request);
     Reply Handle(const Request::Remove& request);
     Reply Handle(const Request::Quota& request);
-    Reply Handle(const Request::Examination& request);
+    Reply Handle(const Request::Capabilities& request);
 
     void Begin(qint64 id, const Request::List& request);
     void Begin(qint64 id, const Request::Download& request);
@@ -50,6 +50,8 @@ private:
     {
         listener.reply(id, Handle(request));
     }
+
+    std::unique_ptr<Fetch> FetchForPreview(const PreviewSubject& subject, const QSize& box, Done done) override;
 
     void StartCopy(qint64 id, CopyJob::Task task);
 
