@@ -15,7 +15,7 @@ public:
     template <typename Publish>
     bool Commit(Publish publish)
     {
-        const std::lock_guard guard(mutex);
+        const std::lock_guard lock(mutex);
         if (!canceled) {
             newDocument = publish();
         }
@@ -25,7 +25,7 @@ public:
     /// Returns the id of the document that the transfer has newly made; empty when there is none.
     QString Cancel()
     {
-        const std::lock_guard guard(mutex);
+        const std::lock_guard lock(mutex);
         canceled = true;
         return newDocument;
     }
