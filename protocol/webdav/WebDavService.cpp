@@ -286,7 +286,7 @@ void WebDavService::Begin(qint64 id, const Request::Preview& request)
             failure.isSignedOut = failure.isSignedOut && EndSession(asked.lock());
             listener.reply(id, std::move(failure));
         } else if (request.box.isEmpty()) {
-            listener.reply(id, Failed(what, document->Name(), "A picture without a size was asked for"));
+            listener.reply(id, Failed(what, document->Name(), "The requested size is empty"));
         } else {
             previews.Add(id, {document->id, document->Name(), document->Version()}, request.box);
         }
