@@ -62,7 +62,7 @@ TEST_F(ServerCommandsTest, StorageOfWhichTheServerTellsNothingIsNoFailure)
 
 TEST_F(ServerCommandsTest, RefusalOfAnUploadIsToldWithItsReasonAndWhatToDo)
 {
-    server.Misbehave(When("PUT").Always(), HasNoRoom());
+    server.Misbehave(When("PUT").Always(), IsOutOfSpace());
     const Outcome outcome = Run({"upload", MakeFile("report.pdf")});
     EXPECT_EQ(outcome.exitStatus, 1);
     EXPECT_EQ(outcome.ErrorLines().size(), 1);

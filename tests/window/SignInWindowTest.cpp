@@ -269,7 +269,7 @@ TEST_F(SignInWindowTest, TheSignAtTheEndOfATransferCancelsIt)
 TEST_F(SignInWindowTest, AFailedUploadSaysWhyAndIsTriedAgain)
 {
     SignIn();
-    server.Misbehave(When("PUT").Always(), HasNoRoom());
+    server.Misbehave(When("PUT").Always(), IsOutOfSpace());
     Drop({LocalFile("a.pdf", PdfOfColor(Qt::red))});
     ASSERT_TRUE(WaitUntil([&] { return Transfers() == QStringList{"a.pdf failed"}; }));
     const auto list = Find<QListView>("transfers");
