@@ -97,7 +97,7 @@ TEST_F(PicturesTest, OfTheFirstStart)
 TEST_F(PicturesTest, OfAnEmptyCloud)
 {
     OpenCloud();
-    ASSERT_TRUE(WaitUntil([&] { return Button("Upload …") && Find<QWidget>("storage"); }));
+    ASSERT_TRUE(WaitUntil([&] { return Button("Upload…") && Find<QWidget>("storage"); }));
     Take("empty");
 }
 
