@@ -153,9 +153,8 @@ void FolderService::Begin(qint64 id, const Request::Download& request)
         listener.reply(id, NoSuchDocument(what));
         return;
     }
-    const Files::TargetProblem problem = Files::WhyNoTarget(request.localPath);
-    if (!problem.reason.isEmpty()) {
-        listener.reply(id, Failed(what, document->name, problem.reason, problem.advice));
+    if (const auto problem = Files::ValidateTarget(request.localPath)) {
+        listener.reply(id, Failed(what, document->name, problem->reason, problem->advice));
         return;
     }
     CopyJob::Task task;
@@ -203,10 +202,9 @@ void FolderService::Begin(qint64 id, const Request::Upload& request)
         }
         name = replaced->name;
     }
-    const QString badName = Files::WhyNoName(name);
-    if (!badName.isEmpty()) {
+    if (const auto badName = Files::ValidateName(name)) {
         listener.reply(id,
-                       Failed(what, name, QStringLiteral("The name %1").arg(badName), "Give the file another name."));
+                       Failed(what, name, QStringLiteral("The name %1").arg(*badName), "Give the file another name."));
         return;
     }
     reason = WhyNoRoom(QFileInfo(request.localPath).size(), request.document);
