@@ -84,16 +84,15 @@ void Examination::Plan()
         {PropFind(server->collection.UrlOf(first)), [this](const HttpResponse& response) { LearnOfFile(response); }});
     steps.push_back({Make("GET", first, {{"Range", "bytes=2-"}}), [this](const HttpResponse& response) {
                          const bool isRest = response.Status() == 206 && response.body == content.mid(2);
-                         Note("sends the rest of a file", YesOrNo(isRest));
+                         Note("range requests", YesOrNo(isRest));
                          Note("ETag with the content", YesOrNo(EntityTag{response.head.Field("etag")}.IsValid()));
                      }});
-    steps.push_back({MoveFile(server->collection, first, second, false), [this](const HttpResponse& response) {
-                         Note("gives files another name", YesOrNo(response.HasSucceeded()));
-                     }});
+    steps.push_back({MoveFile(server->collection, first, second, false),
+                     [this](const HttpResponse& response) { Note("MOVE", YesOrNo(response.HasSucceeded())); }});
     steps.push_back(
         {StoreHash(server->collection.UrlOf(second), someMd5, "\"norlis\""), [this](const HttpResponse& response) {
              server->keepsProperties = IsPropertyTaken(response);
-             Note("keeps hashes for us", YesOrNo(*server->keepsProperties));
+             Note("custom properties", YesOrNo(*server->keepsProperties));
          }});
     steps.push_back({Make("PUT", first, plain, content), [](const HttpResponse&) {}});
     steps.push_back({MoveFile(server->collection, first, second, false), [this](const HttpResponse& response) {
@@ -163,7 +162,7 @@ void Examination::NoteTold(const QString& trait, const QByteArray& told)
     const QString text = Tidied(server->secrets.Redact(QString::fromUtf8(told))).left(longestFinding);
     const bool isPrivate = (!server->user.isEmpty() && text.contains(server->user, Qt::CaseInsensitive)) ||
                            text.contains(server->collection.Host(), Qt::CaseInsensitive);
-    Note(trait, text.isEmpty() || isPrivate ? QStringLiteral("not told") : text);
+    Note(trait, text.isEmpty() || isPrivate ? QStringLiteral("not reported") : text);
 }
 
 bool Examination::GiveUp()
