@@ -3,7 +3,8 @@
 #include "Require.h"
 
 #include <host/account/ServiceAddress.h>
-#include <protocol/webdav/Collection.h>
+#include <protocol/dav/Collection.h>
+#include <protocol/http/Origin.h>
 
 #include <algorithm>
 #include <stdexcept>

@@ -1,5 +1,7 @@
 #include "DavPath.h"
 
+#include <protocol/http/Origin.h>
+
 #include <algorithm>
 
 namespace Norlis::Social {
@@ -30,16 +32,6 @@ int FirstOf(const QByteArray& text, const QByteArray& characters, int from)
     return static_cast<int>(first - text.begin());
 }
 
-/// Where the authority of an absolute URL begins; -1 when the text is none. RFC 3986, 3.1.
-int AuthorityPosition(const QByteArray& url)
-{
-    const int colon = url.indexOf("://");
-    const auto isOfScheme = [](char character) {
-        return IsUnreserved(character) ? character != '_' && character != '~' : character == '+';
-    };
-    return colon > 0 && std::all_of(url.begin(), url.begin() + colon, isOfScheme) ? colon + 3 : -1;
-}
-
 std::optional<DavPath> Segments(const QByteArray& path, HrefNotes& notes)
 {
     DavPath segments;
@@ -68,14 +60,11 @@ std::optional<DavPath> Read(const QByteArray& text, const QByteArray& delimiters
     HrefNotes& found = notes ? *notes : unwanted;
     found = {};
 
-    const int authority = AuthorityPosition(text);
-    int begin = 0;
-    if (authority >= 0) {
-        found.origin = OriginOfUrl(text);
-        begin = FirstOf(text, "/?#", authority);
-    } else if (text.isEmpty()) {
+    if (text.isEmpty()) {
         return std::nullopt;
     }
+    found.origin = OriginOfUrl(text);
+    const int begin = std::max(PathPosition(text), 0);
     return Segments(text.mid(begin, FirstOf(text, delimiters, begin) - begin), found);
 }
 
@@ -136,23 +125,6 @@ std::optional<DavPath> SegmentsOfHref(const QByteArray& href, HrefNotes* notes)
 std::optional<DavPath> SegmentsOfUrl(const QByteArray& url, HrefNotes* notes)
 {
     return Read(url.trimmed(), "?#", notes);
-}
-
-QByteArray OriginOfUrl(const QByteArray& url)
-{
-    const QByteArray text = url.trimmed();
-    const int begin = AuthorityPosition(text);
-    if (begin < 0) {
-        return {};
-    }
-    const QByteArray scheme = text.left(begin - 3).toLower();
-    QByteArray authority = text.mid(begin, FirstOf(text, "/?#", begin) - begin).toLower();
-    authority.remove(0, authority.lastIndexOf('@') + 1);
-    const QByteArray usualPort = scheme == "https" ? ":443" : ":80";
-    if (authority.endsWith(usualPort) || authority.endsWith(':')) {
-        authority.truncate(authority.lastIndexOf(':'));
-    }
-    return authority.isEmpty() ? QByteArray() : scheme + "://" + authority;
 }
 
 std::optional<QByteArray> MemberName(const DavPath& collection, const DavPath& path)

@@ -9,8 +9,7 @@ namespace Norlis::Social {
 
 /// The segments of a path, percent-decoded, as bytes: servers differ in what they escape and in which case, and a
 /// file's name need not be UTF-8, so that only decoded bytes can be compared. No segment is empty, "." or "..", none
-/// holds a
-/// '/' or a NUL. The root has no segments.
+/// holds a '/' or a NUL. The root has no segments.
 using DavPath = std::vector<QByteArray>;
 
 /// Decodes one segment once (RFC 3986, 2.1). A '%' that no two hexadecimal digits follow stands for itself, since some
@@ -38,10 +37,6 @@ std::optional<DavPath> SegmentsOfHref(const QByteArray& href, HrefNotes* notes =
 
 /// The path of a URL that was requested, typed or redirected to: as SegmentsOfHref, without query and fragment.
 std::optional<DavPath> SegmentsOfUrl(const QByteArray& url, HrefNotes* notes = nullptr);
-
-/// Scheme, host and port in lower case, the scheme's usual port and the user left out: "https://host:8443". Empty when
-/// the URL is not absolute.
-QByteArray OriginOfUrl(const QByteArray& url);
 
 /// The last segment of a direct member's path, and nothing in it for the collection itself. Nothing at all for what
 /// lies deeper or elsewhere.

@@ -1,7 +1,7 @@
 #include "HttpClient.h"
 
 #include "HttpDate.h"
-#include <protocol/dav/DavPath.h>
+#include "Origin.h"
 
 #include <QDateTime>
 #include <QFile>
@@ -11,8 +11,6 @@
 
 #include <algorithm>
 #include <vector>
-
-#include <arpa/inet.h>
 
 namespace Norlis::Social {
 
@@ -72,14 +70,6 @@ bool IsRedirect(int status)
 }
 
 } // namespace
-
-bool IsLoopback(const QByteArray& url)
-{
-    const QByteArray host = QUrl::fromEncoded(url).host().toLower().toUtf8();
-    in_addr address = {};
-    const bool isV4 = inet_pton(AF_INET, host.constData(), &address) == 1;
-    return host == "localhost" || host == "::1" || (isV4 && (ntohl(address.s_addr) >> 24) == 127);
-}
 
 HttpClient::HttpClient(const Settings& settings, const Secrets& secrets) : settings(settings), secrets(secrets)
 {

@@ -73,7 +73,4 @@ private:
     QObject context; ///< of delayed calls
 };
 
-/// Whether the host of an address is this machine.
-bool IsLoopback(const QByteArray& url);
-
 } // namespace Norlis::Social

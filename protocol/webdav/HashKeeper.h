@@ -1,6 +1,7 @@
 #pragma once
 
-#include <protocol/dav/WebDavRequests.h>
+#include "WebDavServer.h"
+#include <protocol/http/HttpRequestGroup.h>
 
 namespace Norlis::Social {
 
@@ -20,7 +21,7 @@ public:
 
 private:
     WebDavServer& server;
-    WebDavRequests requests;
+    HttpRequestGroup requests;
     int running = 0;
 };
 

@@ -2,7 +2,8 @@
 
 #include "DavDocument.h"
 #include "PropFind.h"
-#include <protocol/dav/WebDavRequests.h>
+#include "WebDavServer.h"
+#include <protocol/http/HttpRequestGroup.h>
 
 namespace Norlis::Social {
 
@@ -27,7 +28,7 @@ private:
 
     WebDavServer& server;
     const std::function<void(Result)> done;
-    WebDavRequests requests;
+    HttpRequestGroup requests;
     std::shared_ptr<PropFindSink> sink;
     Result result;
     int attempts = 1;

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <protocol/dav/WebDavRequests.h>
+#include "WebDavServer.h"
+#include <protocol/http/HttpRequestGroup.h>
 #include <protocol/service/CloudService.h>
 
 namespace Norlis::Social {
@@ -46,7 +47,7 @@ protected:
     }
 
     const std::shared_ptr<WebDavServer> server;
-    WebDavRequests requests;
+    HttpRequestGroup requests;
 
 private:
     Finish finish;

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <protocol/dav/WebDavRequests.h>
+#include "WebDavServer.h"
+#include <protocol/http/HttpRequestGroup.h>
 
 namespace Norlis::Social {
 
@@ -21,7 +22,7 @@ private:
     const QByteArray uploaded;
     const QByteArray small;
     const Done done;
-    WebDavRequests requests;
+    HttpRequestGroup requests;
 };
 
 /// A request that gives a file another name. RFC 4918, 9.9.

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <protocol/dav/WebDavRequests.h>
+#include "WebDavServer.h"
+#include <protocol/http/HttpRequestGroup.h>
 #include <protocol/preview/PreviewQueue.h>
 #include <protocol/transfer/DownloadSink.h>
 
@@ -28,7 +29,7 @@ private:
     const Done done;
     std::shared_ptr<DownloadSink> sink;
     bool isTooLarge = false;
-    WebDavRequests requests;
+    HttpRequestGroup requests;
     QObject context;
 };
 

@@ -2,7 +2,7 @@
 
 #include "DavDocument.h"
 #include "OverwriteCheck.h"
-#include <protocol/dav/WebDavRequests.h>
+#include <protocol/http/HttpRequestGroup.h>
 
 #include <QTimer>
 
@@ -45,7 +45,7 @@ private:
     WebDavServer& server;
     DavDocument uploaded;
     const Done done;
-    WebDavRequests requests;
+    HttpRequestGroup requests;
     std::unique_ptr<OverwriteCheck> check;
     QByteArray wantedName;
     QByteArray name;         ///< that is tried

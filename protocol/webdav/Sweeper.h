@@ -1,6 +1,7 @@
 #pragma once
 
-#include <protocol/dav/WebDavRequests.h>
+#include "WebDavServer.h"
+#include <protocol/http/HttpRequestGroup.h>
 
 #include <QTimer>
 
@@ -23,7 +24,7 @@ public:
 private:
     void Send(const QByteArray& url, std::function<void()> done);
 
-    WebDavRequests requests;
+    HttpRequestGroup requests;
     int running = 0;
     QObject context;
 };

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Collection.h"
 #include "DavDocument.h"
 #include "ServerErrors.h"
+#include <protocol/dav/Collection.h>
 #include <protocol/http/HttpClient.h>
 
 #include <QSet>

@@ -7,6 +7,7 @@
 #include "PreviewFetch.h"
 #include "SignInOperation.h"
 #include "UploadOperation.h"
+#include <protocol/http/Origin.h>
 
 #include <QDir>
 #include <QEventLoop>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <protocol/dav/DavPath.h>
+#include "DavPath.h"
 
 #include <QByteArray>
 #include <QString>
