@@ -14,16 +14,12 @@ struct DavEntry {
     QByteArray name; ///< decoded bytes of one path segment, valid UTF-8; empty for the collection itself
     bool isSelf = false;
     bool isCollection = false;
-    bool isPending = false;     ///< it is there, but its content is not ready (status 425)
     std::optional<qint64> size; ///< bytes. Some servers give a collection one too
     QByteArray etag;            ///< as received, with quotes and W/; empty when it could not stand in a request
-    QString contentType;        ///< as received
     QDateTime modifiedAt;       ///< UTC
     QDateTime createdAt;        ///< UTC
 
     QString fileId;                       ///< oc:fileid, unique inside the server
-    QString globalId;                     ///< oc:id
-    QString permissions;                  ///< the letters of oc:permissions
     std::optional<bool> hasPreview;       ///< nc:has-preview
     QByteArray md5;                       ///< of oc:checksums, lower-case hexadecimal
     std::optional<qint64> quotaUsed;      ///< bytes, as received. RFC 4331

@@ -25,21 +25,13 @@ bool IsUnreserved(char character)
            character == '~';
 }
 
-/// The position of the first of some characters; the end when there is none.
-int FirstOf(const QByteArray& text, const QByteArray& characters, int from)
-{
-    const auto first = std::find_first_of(text.begin() + from, text.end(), characters.begin(), characters.end());
-    return static_cast<int>(first - text.begin());
-}
-
-std::optional<DavPath> Segments(const QByteArray& path, HrefNotes& notes)
+std::optional<DavPath> Segments(const QByteArray& path)
 {
     DavPath segments;
     if (!path.isEmpty() && path[0] != '/') {
         return std::nullopt;
     }
-    notes.endsWithSlash = path.endsWith('/');
-    const int end = path.size() - (notes.endsWithSlash ? 1 : 0);
+    const int end = path.size() - (path.endsWith('/') ? 1 : 0);
     segments.reserve(static_cast<size_t>(path.count('/')));
     for (int begin = 1; begin <= end;) {
         const int slash = path.indexOf('/', begin);
@@ -52,20 +44,6 @@ std::optional<DavPath> Segments(const QByteArray& path, HrefNotes& notes)
         begin = segmentEnd + 1;
     }
     return segments;
-}
-
-std::optional<DavPath> Read(const QByteArray& text, const QByteArray& delimiters, HrefNotes* notes)
-{
-    HrefNotes unwanted = {};
-    HrefNotes& found = notes ? *notes : unwanted;
-    found = {};
-
-    if (text.isEmpty()) {
-        return std::nullopt;
-    }
-    found.origin = OriginOfUrl(text);
-    const int begin = std::max(PathPosition(text), 0);
-    return Segments(text.mid(begin, FirstOf(text, delimiters, begin) - begin), found);
 }
 
 } // namespace
@@ -117,14 +95,19 @@ QByteArray EncodePath(const DavPath& path, bool isCollection)
     return isCollection || path.empty() ? encoded + '/' : encoded;
 }
 
-std::optional<DavPath> SegmentsOfHref(const QByteArray& href, HrefNotes* notes)
+std::optional<DavPath> SegmentsOfHref(const QByteArray& href)
 {
-    return Read(href.trimmed(), "", notes);
+    const QByteArray text = href.trimmed();
+    return text.isEmpty() ? std::nullopt : Segments(text.mid(std::max(PathPosition(text), 0)));
 }
 
-std::optional<DavPath> SegmentsOfUrl(const QByteArray& url, HrefNotes* notes)
+std::optional<DavPath> SegmentsOfUrl(const QByteArray& url)
 {
-    return Read(url.trimmed(), "?#", notes);
+    const QByteArray text = url.trimmed();
+    const QByteArray path = text.mid(std::max(PathPosition(text), 0));
+    const auto isDelimiter = [](char character) { return character == '?' || character == '#'; };
+    const auto end = std::find_if(path.begin(), path.end(), isDelimiter);
+    return text.isEmpty() ? std::nullopt : Segments(path.left(static_cast<int>(end - path.begin())));
 }
 
 std::optional<QByteArray> MemberName(const DavPath& collection, const DavPath& path)

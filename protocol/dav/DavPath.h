@@ -22,21 +22,15 @@ QByteArray EncodeSegment(const QByteArray& decoded);
 /// The path as it goes into a request: "/" before every segment, and one more at the end of a collection's.
 QByteArray EncodePath(const DavPath& path, bool isCollection);
 
-/// What a href says beyond its segments.
-struct HrefNotes {
-    bool endsWithSlash = false;
-    QByteArray origin; ///< of an absolute URL, as OriginOfUrl gives it; empty when there is only a path
-};
-
 /// The path of a href in a listing: an absolute path or an absolute URL (RFC 4918, 8.3). Blanks around it and one slash
 /// at its end are ignored. Nothing for relative references and for paths with a segment that a DavPath must not have.
 ///
 /// '?' and '#' belong to the name. Collections are asked for without a query, so that no member's href has one, and a
 /// fragment names no resource; but there are servers that leave both bare in the names of files.
-std::optional<DavPath> SegmentsOfHref(const QByteArray& href, HrefNotes* notes = nullptr);
+std::optional<DavPath> SegmentsOfHref(const QByteArray& href);
 
 /// The path of a URL that was requested, typed or redirected to: as SegmentsOfHref, without query and fragment.
-std::optional<DavPath> SegmentsOfUrl(const QByteArray& url, HrefNotes* notes = nullptr);
+std::optional<DavPath> SegmentsOfUrl(const QByteArray& url);
 
 /// The last segment of a direct member's path, and nothing in it for the collection itself. Nothing at all for what
 /// lies deeper or elsewhere.

@@ -9,7 +9,7 @@ namespace {
 
 constexpr int sliceSize = 16 * 1024; // bytes that the reader is given at once: it holds a few times as much
 constexpr int openingSize = 4;       // bytes by which the reader knows the encoding
-constexpr int statusPending = 425;   // "Too Early", RFC 8470
+constexpr int tooEarly = 425;        // RFC 8470: the content is not ready yet
 
 const QLatin1String davNamespace("DAV:");
 const QString separator = QStringLiteral(" ");
@@ -60,9 +60,10 @@ int SliceSize(const QByteArray& bytes, int begin)
     return static_cast<int>(std::find_if(first, first + size, isOther) - first);
 }
 
+/// A document whose content is still being processed is there, too.
 bool IsSuccess(int status)
 {
-    return status >= 200 && status < 300;
+    return (status >= 200 && status < 300) || status == tooEarly;
 }
 
 bool IsUtf8(const QByteArray& bytes)
@@ -94,9 +95,7 @@ int MultiStatusParser::Level(Place place)
     return 0;
 }
 
-MultiStatusParser::MultiStatusParser(DavPath collection, QByteArray origin)
-    : collection(std::move(collection)),
-      origin(std::move(origin))
+MultiStatusParser::MultiStatusParser(DavPath collection) : collection(std::move(collection))
 {
     text.reserve(256);
 }
@@ -310,31 +309,24 @@ void MultiStatusParser::AddText(const QStringRef& piece)
 void MultiStatusParser::EndPropstat()
 {
     hasStatus = hasStatus || propstatStatus != 0;
-    if (propstatStatus == statusPending) {
-        entry.isPending = true;
-    } else if (!IsSuccess(propstatStatus)) {
+    if (!IsSuccess(propstatStatus)) {
         entry = entryBefore;
     }
 }
 
 void MultiStatusParser::EndResponse()
 {
-    HrefNotes notes;
-    const std::optional<DavPath> path = SegmentsOfHref(href, &notes);
+    const std::optional<DavPath> path = SegmentsOfHref(href);
     if (!path || !(hasStatus || responseStatus != 0)) {
         ++malformedCount;
         return;
-    }
-    if (!origin.isEmpty() && !notes.origin.isEmpty() && notes.origin != origin) {
-        hasForeignAuthority = true;
     }
     std::optional<QByteArray> name = MemberName(collection, *path);
     if (!name) {
         ++foreignCount;
         return;
     }
-    entry.isPending = entry.isPending || responseStatus == statusPending;
-    if (responseStatus != 0 && responseStatus != statusPending && !IsSuccess(responseStatus)) {
+    if (responseStatus != 0 && !IsSuccess(responseStatus)) {
         const bool isAbsent = responseStatus == 404 || responseStatus == 410;
         refusedCount += isAbsent ? 0 : 1;
         return;

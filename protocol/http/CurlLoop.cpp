@@ -7,18 +7,23 @@ namespace {
 // More than are used at once, so that the next request finds a connection open.
 constexpr long keptConnections = 16;
 
-void InitializeCurl()
+CURLM* NewMulti()
 {
     static const CURLcode once = curl_global_init(CURL_GLOBAL_DEFAULT);
     Q_UNUSED(once)
+    return curl_multi_init();
 }
 
 } // namespace
 
-CurlLoop::CurlLoop()
+CurlLoop::CurlLoop() : multi(NewMulti())
 {
-    InitializeCurl();
-    MakeMulti();
+    curl_multi_setopt(multi, CURLMOPT_SOCKETFUNCTION, &CurlLoop::OnSocket);
+    curl_multi_setopt(multi, CURLMOPT_SOCKETDATA, this);
+    curl_multi_setopt(multi, CURLMOPT_TIMERFUNCTION, &CurlLoop::OnTimer);
+    curl_multi_setopt(multi, CURLMOPT_TIMERDATA, this);
+    curl_multi_setopt(multi, CURLMOPT_MAXCONNECTS, keptConnections);
+    curl_multi_setopt(multi, CURLMOPT_PIPELINING, CURLPIPE_NOTHING);
     timer.setSingleShot(true);
     timer.setTimerType(Qt::PreciseTimer);
     connect(&timer, &QTimer::timeout, this, [this] { Act(CURL_SOCKET_TIMEOUT, 0); });
@@ -30,17 +35,6 @@ CurlLoop::~CurlLoop()
         curl_multi_remove_handle(multi, handle);
     }
     curl_multi_cleanup(multi);
-}
-
-void CurlLoop::MakeMulti()
-{
-    multi = curl_multi_init();
-    curl_multi_setopt(multi, CURLMOPT_SOCKETFUNCTION, &CurlLoop::OnSocket);
-    curl_multi_setopt(multi, CURLMOPT_SOCKETDATA, this);
-    curl_multi_setopt(multi, CURLMOPT_TIMERFUNCTION, &CurlLoop::OnTimer);
-    curl_multi_setopt(multi, CURLMOPT_TIMERDATA, this);
-    curl_multi_setopt(multi, CURLMOPT_MAXCONNECTS, keptConnections);
-    curl_multi_setopt(multi, CURLMOPT_PIPELINING, CURLPIPE_NOTHING);
 }
 
 void CurlLoop::Add(CURL* handle, Done done)
@@ -68,16 +62,6 @@ void CurlLoop::Resume(CURL* handle)
         refused[handle] = code;
         QMetaObject::invokeMethod(
             this, [this] { CollectEnded(); }, Qt::QueuedConnection);
-    }
-}
-
-void CurlLoop::DropConnections()
-{
-    if (running.empty()) {
-        curl_multi_cleanup(multi);
-        watched.clear();
-        timer.stop();
-        MakeMulti();
     }
 }
 

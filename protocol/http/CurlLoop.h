@@ -29,9 +29,6 @@ public:
     /// Goes on with a transfer whose callback asked for a pause.
     void Resume(CURL* handle);
 
-    /// Closes connections that are kept for later requests.
-    void DropConnections();
-
 private:
     struct Watched {
         std::unique_ptr<QSocketNotifier> readable;
@@ -41,7 +38,6 @@ private:
     static int OnSocket(CURL* handle, curl_socket_t socket, int action, void* self, void* unused);
     static int OnTimer(CURLM* multi, long milliseconds, void* self);
 
-    void MakeMulti();
     void Watch(curl_socket_t socket, int action);
     std::unique_ptr<QSocketNotifier> Notifier(curl_socket_t socket, QSocketNotifier::Type type, int flag);
     void Act(curl_socket_t socket, int flags);
@@ -50,7 +46,7 @@ private:
     /// What is to be called for the next transfer that has ended, and with what.
     std::optional<std::pair<Done, CURLcode>> TakeEnded();
 
-    CURLM* multi = nullptr;
+    CURLM* const multi;
     std::unordered_map<curl_socket_t, Watched> watched;
     std::unordered_map<CURL*, Done> running;
     std::unordered_map<CURL*, CURLcode> refused; ///< of those, when they were resumed

@@ -75,6 +75,12 @@ struct HttpRequest {
     bool isRepeatable = true; ///< doing it twice does no harm
 };
 
+inline HttpRequest OnLane(HttpRequest::Lane lane, HttpRequest request)
+{
+    request.lane = lane;
+    return request;
+}
+
 struct HttpResponse {
     enum class Fault {
         None,

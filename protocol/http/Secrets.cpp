@@ -31,11 +31,6 @@ void Secrets::Add(const QString& user, const QString& token)
               [](const auto& left, const auto& right) { return left.size() > right.size(); });
 }
 
-void Secrets::Clear()
-{
-    forms.clear();
-}
-
 QString Secrets::Redact(QString text) const
 {
     for (const QString& form : forms) {

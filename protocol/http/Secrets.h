@@ -11,7 +11,6 @@ class Secrets {
 public:
     /// A token or password, of a user if there is one.
     void Add(const QString& user, const QString& token);
-    void Clear();
 
     /// The text with every secret in it blotted out.
     QString Redact(QString text) const;

@@ -46,11 +46,7 @@ void AccountOperation::Start()
         OnUser({});
         return;
     }
-    HttpRequest request;
-    request.method = "GET";
-    request.url = server->collection.InstanceUrl() + "ocs/v1.php/cloud/user?format=json";
-    request.fields = {{"OCS-APIRequest", "true"}};
-    requests.Send(request, [this](HttpResponse&& response) { OnUser(response); });
+    requests.Send(GetUser(server->collection.InstanceUrl()), [this](HttpResponse&& response) { OnUser(response); });
 }
 
 void AccountOperation::OnUser(const HttpResponse& response)
@@ -84,10 +80,7 @@ void AccountOperation::OnUser(const HttpResponse& response)
 
 void AccountOperation::FetchPicture(const QByteArray& url)
 {
-    HttpRequest request;
-    request.method = "GET";
-    request.url = url;
-    requests.Send(request, [this](HttpResponse&& response) {
+    requests.Send(Get(url), [this](HttpResponse&& response) {
         if (response.HasSucceeded()) {
             End({Success, PictureOf(response.body), {}, false});
         } else if (IsMissing(response.Status())) {

@@ -1,7 +1,5 @@
 #include "DocumentOperations.h"
 
-#include "PropFind.h"
-
 #include <contracts/NorlisCloudProtocol.h>
 
 namespace Norlis::Social {
@@ -117,10 +115,7 @@ RemoveOperation::RemoveOperation(qint64 id, const QString& document, Directory& 
 void RemoveOperation::Work(const DavDocument& known)
 {
     isAskedFor = true;
-    HttpRequest request;
-    request.method = "DELETE";
-    request.url = server->collection.UrlOf(known.name);
-    requests.Send(request, [this, known](HttpResponse&& response) {
+    requests.Send(Delete(server->collection.UrlOf(known.name)), [this, known](HttpResponse&& response) {
         // Gone is gone, whoever did it. 207 speaks of parts that are still there (RFC 4918, 9.6.1).
         if ((response.HasSucceeded() && response.head.status != 207) || IsMissing(response.Status())) {
             server->documents.remove(known.id);

@@ -1,6 +1,5 @@
 #include "DownloadOperation.h"
 
-#include "PropFind.h"
 #include <files/LocalTarget.h>
 #include <protocol/dav/EntityTag.h>
 
@@ -91,17 +90,12 @@ void DownloadOperation::Start()
 void DownloadOperation::Get()
 {
     positionBefore = sink->Position();
-    HttpRequest get;
-    get.method = "GET";
-    get.url = server->collection.UrlOf(document.name);
-    get.fields = {{"Accept-Encoding", "identity"}}; // packed on the way, neither length nor rest could be checked
+    HttpRequest get = GetDocument(server->collection.UrlOf(document.name));
     if (positionBefore > 0 && EntityTag{etag}.IsStrong()) {
-        get.fields.append({"Range", "bytes=" + QByteArray::number(positionBefore) + '-'});
-        get.fields.append({"If-Range", etag});
+        get = FromPosition(get, positionBefore, etag);
     }
     get.sink = sink;
-    get.lane = HttpRequest::Lane::Transfer;
-    requests.Send(get, [this](HttpResponse&& response) { OnResponse(response); });
+    requests.Send(OnLane(HttpRequest::Lane::Transfer, get), [this](HttpResponse&& response) { OnResponse(response); });
 }
 
 QString DownloadOperation::WhyNotTaken(const HttpHead& head, qint64& from)
@@ -193,7 +187,8 @@ void DownloadOperation::AskForSize()
 {
     // The answer ended where the connection did, or is not as long as the list has it: only the server can say whether
     // that was the end of the document.
-    requests.Send(OnTransferLane(PropFind(server->collection.UrlOf(document.name))), [this](HttpResponse&& response) {
+    const HttpRequest look = OnLane(HttpRequest::Lane::Transfer, PropFind(server->collection.UrlOf(document.name)));
+    requests.Send(look, [this](HttpResponse&& response) {
         DavPath path = server->collection.Path();
         path.push_back(document.name);
         const auto entry = EntryOfDepth0(response, path);

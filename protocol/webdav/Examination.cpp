@@ -1,7 +1,5 @@
 #include "Examination.h"
 
-#include "OverwriteCheck.h"
-#include "PropFind.h"
 #include <files/AtomicFile.h>
 #include <protocol/dav/EntityTag.h>
 #include <protocol/dav/ErrorBody.h>
@@ -12,6 +10,7 @@ namespace {
 
 const auto what = QStringLiteral("The examination of the service");
 const QByteArray content = "examined";
+const QByteArray unknownTag = "\"norlis\"";
 const QByteArray someMd5 = "d41d8cd98f00b204e9800998ecf8427e";
 constexpr int longestFinding = 80; // characters of what a server says
 
@@ -46,57 +45,44 @@ void Examination::Start()
     TakeNextStep();
 }
 
-HttpRequest Examination::Make(const char* method, const QByteArray& name, const HttpFields& fields,
-                              const QByteArray& body) const
-{
-    HttpRequest request;
-    request.method = method;
-    request.url = server->collection.UrlOf(name);
-    request.fields = fields;
-    request.body = body;
-    return request;
-}
-
 void Examination::Plan()
 {
-    HttpRequest options = Make("OPTIONS", {});
-    options.url = server->collection.Url();
-    steps.push_back({options, [this](const HttpResponse& response) {
+    const QByteArray firstUrl = server->collection.UrlOf(first);
+    const QByteArray secondUrl = server->collection.UrlOf(second);
+    HttpRequest put = Put(firstUrl);
+    put.body = content;
+    const HttpRequest move = OnLane(HttpRequest::Lane::Transfer, Move(firstUrl, secondUrl, false));
+    steps.push_back({Options(server->collection.Url()), [this](const HttpResponse& response) {
                          NoteTold("software", response.head.Field("server"));
                          NoteTold("DAV classes", response.head.Field("dav"));
                      }});
     steps.push_back(
         {PropFind(server->collection.Url()), [this](const HttpResponse& response) { LearnOfCollection(response); }});
-    const HttpFields plain = {{"Content-Type", "application/octet-stream"}};
-    steps.push_back({Make("PUT", first, plain, content), [this](const HttpResponse& response) {
+    steps.push_back({put, [this](const HttpResponse& response) {
                          Note("takes uploads", YesOrNo(response.HasSucceeded()));
                          if (!response.HasSucceeded()) {
                              steps.clear(); // without a file there is nothing more to be found out
                          }
                      }});
     steps.push_back(
-        {Make("PUT", first, HttpFields(plain) << qMakePair(QByteArray("If-None-Match"), QByteArray("*")), content),
-         [this](const HttpResponse& response) { Note("honours If-None-Match", Refusal(response)); }});
-    steps.push_back(
-        {Make("PUT", first, HttpFields(plain) << qMakePair(QByteArray("If-Match"), QByteArray("\"norlis\"")), content),
-         [this](const HttpResponse& response) { Note("honours If-Match", Refusal(response)); }});
-    steps.push_back(
-        {PropFind(server->collection.UrlOf(first)), [this](const HttpResponse& response) { LearnOfFile(response); }});
-    steps.push_back({Make("GET", first, {{"Range", "bytes=2-"}}), [this](const HttpResponse& response) {
+        {IfNew(put), [this](const HttpResponse& response) { Note("honours If-None-Match", Refusal(response)); }});
+    steps.push_back({IfMatch(put, unknownTag),
+                     [this](const HttpResponse& response) { Note("honours If-Match", Refusal(response)); }});
+    steps.push_back({PropFind(firstUrl), [this](const HttpResponse& response) { LearnOfFile(response); }});
+    steps.push_back({FromPosition(Get(firstUrl), 2), [this](const HttpResponse& response) {
                          const bool isRest = response.Status() == 206 && response.body == content.mid(2);
                          Note("sends the rest of a file", YesOrNo(isRest));
                          Note("ETag with the content", YesOrNo(EntityTag{response.head.Field("etag")}.IsValid()));
                      }});
-    steps.push_back({MoveFile(server->collection, first, second, false), [this](const HttpResponse& response) {
+    steps.push_back({move, [this](const HttpResponse& response) {
                          Note("gives files another name", YesOrNo(response.HasSucceeded()));
                      }});
-    steps.push_back(
-        {StoreHash(server->collection.UrlOf(second), someMd5, "\"norlis\""), [this](const HttpResponse& response) {
-             server->keepsProperties = IsPropertyTaken(response);
-             Note("keeps hashes for us", YesOrNo(*server->keepsProperties));
-         }});
-    steps.push_back({Make("PUT", first, plain, content), [](const HttpResponse&) {}});
-    steps.push_back({MoveFile(server->collection, first, second, false), [this](const HttpResponse& response) {
+    steps.push_back({StoreMd5(secondUrl, someMd5, unknownTag), [this](const HttpResponse& response) {
+                         server->keepsProperties = IsPropertyStored(response);
+                         Note("keeps hashes for us", YesOrNo(*server->keepsProperties));
+                     }});
+    steps.push_back({put, [](const HttpResponse&) {}});
+    steps.push_back({move, [this](const HttpResponse& response) {
                          server->refusesToOverwrite = response.Status() == 412;
                          Note("refuses to overwrite", Refusal(response));
                      }});

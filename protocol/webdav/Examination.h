@@ -28,8 +28,6 @@ private:
     void NoteTold(const QString& trait, const QByteArray& told);
     void LearnOfCollection(const HttpResponse& response);
     void LearnOfFile(const HttpResponse& response);
-    HttpRequest Make(const char* method, const QByteArray& name, const HttpFields& fields = {},
-                     const QByteArray& body = {}) const;
     void RemoveFiles(const std::function<void()>& done);
 
     Sweeper& sweeper;

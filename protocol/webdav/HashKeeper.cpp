@@ -1,6 +1,7 @@
 #include "HashKeeper.h"
 
-#include "PropFind.h"
+#include <protocol/dav/DavRequests.h>
+#include <protocol/dav/DavResponses.h>
 
 namespace Norlis::Social {
 
@@ -12,13 +13,12 @@ void HashKeeper::Keep(const DavDocument& document)
         !server.keepsProperties.value_or(true)) {
         return;
     }
-    HttpRequest request = StoreHash(server.collection.UrlOf(document.name), document.md5, document.etag);
-    request.lane = HttpRequest::Lane::Background;
+    const HttpRequest store = StoreMd5(server.collection.UrlOf(document.name), document.md5, document.etag);
     ++running;
-    requests.Send(request, [this](HttpResponse&& response) {
+    requests.Send(OnLane(HttpRequest::Lane::Background, store), [this](HttpResponse&& response) {
         --running;
         if (response.fault == HttpResponse::Fault::None && !IsMissing(response.Status())) {
-            server.keepsProperties = IsPropertyTaken(response);
+            server.keepsProperties = IsPropertyStored(response);
         }
     });
 }

@@ -1,12 +1,14 @@
 #include "Listing.h"
 
 #include <files/AtomicFile.h>
+#include <protocol/dav/DavRequests.h>
 
 namespace Norlis::Social {
 
 namespace {
 
 constexpr int mostAttempts = 2;
+constexpr qint64 mostInTurn = 128 * 1024;    // bytes; a few milliseconds' work
 constexpr qint64 leftoverAge = 24 * 60 * 60; // seconds
 
 bool IsLeftover(const DavEntry& entry)
@@ -24,6 +26,57 @@ bool IsJustWritten(const DavDocument& document)
 
 } // namespace
 
+ListingSink::ListingSink(const DavPath& path, OnEntries onEntries) : path(path), onEntries(std::move(onEntries))
+{
+    nextTurn.setSingleShot(true);
+    QObject::connect(&nextTurn, &QTimer::timeout, &nextTurn, [this] {
+        const auto whenReady = onReady; // it may destroy this object
+        whenReady();
+    });
+}
+
+bool ListingSink::Begin(const HttpHead& head, std::function<void()> whenReady)
+{
+    onReady = std::move(whenReady);
+    takenInTurn = 0;
+    parser = std::make_unique<MultiStatusParser>(path);
+    isMultiStatus = head.status == 207 || head.status == 200;
+    return true;
+}
+
+HttpSink::Taken ListingSink::Add(const char* data, qint64 size)
+{
+    if (takenInTurn >= mostInTurn) {
+        takenInTurn = 0;
+        nextTurn.start(0);
+        return Taken::Later;
+    }
+    takenInTurn += size;
+    if (!parser->Add(QByteArray::fromRawData(data, static_cast<int>(size)))) {
+        return Taken::Refused;
+    }
+    onEntries(parser->TakeEntries());
+    return Taken::Yes;
+}
+
+QString ListingSink::Finish()
+{
+    if (!parser || !isMultiStatus) {
+        return QStringLiteral("The answer is not a WebDAV listing");
+    }
+    if (!parser->Finish()) {
+        return parser->ErrorText();
+    }
+    onEntries(parser->TakeEntries());
+    if (!parser->SawSelf()) {
+        return QStringLiteral("The listing is of another place");
+    }
+    if (parser->RefusedCount() > 0) {
+        return QStringLiteral("The server keeps back what it knows of %1 documents").arg(parser->RefusedCount());
+    }
+    return {};
+}
+
 Listing::Listing(WebDavServer& server, std::function<void(Result)> done)
     : server(server),
       done(std::move(done)),
@@ -36,14 +89,14 @@ Listing::Listing(WebDavServer& server, std::function<void(Result)> done)
 void Listing::Send()
 {
     result = {};
-    sink = std::make_shared<PropFindSink>(server.collection.Path(), server.collection.Origin(),
-                                          [this](std::vector<DavEntry>&& entries) { Add(std::move(entries)); });
+    sink = std::make_shared<ListingSink>(server.collection.Path(),
+                                         [this](std::vector<DavEntry>&& entries) { Add(std::move(entries)); });
     hasNewVersions = false;
     HttpRequest request =
         PropFindMembers(server.collection.Url(), {server.isFamily, asksForHashes && MayHaveStoredHashes()});
-    request.lane = HttpRequest::Lane::Listing;
     request.sink = sink;
-    requests.Send(request, [this](HttpResponse&& response) { OnResponse(std::move(response)); });
+    requests.Send(OnLane(HttpRequest::Lane::Listing, request),
+                  [this](HttpResponse&& response) { OnResponse(std::move(response)); });
 }
 
 void Listing::Add(std::vector<DavEntry>&& entries)

@@ -1,11 +1,37 @@
 #pragma once
 
 #include "DavDocument.h"
-#include "PropFind.h"
 #include "WebDavServer.h"
+#include <protocol/dav/MultiStatusParser.h>
 #include <protocol/http/HttpRequestGroup.h>
 
+#include <QTimer>
+
 namespace Norlis::Social {
+
+/// Reads a listing while it arrives and hands its entries on in batches. The event loop has its turn now and then,
+/// however fast the listing comes.
+class ListingSink : public HttpSink {
+public:
+    using OnEntries = std::function<void(std::vector<DavEntry>&&)>;
+
+    ListingSink(const DavPath& path, OnEntries onEntries);
+
+    bool Begin(const HttpHead& head, std::function<void()> onReady) override;
+    Taken Add(const char* data, qint64 size) override;
+
+    /// After the last piece: what is wrong with the listing; empty when nothing is.
+    QString Finish();
+
+private:
+    const DavPath path;
+    const OnEntries onEntries;
+    std::function<void()> onReady;
+    qint64 takenInTurn = 0; ///< bytes
+    QTimer nextTurn;
+    std::unique_ptr<MultiStatusParser> parser;
+    bool isMultiStatus = false;
+};
 
 /// Fetches the documents of the collection, once.
 class Listing {
@@ -29,7 +55,7 @@ private:
     WebDavServer& server;
     const std::function<void(Result)> done;
     HttpRequestGroup requests;
-    std::shared_ptr<PropFindSink> sink;
+    std::shared_ptr<ListingSink> sink;
     Result result;
     int attempts = 1;
     bool asksForHashes;          ///< looking for those that we have stored costs some servers more than all the rest

@@ -1,17 +1,12 @@
 #pragma once
 
 #include "WebDavServer.h"
+#include <protocol/dav/DavRequests.h>
+#include <protocol/dav/DavResponses.h>
 #include <protocol/http/HttpRequestGroup.h>
 #include <protocol/service/CloudService.h>
 
 namespace Norlis::Social {
-
-/// The request as one that waits for transfers only.
-inline HttpRequest OnTransferLane(HttpRequest request)
-{
-    request.lane = HttpRequest::Lane::Transfer;
-    return request;
-}
 
 /// One request of the user, as a chain of exchanges with the server. Destroying it gives up what is under way.
 class Operation {

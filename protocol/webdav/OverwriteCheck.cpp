@@ -1,20 +1,9 @@
 #include "OverwriteCheck.h"
 
 #include <files/AtomicFile.h>
+#include <protocol/dav/DavRequests.h>
 
 namespace Norlis::Social {
-
-HttpRequest MoveFile(const Collection& collection, const QByteArray& from, const QByteArray& to, bool mayOverwrite)
-{
-    HttpRequest request;
-    request.method = "MOVE";
-    request.url = collection.UrlOf(from);
-    // Some servers refuse a Destination that is a mere path, and some take a missing Overwrite for F.
-    request.fields = {{"Destination", collection.UrlOf(to)}, {"Overwrite", mayOverwrite ? "T" : "F"}};
-    request.lane = HttpRequest::Lane::Transfer;
-    request.isRepeatable = false;
-    return request;
-}
 
 OverwriteCheck::OverwriteCheck(WebDavServer& server, const QByteArray& uploaded, Done done)
     : server(server),
@@ -23,13 +12,9 @@ OverwriteCheck::OverwriteCheck(WebDavServer& server, const QByteArray& uploaded,
       done(std::move(done)),
       requests(server.http)
 {
-    HttpRequest put;
-    put.method = "PUT";
-    put.url = server.collection.UrlOf(small);
-    put.fields = {{"Content-Type", "application/octet-stream"}};
+    HttpRequest put = Put(server.collection.UrlOf(small));
     put.body = "-";
-    put.lane = HttpRequest::Lane::Transfer;
-    requests.Send(put, [this](HttpResponse&& response) {
+    requests.Send(OnLane(HttpRequest::Lane::Transfer, put), [this](HttpResponse&& response) {
         if (response.HasSucceeded()) {
             TryToOverwrite();
         } else {
@@ -40,7 +25,8 @@ OverwriteCheck::OverwriteCheck(WebDavServer& server, const QByteArray& uploaded,
 
 void OverwriteCheck::TryToOverwrite()
 {
-    requests.Send(MoveFile(server.collection, uploaded, small, false), [this](HttpResponse&& response) {
+    const HttpRequest move = Move(server.collection.UrlOf(uploaded), server.collection.UrlOf(small), false);
+    requests.Send(OnLane(HttpRequest::Lane::Transfer, move), [this](HttpResponse&& response) {
         if (response.HasSucceeded()) {
             server.refusesToOverwrite = false;
             End(small, uploaded); // it has its place now
@@ -53,11 +39,8 @@ void OverwriteCheck::TryToOverwrite()
 
 void OverwriteCheck::End(const QByteArray& name, const QByteArray& leftover)
 {
-    HttpRequest remove;
-    remove.method = "DELETE";
-    remove.url = server.collection.UrlOf(leftover);
-    remove.lane = HttpRequest::Lane::Transfer;
-    requests.Send(remove, [this, name](HttpResponse&&) {
+    const HttpRequest remove = Delete(server.collection.UrlOf(leftover));
+    requests.Send(OnLane(HttpRequest::Lane::Transfer, remove), [this, name](HttpResponse&&) {
         const auto whenDone = done; // it destroys this object
         whenDone(name);
     });

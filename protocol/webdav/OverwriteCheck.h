@@ -25,7 +25,4 @@ private:
     HttpRequestGroup requests;
 };
 
-/// A request that gives a file another name. RFC 4918, 9.9.
-HttpRequest MoveFile(const Collection& collection, const QByteArray& from, const QByteArray& to, bool mayOverwrite);
-
 } // namespace Norlis::Social

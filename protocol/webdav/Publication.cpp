@@ -1,7 +1,8 @@
 #include "Publication.h"
 
-#include "PropFind.h"
 #include <files/DocumentNames.h>
+#include <protocol/dav/DavRequests.h>
+#include <protocol/dav/DavResponses.h>
 #include <protocol/dav/EntityTag.h>
 
 namespace Norlis::Social {
@@ -79,8 +80,9 @@ void Publication::Try(const QByteArray& newName)
 void Publication::Move()
 {
     ++attempts;
-    requests.Send(MoveFile(server.collection, uploaded.name, name, !isNew),
-                  [this](HttpResponse&& response) { OnMoved(response); });
+    const HttpRequest move =
+        Social::Move(server.collection.UrlOf(uploaded.name), server.collection.UrlOf(name), !isNew);
+    requests.Send(OnLane(HttpRequest::Lane::Transfer, move), [this](HttpResponse&& response) { OnMoved(response); });
 }
 
 void Publication::OnMoved(const HttpResponse& response)
@@ -137,13 +139,13 @@ void Publication::LookAtTarget(const HttpResponse& answer, bool isUploadedThere)
 
 void Publication::LookAt(const QByteArray& looked, Answer answer)
 {
-    HttpRequest request = PropFind(server.collection.UrlOf(looked));
-    request.lane = HttpRequest::Lane::Transfer;
-    requests.Send(request, [this, looked, answer = std::move(answer)](HttpResponse&& response) {
-        DavPath path = server.collection.Path();
-        path.push_back(looked);
-        answer(response, EntryOfDepth0(response, path));
-    });
+    const HttpRequest look = PropFind(server.collection.UrlOf(looked));
+    requests.Send(OnLane(HttpRequest::Lane::Transfer, look),
+                  [this, looked, answer = std::move(answer)](HttpResponse&& response) {
+                      DavPath path = server.collection.Path();
+                      path.push_back(looked);
+                      answer(response, EntryOfDepth0(response, path));
+                  });
 }
 
 bool Publication::IsUploaded(const DavEntry& entry) const

@@ -107,9 +107,4 @@ OAuth2::Failure ExplainFailure(const HttpResponse& response, const Secrets& secr
     return failure;
 }
 
-bool IsMissing(int status)
-{
-    return status == 404 || status == 410;
-}
-
 } // namespace Norlis::Social

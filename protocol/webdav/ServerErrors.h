@@ -11,7 +11,4 @@ namespace Norlis::Social {
 /// the failure is left to the caller. The one place where a status becomes words.
 OAuth2::Failure ExplainFailure(const HttpResponse& response, const Secrets& secrets);
 
-/// Whether a status says that the thing is not there.
-bool IsMissing(int status);
-
 } // namespace Norlis::Social

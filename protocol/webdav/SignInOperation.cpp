@@ -1,7 +1,5 @@
 #include "SignInOperation.h"
 
-#include "PropFind.h"
-
 namespace Norlis::Social {
 
 namespace {
@@ -37,7 +35,7 @@ void SignInOperation::OnResponse(const HttpResponse& response)
     } else if (!entry->isCollection) {
         End(Failed(what, {}, "The address is that of a document, not of a collection", checkAddress));
     } else {
-        server->isFamily = !entry->fileId.isEmpty() || !entry->globalId.isEmpty();
+        server->isFamily = !entry->fileId.isEmpty();
         End({});
     }
 }

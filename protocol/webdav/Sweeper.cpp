@@ -1,5 +1,7 @@
 #include "Sweeper.h"
 
+#include <protocol/dav/DavRequests.h>
+
 namespace Norlis::Social {
 
 namespace {
@@ -28,10 +30,7 @@ void Sweeper::Remove(const QByteArray& url, bool mayBeWritten, std::function<voi
 
 void Sweeper::Send(const QByteArray& url, std::function<void()> done)
 {
-    HttpRequest request;
-    request.method = "DELETE";
-    request.url = url;
-    requests.Send(request, [done = std::move(done)](HttpResponse&&) { done(); });
+    requests.Send(Delete(url), [done = std::move(done)](HttpResponse&&) { done(); });
 }
 
 } // namespace Norlis::Social

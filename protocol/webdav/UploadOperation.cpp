@@ -1,6 +1,5 @@
 #include "UploadOperation.h"
 
-#include "PropFind.h"
 #include <files/AtomicFile.h>
 #include <files/DocumentNames.h>
 #include <protocol/dav/EntityTag.h>
@@ -65,18 +64,19 @@ void UploadOperation::Start()
 void UploadOperation::LookAtReplaced()
 {
     // Also shows, before a large file is sent for nothing, whether the server would talk to us.
-    requests.Send(OnTransferLane(PropFind(server->collection.UrlOf(name))), [this](HttpResponse&& response) {
-        const auto entry = EntryOfDepth0(response, PathOf(name));
-        if (entry && !entry->isCollection) {
-            replaced = FileOf(*entry, name);
-            Put();
-        } else if (entry || IsMissing(response.Status())) {
-            End(Failed(what, Name(), "The document to replace is not in the cloud any more",
-                       "Upload the file as a new document."));
-        } else {
-            End(server->Failure(what, Name(), response));
-        }
-    });
+    requests.Send(OnLane(HttpRequest::Lane::Transfer, PropFind(server->collection.UrlOf(name))),
+                  [this](HttpResponse&& response) {
+                      const auto entry = EntryOfDepth0(response, PathOf(name));
+                      if (entry && !entry->isCollection) {
+                          replaced = FileOf(*entry, name);
+                          Put();
+                      } else if (entry || IsMissing(response.Status())) {
+                          End(Failed(what, Name(), "The document to replace is not in the cloud any more",
+                                     "Upload the file as a new document."));
+                      } else {
+                          End(server->Failure(what, Name(), response));
+                      }
+                  });
 }
 
 void UploadOperation::Put()
@@ -84,24 +84,16 @@ void UploadOperation::Put()
     step = Step::Sending;
     isDirect = replaced && server->isFamily;
     sent.name = isDirect ? name : Files::AtomicFile::NewTemporaryName().toUtf8();
-    HttpRequest put;
-    put.method = "PUT";
-    put.url = server->collection.UrlOf(sent.name);
-    put.fields = {
-        {"Content-Type", request.mimeType.isEmpty() ? "application/octet-stream" : request.mimeType.toLatin1()}};
+    HttpRequest put = Social::Put(server->collection.UrlOf(sent.name), request.mimeType.toLatin1());
     if (server->isFamily) {
-        put.fields.append(qMakePair(QByteArray("X-Hash"), QByteArray("md5"))); // asks for the hash of what arrives
-        if (!request.md5Hash.isEmpty()) {
-            put.fields.append({"OC-Checksum", "MD5:" + request.md5Hash.toLower().toLatin1()});
-        }
+        put = WithChecksum(put, request.md5Hash.toLower().toLatin1());
     }
     if (isDirect && EntityTag{replaced->etag}.IsStrong()) {
-        put.fields.append({"If-Match", replaced->etag});
+        put = IfMatch(put, replaced->etag);
     }
     put.source = source;
-    put.lane = HttpRequest::Lane::Transfer;
     put.isRepeatable = !isDirect;
-    requests.Send(put, [this](HttpResponse&& response) { OnPut(response); });
+    requests.Send(OnLane(HttpRequest::Lane::Transfer, put), [this](HttpResponse&& response) { OnPut(response); });
 }
 
 void UploadOperation::OnPut(const HttpResponse& response)
@@ -133,7 +125,7 @@ void UploadOperation::OnPut(const HttpResponse& response)
 void UploadOperation::CheckWhatArrived(const HttpResponse& answer)
 {
     step = Step::Checking;
-    requests.Send(OnTransferLane(PropFind(server->collection.UrlOf(sent.name))),
+    requests.Send(OnLane(HttpRequest::Lane::Transfer, PropFind(server->collection.UrlOf(sent.name))),
                   [this, answer](HttpResponse&& response) {
                       const auto entry = EntryOfDepth0(response, PathOf(sent.name));
                       if (entry) {

@@ -81,7 +81,6 @@ private:
     void Run(qint64 id, std::unique_ptr<Operation> operation);
     void RunTransfer(qint64 id, std::unique_ptr<Operation> operation);
     void StartNextTransfers();
-    void AddPreview(qint64 id, const DavDocument& document, const QSize& box);
     std::shared_ptr<void> FetchForPreview(const PreviewQueue::Subject& subject, const QSize& box,
                                           std::function<void(PreviewQueue::Fetched)> done);
     void Sweep(Session& session, const QList<QByteArray>& names);

@@ -101,17 +101,6 @@ TEST(DavPathTest, QueryAndFragmentOfAnAddressAreNoPartOfItsPath)
     EXPECT_THAT(SegmentsOfUrl("https://host/a%3Fb"), Optional(DavPath{"a?b"}));
 }
 
-TEST(DavPathTest, TheNotesTellASlashAtTheEndAndTheOrigin)
-{
-    HrefNotes notes;
-    SegmentsOfHref("http://Host:80/a/", &notes);
-    EXPECT_TRUE(notes.endsWithSlash);
-    EXPECT_EQ(notes.origin, "http://host");
-    SegmentsOfHref("/a", &notes);
-    EXPECT_FALSE(notes.endsWithSlash);
-    EXPECT_EQ(notes.origin, "");
-}
-
 TEST(DavPathTest, OnlyDirectMembersHaveAName)
 {
     const DavPath collection = {"dav", "docs"};
