@@ -1,6 +1,7 @@
 #include <contracts/NorlisCloudProtocol.h>
 
 #include "ServiceConnection.h"
+#include <base/Lifetime.h>
 #include <protocol/folder/FolderService.h>
 #include <protocol/webdav/WebDavService.h>
 
@@ -58,7 +59,7 @@ Payload PayloadOf(Reply&& reply)
     return reply.result == Success && payload ? std::move(*payload) : Payload();
 }
 
-/// Pictures are drawn by the platform, which only a QGuiApplication brings.
+/// Pixmaps belong to the platform, which only a QGuiApplication loads.
 bool CanHavePixmaps()
 {
     return qobject_cast<QGuiApplication*>(QCoreApplication::instance()) != nullptr;
@@ -74,7 +75,7 @@ public:
     {
     }
 
-    /// Sends a request whose reply is handed on by answer(id, result, reply).
+    /// Sends a request and passes its reply to answer(id, result, reply).
     template <typename Answer>
     qint64 Send(const Request::Any& request, Answer answer, ProgressCallback&& progress = {})
     {
@@ -85,14 +86,14 @@ public:
         return connection->Send(
             request,
             [this, answer = std::move(answer)](qint64 id, Reply&& reply) {
-                const std::weak_ptr<bool> alive = life;
+                const auto guard = lifetime.Watch();
                 if (reply.isSignedOut) {
-                    isLoggedIn = false; // a sign-in that is under way may well succeed
+                    isLoggedIn = false; // a sign-in in progress may still succeed
                 }
                 if (reply.result == Error) {
                     Report(id, reply.failure);
                 }
-                if (!alive.expired()) {
+                if (guard) {
                     answer(id, reply.result, std::move(reply));
                 }
             },
@@ -118,9 +119,9 @@ public:
                     [this, done = std::forward<Callback>(done)](qint64 id, RequestResult result, Reply&& reply) {
                         const QImage image = PayloadOf<QImage>(std::move(reply));
                         if (result == Success && !CanHavePixmaps()) {
-                            const std::weak_ptr<bool> alive = life;
+                            const auto guard = lifetime.Watch();
                             Report(id, Failed("Fetching a picture", {}, "The program has no QGuiApplication").failure);
-                            if (!alive.expired()) {
+                            if (guard) {
                                 done(id, Error, {});
                             }
                             return;
@@ -132,7 +133,7 @@ public:
     void Report(qint64 id, OAuth2::Failure failure)
     {
         failure.operation = id;
-        const auto onFailure = authInfo.onFailure; // it may destroy this object and needs what it holds to the end
+        const auto onFailure = authInfo.onFailure; // a copy, since it may destroy this object
         if (onFailure) {
             onFailure(failure);
         }
@@ -146,10 +147,9 @@ public:
 
     const OAuth2::AuthInfo authInfo;
     bool isLoggedIn = false;
-    int signOuts = 0; ///< counted, so that a sign-in which was under way meanwhile is told from a later one
-    const std::shared_ptr<bool> life =
-        std::make_shared<bool>(); ///< held weakly by what outlives a call of the user's code
+    int signOuts = 0; ///< a sign-in that sees another count at its end was overtaken by a sign-out
     std::unique_ptr<ServiceConnection> connection;
+    Lifetime lifetime; ///< the user's callbacks may destroy the protocol object
 };
 
 NorlisCloudProtocol::NorlisCloudProtocol(const OAuth2::AuthInfo& authInfo, const std::string& name, QObject* parent)
@@ -258,7 +258,7 @@ qint64 NorlisCloudProtocol::retrievePreview(const QMap<QString, QString>& fields
 
 qint64 NorlisCloudProtocol::examineService(std::function<void(qint64, RequestResult, const ServiceTraits&)>&& done)
 {
-    return d->SendFor<ServiceTraits>(Request::Examination{}, std::move(done));
+    return d->SendFor<ServiceTraits>(Request::Capabilities{}, std::move(done));
 }
 
 void NorlisCloudProtocol::cancelOperation(qint64 id)

@@ -2,7 +2,6 @@
 
 #include <QElapsedTimer>
 #include <QMetaObject>
-#include <QPointer>
 
 #include <algorithm>
 #include <iterator>
@@ -11,7 +10,7 @@ namespace Norlis::Social {
 
 namespace {
 
-constexpr int longestSlice = 4; // milliseconds; a frame of a smooth window has 16
+constexpr int maxSlice = 4; // milliseconds; a frame of a smooth window has 16
 
 std::shared_ptr<TransferToken> TokenOf(const Request::Any& request)
 {
@@ -72,15 +71,15 @@ void ServiceConnection::Cancel(qint64 id)
     if (found == pending.end()) {
         return;
     }
-    const auto given = std::move(found->second); // its callbacks may hold anything; they go last
+    const auto cancelled = std::move(found->second); // destroyed last: its callbacks may hold anything
     pending.erase(found);
     if (unsent.erase(id) != 0) {
         return;
     }
     canceled.push_back(id);
-    const QString madeDocument = given.token ? given.token->Cancel() : QString();
-    if (!madeDocument.isEmpty()) {
-        unsent.emplace(++lastId, Request::Remove{madeDocument}); // nobody waits for the reply
+    const QString newDocument = cancelled.token ? cancelled.token->Cancel() : QString();
+    if (!newDocument.isEmpty()) {
+        unsent.emplace(++lastId, Request::Remove{newDocument}); // nobody waits for the reply
     }
     ScheduleHandover();
 }
@@ -107,10 +106,10 @@ void ServiceConnection::HandOver()
     });
 }
 
-void ServiceConnection::Post(News news)
+void ServiceConnection::Post(Message message)
 {
-    const std::lock_guard guard(newsMutex);
-    arrived.push_back(std::move(news));
+    const std::lock_guard lock(mutex);
+    arrived.push_back(std::move(message));
     ScheduleDelivery();
 }
 
@@ -127,9 +126,9 @@ void ServiceConnection::Deliver()
 {
     QElapsedTimer slice;
     slice.start();
-    const QPointer<ServiceConnection> self(this);
+    const auto guard = lifetime.Watch();
     {
-        const std::lock_guard guard(newsMutex);
+        const std::lock_guard lock(mutex);
         isDeliveryScheduled = false;
         if (delivering.empty()) {
             delivering = std::exchange(arrived, {});
@@ -137,38 +136,38 @@ void ServiceConnection::Deliver()
         }
     }
     while (!delivering.empty()) {
-        News news = std::move(delivering.back());
+        Message message = std::move(delivering.back());
         delivering.pop_back();
         {
-            // Before the callback, which may run an event loop of its own, for instance that of a dialog.
-            const std::lock_guard guard(newsMutex);
+            // Before the callback, which may run an event loop of its own, such as that of a dialog.
+            const std::lock_guard lock(mutex);
             if (!delivering.empty() || !arrived.empty()) {
                 ScheduleDelivery();
             }
         }
-        DeliverOne(std::move(news));
-        if (!self || slice.elapsed() >= longestSlice) {
-            return; // a callback has destroyed the protocol object, or the rest waits for its turn
+        DeliverOne(std::move(message));
+        if (!guard || slice.elapsed() >= maxSlice) {
+            return; // the callback has destroyed the connection, or the rest waits for its turn
         }
     }
 }
 
-void ServiceConnection::DeliverOne(News news)
+void ServiceConnection::DeliverOne(Message message)
 {
-    const auto found = pending.find(news.id);
+    const auto found = pending.find(message.id);
     if (found == pending.end()) {
         return; // cancelled meanwhile
     }
-    if (news.percent >= 0) {
+    if (message.percent >= 0) {
         const auto onProgress = found->second.onProgress; // the callback may cancel the request
         if (onProgress) {
-            onProgress(news.id, news.percent);
+            onProgress(message.id, message.percent);
         }
         return;
     }
-    const auto given = std::move(found->second);
+    const auto answered = std::move(found->second);
     pending.erase(found);
-    given.onReply(news.id, std::move(news.reply));
+    answered.onReply(message.id, std::move(message.reply));
 }
 
 } // namespace Norlis::Social

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <base/Lifetime.h>
 #include <protocol/service/CloudService.h>
 
 #include <QObject>
@@ -16,12 +17,12 @@ namespace Norlis::Social {
 
 /// Runs a service on a worker thread and carries requests there and replies back.
 ///
-/// Everything that is asked for in one turn of the event loop travels together, and replies are delivered in short
-/// slices, so that thousands of them leave the event loop room for other things. A request that is cancelled before it
-/// has travelled never reaches the service.
+/// Everything that is sent in one turn of the event loop travels together, and replies are delivered in short slices,
+/// so that thousands of them leave the event loop time for other things. A request that is cancelled before it has
+/// travelled never reaches the service.
 ///
 /// Lives on the thread that constructs it, which runs an event loop. Destruction cancels all requests, without replies,
-/// and waits for the step of the service that is running.
+/// and waits for the service to end.
 class ServiceConnection : public QObject {
 public:
     using ReplyHandler = std::function<void(qint64 id, Reply&&)>;
@@ -42,7 +43,7 @@ private:
         ProgressHandler onProgress;
         std::shared_ptr<TransferToken> token; ///< of a transfer
     };
-    struct News {
+    struct Message {
         qint64 id;
         int percent; ///< of a progress; -1 for a reply
         Reply reply;
@@ -52,29 +53,31 @@ private:
     void HandOver();
 
     /// On the worker thread.
-    void Post(News news);
+    void Post(Message message);
 
     /// With the mutex held.
     void ScheduleDelivery();
     void Deliver();
-    void DeliverOne(News news);
+    void DeliverOne(Message message);
 
     qint64 lastId = 0;
     std::unordered_map<qint64, Pending> pending;
 
-    // What the service is still to be told.
-    std::map<qint64, Request::Any> unsent; ///< in the order of the ids, which is the order of asking
+    // Not yet handed over to the service.
+    std::map<qint64, Request::Any> unsent; ///< in the order of the ids, which is the order of sending
     std::vector<qint64> canceled;
     bool isHandoverScheduled = false;
 
-    std::mutex newsMutex;
-    std::vector<News> arrived;        ///< guarded
+    std::mutex mutex;
+    std::vector<Message> arrived;     ///< guarded
     bool isDeliveryScheduled = false; ///< guarded
-    std::vector<News> delivering;     ///< what has been taken from there, in reverse order
+    std::vector<Message> delivering;  ///< what has been taken from there, in reverse order
 
     QThread thread;
     QObject* worker = nullptr;             ///< lives on the thread; a context for what runs there
     std::unique_ptr<CloudService> service; ///< touched on the thread only
+
+    Lifetime lifetime; ///< callbacks may destroy the connection
 };
 
 } // namespace Norlis::Social

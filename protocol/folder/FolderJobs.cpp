@@ -50,8 +50,8 @@ std::optional<Reply> ListJob::Step()
     constexpr int entriesPerStep = 200;
     for (int count = 0; count < entriesPerStep; ++count) {
         if (position == documents->size()) {
-            if (!store.WhyUnusable().isEmpty()) {
-                return Unusable(); // gone while the documents were read
+            if (store.Validate()) {
+                return Unusable(); // it vanished while the documents were read
             }
             store.SaveHashes(*documents);
             return Reply{Success, files, {}};
@@ -63,7 +63,7 @@ std::optional<Reply> ListJob::Step()
             if (reader->Open(document.path)) {
                 return std::nullopt;
             }
-            reader.reset(); // it may not be read, or is gone: it is listed without a hash
+            reader.reset(); // unreadable or gone: listed without a hash
         }
         files.append(EntryOf(document, md5Hash));
         ++position;
@@ -73,7 +73,7 @@ std::optional<Reply> ListJob::Step()
 
 Reply ListJob::Unusable() const
 {
-    return Failed("Fetching the list of documents", {}, store.WhyUnusable(),
+    return Failed("Fetching the list of documents", {}, store.Validate().value_or(QString()),
                   "Make the folder available again, for instance by connecting its drive.");
 }
 
@@ -139,7 +139,8 @@ std::optional<Reply> CopyJob::CopyNextPiece()
 Reply CopyJob::Finish()
 {
     if (!reader.IsUnchanged() || (!task.expectedMd5.isEmpty() && task.expectedMd5 != reader.Md5())) {
-        return Failed(task.what, task.document, QStringLiteral("%1 changed meanwhile").arg(task.source), "Try again.");
+        return Failed(task.what, task.document, QStringLiteral("%1 has changed in the meantime").arg(task.source),
+                      "Try again.");
     }
     if (!copy.Sync()) {
         return Failed(task.what, task.document,

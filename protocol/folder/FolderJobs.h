@@ -3,7 +3,7 @@
 #include "FolderStore.h"
 #include <files/AtomicFile.h>
 #include <files/FileReader.h>
-#include <protocol/service/CloudService.h>
+#include <protocol/service/Reply.h>
 
 #include <functional>
 #include <optional>
@@ -11,8 +11,8 @@
 
 namespace Norlis::Social {
 
-/// Work on a folder that takes longer than a few milliseconds, cut into steps that do not. Destroying a job that is not
-/// over gives it up and leaves nothing behind.
+/// Work on a folder that takes longer than a few milliseconds, cut into steps that do not. Destroying an unfinished job
+/// gives it up and leaves nothing behind.
 class FolderJob {
 public:
     virtual ~FolderJob() = default;
@@ -33,22 +33,22 @@ private:
 
     FolderStore& store;
     std::optional<std::vector<FolderDocument>> documents;
-    std::size_t position = 0;                  ///< of the document that is looked at
+    std::size_t position = 0;                  ///< of the next document
     std::unique_ptr<Files::FileReader> reader; ///< of that document, while it is hashed
     QList<CloudFile> files;
 };
 
-/// Copies a file under a temporary name and then hands it over to be given its name.
+/// Copies a file under a temporary name, then has it given its final one.
 class CopyJob : public FolderJob {
 public:
     struct Task {
         QString what;     ///< for error texts
         QString document; ///< for error texts
         QString source;
-        QString temporaryFolder; ///< of the file system that the copy shall be on
-        QString expectedMd5;     ///< of the source; empty when it is not known
+        QString temporaryFolder; ///< on the file system that the copy shall be on
+        QString expectedMd5;     ///< of the source; empty when unknown
 
-        /// Gives the copy its name. The last step.
+        /// Gives the copy its final name. The last step.
         std::function<Reply(Files::AtomicFile& copy, const Files::FileReader& source)> publish;
         std::function<void(int percent)> progress;
     };
@@ -61,7 +61,7 @@ private:
     std::optional<Reply> CopyNextPiece();
     Reply Finish();
 
-    /// Reported when it has changed; 100 is kept for the end.
+    /// If it has changed; 100 is kept for the end.
     void ReportProgress();
 
     Task task;

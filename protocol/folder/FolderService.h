@@ -2,6 +2,7 @@
 
 #include "FolderJobs.h"
 #include "FolderStore.h"
+#include "FolderTransfers.h"
 #include <protocol/preview/PreviewQueue.h>
 #include <protocol/service/CloudService.h>
 
@@ -12,8 +13,8 @@
 
 namespace Norlis::Social {
 
-/// A folder as a cloud. Whoever may read the folder is signed in by any token.
-class FolderService : public CloudService {
+/// A folder as a cloud. Any token signs in, as long as the folder can be read.
+class FolderService : public CloudService, private PreviewSource {
 public:
     FolderService(const OAuth2::AuthInfo& authInfo, const Listener& listener);
     ~FolderService() override;
@@ -22,13 +23,12 @@ public:
     void Cancel(qint64 id) override;
 
 private:
-    struct Work {
+    struct QueuedJob {
         qint64 id;
         std::unique_ptr<FolderJob> job;
     };
-    using Jobs = std::deque<Work>;
+    using Jobs = std::deque<QueuedJob>;
 
-    Reply NoSuchDocument(const QString& what);
     Reply Handle(const Request::SignIn& request);
     Reply Handle(const Request::SignOut& request);
     Reply Handle(const Request::UserName& request);
@@ -38,7 +38,7 @@ private:
     Reply Handle(const Request::Info& request);
     Reply Handle(const Request::Remove& request);
     Reply Handle(const Request::Quota& request);
-    Reply Handle(const Request::Examination& request);
+    Reply Handle(const Request::Capabilities& request);
 
     void Begin(qint64 id, const Request::List& request);
     void Begin(qint64 id, const Request::Download& request);
@@ -51,29 +51,24 @@ private:
         listener.reply(id, Handle(request));
     }
 
-    void StartCopy(qint64 id, CopyJob::Task task);
+    std::unique_ptr<Fetch> FetchForPreview(const PreviewSubject& subject, const QSize& box, Done done) override;
 
-    /// Gives a whole upload its name: that of the document to replace, or else the first free one.
-    Reply Publish(const Request::Upload& request, const QString& name, Files::AtomicFile& copy,
-                  const Files::FileReader& source);
+    void StartTransfer(qint64 id, FolderTransfers::Plan plan);
     void AddJob(Jobs& jobs, qint64 id, std::unique_ptr<FolderJob> job);
 
-    /// One step of a list and one of a transfer, so that neither waits for the other to end.
+    /// Takes one step of a list and one of a transfer, so that neither waits for the other to end.
     void Step();
 
-    /// Takes the job out, and replies, when this step has ended it.
+    /// Replies, and removes the job, when this step has ended it.
     void StepFirstOf(Jobs& jobs);
-
-    /// Why another document of a size, in bytes, has no room; empty when it has.
-    QString WhyNoRoom(qint64 size, const QString& replacedDocument);
-    qint64 UsedBytes(const QString& exceptDocument = {});
 
     const OAuth2::AuthInfo authInfo;
     const Listener listener;
     FolderStore store;
+    FolderTransfers transfers;
     PreviewQueue previews;
-    Jobs lists;     ///< answered in the order of asking
-    Jobs transfers; ///< the first one has the next step
+    Jobs lists;  ///< answered in the order of the requests
+    Jobs copies; ///< of transfers; the first takes the next step
     QTimer stepTimer;
 };
 

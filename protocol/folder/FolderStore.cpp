@@ -19,7 +19,7 @@ namespace {
 
 const auto ownFolder = QStringLiteral(".norlis-cloud");
 const auto hashesFile = QStringLiteral("hashes.json");
-constexpr qint64 largestHashesFile = 64 * 1024 * 1024; // bytes; far beyond what a million documents need
+constexpr qint64 maxHashesFileSize = 64 * 1024 * 1024; // bytes; far beyond what a million documents need
 
 /// Which folder a path leads to at this moment; empty when it leads to none.
 QString FolderIdentity(const QString& folder)
@@ -54,29 +54,31 @@ FolderStore::FolderStore(const QString& folder) : folder(QDir::cleanPath(folder)
     LoadHashes();
 }
 
-QString FolderStore::Open()
+std::optional<QString> FolderStore::Open()
 {
     identity = FolderIdentity(folder);
-    return WhyUnusable();
+    return Validate();
 }
 
-QString FolderStore::WhyUnusable() const
+std::optional<QString> FolderStore::Validate() const
 {
     const QString found = FolderIdentity(folder);
     if (found.isEmpty()) {
-        return QStringLiteral("There is no folder %1").arg(folder);
+        return QStringLiteral("The folder %1 does not exist").arg(folder);
     }
     if (found != identity) {
         return QStringLiteral("Another folder has taken the place of %1").arg(folder);
     }
     const QFileInfo info(folder);
-    return info.isReadable() && info.isExecutable() ? QString()
-                                                    : QStringLiteral("The folder %1 may not be read").arg(folder);
+    if (!info.isReadable() || !info.isExecutable()) {
+        return QStringLiteral("You are not allowed to read the folder %1").arg(folder);
+    }
+    return std::nullopt;
 }
 
 std::optional<std::vector<FolderDocument>> FolderStore::Documents()
 {
-    if (!WhyUnusable().isEmpty()) {
+    if (Validate()) {
         return std::nullopt;
     }
     nameOfId.clear();
@@ -94,7 +96,7 @@ std::optional<std::vector<FolderDocument>> FolderStore::Documents()
         }
     }
     // A folder that vanished while it was read looks empty.
-    if (!WhyUnusable().isEmpty()) {
+    if (Validate()) {
         isListOutdated = true;
         return std::nullopt;
     }
@@ -103,11 +105,11 @@ std::optional<std::vector<FolderDocument>> FolderStore::Documents()
 
 std::optional<FolderDocument> FolderStore::Find(const QString& id)
 {
-    if (id.isEmpty() || !WhyUnusable().isEmpty()) {
+    if (id.isEmpty() || Validate()) {
         return std::nullopt;
     }
     if (!nameOfId.contains(id) && (isListOutdated || ModifiedAt(folder) != listedAt)) {
-        Documents(); // it has come since
+        Documents(); // it may be new
     }
     const auto name = nameOfId.constFind(id);
     if (name == nameOfId.constEnd()) {
@@ -117,9 +119,18 @@ std::optional<FolderDocument> FolderStore::Find(const QString& id)
     return document.version.IsFile() ? std::optional(document) : std::nullopt;
 }
 
+qint64 FolderStore::UsedBytes(const QString& exceptDocument)
+{
+    qint64 used = 0;
+    for (const auto& document : Documents().value_or(std::vector<FolderDocument>())) {
+        used += document.id == exceptDocument ? 0 : document.version.size;
+    }
+    return used;
+}
+
 qint64 FolderStore::FreeBytes() const
 {
-    // Asked of the folder itself: the system's table of drives does not know every one that a container sees.
+    // By the folder and not by its drive: in a container the system's table of drives is incomplete.
     std::error_code error;
     const auto space = std::filesystem::space(QFile::encodeName(folder).toStdString(), error);
     return error ? 0 : static_cast<qint64>(space.available);
@@ -190,7 +201,7 @@ void FolderStore::RemoveLeftovers()
 void FolderStore::LoadHashes()
 {
     QFile file(TemporaryFolder() + '/' + hashesFile);
-    if (!Files::FileIdentity::OfPath(file.fileName()).IsFile() || file.size() > largestHashesFile ||
+    if (!Files::FileIdentity::OfPath(file.fileName()).IsFile() || file.size() > maxHashesFileSize ||
         !file.open(QIODevice::ReadOnly)) {
         return;
     }

@@ -19,21 +19,20 @@ struct FolderDocument {
     Files::FileIdentity version;
 };
 
-/// The documents of a folder: its regular files. Links, sub-folders and names that are unsafe elsewhere are no
-/// documents.
+/// The documents of a folder: its regular files, without links and names that are unsafe on other systems.
 ///
-/// Keeps, in a sub-folder of its own, what cannot be told by looking: the hashes of files that have not changed since.
-/// There uploads are written too before they get their names.
+/// A hidden sub-folder of its own holds the hashes of files that have not changed since, and uploads until they get
+/// their names.
 class FolderStore {
 public:
     explicit FolderStore(const QString& folder);
 
     /// Fixes which folder it is: another one that appears in its place later, for instance when a drive is gone, is
-    /// refused until this is called again. Returns as WhyUnusable.
-    QString Open();
+    /// refused until this is called again. Returns the same as Validate.
+    std::optional<QString> Open();
 
-    /// Why the folder cannot be used; empty when it can.
-    QString WhyUnusable() const;
+    /// The reason when the folder cannot be used.
+    std::optional<QString> Validate() const;
 
     /// The documents, ordered by name. Nothing when the folder cannot be read.
     std::optional<std::vector<FolderDocument>> Documents();
@@ -43,24 +42,27 @@ public:
 
     QString PathOf(const QString& name) const;
 
-    /// Room that the drive leaves the user, in bytes; 0 when it cannot be told.
+    /// Size of all documents, in bytes, or of all but one.
+    qint64 UsedBytes(const QString& exceptDocument = {});
+
+    /// What the drive has left for the user, in bytes; 0 when that is unknown.
     qint64 FreeBytes() const;
 
     /// MD5 of a document; empty when it is not known for this version of the file.
     QString KnownHash(const FolderDocument& document) const;
 
-    /// To be called with the hash of a file that was read. One that has only just been written is not remembered: it
-    /// may be written again without getting another time stamp.
+    /// To be called with the hash of a file that was read. That of a file which has only just been written is not
+    /// remembered: it may be written again without getting another time stamp.
     void RememberHash(const QString& id, const Files::FileIdentity& version, const QString& md5Hash);
 
     /// To be called with the hash of a file that this service has put in place itself.
     void RememberOwnHash(const QString& id, const Files::FileIdentity& version, const QString& md5Hash);
 
-    /// Writes the hashes down if there are new ones, and forgets those of documents that are not among the given ones.
-    /// A folder that cannot be written just does without.
+    /// Saves the hashes if there are new ones, and forgets those of documents that are not among the given ones. In a
+    /// folder that cannot be written to, they are not saved.
     void SaveHashes(const std::vector<FolderDocument>& documents);
 
-    /// Folder for files that are being written; created when missing.
+    /// Folder for files that are being written; it need not exist.
     QString TemporaryFolder() const;
 
     /// Deletes what crashed uploads left behind a day ago or earlier.
@@ -77,8 +79,8 @@ private:
     QString folder;
     QString identity;
     QHash<QString, QString> nameOfId;
-    qint64 listedAt = 0;                 ///< the folder's time, in milliseconds, when its names were read
-    bool isListOutdated = true;          ///< that time is too new to show further changes
+    qint64 listedAt = 0;                 ///< modification time of the folder, in milliseconds, when its names were read
+    bool isListOutdated = true;          ///< that time is so recent that a further change may not show
     QHash<QString, KnownVersion> hashes; ///< by id
     bool hasNewHashes = false;
 };

@@ -8,31 +8,26 @@ namespace Norlis::Social {
 
 namespace {
 
-constexpr int mostOpenRequests = 1'000'000;
-constexpr int mostUnrenderable = 10'000;
-constexpr std::size_t mostFetches = 2; // at once
+constexpr int maxOpenRequests = 1'000'000;
+constexpr int maxUnrenderable = 10'000;
+constexpr std::size_t maxFetches = 2; // fetched files that wait for a renderer included: they take room on the disk
 
 QString VersionKey(const QString& document, const QString& version)
 {
     return document + '/' + version;
 }
 
-QString VersionKey(const PreviewQueue::Subject& subject)
+QString VersionKey(const PreviewSubject& subject)
 {
     return VersionKey(subject.document, subject.version);
 }
 
-bool IsFetched(const PreviewQueue::Subject& subject)
-{
-    return subject.path.isEmpty();
-}
-
 } // namespace
 
-PreviewQueue::PreviewQueue(const QString& cacheFolder, std::function<void(qint64, Reply)> reply, const QString& program,
-                           Fetch fetch)
-    : reply(std::move(reply)),
-      fetch(std::move(fetch)),
+PreviewQueue::PreviewQueue(const QString& cacheFolder, PreviewSource& source, std::function<void(qint64, Reply)> reply,
+                           const QString& program)
+    : source(source),
+      reply(std::move(reply)),
       cache(cacheFolder)
 {
     const int processes = std::clamp(QThread::idealThreadCount(), 1, 4);
@@ -45,19 +40,19 @@ PreviewQueue::PreviewQueue(const QString& cacheFolder, std::function<void(qint64
 
 PreviewQueue::~PreviewQueue() = default;
 
-void PreviewQueue::Add(qint64 id, const Subject& subject, const QSize& box)
+void PreviewQueue::Add(qint64 id, const PreviewSubject& subject, const QSize& box)
 {
-    if (open.size() >= mostOpenRequests) {
-        reply(id, Failed("Fetching a preview", subject.name, "Too many previews are waited for"));
+    if (open.size() >= maxOpenRequests) {
+        reply(id, Failed("Fetching a preview", subject.name, "Too many previews have been requested at once"));
         return;
     }
     open.insert(id);
-    auto& waitingForDocument = waiting[subject.document];
-    if (waitingForDocument.wanted.empty()) {
+    Job& job = waiting[subject.document];
+    if (job.wanted.empty()) {
         order.push_back(subject.document);
     }
-    waitingForDocument.subject = subject; // the newest version
-    waitingForDocument.wanted.push_back({id, box});
+    job.subject = subject; // the newest version
+    job.wanted.push_back({id, box});
     nextTimer.start();
 }
 
@@ -67,7 +62,7 @@ void PreviewQueue::Cancel(qint64 id)
         return;
     }
     for (auto each = fetches.begin(); each != fetches.end();) {
-        each = IsStillWanted(each->second.waiting) ? std::next(each) : fetches.erase(each);
+        each = IsStillWanted(each->second.job) ? std::next(each) : fetches.erase(each);
     }
     nextTimer.start();
 }
@@ -76,14 +71,14 @@ void PreviewQueue::Forget(const QString& document, const QString& version)
 {
     cache.Remove(document, version);
     unrenderable.remove(VersionKey(document, version));
-    // What is under way may be of the old content, and is not to be kept as a picture of the new one.
-    const auto outdate = [&](Waiting& each) {
-        if (each.subject.document == document && each.subject.version == version) {
-            each.subject.version += QStringLiteral("/replaced");
+    // What is being fetched may be the old content, and is not to be kept as a picture of the new one.
+    const auto outdate = [&](Job& job) {
+        if (job.subject.document == document && job.subject.version == version) {
+            job.subject.version += QStringLiteral("/replaced");
         }
     };
     for (auto& each : fetches) {
-        outdate(each.second.waiting);
+        outdate(each.second.job);
     }
     std::for_each(fetched.begin(), fetched.end(), outdate);
 }
@@ -98,137 +93,123 @@ void PreviewQueue::Next()
 {
     RendererProcess* const renderer = IdleRenderer();
     if (!fetched.empty() && renderer) {
-        Waiting next = std::move(fetched.front());
+        Job job = std::move(fetched.front());
         fetched.pop_front();
-        if (IsStillWanted(next)) {
-            Render(*renderer, std::move(next));
+        if (IsStillWanted(job)) {
+            Render(*renderer, std::move(job));
         }
         return;
     }
-    // Files that are fetched and wait for a renderer take room on the disk.
-    const bool canFetch = fetches.size() + fetched.size() < mostFetches;
-    const bool canGoOn = !order.empty() && (IsFetched(waiting[order.front()].subject) ? canFetch : renderer != nullptr);
-    if (!canGoOn) {
-        nextTimer.stop(); // until there is something to do, and somebody to do it
+    if (order.empty() || fetches.size() + fetched.size() >= maxFetches) {
+        nextTimer.stop(); // until something changes
         return;
     }
-    Waiting next = waiting.take(order.front());
+    Job job = waiting.take(order.front());
     order.pop_front();
-    if (!IsStillWanted(next) || AnswerFromMemory(next)) {
-        return;
-    }
-    if (IsFetched(next.subject)) {
-        StartFetch(std::move(next));
-    } else {
-        Render(*renderer, std::move(next));
+    if (IsStillWanted(job) && !AnswerFromCache(job)) {
+        StartFetch(std::move(job));
     }
 }
 
-bool PreviewQueue::IsStillWanted(Waiting& next) const
+bool PreviewQueue::IsStillWanted(Job& job) const
 {
-    next.wanted.erase(std::remove_if(next.wanted.begin(), next.wanted.end(),
-                                     [this](const Wanted& wanted) { return !open.contains(wanted.id); }),
-                      next.wanted.end());
-    next.largestBox = {};
-    for (const Wanted& wanted : next.wanted) {
-        next.largestBox = next.largestBox.expandedTo(wanted.box);
+    job.wanted.erase(std::remove_if(job.wanted.begin(), job.wanted.end(),
+                                    [this](const Wanted& wanted) { return !open.contains(wanted.id); }),
+                     job.wanted.end());
+    job.box = {};
+    for (const Wanted& wanted : job.wanted) {
+        job.box = job.box.expandedTo(wanted.box);
     }
-    return !next.wanted.empty();
+    return !job.wanted.empty();
 }
 
-bool PreviewQueue::AnswerFromMemory(const Waiting& next)
+bool PreviewQueue::AnswerFromCache(const Job& job)
 {
-    const auto reason = unrenderable.constFind(VersionKey(next.subject));
+    const auto reason = unrenderable.constFind(VersionKey(job.subject));
     if (reason != unrenderable.constEnd()) {
-        AnswerWithReason(next, *reason);
+        AnswerWithReason(job, *reason);
         return true;
     }
-    if (const auto kept = cache.Find(next.subject.document, next.subject.version, next.largestBox)) {
-        AnswerWithPicture(next, *kept);
+    if (const auto cached = cache.Find(job.subject.document, job.subject.version, job.box)) {
+        AnswerWithPicture(job, *cached);
         return true;
     }
     return false;
 }
 
-void PreviewQueue::StartFetch(Waiting next)
+void PreviewQueue::StartFetch(Job job)
 {
     const int number = ++lastFetch;
     Fetching& fetching = fetches[number];
-    fetching.waiting = std::move(next);
-    fetching.fetch = fetch(fetching.waiting.subject, fetching.waiting.largestBox,
-                           [this, number](Fetched&& result) { OnFetched(number, std::move(result)); });
+    fetching.job = std::move(job);
+    fetching.fetch =
+        source.FetchForPreview(fetching.job.subject, fetching.job.box, [this, number](PreviewSource::Result&& result) {
+            OnFetched(number, std::move(result));
+        });
 }
 
-void PreviewQueue::OnFetched(int number, Fetched&& result)
+void PreviewQueue::OnFetched(int number, PreviewSource::Result&& result)
 {
     const auto found = fetches.find(number);
-    Fetching fetching = std::move(found->second); // it goes when this is done
+    Fetching fetching = std::move(found->second); // goes at the end of this
     fetches.erase(found);
     nextTimer.start();
-    Waiting& next = fetching.waiting;
+    Job& job = fetching.job;
     if (!result.image.isNull()) {
-        Keep(next, result.image, {});
-        return;
+        Finish(job, result.image, {});
+    } else if (result.file) {
+        job.file = std::move(result.file);
+        fetched.push_back(std::move(job));
+    } else {
+        AnswerWithReason(job, result.reason, result.isSignedOut); // not remembered: the next try may succeed
     }
-    if (result.path.isEmpty()) {
-        AnswerWithReason(next, result.reason, result.isSignedOut); // the next try may succeed
-        return;
-    }
-    next.subject.path = result.path;
-    next.file = std::move(result.file);
-    fetched.push_back(std::move(next));
 }
 
-void PreviewQueue::Render(RendererProcess& renderer, Waiting next)
+void PreviewQueue::Render(RendererProcess& renderer, Job job)
 {
-    const QString path = next.subject.path;
-    const QSize box = next.largestBox;
-    renderer.Render(path, box, [this, next = std::move(next)](const QImage& image, const QString& why) {
+    const QString path = job.file->Path();
+    const QSize box = job.box;
+    renderer.Render(path, box, [this, job = std::move(job)](const QImage& image, const QString& reason) {
         nextTimer.start();
-        Keep(next, image, why);
+        Finish(job, image, reason);
     });
 }
 
-void PreviewQueue::Keep(const Waiting& done, const QImage& image, const QString& reason)
+void PreviewQueue::Finish(const Job& job, const QImage& image, const QString& reason)
 {
     if (!image.isNull()) {
-        cache.Store(done.subject.document, done.subject.version, done.largestBox, image);
-        AnswerWithPicture(done, image);
+        cache.Store(job.subject.document, job.subject.version, job.box, image);
+        AnswerWithPicture(job, image);
         return;
     }
-    if (unrenderable.size() >= mostUnrenderable) {
+    if (unrenderable.size() >= maxUnrenderable) {
         unrenderable.clear();
     }
-    unrenderable.insert(VersionKey(done.subject), reason);
-    AnswerWithReason(done, reason);
+    unrenderable.insert(VersionKey(job.subject), reason);
+    AnswerWithReason(job, reason);
 }
 
-void PreviewQueue::AnswerWithPicture(const Waiting& answered, const QImage& image)
+void PreviewQueue::AnswerWithPicture(const Job& job, const QImage& image)
 {
-    for (const Wanted& wanted : answered.wanted) {
-        if (Take(wanted.id)) {
-            const bool fits = image.width() <= wanted.box.width() && image.height() <= wanted.box.height();
-            reply(
-                wanted.id,
-                {Success, fits ? image : image.scaled(wanted.box, Qt::KeepAspectRatio, Qt::SmoothTransformation), {}});
+    for (const Wanted& wanted : job.wanted) {
+        if (!open.remove(wanted.id)) {
+            continue; // cancelled
         }
+        const bool fits = image.width() <= wanted.box.width() && image.height() <= wanted.box.height();
+        reply(wanted.id,
+              {Success, fits ? image : image.scaled(wanted.box, Qt::KeepAspectRatio, Qt::SmoothTransformation), {}});
     }
 }
 
-void PreviewQueue::AnswerWithReason(const Waiting& answered, const QString& reason, bool isSignedOut)
+void PreviewQueue::AnswerWithReason(const Job& job, const QString& reason, bool isSignedOut)
 {
-    Reply failure = Failed("Fetching a preview", answered.subject.name, reason, isSignedOut ? "Sign in again." : "");
+    Reply failure = Failed("Fetching a preview", job.subject.name, reason, isSignedOut ? "Sign in again." : "");
     failure.isSignedOut = isSignedOut;
-    for (const Wanted& wanted : answered.wanted) {
-        if (Take(wanted.id)) {
+    for (const Wanted& wanted : job.wanted) {
+        if (open.remove(wanted.id)) {
             reply(wanted.id, failure);
         }
     }
-}
-
-bool PreviewQueue::Take(qint64 id)
-{
-    return open.remove(id);
 }
 
 } // namespace Norlis::Social

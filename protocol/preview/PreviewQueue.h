@@ -1,8 +1,9 @@
 #pragma once
 
 #include "PreviewCache.h"
+#include "PreviewSource.h"
 #include "RendererProcess.h"
-#include <protocol/service/CloudService.h>
+#include <protocol/service/Reply.h>
 
 #include <QHash>
 #include <QSet>
@@ -15,44 +16,24 @@
 
 namespace Norlis::Social {
 
-/// Requests for previews that wait for a renderer. Those of one document are answered by one rendering.
+/// Requests for previews of PDF documents. Those for one document are answered by one rendering.
 class PreviewQueue {
 public:
-    /// A PDF document, and what it is a version of.
-    struct Subject {
-        QString document; ///< id
-        QString name;     ///< for error texts
-        QString path;     ///< of a local file; empty when it is to be fetched
-        QString version;  ///< changes whenever the content does
-    };
-
-    /// What a fetch brought: one of the three.
-    struct Fetched {
-        QString path; ///< of a file to render
-        QImage image; ///< a ready picture
-        QString reason;
-        std::shared_ptr<void> file; ///< keeps the file
-        bool isSignedOut = false;   ///< see Reply
-    };
-
-    /// Fetches a document, or a picture of it for a box. Calls done once, from the event loop. Destroying what it
-    /// returns gives the fetch up.
-    using Fetch = std::function<std::shared_ptr<void>(const Subject& subject, const QSize& box,
-                                                      std::function<void(Fetched)> done)>;
-
     /// \param cacheFolder see AuthInfo
+    /// \param source      outlives the queue
     /// \param reply       called from the event loop
     /// \param program     the renderer
-    /// \param fetch       for subjects without a path
-    PreviewQueue(const QString& cacheFolder, std::function<void(qint64 id, Reply)> reply,
-                 const QString& program = FindRenderer(), Fetch fetch = {});
+    PreviewQueue(const QString& cacheFolder, PreviewSource& source, std::function<void(qint64 id, Reply)> reply,
+                 const QString& program = FindRenderer());
     ~PreviewQueue();
 
-    void Add(qint64 id, const Subject& subject, const QSize& box);
+    void Add(qint64 id, const PreviewSubject& subject, const QSize& box);
+
+    /// No reply follows. Unknown ids are ignored.
     void Cancel(qint64 id);
 
-    /// To be called when a document was given new content. Where a version is but a date in whole seconds and a length,
-    /// it may have the one of the old content, whose picture is not the one of the new.
+    /// To be called when a document was given new content. Where a version is no more than a date in whole seconds and
+    /// a length, that of the new content may equal that of the old, whose picture would be the wrong one.
     void Forget(const QString& document, const QString& version);
 
 private:
@@ -60,48 +41,47 @@ private:
         qint64 id;
         QSize box;
     };
-    struct Waiting {
-        Subject subject;
+    struct Job {
+        PreviewSubject subject;
         std::vector<Wanted> wanted;
-        QSize largestBox;
-        std::shared_ptr<void> file; ///< keeps the file at the subject's path
+        QSize box; ///< the largest one wanted
+        std::shared_ptr<const PreviewSource::File> file;
     };
     struct Fetching {
-        Waiting waiting;
-        std::shared_ptr<void> fetch;
+        Job job;
+        std::unique_ptr<PreviewSource::Fetch> fetch;
     };
 
     RendererProcess* IdleRenderer() const;
 
-    /// Takes up what is to be done next, if there is somebody to do it.
+    /// Takes the next step that can be taken.
     void Next();
 
     /// Drops the requests that were cancelled, and finds the largest box of the others. False when none is left.
-    bool IsStillWanted(Waiting& next) const;
+    bool IsStillWanted(Job& job) const;
 
     /// Answers from what is known already. False when it is not.
-    bool AnswerFromMemory(const Waiting& next);
-    void StartFetch(Waiting waiting);
-    void OnFetched(int number, Fetched&& fetched);
-    void Render(RendererProcess& renderer, Waiting waiting);
-    void Keep(const Waiting& waiting, const QImage& image, const QString& reason);
-    void AnswerWithPicture(const Waiting& waiting, const QImage& image);
-    void AnswerWithReason(const Waiting& waiting, const QString& reason, bool isSignedOut = false);
+    bool AnswerFromCache(const Job& job);
+    void StartFetch(Job job);
+    void OnFetched(int number, PreviewSource::Result&& result);
+    void Render(RendererProcess& renderer, Job job);
 
-    /// False when the request was cancelled.
-    bool Take(qint64 id);
+    /// Remembers the outcome and answers.
+    void Finish(const Job& job, const QImage& image, const QString& reason);
+    void AnswerWithPicture(const Job& job, const QImage& image);
+    void AnswerWithReason(const Job& job, const QString& reason, bool isSignedOut = false);
 
+    PreviewSource& source;
     const std::function<void(qint64, Reply)> reply;
-    const Fetch fetch;
     PreviewCache cache;
     std::vector<std::unique_ptr<RendererProcess>> renderers;
-    std::deque<QString> order;       ///< ids of documents, the oldest first
-    QHash<QString, Waiting> waiting; ///< by id of the document
-    std::map<int, Fetching> fetches; ///< by their numbers
+    std::deque<QString> order;   ///< ids of documents, the oldest first
+    QHash<QString, Job> waiting; ///< by id of the document
+    std::map<int, Fetching> fetches;
     int lastFetch = 0;
-    std::deque<Waiting> fetched;          ///< files that wait for a renderer
+    std::deque<Job> fetched;              ///< waiting for a renderer
     QSet<qint64> open;                    ///< requests that are neither answered nor cancelled
-    QHash<QString, QString> unrenderable; ///< why, by id and version, of documents that gave no picture
+    QHash<QString, QString> unrenderable; ///< the reason, by id and version, for documents that gave no picture
     QTimer nextTimer;
 };
 

@@ -1,5 +1,5 @@
 // Renders first pages of PDF documents for RendererProcess: reads requests from standard input and writes answers to
-// standard output until the input ends. A process of its own because what it reads comes from anywhere.
+// standard output until the input ends. A process of its own because the documents may be hostile.
 
 #include "RendererProtocol.h"
 
@@ -19,11 +19,11 @@ namespace {
 
 using namespace Norlis::Social;
 
-/// Gives up what rendering does not need, before the first document is touched.
-void LimitMyself()
+/// Gives up what rendering does not need, before the first document is opened.
+void LimitProcess()
 {
-    const auto limit = [](auto resource, rlim_t most) {
-        const rlimit value = {most, most};
+    const auto limit = [](auto resource, rlim_t maximum) {
+        const rlimit value = {maximum, maximum};
         setrlimit(resource, &value);
     };
     limit(RLIMIT_CORE, 0);
@@ -49,7 +49,7 @@ QString ReasonOf(QPdfDocument::DocumentError error)
     }
 }
 
-/// A null picture, and the reason, when there is nothing to show.
+/// A null picture and the reason when there is nothing to show.
 QImage RenderFirstPage(const QString& path, const QSize& box, QString& reason)
 {
     QPdfDocument document;
@@ -60,7 +60,7 @@ QImage RenderFirstPage(const QString& path, const QSize& box, QString& reason)
     }
     QSizeF size = document.pageCount() > 0 ? document.pageSize(0) : QSizeF();
     if (!(size.width() > 0 && size.height() > 0)) {
-        reason = "It has no page that could be shown";
+        reason = "It has no page that can be shown";
         return {};
     }
     size.scale(box, Qt::KeepAspectRatio);
@@ -80,9 +80,9 @@ QImage RenderFirstPage(const QString& path, const QSize& box, QString& reason)
 
 int main(int argc, char** argv)
 {
-    LimitMyself();
+    LimitProcess();
     const QCoreApplication application(argc, argv);
-    const QPdfDocument keepsFontsLoaded; // they are read anew whenever the last document has gone
+    const QPdfDocument keepsFontsLoaded; // they would be read anew whenever the last document is closed
     QFile input;
     QFile output;
     if (!input.open(STDIN_FILENO, QIODevice::ReadOnly | QIODevice::Unbuffered) ||

@@ -1,6 +1,7 @@
 #include "RendererProcess.h"
 
 #include "RendererProtocol.h"
+#include <base/Lifetime.h>
 
 #include <QDataStream>
 #include <QFileInfo>
@@ -74,7 +75,7 @@ bool RendererProcess::IsIdle() const
 
 void RendererProcess::Render(const QString& path, const QSize& wantedBox, Done whenDone)
 {
-    box = wantedBox.boundedTo({RendererProtocol::largestEdge, RendererProtocol::largestEdge}).expandedTo({1, 1});
+    box = wantedBox.boundedTo({RendererProtocol::maxEdge, RendererProtocol::maxEdge}).expandedTo({1, 1});
     done = std::move(whenDone);
     request.clear();
     QDataStream stream(&request, QIODevice::WriteOnly);
@@ -103,57 +104,59 @@ void RendererProcess::Read()
         Abandon({}); // nobody asked
         return;
     }
-    // The prefix of the pixels says how long they are; it is looked at before room is made for them.
-    constexpr qint64 longestHead = 1 + 3 * sizeof(quint32);
-    const QByteArray head = process.peek(longestHead);
-    QDataStream headStream(head);
-    quint8 kind = RendererProtocol::refused;
-    quint32 width = 0;
-    quint32 height = 0;
-    quint32 size = 0;
-    headStream >> kind;
-    if (kind == RendererProtocol::rendered) {
-        headStream >> width >> height;
-    }
-    headStream >> size;
-    if (headStream.status() != QDataStream::Ok) {
+    const auto head = PeekHead();
+    if (!head) {
         return; // more is to come
     }
-    constexpr quint32 longestReason = 4096;
-    const bool isPicture = kind == RendererProtocol::rendered;
-    const bool isValid = isPicture ? width > 0 && height > 0 && width <= static_cast<quint32>(box.width()) &&
-                                         height <= static_cast<quint32>(box.height()) && size == width * height * 4
-                                   : size <= longestReason;
-    if (!isValid) {
-        Abandon(QStringLiteral("The preview renderer answered with something else than a picture"));
+    if (!IsAcceptable(*head)) {
+        Abandon(QStringLiteral("The preview renderer answered with something other than a picture"));
         return;
     }
-    constexpr qint64 headOfReason = 1 + sizeof(quint32);
-    if (process.bytesAvailable() < (isPicture ? longestHead : headOfReason) + static_cast<qint64>(size)) {
+    if (process.bytesAvailable() < head->length + head->contentSize) {
         return; // more is to come
     }
-    QDataStream stream(&process);
-    stream.setVersion(RendererProtocol::streamVersion);
-    stream.startTransaction();
-    QByteArray content;
-    stream >> kind;
-    if (isPicture) {
-        stream >> width >> height;
-    }
-    stream >> content;
-    if (!stream.commitTransaction()) {
-        return;
-    }
+    process.skip(head->length);
+    const QByteArray content = process.read(head->contentSize);
     if (process.bytesAvailable() > 0) {
-        Stop(); // what it says beyond the answer must not be taken for that about the next document
+        Stop(); // what it says beyond the answer must not be taken for the answer about the next document
     }
-    if (!isPicture) {
+    if (!head->isPicture) {
         Answer({}, QString::fromUtf8(content));
         return;
     }
-    const QImage view(reinterpret_cast<const uchar*>(content.constData()), static_cast<int>(width),
-                      static_cast<int>(height), static_cast<int>(width * 4), QImage::Format_RGB32);
+    const QImage view(reinterpret_cast<const uchar*>(content.constData()), static_cast<int>(head->width),
+                      static_cast<int>(head->height), static_cast<int>(head->width * 4), QImage::Format_RGB32);
     Answer(view.copy(), {});
+}
+
+std::optional<RendererProcess::Head> RendererProcess::PeekHead()
+{
+    constexpr qint64 reasonHead = 1 + sizeof(quint32);
+    constexpr qint64 pictureHead = 1 + 3 * sizeof(quint32);
+    QDataStream stream(process.peek(pictureHead));
+    quint8 kind = RendererProtocol::refused;
+    quint32 width = 0;
+    quint32 height = 0;
+    quint32 contentSize = 0;
+    stream >> kind;
+    const bool isPicture = kind == RendererProtocol::rendered;
+    if (isPicture) {
+        stream >> width >> height;
+    }
+    stream >> contentSize;
+    if (stream.status() != QDataStream::Ok) {
+        return std::nullopt;
+    }
+    return Head{isPicture, isPicture ? pictureHead : reasonHead, width, height, contentSize};
+}
+
+bool RendererProcess::IsAcceptable(const Head& head) const
+{
+    constexpr quint32 maxReason = 4096; // bytes
+    return head.isPicture ? head.width > 0 && head.height > 0 && head.width <= static_cast<quint32>(box.width()) &&
+                                head.height <= static_cast<quint32>(box.height()) &&
+                                head.contentSize == head.width * head.height * 4
+                          : head.contentSize <= maxReason;
 }
 
 void RendererProcess::OnProcessEnded()
@@ -162,16 +165,16 @@ void RendererProcess::OnProcessEnded()
         return;
     }
     if (isUsed) {
-        isUsed = false; // another document or an outsider may have ended it; a fresh process tells
+        isUsed = false; // an earlier document or somebody else may have ended it; a fresh process will tell
         process.start(program, QStringList());
         return;
     }
-    Answer({}, QStringLiteral("The document made the preview renderer stop"));
+    Answer({}, QStringLiteral("The document crashed the preview renderer"));
 }
 
 void RendererProcess::OnTimeout()
 {
-    Abandon(QStringLiteral("Rendering it took longer than %1 seconds").arg(watchdog.interval() / 1000.0));
+    Abandon(QStringLiteral("Rendering took longer than %1 seconds").arg(watchdog.interval() / 1000.0));
 }
 
 void RendererProcess::Abandon(const QString& reason)
@@ -182,7 +185,7 @@ void RendererProcess::Abandon(const QString& reason)
 
 void RendererProcess::Stop()
 {
-    const QSignalBlocker blocker(process); // its end is no news
+    const QSignalBlocker blocker(process); // its end is expected
     process.kill();
     process.waitForFinished(1000);
 }
@@ -191,9 +194,7 @@ void RendererProcess::Answer(const QImage& image, const QString& reason)
 {
     watchdog.stop();
     idleTimer.start();
-    if (const Done answered = std::exchange(done, nullptr)) {
-        answered(image, reason);
-    }
+    CallOnce(done, image, reason);
 }
 
 } // namespace Norlis::Social

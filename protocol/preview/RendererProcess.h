@@ -7,6 +7,7 @@
 #include <QTimer>
 
 #include <functional>
+#include <optional>
 
 namespace Norlis::Social {
 
@@ -14,28 +15,41 @@ namespace Norlis::Social {
 /// process is started when there is something to render, serves one document after the other, and ends when it has been
 /// idle for a while.
 ///
-/// What it says is checked: it may be under a document's control.
+/// Its answers are checked: it may be under a document's control.
 class RendererProcess : public QObject {
     Q_OBJECT
 
 public:
-    /// The picture, or a null picture and why there is none.
+    /// The picture, or a null picture and the reason.
     using Done = std::function<void(const QImage& image, const QString& reason)>;
 
     /// \param program the renderer
-    /// \param timeLimit milliseconds for one document
+    /// \param timeLimit for one document, in milliseconds
     explicit RendererProcess(const QString& program, int timeLimit = 15'000);
     ~RendererProcess() override;
 
     bool IsIdle() const;
 
     /// Renders page one of a PDF file so that it fits into the box. Only while idle. Calls done once, from the event
-    /// loop.
+    /// loop, unless this object is destroyed before.
     void Render(const QString& path, const QSize& box, Done done);
 
 private:
+    /// What comes before the pixels of a picture, or before the text of a reason.
+    struct Head {
+        bool isPicture;
+        qint64 length; ///< of the head itself, in bytes
+        quint32 width;
+        quint32 height;
+        quint32 contentSize; ///< bytes
+    };
+
     void Send();
     void Read();
+
+    /// Nothing while it has not all come. What it says is looked at before room is made for the content.
+    std::optional<Head> PeekHead();
+    bool IsAcceptable(const Head& head) const;
     void OnProcessEnded();
     void OnTimeout();
 
@@ -52,7 +66,7 @@ private:
     QTimer idleTimer;
     QByteArray request;
     QSize box;
-    bool isUsed = false; ///< the process had served other documents before this one
+    bool isUsed = false; ///< the process has served other documents before this one
     Done done;           ///< set while busy
 };
 

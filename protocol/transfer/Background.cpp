@@ -9,9 +9,9 @@ namespace Norlis::Social {
 
 struct Background::State {
     std::mutex mutex;
-    std::deque<Task> tasks; ///< guarded, as all of it
+    std::deque<Task> tasks; ///< guarded, as are the others
     bool isRunning = false;
-    std::unique_ptr<QObject> context; ///< null after the end; lives on the own thread
+    std::unique_ptr<QObject> context; ///< receives the continuations; null after the end
 };
 
 Background::Background(QThreadPool& pool) : pool(pool), state(std::make_shared<State>())
@@ -23,14 +23,14 @@ Background::~Background()
 {
     std::deque<Task> dropped; // destroyed without the lock: they may hold anything
     std::unique_ptr<QObject> context;
-    const std::lock_guard guard(state->mutex);
+    const std::lock_guard lock(state->mutex);
     dropped.swap(state->tasks);
     context = std::move(state->context);
 }
 
 void Background::Run(Task task)
 {
-    const std::lock_guard guard(state->mutex);
+    const std::lock_guard lock(state->mutex);
     state->tasks.push_back(std::move(task));
     if (!state->isRunning) {
         state->isRunning = true;
@@ -43,7 +43,7 @@ void Background::RunAll(const std::shared_ptr<State>& state)
     while (true) {
         Task task;
         {
-            const std::lock_guard guard(state->mutex);
+            const std::lock_guard lock(state->mutex);
             if (state->tasks.empty()) {
                 state->isRunning = false;
                 return;
@@ -52,7 +52,7 @@ void Background::RunAll(const std::shared_ptr<State>& state)
             state->tasks.pop_front();
         }
         Continuation continuation = task();
-        const std::lock_guard guard(state->mutex);
+        const std::lock_guard lock(state->mutex);
         if (continuation && state->context) {
             QMetaObject::invokeMethod(state->context.get(), std::move(continuation), Qt::QueuedConnection);
         }

@@ -8,8 +8,9 @@
 
 namespace Norlis::Social {
 
-/// Runs tasks one after the other on the threads of a pool, and what they return on the own thread, from its event
-/// loop. Destruction drops what has not begun and what has not come back; a task that runs by then is run to its end.
+/// Runs tasks one after the other on the threads of a pool, and what they return on the thread of this object, from
+/// its event loop. Destruction drops the tasks that have not begun and the continuations that have not run; a task that
+/// is running goes on to its end.
 class Background {
 public:
     using Continuation = std::function<void()>;
@@ -21,7 +22,7 @@ public:
     Background(const Background&) = delete;
     Background& operator=(const Background&) = delete;
 
-    /// The task must not touch what belongs to the own thread; its continuation may.
+    /// The task must not touch what belongs to the thread of this object; its continuation may.
     void Run(Task task);
 
 private:

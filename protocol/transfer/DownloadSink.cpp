@@ -5,7 +5,7 @@ namespace Norlis::Social {
 namespace {
 
 constexpr int pieceSize = 1024 * 1024; // bytes
-constexpr int mostUnderWay = 4;        // pieces
+constexpr int maxInFlight = 4;         // pieces
 
 } // namespace
 
@@ -25,10 +25,10 @@ DownloadSink::DownloadSink(const QString& folder, QThreadPool& pool, Check check
 
 DownloadSink::~DownloadSink()
 {
-    TakeNameAway();
+    RemoveTemporaryFile();
 }
 
-void DownloadSink::TakeNameAway()
+void DownloadSink::RemoveTemporaryFile()
 {
     if (written) {
         QFile::remove(written->file.Path()); // the writing thread may hold on to it a moment longer
@@ -37,12 +37,12 @@ void DownloadSink::TakeNameAway()
 
 bool DownloadSink::Open()
 {
-    TakeNameAway();
+    RemoveTemporaryFile();
     written = std::make_shared<Written>();
     writing = std::make_unique<Background>(pool);
     collected.clear();
     position = 0;
-    underWay = 0;
+    piecesInFlight = 0;
     isWaitedFor = false;
     const bool isOpen = written->file.Open(folder);
     error = isOpen ? QString() : written->file.ErrorText();
@@ -57,7 +57,7 @@ bool DownloadSink::Begin(const HttpHead& head, std::function<void()> whenReady)
     error = check(head, from);
     isRefused = !error.isEmpty();
     if (!isRefused && from != position) {
-        return from == 0 && Open(); // the rest does not follow: all of it comes again
+        return from == 0 && Open(); // not the rest but all of it
     }
     return !isRefused;
 }
@@ -67,7 +67,7 @@ HttpSink::Taken DownloadSink::Add(const char* data, qint64 size)
     if (!error.isEmpty()) {
         return Taken::Refused;
     }
-    if (underWay >= mostUnderWay) {
+    if (piecesInFlight >= maxInFlight) {
         isWaitedFor = true;
         return Taken::Later;
     }
@@ -82,12 +82,12 @@ HttpSink::Taken DownloadSink::Add(const char* data, qint64 size)
 
 void DownloadSink::WriteOut()
 {
-    ++underWay;
+    ++piecesInFlight;
     writing->Run([this, written = written, piece = std::exchange(collected, {})]() -> Background::Continuation {
         const bool isWritten = written->file.Write(piece.constData(), piece.size());
         written->hash.addData(piece);
         return [this, problem = isWritten ? QString() : written->file.ErrorText()] {
-            --underWay;
+            --piecesInFlight;
             if (error.isEmpty()) {
                 error = problem;
             }

@@ -8,29 +8,31 @@
 
 namespace Norlis::Social {
 
-/// A local file that the body of an answer is written to: written and hashed on another thread, under a temporary name.
-/// Memory is bounded however slow the disk is.
+/// Writes the body of an answer to a local file, and hashes it, on another thread and under a temporary name. Memory is
+/// bounded however slow the disk is.
 class DownloadSink : public HttpSink {
 public:
-    /// What an answer must be to be written. An empty text accepts it; `from` is the position in the file at which its
-    /// body begins.
+    /// Looks at an answer before its body is written. Returns why it is refused; an empty text accepts it. `from` is
+    /// the position in the file at which the body begins.
     using Check = std::function<QString(const HttpHead& head, qint64& from)>;
 
-    /// \param folder     for the temporary file, which vanishes with this object unless it was committed
-    /// \param onPosition called with the number of bytes that have arrived in all
+    /// \param folder     for the temporary file, which is removed with this object unless it was committed
+    /// \param onPosition called with the number of bytes that have arrived so far
     DownloadSink(const QString& folder, QThreadPool& pool, Check check, std::function<void(qint64)> onPosition);
     ~DownloadSink() override;
 
-    /// Creates the temporary file. False when that fails; ErrorText says why.
+    /// Creates the temporary file. False when that fails; see ErrorText.
     bool Open();
 
     bool Begin(const HttpHead& head, std::function<void()> onReady) override;
     Taken Add(const char* data, qint64 size) override;
 
-    /// Writes what is still in memory and makes all of it durable, then calls done unless this object is gone.
+    /// Writes what is still in memory and makes the file durable, then calls done, from the event loop, unless this
+    /// object is destroyed before.
     void Flush(std::function<void()> done);
 
-    /// Makes the name of a committed file durable, then calls done unless this object is gone.
+    /// Makes the name of a committed file durable, then calls done, from the event loop, unless this object is
+    /// destroyed before.
     void SyncFolder(std::function<void()> done);
 
     /// Bytes that have arrived.
@@ -39,11 +41,13 @@ public:
         return position;
     }
 
-    /// After Flush.
+    /// Hexadecimal, of the whole file; after Flush.
     QString Md5() const;
+
+    /// To be committed, after Flush.
     Files::AtomicFile& File();
 
-    /// Why the answer was refused or the file cannot be written; empty when neither.
+    /// Why the answer was refused or the file cannot be written; empty when all is well.
     QString ErrorText() const
     {
         return error;
@@ -59,8 +63,8 @@ private:
 
     void WriteOut();
 
-    /// Of the temporary file; without effect once it was committed.
-    void TakeNameAway();
+    /// Without effect once it was committed.
+    void RemoveTemporaryFile();
 
     const QString folder;
     QThreadPool& pool;
@@ -71,7 +75,7 @@ private:
     std::function<void()> onReady;
     QByteArray collected; ///< not yet given to the writing thread
     qint64 position = 0;
-    int underWay = 0; ///< pieces that are being written
+    int piecesInFlight = 0; ///< pieces being written
     bool isWaitedFor = false;
     bool isRefused = false;
     QString error;

@@ -41,35 +41,35 @@ void UploadSource::Begin(std::function<void()> whenReady)
     offset = 0;
     position = 0;
     readBytes = 0;
-    asked = 0;
+    piecesInFlight = 0;
     isAtEnd = false;
     isWaitedFor = false;
-    if (reading) { // again
+    if (reading) { // the request is repeated
         const Files::FileIdentity before = version;
         if (Open() && !(version == before)) {
-            error = QStringLiteral("It changed meanwhile");
+            error = QStringLiteral("It has changed in the meantime");
         }
         version = before;
     }
     reading = std::make_unique<Background>(pool);
-    AskForMore();
+    ReadAhead();
 }
 
-void UploadSource::AskForMore()
+void UploadSource::ReadAhead()
 {
-    while (!isAtEnd && error.isEmpty() && asked + static_cast<int>(pieces.size()) < piecesAhead &&
-           readBytes + asked * Files::FileReader::pieceSize < version.size) {
-        ++asked;
+    while (!isAtEnd && error.isEmpty() && piecesInFlight + static_cast<int>(pieces.size()) < piecesAhead &&
+           readBytes + piecesInFlight * Files::FileReader::pieceSize < version.size) {
+        ++piecesInFlight;
         reading->Run([this, reader = reader]() -> Background::Continuation {
             const QByteArray piece = reader->Next();
-            return [this, piece, problem = reader->ErrorText()] { Take(piece, problem); };
+            return [this, piece, problem = reader->ErrorText()] { OnPiece(piece, problem); };
         });
     }
 }
 
-void UploadSource::Take(const QByteArray& piece, const QString& problem)
+void UploadSource::OnPiece(const QByteArray& piece, const QString& problem)
 {
-    --asked;
+    --piecesInFlight;
     error = problem;
     if (piece.isEmpty()) {
         isAtEnd = true;
@@ -85,7 +85,7 @@ void UploadSource::Take(const QByteArray& piece, const QString& problem)
 
 qint64 UploadSource::Read(char* buffer, qint64 size)
 {
-    // A file that grows is cut off here, and found out later.
+    // A file that grows is cut off here, which IsWholeAndUnchanged finds out.
     size = std::min(size, version.size - position);
     if (size == 0) {
         return 0;
@@ -103,7 +103,7 @@ qint64 UploadSource::Read(char* buffer, qint64 size)
         }
     }
     position += given;
-    AskForMore();
+    ReadAhead();
     if (given > 0) {
         onPosition(position);
         return given;
@@ -122,7 +122,7 @@ QString UploadSource::ErrorText() const
 
 bool UploadSource::IsWholeAndUnchanged() const
 {
-    return position == version.size && error.isEmpty() && asked == 0 && reader->IsUnchanged();
+    return position == version.size && error.isEmpty() && piecesInFlight == 0 && reader->IsUnchanged();
 }
 
 QString UploadSource::Md5() const

@@ -13,16 +13,17 @@ namespace Norlis::Social {
 class UploadSource : public HttpSource {
 public:
     /// \param pool       for reading
-    /// \param onPosition called with the number of bytes handed out
+    /// \param onPosition called with the number of bytes handed out so far
     UploadSource(const QString& path, QThreadPool& pool, std::function<void(qint64)> onPosition);
 
-    /// False when the file cannot be read; ErrorText says why.
+    /// False when the file cannot be read; see ErrorText.
     bool Open();
 
     qint64 Size() const override;
     void Begin(std::function<void()> onReady) override;
     qint64 Read(char* buffer, qint64 size) override;
 
+    /// Why the file cannot be read; empty when it can.
     QString ErrorText() const;
 
     /// Whether all of the file was handed out and it is still the one that was opened.
@@ -32,8 +33,8 @@ public:
     QString Md5() const;
 
 private:
-    void AskForMore();
-    void Take(const QByteArray& piece, const QString& problem);
+    void ReadAhead();
+    void OnPiece(const QByteArray& piece, const QString& problem);
 
     const QString path;
     QThreadPool& pool;
@@ -41,16 +42,17 @@ private:
     Files::FileIdentity version;
     QString error;
 
-    // Of one reading; a repetition starts another one.
-    std::shared_ptr<Files::FileReader>
-        reader; ///< touched by one thread at a time: the reading one until the end of the file
+    // Of one pass over the file; a repeated request makes another.
+
+    /// Touched by one thread at a time: the reading one until the end of the file.
+    std::shared_ptr<Files::FileReader> reader;
     std::unique_ptr<Background> reading;
     std::function<void()> onReady;
     std::deque<QByteArray> pieces; ///< read and not handed out yet
-    qint64 offset = 0;             ///< of the first of them, what is handed out
-    qint64 position = 0;
+    qint64 offset = 0;             ///< how much of the first of them is handed out
+    qint64 position = 0;           ///< bytes handed out
     qint64 readBytes = 0;
-    int asked = 0; ///< pieces that are being read
+    int piecesInFlight = 0; ///< being read
     bool isAtEnd = false;
     bool isWaitedFor = false;
 };

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <protocol/dav/DavEntry.h>
-#include <protocol/service/CloudService.h>
+#include <protocol/service/Reply.h>
 
 #include <QHash>
 

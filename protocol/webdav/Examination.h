@@ -35,7 +35,7 @@ private:
     const QByteArray second;
     std::deque<Step> steps;
     std::optional<Reply> problem; ///< ends the examination
-    ServiceTraits traits;
+    ServiceCapabilities traits;
 
     /// Held weakly by what may come after the end.
     const std::shared_ptr<bool> life = std::make_shared<bool>();

@@ -6,9 +6,9 @@ namespace Norlis::Social {
 
 namespace {
 
-constexpr qint64 largestDocument = 64 * 1024 * 1024; // bytes that a picture is worth
-const auto tooLarge = QStringLiteral("The document is too large to be fetched for a picture");
-const auto somethingElse = QStringLiteral("The server sends something else in place of the document");
+constexpr qint64 maxDocumentSize = 64 * 1024 * 1024; // bytes; a picture is not worth more
+const auto tooLarge = QStringLiteral("The document is too large to be downloaded for a preview");
+const auto wrongContent = QStringLiteral("The server sent something other than the document");
 
 bool MayBePdf(const DavDocument& document)
 {
@@ -17,15 +17,37 @@ bool MayBePdf(const DavDocument& document)
            document.Name().endsWith(".pdf", Qt::CaseInsensitive);
 }
 
+/// Refuses what is not the document. The reason; nothing when the answer is accepted.
+QString ValidateAnswer(const HttpHead& head)
+{
+    if (head.status != 200 || !head.Field("content-encoding").isEmpty()) {
+        return wrongContent;
+    }
+    return head.Field("content-length").toLongLong() > maxDocumentSize ? tooLarge : QString();
+}
+
+class FetchedFile : public PreviewSource::File {
+public:
+    explicit FetchedFile(const std::shared_ptr<DownloadSink>& sink) : sink(sink) {}
+
+    QString Path() const override
+    {
+        return sink->File().Path();
+    }
+
+private:
+    const std::shared_ptr<DownloadSink> sink; ///< its temporary file goes with it
+};
+
 } // namespace
 
 PreviewFetch::PreviewFetch(const std::shared_ptr<WebDavServer>& server, const DavDocument& document, const QSize& box,
-                           const QString& folder, QThreadPool& pool, Done done)
+                           const QString& folder, QThreadPool& pool, PreviewSource::Done done)
     : server(server),
       document(document),
       done(std::move(done)),
       sink(std::make_shared<DownloadSink>(
-          folder, pool, [this](const HttpHead& head, qint64&) { return WhyNotTaken(head); },
+          folder, pool, [this](const HttpHead& head, qint64&) { return ValidateAnswer(head); },
           [this](qint64 position) { CheckPosition(position); })),
       requests(server->http)
 {
@@ -51,7 +73,7 @@ void PreviewFetch::FetchPicture(const QSize& box)
         if (picture.isNull()) {
             FetchDocument();
         } else {
-            End({{}, picture, {}, {}});
+            End({{}, picture, {}});
         }
     });
 }
@@ -60,63 +82,63 @@ void PreviewFetch::FetchDocument()
 {
     QString reason;
     if (!MayBePdf(document)) {
-        reason = QStringLiteral("There are pictures of PDF documents only");
-    } else if (document.size.value_or(0) > largestDocument) {
+        reason = QStringLiteral("Only PDF documents have previews");
+    } else if (document.size.value_or(0) > maxDocumentSize) {
         reason = tooLarge;
     } else if (!sink->Open()) {
-        reason = QStringLiteral("Nothing can be written to the folder for pictures: %1").arg(sink->ErrorText());
+        reason = QStringLiteral("The folder for previews cannot be written to: %1").arg(sink->ErrorText());
     }
-    HttpRequest request;
-    if (reason.isEmpty()) {
-        request.method = "GET";
-        request.url = server->collection.UrlOf(document.name);
-        request.fields = {{"Accept-Encoding", "identity"}};
-        request.sink = sink;
-        request.lane = HttpRequest::Lane::Preview;
-        requests.Send(request, [this](HttpResponse&& response) { OnDocument(response); });
+    if (!reason.isEmpty()) {
+        EndSoon(reason); // this may be called by the constructor
         return;
     }
-    QTimer::singleShot(0, &context, [this, reason] { End({{}, {}, reason, {}}); }); // never from inside the constructor
-}
-
-QString PreviewFetch::WhyNotTaken(const HttpHead& head) const
-{
-    if (head.status != 200 || !head.Field("content-encoding").isEmpty()) {
-        return somethingElse;
-    }
-    return head.Field("content-length").toLongLong() > largestDocument ? tooLarge : QString();
+    HttpRequest request;
+    request.method = "GET";
+    request.url = server->collection.UrlOf(document.name);
+    request.fields = {{"Accept-Encoding", "identity"}};
+    request.sink = sink;
+    request.lane = HttpRequest::Lane::Preview;
+    requests.Send(request, [this](HttpResponse&& response) { OnDocument(response); });
 }
 
 void PreviewFetch::CheckPosition(qint64 position)
 {
-    if (position > largestDocument && !isTooLarge) {
-        isTooLarge = true; // and the request cannot be taken back in the middle of its answer
-        QTimer::singleShot(0, &context, [this] { End({{}, {}, tooLarge, {}}); });
+    if (position > maxDocumentSize && !isTooLarge) {
+        isTooLarge = true;
+        EndSoon(tooLarge); // a request cannot be cancelled in the middle of its answer
     }
 }
 
 void PreviewFetch::OnDocument(const HttpResponse& response)
 {
     if (!response.HasSucceeded()) {
-        const bool isOurs = response.fault == HttpResponse::Fault::SinkRefused;
+        const bool isRefused = response.fault == HttpResponse::Fault::SinkRefused;
         const Reply failure = server->Failure({}, {}, response);
-        End({{}, {}, isOurs ? sink->ErrorText() : failure.failure.reason, {}, failure.isSignedOut});
+        End({{}, {}, isRefused ? sink->ErrorText() : failure.failure.reason, failure.isSignedOut});
         return;
     }
     if (sink->Position() != document.size.value_or(sink->Position())) {
-        End({{}, {}, somethingElse, {}}); // or another version, of which the next list will tell
+        End({{}, {}, wrongContent}); // or another version, which the next list will show
         return;
     }
     sink->Flush([this] {
-        const QString path = sink->ErrorText().isEmpty() ? sink->File().Path() : QString();
-        End({path, {}, sink->ErrorText(), sink});
+        const bool isWritten = sink->ErrorText().isEmpty();
+        End({isWritten ? std::make_shared<FetchedFile>(sink) : nullptr, {}, sink->ErrorText()});
     });
 }
 
-void PreviewFetch::End(PreviewQueue::Fetched&& fetched)
+void PreviewFetch::EndSoon(const QString& reason)
 {
-    const auto whenDone = done; // it destroys this object
-    whenDone(std::move(fetched));
+    QTimer::singleShot(0, [this, guard = lifetime.Watch(), reason] {
+        if (guard) {
+            End({{}, {}, reason});
+        }
+    });
+}
+
+void PreviewFetch::End(PreviewSource::Result&& result)
+{
+    CallOnce(done, std::move(result));
 }
 
 } // namespace Norlis::Social

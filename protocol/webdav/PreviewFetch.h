@@ -1,36 +1,37 @@
 #pragma once
 
 #include "WebDavServer.h"
+#include <base/Lifetime.h>
 #include <protocol/http/HttpRequestGroup.h>
-#include <protocol/preview/PreviewQueue.h>
+#include <protocol/preview/PreviewSource.h>
 #include <protocol/transfer/DownloadSink.h>
 
 namespace Norlis::Social {
 
 /// Fetches what a preview is made of: the server's own picture where it has one, else the document.
-class PreviewFetch {
+class PreviewFetch : public PreviewSource::Fetch {
 public:
-    using Done = std::function<void(PreviewQueue::Fetched)>;
-
     /// \param folder for the document while it is rendered
     PreviewFetch(const std::shared_ptr<WebDavServer>& server, const DavDocument& document, const QSize& box,
-                 const QString& folder, QThreadPool& pool, Done done);
+                 const QString& folder, QThreadPool& pool, PreviewSource::Done done);
 
 private:
     void FetchPicture(const QSize& box);
     void FetchDocument();
     void CheckPosition(qint64 position);
     void OnDocument(const HttpResponse& response);
-    QString WhyNotTaken(const HttpHead& head) const;
-    void End(PreviewQueue::Fetched&& fetched);
+    void EndSoon(const QString& reason);
+
+    /// As the last thing: it may destroy this object.
+    void End(PreviewSource::Result&& result);
 
     const std::shared_ptr<WebDavServer> server;
     const DavDocument document;
-    const Done done;
+    PreviewSource::Done done;
     std::shared_ptr<DownloadSink> sink;
     bool isTooLarge = false;
     HttpRequestGroup requests;
-    QObject context;
+    Lifetime lifetime;
 };
 
 } // namespace Norlis::Social

@@ -66,10 +66,7 @@ WebDavService::WebDavService(const OAuth2::AuthInfo& authInfo, const std::string
       programName(QByteArray::fromStdString(programName)),
       listener(listener),
       previewFolder(PreviewFolderTemplate(authInfo.cacheFolder)),
-      previews(authInfo.cacheFolder, listener.reply, FindRenderer(),
-               [this](const PreviewQueue::Subject& subject, const QSize& box, auto done) {
-                   return FetchForPreview(subject, box, std::move(done));
-               })
+      previews(authInfo.cacheFolder, *this, listener.reply)
 {
     pool.setMaxThreadCount(mostTransfers);
     formerTimer.setInterval(20);
@@ -277,7 +274,7 @@ void WebDavService::Begin(qint64 id, const Request::Quota&)
     Run(id, std::make_unique<QuotaOperation>(session->server, Finisher(id)));
 }
 
-void WebDavService::Begin(qint64 id, const Request::Examination&)
+void WebDavService::Begin(qint64 id, const Request::Capabilities&)
 {
     Run(id, std::make_unique<Examination>(session->server, session->sweeper, Finisher(id)));
 }
@@ -290,34 +287,29 @@ void WebDavService::Begin(qint64 id, const Request::Preview& request)
             failure.isSignedOut = failure.isSignedOut && EndSession(asked.lock());
             listener.reply(id, std::move(failure));
         } else if (request.box.isEmpty()) {
-            listener.reply(id, Failed(what, document->Name(), "A picture without a size was asked for"));
+            listener.reply(id, Failed(what, document->Name(), "The requested size is empty"));
         } else {
-            previews.Add(id, {document->id, document->Name(), {}, document->Version()}, request.box);
+            previews.Add(id, {document->id, document->Name(), document->Version()}, request.box);
         }
     };
     session->directory.Find(id, request.document, what, found);
 }
 
-std::shared_ptr<void> WebDavService::FetchForPreview(const PreviewQueue::Subject& subject, const QSize& box,
-                                                     std::function<void(PreviewQueue::Fetched)> done)
+std::unique_ptr<PreviewSource::Fetch> WebDavService::FetchForPreview(const PreviewSubject& subject, const QSize& box,
+                                                                     Done done)
 {
     const QString reason = !session ? QStringLiteral("Nobody is signed in any more")
                            : !session->server->documents.contains(subject.document)
                                ? QStringLiteral("The document is not in the cloud any more")
                                : QString();
     if (!reason.isEmpty()) {
-        auto timer = std::make_shared<QTimer>();
-        QObject::connect(timer.get(), &QTimer::timeout, [=] { done({{}, {}, reason, {}}); });
-        timer->setSingleShot(true);
-        timer->start(0);
-        return timer;
+        return std::make_unique<CompletedFetch>(Result{{}, {}, reason}, std::move(done));
     }
-    const auto whenFetched = [this, asked = std::weak_ptr<Session>(session),
-                              done = std::move(done)](PreviewQueue::Fetched&& fetched) {
-        fetched.isSignedOut = fetched.isSignedOut && EndSession(asked.lock());
-        done(std::move(fetched));
+    const auto whenFetched = [this, asked = std::weak_ptr<Session>(session), done = std::move(done)](Result&& result) {
+        result.isSignedOut = result.isSignedOut && EndSession(asked.lock());
+        done(std::move(result));
     };
-    return std::make_shared<PreviewFetch>(session->server, session->server->documents.value(subject.document), box,
+    return std::make_unique<PreviewFetch>(session->server, session->server->documents.value(subject.document), box,
                                           previewFolder.path(), pool, whenFetched);
 }
 

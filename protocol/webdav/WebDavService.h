@@ -17,7 +17,7 @@
 namespace Norlis::Social {
 
 /// A collection on a WebDAV server as a cloud (RFC 4918): its direct members are the documents.
-class WebDavService : public CloudService {
+class WebDavService : public CloudService, private PreviewSource {
 public:
     /// \param programName tells the server who asks
     WebDavService(const OAuth2::AuthInfo& authInfo, const std::string& programName, const Listener& listener);
@@ -61,7 +61,7 @@ private:
     void Begin(qint64 id, const Request::Upload& request);
     void Begin(qint64 id, const Request::Remove& request);
     void Begin(qint64 id, const Request::Quota& request);
-    void Begin(qint64 id, const Request::Examination& request);
+    void Begin(qint64 id, const Request::Capabilities& request);
     void Begin(qint64 id, const Request::Preview& request);
 
     std::shared_ptr<Session> NewSession(const QString& token);
@@ -81,8 +81,7 @@ private:
     void Run(qint64 id, std::unique_ptr<Operation> operation);
     void RunTransfer(qint64 id, std::unique_ptr<Operation> operation);
     void StartNextTransfers();
-    std::shared_ptr<void> FetchForPreview(const PreviewQueue::Subject& subject, const QSize& box,
-                                          std::function<void(PreviewQueue::Fetched)> done);
+    std::unique_ptr<Fetch> FetchForPreview(const PreviewSubject& subject, const QSize& box, Done done) override;
     void Sweep(Session& session, const QList<QByteArray>& names);
     bool IsAtRest() const;
 

@@ -81,7 +81,7 @@ TEST_F(FolderCloudTest, AFolderThatMayNotBeReadCannotBeSignedInTo)
     ASSERT_TRUE(QFile::setPermissions(cloud.Folder(), QFileDevice::WriteOwner | QFileDevice::ExeOwner));
     const WithoutPrivileges nobody({QFileInfo(cloud.Folder()).path()});
     EXPECT_TRUE(client.Authorize()->Fails());
-    EXPECT_THAT(LastReason(), HasSubstr("may not be read"));
+    EXPECT_THAT(LastReason(), HasSubstr("not allowed to read"));
 }
 
 TEST_F(FolderCloudTest, AFileThatMayNotBeReadIsNotUploaded)

@@ -17,12 +17,43 @@ using namespace Norlis::Test;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
+namespace {
+
+/// A source whose documents lie in the root folder; with `fetches` set, one whose fetches end when a test says so.
+class FakeSource : public PreviewSource {
+public:
+    std::vector<Done>* fetches = nullptr;
+
+    std::unique_ptr<Fetch> FetchForPreview(const PreviewSubject& subject, const QSize&, Done done) override
+    {
+        if (!fetches) {
+            return std::make_unique<CompletedFetch>(Result{std::make_shared<RootFile>(subject.name), {}, {}}, done);
+        }
+        fetches->push_back(std::move(done));
+        return std::make_unique<Fetch>();
+    }
+
+private:
+    struct RootFile : File {
+        explicit RootFile(const QString& name) : name(name) {}
+
+        QString Path() const override
+        {
+            return '/' + name;
+        }
+
+        const QString name;
+    };
+};
+
+} // namespace
+
 class PreviewQueueTest : public testing::Test {
 protected:
     void Use(const QString& behaviour, const QString& cacheFolder = {})
     {
         queue = std::make_unique<PreviewQueue>(
-            cacheFolder,
+            cacheFolder, source,
             [this](qint64 id, Reply reply) {
                 EXPECT_EQ(replies.count(id), 0U);
                 replies[id] = std::move(reply);
@@ -30,10 +61,10 @@ protected:
             behaviour.isEmpty() ? QString() : fakes.Make(behaviour));
     }
 
-    static PreviewQueue::Subject Document(int number, const QString& version = "1")
+    static PreviewSubject Document(int number, const QString& version = "1")
     {
         const QString id = "id" + QString::number(number);
-        return {id, id + ".pdf", '/' + id + ".pdf", version};
+        return {id, id + ".pdf", version};
     }
 
     static QImage Picture(int width, int height)
@@ -55,6 +86,7 @@ protected:
     }
 
     FakeRenderers fakes;
+    FakeSource source;
     QTemporaryDir folder;
     std::map<qint64, Reply> replies;
     std::unique_ptr<PreviewQueue> queue;
@@ -124,23 +156,19 @@ TEST_F(PreviewQueueTest, AForgottenVersionIsRenderedAgain)
 
 TEST_F(PreviewQueueTest, AFetchThatWasUnderWayWhenTheContentWasReplacedIsNotKept)
 {
-    std::vector<std::function<void(PreviewQueue::Fetched)>> fetches;
-    queue = std::make_unique<PreviewQueue>(
-        folder.path(), [this](qint64 id, const Reply& reply) { replies[id] = reply; }, fakes.Make("answer"),
-        [&](const PreviewQueue::Subject&, const QSize&, std::function<void(PreviewQueue::Fetched)> done) {
-            fetches.push_back(std::move(done));
-            return std::make_shared<int>();
-        });
-    const auto ask = [this](qint64 id) { queue->Add(id, {"id1", "id1.pdf", {}, "1"}, {100, 100}); };
+    std::vector<PreviewSource::Done> fetches;
+    source.fetches = &fetches;
+    Use("answer", folder.path());
+    const auto ask = [this](qint64 id) { queue->Add(id, Document(1), {100, 100}); };
     ask(1);
     ASSERT_TRUE(WaitUntil([&] { return fetches.size() == 1; }));
     queue->Forget("id1", "1");
-    fetches[0]({{}, Picture(10, 20), {}, {}});
+    fetches[0]({{}, Picture(10, 20), {}});
     ASSERT_TRUE(Came(1));
     EXPECT_EQ(SizeOf(1), QSize(10, 20)); // the best there was
     ask(2);
     ASSERT_TRUE(WaitUntil([&] { return fetches.size() == 2; }));
-    fetches[1]({{}, Picture(20, 10), {}, {}});
+    fetches[1]({{}, Picture(20, 10), {}});
     ASSERT_TRUE(Came(2));
     EXPECT_EQ(SizeOf(2), QSize(20, 10));
 }
@@ -181,7 +209,7 @@ TEST_F(PreviewQueueTest, DocumentsThatKillTheRendererDoNotHoldOthersUp)
     for (int number = 0; number < 40; ++number) {
         auto document = Document(number);
         if (number % 4 == 0) {
-            document.path = "/bad" + QString::number(number) + ".pdf";
+            document.name = "bad" + QString::number(number) + ".pdf";
         }
         queue->Add(number, document, {100, 100});
     }

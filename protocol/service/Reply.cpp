@@ -1,4 +1,4 @@
-#include "CloudService.h"
+#include "Reply.h"
 
 namespace Norlis::Social {
 

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <base/Lifetime.h>
+
+#include <QImage>
+#include <QSize>
+#include <QString>
+
+#include <functional>
+#include <memory>
+
+namespace Norlis::Social {
+
+/// A version of a PDF document.
+struct PreviewSubject {
+    QString document; ///< id
+    QString name;     ///< for error texts
+    QString version;  ///< changes whenever the content does
+};
+
+/// Where a PreviewQueue gets documents from. Used on the queue's thread.
+class PreviewSource {
+public:
+    /// A file that stays where it is as long as this object exists.
+    class File {
+    public:
+        virtual ~File() = default;
+        virtual QString Path() const = 0;
+    };
+
+    /// A fetch in progress. Destroying it gives the fetch up.
+    class Fetch {
+    public:
+        virtual ~Fetch() = default;
+    };
+
+    /// One of: a file to render, a finished picture, or the reason why there is neither.
+    struct Result {
+        std::shared_ptr<const File> file;
+        QImage image;
+        QString reason;
+        bool isSignedOut = false; ///< see Reply
+    };
+    using Done = std::function<void(Result)>;
+
+    virtual ~PreviewSource() = default;
+
+    /// Fetches a document, or a picture of it for a box. Calls done once, from the event loop, unless the fetch is
+    /// destroyed before; done may destroy it.
+    virtual std::unique_ptr<Fetch> FetchForPreview(const PreviewSubject& subject, const QSize& box, Done done) = 0;
+};
+
+/// A fetch whose result is known from the start.
+class CompletedFetch : public PreviewSource::Fetch {
+public:
+    CompletedFetch(PreviewSource::Result result, PreviewSource::Done done);
+
+private:
+    Lifetime lifetime;
+};
+
+} // namespace Norlis::Social

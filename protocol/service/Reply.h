@@ -1,0 +1,31 @@
+#pragma once
+
+#include <contracts/Ability.h>
+#include <contracts/NorlisCloudSharingResult.h>
+#include <contracts/OAuth2.h>
+
+#include <QImage>
+
+#include <variant>
+
+namespace Norlis::Social {
+
+using CloudFile = Ability::File<NorlisCloudSharingResult>::FileInfo;
+using QuotaByApplication = QMap<QString, Ability::Quota::QuotaValue>;
+using ServiceCapabilities = QList<QPair<QString, QString>>; ///< see NorlisCloudProtocol::examineService
+
+/// How a request ended. A value, which travels from the service's thread to that of the protocol object.
+struct Reply {
+    using Payload = std::variant<std::monostate, QString, QUrl, QImage, CloudFile, QList<CloudFile>,
+                                 NorlisCloudSharingResult, QuotaByApplication, ServiceCapabilities>;
+
+    RequestResult result = Success;
+    Payload payload;
+    OAuth2::Failure failure;  ///< of an Error
+    bool isSignedOut = false; ///< the service no longer accepts the token
+};
+
+/// A reply that says what went wrong.
+Reply Failed(const QString& what, const QString& document, const QString& reason, const QString& advice = {});
+
+} // namespace Norlis::Social

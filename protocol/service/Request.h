@@ -1,0 +1,52 @@
+#pragma once
+
+#include "TransferToken.h"
+
+#include <QSize>
+
+#include <memory>
+#include <variant>
+
+/// What the protocol object asks of a cloud service. Values, which travel from the thread of the one to that of the
+/// other.
+namespace Norlis::Social::Request {
+
+struct SignIn {
+    QString token;
+};
+/// Forgets the token and everything that was learnt with it.
+struct SignOut {};
+struct UserName {};
+struct UserPage {};
+struct UserPictureAddress {};
+struct UserPicture {};
+struct Info {
+    QString document;
+};
+struct List {};
+struct Download {
+    QString document;
+    QString localPath;
+    std::shared_ptr<TransferToken> token;
+};
+struct Upload {
+    QString localPath;
+    QString document; ///< the one to replace; empty makes a new one
+    QString mimeType;
+    QString md5Hash; ///< of the local file; empty when unknown
+    std::shared_ptr<TransferToken> token;
+};
+struct Remove {
+    QString document;
+};
+struct Quota {};
+struct Capabilities {};
+struct Preview {
+    QString document;
+    QSize box; ///< the picture fits into it without being distorted
+};
+
+using Any = std::variant<SignIn, SignOut, UserName, UserPage, UserPictureAddress, UserPicture, Info, List, Download,
+                         Upload, Remove, Quota, Capabilities, Preview>;
+
+} // namespace Norlis::Social::Request
