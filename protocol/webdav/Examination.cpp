@@ -71,15 +71,15 @@ void Examination::Plan()
     steps.push_back({PropFind(firstUrl), [this](const HttpResponse& response) { LearnOfFile(response); }});
     steps.push_back({FromPosition(Get(firstUrl), 2), [this](const HttpResponse& response) {
                          const bool isRest = response.Status() == 206 && response.body == content.mid(2);
-                         Note("sends the rest of a file", YesOrNo(isRest));
+                         Note("range requests", YesOrNo(isRest));
                          Note("ETag with the content", YesOrNo(EntityTag{response.head.Field("etag")}.IsValid()));
                      }});
     steps.push_back({move, [this](const HttpResponse& response) {
-                         Note("gives files another name", YesOrNo(response.HasSucceeded()));
+                         Note("MOVE", YesOrNo(response.HasSucceeded()));
                      }});
     steps.push_back({StoreMd5(secondUrl, someMd5, unknownTag), [this](const HttpResponse& response) {
                          server->keepsProperties = IsPropertyStored(response);
-                         Note("keeps hashes for us", YesOrNo(*server->keepsProperties));
+                         Note("custom properties", YesOrNo(*server->keepsProperties));
                      }});
     steps.push_back({put, [](const HttpResponse&) {}});
     steps.push_back({move, [this](const HttpResponse& response) {
@@ -149,7 +149,7 @@ void Examination::NoteTold(const QString& trait, const QByteArray& told)
     const QString text = Tidied(server->secrets.Redact(QString::fromUtf8(told))).left(longestFinding);
     const bool isPrivate = (!server->user.isEmpty() && text.contains(server->user, Qt::CaseInsensitive)) ||
                            text.contains(server->collection.Host(), Qt::CaseInsensitive);
-    Note(trait, text.isEmpty() || isPrivate ? QStringLiteral("not told") : text);
+    Note(trait, text.isEmpty() || isPrivate ? QStringLiteral("not reported") : text);
 }
 
 bool Examination::GiveUp()

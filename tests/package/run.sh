@@ -37,9 +37,9 @@ expect() {
 
 # ./test is what runs this.
 run_session README.md run 's|^\./run --window.*|run_window|' '/^\.\/test /d' | tee shown
-expect "All 4 came back with the MD5 that they had."
-expect "All 2 came back with the MD5 that they had."
-expect "The window."
+expect "All 4 came back with the same MD5."
+expect "All 2 came back with the same MD5."
+expect "Opening the window."
 
 coproc "$serve" rclone
 server=$COPROC_PID
@@ -48,13 +48,13 @@ read -r address <&"${COPROC[0]}"
 read -r password <&"${COPROC[0]}"
 export address password
 
-# Where a reader types the password, it is there to be read.
+# Supplies the password that a reader would type.
 here='s|https://anna@cloud.example/dav/|"$address" <<<"$password"|'
 run_session docs/servers.md doctor "$here" | tee shown
 expect '"DAV classes"'
 run_session docs/servers.md run "$here" | tee shown
-expect "All 4 came back with the MD5 that they had."
+expect "All 4 came back with the same MD5."
 run_session README.md server "$here" | tee shown
 [ "$(find "$NORLIS_DEMO_DIR/pictures" -name '*.png' | wc -l)" -eq 12 ] || fail "There are no copies of all pictures"
 expect "DAV classes"
-expect "All 4 came back with the MD5 that they had."
+expect "All 4 came back with the same MD5."

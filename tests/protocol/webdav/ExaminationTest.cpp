@@ -49,11 +49,11 @@ TEST_F(ExaminationTest, TellsWhatAGoodServerCanDo)
 {
     const auto findings = Findings();
     EXPECT_EQ(findings["service"], "WebDAV");
-    EXPECT_EQ(findings["software"], "not told");
+    EXPECT_EQ(findings["software"], "not reported");
     EXPECT_EQ(findings["DAV classes"], "1");
-    for (const char* trait : {"takes uploads", "honours If-None-Match", "honours If-Match", "ETag in lists",
-                              "sends the rest of a file", "ETag with the content", "gives files another name",
-                              "keeps hashes for us", "refuses to overwrite", "tells when a file was made"}) {
+    for (const char* trait :
+         {"takes uploads", "honours If-None-Match", "honours If-Match", "ETag in lists", "range requests",
+          "ETag with the content", "MOVE", "custom properties", "refuses to overwrite", "tells when a file was made"}) {
         EXPECT_EQ(findings[trait], "yes") << trait;
     }
     for (const char* trait :
@@ -81,8 +81,8 @@ TEST_F(ExaminationTest, TellsWhatAServerCannotDo)
                          wire.Finish();
                      }});
     const auto findings = Findings();
-    for (const char* trait : {"honours If-None-Match", "honours If-Match", "sends the rest of a file",
-                              "keeps hashes for us", "refuses to overwrite"}) {
+    for (const char* trait :
+         {"honours If-None-Match", "honours If-Match", "range requests", "custom properties", "refuses to overwrite"}) {
         EXPECT_EQ(findings[trait], "no") << trait;
     }
 }
