@@ -6,11 +6,11 @@ namespace Norlis::Social {
 
 namespace {
 
-constexpr int longestKeptBody = 1024 * 1024; // bytes; of answers that are read as a whole
-constexpr long longestConnecting = 20'000;   // milliseconds
-constexpr long bufferSize = 512 * 1024;      // bytes; large transfers pass in fewer steps
-constexpr qint64 largeBody = 1024 * 1024;    // bytes, from which on the server is asked before it is sent
-constexpr long longestAnswerToAsking = 500;  // milliseconds; some servers never answer that
+constexpr int maxKeptBody = 1024 * 1024;  // bytes; of answers that are read as a whole
+constexpr long connectTimeout = 20'000;   // milliseconds
+constexpr long bufferSize = 512 * 1024;   // bytes; so that large transfers take fewer steps
+constexpr qint64 largeBody = 1024 * 1024; // bytes, from which on the server is asked before it is sent
+constexpr long expectTimeout = 500;       // milliseconds; some servers never answer that
 
 HttpResponse::Fault FaultOf(CURLcode code)
 {
@@ -48,9 +48,9 @@ QString TextOf(CURLcode code, const char* detail)
         return {};
     case CURLE_UNSUPPORTED_PROTOCOL:
     case CURLE_WEIRD_SERVER_REPLY:
-        return QStringLiteral("what answers there does not speak HTTP");
+        return QStringLiteral("the answer is not HTTP");
     case CURLE_SSL_CONNECT_ERROR:
-        return QStringLiteral("no encrypted connection could be agreed on (%1)").arg(QString::fromUtf8(detail));
+        return QStringLiteral("no secure connection could be established (%1)").arg(QString::fromUtf8(detail));
     default:
         return QString::fromUtf8(detail[0] != '\0' ? detail : curl_easy_strerror(code));
     }
@@ -66,7 +66,7 @@ CurlExchange* Self(void* self)
 CurlExchange::CurlExchange(CurlLoop& loop, const HttpRequest& request, const Settings& settings)
     : loop(loop),
       request(request),
-      patience(settings.patience),
+      silenceTimeout(settings.silenceTimeout),
       handle(curl_easy_init())
 {
     response.url = request.url;
@@ -94,7 +94,7 @@ void CurlExchange::SetUp(const Settings& settings)
     curl_easy_setopt(handle, CURLOPT_ERRORBUFFER, errorText);
     curl_easy_setopt(handle, CURLOPT_BUFFERSIZE, bufferSize);
     curl_easy_setopt(handle, CURLOPT_UPLOAD_BUFFERSIZE, bufferSize);
-    curl_easy_setopt(handle, CURLOPT_CONNECTTIMEOUT_MS, std::min<long>(longestConnecting, patience));
+    curl_easy_setopt(handle, CURLOPT_CONNECTTIMEOUT_MS, std::min<long>(connectTimeout, silenceTimeout));
     curl_easy_setopt(handle, CURLOPT_USERAGENT, settings.userAgent.constData());
     curl_easy_setopt(handle, CURLOPT_PREREQFUNCTION, &CurlExchange::OnRequest);
     curl_easy_setopt(handle, CURLOPT_PREREQDATA, this);
@@ -130,7 +130,7 @@ void CurlExchange::SetUpBody()
         curl_easy_setopt(handle, CURLOPT_READDATA, this);
         curl_easy_setopt(handle, CURLOPT_SEEKFUNCTION, &CurlExchange::OnSeek);
         curl_easy_setopt(handle, CURLOPT_SEEKDATA, this);
-        curl_easy_setopt(handle, CURLOPT_EXPECT_100_TIMEOUT_MS, longestAnswerToAsking);
+        curl_easy_setopt(handle, CURLOPT_EXPECT_100_TIMEOUT_MS, expectTimeout);
     } else if (!request.body.isEmpty()) {
         curl_easy_setopt(handle, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(size));
         curl_easy_setopt(handle, CURLOPT_POSTFIELDS, request.body.constData());
@@ -157,8 +157,8 @@ void CurlExchange::Start(Done whenDone)
 
 std::function<void()> CurlExchange::Resumer()
 {
-    return [this, alive = std::weak_ptr<bool>(life)] {
-        if (!alive.expired()) {
+    return [this, guard = lifetime.Watch()] {
+        if (guard) {
             isPaused = false;
             sinceActivity.start();
             loop.Resume(handle);
@@ -187,10 +187,10 @@ void CurlExchange::CheckSilence()
         seenBytes = bytes;
         sinceActivity.start();
     }
-    if (sinceActivity.elapsed() >= patience) {
+    if (sinceActivity.elapsed() >= silenceTimeout) {
         loop.Remove(handle);
         Fail(HttpResponse::Fault::Silent, QStringLiteral("The server has been silent for %1 seconds")
-                                              .arg(QString::number(patience / 1000.0, 'g', 3)));
+                                              .arg(QString::number(silenceTimeout / 1000.0, 'g', 3)));
     }
 }
 
@@ -239,7 +239,7 @@ std::size_t CurlExchange::TakeBody(const char* data, std::size_t size)
 {
     if (!request.sink || !response.head.HasSucceeded()) {
         // What is beyond is read, so that the connection can be kept, but not stored.
-        const auto room = static_cast<std::size_t>(longestKeptBody - response.body.size());
+        const auto room = static_cast<std::size_t>(maxKeptBody - response.body.size());
         response.body.append(data, static_cast<int>(std::min(room, size)));
         return size;
     }
@@ -310,8 +310,7 @@ void CurlExchange::Fail(HttpResponse::Fault fault, const QString& text)
 {
     response.fault = fault;
     response.faultText = text;
-    const auto whenDone = std::move(done); // it destroys this object
-    whenDone(std::move(response));
+    CallOnce(done, std::move(response)); // it destroys this object
 }
 
 } // namespace Norlis::Social

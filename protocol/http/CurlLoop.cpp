@@ -5,7 +5,7 @@ namespace Norlis::Social {
 namespace {
 
 // More than are used at once, so that the next request finds a connection open.
-constexpr long keptConnections = 16;
+constexpr long maxKeptConnections = 16;
 
 CURLM* NewMulti()
 {
@@ -22,7 +22,7 @@ CurlLoop::CurlLoop() : multi(NewMulti())
     curl_multi_setopt(multi, CURLMOPT_SOCKETDATA, this);
     curl_multi_setopt(multi, CURLMOPT_TIMERFUNCTION, &CurlLoop::OnTimer);
     curl_multi_setopt(multi, CURLMOPT_TIMERDATA, this);
-    curl_multi_setopt(multi, CURLMOPT_MAXCONNECTS, keptConnections);
+    curl_multi_setopt(multi, CURLMOPT_MAXCONNECTS, maxKeptConnections);
     curl_multi_setopt(multi, CURLMOPT_PIPELINING, CURLPIPE_NOTHING);
     timer.setSingleShot(true);
     timer.setTimerType(Qt::PreciseTimer);
@@ -128,8 +128,8 @@ void CurlLoop::Act(curl_socket_t socket, int flags)
 void CurlLoop::CollectEnded()
 {
     // One after the other: the end of one may take back others that have ended too, or destroy this object.
-    const std::weak_ptr<bool> alive = life;
-    while (!alive.expired()) {
+    const auto guard = lifetime.Watch();
+    while (guard) {
         const auto ended = TakeEnded();
         if (!ended) {
             return;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <base/Lifetime.h>
+
 #include <QObject>
 #include <QSocketNotifier>
 #include <QTimer>
@@ -51,7 +53,7 @@ private:
     std::unordered_map<CURL*, Done> running;
     std::unordered_map<CURL*, CURLcode> refused; ///< of those, when they were resumed
     QTimer timer;
-    const std::shared_ptr<bool> life = std::make_shared<bool>(); ///< held weakly by what may outlive this
+    Lifetime lifetime; ///< what is called for a transfer that has ended may destroy this object
 };
 
 } // namespace Norlis::Social

@@ -14,7 +14,7 @@ namespace Norlis::Social {
 class HttpSource {
 public:
     static constexpr qint64 later = -1;  ///< nothing is there yet; onReady follows
-    static constexpr qint64 failed = -2; ///< the request is given up
+    static constexpr qint64 failed = -2; ///< the request fails
 
     virtual ~HttpSource() = default;
 
@@ -25,7 +25,7 @@ public:
     /// read after a `later`.
     virtual void Begin(std::function<void()> onReady) = 0;
 
-    /// The number of bytes put into the buffer, 0 at the end, or one of the constants above.
+    /// Returns the number of bytes written to the buffer, 0 at the end, or one of the constants above.
     virtual qint64 Read(char* buffer, qint64 size) = 0;
 };
 
@@ -85,9 +85,9 @@ struct HttpResponse {
     enum class Fault {
         None,
         Unreachable, ///< no connection
-        Untrusted,   ///< TLS: nobody vouches for the server
-        Silent,      ///< nothing moved for too long
-        Broken,      ///< the connection ended too early, or what came was no HTTP
+        Untrusted,   ///< TLS: the server's certificate cannot be verified
+        Silent,      ///< no activity for too long
+        Broken,      ///< the connection ended too early, or the answer was not HTTP
         Redirected,  ///< to where the request must not go
         SourceFailed,
         SinkRefused,

@@ -11,13 +11,13 @@ namespace Norlis::Social {
 namespace {
 
 const auto what = QStringLiteral("Download");
-constexpr int mostAttemptsInVain = 4;
-constexpr int mostStartsOver = 3;
+constexpr int maxFruitlessAttempts = 4;
+constexpr int maxRestarts = 3;
 
 /// The parts of a Content-Range (RFC 9110, 14.4) of bytes.
 struct ContentRange {
     qint64 first = -1;
-    qint64 size = -1; ///< of the whole; -1 when not told
+    qint64 size = -1; ///< of the whole; -1 when not reported
 
     explicit ContentRange(const QByteArray& value)
     {
@@ -47,8 +47,8 @@ qint64 LengthOf(const HttpHead& head)
 } // namespace
 
 DownloadOperation::DownloadOperation(qint64 id, const Request::Download& request,
-                                     const std::shared_ptr<WebDavServer>& server, const Tools& tools, Finish finish)
-    : Operation(server, std::move(finish)),
+                                     const std::shared_ptr<WebDavSession>& session, const Tools& tools, Finish finish)
+    : Operation(session, std::move(finish)),
       id(id),
       request(request),
       tools(tools)
@@ -57,12 +57,12 @@ DownloadOperation::DownloadOperation(qint64 id, const Request::Download& request
 
 DownloadOperation::~DownloadOperation()
 {
-    tools.directory.Forget(id);
+    session->directory.Forget(id);
 }
 
 void DownloadOperation::Start()
 {
-    tools.directory.Find(id, request.document, what, [this](const DavDocument* found, Reply&& failure) {
+    session->directory.Find(id, request.document, what, [this](const DavDocument* found, Reply&& failure) {
         if (!found) {
             End(std::move(failure));
             return;
@@ -75,7 +75,7 @@ void DownloadOperation::Start()
         }
         const QString folder = QFileInfo(request.localPath).path();
         sink = std::make_shared<DownloadSink>(
-            folder, tools.pool, [this](const HttpHead& head, qint64& from) { return WhyNotTaken(head, from); },
+            folder, tools.pool, [this](const HttpHead& head, qint64& from) { return CheckAnswer(head, from); },
             [this](qint64 position) { ReportProgress(position); });
         if (!sink->Open()) {
             Fail(QStringLiteral("Nothing can be written to %1: %2").arg(folder, sink->ErrorText()),
@@ -90,7 +90,7 @@ void DownloadOperation::Start()
 void DownloadOperation::Get()
 {
     positionBefore = sink->Position();
-    HttpRequest get = GetDocument(server->collection.UrlOf(document.name));
+    HttpRequest get = GetDocument(session->collection.UrlOf(document.name));
     if (positionBefore > 0 && EntityTag{etag}.IsStrong()) {
         get = FromPosition(get, positionBefore, etag);
     }
@@ -98,22 +98,22 @@ void DownloadOperation::Get()
     requests.Send(OnLane(HttpRequest::Lane::Transfer, get), [this](HttpResponse&& response) { OnResponse(response); });
 }
 
-QString DownloadOperation::WhyNotTaken(const HttpHead& head, qint64& from)
+QString DownloadOperation::CheckAnswer(const HttpHead& head, qint64& from)
 {
     const QByteArray encoding = head.Field("content-encoding").toLower();
     if (!encoding.isEmpty() && encoding != "identity") {
-        return QStringLiteral("The server sends the document packed (%1), which was not asked for")
+        return QStringLiteral("The server sends the document compressed (%1), although this was not requested")
             .arg(QString::fromLatin1(encoding));
     }
     if (head.status == 206) {
-        return WhyNotTheRest(head, from);
+        return CheckRange(head, from);
     }
     if (head.status != 200) {
-        return QStringLiteral("The server answers with %1 in place of the document").arg(head.status);
+        return QStringLiteral("The server answers with %1 instead of the document").arg(head.status);
     }
     const QString contentType = QString::fromLatin1(head.Field("content-type"));
     if (IsHtml(contentType) && !IsHtml(document.ToCloudFile().mimeType)) {
-        return QStringLiteral("The server sends a web page in place of the document");
+        return QStringLiteral("The server sends a web page instead of the document");
     }
     from = 0;
     etag = head.Field("etag");
@@ -121,13 +121,13 @@ QString DownloadOperation::WhyNotTaken(const HttpHead& head, qint64& from)
     return {};
 }
 
-QString DownloadOperation::WhyNotTheRest(const HttpHead& head, qint64& from) const
+QString DownloadOperation::CheckRange(const HttpHead& head, qint64& from) const
 {
     const ContentRange range(head.Field("content-range"));
     const QByteArray newEtag = head.Field("etag");
     if (positionBefore == 0 || range.first != positionBefore || (size >= 0 && range.size >= 0 && range.size != size) ||
         (!newEtag.isEmpty() && newEtag != etag)) {
-        return QStringLiteral("The server sends another part of the document than the one that was asked for");
+        return QStringLiteral("The server sends another part of the document than the requested one");
     }
     from = positionBefore;
     return {};
@@ -156,9 +156,9 @@ void DownloadOperation::OnResponse(const HttpResponse& response)
         return;
     }
     if (IsMissing(response.Status())) {
-        server->documents.remove(document.id);
+        session->documents.remove(document.id);
     }
-    End(server->Failure(what, document.Name(), response));
+    End(session->Failure(what, document.Name(), response));
 }
 
 bool DownloadOperation::GoOn(const HttpResponse& response)
@@ -171,12 +171,12 @@ bool DownloadOperation::GoOn(const HttpResponse& response)
     }
     const bool hasMovedOn = sink->Position() > positionBefore;
     if (response.fault == HttpResponse::Fault::Silent && !hasMovedOn) {
-        return false; // that has taken long enough
+        return false; // it has taken long enough
     }
-    attemptsInVain = hasMovedOn ? 0 : attemptsInVain + 1;
+    fruitlessAttempts = hasMovedOn ? 0 : fruitlessAttempts + 1;
     const bool startsAgain = isWrongPart || !EntityTag{etag}.IsStrong();
-    startsOver += startsAgain ? 1 : 0;
-    if (attemptsInVain > mostAttemptsInVain || startsOver > mostStartsOver || (startsAgain && !sink->Open())) {
+    restarts += startsAgain ? 1 : 0;
+    if (fruitlessAttempts > maxFruitlessAttempts || restarts > maxRestarts || (startsAgain && !sink->Open())) {
         return false;
     }
     Get();
@@ -185,15 +185,15 @@ bool DownloadOperation::GoOn(const HttpResponse& response)
 
 void DownloadOperation::AskForSize()
 {
-    // The answer ended where the connection did, or is not as long as the list has it: only the server can say whether
+    // The answer ended where the connection did, or its length is not that in the list: only the server can say whether
     // that was the end of the document.
-    const HttpRequest look = OnLane(HttpRequest::Lane::Transfer, PropFind(server->collection.UrlOf(document.name)));
+    const HttpRequest look = OnLane(HttpRequest::Lane::Transfer, PropFind(session->collection.UrlOf(document.name)));
     requests.Send(look, [this](HttpResponse&& response) {
-        DavPath path = server->collection.Path();
+        DavPath path = session->collection.Path();
         path.push_back(document.name);
         const auto entry = EntryOfDepth0(response, path);
         if (!entry || !entry->size) {
-            Fail("The server does not tell how large the document is", "Try again.");
+            Fail("The server does not report how large the document is", "Try again.");
         } else {
             Check(*entry->size);
         }
@@ -219,7 +219,7 @@ void DownloadOperation::PutInPlace()
     const bool isSameVersion = etag.isEmpty() || EntityTag{etag}.SameIgnoringWeakness({document.etag});
     if (isSameVersion && !document.md5.isEmpty() && sink->Md5().toLatin1() != document.md5) {
         Fail("The document that arrived does not have the hash that the server gives for it",
-             "Refresh the list and try again. If it stays like this, the document is damaged on the server.");
+             "Refresh the list and try again. If this happens again, the document is damaged on the server.");
         return;
     }
     bool isWritten = false;
@@ -251,7 +251,7 @@ void DownloadOperation::ReportProgress(qint64 position)
 
 void DownloadOperation::Fail(const QString& reason, const QString& advice)
 {
-    End(Failed(what, document.Name(), server->secrets.Redact(reason), advice));
+    End(Failed(what, document.Name(), session->secrets.Redact(reason), advice));
 }
 
 } // namespace Norlis::Social

@@ -7,9 +7,9 @@ namespace Norlis::Social {
 
 namespace {
 
-constexpr int mostAttempts = 2;
-constexpr qint64 mostInTurn = 128 * 1024;    // bytes; a few milliseconds' work
-constexpr qint64 leftoverAge = 24 * 60 * 60; // seconds
+constexpr int maxAttempts = 2;
+constexpr qint64 maxBytesPerTurn = 128 * 1024; // bytes; a few milliseconds' work
+constexpr qint64 leftoverAge = 24 * 60 * 60;   // seconds
 
 bool IsLeftover(const DavEntry& entry)
 {
@@ -30,8 +30,8 @@ ListingSink::ListingSink(const DavPath& path, OnEntries onEntries) : path(path),
 {
     nextTurn.setSingleShot(true);
     QObject::connect(&nextTurn, &QTimer::timeout, &nextTurn, [this] {
-        const auto whenReady = onReady; // it may destroy this object
-        whenReady();
+        const auto resume = onReady; // it may destroy this object
+        resume();
     });
 }
 
@@ -46,7 +46,7 @@ bool ListingSink::Begin(const HttpHead& head, std::function<void()> whenReady)
 
 HttpSink::Taken ListingSink::Add(const char* data, qint64 size)
 {
-    if (takenInTurn >= mostInTurn) {
+    if (takenInTurn >= maxBytesPerTurn) {
         takenInTurn = 0;
         nextTurn.start(0);
         return Taken::Later;
@@ -69,19 +69,19 @@ QString ListingSink::Finish()
     }
     onEntries(parser->TakeEntries());
     if (!parser->SawSelf()) {
-        return QStringLiteral("The listing is of another place");
+        return QStringLiteral("The listing is of another collection");
     }
     if (parser->RefusedCount() > 0) {
-        return QStringLiteral("The server keeps back what it knows of %1 documents").arg(parser->RefusedCount());
+        return QStringLiteral("The server withholds the details of %1 documents").arg(parser->RefusedCount());
     }
     return {};
 }
 
-Listing::Listing(WebDavServer& server, std::function<void(Result)> done)
-    : server(server),
+Listing::Listing(WebDavSession& session, std::function<void(Result)> done)
+    : session(session),
       done(std::move(done)),
-      requests(server.http),
-      asksForHashes(server.documents.isEmpty())
+      requests(session.http),
+      asksForHashes(session.documents.isEmpty())
 {
     Send();
 }
@@ -89,11 +89,11 @@ Listing::Listing(WebDavServer& server, std::function<void(Result)> done)
 void Listing::Send()
 {
     result = {};
-    sink = std::make_shared<ListingSink>(server.collection.Path(),
+    sink = std::make_shared<ListingSink>(session.collection.Path(),
                                          [this](std::vector<DavEntry>&& entries) { Add(std::move(entries)); });
     hasNewVersions = false;
     HttpRequest request =
-        PropFindMembers(server.collection.Url(), {server.isFamily, asksForHashes && MayHaveStoredHashes()});
+        PropFindMembers(session.collection.Url(), {session.isNextcloudLike, asksForHashes && MayHaveStoredHashes()});
     request.sink = sink;
     requests.Send(OnLane(HttpRequest::Lane::Listing, request),
                   [this](HttpResponse&& response) { OnResponse(std::move(response)); });
@@ -115,8 +115,8 @@ void Listing::Add(std::vector<DavEntry>&& entries)
 
 void Listing::TakeKnownHash(DavDocument& document)
 {
-    const auto known = server.documents.constFind(document.id);
-    const bool isKnown = known != server.documents.constEnd() && IsSameVersion(*known, document);
+    const auto known = session.documents.constFind(document.id);
+    const bool isKnown = known != session.documents.constEnd() && IsSameVersion(*known, document);
     if (document.md5.isEmpty() && isKnown) {
         document.md5 = known->md5;
     }
@@ -126,13 +126,13 @@ void Listing::TakeKnownHash(DavDocument& document)
 
 bool Listing::MayHaveStoredHashes() const
 {
-    return !server.isFamily && server.keepsProperties.value_or(true);
+    return !session.isNextcloudLike && session.storesProperties.value_or(true);
 }
 
 void Listing::OnResponse(HttpResponse&& response)
 {
     const auto what = QStringLiteral("Fetching the list of documents");
-    if (response.fault == HttpResponse::Fault::Broken && attempts < mostAttempts) {
+    if (response.fault == HttpResponse::Fault::Broken && attempts < maxAttempts) {
         ++attempts;
         Send();
         return;
@@ -140,7 +140,7 @@ void Listing::OnResponse(HttpResponse&& response)
     const bool hasListing = response.HasSucceeded() || response.fault == HttpResponse::Fault::SinkRefused;
     const QString problem = hasListing ? sink->Finish() : QString();
     if (!hasListing) {
-        result.failure = server.Failure(what, {}, response);
+        result.failure = session.Failure(what, {}, response);
     } else if (!problem.isEmpty()) {
         result.failure = Failed(what, {}, problem, "Check that the address is that of a WebDAV collection.");
     } else if (hasNewVersions && !asksForHashes && MayHaveStoredHashes()) {
@@ -148,8 +148,7 @@ void Listing::OnResponse(HttpResponse&& response)
         Send();
         return;
     }
-    const auto whenDone = done; // it may destroy this object
-    whenDone(std::move(result));
+    CallOnce(done, std::move(result)); // it may destroy this object
 }
 
 } // namespace Norlis::Social

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "DavDocument.h"
-#include "WebDavServer.h"
+#include "WebDavSession.h"
+#include <base/Lifetime.h>
 #include <protocol/dav/MultiStatusParser.h>
 #include <protocol/http/HttpRequestGroup.h>
 
@@ -20,14 +20,14 @@ public:
     bool Begin(const HttpHead& head, std::function<void()> onReady) override;
     Taken Add(const char* data, qint64 size) override;
 
-    /// After the last piece: what is wrong with the listing; empty when nothing is.
+    /// After the last piece: what is wrong with the listing; empty when it is complete.
     QString Finish();
 
 private:
     const DavPath path;
     const OnEntries onEntries;
-    std::function<void()> onReady;
-    qint64 takenInTurn = 0; ///< bytes
+    std::function<void()> onReady; ///< while the listing waits for its turn
+    qint64 takenInTurn = 0;        ///< bytes
     QTimer nextTurn;
     std::unique_ptr<MultiStatusParser> parser;
     bool isMultiStatus = false;
@@ -43,7 +43,7 @@ public:
         std::optional<Reply> failure; ///< then nothing follows from the rest
     };
 
-    Listing(WebDavServer& server, std::function<void(Result)> done);
+    Listing(WebDavSession& session, std::function<void(Result)> done);
 
 private:
     void Send();
@@ -52,8 +52,8 @@ private:
     bool MayHaveStoredHashes() const;
     void OnResponse(HttpResponse&& response);
 
-    WebDavServer& server;
-    const std::function<void(Result)> done;
+    WebDavSession& session;
+    std::function<void(Result)> done;
     HttpRequestGroup requests;
     std::shared_ptr<ListingSink> sink;
     Result result;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "WebDavServer.h"
+#include "WebDavSession.h"
 #include <base/Lifetime.h>
 #include <protocol/http/HttpRequestGroup.h>
 #include <protocol/preview/PreviewSource.h>
@@ -12,7 +12,7 @@ namespace Norlis::Social {
 class PreviewFetch : public PreviewSource::Fetch {
 public:
     /// \param folder for the document while it is rendered
-    PreviewFetch(const std::shared_ptr<WebDavServer>& server, const DavDocument& document, const QSize& box,
+    PreviewFetch(const std::shared_ptr<WebDavSession>& session, const DavDocument& document, const QSize& box,
                  const QString& folder, QThreadPool& pool, PreviewSource::Done done);
 
 private:
@@ -25,7 +25,7 @@ private:
     /// As the last thing: it may destroy this object.
     void End(PreviewSource::Result&& result);
 
-    const std::shared_ptr<WebDavServer> server;
+    const std::shared_ptr<WebDavSession> session;
     const DavDocument document;
     PreviewSource::Done done;
     std::shared_ptr<DownloadSink> sink;

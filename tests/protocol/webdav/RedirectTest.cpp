@@ -134,7 +134,7 @@ TEST_F(RedirectTest, RedirectionWithoutATargetIsSaid)
     server.Misbehave("PROPFIND", AnswersWith(302));
     Client client(settings, server.Password());
     ASSERT_TRUE(client.Authorize()->Fails());
-    EXPECT_EQ(LastReason(client), "The server redirects without saying where to");
+    EXPECT_EQ(LastReason(client), "The server redirects without saying where");
 }
 
 TEST_F(RedirectTest, AnswerThatIsElsewhereIsNotTakenForTheCollection)

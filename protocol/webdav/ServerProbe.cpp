@@ -1,4 +1,4 @@
-#include "Examination.h"
+#include "ServerProbe.h"
 
 #include <files/AtomicFile.h>
 #include <protocol/dav/EntityTag.h>
@@ -8,11 +8,11 @@ namespace Norlis::Social {
 
 namespace {
 
-const auto what = QStringLiteral("The examination of the service");
-const QByteArray content = "examined";
+const auto what = QStringLiteral("Checking the service");
+const QByteArray content = "probe";
 const QByteArray unknownTag = "\"norlis\"";
 const QByteArray someMd5 = "d41d8cd98f00b204e9800998ecf8427e";
-constexpr int longestFinding = 80; // characters of what a server says
+constexpr int maxFindingLength = 80; // characters of what a server says
 
 QString YesOrNo(bool isSo)
 {
@@ -30,103 +30,100 @@ QString Refusal(const HttpResponse& response)
 
 } // namespace
 
-Examination::Examination(const std::shared_ptr<WebDavServer>& server, Sweeper& sweeper, Finish finish)
-    : Operation(server, std::move(finish)),
-      sweeper(sweeper),
+ServerProbe::ServerProbe(const std::shared_ptr<WebDavSession>& session, Finish finish)
+    : Operation(session, std::move(finish)),
       first(Files::AtomicFile::NewTemporaryName().toUtf8()),
       second(Files::AtomicFile::NewTemporaryName().toUtf8())
 {
 }
 
-void Examination::Start()
+void ServerProbe::Start()
 {
     Note("service", "WebDAV");
     Plan();
     TakeNextStep();
 }
 
-void Examination::Plan()
+void ServerProbe::Plan()
 {
-    const QByteArray firstUrl = server->collection.UrlOf(first);
-    const QByteArray secondUrl = server->collection.UrlOf(second);
+    const QByteArray firstUrl = session->collection.UrlOf(first);
+    const QByteArray secondUrl = session->collection.UrlOf(second);
     HttpRequest put = Put(firstUrl);
     put.body = content;
     const HttpRequest move = OnLane(HttpRequest::Lane::Transfer, Move(firstUrl, secondUrl, false));
-    steps.push_back({Options(server->collection.Url()), [this](const HttpResponse& response) {
-                         NoteTold("software", response.head.Field("server"));
-                         NoteTold("DAV classes", response.head.Field("dav"));
+    steps.push_back({Options(session->collection.Url()), [this](const HttpResponse& response) {
+                         NoteReported("software", response.head.Field("server"));
+                         NoteReported("DAV classes", response.head.Field("dav"));
                      }});
     steps.push_back(
-        {PropFind(server->collection.Url()), [this](const HttpResponse& response) { LearnOfCollection(response); }});
+        {PropFind(session->collection.Url()), [this](const HttpResponse& response) { OnCollection(response); }});
     steps.push_back({put, [this](const HttpResponse& response) {
                          Note("takes uploads", YesOrNo(response.HasSucceeded()));
                          if (!response.HasSucceeded()) {
-                             steps.clear(); // without a file there is nothing more to be found out
+                             steps.clear(); // without a file nothing more can be found out
                          }
                      }});
     steps.push_back(
         {IfNew(put), [this](const HttpResponse& response) { Note("honours If-None-Match", Refusal(response)); }});
     steps.push_back({IfMatch(put, unknownTag),
                      [this](const HttpResponse& response) { Note("honours If-Match", Refusal(response)); }});
-    steps.push_back({PropFind(firstUrl), [this](const HttpResponse& response) { LearnOfFile(response); }});
+    steps.push_back({PropFind(firstUrl), [this](const HttpResponse& response) { OnFile(response); }});
     steps.push_back({FromPosition(Get(firstUrl), 2), [this](const HttpResponse& response) {
                          const bool isRest = response.Status() == 206 && response.body == content.mid(2);
                          Note("range requests", YesOrNo(isRest));
                          Note("ETag with the content", YesOrNo(EntityTag{response.head.Field("etag")}.IsValid()));
                      }});
-    steps.push_back({move, [this](const HttpResponse& response) {
-                         Note("MOVE", YesOrNo(response.HasSucceeded()));
-                     }});
+    steps.push_back({move, [this](const HttpResponse& response) { Note("MOVE", YesOrNo(response.HasSucceeded())); }});
     steps.push_back({StoreMd5(secondUrl, someMd5, unknownTag), [this](const HttpResponse& response) {
-                         server->keepsProperties = IsPropertyStored(response);
-                         Note("custom properties", YesOrNo(*server->keepsProperties));
+                         session->storesProperties = IsPropertyStored(response);
+                         Note("custom properties", YesOrNo(*session->storesProperties));
                      }});
     steps.push_back({put, [](const HttpResponse&) {}});
     steps.push_back({move, [this](const HttpResponse& response) {
-                         server->refusesToOverwrite = response.Status() == 412;
+                         session->refusesToOverwrite = response.Status() == 412;
                          Note("refuses to overwrite", Refusal(response));
                      }});
 }
 
-void Examination::TakeNextStep()
+void ServerProbe::TakeNextStep()
 {
     if (steps.empty()) {
-        RemoveFiles([this, alive = std::weak_ptr<bool>(life)] {
-            if (!alive.expired()) {
-                End(problem ? *problem : Reply{Success, traits, {}, false});
+        DeleteFiles([this, guard = lifetime.Watch()] {
+            if (guard) {
+                End(failure ? *failure : Reply{Success, capabilities, {}, false});
             }
         });
         return;
     }
     const Step step = std::move(steps.front());
     steps.pop_front();
-    requests.Send(step.request, [this, learn = step.learn](HttpResponse&& response) {
+    requests.Send(step.request, [this, onResponse = step.onResponse](HttpResponse&& response) {
         if (response.fault != HttpResponse::Fault::None || response.Status() == 401) {
-            problem = server->Failure(what, {}, response);
+            failure = session->Failure(what, {}, response);
             steps.clear();
         } else {
-            learn(response);
+            onResponse(response);
         }
         TakeNextStep();
     });
 }
 
-void Examination::LearnOfCollection(const HttpResponse& response)
+void ServerProbe::OnCollection(const HttpResponse& response)
 {
-    const auto entry = EntryOfDepth0(response, server->collection.Path());
+    const auto entry = EntryOfDepth0(response, session->collection.Path());
     if (!entry) {
-        problem = Failed(what, {}, "The server does not answer like a WebDAV server", "Try again.");
+        failure = Failed(what, {}, "The server does not answer as a WebDAV server does", "Try again.");
         steps.clear();
         return;
     }
-    Note("file ids and checksums of its own", YesOrNo(server->isFamily));
+    Note("file ids and checksums of its own", YesOrNo(session->isNextcloudLike));
     Note("tells used storage", YesOrNo(entry->quotaUsed.value_or(-1) >= 0));
     Note("tells free storage", YesOrNo(entry->quotaAvailable.value_or(-1) >= 0));
 }
 
-void Examination::LearnOfFile(const HttpResponse& response)
+void ServerProbe::OnFile(const HttpResponse& response)
 {
-    DavPath path = server->collection.Path();
+    DavPath path = session->collection.Path();
     path.push_back(first);
     const auto entry = EntryOfDepth0(response, path);
     if (!entry) {
@@ -139,30 +136,30 @@ void Examination::LearnOfFile(const HttpResponse& response)
     Note("tells when a file was made", YesOrNo(entry->createdAt.isValid()));
 }
 
-void Examination::Note(const QString& trait, const QString& finding)
+void ServerProbe::Note(const QString& capability, const QString& finding)
 {
-    traits.append({trait, finding});
+    capabilities.append({capability, finding});
 }
 
-void Examination::NoteTold(const QString& trait, const QByteArray& told)
+void ServerProbe::NoteReported(const QString& capability, const QByteArray& reported)
 {
-    const QString text = Tidied(server->secrets.Redact(QString::fromUtf8(told))).left(longestFinding);
-    const bool isPrivate = (!server->user.isEmpty() && text.contains(server->user, Qt::CaseInsensitive)) ||
-                           text.contains(server->collection.Host(), Qt::CaseInsensitive);
-    Note(trait, text.isEmpty() || isPrivate ? QStringLiteral("not reported") : text);
+    const QString text = Tidied(session->secrets.Redact(QString::fromUtf8(reported))).left(maxFindingLength);
+    const bool isPrivate = (!session->user.isEmpty() && text.contains(session->user, Qt::CaseInsensitive)) ||
+                           text.contains(session->collection.Host(), Qt::CaseInsensitive);
+    Note(capability, text.isEmpty() || isPrivate ? QStringLiteral("not reported") : text);
 }
 
-bool Examination::GiveUp()
+bool ServerProbe::GiveUp()
 {
     requests.CancelAll();
-    RemoveFiles({});
+    DeleteFiles({});
     return true;
 }
 
-void Examination::RemoveFiles(const std::function<void()>& done)
+void ServerProbe::DeleteFiles(const std::function<void()>& done)
 {
-    sweeper.Remove(server->collection.UrlOf(first), false);
-    sweeper.Remove(server->collection.UrlOf(second), false, done);
+    session->housekeeper.DeleteFile(first, false);
+    session->housekeeper.DeleteFile(second, false, done);
 }
 
 } // namespace Norlis::Social
