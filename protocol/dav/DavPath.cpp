@@ -8,7 +8,7 @@ namespace Norlis::Social {
 
 namespace {
 
-/// -1 for what is no hexadecimal digit.
+/// -1 for characters that are not hexadecimal digits.
 int DigitValue(char digit)
 {
     if (digit >= '0' && digit <= '9') {

@@ -1,19 +1,25 @@
 #include "DavRequests.h"
 
+#include "DavEntry.h"
+
 #include <QString>
 
 namespace Norlis::Social {
 
 namespace {
 
-// By name: without names servers send twice as much, and leave out just what is not standard.
+const QByteArray ourNamespace = QByteArray("xmlns:n=\"") + storedMd5Namespace + '"';
+const QByteArray ourProperty = QByteArray("n:") + storedMd5Property;
+
+// By name: otherwise servers send twice as much, and leave out what is not standard.
 const QByteArray propFindBegin =
     R"(<?xml version="1.0" encoding="utf-8"?>)"
-    R"(<d:propfind xmlns:d="DAV:" xmlns:oc="http://owncloud.org/ns" xmlns:nc="http://nextcloud.org/ns")"
-    R"( xmlns:n="http://norlis.org/ns/"><d:prop>)"
+    R"(<d:propfind xmlns:d="DAV:" xmlns:oc="http://owncloud.org/ns" xmlns:nc="http://nextcloud.org/ns" )" +
+    ourNamespace +
+    R"(><d:prop>)"
     R"(<d:resourcetype/><d:getcontentlength/><d:getlastmodified/><d:creationdate/><d:getetag/>)";
 const QByteArray nextcloudProperties = R"(<oc:fileid/><oc:checksums/><nc:has-preview/>)";
-const QByteArray storedMd5 = R"(<n:content-md5/>)";
+const QByteArray storedMd5 = '<' + ourProperty + "/>";
 const QByteArray quotaProperties = R"(<d:quota-used-bytes/><d:quota-available-bytes/>)"; // RFC 4331
 const QByteArray propFindEnd = R"(</d:prop></d:propfind>)";
 const QByteArray xmlType = "application/xml; charset=utf-8";
@@ -62,11 +68,11 @@ HttpRequest StoreMd5(const QByteArray& url, const QByteArray& md5, const QByteAr
 {
     HttpRequest request = Request("PROPPATCH", url);
     request.fields = {{"Content-Type", xmlType}};
-    request.body =
-        R"(<?xml version="1.0" encoding="utf-8"?>)"
-        R"(<d:propertyupdate xmlns:d="DAV:" xmlns:n="http://norlis.org/ns/"><d:set><d:prop><n:content-md5>)" +
-        md5 + ' ' + QString::fromUtf8(etag).toHtmlEscaped().toUtf8() +
-        R"(</n:content-md5></d:prop></d:set></d:propertyupdate>)";
+    request.body = R"(<?xml version="1.0" encoding="utf-8"?>)"
+                   R"(<d:propertyupdate xmlns:d="DAV:" )" +
+                   ourNamespace + "><d:set><d:prop><" + ourProperty + '>' + md5 + ' ' +
+                   QString::fromUtf8(etag).toHtmlEscaped().toUtf8() + "</" + ourProperty +
+                   "></d:prop></d:set></d:propertyupdate>";
     return request;
 }
 

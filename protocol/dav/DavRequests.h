@@ -7,7 +7,7 @@ namespace Norlis::Social {
 // All requests that are sent to a WebDAV server, with the fields that it needs (RFC 4918, RFC 9110). Addresses are
 // those that Collection gives. A sink, a source or a lane is added by the caller.
 
-/// What the server is and can do.
+/// What the server says about itself.
 HttpRequest Options(const QByteArray& url);
 
 /// All that there is to know about a resource, at depth 0. RFC 4918, 9.1.
@@ -31,21 +31,21 @@ HttpRequest Get(const QByteArray& url);
 /// checked.
 HttpRequest GetDocument(const QByteArray& url);
 
-/// The page of a server like Nextcloud that tells, as JSON, who is signed in.
+/// The page of a server like Nextcloud that says, as JSON, who is signed in.
 HttpRequest GetUser(const QByteArray& instanceUrl);
 
 /// \param contentType empty when it is not known
 HttpRequest Put(const QByteArray& url, const QByteArray& contentType = {});
 
-/// Gives a file another name. Not repeated: done twice, it would fail. RFC 4918, 9.9.
+/// Renames a file. Not repeatable: the second time it would fail. RFC 4918, 9.9.
 HttpRequest Move(const QByteArray& fromUrl, const QByteArray& toUrl, bool mayOverwrite);
 
 HttpRequest Delete(const QByteArray& url);
 
-/// The request, done only while the resource has this entity tag.
+/// The request, carried out only if the resource has this entity tag.
 HttpRequest IfMatch(HttpRequest request, const QByteArray& etag);
 
-/// The request, done only if the resource does not exist.
+/// The request, carried out only if the resource does not exist.
 HttpRequest IfNew(HttpRequest request);
 
 /// The request for the bytes from a position to the end; with an entity tag, for all of them if the tag is outdated.

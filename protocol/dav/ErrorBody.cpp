@@ -8,12 +8,12 @@ namespace Norlis::Social {
 
 namespace {
 
-constexpr int maxBodySize = 64 * 1024; // bytes that are looked at
+constexpr int maxBodySize = 64 * 1024; // bytes that are read
 constexpr int maxMessageLength = 300;  // UTF-16 units
 
 const QLatin1String davNamespace("DAV:");
 
-/// Both are the texts that their servers write for people.
+/// Texts for the user, of two kinds of servers.
 bool IsMessage(const QXmlStreamReader& reader)
 {
     return (reader.name() == QLatin1String("message") &&

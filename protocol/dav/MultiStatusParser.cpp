@@ -7,8 +7,8 @@ namespace Norlis::Social {
 
 namespace {
 
-constexpr int sliceSize = 16 * 1024; // bytes that the reader is given at once: it holds a few times as much
-constexpr int openingSize = 4;       // bytes by which the reader knows the encoding
+constexpr int sliceSize = 16 * 1024; // bytes given to the reader at once, which needs several times as much memory
+constexpr int openingSize = 4;       // bytes by which the reader detects the encoding
 constexpr int tooEarly = 425;        // RFC 8470: the content is not ready yet
 
 const QLatin1String davNamespace("DAV:");
@@ -150,14 +150,14 @@ void MultiStatusParser::AddSlices(const QByteArray& bytes)
         reader.addData(slice);
         Read();
         if (tokenSize > maximumTokenSize) {
-            Fail(place == Place::Document ? noListing : damaged); // also where the reader hangs at a wrong encoding
+            Fail(place == Place::Document ? noListing : damaged); // also when the reader is stuck at a wrong encoding
         }
     }
 }
 
 void MultiStatusParser::Read()
 {
-    // What follows the last tag, a script's warning for instance, is no part of the listing.
+    // What follows the last tag, a script's warning for instance, is not part of the listing.
     while (error.isEmpty() && !isEnded && !reader.atEnd()) {
         switch (reader.readNext()) {
         case QXmlStreamReader::StartElement:
@@ -170,7 +170,7 @@ void MultiStatusParser::Read()
             AddText(reader.text());
             break;
         case QXmlStreamReader::DTD:
-            Fail(noListing); // pages for people have one, and so has whoever wants to see entities explode
+            Fail(noListing); // web pages have one, and so have attacks by entities
             break;
         case QXmlStreamReader::Invalid:
             if (reader.error() != QXmlStreamReader::PrematureEndOfDocumentError) {
@@ -193,7 +193,7 @@ void MultiStatusParser::StartElement()
     }
 }
 
-/// False for an element that does not matter where it stands.
+/// False for an element that does not matter in its place.
 bool MultiStatusParser::Enter()
 {
     const QStringRef name = reader.name();

@@ -42,13 +42,13 @@ std::optional<bool> Truth(const QStringRef& text)
     return std::nullopt;
 }
 
-/// What could not stand in a header field is of no use, and dangerous there.
+/// One that cannot be sent in a header field is useless, and dangerous.
 QByteArray Etag(const QStringRef& text)
 {
     return std::any_of(text.begin(), text.end(), IsControl) ? QByteArray() : text.toUtf8();
 }
 
-/// In lower case; empty when it is none.
+/// In lower case; empty when it is not an MD5.
 QByteArray Md5(const QStringRef& text)
 {
     const QByteArray hash = text.toLatin1().toLower();
@@ -56,7 +56,7 @@ QByteArray Md5(const QStringRef& text)
     return hash.size() == 32 && std::all_of(hash.begin(), hash.end(), isHexadecimal) ? hash : QByteArray();
 }
 
-/// Of items such as "SHA1:..." and "MD5:...", parted by blanks.
+/// Of items such as "SHA1:..." and "MD5:...", separated by blanks.
 QByteArray Md5OfChecksums(const QString& text)
 {
     const QString plain = text.simplified();

@@ -76,9 +76,9 @@ private:
     bool hasDelivered = false;
     bool isPaused = false;
     QElapsedTimer sinceActivity;
-    qint64 seenBytes = 0; ///< both ways, when there was activity last
+    qint64 seenBytes = 0; ///< sent and received by the time of the last activity
 
-    Lifetime lifetime; ///< sources and sinks may be ready when the exchange is gone
+    Lifetime lifetime; ///< sources and sinks may call back after the exchange has ended
 };
 
 } // namespace Norlis::Social

@@ -4,7 +4,7 @@ namespace Norlis::Social {
 
 namespace {
 
-// More than are used at once, so that the next request finds a connection open.
+// More than are used at once, so that the next request finds an open connection.
 constexpr long maxKeptConnections = 16;
 
 CURLM* NewMulti()
@@ -58,7 +58,7 @@ void CurlLoop::Resume(CURL* handle)
     }
     const CURLcode code = curl_easy_pause(handle, CURLPAUSE_CONT);
     if (code != CURLE_OK) {
-        // What had been held back is refused now; libcurl says so here and lets the transfer lie.
+        // The data that was held back has been refused; libcurl reports it here only, and forgets the transfer.
         refused[handle] = code;
         QMetaObject::invokeMethod(
             this, [this] { CollectEnded(); }, Qt::QueuedConnection);
@@ -91,7 +91,7 @@ void CurlLoop::Watch(curl_socket_t socket, int action)
         for (auto* notifier : {entry.readable.release(), entry.writable.release()}) {
             if (notifier) {
                 notifier->setEnabled(false);
-                notifier->deleteLater(); // it may be the one that is being served
+                notifier->deleteLater(); // it may be the one that has just been activated
             }
         }
         watched.erase(socket);
@@ -127,7 +127,7 @@ void CurlLoop::Act(curl_socket_t socket, int flags)
 
 void CurlLoop::CollectEnded()
 {
-    // One after the other: the end of one may take back others that have ended too, or destroy this object.
+    // One after the other: what is called may remove others that have also ended, or destroy this object.
     const auto guard = lifetime.Watch();
     while (guard) {
         const auto ended = TakeEnded();

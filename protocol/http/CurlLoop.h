@@ -23,12 +23,12 @@ public:
     CurlLoop();
     ~CurlLoop() override;
 
-    /// Starts a transfer. done is called from the event loop when it has ended and been taken out, unless Remove comes
-    /// before. Not to be called from inside libcurl's callbacks, as little as Remove and Resume.
+    /// Starts a transfer. done is called from the event loop when it has ended and been removed, unless Remove comes
+    /// before. Like Remove and Resume, not to be called from inside libcurl's callbacks.
     void Add(CURL* handle, Done done);
     void Remove(CURL* handle);
 
-    /// Goes on with a transfer whose callback asked for a pause.
+    /// Continues a transfer whose callback asked for a pause.
     void Resume(CURL* handle);
 
 private:

@@ -27,7 +27,7 @@ constexpr int silenceCheck = 500; // milliseconds
 int MaxRunning(HttpRequest::Lane lane)
 {
     switch (lane) {
-    case HttpRequest::Lane::Listing: // answered in the order of asking
+    case HttpRequest::Lane::Listing: // answered in the order in which they were sent
     case HttpRequest::Lane::Background:
         return 1;
     case HttpRequest::Lane::Preview:
@@ -88,7 +88,7 @@ HttpClient::HttpClient(const Settings& settings, const Secrets& secrets, std::fu
             silenceTimer.stop();
         }
         for (const qint64 id : running) {
-            const auto found = requests.find(id); // an earlier one's end may have cancelled it
+            const auto found = requests.find(id); // the end of an earlier one may have cancelled it
             if (found != requests.end() && found->second.exchange) {
                 found->second.exchange->CheckSilence();
             }
@@ -111,7 +111,7 @@ qint64 HttpClient::Send(const HttpRequest& request, Done done)
 void HttpClient::Queue(qint64 id, HttpRequest::Lane lane)
 {
     waiting[lane].push_back(id);
-    // Not at once: the caller may be in the middle of a callback of libcurl's.
+    // Not at once: the caller may be inside a callback of libcurl.
     QMetaObject::invokeMethod(
         this, [this, lane] { StartNext(lane); }, Qt::QueuedConnection);
 }
@@ -214,7 +214,7 @@ bool HttpClient::Follow(Pending& pending, HttpResponse& response)
     response.fault = HttpResponse::Fault::Redirected;
     if (response.head.Field("location").isEmpty()) {
         response.faultText = QStringLiteral("The server redirects without saying where");
-    } else if (status == 303 && !isRead) { // its target answers another question, RFC 9110, 15.4.4
+    } else if (status == 303 && !isRead) { // the target answers another question, RFC 9110, 15.4.4
         response.faultText = QStringLiteral("The server redirects to a page instead of answering");
     } else if (OriginOfUrl(target) != settings.origin) {
         const QByteArray origin = OriginOfUrl(target);
@@ -245,7 +245,7 @@ int HttpClient::PauseBeforeRepeating(const Pending& pending, const HttpResponse&
             return asked <= maxPause ? static_cast<int>(asked) : -1;
         }
     }
-    // Not all clients at the same moment.
+    // Random, so that not all clients return at the same moment.
     const int pause = firstPause << (pending.attempts - 1);
     return pause / 2 + static_cast<int>(QRandomGenerator::global()->bounded(pause));
 }

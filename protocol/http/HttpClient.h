@@ -37,7 +37,7 @@ public:
     /// Returns the request's id. done is called from the event loop, unless the request is cancelled.
     qint64 Send(const HttpRequest& request, Done done);
 
-    /// Unknown ids are ignored. A running request is cut off.
+    /// Unknown ids are ignored. A running request is aborted.
     void Cancel(qint64 id);
 
 private:

@@ -4,7 +4,7 @@ namespace Norlis::Social {
 
 namespace {
 
-/// Takes a text apart, from left to right. After the first mismatch it is failed, and says 0 to everything.
+/// Reads a text from left to right. After the first mismatch it has failed, and every number is 0.
 class Scanner {
 public:
     explicit Scanner(const QByteArray& text) : at(text.begin()), end(text.end()) {}

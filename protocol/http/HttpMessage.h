@@ -13,15 +13,15 @@ namespace Norlis::Social {
 /// A body that is sent while it is produced. Used on the thread of the HttpClient.
 class HttpSource {
 public:
-    static constexpr qint64 later = -1;  ///< nothing is there yet; onReady follows
+    static constexpr qint64 later = -1;  ///< nothing is available yet; onReady follows
     static constexpr qint64 failed = -2; ///< the request fails
 
     virtual ~HttpSource() = default;
 
-    /// Bytes in all.
+    /// In bytes.
     virtual qint64 Size() const = 0;
 
-    /// Starts from the beginning, also for a repetition. onReady is called, from the event loop, when there is more to
+    /// Starts at the beginning, also for another attempt. onReady is called, from the event loop, when there is more to
     /// read after a `later`.
     virtual void Begin(std::function<void()> onReady) = 0;
 
@@ -46,8 +46,8 @@ struct HttpHead {
     }
 };
 
-/// Takes the body of a successful answer while it arrives. Used on the thread of the HttpClient, whose operations it
-/// must not call.
+/// Takes the body of a successful answer while it arrives. Used on the thread of the HttpClient, which it must
+/// not call.
 class HttpSink {
 public:
     enum class Taken { Yes, Later, Refused };
@@ -62,7 +62,7 @@ public:
 };
 
 struct HttpRequest {
-    /// Requests of one lane wait for each other only.
+    /// Requests wait only for others in the same lane.
     enum class Lane { Listing, Control, Transfer, Preview, Background };
 
     QByteArray method;
@@ -70,9 +70,9 @@ struct HttpRequest {
     HttpFields fields;
     QByteArray body;
     std::shared_ptr<HttpSource> source; ///< in place of the body
-    std::shared_ptr<HttpSink> sink;     ///< else the answer's body is kept, up to a limit
+    std::shared_ptr<HttpSink> sink;     ///< without one, the answer's body is kept, up to a limit
     Lane lane = Lane::Control;
-    bool isRepeatable = true; ///< doing it twice does no harm
+    bool isRepeatable = true; ///< carrying it out twice does no harm
 };
 
 inline HttpRequest OnLane(HttpRequest::Lane lane, HttpRequest request)
@@ -104,7 +104,7 @@ struct HttpResponse {
         return fault == Fault::None && head.HasSucceeded();
     }
 
-    /// The answer's status when all of it came; else 0.
+    /// The status of an answer that is complete; otherwise 0.
     int Status() const
     {
         return fault == Fault::None ? head.status : 0;

@@ -16,7 +16,7 @@ bool IsOfScheme(char character)
            (character >= '0' && character <= '9') || character == '+' || character == '-' || character == '.';
 }
 
-/// Where the authority begins; -1 when the text is no absolute URL. RFC 3986, 3.1.
+/// Where the authority begins; -1 when the text is not an absolute URL. RFC 3986, 3.1.
 int AuthorityPosition(const QByteArray& url)
 {
     const int colon = url.indexOf("://");

@@ -8,7 +8,7 @@ namespace Norlis::Social {
 /// the URL is not absolute.
 QByteArray OriginOfUrl(const QByteArray& url);
 
-/// Where the path of an absolute URL begins, or what follows an empty one; -1 when the text is no absolute URL.
+/// Where the path of an absolute URL begins, or what follows an empty one; -1 when the text is not an absolute URL.
 int PathPosition(const QByteArray& url);
 
 /// Whether the host of an absolute URL is this machine.

@@ -23,7 +23,7 @@ QString IsoText(const QDateTime& time)
                              clock.minute(), clock.second());
 }
 
-/// By the suffix: servers are not asked, since half of them know no better.
+/// By the suffix: many servers do no better, so they are not asked.
 QString MimeTypeOf(const QByteArray& name)
 {
     static thread_local QHash<QByteArray, QString> known;
@@ -60,7 +60,7 @@ QByteArray Md5Of(const DavEntry& entry)
 
 QString DavDocument::Version() const
 {
-    // An ETag that becomes a strong one is still the same.
+    // A weak ETag that becomes strong still means the same version.
     const QByteArray tag = etag.startsWith("W/") ? etag.mid(2) : etag;
     return QString::fromUtf8(tag) + '/' + QString::number(size.value_or(-1)) + '/' + IsoText(modifiedAt);
 }

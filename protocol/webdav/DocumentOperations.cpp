@@ -111,7 +111,7 @@ void RemoveOperation::OnFound(const DavDocument& known)
 {
     isSent = true;
     requests.Send(Delete(session->collection.UrlOf(known.name)), [this, known](HttpResponse&& response) {
-        // Gone is gone, whoever did it. 207 speaks of parts that are still there (RFC 4918, 9.6.1).
+        // A document that somebody else has deleted is deleted, too. A 207 lists what is still there (RFC 4918, 9.6.1).
         if ((response.HasSucceeded() && response.head.status != 207) || IsMissing(response.Status())) {
             session->documents.remove(known.id);
             End({});

@@ -59,7 +59,7 @@ private:
     bool isSent = false;
 };
 
-/// Storage used and available, as far as the server tells (RFC 4331).
+/// Storage used and available, as far as the server reports it (RFC 4331).
 class QuotaOperation : public Operation {
 public:
     using Operation::Operation;

@@ -36,7 +36,7 @@ bool IsHtml(const QString& contentType)
            contentType.startsWith("application/xhtml", Qt::CaseInsensitive);
 }
 
-/// The Content-Length; -1 when there is none that can be believed.
+/// The Content-Length; -1 when there is no valid one.
 qint64 LengthOf(const HttpHead& head)
 {
     bool isNumber = false;
@@ -143,7 +143,7 @@ void DownloadOperation::OnResponse(const HttpResponse& response)
         }
         return;
     }
-    if (GoOn(response)) {
+    if (Resume(response)) {
         return;
     }
     if (response.fault == HttpResponse::Fault::SinkRefused) {
@@ -161,7 +161,7 @@ void DownloadOperation::OnResponse(const HttpResponse& response)
     End(session->Failure(what, document.Name(), response));
 }
 
-bool DownloadOperation::GoOn(const HttpResponse& response)
+bool DownloadOperation::Resume(const HttpResponse& response)
 {
     const bool isBroken =
         response.fault == HttpResponse::Fault::Broken || response.fault == HttpResponse::Fault::Silent;
@@ -169,11 +169,11 @@ bool DownloadOperation::GoOn(const HttpResponse& response)
     if (!isBroken && !isWrongPart) {
         return false;
     }
-    const bool hasMovedOn = sink->Position() > positionBefore;
-    if (response.fault == HttpResponse::Fault::Silent && !hasMovedOn) {
+    const bool hasProgressed = sink->Position() > positionBefore;
+    if (response.fault == HttpResponse::Fault::Silent && !hasProgressed) {
         return false; // it has taken long enough
     }
-    fruitlessAttempts = hasMovedOn ? 0 : fruitlessAttempts + 1;
+    fruitlessAttempts = hasProgressed ? 0 : fruitlessAttempts + 1;
     const bool startsAgain = isWrongPart || !EntityTag{etag}.IsStrong();
     restarts += startsAgain ? 1 : 0;
     if (fruitlessAttempts > maxFruitlessAttempts || restarts > maxRestarts || (startsAgain && !sink->Open())) {
@@ -242,7 +242,7 @@ void DownloadOperation::PutInPlace()
 void DownloadOperation::ReportProgress(qint64 position)
 {
     const qint64 whole = qMax<qint64>(size >= 0 ? size : document.size.value_or(0), 1);
-    const int percent = static_cast<int>(qMin<qint64>(position * 100 / whole, 99)); // it is not checked yet
+    const int percent = static_cast<int>(qMin<qint64>(position * 100 / whole, 99)); // not yet checked
     if (percent > reportedPercent) {
         reportedPercent = percent;
         tools.progress(percent);

@@ -28,7 +28,9 @@ private:
     QString CheckAnswer(const HttpHead& head, qint64& from);
     QString CheckRange(const HttpHead& head, qint64& from) const;
     void OnResponse(const HttpResponse& response);
-    bool GoOn(const HttpResponse& response);
+
+    /// Sends another request, if one may succeed after this response.
+    bool Resume(const HttpResponse& response);
     void AskForSize();
     void Check(qint64 expectedSize);
     void PutInPlace();
@@ -41,8 +43,8 @@ private:
     DavDocument document;
     std::shared_ptr<DownloadSink> sink;
     QByteArray etag;           ///< of the answer that is being written
-    qint64 size = -1;          ///< of the document, as that answer said
-    int fruitlessAttempts = 0; ///< since anything new came
+    qint64 size = -1;          ///< of the document, according to that answer
+    int fruitlessAttempts = 0; ///< since the last one that brought anything new
     int restarts = 0;
     qint64 positionBefore = 0; ///< when the attempt began
     int reportedPercent = -1;

@@ -9,8 +9,8 @@ namespace Norlis::Social {
 struct DavDocument;
 struct WebDavSession;
 
-/// What remains to be done on the server after transfers: deleting temporary files and storing hashes. It goes on when
-/// the transfers have ended.
+/// What remains to be done on the server after transfers: deleting temporary files and storing hashes. It continues
+/// after they have ended.
 class Housekeeper : public QObject {
 public:
     explicit Housekeeper(WebDavSession& session);

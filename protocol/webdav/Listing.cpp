@@ -17,7 +17,7 @@ bool IsLeftover(const DavEntry& entry)
            entry.modifiedAt.isValid() && entry.modifiedAt.secsTo(QDateTime::currentDateTimeUtc()) > leftoverAge;
 }
 
-/// Whoever wrote it may be about to store its hash.
+/// Its hash may be about to be stored.
 bool IsJustWritten(const DavDocument& document)
 {
     constexpr qint64 justNow = 60; // seconds

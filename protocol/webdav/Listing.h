@@ -9,8 +9,8 @@
 
 namespace Norlis::Social {
 
-/// Reads a listing while it arrives and hands its entries on in batches. The event loop has its turn now and then,
-/// however fast the listing comes.
+/// Parses a listing while it arrives and passes on its entries in batches. It returns to the event loop now and then,
+/// however fast the listing arrives.
 class ListingSink : public HttpSink {
 public:
     using OnEntries = std::function<void(std::vector<DavEntry>&&)>;
@@ -40,7 +40,7 @@ public:
         DavDocuments documents;
         QList<CloudFile> files;       ///< in the server's order
         QList<QByteArray> leftovers;  ///< names of files that uploads left behind a day ago or earlier
-        std::optional<Reply> failure; ///< then nothing follows from the rest
+        std::optional<Reply> failure; ///< then the rest means nothing
     };
 
     Listing(WebDavSession& session, std::function<void(Result)> done);
@@ -58,8 +58,8 @@ private:
     std::shared_ptr<ListingSink> sink;
     Result result;
     int attempts = 1;
-    bool asksForHashes;          ///< looking for those that we have stored costs some servers more than all the rest
-    bool hasNewVersions = false; ///< whose hashes are not known from before
+    bool asksForHashes;          ///< for some servers, looking up stored ones takes longer than all the rest
+    bool hasNewVersions = false; ///< whose hashes are unknown
 };
 
 } // namespace Norlis::Social

@@ -8,7 +8,7 @@
 
 namespace Norlis::Social {
 
-/// Fetches what a preview is made of: the server's own picture where it has one, else the document.
+/// Fetches what a preview is made of: the server's own picture if it has one, otherwise the document.
 class PreviewFetch : public PreviewSource::Fetch {
 public:
     /// \param folder for the document while it is rendered

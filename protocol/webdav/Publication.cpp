@@ -42,7 +42,7 @@ void OverwriteCheck::TryToOverwrite()
     requests.Send(OnLane(HttpRequest::Lane::Transfer, move), [this](HttpResponse&& response) {
         if (response.HasSucceeded()) {
             session.refusesToOverwrite = false;
-            End(small, uploaded); // it has its place now
+            End(small, uploaded); // the uploaded file has that name now
         } else {
             session.refusesToOverwrite = response.Status() == 412;
             End(uploaded, small);
@@ -131,7 +131,7 @@ void Publication::Move()
 void Publication::OnMoved(const HttpResponse& response)
 {
     const bool isDoubtful = response.fault != HttpResponse::Fault::None || response.head.status == 207 ||
-                            response.head.status == 404 || response.head.status == 423 || // a lock may be short
+                            response.head.status == 404 || response.head.status == 423 || // a lock may be brief
                             response.head.status >= 500;
     if (isDoubtful) {
         LookWhetherMoved(response);
@@ -167,7 +167,7 @@ void Publication::LookAtTarget(const HttpResponse& answer, bool isUploadedThere)
 {
     LookAt(name, [this, answer, isUploadedThere](const HttpResponse& look, const std::optional<DavEntry>& entry) {
         const bool isTargetGone = IsMissing(look.Status());
-        // Some servers make room for the new document before they know that they can put it there.
+        // Some servers delete the old document before they know that the new one can take its place.
         const bool isPassing =
             answer.fault != HttpResponse::Fault::None || answer.head.status == 423 || (!isNew && isTargetGone);
         if (!isUploadedThere && entry && IsUploaded(*entry)) {

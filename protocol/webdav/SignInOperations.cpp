@@ -29,7 +29,7 @@ void SignInOperation::OnResponse(const HttpResponse& response)
 {
     if (!response.HasSucceeded()) {
         Reply failure = session->Failure(signIn, {}, response);
-        failure.isSignedOut = false; // nobody was in
+        failure.isSignedOut = false; // nobody was signed in
         if (IsMissing(response.Status())) {
             failure.failure.reason = QStringLiteral("There is no collection at that address (404)");
             failure.failure.advice = checkAddress;

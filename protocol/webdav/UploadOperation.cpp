@@ -63,7 +63,7 @@ void UploadOperation::Start()
 
 void UploadOperation::LookAtReplaced()
 {
-    // Also shows, before a large file is sent for nothing, whether the server would talk to us.
+    // Also shows, before a large file is sent in vain, whether the server accepts requests.
     requests.Send(OnLane(HttpRequest::Lane::Transfer, PropFind(session->collection.UrlOf(name))),
                   [this](HttpResponse&& response) {
                       const auto entry = EntryOfDepth0(response, PathOf(name));
@@ -236,11 +236,11 @@ bool UploadOperation::GiveUp()
         return true;
     }
     if (step == Step::Publishing) {
-        return false; // only its outcome tells what there is to take back
+        return false; // only its outcome shows what there is to undo
     }
     requests.CancelAll();
     if (isDirect) {
-        return true; // the server drops it, or has it
+        return true; // the server discards it, or has it
     }
     session->housekeeper.DeleteFile(sent.name, step == Step::Sending);
     return true;

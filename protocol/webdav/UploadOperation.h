@@ -36,7 +36,7 @@ private:
     void OnPublished(const Publication::Outcome& outcome);
     void Succeed(const DavDocument& made);
 
-    /// Ends with a reply when the temporary file is gone.
+    /// Ends with the reply once the temporary file is deleted.
     void Fail(Reply reply, bool mayBeWritten = false);
     void ReportProgress(qint64 position);
     QString Name() const;
@@ -48,9 +48,9 @@ private:
     const std::shared_ptr<UploadSource> source;
     Step step = Step::Preparing;
     QByteArray name;                     ///< of the document
-    std::optional<DavDocument> replaced; ///< as it was before
-    DavDocument sent;                    ///< under the name that it was sent to
-    bool isDirect = false;               ///< sent to its own name: the server replaces safely by itself
+    std::optional<DavDocument> replaced; ///< as it was before the upload
+    DavDocument sent;                    ///< under the name to which it was sent
+    bool isDirect = false;               ///< to its final name, on servers that replace safely by themselves
     std::unique_ptr<Publication> publication;
     bool isGivenUp = false;
     int reportedPercent = -1;

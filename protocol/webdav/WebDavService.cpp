@@ -36,7 +36,7 @@ bool IsOneLine(const QString& text)
     return std::none_of(text.begin(), text.end(), [](QChar character) { return character.unicode() < 0x20; });
 }
 
-/// Where documents lie while they are rendered.
+/// For documents while they are rendered.
 QString PreviewFolderTemplate(const QString& cacheFolder)
 {
     const QString parent = cacheFolder.isEmpty() ? QDir::tempPath() : cacheFolder;
@@ -72,9 +72,9 @@ void WebDavService::Shutdown(std::function<void()> done)
 {
     for (auto each = active.begin(); each != active.end();) {
         each->second.isGivenUp = true;
-        const auto left = each->second.session;
+        const auto ended = each->second.session;
         each = each->second.operation->GiveUp() ? active.erase(each) : std::next(each);
-        Retire(left);
+        Retire(ended);
     }
     waitingTransfers.clear();
     Retire(std::exchange(session, nullptr));
@@ -146,10 +146,10 @@ std::shared_ptr<WebDavSession> WebDavService::NewSession(const QString& token)
     return std::make_shared<WebDavSession>(collection, settings, secrets, user, [this] { cleanUpTimer.start(); });
 }
 
-void WebDavService::Retire(const std::shared_ptr<WebDavSession>& left)
+void WebDavService::Retire(const std::shared_ptr<WebDavSession>& ended)
 {
-    if (left && left != session) {
-        endedSessions.insert(left);
+    if (ended && ended != session) {
+        endedSessions.insert(ended);
         cleanUpTimer.start();
     }
 }
@@ -157,8 +157,8 @@ void WebDavService::Retire(const std::shared_ptr<WebDavSession>& left)
 void WebDavService::CleanUp()
 {
     for (auto each = endedSessions.begin(); each != endedSessions.end();) {
-        const bool isInUse =
-            std::any_of(active.begin(), active.end(), [&](const auto& other) { return other.second.session == *each; });
+        const bool isInUse = std::any_of(active.begin(), active.end(),
+                                         [&](const auto& request) { return request.second.session == *each; });
         each = isInUse || !(*each)->IsIdle() ? std::next(each) : endedSessions.erase(each);
     }
     if (active.empty() && endedSessions.empty()) {
@@ -187,7 +187,7 @@ void WebDavService::Begin(qint64 id, const Request::SignIn& request)
 
 void WebDavService::Begin(qint64 id, const Request::SignOut&)
 {
-    Retire(std::exchange(session, nullptr)); // connections go with the last request that uses them
+    Retire(std::exchange(session, nullptr)); // its connections are closed when its last request has ended
     ++signOuts;
     listener.reply(id, {});
 }
@@ -288,11 +288,11 @@ std::unique_ptr<PreviewSource::Fetch> WebDavService::FetchForPreview(const Previ
 
 bool WebDavService::EndSession(const std::shared_ptr<WebDavSession>& refused)
 {
-    const bool isPresent = refused && refused == session;
-    if (isPresent) {
+    const bool isCurrent = refused && refused == session;
+    if (isCurrent) {
         Retire(std::exchange(session, nullptr));
     }
-    return isPresent;
+    return isCurrent;
 }
 
 Operation::Finish WebDavService::Finisher(qint64 id)
@@ -305,7 +305,7 @@ void WebDavService::OnFinished(qint64 id, Reply&& reply)
     const auto found = active.find(id);
     Active ended = std::move(found->second);
     active.erase(found);
-    ended.operation.reset(); // before anybody hears of its end: no temporary file of it is there any more
+    ended.operation.reset(); // before its end is reported, so that its temporary files are gone by then
     runningTransfers -= ended.isTransfer ? 1 : 0;
     reply.isSignedOut = reply.isSignedOut && EndSession(ended.session);
     if (!ended.isGivenUp) {
@@ -334,7 +334,7 @@ void WebDavService::StartNextTransfers()
     while (!waitingTransfers.empty() && runningTransfers < maxTransfers) {
         const auto next = active.find(waitingTransfers.front());
         waitingTransfers.pop_front();
-        if (next != active.end()) { // else cancelled meanwhile
+        if (next != active.end()) { // otherwise cancelled in the meantime
             ++runningTransfers;
             next->second.isTransfer = true;
             next->second.operation->Start();

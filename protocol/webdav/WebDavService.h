@@ -20,7 +20,6 @@ class WebDavService : public CloudService, private PreviewSource {
 public:
     /// \param programName sent to the server as the user agent
     WebDavService(const OAuth2::AuthInfo& authInfo, const std::string& programName, const Listener& listener);
-
     ~WebDavService() override;
 
     void Start(qint64 id, const Request::Any& request) override;
@@ -63,7 +62,7 @@ private:
 
     /// To be called with a session that may have ended. It is destroyed when nothing of it is under way any more, and
     /// only from the event loop, since it may be the caller.
-    void Retire(const std::shared_ptr<WebDavSession>& left);
+    void Retire(const std::shared_ptr<WebDavSession>& ended);
 
     /// Destroys ended sessions that are idle, and completes the shutdown when nothing else is under way.
     void CleanUp();
@@ -82,7 +81,7 @@ private:
     const Listener listener;
     QTemporaryDir previewFolder; ///< documents that are rendered
     QThreadPool pool;            ///< disk and hashes of transfers
-    QTimer cleanUpTimer;         ///< started by sessions, which go first
+    QTimer cleanUpTimer;         ///< started by sessions, which are destroyed first
     QTimer shutdownTimer;
     std::function<void()> onShutDown;       ///< set once the shutdown has begun
     std::shared_ptr<WebDavSession> session; ///< null while nobody is signed in

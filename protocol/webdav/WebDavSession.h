@@ -18,7 +18,7 @@ struct WebDavSession;
 /// that list.
 class Directory {
 public:
-    /// The document, or the failure that says why there is none.
+    /// The document, or the failure that says why it was not found.
     using Found = std::function<void(const DavDocument* document, Reply&& failure)>;
 
     explicit Directory(WebDavSession& session);
@@ -32,7 +32,7 @@ public:
     void Find(qint64 request, const QString& id, const QString& what, Found found);
     void Forget(qint64 request);
 
-    /// Forgets all.
+    /// Forgets all searches.
     void Stop();
 
     bool IsIdle() const
@@ -51,7 +51,7 @@ private:
     void Answer(const Search& search);
 
     WebDavSession& session;
-    std::map<qint64, Search> searches; ///< that wait for the list, by request
+    std::map<qint64, Search> searches; ///< waiting for the list, by request
     std::unique_ptr<Listing> listing;
 };
 

@@ -85,7 +85,7 @@ TEST_F(RedirectTest, AnotherPlaceIsNamedAndNotAsked)
             ASSERT_TRUE(client.Authorize()->Fails());
             if (status != 303) {
                 EXPECT_THAT(LastReason(client), HasSubstr("another place: " + origin.toStdString()));
-                EXPECT_THAT(LastAdvice(client), HasSubstr("sign in with its address"));
+                EXPECT_THAT(LastAdvice(client), HasSubstr("sign in with it"));
             }
         }
     }

@@ -229,7 +229,7 @@ TEST_F(SignInFaultTest, AddressesThatNameNoCollectionAreRefused)
              {user + "cloud.example/a%2fb/", "not the address of a collection"},
              {user + "cloud.example/a//b", "not the address of a collection"},
              {"https:///dav/", "not the address of a collection"},
-             {"https://nor%3Alis@cloud.example/", "no colon"},
+             {"https://nor%3Alis@cloud.example/", "must not contain colons"},
              {"ftp://norlis:" + canary + "@cloud.example/", "WebDAV"}}) {
         const std::string why = WhyNotConstructed(address);
         EXPECT_THAT(why, HasSubstr(reason)) << address.toStdString();
