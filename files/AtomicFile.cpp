@@ -1,10 +1,11 @@
 #include "AtomicFile.h"
 
+#include "FilePlacing.h"
+
 #include <QFileInfo>
 #include <QRandomGenerator>
 
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
 
 #include <fcntl.h>
@@ -17,31 +18,6 @@ namespace {
 
 const auto temporaryPrefix = QStringLiteral(".norlis-");
 const auto temporarySuffix = QStringLiteral(".part");
-
-/// 0, or the system's error number. EEXIST when the new name is taken.
-int RenameWithoutReplacing(const QByteArray& from, const QByteArray& to)
-{
-    if (renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_NOREPLACE) == 0) {
-        return 0;
-    }
-    if (errno != EINVAL && errno != ENOSYS) {
-        return errno;
-    }
-    // The file system does not know that call: a second name is just as good, since it is never put over another file.
-    if (link(from.constData(), to.constData()) == 0) {
-        unlink(from.constData());
-        return 0;
-    }
-    if (errno != EPERM && errno != ENOSYS && errno != EOPNOTSUPP) {
-        return errno;
-    }
-    // It knows no second names either, as some network drives do not. Looking first leaves a gap of microseconds.
-    struct stat taken = {};
-    if (lstat(to.constData(), &taken) == 0) {
-        return EEXIST;
-    }
-    return std::rename(from.constData(), to.constData()) == 0 ? 0 : errno;
-}
 
 } // namespace
 
@@ -95,8 +71,8 @@ bool AtomicFile::CommitReplacing(const QString& path)
         fchmod(file.handle(), replaced.st_mode & 0777) != 0) {
         return Fail(errno);
     }
-    if (std::rename(QFile::encodeName(file.fileName()).constData(), QFile::encodeName(path).constData()) != 0) {
-        return Fail(errno);
+    if (const auto failure = MoveReplacing(file.fileName(), path)) {
+        return Fail(failure.value());
     }
     Close();
     return true;
@@ -104,12 +80,12 @@ bool AtomicFile::CommitReplacing(const QString& path)
 
 AtomicFile::Outcome AtomicFile::CommitNew(const QString& path)
 {
-    const int errorNumber = RenameWithoutReplacing(QFile::encodeName(file.fileName()), QFile::encodeName(path));
-    if (errorNumber == EEXIST) {
+    const auto failure = MoveUnlessTaken(file.fileName(), path);
+    if (failure == std::errc::file_exists) {
         return Outcome::NameTaken;
     }
-    if (errorNumber != 0) {
-        Fail(errorNumber);
+    if (failure) {
+        Fail(failure.value());
         return Outcome::Failed;
     }
     Close();

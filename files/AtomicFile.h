@@ -1,6 +1,6 @@
 #pragma once
 
-#include "FileReader.h"
+#include "FileIdentity.h"
 
 #include <QFile>
 #include <QString>

@@ -9,7 +9,7 @@ namespace Norlis::Files {
 
 namespace {
 
-constexpr int longestName = 255; // bytes; the limit of nearly every file system
+constexpr int maxNameBytes = 255; // the limit of nearly every file system
 
 bool IsControl(QChar character)
 {
@@ -34,32 +34,32 @@ bool IsDeviceName(const QString& name)
 int SuffixPosition(const QString& name)
 {
     const int dot = name.lastIndexOf('.');
-    return dot > 0 && name.mid(dot).toUtf8().size() <= longestName / 2 ? dot : name.size();
+    return dot > 0 && name.mid(dot).toUtf8().size() <= maxNameBytes / 2 ? dot : name.size();
 }
 
 } // namespace
 
-QString WhyNoName(const QString& name)
+std::optional<QString> ValidateName(const QString& name)
 {
     if (name.isEmpty()) {
-        return "is empty";
+        return QStringLiteral("is empty");
     }
     if (name == "." || name == "..") {
-        return "names a folder";
+        return QStringLiteral("names a folder");
     }
     if (name.contains('/') || name.contains('\\')) {
-        return "contains a path separator";
+        return QStringLiteral("contains a path separator");
     }
     if (std::any_of(name.begin(), name.end(), IsControl)) {
-        return "contains a control character";
+        return QStringLiteral("contains a control character");
     }
     if (IsDeviceName(name)) {
-        return "is the name of a device on some systems";
+        return QStringLiteral("is the name of a device on some systems");
     }
-    if (name.toUtf8().size() > longestName) {
-        return QStringLiteral("is longer than %1 bytes").arg(longestName);
+    if (name.toUtf8().size() > maxNameBytes) {
+        return QStringLiteral("is longer than %1 bytes").arg(maxNameBytes);
     }
-    return {};
+    return std::nullopt;
 }
 
 QString NumberedName(const QString& name, int number)
@@ -67,7 +67,7 @@ QString NumberedName(const QString& name, int number)
     const int suffixPosition = SuffixPosition(name);
     const QString ending = QStringLiteral(" (%1)").arg(number) + name.mid(suffixPosition);
     QString stem = name.left(suffixPosition);
-    while (!stem.isEmpty() && (stem + ending).toUtf8().size() > longestName) {
+    while (!stem.isEmpty() && (stem + ending).toUtf8().size() > maxNameBytes) {
         stem.chop(stem.size() > 1 && qAsConst(stem).back().isLowSurrogate() ? 2 : 1);
     }
     return stem + ending;

@@ -1,35 +1,14 @@
 #pragma once
 
+#include "FileIdentity.h"
+
 #include <QCryptographicHash>
 #include <QFile>
 #include <QString>
 
+#include <string>
+
 namespace Norlis::Files {
-
-/// By which a file is known to be the same, with the same content. POSIX stat(2).
-struct FileIdentity {
-    quint64 device = 0;
-    quint64 inode = 0;
-    qint64 size = -1; ///< bytes; -1 when there is no regular file
-    qint64 modifiedNanoseconds = 0;
-    qint64 changedNanoseconds = 0;
-
-    bool IsFile() const
-    {
-        return size >= 0;
-    }
-
-    /// Text form; equal for equal versions only.
-    QString ToString() const;
-
-    /// Of what is at the path itself: a link is no regular file.
-    static FileIdentity OfPath(const QString& path);
-
-    /// Of an open file, whatever its name is now.
-    static FileIdentity OfDescriptor(int descriptor);
-};
-
-bool operator==(const FileIdentity& left, const FileIdentity& right);
 
 /// Reads a regular file from begin to end, in pieces, and hashes what passes.
 class FileReader {
@@ -40,6 +19,10 @@ public:
 
     /// False for anything but a regular file; ErrorText says why.
     bool Open(const QString& path);
+
+    /// As above.
+    /// \param nativePath bytes as the system takes them
+    bool Open(const std::string& nativePath);
 
     /// The next piece, valid until the next call. Empty at the end of the file and after an error.
     const QByteArray& Next();

@@ -44,10 +44,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     const int number = data[0];
     const QString name = NameOf(data + 1, size - 1, number % 2 == 1);
     const QString numbered = NumberedName(name, number);
-    if (WhyNoName(name).isEmpty()) {
+    if (!ValidateName(name)) {
         CheckName(name);
         CheckName(numbered);
-        Require(WhyNoName(numbered).isEmpty());
+        Require(!ValidateName(numbered));
         Require(numbered != NumberedName(name, number + 1));
     }
 

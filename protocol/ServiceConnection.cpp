@@ -4,7 +4,7 @@
 #include <QMetaObject>
 
 #include <algorithm>
-#include <iterator>
+#include <utility>
 
 namespace Norlis::Social {
 

@@ -34,7 +34,7 @@ void OnSignal(int)
 Interrupts::Interrupts()
 {
     if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, descriptors) != 0) {
-        qFatal("no sockets: error %d", errno);
+        qFatal("cannot create a socket pair: error %d", errno);
     }
     wakingDescriptor = descriptors[1];
     const auto notifier = new QSocketNotifier(descriptors[0], QSocketNotifier::Read, this);
@@ -45,7 +45,7 @@ Interrupts::Interrupts()
 
     for (const int signal : stopSignals) {
         struct sigaction action = {};
-        // What the program's starter wants ignored, as nohup does, stays ignored.
+        // A signal that the parent process ignores, as nohup does, stays ignored.
         if (sigaction(signal, nullptr, &action) == 0 && action.sa_handler != SIG_IGN) {
             action = {};
             action.sa_handler = OnSignal;

@@ -4,26 +4,26 @@
 
 namespace Norlis::Apps {
 
-/// Ctrl-C and the other polite requests to stop, brought into the event loop. The first one is reported; a second one
-/// ends the program at once. One object at a time.
+/// Brings Ctrl-C and the other requests to stop into the event loop. The first one is reported; a second one ends the
+/// program at once. One object at a time.
 class Interrupts : public QObject {
     Q_OBJECT
 
 public:
-    /// Of a program that was ended by a second one, as shells have it.
+    /// Of a program that was ended by a second request; the value that shells use.
     static constexpr int exitStatus = 130;
 
-    /// Takes SIGINT, SIGTERM and SIGHUP, but for those that the program's starter wants ignored.
+    /// Handles SIGINT, SIGTERM and SIGHUP, except those that the parent process ignores.
     Interrupts();
 
-    /// Gives the signals back: they end the program again.
+    /// Restores the default: the signals end the program again.
     ~Interrupts() override;
 
-    /// Becomes readable when the program was asked to stop, for those that wait without an event loop.
+    /// Becomes readable when the program was asked to stop, for code that waits without an event loop.
     int Descriptor() const;
 
 signals:
-    /// From the event loop, once.
+    /// Emitted once, from the event loop.
     void Interrupted();
 
 private:

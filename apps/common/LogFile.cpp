@@ -6,7 +6,7 @@ namespace Norlis::Apps {
 
 namespace {
 
-constexpr qint64 largestLog = 1024 * 1024; // bytes
+constexpr qint64 maxLogSize = 1024 * 1024; // bytes
 
 void PassToLog(QtMsgType type, const QMessageLogContext&, const QString& text)
 {
@@ -34,7 +34,7 @@ LogFile::LogFile(const QString& folder, const QString& program) : program(progra
         QFile::setPermissions(folder, readAndWriteByOwner | QFile::ExeOwner);
     }
     file.setFileName(folder + '/' + program + ".log");
-    if (file.size() > largestLog) {
+    if (file.size() > maxLogSize) {
         const QString old = file.fileName() + ".old";
         QFile::remove(old);
         QFile::rename(file.fileName(), old);
@@ -44,7 +44,7 @@ LogFile::LogFile(const QString& folder, const QString& program) : program(progra
     }
 
     for (int severity = 0; severity < google::NUM_SEVERITIES; ++severity) {
-        google::SetLogDestination(severity, ""); // no files of glog's own
+        google::SetLogDestination(severity, ""); // glog itself writes no files
     }
     FLAGS_stderrthreshold = google::GLOG_FATAL;
     google::InitGoogleLogging(this->program.c_str());

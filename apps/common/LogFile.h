@@ -9,13 +9,13 @@
 
 namespace Norlis::Apps {
 
-/// Takes the log records of the library and of Qt into one file, so that standard error stays for the program. A file
-/// that has grown large is set aside under the ending ".old" when the program starts. Logging never fails the program:
-/// where the file cannot be written, records are dropped. One object at a time.
+/// Writes the log records of the library and of Qt to one file, which leaves standard error to the program. A file that
+/// has grown large is renamed to end in ".old" when the program starts. Logging never makes the program fail: if the
+/// file cannot be written, records are dropped. One object at a time.
 class LogFile : public google::LogSink {
 public:
-    /// \param folder  created when missing, private to the user
-    /// \param program names the file
+    /// \param folder  created if missing; private to the user
+    /// \param program name of the file, without ".log"
     LogFile(const QString& folder, const QString& program);
     ~LogFile() override;
 
@@ -27,9 +27,9 @@ public:
 
 private:
     std::mutex mutex;
-    const std::string program; ///< glog keeps the pointer to it
+    const std::string program; ///< glog keeps a pointer to it
     QFile file;
-    QtMessageHandler qtHandler = nullptr; ///< the one before
+    QtMessageHandler qtHandler = nullptr; ///< the previous one
 };
 
 } // namespace Norlis::Apps

@@ -17,7 +17,7 @@ QUrl ChosenService(const Arguments& arguments, const Host::CloudAccountSettings&
     if (arguments.service.isEmpty()) {
         return last;
     }
-    // Whoever has said at the sign-in who they are need not repeat it.
+    // A user name that was given at sign-in need not be repeated.
     const bool isMeantForLast = arguments.command != "login" && arguments.service.userName().isEmpty() &&
                                 IsSameApartFromUser(arguments.service, last) &&
                                 settings.Token(arguments.service).isEmpty();

@@ -6,7 +6,7 @@
 
 namespace Norlis::Terminal {
 
-/// The account that a command line is about: the one that it names, or else that of the last sign-in.
+/// The account that a command line refers to: the one that it names, or else that of the last sign-in.
 class Account : public Host::CloudAccount {
 public:
     Account(const Arguments& arguments, const std::shared_ptr<Host::CloudAccountSettings>& settings);
@@ -14,7 +14,7 @@ public:
     /// The command that signs in, as the user can type it.
     QString LoginCommandLine() const;
 
-    /// What to say when nobody is signed in.
+    /// The message for when nobody is signed in.
     QString SignedOutText() const;
 };
 

@@ -15,21 +15,21 @@ namespace Norlis::Terminal {
 
 namespace {
 
-constexpr int longestInterval = 24 * 60 * 60; // seconds
+constexpr int maxInterval = 24 * 60 * 60; // seconds
 
-/// Options that every command has.
+/// Options that all commands have.
 QList<QCommandLineOption> CommonOptions()
 {
     return {
         {"service",
-         "Cloud service: a folder, as a path or a file: address, or a WebDAV server, as https://user@host/path/. "
-         "Without it the one that you signed in to last.",
+         "Cloud service: a folder, as a path or a file: URL, or a WebDAV server, as https://user@host/path/ (default: "
+         "the one that you last signed in to).",
          "URL"},
         {"data",
-         "Where sign-in, lists and pictures are kept. Without it " +
-             QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) + ".",
+         "Folder for credentials, lists and previews (default: " +
+             QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) + ").",
          "DIR"},
-        {"json", "Show results as JSON, one document or one object per line."},
+        {"json", "Print results as JSON, one document or object per line."},
         {"help", "Show this help."},
     };
 }
@@ -37,16 +37,16 @@ QList<QCommandLineOption> CommonOptions()
 QList<QCommandLineOption> SpecialOptions()
 {
     return {
-        {"user", "Who signs in to the server, if the address does not say it.", "NAME"},
-        {"token-file", "File with the password or token that signs in.", "FILE"},
-        {"ca-file", "PEM file with the certificate authorities to trust, in place of those of the system.", "FILE"},
+        {"user", "User name on the server, if the address contains none.", "NAME"},
+        {"token-file", "File that contains the password or token.", "FILE"},
+        {"ca-file", "PEM file with the certificate authorities to trust instead of the system's.", "FILE"},
         {"allow-plain-http",
-         "Use an http: address of another machine, although everyone on the way can read and alter the password and "
-         "the documents."},
-        {"offline", "Do not ask the cloud."},
-        {"new", "Make a new document, even if the file is known."},
-        {"to", "Folder for the documents. Without it the current one.", "DIR"},
-        {"interval", "Time between two looks. Without it 30.", "SECONDS"},
+         "Allow an unencrypted http: connection to another machine. Anyone on the network path can then read and "
+         "change the password and the documents."},
+        {"offline", "Do not contact the cloud."},
+        {"new", "Create a new document even if the file is the local copy of one."},
+        {"to", "Folder to save the documents in (default: the current one).", "DIR"},
+        {"interval", "Polling interval in seconds (default: 30).", "SECONDS"},
     };
 }
 
@@ -77,9 +77,9 @@ int Interval(const QString& text)
 {
     bool isNumber = false;
     const int seconds = text.toInt(&isNumber);
-    if (!isNumber || seconds < 1 || seconds > longestInterval) {
+    if (!isNumber || seconds < 1 || seconds > maxInterval) {
         throw std::invalid_argument(
-            QStringLiteral("--interval takes whole seconds from 1 to %1").arg(longestInterval).toStdString());
+            QStringLiteral("--interval must be a whole number of seconds from 1 to %1").arg(maxInterval).toStdString());
     }
     return seconds;
 }
@@ -88,8 +88,9 @@ void CheckOperands(const CommandEntry& command, const QStringList& operands)
 {
     const QString name = command.name;
     if (command.operands.isEmpty() && !operands.isEmpty()) {
-        throw std::invalid_argument(
-            QStringLiteral("%1 does not know what to do with \"%2\"").arg(name, operands.constFirst()).toStdString());
+        throw std::invalid_argument(QStringLiteral("%1 takes no operands, but was given \"%2\"")
+                                        .arg(name, operands.constFirst())
+                                        .toStdString());
     }
     if (!command.operands.isEmpty() && operands.isEmpty()) {
         throw std::invalid_argument(QStringLiteral("%1 needs %2").arg(name, command.operands).toStdString());
@@ -99,7 +100,7 @@ void CheckOperands(const CommandEntry& command, const QStringList& operands)
     }
 }
 
-/// Throws std::invalid_argument when an option has a value that makes no sense.
+/// Throws std::invalid_argument if an operand or the value of an option is invalid.
 Arguments ReadArguments(const CommandEntry& command, const QCommandLineParser& parser, const QStringList& operands)
 {
     CheckOperands(command, operands);
@@ -133,7 +134,7 @@ Arguments ReadArguments(const CommandEntry& command, const QCommandLineParser& p
     return arguments;
 }
 
-CommandLine Misunderstood(const QString& what, const QString& command = {})
+CommandLine UsageError(const QString& what, const QString& command = {})
 {
     const QString help = command.isEmpty() ? "norlis-cloud --help" : "norlis-cloud " + command + " --help";
     return {{}, {}, what + ". Try: " + help};
@@ -156,7 +157,7 @@ CommandLine ParseCommandLine(const QStringList& words)
         while (reason.endsWith('.')) {
             reason.chop(1);
         }
-        return Misunderstood(reason, command ? name : QString());
+        return UsageError(reason, command ? name : QString());
     }
     if (parser.isSet(VersionOption())) {
         return {{}, QCoreApplication::applicationName() + ' ' + QCoreApplication::applicationVersion() + '\n', {}};
@@ -165,7 +166,7 @@ CommandLine ParseCommandLine(const QStringList& words)
         return {{}, OverviewText(CommonOptions() << VersionOption()), {}};
     }
     if (!command) {
-        return Misunderstood(name.isEmpty() ? "There is no command" : "There is no command \"" + name + '"');
+        return UsageError(name.isEmpty() ? "No command was given" : "There is no command \"" + name + '"');
     }
     if (parser.isSet("help")) {
         return {{}, CommandText(*command, OptionsOf(*command)), {}};
@@ -173,16 +174,16 @@ CommandLine ParseCommandLine(const QStringList& words)
     const auto special = SpecialOptions();
     for (const auto& option : special) {
         if (parser.isSet(option) && !command->options.contains(NameOf(option))) {
-            return Misunderstood(name + " has no option --" + NameOf(option), name);
+            return UsageError(name + " has no option --" + NameOf(option), name);
         }
     }
     if (name == "login" && !parser.isSet("service")) {
-        return Misunderstood("login needs --service", name);
+        return UsageError("login needs --service", name);
     }
     try {
         return {ReadArguments(*command, parser, operands), {}, {}};
     } catch (const std::invalid_argument& problem) {
-        return Misunderstood(QString::fromUtf8(problem.what()), name);
+        return UsageError(QString::fromUtf8(problem.what()), name);
     }
 }
 

@@ -6,11 +6,11 @@
 
 namespace Norlis::Terminal {
 
-/// What the user asks for.
+/// What the user asked for.
 struct Arguments {
     QString command;
     QStringList operands;
-    QUrl service;            ///< empty: the one that was signed in to last
+    QUrl service;            ///< empty: the one that was last signed in to
     QString dataFolder;      ///< absolute
     QString targetFolder;    ///< absolute
     QString tokenFile;       ///< empty: no file
@@ -22,14 +22,14 @@ struct Arguments {
     bool allowPlainHttp = false;
 };
 
-/// A command line that was read: exactly one of its members says what to do.
+/// A parsed command line: exactly one of its members says what to do.
 struct CommandLine {
     Arguments arguments;
-    QString answer; ///< help or version to be shown instead; empty when there is something to do
-    QString error;  ///< what cannot be understood; empty when all can
+    QString answer; ///< help or version text to be shown; empty if a command is to be run
+    QString error;  ///< the usage error; empty when there is none
 };
 
-/// \param words the command line, beginning with the program's name
+/// \param words the command line, starting with the program's name
 CommandLine ParseCommandLine(const QStringList& words);
 
 } // namespace Norlis::Terminal

@@ -22,17 +22,17 @@ BatchCommand::BatchCommand(const Environment& environment, const QString& verb)
 void BatchCommand::Interrupt()
 {
     isInterrupted = true;
-    bool isAnyGivenUp = false;
+    bool isAnyCanceled = false;
     const auto keys = jobs.keys();
     for (const QString& key : keys) {
-        isAnyGivenUp |= GiveUp(key);
+        isAnyCanceled |= CancelJob(key);
     }
-    if (!isAnyGivenUp) {
+    if (!isAnyCanceled) {
         Finish(ExitStatus::interrupted);
     }
 }
 
-bool BatchCommand::GiveUp(const QString&)
+bool BatchCommand::CancelJob(const QString&)
 {
     return false;
 }
@@ -45,7 +45,7 @@ void BatchCommand::OnFailed(const Host::CloudProblem& problem)
         Settle(problem.subject);
         output.Error(ProblemText(problem, name));
     } else if (problem.request == Host::CloudProblem::Request::List) {
-        SessionCommand::OnFailed(problem); // the jobs wait for the list
+        SessionCommand::OnFailed(problem); // the jobs have not started yet
     }
 }
 
@@ -66,7 +66,7 @@ void BatchCommand::Succeed(const QString& key)
     Settle(key);
 }
 
-void BatchCommand::Cancel(const QString& key)
+void BatchCommand::OnCanceled(const QString& key)
 {
     if (IsExpected(key)) {
         hasFailures = true;
@@ -76,7 +76,7 @@ void BatchCommand::Cancel(const QString& key)
     }
 }
 
-void BatchCommand::Refuse(const QString& text)
+void BatchCommand::ReportFailure(const QString& text)
 {
     hasFailures = true;
     output.Error(text);

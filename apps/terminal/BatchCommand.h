@@ -8,8 +8,7 @@
 
 namespace Norlis::Terminal {
 
-/// A command that does the same with several files or documents at once. One that fails is reported and the others go
-/// on.
+/// A command that does the same to several files or documents at once. A failure is reported, and the others carry on.
 class BatchCommand : public SessionCommand {
     Q_OBJECT
 
@@ -17,27 +16,28 @@ public:
     /// \param verb what is done, as in "Uploading"
     BatchCommand(const Environment& environment, const QString& verb);
 
-    /// Gives up what can be given up; ends when that is done.
+    /// Cancels the jobs that can be cancelled; ends when that is done.
     void Interrupt() override;
 
 protected:
-    /// Gives up one job, which then ends in Cancel. Whoever cannot do that leaves it as it is.
-    virtual bool GiveUp(const QString& key);
+    /// Starts to cancel one job, which then ends in OnCanceled. Returns false if it cannot be cancelled.
+    virtual bool CancelJob(const QString& key);
 
     void OnFailed(const Host::CloudProblem& problem) override;
 
-    /// \param key the subject by which the session speaks of the job
+    /// Adds a job.
+    /// \param key the subject by which the session refers to it
     void Expect(const QString& key, const QString& name);
     bool IsExpected(const QString& key) const;
 
-    /// Ends a job well, before its result is shown.
+    /// Ends a job successfully. To be called before its result is shown.
     void Succeed(const QString& key);
 
-    /// Ends a job that was given up.
-    void Cancel(const QString& key);
+    /// Ends a job that was cancelled.
+    void OnCanceled(const QString& key);
 
-    /// Reports something that was asked for and cannot be done.
-    void Refuse(const QString& text);
+    /// Reports a failure that belongs to no job.
+    void ReportFailure(const QString& text);
 
     /// Fetches the list and then calls \p action.
     template <typename Action>
@@ -58,7 +58,7 @@ private:
 
     QMap<QString, QString> jobs; ///< names by key
     TransferBars bars;
-    QTimer redraw; ///< bars are drawn some times a second, however often progress is told
+    QTimer redraw; ///< limits how often the bars are drawn, however often progress is reported
     bool areBarsShown = false;
     bool hasFailures = false;
     bool isInterrupted = false;

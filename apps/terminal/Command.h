@@ -10,7 +10,7 @@
 
 namespace Norlis::Terminal {
 
-/// What the commands work with.
+/// What the commands need to run.
 struct Environment {
     const Arguments& arguments;
     Output& output;
@@ -18,17 +18,17 @@ struct Environment {
     int interruptDescriptor; ///< see Interrupts
 };
 
-/// One thing that the program does.
+/// One run of one command.
 class Command : public QObject {
     Q_OBJECT
 
 public:
     explicit Command(const Environment& environment);
 
-    /// Begins; ends in Finished, which may come from inside.
+    /// Begins; ends in Finished, which may be emitted before this returns.
     virtual void Start() = 0;
 
-    /// The user wants it to stop; it ends soon.
+    /// Asks the command to stop; it ends soon after.
     virtual void Interrupt();
 
 signals:
@@ -40,8 +40,5 @@ protected:
     Account account;
     const int interruptDescriptor;
 };
-
-/// The object for the command that the arguments name.
-std::unique_ptr<Command> MakeCommand(const Environment& environment);
 
 } // namespace Norlis::Terminal

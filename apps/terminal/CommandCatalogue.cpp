@@ -1,73 +1,103 @@
 #include "CommandCatalogue.h"
 
+#include "DoctorCommand.h"
+#include "DownloadCommand.h"
+#include "ListCommand.h"
+#include "LoginCommand.h"
+#include "LogoutCommand.h"
+#include "PreviewCommand.h"
+#include "QuotaCommand.h"
+#include "RemoveCommand.h"
+#include "UploadCommand.h"
+#include "WatchCommand.h"
+
 #include <algorithm>
 
 namespace Norlis::Terminal {
+
+namespace {
+
+template <typename Type>
+std::unique_ptr<Command> Make(const Environment& environment)
+{
+    return std::make_unique<Type>(environment);
+}
+
+} // namespace
 
 const std::vector<CommandEntry>& CommandCatalogue()
 {
     static const std::vector<CommandEntry> catalogue = {
         {"login",
+         Make<LoginCommand>,
          {},
          "Sign in to a cloud service and remember it",
-         "A service is a folder, given as a path or a file: address, or a WebDAV server, given as "
-         "https://user@host/path/ with the path of the collection that holds the documents. A folder needs no "
-         "password. That of a server is asked for, or read from --token-file, or from standard input when that is not "
-         "a terminal; without a user the server is given a bearer token. Password and options are kept in the data "
-         "folder, readable for you alone, until logout.",
+         "A service is a folder, given as a path or a file: URL, or a WebDAV server, given as https://user@host/path/, "
+         "where the path is that of the collection that holds the documents. A folder needs no password. The password "
+         "for a server is asked for, or read from --token-file, or from standard input if that is not a terminal; "
+         "without a user name the server is sent a bearer token. The password and these options are kept in the data "
+         "folder, readable by you alone, until you log out.",
          {"user", "token-file", "ca-file", "allow-plain-http"},
          {"norlis-cloud login --service ~/Cloud", "norlis-cloud login --service https://anna@cloud.example/dav/"}},
         {"logout",
+         Make<LogoutCommand>,
          {},
-         "Forget the password or token of a service",
-         "The stored list and all files stay.",
+         "Forget the password or token for a service",
+         "The stored list and all files are kept.",
          {},
          {"norlis-cloud logout"}},
         {"list",
+         Make<ListCommand>,
          {},
-         "Show the documents of the cloud",
-         "The state tells how the local copy and the cloud copy stand to each other. --offline shows the list as it "
-         "was last fetched, without asking the cloud.",
+         "List the documents in the cloud",
+         "The state compares the local copy with the one in the cloud. --offline shows the list as it was last "
+         "fetched, without contacting the cloud.",
          {"offline"},
          {"norlis-cloud list", "norlis-cloud list --offline --json"}},
         {"upload",
+         Make<UploadCommand>,
          "FILE...",
-         "Send files to the cloud",
-         "A file that is the local copy of a document updates that document when it has changed; --new makes a new "
-         "document of it instead. A name that is taken in the cloud gets a number.",
+         "Upload files to the cloud",
+         "A file that is the local copy of a document updates that document if it has changed; with --new it becomes a "
+         "new document instead. A name that is already taken in the cloud gets a number.",
          {"new"},
          {"norlis-cloud upload report.pdf notes.pdf", "norlis-cloud upload -- -strange-name.pdf"}},
         {"download",
+         Make<DownloadCommand>,
          "DOCUMENT...",
-         "Fetch documents into a folder",
-         "A file that stands there already is replaced only if it is the unchanged local copy of the same document.",
+         "Download documents to a folder",
+         "An existing file is replaced only if it is the unchanged local copy of the same document.",
          {"to"},
          {"norlis-cloud download report.pdf --to ~/Documents"}},
         {"remove",
+         Make<RemoveCommand>,
          "DOCUMENT...",
          "Delete documents from the cloud",
-         "Local copies stay.",
+         "Local copies are kept.",
          {},
          {"norlis-cloud remove \"old report.pdf\""}},
         {"preview",
+         Make<PreviewCommand>,
          "DOCUMENT...",
-         "Store pictures of the first page and show where",
+         "Save previews of the first page and show their paths",
          {},
          {},
          {"norlis-cloud preview report.pdf"}},
-        {"quota", {}, "Show how much storage is used", {}, {}, {"norlis-cloud quota"}},
+        {"quota", Make<QuotaCommand>, {}, "Show how much storage is used", {}, {}, {"norlis-cloud quota"}},
         {"watch",
+         Make<WatchCommand>,
          {},
-         "Show what changes in the cloud, until Ctrl-C",
-         "Begins with what has changed since the last watch. Keeps a list of its own, so that other commands can be "
-         "used meanwhile.",
+         "Show changes in the cloud until Ctrl-C",
+         "Starts with what has changed since the last watch. It keeps a list of its own, so other commands can be used "
+         "at the same time.",
          {"interval"},
          {"norlis-cloud watch --interval 10"}},
         {"doctor",
+         Make<DoctorCommand>,
          {},
-         "Show what the cloud service is able to do",
-         "Leaves nothing behind in the cloud. The result names neither you nor the service nor documents, so it can "
-         "be shown to others.",
+         "Show what the cloud service supports",
+         "Leaves nothing behind in the cloud. The output identifies neither you nor the service nor any document, so "
+         "it is safe to share.",
          {},
          {"norlis-cloud doctor"}},
     };

@@ -3,24 +3,29 @@
 #include <QString>
 #include <QStringList>
 
+#include <memory>
 #include <vector>
 
 namespace Norlis::Terminal {
 
-/// What the command line says about one command.
+class Command;
+struct Environment;
+
+/// A command: what the command line says about it, and how it is made.
 struct CommandEntry {
     QString name;
-    QString operands; ///< as the usage line shows them; empty when the command takes none
+    std::unique_ptr<Command> (*make)(const Environment& environment);
+    QString operands; ///< as the usage line shows them; empty if the command takes none
     QString summary;
-    QString details;     ///< what the summary leaves open
-    QStringList options; ///< names of those that not every command has
+    QString details;     ///< shown below the summary; may be empty
+    QStringList options; ///< names of those that not all commands have
     QStringList examples;
 };
 
-/// All commands, in the order in which a newcomer needs them.
+/// All commands, in the order in which a new user needs them.
 const std::vector<CommandEntry>& CommandCatalogue();
 
-/// Null when there is no such command.
+/// Null if there is no such command.
 const CommandEntry* FindCommand(const QString& name);
 
 } // namespace Norlis::Terminal

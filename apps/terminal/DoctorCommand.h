@@ -8,7 +8,7 @@
 
 namespace Norlis::Terminal {
 
-/// Shows what the service is able to do. Works without the records, so other commands can run meanwhile.
+/// Shows what the service supports. Does not open the records, so other commands can run at the same time.
 class DoctorCommand : public Command {
     Q_OBJECT
 

@@ -9,7 +9,7 @@ namespace {
 
 using Status = PDF::FileInfo::CloudStatus;
 
-/// A word for programs.
+/// The machine-readable form.
 QString StateWord(Status state)
 {
     switch (state) {
@@ -87,7 +87,7 @@ QString StateText(Status state)
     case Status::OnlyInCloud:
         return "only in the cloud";
     case Status::InSync:
-        return "in step";
+        return "up to date";
     case Status::ChangedLocally:
         return "changed here";
     case Status::ChangedInCloud:

@@ -11,7 +11,7 @@
 
 namespace Norlis::Terminal {
 
-/// A document of the list, as far as this program shows it.
+/// A document of the list, with what this program shows of it.
 struct DocumentEntry {
     QString id;
     QString name;
@@ -22,19 +22,19 @@ struct DocumentEntry {
     QString md5Hash; ///< of the cloud copy; empty when it is unknown
 };
 
-/// Nothing when the list has no such document.
+/// Nothing if the list has no such document.
 std::optional<DocumentEntry> EntryOf(const PDF::AbstractFileManager& documents, const QString& id);
 
-/// All documents of the list, ordered by name.
+/// All documents of the list, sorted by name.
 std::vector<DocumentEntry> AllEntries(const PDF::AbstractFileManager& documents);
 
-/// The entry with all that is known of it.
+/// All fields of the entry.
 QJsonObject JsonOf(const DocumentEntry& entry);
 
-/// The state in words for a person.
+/// The state, for people to read.
 QString StateText(PDF::FileInfo::CloudStatus state);
 
-/// The time in the user's own zone; "-" when it is unknown.
+/// The time in the local time zone; "-" if it is unknown.
 QString TimeText(const QDateTime& time);
 
 } // namespace Norlis::Terminal

@@ -42,7 +42,7 @@ FoundDocuments FindDocuments(const PDF::AbstractFileManager& documents, const QS
                 << QStringLiteral("There is no document \"%1\" in the cloud. Run: norlis-cloud list").arg(word);
         } else {
             std::sort(ids.begin(), ids.end());
-            found.problems << QStringLiteral("Several documents are called \"%1\". Name one by its id: %2")
+            found.problems << QStringLiteral("Several documents are named \"%1\". Choose one by its id: %2")
                                   .arg(word, ids.join(", "));
         }
     }

@@ -6,13 +6,13 @@
 
 namespace Norlis::Terminal {
 
-/// Documents that a user named, and what is wrong with the other words.
+/// The documents that the user named, and an error for each name that could not be resolved.
 struct FoundDocuments {
-    std::vector<DocumentEntry> documents; ///< each once, in the user's order
+    std::vector<DocumentEntry> documents; ///< without duplicates, in the user's order
     QStringList problems;
 };
 
-/// Finds each word as an id or else as a name, which must be the name of one document only.
+/// Looks each word up as an id, or else as a name that only one document has.
 FoundDocuments FindDocuments(const PDF::AbstractFileManager& documents, const QStringList& words);
 
 } // namespace Norlis::Terminal

@@ -14,13 +14,13 @@ DownloadCommand::DownloadCommand(const Environment& environment) : BatchCommand(
 void DownloadCommand::Work()
 {
     if (!QFileInfo(arguments.targetFolder).isDir()) {
-        output.Error(QStringLiteral("There is no folder %1. Create it, or name another one with --to")
+        output.Error(QStringLiteral("The folder %1 does not exist. Create it, or choose another one with --to")
                          .arg(arguments.targetFolder));
         Finish(ExitStatus::failure);
         return;
     }
     connect(&Session(), &Host::CloudSession::DocumentDownloaded, this, &DownloadCommand::OnDownloaded);
-    connect(&Session(), &Host::CloudSession::DownloadCanceled, this, &DownloadCommand::Cancel);
+    connect(&Session(), &Host::CloudSession::DownloadCanceled, this, &DownloadCommand::OnCanceled);
     connect(&Session().Cloud(), &AbstractCloudManager::DownloadingProgressValueChanged, this,
             [this](const std::shared_ptr<const PDF::FileInfo>& file, int percent) {
                 ShowProgress(QString::fromStdString(PDF::FileInfo(*file).GetId()), percent);
@@ -28,7 +28,7 @@ void DownloadCommand::Work()
     WithFreshList([this] { Begin(); });
 }
 
-bool DownloadCommand::GiveUp(const QString& id)
+bool DownloadCommand::CancelJob(const QString& id)
 {
     Session().CancelDownload(id);
     return true;
@@ -38,7 +38,7 @@ void DownloadCommand::Begin()
 {
     const auto found = FindDocuments(Session().Documents(), arguments.operands);
     for (const QString& problem : found.problems) {
-        Refuse(problem);
+        ReportFailure(problem);
     }
     for (const auto& document : found.documents) {
         Expect(document.id, document.name);

@@ -4,7 +4,7 @@
 
 namespace Norlis::Terminal {
 
-/// Fetches documents into a folder.
+/// Downloads documents to a folder.
 class DownloadCommand : public BatchCommand {
     Q_OBJECT
 
@@ -13,7 +13,7 @@ public:
 
 protected:
     void Work() override;
-    bool GiveUp(const QString& id) override;
+    bool CancelJob(const QString& id) override;
 
 private:
     void Begin();

@@ -4,11 +4,11 @@
 
 namespace Norlis::Terminal {
 
-/// What the program tells the shell that started it.
+/// The exit statuses.
 namespace ExitStatus {
 constexpr int success = 0;
 constexpr int failure = 1; ///< something that was asked for could not be done
-constexpr int usage = 2;   ///< the command line could not be understood; nothing was done
+constexpr int usage = 2;   ///< usage error; nothing was done
 constexpr int interrupted = Apps::Interrupts::exitStatus;
 } // namespace ExitStatus
 

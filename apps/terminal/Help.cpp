@@ -46,16 +46,17 @@ QString ExamplesText(const QStringList& examples)
 QString OverviewText(const QList<QCommandLineOption>& options)
 {
     QString text =
-        Wrapped("Keeps PDF documents in a cloud: a folder, for instance on a network drive, or a WebDAV server.") +
+        Wrapped(
+            "Keeps PDF documents in the cloud: in a folder, for instance on a network drive, or on a WebDAV server.") +
         "\n\nUsage: norlis-cloud COMMAND [OPTION]...\n\nCommands:\n";
     for (const auto& command : CommandCatalogue()) {
         text += "  " + PadRight(command.name + ' ' + command.operands, 22) + command.summary + '\n';
     }
     text += OptionsText(options);
     text += '\n' +
-            Wrapped("DOCUMENT is an id or a name from the list. Results go to standard output, problems to standard "
-                    "error, one line each, also with --json. The exit status is 0 when all went well, 1 when "
-                    "something failed, 2 when the command line was not understood, and 130 after Ctrl-C.") +
+            Wrapped("DOCUMENT is an id or a name from the list. Results go to standard output and errors to standard "
+                    "error, one per line, even with --json. The exit status is 0 on success, 1 if something failed, "
+                    "2 after a usage error, and 130 after Ctrl-C.") +
             '\n';
     text += ExamplesText({"norlis-cloud login --service ~/Cloud", "norlis-cloud upload report.pdf"});
     return text + "\nMore about a command: norlis-cloud COMMAND --help\n";

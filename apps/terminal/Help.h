@@ -8,9 +8,10 @@
 
 namespace Norlis::Terminal {
 
-/// The text about the whole program.
+/// The help text of the program.
 QString OverviewText(const QList<QCommandLineOption>& options);
 
+/// The help text of a command.
 /// \param options those that the command has
 QString CommandText(const CommandEntry& command, const QList<QCommandLineOption>& options);
 

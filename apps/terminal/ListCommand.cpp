@@ -15,7 +15,7 @@ namespace {
 constexpr int columnCount = 5;
 constexpr int nameColumn = 0;
 constexpr int sizeColumn = 1;
-constexpr int narrowestName = 20;
+constexpr int minNameColumns = 20;
 const auto gap = QStringLiteral("  ");
 
 using Row = std::array<QString, columnCount>;
@@ -39,7 +39,7 @@ QString Table(std::vector<Row> rows, const Output& output)
         for (std::size_t column = nameColumn + 1; column < widths.size(); ++column) {
             others += gap.size() + widths[column];
         }
-        widths[nameColumn] = qMin(widths[nameColumn], qMax(narrowestName, output.Columns() - others));
+        widths[nameColumn] = qMin(widths[nameColumn], qMax(minNameColumns, output.Columns() - others));
     }
     QString text;
     for (Row& row : rows) {
@@ -56,7 +56,7 @@ QString Table(std::vector<Row> rows, const Output& output)
     return text;
 }
 
-/// One document, yet with each entry on a line of its own, for tools that read lines.
+/// One JSON array, with each entry on a line of its own for tools that read lines.
 QString JsonList(const std::vector<DocumentEntry>& entries)
 {
     QStringList objects;
@@ -75,7 +75,7 @@ void ListCommand::Start()
     if (!arguments.offline) {
         SessionCommand::Start();
     } else if (account.Service().isEmpty()) {
-        RefuseSignedOut();
+        FailSignedOut();
     } else if (OpenSession()) {
         Show();
     }

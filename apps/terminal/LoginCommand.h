@@ -4,7 +4,7 @@
 
 namespace Norlis::Terminal {
 
-/// Signs in with a new token and remembers it when the service takes it.
+/// Signs in with a new token and remembers it if the service accepts it.
 class LoginCommand : public SessionCommand {
     Q_OBJECT
 

@@ -26,7 +26,7 @@ winsize TerminalSize()
     return size;
 }
 
-bool UnderstandsEscapes()
+bool SupportsEscapes()
 {
     const QByteArray terminal = qgetenv("TERM");
     return !terminal.isEmpty() && terminal != "dumb";
@@ -37,9 +37,9 @@ bool UnderstandsEscapes()
 Output::Output(bool json)
     : json(json),
       isTerminal(isatty(STDOUT_FILENO) == 1),
-      hasStatusLines(isTerminal && !json && UnderstandsEscapes())
+      hasStatusLines(isTerminal && !json && SupportsEscapes())
 {
-    std::signal(SIGPIPE, SIG_IGN); // a reader that has gone is met where something is written
+    std::signal(SIGPIPE, SIG_IGN); // a reader that has gone shows up as a write error
 }
 
 Output::~Output()
@@ -50,11 +50,6 @@ Output::~Output()
 bool Output::IsJson() const
 {
     return json;
-}
-
-bool Output::HasStatusLines() const
-{
-    return hasStatusLines;
 }
 
 int Output::Columns() const
@@ -97,7 +92,7 @@ void Output::Json(const QJsonDocument& document)
 void Output::Error(const QString& text)
 {
     EraseStatus();
-    int ignoredError = 0; // there is no place left to complain
+    int ignoredError = 0; // there is nowhere left to report it
     Write(STDERR_FILENO, (QCoreApplication::applicationName() + ": " + Printable(text) + '\n').toUtf8(), ignoredError);
     DrawStatus();
 }
@@ -152,7 +147,7 @@ void Output::EraseStatus()
     if (drawnStatus.isEmpty()) {
         return;
     }
-    // In a window that has become narrower the lines may stand on more rows than they were drawn on.
+    // If the window has become narrower, the lines may now take more rows than when they were drawn.
     const int columns = Columns();
     int rows = 0;
     for (const QString& line : qAsConst(drawnStatus)) {

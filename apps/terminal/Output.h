@@ -8,8 +8,8 @@ namespace Norlis::Terminal {
 
 /// The program's standard output and standard error.
 ///
-/// Results go to standard output, problems to standard error, one line each. On a terminal a few status lines can stand
-/// below everything else; they are taken away before anything is printed and put back afterwards.
+/// Results go to standard output, errors to standard error, one per line. On a terminal a few status lines can be shown
+/// below everything else; they are erased before anything is printed and drawn again afterwards.
 class Output {
 public:
     explicit Output(bool json);
@@ -18,42 +18,39 @@ public:
     Output(const Output&) = delete;
     Output& operator=(const Output&) = delete;
 
-    /// Whether results are wanted as JSON.
+    /// Whether results are printed as JSON.
     bool IsJson() const;
 
-    /// Whether status lines can be shown.
-    bool HasStatusLines() const;
-
-    /// The size of the terminal; 80 by 24 when it cannot be told.
+    /// The size of the terminal; 80 by 24 if it is unknown.
     int Columns() const;
     int Rows() const;
 
-    /// Whether results are shown to a person right away.
+    /// Whether results go directly to a terminal.
     bool IsTerminal() const;
 
-    /// A name or path as it may appear among results: unchanged in a file or a pipe, without control characters on a
+    /// A name or path, as printed among the results: unchanged in a file or a pipe, without control characters on a
     /// terminal.
     QString Name(const QString& name) const;
 
     /// A line of results.
     void Line(const QString& text);
 
-    /// Lines of results, each with its line end, written at once.
+    /// Several lines of results, each ending in a newline, written at once.
     void Lines(const QString& text);
 
     /// A JSON document, on a line of its own.
     void Json(const QJsonDocument& document);
 
-    /// A problem; the program's name is put before it.
+    /// An error message; the program's name is put in front of it.
     void Error(const QString& text);
 
     /// Replaces the status lines. Each must be shorter than the terminal is wide.
     void SetStatus(const QStringList& lines);
 
-    /// Why results could not be written: empty when they could. After the first failure nothing more is written.
+    /// The error that kept results from being written; empty if there was none. Nothing is written after the first one.
     QString WriteError() const;
 
-    /// Whether the reader of the results has gone, which is its good right.
+    /// Whether the reader of the results has gone, as `head` does, which is not an error.
     bool HasReaderGone() const;
 
 private:
@@ -66,7 +63,7 @@ private:
     const bool isTerminal;
     const bool hasStatusLines;
     QStringList status;
-    QStringList drawnStatus; ///< as it stands on the terminal
+    QStringList drawnStatus; ///< as shown on the terminal
     int writeError = 0;      ///< an errno
 };
 

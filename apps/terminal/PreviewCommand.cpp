@@ -10,12 +10,12 @@ const QStringList sizes = {"small", "medium", "large"};
 
 } // namespace
 
-PreviewCommand::PreviewCommand(const Environment& environment) : BatchCommand(environment, "Making pictures") {}
+PreviewCommand::PreviewCommand(const Environment& environment) : BatchCommand(environment, "Creating previews") {}
 
 void PreviewCommand::Work()
 {
     connect(&Session(), &Host::CloudSession::PreviewStored, this, &PreviewCommand::OnStored);
-    // A fresh list makes the library ask for the pictures of all documents, and these would have to wait for them.
+    // A refresh makes the library request previews of all documents, and those asked for here would queue behind them.
     const auto found = FindDocuments(Session().Documents(), arguments.operands);
     if (found.problems.isEmpty()) {
         Begin(found);
@@ -27,7 +27,7 @@ void PreviewCommand::Work()
 void PreviewCommand::Begin(const FoundDocuments& found)
 {
     for (const QString& problem : found.problems) {
-        Refuse(problem);
+        ReportFailure(problem);
     }
     for (const auto& document : found.documents) {
         Expect(document.id, document.name);
@@ -41,9 +41,9 @@ void PreviewCommand::OnStored(const QString& id, const QString& size, const QStr
     if (!IsExpected(id)) {
         return;
     }
-    pictures[id][size] = path;
-    ShowProgress(id, pictures[id].size() * 100 / sizes.size());
-    if (pictures[id].size() == sizes.size()) {
+    previewPaths[id][size] = path;
+    ShowProgress(id, previewPaths[id].size() * 100 / sizes.size());
+    if (previewPaths[id].size() == sizes.size()) {
         Succeed(id);
         Show(id);
     }
@@ -51,7 +51,7 @@ void PreviewCommand::OnStored(const QString& id, const QString& size, const QStr
 
 void PreviewCommand::Show(const QString& id)
 {
-    const auto& paths = pictures[id];
+    const auto& paths = previewPaths[id];
     const auto entry = EntryOf(Session().Documents(), id);
     const QString name = entry ? entry->name : id;
     if (output.IsJson()) {

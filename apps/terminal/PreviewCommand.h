@@ -5,7 +5,7 @@
 
 namespace Norlis::Terminal {
 
-/// Stores pictures of documents and shows where.
+/// Saves previews of documents and shows their paths.
 class PreviewCommand : public BatchCommand {
     Q_OBJECT
 
@@ -20,7 +20,7 @@ private:
     void OnStored(const QString& id, const QString& size, const QString& path);
     void Show(const QString& id);
 
-    QMap<QString, QMap<QString, QString>> pictures; ///< paths by size, by id of the document
+    QMap<QString, QMap<QString, QString>> previewPaths; ///< paths by size, by id of the document
 };
 
 } // namespace Norlis::Terminal

@@ -4,7 +4,7 @@ namespace Norlis::Terminal {
 
 namespace {
 
-QString WhatFailed(Host::CloudProblem::Request request)
+QString TitleOf(Host::CloudProblem::Request request)
 {
     switch (request) {
     case Host::CloudProblem::Request::SignIn:
@@ -18,9 +18,9 @@ QString WhatFailed(Host::CloudProblem::Request request)
     case Host::CloudProblem::Request::Remove:
         return "Removing %1 failed";
     case Host::CloudProblem::Request::Preview:
-        return "Making a picture of %1 failed";
+        return "Creating a preview of %1 failed";
     case Host::CloudProblem::Request::Quota:
-        return "Asking for the storage failed";
+        return "Fetching the storage usage failed";
     case Host::CloudProblem::Request::Save:
         return "Saving the list failed";
     }
@@ -47,7 +47,7 @@ QString ProblemText(const Host::CloudProblem& problem, const QString& document)
     if (cause.reason.isEmpty()) {
         cause.reason = problem.message;
     }
-    return FailureText(WhatFailed(problem.request).replace("%1", '"' + name + '"'), cause);
+    return FailureText(TitleOf(problem.request).replace("%1", '"' + name + '"'), cause);
 }
 
 QString FailureText(const QString& what, const Social::OAuth2::Failure& cause)

@@ -4,8 +4,8 @@
 
 namespace Norlis::Terminal {
 
-/// What failed, which document, what the service said, what to do: in one sentence or two.
-/// \param document name to show; empty takes that which the service mentions
+/// What failed, for which document, what the service said and what to do, in one or two sentences.
+/// \param document name to show; if empty, the one that the service mentions
 QString ProblemText(const Host::CloudProblem& problem, const QString& document = {});
 
 /// The same for a request that was made without a session.

@@ -30,15 +30,15 @@ QJsonValue BytesOrNull(int mebibytes)
 QString QuotaText(int usedMiB, int totalMiB)
 {
     if (usedMiB < 0) {
-        const auto untold = QStringLiteral("The service does not tell how much storage is used");
-        return IsUnlimited(totalMiB) ? untold + ", and sets no limit"
-               : totalMiB < 0        ? untold
-                                     : untold + ", of " + SizeText(totalMiB);
+        const auto unknown = QStringLiteral("The service does not report how much storage is used");
+        return IsUnlimited(totalMiB) ? unknown + ", and sets no limit"
+               : totalMiB < 0        ? unknown
+                                     : unknown + "; the limit is " + SizeText(totalMiB);
     }
-    // The service rounds what is used up and what there is down, so "at most" and "at least" would both be true.
+    // The used figure is rounded up and the total down.
     const QString used = SizeText(usedMiB);
     return IsUnlimited(totalMiB) ? used + " used; the service sets no limit"
-           : totalMiB < 0        ? used + " used; the service does not tell how much there is"
+           : totalMiB < 0        ? used + " used; the service does not report a limit"
                                  : used + " of " + SizeText(totalMiB) + " used";
 }
 

@@ -16,7 +16,7 @@ void RemoveCommand::Begin()
 {
     const auto found = FindDocuments(Session().Documents(), arguments.operands);
     for (const QString& problem : found.problems) {
-        Refuse(problem);
+        ReportFailure(problem);
     }
     for (const auto& document : found.documents) {
         names[document.id] = document.name;

@@ -18,7 +18,7 @@ private:
     void Begin();
     void OnRemoved(const QString& id);
 
-    QMap<QString, QString> names; ///< by id; what is removed is not in the list any more
+    QMap<QString, QString> names; ///< by id; a removed document is no longer in the list
 };
 
 } // namespace Norlis::Terminal

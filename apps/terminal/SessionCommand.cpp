@@ -9,7 +9,7 @@ namespace Norlis::Terminal {
 
 namespace {
 
-/// A program that ends when its work is done refreshes its list when it needs it.
+/// A command refreshes the list itself when it needs to.
 class NoAutoRefresh : public PDF::Settings::ICloudAccountSettings {
 public:
     bool IsAutoRefreshEnabled() override
@@ -32,10 +32,10 @@ SessionCommand::~SessionCommand() = default;
 void SessionCommand::Start()
 {
     if (account.Service().isEmpty()) {
-        RefuseSignedOut();
+        FailSignedOut();
         return;
     }
-    if (!OpenSession()) { // first, as it tells whether there is such a service
+    if (!OpenSession()) { // first, because it reports a service that does not exist
         return;
     }
     const QString token = Token();
@@ -64,7 +64,7 @@ QString SessionCommand::Token()
 {
     const QString token = account.Token();
     if (token.isEmpty()) {
-        RefuseSignedOut();
+        FailSignedOut();
     }
     return token;
 }
@@ -90,8 +90,8 @@ bool SessionCommand::OpenSession()
 void SessionCommand::HandleFailure(Host::CloudProblem problem)
 {
     const auto signInAgain = QStringLiteral("Sign in again");
-    const bool isSignedOutMeanwhile = isSignedIn && !session->IsSignedIn();
-    if (isSignedOutMeanwhile || problem.cause.advice.startsWith(signInAgain)) {
+    const bool wasSignedOut = isSignedIn && !session->IsSignedIn();
+    if (wasSignedOut || problem.cause.advice.startsWith(signInAgain)) {
         problem.cause.advice = signInAgain + ": " + account.LoginCommandLine();
     }
     if (isSignedIn) {
@@ -106,7 +106,7 @@ Host::CloudSession& SessionCommand::Session()
     return *session;
 }
 
-void SessionCommand::RefuseSignedOut()
+void SessionCommand::FailSignedOut()
 {
     output.Error(account.SignedOutText());
     Finish(ExitStatus::failure);
@@ -117,7 +117,7 @@ void SessionCommand::Finish(int exitStatus)
     if (!isFinishing) {
         isFinishing = true;
         output.SetStatus({});
-        // The session may be in the middle of telling something.
+        // The session may be in the middle of emitting a signal.
         QTimer::singleShot(0, this, [this, exitStatus] { Close(exitStatus); });
     }
 }

@@ -8,7 +8,7 @@
 
 namespace Norlis::Terminal {
 
-/// A command that talks to the cloud: signs in, works, saves the list, ends.
+/// A command that talks to the cloud: it signs in, does its work, saves the list and ends.
 class SessionCommand : public Command {
     Q_OBJECT
 
@@ -20,28 +20,28 @@ public:
     void Interrupt() override;
 
 protected:
-    /// Called when the user is signed in.
+    /// Called once the user is signed in.
     virtual void Work() = 0;
 
-    /// Called when a request failed after the sign-in. Complains and gives up unless overridden.
+    /// Called when a request failed after the sign-in. By default reports the failure and ends.
     virtual void OnFailed(const Host::CloudProblem& problem);
 
-    /// The token to sign in with; empty when there is none and no reason to go on. Looks for the kept one unless
-    /// overridden.
+    /// The token to sign in with; empty if there is none, in which case the command has been ended. By default the
+    /// stored one.
     virtual QString Token();
 
-    /// Folder for the records and pictures of the service.
+    /// Folder for the records and previews of the service.
     virtual QString DataFolder() const;
 
-    /// Opens the records of the service without asking the cloud. False, and Finish was called, when it failed.
+    /// Opens the records of the service without contacting the cloud. On failure returns false, after calling Finish.
     bool OpenSession();
 
     Host::CloudSession& Session();
 
-    /// Complains that nobody is signed in, and gives up.
-    void RefuseSignedOut();
+    /// Reports that nobody is signed in, and ends.
+    void FailSignedOut();
 
-    /// Saves and ends. Further calls change nothing.
+    /// Saves and ends. Further calls have no effect.
     void Finish(int exitStatus);
     bool IsFinishing() const;
 

@@ -2,7 +2,7 @@
 
 #include <QVector>
 
-#include <wchar.h> // NOLINT(modernize-deprecated-headers): for wcwidth, which is of POSIX
+#include <wchar.h> // NOLINT(modernize-deprecated-headers): wcwidth is POSIX
 
 namespace Norlis::Terminal {
 
@@ -11,7 +11,7 @@ namespace {
 constexpr QChar replacement(0xfffd);
 const QChar ellipsis(0x2026);
 
-bool IsObeyedByTerminals(QChar character)
+bool IsTerminalControl(QChar character)
 {
     switch (character.category()) {
     case QChar::Other_Control:
@@ -21,14 +21,14 @@ bool IsObeyedByTerminals(QChar character)
     default:
         break;
     }
-    // The characters that begin and end another direction of writing.
+    // The characters that change the direction of writing.
     const ushort code = character.unicode();
     return (code >= 0x202a && code <= 0x202e) || (code >= 0x2066 && code <= 0x2069) || code == 0x200e || code == 0x200f;
 }
 
 int WidthOf(uint codePoint)
 {
-    // Unknown characters are most likely ordinary ones of a later Unicode.
+    // Unknown characters are most likely ordinary ones from a later version of Unicode.
     const int width = wcwidth(static_cast<wchar_t>(codePoint));
     return width < 0 ? 1 : width;
 }
@@ -39,7 +39,7 @@ QString Printable(const QString& text)
 {
     QString printable = text;
     for (QChar& character : printable) {
-        if (IsObeyedByTerminals(character)) {
+        if (IsTerminalControl(character)) {
             character = replacement;
         }
     }
@@ -51,9 +51,8 @@ QString JsonText(const QJsonDocument& document)
     QString text;
     const auto json = QString::fromUtf8(document.toJson(QJsonDocument::Compact));
     for (const QChar character : json) {
-        text += IsObeyedByTerminals(character)
-                    ? QStringLiteral("\\u%1").arg(character.unicode(), 4, 16, QLatin1Char('0'))
-                    : QString(character);
+        text += IsTerminalControl(character) ? QStringLiteral("\\u%1").arg(character.unicode(), 4, 16, QLatin1Char('0'))
+                                             : QString(character);
     }
     return text;
 }
@@ -100,7 +99,7 @@ QString HumanSize(quint64 bytes)
     static const char* const units[] = {"KiB", "MiB", "GiB", "TiB", "PiB", "EiB"};
     double amount = static_cast<double>(bytes) / step;
     int unit = 0;
-    // What would be rounded up to 1024 belongs to the next unit.
+    // What would be rounded up to 1024 is shown in the next unit.
     while (amount >= step - 0.5) {
         amount /= step;
         ++unit;

@@ -13,12 +13,12 @@ namespace Norlis::Terminal {
 
 namespace {
 
-constexpr int longestToken = 64 * 1024; // bytes; whatever is longer is some other file
+constexpr int maxTokenSize = 64 * 1024; // bytes; anything longer is some other file
 
-/// Keeps what is typed from being shown for as long as it lives.
-class HiddenTyping {
+/// Turns the terminal's echo off for as long as it lives.
+class EchoOff {
 public:
-    HiddenTyping()
+    EchoOff()
     {
         if (tcgetattr(STDIN_FILENO, &before) == 0) {
             termios hidden = before;
@@ -28,15 +28,15 @@ public:
         }
     }
 
-    ~HiddenTyping()
+    ~EchoOff()
     {
         if (isHidden) {
             tcsetattr(STDIN_FILENO, TCSAFLUSH, &before);
         }
     }
 
-    HiddenTyping(const HiddenTyping&) = delete;
-    HiddenTyping& operator=(const HiddenTyping&) = delete;
+    EchoOff(const EchoOff&) = delete;
+    EchoOff& operator=(const EchoOff&) = delete;
 
 private:
     termios before = {};
@@ -49,28 +49,28 @@ QString Checked(QByteArray bytes)
         bytes.chop(1);
     }
     if (bytes.isEmpty()) {
-        throw std::runtime_error("There is no password or token to sign in with");
+        throw std::runtime_error("No password or token was given");
     }
-    if (bytes.size() > longestToken) {
+    if (bytes.size() > maxTokenSize) {
         throw std::runtime_error("That is too long for a password or token");
     }
     const QString token = QString::fromUtf8(bytes);
     const bool isAnyControl = std::any_of(token.begin(), token.end(),
                                           [](QChar character) { return character.category() == QChar::Other_Control; });
-    if (isAnyControl) { // most likely it is another file; besides, HTTP could not carry it
-        throw std::runtime_error("There are several lines or control characters where the password or token should be");
+    if (isAnyControl) { // most likely it is another file; besides, HTTP cannot transmit it
+        throw std::runtime_error("The password or token contains several lines or control characters");
     }
     return token;
 }
 
-/// Everything up to the end of the input or, on a terminal, of the line. Nothing when interrupted.
+/// Everything up to the end of the input or, on a terminal, of the line. Nothing if interrupted.
 std::optional<QByteArray> ReadInput(bool isTerminal, int interruptDescriptor)
 {
     QByteArray bytes;
-    while (bytes.size() <= longestToken && !(isTerminal && bytes.endsWith('\n'))) {
+    while (bytes.size() <= maxTokenSize && !(isTerminal && bytes.endsWith('\n'))) {
         pollfd sources[] = {{interruptDescriptor, POLLIN, 0}, {STDIN_FILENO, POLLIN, 0}};
         if (poll(sources, 2, -1) < 0) {
-            continue; // a signal; if it asks to stop, the next look tells
+            continue; // a signal; if it asks to stop, the descriptor is readable now
         }
         if (sources[0].revents != 0) {
             return std::nullopt;
@@ -94,14 +94,14 @@ QString TokenFromFile(const QString& path)
         throw std::runtime_error(
             QStringLiteral("The token file %1 cannot be read: %2").arg(path, file.errorString()).toStdString());
     }
-    return Checked(file.read(longestToken + 1));
+    return Checked(file.read(maxTokenSize + 1));
 }
 
 std::optional<QString> TokenFromStandardInput(const QString& question, int interruptDescriptor)
 {
     std::optional<QByteArray> bytes;
     if (isatty(STDIN_FILENO) == 1) {
-        const HiddenTyping hiddenTyping;
+        const EchoOff echoOff;
         const QByteArray text = question.toUtf8();
         [[maybe_unused]] const auto written = write(STDERR_FILENO, text.constData(), static_cast<size_t>(text.size()));
         bytes = ReadInput(true, interruptDescriptor);

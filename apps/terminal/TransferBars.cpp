@@ -8,12 +8,12 @@ namespace Norlis::Terminal {
 
 namespace {
 
-constexpr int mostBars = 6;
-constexpr int rowsLeftFree = 2;
+constexpr int maxBars = 6;
+constexpr int reservedRows = 2;
 constexpr int percentColumns = 4;
-constexpr int shortestName = 8;
-constexpr int shortestBar = 5;
-constexpr int longestBar = 30;
+constexpr int minNameColumns = 8;
+constexpr int minBarColumns = 5;
+constexpr int maxBarColumns = 30;
 
 QString Bar(int percent, int columns)
 {
@@ -21,7 +21,7 @@ QString Bar(int percent, int columns)
     return '[' + QString(filled, '#') + QString(columns - 2 - filled, '.') + ']';
 }
 
-/// Name, bar and number; in a narrow window the bar and then the name are left out.
+/// Name, bar and percentage; in a narrow window the bar and then the name are left out.
 QString BarLine(const QString& name, int percent, int columns)
 {
     const QString number = QStringLiteral("%1%").arg(percent, percentColumns - 1);
@@ -29,12 +29,12 @@ QString BarLine(const QString& name, int percent, int columns)
         return {};
     }
     int left = columns - percentColumns - 1;
-    if (left < shortestName) {
+    if (left < minNameColumns) {
         return number;
     }
     QString bar;
-    if (left >= shortestName + 1 + shortestBar) {
-        const int barColumns = qBound(shortestBar, left / 2, longestBar);
+    if (left >= minNameColumns + 1 + minBarColumns) {
+        const int barColumns = qBound(minBarColumns, left / 2, maxBarColumns);
         bar = Bar(percent, barColumns) + ' ';
         left -= barColumns + 1;
     }
@@ -72,10 +72,10 @@ QStringList TransferBars::Lines(int columns, int rows) const
     QStringList lines;
     const int usableColumns = columns - 1; // some terminals wrap as soon as the last column is written
     const auto count = static_cast<int>(running.size());
-    if (count == 0 || rows <= rowsLeftFree) {
+    if (count == 0 || rows <= reservedRows) {
         return lines;
     }
-    if (count <= qMin(mostBars, rows - rowsLeftFree)) {
+    if (count <= qMin(maxBars, rows - reservedRows)) {
         for (const auto& transfer : running) {
             lines << BarLine(transfer.name, transfer.percent, usableColumns);
         }

@@ -7,21 +7,21 @@
 
 namespace Norlis::Terminal {
 
-/// How far several transfers are, as lines for a terminal: one for each that runs, or, when these are too many, one for
-/// all of them.
+/// The progress of several transfers, as lines for a terminal: one for each that is running or, if there are too many,
+/// one for all of them.
 class TransferBars {
 public:
     /// \param verb what the transfers do, as in "Uploading"
     explicit TransferBars(const QString& verb);
 
-    /// A transfer that will run. Names are made printable.
+    /// Adds a transfer. Its name is made printable.
     void Add(const QString& key, const QString& name);
 
-    /// \param percent 0 to 100; other values are brought into that range
+    /// \param percent clamped to 0 to 100
     void SetProgress(const QString& key, int percent);
     void Remove(const QString& key);
 
-    /// Lines that take fewer columns than the window has, and leave some of its rows free. Empty when there is no room.
+    /// Lines that are narrower than the window and leave some of its rows free. Empty if there is no room.
     QStringList Lines(int columns, int rows) const;
 
 private:

@@ -22,20 +22,20 @@ UploadCommand::UploadCommand(const Environment& environment) : BatchCommand(envi
 void UploadCommand::Work()
 {
     connect(&Session(), &Host::CloudSession::DocumentUploaded, this, &UploadCommand::OnUploaded);
-    connect(&Session(), &Host::CloudSession::UploadCanceled, this, &UploadCommand::Cancel);
+    connect(&Session(), &Host::CloudSession::UploadCanceled, this, &UploadCommand::OnCanceled);
     connect(&Session().Cloud(), &AbstractCloudManager::UploadingProgressValueChanged, this,
             &UploadCommand::ShowProgress);
 
     const bool isAnyKnown =
         std::any_of(paths.begin(), paths.end(), [this](const QString& path) { return !KnownDocument(path).isEmpty(); });
     if (isAnyKnown) {
-        WithFreshList([this] { Begin(); }); // what it is compared with must be true now
+        WithFreshList([this] { Begin(); }); // the comparison needs the current state of the cloud
     } else {
         Begin();
     }
 }
 
-bool UploadCommand::GiveUp(const QString& path)
+bool UploadCommand::CancelJob(const QString& path)
 {
     Session().CancelUpload(path);
     return true;
@@ -67,13 +67,14 @@ void UploadCommand::BeginKnown(const QString& path, const QString& id)
     if (state == Status::InSync) {
         Show("unchanged", path, id);
     } else if (state == Status::ChangedInCloud) {
-        Refuse(QStringLiteral("\"%1\" is newer in the cloud. Download it, or use --new to keep both").arg(path));
+        ReportFailure(QStringLiteral("\"%1\" is newer in the cloud. Download it, or use --new to keep both").arg(path));
     } else if (state == Status::ChangedOnBothSides) {
-        Refuse(QStringLiteral("\"%1\" was changed here and in the cloud. Use --new to keep both, or download the other "
-                              "one to another folder and compare")
-                   .arg(path));
+        ReportFailure(
+            QStringLiteral("\"%1\" was changed both here and in the cloud. Use --new to keep both, or download "
+                           "the other version to another folder and compare them")
+                .arg(path));
     } else {
-        // The session speaks of the upload by the path that the list holds.
+        // The session identifies the upload by the path in the list.
         const QString key = entry ? entry->path : path;
         updates.insert(key);
         Expect(key, QFileInfo(path).fileName());

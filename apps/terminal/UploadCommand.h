@@ -6,7 +6,7 @@
 
 namespace Norlis::Terminal {
 
-/// Sends files: as new documents, or in the place of the document whose local copy they are.
+/// Uploads files: as new documents, or as updates of the documents whose local copies they are.
 class UploadCommand : public BatchCommand {
     Q_OBJECT
 
@@ -15,7 +15,7 @@ public:
 
 protected:
     void Work() override;
-    bool GiveUp(const QString& path) override;
+    bool CancelJob(const QString& path) override;
 
 private:
     void Begin();
@@ -24,7 +24,7 @@ private:
     void Show(const QString& action, const QString& path, const QString& id);
     QString KnownDocument(const QString& path);
 
-    QStringList paths;     ///< absolute, each once
+    QStringList paths;     ///< absolute, without duplicates
     QSet<QString> updates; ///< paths of documents that are replaced
 };
 

@@ -22,8 +22,8 @@ void WatchCommand::Work()
     for (const auto& entry : AllEntries(Session().Documents())) {
         names[entry.id] = entry.name;
     }
-    nextLook.setSingleShot(true);
-    connect(&nextLook, &QTimer::timeout, this, [this] {
+    poll.setSingleShot(true);
+    connect(&poll, &QTimer::timeout, this, [this] {
         if (!IsFinishing()) {
             Session().Refresh();
         }
@@ -36,9 +36,9 @@ void WatchCommand::OnFailed(const Host::CloudProblem& problem)
 {
     output.Error(ProblemText(problem));
     if (Session().IsSignedIn()) {
-        WaitForNextLook();
+        SchedulePoll();
     } else {
-        Finish(ExitStatus::failure); // no look would see anything
+        Finish(ExitStatus::failure); // polling again would be pointless
     }
 }
 
@@ -55,10 +55,10 @@ void WatchCommand::Show(const QStringList& added, const QStringList& changed, co
         ShowChange("changed", id);
     }
     if (!output.WriteError().isEmpty()) {
-        Finish(ExitStatus::failure); // nobody listens any more
+        Finish(ExitStatus::failure); // nobody is reading any more
         return;
     }
-    WaitForNextLook();
+    SchedulePoll();
 }
 
 void WatchCommand::ShowChange(const QString& what, const QString& id)
@@ -79,9 +79,9 @@ void WatchCommand::ShowChange(const QString& what, const QString& id)
     }
 }
 
-void WatchCommand::WaitForNextLook()
+void WatchCommand::SchedulePoll()
 {
-    nextLook.start(arguments.interval * 1000);
+    poll.start(arguments.interval * 1000);
 }
 
 } // namespace Norlis::Terminal

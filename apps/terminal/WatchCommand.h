@@ -7,7 +7,7 @@
 
 namespace Norlis::Terminal {
 
-/// Shows changes until it is interrupted. A look that fails is reported, and the next one comes.
+/// Polls the cloud and shows changes until it is interrupted. A failed poll is reported, and the next one follows.
 class WatchCommand : public SessionCommand {
     Q_OBJECT
 
@@ -15,7 +15,7 @@ public:
     explicit WatchCommand(const Environment& environment);
 
 protected:
-    /// The records are locked while a session is open: the watch has its own, so that it keeps nobody from working.
+    /// The records are locked while a session is open: the watch has its own, so that other commands can run.
     QString DataFolder() const override;
 
     void Work() override;
@@ -24,10 +24,10 @@ protected:
 private:
     void Show(const QStringList& added, const QStringList& changed, const QStringList& removed);
     void ShowChange(const QString& what, const QString& id);
-    void WaitForNextLook();
+    void SchedulePoll();
 
-    QTimer nextLook;
-    QMap<QString, QString> names; ///< by id; what is removed is not in the list any more
+    QTimer poll;
+    QMap<QString, QString> names; ///< by id; a removed document is no longer in the list
 };
 
 } // namespace Norlis::Terminal

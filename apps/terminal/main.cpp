@@ -1,5 +1,6 @@
 #include "Arguments.h"
 #include "Command.h"
+#include "CommandCatalogue.h"
 #include "ExitStatus.h"
 #include "Output.h"
 
@@ -19,7 +20,7 @@ using namespace Norlis::Terminal;
 
 namespace {
 
-/// Until there is a log, only what ends the program is worth showing.
+/// Until there is a log, only fatal messages are shown.
 void DropMessage(QtMsgType type, const QMessageLogContext&, const QString& text)
 {
     if (type == QtFatalMsg) {
@@ -27,19 +28,20 @@ void DropMessage(QtMsgType type, const QMessageLogContext&, const QString& text)
     }
 }
 
-/// To be called before Qt looks.
-void PrepareSurroundings()
+/// To be called before the Qt application is constructed.
+void PrepareEnvironment()
 {
     qInstallMessageHandler(DropMessage);
-    qputenv("QT_QPA_PLATFORM", "offscreen"); // pictures are made, but none is shown
+    qputenv("QT_QPA_PLATFORM", "offscreen"); // previews are created, but not shown
     std::setlocale(LC_ALL, "");
     if (std::strcmp(nl_langinfo(CODESET), "UTF-8") != 0) {
-        qputenv("LC_ALL", "C.UTF-8"); // names of files are UTF-8, whatever the shell thinks
+        qputenv("LC_ALL", "C.UTF-8"); // file names are UTF-8, whatever the shell's locale says
         std::setlocale(LC_ALL, "");
     }
 }
 
-/// \param exitStatus what there is to tell apart from the output itself
+/// The exit status, taking into account whether the results could be written.
+/// \param exitStatus that of the command
 int StatusWithOutput(int exitStatus, Output& output)
 {
     const QString writeError = output.WriteError();
@@ -60,9 +62,10 @@ int Run(const Arguments& arguments)
     try {
         const auto settings = std::make_shared<Norlis::Host::CloudAccountSettings>(arguments.dataFolder);
         const Norlis::Apps::LogFile log(arguments.dataFolder + "/log", "norlis-cloud");
-        const auto command = MakeCommand({arguments, output, settings, interrupts.Descriptor()});
+        const auto command =
+            FindCommand(arguments.command)->make({arguments, output, settings, interrupts.Descriptor()});
         QObject::connect(&interrupts, &Norlis::Apps::Interrupts::Interrupted, command.get(), &Command::Interrupt);
-        // What ends inside Start ends before the event loop begins.
+        // Queued, because a command may finish inside Start, before the event loop runs.
         QObject::connect(command.get(), &Command::Finished, qApp, &QCoreApplication::exit, Qt::QueuedConnection);
         command->Start();
         exitStatus = QCoreApplication::exec();
@@ -76,10 +79,10 @@ int Run(const Arguments& arguments)
 
 int main(int argc, char** argv)
 {
-    PrepareSurroundings();
-    // Qt would take some of the user's words for its own options.
-    int wordsForQt = 1;
-    const QGuiApplication application(wordsForQt, argv);
+    PrepareEnvironment();
+    // Keeps Qt from taking some of the arguments for options of its own.
+    int argcForQt = 1;
+    const QGuiApplication application(argcForQt, argv);
     QCoreApplication::setApplicationName("norlis-cloud");
     QCoreApplication::setApplicationVersion(NORLIS_VERSION);
 

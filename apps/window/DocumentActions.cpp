@@ -17,8 +17,8 @@ QAction* Make(QWidget& widget, const QString& text, Glyph glyph, const QKeySeque
     const auto action = new QAction(GlyphIcon(glyph), text, &widget);
     action->setShortcut(keys);
     action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
-    const QString plainKeys = keys.toString(QKeySequence::NativeText);
-    action->setToolTip(plainKeys.isEmpty() ? tip : tip + " (" + plainKeys + ')');
+    const QString shortcut = keys.toString(QKeySequence::NativeText);
+    action->setToolTip(shortcut.isEmpty() ? tip : tip + " (" + shortcut + ')');
     widget.addAction(action);
     return action;
 }
@@ -26,23 +26,23 @@ QAction* Make(QWidget& widget, const QString& text, Glyph glyph, const QKeySeque
 } // namespace
 
 DocumentActions::DocumentActions(QWidget& widget)
-    : upload(Make(widget, tr("&Upload …"), Glyph::Upload, Qt::CTRL + Qt::Key_U, tr("Send PDF files to the cloud"))),
+    : upload(Make(widget, tr("&Upload…"), Glyph::Upload, Qt::CTRL + Qt::Key_U, tr("Upload PDF files to the cloud"))),
       download(Make(widget, tr("&Download"), Glyph::Download, Qt::CTRL + Qt::Key_D,
-                    tr("Fetch the selected documents into the folder for downloads"))),
-      downloadTo(Make(widget, tr("Download &To …"), Glyph::Folder, Qt::CTRL + Qt::SHIFT + Qt::Key_D,
-                      tr("Fetch the selected documents into a folder that you choose"))),
+                    tr("Download the selected documents to the downloads folder"))),
+      downloadTo(Make(widget, tr("Download &To…"), Glyph::Folder, Qt::CTRL + Qt::SHIFT + Qt::Key_D,
+                      tr("Download the selected documents to a folder of your choice"))),
       open(Make(widget, tr("&Open"), Glyph::Open, QKeySequence::Open,
-                tr("Open the selected documents, and fetch those that are not here"))),
+                tr("Open the selected documents, downloading them first if necessary"))),
       uploadChanges(Make(widget, tr("Upload &Changes"), Glyph::UploadChanges, QKeySequence::Save,
-                         tr("Replace the documents in the cloud by what you have changed here"))),
-      remove(Make(widget, tr("&Remove …"), Glyph::Remove, QKeySequence::Delete,
+                         tr("Update the documents in the cloud with the changes you made on this computer"))),
+      remove(Make(widget, tr("&Remove…"), Glyph::Remove, QKeySequence::Delete,
                   tr("Remove the selected documents from the cloud"))),
-      refresh(
-          Make(widget, tr("&Refresh"), Glyph::Refresh, QKeySequence::Refresh, tr("Fetch the list of documents again"))),
-      thumbnails(Make(widget, tr("&Thumbnails"), Glyph::Thumbnails, Qt::CTRL + Qt::Key_1, tr("Show pictures"))),
-      list(Make(widget, tr("&List"), Glyph::List, Qt::CTRL + Qt::Key_2, tr("Show one document per line"))),
-      find(Make(widget, tr("&Find"), Glyph::Search, QKeySequence::Find, tr("Look for a document by its name"))),
-      signOut(Make(widget, tr("Si&gn Out"), Glyph::Cancel, {}, tr("Forget the password and show another cloud"))),
+      refresh(Make(widget, tr("&Refresh"), Glyph::Refresh, QKeySequence::Refresh, tr("Reload the list of documents"))),
+      thumbnails(
+          Make(widget, tr("&Thumbnails"), Glyph::Thumbnails, Qt::CTRL + Qt::Key_1, tr("Show documents as thumbnails"))),
+      list(Make(widget, tr("&List"), Glyph::List, Qt::CTRL + Qt::Key_2, tr("Show documents as a list"))),
+      find(Make(widget, tr("&Find"), Glyph::Search, QKeySequence::Find, tr("Find documents by name"))),
+      signOut(Make(widget, tr("Si&gn Out"), Glyph::Cancel, {}, tr("Forget the password and choose another cloud"))),
       widget(widget)
 {
     const auto modes = new QActionGroup(&widget);
@@ -63,7 +63,7 @@ void DocumentActions::AddMenusTo(QMenuBar& bar) const
                 menu->addSeparator();
             }
         }
-        bar.insertMenu(bar.actions().value(bar.actions().size() - 1), menu); // the last one is the program's own
+        bar.insertMenu(bar.actions().value(bar.actions().size() - 1), menu); // the last one is the application menu
     };
     add(tr("&Documents"),
         {upload, nullptr, open, download, downloadTo, uploadChanges, nullptr, remove, nullptr, signOut});
@@ -90,7 +90,7 @@ void DocumentActions::Update(const Situation& situation)
     open->setEnabled(situation.isAnySelected);
     uploadChanges->setEnabled(situation.isSignedIn && situation.isAnySelectedChangedHere);
     remove->setEnabled(canAct);
-    // The library refreshes between transfers only.
+    // The library does not refresh during transfers.
     refresh->setEnabled(situation.isSignedIn && !situation.hasRunningTransfers);
 }
 

@@ -9,12 +9,12 @@ class QWidget;
 
 namespace Norlis::Window {
 
-/// What can be done with documents, as menus, tool bar and keys offer it. Whoever does it connects to the actions.
+/// What can be done with documents, for menus, toolbar and keyboard. Whoever carries it out connects to the actions.
 class DocumentActions {
     Q_DECLARE_TR_FUNCTIONS(Norlis::Window::DocumentActions)
 
 public:
-    /// What decides which of them can be chosen.
+    /// Decides which actions are enabled.
     struct Situation {
         bool isSignedIn = false;
         bool hasRunningTransfers = false;
@@ -22,7 +22,7 @@ public:
         bool isAnySelectedChangedHere = false;
     };
 
-    /// \param widget owns the actions; inside of it their keys work
+    /// \param widget owns the actions; their shortcuts work inside it
     explicit DocumentActions(QWidget& widget);
 
     /// The menus live as long as the widget.

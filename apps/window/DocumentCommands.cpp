@@ -34,7 +34,7 @@ bool IsPdf(const QString& path)
 
 DocumentCommands::DocumentCommands(const Parts& parts, QWidget& widget) : parts(parts), widget(widget)
 {
-    connect(&parts.transfers, &Transfers::ToBeOpened, this, &DocumentCommands::OpenFile);
+    connect(&parts.transfers, &Transfers::OpenRequested, this, &DocumentCommands::OpenFile);
 }
 
 void DocumentCommands::ChooseUploads()
@@ -130,9 +130,9 @@ void DocumentCommands::Open()
 void DocumentCommands::OpenFile(const QString& path)
 {
     if (!QDesktopServices::openUrl(QUrl::fromLocalFile(path))) {
-        parts.message.Show(
-            Topic::files, tr("“%1” cannot be opened.").arg(QFileInfo(path).fileName()),
-            tr("There is no program for PDF documents. The document is at %1.").arg(QDir::toNativeSeparators(path)));
+        parts.message.Show(Topic::files, tr("“%1” cannot be opened.").arg(QFileInfo(path).fileName()),
+                           tr("No program for opening PDF documents was found. The document is at %1.")
+                               .arg(QDir::toNativeSeparators(path)));
     }
 }
 

@@ -17,12 +17,12 @@ class DocumentsView;
 class MessageBar;
 class Transfers;
 
-/// Does with documents what the user chooses, and asks before anything is lost by it.
+/// Carries out what the user chooses to do with documents, and asks before anything would be lost.
 class DocumentCommands : public QObject {
     Q_OBJECT
 
 public:
-    /// What the commands work with; all of it outlives them.
+    /// What the commands need; all of it outlives them.
     struct Parts {
         Host::CloudSession& session;
         QSettings& settings;
@@ -32,26 +32,26 @@ public:
         MessageBar& message;
     };
 
-    /// \param widget over which questions are asked
+    /// \param widget parent of the dialogs
     DocumentCommands(const Parts& parts, QWidget& widget);
 
-    /// Sends PDF files. Those that are local copies of documents replace these, all others become new documents.
+    /// Uploads PDF files. Local copies of documents replace those documents; all others become new documents.
     void Upload(const QStringList& paths);
     void ChooseUploads();
 
-    // With the selected documents.
+    // These act on the selected documents.
 
-    /// \param folder empty: where the local copy is, or else the folder for downloads
+    /// \param folder if empty, that of the local copy or else the downloads folder
     void Download(const QString& folder = {});
     void ChooseDownloadFolder();
     void Open();
     void UploadChanges();
     void Remove();
 
-    /// Ids of those selected documents whose local copy has changed.
+    /// Ids of the selected documents whose local copies have changed.
     QStringList ChangedHere() const;
 
-    /// The id itself when there is no such document in the list.
+    /// The id itself if the list has no such document.
     QString NameOf(const QString& id) const;
 
 private:

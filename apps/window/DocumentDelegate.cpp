@@ -16,13 +16,13 @@ using Model = Host::CloudDocumentsModel;
 namespace {
 
 constexpr int margin = 10;
-constexpr int pictureEdge = 144; // in a cell of its own; the largest picture that the cloud is asked for has 191 pixels
-constexpr int smallEdge = 32;    // on a line
+constexpr int pictureEdge = 144; // in thumbnail mode; the largest preview has 191 pixels
+constexpr int smallEdge = 32;    // in list mode
 constexpr int badgeEdge = 22;
-constexpr qreal roundness = 6;
-constexpr qreal paperProportion = 0.71; // of a page that has no picture
+constexpr qreal cornerRadius = 6;
+constexpr qreal paperAspectRatio = 0.71; // of the placeholder for a page without a preview
 
-/// Widths of the columns right of the name, in average characters.
+// Widths of the columns to the right of the name, in average characters.
 constexpr int stateColumn = 28;
 constexpr int sizeColumn = 12;
 constexpr int dateColumn = 18;
@@ -49,7 +49,7 @@ QPalette::ColorRole TextRole(const QStyleOptionViewItem& option)
     return (option.state & QStyle::State_Selected) ? QPalette::HighlightedText : QPalette::Text;
 }
 
-QColor QuietColor(const QStyleOptionViewItem& option)
+QColor MutedColor(const QStyleOptionViewItem& option)
 {
     QColor color = option.palette.color(TextRole(option));
     color.setAlphaF(0.7);
@@ -64,17 +64,17 @@ void PaintBackground(QPainter& painter, const QStyleOptionViewItem& option)
     painter.setPen(Qt::NoPen);
     if (option.state & QStyle::State_Selected) {
         painter.setBrush(option.palette.color(group, QPalette::Highlight));
-        painter.drawRoundedRect(area, roundness, roundness);
+        painter.drawRoundedRect(area, cornerRadius, cornerRadius);
     } else if (option.state & QStyle::State_MouseOver) {
         QColor light = option.palette.color(QPalette::Highlight);
         light.setAlphaF(0.12);
         painter.setBrush(light);
-        painter.drawRoundedRect(area, roundness, roundness);
+        painter.drawRoundedRect(area, cornerRadius, cornerRadius);
     }
     if (option.state & QStyle::State_HasFocus && option.state & QStyle::State_KeyboardFocusChange) {
         painter.setBrush(Qt::NoBrush);
         painter.setPen(QPen(option.palette.color(QPalette::Text), 1, Qt::DotLine));
-        painter.drawRoundedRect(area, roundness, roundness);
+        painter.drawRoundedRect(area, cornerRadius, cornerRadius);
     }
 }
 
@@ -105,7 +105,7 @@ QSize DocumentDelegate::CellSize(const QFontMetrics& metrics, int viewWidth) con
     }
     const int width = qMax(pictureEdge, metrics.averageCharWidth() * 22) + 2 * margin;
     const int columns = qMax(1, viewWidth / width);
-    // The columns share what is left over, so that the right edge is no ragged one.
+    // The columns share what is left over, so that there is no gap at the right edge.
     return {viewWidth / columns, pictureEdge + 2 * metrics.lineSpacing() + 4 * margin};
 }
 
@@ -141,7 +141,7 @@ void DocumentDelegate::PaintThumbnail(QPainter& painter, const QStyleOptionViewI
     painter.setPen(option.palette.color(TextRole(option)));
     painter.drawText(nameArea, Qt::AlignCenter | Qt::TextSingleLine,
                      option.fontMetrics.elidedText(name, Qt::ElideMiddle, nameArea.width()));
-    painter.setPen(QuietColor(option));
+    painter.setPen(MutedColor(option));
     painter.drawText(nameArea.translated(0, line), Qt::AlignCenter | Qt::TextSingleLine,
                      option.fontMetrics.elidedText(Details(index), Qt::ElideRight, nameArea.width()));
 }
@@ -163,13 +163,13 @@ void DocumentDelegate::PaintLine(QPainter& painter, const QStyleOptionViewItem& 
         right -= width + margin;
         return QRect(right + margin, area.top(), width, area.height());
     };
-    // A narrow window leaves out what matters least.
+    // A narrow window leaves out the least important columns.
     const int nameWidth = 24 * letter;
     const int room = area.width() - smallEdge - 2 * margin - nameWidth;
     const bool hasDate = room > (sizeColumn + dateColumn) * letter;
     const bool hasState = room > (sizeColumn + dateColumn + stateColumn) * letter;
 
-    painter.setPen(QuietColor(option));
+    painter.setPen(MutedColor(option));
     if (hasDate) {
         elided(takeColumn(dateColumn), DateText(index.data(Model::ModifiedRole).toDateTime()), Qt::ElideRight,
                Qt::AlignRight);
@@ -195,7 +195,7 @@ QRect DocumentDelegate::PaintPicture(QPainter& painter, const QRect& box, const 
     const qreal scale = painter.device()->devicePixelRatioF();
     const QString path = PicturePath(index, qRound(box.height() * scale));
     const QPixmap picture = path.isEmpty() ? QPixmap() : thumbnails.Find(path);
-    const QSize size = picture.isNull() ? QSize(qRound(box.height() * paperProportion), box.height())
+    const QSize size = picture.isNull() ? QSize(qRound(box.height() * paperAspectRatio), box.height())
                                         : picture.size().scaled(box.size(), Qt::KeepAspectRatio);
     QRect target({}, size);
     target.moveCenter(box.center());

@@ -8,7 +8,7 @@ namespace Norlis::Window {
 
 enum class Layout { Thumbnails, List };
 
-/// Paints documents: as a picture with the name below it, or on one line with name, state, size and date.
+/// Paints documents: as thumbnails with the name below, or on one line with name, state, size and date.
 class DocumentDelegate : public QStyledItemDelegate {
     Q_OBJECT
 
@@ -17,7 +17,7 @@ public:
 
     void SetMode(Layout newMode);
 
-    /// Of one document, for a view of that width.
+    /// The size of one document, for a view of that width.
     QSize CellSize(const QFontMetrics& metrics, int viewWidth) const;
 
     void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;

@@ -14,7 +14,7 @@ using Model = Host::CloudDocumentsModel;
 
 namespace {
 
-/// Without case and accents.
+/// Without case and accents, for comparison.
 QString Folded(const QString& text)
 {
     static const QRegularExpression accents("[\\x{0300}-\\x{036F}]");
@@ -26,7 +26,7 @@ QString Folded(const QString& text)
 DocumentsFilter::DocumentsFilter(QObject* parent) : QSortFilterProxyModel(parent)
 {
     if (collator.locale() == QLocale::c()) {
-        collator.setLocale(QLocale::English); // that of programs has capitals before all small letters
+        collator.setLocale(QLocale::English); // the C locale sorts all capitals before all lower-case letters
     }
     collator.setNumericMode(true);
     collator.setCaseSensitivity(Qt::CaseInsensitive);
@@ -42,7 +42,7 @@ void DocumentsFilter::setSourceModel(QAbstractItemModel* model)
 void DocumentsFilter::Search(const QString& text)
 {
     words = Folded(text).split(' ', Qt::SkipEmptyParts);
-    Rearrange([this] { invalidate(); }); // invalidateFilter tells of every gap between the rows that stay, one by one
+    Rearrange([this] { invalidate(); }); // invalidateFilter would report each run of removed rows separately
 }
 
 void DocumentsFilter::SortBy(Order newOrder, Qt::SortOrder direction)
@@ -65,7 +65,7 @@ void DocumentsFilter::Rearrange(const std::function<void()>& rearrange)
         ranks.push_back(RankOf(sourceModel()->index(row, 0)));
     }
     rearrange();
-    rowCount(); // makes the order, which views may not ask for before the ranks are gone
+    rowCount(); // sorts now; views might not ask until the ranks are gone
     ranks.clear();
 }
 
@@ -105,9 +105,9 @@ const DocumentsFilter::Name& DocumentsFilter::NameOf(const QString& text) const
 {
     auto found = names.find(text);
     if (found == names.end()) {
-        constexpr int spare = 1000;
-        if (names.size() > 2 * sourceModel()->rowCount() + spare) {
-            names.clear(); // those that have gone
+        constexpr int slack = 1000;
+        if (names.size() > 2 * sourceModel()->rowCount() + slack) {
+            names.clear(); // drops those of removed documents
         }
         found = names.insert(text, {collator.sortKey(text), Folded(text)});
     }

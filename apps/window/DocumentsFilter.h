@@ -9,8 +9,7 @@
 
 namespace Norlis::Window {
 
-/// The documents that the user looks for, in the order that the user chose, with texts for tool tips and screen
-/// readers.
+/// The documents that match the search, in the order that the user chose, with texts for tooltips and screen readers.
 class DocumentsFilter : public QSortFilterProxyModel {
     Q_OBJECT
 
@@ -21,7 +20,7 @@ public:
 
     void setSourceModel(QAbstractItemModel* model) override;
 
-    /// Shows the documents whose names contain all words of the text, whatever their case and accents.
+    /// Shows the documents whose names contain all words of the text, ignoring case and accents.
     void Search(const QString& text);
     void SortBy(Order newOrder, Qt::SortOrder direction);
 
@@ -32,15 +31,15 @@ protected:
     bool lessThan(const QModelIndex& left, const QModelIndex& right) const override;
 
 private:
-    /// What a name is compared by. Making it takes much longer than comparing it.
+    /// What names are compared by. Creating it takes much longer than comparing it.
     struct Name {
         QCollatorSortKey key;
         QString folded;
     };
 
-    /// What a document is compared by.
+    /// What documents are compared by.
     struct Rank {
-        qint64 number; ///< milliseconds or bytes; 0 in the order of names
+        qint64 number; ///< milliseconds or bytes; 0 when sorting by name
         QCollatorSortKey name;
         QString id;
     };
@@ -48,14 +47,14 @@ private:
     const Name& NameOf(const QString& text) const;
     Rank RankOf(const QModelIndex& index) const;
 
-    /// Sorts and filters everything anew, with ranks that are read only once.
+    /// Sorts and filters everything again, reading each rank only once.
     void Rearrange(const std::function<void()>& rearrange);
 
     QStringList words;
     Order order = Order::Name;
     QCollator collator;
     mutable QHash<QString, Name> names;
-    std::vector<Rank> ranks; ///< by source row, while everything is sorted anew; else empty
+    std::vector<Rank> ranks; ///< by source row, while everything is sorted again; otherwise empty
 };
 
 } // namespace Norlis::Window

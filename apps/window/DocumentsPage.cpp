@@ -96,7 +96,7 @@ DocumentsPage::DocumentsPage(CloudSession& session, QSettings& settings, QWidget
 
 DocumentsPage::~DocumentsPage()
 {
-    view->setModel(nullptr); // which goes before the view does
+    view->setModel(nullptr); // the model is destroyed before the view
 }
 
 void DocumentsPage::SignIn(const QString& newToken)
@@ -118,7 +118,7 @@ void DocumentsPage::OnSignedIn()
 
 void DocumentsPage::FocusDocuments()
 {
-    stack->currentWidget()->setFocus(); // in place of an empty page the view has it later
+    stack->currentWidget()->setFocus(); // the view is given the focus later if the page is empty now
 }
 
 void DocumentsPage::AddMenusTo(QMenuBar& bar)
@@ -156,21 +156,21 @@ void DocumentsPage::Arrange()
 
 QWidget* DocumentsPage::Tools()
 {
-    tools->setAccessibleName(tr("Tools"));
+    tools->setAccessibleName(tr("Toolbar"));
     tools->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
     actions.AddTo(*tools);
     search->setObjectName("search");
     search->setPlaceholderText(tr("Search"));
     search->setAccessibleName(tr("Search by name"));
     const auto clear = search->addAction(GlyphIcon(Glyph::Cancel), QLineEdit::TrailingPosition);
-    clear->setToolTip(tr("Clear the Search"));
+    clear->setToolTip(tr("Clear Search"));
     clear->setVisible(false);
     connect(clear, &QAction::triggered, search, &QLineEdit::clear);
     connect(search, &QLineEdit::textChanged, clear,
             [clear](const QString& text) { clear->setVisible(!text.isEmpty()); });
     search->addAction(GlyphIcon(Glyph::Search), QLineEdit::LeadingPosition);
     order->setObjectName("order");
-    order->setAccessibleName(tr("Order of the documents"));
+    order->setAccessibleName(tr("Sort order"));
     order->setToolTip(order->accessibleName());
     order->addItems({tr("Name, A to Z"), tr("Name, Z to A"), tr("Newest first"), tr("Largest first")});
     const auto both = new QWidget;
@@ -220,7 +220,7 @@ void DocumentsPage::Connect()
             [this](const QString&, const QString&, const QString& path) { view->ForgetPicture(path); });
     connect(&session, &CloudSession::Failed, this, &DocumentsPage::OnFailed);
 
-    // The filter tells of rows that go before the model has let go of them.
+    // The filter reports removed rows before the model has dropped them.
     for (const QAbstractItemModel* const each :
          {static_cast<QAbstractItemModel*>(&filter), static_cast<QAbstractItemModel*>(&model)}) {
         for (const auto signal : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved}) {
@@ -281,7 +281,7 @@ void DocumentsPage::ConnectActions()
         search->setFocus(Qt::ShortcutFocusReason);
         search->selectAll();
     });
-    connectTo(actions.signOut, [this] { emit SignOutWanted(); });
+    connectTo(actions.signOut, [this] { emit SignOutRequested(); });
     view->addActions({actions.open, actions.download, actions.downloadTo, actions.uploadChanges, actions.remove});
 }
 
@@ -297,7 +297,7 @@ bool DocumentsPage::HasRunningTransfers() const
     return transfers.CountOf(Transfers::Status::Running) > 0;
 }
 
-void DocumentsPage::Tell(const QString& title, const QString& detail)
+void DocumentsPage::ShowProblem(const QString& title, const QString& detail)
 {
     message->Show(Topic::save, title, detail);
 }
@@ -333,7 +333,7 @@ void DocumentsPage::SortBy(int choice)
 
 void DocumentsPage::OnFailed(const CloudProblem& problem)
 {
-    const MessageBar::Remedy signInAgain = {tr("Sign In …"), [this] { emit SignInWanted(); }};
+    const MessageBar::Remedy signInAgain = {tr("Sign In…"), [this] { emit SignInRequested(); }};
     if (problem.request == CloudProblem::Request::List) {
         isRefreshing = false;
         UpdateStatus();
@@ -341,10 +341,10 @@ void DocumentsPage::OnFailed(const CloudProblem& problem)
     const bool asksCloud =
         problem.request != CloudProblem::Request::SignIn && problem.request != CloudProblem::Request::Save;
     if (asksCloud && !session.IsSignedIn()) {
-        if (isSignedIn) { // else it was told of the request before
+        if (isSignedIn) { // otherwise an earlier request has reported it
             isSignedIn = false;
             UpdateActions();
-            message->Show(Topic::signIn, tr("You are not signed in any more."), ProblemDetail(problem), {signInAgain});
+            message->Show(Topic::signIn, tr("You have been signed out."), ProblemDetail(problem), {signInAgain});
         }
         return;
     }
@@ -370,9 +370,9 @@ void DocumentsPage::OnFailed(const CloudProblem& problem)
         break;
     case CloudProblem::Request::Upload:
     case CloudProblem::Request::Download:
-        break; // told among the transfers
+        break; // shown in the list of transfers
     case CloudProblem::Request::Preview:
-        break; // the document is shown without a picture
+        break; // the document is shown without a preview
     }
 }
 
@@ -386,12 +386,13 @@ void DocumentsPage::UpdateEmptyPage()
 {
     const bool isEmpty = filter.rowCount() == 0;
     if (isEmpty && model.rowCount() > 0) {
-        empty->Show(Glyph::Search, tr("No document is called that"), tr("Looked for “%1”.").arg(search->text()),
-                    tr("Clear the Search"));
+        empty->Show(Glyph::Search, tr("No matching documents"), tr("You searched for “%1”.").arg(search->text()),
+                    tr("Clear Search"));
     } else if (isEmpty && refreshedAt.isNull()) {
-        empty->Show(Glyph::Cloud, tr("Looking for documents …"), {});
+        empty->Show(Glyph::Cloud, tr("Loading documents…"), {});
     } else if (isEmpty) {
-        empty->Show(Glyph::Cloud, tr("No documents yet"), tr("Drop PDF files here, or choose them."), tr("Upload …"));
+        empty->Show(Glyph::Cloud, tr("No documents yet"), tr("Drop PDF files here, or choose files to upload."),
+                    tr("Upload…"));
     }
     stack->setCurrentWidget(isEmpty ? static_cast<QWidget*>(empty) : view);
 }
@@ -401,8 +402,8 @@ void DocumentsPage::UpdateStatus()
     const int shown = filter.rowCount();
     const QString count = shown == model.rowCount() ? tr("%n document(s)", nullptr, shown)
                                                     : tr("%1 of %n document(s)", nullptr, model.rowCount()).arg(shown);
-    const QString when = isRefreshing           ? tr("refreshing …")
-                         : !token.isEmpty()     ? tr("signing in …")
+    const QString when = isRefreshing           ? tr("refreshing…")
+                         : !token.isEmpty()     ? tr("signing in…")
                          : refreshedAt.isNull() ? QString()
                                                 : tr("as of %1").arg(TimeText(refreshedAt.time()));
     status->setText(when.isEmpty() ? count : count + " · " + when);

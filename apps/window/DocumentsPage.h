@@ -26,35 +26,35 @@ class EmptyPage;
 class MessageBar;
 class StorageBar;
 
-/// The documents of one session, and what can be done with them.
+/// Shows the documents of one session, and what can be done with them.
 class DocumentsPage : public QWidget {
     Q_OBJECT
 
 public:
-    /// \param settings where sizes and choices are remembered
+    /// \param settings where sizes and choices are saved
     DocumentsPage(Host::CloudSession& session, QSettings& settings, QWidget* parent = nullptr);
     ~DocumentsPage() override;
 
-    /// The list that the session remembers is there meanwhile.
+    /// Signs in. The stored list is shown in the meantime.
     void SignIn(const QString& token);
 
-    /// To be called when somebody else has signed in with the session.
+    /// To be called when the session has been signed in elsewhere.
     void OnSignedIn();
 
     /// The menus live as long as the page.
     void AddMenusTo(QMenuBar& bar);
 
-    /// Has the keyboard act on the documents.
+    /// Gives the documents the keyboard focus.
     void FocusDocuments();
 
     bool HasRunningTransfers() const;
 
-    /// Tells of a problem above the documents.
-    void Tell(const QString& title, const QString& detail);
+    /// Shows a problem above the documents.
+    void ShowProblem(const QString& title, const QString& detail);
 
 signals:
-    void SignInWanted();
-    void SignOutWanted();
+    void SignInRequested();
+    void SignOutRequested();
 
 protected:
     void dragEnterEvent(QDragEnterEvent* event) override;
@@ -94,8 +94,8 @@ private:
     StorageBar* const storage;
     DocumentCommands commands;
 
-    QTimer actionsUpdate; ///< one for many changes of documents
-    QString token;        ///< of a sign-in that is tried again
+    QTimer actionsUpdate; ///< combines many changes into one update
+    QString token;        ///< of the sign-in in progress, for another attempt; empty otherwise
     bool isSignedIn = false;
     bool isRefreshing = false;
     QDateTime refreshedAt;

@@ -13,7 +13,7 @@ DocumentsView::DocumentsView(QWidget* parent) : QListView(parent)
 {
     setObjectName("documents");
     setAccessibleName(tr("Documents"));
-    setItemDelegate(&painting);
+    setItemDelegate(&delegate);
     setSelectionMode(ExtendedSelection);
     setUniformItemSizes(true);
     setWrapping(true);
@@ -22,29 +22,25 @@ DocumentsView::DocumentsView(QWidget* parent) : QListView(parent)
     setMovement(Static);
     setVerticalScrollMode(ScrollPerPixel);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn); // one that comes and goes would change the width, and so itself
+    setVerticalScrollBarPolicy(
+        Qt::ScrollBarAlwaysOn); // one that comes and goes would change the width, and with it its own need
     setContextMenuPolicy(Qt::ActionsContextMenu);
     setMouseTracking(true);
     setFrameShape(NoFrame);
-    // Whatever a picture belongs to, only what is visible is painted again.
+    // Whichever document it belongs to, only what is visible is repainted.
     connect(&thumbnails, &Thumbnails::Loaded, viewport(), qOverload<>(&QWidget::update));
-    forgetting.setSingleShot(true);
-    connect(&forgetting, &QTimer::timeout, this, [this] {
-        formerlySelected.clear();
-        formerlyCurrent.clear();
+    forgetTimer.setSingleShot(true);
+    connect(&forgetTimer, &QTimer::timeout, this, [this] {
+        removedSelection.clear();
+        removedCurrent.clear();
     });
     Arrange();
-}
-
-Layout DocumentsView::Mode() const
-{
-    return mode;
 }
 
 void DocumentsView::SetMode(Layout newMode)
 {
     mode = newMode;
-    painting.SetMode(mode);
+    delegate.SetMode(mode);
     Arrange();
     scrollTo(currentIndex());
 }
@@ -86,26 +82,26 @@ void DocumentsView::rowsAboutToBeRemoved(const QModelIndex& parent, int first, i
         const auto index = model()->index(row, 0);
         const QString id = index.data(Host::CloudDocumentsModel::IdRole).toString();
         if (selectionModel()->isSelected(index)) {
-            formerlySelected.insert(id);
+            removedSelection.insert(id);
         }
         if (index == currentIndex()) {
-            formerlyCurrent = id;
+            removedCurrent = id;
         }
     }
-    forgetting.start();
+    forgetTimer.start();
     QListView::rowsAboutToBeRemoved(parent, first, last);
 }
 
 void DocumentsView::rowsInserted(const QModelIndex& parent, int first, int last)
 {
     QListView::rowsInserted(parent, first, last);
-    for (int row = first; row <= last && forgetting.isActive(); ++row) {
+    for (int row = first; row <= last && forgetTimer.isActive(); ++row) {
         const auto index = model()->index(row, 0);
         const QString id = index.data(Host::CloudDocumentsModel::IdRole).toString();
-        if (id == formerlyCurrent) {
+        if (id == removedCurrent) {
             selectionModel()->setCurrentIndex(index, QItemSelectionModel::NoUpdate);
         }
-        if (formerlySelected.contains(id)) {
+        if (removedSelection.contains(id)) {
             selectionModel()->select(index, QItemSelectionModel::Select);
         }
     }
@@ -119,7 +115,7 @@ void DocumentsView::selectionChanged(const QItemSelection& selected, const QItem
 
 void DocumentsView::Arrange()
 {
-    const QSize cell = painting.CellSize(fontMetrics(), qMax(1, viewport()->width() - 1));
+    const QSize cell = delegate.CellSize(fontMetrics(), qMax(1, viewport()->width() - 1));
     setGridSize(cell);
     verticalScrollBar()->setSingleStep(qMax(1, cell.height() / 3));
 }

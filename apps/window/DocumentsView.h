@@ -14,13 +14,12 @@ class DocumentsView : public QListView {
 public:
     explicit DocumentsView(QWidget* parent = nullptr);
 
-    Layout Mode() const;
     void SetMode(Layout newMode);
 
     /// Ids of the selected documents, in the order of the view.
     QStringList SelectedIds() const;
 
-    /// The picture in that file has changed.
+    /// To be called when the picture in that file has changed.
     void ForgetPicture(const QString& path);
 
 signals:
@@ -37,13 +36,13 @@ private:
     void Arrange();
 
     Thumbnails thumbnails;
-    DocumentDelegate painting{thumbnails};
+    DocumentDelegate delegate{thumbnails};
     Layout mode = Layout::Thumbnails;
 
-    // Of rows that went just now: a document that was sent or fetched leaves the list and enters it again at once.
-    QSet<QString> formerlySelected;
-    QString formerlyCurrent;
-    QTimer forgetting;
+    // Ids of rows that were removed just now: after a transfer a document leaves the list and enters it again at once.
+    QSet<QString> removedSelection;
+    QString removedCurrent;
+    QTimer forgetTimer;
 };
 
 } // namespace Norlis::Window

@@ -9,7 +9,7 @@ class QPushButton;
 
 namespace Norlis::Window {
 
-/// Stands where documents would be, and says why there are none.
+/// Shown in place of the documents when there are none; says why.
 class EmptyPage : public QWidget {
     Q_OBJECT
 

@@ -14,7 +14,7 @@ using Status = PDF::FileInfo::CloudStatus;
 
 namespace {
 
-constexpr qreal gridSize = 24; // the drawings are made on a square of this size
+constexpr qreal gridSize = 24; // the drawings are designed on a square of this size
 constexpr qreal lineWidth = 2;
 
 void Line(QPainterPath& path, std::initializer_list<QPointF> points)
@@ -78,7 +78,7 @@ QPainterPath PathOf(Glyph glyph)
     case Glyph::Folder:
         Line(path, {{3, 6}, {9, 6}, {11, 9}, {21, 9}, {21, 19}, {3, 19}, {3, 6}});
         break;
-    case Glyph::InStep:
+    case Glyph::UpToDate:
         Line(path, {{6, 12.5}, {10.5, 17}, {18, 8}});
         break;
     case Glyph::List:
@@ -176,7 +176,7 @@ Badge BadgeOf(int state, const QPalette& palette)
     case Status::OnlyInCloud:
         return {Glyph::Cloud, QColor(90, 110, 140)};
     case Status::InSync:
-        return {Glyph::InStep, QColor(38, 130, 70)};
+        return {Glyph::UpToDate, QColor(38, 130, 70)};
     case Status::ChangedLocally:
         return {Glyph::ChangedHere, QColor(180, 95, 0)};
     case Status::ChangedInCloud:

@@ -9,7 +9,7 @@ class QPalette;
 
 namespace Norlis::Window {
 
-/// Line drawings. Drawn rather than loaded, so that they have the palette's colours and are sharp at every scale.
+/// Line drawings. They are drawn rather than loaded, to use the palette's colours and to be sharp at every scale.
 enum class Glyph {
     Cancel,
     ChangedHere,
@@ -19,7 +19,6 @@ enum class Glyph {
     Document,
     Download,
     Folder,
-    InStep,
     List,
     NotUploaded,
     Open,
@@ -30,14 +29,15 @@ enum class Glyph {
     Thumbnails,
     Upload,
     UploadChanges,
+    UpToDate,
 };
 
 void PaintGlyph(QPainter& painter, const QRectF& target, Glyph glyph, const QColor& color);
 
-/// An icon in the text colour of the application's palette as it is at the time of painting.
+/// An icon in the text colour that the application's palette has at the time of painting.
 QIcon GlyphIcon(Glyph glyph);
 
-/// A disc that tells a PDF::FileInfo::CloudStatus, by its drawing as well as by its colour.
+/// A disc that shows a PDF::FileInfo::CloudStatus, by its drawing as well as its colour.
 void PaintBadge(QPainter& painter, const QRectF& target, int state, const QPalette& palette);
 
 } // namespace Norlis::Window

@@ -49,7 +49,7 @@ MainWindow::MainWindow(const QString& dataFolder)
     setWindowTitle(tr("Documents"));
     pages->addWidget(welcome);
     setCentralWidget(pages);
-    const auto program = menuBar()->addMenu(tr("&Program"));
+    const auto program = menuBar()->addMenu(tr("&Application"));
     const auto quit = program->addAction(tr("&Quit"), this, &MainWindow::close);
     quit->setShortcut(QKeySequence::Quit);
     quit->setMenuRole(QAction::QuitRole);
@@ -130,7 +130,7 @@ void MainWindow::SignIn(const QUrl& service, const QString& token, const Host::S
         try {
             account->Remember(used);
         } catch (const std::exception& problem) {
-            documents->Tell(tr("The password cannot be kept."), QString::fromUtf8(problem.what()));
+            documents->ShowProblem(tr("The password could not be saved."), QString::fromUtf8(problem.what()));
         }
         documents->OnSignedIn();
     });
@@ -141,7 +141,7 @@ void MainWindow::SignIn(const QUrl& service, const QString& token, const Host::S
 
 void MainWindow::OnSignInFailed(const Host::CloudProblem& problem)
 {
-    const auto failed = problem; // it goes with the session
+    const auto failed = problem; // the original is destroyed with the session
     CloseSession();
     welcome->SetBusy(false);
     welcome->ShowProblem(ProblemTitle(failed, {}), ProblemDetail(failed));
@@ -158,13 +158,13 @@ void MainWindow::ShowDocuments()
     documents->FocusDocuments();
     const QUrl& service = account->Service();
     setWindowTitle(tr("Documents — %1").arg(Host::ServiceText(service)));
-    connect(documents, &DocumentsPage::SignOutWanted, this, [this] {
-        Whenever(documents->HasRunningTransfers(), tr("Sign out and cancel the transfers that are running?"),
-                 tr("Sign Out"), [this] { SignOut(); });
+    connect(documents, &DocumentsPage::SignOutRequested, this, [this] {
+        RunConfirmed(documents->HasRunningTransfers(), tr("Transfers are still running. Sign out anyway?"),
+                     tr("Sign Out"), [this] { SignOut(); });
     });
-    // Not from inside what the page is doing, since the page goes.
+    // Queued, because the page must not be destroyed while it emits.
     connect(
-        documents, &DocumentsPage::SignInWanted, this,
+        documents, &DocumentsPage::SignInRequested, this,
         [this] {
             const QUrl again = account->Service();
             CloseSession();
@@ -188,17 +188,16 @@ void MainWindow::SignOut()
             CloseSession();
             AskForService({});
             if (!problem.isEmpty()) {
-                welcome->ShowProblem(tr("The settings cannot be stored."), problem);
+                welcome->ShowProblem(tr("The settings could not be saved."), problem);
             }
         },
         Qt::QueuedConnection);
 }
 
-/// Does something now, or when the user agrees that transfers end by it.
-void MainWindow::Whenever(bool endsTransfers, const QString& question, const QString& consent,
-                          const std::function<void()>& action)
+void MainWindow::RunConfirmed(bool needsConfirmation, const QString& question, const QString& consent,
+                              const std::function<void()>& action)
 {
-    if (!endsTransfers) {
+    if (!needsConfirmation) {
         action();
         return;
     }
@@ -206,7 +205,7 @@ void MainWindow::Whenever(bool endsTransfers, const QString& question, const QSt
     box->setObjectName("confirmEnd");
     box->setAttribute(Qt::WA_DeleteOnClose);
     const auto go = box->addButton(consent, QMessageBox::DestructiveRole);
-    box->setDefaultButton(box->addButton(tr("Stay"), QMessageBox::RejectRole));
+    box->setDefaultButton(box->addButton(tr("Cancel"), QMessageBox::RejectRole));
     connect(box, &QMessageBox::buttonClicked, this, [=](const QAbstractButton* button) {
         if (button == go) {
             action();
@@ -224,17 +223,17 @@ void MainWindow::CloseSession()
     account.reset();
 }
 
-void MainWindow::CloseUnasked()
+void MainWindow::CloseWithoutAsking()
 {
-    isUnasked = true;
+    isClosingWithoutAsking = true;
     close();
 }
 
 void MainWindow::closeEvent(QCloseEvent* event)
 {
-    if (documents && documents->HasRunningTransfers() && !isCloseConfirmed && !isUnasked) {
+    if (documents && documents->HasRunningTransfers() && !isCloseConfirmed && !isClosingWithoutAsking) {
         event->ignore();
-        Whenever(true, tr("Quit and cancel the transfers that are running?"), tr("Quit"), [this] {
+        RunConfirmed(true, tr("Transfers are still running. Quit anyway?"), tr("Quit"), [this] {
             isCloseConfirmed = true;
             close();
         });
@@ -247,8 +246,8 @@ void MainWindow::closeEvent(QCloseEvent* event)
         try {
             session->SaveAndClose();
         } catch (const std::exception& problem) {
-            if (isUnasked) {
-                LOG(ERROR) << problem.what(); // nobody may be there to close a box
+            if (isClosingWithoutAsking) {
+                LOG(ERROR) << problem.what(); // there may be nobody to close a message box
             } else {
                 QMessageBox::warning(this, windowTitle(), QString::fromUtf8(problem.what()));
             }

@@ -19,19 +19,19 @@ class MainWindow : public QMainWindow {
     Q_OBJECT
 
 public:
-    /// \param dataFolder for settings, tokens, records and pictures; see CloudAccountSettings, also for what it throws
+    /// \param dataFolder for settings, tokens, records and previews; see CloudAccountSettings, also for what this
+    /// throws
     explicit MainWindow(const QString& dataFolder);
     ~MainWindow() override;
 
-    /// Shows the documents of the last sign-in, or asks where there are some.
+    /// Shows the documents of the last sign-in, or asks where the documents are.
     void Open();
 
-    /// Signs in to a service of the user's choice.
+    /// Signs in to that service, or asks for its password.
     void OpenService(const QUrl& service);
 
-    /// As the close button does, but without a question or a box: transfers are cancelled, and that the list cannot be
-    /// saved is only logged.
-    void CloseUnasked();
+    /// Closes without question or message box: transfers are cancelled, and a failure to save the list is only logged.
+    void CloseWithoutAsking();
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -42,10 +42,12 @@ private:
     void OnSignInFailed(const Host::CloudProblem& problem);
     void ShowDocuments();
     void SignOut();
-    void Whenever(bool endsTransfers, const QString& question, const QString& consent,
-                  const std::function<void()>& action);
 
-    /// Opens the records. False, and the user was told, when that fails.
+    /// Runs the action, if need be when the user has agreed.
+    void RunConfirmed(bool needsConfirmation, const QString& question, const QString& consent,
+                      const std::function<void()>& action);
+
+    /// Opens the records. On failure returns false, after telling the user.
     bool OpenSession(const Host::CloudAccount& wanted);
     void CloseSession();
 
@@ -57,7 +59,7 @@ private:
     WelcomePage* const welcome;
     DocumentsPage* documents = nullptr; ///< while there is a list to show
     bool isCloseConfirmed = false;
-    bool isUnasked = false; ///< the program must end
+    bool isClosingWithoutAsking = false;
 };
 
 } // namespace Norlis::Window

@@ -20,11 +20,11 @@ MessageBar::MessageBar(QWidget* parent) : QFrame(parent), text(new QLabel), butt
     setForegroundRole(QPalette::ToolTipText);
     setAccessibleName(tr("Message"));
 
-    const auto sign = new QLabel;
+    const auto icon = new QLabel;
     const int edge = style()->pixelMetric(QStyle::PM_SmallIconSize);
-    sign->setPixmap(style()->standardIcon(QStyle::SP_MessageBoxWarning).pixmap(edge, edge));
+    icon->setPixmap(style()->standardIcon(QStyle::SP_MessageBoxWarning).pixmap(edge, edge));
     text->setObjectName("messageText");
-    text->setTextFormat(Qt::PlainText); // some of it comes from elsewhere
+    text->setTextFormat(Qt::PlainText); // parts come from the server
     text->setWordWrap(true);
     text->setForegroundRole(QPalette::ToolTipText);
     text->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
@@ -35,7 +35,7 @@ MessageBar::MessageBar(QWidget* parent) : QFrame(parent), text(new QLabel), butt
     close->setAccessibleName(close->toolTip());
 
     const auto layout = new QHBoxLayout(this);
-    layout->addWidget(sign);
+    layout->addWidget(icon);
     layout->addWidget(text, 1);
     layout->addLayout(buttonRow);
     layout->addWidget(close);
@@ -74,16 +74,6 @@ void MessageBar::Close(const QString& closed)
         topic.clear();
         hide();
     }
-}
-
-QString MessageBar::Topic() const
-{
-    return topic;
-}
-
-QString MessageBar::Text() const
-{
-    return topic.isEmpty() ? QString() : text->text();
 }
 
 } // namespace Norlis::Window

@@ -11,7 +11,7 @@ class QPushButton;
 
 namespace Norlis::Window {
 
-// What the message bar can be about.
+// What a message can be about.
 namespace Topic {
 const auto files = QStringLiteral("files");
 const auto list = QStringLiteral("list");
@@ -20,30 +20,26 @@ const auto save = QStringLiteral("save");
 const auto signIn = QStringLiteral("signIn");
 } // namespace Topic
 
-/// Tells of one problem above what it concerns, and offers ways out. It takes no focus and stays until it is closed,
-/// or until what failed succeeds.
+/// Shows one problem above what it concerns, and offers remedies. It takes no focus and stays until it is closed or
+/// until what failed succeeds.
 class MessageBar : public QFrame {
     Q_OBJECT
 
 public:
     explicit MessageBar(QWidget* parent = nullptr);
 
-    /// What the user can do about it.
+    /// A button that offers to do something about the problem.
     struct Remedy {
         QString text;
-        std::function<void()> action; ///< the message is closed before
+        std::function<void()> action; ///< called after the message has been closed
     };
 
-    /// Replaces the message that is shown.
-    /// \param topic which Close can name
+    /// Replaces the current message.
+    /// \param topic to be passed to Close
     void Show(const QString& topic, const QString& title, const QString& detail, const QVector<Remedy>& remedies = {});
 
-    /// Closes the message of that topic; nothing happens when another one is shown.
+    /// Closes the message if it is about that topic.
     void Close(const QString& topic);
-
-    /// Empty when none is shown.
-    QString Topic() const;
-    QString Text() const;
 
 private:
     QString topic;

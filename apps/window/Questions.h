@@ -8,7 +8,7 @@ class QWidget;
 
 namespace Norlis::Window {
 
-// Each asks in a box over the widget and returns at once; the action runs if the user agrees while the widget lives.
+// Each opens a dialog over the widget and returns at once; the action runs if the user agrees while the widget exists.
 
 /// Before documents are replaced that have changed in the cloud too.
 void AskToReplace(QWidget& widget, const QStringList& names, const std::function<void()>& action);

@@ -7,7 +7,7 @@ class QProgressBar;
 
 namespace Norlis::Window {
 
-/// How much of the storage is used; hidden as long as nothing is known of it.
+/// How much of the storage is used; hidden as long as nothing is known about it.
 class StorageBar : public QWidget {
     Q_OBJECT
 

@@ -19,12 +19,12 @@ struct Texts {
     Q_DECLARE_TR_FUNCTIONS(Texts)
 };
 
-QString Sentence(QString text)
+QString AsSentence(QString text)
 {
     if (!text.isEmpty() && !text.endsWith('.')) {
         text += '.';
     }
-    return text.left(1).toUpper() + text.mid(1); // of an empty text too: clazy:exclude=qstring-left
+    return text.left(1).toUpper() + text.mid(1); // the text may be empty: clazy:exclude=qstring-left
 }
 
 } // namespace
@@ -60,7 +60,7 @@ QString StateText(int state)
     case Status::OnlyInCloud:
         return Texts::tr("Only in the cloud");
     case Status::InSync:
-        return Texts::tr("In step");
+        return Texts::tr("Up to date");
     case Status::ChangedLocally:
         return Texts::tr("Changed on this computer");
     case Status::ChangedInCloud:
@@ -88,11 +88,11 @@ QString ProblemTitle(const Host::CloudProblem& problem, const QString& name)
     case Request::Remove:
         return Texts::tr("“%1” was not removed.").arg(name);
     case Request::Preview:
-        return Texts::tr("There is no picture of “%1”.").arg(name);
+        return Texts::tr("There is no preview of “%1”.").arg(name);
     case Request::Quota:
-        return Texts::tr("The cloud does not tell how much storage is used.");
+        return Texts::tr("The cloud does not report how much storage is used.");
     case Request::Save:
-        return Texts::tr("The list of documents cannot be stored on this computer.");
+        return Texts::tr("The list of documents could not be saved on this computer.");
     }
     return {};
 }
@@ -100,7 +100,7 @@ QString ProblemTitle(const Host::CloudProblem& problem, const QString& name)
 QString ProblemDetail(const Host::CloudProblem& problem)
 {
     const QString reason = problem.cause.reason.isEmpty() ? problem.message : problem.cause.reason;
-    return (Sentence(reason) + ' ' + Sentence(problem.cause.advice)).trimmed();
+    return (AsSentence(reason) + ' ' + AsSentence(problem.cause.advice)).trimmed();
 }
 
 QString StorageText(int usedMiB, int totalMiB)

@@ -7,17 +7,17 @@
 
 namespace Norlis::Window {
 
-// How the window says things, in the user's language.
+// Texts and figures in the user's language.
 
 QString SizeText(qint64 bytes);
 
-/// As a tool tip, which would take what looks like markup for it.
+/// Escaped for a tooltip, which would otherwise interpret markup.
 QString ToolTipText(const QStringList& lines);
 
 /// In local time; empty for an invalid one.
 QString DateText(const QDateTime& date);
 
-/// Without seconds.
+/// In local format, without seconds.
 QString TimeText(const QTime& time);
 
 /// \param state a PDF::FileInfo::CloudStatus
@@ -27,10 +27,10 @@ QString StateText(int state);
 /// \param name of the document
 QString ProblemTitle(const Host::CloudProblem& problem, const QString& name);
 
-/// Why, and what to do; the service's own words.
+/// The reason and what to do, in the service's own words.
 QString ProblemDetail(const Host::CloudProblem& problem);
 
-/// Figures of a quota in MiB, where NorlisCloudProtocol::unknownQuota and unlimitedQuota may stand too.
+/// Figures of a quota in MiB; NorlisCloudProtocol::unknownQuota and unlimitedQuota are allowed too.
 QString StorageText(int usedMiB, int totalMiB);
 
 } // namespace Norlis::Window

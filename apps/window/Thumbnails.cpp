@@ -9,10 +9,10 @@ namespace Norlis::Window {
 
 namespace {
 
-constexpr std::size_t mostWanted = 400; // some screens full
+constexpr std::size_t maxWanted = 400; // several screenfuls
 constexpr int threads = 2;
 
-/// In kibibytes, as QCache counts with int.
+/// In KiB, because QCache uses int.
 int CostOf(const QImage& image)
 {
     return 1 + static_cast<int>(image.sizeInBytes() / 1024);
@@ -39,7 +39,7 @@ QPixmap Thumbnails::Find(const QString& path)
     if (!reading.contains(path)) {
         wanted.erase(std::remove(wanted.begin(), wanted.end(), path), wanted.end());
         wanted.push_front(path);
-        if (wanted.size() > mostWanted) {
+        if (wanted.size() > maxWanted) {
             wanted.pop_back();
         }
         ReadNext();

@@ -10,20 +10,20 @@
 
 namespace Norlis::Window {
 
-/// Pictures of documents, read from their files on other threads when a view first wants them. What was wanted last is
-/// read first, since it is what the user looks at; what has long been scrolled away is not read at all.
+/// Pictures of documents, read from their files on other threads when a view first asks for them. The latest request is
+/// served first, since it is what the user is looking at; what was scrolled out of view long ago is not read at all.
 class Thumbnails : public QObject {
     Q_OBJECT
 
 public:
-    /// \param limit of the pictures that are kept, in bytes
+    /// \param limit size of the cache, in bytes
     explicit Thumbnails(qsizetype limit = 64 * 1024 * 1024, QObject* parent = nullptr);
     ~Thumbnails() override;
 
-    /// The picture; a null one when it is not there yet, in which case Loaded follows, or cannot be read.
+    /// The picture; null if it cannot be read or is not loaded yet, in which case Loaded follows.
     QPixmap Find(const QString& path);
 
-    /// The file has another picture now.
+    /// To be called when the picture in the file has changed.
     void Forget(const QString& path);
 
 signals:
@@ -33,10 +33,10 @@ private:
     void ReadNext();
     void Keep(const QString& path, const QImage& image);
 
-    QCache<QString, QPixmap> pictures; ///< a null picture stands for a file without one
-    std::deque<QString> wanted;        ///< the latest first
+    QCache<QString, QPixmap> pictures; ///< a null one for a file that cannot be read
+    std::deque<QString> wanted;        ///< the latest request first
     QSet<QString> reading;
-    QSet<QString> outdated; ///< of those that are being read
+    QSet<QString> outdated; ///< those being read whose files have changed since
     QThreadPool pool;
 };
 

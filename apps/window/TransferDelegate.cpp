@@ -31,7 +31,7 @@ void PaintProgress(QPainter& painter, const QStyleOptionViewItem& option, const 
     bar.minimum = 0;
     bar.maximum = 100;
     bar.progress = percent;
-    bar.text = QStringLiteral("%1 %").arg(percent);
+    bar.text = TransferDelegate::tr("%1%").arg(percent);
     bar.textVisible = true;
     bar.textAlignment = Qt::AlignCenter;
     const QStyle* const style = option.widget ? option.widget->style() : QApplication::style();
@@ -54,12 +54,12 @@ void TransferDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
     const int textLeft = area.left() + glyphEdge + margin;
     const int textRight = ButtonRect(option.rect).left() - margin;
 
-    const QRect sign(area.left(), area.center().y() - glyphEdge / 2, glyphEdge, glyphEdge);
+    const QRect icon(area.left(), area.center().y() - glyphEdge / 2, glyphEdge, glyphEdge);
     if (status == Status::Failed) {
-        style->standardIcon(QStyle::SP_MessageBoxWarning).paint(painter, sign);
+        style->standardIcon(QStyle::SP_MessageBoxWarning).paint(painter, icon);
     } else {
-        PaintGlyph(*painter, sign,
-                   status == Status::Finished ? Glyph::InStep
+        PaintGlyph(*painter, icon,
+                   status == Status::Finished ? Glyph::UpToDate
                    : kind == Kind::Download   ? Glyph::Download
                                               : Glyph::Upload,
                    color);
@@ -79,9 +79,9 @@ void TransferDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
         PaintProgress(*painter, option, second, index.data(Transfers::PercentRole).toInt());
         PaintGlyph(*painter, ButtonRect(option.rect), Glyph::Cancel, color);
     } else {
-        QColor quiet = color;
-        quiet.setAlphaF(0.75);
-        painter->setPen(quiet);
+        QColor muted = color;
+        muted.setAlphaF(0.75);
+        painter->setPen(muted);
         const QString detail = index.data(Transfers::DetailRole).toString();
         text(second, detail.isEmpty() ? tr("Finished") : detail, Qt::ElideRight);
         if (status == Status::Failed) {

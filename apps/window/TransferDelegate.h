@@ -4,7 +4,7 @@
 
 namespace Norlis::Window {
 
-/// Paints a transfer: direction, name, progress or outcome, and at the end what can be done about it.
+/// Paints a transfer: direction, name, progress or outcome, and at the end a button to cancel or retry it.
 class TransferDelegate : public QStyledItemDelegate {
     Q_OBJECT
 
@@ -17,7 +17,7 @@ public:
                      const QModelIndex& index) override;
 
 signals:
-    /// The sign at the end of the row was clicked.
+    /// The button at the end of the row was clicked.
     void Clicked(int row);
 };
 

@@ -15,11 +15,11 @@ using PDF::Cloud::AbstractCloudManager;
 
 namespace {
 
-constexpr int mostFinished = 50; // that are remembered
+constexpr int maxFinished = 50; // older ones are dropped
 
 QString IdOf(const PDF::FileInfo& file)
 {
-    return QString::fromStdString(PDF::FileInfo(file).GetId()); // whose getters are not const
+    return QString::fromStdString(PDF::FileInfo(file).GetId()); // a copy, because its getters are not const
 }
 
 } // namespace
@@ -37,10 +37,10 @@ Transfers::Transfers(CloudSession& session, QObject* parent) : QAbstractListMode
             [this](const QString& path) { Finish(Find(false, path), {}); });
     connect(&session, &CloudSession::DocumentDownloaded, this, [this](const QString& id, const QString& path) {
         const int row = Find(true, id);
-        const bool opens = row >= 0 && transfers[row].opens;
-        Finish(row, tr("In %1").arg(QDir::toNativeSeparators(QFileInfo(path).absolutePath())));
-        if (opens) {
-            emit ToBeOpened(path);
+        const bool opensWhenDone = row >= 0 && transfers[row].opensWhenDone;
+        Finish(row, tr("Saved in %1").arg(QDir::toNativeSeparators(QFileInfo(path).absolutePath())));
+        if (opensWhenDone) {
+            emit OpenRequested(path);
         }
     });
     connect(&session, &CloudSession::UploadCanceled, this, [this](const QString& path) { Remove(Find(false, path)); });
@@ -52,8 +52,8 @@ void Transfers::Upload(const QStringList& paths)
 {
     QStringList started;
     for (const QString& path : paths) {
-        if (Find(false, path) < 0) { // else it is on its way already
-            Start({Kind::Upload, path, {}, QFileInfo(path).fileName(), {}, false});
+        if (Find(false, path) < 0) { // otherwise it is being uploaded already
+            AddRow({Kind::Upload, path, {}, QFileInfo(path).fileName(), {}, false});
             started.append(path);
         }
     }
@@ -69,17 +69,17 @@ void Transfers::UploadChanges(const QString& id)
     const QString subject = path.isEmpty() ? id : path;
     if (Find(false, subject) < 0) {
         const Transfer transfer = {Kind::UploadChanges, subject, id, NameOf(id), {}, false};
+        AddRow(transfer);
         Start(transfer);
-        Launch(transfer);
     }
 }
 
-void Transfers::Download(const QString& id, const QString& folder, bool opens)
+void Transfers::Download(const QString& id, const QString& folder, bool opensWhenDone)
 {
     if (Find(true, id) < 0) {
-        const Transfer transfer = {Kind::Download, id, id, NameOf(id), folder, opens};
+        const Transfer transfer = {Kind::Download, id, id, NameOf(id), folder, opensWhenDone};
+        AddRow(transfer);
         Start(transfer);
-        Launch(transfer);
     }
 }
 
@@ -90,7 +90,7 @@ void Transfers::Cancel(int row)
         return;
     }
     if (transfer.kind == Kind::Download) {
-        session.CancelDownload(QString(transfer.subject)); // what it ends in changes the list
+        session.CancelDownload(QString(transfer.subject)); // a copy, because cancelling changes the list
     } else {
         session.CancelUpload(QString(transfer.subject));
     }
@@ -108,7 +108,7 @@ void Transfers::TryAgain(int row)
     const Transfer again = transfer;
     Changed(row);
     emit CountsChanged();
-    Launch(again);
+    Start(again);
 }
 
 void Transfers::Clear()
@@ -146,7 +146,7 @@ QVariant Transfers::data(const QModelIndex& index, int role) const
     case Qt::AccessibleTextRole: {
         const QString state = transfer.status == Status::Failed     ? tr("failed")
                               : transfer.status == Status::Finished ? tr("finished")
-                                                                    : tr("%1 %").arg(transfer.percent);
+                                                                    : tr("%1%").arg(transfer.percent);
         const QString text = transfer.kind == Kind::Download ? tr("Download of %1: %2") : tr("Upload of %1: %2");
         return text.arg(transfer.name, state) + (transfer.detail.isEmpty() ? QString() : ". " + transfer.detail);
     }
@@ -163,9 +163,9 @@ QVariant Transfers::data(const QModelIndex& index, int role) const
     }
 }
 
-void Transfers::Start(const Transfer& transfer)
+void Transfers::AddRow(const Transfer& transfer)
 {
-    // What failed before is tried again by this.
+    // This replaces an earlier attempt that failed.
     for (int row = rowCount() - 1; row >= 0; --row) {
         const Transfer& old = transfers[row];
         if (old.status == Status::Failed && old.kind == transfer.kind && old.subject == transfer.subject) {
@@ -178,7 +178,7 @@ void Transfers::Start(const Transfer& transfer)
     emit CountsChanged();
 }
 
-void Transfers::Launch(const Transfer& transfer)
+void Transfers::Start(const Transfer& transfer)
 {
     switch (transfer.kind) {
     case Kind::Upload:
@@ -220,7 +220,7 @@ void Transfers::Finish(int row, const QString& detail)
     Changed(row);
     int finished = 0;
     for (int each = 0; each < rowCount(); ++each) {
-        if (transfers[each].status == Status::Finished && ++finished > mostFinished) {
+        if (transfers[each].status == Status::Finished && ++finished > maxFinished) {
             Remove(each--);
         }
     }
@@ -262,7 +262,8 @@ void Transfers::Changed(int row)
 QString Transfers::NameOf(const QString& id) const
 {
     const auto record = session.Documents().GetFileInfo(id);
-    auto cloudInfo = record ? record->GetRedactableCloudInfo() : std::nullopt; // whose getters are not const
+    auto cloudInfo =
+        record ? record->GetRedactableCloudInfo() : std::nullopt; // a copy, because its getters are not const
     return cloudInfo ? QString::fromStdString(cloudInfo->GetFileName()) : id;
 }
 

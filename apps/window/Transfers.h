@@ -8,8 +8,7 @@
 
 namespace Norlis::Window {
 
-/// What is or was being sent and fetched, the latest first. Failed transfers stay until they are tried again or
-/// dismissed.
+/// Running and past uploads and downloads, the latest first. Failed ones stay until they are retried or dismissed.
 class Transfers : public QAbstractListModel {
     Q_OBJECT
 
@@ -21,7 +20,7 @@ public:
         KindRole = Qt::UserRole,
         StatusRole,
         PercentRole, ///< int, 0 to 100
-        DetailRole,  ///< QString: why it failed and what to do, or where the file lies
+        DetailRole,  ///< QString: why it failed and what to do, or where the file is
     };
 
     explicit Transfers(Host::CloudSession& session, QObject* parent = nullptr);
@@ -29,16 +28,16 @@ public:
     void Upload(const QStringList& paths);
     void UploadChanges(const QString& id);
 
-    /// \param opens the document when it is there
-    void Download(const QString& id, const QString& folder, bool opens = false);
+    /// \param opensWhenDone whether OpenRequested follows when the document has arrived
+    void Download(const QString& id, const QString& folder, bool opensWhenDone = false);
 
-    /// Nothing happens to what does not run.
+    /// Does nothing unless the transfer is running.
     void Cancel(int row);
 
-    /// Nothing happens to what has not failed.
+    /// Does nothing unless the transfer has failed.
     void TryAgain(int row);
 
-    /// Forgets what does not run any more.
+    /// Drops the transfers that are no longer running.
     void Clear();
 
     int CountOf(Status status) const;
@@ -47,29 +46,29 @@ public:
     QVariant data(const QModelIndex& index, int role) const override;
 
 signals:
-    /// How many are in which status.
+    /// The number of transfers with some status has changed.
     void CountsChanged();
 
-    /// A document has arrived that was to be opened.
-    void ToBeOpened(const QString& path);
+    /// A document that was downloaded to be opened has arrived.
+    void OpenRequested(const QString& path);
 
 private:
     struct Transfer {
         Kind kind;
-        QString subject; ///< the local path of an upload, the id of a download; the session's signals name it
-        QString id;      ///< of the document, unless it is a new one
+        QString subject; ///< the local path of an upload, the id of a download; identifies it in the session's signals
+        QString id;      ///< of the document; empty if it is a new one
         QString name;
         QString folder; ///< of a download
-        bool opens;
+        bool opensWhenDone;
         Status status = Status::Running;
         int percent = 0;
         QString detail = {};
     };
 
+    void AddRow(const Transfer& transfer);
     void Start(const Transfer& transfer);
-    void Launch(const Transfer& transfer);
 
-    /// The running one; -1 when there is none.
+    /// The row of the running transfer; -1 if there is none.
     int Find(bool isDownload, const QString& subject) const;
     void SetPercent(int row, int percent);
     void Finish(int row, const QString& detail);

@@ -42,14 +42,14 @@ TransfersPanel::TransfersPanel(Transfers& transfers, QWidget* parent)
     setFrameShape(StyledPanel);
     list->setObjectName("transfers");
     list->setAccessibleName(tr("Transfers"));
-    list->setAccessibleDescription(tr("Delete cancels the selected transfers, Return tries failed ones again"));
+    list->setAccessibleDescription(tr("Press Delete to cancel the selected transfers, Return to retry failed ones"));
     list->setFrameShape(NoFrame);
     list->setUniformItemSizes(true);
     list->setSelectionMode(QListView::ExtendedSelection);
     list->setVerticalScrollMode(QListView::ScrollPerPixel);
-    list->setItemDelegate(&painting);
+    list->setItemDelegate(&delegate);
     list->setModel(&transfers);
-    clear->setToolTip(tr("Forget the transfers that have ended"));
+    clear->setToolTip(tr("Remove finished and failed transfers from the list"));
 
     const auto head = new QHBoxLayout;
     head->addWidget(title, 1);
@@ -60,7 +60,7 @@ TransfersPanel::TransfersPanel(Transfers& transfers, QWidget* parent)
     layout->addLayout(head);
     layout->addWidget(list);
 
-    connect(&painting, &TransferDelegate::Clicked, this, [this](int row) {
+    connect(&delegate, &TransferDelegate::Clicked, this, [this](int row) {
         if (StatusOf(this->transfers.index(row)) == Status::Failed) {
             this->transfers.TryAgain(row);
         } else {

@@ -11,7 +11,7 @@ class QPushButton;
 
 namespace Norlis::Window {
 
-/// Shows the transfers, and lets the user cancel each and try it again. Not there while there are none.
+/// Shows the transfers, and lets the user cancel and retry them. Hidden while there are none.
 class TransfersPanel : public QFrame {
     Q_OBJECT
 
@@ -24,13 +24,13 @@ private:
     void Cancel(const QList<int>& rows);
     void TryAgain(const QList<int>& rows);
 
-    // Rows with a status, from the end, since what is cancelled leaves the list.
+    // Rows with a status, the last one first, because cancelled transfers leave the list.
     QList<int> Selected(Transfers::Status status) const;
     QList<int> All(Transfers::Status status) const;
     QList<int> SelectedOrAll(Transfers::Status status) const;
 
     Transfers& transfers;
-    TransferDelegate painting;
+    TransferDelegate delegate;
     QLabel* const title;
     QListView* const list;
     QPushButton* const cancel;

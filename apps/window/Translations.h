@@ -5,7 +5,7 @@ class QLocale;
 
 namespace Norlis::Window {
 
-/// Makes the window speak the language of the locale, or English. To be called before the first text is shown.
+/// Installs the translations for the locale; English is the default. To be called before the first text is shown.
 void InstallTranslations(QCoreApplication& application, const QLocale& locale);
 
 } // namespace Norlis::Window

@@ -48,7 +48,7 @@ WelcomePage::WelcomePage(QWidget* parent)
       address(Field("address", "https://cloud.example/dav/")),
       user(Field("user")),
       password(Field("password")),
-      certificates(Field("certificates", tr("Only for servers with a certificate of their own"))),
+      certificates(Field("certificates", tr("Only needed for private or self-signed certificates"))),
       useFolder(new QPushButton(GlyphIcon(Glyph::Folder), tr("Use This Folder"))),
       signIn(new QPushButton(GlyphIcon(Glyph::Server), tr("Sign In"))),
       message(new MessageBar),
@@ -61,8 +61,8 @@ WelcomePage::WelcomePage(QWidget* parent)
     large.setPointSizeF(large.pointSizeF() * 1.7);
     title->setFont(large);
     const auto intro =
-        Hint(tr("This program shows the PDF documents that you keep in a cloud: it sends and fetches them, and "
-                "tells which ones have changed. Any folder can be the cloud, and so can a WebDAV server."));
+        Hint(tr("This program manages the PDF documents that you keep in the cloud: it uploads and downloads them and "
+                "shows which ones have changed. The cloud can be any folder or a WebDAV server."));
 
     const auto both = new QVBoxLayout(choices);
     both->setContentsMargins(0, 0, 0, 0);
@@ -75,7 +75,7 @@ WelcomePage::WelcomePage(QWidget* parent)
     busy->setRange(0, 0);
     busy->setAccessibleName(tr("Signing in"));
     const auto waitingLayout = new QVBoxLayout(waiting);
-    waitingLayout->addWidget(new QLabel(tr("Signing in …")));
+    waitingLayout->addWidget(new QLabel(tr("Signing in…")));
     waitingLayout->addWidget(busy);
     waitingLayout->addWidget(cancel, 0, Qt::AlignRight);
     waiting->hide();
@@ -94,7 +94,7 @@ WelcomePage::WelcomePage(QWidget* parent)
     const auto centre = new QWidget;
     const auto centreLayout = new QHBoxLayout(centre);
     centreLayout->addWidget(column);
-    const auto scroll = new QScrollArea; // with large letters it may not fit
+    const auto scroll = new QScrollArea; // with a large font it may not fit
     scroll->setWidgetResizable(true);
     scroll->setFrameShape(QFrame::NoFrame);
     scroll->setFocusPolicy(Qt::NoFocus);
@@ -110,7 +110,7 @@ WelcomePage::WelcomePage(QWidget* parent)
 QWidget* WelcomePage::FolderChoice()
 {
     const auto box = new QGroupBox(tr("In a folder"));
-    const auto browse = new QPushButton(tr("Choose …"));
+    const auto browse = new QPushButton(tr("Choose…"));
     useFolder->setObjectName("useFolder");
     useFolder->setAutoDefault(true);
     folder->setAccessibleName(tr("Folder"));
@@ -119,8 +119,8 @@ QWidget* WelcomePage::FolderChoice()
     row->addWidget(browse);
     const auto layout = new QVBoxLayout(box);
     layout->addWidget(
-        Hint(tr("One that another program keeps in step with other computers, one on a network drive, or a new one: "
-                "a folder that is missing is made.")));
+        Hint(tr("This can be a folder that another program synchronises, a folder on a network drive, or a new one. If "
+                "it does not exist, it will be created.")));
     layout->addLayout(row);
     layout->addWidget(useFolder, 0, Qt::AlignRight);
     connect(browse, &QPushButton::clicked, this, [this] {
@@ -140,7 +140,7 @@ QWidget* WelcomePage::ServerChoice()
     signIn->setObjectName("signIn");
     signIn->setAutoDefault(true);
     password->setEchoMode(QLineEdit::Password);
-    const auto browse = new QPushButton(tr("Choose …"));
+    const auto browse = new QPushButton(tr("Choose…"));
     const auto certificateRow = new QHBoxLayout;
     certificateRow->addWidget(certificates, 1);
     certificateRow->addWidget(browse);
@@ -157,7 +157,7 @@ QWidget* WelcomePage::ServerChoice()
     browse->setAccessibleName(tr("Choose a certificate file"));
     certificates->setAccessibleName(tr("Certificate file"));
     connect(browse, &QPushButton::clicked, this, [this] {
-        const QString chosen = QFileDialog::getOpenFileName(this, tr("Choose a file with certificates"), {},
+        const QString chosen = QFileDialog::getOpenFileName(this, tr("Choose a certificate file"), {},
                                                             tr("Certificates (*.pem *.crt);;All files (*)"));
         if (!chosen.isEmpty()) {
             certificates->setText(chosen);
@@ -190,7 +190,7 @@ void WelcomePage::SetBusy(bool isBusy)
     if (isBusy) {
         message->Close(problemTopic);
     } else if (wasBusy) {
-        // What is typed next is the same again, and a password would be seen in another field.
+        // Whoever retries the password expects to type into its field; in another one it would be visible.
         lastTried->setFocus();
         lastTried->selectAll();
     }
@@ -211,15 +211,16 @@ void WelcomePage::ChooseFolder()
     lastTried = folder;
     const QString path = QDir::fromNativeSeparators(folder->text().trimmed());
     if (path.isEmpty() || !QDir::isAbsolutePath(path)) {
-        ShowProblem(tr("This is no folder."), tr("Choose one, or write its whole path."));
+        ShowProblem(tr("This is not a folder."), tr("Choose a folder, or enter its full path."));
         return;
     }
     if (QFileInfo(path).isFile()) {
-        ShowProblem(tr("This is no folder."), tr("There is a file of that name. Choose a folder."));
+        ShowProblem(tr("This is not a folder."), tr("There is a file with that name. Choose a folder."));
         return;
     }
     if (!QDir().mkpath(path)) {
-        ShowProblem(tr("The folder cannot be made."), tr("Check that you may write to the folder that it is in."));
+        ShowProblem(tr("The folder could not be created."),
+                    tr("Check that you are allowed to write to its parent folder."));
         return;
     }
     emit Chosen(QUrl::fromLocalFile(QDir::cleanPath(path)), {}, {});
@@ -234,13 +235,13 @@ void WelcomePage::ChooseServer()
     }
     if (text.isEmpty() || password->text().isEmpty()) {
         (text.isEmpty() ? address : password)->setFocus();
-        ShowProblem(tr("Something is missing."), tr("A server needs its address and a password or token."));
+        ShowProblem(tr("Something is missing."), tr("Enter the address of the server and a password or token."));
         return;
     }
     try {
         const QUrl service = Host::ServiceAddress(text, user->text().trimmed());
         if (Host::IsFolder(service)) {
-            ShowProblem(tr("This is the address of a folder."), tr("Use the upper part of the page for it."));
+            ShowProblem(tr("This is the address of a folder."), tr("Enter it under “In a folder” above."));
             return;
         }
         emit Chosen(service, password->text(), {certificates->text().trimmed()});

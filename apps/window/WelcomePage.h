@@ -14,23 +14,23 @@ namespace Norlis::Window {
 
 class MessageBar;
 
-/// Says what the program is for, and lets the user choose where the documents are: in a folder or on a server.
+/// Explains the program, and lets the user choose where the documents are: in a folder or on a server.
 class WelcomePage : public QWidget {
     Q_OBJECT
 
 public:
     explicit WelcomePage(QWidget* parent = nullptr);
 
-    /// Fills in what is known of a service, but for the password.
+    /// Fills in what is known about a service, except the password.
     void Suggest(const QUrl& service, const Host::ServiceAccess& access);
 
-    /// While a sign-in is under way there is nothing but the way back.
+    /// While signing in, only the Cancel button is shown.
     void SetBusy(bool isBusy);
     void ShowProblem(const QString& title, const QString& detail);
     void ForgetPassword();
 
 signals:
-    /// \param service what ServiceAddress gave
+    /// \param service as returned by ServiceAddress
     /// \param token   empty for a folder
     void Chosen(const QUrl& service, const QString& token, const Norlis::Host::ServiceAccess& access);
     void Canceled();
@@ -51,7 +51,7 @@ private:
     MessageBar* const message;
     QWidget* const choices;
     QWidget* const waiting;
-    QLineEdit* lastTried = folder; ///< what to type again when a sign-in fails
+    QLineEdit* lastTried = folder; ///< where to retry when a sign-in fails
 };
 
 } // namespace Norlis::Window

@@ -27,7 +27,7 @@ int Run(const QString& dataFolder, const QUrl& service)
     const Apps::LogFile log(dataFolder + "/log", "norlis-documents");
     const Apps::Interrupts interrupts;
     Window::MainWindow window(dataFolder);
-    QObject::connect(&interrupts, &Apps::Interrupts::Interrupted, &window, &Window::MainWindow::CloseUnasked);
+    QObject::connect(&interrupts, &Apps::Interrupts::Interrupted, &window, &Window::MainWindow::CloseWithoutAsking);
     if (service.isEmpty()) {
         window.Open();
     } else {
@@ -37,13 +37,13 @@ int Run(const QString& dataFolder, const QUrl& service)
     return QApplication::exec();
 }
 
-/// Help and version can be told where there is no display.
-void NeedNoDisplayForHelp(int argc, char** argv)
+/// Lets help and version be shown without a display.
+void AllowHelpWithoutDisplay(int argc, char** argv)
 {
-    const auto asksForIt = [](const char* argument) {
+    const auto isHelpOption = [](const char* argument) {
         return QStringList({"--help", "-h", "--help-all", "--version", "-v"}).contains(argument);
     };
-    if (std::any_of(argv + 1, argv + argc, asksForIt) && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+    if (std::any_of(argv + 1, argv + argc, isHelpOption) && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
 }
@@ -52,7 +52,7 @@ void NeedNoDisplayForHelp(int argc, char** argv)
 
 int main(int argc, char** argv)
 {
-    NeedNoDisplayForHelp(argc, argv);
+    AllowHelpWithoutDisplay(argc, argv);
     QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QApplication application(argc, argv);
@@ -61,16 +61,16 @@ int main(int argc, char** argv)
     Window::InstallTranslations(application, QLocale());
 
     QCommandLineParser parser;
-    parser.setApplicationDescription(QCoreApplication::translate("main", "Shows the PDF documents in a cloud."));
+    parser.setApplicationDescription(
+        QCoreApplication::translate("main", "Shows and manages PDF documents in the cloud."));
     parser.addHelpOption();
     parser.addVersionOption();
     const QCommandLineOption data(
-        "data", QCoreApplication::translate("main", "Folder for settings, the list of documents and pictures."),
+        "data", QCoreApplication::translate("main", "Folder for settings, the list of documents and previews."),
         "folder", QStandardPaths::writableLocation(QStandardPaths::AppDataLocation));
     const QCommandLineOption service(
         "service",
-        QCoreApplication::translate("main", "Sign in to this folder or WebDAV server; the last one unless given."),
-        "url");
+        QCoreApplication::translate("main", "Folder or WebDAV server to sign in to (default: the last one)."), "url");
     parser.addOptions({data, service});
     parser.process(application);
     try {

@@ -13,13 +13,13 @@ namespace Norlis::Host {
 
 /// MD5 of files as 32 lower-case hexadecimal digits, read in pieces.
 ///
-/// The hash of a file is remembered for as long as its size, its time stamps and its inode stay the same; with a memory
-/// file it is remembered over restarts too.
+/// The hash of a file is cached for as long as its size, its time stamps and its inode stay the same; with a cache file
+/// it survives restarts too.
 class Md5HashCalculator : public PDF::IHashCalculator {
 public:
-    /// \param memoryFile SQLite file for remembered hashes; empty for none. Only a cache: one that is damaged is made
-    ///                   anew, one that cannot be used is done without.
-    explicit Md5HashCalculator(const QString& memoryFile = {});
+    /// \param cacheFile SQLite file for hashes; empty for none. One that is damaged is made anew, one that cannot be
+    ///                  used is done without.
+    explicit Md5HashCalculator(const QString& cacheFile = {});
     ~Md5HashCalculator() override;
 
     /// Empty for an empty path, a file that cannot be read and anything that is not a regular file.

@@ -33,14 +33,6 @@ QString FolderIdentity(const QString& folder)
     return QStringLiteral("%1-%2-%3").arg(status.st_dev).arg(status.st_ino).arg(birth);
 }
 
-constexpr qint64 timestampGranularity = 50'000'000; // nanoseconds; several ticks of the kernel's clock
-
-bool IsJustWritten(const Files::FileIdentity& version)
-{
-    const qint64 now = QDateTime::currentMSecsSinceEpoch() * 1'000'000;
-    return now - qMax(version.modifiedNanoseconds, version.changedNanoseconds) < timestampGranularity;
-}
-
 /// When an entry of a folder last came or went, in milliseconds.
 qint64 ModifiedAt(const QString& folder)
 {
@@ -83,14 +75,13 @@ std::optional<std::vector<FolderDocument>> FolderStore::Documents()
     }
     nameOfId.clear();
     listedAt = ModifiedAt(folder);
-    isListOutdated = QDateTime::currentMSecsSinceEpoch() - listedAt < timestampGranularity / 1'000'000;
+    isListOutdated = Files::TimeUntilSettled(std::chrono::milliseconds(listedAt)).count() > 0;
     std::vector<FolderDocument> documents;
     const auto names = QDir(folder).entryList(QDir::Files | QDir::Hidden | QDir::System | QDir::NoSymLinks, QDir::Name);
     documents.reserve(static_cast<std::size_t>(names.size()));
     for (const QString& name : names) {
         FolderDocument document{Files::IdOfName(name), name, PathOf(name), Files::FileIdentity::OfPath(PathOf(name))};
-        if (document.version.IsFile() && Files::WhyNoName(name).isEmpty() &&
-            !Files::AtomicFile::IsTemporaryName(name)) {
+        if (document.version.IsFile() && !Files::ValidateName(name) && !Files::AtomicFile::IsTemporaryName(name)) {
             nameOfId.insert(document.id, name);
             documents.push_back(std::move(document));
         }
@@ -149,7 +140,7 @@ QString FolderStore::KnownHash(const FolderDocument& document) const
 
 void FolderStore::RememberHash(const QString& id, const Files::FileIdentity& version, const QString& md5Hash)
 {
-    if (!IsJustWritten(version)) {
+    if (version.TimeUntilSettled().count() <= 0) {
         RememberOwnHash(id, version, md5Hash);
     }
 }

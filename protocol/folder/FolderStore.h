@@ -2,7 +2,6 @@
 
 #include <files/FileReader.h>
 
-#include <QDateTime>
 #include <QHash>
 #include <QString>
 

@@ -27,9 +27,8 @@ FolderTransfers::Plan FolderTransfers::Download(const Request::Download& request
     if (!document) {
         return NoSuchDocument(download, store);
     }
-    const Files::TargetProblem problem = Files::WhyNoTarget(request.localPath);
-    if (!problem.reason.isEmpty()) {
-        return Failed(download, document->name, problem.reason, problem.advice);
+    if (const auto problem = Files::ValidateTarget(request.localPath)) {
+        return Failed(download, document->name, problem->reason, problem->advice);
     }
     CopyJob::Task task;
     task.what = download;
@@ -77,9 +76,8 @@ FolderTransfers::Plan FolderTransfers::Upload(const Request::Upload& request)
         }
         name = replaced->name;
     }
-    const QString badName = Files::WhyNoName(name);
-    if (!badName.isEmpty()) {
-        return Failed(upload, name, QStringLiteral("The name %1").arg(badName), "Give the file another name.");
+    if (const auto badName = Files::ValidateName(name)) {
+        return Failed(upload, name, QStringLiteral("The name %1").arg(*badName), "Give the file another name.");
     }
     if (const auto reason = ValidateSize(QFileInfo(request.localPath).size(), request.document)) {
         return Failed(upload, name, *reason, makeRoom);

@@ -1,6 +1,6 @@
 #include "Background.h"
 
-#include <QMetaObject>
+#include <QObject>
 
 #include <deque>
 #include <mutex>

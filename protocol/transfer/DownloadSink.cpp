@@ -1,5 +1,8 @@
 #include "DownloadSink.h"
 
+#include <QCryptographicHash>
+#include <QFile>
+
 namespace Norlis::Social {
 
 namespace {

@@ -4,8 +4,6 @@
 #include <files/AtomicFile.h>
 #include <protocol/http/HttpMessage.h>
 
-#include <QCryptographicHash>
-
 namespace Norlis::Social {
 
 /// Writes the body of an answer to a local file, and hashes it, on another thread and under a temporary name. Memory is

@@ -101,8 +101,7 @@ bool IsSameVersion(const DavDocument& left, const DavDocument& right)
 std::optional<DavDocument> DocumentOf(const DavEntry& entry)
 {
     const QString name = QString::fromUtf8(entry.name);
-    if (entry.isSelf || entry.isCollection || !Files::WhyNoName(name).isEmpty() ||
-        Files::AtomicFile::IsTemporaryName(name)) {
+    if (entry.isSelf || entry.isCollection || Files::ValidateName(name) || Files::AtomicFile::IsTemporaryName(name)) {
         return std::nullopt;
     }
     return FileOf(entry, entry.name);

@@ -68,9 +68,8 @@ void DownloadOperation::Start()
             return;
         }
         document = *found;
-        const Files::TargetProblem problem = Files::WhyNoTarget(request.localPath);
-        if (!problem.reason.isEmpty()) {
-            Fail(problem.reason, problem.advice);
+        if (const auto problem = Files::ValidateTarget(request.localPath)) {
+            Fail(problem->reason, problem->advice);
             return;
         }
         const QString folder = QFileInfo(request.localPath).path();

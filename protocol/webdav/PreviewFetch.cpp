@@ -18,8 +18,8 @@ bool MayBePdf(const DavDocument& document)
            document.Name().endsWith(".pdf", Qt::CaseInsensitive);
 }
 
-/// Refuses what is not the document. The reason; nothing when the answer is accepted.
-QString ValidateAnswer(const HttpHead& head)
+/// Why an answer is not the document; empty when it may be.
+QString CheckAnswer(const HttpHead& head)
 {
     if (head.status != 200 || !head.Field("content-encoding").isEmpty()) {
         return wrongContent;
@@ -48,7 +48,7 @@ PreviewFetch::PreviewFetch(const std::shared_ptr<WebDavSession>& session, const 
       document(document),
       done(std::move(done)),
       sink(std::make_shared<DownloadSink>(
-          folder, pool, [this](const HttpHead& head, qint64&) { return ValidateAnswer(head); },
+          folder, pool, [this](const HttpHead& head, qint64&) { return CheckAnswer(head); },
           [this](qint64 position) { CheckPosition(position); })),
       requests(session->http)
 {

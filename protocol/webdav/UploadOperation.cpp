@@ -35,9 +35,9 @@ UploadOperation::~UploadOperation()
 void UploadOperation::Start()
 {
     name = QFileInfo(request.localPath).fileName().toUtf8();
-    const QString badName = request.document.isEmpty() ? Files::WhyNoName(Name()) : QString();
-    if (!badName.isEmpty()) {
-        End(Failed(what, Name(), QStringLiteral("The name %1").arg(badName), "Give the file another name."));
+    const auto badName = request.document.isEmpty() ? Files::ValidateName(Name()) : std::nullopt;
+    if (badName) {
+        End(Failed(what, Name(), QStringLiteral("The name %1").arg(*badName), "Give the file another name."));
         return;
     }
     if (!source->Open()) {

@@ -6,25 +6,25 @@
 
 namespace Norlis::TestKit {
 
-/// What an encrypting server shows and proves itself with.
+/// What a TLS server identifies itself with.
 struct ServerCertificate {
     QByteArray certificate; ///< PEM
     QByteArray key;         ///< PEM, elliptic curve
 };
 
-/// Signs certificates that nobody trusts but who is told to.
+/// Signs certificates that are trusted only by clients that are told to.
 ///
 ///     const CertificateAuthority authority;
 ///     FaultServer server(authority.Issue());
 ///     authInfo.certificateFile = authority.File();
 ///
-/// Made by the program openssl, which has to be installed; failures are std::runtime_error. One authority
-/// is enough for all tests of a program.
+/// Needs the program openssl; failures are std::runtime_error. One authority is enough for all tests of a program.
 class CertificateAuthority {
 public:
     CertificateAuthority();
 
-    /// Its own certificate, in PEM, for clients that are to trust what it signs. There as long as the authority.
+    /// Its own certificate, in PEM, for clients that are to trust what it signs. The file exists as long as the
+    /// authority.
     QString File() const;
 
     /// \param address IP address that the certificate is for

@@ -10,13 +10,13 @@
 
 namespace Norlis::TestKit {
 
-/// What goes wrong with the calculation of a hash.
+/// What can go wrong when a hash is calculated.
 enum class HashFault {
-    IsEmpty, ///< no hash, as of a file that cannot be read
+    IsEmpty, ///< no hash, as for a file that cannot be read
     Throws   ///< std::runtime_error
 };
 
-/// Answers hashes that a test sets and remembers for which paths it was asked. A path without a hash of its own has
+/// Returns the hashes that a test sets and records the paths it was asked for. A path without a hash of its own has
 /// "hash of <path>". Reads no file. Used on one thread.
 ///
 ///     hashes.hashes["/home/me/a.pdf"] = "0cc175b9c0f1b6a831c399e269772661";
@@ -26,13 +26,13 @@ public:
     std::map<std::string, std::string> hashes; ///< by path
     std::vector<std::string> asked;            ///< paths, in order
 
-    /// What goes wrong from now on, beside what was asked for before; until BehaveAgain.
+    /// Adds a fault; earlier ones stay. BehaveAgain ends them all.
     void Misbehave(const When& when, HashFault fault)
     {
         faults.Add(when, fault);
     }
 
-    /// Forgets what was to go wrong.
+    /// Removes all faults.
     void BehaveAgain()
     {
         faults.Clear();

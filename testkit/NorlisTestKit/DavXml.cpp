@@ -55,7 +55,7 @@ QByteArray PropStat(const QByteArray& properties, const QByteArray& status)
                                       "</d:status></d:propstat>";
 }
 
-ServerAnswer MultiStatus(const QByteArray& responses)
+ServerResponse MultiStatus(const QByteArray& responses)
 {
     return {207,
             {{"Content-Type", "application/xml; charset=utf-8"}},

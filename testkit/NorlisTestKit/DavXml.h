@@ -15,19 +15,20 @@ namespace Norlis::TestKit {
 /// Name of an XML element: namespace and local name.
 using PropertyName = std::pair<QString, QString>;
 
-/// What a PROPFIND asks for; nothing in it when that is everything. Nothing at all when it is no XML.
+/// What a PROPFIND asks for; empty when that is everything. Nothing when the body is not XML.
 std::optional<std::vector<PropertyName>> WantedProperties(const QByteArray& body);
 
-/// Properties that a PROPPATCH sets, with their texts, and removes, with none. Nothing when it is no XML.
+/// Properties that a PROPPATCH sets, with their texts, and removes, with none. Nothing when the body is not XML.
 std::optional<std::map<PropertyName, std::optional<QByteArray>>> PatchedProperties(const QByteArray& body);
 
 /// \param content XML
 QByteArray Element(const PropertyName& name, const QByteArray& content);
 
-/// \param properties elements; without any there is nothing to say
+/// Empty without properties.
+/// \param properties elements
 /// \param status     "200 OK"
 QByteArray PropStat(const QByteArray& properties, const QByteArray& status);
 
-ServerAnswer MultiStatus(const QByteArray& responses);
+ServerResponse MultiStatus(const QByteArray& responses);
 
 } // namespace Norlis::TestKit

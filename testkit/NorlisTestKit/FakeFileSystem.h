@@ -11,18 +11,18 @@
 
 namespace Norlis::TestKit {
 
-/// What goes wrong with a call of a file system.
+/// What can go wrong with a call of a file system.
 enum class FileSystemFault {
-    Vanishes, ///< the call is answered well, and the path does not exist any more: somebody else was quick
+    Vanishes, ///< the call succeeds, and then the path is gone, as if somebody else had removed it
     Throws    ///< std::runtime_error
 };
 
-/// A file system of names only: a set of paths that exist, and a normalisation that a test chooses. Used on one thread.
+/// A file system of names only: a set of paths that exist, and a normalization that a test chooses. Used on one thread.
 ///
 ///     fileSystem.existing = {"/home/me/a.pdf"};
 ///     fileSystem.Misbehave(When("Exists", "a.pdf"), FileSystemFault::Vanishes); // gone once it has been seen
 ///
-/// What asks a disk of its own accord does not ask here: PDF::FileInfo::SetPath, for the size.
+/// PDF::FileInfo::SetPath does not come here: it asks the disk itself, for the size.
 class FakeFileSystem : public PDF::IFileSystem {
 public:
     std::set<std::string> existing; ///< paths at which there is a file
@@ -33,13 +33,13 @@ public:
     /// "Exists(/a)", "NormalizePath(/a)".
     std::vector<std::string> calls;
 
-    /// What goes wrong from now on, beside what was asked for before; until BehaveAgain.
+    /// Adds a fault; earlier ones stay. BehaveAgain ends them all.
     void Misbehave(const When& when, FileSystemFault fault)
     {
         faults.Add(when, fault);
     }
 
-    /// Forgets what was to go wrong.
+    /// Removes all faults.
     void BehaveAgain()
     {
         faults.Clear();

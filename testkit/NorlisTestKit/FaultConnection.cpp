@@ -11,11 +11,11 @@ constexpr qint64 writeBuffer = 256 * 1024;
 
 } // namespace
 
-FaultConnection::FaultConnection(QTcpSocket* socket, int number, FaultDesk* desk, QObject* parent)
+FaultConnection::FaultConnection(QTcpSocket* socket, int number, RequestHandler* handler, QObject* parent)
     : QObject(parent),
       socket(socket),
       number(number),
-      desk(desk)
+      handler(handler)
 {
     socket->setParent(this);
     socket->setReadBufferSize(readBuffer); // so that a client whose bytes are left unread notices
@@ -31,9 +31,9 @@ const ServerRequest& FaultConnection::Request() const
     return reader.Request();
 }
 
-ServerAnswer FaultConnection::Do(const ServerRequest& request)
+ServerResponse FaultConnection::Do(const ServerRequest& request)
 {
-    return desk->Do(entry, request);
+    return handler->Do(entry, request);
 }
 
 void FaultConnection::Read()
@@ -58,30 +58,30 @@ bool FaultConnection::ReadOne()
     if (place == RequestReader::State::Head) {
         return false;
     }
-    if (!isHeadThere) {
-        HeadIsThere();
+    if (!hasHead) {
+        OnHead();
     }
-    desk->BodyArrives(entry, Request(), place == RequestReader::State::Complete);
+    handler->OnBody(entry, Request(), place == RequestReader::State::Complete);
     if (state == State::Draining && place == RequestReader::State::Complete) {
         Finish();
     } else if (state == State::Reading) {
-        AnswerIfItIsTime();
+        AnswerWhenDue();
     }
     return !received.isEmpty() && received.size() < before;
 }
 
-void FaultConnection::HeadIsThere()
+void FaultConnection::OnHead()
 {
-    isHeadThere = true;
-    entry = desk->Arrives(Request(), number);
-    misbehaviour = desk->Claim(Request());
+    hasHead = true;
+    entry = handler->OnHead(Request(), number);
+    misbehaviour = handler->Claim(Request());
     const bool isAnsweredEarly = misbehaviour && misbehaviour->afterBodyBytes == 0;
     if (!isAnsweredEarly && Request().headers.Value("Expect").toLower() == "100-continue") {
         Send("HTTP/1.1 100 Continue\r\n\r\n");
     }
 }
 
-void FaultConnection::AnswerIfItIsTime()
+void FaultConnection::AnswerWhenDue()
 {
     const bool isComplete = reader.CurrentState() == RequestReader::State::Complete;
     if (misbehaviour && (isComplete || Request().body.size() >= misbehaviour->afterBodyBytes)) {
@@ -89,14 +89,9 @@ void FaultConnection::AnswerIfItIsTime()
         misbehaviour->act(*this);
     } else if (isComplete) {
         state = State::Waiting;
-        AnswerWell();
+        Send(Do(Request()).Bytes());
+        Finish();
     }
-}
-
-void FaultConnection::AnswerWell()
-{
-    Send(Do(Request()).Bytes());
-    Finish();
 }
 
 void FaultConnection::Send(const QByteArray& bytes)
@@ -146,7 +141,7 @@ void FaultConnection::Finish()
         return;
     }
     reader = {};
-    isHeadThere = false;
+    hasHead = false;
     misbehaviour.reset();
     state = State::Reading;
 }

@@ -10,29 +10,29 @@
 
 namespace Norlis::TestKit {
 
-/// What a connection asks its server.
-class FaultDesk {
+/// Deals with the requests of connections.
+class RequestHandler {
 public:
-    virtual ~FaultDesk() = default;
+    virtual ~RequestHandler() = default;
 
     /// The head of a request has come. Returns what the other functions know it by.
-    virtual std::size_t Arrives(const ServerRequest& request, int connection) = 0;
-    virtual void BodyArrives(std::size_t entry, const ServerRequest& request, bool isComplete) = 0;
+    virtual std::size_t OnHead(const ServerRequest& request, int connection) = 0;
+    virtual void OnBody(std::size_t entry, const ServerRequest& request, bool isComplete) = 0;
 
-    /// What is to be done instead of answering well.
+    /// What is to be done instead of the ordinary answer.
     virtual std::optional<Misbehaviour> Claim(const ServerRequest& request) = 0;
 
-    virtual ServerAnswer Do(std::size_t entry, const ServerRequest& request) = 0;
+    virtual ServerResponse Do(std::size_t entry, const ServerRequest& request) = 0;
 };
 
-/// One connection of a FaultServer: reads requests, one after the other, and has them answered, well or not.
+/// One connection of a FaultServer: reads requests, one after the other, and answers them, well or badly.
 class FaultConnection : public QObject, private Wire {
 public:
-    FaultConnection(QTcpSocket* socket, int number, FaultDesk* desk, QObject* parent);
+    FaultConnection(QTcpSocket* socket, int number, RequestHandler* handler, QObject* parent);
 
 private:
     const ServerRequest& Request() const override;
-    ServerAnswer Do(const ServerRequest& request) override;
+    ServerResponse Do(const ServerRequest& request) override;
     void Send(const QByteArray& bytes) override;
     void SendSlowly(const QByteArray& bytes, int pieceSize, int pause) override;
     void SendWithoutEnd(std::function<QByteArray(int)> next) override;
@@ -42,23 +42,22 @@ private:
 
     void Read();
     bool ReadOne();
-    void HeadIsThere();
-    void AnswerIfItIsTime();
-    void AnswerWell();
+    void OnHead();
+    void AnswerWhenDue();
     void SendNextPiece();
     void FillUp();
 
     QTcpSocket* const socket; ///< a child
     const int number;
-    FaultDesk* const desk;
+    RequestHandler* const handler;
 
     QByteArray received;
     RequestReader reader;
     std::size_t entry = 0;
-    bool isHeadThere = false;
+    bool hasHead = false;
     std::optional<Misbehaviour> misbehaviour;
 
-    /// Waiting is what a connection hangs in when a misbehaviour leaves it so.
+    /// A connection that a misbehaviour leaves open and silent stays in Waiting.
     enum class State { Reading, Waiting, Draining, Closed } state = State::Reading;
 
     QTimer pauses;

@@ -17,7 +17,7 @@ namespace Norlis::TestKit {
 namespace {
 
 constexpr const char* collection = "/documents";
-constexpr int mostBodyInLog = 64 * 1024;
+constexpr int maxBodyInLog = 64 * 1024;
 
 /// Makes sockets that encrypt when there is a certificate.
 class Listener : public QTcpServer {
@@ -42,24 +42,23 @@ private:
 
 } // namespace
 
-/// What a connection asks its server.
-class FaultServer::Desk : public FaultDesk {
+class FaultServer::Handler : public RequestHandler {
 public:
-    explicit Desk(FaultServer* server) : server(server) {}
+    explicit Handler(FaultServer* server) : server(server) {}
 
-    std::size_t Arrives(const ServerRequest& request, int connection) override
+    std::size_t OnHead(const ServerRequest& request, int connection) override
     {
         const std::lock_guard guard(server->mutex);
         server->log.push_back({request.method, request.target, request.headers, {}, 0, false, connection, 0});
         return server->log.size() - 1 + server->forgotten;
     }
 
-    void BodyArrives(std::size_t entry, const ServerRequest& request, bool isComplete) override
+    void OnBody(std::size_t entry, const ServerRequest& request, bool isComplete) override
     {
         server->Note(entry, [&](SeenRequest& seen) {
             seen.bodyBytes = request.body.size();
             seen.isComplete = isComplete;
-            seen.body = request.body.left(mostBodyInLog);
+            seen.body = request.body.left(maxBodyInLog);
         });
     }
 
@@ -69,9 +68,9 @@ public:
         return server->faults.Claim(request.method, request.target);
     }
 
-    ServerAnswer Do(std::size_t entry, const ServerRequest& request) override
+    ServerResponse Do(std::size_t entry, const ServerRequest& request) override
     {
-        const ServerAnswer answer = server->Do(request);
+        const ServerResponse answer = server->Do(request);
         server->Note(entry, [&](SeenRequest& seen) { seen.status = answer.status; });
         return answer;
     }
@@ -92,7 +91,7 @@ FaultServer::FaultServer(std::optional<ServerCertificate> certificate)
     std::array<quint32, 4> numbers;
     QRandomGenerator::system()->fillRange(numbers.data(), numbers.size());
     password = canary + QByteArray(reinterpret_cast<const char*>(numbers.data()), sizeof(numbers)).toHex();
-    desk = std::make_unique<Desk>(this);
+    handler = std::make_unique<Handler>(this);
     context.moveToThread(&thread);
     thread.start();
     Start();
@@ -157,7 +156,7 @@ std::optional<QByteArray> FaultServer::Get(const QString& name) const
     return node == nullptr ? std::nullopt : std::optional(node->content);
 }
 
-void FaultServer::Take(const QString& name)
+void FaultServer::Remove(const QString& name)
 {
     const std::lock_guard guard(mutex);
     tree.Remove(PathOf(name));
@@ -246,7 +245,7 @@ void FaultServer::Start()
         QObject::connect(server.get(), &QTcpServer::newConnection, server.get(), [this, server = server.get()] {
             while (QTcpSocket* socket = server->nextPendingConnection()) {
                 const std::lock_guard guard(mutex);
-                new FaultConnection(socket, ++connections, desk.get(), server);
+                new FaultConnection(socket, ++connections, handler.get(), server);
             }
         });
         if (server->listen(QHostAddress::LocalHost, port)) {
@@ -254,7 +253,7 @@ void FaultServer::Start()
         }
     });
     if (!listener) {
-        throw std::runtime_error("The port is taken");
+        throw std::runtime_error("The port is in use");
     }
 }
 
@@ -263,7 +262,7 @@ void FaultServer::OnThread(const std::function<void()>& action) const
     QMetaObject::invokeMethod(&context, action, Qt::BlockingQueuedConnection);
 }
 
-ServerAnswer FaultServer::Serve(const ServerRequest& request)
+ServerResponse FaultServer::Serve(const ServerRequest& request)
 {
     return tree.Answer(request);
 }
@@ -273,7 +272,7 @@ bool FaultServer::IsPublic(const ServerRequest&) const
     return false;
 }
 
-ServerAnswer FaultServer::Do(const ServerRequest& request)
+ServerResponse FaultServer::Do(const ServerRequest& request)
 {
     const std::lock_guard guard(mutex);
     if (!IsPublic(request) && !IsAllowed(request)) {

@@ -16,9 +16,9 @@
 
 namespace Norlis::TestKit {
 
-class FaultDesk;
+class RequestHandler;
 
-/// A request that came to a server.
+/// A request that a server received.
 struct SeenRequest {
     QByteArray method;       ///< "GET"
     QByteArray target;       ///< path and query, percent-encoded
@@ -36,24 +36,23 @@ struct SeenRequest {
     }
 };
 
-/// A WebDAV server in this process that behaves well over documents in memory, unless it is told what to do wrong. It
-/// keeps a log of what it was asked.
+/// A WebDAV server in this process, with documents in memory. It behaves well unless it is told otherwise, and keeps a
+/// log of the requests.
 ///
 ///     FaultServer server;
 ///     server.Put("report.pdf", "content");
 ///     server.Misbehave("GET", CutsAfterBytes(3));
 ///     server.Misbehave(When("PUT").From(2).Times(3), AnswersWith(503));
 ///
-/// HTTP/1.1 over 127.0.0.1 with kept connections and Basic or bearer authentication, on a thread of its own: nobody has
-/// to run an event loop for it. Its functions may be called on any thread; from inside a misbehaviour, which runs on
-/// the server's own, all but Stop, Start and OpenConnections. A class that is derived from it calls Stop in its
-/// destructor.
+/// HTTP/1.1 over 127.0.0.1 with persistent connections and Basic or bearer authentication, on a thread of its own: it
+/// needs no event loop of the test. Its functions may be called on any thread; from inside a misbehaviour, which runs
+/// on the server's own, all but Stop, Start and OpenConnections. A derived class calls Stop in its destructor.
 class FaultServer {
 public:
-    /// What every password of such a server begins with: tests look for it where no password may be.
+    /// What every password of such a server begins with: tests search for it where no password may be.
     static constexpr auto canary = "c4n4ry";
 
-    /// Listens at once, at a port of its own. Throws std::runtime_error when there is none.
+    /// Listens at once, on a free port. Throws std::runtime_error when there is none.
     FaultServer();
 
     /// The same, encrypted (HTTPS); clients have to trust the certificate's authority.
@@ -66,7 +65,7 @@ public:
     /// On 127.0.0.1.
     quint16 Port() const;
 
-    /// The only one that there is.
+    /// The only user.
     QString User() const;
 
     /// The password of the user (RFC 7617), and as good as a bearer token (RFC 6750).
@@ -81,7 +80,7 @@ public:
     /// Address, with the user, of the collection that the documents are in.
     virtual QUrl Address() const;
 
-    /// Of the same in the request line: "/documents/"
+    /// Path of the same: "/documents/"
     virtual QByteArray CollectionPath() const;
 
     /// Adds or replaces a document in the collection, as another client would.
@@ -91,21 +90,21 @@ public:
     std::optional<QByteArray> Get(const QString& name) const;
 
     /// Removes a document, if it is there.
-    void Take(const QString& name);
+    void Remove(const QString& name);
 
     /// Of all documents in the collection, sorted.
     QStringList Names() const;
 
-    /// Runs something with the tree while no request is dealt with.
+    /// Runs something with the tree while no request is being handled.
     void With(const std::function<void(MemoryTree&)>& action);
 
     /// For the next requests of that kind, which When names by method and by a part of the target.
     void Misbehave(const When& when, const Misbehaviour& misbehaviour);
 
-    /// Forgets what was to go wrong. Requests that hang already go on hanging.
+    /// Removes all faults. Requests that hang already go on hanging.
     void BehaveAgain();
 
-    /// What has come since the start, or since ForgetRequests, in order; of one method, or all of it.
+    /// The requests since the start, or since ForgetRequests, in order.
     std::vector<SeenRequest> Requests() const;
 
     /// Those of one method.
@@ -113,23 +112,23 @@ public:
 
     /// How many requests of one method have come.
     int Count(const QByteArray& method) const;
-    int Connections() const;     ///< that were made, up to now
+    int Connections() const;     ///< made so far
     int OpenConnections() const; ///< that neither side has closed
 
-    /// Begins the log anew.
+    /// Clears the log.
     void ForgetRequests();
 
-    /// Closes everything: nobody listens then. Start listens at the same port again, and throws std::runtime_error when
-    /// somebody else has taken it meanwhile.
+    /// Closes all connections and stops listening. Start listens on the same port again, and throws std::runtime_error
+    /// when it is in use by then.
     void Stop();
 
     /// After Stop.
     void Start();
 
 protected:
-    /// What a good server does with a request, once the user is known. The default is the tree's. With the lock held,
-    /// on the server's thread.
-    virtual ServerAnswer Serve(const ServerRequest& request);
+    /// The ordinary answer to a request, once the user is known. By default that of the tree. Called with the lock
+    /// held, on the server's thread.
+    virtual ServerResponse Serve(const ServerRequest& request);
 
     /// Whether a request needs no credentials.
     virtual bool IsPublic(const ServerRequest& request) const;
@@ -141,9 +140,9 @@ protected:
     explicit FaultServer(std::optional<ServerCertificate> certificate);
 
 private:
-    class Desk;
+    class Handler;
 
-    ServerAnswer Do(const ServerRequest& request);
+    ServerResponse Do(const ServerRequest& request);
     bool IsAllowed(const ServerRequest& request) const;
     void Note(std::size_t entry, const std::function<void(SeenRequest&)>& change);
     QByteArray PathOf(const QString& name) const;
@@ -154,14 +153,14 @@ private:
     mutable std::mutex mutex;
     Faults<Misbehaviour> faults;  ///< guarded
     std::vector<SeenRequest> log; ///< guarded
-    std::size_t forgotten = 0;    ///< guarded; entries that were in the log before
+    std::size_t forgotten = 0;    ///< guarded; entries that have been cleared
     int connections = 0;          ///< guarded
 
     const quint16 port;
     const std::optional<ServerCertificate> certificate;
     QThread thread;
     mutable QObject context; ///< lives on the thread, as do the connections
-    std::unique_ptr<FaultDesk> desk;
+    std::unique_ptr<RequestHandler> handler;
     std::unique_ptr<QTcpServer> listener; ///< touched on the thread only
 };
 

@@ -11,7 +11,7 @@
 
 namespace Norlis::TestKit {
 
-/// Which calls something goes wrong with: without more, the next one of that operation.
+/// Which calls a fault affects: by default the next one of an operation.
 ///
 ///     When("SetValue")                     the next call of SetValue
 ///     When("SetValue", "file_name")        the next one with that in its arguments
@@ -22,29 +22,29 @@ struct When {
     static constexpr int always = std::numeric_limits<int>::max();
 
     /// \param operation   name of a function, or of an HTTP method; "*" is any
-    /// \param inArguments a part of the arguments, as the collaborator writes them; of a request's target, as it comes
+    /// \param inArguments a part of the arguments, as the collaborator writes them; for a server, of the request's
+    /// target
     /*implicit*/ When(const char* operation, const QByteArray& inArguments = {})
         : operation(operation),
           inArguments(inArguments)
     {
     }
 
-    /// From the n-th of these calls on, beginning with 1 and counted from when the fault is asked for; those before it
-    /// go well.
+    /// From the n-th of these calls on, counted from 1 and from when the fault was added; those before succeed.
     When& From(int number)
     {
         from = number;
         return *this;
     }
 
-    /// So many calls, one after the other.
+    /// That many calls, one after the other.
     When& Times(int number)
     {
         times = number;
         return *this;
     }
 
-    /// All of them, from the first one on.
+    /// All of them, from the first or the one given to From.
     When& Always()
     {
         return Times(always);
@@ -56,7 +56,7 @@ struct When {
     int times = 1;          ///< how many calls
 };
 
-/// The faults that a collaborator was told to have. Belongs to one thread at a time.
+/// The faults that a collaborator was told to have. Used by one thread at a time.
 template <typename Fault>
 class Faults {
 public:
@@ -83,7 +83,7 @@ public:
         rules.clear();
     }
 
-    /// Counts a call. What goes wrong with it; nothing when all is well.
+    /// Counts a call and returns its fault, if it has one.
     std::optional<Fault> Claim(const QByteArray& operation, const QByteArray& arguments)
     {
         for (Rule& rule : rules) {
@@ -103,7 +103,7 @@ private:
     struct Rule {
         When when;
         Fault fault;
-        int seen; ///< calls that it could have been for
+        int seen; ///< calls that matched
     };
 
     QByteArrayList operations;

@@ -4,23 +4,23 @@
 
 namespace Norlis::TestKit {
 
-/// Account settings as a test sets them; counts the questions.
+/// Account settings as a test sets them; counts the calls.
 class FixedAccountSettings : public PDF::Settings::ICloudAccountSettings {
 public:
-    bool autoRefresh = false;  ///< the answer of IsAutoRefreshEnabled
-    int interval = 60000;      ///< milliseconds; the answer of GetAutoRefreshInterval
-    int enabledQuestions = 0;  ///< how often IsAutoRefreshEnabled was called
-    int intervalQuestions = 0; ///< how often GetAutoRefreshInterval was called
+    bool autoRefresh = false; ///< the answer of IsAutoRefreshEnabled
+    int interval = 60000;     ///< milliseconds; the answer of GetAutoRefreshInterval
+    int enabledCalls = 0;     ///< how often IsAutoRefreshEnabled was called
+    int intervalCalls = 0;    ///< how often GetAutoRefreshInterval was called
 
     bool IsAutoRefreshEnabled() override
     {
-        ++enabledQuestions;
+        ++enabledCalls;
         return autoRefresh;
     }
 
     int GetAutoRefreshInterval() override
     {
-        ++intervalQuestions;
+        ++intervalCalls;
         return interval;
     }
 };

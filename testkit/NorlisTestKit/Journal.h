@@ -6,8 +6,8 @@
 
 namespace Norlis::TestKit {
 
-/// What happened, in order, one line of text per event. Collaborators that share a journal show in which order they
-/// were used; a test compares the lines with what it expects. Used on one thread.
+/// What happened, in order, one line of text per event. Collaborators that share a journal show the order in which they
+/// were used. Used on one thread.
 class Journal {
 public:
     /// Adds a line at the end.

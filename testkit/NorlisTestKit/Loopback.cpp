@@ -19,19 +19,19 @@ quint16 FreePort()
             return port;
         }
     }
-    throw std::runtime_error("No free port");
+    throw std::runtime_error("There is no free port");
 }
 
-QByteArray Exchange(quint16 port, const QByteArray& request, int patience)
+QByteArray Exchange(quint16 port, const QByteArray& request, int timeout)
 {
     QTcpSocket socket;
     socket.connectToHost(QHostAddress(QHostAddress::LocalHost), port);
-    if (!socket.waitForConnected(patience)) {
+    if (!socket.waitForConnected(timeout)) {
         return {};
     }
     socket.write(request);
     QByteArray answer;
-    while (socket.waitForReadyRead(patience)) {
+    while (socket.waitForReadyRead(timeout)) {
         answer += socket.readAll();
     }
     return answer + socket.readAll();

@@ -29,7 +29,7 @@ QByteArray HttpDate(const QDateTime& time)
     return QLocale::c().toString(time, "ddd, dd MMM yyyy hh:mm:ss 'GMT'").toLatin1();
 }
 
-ServerAnswer Status(int status)
+ServerResponse Status(int status)
 {
     return {status, {}, {}};
 }
@@ -43,6 +43,32 @@ bool Names(const QByteArray& tags, const MemoryNode* node)
            });
 }
 
+/// Reduces an answer to the part that a Range header asks for; one that it does not know changes nothing.
+void ApplyRange(const QByteArray& header, ServerResponse* answer)
+{
+    static const QRegularExpression form("^bytes=(\\d*)-(\\d*)$");
+    const auto range = form.match(header);
+    if (!range.hasMatch()) {
+        return;
+    }
+    const qint64 size = answer->body.size();
+    const bool isSuffix = range.captured(1).isEmpty();
+    const qint64 first =
+        isSuffix ? std::max<qint64>(0, size - range.captured(2).toLongLong()) : range.captured(1).toLongLong();
+    const qint64 last =
+        isSuffix || range.captured(2).isEmpty() ? size - 1 : std::min(size - 1, range.captured(2).toLongLong());
+    if (first > last) {
+        answer->status = 416;
+        answer->headers.Set("Content-Range", "bytes */" + QByteArray::number(size));
+        answer->body.clear();
+        return;
+    }
+    answer->status = 206;
+    answer->headers.Set("Content-Range", "bytes " + QByteArray::number(first) + '-' + QByteArray::number(last) + '/' +
+                                             QByteArray::number(size));
+    answer->body = answer->body.mid(static_cast<int>(first), static_cast<int>(last - first + 1));
+}
+
 } // namespace
 
 MemoryTree::MemoryTree()
@@ -50,9 +76,9 @@ MemoryTree::MemoryTree()
     MakeCollection("/");
 }
 
-ServerAnswer MemoryTree::Answer(const ServerRequest& request)
+ServerResponse MemoryTree::Answer(const ServerRequest& request)
 {
-    using Handler = ServerAnswer (MemoryTree::*)(const ServerRequest&);
+    using Handler = ServerResponse (MemoryTree::*)(const ServerRequest&);
     static const std::map<QByteArray, Handler> handlers = {{"PROPFIND", &MemoryTree::PropFind},
                                                            {"PROPPATCH", &MemoryTree::PropPatch},
                                                            {"GET", &MemoryTree::Fetch},
@@ -119,7 +145,7 @@ QStringList MemoryTree::NamesIn(const QByteArray& path) const
     return names;
 }
 
-ServerAnswer MemoryTree::PropFind(const ServerRequest& request)
+ServerResponse MemoryTree::PropFind(const ServerRequest& request)
 {
     const QByteArray path = request.Path();
     const auto wanted = WantedProperties(request.body);
@@ -198,7 +224,7 @@ std::optional<QByteArray> MemoryTree::Property(const MemoryNode& node, const Pro
     return {};
 }
 
-ServerAnswer MemoryTree::PropPatch(const ServerRequest& request)
+ServerResponse MemoryTree::PropPatch(const ServerRequest& request)
 {
     MemoryNode* node = Find(request.Path());
     if (node == nullptr) {
@@ -221,14 +247,14 @@ ServerAnswer MemoryTree::PropPatch(const ServerRequest& request)
                        PropStat(done, "200 OK") + "</d:response>");
 }
 
-ServerAnswer MemoryTree::Fetch(const ServerRequest& request)
+ServerResponse MemoryTree::Fetch(const ServerRequest& request)
 {
     const MemoryNode* node = Find(request.Path());
     if (node == nullptr || node->isCollection) {
         return Status(node == nullptr ? 404 : 405);
     }
-    ServerAnswer answer;
-    answer.isBodyLeftOut = request.method == "HEAD";
+    ServerResponse answer;
+    answer.omitsBody = request.method == "HEAD";
     answer.headers = {{"ETag", node->etag},
                       {"Last-Modified", HttpDate(node->modifiedAt)},
                       {"Content-Type", "application/pdf"},
@@ -239,37 +265,18 @@ ServerAnswer MemoryTree::Fetch(const ServerRequest& request)
         answer.body.clear();
         return answer;
     }
-
-    static const QRegularExpression form("^bytes=(\\d*)-(\\d*)$");
-    const auto range = form.match(request.headers.Value("Range"));
     const QByteArray ifRange = request.headers.Value("If-Range");
-    if (!range.hasMatch() || (!ifRange.isEmpty() && ifRange != node->etag)) {
-        return answer;
+    if (ifRange.isEmpty() || ifRange == node->etag) {
+        ApplyRange(request.headers.Value("Range"), &answer);
     }
-    const qint64 size = node->content.size();
-    const bool isSuffix = range.captured(1).isEmpty();
-    const qint64 first =
-        isSuffix ? std::max<qint64>(0, size - range.captured(2).toLongLong()) : range.captured(1).toLongLong();
-    const qint64 last =
-        isSuffix || range.captured(2).isEmpty() ? size - 1 : std::min(size - 1, range.captured(2).toLongLong());
-    if (first > last) {
-        answer.status = 416;
-        answer.headers.Set("Content-Range", "bytes */" + QByteArray::number(size));
-        answer.body.clear();
-        return answer;
-    }
-    answer.status = 206;
-    answer.headers.Set("Content-Range", "bytes " + QByteArray::number(first) + '-' + QByteArray::number(last) + '/' +
-                                            QByteArray::number(size));
-    answer.body = node->content.mid(static_cast<int>(first), static_cast<int>(last - first + 1));
     return answer;
 }
 
-ServerAnswer MemoryTree::Store(const ServerRequest& request)
+ServerResponse MemoryTree::Store(const ServerRequest& request)
 {
     const QByteArray path = request.Path();
-    const MemoryNode* former = Find(path);
-    if (!HasParent(path) || (former != nullptr && former->isCollection)) {
+    const MemoryNode* existing = Find(path);
+    if (!HasParent(path) || (existing != nullptr && existing->isCollection)) {
         return Status(409);
     }
     if (!MeetsConditions(request)) {
@@ -278,12 +285,12 @@ ServerAnswer MemoryTree::Store(const ServerRequest& request)
     if (request.headers.Has("Content-Range")) {
         return Status(400);
     }
-    const bool isNew = former == nullptr;
+    const bool isNew = existing == nullptr;
     const MemoryNode& node = Put(path, request.body);
     return {isNew ? 201 : 204, {{"ETag", node.etag}}, {}};
 }
 
-ServerAnswer MemoryTree::Delete(const ServerRequest& request)
+ServerResponse MemoryTree::Delete(const ServerRequest& request)
 {
     if (Find(request.Path()) == nullptr) {
         return Status(404);
@@ -295,7 +302,7 @@ ServerAnswer MemoryTree::Delete(const ServerRequest& request)
     return Status(204);
 }
 
-ServerAnswer MemoryTree::MakeCollectionFor(const ServerRequest& request)
+ServerResponse MemoryTree::MakeCollectionFor(const ServerRequest& request)
 {
     const QByteArray path = request.Path();
     if (Find(path) != nullptr || !HasParent(path)) {
@@ -305,7 +312,7 @@ ServerAnswer MemoryTree::MakeCollectionFor(const ServerRequest& request)
     return Status(201);
 }
 
-ServerAnswer MemoryTree::Move(const ServerRequest& request)
+ServerResponse MemoryTree::Move(const ServerRequest& request)
 {
     const QByteArray from = request.Path();
     const QByteArray to = DecodedPath(request.headers.Value("Destination"));

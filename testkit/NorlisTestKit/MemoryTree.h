@@ -30,12 +30,12 @@ public:
     MemoryTree();
 
     /// Does what a request asks for.
-    ServerAnswer Answer(const ServerRequest& request);
+    ServerResponse Answer(const ServerRequest& request);
 
     /// Paths are decoded, without a slash at the end. Null when there is nothing.
     MemoryNode* Find(const QByteArray& path);
 
-    /// Unlike a client, which needs a collection to put it into.
+    /// Needs no parent, unlike the request of a client.
     MemoryNode& MakeCollection(const QByteArray& path);
 
     /// Adds a document or replaces its content.
@@ -47,17 +47,17 @@ public:
     /// Names of what is directly in a collection, sorted.
     QStringList NamesIn(const QByteArray& path) const;
 
-    /// Gives more properties than there are otherwise, as XML; none for what it does not know.
+    /// Supplies further properties, as XML; nothing for those it does not know.
     std::function<std::optional<QByteArray>(const MemoryNode&, const PropertyName&)> moreProperties;
 
 private:
-    ServerAnswer PropFind(const ServerRequest& request);
-    ServerAnswer PropPatch(const ServerRequest& request);
-    ServerAnswer Fetch(const ServerRequest& request);
-    ServerAnswer Store(const ServerRequest& request);
-    ServerAnswer Delete(const ServerRequest& request);
-    ServerAnswer MakeCollectionFor(const ServerRequest& request);
-    ServerAnswer Move(const ServerRequest& request);
+    ServerResponse PropFind(const ServerRequest& request);
+    ServerResponse PropPatch(const ServerRequest& request);
+    ServerResponse Fetch(const ServerRequest& request);
+    ServerResponse Store(const ServerRequest& request);
+    ServerResponse Delete(const ServerRequest& request);
+    ServerResponse MakeCollectionFor(const ServerRequest& request);
+    ServerResponse Move(const ServerRequest& request);
 
     bool HasParent(const QByteArray& path);
     bool MeetsConditions(const ServerRequest& request);

@@ -4,7 +4,7 @@ namespace Norlis::TestKit {
 
 namespace {
 
-/// RFC 1952, around the raw deflate stream that is inside of what Qt makes.
+/// RFC 1952, around the raw deflate stream inside of what Qt makes.
 QByteArray Gzip(const QByteArray& data)
 {
     quint32 crc = 0xffffffff;
@@ -21,21 +21,21 @@ QByteArray Gzip(const QByteArray& data)
         }
         return bytes;
     };
-    const QByteArray compressed = qCompress(data); // length, then zlib's two bytes, the stream, and a sum
+    const QByteArray compressed = qCompress(data); // length, two bytes of zlib's, the stream, and a checksum
     return QByteArray("\x1f\x8b\x08\0\0\0\0\0\0\xff", 10) + compressed.mid(6, compressed.size() - 10) +
            littleEndian(~crc) + littleEndian(static_cast<quint32>(data.size()));
 }
 
 } // namespace
 
-ServerAnswer XmlAnswer(int status, const QByteArray& xml)
+ServerResponse XmlResponse(int status, const QByteArray& xml)
 {
     return {status,
             {{"Content-Type", "application/xml; charset=utf-8"}},
             "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n" + xml};
 }
 
-Misbehaviour AnswersWith(const ServerAnswer& answer)
+Misbehaviour AnswersWith(const ServerResponse& answer)
 {
     return {[answer](Wire& wire) {
         wire.Send(answer.Bytes());
@@ -54,20 +54,20 @@ QByteArray Chunk(const QByteArray& data)
     return QByteArray::number(data.size(), 16) + "\r\n" + data + "\r\n";
 }
 
-void SendInChunks(ServerAnswer* answer)
+void SendInChunks(ServerResponse* answer)
 {
     answer->headers.Set("Transfer-Encoding", "chunked");
 }
 
 Misbehaviour AnswersWith(int status, const ServerHeaders& headers, const QByteArray& body)
 {
-    return AnswersWith(ServerAnswer{status, headers, body});
+    return AnswersWith(ServerResponse{status, headers, body});
 }
 
 Misbehaviour AnswersEarly(int status, qint64 afterBodyBytes, Rest rest)
 {
     return {[status, rest](Wire& wire) {
-                wire.Send(ServerAnswer{status, {}, "Early"}.Bytes());
+                wire.Send(ServerResponse{status, {}, "Early"}.Bytes());
                 if (rest == Rest::IsRead) {
                     wire.Finish();
                 } else {
@@ -79,13 +79,13 @@ Misbehaviour AnswersEarly(int status, qint64 afterBodyBytes, Rest rest)
 
 Misbehaviour Refuses(int status, const QByteArray& exception, const QByteArray& message)
 {
-    return AnswersWith(XmlAnswer(status, SabreError(exception, message)));
+    return AnswersWith(XmlResponse(status, SabreError(exception, message)));
 }
 
 Misbehaviour IsInMaintenance(int retryAfterSeconds)
 {
-    ServerAnswer answer =
-        XmlAnswer(503, SabreError("Sabre\\DAV\\Exception\\ServiceUnavailable", "System in maintenance mode."));
+    ServerResponse answer =
+        XmlResponse(503, SabreError("Sabre\\DAV\\Exception\\ServiceUnavailable", "System in maintenance mode."));
     answer.headers.Set("Retry-After", QByteArray::number(retryAfterSeconds));
     return AnswersWith(answer);
 }
@@ -95,9 +95,9 @@ Misbehaviour HasTooManyRequests(int retryAfterSeconds)
     return AnswersWith(429, {{"Retry-After", QByteArray::number(retryAfterSeconds)}});
 }
 
-Misbehaviour HasNoRoom()
+Misbehaviour IsOutOfSpace()
 {
-    return AnswersWith(XmlAnswer(507, "<d:error xmlns:d=\"DAV:\"><d:quota-not-exceeded/></d:error>"));
+    return AnswersWith(XmlResponse(507, "<d:error xmlns:d=\"DAV:\"><d:quota-not-exceeded/></d:error>"));
 }
 
 Misbehaviour ShowsAPage(int status)
@@ -114,7 +114,7 @@ Misbehaviour RedirectsTo(const QByteArray& address, int status)
 Misbehaviour RedirectsToItself(int status)
 {
     return {[status](Wire& wire) {
-        wire.Send(ServerAnswer{status, {{"Location", wire.Request().target}}, {}}.Bytes());
+        wire.Send(ServerResponse{status, {{"Location", wire.Request().target}}, {}}.Bytes());
         wire.Finish();
     }};
 }
@@ -123,7 +123,7 @@ Misbehaviour AnswersAfter(int interimStatus, int times)
 {
     return {[=](Wire& wire) {
         for (int count = 0; count < times; ++count) {
-            wire.Send(ServerAnswer{interimStatus, {}, {}}.Head());
+            wire.Send(ServerResponse{interimStatus, {}, {}}.Head());
         }
         wire.Send(wire.Do(wire.Request()).Bytes());
         wire.Finish();
@@ -133,12 +133,12 @@ Misbehaviour AnswersAfter(int interimStatus, int times)
 Misbehaviour StopsAfter(int interimStatus)
 {
     return {[interimStatus](Wire& wire) {
-        wire.Send(ServerAnswer{interimStatus, {}, {}}.Head());
+        wire.Send(ServerResponse{interimStatus, {}, {}}.Head());
         wire.Close();
     }};
 }
 
-Misbehaviour Says(const QByteArray& bytes)
+Misbehaviour SendsRawBytes(const QByteArray& bytes)
 {
     return {[bytes](Wire& wire) {
         wire.Send(bytes);
@@ -153,7 +153,7 @@ Misbehaviour Hangs()
 
 Misbehaviour HangsInTheAnswer(int bytesOfBody)
 {
-    return Sends([bytesOfBody](Wire& wire, ServerAnswer* answer) {
+    return Sends([bytesOfBody](Wire& wire, ServerResponse* answer) {
         wire.Send(answer->Head() + answer->body.left(bytesOfBody));
     });
 }
@@ -181,12 +181,12 @@ Misbehaviour ResetsTheConnection()
 Misbehaviour Drips(int pieceSize, int pauseMilliseconds)
 {
     return Sends(
-        [=](Wire& wire, ServerAnswer* answer) { wire.SendSlowly(answer->Bytes(), pieceSize, pauseMilliseconds); });
+        [=](Wire& wire, ServerResponse* answer) { wire.SendSlowly(answer->Bytes(), pieceSize, pauseMilliseconds); });
 }
 
 Misbehaviour CutsAfterBytes(int bytesOfBody)
 {
-    return Sends([bytesOfBody](Wire& wire, ServerAnswer* answer) {
+    return Sends([bytesOfBody](Wire& wire, ServerResponse* answer) {
         wire.Send(answer->Head() + answer->body.left(bytesOfBody));
         wire.Close();
     });
@@ -194,7 +194,7 @@ Misbehaviour CutsAfterBytes(int bytesOfBody)
 
 Misbehaviour CutsWithoutLength(int bytesOfBody)
 {
-    return Sends([bytesOfBody](Wire& wire, ServerAnswer* answer) {
+    return Sends([bytesOfBody](Wire& wire, ServerResponse* answer) {
         SendInChunks(answer);
         QByteArray head = answer->Head();
         wire.Send(head.replace("Transfer-Encoding: chunked", "Connection: close") + answer->body.left(bytesOfBody));
@@ -204,7 +204,7 @@ Misbehaviour CutsWithoutLength(int bytesOfBody)
 
 Misbehaviour CutsInChunks(int bytesOfBody)
 {
-    return Sends([bytesOfBody](Wire& wire, ServerAnswer* answer) {
+    return Sends([bytesOfBody](Wire& wire, ServerResponse* answer) {
         SendInChunks(answer);
         wire.Send(answer->Head() + Chunk(answer->body.left(bytesOfBody)));
         wire.Close();
@@ -213,7 +213,7 @@ Misbehaviour CutsInChunks(int bytesOfBody)
 
 Misbehaviour SendsInChunks(int chunkSize)
 {
-    return Changes([chunkSize](ServerAnswer* answer) {
+    return Changes([chunkSize](ServerResponse* answer) {
         SendInChunks(answer);
         QByteArray chunks;
         for (int begin = 0; begin < answer->body.size(); begin += chunkSize) {
@@ -230,7 +230,7 @@ Misbehaviour SendsUntilClose()
 
 Misbehaviour ClaimsLength(qint64 contentLength)
 {
-    return Sends([contentLength](Wire& wire, ServerAnswer* answer) {
+    return Sends([contentLength](Wire& wire, ServerResponse* answer) {
         answer->headers.Set("Content-Length", QByteArray::number(contentLength));
         wire.Send(answer->Bytes());
         wire.Close();
@@ -239,7 +239,7 @@ Misbehaviour ClaimsLength(qint64 contentLength)
 
 Misbehaviour SendsGzip()
 {
-    return Changes([](ServerAnswer* answer) {
+    return Changes([](ServerResponse* answer) {
         answer->body = Gzip(answer->body);
         answer->headers.Set("Content-Encoding", "gzip");
     });
@@ -247,7 +247,7 @@ Misbehaviour SendsGzip()
 
 Misbehaviour Adds(const QByteArray& header, const QByteArray& value, int times)
 {
-    return Changes([=](ServerAnswer* answer) {
+    return Changes([=](ServerResponse* answer) {
         for (int count = 0; count < times; ++count) {
             answer->headers.emplace_back(header, value);
         }
@@ -261,7 +261,7 @@ Misbehaviour SetsACookie()
 
 Misbehaviour ClaimsRange(const QByteArray& contentRange)
 {
-    return Changes([contentRange](ServerAnswer* answer) { answer->headers.Set("Content-Range", contentRange); });
+    return Changes([contentRange](ServerResponse* answer) { answer->headers.Set("Content-Range", contentRange); });
 }
 
 Misbehaviour StartsElsewhere(int offset)
@@ -284,10 +284,10 @@ Misbehaviour IgnoresTheRange()
     }};
 }
 
-Misbehaviour HappensAfter(std::function<void()> event)
+Misbehaviour RunsFirst(std::function<void()> action)
 {
-    return {[event = std::move(event)](Wire& wire) {
-        event();
+    return {[action = std::move(action)](Wire& wire) {
+        action();
         wire.Send(wire.Do(wire.Request()).Bytes());
         wire.Finish();
     }};
@@ -305,12 +305,12 @@ Misbehaviour KeepsOnly(int bytesOfBody)
 
 Misbehaviour DoesItAndCloses()
 {
-    return Sends([](Wire& wire, ServerAnswer*) { wire.Close(); });
+    return Sends([](Wire& wire, ServerResponse*) { wire.Close(); });
 }
 
 Misbehaviour DoesItAndAnswers(int status)
 {
-    return Changes([status](ServerAnswer* answer) { *answer = {status, {}, {}}; });
+    return Changes([status](ServerResponse* answer) { *answer = {status, {}, {}}; });
 }
 
 Misbehaviour OnlyClaimsToDoIt(int status)

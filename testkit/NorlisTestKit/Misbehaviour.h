@@ -5,27 +5,27 @@
 #include <functional>
 #include <limits>
 
-// What a server may do to a request instead of answering it well.
+// What a server can do with a request instead of answering it properly.
 namespace Norlis::TestKit {
 
 /// A server's end of one request. Used on the server's thread.
 ///
-/// Without one of Finish, Close and Reset at the end, the connection stays as it is: open, silent, and with what the
-/// client sends left unread.
+/// Unless Finish, Close or Reset is called at the end, the connection stays open and silent, and leaves unread what the
+/// client sends.
 class Wire {
 public:
     virtual ~Wire() = default;
 
-    /// What has come of it so far: all of it, unless the misbehaviour acts before that.
+    /// What has arrived of it: all of it, unless the misbehaviour acts earlier.
     virtual const ServerRequest& Request() const = 0;
 
-    /// Does what the request asks for, well, and returns the answer.
-    virtual ServerAnswer Do(const ServerRequest& request) = 0;
+    /// Does what the request asks for and returns the ordinary answer.
+    virtual ServerResponse Do(const ServerRequest& request) = 0;
 
     /// Sends bytes that need not be an answer.
     virtual void Send(const QByteArray& bytes) = 0;
 
-    /// Sends pieces of so many bytes with pauses between, and finishes then.
+    /// Sends pieces of that many bytes with pauses, in milliseconds, between them, then finishes.
     virtual void SendSlowly(const QByteArray& bytes, int pieceSize, int pause) = 0;
 
     /// Sends what a function returns as long as the client takes it. The function is given the number of the call.
@@ -42,21 +42,21 @@ public:
     virtual void Reset() = 0;
 };
 
-/// Something that a server does instead of answering a request well: one of the catalogue below, or a function of the
-/// test's own. The function runs on the server's thread.
+/// Something that a server does instead of answering a request properly: one of the catalogue below, or a function of
+/// the test's own. The function runs on the server's thread.
 struct Misbehaviour {
     /// More than any body has.
     static constexpr qint64 wholeBody = std::numeric_limits<qint64>::max();
 
     std::function<void(Wire&)> act;    ///< what is done
-    qint64 afterBodyBytes = wholeBody; ///< how much of the request's body comes before that; 0 acts upon its head
+    qint64 afterBodyBytes = wholeBody; ///< how much of the request's body arrives first; 0 acts upon its head
 };
 
 // Answers.
 
 Misbehaviour AnswersWith(int status, const ServerHeaders& headers = {}, const QByteArray& body = {});
 
-/// Before the body has come, and closes the connection then or reads the rest of the body.
+/// Before the body has arrived; then reads the rest of the body or closes the connection.
 enum class Rest { IsRead, IsCutOff };
 Misbehaviour AnswersEarly(int status, qint64 afterBodyBytes, Rest rest);
 
@@ -64,17 +64,17 @@ Misbehaviour AnswersEarly(int status, qint64 afterBodyBytes, Rest rest);
 Misbehaviour Refuses(int status, const QByteArray& exception, const QByteArray& message);
 Misbehaviour IsInMaintenance(int retryAfterSeconds);
 Misbehaviour HasTooManyRequests(int retryAfterSeconds);
-Misbehaviour HasNoRoom();
-Misbehaviour ShowsAPage(int status); ///< HTML, as a gateway or a login does
+Misbehaviour IsOutOfSpace();
+Misbehaviour ShowsAPage(int status); ///< HTML, as from a gateway or a login page
 Misbehaviour RedirectsTo(const QByteArray& address, int status = 302);
-Misbehaviour RedirectsToItself(int status = 302); ///< without end, when it is repeated
+Misbehaviour RedirectsToItself(int status = 302); ///< endless, if the client follows
 
-/// Interim answers before the ordinary one; and one in place of it, after which nothing comes.
+/// Interim answers before the ordinary one; and one in place of it, after which the connection is closed.
 Misbehaviour AnswersAfter(int interimStatus, int times = 1);
 Misbehaviour StopsAfter(int interimStatus);
 
 /// Bytes that need not be HTTP; then closes.
-Misbehaviour Says(const QByteArray& bytes);
+Misbehaviour SendsRawBytes(const QByteArray& bytes);
 
 // Connections.
 
@@ -106,17 +106,17 @@ Misbehaviour IgnoresTheRange();
 
 // What is done.
 
-/// Runs something on the server's thread, before the request is dealt with; for instance what another client does.
-Misbehaviour HappensAfter(std::function<void()> event);
+/// Runs something on the server's thread before the request is handled, for instance what another client does.
+Misbehaviour RunsFirst(std::function<void()> action);
 
-/// Keeps only so many bytes of an upload and says that all is well.
+/// Keeps only that many bytes of an upload and reports success.
 Misbehaviour KeepsOnly(int bytesOfBody);
 
-/// Does what is asked and closes the connection, or gives another answer.
+/// Does what is asked and closes the connection, or sends another answer.
 Misbehaviour DoesItAndCloses();
 Misbehaviour DoesItAndAnswers(int status);
 
-/// Does nothing of it and says that all is well.
+/// Does nothing and reports success.
 Misbehaviour OnlyClaimsToDoIt(int status);
 
 // Listings.
@@ -128,13 +128,13 @@ Misbehaviour SendsXml(const QByteArray& xml);
 Misbehaviour SendsAnXmlBomb();
 Misbehaviour NestsElements(int depth);
 
-/// 207 in which the request's address has a status of its own.
+/// 207 with this status for the request's address.
 Misbehaviour HasInnerStatus(int status);
 
 // Secrets.
 
-/// Repeats the credentials of the request wherever an answer has room for them: in headers, in an address to go to, and
-/// in an XML body.
-Misbehaviour RepeatsTheSecret(int status);
+/// Repeats the credentials of the request wherever an answer can hold them: in headers, in a redirect address, and in
+/// an XML body.
+Misbehaviour EchoesTheCredentials(int status);
 
 } // namespace Norlis::TestKit

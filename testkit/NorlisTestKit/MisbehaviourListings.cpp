@@ -27,7 +27,7 @@ Misbehaviour ListsWithoutEnd()
 {
     return {[](Wire& wire) {
         const QByteArray collection = wire.Request().target;
-        ServerAnswer answer = XmlAnswer(207, {});
+        ServerResponse answer = XmlResponse(207, {});
         SendInChunks(&answer);
         wire.Send(answer.Head() + Chunk(answer.body + "<d:multistatus xmlns:d=\"DAV:\">" + Response(collection, true)));
         wire.SendWithoutEnd([collection](int number) {
@@ -38,7 +38,7 @@ Misbehaviour ListsWithoutEnd()
 
 Misbehaviour SendsXml(const QByteArray& xml)
 {
-    return AnswersWith(XmlAnswer(207, xml));
+    return AnswersWith(XmlResponse(207, xml));
 }
 
 Misbehaviour SendsAnXmlBomb()
@@ -67,15 +67,15 @@ Misbehaviour HasInnerStatus(int status)
             wire.Request().method == "PROPPATCH"
                 ? "<d:propstat><d:prop><x:property xmlns:x=\"urn:x\"/></d:prop>" + text + "</d:propstat>"
                 : text;
-        wire.Send(XmlAnswer(207, "<d:multistatus xmlns:d=\"DAV:\"><d:response><d:href>" +
-                                     EscapedForXml(wire.Request().target) + "</d:href>" + inner +
-                                     "</d:response></d:multistatus>")
+        wire.Send(XmlResponse(207, "<d:multistatus xmlns:d=\"DAV:\"><d:response><d:href>" +
+                                       EscapedForXml(wire.Request().target) + "</d:href>" + inner +
+                                       "</d:response></d:multistatus>")
                       .Bytes());
         wire.Finish();
     }};
 }
 
-Misbehaviour RepeatsTheSecret(int status)
+Misbehaviour EchoesTheCredentials(int status)
 {
     return {[status](Wire& wire) {
         const QByteArray authorization = wire.Request().headers.Value("Authorization");
@@ -83,8 +83,8 @@ Misbehaviour RepeatsTheSecret(int status)
                                       ? QByteArray::fromBase64(authorization.mid(6)).split(':').value(1)
                                       : authorization.mid(authorization.indexOf(' ') + 1);
         const QByteArray all = authorization + ' ' + secret;
-        ServerAnswer answer =
-            XmlAnswer(status, SabreError("Sabre\\DAV\\Exception\\" + secret, "The password was " + all));
+        ServerResponse answer =
+            XmlResponse(status, SabreError("Sabre\\DAV\\Exception\\" + secret, "The password was " + all));
         answer.headers.Set("X-Debug", all);
         answer.headers.Set("ETag", '"' + secret + '"');
         answer.headers.Set("WWW-Authenticate", "Basic realm=\"" + secret + '"');

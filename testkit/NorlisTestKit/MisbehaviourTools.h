@@ -2,7 +2,7 @@
 
 #include <NorlisTestKit/Misbehaviour.h>
 
-// What the catalogue of misbehaviours is written with.
+// What the catalogue of misbehaviours is built from.
 namespace Norlis::TestKit {
 
 /// The ordinary answer, changed.
@@ -10,31 +10,31 @@ template <typename Change>
 Misbehaviour Changes(Change change)
 {
     return {[change](Wire& wire) {
-        ServerAnswer answer = wire.Do(wire.Request());
+        ServerResponse answer = wire.Do(wire.Request());
         change(&answer);
         wire.Send(answer.Bytes());
         wire.Finish();
     }};
 }
 
-/// The ordinary answer, sent in another way, in which the connection ends.
+/// The ordinary answer, sent in another way; the sender ends the exchange.
 template <typename Sender>
 Misbehaviour Sends(Sender sender)
 {
     return {[sender](Wire& wire) {
-        ServerAnswer answer = wire.Do(wire.Request());
+        ServerResponse answer = wire.Do(wire.Request());
         sender(wire, &answer);
     }};
 }
 
-ServerAnswer XmlAnswer(int status, const QByteArray& xml);
-Misbehaviour AnswersWith(const ServerAnswer& answer);
+ServerResponse XmlResponse(int status, const QByteArray& xml);
+Misbehaviour AnswersWith(const ServerResponse& answer);
 
 /// Error body as SabreDAV writes it.
 QByteArray SabreError(const QByteArray& exception, const QByteArray& message);
 
-/// Of a body in chunks (RFC 9112, 7.1).
+/// One chunk of a chunked body (RFC 9112, 7.1).
 QByteArray Chunk(const QByteArray& data);
-void SendInChunks(ServerAnswer* answer);
+void SendInChunks(ServerResponse* answer);
 
 } // namespace Norlis::TestKit

@@ -9,21 +9,21 @@
 
 namespace Norlis::TestKit {
 
-/// What goes wrong with a call of a record store.
+/// What can go wrong with a call of a record store.
 enum class StoreFault {
-    Throws,  ///< std::runtime_error, and nothing is changed. Of the calls only ReadAll may throw, or the program ends
-    Forgets, ///< a write says that all is well and changes nothing, as on a full disk; ReadAll finds nothing
-    Damages  ///< a value is written, or all are read, with their first half lost behind a byte that is no UTF-8
+    Throws,  ///< std::runtime_error, and nothing changes. Where the file list calls, only ReadAll may throw
+    Forgets, ///< a write reports success and changes nothing, as on a full disk; ReadAll finds nothing
+    Damages  ///< a value is written, or all are read, with their first half replaced by a byte that is not UTF-8
 };
 
-/// A record store in memory that notes every call, in order, and goes wrong when it is told to.
+/// A record store in memory that records every call, in order, and fails when it is told to.
 ///
 ///     store.records["doc"]["cloud_size"] = "no number";                       // one damaged field
 ///     store.Misbehave("ReadAll", StoreFault::Throws);                         // a store that cannot be opened
 ///     store.Misbehave(When("SetValue").From(3).Always(), StoreFault::Forgets) // a disk that becomes full
 ///
-/// Used on one thread, the one of the list over it. Shared with that list, so that a second list finds what the first
-/// one left.
+/// Used on one thread, the one of the list over it. Outlives that list, so that a second one finds what the first has
+/// left.
 class RecordingStore : public PDF::Cloud::ICloudInfoStorage {
 public:
     /// One record: key to value.
@@ -35,13 +35,13 @@ public:
     /// "RemoveRecord(a)", "SetValue(a, file_name, b.pdf)", "ReadAll()".
     std::vector<std::string> calls;
 
-    /// What goes wrong from now on, beside what was asked for before; until BehaveAgain.
+    /// Adds a fault; earlier ones stay. BehaveAgain ends them all.
     void Misbehave(const When& when, StoreFault fault)
     {
         faults.Add(when, fault);
     }
 
-    /// Forgets what was to go wrong.
+    /// Removes all faults.
     void BehaveAgain()
     {
         faults.Clear();

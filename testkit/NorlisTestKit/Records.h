@@ -7,7 +7,7 @@
 
 namespace Norlis::TestKit {
 
-/// A cloud part with a value in every field; name and hash follow from the id.
+/// The cloud part of a record, with a value in every field; name and hash follow from the id.
 inline PDF::FileInfo::CloudInfo CloudInfoOf(const std::string& id)
 {
     return {id,
@@ -21,7 +21,7 @@ inline PDF::FileInfo::CloudInfo CloudInfoOf(const std::string& id)
             "cloud hash of " + id};
 }
 
-/// A document that is known from the cloud only.
+/// A document that exists in the cloud only.
 inline std::shared_ptr<PDF::FileInfo> RecordOf(const std::string& id)
 {
     return std::make_shared<PDF::FileInfo>(CloudInfoOf(id));

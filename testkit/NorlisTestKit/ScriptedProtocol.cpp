@@ -102,7 +102,7 @@ void ScriptedProtocol::logout()
 
 bool ScriptedProtocol::loggedIn()
 {
-    ++loginQuestions;
+    ++loggedInCalls;
     return signedIn;
 }
 
@@ -236,7 +236,7 @@ void ScriptedProtocol::ThrowNoSuchRequest(qint64 request, const std::string& cal
                            "; held are: " + (held.empty() ? "none" : held));
 }
 
-void ScriptedProtocol::ThrowOtherPayload(qint64 request) const
+void ScriptedProtocol::ThrowWrongPayload(qint64 request) const
 {
     throw std::logic_error(NameOf(request) + " is answered with a payload of another type");
 }

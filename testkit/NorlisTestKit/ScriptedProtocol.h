@@ -14,7 +14,7 @@
 
 namespace Norlis::TestKit {
 
-/// A cloud protocol in the hand of a test.
+/// A cloud protocol in the hands of a test.
 ///
 /// Every call is recorded and every callback is held until the test answers: now, later, never, twice, with another id,
 /// or when the receiver is long gone. Writes "-> uploadFile 1", "-> auth refused" and "-> cancelOperation 1" to its
@@ -28,19 +28,19 @@ namespace Norlis::TestKit {
 ///     protocol->inside["auth"] = [&](qint64 id) { protocol->Answer(id, Social::Success); }; // before auth returns
 ///
 /// Operations go by their names in ICloudProtocol. A wrong name, an id that no request has, or a payload of another
-/// request's type is std::logic_error that says what was meant: from here at once, from `refused` and `inside` at the
-/// next operation.
+/// request's type throws a std::logic_error that says what is wrong: at once, or for `refused` and `inside` at the next
+/// operation.
 ///
-/// Used on one thread, that of the manager over it, and shared with the manager, so that the test has it in hand.
+/// Used on one thread, that of the manager over it. The test and the manager share it.
 class ScriptedProtocol : public PDF::Cloud::ICloudProtocol {
 public:
-    /// Short for it.
+    /// Shorthand.
     using RequestResult = Social::RequestResult;
 
     /// What an upload is answered with.
     using Sharing = Social::NorlisCloudSharingResult;
 
-    /// A call that came.
+    /// A call by the manager.
     struct Call {
         std::string operation;              ///< "uploadFile"
         qint64 id = -1;                     ///< the id returned, or the one given to cancelOperation
@@ -49,13 +49,13 @@ public:
         QString localPath = {};             ///< of uploadFile
     };
 
-    /// \param journal shared with who reads it
+    /// \param journal shared with its readers
     explicit ScriptedProtocol(std::shared_ptr<Journal> journal = std::make_shared<Journal>());
     ~ScriptedProtocol() override;
 
-    /// What loggedIn() answers, and how often it was asked.
+    /// What loggedIn() returns, and how often it was called.
     bool signedIn = true;
-    int loginQuestions = 0; ///< calls of loggedIn()
+    int loggedInCalls = 0;
 
     /// Operations that are refused with -1: they are recorded, and their callbacks are destroyed.
     std::set<std::string> refused;
@@ -70,10 +70,10 @@ public:
     /// Everything but loggedIn().
     std::vector<Call> calls;
 
-    /// Those of one operation, in order.
+    /// The calls of one operation, in order.
     std::vector<Call> CallsOf(const std::string& operation) const;
 
-    /// std::logic_error when there was none. Valid until the next call.
+    /// The last call of an operation; std::logic_error when there was none. Valid until the next call.
     const Call& LastCall(const std::string& operation) const;
 
     /// The id of the last call of an operation; std::logic_error when there was none.
@@ -147,7 +147,7 @@ private:
     {
         constexpr bool isItsPayload = std::is_invocable_v<Done<Wanted...>&, qint64, RequestResult, const Payload&...>;
         if constexpr (!isItsPayload && sizeof...(Payload) != 0) {
-            ThrowOtherPayload(request);
+            ThrowWrongPayload(request);
         } else {
             running.erase(request);
             if constexpr (isItsPayload) {
@@ -164,7 +164,7 @@ private:
     void CheckNames() const;
     std::string NameOf(qint64 request) const;
     [[noreturn]] void ThrowNoSuchRequest(qint64 request, const std::string& callback) const;
-    [[noreturn]] void ThrowOtherPayload(qint64 request) const;
+    [[noreturn]] void ThrowWrongPayload(qint64 request) const;
 
     std::shared_ptr<Journal> journal;
     qint64 nextId = 1;

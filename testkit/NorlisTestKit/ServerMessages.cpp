@@ -69,7 +69,7 @@ bool ServerRequest::WantsToClose() const
     return headers.Value("Connection").toLower().contains("close");
 }
 
-QByteArray ServerAnswer::Head() const
+QByteArray ServerResponse::Head() const
 {
     QByteArray head = "HTTP/1.1 " + QByteArray::number(status) + ' ' + ReasonOf(status) + "\r\n";
     for (const auto& [name, value] : headers) {
@@ -82,9 +82,9 @@ QByteArray ServerAnswer::Head() const
     return head + "\r\n";
 }
 
-QByteArray ServerAnswer::Bytes() const
+QByteArray ServerResponse::Bytes() const
 {
-    return isBodyLeftOut ? Head() : Head() + body;
+    return omitsBody ? Head() : Head() + body;
 }
 
 QByteArray DecodedPath(const QByteArray& addressOrPath)

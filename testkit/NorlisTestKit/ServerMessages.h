@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-// HTTP/1.1 as a server sees it (RFC 9112), no more of it than tests need.
+// HTTP/1.1 as a server sees it (RFC 9112), as much of it as tests need.
 namespace Norlis::TestKit {
 
 /// Names and values, in their order.
@@ -24,12 +24,12 @@ struct ServerHeaders : std::vector<std::pair<QByteArray, QByteArray>> {
     void Set(const QByteArray& name, const QByteArray& value);
 };
 
-/// A request that came.
+/// A request that was received.
 struct ServerRequest {
     QByteArray method;     ///< "GET"
-    QByteArray target;     ///< as it came: path and query, percent-encoded
-    ServerHeaders headers; ///< in the order in which they came
-    QByteArray body;       ///< as far as it has come
+    QByteArray target;     ///< as received: path and query, percent-encoded
+    ServerHeaders headers; ///< in the order received
+    QByteArray body;       ///< as far as it has arrived
 
     /// The target's path, decoded, without a slash at its end; "/" is the root.
     QByteArray Path() const;
@@ -39,11 +39,11 @@ struct ServerRequest {
 };
 
 /// An answer to be sent.
-struct ServerAnswer {
-    int status = 200;           ///< RFC 9110, 15
-    ServerHeaders headers;      ///< without Content-Length, unless another one is to be claimed
-    QByteArray body;            ///< may be empty
-    bool isBodyLeftOut = false; ///< as in the answer to HEAD, whose headers speak of the body all the same
+struct ServerResponse {
+    int status = 200;       ///< RFC 9110, 15
+    ServerHeaders headers;  ///< with a Content-Length only if it is to be wrong
+    QByteArray body;        ///< may be empty
+    bool omitsBody = false; ///< as in the answer to HEAD, whose headers describe the body all the same
 
     /// Status line and headers, with a Content-Length unless there is one, and the empty line.
     QByteArray Head() const;
@@ -60,10 +60,10 @@ QByteArray EncodedPath(const QByteArray& path);
 
 QByteArray EscapedForXml(const QByteArray& text);
 
-/// Takes a request out of the bytes of a connection, piece by piece.
+/// Parses requests from the bytes of a connection, piece by piece.
 class RequestReader {
 public:
-    /// How far it is: Head and Body wait for more, the others have ended.
+    /// What it is reading; Complete and Broken are final.
     enum class State { Head, Body, Complete, Broken };
 
     /// Takes bytes from the front of a buffer. Stops after the head, and when the request is complete.

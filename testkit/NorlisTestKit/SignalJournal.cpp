@@ -18,8 +18,8 @@ std::string Text(int value)
     return std::to_string(value);
 }
 
-// By value: the copy is made here, where the address sanitizer sees a text that is no longer there; Qt's own code is
-// not instrumented.
+// By value: the copy is made here, where the address sanitizer notices a dangling text; Qt's own code is not
+// instrumented.
 std::string Text(QString text) // NOLINT(performance-unnecessary-value-param)
 {
     return text.toStdString();
@@ -55,7 +55,7 @@ void Write(Manager& manager, const std::shared_ptr<Journal>& journal, const std:
 {
     QObject::connect(&manager, signal, [journal, name](const std::decay_t<Args>&... args) {
         std::string text;
-        [[maybe_unused]] const char* separator = ""; // not by a signal without arguments
+        [[maybe_unused]] const char* separator = ""; // unused for a signal without arguments
         ((text += std::exchange(separator, ", ") + Text(args)), ...);
         journal->Write(name + '(' + text + ')');
     });

@@ -49,7 +49,7 @@ private slots:
     void DoesNotRepeatThePassword()
     {
         TestKit::FaultServer server;
-        server.Misbehave(TestKit::When("*").Always(), TestKit::RepeatsTheSecret(403));
+        server.Misbehave(TestKit::When("*").Always(), TestKit::EchoesTheCredentials(403));
         SignIn signIn(server.Address(), server.Password());
         QTRY_VERIFY(signIn.text.startsWith("No entry: "));
         QVERIFY2(!signIn.text.contains(server.Password()), "the password is on the screen");

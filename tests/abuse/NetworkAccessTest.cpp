@@ -134,7 +134,7 @@ TEST_P(NetworkAccessTest, NewDocumentIsWholeOrNotThere)
 {
     FailEveryRequest(
         [](Client& client, Scene& scene) {
-            scene.server.Take("report.pdf");
+            scene.server.Remove("report.pdf");
             return client.Upload(scene.file)->Succeeds();
         },
         [this](Scene& scene, bool hasSucceeded) {

@@ -1,3 +1,6 @@
+#include "OldFileSystem.h"
+#include <tests/protocol/Files.h>
+
 #include <files/FilePlacing.h>
 
 #include <QFile>
@@ -5,56 +8,77 @@
 
 #include <gtest/gtest.h>
 
-namespace Norlis::Test {
+#include <memory>
+
+namespace Norlis::Files {
 
 namespace {
 
-class FilePlacingTest : public testing::Test {
-protected:
-    QString Write(const QString& name, const QByteArray& content)
-    {
-        QFile file(folder.filePath(name));
-        EXPECT_TRUE(file.open(QFile::WriteOnly) && file.write(content) == content.size());
-        return file.fileName();
-    }
+using namespace Norlis::Test;
 
-    QByteArray Read(const QString& path)
+enum class FileSystem { Usual, WithoutThatRenaming, WithoutLinksToo };
+
+class FilePlacingTest : public testing::TestWithParam<FileSystem> {
+protected:
+    void SetUp() override
     {
-        QFile file(path);
-        return file.open(QFile::ReadOnly) ? file.readAll() : QByteArray();
+        WriteFile(source, "new");
+        if (GetParam() != FileSystem::Usual) {
+            old = std::make_unique<OldFileSystem>(GetParam() == FileSystem::WithoutThatRenaming);
+        }
     }
 
     const QTemporaryDir folder;
+    const QString source = folder.filePath("source");
+    const QString target = folder.filePath(QStringLiteral("Zürich.pdf"));
+    std::unique_ptr<OldFileSystem> old;
 };
 
-TEST_F(FilePlacingTest, FreeNameIsTaken)
+TEST_P(FilePlacingTest, FreeNameIsTaken)
 {
-    const auto source = Write("source", "new");
-    const auto target = folder.filePath(QStringLiteral("Zürich.pdf"));
-    EXPECT_FALSE(Files::MoveUnlessTaken(source, target));
-    EXPECT_EQ(Read(target), "new");
+    EXPECT_FALSE(MoveUnlessTaken(source, target));
+    EXPECT_EQ(ReadFile(target), QByteArray("new"));
     EXPECT_FALSE(QFile::exists(source));
 }
 
-TEST_F(FilePlacingTest, TakenNameIsLeftAloneUnlessItIsToBeReplaced)
+TEST_P(FilePlacingTest, TakenNameIsLeftAlone)
 {
-    const auto source = Write("source", "new");
-    const auto target = Write("target", "old");
-    EXPECT_EQ(Files::MoveUnlessTaken(source, target), std::errc::file_exists);
-    EXPECT_EQ(Read(target), "old");
-    EXPECT_EQ(Read(source), "new");
+    WriteFile(target, "old");
+    const QString dangling = folder.filePath("link");
+    MakeLink("/nowhere", dangling);
+    for (const QString& taken : {target, dangling, folder.path()}) {
+        EXPECT_EQ(MoveUnlessTaken(source, taken), std::errc::file_exists) << taken.toStdString();
+    }
+    EXPECT_EQ(ReadFile(target), QByteArray("old"));
+    EXPECT_EQ(ReadFile(source), QByteArray("new"));
+}
 
-    EXPECT_FALSE(Files::MoveReplacing(source, target));
-    EXPECT_EQ(Read(target), "new");
+TEST_P(FilePlacingTest, MissingSourceIsAnError)
+{
+    const QString missing = folder.filePath("missing");
+    EXPECT_EQ(MoveUnlessTaken(missing, target), std::errc::no_such_file_or_directory);
+    EXPECT_EQ(MoveReplacing(missing, target), std::errc::no_such_file_or_directory);
+    EXPECT_FALSE(QFile::exists(target));
+}
+
+TEST_P(FilePlacingTest, MissingFolderIsAnError)
+{
+    EXPECT_EQ(MoveUnlessTaken(source, folder.filePath("missing/a.pdf")), std::errc::no_such_file_or_directory);
+    EXPECT_EQ(ReadFile(source), QByteArray("new"));
+}
+
+TEST_P(FilePlacingTest, FileIsReplacedOnDemand)
+{
+    WriteFile(target, "old");
+    EXPECT_FALSE(MoveReplacing(source, target));
+    EXPECT_EQ(ReadFile(target), QByteArray("new"));
     EXPECT_FALSE(QFile::exists(source));
 }
 
-TEST_F(FilePlacingTest, MissingSourceIsAnError)
-{
-    EXPECT_TRUE(Files::MoveUnlessTaken(folder.filePath("missing"), folder.filePath("target")));
-    EXPECT_TRUE(Files::MoveReplacing(folder.filePath("missing"), folder.filePath("target")));
-}
+INSTANTIATE_TEST_SUITE_P(FileSystems, FilePlacingTest,
+                         testing::Values(FileSystem::Usual, FileSystem::WithoutThatRenaming,
+                                         FileSystem::WithoutLinksToo));
 
 } // namespace
 
-} // namespace Norlis::Test
+} // namespace Norlis::Files

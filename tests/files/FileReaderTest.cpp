@@ -90,29 +90,4 @@ TEST_F(FileReaderTest, AFileThatIsCutOffEndsAndIsChanged)
     EXPECT_FALSE(reader.IsUnchanged());
 }
 
-TEST_F(FileReaderTest, VersionsTellFilesAndContentsApart)
-{
-    const FileIdentity missing = FileIdentity::OfPath(path);
-    EXPECT_FALSE(missing.IsFile());
-    const FileIdentity first = FileIdentity::OfPath(FileOf("content"));
-    EXPECT_TRUE(first.IsFile());
-    EXPECT_EQ(first.size, 7);
-    EXPECT_TRUE(first == FileIdentity::OfPath(path));
-    EXPECT_EQ(first.ToString(), FileIdentity::OfPath(path).ToString());
-
-    const FileIdentity longer = FileIdentity::OfPath(FileOf("longer content"));
-    EXPECT_FALSE(first == longer);
-    EXPECT_NE(first.ToString(), longer.ToString());
-
-    WriteFile(folder.filePath("b.pdf"), "longer content");
-    EXPECT_FALSE(longer == FileIdentity::OfPath(folder.filePath("b.pdf")));
-}
-
-TEST_F(FileReaderTest, ALinkHasNoVersion)
-{
-    MakeLink(FileOf("content"), folder.filePath("link"));
-    EXPECT_FALSE(FileIdentity::OfPath(folder.filePath("link")).IsFile());
-    EXPECT_FALSE(FileIdentity::OfPath(folder.path()).IsFile());
-}
-
 } // namespace Norlis::Files

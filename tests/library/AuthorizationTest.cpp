@@ -18,7 +18,7 @@ TEST_F(AuthorizationTest, EmptyTokenFailsWithoutAskingTheProtocol)
     const auto line = "ERROR Norlis::PDF::Cloud::NorlisCloudManager::Authorization: invalid token";
     EXPECT_THAT(Events(), ElementsAre(line, "AuthorizationFailed()", line, "AuthorizationFailed()"));
     EXPECT_THAT(protocol->calls, IsEmpty());
-    EXPECT_EQ(protocol->loginQuestions, 0);
+    EXPECT_EQ(protocol->loggedInCalls, 0);
 }
 
 TEST_F(AuthorizationTest, TokenIsSentWithVersionAndApplication)
@@ -33,7 +33,7 @@ TEST_F(AuthorizationTest, TokenIsSentWithVersionAndApplication)
         {NorlisCloudProtocol::APP_ID_ON_CLOUD, "pdf"},
     };
     EXPECT_EQ(protocol->LastCall("auth").fields, expected);
-    EXPECT_EQ(protocol->loginQuestions, 0);
+    EXPECT_EQ(protocol->loggedInCalls, 0);
     EXPECT_THAT(Events(), ElementsAre("-> auth 1"));
 }
 

@@ -33,12 +33,12 @@ protected:
 TEST_F(AutoRefreshTest, DisabledRefreshLeavesTheTimerIdleAndUnconnected)
 {
     EXPECT_FALSE(Timer().isActive());
-    EXPECT_EQ(settings->intervalQuestions, 0);
+    EXPECT_EQ(settings->intervalCalls, 0);
 
     Tick();
 
     EXPECT_THAT(Events(), IsEmpty());
-    EXPECT_EQ(protocol->loginQuestions, 0);
+    EXPECT_EQ(protocol->loggedInCalls, 0);
 }
 
 TEST_F(AutoRefreshTest, EnabledRefreshStartsARepeatingTimer)
@@ -56,8 +56,8 @@ TEST_F(AutoRefreshTest, SettingsAreAskedOnceAndNotKept)
     UseRefreshingManager(1000);
     Tick();
 
-    EXPECT_EQ(settings->enabledQuestions, 1);
-    EXPECT_EQ(settings->intervalQuestions, 1);
+    EXPECT_EQ(settings->enabledCalls, 1);
+    EXPECT_EQ(settings->intervalCalls, 1);
     EXPECT_EQ(settings.use_count(), 1);
 }
 

@@ -9,10 +9,10 @@ namespace Norlis::Test {
 
 namespace {
 
-/// What a user reads; for programs that look at all of it.
+/// What a user reads; for programs that check all of it.
 Q_LOGGING_CATEGORY(failureLog, "norlis.test.failure", QtInfoMsg)
 
-/// The completion callback that writes to an answer.
+/// A completion callback that fills an answer.
 template <typename Payload>
 auto DoneInto(const AnswerPtr<Payload>& answer, Client* client, const bool* isInsideACall)
 {

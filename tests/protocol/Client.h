@@ -19,15 +19,15 @@ using QuotaMap = QMap<QString, Social::Ability::Quota::QuotaValue>;
 
 struct NoPayload {};
 
-/// What became of one request.
+/// The outcome of one request.
 template <typename Payload>
 struct Answer {
     qint64 operation = -1; ///< the id that the operation returned
-    int count = 0;         ///< callbacks that came
-    qint64 id = 0;         ///< the one that the callback was given
+    int count = 0;         ///< number of callbacks
+    qint64 id = 0;         ///< the id passed to the callback
     Social::RequestResult result = Social::Error;
     Payload payload = {};
-    QThread* thread = nullptr; ///< the callback's
+    QThread* thread = nullptr; ///< of the callback
     bool cameInsideACall = false;
     std::vector<int> percents;
     std::function<void()> onDone; ///< runs inside the callback
@@ -38,13 +38,13 @@ struct Answer {
         return count > 0;
     }
 
-    /// Waits for the callback; then whether it brought success.
+    /// Waits for the callback. Whether it reported success.
     bool Succeeds() const
     {
         return WaitUntil([this] { return Came(); }) && result == Social::Success;
     }
 
-    /// Waits for the callback; then whether it brought an error.
+    /// Waits for the callback. Whether it reported an error.
     bool Fails() const
     {
         return WaitUntil([this] { return Came(); }) && result == Social::Error;
@@ -54,10 +54,10 @@ struct Answer {
 template <typename Payload = NoPayload>
 using AnswerPtr = std::shared_ptr<Answer<Payload>>;
 
-/// A user of the protocol object: starts requests and keeps what they bring.
+/// A user of the protocol object: starts requests and keeps their outcomes.
 class Client {
 public:
-    /// \param token with which SignIn and Authorize sign in
+    /// \param token for SignIn and Authorize
     explicit Client(Social::OAuth2::AuthInfo authInfo, QString token = "token");
     ~Client();
 
@@ -82,10 +82,10 @@ public:
 
     void Cancel(qint64 id);
 
-    /// Destroys the protocol object, from anywhere.
+    /// Destroys the protocol object; may be called from its callbacks.
     void Destroy();
 
-    /// The entry of the document of a name, from a list fetched now; an empty one when there is none.
+    /// The entry of the document with a name, from a list fetched now; an empty one when there is none.
     CloudFile Entry(const QString& name);
 
     NorlisCloudProtocol* Protocol() const

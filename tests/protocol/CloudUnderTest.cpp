@@ -17,7 +17,7 @@ bool CloudUnderTest::KeepsHashes() const
     return true;
 }
 
-bool CloudUnderTest::TellsCreation() const
+bool CloudUnderTest::ReportsCreationTime() const
 {
     return true;
 }
@@ -37,17 +37,17 @@ bool CloudUnderTest::ListsControlCharacters() const
     return true;
 }
 
-bool CloudUnderTest::TakesRemovalTwice() const
+bool CloudUnderTest::AcceptsRepeatedRemoval() const
 {
     return false;
 }
 
-bool CloudUnderTest::FetchesChangedDocumentsAnew() const
+bool CloudUnderTest::RestartsDownloadOnChange() const
 {
     return false;
 }
 
-bool CloudUnderTest::SeesChangesByItself() const
+bool CloudUnderTest::NoticesChangesByItself() const
 {
     return true;
 }

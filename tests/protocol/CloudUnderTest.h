@@ -14,16 +14,16 @@
 
 namespace Norlis::Test {
 
-/// A cloud that a test can also reach behind the protocol object's back. Every kind of service has one, and passes the
+/// A cloud that a test can also change behind the protocol object's back. Every kind of service has one, and passes the
 /// same tests.
 class CloudUnderTest {
 public:
     virtual ~CloudUnderTest() = default;
 
-    /// With which a protocol object is constructed that uses the cloud.
+    /// For constructing a protocol object that uses the cloud.
     virtual Social::OAuth2::AuthInfo Settings() = 0;
 
-    /// With which one signs in to it.
+    /// For signing in to it.
     virtual QString Token();
 
     virtual void Put(const QString& name, const QByteArray& content) = 0;
@@ -41,44 +41,44 @@ public:
     virtual void Withdraw() = 0;
     virtual void Restore() = 0;
 
-    // What clouds differ in, and may.
+    // In what clouds may differ.
 
-    /// Lists the hash of what somebody else has put there.
+    /// Lists the hashes of documents that somebody else has put there.
     virtual bool HashesForeignDocuments() const;
 
-    /// Lists the hash of what was uploaded, to everybody.
+    /// Lists the hashes of uploaded documents, to every client.
     virtual bool KeepsHashes() const;
 
-    virtual bool TellsCreation() const;
+    virtual bool ReportsCreationTime() const;
 
-    /// What the figures of the quota are about; of Nothing they are unknown.
+    /// What the quota figures measure; for Nothing they are unknown.
     enum class QuotaOf { Documents, Disk, Nothing };
     virtual QuotaOf CountsInQuota() const;
 
     virtual bool ListsNamesThatBeginWithADot() const;
 
-    /// Lists names with control characters, and as they are.
+    /// Lists names with control characters unchanged.
     virtual bool ListsControlCharacters() const;
 
-    /// Says of a document that somebody else has taken away that its removal succeeded.
-    virtual bool TakesRemovalTwice() const;
+    /// Reports success for the removal of a document that somebody else has removed already.
+    virtual bool AcceptsRepeatedRemoval() const;
 
-    /// Begins a download again when the document changes meanwhile, instead of giving it up.
-    virtual bool FetchesChangedDocumentsAnew() const;
+    /// Restarts a download when the document changes, instead of giving it up.
+    virtual bool RestartsDownloadOnChange() const;
 
-    /// Notices that a document has other content without being asked for a list.
-    virtual bool SeesChangesByItself() const;
+    /// Notices new content of a document without a request for the list.
+    virtual bool NoticesChangesByItself() const;
 
-    /// When a client's destruction is over, nothing changes any more.
+    /// Nothing changes any more once a client has been destroyed.
     virtual bool IsQuietAfterDestruction() const;
 
-    /// How many documents it lists quickly enough for a test.
+    /// How many documents it can list quickly enough for a test.
     virtual int ManyDocuments() const;
 
-    /// The most bytes that a document is sent with when a test needs a transfer that takes its time.
+    /// Maximum size, in bytes, of a document when a test needs a transfer that takes a while.
     virtual qint64 LargeSize() const;
 
-    /// What it has to say about a test that failed.
+    /// What helps to explain a failed test.
     virtual QByteArray Log() const;
 };
 

@@ -15,8 +15,8 @@
 
 namespace Norlis::Test {
 
-/// A cloud, somebody who is about to use it, and a local folder to send from and to fetch into. What holds for every
-/// kind of cloud is tested over this.
+/// A cloud, a client that is about to use it, and a local folder for uploads and downloads. What holds for every kind
+/// of cloud is tested with this.
 class ContractTest : public testing::TestWithParam<KindOfCloud> {
 protected:
     ContractTest() : cloud(GetParam().make()), client(cloud->Settings(), cloud->Token()) {}
@@ -46,14 +46,14 @@ protected:
         return Local(name);
     }
 
-    /// Runs the event loop until everything that was asked for before has been dealt with.
+    /// Runs the event loop until all earlier requests have been handled.
     void LetThingsSettle()
     {
         ASSERT_TRUE(client.Info("a document that is not there")->Fails());
         QCoreApplication::processEvents();
     }
 
-    /// How large a file is to be so that its transfer takes its time.
+    /// The size of a file whose transfer is to take a while.
     qint64 Large(qint64 size) const
     {
         return std::min(size, cloud->LargeSize());
@@ -86,7 +86,7 @@ protected:
     QTemporaryDir folder;
 };
 
-/// Signed in already.
+/// The client is signed in.
 class SignedInContractTest : public ContractTest {
 protected:
     void SetUp() override
@@ -102,7 +102,7 @@ protected:
 
 } // namespace Norlis::Test
 
-/// How GoogleTest shows texts and kinds of clouds.
+/// How GoogleTest prints texts and kinds of clouds.
 namespace Norlis::Test {
 inline void PrintTo(const KindOfCloud& kind, std::ostream* stream)
 {

@@ -115,7 +115,7 @@ TEST_P(DownloadTest, ADocumentThatVanishesMeanwhileLeavesNoHalfFile)
     ASSERT_TRUE(WaitUntil([&] { return download->percents.size() > 1; }));
     cloud->PutLarge("large.pdf", 10);
     ASSERT_TRUE(WaitUntil([&] { return download->Came(); }));
-    EXPECT_TRUE(download->result == Social::Error || cloud->FetchesChangedDocumentsAnew());
+    EXPECT_TRUE(download->result == Social::Error || cloud->RestartsDownloadOnChange());
     EXPECT_EQ(ReadFile(Local("target.pdf")),
               download->result == Social::Success ? QByteArray(10, '\0') : QByteArray("old"));
     EXPECT_EQ(FilesBelow(folder.path()), QStringList("target.pdf"));

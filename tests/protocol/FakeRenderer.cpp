@@ -1,5 +1,5 @@
-// A renderer that behaves as its first argument says, for tests of what the preview renderer's user makes of it. Notes
-// every request in the file that its second argument names.
+// A renderer that behaves as its first argument says, for tests of the code that uses the preview renderer. Logs every
+// request to the file that its second argument names.
 
 #include <protocol/preview/RendererProtocol.h>
 

@@ -13,7 +13,7 @@ void WriteFile(const QString& path, const QByteArray& content);
 void MakeFolder(const QString& path);
 void RemoveFolder(const QString& path);
 
-/// A file of that many zero bytes that takes no room.
+/// A file of that many zero bytes that takes no space on the disk.
 void WriteSparseFile(const QString& path, qint64 size);
 
 void MakeLink(const QString& target, const QString& path);
@@ -28,10 +28,10 @@ QString Md5Of(const QByteArray& content);
 /// Paths, relative to a folder and sorted, of everything below it that is not a folder, hidden things included.
 QStringList FilesBelow(const QString& folder);
 
-/// Lets the process act as a user without privileges while it lives, if it has any: nothing is forbidden to root.
+/// Drops the privileges of the process, if it has any, while this exists: nothing is forbidden to root.
 class WithoutPrivileges {
 public:
-    /// \param folders which everybody may enter from now on
+    /// \param folders that everybody may enter from now on
     explicit WithoutPrivileges(const QStringList& folders);
     ~WithoutPrivileges();
 
@@ -42,7 +42,7 @@ private:
     bool areDropped = false;
 };
 
-/// Lets nobody without privileges write into a folder while it lives.
+/// Makes a folder read-only, except for root, while this exists.
 class WithoutWriting {
 public:
     explicit WithoutWriting(const QString& folder);

@@ -29,7 +29,7 @@ TEST_P(ListTest, AnEntrySaysWhatTheDocumentIs)
     EXPECT_FALSE(entry.isShared);
     EXPECT_EQ(entry.mimeType, "application/pdf");
     EXPECT_EQ(entry.md5Hash, ForeignHash(content));
-    EXPECT_EQ(entry.createdAt.isEmpty(), !cloud->TellsCreation());
+    EXPECT_EQ(entry.createdAt.isEmpty(), !cloud->ReportsCreationTime());
     for (const QString& text : {entry.createdAt.isEmpty() ? entry.modifiedAt : entry.createdAt, entry.modifiedAt}) {
         const auto time = QDateTime::fromString(text, Qt::ISODate);
         EXPECT_TRUE(time.isValid()) << text.toStdString();
@@ -73,13 +73,13 @@ TEST_P(ListTest, IdsAreStableOpaqueAndSafeAsFileNames)
 TEST_P(ListTest, ChangesBehindItsBackAreSeen)
 {
     // Of one size, and so quickly one after the other that some have the same time stamp.
-    QString formerDate;
+    QString previousDate;
     for (int number = 100; number < 200; ++number) {
         cloud->Put("a.pdf", QByteArray::number(number));
         const CloudFile entry = client.Entry("a.pdf");
         ASSERT_EQ(entry.md5Hash, ForeignHash(QByteArray::number(number)));
-        ASSERT_TRUE(cloud->HashesForeignDocuments() || entry.modifiedAt != formerDate);
-        formerDate = entry.modifiedAt;
+        ASSERT_TRUE(cloud->HashesForeignDocuments() || entry.modifiedAt != previousDate);
+        previousDate = entry.modifiedAt;
     }
     cloud->Take("a.pdf");
     EXPECT_EQ(client.Entry("a.pdf").id, QString());
@@ -191,7 +191,7 @@ TEST_P(ListTest, RemovalOfAnUnknownDocumentIsAnErrorAndRemovesNothing)
     cloud->Put("gone.pdf", "content");
     const QString id = client.Entry("gone.pdf").id;
     cloud->Take("gone.pdf");
-    EXPECT_EQ(client.Remove(id)->Succeeds(), cloud->TakesRemovalTwice());
+    EXPECT_EQ(client.Remove(id)->Succeeds(), cloud->AcceptsRepeatedRemoval());
     for (const QString& unknown : {QString(), QString("unknown"), QString("."), QString("../a.pdf")}) {
         EXPECT_TRUE(client.Remove(unknown)->Fails()) << unknown.toStdString();
     }

@@ -6,19 +6,19 @@
 
 namespace Norlis::Test {
 
-/// A document of one page of that size, in points, which is filled with a colour.
+/// A document with one page of that size, in points, filled with a color.
 QByteArray PdfOfColor(const QColor& color, const QSizeF& size = {595, 842});
 
-/// A document of pages of text.
+/// A document with that text on every page.
 QByteArray PdfOfText(const QString& text, int pages = 1);
 
 /// A document written object by object: one page with that media box ("0 0 595 842") and content.
 QByteArray PdfOfContent(const QByteArray& mediaBox, const QByteArray& content);
 
-/// A document without a page.
+/// A document without pages.
 QByteArray PdfWithoutPages();
 
-/// A document that asks for a password.
+/// A document that needs a password.
 QByteArray PdfWithPassword();
 
 /// A document whose page takes very long to paint.

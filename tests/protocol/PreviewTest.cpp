@@ -52,7 +52,7 @@ TEST_P(PreviewTest, ChangedContentHasANewPicture)
     ASSERT_TRUE(preview->Succeeds());
     EXPECT_EQ(ColorOf(preview->payload), QColor(Qt::red));
     cloud->Put("a.pdf", PdfOfColor(Qt::blue));
-    if (!cloud->SeesChangesByItself()) {
+    if (!cloud->NoticesChangesByItself()) {
         ASSERT_TRUE(other.List()->Succeeds());
     }
     preview = other.Preview(id, {100, 100});

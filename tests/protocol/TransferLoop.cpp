@@ -1,4 +1,4 @@
-// Uploads or downloads the same file over and over until it is killed. Says "." on standard output at each step.
+// Uploads or downloads the same file over and over until it is killed. Prints "." to standard output at each step.
 //
 //   transfer-loop upload <folder of the cloud> <local file>
 //   transfer-loop download <folder of the cloud> <local file>
@@ -13,7 +13,7 @@ using namespace Norlis::Social;
 
 namespace {
 
-void Say()
+void PrintStep()
 {
     std::fputc('.', stdout);
     std::fflush(stdout);
@@ -23,14 +23,15 @@ void Upload(NorlisCloudProtocol& protocol, const QString& path)
 {
     protocol.uploadFile(
         path, {}, [&protocol, path](qint64, RequestResult, const NorlisCloudSharingResult&) { Upload(protocol, path); },
-        [](qint64, int) { Say(); });
+        [](qint64, int) { PrintStep(); });
 }
 
 void Download(NorlisCloudProtocol& protocol, const QString& id, const QString& path)
 {
     protocol.downloadFile(
         {{{NorlisCloudProtocol::ID, id}, {NorlisCloudProtocol::FILE_NAME, path}}, {}},
-        [&protocol, id, path](qint64, RequestResult) { Download(protocol, id, path); }, [](qint64, int) { Say(); });
+        [&protocol, id, path](qint64, RequestResult) { Download(protocol, id, path); },
+        [](qint64, int) { PrintStep(); });
 }
 
 } // namespace

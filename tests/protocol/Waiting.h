@@ -8,8 +8,8 @@
 
 namespace Norlis::Test {
 
-/// Runs the event loop until a condition holds. False when it does not within the limit, which is long: it is there to
-/// end a test that fails.
+/// Runs the event loop until a condition holds. False when it does not within the limit, in milliseconds, which is
+/// long: it only ends a test that fails.
 template <typename Condition>
 bool WaitUntil(Condition condition, int limit = 60'000)
 {

@@ -152,7 +152,7 @@ bool WebDavUnderTest::KeepsHashes() const
     return IsKind({ServerKind::Apache, ServerKind::Lighttpd, ServerKind::Sabre}); // the others keep no properties
 }
 
-bool WebDavUnderTest::TellsCreation() const
+bool WebDavUnderTest::ReportsCreationTime() const
 {
     return IsKind({ServerKind::Apache});
 }
@@ -173,17 +173,17 @@ bool WebDavUnderTest::ListsControlCharacters() const
     return !IsKind({ServerKind::Nginx, ServerKind::Rclone});
 }
 
-bool WebDavUnderTest::TakesRemovalTwice() const
+bool WebDavUnderTest::AcceptsRepeatedRemoval() const
 {
     return true; // an answer may have been lost, and the document be gone by the first request
 }
 
-bool WebDavUnderTest::FetchesChangedDocumentsAnew() const
+bool WebDavUnderTest::RestartsDownloadOnChange() const
 {
     return true;
 }
 
-bool WebDavUnderTest::SeesChangesByItself() const
+bool WebDavUnderTest::NoticesChangesByItself() const
 {
     return false; // a server is not asked for every picture
 }

@@ -9,10 +9,10 @@
 
 namespace Norlis::Test {
 
-/// The server of a kind that all tests of a program share, running.
+/// The running server of a kind, which all tests of a program share.
 WebDavServer& SharedServer(ServerKind kind);
 
-/// A collection of a WebDAV server as a cloud, new for each test. Its documents are reached on the server's disk.
+/// A collection of a WebDAV server as a cloud, new for each test. Tests reach its documents on the server's disk.
 class WebDavUnderTest : public CloudUnderTest {
 public:
     explicit WebDavUnderTest(WebDavServer& server);
@@ -30,13 +30,13 @@ public:
 
     bool HashesForeignDocuments() const override;
     bool KeepsHashes() const override;
-    bool TellsCreation() const override;
+    bool ReportsCreationTime() const override;
     QuotaOf CountsInQuota() const override;
     bool ListsNamesThatBeginWithADot() const override;
     bool ListsControlCharacters() const override;
-    bool TakesRemovalTwice() const override;
-    bool FetchesChangedDocumentsAnew() const override;
-    bool SeesChangesByItself() const override;
+    bool AcceptsRepeatedRemoval() const override;
+    bool RestartsDownloadOnChange() const override;
+    bool NoticesChangesByItself() const override;
     bool IsQuietAfterDestruction() const override;
     int ManyDocuments() const override;
     qint64 LargeSize() const override;

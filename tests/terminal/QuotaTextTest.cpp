@@ -25,10 +25,10 @@ TEST(QuotaTextTest, BothFiguresAreShown)
 TEST(QuotaTextTest, WhatIsUnknownIsSaidAndNoNumber)
 {
     EXPECT_EQ(QuotaText(3, unlimited), "3.0 MiB used; the service sets no limit");
-    EXPECT_EQ(QuotaText(3, unknown), "3.0 MiB used; the service does not tell how much there is");
-    EXPECT_EQ(QuotaText(unknown, unknown), "The service does not tell how much storage is used");
-    EXPECT_EQ(QuotaText(unknown, unlimited), "The service does not tell how much storage is used, and sets no limit");
-    EXPECT_EQ(QuotaText(unknown, 1024), "The service does not tell how much storage is used, of 1.0 GiB");
+    EXPECT_EQ(QuotaText(3, unknown), "3.0 MiB used; the service does not report a limit");
+    EXPECT_EQ(QuotaText(unknown, unknown), "The service does not report how much storage is used");
+    EXPECT_EQ(QuotaText(unknown, unlimited), "The service does not report how much storage is used, and sets no limit");
+    EXPECT_EQ(QuotaText(unknown, 1024), "The service does not report how much storage is used; the limit is 1.0 GiB");
 }
 
 TEST(QuotaTextTest, JsonHasBytesOrNull)

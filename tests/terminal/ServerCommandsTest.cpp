@@ -53,7 +53,7 @@ TEST_F(ServerCommandsTest, StorageOfWhichTheServerTellsNothingIsNoFailure)
 {
     const Outcome outcome = Run({"quota"});
     EXPECT_EQ(outcome.exitStatus, 0) << outcome.errors.toStdString();
-    EXPECT_EQ(outcome.output, "The service does not tell how much storage is used\n");
+    EXPECT_EQ(outcome.output, "The service does not report how much storage is used\n");
     const auto results = Run({"quota", "--json"}).JsonLines();
     ASSERT_EQ(results.size(), 1);
     EXPECT_TRUE(results[0]["used"].isNull());
@@ -62,7 +62,7 @@ TEST_F(ServerCommandsTest, StorageOfWhichTheServerTellsNothingIsNoFailure)
 
 TEST_F(ServerCommandsTest, RefusalOfAnUploadIsToldWithItsReasonAndWhatToDo)
 {
-    server.Misbehave(When("PUT").Always(), HasNoRoom());
+    server.Misbehave(When("PUT").Always(), IsOutOfSpace());
     const Outcome outcome = Run({"upload", MakeFile("report.pdf")});
     EXPECT_EQ(outcome.exitStatus, 1);
     EXPECT_EQ(outcome.ErrorLines().size(), 1);

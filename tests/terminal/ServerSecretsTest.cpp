@@ -72,10 +72,10 @@ TEST_F(ServerSecretsTest, PasswordIsInItsFileAloneWhenTheServerRepeatsIt)
 {
     for (const int status : {200, 302, 403, 500}) {
         server.BehaveAgain();
-        server.Misbehave(When("*").From(2).Always(), RepeatsTheSecret(status)); // the sign-in goes well
+        server.Misbehave(When("*").From(2).Always(), EchoesTheCredentials(status)); // the sign-in goes well
         RunAll();
         server.BehaveAgain();
-        server.Misbehave(When("*").Always(), RepeatsTheSecret(status));
+        server.Misbehave(When("*").Always(), EchoesTheCredentials(status));
         RunAll();
     }
     ExpectNoSecretInFiles();

@@ -46,7 +46,7 @@ TEST(TestKitDocumentationTest, CatalogueOfMisbehavioursIsComplete)
         declared.push_back(match.str(1) + '(' + ParameterNames(match.str(2)) + ')');
     }
     const std::string page = Read("docs/testkit.md");
-    const std::string catalogue = page.substr(page.find("## The bad servers"));
+    const std::string catalogue = page.substr(page.find("## Misbehaving servers"));
     std::vector<std::string> shown;
     for (const auto& match : Matches(catalogue, std::regex(R"(\n\| `([^`]+)` \| \S)"))) {
         shown.push_back(match.str(1));

@@ -107,7 +107,7 @@ TEST_F(MisbehaviourTest, WhatIsDoneMayBeOtherThanWhatIsSaid)
     server.Misbehave("DELETE", OnlyClaimsToDoIt(204));
     EXPECT_THAT(Ask("DELETE", "/documents/b.pdf"), StartsWith("HTTP/1.1 204"));
     EXPECT_EQ(server.Names(), QStringList("b.pdf"));
-    server.Misbehave("GET", HappensAfter([this] { server.Put("b.pdf", "changed"); }));
+    server.Misbehave("GET", RunsFirst([this] { server.Put("b.pdf", "changed"); }));
     EXPECT_THAT(Ask("GET", "/documents/b.pdf"), EndsWith("changed"));
 }
 
@@ -165,7 +165,7 @@ TEST_F(MisbehaviourTest, ListingsAreWrong)
 
 TEST_F(MisbehaviourTest, SecretsAreRepeated)
 {
-    server.Misbehave("GET", RepeatsTheSecret(401));
+    server.Misbehave("GET", EchoesTheCredentials(401));
     const std::string answer = Ask("GET", "/documents/a.pdf");
     const std::string secret = server.Password().toStdString();
     const std::size_t body = answer.find("\r\n\r\n");

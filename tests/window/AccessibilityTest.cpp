@@ -196,7 +196,7 @@ TEST_F(AccessibilityTest, TheWindowSpeaksTheLanguageOfItsUser)
     }
     EXPECT_TRUE(last);
     Open();
-    EXPECT_TRUE(Action("Upload …"));
+    EXPECT_TRUE(Action("Upload…"));
 }
 
 } // namespace

@@ -48,7 +48,7 @@ public slots:
 
 class DocumentsWindowTest : public WindowTest {
 protected:
-    bool IsInStep(const QString& name)
+    bool IsUpToDate(const QString& name)
     {
         return WaitUntil([&] { return StateOf(name) == static_cast<int>(State::InSync); });
     }
@@ -61,7 +61,7 @@ protected:
         ASSERT_TRUE(Shows({"a.pdf"}));
         Select({"a.pdf"});
         Action("Download")->trigger();
-        ASSERT_TRUE(IsInStep("a.pdf"));
+        ASSERT_TRUE(IsUpToDate("a.pdf"));
     }
 
     /// A document in the cloud whose download found somebody's own file of its name.
@@ -134,17 +134,17 @@ TEST_F(DocumentsWindowTest, AnEmptyCloudSaysWhatToDo)
 {
     OpenCloud();
     EXPECT_TRUE(WaitUntil([&] { return EmptyTitle() == "No documents yet"; }));
-    EXPECT_TRUE(Button("Upload …"));
+    EXPECT_TRUE(Button("Upload…"));
 }
 
 TEST_F(DocumentsWindowTest, DroppedDocumentsAreUploaded)
 {
     OpenCloud();
-    ASSERT_TRUE(WaitUntil([&] { return Action("Upload …")->isEnabled(); }));
+    ASSERT_TRUE(WaitUntil([&] { return Action("Upload…")->isEnabled(); }));
     const QByteArray content = PdfOfColor(Qt::red);
     Drop({LocalFile("ä b.pdf", content), LocalFile("c.pdf", PdfOfColor(Qt::blue))});
     EXPECT_TRUE(Shows({"ä b.pdf", "c.pdf"}) || Shows({"c.pdf", "ä b.pdf"}));
-    EXPECT_TRUE(IsInStep("ä b.pdf"));
+    EXPECT_TRUE(IsUpToDate("ä b.pdf"));
     EXPECT_EQ(ReadFile(Cloud("ä b.pdf")), content);
     EXPECT_TRUE(WaitUntil([&] {
         auto rows = Transfers();
@@ -156,7 +156,7 @@ TEST_F(DocumentsWindowTest, DroppedDocumentsAreUploaded)
 TEST_F(DocumentsWindowTest, WhatIsNoPdfIsRefusedByNameAndTheRestIsUploaded)
 {
     OpenCloud();
-    ASSERT_TRUE(WaitUntil([&] { return Action("Upload …")->isEnabled(); }));
+    ASSERT_TRUE(WaitUntil([&] { return Action("Upload…")->isEnabled(); }));
     Drop({LocalFile("notes.txt", "text"), LocalFile("a.pdf", PdfOfColor(Qt::red))});
     EXPECT_THAT(Message().toStdString(), HasSubstr("“notes.txt” is not a PDF document"));
     EXPECT_TRUE(Shows({"a.pdf"}));
@@ -169,10 +169,10 @@ TEST_F(DocumentsWindowTest, WhatIsNoPdfIsRefusedByNameAndTheRestIsUploaded)
 TEST_F(DocumentsWindowTest, ADroppedLocalCopyReplacesItsDocument)
 {
     OpenCloud();
-    ASSERT_TRUE(WaitUntil([&] { return Action("Upload …")->isEnabled(); }));
+    ASSERT_TRUE(WaitUntil([&] { return Action("Upload…")->isEnabled(); }));
     const QString path = LocalFile("a.pdf", PdfOfColor(Qt::red));
     Drop({path});
-    ASSERT_TRUE(IsInStep("a.pdf"));
+    ASSERT_TRUE(IsUpToDate("a.pdf"));
     const QByteArray changed = PdfOfText("changed");
     WriteFile(path, changed);
     Drop({path});
@@ -192,8 +192,8 @@ TEST_F(DocumentsWindowTest, DownloadPutsTheSelectedDocumentsIntoTheFolder)
     EXPECT_FALSE(Action("Download")->isEnabled());
     Select({"a.pdf", "c.pdf"});
     ClickButton("Download");
-    EXPECT_TRUE(IsInStep("a.pdf"));
-    EXPECT_TRUE(IsInStep("c.pdf"));
+    EXPECT_TRUE(IsUpToDate("a.pdf"));
+    EXPECT_TRUE(IsUpToDate("c.pdf"));
     EXPECT_EQ(ReadFile(Local("downloads/a.pdf")), content);
     EXPECT_EQ(StateOf("b.pdf"), static_cast<int>(State::OnlyInCloud));
     EXPECT_FALSE(ReadFile(Local("downloads/b.pdf")));
@@ -206,7 +206,7 @@ TEST_F(DocumentsWindowTest, ADownloadThatFindsAnotherFileSaysSoAndCanBeTriedAgai
     EXPECT_EQ(Message(), ""); // told among the transfers, and nowhere else
     ASSERT_TRUE(QFile::remove(Local("downloads/a.pdf")));
     ClickButton("Try Again");
-    EXPECT_TRUE(IsInStep("a.pdf"));
+    EXPECT_TRUE(IsUpToDate("a.pdf"));
     EXPECT_EQ(Transfers(), QStringList{"a.pdf finished"});
     ClickButton("Clear");
     EXPECT_THAT(Transfers(), IsEmpty());
@@ -253,7 +253,7 @@ TEST_F(DocumentsWindowTest, OpeningFetchesWhatIsNotHere)
     Select({"a.pdf"});
     QTest::keyClick(Documents(), Qt::Key_Return);
     ASSERT_TRUE(WaitUntil([&] { return opened.paths == QStringList{Local("downloads/a.pdf")}; }));
-    ASSERT_TRUE(IsInStep("a.pdf"));
+    ASSERT_TRUE(IsUpToDate("a.pdf"));
     EXPECT_EQ(Documents()->selectionModel()->selectedIndexes().size(), 1);
     ClickButton("Open");
     EXPECT_EQ(opened.paths.size(), 2);
@@ -270,7 +270,7 @@ TEST_F(DocumentsWindowTest, WhatWasChangedHereCanBeUploaded)
     ASSERT_TRUE(WaitUntil([&] { return StateOf("a.pdf") == static_cast<int>(State::ChangedLocally); }));
     ASSERT_TRUE(WaitUntil([&] { return Action("Upload Changes")->isEnabled(); }));
     Action("Upload Changes")->trigger();
-    EXPECT_TRUE(IsInStep("a.pdf"));
+    EXPECT_TRUE(IsUpToDate("a.pdf"));
     EXPECT_EQ(ReadFile(Cloud("a.pdf")), changed);
 }
 
@@ -291,7 +291,7 @@ TEST_F(DocumentsWindowTest, WhatChangedOnBothSidesIsNotReplacedWithoutAQuestion)
     EXPECT_EQ(ReadFile(Cloud("a.pdf")), theirs);
     Drop({Local("downloads/a.pdf")});
     Answer("Replace");
-    EXPECT_TRUE(IsInStep("a.pdf"));
+    EXPECT_TRUE(IsUpToDate("a.pdf"));
     EXPECT_EQ(ReadFile(Cloud("a.pdf")), ours);
 }
 
@@ -305,7 +305,7 @@ TEST_F(DocumentsWindowTest, WhatChangedInTheCloudIsFetchedToWhereTheCopyIs)
     ASSERT_TRUE(WaitUntil([&] { return StateOf("a.pdf") == static_cast<int>(State::ChangedInCloud); }));
     Action("Download")->trigger();
     EXPECT_TRUE(WaitUntil([&] { return ReadFile(Local("downloads/a.pdf")) == changed; }));
-    EXPECT_TRUE(IsInStep("a.pdf"));
+    EXPECT_TRUE(IsUpToDate("a.pdf"));
 }
 
 TEST_F(DocumentsWindowTest, RemovalAsksOnceAndNamesTheDocument)
@@ -343,8 +343,8 @@ TEST_F(DocumentsWindowTest, SearchNarrowsAsOneTypes)
     EXPECT_EQ(Names(), QStringList{"Invoice June.pdf"});
     EXPECT_THAT(Status().toStdString(), HasSubstr("1"));
     QTest::keyClicks(QApplication::focusWidget(), "x");
-    EXPECT_EQ(EmptyTitle(), "No document is called that");
-    ClickButton("Clear the Search");
+    EXPECT_EQ(EmptyTitle(), "No matching documents");
+    ClickButton("Clear Search");
     EXPECT_EQ(Names().size(), 3);
     QTest::keyClick(Documents(), Qt::Key_F, Qt::ControlModifier);
     Type(QApplication::focusWidget(), "letter");
@@ -438,7 +438,7 @@ TEST_F(DocumentsWindowTest, TheListOfTheLastTimeIsThereBeforeTheCloudAnswers)
     Open();
     EXPECT_EQ(Names(), QStringList{"a.pdf"});
     ASSERT_TRUE(WaitUntil([&] { return !Message().isEmpty(); }));
-    EXPECT_FALSE(Action("Upload …")->isEnabled());
+    EXPECT_FALSE(Action("Upload…")->isEnabled());
     MakeFolder(Cloud());
     PutIntoCloud("b.pdf", PdfOfColor(Qt::red));
     ClickButton("Try Again");

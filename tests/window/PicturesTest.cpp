@@ -97,7 +97,7 @@ TEST_F(PicturesTest, OfTheFirstStart)
 TEST_F(PicturesTest, OfAnEmptyCloud)
 {
     OpenCloud();
-    ASSERT_TRUE(WaitUntil([&] { return Button("Upload …") && Find<QWidget>("storage"); }));
+    ASSERT_TRUE(WaitUntil([&] { return Button("Upload…") && Find<QWidget>("storage"); }));
     Take("empty");
 }
 
@@ -133,7 +133,7 @@ TEST_F(PicturesTest, OfTransfersAndAnError)
     ClickButton("Sign In");
     ASSERT_TRUE(WaitUntil([&] { return Documents() && Documents()->model()->rowCount() > 0; }));
     SettlePictures();
-    server.Misbehave("PUT", HasNoRoom()); // the first that comes
+    server.Misbehave("PUT", IsOutOfSpace()); // the first that comes
     server.Misbehave(When("PUT").Always(), HangsInTheRequest(4'000'000));
     QByteArray large = PdfOfColor(Qt::red);
     large.append(QByteArray(6'000'000, '\n'));

@@ -34,7 +34,7 @@ protected:
         Open();
         FillIn(server.Password());
         ClickButton("Sign In");
-        ASSERT_TRUE(WaitUntil([&] { return Action("Upload …") && Action("Upload …")->isEnabled(); }));
+        ASSERT_TRUE(WaitUntil([&] { return Action("Upload…") && Action("Upload…")->isEnabled(); }));
     }
 
     bool IsWelcome() const
@@ -58,7 +58,7 @@ TEST_F(SignInWindowTest, TheFirstStartExplainsItselfAndOffersAFolder)
     EXPECT_FALSE(Find<QListView>("documents"));
     Type(Find<QLineEdit>("folder"), Local("new/cloud"));
     ClickButton("Use This Folder");
-    ASSERT_TRUE(WaitUntil([&] { return Find<QWidget>("emptyPage") && Action("Upload …")->isEnabled(); }));
+    ASSERT_TRUE(WaitUntil([&] { return Find<QWidget>("emptyPage") && Action("Upload…")->isEnabled(); }));
     EXPECT_TRUE(QDir(Local("new/cloud")).exists());
     Close();
     Open();
@@ -74,7 +74,7 @@ TEST_F(SignInWindowTest, ServersAreSignedInToAndRemembered)
     Close();
     Open();
     EXPECT_TRUE(Shows({"a.pdf"}));
-    EXPECT_TRUE(WaitUntil([&] { return Action("Upload …")->isEnabled(); }));
+    EXPECT_TRUE(WaitUntil([&] { return Action("Upload…")->isEnabled(); }));
 }
 
 TEST_F(SignInWindowTest, AWrongPasswordIsSaidWhereItWasTypedAndNothingIsKept)
@@ -116,7 +116,7 @@ TEST_F(SignInWindowTest, AFileIsNotTakenForAFolder)
     Open();
     Type(Find<QLineEdit>("folder"), LocalFile("report.pdf", "content"));
     ClickButton("Use This Folder");
-    EXPECT_THAT(Message().toStdString(), HasSubstr("There is a file of that name"));
+    EXPECT_THAT(Message().toStdString(), HasSubstr("There is a file with that name"));
     EXPECT_TRUE(IsWelcome());
 }
 
@@ -131,7 +131,7 @@ TEST_F(SignInWindowTest, WhatCannotBeAnAddressIsRefusedBeforeAnybodyIsAsked)
     EXPECT_THAT(Message().toStdString(), HasSubstr("This address cannot be used."));
     Type(Find<QLineEdit>("folder"), "relative");
     ClickButton("Use This Folder");
-    EXPECT_THAT(Message().toStdString(), HasSubstr("This is no folder."));
+    EXPECT_THAT(Message().toStdString(), HasSubstr("This is not a folder."));
     EXPECT_EQ(server.Connections(), 0);
 }
 
@@ -156,11 +156,11 @@ TEST_F(SignInWindowTest, APasswordThatIsNotTakenAnyMoreIsToldOnceAndAskedForAgai
     server.SetPassword("another");
     Refresh();
     ASSERT_TRUE(WaitUntil([&] { return !Message().isEmpty(); }));
-    EXPECT_THAT(Message().toStdString(), HasSubstr("not signed in any more"));
+    EXPECT_THAT(Message().toStdString(), HasSubstr("You have been signed out."));
     EXPECT_EQ(Names(), QStringList{"a.pdf"});
-    EXPECT_FALSE(Action("Upload …")->isEnabled());
+    EXPECT_FALSE(Action("Upload…")->isEnabled());
     EXPECT_THAT(Questions(), IsEmpty());
-    ClickButton("Sign In …");
+    ClickButton("Sign In…");
     ASSERT_TRUE(WaitUntil([&] { return IsWelcome(); }));
     EXPECT_EQ(Find<QLineEdit>("user")->text(), server.User());
     EXPECT_EQ(Find<QLineEdit>("password")->text(), "");
@@ -210,7 +210,7 @@ TEST_F(SignInWindowTest, ARunningUploadIsAskedAboutBeforeTheWindowCloses)
     Drop({LocalFile("a.pdf", PdfOfColor(Qt::red))});
     ASSERT_TRUE(WaitUntil([&] { return server.Count("PUT") == 1; }));
     window->close();
-    Answer("Stay");
+    Answer("Cancel");
     EXPECT_TRUE(window->isVisible());
     EXPECT_EQ(Transfers().size(), 1);
     window->close();
@@ -228,7 +228,7 @@ TEST_F(SignInWindowTest, ARunningUploadIsNotAskedAboutWhenTheProgramMustEnd)
     ASSERT_TRUE(WaitUntil([&] { return server.Count("PUT") == 1; }));
     window->close(); // the question does not keep it open either
     ASSERT_EQ(Questions().size(), 1);
-    window->CloseUnasked();
+    window->CloseWithoutAsking();
     EXPECT_FALSE(window->isVisible());
     window.reset();
     server.Misbehave(When("*").Always(), ClosesWithoutAnswer());
@@ -243,7 +243,7 @@ TEST_F(SignInWindowTest, AListThatCannotBeSavedKeepsOpenNoProgramThatMustEnd)
     ASSERT_TRUE(Shows({"new.pdf"}));
     {
         const FileSizeLimit full(0);
-        window->CloseUnasked();
+        window->CloseWithoutAsking();
     }
     EXPECT_FALSE(window->isVisible());
     window.reset();
@@ -269,7 +269,7 @@ TEST_F(SignInWindowTest, TheSignAtTheEndOfATransferCancelsIt)
 TEST_F(SignInWindowTest, AFailedUploadSaysWhyAndIsTriedAgain)
 {
     SignIn();
-    server.Misbehave(When("PUT").Always(), HasNoRoom());
+    server.Misbehave(When("PUT").Always(), IsOutOfSpace());
     Drop({LocalFile("a.pdf", PdfOfColor(Qt::red))});
     ASSERT_TRUE(WaitUntil([&] { return Transfers() == QStringList{"a.pdf failed"}; }));
     const auto list = Find<QListView>("transfers");
@@ -288,7 +288,7 @@ TEST_F(SignInWindowTest, ClosingWhileTransfersRunAsksFirst)
     ASSERT_TRUE(WaitUntil([&] { return Transfers() == QStringList{"a.pdf running"}; }));
     window->close();
     EXPECT_TRUE(window->isVisible());
-    Answer("Stay");
+    Answer("Cancel");
     EXPECT_TRUE(window->isVisible());
     EXPECT_EQ(Transfers().size(), 1);
     window->close();

@@ -4,88 +4,36 @@
 <context>
     <name>Norlis::Window::DocumentActions</name>
     <message>
-        <source>&amp;Upload …</source>
-        <translation>&amp;Hochladen …</translation>
-    </message>
-    <message>
-        <source>Send PDF files to the cloud</source>
-        <translation>PDF-Dateien in die Cloud senden</translation>
-    </message>
-    <message>
         <source>&amp;Download</source>
         <translation>Herunter&amp;laden</translation>
-    </message>
-    <message>
-        <source>Fetch the selected documents into the folder for downloads</source>
-        <translation>Die gewählten Dokumente in den Ordner für Downloads holen</translation>
-    </message>
-    <message>
-        <source>Download &amp;To …</source>
-        <translation>Herunterladen n&amp;ach …</translation>
-    </message>
-    <message>
-        <source>Fetch the selected documents into a folder that you choose</source>
-        <translation>Die gewählten Dokumente in einen Ordner Ihrer Wahl holen</translation>
     </message>
     <message>
         <source>&amp;Open</source>
         <translation>Ö&amp;ffnen</translation>
     </message>
     <message>
-        <source>Open the selected documents, and fetch those that are not here</source>
-        <translation>Die gewählten Dokumente öffnen und vorher holen, was nicht hier ist</translation>
-    </message>
-    <message>
         <source>Upload &amp;Changes</source>
         <translation>Ä&amp;nderungen hochladen</translation>
     </message>
     <message>
-        <source>Replace the documents in the cloud by what you have changed here</source>
-        <translation>Die Dokumente in der Cloud durch das ersetzen, was Sie hier geändert haben</translation>
-    </message>
-    <message>
-        <source>&amp;Remove …</source>
-        <translation>&amp;Entfernen …</translation>
-    </message>
-    <message>
         <source>Remove the selected documents from the cloud</source>
-        <translation>Die gewählten Dokumente aus der Cloud entfernen</translation>
+        <translation>Die ausgewählten Dokumente aus der Cloud entfernen</translation>
     </message>
     <message>
         <source>&amp;Refresh</source>
         <translation>A&amp;ktualisieren</translation>
     </message>
     <message>
-        <source>Fetch the list of documents again</source>
-        <translation>Die Liste der Dokumente neu holen</translation>
-    </message>
-    <message>
         <source>&amp;Thumbnails</source>
         <translation>&amp;Vorschaubilder</translation>
-    </message>
-    <message>
-        <source>Show pictures</source>
-        <translation>Bilder zeigen</translation>
     </message>
     <message>
         <source>&amp;List</source>
         <translation>&amp;Liste</translation>
     </message>
     <message>
-        <source>Show one document per line</source>
-        <translation>Ein Dokument je Zeile zeigen</translation>
-    </message>
-    <message>
         <source>&amp;Find</source>
         <translation>&amp;Suchen</translation>
-    </message>
-    <message>
-        <source>Look for a document by its name</source>
-        <translation>Ein Dokument nach seinem Namen suchen</translation>
-    </message>
-    <message>
-        <source>Forget the password and show another cloud</source>
-        <translation>Das Passwort vergessen und eine andere Cloud zeigen</translation>
     </message>
     <message>
         <source>&amp;Documents</source>
@@ -98,6 +46,58 @@
     <message>
         <source>Si&amp;gn Out</source>
         <translation>A&amp;bmelden</translation>
+    </message>
+    <message>
+        <source>&amp;Upload…</source>
+        <translation>&amp;Hochladen …</translation>
+    </message>
+    <message>
+        <source>Upload PDF files to the cloud</source>
+        <translation>PDF-Dateien in die Cloud hochladen</translation>
+    </message>
+    <message>
+        <source>Download the selected documents to the downloads folder</source>
+        <translation>Die ausgewählten Dokumente in den Download-Ordner herunterladen</translation>
+    </message>
+    <message>
+        <source>Download &amp;To…</source>
+        <translation>Herunterladen n&amp;ach …</translation>
+    </message>
+    <message>
+        <source>Download the selected documents to a folder of your choice</source>
+        <translation>Die ausgewählten Dokumente in einen Ordner Ihrer Wahl herunterladen</translation>
+    </message>
+    <message>
+        <source>Open the selected documents, downloading them first if necessary</source>
+        <translation>Die ausgewählten Dokumente öffnen und bei Bedarf vorher herunterladen</translation>
+    </message>
+    <message>
+        <source>Update the documents in the cloud with the changes you made on this computer</source>
+        <translation>Die Dokumente in der Cloud mit Ihren Änderungen auf diesem Computer aktualisieren</translation>
+    </message>
+    <message>
+        <source>&amp;Remove…</source>
+        <translation>&amp;Entfernen …</translation>
+    </message>
+    <message>
+        <source>Reload the list of documents</source>
+        <translation>Die Dokumentliste neu laden</translation>
+    </message>
+    <message>
+        <source>Show documents as thumbnails</source>
+        <translation>Dokumente als Vorschaubilder anzeigen</translation>
+    </message>
+    <message>
+        <source>Show documents as a list</source>
+        <translation>Dokumente als Liste anzeigen</translation>
+    </message>
+    <message>
+        <source>Find documents by name</source>
+        <translation>Dokumente nach Namen suchen</translation>
+    </message>
+    <message>
+        <source>Forget the password and choose another cloud</source>
+        <translation>Das Passwort löschen und eine andere Cloud wählen</translation>
     </message>
 </context>
 <context>
@@ -127,19 +127,15 @@
     </message>
     <message>
         <source>“%1” cannot be opened.</source>
-        <translation>„%1“ lässt sich nicht öffnen.</translation>
+        <translation>„%1“ kann nicht geöffnet werden.</translation>
     </message>
     <message>
-        <source>There is no program for PDF documents. The document is at %1.</source>
-        <translation>Es gibt kein Programm für PDF-Dokumente. Das Dokument liegt unter %1.</translation>
+        <source>No program for opening PDF documents was found. The document is at %1.</source>
+        <translation>Es wurde kein Programm zum Öffnen von PDF-Dokumenten gefunden. Das Dokument liegt unter %1.</translation>
     </message>
 </context>
 <context>
     <name>Norlis::Window::DocumentsPage</name>
-    <message>
-        <source>Tools</source>
-        <translation>Werkzeuge</translation>
-    </message>
     <message>
         <source>Search</source>
         <translation>Suchen</translation>
@@ -147,10 +143,6 @@
     <message>
         <source>Search by name</source>
         <translation>Nach Namen suchen</translation>
-    </message>
-    <message>
-        <source>Order of the documents</source>
-        <translation>Reihenfolge der Dokumente</translation>
     </message>
     <message>
         <source>Name, A to Z</source>
@@ -169,44 +161,12 @@
         <translation>Größte zuerst</translation>
     </message>
     <message>
-        <source>Sign In …</source>
-        <translation>Anmelden …</translation>
-    </message>
-    <message>
-        <source>You are not signed in any more.</source>
-        <translation>Sie sind nicht mehr angemeldet.</translation>
-    </message>
-    <message>
         <source>Try Again</source>
-        <translation>Noch einmal versuchen</translation>
-    </message>
-    <message>
-        <source>No document is called that</source>
-        <translation>Kein Dokument heißt so</translation>
-    </message>
-    <message>
-        <source>Looked for “%1”.</source>
-        <translation>Gesucht wurde „%1“.</translation>
-    </message>
-    <message>
-        <source>Clear the Search</source>
-        <translation>Suche leeren</translation>
-    </message>
-    <message>
-        <source>Looking for documents …</source>
-        <translation>Dokumente werden gesucht …</translation>
+        <translation>Erneut versuchen</translation>
     </message>
     <message>
         <source>No documents yet</source>
         <translation>Noch keine Dokumente</translation>
-    </message>
-    <message>
-        <source>Drop PDF files here, or choose them.</source>
-        <translation>Ziehen Sie PDF-Dateien hierher, oder wählen Sie welche.</translation>
-    </message>
-    <message>
-        <source>Upload …</source>
-        <translation>Hochladen …</translation>
     </message>
     <message numerus="yes">
         <source>%n document(s)</source>
@@ -223,16 +183,56 @@
         </translation>
     </message>
     <message>
-        <source>refreshing …</source>
+        <source>as of %1</source>
+        <translation>Stand %1</translation>
+    </message>
+    <message>
+        <source>Toolbar</source>
+        <translation>Symbolleiste</translation>
+    </message>
+    <message>
+        <source>Clear Search</source>
+        <translation>Suche löschen</translation>
+    </message>
+    <message>
+        <source>Sort order</source>
+        <translation>Sortierung</translation>
+    </message>
+    <message>
+        <source>Sign In…</source>
+        <translation>Anmelden …</translation>
+    </message>
+    <message>
+        <source>You have been signed out.</source>
+        <translation>Sie wurden abgemeldet.</translation>
+    </message>
+    <message>
+        <source>No matching documents</source>
+        <translation>Keine passenden Dokumente</translation>
+    </message>
+    <message>
+        <source>You searched for “%1”.</source>
+        <translation>Sie haben nach „%1“ gesucht.</translation>
+    </message>
+    <message>
+        <source>Loading documents…</source>
+        <translation>Dokumente werden geladen …</translation>
+    </message>
+    <message>
+        <source>Drop PDF files here, or choose files to upload.</source>
+        <translation>Ziehen Sie PDF-Dateien hierher, oder wählen Sie Dateien zum Hochladen aus.</translation>
+    </message>
+    <message>
+        <source>Upload…</source>
+        <translation>Hochladen …</translation>
+    </message>
+    <message>
+        <source>refreshing…</source>
         <translation>wird aktualisiert …</translation>
     </message>
     <message>
-        <source>signing in …</source>
+        <source>signing in…</source>
         <translation>Anmeldung läuft …</translation>
-    </message>
-    <message>
-        <source>as of %1</source>
-        <translation>Stand %1</translation>
     </message>
 </context>
 <context>
@@ -249,48 +249,48 @@
         <translation>Dokumente</translation>
     </message>
     <message>
-        <source>&amp;Program</source>
-        <translation>&amp;Programm</translation>
-    </message>
-    <message>
         <source>&amp;Quit</source>
         <translation>&amp;Beenden</translation>
     </message>
     <message>
         <source>The documents cannot be shown.</source>
-        <translation>Die Dokumente lassen sich nicht zeigen.</translation>
-    </message>
-    <message>
-        <source>The password cannot be kept.</source>
-        <translation>Das Passwort lässt sich nicht aufbewahren.</translation>
+        <translation>Die Dokumente können nicht angezeigt werden.</translation>
     </message>
     <message>
         <source>Documents — %1</source>
         <translation>Dokumente — %1</translation>
     </message>
     <message>
-        <source>Sign out and cancel the transfers that are running?</source>
-        <translation>Abmelden und die laufenden Übertragungen abbrechen?</translation>
-    </message>
-    <message>
-        <source>Quit and cancel the transfers that are running?</source>
-        <translation>Beenden und die laufenden Übertragungen abbrechen?</translation>
-    </message>
-    <message>
-        <source>The settings cannot be stored.</source>
-        <translation>Die Einstellungen lassen sich nicht speichern.</translation>
-    </message>
-    <message>
         <source>Sign Out</source>
         <translation>Abmelden</translation>
     </message>
     <message>
-        <source>Stay</source>
-        <translation>Bleiben</translation>
-    </message>
-    <message>
         <source>Quit</source>
         <translation>Beenden</translation>
+    </message>
+    <message>
+        <source>&amp;Application</source>
+        <translation>An&amp;wendung</translation>
+    </message>
+    <message>
+        <source>The password could not be saved.</source>
+        <translation>Das Passwort konnte nicht gespeichert werden.</translation>
+    </message>
+    <message>
+        <source>Transfers are still running. Sign out anyway?</source>
+        <translation>Es laufen noch Übertragungen. Trotzdem abmelden?</translation>
+    </message>
+    <message>
+        <source>The settings could not be saved.</source>
+        <translation>Die Einstellungen konnten nicht gespeichert werden.</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Transfers are still running. Quit anyway?</source>
+        <translation>Es laufen noch Übertragungen. Trotzdem beenden?</translation>
     </message>
 </context>
 <context>
@@ -322,27 +322,27 @@
         </translation>
     </message>
     <message>
-        <source>This cannot be undone. Copies on this computer stay where they are.</source>
-        <translation>Das lässt sich nicht rückgängig machen. Kopien auf diesem Rechner bleiben, wo sie sind.</translation>
-    </message>
-    <message>
         <source>“%1” has changed in the cloud too. Replace it?</source>
-        <translation>„%1“ hat sich auch in der Cloud geändert. Ersetzen?</translation>
+        <translation>„%1“ hat sich auch in der Cloud geändert. Trotzdem ersetzen?</translation>
     </message>
     <message numerus="yes">
         <source>%n documents have changed in the cloud too. Replace them?</source>
         <translation>
-            <numerusform>%n Dokument hat sich auch in der Cloud geändert. Ersetzen?</numerusform>
-            <numerusform>%n Dokumente haben sich auch in der Cloud geändert. Ersetzen?</numerusform>
+            <numerusform>%n Dokument hat sich auch in der Cloud geändert. Trotzdem ersetzen?</numerusform>
+            <numerusform>%n Dokumente haben sich auch in der Cloud geändert. Trotzdem ersetzen?</numerusform>
         </translation>
-    </message>
-    <message>
-        <source>What was changed in the cloud is lost then. Download it into another folder first to keep both.</source>
-        <translation>Was in der Cloud geändert wurde, geht dann verloren. Laden Sie es erst in einen anderen Ordner herunter, um beides zu behalten.</translation>
     </message>
     <message>
         <source>Replace</source>
         <translation>Ersetzen</translation>
+    </message>
+    <message>
+        <source>The changes made in the cloud will be lost. To keep both versions, download the one in the cloud to another folder first.</source>
+        <translation>Die Änderungen in der Cloud gehen dabei verloren. Um beide Fassungen zu behalten, laden Sie die aus der Cloud zuerst in einen anderen Ordner herunter.</translation>
+    </message>
+    <message>
+        <source>This cannot be undone. Copies on this computer are kept.</source>
+        <translation>Das lässt sich nicht rückgängig machen. Kopien auf diesem Computer bleiben erhalten.</translation>
     </message>
 </context>
 <context>
@@ -358,32 +358,36 @@
         <source>Finished</source>
         <translation>Fertig</translation>
     </message>
+    <message>
+        <source>%1%</source>
+        <translation>%1 %</translation>
+    </message>
 </context>
 <context>
     <name>Norlis::Window::Transfers</name>
     <message>
-        <source>In %1</source>
-        <translation>In %1</translation>
-    </message>
-    <message>
         <source>failed</source>
-        <translation>gescheitert</translation>
+        <translation>fehlgeschlagen</translation>
     </message>
     <message>
         <source>finished</source>
         <translation>fertig</translation>
     </message>
     <message>
-        <source>%1 %</source>
-        <translation>%1 %</translation>
-    </message>
-    <message>
         <source>Download of %1: %2</source>
-        <translation>Download von %1: %2</translation>
+        <translation>Herunterladen von %1: %2</translation>
     </message>
     <message>
         <source>Upload of %1: %2</source>
-        <translation>Upload von %1: %2</translation>
+        <translation>Hochladen von %1: %2</translation>
+    </message>
+    <message>
+        <source>Saved in %1</source>
+        <translation>Gespeichert in %1</translation>
+    </message>
+    <message>
+        <source>%1%</source>
+        <translation>%1 %</translation>
     </message>
 </context>
 <context>
@@ -394,7 +398,7 @@
     </message>
     <message>
         <source>Try Again</source>
-        <translation>Noch einmal versuchen</translation>
+        <translation>Erneut versuchen</translation>
     </message>
     <message>
         <source>Clear</source>
@@ -404,19 +408,11 @@
         <source>Transfers</source>
         <translation>Übertragungen</translation>
     </message>
-    <message>
-        <source>Delete cancels the selected transfers, Return tries failed ones again</source>
-        <translation>Entf bricht die gewählten Übertragungen ab, Eingabe versucht gescheiterte noch einmal</translation>
-    </message>
-    <message>
-        <source>Forget the transfers that have ended</source>
-        <translation>Beendete Übertragungen vergessen</translation>
-    </message>
     <message numerus="yes">
         <source>%n failed</source>
         <translation>
-            <numerusform>%n gescheitert</numerusform>
-            <numerusform>%n gescheitert</numerusform>
+            <numerusform>%n fehlgeschlagen</numerusform>
+            <numerusform>%n fehlgeschlagen</numerusform>
         </translation>
     </message>
     <message numerus="yes">
@@ -428,22 +424,26 @@
     </message>
     <message>
         <source>All transfers have finished</source>
-        <translation>Alle Übertragungen sind fertig</translation>
+        <translation>Alle Übertragungen sind abgeschlossen</translation>
     </message>
     <message>
         <source>Cancel Selected</source>
-        <translation>Gewählte abbrechen</translation>
+        <translation>Ausgewählte abbrechen</translation>
+    </message>
+    <message>
+        <source>Press Delete to cancel the selected transfers, Return to retry failed ones</source>
+        <translation>Mit Entf brechen Sie die ausgewählten Übertragungen ab, mit der Eingabetaste versuchen Sie fehlgeschlagene erneut</translation>
+    </message>
+    <message>
+        <source>Remove finished and failed transfers from the list</source>
+        <translation>Fertige und fehlgeschlagene Übertragungen aus der Liste entfernen</translation>
     </message>
 </context>
 <context>
     <name>Norlis::Window::WelcomePage</name>
     <message>
-        <source>Only for servers with a certificate of their own</source>
-        <translation>Nur für Server mit einem eigenen Zertifikat</translation>
-    </message>
-    <message>
         <source>Use This Folder</source>
-        <translation>Diesen Ordner nehmen</translation>
+        <translation>Diesen Ordner verwenden</translation>
     </message>
     <message>
         <source>Sign In</source>
@@ -454,20 +454,12 @@
         <translation>Wo sind Ihre Dokumente?</translation>
     </message>
     <message>
-        <source>This program shows the PDF documents that you keep in a cloud: it sends and fetches them, and tells which ones have changed. Any folder can be the cloud, and so can a WebDAV server.</source>
-        <translation>Dieses Programm zeigt die PDF-Dokumente, die Sie in einer Cloud haben: Es sendet und holt sie und sagt, welche sich geändert haben. Jeder Ordner kann die Cloud sein, und ein WebDAV-Server auch.</translation>
-    </message>
-    <message>
         <source>Cancel</source>
         <translation>Abbrechen</translation>
     </message>
     <message>
         <source>Signing in</source>
         <translation>Anmeldung</translation>
-    </message>
-    <message>
-        <source>Signing in …</source>
-        <translation>Anmeldung läuft …</translation>
     </message>
     <message>
         <source>Cloud Documents</source>
@@ -478,20 +470,12 @@
         <translation>In einem Ordner</translation>
     </message>
     <message>
-        <source>Choose …</source>
-        <translation>Wählen …</translation>
-    </message>
-    <message>
         <source>Folder</source>
         <translation>Ordner</translation>
     </message>
     <message>
-        <source>One that another program keeps in step with other computers, one on a network drive, or a new one: a folder that is missing is made.</source>
-        <translation>Einer, den ein anderes Programm mit anderen Rechnern abgleicht, einer auf einem Netzlaufwerk oder ein neuer: Fehlt der Ordner, so wird er angelegt.</translation>
-    </message>
-    <message>
         <source>Choose a folder</source>
-        <translation>Ordner wählen</translation>
+        <translation>Ordner auswählen</translation>
     </message>
     <message>
         <source>On a WebDAV server</source>
@@ -515,59 +499,75 @@
     </message>
     <message>
         <source>Choose a certificate file</source>
-        <translation>Zertifikatsdatei wählen</translation>
+        <translation>Zertifikatsdatei auswählen</translation>
     </message>
     <message>
         <source>Certificate file</source>
         <translation>Zertifikatsdatei</translation>
     </message>
     <message>
-        <source>Choose a file with certificates</source>
-        <translation>Datei mit Zertifikaten wählen</translation>
-    </message>
-    <message>
         <source>Certificates (*.pem *.crt);;All files (*)</source>
         <translation>Zertifikate (*.pem *.crt);;Alle Dateien (*)</translation>
     </message>
     <message>
-        <source>This is no folder.</source>
-        <translation>Das ist kein Ordner.</translation>
-    </message>
-    <message>
-        <source>Choose one, or write its whole path.</source>
-        <translation>Wählen Sie einen, oder schreiben Sie den ganzen Pfad.</translation>
-    </message>
-    <message>
-        <source>The folder cannot be made.</source>
-        <translation>Der Ordner lässt sich nicht anlegen.</translation>
-    </message>
-    <message>
-        <source>Check that you may write to the folder that it is in.</source>
-        <translation>Prüfen Sie, ob Sie in den Ordner schreiben dürfen, in dem er liegt.</translation>
-    </message>
-    <message>
         <source>Something is missing.</source>
-        <translation>Es fehlt etwas.</translation>
-    </message>
-    <message>
-        <source>A server needs its address and a password or token.</source>
-        <translation>Ein Server braucht seine Adresse und ein Passwort oder Token.</translation>
+        <translation>Es fehlt noch etwas.</translation>
     </message>
     <message>
         <source>This is the address of a folder.</source>
         <translation>Das ist die Adresse eines Ordners.</translation>
     </message>
     <message>
-        <source>Use the upper part of the page for it.</source>
-        <translation>Nehmen Sie dafür den oberen Teil der Seite.</translation>
-    </message>
-    <message>
         <source>This address cannot be used.</source>
-        <translation>Diese Adresse ist nicht zu brauchen.</translation>
+        <translation>Diese Adresse kann nicht verwendet werden.</translation>
     </message>
     <message>
-        <source>There is a file of that name. Choose a folder.</source>
-        <translation>So heißt eine Datei. Wählen Sie einen Ordner.</translation>
+        <source>Only needed for private or self-signed certificates</source>
+        <translation>Nur für private oder selbstsignierte Zertifikate nötig</translation>
+    </message>
+    <message>
+        <source>This program manages the PDF documents that you keep in the cloud: it uploads and downloads them and shows which ones have changed. The cloud can be any folder or a WebDAV server.</source>
+        <translation>Dieses Programm verwaltet die PDF-Dokumente, die Sie in der Cloud haben: Es lädt sie hoch und herunter und zeigt, welche sich geändert haben. Die Cloud kann ein beliebiger Ordner oder ein WebDAV-Server sein.</translation>
+    </message>
+    <message>
+        <source>Signing in…</source>
+        <translation>Anmeldung läuft …</translation>
+    </message>
+    <message>
+        <source>Choose…</source>
+        <translation>Auswählen …</translation>
+    </message>
+    <message>
+        <source>This can be a folder that another program synchronises, a folder on a network drive, or a new one. If it does not exist, it will be created.</source>
+        <translation>Das kann ein Ordner sein, den ein anderes Programm synchronisiert, einer auf einem Netzlaufwerk oder ein neuer. Fehlt der Ordner, wird er angelegt.</translation>
+    </message>
+    <message>
+        <source>This is not a folder.</source>
+        <translation>Das ist kein Ordner.</translation>
+    </message>
+    <message>
+        <source>Choose a folder, or enter its full path.</source>
+        <translation>Wählen Sie einen Ordner aus, oder geben Sie den vollständigen Pfad ein.</translation>
+    </message>
+    <message>
+        <source>There is a file with that name. Choose a folder.</source>
+        <translation>Es gibt eine Datei mit diesem Namen. Wählen Sie einen Ordner aus.</translation>
+    </message>
+    <message>
+        <source>The folder could not be created.</source>
+        <translation>Der Ordner konnte nicht angelegt werden.</translation>
+    </message>
+    <message>
+        <source>Check that you are allowed to write to its parent folder.</source>
+        <translation>Prüfen Sie, ob Sie in den übergeordneten Ordner schreiben dürfen.</translation>
+    </message>
+    <message>
+        <source>Enter the address of the server and a password or token.</source>
+        <translation>Geben Sie die Adresse des Servers und ein Passwort oder Token ein.</translation>
+    </message>
+    <message>
+        <source>Enter it under “In a folder” above.</source>
+        <translation>Geben Sie sie oben unter „In einem Ordner“ ein.</translation>
     </message>
 </context>
 <context>
@@ -581,12 +581,8 @@
         <translation>Nur in der Cloud</translation>
     </message>
     <message>
-        <source>In step</source>
-        <translation>Auf gleichem Stand</translation>
-    </message>
-    <message>
         <source>Changed on this computer</source>
-        <translation>Auf diesem Rechner geändert</translation>
+        <translation>Auf diesem Computer geändert</translation>
     </message>
     <message>
         <source>Changed in the cloud</source>
@@ -602,11 +598,11 @@
     </message>
     <message>
         <source>Signing in failed.</source>
-        <translation>Die Anmeldung ist gescheitert.</translation>
+        <translation>Die Anmeldung ist fehlgeschlagen.</translation>
     </message>
     <message>
         <source>The list of documents is not up to date.</source>
-        <translation>Die Liste der Dokumente ist nicht auf dem neuesten Stand.</translation>
+        <translation>Die Dokumentliste ist nicht auf dem neuesten Stand.</translation>
     </message>
     <message>
         <source>“%1” was not uploaded.</source>
@@ -621,18 +617,6 @@
         <translation>„%1“ wurde nicht entfernt.</translation>
     </message>
     <message>
-        <source>There is no picture of “%1”.</source>
-        <translation>Von „%1“ gibt es kein Bild.</translation>
-    </message>
-    <message>
-        <source>The cloud does not tell how much storage is used.</source>
-        <translation>Die Cloud sagt nicht, wie viel Speicher belegt ist.</translation>
-    </message>
-    <message>
-        <source>The list of documents cannot be stored on this computer.</source>
-        <translation>Die Liste der Dokumente lässt sich auf diesem Rechner nicht speichern.</translation>
-    </message>
-    <message>
         <source>%1 of storage</source>
         <translation>%1 Speicher</translation>
     </message>
@@ -644,20 +628,36 @@
         <source>%1 used</source>
         <translation>%1 belegt</translation>
     </message>
+    <message>
+        <source>Up to date</source>
+        <translation>Auf dem neuesten Stand</translation>
+    </message>
+    <message>
+        <source>There is no preview of “%1”.</source>
+        <translation>Für „%1“ gibt es keine Vorschau.</translation>
+    </message>
+    <message>
+        <source>The cloud does not report how much storage is used.</source>
+        <translation>Die Cloud teilt nicht mit, wie viel Speicher belegt ist.</translation>
+    </message>
+    <message>
+        <source>The list of documents could not be saved on this computer.</source>
+        <translation>Die Dokumentliste konnte auf diesem Computer nicht gespeichert werden.</translation>
+    </message>
 </context>
 <context>
     <name>main</name>
     <message>
-        <source>Shows the PDF documents in a cloud.</source>
-        <translation>Zeigt die PDF-Dokumente in einer Cloud.</translation>
+        <source>Shows and manages PDF documents in the cloud.</source>
+        <translation>Zeigt und verwaltet PDF-Dokumente in der Cloud.</translation>
     </message>
     <message>
-        <source>Folder for settings, the list of documents and pictures.</source>
-        <translation>Ordner für Einstellungen, die Liste der Dokumente und Bilder.</translation>
+        <source>Folder for settings, the list of documents and previews.</source>
+        <translation>Ordner für Einstellungen, Dokumentliste und Vorschauen.</translation>
     </message>
     <message>
-        <source>Sign in to this folder or WebDAV server; the last one unless given.</source>
-        <translation>An diesem Ordner oder WebDAV-Server anmelden; ohne Angabe am letzten.</translation>
+        <source>Folder or WebDAV server to sign in to (default: the last one).</source>
+        <translation>Ordner oder WebDAV-Server, an dem man sich anmeldet (Standard: der letzte).</translation>
     </message>
 </context>
 </TS>

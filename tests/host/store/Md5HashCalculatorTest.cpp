@@ -57,16 +57,16 @@ protected:
         ASSERT_TRUE(QTest::qWaitFor([&] { return isDone; }, 30'000));
     }
 
-    /// Makes a remembered hash recognisable, so that it shows whether it or the file was read.
-    void ReplaceRememberedHashes() const
+    /// Makes a cached hash recognisable, so that it shows whether it or the file was read.
+    void ReplaceCachedHashes() const
     {
-        ASSERT_NE(RunSql(memoryFile, "SELECT count(*) FROM hashes"), "0");
-        RunSql(memoryFile, "UPDATE hashes SET hash = '" + remembered + "'");
+        ASSERT_NE(RunSql(cacheFile, "SELECT count(*) FROM hashes"), "0");
+        RunSql(cacheFile, "UPDATE hashes SET hash = '" + cached + "'");
     }
 
     const QTemporaryDir folder;
-    const QString memoryFile = folder.filePath("hashes.sqlite");
-    const QByteArray remembered = QByteArray(32, '0');
+    const QString cacheFile = folder.filePath("hashes.sqlite");
+    const QByteArray cached = QByteArray(32, '0');
 };
 
 TEST_F(Md5HashCalculatorTest, HashIsLowerCaseHexadecimal)
@@ -92,7 +92,7 @@ TEST_F(Md5HashCalculatorTest, FileOfManyPiecesIsHashedWhole)
 
 TEST_F(Md5HashCalculatorTest, WhatIsNoReadableFileHasNoHash)
 {
-    Md5HashCalculator calculator(memoryFile);
+    Md5HashCalculator calculator(cacheFile);
     EXPECT_EQ(Hash(calculator, ""), "");
     EXPECT_EQ(Hash(calculator, folder.filePath("missing.pdf")), "");
     EXPECT_EQ(Hash(calculator, folder.path()), "");
@@ -117,25 +117,25 @@ TEST_F(Md5HashCalculatorTest, PipeIsNotWaitedForNorOpened)
     close(writer);
 }
 
-TEST_F(Md5HashCalculatorTest, HashIsRememberedOverRestarts)
+TEST_F(Md5HashCalculatorTest, CachedHashSurvivesARestart)
 {
     const QString file = NewFile("a.pdf", "text");
     {
-        Md5HashCalculator calculator(memoryFile);
+        Md5HashCalculator calculator(cacheFile);
         PrepareAndWait(calculator, {file});
     }
-    ReplaceRememberedHashes();
-    Md5HashCalculator calculator(memoryFile);
-    EXPECT_EQ(Hash(calculator, file), remembered.toStdString());
+    ReplaceCachedHashes();
+    Md5HashCalculator calculator(cacheFile);
+    EXPECT_EQ(Hash(calculator, file), cached.toStdString());
 }
 
 TEST_F(Md5HashCalculatorTest, ChangedFileIsReadAgain)
 {
     const QString file = NewFile("a.pdf", "text");
-    Md5HashCalculator calculator(memoryFile);
+    Md5HashCalculator calculator(cacheFile);
     PrepareAndWait(calculator, {file});
-    ReplaceRememberedHashes();
-    ASSERT_EQ(Hash(calculator, file), remembered.toStdString());
+    ReplaceCachedHashes();
+    ASSERT_EQ(Hash(calculator, file), cached.toStdString());
 
     WriteFile(file, "TEXT");
     EXPECT_EQ(Hash(calculator, file), Md5("TEXT"));
@@ -144,7 +144,7 @@ TEST_F(Md5HashCalculatorTest, ChangedFileIsReadAgain)
 TEST_F(Md5HashCalculatorTest, FileWithItsOldTimeStampRestoredIsReadAgain)
 {
     const QString file = NewFile("a.pdf", "text");
-    Md5HashCalculator calculator(memoryFile);
+    Md5HashCalculator calculator(cacheFile);
     PrepareAndWait(calculator, {file});
     struct stat before {};
     ASSERT_EQ(stat(file.toUtf8().constData(), &before), 0);
@@ -159,7 +159,7 @@ TEST_F(Md5HashCalculatorTest, FileReplacedByAnotherIsReadAgain)
 {
     const QString file = NewFile("a.pdf", "text");
     const QString other = NewFile("b.pdf", "TEXT");
-    Md5HashCalculator calculator(memoryFile);
+    Md5HashCalculator calculator(cacheFile);
     PrepareAndWait(calculator, {file, other});
     ASSERT_EQ(rename(other.toUtf8().constData(), file.toUtf8().constData()), 0);
     EXPECT_EQ(Hash(calculator, file), Md5("TEXT"));
@@ -179,32 +179,32 @@ TEST_F(Md5HashCalculatorTest, WriteRightAfterHashingIsSeen)
     }
 }
 
-TEST_F(Md5HashCalculatorTest, HashOfAFileThatWasJustWrittenIsNotRemembered)
+TEST_F(Md5HashCalculatorTest, HashOfAFileThatWasJustWrittenIsNotCached)
 {
-    Md5HashCalculator calculator(memoryFile);
-    bool wasRemembered = true;
-    for (int number = 0; number < 100 && wasRemembered; ++number) { // a slow machine may let the file age
+    Md5HashCalculator calculator(cacheFile);
+    bool wasCached = true;
+    for (int number = 0; number < 100 && wasCached; ++number) { // a slow machine may let the file age
         Hash(calculator, NewFile(QString::number(number), "text"));
-        wasRemembered = RunSql(memoryFile, "SELECT count(*) FROM hashes").toInt() > number;
+        wasCached = RunSql(cacheFile, "SELECT count(*) FROM hashes").toInt() > number;
     }
-    EXPECT_FALSE(wasRemembered);
+    EXPECT_FALSE(wasCached);
 }
 
-TEST_F(Md5HashCalculatorTest, UnusableMemoryFileDoesNoHarm)
+TEST_F(Md5HashCalculatorTest, UnusableCacheFileDoesNoHarm)
 {
     Md5HashCalculator calculator(folder.filePath("no folder/hashes.sqlite"));
     EXPECT_EQ(Hash(calculator, NewFile("a.pdf", "abc")), Md5("abc"));
 }
 
-TEST_F(Md5HashCalculatorTest, PreparedFilesAreRemembered)
+TEST_F(Md5HashCalculatorTest, HashesOfPreparedFilesAreCached)
 {
-    Md5HashCalculator calculator(memoryFile);
+    Md5HashCalculator calculator(cacheFile);
     const QStringList files{NewFile("a.pdf", "a"), NewFile("b.pdf", "b"), folder.filePath("missing.pdf"), folder.path(),
                             ""};
     PrepareAndWait(calculator, files);
-    ReplaceRememberedHashes();
-    EXPECT_EQ(Hash(calculator, files[0]), remembered.toStdString());
-    EXPECT_EQ(Hash(calculator, files[1]), remembered.toStdString());
+    ReplaceCachedHashes();
+    EXPECT_EQ(Hash(calculator, files[0]), cached.toStdString());
+    EXPECT_EQ(Hash(calculator, files[1]), cached.toStdString());
     EXPECT_EQ(Hash(calculator, files[2]), "");
 }
 
@@ -277,14 +277,14 @@ TEST_F(Md5HashCalculatorTest, DoneIsNotCalledWhenTheCalculatorIsGone)
 
 TEST_F(Md5HashCalculatorTest, PreparationMayGoWithoutACallback)
 {
-    Md5HashCalculator calculator(memoryFile);
+    Md5HashCalculator calculator(cacheFile);
     const QString file = NewFile("a.pdf", "a");
     QObject context;
     calculator.Prepare({file}, &context, {});
     calculator.Prepare({file}, nullptr, [] { FAIL(); });
     PrepareAndWait(calculator, {});
-    ReplaceRememberedHashes();
-    EXPECT_EQ(Hash(calculator, file), remembered.toStdString());
+    ReplaceCachedHashes();
+    EXPECT_EQ(Hash(calculator, file), cached.toStdString());
 }
 
 TEST_F(Md5HashCalculatorTest, DestructionBreaksHashingOff)
@@ -293,19 +293,19 @@ TEST_F(Md5HashCalculatorTest, DestructionBreaksHashingOff)
     QObject context;
     const QString file = EndlessFile();
     {
-        Md5HashCalculator calculator(memoryFile);
+        Md5HashCalculator calculator(cacheFile);
         calculator.Prepare({NewFile("a.pdf", "a")}, &context, [&] { isDone = true; });
         calculator.Prepare({file}, &context, [] { FAIL(); });
         calculator.Prepare({file}, &context, [] { FAIL(); });
         ASSERT_TRUE(QTest::qWaitFor([&] { return isDone; }, 30'000));
     }
     QCoreApplication::processEvents();
-    EXPECT_EQ(RunSql(memoryFile, "SELECT count(*) FROM hashes"), "1");
+    EXPECT_EQ(RunSql(cacheFile, "SELECT count(*) FROM hashes"), "1");
 }
 
 TEST_F(Md5HashCalculatorTest, FileIsHashedWhileAnotherIsPrepared)
 {
-    Md5HashCalculator calculator(memoryFile);
+    Md5HashCalculator calculator(cacheFile);
     QObject context;
     calculator.Prepare({EndlessFile()}, &context, [] { FAIL(); });
     EXPECT_EQ(Hash(calculator, NewFile("a.pdf", "abc")), Md5("abc"));

@@ -78,11 +78,11 @@ template <typename Program>
 {
     setpgid(0, 0);
     std::signal(SIGTERM, SIG_IGN); // which is meant for the program
-    sigset_t news;
-    sigemptyset(&news);
-    sigaddset(&news, SIGUSR1);
-    sigaddset(&news, SIGCHLD);
-    sigprocmask(SIG_BLOCK, &news, nullptr);
+    sigset_t awaited;
+    sigemptyset(&awaited);
+    sigaddset(&awaited, SIGUSR1);
+    sigaddset(&awaited, SIGCHLD);
+    sigprocmask(SIG_BLOCK, &awaited, nullptr);
     prctl(PR_SET_PDEATHSIG, SIGUSR1);
     prctl(PR_SET_CHILD_SUBREAPER, 1);
 
@@ -95,7 +95,7 @@ template <typename Program>
         int signal = 0;
         if (ended == program) {
             kill(0, SIGTERM);
-        } else if (ended == 0 && sigwait(&news, &signal) == 0 && signal == SIGUSR1) {
+        } else if (ended == 0 && sigwait(&awaited, &signal) == 0 && signal == SIGUSR1) {
             kill(0, SIGKILL);
         }
     }

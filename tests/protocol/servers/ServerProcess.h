@@ -7,21 +7,21 @@
 
 namespace Norlis::Test {
 
-/// What it takes to start a program.
+/// How to start a program.
 struct ProgramStart {
     QString program; ///< path
     QStringList arguments;
-    QStringList environment; ///< NAME=value, beside what the process has already
-    QString folder;          ///< to start in
+    QStringList environment; ///< NAME=value, added to that of this process
+    QString folder;          ///< working directory
 };
 
 /// A program that runs as long as the object lives, together with the processes that it starts itself.
 ///
-/// They end with the thread that started the program too, so that a test that is killed leaves no server behind.
+/// They also end with the thread that started the program, so that a test that is killed leaves no server behind.
 class ServerProcess {
 public:
-    /// \param logFile to which everything is appended that the program writes
-    /// Throws std::runtime_error when there is no process to be had. A program that cannot be started ends at once.
+    /// \param logFile everything that the program writes is appended to it
+    /// Throws std::runtime_error when no process can be started. A program that cannot be started ends at once.
     ServerProcess(const ProgramStart& start, const QString& logFile);
 
     /// Asks the program to end; kills it after two seconds.

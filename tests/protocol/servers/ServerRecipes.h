@@ -5,7 +5,7 @@
 
 namespace Norlis::Test {
 
-/// What a server is to be like.
+/// What a server is to serve, and how.
 struct ServerPlan {
     QString state;     ///< folder for configuration, logs and the like
     QString documents; ///< folder to serve
@@ -14,7 +14,7 @@ struct ServerPlan {
     quint16 port;
 };
 
-/// Writes a server's configuration and tells how to start it, in the foreground.
+/// Writes a server's configuration and returns how to start it in the foreground.
 ProgramStart Prepare(ServerKind kind, const ServerPlan& plan);
 
 /// Lets a server of that kind write into a folder.

@@ -14,14 +14,14 @@ namespace Norlis::Test {
 
 enum class ServerKind { Apache, Nginx, Lighttpd, Rclone, Sabre };
 
-/// Of all kinds that there are.
+/// All kinds.
 const std::vector<ServerKind>& AllServerKinds();
 
 /// "Apache", "Nginx" ...
 std::string NameOf(ServerKind kind);
 
-/// A real WebDAV server on 127.0.0.1, at a port and with a folder of its own. It lets in one user, with a password that
-/// is made up for it (Basic authentication).
+/// A real WebDAV server on 127.0.0.1, at a port and with a folder of its own. It has one user, with a
+/// random password (Basic authentication).
 ///
 /// Lives on one thread, which outlives it. Every failure is a std::runtime_error that holds what the server wrote.
 class WebDavServer {
@@ -29,8 +29,7 @@ public:
     /// Starts the server and waits until it answers.
     ///
     /// \param documents folder to serve; empty makes one that goes with the server. Apache, started by root, acts as
-    /// the
-    ///        user "nobody", to whom the folder is given then.
+    ///        the user "nobody", who then becomes the owner of the folder.
     explicit WebDavServer(ServerKind kind, const QString& documents = {});
     ~WebDavServer();
 
@@ -42,7 +41,7 @@ public:
     QString User() const;
     QString Password() const;
 
-    /// The served folder. What is in it is served at the paths that it has there.
+    /// The served folder; paths in addresses are relative to it.
     QString Folder() const;
 
     /// Makes a folder in the served one, in which the server may write. Returns its path.
@@ -53,13 +52,13 @@ public:
 
     bool IsRunning() const;
 
-    /// Ends the server: nobody listens at the port then, and open connections are closed.
+    /// Ends the server and closes its connections.
     void Stop();
 
-    /// Starts it again at the same port and waits until it answers.
+    /// Starts it again on the same port and waits until it answers.
     void Start();
 
-    /// What the server has written, to show with a test that fails; since the last ForgetLog, if there was one.
+    /// What the server has logged since the last ForgetLog, for a test that fails.
     QByteArray Log() const;
     void ForgetLog();
 
@@ -69,7 +68,7 @@ private:
     bool TryToStart();
 
     const ServerKind kind;
-    QTemporaryDir state; ///< in memory where there is room for that: a disk that is slow for a moment fails no test
+    QTemporaryDir state; ///< in memory if possible, so that a slow disk fails no test
     QString documents;
     QString password;
     quint16 port = 0;

@@ -1,6 +1,6 @@
 #include "ServiceTest.h"
 
-#include <NorlisTestKit/FamilyServer.h>
+#include <NorlisTestKit/NextcloudLikeServer.h>
 
 #include <QBuffer>
 #include <QPixmap>
@@ -19,7 +19,7 @@ QByteArray Png(const QSize& size)
     return png;
 }
 
-class FamilyAccountTest : public SignedInServiceTest<FamilyServer> {
+class FamilyAccountTest : public SignedInServiceTest<NextcloudLikeServer> {
 protected:
     /// The name that is shown when the server's user page is this.
     QString NameWith(const Misbehaviour& page)

@@ -84,7 +84,7 @@ TEST_F(DownloadFaultTest, ALoginPageIsNotTheDocument)
 TEST_F(DownloadFaultTest, AWebPageThatIsADocumentIsFetched)
 {
     const QString page = Put("page.html", "<html></html>");
-    const ServerAnswer answer{200, {{"Content-Type", "text/html"}}, "<html></html>"};
+    const ServerResponse answer{200, {{"Content-Type", "text/html"}}, "<html></html>"};
     server.With([](MemoryTree& tree) {
         tree.moreProperties = [](const MemoryNode& node, const PropertyName& name) {
             return name.second == "getcontenttype" && node.content == "<html></html>"
@@ -149,7 +149,7 @@ TEST_F(DownloadFaultTest, AHashOfAnEarlierVersionDoesNotCount)
 TEST_F(DownloadFaultTest, AFolderThatVanishesMeanwhileIsAnError)
 {
     MakeFolder(Local("folder"));
-    server.Misbehave("GET", HappensAfter([&] { RemoveFolder(Local("folder")); }));
+    server.Misbehave("GET", RunsFirst([&] { RemoveFolder(Local("folder")); }));
     EXPECT_TRUE(client.Download(id, Local("folder/target.pdf"))->Fails());
     EXPECT_THAT(Reason(), HasSubstr("cannot be written"));
     EXPECT_EQ(FilesBelow(folder.path()), QStringList("target.pdf"));
@@ -159,7 +159,7 @@ TEST_F(DownloadFaultTest, AFullDiskEndsTheTransferAtOnce)
 {
     server.Misbehave("GET", [&] {
         return Misbehaviour{[](Wire& wire) {
-            wire.Send(ServerAnswer{200, {{"Content-Length", "100000000000"}}, {}}.Head());
+            wire.Send(ServerResponse{200, {{"Content-Length", "100000000000"}}, {}}.Head());
             wire.SendWithoutEnd([](int) { return QByteArray(1'000'000, 'x'); });
         }};
     }());

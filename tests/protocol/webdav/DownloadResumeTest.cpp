@@ -36,7 +36,7 @@ protected:
     static Misbehaviour CutsWithTag(const QByteArray& etag)
     {
         return {[etag](Wire& wire) {
-            ServerAnswer answer = wire.Do(wire.Request());
+            ServerResponse answer = wire.Do(wire.Request());
             answer.headers.Set(etag.isEmpty() ? "X-No-Tag" : "ETag", etag);
             QByteArray head = answer.Head();
             if (etag.isEmpty()) {
@@ -150,7 +150,7 @@ TEST_F(DownloadResumeTest, ADocumentThatChangesMeanwhileIsFetchedAnew)
 {
     const QByteArray changed = Pattern(2'000'000, 7);
     server.Misbehave("GET", CutsAfterBytes(1'000'000));
-    server.Misbehave("GET", HappensAfter([&] { server.Put("report.pdf", changed); }));
+    server.Misbehave("GET", RunsFirst([&] { server.Put("report.pdf", changed); }));
     ASSERT_TRUE(Download()->Succeeds());
     ExpectFetched(changed);
 }

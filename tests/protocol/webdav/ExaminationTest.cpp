@@ -1,6 +1,6 @@
 #include "ServiceTest.h"
 
-#include <NorlisTestKit/FamilyServer.h>
+#include <NorlisTestKit/NextcloudLikeServer.h>
 
 namespace Norlis::Test {
 
@@ -164,7 +164,7 @@ TEST_F(ExaminationTest, CanBeShownToOthers)
     EXPECT_EQ(server.Names(), QStringList("secret-plans.pdf"));
 }
 
-class FamilyExaminationTest : public SignedInServiceTest<FamilyServer> {};
+class FamilyExaminationTest : public SignedInServiceTest<NextcloudLikeServer> {};
 
 TEST_F(FamilyExaminationTest, TellsWhatTheFamilyCanDo)
 {

@@ -1,13 +1,13 @@
 #include "TransferFaultTest.h"
 
-#include <NorlisTestKit/FamilyServer.h>
+#include <NorlisTestKit/NextcloudLikeServer.h>
 
 namespace Norlis::Test {
 
 using testing::HasSubstr;
 
 /// Transfers with servers of the Nextcloud and ownCloud family.
-class FamilyTransferTest : public TransferFaultTest<FamilyServer> {
+class FamilyTransferTest : public TransferFaultTest<NextcloudLikeServer> {
 protected:
     void SetUp() override
     {
@@ -65,7 +65,7 @@ TEST_F(FamilyTransferTest, ANewDocumentComesByATemporaryName)
 TEST_F(FamilyTransferTest, OtherBytesThanWereSentAreAnError)
 {
     const Misbehaviour hashesOtherBytes = {[](Wire& wire) {
-        ServerAnswer answer = wire.Do(wire.Request());
+        ServerResponse answer = wire.Do(wire.Request());
         answer.headers.Set("X-Hash-MD5", Md5Of("other bytes").toLatin1());
         wire.Send(answer.Bytes());
         wire.Finish();
@@ -78,7 +78,7 @@ TEST_F(FamilyTransferTest, OtherBytesThanWereSentAreAnError)
 
 TEST_F(FamilyTransferTest, ADocumentThatSomebodyElseHasChangedIsNotReplaced)
 {
-    server.Misbehave("PUT", HappensAfter([this] { server.Put("report.pdf", "somebody else's"); }));
+    server.Misbehave("PUT", RunsFirst([this] { server.Put("report.pdf", "somebody else's"); }));
     ExpectFailure(Replace("new content"));
     EXPECT_THAT(Reason(), HasSubstr("changed by somebody else in the meantime"));
     EXPECT_EQ(server.Get("report.pdf"), QByteArray("somebody else's"));

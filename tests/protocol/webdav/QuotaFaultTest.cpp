@@ -1,6 +1,6 @@
 #include "ServiceTest.h"
 
-#include <NorlisTestKit/FamilyServer.h>
+#include <NorlisTestKit/NextcloudLikeServer.h>
 
 #include <limits>
 
@@ -21,7 +21,7 @@ void ExpectQuota(Client& client, qint64 used, qint64 total)
     EXPECT_EQ(quota->payload["pdf"].total, total);
 }
 
-class FamilyQuotaTest : public SignedInServiceTest<FamilyServer> {};
+class FamilyQuotaTest : public SignedInServiceTest<NextcloudLikeServer> {};
 
 TEST_F(FamilyQuotaTest, FiguresAreMiB)
 {

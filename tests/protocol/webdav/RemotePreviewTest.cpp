@@ -1,7 +1,7 @@
 #include "ServiceTest.h"
 #include <tests/protocol/PdfFiles.h>
 
-#include <NorlisTestKit/FamilyServer.h>
+#include <NorlisTestKit/NextcloudLikeServer.h>
 
 #include <QBuffer>
 #include <QPixmap>
@@ -250,7 +250,7 @@ QByteArray PngOfColor(const QColor& color, const QSize& size = {300, 400})
     return png;
 }
 
-class FamilyPreviewTest : public SignedInServiceTest<FamilyServer> {
+class FamilyPreviewTest : public SignedInServiceTest<NextcloudLikeServer> {
 protected:
     /// A red document of which the server has a green picture.
     QString PutWithPicture(const QByteArray& picture = PngOfColor(Qt::green))

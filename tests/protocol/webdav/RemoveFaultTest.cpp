@@ -19,7 +19,7 @@ protected:
 
 TEST_F(RemoveFaultTest, ADocumentThatIsGoneAlreadyIsRemoved)
 {
-    server.Take("report.pdf");
+    server.Remove("report.pdf");
     EXPECT_TRUE(client.Remove(id)->Succeeds());
     id = Put("report.pdf", "content");
     server.Misbehave("DELETE", AnswersWith(410));

@@ -111,8 +111,8 @@ TEST_F(RetryTest, ServerSaysWhenToComeAgain)
 
 TEST_F(RetryTest, WhatAnInterimAnswerSaysDoesNotCount)
 {
-    server.Misbehave("PROPFIND", Says("HTTP/1.1 103 Early Hints\r\nRetry-After: 3600\r\n\r\n"
-                                      "HTTP/1.1 503 Busy\r\nRetry-After: 0\r\nContent-Length: 0\r\n\r\n"));
+    server.Misbehave("PROPFIND", SendsRawBytes("HTTP/1.1 103 Early Hints\r\nRetry-After: 3600\r\n\r\n"
+                                               "HTTP/1.1 503 Busy\r\nRetry-After: 0\r\nContent-Length: 0\r\n\r\n"));
     EXPECT_TRUE(client.Info(id)->Succeeds());
 }
 

@@ -1,7 +1,7 @@
 #include "ServiceTest.h"
 #include <tests/protocol/PdfFiles.h>
 
-#include <NorlisTestKit/FamilyServer.h>
+#include <NorlisTestKit/NextcloudLikeServer.h>
 
 namespace Norlis::Test {
 
@@ -22,7 +22,7 @@ TEST(SecretWatchTest, KnowsASecretInEveryForm)
     EXPECT_FALSE(HoldsSecret("a canary"));
 }
 
-class SecretTest : public ServiceTest<FamilyServer> {
+class SecretTest : public ServiceTest<NextcloudLikeServer> {
 protected:
     SecretTest()
     {
@@ -104,7 +104,7 @@ TEST_F(SecretTest, ServerThatRepeatsThePasswordIsNotRepeated)
             settings.serviceUrl.setUserName(isBearer ? QString() : server.User());
             Client client(settings, server.Password());
             ASSERT_TRUE(client.SignIn());
-            server.Misbehave(When("*").Always(), RepeatsTheSecret(status));
+            server.Misbehave(When("*").Always(), EchoesTheCredentials(status));
             AskForEverything(client);
             EXPECT_FALSE(client.failures.empty());
             Client other(settings, server.Password());

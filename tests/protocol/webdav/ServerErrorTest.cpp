@@ -79,7 +79,7 @@ TEST_F(ServerErrorTest, MessageOfTheServerIsQuoted)
 {
     EXPECT_THAT(ReasonFor(Refuses(403, "Sabre\\DAV\\Exception\\Forbidden", "Zoë works on it, until 17:00")),
                 EndsWith("(403: Zoë works on it, until 17:00)"));
-    EXPECT_THAT(ReasonFor(HasNoRoom()), EndsWith("(507: quota-not-exceeded)"));
+    EXPECT_THAT(ReasonFor(IsOutOfSpace()), EndsWith("(507: quota-not-exceeded)"));
 }
 
 TEST_F(ServerErrorTest, MessageIsOneShortLineWithoutControlCharacters)
@@ -110,9 +110,9 @@ TEST_F(ServerErrorTest, BodiesThatAreNoMessagesAreNotShown)
 
 TEST_F(ServerErrorTest, StatusCountsHoweverItsBodyEnds)
 {
-    EXPECT_THAT(ReasonFor(Says("HTTP/1.1 403 Forbidden\r\nContent-Length: 1000\r\n\r\nshort")),
+    EXPECT_THAT(ReasonFor(SendsRawBytes("HTTP/1.1 403 Forbidden\r\nContent-Length: 1000\r\n\r\nshort")),
                 HasSubstr("does not allow it (403"));
-    EXPECT_THAT(ReasonFor(Says("HTTP/1.1 507 Full\r\nTransfer-Encoding: chunked\r\n\r\nzz\r\n")),
+    EXPECT_THAT(ReasonFor(SendsRawBytes("HTTP/1.1 507 Full\r\nTransfer-Encoding: chunked\r\n\r\nzz\r\n")),
                 HasSubstr("no room left (507"));
 }
 

@@ -172,7 +172,7 @@ TEST_F(SignInFaultTest, WhatIsNoHttpIsSaidInWords)
 {
     for (const QByteArray& bytes :
          {QByteArray("SSH-2.0-OpenSSH_9.2\r\n"), QByteArray("HTTP/1.1 207 OK\r\nX: \0\r\n\r\n", 26)}) {
-        server.Misbehave(When("PROPFIND").Always(), Says(bytes));
+        server.Misbehave(When("PROPFIND").Always(), SendsRawBytes(bytes));
         EXPECT_THAT(ReasonOfSignIn(), AllOf(HasSubstr("is not HTTP"), Not(HasSubstr("0.9"))));
         server.BehaveAgain();
     }

@@ -1,6 +1,6 @@
 #include "ServiceTest.h"
 
-#include <NorlisTestKit/FamilyServer.h>
+#include <NorlisTestKit/NextcloudLikeServer.h>
 
 namespace Norlis::Test {
 
@@ -29,7 +29,7 @@ std::vector<std::function<qint64(Client&)>> AllRequests(const QString& document,
             [=](Client& client) { return client.Remove(document)->operation; }};
 }
 
-class SignOutTest : public SignedInServiceTest<FamilyServer> {};
+class SignOutTest : public SignedInServiceTest<NextcloudLikeServer> {};
 
 TEST_F(SignOutTest, NothingIsAskedBeforeTheSignIn)
 {

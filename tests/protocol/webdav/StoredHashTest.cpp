@@ -1,6 +1,6 @@
 #include "ServiceTest.h"
 
-#include <NorlisTestKit/FamilyServer.h>
+#include <NorlisTestKit/NextcloudLikeServer.h>
 
 namespace Norlis::Test {
 
@@ -100,7 +100,7 @@ TEST_F(StoredHashTest, HashIsRememberedWhereTheServerKeepsNone)
     }
 }
 
-class FamilyHashTest : public SignedInServiceTest<FamilyServer> {};
+class FamilyHashTest : public SignedInServiceTest<NextcloudLikeServer> {};
 
 TEST_F(FamilyHashTest, ChecksumOfTheServerIsTakenWhateverElseItNames)
 {

@@ -147,7 +147,7 @@ TEST_F(TransferTrafficTest, ALargeDownloadCostsNoMemory)
     constexpr qint64 size = 400 * mebibyte;
     const QString id = Put("large.pdf", "content");
     const Misbehaviour sendsALot = {[](Wire& wire) {
-        wire.Send(ServerAnswer{200, {{"Content-Length", QByteArray::number(size)}}, {}}.Head());
+        wire.Send(ServerResponse{200, {{"Content-Length", QByteArray::number(size)}}, {}}.Head());
         wire.SendWithoutEnd([](int) { return QByteArray(mebibyte, 'x'); });
     }};
     server.Misbehave("GET", sendsALot);

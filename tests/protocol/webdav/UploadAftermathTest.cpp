@@ -39,7 +39,7 @@ TEST_F(UploadAftermathTest, ARefusalInsideOfAnAnswerCountsToo)
 
 TEST_F(UploadAftermathTest, AServerThatTakesThemIsGivenAllHashes)
 {
-    EXPECT_EQ(OffersOfHashes(HappensAfter([] {})), 3);
+    EXPECT_EQ(OffersOfHashes(RunsFirst([] {})), 3);
     Client other(Settings(), server.Password());
     ASSERT_TRUE(other.SignIn());
     EXPECT_EQ(other.Entry("3.pdf").md5Hash, Md5Of("3.pdf"));

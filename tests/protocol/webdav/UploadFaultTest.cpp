@@ -116,7 +116,7 @@ TEST_F(UploadFaultTest, ARefusalIsReportedInTheServersWords)
 TEST_F(UploadFaultTest, ARefusalWhoseTextIsCutOffIsOneAllTheSame)
 {
     LearnTheServer();
-    server.Misbehave("PUT", Says("HTTP/1.1 507 Insufficient Storage\r\nContent-Length: 1000\r\n\r\nThere is"));
+    server.Misbehave("PUT", SendsRawBytes("HTTP/1.1 507 Insufficient Storage\r\nContent-Length: 1000\r\n\r\nThere is"));
     ExpectFailure(client.Upload(LocalFile("report.pdf", Pattern(5000))));
     EXPECT_THAT(Reason(), HasSubstr("(507)"));
     EXPECT_EQ(server.Count("PUT"), 1);
@@ -141,7 +141,7 @@ TEST_F(UploadFaultTest, ARedirectWithinTheServerIsFollowedWithTheWholeBody)
     LearnTheServer();
     const QByteArray content = Pattern(3'000'000);
     const Misbehaviour redirects = {[](Wire& wire) {
-        const ServerAnswer answer{307, {{"Location", wire.Request().target + "?here"}}, {}};
+        const ServerResponse answer{307, {{"Location", wire.Request().target + "?here"}}, {}};
         wire.Send(answer.Bytes());
         wire.Finish();
     }};

@@ -28,8 +28,8 @@ protected:
     Misbehaviour LosesTheOldOne()
     {
         return {[this](Wire& wire) {
-            server.Take("report.pdf");
-            wire.Send(ServerAnswer{500, {}, {}}.Bytes());
+            server.Remove("report.pdf");
+            wire.Send(ServerResponse{500, {}, {}}.Bytes());
             wire.Finish();
         }};
     }
@@ -155,7 +155,7 @@ TEST_F(UploadPublishingTest, AMultiStatusOfFailuresIsNoSuccess)
 TEST_F(UploadPublishingTest, ANameThatIsTakenMeanwhileGetsANumber)
 {
     LearnTheServer();
-    server.Misbehave("MOVE", HappensAfter([this] { server.Put("report.pdf", "somebody else's"); }));
+    server.Misbehave("MOVE", RunsFirst([this] { server.Put("report.pdf", "somebody else's"); }));
     const auto upload = client.Upload(File());
     ASSERT_TRUE(upload->Succeeds());
     EXPECT_EQ(upload->payload.fileName, "report (2).pdf");
@@ -250,7 +250,7 @@ TEST_F(UploadPublishingTest, ARefusedReplacementLeavesTheOldDocument)
 TEST_F(UploadPublishingTest, ADocumentThatIsGoneIsNotReplaced)
 {
     const QString id = Put("report.pdf", "old");
-    server.Take("report.pdf");
+    server.Remove("report.pdf");
     ExpectFailure(client.Upload(File(), id));
     EXPECT_THAT(Reason(), HasSubstr("no longer in the cloud"));
     EXPECT_EQ(server.Count("PUT"), 0);
@@ -260,7 +260,7 @@ TEST_F(UploadPublishingTest, ADocumentThatIsGoneIsNotReplaced)
 TEST_F(UploadPublishingTest, ACollectionOfTheDocumentsNameIsNotReplaced)
 {
     const QString id = Put("report.pdf", "old");
-    server.Take("report.pdf");
+    server.Remove("report.pdf");
     server.With([](MemoryTree& tree) {
         tree.MakeCollection("/documents/report.pdf");
         tree.Put("/documents/report.pdf/inside.pdf", "precious");

@@ -1,8 +1,9 @@
-#include <NorlisTestKit/FamilyServer.h>
 #include <NorlisTestKit/Loopback.h>
+#include <NorlisTestKit/NextcloudLikeServer.h>
 
 #include <QCryptographicHash>
 #include <QJsonDocument>
+#include <QJsonObject>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -16,7 +17,7 @@ using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
 
-class FamilyServerTest : public testing::Test {
+class NextcloudLikeServerTest : public testing::Test {
 protected:
     std::string Ask(const QByteArray& method, const QByteArray& target, const QByteArray& headers = {},
                     const QByteArray& body = {}) const
@@ -36,12 +37,12 @@ protected:
                 element + "</prop></propfind>");
     }
 
-    FamilyServer server;
+    NextcloudLikeServer server;
     const QByteArray documents = server.CollectionPath();
     const QByteArray destination = "Destination: " + server.Origin() + documents + "b.pdf\r\n";
 };
 
-TEST_F(FamilyServerTest, AnUploadIsHashedAndIdentified)
+TEST_F(NextcloudLikeServerTest, AnUploadIsHashedAndIdentified)
 {
     const std::string answer =
         Ask("PUT", documents + "a.pdf", "X-Hash: md5\r\nX-OC-Mtime: 1600000000\r\nOC-Checksum: MD5:never compared\r\n",
@@ -56,7 +57,7 @@ TEST_F(FamilyServerTest, AnUploadIsHashedAndIdentified)
     EXPECT_THAT(Property(documents + "a.pdf", "<getlastmodified/>"), HasSubstr("Sun, 13 Sep 2020 12:26:40 GMT"));
 }
 
-TEST_F(FamilyServerTest, AnOverwritingUploadKeepsTheFileIdAndAMoveDoesNot)
+TEST_F(NextcloudLikeServerTest, AnOverwritingUploadKeepsTheFileIdAndAMoveDoesNot)
 {
     Ask("PUT", documents + "b.pdf", "OC-Checksum: MD5:old\r\n", "old");
     const qint64 id = server.FileId("b.pdf");
@@ -68,7 +69,7 @@ TEST_F(FamilyServerTest, AnOverwritingUploadKeepsTheFileIdAndAMoveDoesNot)
     EXPECT_NE(server.FileId("b.pdf"), id);
 }
 
-TEST_F(FamilyServerTest, DocumentsHaveTheFamilysProperties)
+TEST_F(NextcloudLikeServerTest, DocumentsHaveThePropertiesOfTheDialect)
 {
     server.Put("a.pdf", "content");
     server.SetPermissions("a.pdf", "SGR");
@@ -83,14 +84,14 @@ TEST_F(FamilyServerTest, DocumentsHaveTheFamilysProperties)
     EXPECT_THAT(Property(documents, "<quota-available-bytes/>"), HasSubstr(">-2</x:quota-available-bytes>"));
 }
 
-TEST_F(FamilyServerTest, ErrorsCarryAMessage)
+TEST_F(NextcloudLikeServerTest, ErrorsCarryAMessage)
 {
     const std::string answer = Ask("DELETE", documents + "none.pdf");
     EXPECT_THAT(answer, StartsWith("HTTP/1.1 404"));
     EXPECT_THAT(answer, HasSubstr("<s:exception>Sabre\\DAV\\Exception\\NotFound</s:exception><s:message>DELETE of "));
 }
 
-TEST_F(FamilyServerTest, PicturesAreSentWhereThereAreSome)
+TEST_F(NextcloudLikeServerTest, PicturesAreSentWhereThereAreSome)
 {
     server.Put("a.pdf", "content");
     const QByteArray id = QByteArray::number(server.FileId("a.pdf"));
@@ -105,7 +106,7 @@ TEST_F(FamilyServerTest, PicturesAreSentWhereThereAreSome)
     EXPECT_THAT(Ask("GET", "/index.php/avatar/u-4711/64"), EndsWith("a face"));
 }
 
-TEST_F(FamilyServerTest, ChunksBecomeADocument)
+TEST_F(NextcloudLikeServerTest, ChunksBecomeADocument)
 {
     const QByteArray folder = "/remote.php/dav/uploads/u-4711/1234";
     EXPECT_THAT(Ask("MKCOL", folder), StartsWith("HTTP/1.1 400")); // without a destination
@@ -119,7 +120,7 @@ TEST_F(FamilyServerTest, ChunksBecomeADocument)
     EXPECT_THAT(Ask("PROPFIND", folder, "Depth: 0\r\n"), StartsWith("HTTP/1.1 404"));
 }
 
-TEST_F(FamilyServerTest, TheInterfaceBesideWebDavAnswers)
+TEST_F(NextcloudLikeServerTest, TheInterfaceBesideWebDavAnswers)
 {
     const QByteArray header = "OCS-APIRequest: true\r\n";
     EXPECT_THAT(Ask("GET", "/ocs/v1.php/cloud/user?format=json"), StartsWith("HTTP/1.1 412"));
@@ -130,7 +131,7 @@ TEST_F(FamilyServerTest, TheInterfaceBesideWebDavAnswers)
     EXPECT_THAT(Ask("DELETE", "/ocs/v2.php/core/apppassword", header), StartsWith("HTTP/1.1 200"));
 }
 
-TEST_F(FamilyServerTest, ABrowserSignsAProgramInOnce)
+TEST_F(NextcloudLikeServerTest, ABrowserSignsAProgramInOnce)
 {
     const QByteArray begin = "POST /index.php/login/v2 HTTP/1.1\r\nContent-Length: 0\r\nConnection: close\r\n\r\n";
     const QByteArray answer = Exchange(server.Port(), begin);
@@ -138,7 +139,7 @@ TEST_F(FamilyServerTest, ABrowserSignsAProgramInOnce)
     const QByteArray token = "token=" + json["poll"]["token"].toString().toLatin1();
     const auto poll = [&] { return Ask("POST", "/index.php/login/v2/poll", {}, token); };
     EXPECT_THAT(poll(), StartsWith("HTTP/1.1 404"));
-    server.AgreeToSignIn();
+    server.ApproveSignIn();
     EXPECT_THAT(poll(), HasSubstr("\"appPassword\":\"" + server.Password().toStdString()));
     EXPECT_THAT(poll(), StartsWith("HTTP/1.1 404"));
 }

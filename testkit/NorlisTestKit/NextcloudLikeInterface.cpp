@@ -1,22 +1,23 @@
-#include "FamilyServer.h"
+#include "NextcloudLikeServer.h"
 
 #include <QJsonDocument>
+#include <QJsonObject>
 #include <QRandomGenerator>
 #include <QUrlQuery>
 
-// What the family answers beside WebDAV.
+// The interfaces beside WebDAV.
 namespace Norlis::TestKit {
 
 namespace {
 
-ServerAnswer Json(const QJsonObject& object)
+ServerResponse Json(const QJsonObject& object)
 {
     return {200,
             {{"Content-Type", "application/json; charset=utf-8"}},
             QJsonDocument(object).toJson(QJsonDocument::Compact)};
 }
 
-ServerAnswer Picture(const QByteArray& png)
+ServerResponse Picture(const QByteArray& png)
 {
     return {200, {{"Content-Type", "image/png"}, {"Cache-Control", "private, max-age=86400"}}, png};
 }
@@ -28,12 +29,12 @@ QUrlQuery QueryOf(const ServerRequest& request)
 
 } // namespace
 
-bool FamilyServer::IsPublic(const ServerRequest& request) const
+bool NextcloudLikeServer::IsPublic(const ServerRequest& request) const
 {
     return request.Path().startsWith("/index.php/login/v2") || request.Path() == "/status.php";
 }
 
-std::optional<ServerAnswer> FamilyServer::ServeBesideWebDav(const ServerRequest& request)
+std::optional<ServerResponse> NextcloudLikeServer::ServeBesideWebDav(const ServerRequest& request)
 {
     const QByteArray path = request.Path();
     if (path == "/status.php") {
@@ -55,7 +56,7 @@ std::optional<ServerAnswer> FamilyServer::ServeBesideWebDav(const ServerRequest&
     return {};
 }
 
-ServerAnswer FamilyServer::Preview(const ServerRequest& request)
+ServerResponse NextcloudLikeServer::Preview(const ServerRequest& request)
 {
     const QUrlQuery query = QueryOf(request);
     const auto size = [&](const QString& key) {
@@ -68,15 +69,15 @@ ServerAnswer FamilyServer::Preview(const ServerRequest& request)
     if (picture != previews.end() && !picture->second.isEmpty()) {
         return Picture(picture->second);
     }
-    return query.queryItemValue("forceIcon") == "0" ? ServerAnswer{404, {}, {}} : Picture("an icon");
+    return query.queryItemValue("forceIcon") == "0" ? ServerResponse{404, {}, {}} : Picture("an icon");
 }
 
-ServerAnswer FamilyServer::Avatar() const
+ServerResponse NextcloudLikeServer::Avatar() const
 {
-    return avatar.isEmpty() ? ServerAnswer{404, {}, {}} : Picture(avatar);
+    return avatar.isEmpty() ? ServerResponse{404, {}, {}} : Picture(avatar);
 }
 
-ServerAnswer FamilyServer::Ocs(const ServerRequest& request, const QByteArray& what)
+ServerResponse NextcloudLikeServer::Ocs(const ServerRequest& request, const QByteArray& what)
 {
     if (request.headers.Value("OCS-APIRequest").toLower() != "true") {
         return {412, {}, {}};
@@ -87,6 +88,9 @@ ServerAnswer FamilyServer::Ocs(const ServerRequest& request, const QByteArray& w
             {{"ocs", QJsonObject{{"meta", QJsonObject{{"status", "ok"}, {"statuscode", success}}}, {"data", data}}}});
     };
     if (what == "/cloud/capabilities") {
+        const QJsonObject capabilities = {{"dav", QJsonObject{{"chunking", "1.0"}}},
+                                          {"files", QJsonObject{{"bigfilechunking", true}}},
+                                          {"checksums", QJsonObject{{"preferredUploadType", "SHA1"}}}};
         return respond({{"version", QJsonObject{{"major", 31}, {"minor", 0}, {"string", "31.0.0"}}},
                         {"capabilities", capabilities}});
     }
@@ -106,7 +110,7 @@ ServerAnswer FamilyServer::Ocs(const ServerRequest& request, const QByteArray& w
 }
 
 /// The exchange by which a browser signs a program in.
-ServerAnswer FamilyServer::SignIn(const ServerRequest& request)
+ServerResponse NextcloudLikeServer::SignIn(const ServerRequest& request)
 {
     if (request.method != "POST") {
         return {405, {}, {}};
@@ -114,16 +118,16 @@ ServerAnswer FamilyServer::SignIn(const ServerRequest& request)
     const QByteArray path = request.Path();
     if (path == "/index.php/login/v2") {
         pollToken = QByteArray::number(QRandomGenerator::system()->generate64(), 36);
-        isSignInAgreedTo = false;
+        isSignInApproved = false;
         const QString origin = QString::fromLatin1(Origin());
         return Json({{"poll", QJsonObject{{"token", QString::fromLatin1(pollToken)},
                                           {"endpoint", origin + "/index.php/login/v2/poll"}}},
                      {"login", origin + "/index.php/login/v2/flow/begin"}});
     }
-    if (path != "/index.php/login/v2/poll" || !isSignInAgreedTo || request.body != "token=" + pollToken) {
+    if (path != "/index.php/login/v2/poll" || !isSignInApproved || request.body != "token=" + pollToken) {
         return {404, {}, {}};
     }
-    isSignInAgreedTo = false; // the answer comes once
+    isSignInApproved = false; // the answer comes once
     return Json({{"server", QString::fromLatin1(Origin())},
                  {"loginName", User()},
                  {"appPassword", QString::fromUtf8(password)}});

@@ -1,4 +1,4 @@
-#include "HashMemory.h"
+#include "HashCache.h"
 
 #include "SqliteConnection.h"
 
@@ -13,9 +13,9 @@ namespace Norlis::Host {
 
 namespace {
 
-constexpr quint32 applicationId = 0x4E524C48; // "NRLH", in the header of every memory file
+constexpr quint32 applicationId = 0x4E524C48; // "NRLH", in the header of every cache file
 constexpr int formatVersion = 1;
-constexpr qint64 mostHashes = 100'000;
+constexpr qint64 maxHashes = 100'000;
 constexpr std::size_t hashLength = 32;
 
 constexpr auto tables = "CREATE TABLE hashes (number INTEGER PRIMARY KEY, path BLOB NOT NULL UNIQUE, device INTEGER, "
@@ -48,43 +48,38 @@ void RemoveDatabase(const QString& file)
 
 } // namespace
 
-bool operator==(const FileIdentity& left, const FileIdentity& right)
-{
-    return left.device == right.device && left.inode == right.inode && left.size == right.size &&
-           left.modified == right.modified && left.changed == right.changed;
-}
-
-struct HashMemory::Database {
+struct HashCache::Database {
     explicit Database(const QString& file)
         : isFile(!file.isEmpty()),
           connection(Connect(file)),
           find(*connection, "SELECT device, inode, size, modified, changed, hash FROM hashes WHERE path = ?1"),
-          remember(*connection, "INSERT OR REPLACE INTO hashes (path, device, inode, size, modified, changed, hash) "
-                                "VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7)"),
+          store(*connection, "INSERT OR REPLACE INTO hashes (path, device, inode, size, modified, changed, hash) "
+                             "VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7)"),
           // Numbers ascend with every hash that is stored, so the lowest are the oldest.
-          forget(*connection, "DELETE FROM hashes WHERE number <= (SELECT max(number) FROM hashes) - ?1")
+          trim(*connection, "DELETE FROM hashes WHERE number <= (SELECT max(number) FROM hashes) - ?1")
     {
     }
 
     const bool isFile;
     std::unique_ptr<SqliteConnection> connection;
     SqliteStatement find;
-    SqliteStatement remember;
-    SqliteStatement forget;
+    SqliteStatement store;
+    SqliteStatement trim;
 };
 
-HashMemory::HashMemory(const QString& file) : file(file) {}
+HashCache::HashCache(const QString& file) : file(file) {}
 
-HashMemory::~HashMemory() = default;
+HashCache::~HashCache() = default;
 
-std::string HashMemory::Find(const std::string& path, const FileIdentity& identity)
+std::string HashCache::Find(const std::string& path, const Files::FileIdentity& identity)
 {
     std::string hash;
     Use([&] {
         auto& find = database->find;
         find.Bind(1, path);
         if (find.Step()) {
-            const FileIdentity known{find.Number(0), find.Number(1), find.Number(2), find.Number(3), find.Number(4)};
+            const Files::FileIdentity known{static_cast<quint64>(find.Number(0)), static_cast<quint64>(find.Number(1)),
+                                            find.Number(2), find.Number(3), find.Number(4)};
             if (known == identity && find.Bytes(5).size() == hashLength) {
                 hash = find.Bytes(5);
             }
@@ -94,25 +89,25 @@ std::string HashMemory::Find(const std::string& path, const FileIdentity& identi
     return hash;
 }
 
-void HashMemory::Remember(const std::string& path, const FileIdentity& identity, const std::string& hash)
+void HashCache::Store(const std::string& path, const Files::FileIdentity& identity, const std::string& hash)
 {
     Use([&] {
-        auto& remember = database->remember;
-        remember.Bind(1, path);
-        remember.Bind(2, identity.device);
-        remember.Bind(3, identity.inode);
-        remember.Bind(4, identity.size);
-        remember.Bind(5, identity.modified);
-        remember.Bind(6, identity.changed);
-        remember.Bind(7, hash);
-        remember.Step();
-        database->forget.Bind(1, mostHashes);
-        database->forget.Step();
+        auto& store = database->store;
+        store.Bind(1, path);
+        store.Bind(2, static_cast<qint64>(identity.device));
+        store.Bind(3, static_cast<qint64>(identity.inode));
+        store.Bind(4, identity.size);
+        store.Bind(5, identity.modifiedNanoseconds);
+        store.Bind(6, identity.changedNanoseconds);
+        store.Bind(7, hash);
+        store.Step();
+        database->trim.Bind(1, maxHashes);
+        database->trim.Step();
     });
 }
 
 template <typename Operation>
-void HashMemory::Use(const Operation& operation)
+void HashCache::Use(const Operation& operation)
 {
     const std::lock_guard lock(mutex);
     try {
@@ -121,7 +116,7 @@ void HashMemory::Use(const Operation& operation)
         }
         operation();
     } catch (const SqliteError& error) {
-        LOG(WARNING) << "A file's hash is not remembered: " << error.what();
+        LOG(WARNING) << "The hash of a file was not cached: " << error.what();
         if (error.IsDamage() && database && database->isFile) {
             database.reset();
             RemoveDatabase(file);
@@ -129,7 +124,7 @@ void HashMemory::Use(const Operation& operation)
     }
 }
 
-std::unique_ptr<HashMemory::Database> HashMemory::Open()
+std::unique_ptr<HashCache::Database> HashCache::Open()
 {
     try {
         try {
@@ -142,7 +137,7 @@ std::unique_ptr<HashMemory::Database> HashMemory::Open()
             return std::make_unique<Database>(file);
         }
     } catch (const std::exception& error) {
-        LOG(WARNING) << "Hashes of files are remembered in memory only: " << file.toStdString() << ": " << error.what();
+        LOG(WARNING) << "Hashes of files are cached in memory only: " << file.toStdString() << ": " << error.what();
         return std::make_unique<Database>(QString());
     }
 }

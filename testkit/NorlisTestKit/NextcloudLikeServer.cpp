@@ -1,4 +1,4 @@
-#include "FamilyServer.h"
+#include "NextcloudLikeServer.h"
 
 #include <QCryptographicHash>
 
@@ -42,10 +42,7 @@ ServerHeaders HashesOf(const ServerRequest& request)
 
 } // namespace
 
-FamilyServer::FamilyServer()
-    : capabilities{{"dav", QJsonObject{{"chunking", "1.0"}}},
-                   {"files", QJsonObject{{"bigfilechunking", true}}},
-                   {"checksums", QJsonObject{{"preferredUploadType", "SHA1"}}}}
+NextcloudLikeServer::NextcloudLikeServer()
 {
     With([this](MemoryTree& own) {
         for (const QByteArray& path :
@@ -54,27 +51,27 @@ FamilyServer::FamilyServer()
             own.MakeCollection(path);
         }
         own.moreProperties = [this](const MemoryNode& node, const PropertyName& name) {
-            return FamilyProperty(node, name);
+            return DialectProperty(node, name);
         };
     });
 }
 
-FamilyServer::~FamilyServer()
+NextcloudLikeServer::~NextcloudLikeServer()
 {
     Stop();
 }
 
-QByteArray FamilyServer::CollectionPath() const
+QByteArray NextcloudLikeServer::CollectionPath() const
 {
     return files + "/Documents/";
 }
 
-QByteArray FamilyServer::UserId() const
+QByteArray NextcloudLikeServer::UserId() const
 {
     return userId;
 }
 
-void FamilyServer::SetQuota(qint64 used, qint64 available)
+void NextcloudLikeServer::SetQuota(qint64 used, qint64 available)
 {
     With([&](MemoryTree&) {
         quotaUsed = used;
@@ -82,34 +79,29 @@ void FamilyServer::SetQuota(qint64 used, qint64 available)
     });
 }
 
-void FamilyServer::SetPreview(const QString& name, const QByteArray& png)
+void NextcloudLikeServer::SetPreview(const QString& name, const QByteArray& png)
 {
     const qint64 id = FileId(name);
     With([&](MemoryTree&) { previews[id] = png; });
 }
 
-void FamilyServer::SetAvatar(const QByteArray& png)
+void NextcloudLikeServer::SetAvatar(const QByteArray& png)
 {
     With([&](MemoryTree&) { avatar = png; });
 }
 
-void FamilyServer::SetPermissions(const QString& name, const QByteArray& letters)
+void NextcloudLikeServer::SetPermissions(const QString& name, const QByteArray& letters)
 {
     const qint64 id = FileId(name);
     With([&](MemoryTree&) { permissions[id] = letters; });
 }
 
-void FamilyServer::SetCapabilities(const QJsonObject& newCapabilities)
+void NextcloudLikeServer::ApproveSignIn()
 {
-    With([&](MemoryTree&) { capabilities = newCapabilities; });
+    With([&](MemoryTree&) { isSignInApproved = true; });
 }
 
-void FamilyServer::AgreeToSignIn()
-{
-    With([&](MemoryTree&) { isSignInAgreedTo = true; });
-}
-
-qint64 FamilyServer::FileId(const QString& name)
+qint64 NextcloudLikeServer::FileId(const QString& name)
 {
     qint64 id = 0;
     With([&](MemoryTree& own) {
@@ -119,13 +111,13 @@ qint64 FamilyServer::FileId(const QString& name)
     return id;
 }
 
-ServerAnswer FamilyServer::Serve(const ServerRequest& request)
+ServerResponse NextcloudLikeServer::Serve(const ServerRequest& request)
 {
     const auto answer = ServeBesideWebDav(request);
     return answer ? *answer : WithErrorBody(request, ServeWebDav(request));
 }
 
-ServerAnswer FamilyServer::ServeWebDav(const ServerRequest& request)
+ServerResponse NextcloudLikeServer::ServeWebDav(const ServerRequest& request)
 {
     const QByteArray path = request.Path();
     const bool isOfAnUpload = path.startsWith(uploads);
@@ -142,7 +134,7 @@ ServerAnswer FamilyServer::ServeWebDav(const ServerRequest& request)
     return tree.Answer(request);
 }
 
-ServerAnswer FamilyServer::WithErrorBody(const ServerRequest& request, ServerAnswer answer) const
+ServerResponse NextcloudLikeServer::WithErrorBody(const ServerRequest& request, ServerResponse answer) const
 {
     if (answer.status >= 400 && answer.body.isEmpty() && request.method != "HEAD") {
         answer.headers.Set("Content-Type", "application/xml; charset=utf-8");
@@ -155,8 +147,8 @@ ServerAnswer FamilyServer::WithErrorBody(const ServerRequest& request, ServerAns
     return answer;
 }
 
-/// Adds the headers by which the family tells what a document is now.
-ServerAnswer FamilyServer::Identified(ServerAnswer answer, const QByteArray& path)
+/// Adds the headers that say which document it is and in which version.
+ServerResponse NextcloudLikeServer::Identified(ServerResponse answer, const QByteArray& path)
 {
     const MemoryNode* node = tree.Find(path);
     if (answer.status < 300 && node != nullptr) {
@@ -167,16 +159,16 @@ ServerAnswer FamilyServer::Identified(ServerAnswer answer, const QByteArray& pat
     return answer;
 }
 
-ServerAnswer FamilyServer::Store(const ServerRequest& request)
+ServerResponse NextcloudLikeServer::Store(const ServerRequest& request)
 {
-    ServerAnswer answer = tree.Answer(request);
+    ServerResponse answer = tree.Answer(request);
     MemoryNode* node = tree.Find(request.Path());
     if (answer.status >= 300 || node == nullptr) {
         return answer;
     }
     node->properties.erase(checksums);
     if (request.headers.Has("OC-Checksum")) {
-        node->properties[checksums] = request.headers.Value("OC-Checksum"); // which nobody compares
+        node->properties[checksums] = request.headers.Value("OC-Checksum"); // which the server does not verify
     }
     if (request.headers.Has("X-OC-Mtime")) {
         node->modifiedAt = QDateTime::fromSecsSinceEpoch(request.headers.Value("X-OC-Mtime").toLongLong(), Qt::UTC);
@@ -188,13 +180,13 @@ ServerAnswer FamilyServer::Store(const ServerRequest& request)
     return Identified(answer, request.Path());
 }
 
-ServerAnswer FamilyServer::Move(const ServerRequest& request)
+ServerResponse NextcloudLikeServer::Move(const ServerRequest& request)
 {
     return Identified(tree.Answer(request), DecodedPath(request.headers.Value("Destination")));
 }
 
 /// Makes a document of the chunks beside the name ".file", in the order of their names.
-ServerAnswer FamilyServer::Assemble(const ServerRequest& request)
+ServerResponse NextcloudLikeServer::Assemble(const ServerRequest& request)
 {
     const QByteArray folder = request.Path().left(request.Path().lastIndexOf('/'));
     const QByteArray target = DecodedPath(request.headers.Value("Destination"));
@@ -212,14 +204,14 @@ ServerAnswer FamilyServer::Assemble(const ServerRequest& request)
     if (!total.isEmpty() && total.toLongLong() != whole.body.size()) {
         return {400, {}, {}};
     }
-    ServerAnswer answer = Store(whole);
+    ServerResponse answer = Store(whole);
     if (answer.status < 300) {
         tree.Remove(folder);
     }
     return answer;
 }
 
-std::optional<QByteArray> FamilyServer::FamilyProperty(const MemoryNode& node, const PropertyName& name) const
+std::optional<QByteArray> NextcloudLikeServer::DialectProperty(const MemoryNode& node, const PropertyName& name) const
 {
     const QString& local = name.second;
     if (name.first == ownCloud && local == "fileid") {

@@ -1,0 +1,92 @@
+#include "FileIdentity.h"
+
+#include <QFile>
+
+#include <tuple>
+
+#include <sys/stat.h>
+
+namespace Norlis::Files {
+
+namespace {
+
+using namespace std::chrono_literals;
+using std::chrono::nanoseconds;
+
+qint64 Nanoseconds(const timespec& time)
+{
+    return static_cast<qint64>(time.tv_sec) * 1'000'000'000 + time.tv_nsec;
+}
+
+FileIdentity IdentityOf(int result, const struct stat& status)
+{
+    FileIdentity identity;
+    if (result == 0 && S_ISREG(status.st_mode)) {
+        identity.device = status.st_dev;
+        identity.inode = status.st_ino;
+        identity.size = status.st_size;
+        identity.modifiedNanoseconds = Nanoseconds(status.st_mtim);
+        identity.changedNanoseconds = Nanoseconds(status.st_ctim);
+    }
+    return identity;
+}
+
+auto Fields(const FileIdentity& identity)
+{
+    return std::tie(identity.device, identity.inode, identity.size, identity.modifiedNanoseconds,
+                    identity.changedNanoseconds);
+}
+
+} // namespace
+
+nanoseconds FileIdentity::TimeUntilSettled() const
+{
+    return Files::TimeUntilSettled(nanoseconds(changedNanoseconds));
+}
+
+QString FileIdentity::ToString() const
+{
+    return QStringLiteral("%1-%2-%3-%4-%5")
+        .arg(device, 0, 16)
+        .arg(inode, 0, 16)
+        .arg(size, 0, 16)
+        .arg(modifiedNanoseconds, 0, 16)
+        .arg(changedNanoseconds, 0, 16);
+}
+
+FileIdentity FileIdentity::OfPath(const QString& path)
+{
+    struct stat status = {};
+    return IdentityOf(lstat(QFile::encodeName(path).constData(), &status), status);
+}
+
+FileIdentity FileIdentity::OfTarget(const std::string& nativePath)
+{
+    struct stat status = {};
+    return IdentityOf(stat(nativePath.c_str(), &status), status);
+}
+
+FileIdentity FileIdentity::OfDescriptor(int descriptor)
+{
+    struct stat status = {};
+    return IdentityOf(fstat(descriptor, &status), status);
+}
+
+bool operator==(const FileIdentity& left, const FileIdentity& right)
+{
+    return Fields(left) == Fields(right);
+}
+
+bool operator!=(const FileIdentity& left, const FileIdentity& right)
+{
+    return !(left == right);
+}
+
+nanoseconds TimeUntilSettled(nanoseconds timeStamp)
+{
+    // File systems round the time: most to a tick of the kernel's clock, old ones to one or two seconds.
+    const nanoseconds margin = timeStamp % 1s == 0ns ? nanoseconds(3s) : nanoseconds(50ms);
+    return timeStamp + margin - std::chrono::system_clock::now().time_since_epoch();
+}
+
+} // namespace Norlis::Files

@@ -1,0 +1,125 @@
+#include <tests/protocol/Files.h>
+
+#include <files/FileIdentity.h>
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace Norlis::Files {
+
+namespace {
+
+using namespace Norlis::Test;
+using namespace std::chrono_literals;
+using std::chrono::nanoseconds;
+
+class FileIdentityTest : public testing::Test {
+protected:
+    FileIdentity Written(const QByteArray& content)
+    {
+        WriteFile(path, content);
+        return FileIdentity::OfPath(path);
+    }
+
+    static nanoseconds Now()
+    {
+        return std::chrono::system_clock::now().time_since_epoch();
+    }
+
+    const QTemporaryDir folder;
+    const QString path = folder.filePath("a.pdf");
+};
+
+TEST_F(FileIdentityTest, FilesAndContentsAreToldApart)
+{
+    const auto missing = FileIdentity::OfPath(path);
+    EXPECT_FALSE(missing.IsFile());
+    const auto first = Written("content");
+    EXPECT_TRUE(first.IsFile());
+    EXPECT_EQ(first.size, 7);
+    EXPECT_TRUE(first == FileIdentity::OfPath(path));
+    EXPECT_EQ(first.ToString(), FileIdentity::OfPath(path).ToString());
+
+    const auto longer = Written("longer content");
+    EXPECT_TRUE(first != longer);
+    EXPECT_NE(first.ToString(), longer.ToString());
+
+    WriteFile(folder.filePath("b.pdf"), "longer content");
+    EXPECT_TRUE(longer != FileIdentity::OfPath(folder.filePath("b.pdf")));
+}
+
+TEST_F(FileIdentityTest, EveryFieldCounts)
+{
+    const FileIdentity identity{1, 2, 3, 4, 5};
+    for (const FileIdentity& other :
+         {FileIdentity{9, 2, 3, 4, 5}, FileIdentity{1, 9, 3, 4, 5}, FileIdentity{1, 2, 9, 4, 5},
+          FileIdentity{1, 2, 3, 9, 5}, FileIdentity{1, 2, 3, 4, 9}}) {
+        EXPECT_TRUE(identity != other);
+        EXPECT_NE(identity.ToString(), other.ToString());
+    }
+}
+
+TEST_F(FileIdentityTest, LinksAreFollowedWhereAskedFor)
+{
+    const auto identity = Written("content");
+    const QString link = folder.filePath("link");
+    MakeLink(path, link);
+    EXPECT_FALSE(FileIdentity::OfPath(link).IsFile());
+    EXPECT_TRUE(FileIdentity::OfTarget(link.toStdString()) == identity);
+    EXPECT_TRUE(FileIdentity::OfTarget(path.toStdString()) == identity);
+}
+
+TEST_F(FileIdentityTest, OnlyRegularFilesHaveOne)
+{
+    const QString pipe = folder.filePath("pipe");
+    MakeNamedPipe(pipe);
+    for (const QString& other : {folder.path(), pipe, QString("/dev/zero"), folder.filePath("missing"), QString()}) {
+        EXPECT_FALSE(FileIdentity::OfPath(other).IsFile()) << other.toStdString();
+        EXPECT_FALSE(FileIdentity::OfTarget(other.toStdString()).IsFile()) << other.toStdString();
+    }
+    EXPECT_FALSE(FileIdentity::OfDescriptor(-1).IsFile());
+}
+
+TEST_F(FileIdentityTest, AnOpenFileKeepsItsOwn)
+{
+    Written("content");
+    QFile file(path);
+    ASSERT_TRUE(file.open(QFile::ReadOnly));
+    ASSERT_TRUE(QFile::rename(path, folder.filePath("b.pdf")));
+    EXPECT_TRUE(FileIdentity::OfDescriptor(file.handle()) == FileIdentity::OfPath(folder.filePath("b.pdf")));
+}
+
+TEST_F(FileIdentityTest, AFileSettlesAfterAMoment)
+{
+    const auto written = Written("content");
+    EXPECT_GT(written.TimeUntilSettled(), -1s); // a slow machine may let it age
+    EXPECT_LE(written.TimeUntilSettled(), 3s);
+
+    FileIdentity old = written;
+    old.changedNanoseconds -= nanoseconds(4s).count();
+    EXPECT_LT(old.TimeUntilSettled(), 0s);
+}
+
+TEST_F(FileIdentityTest, AFileThatWasSetToAnotherTimeStillSettles)
+{
+    const auto written = Written("content");
+    auto fromTheFuture = written;
+    fromTheFuture.modifiedNanoseconds += nanoseconds(24h).count(); // programs can set that
+    EXPECT_LE(fromTheFuture.TimeUntilSettled(), 3s);
+}
+
+TEST_F(FileIdentityTest, WholeSecondsSettleLater)
+{
+    const auto wholeSecond = std::chrono::duration_cast<std::chrono::seconds>(Now());
+    EXPECT_GT(TimeUntilSettled(wholeSecond), 1s);
+    EXPECT_LE(TimeUntilSettled(wholeSecond), 3s);
+    EXPECT_LE(TimeUntilSettled(wholeSecond + 1ns), 50ms);
+    EXPECT_LT(TimeUntilSettled(wholeSecond - 3s), 0s);
+    EXPECT_GT(TimeUntilSettled(Now() + 1h), 59min);
+}
+
+} // namespace
+
+} // namespace Norlis::Files

@@ -1,0 +1,58 @@
+#include <tests/protocol/Files.h>
+
+#include <files/LocalTarget.h>
+
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace Norlis::Files {
+
+namespace {
+
+using namespace Norlis::Test;
+
+class LocalTargetTest : public testing::Test {
+protected:
+    QString ReasonAgainst(const QString& path)
+    {
+        const auto problem = ValidateTarget(path);
+        return problem ? problem->reason : QString();
+    }
+
+    const QTemporaryDir folder;
+};
+
+TEST_F(LocalTargetTest, NewNamesAndFilesMayBeWritten)
+{
+    WriteFile(folder.filePath("old.pdf"), "old");
+    MakeLink(folder.filePath("old.pdf"), folder.filePath("link.pdf"));
+    MakeLink("/nowhere", folder.filePath("dangling.pdf"));
+    for (const char* name : {"new.pdf", "old.pdf", "link.pdf", "dangling.pdf", "missing/a.pdf"}) {
+        EXPECT_FALSE(ValidateTarget(folder.filePath(name))) << name;
+    }
+}
+
+TEST_F(LocalTargetTest, WhatIsNotAFileIsNotReplaced)
+{
+    MakeFolder(folder.filePath("folder"));
+    MakeNamedPipe(folder.filePath("pipe"));
+    for (const QString& path : {folder.filePath("folder"), folder.filePath("pipe"), QString("/dev/null")}) {
+        const auto problem = ValidateTarget(path);
+        ASSERT_TRUE(problem) << path.toStdString();
+        EXPECT_EQ(problem->reason, path + " is not a file");
+        EXPECT_EQ(problem->advice, "Choose another folder to download to.");
+    }
+}
+
+TEST_F(LocalTargetTest, TheNameMustBeThatOfADocument)
+{
+    EXPECT_EQ(ReasonAgainst(folder.filePath("con.pdf")),
+              "The name of the file to write is the name of a device on some systems");
+    EXPECT_EQ(ReasonAgainst(folder.path() + '/'), "The name of the file to write is empty");
+    EXPECT_EQ(ReasonAgainst({}), "The name of the file to write is empty");
+}
+
+} // namespace
+
+} // namespace Norlis::Files
