@@ -6,7 +6,7 @@
 //   WebDavBenchmark [MiB of the large document, 1024] [small documents, 1000] [documents in the list, 10000] [rounds,
 //   3]
 
-#include "servers/WebDavServer.h"
+#include <tests/servers/WebDavServer.h>
 
 #include <contracts/NorlisCloudProtocol.h>
 

@@ -3,7 +3,8 @@
 #include "Require.h"
 
 #include <host/account/ServiceAddress.h>
-#include <protocol/webdav/Collection.h>
+#include <protocol/dav/Collection.h>
+#include <protocol/http/Origin.h>
 
 #include <algorithm>
 #include <stdexcept>
@@ -43,9 +44,9 @@ void CheckCollection(const QUrl& service)
     Require(collection.Origin() == Social::OriginOfUrl(collection.Origin()));
     Require(collection.Url().endsWith('/') && collection.Url().startsWith(collection.InstanceUrl()));
 
-    Social::HrefNotes notes;
-    const auto path = Social::SegmentsOfUrl(collection.UrlOf(member), &notes);
-    Require(path && notes.origin == collection.Origin());
+    const QByteArray url = collection.UrlOf(member);
+    const auto path = Social::SegmentsOfUrl(url);
+    Require(path && Social::OriginOfUrl(url) == collection.Origin());
     Require(Social::MemberName(collection.Path(), *path) == member);
 }
 

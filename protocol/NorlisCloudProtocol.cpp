@@ -37,14 +37,14 @@ CloudServiceFactory ServiceFor(const OAuth2::AuthInfo& authInfo, const std::stri
         };
     }
     const bool isWeb = url.scheme() == "https" || url.scheme() == "http";
-    const QString reason = isWeb
-                               ? WebDavService::WhyNoService(authInfo)
-                               : QStringLiteral("give the address of a folder, such as file:///home/me/Cloud, or of a "
-                                                "WebDAV server, such as https://me@cloud.example/dav/");
-    if (!reason.isEmpty()) {
+    const std::optional<QString> problem =
+        isWeb ? WebDavService::Validate(authInfo)
+              : std::optional(QStringLiteral("give the address of a folder, such as file:///home/me/Cloud, or of a "
+                                             "WebDAV server, such as https://me@cloud.example/dav/"));
+    if (problem) {
         throw std::invalid_argument("There is no cloud service at \"" +
                                     url.toDisplayString(QUrl::RemoveUserInfo).toStdString() +
-                                    "\": " + reason.toStdString());
+                                    "\": " + problem->toStdString());
     }
     return [authInfo, programName](const CloudService::Listener& listener) {
         return std::make_unique<WebDavService>(authInfo, programName, listener);

@@ -49,9 +49,11 @@ ServiceConnection::~ServiceConnection()
     }
     HandOver();
     QMetaObject::invokeMethod(worker, [this] {
-        service.reset();
-        worker->deleteLater(); // when the thread's event loop ends
-        thread.quit();
+        service->Shutdown([this] {
+            service.reset();
+            worker->deleteLater(); // when the thread's event loop ends
+            thread.quit();
+        });
     });
     thread.wait();
 }

@@ -1,12 +1,14 @@
 #include "DavPath.h"
 
+#include <protocol/http/Origin.h>
+
 #include <algorithm>
 
 namespace Norlis::Social {
 
 namespace {
 
-/// -1 for what is no hexadecimal digit.
+/// -1 for characters that are not hexadecimal digits.
 int DigitValue(char digit)
 {
     if (digit >= '0' && digit <= '9') {
@@ -23,31 +25,13 @@ bool IsUnreserved(char character)
            character == '~';
 }
 
-/// The position of the first of some characters; the end when there is none.
-int FirstOf(const QByteArray& text, const QByteArray& characters, int from)
-{
-    const auto first = std::find_first_of(text.begin() + from, text.end(), characters.begin(), characters.end());
-    return static_cast<int>(first - text.begin());
-}
-
-/// Where the authority of an absolute URL begins; -1 when the text is none. RFC 3986, 3.1.
-int AuthorityPosition(const QByteArray& url)
-{
-    const int colon = url.indexOf("://");
-    const auto isOfScheme = [](char character) {
-        return IsUnreserved(character) ? character != '_' && character != '~' : character == '+';
-    };
-    return colon > 0 && std::all_of(url.begin(), url.begin() + colon, isOfScheme) ? colon + 3 : -1;
-}
-
-std::optional<DavPath> Segments(const QByteArray& path, HrefNotes& notes)
+std::optional<DavPath> Segments(const QByteArray& path)
 {
     DavPath segments;
     if (!path.isEmpty() && path[0] != '/') {
         return std::nullopt;
     }
-    notes.endsWithSlash = path.endsWith('/');
-    const int end = path.size() - (notes.endsWithSlash ? 1 : 0);
+    const int end = path.size() - (path.endsWith('/') ? 1 : 0);
     segments.reserve(static_cast<size_t>(path.count('/')));
     for (int begin = 1; begin <= end;) {
         const int slash = path.indexOf('/', begin);
@@ -60,23 +44,6 @@ std::optional<DavPath> Segments(const QByteArray& path, HrefNotes& notes)
         begin = segmentEnd + 1;
     }
     return segments;
-}
-
-std::optional<DavPath> Read(const QByteArray& text, const QByteArray& delimiters, HrefNotes* notes)
-{
-    HrefNotes unwanted = {};
-    HrefNotes& found = notes ? *notes : unwanted;
-    found = {};
-
-    const int authority = AuthorityPosition(text);
-    int begin = 0;
-    if (authority >= 0) {
-        found.origin = OriginOfUrl(text);
-        begin = FirstOf(text, "/?#", authority);
-    } else if (text.isEmpty()) {
-        return std::nullopt;
-    }
-    return Segments(text.mid(begin, FirstOf(text, delimiters, begin) - begin), found);
 }
 
 } // namespace
@@ -128,31 +95,19 @@ QByteArray EncodePath(const DavPath& path, bool isCollection)
     return isCollection || path.empty() ? encoded + '/' : encoded;
 }
 
-std::optional<DavPath> SegmentsOfHref(const QByteArray& href, HrefNotes* notes)
+std::optional<DavPath> SegmentsOfHref(const QByteArray& href)
 {
-    return Read(href.trimmed(), "", notes);
+    const QByteArray text = href.trimmed();
+    return text.isEmpty() ? std::nullopt : Segments(text.mid(std::max(PathPosition(text), 0)));
 }
 
-std::optional<DavPath> SegmentsOfUrl(const QByteArray& url, HrefNotes* notes)
-{
-    return Read(url.trimmed(), "?#", notes);
-}
-
-QByteArray OriginOfUrl(const QByteArray& url)
+std::optional<DavPath> SegmentsOfUrl(const QByteArray& url)
 {
     const QByteArray text = url.trimmed();
-    const int begin = AuthorityPosition(text);
-    if (begin < 0) {
-        return {};
-    }
-    const QByteArray scheme = text.left(begin - 3).toLower();
-    QByteArray authority = text.mid(begin, FirstOf(text, "/?#", begin) - begin).toLower();
-    authority.remove(0, authority.lastIndexOf('@') + 1);
-    const QByteArray usualPort = scheme == "https" ? ":443" : ":80";
-    if (authority.endsWith(usualPort) || authority.endsWith(':')) {
-        authority.truncate(authority.lastIndexOf(':'));
-    }
-    return authority.isEmpty() ? QByteArray() : scheme + "://" + authority;
+    const QByteArray path = text.mid(std::max(PathPosition(text), 0));
+    const auto isDelimiter = [](char character) { return character == '?' || character == '#'; };
+    const auto end = std::find_if(path.begin(), path.end(), isDelimiter);
+    return text.isEmpty() ? std::nullopt : Segments(path.left(static_cast<int>(end - path.begin())));
 }
 
 std::optional<QByteArray> MemberName(const DavPath& collection, const DavPath& path)

@@ -9,12 +9,11 @@ namespace Norlis::Social {
 
 /// The segments of a path, percent-decoded, as bytes: servers differ in what they escape and in which case, and a
 /// file's name need not be UTF-8, so that only decoded bytes can be compared. No segment is empty, "." or "..", none
-/// holds a
-/// '/' or a NUL. The root has no segments.
+/// holds a '/' or a NUL. The root has no segments.
 using DavPath = std::vector<QByteArray>;
 
-/// Decodes one segment once (RFC 3986, 2.1). A '%' that no two hexadecimal digits follow stands for itself, since some
-/// servers leave it bare. Nothing for what cannot be a segment of a DavPath.
+/// Decodes one segment once (RFC 3986, 2.1). A '%' that is not followed by two hexadecimal digits stands for itself,
+/// since some servers do not escape it. Nothing for what cannot be a segment of a DavPath.
 std::optional<QByteArray> DecodeSegment(const QByteArray& encoded);
 
 /// Everything but the unreserved characters of RFC 3986 is escaped, with upper-case digits.
@@ -23,28 +22,19 @@ QByteArray EncodeSegment(const QByteArray& decoded);
 /// The path as it goes into a request: "/" before every segment, and one more at the end of a collection's.
 QByteArray EncodePath(const DavPath& path, bool isCollection);
 
-/// What a href says beyond its segments.
-struct HrefNotes {
-    bool endsWithSlash = false;
-    QByteArray origin; ///< of an absolute URL, as OriginOfUrl gives it; empty when there is only a path
-};
-
-/// The path of a href in a listing: an absolute path or an absolute URL (RFC 4918, 8.3). Blanks around it and one slash
-/// at its end are ignored. Nothing for relative references and for paths with a segment that a DavPath must not have.
+/// The path of an href in a listing: an absolute path or an absolute URL (RFC 4918, 8.3). Blanks around it and one
+/// slash at its end are ignored. Nothing for relative references and for paths with a segment that a DavPath must not
+/// have.
 ///
-/// '?' and '#' belong to the name. Collections are asked for without a query, so that no member's href has one, and a
-/// fragment names no resource; but there are servers that leave both bare in the names of files.
-std::optional<DavPath> SegmentsOfHref(const QByteArray& href, HrefNotes* notes = nullptr);
+/// '?' and '#' belong to the name: the request had no query, so no member's href has one, and a fragment does not
+/// name a resource; but some servers do not escape them in the names of files.
+std::optional<DavPath> SegmentsOfHref(const QByteArray& href);
 
 /// The path of a URL that was requested, typed or redirected to: as SegmentsOfHref, without query and fragment.
-std::optional<DavPath> SegmentsOfUrl(const QByteArray& url, HrefNotes* notes = nullptr);
+std::optional<DavPath> SegmentsOfUrl(const QByteArray& url);
 
-/// Scheme, host and port in lower case, the scheme's usual port and the user left out: "https://host:8443". Empty when
-/// the URL is not absolute.
-QByteArray OriginOfUrl(const QByteArray& url);
-
-/// The last segment of a direct member's path, and nothing in it for the collection itself. Nothing at all for what
-/// lies deeper or elsewhere.
+/// The last segment of a direct member's path; an empty one for the collection itself. Nothing for resources that are
+/// deeper or elsewhere.
 std::optional<QByteArray> MemberName(const DavPath& collection, const DavPath& path);
 
 } // namespace Norlis::Social

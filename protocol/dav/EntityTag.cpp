@@ -6,7 +6,7 @@ namespace Norlis::Social {
 
 namespace {
 
-/// What stands between the quotes, or the whole of a tag that has none, without what front ends add.
+/// The text between the quotes, or the whole of a tag without quotes, without what front ends append.
 QByteArray Opaque(const QByteArray& text)
 {
     QByteArray opaque = text.startsWith("W/") ? text.mid(2) : text;

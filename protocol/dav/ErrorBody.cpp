@@ -8,12 +8,12 @@ namespace Norlis::Social {
 
 namespace {
 
-constexpr int longestBody = 64 * 1024; // bytes that are looked at
-constexpr int longestMessage = 300;    // UTF-16 units
+constexpr int maxBodySize = 64 * 1024; // bytes that are read
+constexpr int maxMessageLength = 300;  // UTF-16 units
 
 const QLatin1String davNamespace("DAV:");
 
-/// Both are the texts that their servers write for people.
+/// Texts for the user, of two kinds of servers.
 bool IsMessage(const QXmlStreamReader& reader)
 {
     return (reader.name() == QLatin1String("message") &&
@@ -22,12 +22,13 @@ bool IsMessage(const QXmlStreamReader& reader)
             reader.namespaceUri() == QLatin1String("http://apache.org/dav/xmlns"));
 }
 
-/// Secrets go first: cut or tidied, nothing would know them again.
+/// Secrets are replaced first: cut or tidied, they would not be recognised.
 QString ForPeople(const QString& text, const Secrets& secrets)
 {
     QString tidied = Tidied(secrets.Redact(text));
-    if (tidied.size() > longestMessage) {
-        tidied.truncate(qAsConst(tidied)[longestMessage - 1].isHighSurrogate() ? longestMessage - 1 : longestMessage);
+    if (tidied.size() > maxMessageLength) {
+        tidied.truncate(qAsConst(tidied)[maxMessageLength - 1].isHighSurrogate() ? maxMessageLength - 1
+                                                                                 : maxMessageLength);
     }
     return tidied;
 }
@@ -45,7 +46,7 @@ QString Tidied(QString text)
 
 QString MessageOf(const QByteArray& body, const Secrets& secrets)
 {
-    QXmlStreamReader reader(body.left(longestBody).trimmed());
+    QXmlStreamReader reader(body.left(maxBodySize).trimmed());
     if (!reader.readNextStartElement() || reader.name() != QLatin1String("error") ||
         reader.namespaceUri() != davNamespace) {
         return {};

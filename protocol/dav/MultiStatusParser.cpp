@@ -7,9 +7,9 @@ namespace Norlis::Social {
 
 namespace {
 
-constexpr int sliceSize = 16 * 1024; // bytes that the reader is given at once: it holds a few times as much
-constexpr int openingSize = 4;       // bytes by which the reader knows the encoding
-constexpr int statusPending = 425;   // "Too Early", RFC 8470
+constexpr int sliceSize = 16 * 1024; // bytes given to the reader at once, which needs several times as much memory
+constexpr int openingSize = 4;       // bytes by which the reader detects the encoding
+constexpr int tooEarly = 425;        // RFC 8470: the content is not ready yet
 
 const QLatin1String davNamespace("DAV:");
 const QString separator = QStringLiteral(" ");
@@ -60,9 +60,10 @@ int SliceSize(const QByteArray& bytes, int begin)
     return static_cast<int>(std::find_if(first, first + size, isOther) - first);
 }
 
+/// A document whose content is still being processed is there, too.
 bool IsSuccess(int status)
 {
-    return status >= 200 && status < 300;
+    return (status >= 200 && status < 300) || status == tooEarly;
 }
 
 bool IsUtf8(const QByteArray& bytes)
@@ -94,9 +95,7 @@ int MultiStatusParser::Level(Place place)
     return 0;
 }
 
-MultiStatusParser::MultiStatusParser(DavPath collection, QByteArray origin)
-    : collection(std::move(collection)),
-      origin(std::move(origin))
+MultiStatusParser::MultiStatusParser(DavPath collection) : collection(std::move(collection))
 {
     text.reserve(256);
 }
@@ -151,14 +150,14 @@ void MultiStatusParser::AddSlices(const QByteArray& bytes)
         reader.addData(slice);
         Read();
         if (tokenSize > maximumTokenSize) {
-            Fail(place == Place::Document ? noListing : damaged); // also where the reader hangs at a wrong encoding
+            Fail(place == Place::Document ? noListing : damaged); // also when the reader is stuck at a wrong encoding
         }
     }
 }
 
 void MultiStatusParser::Read()
 {
-    // What follows the last tag, a script's warning for instance, is no part of the listing.
+    // What follows the last tag, a script's warning for instance, is not part of the listing.
     while (error.isEmpty() && !isEnded && !reader.atEnd()) {
         switch (reader.readNext()) {
         case QXmlStreamReader::StartElement:
@@ -171,7 +170,7 @@ void MultiStatusParser::Read()
             AddText(reader.text());
             break;
         case QXmlStreamReader::DTD:
-            Fail(noListing); // pages for people have one, and so has whoever wants to see entities explode
+            Fail(noListing); // web pages have one, and so have attacks by entities
             break;
         case QXmlStreamReader::Invalid:
             if (reader.error() != QXmlStreamReader::PrematureEndOfDocumentError) {
@@ -194,7 +193,7 @@ void MultiStatusParser::StartElement()
     }
 }
 
-/// False for an element that does not matter where it stands.
+/// False for an element that does not matter in its place.
 bool MultiStatusParser::Enter()
 {
     const QStringRef name = reader.name();
@@ -310,31 +309,24 @@ void MultiStatusParser::AddText(const QStringRef& piece)
 void MultiStatusParser::EndPropstat()
 {
     hasStatus = hasStatus || propstatStatus != 0;
-    if (propstatStatus == statusPending) {
-        entry.isPending = true;
-    } else if (!IsSuccess(propstatStatus)) {
+    if (!IsSuccess(propstatStatus)) {
         entry = entryBefore;
     }
 }
 
 void MultiStatusParser::EndResponse()
 {
-    HrefNotes notes;
-    const std::optional<DavPath> path = SegmentsOfHref(href, &notes);
+    const std::optional<DavPath> path = SegmentsOfHref(href);
     if (!path || !(hasStatus || responseStatus != 0)) {
         ++malformedCount;
         return;
-    }
-    if (!origin.isEmpty() && !notes.origin.isEmpty() && notes.origin != origin) {
-        hasForeignAuthority = true;
     }
     std::optional<QByteArray> name = MemberName(collection, *path);
     if (!name) {
         ++foreignCount;
         return;
     }
-    entry.isPending = entry.isPending || responseStatus == statusPending;
-    if (responseStatus != 0 && responseStatus != statusPending && !IsSuccess(responseStatus)) {
+    if (responseStatus != 0 && !IsSuccess(responseStatus)) {
         const bool isAbsent = responseStatus == 404 || responseStatus == 410;
         refusedCount += isAbsent ? 0 : 1;
         return;

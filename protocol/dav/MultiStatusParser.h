@@ -23,9 +23,9 @@ public:
     static constexpr int maximumTokenSize = 64 * 1024;  ///< bytes of one tag, text or comment, roughly
     static constexpr qint64 maximumSize = qint64(1024) * 1024 * 1024; ///< bytes in all
 
-    /// The collection that was asked for (or the document, at depth 0), and the origin that answered, see OriginOfUrl;
-    /// without one no href is taken for foreign.
-    explicit MultiStatusParser(DavPath collection, QByteArray origin = {});
+    /// The collection that was asked for, or the document, at depth 0. Of hrefs that are absolute URLs only the path
+    /// counts: behind some proxies they have another origin than the server that answered.
+    explicit MultiStatusParser(DavPath collection);
 
     /// The next piece, of any size. False once the answer has been found unreadable; the rest is then ignored.
     bool Add(const QByteArray& piece);
@@ -62,12 +62,6 @@ public:
     int RefusedCount() const
     {
         return refusedCount;
-    }
-
-    /// Whether a href spoke of another origin, as behind some proxies. Only its path was used.
-    bool HasForeignAuthority() const
-    {
-        return hasForeignAuthority;
     }
 
     /// Whether the collection itself was among the responses.
@@ -109,7 +103,6 @@ private:
     void Fail(const char* message);
 
     const DavPath collection;
-    const QByteArray origin;
 
     QXmlStreamReader reader;
     QByteArray opening; ///< the first bytes, until it is known what has to be left out before the declaration
@@ -140,7 +133,6 @@ private:
     int foreignCount = 0;
     int malformedCount = 0;
     int refusedCount = 0;
-    bool hasForeignAuthority = false;
     bool sawSelf = false;
 };
 

@@ -42,13 +42,13 @@ std::optional<bool> Truth(const QStringRef& text)
     return std::nullopt;
 }
 
-/// What could not stand in a header field is of no use, and dangerous there.
+/// One that cannot be sent in a header field is useless, and dangerous.
 QByteArray Etag(const QStringRef& text)
 {
     return std::any_of(text.begin(), text.end(), IsControl) ? QByteArray() : text.toUtf8();
 }
 
-/// In lower case; empty when it is none.
+/// In lower case; empty when it is not an MD5.
 QByteArray Md5(const QStringRef& text)
 {
     const QByteArray hash = text.toLatin1().toLower();
@@ -56,7 +56,7 @@ QByteArray Md5(const QStringRef& text)
     return hash.size() == 32 && std::all_of(hash.begin(), hash.end(), isHexadecimal) ? hash : QByteArray();
 }
 
-/// Of items such as "SHA1:..." and "MD5:...", parted by blanks.
+/// Of items such as "SHA1:..." and "MD5:...", separated by blanks.
 QByteArray Md5OfChecksums(const QString& text)
 {
     const QString plain = text.simplified();
@@ -84,13 +84,10 @@ bool PropertyReader::Begin(const QStringRef& namespaceUri, const QStringRef& nam
         {davNamespace, QLatin1String("getcontentlength"), Kind::ContentLength},
         {davNamespace, QLatin1String("getlastmodified"), Kind::LastModified},
         {davNamespace, QLatin1String("getetag"), Kind::Etag},
-        {davNamespace, QLatin1String("getcontenttype"), Kind::ContentType},
         {davNamespace, QLatin1String("creationdate"), Kind::CreationDate},
         {davNamespace, QLatin1String("quota-used-bytes"), Kind::QuotaUsed},
         {davNamespace, QLatin1String("quota-available-bytes"), Kind::QuotaAvailable},
         {ownCloudNamespace, QLatin1String("fileid"), Kind::FileId},
-        {ownCloudNamespace, QLatin1String("id"), Kind::GlobalId},
-        {ownCloudNamespace, QLatin1String("permissions"), Kind::Permissions},
         {ownCloudNamespace, QLatin1String("checksums"), Kind::Checksums},
         {nextcloudNamespace, QLatin1String("has-preview"), Kind::HasPreview},
         {ourNamespace, QLatin1String(storedMd5Property), Kind::StoredMd5},
@@ -120,9 +117,6 @@ void PropertyReader::End(const QString& text, DavEntry& entry) const
     case Kind::ContentLength:
         entry.size = Length(value);
         break;
-    case Kind::ContentType:
-        entry.contentType = value.toString();
-        break;
     case Kind::Etag:
         entry.etag = Etag(value);
         break;
@@ -140,12 +134,6 @@ void PropertyReader::End(const QString& text, DavEntry& entry) const
         break;
     case Kind::FileId:
         entry.fileId = value.toString();
-        break;
-    case Kind::GlobalId:
-        entry.globalId = value.toString();
-        break;
-    case Kind::Permissions:
-        entry.permissions = value.toString();
         break;
     case Kind::Checksums:
         entry.md5 = Md5OfChecksums(text);

@@ -6,11 +6,11 @@ namespace Norlis::Social {
 
 namespace {
 
-constexpr int longestKeptBody = 1024 * 1024; // bytes; of answers that are read as a whole
-constexpr long longestConnecting = 20'000;   // milliseconds
-constexpr long bufferSize = 512 * 1024;      // bytes; large transfers pass in fewer steps
-constexpr qint64 largeBody = 1024 * 1024;    // bytes, from which on the server is asked before it is sent
-constexpr long longestAnswerToAsking = 500;  // milliseconds; some servers never answer that
+constexpr int maxKeptBody = 1024 * 1024;        // bytes; of answers that are read as a whole
+constexpr long connectTimeout = 20'000;         // milliseconds
+constexpr long bufferSize = 512 * 1024;         // bytes; so that large transfers take fewer steps
+constexpr qint64 expectThreshold = 1024 * 1024; // bytes; from this size on, the server is asked before the body is sent
+constexpr long expectTimeout = 500;             // milliseconds; some servers never answer that question
 
 HttpResponse::Fault FaultOf(CURLcode code)
 {
@@ -40,7 +40,7 @@ HttpResponse::Fault FaultOf(CURLcode code)
     }
 }
 
-/// For people.
+/// For the user.
 QString TextOf(CURLcode code, const char* detail)
 {
     switch (code) {
@@ -48,9 +48,9 @@ QString TextOf(CURLcode code, const char* detail)
         return {};
     case CURLE_UNSUPPORTED_PROTOCOL:
     case CURLE_WEIRD_SERVER_REPLY:
-        return QStringLiteral("what answers there does not speak HTTP");
+        return QStringLiteral("the answer is not HTTP");
     case CURLE_SSL_CONNECT_ERROR:
-        return QStringLiteral("no encrypted connection could be agreed on (%1)").arg(QString::fromUtf8(detail));
+        return QStringLiteral("no secure connection could be established (%1)").arg(QString::fromUtf8(detail));
     default:
         return QString::fromUtf8(detail[0] != '\0' ? detail : curl_easy_strerror(code));
     }
@@ -66,7 +66,7 @@ CurlExchange* Self(void* self)
 CurlExchange::CurlExchange(CurlLoop& loop, const HttpRequest& request, const Settings& settings)
     : loop(loop),
       request(request),
-      patience(settings.patience),
+      silenceTimeout(settings.silenceTimeout),
       handle(curl_easy_init())
 {
     response.url = request.url;
@@ -94,7 +94,7 @@ void CurlExchange::SetUp(const Settings& settings)
     curl_easy_setopt(handle, CURLOPT_ERRORBUFFER, errorText);
     curl_easy_setopt(handle, CURLOPT_BUFFERSIZE, bufferSize);
     curl_easy_setopt(handle, CURLOPT_UPLOAD_BUFFERSIZE, bufferSize);
-    curl_easy_setopt(handle, CURLOPT_CONNECTTIMEOUT_MS, std::min<long>(longestConnecting, patience));
+    curl_easy_setopt(handle, CURLOPT_CONNECTTIMEOUT_MS, std::min<long>(connectTimeout, silenceTimeout));
     curl_easy_setopt(handle, CURLOPT_USERAGENT, settings.userAgent.constData());
     curl_easy_setopt(handle, CURLOPT_PREREQFUNCTION, &CurlExchange::OnRequest);
     curl_easy_setopt(handle, CURLOPT_PREREQDATA, this);
@@ -130,14 +130,14 @@ void CurlExchange::SetUpBody()
         curl_easy_setopt(handle, CURLOPT_READDATA, this);
         curl_easy_setopt(handle, CURLOPT_SEEKFUNCTION, &CurlExchange::OnSeek);
         curl_easy_setopt(handle, CURLOPT_SEEKDATA, this);
-        curl_easy_setopt(handle, CURLOPT_EXPECT_100_TIMEOUT_MS, longestAnswerToAsking);
+        curl_easy_setopt(handle, CURLOPT_EXPECT_100_TIMEOUT_MS, expectTimeout);
     } else if (!request.body.isEmpty()) {
         curl_easy_setopt(handle, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(size));
         curl_easy_setopt(handle, CURLOPT_POSTFIELDS, request.body.constData());
     }
-    AddHeader(size >= largeBody ? "Expect: 100-continue" : "Expect:");
+    AddHeader(size >= expectThreshold ? "Expect: 100-continue" : "Expect:");
     curl_easy_setopt(handle, CURLOPT_HTTPHEADER, headers);
-    curl_easy_setopt(handle, CURLOPT_HEADEROPT, static_cast<long>(CURLHEADER_SEPARATE)); // no proxy gets them
+    curl_easy_setopt(handle, CURLOPT_HEADEROPT, static_cast<long>(CURLHEADER_SEPARATE)); // proxies do not get them
 }
 
 void CurlExchange::AddHeader(const QByteArray& line)
@@ -157,8 +157,8 @@ void CurlExchange::Start(Done whenDone)
 
 std::function<void()> CurlExchange::Resumer()
 {
-    return [this, alive = std::weak_ptr<bool>(life)] {
-        if (!alive.expired()) {
+    return [this, guard = lifetime.Watch()] {
+        if (guard) {
             isPaused = false;
             sinceActivity.start();
             loop.Resume(handle);
@@ -183,20 +183,20 @@ qint64 CurlExchange::ReceivedBytes() const
 void CurlExchange::CheckSilence()
 {
     const qint64 bytes = SentBytes() + ReceivedBytes();
-    if (bytes != seenBytes || isPaused) { // a pause is ours
+    if (bytes != seenBytes || isPaused) { // the server is not to blame for a pause
         seenBytes = bytes;
         sinceActivity.start();
     }
-    if (sinceActivity.elapsed() >= patience) {
+    if (sinceActivity.elapsed() >= silenceTimeout) {
         loop.Remove(handle);
         Fail(HttpResponse::Fault::Silent, QStringLiteral("The server has been silent for %1 seconds")
-                                              .arg(QString::number(patience / 1000.0, 'g', 3)));
+                                              .arg(QString::number(silenceTimeout / 1000.0, 'g', 3)));
     }
 }
 
 int CurlExchange::OnRequest(void* self, char*, char*, int, int)
 {
-    // libcurl sends again, whatever it is, when a kept connection is closed in place of an answer.
+    // libcurl repeats every request, whatever it is, when a kept connection is closed instead of answered.
     const bool isAgain = ++Self(self)->timesSent > 1;
     return isAgain && !Self(self)->request.isRepeatable ? CURL_PREREQFUNC_ABORT : CURL_PREREQFUNC_OK;
 }
@@ -238,8 +238,8 @@ bool CurlExchange::BeginSink()
 std::size_t CurlExchange::TakeBody(const char* data, std::size_t size)
 {
     if (!request.sink || !response.head.HasSucceeded()) {
-        // What is beyond is read, so that the connection can be kept, but not stored.
-        const auto room = static_cast<std::size_t>(longestKeptBody - response.body.size());
+        // The rest is read, so that the connection can be kept, but not stored.
+        const auto room = static_cast<std::size_t>(maxKeptBody - response.body.size());
         response.body.append(data, static_cast<int>(std::min(room, size)));
         return size;
     }
@@ -287,7 +287,7 @@ int CurlExchange::OnSeek(void* self, curl_off_t offset, int origin)
 void CurlExchange::Finish(CURLcode code)
 {
     if (code == CURLE_ABORTED_BY_CALLBACK && !request.isRepeatable && timesSent > 1) {
-        code = CURLE_GOT_NOTHING; // to the only time that it was sent
+        code = CURLE_GOT_NOTHING; // which is what happened to the first attempt
         errorText[0] = '\0';
     }
     // A sink also learns of an answer without a body.
@@ -298,7 +298,7 @@ void CurlExchange::Finish(CURLcode code)
         Fail(HttpResponse::Fault::Broken, QStringLiteral("The server gave no final answer"));
         return;
     }
-    // An answer that comes while the body is still being sent is one, however the connection ends.
+    // An answer that comes while the body is still being sent counts, however the connection ends.
     if (FaultOf(code) == HttpResponse::Fault::Broken && response.head.status >= 300) {
         code = CURLE_OK;
     }
@@ -310,8 +310,7 @@ void CurlExchange::Fail(HttpResponse::Fault fault, const QString& text)
 {
     response.fault = fault;
     response.faultText = text;
-    const auto whenDone = std::move(done); // it destroys this object
-    whenDone(std::move(response));
+    CallOnce(done, std::move(response)); // it destroys this object
 }
 
 } // namespace Norlis::Social

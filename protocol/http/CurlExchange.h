@@ -2,6 +2,7 @@
 
 #include "CurlLoop.h"
 #include "HttpMessage.h"
+#include <base/Lifetime.h>
 
 #include <QElapsedTimer>
 
@@ -17,7 +18,7 @@ public:
         QByteArray authorization; ///< value of the field; empty when nobody is signed in
         QByteArray certificateFile;
         bool isProxied = true;
-        int patience = 60'000; ///< milliseconds
+        int silenceTimeout = 60'000; ///< milliseconds
     };
     using Done = std::function<void(HttpResponse)>;
 
@@ -62,7 +63,7 @@ private:
 
     CurlLoop& loop;
     const HttpRequest request;
-    const int patience;
+    const int silenceTimeout; ///< milliseconds
     int timesSent = 0;
     CURL* const handle;
     curl_slist* headers = nullptr;
@@ -75,10 +76,9 @@ private:
     bool hasDelivered = false;
     bool isPaused = false;
     QElapsedTimer sinceActivity;
-    qint64 seenBytes = 0; ///< both ways, when there was activity last
+    qint64 seenBytes = 0; ///< sent and received by the time of the last activity
 
-    /// Held weakly by what may come after the end.
-    const std::shared_ptr<bool> life = std::make_shared<bool>();
+    Lifetime lifetime; ///< sources and sinks may call back after the exchange has ended
 };
 
 } // namespace Norlis::Social

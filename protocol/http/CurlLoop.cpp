@@ -4,21 +4,26 @@ namespace Norlis::Social {
 
 namespace {
 
-// More than are used at once, so that the next request finds a connection open.
-constexpr long keptConnections = 16;
+// More than are used at once, so that the next request finds an open connection.
+constexpr long maxKeptConnections = 16;
 
-void InitializeCurl()
+CURLM* NewMulti()
 {
     static const CURLcode once = curl_global_init(CURL_GLOBAL_DEFAULT);
     Q_UNUSED(once)
+    return curl_multi_init();
 }
 
 } // namespace
 
-CurlLoop::CurlLoop()
+CurlLoop::CurlLoop() : multi(NewMulti())
 {
-    InitializeCurl();
-    MakeMulti();
+    curl_multi_setopt(multi, CURLMOPT_SOCKETFUNCTION, &CurlLoop::OnSocket);
+    curl_multi_setopt(multi, CURLMOPT_SOCKETDATA, this);
+    curl_multi_setopt(multi, CURLMOPT_TIMERFUNCTION, &CurlLoop::OnTimer);
+    curl_multi_setopt(multi, CURLMOPT_TIMERDATA, this);
+    curl_multi_setopt(multi, CURLMOPT_MAXCONNECTS, maxKeptConnections);
+    curl_multi_setopt(multi, CURLMOPT_PIPELINING, CURLPIPE_NOTHING);
     timer.setSingleShot(true);
     timer.setTimerType(Qt::PreciseTimer);
     connect(&timer, &QTimer::timeout, this, [this] { Act(CURL_SOCKET_TIMEOUT, 0); });
@@ -30,17 +35,6 @@ CurlLoop::~CurlLoop()
         curl_multi_remove_handle(multi, handle);
     }
     curl_multi_cleanup(multi);
-}
-
-void CurlLoop::MakeMulti()
-{
-    multi = curl_multi_init();
-    curl_multi_setopt(multi, CURLMOPT_SOCKETFUNCTION, &CurlLoop::OnSocket);
-    curl_multi_setopt(multi, CURLMOPT_SOCKETDATA, this);
-    curl_multi_setopt(multi, CURLMOPT_TIMERFUNCTION, &CurlLoop::OnTimer);
-    curl_multi_setopt(multi, CURLMOPT_TIMERDATA, this);
-    curl_multi_setopt(multi, CURLMOPT_MAXCONNECTS, keptConnections);
-    curl_multi_setopt(multi, CURLMOPT_PIPELINING, CURLPIPE_NOTHING);
 }
 
 void CurlLoop::Add(CURL* handle, Done done)
@@ -64,20 +58,10 @@ void CurlLoop::Resume(CURL* handle)
     }
     const CURLcode code = curl_easy_pause(handle, CURLPAUSE_CONT);
     if (code != CURLE_OK) {
-        // What had been held back is refused now; libcurl says so here and lets the transfer lie.
+        // The data that was held back has been refused; libcurl reports it here only, and forgets the transfer.
         refused[handle] = code;
         QMetaObject::invokeMethod(
             this, [this] { CollectEnded(); }, Qt::QueuedConnection);
-    }
-}
-
-void CurlLoop::DropConnections()
-{
-    if (running.empty()) {
-        curl_multi_cleanup(multi);
-        watched.clear();
-        timer.stop();
-        MakeMulti();
     }
 }
 
@@ -107,7 +91,7 @@ void CurlLoop::Watch(curl_socket_t socket, int action)
         for (auto* notifier : {entry.readable.release(), entry.writable.release()}) {
             if (notifier) {
                 notifier->setEnabled(false);
-                notifier->deleteLater(); // it may be the one that is being served
+                notifier->deleteLater(); // it may be the one that has just been activated
             }
         }
         watched.erase(socket);
@@ -143,9 +127,9 @@ void CurlLoop::Act(curl_socket_t socket, int flags)
 
 void CurlLoop::CollectEnded()
 {
-    // One after the other: the end of one may take back others that have ended too, or destroy this object.
-    const std::weak_ptr<bool> alive = life;
-    while (!alive.expired()) {
+    // One after the other: what is called may remove others that have also ended, or destroy this object.
+    const auto guard = lifetime.Watch();
+    while (guard) {
         const auto ended = TakeEnded();
         if (!ended) {
             return;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <base/Lifetime.h>
+
 #include <QObject>
 #include <QSocketNotifier>
 #include <QTimer>
@@ -21,16 +23,13 @@ public:
     CurlLoop();
     ~CurlLoop() override;
 
-    /// Starts a transfer. done is called from the event loop when it has ended and been taken out, unless Remove comes
-    /// before. Not to be called from inside libcurl's callbacks, as little as Remove and Resume.
+    /// Starts a transfer. done is called from the event loop when it has ended and been removed, unless Remove comes
+    /// before. Like Remove and Resume, not to be called from inside libcurl's callbacks.
     void Add(CURL* handle, Done done);
     void Remove(CURL* handle);
 
-    /// Goes on with a transfer whose callback asked for a pause.
+    /// Continues a transfer whose callback asked for a pause.
     void Resume(CURL* handle);
-
-    /// Closes connections that are kept for later requests.
-    void DropConnections();
 
 private:
     struct Watched {
@@ -41,7 +40,6 @@ private:
     static int OnSocket(CURL* handle, curl_socket_t socket, int action, void* self, void* unused);
     static int OnTimer(CURLM* multi, long milliseconds, void* self);
 
-    void MakeMulti();
     void Watch(curl_socket_t socket, int action);
     std::unique_ptr<QSocketNotifier> Notifier(curl_socket_t socket, QSocketNotifier::Type type, int flag);
     void Act(curl_socket_t socket, int flags);
@@ -50,12 +48,12 @@ private:
     /// What is to be called for the next transfer that has ended, and with what.
     std::optional<std::pair<Done, CURLcode>> TakeEnded();
 
-    CURLM* multi = nullptr;
+    CURLM* const multi;
     std::unordered_map<curl_socket_t, Watched> watched;
     std::unordered_map<CURL*, Done> running;
     std::unordered_map<CURL*, CURLcode> refused; ///< of those, when they were resumed
     QTimer timer;
-    const std::shared_ptr<bool> life = std::make_shared<bool>(); ///< held weakly by what may outlive this
+    Lifetime lifetime; ///< what is called for a transfer that has ended may destroy this object
 };
 
 } // namespace Norlis::Social

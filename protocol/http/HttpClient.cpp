@@ -1,7 +1,7 @@
 #include "HttpClient.h"
 
 #include "HttpDate.h"
-#include <protocol/dav/DavPath.h>
+#include "Origin.h"
 
 #include <QDateTime>
 #include <QFile>
@@ -12,24 +12,22 @@
 #include <algorithm>
 #include <vector>
 
-#include <arpa/inet.h>
-
 namespace Norlis::Social {
 
 namespace {
 
 Q_LOGGING_CATEGORY(httpLog, "norlis.http", QtInfoMsg)
 
-constexpr int mostAttempts = 3;
-constexpr int mostHops = 5;
-constexpr int firstPause = 400;      // milliseconds; doubled each time
-constexpr int longestPause = 30'000; // milliseconds; a server that asks for more is reported instead
-constexpr int silenceCheck = 500;    // milliseconds
+constexpr int maxAttempts = 3;
+constexpr int maxRedirects = 5;
+constexpr int firstPause = 400;   // milliseconds; doubled each time
+constexpr int maxPause = 30'000;  // milliseconds; a server that asks for more is reported instead
+constexpr int silenceCheck = 500; // milliseconds
 
-int MostRunning(HttpRequest::Lane lane)
+int MaxRunning(HttpRequest::Lane lane)
 {
     switch (lane) {
-    case HttpRequest::Lane::Listing: // answered in the order of asking
+    case HttpRequest::Lane::Listing: // answered in the order in which they were sent
     case HttpRequest::Lane::Background:
         return 1;
     case HttpRequest::Lane::Preview:
@@ -41,7 +39,7 @@ int MostRunning(HttpRequest::Lane lane)
     return 4;
 }
 
-/// What a log may show of an address.
+/// The part of an address that may be logged.
 QString LoggedUrl(const QByteArray& url)
 {
     return QString::fromLatin1(url.split('?').constFirst());
@@ -60,7 +58,7 @@ qint64 RetryAfter(const HttpHead& head)
     return time.isValid() ? qMax<qint64>(0, QDateTime::currentDateTimeUtc().msecsTo(time)) : -1;
 }
 
-/// Some servers lock a resource for as long as another request of ours is at it.
+/// Some servers lock a resource while they handle another request of ours for it.
 bool IsBusy(int status)
 {
     return status == 423 || status == 429 || status == 502 || status == 503 || status == 504;
@@ -73,18 +71,13 @@ bool IsRedirect(int status)
 
 } // namespace
 
-bool IsLoopback(const QByteArray& url)
+HttpClient::HttpClient(const Settings& settings, const Secrets& secrets, std::function<void()> onIdle)
+    : settings(settings),
+      secrets(secrets),
+      onIdle(std::move(onIdle))
 {
-    const QByteArray host = QUrl::fromEncoded(url).host().toLower().toUtf8();
-    in_addr address = {};
-    const bool isV4 = inet_pton(AF_INET, host.constData(), &address) == 1;
-    return host == "localhost" || host == "::1" || (isV4 && (ntohl(address.s_addr) >> 24) == 127);
-}
-
-HttpClient::HttpClient(const Settings& settings, const Secrets& secrets) : settings(settings), secrets(secrets)
-{
-    silenceTimer.setInterval(std::min(silenceCheck, std::max(settings.patience / 4, 1)));
-    QObject::connect(&silenceTimer, &QTimer::timeout, &silenceTimer, [this] {
+    silenceTimer.setInterval(std::min(silenceCheck, std::max(settings.silenceTimeout / 4, 1)));
+    connect(&silenceTimer, &QTimer::timeout, this, [this] {
         std::vector<qint64> running;
         for (const auto& [id, pending] : requests) {
             if (pending.exchange) {
@@ -95,7 +88,7 @@ HttpClient::HttpClient(const Settings& settings, const Secrets& secrets) : setti
             silenceTimer.stop();
         }
         for (const qint64 id : running) {
-            const auto found = requests.find(id); // an earlier one's end may have cancelled it
+            const auto found = requests.find(id); // the end of an earlier one may have cancelled it
             if (found != requests.end() && found->second.exchange) {
                 found->second.exchange->CheckSilence();
             }
@@ -118,9 +111,9 @@ qint64 HttpClient::Send(const HttpRequest& request, Done done)
 void HttpClient::Queue(qint64 id, HttpRequest::Lane lane)
 {
     waiting[lane].push_back(id);
-    // Not at once: the caller may be in the middle of a callback of libcurl's.
+    // Not at once: the caller may be inside a callback of libcurl.
     QMetaObject::invokeMethod(
-        &context, [this, lane] { StartNext(lane); }, Qt::QueuedConnection);
+        this, [this, lane] { StartNext(lane); }, Qt::QueuedConnection);
 }
 
 void HttpClient::Cancel(qint64 id)
@@ -131,17 +124,25 @@ void HttpClient::Cancel(qint64 id)
     }
     const auto lane = found->second.request.lane;
     const bool wasRunning = found->second.exchange != nullptr;
-    requests.erase(found); // what waits in the lane is skipped when its turn comes
+    Erase(id); // what waits in the lane is skipped when its turn comes
     if (wasRunning) {
         --runningIn[lane];
         StartNext(lane);
     }
 }
 
+void HttpClient::Erase(qint64 id)
+{
+    requests.erase(id);
+    if (requests.empty()) {
+        onIdle();
+    }
+}
+
 void HttpClient::StartNext(HttpRequest::Lane lane)
 {
     auto& queue = waiting[lane];
-    while (!queue.empty() && runningIn[lane] < MostRunning(lane)) {
+    while (!queue.empty() && runningIn[lane] < MaxRunning(lane)) {
         const qint64 id = queue.front();
         queue.pop_front();
         if (requests.count(id) != 0) {
@@ -158,7 +159,7 @@ void HttpClient::Start(qint64 id)
     exchangeSettings.userAgent = settings.userAgent;
     exchangeSettings.certificateFile = QFile::encodeName(settings.certificateFile);
     exchangeSettings.isProxied = !IsLoopback(pending.request.url);
-    exchangeSettings.patience = settings.patience;
+    exchangeSettings.silenceTimeout = settings.silenceTimeout;
     if (OriginOfUrl(pending.request.url) == settings.origin) {
         exchangeSettings.authorization = settings.authorization;
     }
@@ -186,14 +187,14 @@ void HttpClient::OnEnded(qint64 id, HttpResponse&& response)
     if (Follow(pending, response)) {
         Queue(id, lane);
     } else if (pause >= 0) {
-        QTimer::singleShot(pause, &context, [this, id, lane] {
+        QTimer::singleShot(pause, this, [this, id, lane] {
             if (requests.count(id) != 0) {
                 Queue(id, lane);
             }
         });
     } else {
         const auto done = std::move(pending.done);
-        requests.erase(found);
+        Erase(id);
         StartNext(lane);
         done(std::move(response)); // it may destroy the client
         return;
@@ -212,14 +213,14 @@ bool HttpClient::Follow(Pending& pending, HttpResponse& response)
         QUrl::fromEncoded(pending.request.url).resolved(QUrl::fromEncoded(response.head.Field("location"))).toEncoded();
     response.fault = HttpResponse::Fault::Redirected;
     if (response.head.Field("location").isEmpty()) {
-        response.faultText = QStringLiteral("The server redirects without saying where to");
-    } else if (status == 303 && !isRead) { // its target answers another question, RFC 9110, 15.4.4
-        response.faultText = QStringLiteral("The server sends to a page in place of an answer");
+        response.faultText = QStringLiteral("The server redirects without saying where");
+    } else if (status == 303 && !isRead) { // the target answers another question, RFC 9110, 15.4.4
+        response.faultText = QStringLiteral("The server redirects to a page instead of answering");
     } else if (OriginOfUrl(target) != settings.origin) {
         const QByteArray origin = OriginOfUrl(target);
-        response.faultText = QStringLiteral("The server sends to another place: %1")
-                                 .arg(QString::fromUtf8(origin.isEmpty() ? "no web address" : origin));
-    } else if (++pending.hops > mostHops) {
+        response.faultText = QStringLiteral("The server redirects to another place: %1")
+                                 .arg(QString::fromUtf8(origin.isEmpty() ? "not a web address" : origin));
+    } else if (++pending.redirects > maxRedirects) {
         response.faultText = QStringLiteral("The server redirects in circles");
     } else {
         pending.request.url = target;
@@ -234,17 +235,17 @@ int HttpClient::PauseBeforeRepeating(const Pending& pending, const HttpResponse&
     using Fault = HttpResponse::Fault;
     const bool isPassing = response.fault == Fault::Unreachable || response.fault == Fault::Broken ||
                            (response.fault == Fault::None && IsBusy(response.head.status));
-    if (!isPassing || !pending.request.isRepeatable || pending.attempts >= mostAttempts ||
+    if (!isPassing || !pending.request.isRepeatable || pending.attempts >= maxAttempts ||
         pending.exchange->HasDelivered()) {
         return -1;
     }
     if (response.fault == Fault::None) {
         const qint64 asked = RetryAfter(response.head);
         if (asked >= 0) {
-            return asked <= longestPause ? static_cast<int>(asked) : -1;
+            return asked <= maxPause ? static_cast<int>(asked) : -1;
         }
     }
-    // Not all clients at the same moment.
+    // Random, so that not all clients return at the same moment.
     const int pause = firstPause << (pending.attempts - 1);
     return pause / 2 + static_cast<int>(QRandomGenerator::global()->bounded(pause));
 }

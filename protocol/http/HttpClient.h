@@ -14,30 +14,30 @@ namespace Norlis::Social {
 
 /// Requests to one origin (scheme, host and port), each answered once.
 ///
-/// Requests wait in lanes, so that documents, lists and previews do not wait for each other. A request that may be
-/// repeated is, a few times and after a pause, when the server was busy or the connection broke. Redirects are followed
-/// within the origin only, with the same method and body; the credentials never leave it. Nothing is kept that a server
-/// sets: no cookies.
+/// Requests wait in lanes, so that documents, lists and previews do not wait for each other. When the server is busy or
+/// the connection breaks, a repeatable request is repeated a few times, after a pause. Redirects are followed within
+/// the origin only, with the same method and body; the credentials never leave it. There are no cookies.
 ///
 /// Lives on one thread with an event loop. Destruction drops all requests without an answer.
-class HttpClient {
+class HttpClient : public QObject {
 public:
     struct Settings {
         QByteArray origin; ///< as OriginOfUrl gives it
         QByteArray userAgent;
         QByteArray authorization; ///< value of the Authorization field
         QString certificateFile;
-        int patience = 60'000; ///< milliseconds
+        int silenceTimeout = 60'000; ///< milliseconds without any activity, after which a request has failed
     };
     using Done = std::function<void(HttpResponse)>;
 
-    HttpClient(const Settings& settings, const Secrets& secrets);
-    ~HttpClient();
+    /// \param onIdle called whenever the last request is answered or cancelled; it must not destroy the client
+    HttpClient(const Settings& settings, const Secrets& secrets, std::function<void()> onIdle);
+    ~HttpClient() override;
 
     /// Returns the request's id. done is called from the event loop, unless the request is cancelled.
     qint64 Send(const HttpRequest& request, Done done);
 
-    /// Unknown ids are ignored. A running request is cut off.
+    /// Unknown ids are ignored. A running request is aborted.
     void Cancel(qint64 id);
 
 private:
@@ -45,16 +45,17 @@ private:
         HttpRequest request;
         Done done;
         int attempts = 0;
-        int hops = 0;
+        int redirects = 0;
         std::unique_ptr<CurlExchange> exchange; ///< while it runs
         QElapsedTimer sinceStart;
     };
 
+    void Erase(qint64 id);
     void StartNext(HttpRequest::Lane lane);
     void Start(qint64 id);
     void OnEnded(qint64 id, HttpResponse&& response);
 
-    /// Whether the request goes on elsewhere within the origin; else the response may say why it does not.
+    /// Whether the request continues elsewhere within the origin; if not, the response may say why.
     bool Follow(Pending& pending, HttpResponse& response);
 
     /// The pause before another attempt, in milliseconds; -1 when there is none.
@@ -64,16 +65,13 @@ private:
 
     const Settings settings;
     const Secrets& secrets;
+    const std::function<void()> onIdle;
     CurlLoop loop;
     qint64 lastId = 0;
     std::map<qint64, Pending> requests;
     std::map<HttpRequest::Lane, std::deque<qint64>> waiting;
     std::map<HttpRequest::Lane, int> runningIn;
     QTimer silenceTimer;
-    QObject context; ///< of delayed calls
 };
-
-/// Whether the host of an address is this machine.
-bool IsLoopback(const QByteArray& url);
 
 } // namespace Norlis::Social

@@ -4,7 +4,7 @@ namespace Norlis::Social {
 
 namespace {
 
-/// Takes a text apart, from left to right. After the first mismatch it is failed, and says 0 to everything.
+/// Reads a text from left to right. After the first mismatch it has failed, and every number is 0.
 class Scanner {
 public:
     explicit Scanner(const QByteArray& text) : at(text.begin()), end(text.end()) {}
@@ -52,15 +52,15 @@ public:
         }
     }
 
-    int Number(int fewestDigits, int mostDigits)
+    int Number(int minDigits, int maxDigits)
     {
         int number = 0;
         int digits = 0;
-        while (at != end && digits < mostDigits && IsDigit(*at)) {
+        while (at != end && digits < maxDigits && IsDigit(*at)) {
             number = number * 10 + (*at++ - '0');
             ++digits;
         }
-        if (digits < fewestDigits) {
+        if (digits < minDigits) {
             Fail();
         }
         return failed ? 0 : number;
@@ -91,7 +91,7 @@ private:
     bool failed = false;
 };
 
-struct Moment {
+struct ParsedTime {
     int year = 0;
     int month = 0;
     int day = 0;
@@ -100,7 +100,7 @@ struct Moment {
     int offset = 0; ///< seconds by which the text is ahead of UTC
 };
 
-void ReadTime(Scanner& in, Moment& moment)
+void ReadTime(Scanner& in, ParsedTime& time)
 {
     const int hours = in.Number(1, 2);
     in.Expect(':');
@@ -110,11 +110,11 @@ void ReadTime(Scanner& in, Moment& moment)
     if (hours > 23 || minutes > 59 || seconds > 60) {
         in.Fail();
     }
-    moment.seconds = (hours * 60 + minutes) * 60 + seconds;
+    time.seconds = (hours * 60 + minutes) * 60 + seconds;
 }
 
 /// +01:00, -0500
-void ReadOffset(Scanner& in, Moment& moment)
+void ReadOffset(Scanner& in, ParsedTime& time)
 {
     const int sign = in.Skip('-') ? -1 : 1;
     if (sign > 0) {
@@ -126,14 +126,14 @@ void ReadOffset(Scanner& in, Moment& moment)
     if (hours > 23 || minutes > 59) {
         in.Fail();
     }
-    moment.offset = sign * (hours * 60 + minutes) * 60;
+    time.offset = sign * (hours * 60 + minutes) * 60;
 }
 
-void ReadZone(Scanner& in, Moment& moment)
+void ReadZone(Scanner& in, ParsedTime& time)
 {
     in.Blanks();
     if (in.Next() == '+' || in.Next() == '-') {
-        ReadOffset(in, moment);
+        ReadOffset(in, time);
         return;
     }
     const QByteArray zone = in.Word().toUpper();
@@ -163,54 +163,54 @@ int FullYear(int year)
 }
 
 /// Sun Nov  6 08:49:37 1994, after the day of the week
-void ReadAsctime(Scanner& in, Moment& moment)
+void ReadAsctime(Scanner& in, ParsedTime& time)
 {
-    moment.month = ReadMonth(in);
+    time.month = ReadMonth(in);
     in.Blanks();
-    moment.day = in.Number(1, 2);
+    time.day = in.Number(1, 2);
     in.Expect(' ');
-    ReadTime(in, moment);
+    ReadTime(in, time);
     in.Expect(' ');
-    moment.year = in.Number(4, 4);
+    time.year = in.Number(4, 4);
 }
 
 /// Sun, 06 Nov 1994 08:49:37 GMT and Sunday, 06-Nov-94 08:49:37 GMT, after the comma
-void ReadDayFirst(Scanner& in, Moment& moment)
+void ReadDayFirst(Scanner& in, ParsedTime& time)
 {
     in.Blanks();
-    moment.day = in.Number(1, 2);
+    time.day = in.Number(1, 2);
     const char separator = in.Next() == '-' ? '-' : ' ';
     in.Expect(separator);
-    moment.month = ReadMonth(in);
+    time.month = ReadMonth(in);
     in.Expect(separator);
     const int century = in.Number(2, 2);
-    moment.year = Scanner::IsDigit(in.Next()) ? century * 100 + in.Number(2, 2) : FullYear(century);
+    time.year = Scanner::IsDigit(in.Next()) ? century * 100 + in.Number(2, 2) : FullYear(century);
     in.Expect(' ');
-    ReadTime(in, moment);
-    ReadZone(in, moment);
+    ReadTime(in, time);
+    ReadZone(in, time);
 }
 
 /// 1994-11-06T08:49:37.5+01:00
-void ReadRfc3339(Scanner& in, Moment& moment)
+void ReadRfc3339(Scanner& in, ParsedTime& time)
 {
-    moment.year = in.Number(4, 4);
+    time.year = in.Number(4, 4);
     in.Expect('-');
-    moment.month = in.Number(2, 2);
+    time.month = in.Number(2, 2);
     in.Expect('-');
-    moment.day = in.Number(2, 2);
+    time.day = in.Number(2, 2);
     if (!in.Skip('t') && !in.Skip(' ')) {
         in.Expect('T');
     }
-    ReadTime(in, moment);
+    ReadTime(in, time);
     if (in.Skip('.')) {
         for (const int weight : {100, 10, 1}) {
-            moment.milliseconds += weight * (Scanner::IsDigit(in.Next()) || weight == 100 ? in.Number(1, 1) : 0);
+            time.milliseconds += weight * (Scanner::IsDigit(in.Next()) || weight == 100 ? in.Number(1, 1) : 0);
         }
         while (Scanner::IsDigit(in.Next())) {
             in.Number(1, 1);
         }
     }
-    ReadZone(in, moment);
+    ReadZone(in, time);
 }
 
 } // namespace
@@ -219,25 +219,25 @@ QDateTime ParseHttpDate(const QByteArray& text)
 {
     const QByteArray trimmed = text.trimmed();
     Scanner in(trimmed);
-    Moment moment;
+    ParsedTime time;
     if (Scanner::IsDigit(in.Next())) {
-        ReadRfc3339(in, moment);
+        ReadRfc3339(in, time);
     } else {
         in.Word();
         if (in.Skip(',')) {
-            ReadDayFirst(in, moment);
+            ReadDayFirst(in, time);
         } else {
             in.Expect(' ');
-            ReadAsctime(in, moment);
+            ReadAsctime(in, time);
         }
     }
-    const QDate date(moment.year, moment.month, moment.day);
+    const QDate date(time.year, time.month, time.day);
     if (in.HasFailed() || !in.IsAtEnd() || !date.isValid()) {
         return {};
     }
     const qint64 days = date.toJulianDay() - QDate(1970, 1, 1).toJulianDay();
-    const qint64 seconds = days * 86'400 + moment.seconds - moment.offset;
-    return seconds > 0 ? QDateTime::fromMSecsSinceEpoch(seconds * 1000 + moment.milliseconds, Qt::UTC) : QDateTime();
+    const qint64 seconds = days * 86'400 + time.seconds - time.offset;
+    return seconds > 0 ? QDateTime::fromMSecsSinceEpoch(seconds * 1000 + time.milliseconds, Qt::UTC) : QDateTime();
 }
 
 } // namespace Norlis::Social

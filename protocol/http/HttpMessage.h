@@ -13,19 +13,19 @@ namespace Norlis::Social {
 /// A body that is sent while it is produced. Used on the thread of the HttpClient.
 class HttpSource {
 public:
-    static constexpr qint64 later = -1;  ///< nothing is there yet; onReady follows
-    static constexpr qint64 failed = -2; ///< the request is given up
+    static constexpr qint64 later = -1;  ///< nothing is available yet; onReady follows
+    static constexpr qint64 failed = -2; ///< the request fails
 
     virtual ~HttpSource() = default;
 
-    /// Bytes in all.
+    /// In bytes.
     virtual qint64 Size() const = 0;
 
-    /// Starts from the beginning, also for a repetition. onReady is called, from the event loop, when there is more to
+    /// Starts at the beginning, also for another attempt. onReady is called, from the event loop, when there is more to
     /// read after a `later`.
     virtual void Begin(std::function<void()> onReady) = 0;
 
-    /// The number of bytes put into the buffer, 0 at the end, or one of the constants above.
+    /// Returns the number of bytes written to the buffer, 0 at the end, or one of the constants above.
     virtual qint64 Read(char* buffer, qint64 size) = 0;
 };
 
@@ -46,8 +46,8 @@ struct HttpHead {
     }
 };
 
-/// Takes the body of a successful answer while it arrives. Used on the thread of the HttpClient, whose operations it
-/// must not call.
+/// Takes the body of a successful answer while it arrives. Used on the thread of the HttpClient, which it must
+/// not call.
 class HttpSink {
 public:
     enum class Taken { Yes, Later, Refused };
@@ -62,7 +62,7 @@ public:
 };
 
 struct HttpRequest {
-    /// Requests of one lane wait for each other only.
+    /// Requests wait only for others in the same lane.
     enum class Lane { Listing, Control, Transfer, Preview, Background };
 
     QByteArray method;
@@ -70,18 +70,24 @@ struct HttpRequest {
     HttpFields fields;
     QByteArray body;
     std::shared_ptr<HttpSource> source; ///< in place of the body
-    std::shared_ptr<HttpSink> sink;     ///< else the answer's body is kept, up to a limit
+    std::shared_ptr<HttpSink> sink;     ///< without one, the answer's body is kept, up to a limit
     Lane lane = Lane::Control;
-    bool isRepeatable = true; ///< doing it twice does no harm
+    bool isRepeatable = true; ///< carrying it out twice does no harm
 };
+
+inline HttpRequest OnLane(HttpRequest::Lane lane, HttpRequest request)
+{
+    request.lane = lane;
+    return request;
+}
 
 struct HttpResponse {
     enum class Fault {
         None,
         Unreachable, ///< no connection
-        Untrusted,   ///< TLS: nobody vouches for the server
-        Silent,      ///< nothing moved for too long
-        Broken,      ///< the connection ended too early, or what came was no HTTP
+        Untrusted,   ///< TLS: the server's certificate cannot be verified
+        Silent,      ///< no activity for too long
+        Broken,      ///< the connection ended too early, or the answer was not HTTP
         Redirected,  ///< to where the request must not go
         SourceFailed,
         SinkRefused,
@@ -98,7 +104,7 @@ struct HttpResponse {
         return fault == Fault::None && head.HasSucceeded();
     }
 
-    /// The answer's status when all of it came; else 0.
+    /// The status of an answer that is complete; otherwise 0.
     int Status() const
     {
         return fault == Fault::None ? head.status : 0;

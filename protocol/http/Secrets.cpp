@@ -8,8 +8,8 @@ namespace Norlis::Social {
 
 namespace {
 
-// A form that is shorter would blot out ordinary words, and a secret of that length is none.
-constexpr int shortestForm = 4;
+// Shorter ones would replace parts of ordinary words, and are no secrets anyway.
+constexpr int minFormLength = 4;
 
 } // namespace
 
@@ -22,18 +22,13 @@ void Secrets::Add(const QString& user, const QString& token)
                                        secret.toBase64(QByteArray::Base64UrlEncoding),
                                        QUrl::toPercentEncoding(QString::fromUtf8(secret)), secret.toHex()}) {
             const QString text = QString::fromUtf8(form);
-            if (text.size() >= shortestForm && !forms.contains(text)) {
+            if (text.size() >= minFormLength && !forms.contains(text)) {
                 forms.append(text);
             }
         }
     }
     std::sort(forms.begin(), forms.end(),
               [](const auto& left, const auto& right) { return left.size() > right.size(); });
-}
-
-void Secrets::Clear()
-{
-    forms.clear();
 }
 
 QString Secrets::Redact(QString text) const

@@ -6,14 +6,13 @@
 
 namespace Norlis::Social {
 
-/// Texts that nobody may read who reads a log, an error or a file, in every form in which a server could echo them.
+/// Texts that must not appear in logs, errors and files, in every form in which a server could echo them.
 class Secrets {
 public:
-    /// A token or password, of a user if there is one.
+    /// A token or password; the user may be empty.
     void Add(const QString& user, const QString& token);
-    void Clear();
 
-    /// The text with every secret in it blotted out.
+    /// The text with every secret in it replaced by asterisks.
     QString Redact(QString text) const;
 
 private:

@@ -11,7 +11,7 @@ namespace Norlis::Social {
 
 namespace {
 
-/// Whole seconds are all that servers tell. QDateTime's own text takes longer than all the rest of an entry.
+/// Servers report whole seconds only. QDateTime's own conversion takes longer than the rest of an entry.
 QString IsoText(const QDateTime& time)
 {
     if (!time.isValid()) {
@@ -23,17 +23,17 @@ QString IsoText(const QDateTime& time)
                              clock.minute(), clock.second());
 }
 
-/// By the suffix: servers are not asked, since half of them know no better.
+/// By the suffix: many servers do no better, so they are not asked.
 QString MimeTypeOf(const QByteArray& name)
 {
     static thread_local QHash<QByteArray, QString> known;
-    constexpr int mostKnown = 1'000;
+    constexpr int maxKnown = 1'000;
     const QByteArray suffix = name.mid(name.lastIndexOf('.') + 1).toLower();
     const auto found = known.constFind(suffix);
     if (found != known.constEnd()) {
         return *found;
     }
-    if (known.size() >= mostKnown) {
+    if (known.size() >= maxKnown) {
         known.clear();
     }
     return *known.insert(
@@ -42,7 +42,7 @@ QString MimeTypeOf(const QByteArray& name)
 
 QString IdOf(const DavEntry& entry, const QString& name)
 {
-    // The server's own id survives that the document is renamed.
+    // The server's own id stays the same when the document is renamed.
     static const QRegularExpression safe(QStringLiteral("^[0-9]{1,15}$"));
     return safe.match(entry.fileId).hasMatch() ? entry.fileId : Files::IdOfName(name);
 }
@@ -52,7 +52,7 @@ QByteArray Md5Of(const DavEntry& entry)
     if (!entry.md5.isEmpty()) {
         return entry.md5;
     }
-    // Ours outlives that somebody else replaces the content.
+    // Servers keep the stored one when somebody else replaces the content.
     return EntityTag{entry.etag}.SameIgnoringWeakness({entry.storedEtag}) ? entry.storedMd5 : QByteArray();
 }
 
@@ -60,7 +60,7 @@ QByteArray Md5Of(const DavEntry& entry)
 
 QString DavDocument::Version() const
 {
-    // An ETag that becomes a strong one is still the same.
+    // A weak ETag that becomes strong still means the same version.
     const QByteArray tag = etag.startsWith("W/") ? etag.mid(2) : etag;
     return QString::fromUtf8(tag) + '/' + QString::number(size.value_or(-1)) + '/' + IsoText(modifiedAt);
 }

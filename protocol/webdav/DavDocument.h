@@ -19,7 +19,7 @@ struct DavDocument {
     QDateTime modifiedAt;
     QDateTime createdAt;
     QString fileId;          ///< the server's own; empty when it has none
-    bool hasPreview = false; ///< the server makes pictures of it
+    bool hasPreview = false; ///< the server renders previews of it
 
     QString Name() const
     {
@@ -32,11 +32,11 @@ struct DavDocument {
     CloudFile ToCloudFile() const;
 };
 
-/// The file that an entry tells of, whatever it is called.
+/// The file that an entry describes, whatever its name.
 DavDocument FileOf(const DavEntry& entry, const QByteArray& name);
 
-/// The document that an entry of a listing tells of. Nothing for collections, for files in the making, and for names
-/// that are unsafe elsewhere.
+/// The document that an entry of a listing describes. Nothing for collections, temporary files, and names that are
+/// unsafe elsewhere.
 std::optional<DavDocument> DocumentOf(const DavEntry& entry);
 
 /// Documents by id.

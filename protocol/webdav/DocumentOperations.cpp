@@ -1,7 +1,5 @@
 #include "DocumentOperations.h"
 
-#include "PropFind.h"
-
 #include <contracts/NorlisCloudProtocol.h>
 
 namespace Norlis::Social {
@@ -9,7 +7,7 @@ namespace Norlis::Social {
 namespace {
 
 constexpr qint64 bytesPerMiB = 1024 * 1024;
-constexpr qint64 unlimitedAtFamily = -3; // as servers of that family write it
+constexpr qint64 unlimited = -3; // as Nextcloud writes it
 
 Ability::Quota::QuotaValue QuotaOf(const DavEntry& entry)
 {
@@ -19,7 +17,7 @@ Ability::Quota::QuotaValue QuotaOf(const DavEntry& entry)
     if (used >= 0) {
         quota.used = used / bytesPerMiB + (used % bytesPerMiB != 0 ? 1 : 0);
     }
-    if (available == unlimitedAtFamily) {
+    if (available == unlimited) {
         quota.total = NorlisCloudProtocol::unlimitedQuota;
     } else if (used >= 0 && available >= 0) {
         quota.total = static_cast<qint64>((static_cast<quint64>(used) + static_cast<quint64>(available)) / bytesPerMiB);
@@ -29,45 +27,40 @@ Ability::Quota::QuotaValue QuotaOf(const DavEntry& entry)
 
 } // namespace
 
-ListOperation::ListOperation(const std::shared_ptr<WebDavServer>& server, OnLeftovers onLeftovers, Finish finish)
-    : Operation(server, std::move(finish)),
-      onLeftovers(std::move(onLeftovers))
-{
-}
-
 void ListOperation::Start()
 {
-    listing = std::make_unique<Listing>(*server, [this](Listing::Result&& result) {
+    listing = std::make_unique<Listing>(*session, [this](Listing::Result&& result) {
         if (result.failure) {
             End(*std::move(result.failure));
             return;
         }
-        server->documents = std::move(result.documents);
-        onLeftovers(result.leftovers);
+        session->documents = std::move(result.documents);
+        for (const QByteArray& name : result.leftovers) {
+            session->housekeeper.DeleteFile(name, false);
+        }
         End({Success, std::move(result.files), {}, false});
     });
 }
 
-DocumentOperation::DocumentOperation(qint64 id, const QString& document, const QString& what, Directory& directory,
-                                     const std::shared_ptr<WebDavServer>& server, Finish finish)
-    : Operation(server, std::move(finish)),
+DocumentOperation::DocumentOperation(qint64 id, const QString& document, const QString& what,
+                                     const std::shared_ptr<WebDavSession>& session, Finish finish)
+    : Operation(session, std::move(finish)),
       what(what),
       id(id),
-      document(document),
-      directory(directory)
+      document(document)
 {
 }
 
 DocumentOperation::~DocumentOperation()
 {
-    directory.Forget(id);
+    session->directory.Forget(id);
 }
 
 void DocumentOperation::Start()
 {
-    directory.Find(id, document, what, [this](const DavDocument* found, Reply&& failure) {
+    session->directory.Find(id, document, what, [this](const DavDocument* found, Reply&& failure) {
         if (found) {
-            Work(*found);
+            OnFound(*found);
         } else {
             End(std::move(failure));
         }
@@ -77,21 +70,21 @@ void DocumentOperation::Start()
 void DocumentOperation::Fail(const DavDocument& failed, const HttpResponse& response)
 {
     if (IsMissing(response.Status())) {
-        server->documents.remove(failed.id);
+        session->documents.remove(failed.id);
     }
-    End(server->Failure(what, failed.Name(), response));
+    End(session->Failure(what, failed.Name(), response));
 }
 
-InfoOperation::InfoOperation(qint64 id, const QString& document, Directory& directory,
-                             const std::shared_ptr<WebDavServer>& server, Finish finish)
-    : DocumentOperation(id, document, "Fetching a document's entry", directory, server, std::move(finish))
+InfoOperation::InfoOperation(qint64 id, const QString& document, const std::shared_ptr<WebDavSession>& session,
+                             Finish finish)
+    : DocumentOperation(id, document, "Fetching a document's entry", session, std::move(finish))
 {
 }
 
-void InfoOperation::Work(const DavDocument& known)
+void InfoOperation::OnFound(const DavDocument& known)
 {
-    requests.Send(PropFind(server->collection.UrlOf(known.name)), [this, known](HttpResponse&& response) {
-        DavPath path = server->collection.Path();
+    requests.Send(PropFind(session->collection.UrlOf(known.name)), [this, known](HttpResponse&& response) {
+        DavPath path = session->collection.Path();
         path.push_back(known.name);
         const auto entry = EntryOfDepth0(response, path);
         if (!entry || entry->isCollection) {
@@ -103,27 +96,24 @@ void InfoOperation::Work(const DavDocument& known)
         if (now.md5.isEmpty() && IsSameVersion(known, now)) {
             now.md5 = known.md5;
         }
-        server->documents.insert(now.id, now);
+        session->documents.insert(now.id, now);
         End({Success, now.ToCloudFile(), {}, false});
     });
 }
 
-RemoveOperation::RemoveOperation(qint64 id, const QString& document, Directory& directory,
-                                 const std::shared_ptr<WebDavServer>& server, Finish finish)
-    : DocumentOperation(id, document, "Removal", directory, server, std::move(finish))
+RemoveOperation::RemoveOperation(qint64 id, const QString& document, const std::shared_ptr<WebDavSession>& session,
+                                 Finish finish)
+    : DocumentOperation(id, document, "Removal", session, std::move(finish))
 {
 }
 
-void RemoveOperation::Work(const DavDocument& known)
+void RemoveOperation::OnFound(const DavDocument& known)
 {
-    isAskedFor = true;
-    HttpRequest request;
-    request.method = "DELETE";
-    request.url = server->collection.UrlOf(known.name);
-    requests.Send(request, [this, known](HttpResponse&& response) {
-        // Gone is gone, whoever did it. 207 speaks of parts that are still there (RFC 4918, 9.6.1).
+    isSent = true;
+    requests.Send(Delete(session->collection.UrlOf(known.name)), [this, known](HttpResponse&& response) {
+        // A document that somebody else has deleted is deleted, too. A 207 lists what is still there (RFC 4918, 9.6.1).
         if ((response.HasSucceeded() && response.head.status != 207) || IsMissing(response.Status())) {
-            server->documents.remove(known.id);
+            session->documents.remove(known.id);
             End({});
         } else {
             Fail(known, response);
@@ -133,17 +123,17 @@ void RemoveOperation::Work(const DavDocument& known)
 
 bool RemoveOperation::GiveUp()
 {
-    return !isAskedFor;
+    return !isSent;
 }
 
 void QuotaOperation::Start()
 {
-    requests.Send(PropFind(server->collection.Url()), [this](HttpResponse&& response) {
-        const auto entry = EntryOfDepth0(response, server->collection.Path());
+    requests.Send(PropFind(session->collection.Url()), [this](HttpResponse&& response) {
+        const auto entry = EntryOfDepth0(response, session->collection.Path());
         if (entry) {
             End({Success, QuotaByApplication{{QStringLiteral("pdf"), QuotaOf(*entry)}}, {}, false});
         } else {
-            End(server->Failure("Fetching the storage in use", {}, response));
+            End(session->Failure("Fetching the storage in use", {}, response));
         }
     });
 }

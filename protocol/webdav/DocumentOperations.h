@@ -1,33 +1,30 @@
 #pragma once
 
-#include "Directory.h"
+#include "Listing.h"
 #include "Operation.h"
 
 namespace Norlis::Social {
 
-/// The list of all documents.
+/// The list of all documents. Temporary files that it shows, which interrupted uploads left behind, are deleted.
 class ListOperation : public Operation {
 public:
-    using OnLeftovers = std::function<void(const QList<QByteArray>& names)>;
-
-    ListOperation(const std::shared_ptr<WebDavServer>& server, OnLeftovers onLeftovers, Finish finish);
+    using Operation::Operation;
     void Start() override;
 
 private:
-    const OnLeftovers onLeftovers;
     std::unique_ptr<Listing> listing;
 };
 
-/// Something that is done with one document, once it is found.
+/// A request about one document, which is looked up first.
 class DocumentOperation : public Operation {
 public:
-    DocumentOperation(qint64 id, const QString& document, const QString& what, Directory& directory,
-                      const std::shared_ptr<WebDavServer>& server, Finish finish);
+    DocumentOperation(qint64 id, const QString& document, const QString& what,
+                      const std::shared_ptr<WebDavSession>& session, Finish finish);
     ~DocumentOperation() override;
     void Start() override;
 
 protected:
-    virtual void Work(const DavDocument& document) = 0;
+    virtual void OnFound(const DavDocument& document) = 0;
 
     /// Ends with the failure of an exchange about the document.
     void Fail(const DavDocument& document, const HttpResponse& response);
@@ -37,35 +34,32 @@ protected:
 private:
     const qint64 id;
     const QString document;
-    Directory& directory;
 };
 
 /// The entry of one document as it is now.
 class InfoOperation : public DocumentOperation {
 public:
-    InfoOperation(qint64 id, const QString& document, Directory& directory, const std::shared_ptr<WebDavServer>& server,
-                  Finish finish);
+    InfoOperation(qint64 id, const QString& document, const std::shared_ptr<WebDavSession>& session, Finish finish);
 
 protected:
-    void Work(const DavDocument& document) override;
+    void OnFound(const DavDocument& document) override;
 };
 
 class RemoveOperation : public DocumentOperation {
 public:
-    RemoveOperation(qint64 id, const QString& document, Directory& directory,
-                    const std::shared_ptr<WebDavServer>& server, Finish finish);
+    RemoveOperation(qint64 id, const QString& document, const std::shared_ptr<WebDavSession>& session, Finish finish);
 
-    /// What has been asked for is seen to its end: it may be what takes a cancelled upload back.
+    /// A request that has been sent is completed: it may be the one that undoes a cancelled upload.
     bool GiveUp() override;
 
 protected:
-    void Work(const DavDocument& document) override;
+    void OnFound(const DavDocument& document) override;
 
 private:
-    bool isAskedFor = false;
+    bool isSent = false;
 };
 
-/// Storage used and available, as far as the server tells (RFC 4331).
+/// Storage used and available, as far as the server reports it (RFC 4331).
 class QuotaOperation : public Operation {
 public:
     using Operation::Operation;

@@ -1,6 +1,5 @@
 #include "DownloadOperation.h"
 
-#include "PropFind.h"
 #include <files/LocalTarget.h>
 #include <protocol/dav/EntityTag.h>
 
@@ -12,13 +11,13 @@ namespace Norlis::Social {
 namespace {
 
 const auto what = QStringLiteral("Download");
-constexpr int mostAttemptsInVain = 4;
-constexpr int mostStartsOver = 3;
+constexpr int maxFruitlessAttempts = 4;
+constexpr int maxRestarts = 3;
 
 /// The parts of a Content-Range (RFC 9110, 14.4) of bytes.
 struct ContentRange {
     qint64 first = -1;
-    qint64 size = -1; ///< of the whole; -1 when not told
+    qint64 size = -1; ///< of the whole; -1 when not reported
 
     explicit ContentRange(const QByteArray& value)
     {
@@ -37,7 +36,7 @@ bool IsHtml(const QString& contentType)
            contentType.startsWith("application/xhtml", Qt::CaseInsensitive);
 }
 
-/// The Content-Length; -1 when there is none that can be believed.
+/// The Content-Length; -1 when there is no valid one.
 qint64 LengthOf(const HttpHead& head)
 {
     bool isNumber = false;
@@ -48,8 +47,8 @@ qint64 LengthOf(const HttpHead& head)
 } // namespace
 
 DownloadOperation::DownloadOperation(qint64 id, const Request::Download& request,
-                                     const std::shared_ptr<WebDavServer>& server, const Tools& tools, Finish finish)
-    : Operation(server, std::move(finish)),
+                                     const std::shared_ptr<WebDavSession>& session, const Tools& tools, Finish finish)
+    : Operation(session, std::move(finish)),
       id(id),
       request(request),
       tools(tools)
@@ -58,12 +57,12 @@ DownloadOperation::DownloadOperation(qint64 id, const Request::Download& request
 
 DownloadOperation::~DownloadOperation()
 {
-    tools.directory.Forget(id);
+    session->directory.Forget(id);
 }
 
 void DownloadOperation::Start()
 {
-    tools.directory.Find(id, request.document, what, [this](const DavDocument* found, Reply&& failure) {
+    session->directory.Find(id, request.document, what, [this](const DavDocument* found, Reply&& failure) {
         if (!found) {
             End(std::move(failure));
             return;
@@ -75,7 +74,7 @@ void DownloadOperation::Start()
         }
         const QString folder = QFileInfo(request.localPath).path();
         sink = std::make_shared<DownloadSink>(
-            folder, tools.pool, [this](const HttpHead& head, qint64& from) { return WhyNotTaken(head, from); },
+            folder, tools.pool, [this](const HttpHead& head, qint64& from) { return CheckAnswer(head, from); },
             [this](qint64 position) { ReportProgress(position); });
         if (!sink->Open()) {
             Fail(QStringLiteral("Nothing can be written to %1: %2").arg(folder, sink->ErrorText()),
@@ -90,35 +89,30 @@ void DownloadOperation::Start()
 void DownloadOperation::Get()
 {
     positionBefore = sink->Position();
-    HttpRequest get;
-    get.method = "GET";
-    get.url = server->collection.UrlOf(document.name);
-    get.fields = {{"Accept-Encoding", "identity"}}; // packed on the way, neither length nor rest could be checked
+    HttpRequest get = GetDocument(session->collection.UrlOf(document.name));
     if (positionBefore > 0 && EntityTag{etag}.IsStrong()) {
-        get.fields.append({"Range", "bytes=" + QByteArray::number(positionBefore) + '-'});
-        get.fields.append({"If-Range", etag});
+        get = FromPosition(get, positionBefore, etag);
     }
     get.sink = sink;
-    get.lane = HttpRequest::Lane::Transfer;
-    requests.Send(get, [this](HttpResponse&& response) { OnResponse(response); });
+    requests.Send(OnLane(HttpRequest::Lane::Transfer, get), [this](HttpResponse&& response) { OnResponse(response); });
 }
 
-QString DownloadOperation::WhyNotTaken(const HttpHead& head, qint64& from)
+QString DownloadOperation::CheckAnswer(const HttpHead& head, qint64& from)
 {
     const QByteArray encoding = head.Field("content-encoding").toLower();
     if (!encoding.isEmpty() && encoding != "identity") {
-        return QStringLiteral("The server sends the document packed (%1), which was not asked for")
+        return QStringLiteral("The server sends the document compressed (%1), although this was not requested")
             .arg(QString::fromLatin1(encoding));
     }
     if (head.status == 206) {
-        return WhyNotTheRest(head, from);
+        return CheckRange(head, from);
     }
     if (head.status != 200) {
-        return QStringLiteral("The server answers with %1 in place of the document").arg(head.status);
+        return QStringLiteral("The server answers with %1 instead of the document").arg(head.status);
     }
     const QString contentType = QString::fromLatin1(head.Field("content-type"));
     if (IsHtml(contentType) && !IsHtml(document.ToCloudFile().mimeType)) {
-        return QStringLiteral("The server sends a web page in place of the document");
+        return QStringLiteral("The server sends a web page instead of the document");
     }
     from = 0;
     etag = head.Field("etag");
@@ -126,13 +120,13 @@ QString DownloadOperation::WhyNotTaken(const HttpHead& head, qint64& from)
     return {};
 }
 
-QString DownloadOperation::WhyNotTheRest(const HttpHead& head, qint64& from) const
+QString DownloadOperation::CheckRange(const HttpHead& head, qint64& from) const
 {
     const ContentRange range(head.Field("content-range"));
     const QByteArray newEtag = head.Field("etag");
     if (positionBefore == 0 || range.first != positionBefore || (size >= 0 && range.size >= 0 && range.size != size) ||
         (!newEtag.isEmpty() && newEtag != etag)) {
-        return QStringLiteral("The server sends another part of the document than the one that was asked for");
+        return QStringLiteral("The server sends another part of the document than the requested one");
     }
     from = positionBefore;
     return {};
@@ -148,7 +142,7 @@ void DownloadOperation::OnResponse(const HttpResponse& response)
         }
         return;
     }
-    if (GoOn(response)) {
+    if (Resume(response)) {
         return;
     }
     if (response.fault == HttpResponse::Fault::SinkRefused) {
@@ -161,12 +155,12 @@ void DownloadOperation::OnResponse(const HttpResponse& response)
         return;
     }
     if (IsMissing(response.Status())) {
-        server->documents.remove(document.id);
+        session->documents.remove(document.id);
     }
-    End(server->Failure(what, document.Name(), response));
+    End(session->Failure(what, document.Name(), response));
 }
 
-bool DownloadOperation::GoOn(const HttpResponse& response)
+bool DownloadOperation::Resume(const HttpResponse& response)
 {
     const bool isBroken =
         response.fault == HttpResponse::Fault::Broken || response.fault == HttpResponse::Fault::Silent;
@@ -174,14 +168,14 @@ bool DownloadOperation::GoOn(const HttpResponse& response)
     if (!isBroken && !isWrongPart) {
         return false;
     }
-    const bool hasMovedOn = sink->Position() > positionBefore;
-    if (response.fault == HttpResponse::Fault::Silent && !hasMovedOn) {
-        return false; // that has taken long enough
+    const bool hasProgressed = sink->Position() > positionBefore;
+    if (response.fault == HttpResponse::Fault::Silent && !hasProgressed) {
+        return false; // it has taken long enough
     }
-    attemptsInVain = hasMovedOn ? 0 : attemptsInVain + 1;
+    fruitlessAttempts = hasProgressed ? 0 : fruitlessAttempts + 1;
     const bool startsAgain = isWrongPart || !EntityTag{etag}.IsStrong();
-    startsOver += startsAgain ? 1 : 0;
-    if (attemptsInVain > mostAttemptsInVain || startsOver > mostStartsOver || (startsAgain && !sink->Open())) {
+    restarts += startsAgain ? 1 : 0;
+    if (fruitlessAttempts > maxFruitlessAttempts || restarts > maxRestarts || (startsAgain && !sink->Open())) {
         return false;
     }
     Get();
@@ -190,14 +184,15 @@ bool DownloadOperation::GoOn(const HttpResponse& response)
 
 void DownloadOperation::AskForSize()
 {
-    // The answer ended where the connection did, or is not as long as the list has it: only the server can say whether
+    // The answer ended where the connection did, or its length is not that in the list: only the server can say whether
     // that was the end of the document.
-    requests.Send(OnTransferLane(PropFind(server->collection.UrlOf(document.name))), [this](HttpResponse&& response) {
-        DavPath path = server->collection.Path();
+    const HttpRequest look = OnLane(HttpRequest::Lane::Transfer, PropFind(session->collection.UrlOf(document.name)));
+    requests.Send(look, [this](HttpResponse&& response) {
+        DavPath path = session->collection.Path();
         path.push_back(document.name);
         const auto entry = EntryOfDepth0(response, path);
         if (!entry || !entry->size) {
-            Fail("The server does not tell how large the document is", "Try again.");
+            Fail("The server does not report how large the document is", "Try again.");
         } else {
             Check(*entry->size);
         }
@@ -223,7 +218,7 @@ void DownloadOperation::PutInPlace()
     const bool isSameVersion = etag.isEmpty() || EntityTag{etag}.SameIgnoringWeakness({document.etag});
     if (isSameVersion && !document.md5.isEmpty() && sink->Md5().toLatin1() != document.md5) {
         Fail("The document that arrived does not have the hash that the server gives for it",
-             "Refresh the list and try again. If it stays like this, the document is damaged on the server.");
+             "Refresh the list and try again. If this happens again, the document is damaged on the server.");
         return;
     }
     bool isWritten = false;
@@ -246,7 +241,7 @@ void DownloadOperation::PutInPlace()
 void DownloadOperation::ReportProgress(qint64 position)
 {
     const qint64 whole = qMax<qint64>(size >= 0 ? size : document.size.value_or(0), 1);
-    const int percent = static_cast<int>(qMin<qint64>(position * 100 / whole, 99)); // it is not checked yet
+    const int percent = static_cast<int>(qMin<qint64>(position * 100 / whole, 99)); // not yet checked
     if (percent > reportedPercent) {
         reportedPercent = percent;
         tools.progress(percent);
@@ -255,7 +250,7 @@ void DownloadOperation::ReportProgress(qint64 position)
 
 void DownloadOperation::Fail(const QString& reason, const QString& advice)
 {
-    End(Failed(what, document.Name(), server->secrets.Redact(reason), advice));
+    End(Failed(what, document.Name(), session->secrets.Redact(reason), advice));
 }
 
 } // namespace Norlis::Social

@@ -1,23 +1,21 @@
 #pragma once
 
-#include "Directory.h"
 #include "Operation.h"
 #include <protocol/transfer/DownloadSink.h>
 
 namespace Norlis::Social {
 
-/// Fetches a document into a local file, which is replaced when all of it has come and been checked. A connection that
-/// breaks is taken up again where it broke, if the server can prove that the document is still the same, else from the
-/// start.
+/// Downloads a document to a local file, which is replaced when all of it has arrived and been checked. After a broken
+/// connection the download is resumed, if the server can prove that the document is still the same; otherwise it starts
+/// again.
 class DownloadOperation : public Operation {
 public:
     struct Tools {
-        Directory& directory;
         QThreadPool& pool;
         std::function<void(int percent)> progress;
     };
 
-    DownloadOperation(qint64 id, const Request::Download& request, const std::shared_ptr<WebDavServer>& server,
+    DownloadOperation(qint64 id, const Request::Download& request, const std::shared_ptr<WebDavSession>& session,
                       const Tools& tools, Finish finish);
     ~DownloadOperation() override;
 
@@ -25,10 +23,14 @@ public:
 
 private:
     void Get();
-    QString WhyNotTaken(const HttpHead& head, qint64& from);
-    QString WhyNotTheRest(const HttpHead& head, qint64& from) const;
+
+    /// These return why an answer is refused, empty when it is not.
+    QString CheckAnswer(const HttpHead& head, qint64& from);
+    QString CheckRange(const HttpHead& head, qint64& from) const;
     void OnResponse(const HttpResponse& response);
-    bool GoOn(const HttpResponse& response);
+
+    /// Sends another request, if one may succeed after this response.
+    bool Resume(const HttpResponse& response);
     void AskForSize();
     void Check(qint64 expectedSize);
     void PutInPlace();
@@ -40,10 +42,10 @@ private:
     const Tools tools;
     DavDocument document;
     std::shared_ptr<DownloadSink> sink;
-    QByteArray etag;        ///< of the answer that is being written
-    qint64 size = -1;       ///< of the document, as that answer said
-    int attemptsInVain = 0; ///< since anything new came
-    int startsOver = 0;
+    QByteArray etag;           ///< of the answer that is being written
+    qint64 size = -1;          ///< of the document, according to that answer
+    int fruitlessAttempts = 0; ///< since the last one that brought anything new
+    int restarts = 0;
     qint64 positionBefore = 0; ///< when the attempt began
     int reportedPercent = -1;
 };

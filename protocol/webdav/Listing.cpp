@@ -1,13 +1,15 @@
 #include "Listing.h"
 
 #include <files/AtomicFile.h>
+#include <protocol/dav/DavRequests.h>
 
 namespace Norlis::Social {
 
 namespace {
 
-constexpr int mostAttempts = 2;
-constexpr qint64 leftoverAge = 24 * 60 * 60; // seconds
+constexpr int maxAttempts = 2;
+constexpr qint64 maxBytesPerTurn = 128 * 1024; // bytes; a few milliseconds' work
+constexpr qint64 leftoverAge = 24 * 60 * 60;   // seconds
 
 bool IsLeftover(const DavEntry& entry)
 {
@@ -15,7 +17,7 @@ bool IsLeftover(const DavEntry& entry)
            entry.modifiedAt.isValid() && entry.modifiedAt.secsTo(QDateTime::currentDateTimeUtc()) > leftoverAge;
 }
 
-/// Whoever wrote it may be about to store its hash.
+/// Its hash may be about to be stored.
 bool IsJustWritten(const DavDocument& document)
 {
     constexpr qint64 justNow = 60; // seconds
@@ -24,11 +26,62 @@ bool IsJustWritten(const DavDocument& document)
 
 } // namespace
 
-Listing::Listing(WebDavServer& server, std::function<void(Result)> done)
-    : server(server),
+ListingSink::ListingSink(const DavPath& path, OnEntries onEntries) : path(path), onEntries(std::move(onEntries))
+{
+    nextTurn.setSingleShot(true);
+    QObject::connect(&nextTurn, &QTimer::timeout, &nextTurn, [this] {
+        const auto resume = onReady; // it may destroy this object
+        resume();
+    });
+}
+
+bool ListingSink::Begin(const HttpHead& head, std::function<void()> whenReady)
+{
+    onReady = std::move(whenReady);
+    takenInTurn = 0;
+    parser = std::make_unique<MultiStatusParser>(path);
+    isMultiStatus = head.status == 207 || head.status == 200;
+    return true;
+}
+
+HttpSink::Taken ListingSink::Add(const char* data, qint64 size)
+{
+    if (takenInTurn >= maxBytesPerTurn) {
+        takenInTurn = 0;
+        nextTurn.start(0);
+        return Taken::Later;
+    }
+    takenInTurn += size;
+    if (!parser->Add(QByteArray::fromRawData(data, static_cast<int>(size)))) {
+        return Taken::Refused;
+    }
+    onEntries(parser->TakeEntries());
+    return Taken::Yes;
+}
+
+QString ListingSink::Finish()
+{
+    if (!parser || !isMultiStatus) {
+        return QStringLiteral("The answer is not a WebDAV listing");
+    }
+    if (!parser->Finish()) {
+        return parser->ErrorText();
+    }
+    onEntries(parser->TakeEntries());
+    if (!parser->SawSelf()) {
+        return QStringLiteral("The listing is of another collection");
+    }
+    if (parser->RefusedCount() > 0) {
+        return QStringLiteral("The server withholds the details of %1 documents").arg(parser->RefusedCount());
+    }
+    return {};
+}
+
+Listing::Listing(WebDavSession& session, std::function<void(Result)> done)
+    : session(session),
       done(std::move(done)),
-      requests(server.http),
-      asksForHashes(server.documents.isEmpty())
+      requests(session.http),
+      asksForHashes(session.documents.isEmpty())
 {
     Send();
 }
@@ -36,14 +89,14 @@ Listing::Listing(WebDavServer& server, std::function<void(Result)> done)
 void Listing::Send()
 {
     result = {};
-    sink = std::make_shared<PropFindSink>(server.collection.Path(), server.collection.Origin(),
-                                          [this](std::vector<DavEntry>&& entries) { Add(std::move(entries)); });
+    sink = std::make_shared<ListingSink>(session.collection.Path(),
+                                         [this](std::vector<DavEntry>&& entries) { Add(std::move(entries)); });
     hasNewVersions = false;
     HttpRequest request =
-        PropFindMembers(server.collection.Url(), {server.isFamily, asksForHashes && MayHaveStoredHashes()});
-    request.lane = HttpRequest::Lane::Listing;
+        PropFindMembers(session.collection.Url(), {session.isNextcloudLike, asksForHashes && MayHaveStoredHashes()});
     request.sink = sink;
-    requests.Send(request, [this](HttpResponse&& response) { OnResponse(std::move(response)); });
+    requests.Send(OnLane(HttpRequest::Lane::Listing, request),
+                  [this](HttpResponse&& response) { OnResponse(std::move(response)); });
 }
 
 void Listing::Add(std::vector<DavEntry>&& entries)
@@ -62,8 +115,8 @@ void Listing::Add(std::vector<DavEntry>&& entries)
 
 void Listing::TakeKnownHash(DavDocument& document)
 {
-    const auto known = server.documents.constFind(document.id);
-    const bool isKnown = known != server.documents.constEnd() && IsSameVersion(*known, document);
+    const auto known = session.documents.constFind(document.id);
+    const bool isKnown = known != session.documents.constEnd() && IsSameVersion(*known, document);
     if (document.md5.isEmpty() && isKnown) {
         document.md5 = known->md5;
     }
@@ -73,13 +126,13 @@ void Listing::TakeKnownHash(DavDocument& document)
 
 bool Listing::MayHaveStoredHashes() const
 {
-    return !server.isFamily && server.keepsProperties.value_or(true);
+    return !session.isNextcloudLike && session.storesProperties.value_or(true);
 }
 
 void Listing::OnResponse(HttpResponse&& response)
 {
     const auto what = QStringLiteral("Fetching the list of documents");
-    if (response.fault == HttpResponse::Fault::Broken && attempts < mostAttempts) {
+    if (response.fault == HttpResponse::Fault::Broken && attempts < maxAttempts) {
         ++attempts;
         Send();
         return;
@@ -87,7 +140,7 @@ void Listing::OnResponse(HttpResponse&& response)
     const bool hasListing = response.HasSucceeded() || response.fault == HttpResponse::Fault::SinkRefused;
     const QString problem = hasListing ? sink->Finish() : QString();
     if (!hasListing) {
-        result.failure = server.Failure(what, {}, response);
+        result.failure = session.Failure(what, {}, response);
     } else if (!problem.isEmpty()) {
         result.failure = Failed(what, {}, problem, "Check that the address is that of a WebDAV collection.");
     } else if (hasNewVersions && !asksForHashes && MayHaveStoredHashes()) {
@@ -95,8 +148,7 @@ void Listing::OnResponse(HttpResponse&& response)
         Send();
         return;
     }
-    const auto whenDone = done; // it may destroy this object
-    whenDone(std::move(result));
+    CallOnce(done, std::move(result)); // it may destroy this object
 }
 
 } // namespace Norlis::Social

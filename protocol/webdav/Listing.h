@@ -1,10 +1,37 @@
 #pragma once
 
-#include "DavDocument.h"
-#include "PropFind.h"
-#include <protocol/dav/WebDavRequests.h>
+#include "WebDavSession.h"
+#include <base/Lifetime.h>
+#include <protocol/dav/MultiStatusParser.h>
+#include <protocol/http/HttpRequestGroup.h>
+
+#include <QTimer>
 
 namespace Norlis::Social {
+
+/// Parses a listing while it arrives and passes on its entries in batches. It returns to the event loop now and then,
+/// however fast the listing arrives.
+class ListingSink : public HttpSink {
+public:
+    using OnEntries = std::function<void(std::vector<DavEntry>&&)>;
+
+    ListingSink(const DavPath& path, OnEntries onEntries);
+
+    bool Begin(const HttpHead& head, std::function<void()> onReady) override;
+    Taken Add(const char* data, qint64 size) override;
+
+    /// After the last piece: what is wrong with the listing; empty when it is complete.
+    QString Finish();
+
+private:
+    const DavPath path;
+    const OnEntries onEntries;
+    std::function<void()> onReady; ///< while the listing waits for its turn
+    qint64 takenInTurn = 0;        ///< bytes
+    QTimer nextTurn;
+    std::unique_ptr<MultiStatusParser> parser;
+    bool isMultiStatus = false;
+};
 
 /// Fetches the documents of the collection, once.
 class Listing {
@@ -13,10 +40,10 @@ public:
         DavDocuments documents;
         QList<CloudFile> files;       ///< in the server's order
         QList<QByteArray> leftovers;  ///< names of files that uploads left behind a day ago or earlier
-        std::optional<Reply> failure; ///< then nothing follows from the rest
+        std::optional<Reply> failure; ///< then the rest means nothing
     };
 
-    Listing(WebDavServer& server, std::function<void(Result)> done);
+    Listing(WebDavSession& session, std::function<void(Result)> done);
 
 private:
     void Send();
@@ -25,14 +52,14 @@ private:
     bool MayHaveStoredHashes() const;
     void OnResponse(HttpResponse&& response);
 
-    WebDavServer& server;
-    const std::function<void(Result)> done;
-    WebDavRequests requests;
-    std::shared_ptr<PropFindSink> sink;
+    WebDavSession& session;
+    std::function<void(Result)> done;
+    HttpRequestGroup requests;
+    std::shared_ptr<ListingSink> sink;
     Result result;
     int attempts = 1;
-    bool asksForHashes;          ///< looking for those that we have stored costs some servers more than all the rest
-    bool hasNewVersions = false; ///< whose hashes are not known from before
+    bool asksForHashes;          ///< for some servers, looking up stored ones takes longer than all the rest
+    bool hasNewVersions = false; ///< whose hashes are unknown
 };
 
 } // namespace Norlis::Social

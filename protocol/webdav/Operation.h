@@ -1,26 +1,23 @@
 #pragma once
 
-#include <protocol/dav/WebDavRequests.h>
+#include "WebDavSession.h"
+#include <base/Lifetime.h>
+#include <protocol/dav/DavRequests.h>
+#include <protocol/dav/DavResponses.h>
+#include <protocol/http/HttpRequestGroup.h>
 #include <protocol/service/CloudService.h>
 
 namespace Norlis::Social {
 
-/// The request as one that waits for transfers only.
-inline HttpRequest OnTransferLane(HttpRequest request)
-{
-    request.lane = HttpRequest::Lane::Transfer;
-    return request;
-}
-
-/// One request of the user, as a chain of exchanges with the server. Destroying it gives up what is under way.
+/// One request of the user, as a chain of exchanges with the server. Destroying it cancels what is under way.
 class Operation {
 public:
     using Finish = std::function<void(Reply)>;
 
     /// \param finish called once, as the last thing; it destroys the operation
-    Operation(const std::shared_ptr<WebDavServer>& server, Finish finish)
-        : server(server),
-          requests(server->http),
+    Operation(const std::shared_ptr<WebDavSession>& session, Finish finish)
+        : session(session),
+          requests(session->http),
           finish(std::move(finish))
     {
     }
@@ -31,8 +28,8 @@ public:
 
     virtual void Start() = 0;
 
-    /// The user wants it no longer. False when there is something to put right first: then it finishes later, and
-    /// nobody reads the reply.
+    /// The user has cancelled it. True when it may be destroyed at once. False when there is something to put right
+    /// first: then it finishes later, and nobody reads the reply.
     virtual bool GiveUp()
     {
         return true;
@@ -41,12 +38,11 @@ public:
 protected:
     void End(Reply reply)
     {
-        const auto whenFinished = std::move(finish);
-        whenFinished(std::move(reply));
+        CallOnce(finish, std::move(reply));
     }
 
-    const std::shared_ptr<WebDavServer> server;
-    WebDavRequests requests;
+    const std::shared_ptr<WebDavSession> session;
+    HttpRequestGroup requests;
 
 private:
     Finish finish;

@@ -1,6 +1,7 @@
 #include "PreviewFetch.h"
 
-#include "AccountOperation.h"
+#include "SignInOperations.h"
+#include <protocol/dav/DavRequests.h>
 
 namespace Norlis::Social {
 
@@ -41,15 +42,15 @@ private:
 
 } // namespace
 
-PreviewFetch::PreviewFetch(const std::shared_ptr<WebDavServer>& server, const DavDocument& document, const QSize& box,
+PreviewFetch::PreviewFetch(const std::shared_ptr<WebDavSession>& session, const DavDocument& document, const QSize& box,
                            const QString& folder, QThreadPool& pool, PreviewSource::Done done)
-    : server(server),
+    : session(session),
       document(document),
       done(std::move(done)),
       sink(std::make_shared<DownloadSink>(
           folder, pool, [this](const HttpHead& head, qint64&) { return CheckAnswer(head); },
           [this](qint64 position) { CheckPosition(position); })),
-      requests(server->http)
+      requests(session->http)
 {
     if (document.hasPreview && !document.fileId.isEmpty()) {
         FetchPicture(box);
@@ -61,14 +62,11 @@ PreviewFetch::PreviewFetch(const std::shared_ptr<WebDavServer>& server, const Da
 void PreviewFetch::FetchPicture(const QSize& box)
 {
     // The ratio is kept, "no picture" is an answer, and the version makes caches on the way give out the right one.
-    HttpRequest request;
-    request.method = "GET";
-    request.url = server->collection.InstanceUrl() +
-                  "index.php/core/preview?fileId=" + EncodeSegment(document.fileId.toUtf8()) +
-                  "&x=" + QByteArray::number(box.width()) + "&y=" + QByteArray::number(box.height()) +
-                  "&a=1&forceIcon=0&mode=cover&mimeFallback=0&v=" + EncodeSegment(document.etag);
-    request.lane = HttpRequest::Lane::Preview;
-    requests.Send(request, [this](HttpResponse&& response) {
+    const QByteArray url = session->collection.InstanceUrl() +
+                           "index.php/core/preview?fileId=" + EncodeSegment(document.fileId.toUtf8()) +
+                           "&x=" + QByteArray::number(box.width()) + "&y=" + QByteArray::number(box.height()) +
+                           "&a=1&forceIcon=0&mode=cover&mimeFallback=0&v=" + EncodeSegment(document.etag);
+    requests.Send(OnLane(HttpRequest::Lane::Preview, Get(url)), [this](HttpResponse&& response) {
         const QImage picture = response.HasSucceeded() ? PictureOf(response.body) : QImage();
         if (picture.isNull()) {
             FetchDocument();
@@ -92,13 +90,9 @@ void PreviewFetch::FetchDocument()
         EndSoon(reason); // this may be called by the constructor
         return;
     }
-    HttpRequest request;
-    request.method = "GET";
-    request.url = server->collection.UrlOf(document.name);
-    request.fields = {{"Accept-Encoding", "identity"}};
-    request.sink = sink;
-    request.lane = HttpRequest::Lane::Preview;
-    requests.Send(request, [this](HttpResponse&& response) { OnDocument(response); });
+    HttpRequest get = GetDocument(session->collection.UrlOf(document.name));
+    get.sink = sink;
+    requests.Send(OnLane(HttpRequest::Lane::Preview, get), [this](HttpResponse&& response) { OnDocument(response); });
 }
 
 void PreviewFetch::CheckPosition(qint64 position)
@@ -113,7 +107,7 @@ void PreviewFetch::OnDocument(const HttpResponse& response)
 {
     if (!response.HasSucceeded()) {
         const bool isRefused = response.fault == HttpResponse::Fault::SinkRefused;
-        const Reply failure = server->Failure({}, {}, response);
+        const Reply failure = session->Failure({}, {}, response);
         End({{}, {}, isRefused ? sink->ErrorText() : failure.failure.reason, failure.isSignedOut});
         return;
     }

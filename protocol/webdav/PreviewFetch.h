@@ -1,17 +1,18 @@
 #pragma once
 
+#include "WebDavSession.h"
 #include <base/Lifetime.h>
-#include <protocol/dav/WebDavRequests.h>
+#include <protocol/http/HttpRequestGroup.h>
 #include <protocol/preview/PreviewSource.h>
 #include <protocol/transfer/DownloadSink.h>
 
 namespace Norlis::Social {
 
-/// Fetches what a preview is made of: the server's own picture where it has one, else the document.
+/// Fetches what a preview is made of: the server's own picture if it has one, otherwise the document.
 class PreviewFetch : public PreviewSource::Fetch {
 public:
     /// \param folder for the document while it is rendered
-    PreviewFetch(const std::shared_ptr<WebDavServer>& server, const DavDocument& document, const QSize& box,
+    PreviewFetch(const std::shared_ptr<WebDavSession>& session, const DavDocument& document, const QSize& box,
                  const QString& folder, QThreadPool& pool, PreviewSource::Done done);
 
 private:
@@ -24,12 +25,12 @@ private:
     /// As the last thing: it may destroy this object.
     void End(PreviewSource::Result&& result);
 
-    const std::shared_ptr<WebDavServer> server;
+    const std::shared_ptr<WebDavSession> session;
     const DavDocument document;
     PreviewSource::Done done;
     std::shared_ptr<DownloadSink> sink;
     bool isTooLarge = false;
-    WebDavRequests requests;
+    HttpRequestGroup requests;
     Lifetime lifetime;
 };
 

@@ -1,42 +1,86 @@
 #include "Publication.h"
 
-#include "PropFind.h"
+#include <files/AtomicFile.h>
 #include <files/DocumentNames.h>
+#include <protocol/dav/DavRequests.h>
+#include <protocol/dav/DavResponses.h>
 #include <protocol/dav/EntityTag.h>
+
+#include <QTimer>
 
 namespace Norlis::Social {
 
 namespace {
 
-constexpr int mostNumbers = 10'000;
-constexpr int mostAttempts = 4;
+constexpr int maxNumber = 10'000;
+constexpr int maxAttempts = 4;
 constexpr int pause = 100; // milliseconds, longer each time
 
 } // namespace
 
-Publication::Publication(WebDavServer& server, const DavDocument& uploaded, Done done)
-    : server(server),
+OverwriteCheck::OverwriteCheck(WebDavSession& session, const QByteArray& uploaded, Done done)
+    : session(session),
+      uploaded(uploaded),
+      small(Files::AtomicFile::NewTemporaryName().toUtf8()),
+      done(std::move(done)),
+      requests(session.http)
+{
+    HttpRequest put = Put(session.collection.UrlOf(small));
+    put.body = "-";
+    requests.Send(OnLane(HttpRequest::Lane::Transfer, put), [this](HttpResponse&& response) {
+        if (response.HasSucceeded()) {
+            TryToOverwrite();
+        } else {
+            End(this->uploaded, small);
+        }
+    });
+}
+
+void OverwriteCheck::TryToOverwrite()
+{
+    const HttpRequest move = Move(session.collection.UrlOf(uploaded), session.collection.UrlOf(small), false);
+    requests.Send(OnLane(HttpRequest::Lane::Transfer, move), [this](HttpResponse&& response) {
+        if (response.HasSucceeded()) {
+            session.refusesToOverwrite = false;
+            End(small, uploaded); // the uploaded file has that name now
+        } else {
+            session.refusesToOverwrite = response.Status() == 412;
+            End(uploaded, small);
+        }
+    });
+}
+
+void OverwriteCheck::End(const QByteArray& name, const QByteArray& leftover)
+{
+    const HttpRequest remove = Delete(session.collection.UrlOf(leftover));
+    requests.Send(OnLane(HttpRequest::Lane::Transfer, remove), [this, name](HttpResponse&&) {
+        CallOnce(done, name); // it destroys this object
+    });
+}
+
+Publication::Publication(WebDavSession& session, const DavDocument& uploaded, Done done)
+    : session(session),
       uploaded(uploaded),
       done(std::move(done)),
-      requests(server.http)
+      requests(session.http)
 {
 }
 
 Publication::~Publication()
 {
     if (isReserved) {
-        server.namesInTheMaking.remove(name);
+        session.reservedNames.remove(name);
     }
 }
 
 void Publication::MakeNew(const QByteArray& newName)
 {
     wantedName = newName;
-    if (server.refusesToOverwrite) {
+    if (session.refusesToOverwrite) {
         Try(wantedName);
         return;
     }
-    check = std::make_unique<OverwriteCheck>(server, uploaded.name, [this](const QByteArray& nameNow) {
+    check = std::make_unique<OverwriteCheck>(session, uploaded.name, [this](const QByteArray& nameNow) {
         uploaded.name = nameNow;
         Try(wantedName);
     });
@@ -52,16 +96,16 @@ void Publication::Replace(const QByteArray& knownName)
 void Publication::Try(const QByteArray& newName)
 {
     if (isReserved) {
-        server.namesInTheMaking.remove(name);
+        session.reservedNames.remove(name);
     }
     name = newName;
-    isReserved = !server.namesInTheMaking.contains(name);
+    isReserved = !session.reservedNames.contains(name);
     if (!isReserved) {
         TryNextName();
         return;
     }
-    server.namesInTheMaking.insert(name);
-    if (server.refusesToOverwrite.value_or(false)) {
+    session.reservedNames.insert(name);
+    if (session.refusesToOverwrite.value_or(false)) {
         Move();
         return;
     }
@@ -79,14 +123,15 @@ void Publication::Try(const QByteArray& newName)
 void Publication::Move()
 {
     ++attempts;
-    requests.Send(MoveFile(server.collection, uploaded.name, name, !isNew),
-                  [this](HttpResponse&& response) { OnMoved(response); });
+    const HttpRequest move =
+        Social::Move(session.collection.UrlOf(uploaded.name), session.collection.UrlOf(name), !isNew);
+    requests.Send(OnLane(HttpRequest::Lane::Transfer, move), [this](HttpResponse&& response) { OnMoved(response); });
 }
 
 void Publication::OnMoved(const HttpResponse& response)
 {
     const bool isDoubtful = response.fault != HttpResponse::Fault::None || response.head.status == 207 ||
-                            response.head.status == 404 || response.head.status == 423 || // a lock may be short
+                            response.head.status == 404 || response.head.status == 423 || // a lock may be brief
                             response.head.status >= 500;
     if (isDoubtful) {
         LookWhetherMoved(response);
@@ -101,7 +146,7 @@ void Publication::OnMoved(const HttpResponse& response)
 
 void Publication::TryNextName()
 {
-    if (++number > mostNumbers) {
+    if (++number > maxNumber) {
         HttpResponse taken;
         taken.head.status = 412;
         Fail(taken, true);
@@ -122,13 +167,13 @@ void Publication::LookAtTarget(const HttpResponse& answer, bool isUploadedThere)
 {
     LookAt(name, [this, answer, isUploadedThere](const HttpResponse& look, const std::optional<DavEntry>& entry) {
         const bool isTargetGone = IsMissing(look.Status());
-        // Some servers make room for the new document before they know that they can put it there.
+        // Some servers delete the old document before they know that the new one can take its place.
         const bool isPassing =
             answer.fault != HttpResponse::Fault::None || answer.head.status == 423 || (!isNew && isTargetGone);
         if (!isUploadedThere && entry && IsUploaded(*entry)) {
             Succeed();
-        } else if (isUploadedThere && isPassing && attempts < mostAttempts) {
-            QTimer::singleShot(pause * attempts, &context, [this] { Move(); });
+        } else if (isUploadedThere && isPassing && attempts < maxAttempts) {
+            QTimer::singleShot(pause * attempts, this, [this] { Move(); });
         } else {
             Fail(answer, isUploadedThere, !isNew && isTargetGone);
         }
@@ -137,13 +182,13 @@ void Publication::LookAtTarget(const HttpResponse& answer, bool isUploadedThere)
 
 void Publication::LookAt(const QByteArray& looked, Answer answer)
 {
-    HttpRequest request = PropFind(server.collection.UrlOf(looked));
-    request.lane = HttpRequest::Lane::Transfer;
-    requests.Send(request, [this, looked, answer = std::move(answer)](HttpResponse&& response) {
-        DavPath path = server.collection.Path();
-        path.push_back(looked);
-        answer(response, EntryOfDepth0(response, path));
-    });
+    const HttpRequest look = PropFind(session.collection.UrlOf(looked));
+    requests.Send(OnLane(HttpRequest::Lane::Transfer, look),
+                  [this, looked, answer = std::move(answer)](HttpResponse&& response) {
+                      DavPath path = session.collection.Path();
+                      path.push_back(looked);
+                      answer(response, EntryOfDepth0(response, path));
+                  });
 }
 
 bool Publication::IsUploaded(const DavEntry& entry) const
@@ -154,14 +199,13 @@ bool Publication::IsUploaded(const DavEntry& entry) const
 
 void Publication::Succeed()
 {
-    const auto whenDone = done; // it destroys this object
-    whenDone({name, {}, {}, false});
+    CallOnce(done, Outcome{name, {}, {}, false}); // it destroys this object
 }
 
 void Publication::Fail(const HttpResponse& answer, bool isUploadedThere, bool isOnlyCopy)
 {
-    const auto whenDone = done; // it destroys this object
-    whenDone({{}, answer, isUploadedThere ? uploaded.name : QByteArray(), isOnlyCopy});
+    // It destroys this object.
+    CallOnce(done, Outcome{{}, answer, isUploadedThere ? uploaded.name : QByteArray(), isOnlyCopy});
 }
 
 } // namespace Norlis::Social

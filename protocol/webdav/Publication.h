@@ -1,29 +1,50 @@
 #pragma once
 
-#include "DavDocument.h"
-#include "OverwriteCheck.h"
-#include <protocol/dav/WebDavRequests.h>
+#include "WebDavSession.h"
+#include <base/Lifetime.h>
+#include <protocol/http/HttpRequestGroup.h>
 
-#include <QTimer>
+#include <QObject>
 
 namespace Norlis::Social {
 
-/// Gives an uploaded file its name. An answer that is lost on the way is made up for by looking.
-class Publication {
+/// Finds out, with an uploaded file and one of a single byte, whether the server obeys "Overwrite: F". One that does
+/// not would let a new document take another one's place.
+class OverwriteCheck {
+public:
+    /// \param name that the uploaded file has after the check
+    using Done = std::function<void(const QByteArray& name)>;
+
+    OverwriteCheck(WebDavSession& session, const QByteArray& uploaded, Done done);
+
+private:
+    void TryToOverwrite();
+    void End(const QByteArray& name, const QByteArray& leftover);
+
+    WebDavSession& session;
+    const QByteArray uploaded;
+    const QByteArray small;
+    Done done;
+    HttpRequestGroup requests;
+};
+
+/// Gives an uploaded file its final name, in one step, so that a new document never takes another one's place. When an
+/// answer is lost, a look at the server shows what has become of the request.
+class Publication : public QObject {
 public:
     struct Outcome {
         QByteArray name; ///< that the document has now
         std::optional<HttpResponse> failure;
         QByteArray leftover;     ///< of a failure: name of the uploaded file; empty when it is gone
-        bool isOnlyCopy = false; ///< of a failure: the server has lost the document that was to be replaced
+        bool isOnlyCopy = false; ///< of a failure: the server has lost the document that should have been replaced
     };
     using Done = std::function<void(Outcome)>;
 
-    /// \param uploaded what lies under the temporary name
-    Publication(WebDavServer& server, const DavDocument& uploaded, Done done);
-    ~Publication();
+    /// \param uploaded the file, under its temporary name
+    Publication(WebDavSession& session, const DavDocument& uploaded, Done done);
+    ~Publication() override;
 
-    /// As the document of a name, or of the next free one with a number.
+    /// As a new document of this name, or of the next free one with a number.
     void MakeNew(const QByteArray& name);
 
     void Replace(const QByteArray& name);
@@ -42,18 +63,17 @@ private:
     void Succeed();
     void Fail(const HttpResponse& answer, bool isUploadedThere, bool isOnlyCopy = false);
 
-    WebDavServer& server;
+    WebDavSession& session;
     DavDocument uploaded;
-    const Done done;
-    WebDavRequests requests;
+    Done done;
+    HttpRequestGroup requests;
     std::unique_ptr<OverwriteCheck> check;
     QByteArray wantedName;
-    QByteArray name;         ///< that is tried
-    bool isReserved = false; ///< it is among the names in the making because of this
+    QByteArray name;         ///< the one that is being tried
+    bool isReserved = false; ///< this publication has put it among the reserved names
     bool isNew = true;
     int number = 1;
     int attempts = 0;
-    QObject context; ///< of what comes after a pause
 };
 
 } // namespace Norlis::Social

@@ -15,23 +15,23 @@ struct Meaning {
 constexpr Meaning meanings[] = {
     {400, "The server does not understand the request", "Check the address of the service."},
     {401, "The server does not accept the user name or the password", "Sign in again."},
-    {403, "The server does not allow it", "Ask who runs the server for the right to do it."},
-    {404, "The server has nothing there", "Refresh the list, and check the address of the service."},
+    {403, "The server does not allow it", "Ask whoever runs the server for permission."},
+    {404, "There is nothing at that address", "Refresh the list, and check the address of the service."},
     {405, "The server cannot do this at that address", "Check the address of the service."},
     {407, "The proxy asks for a password", "Check the proxy in the system's settings."},
     {409, "The collection to write to is not on the server", "Check the address of the service."},
-    {410, "The document is not in the cloud any more", "Refresh the list."},
-    {412, "The document has been changed by somebody else meanwhile", "Refresh the list and try again."},
-    {413, "The document is larger than the server takes", "Ask who runs the server to raise its limit."},
-    {414, "The name is longer than the server takes", "Give the file a shorter name."},
-    {415, "The server does not take documents of this kind", ""},
+    {410, "The document is no longer in the cloud", "Refresh the list."},
+    {412, "The document has been changed by somebody else in the meantime", "Refresh the list and try again."},
+    {413, "The document is larger than the server accepts", "Ask whoever runs the server to raise its limit."},
+    {414, "The name is longer than the server accepts", "Give the file a shorter name."},
+    {415, "The server does not accept documents of this kind", ""},
     {423, "The document is locked by somebody", "Try again later."},
     {425, "The document is still being processed by the server", "Try again later."},
-    {429, "The server has had too many requests", "Try again in some minutes."},
-    {431, "The name is longer than the server takes", "Give the file a shorter name."},
-    {500, "The server has failed", "Try again later. If it stays like this, tell who runs the server."},
+    {429, "The server has received too many requests", "Try again in a few minutes."},
+    {431, "The name is longer than the server accepts", "Give the file a shorter name."},
+    {500, "The server has failed", "Try again later. If this keeps happening, tell whoever runs the server."},
     {501, "The server cannot do this", "Check that the address is that of a WebDAV server."},
-    {502, "The server behind the gateway does not answer properly", "Try again later."},
+    {502, "The server behind the gateway does not answer correctly", "Try again later."},
     {503, "The server is not available at the moment, perhaps for maintenance", "Try again later."},
     {504, "The server behind the gateway does not answer in time", "Try again later."},
     {507, "The server has no room left", "Make room in the cloud and try again."},
@@ -47,7 +47,7 @@ Meaning MeaningOf(int status)
     if (status >= 500) {
         return {status, "The server has failed", "Try again later."};
     }
-    return {status, "The server answers in a way that was not expected",
+    return {status, "The server answered in a way that was not expected",
             "Check that the address is that of a WebDAV server."};
 }
 
@@ -59,9 +59,9 @@ QString AdviceFor(HttpResponse::Fault fault)
     case HttpResponse::Fault::Untrusted:
         return QStringLiteral(
             "Do not enter a password there unless you know why. If the server's certificate comes from an "
-            "authority of your own, name its file when you sign in.");
+            "authority of your own, specify its file when you sign in.");
     case HttpResponse::Fault::Redirected:
-        return QStringLiteral("If you trust that place, sign in with its address.");
+        return QStringLiteral("If you trust that address, sign in with it.");
     case HttpResponse::Fault::Silent:
     case HttpResponse::Fault::Broken:
         return QStringLiteral("Try again.");
@@ -79,7 +79,7 @@ QString ReasonFor(const HttpResponse& response)
     case HttpResponse::Fault::Unreachable:
         return QStringLiteral("The server cannot be reached: %1").arg(response.faultText);
     case HttpResponse::Fault::Untrusted:
-        return QStringLiteral("The server cannot prove that it is the right one: %1").arg(response.faultText);
+        return QStringLiteral("The server's identity cannot be verified: %1").arg(response.faultText);
     case HttpResponse::Fault::Broken:
         return QStringLiteral("The connection broke: %1").arg(response.faultText);
     default:
@@ -105,11 +105,6 @@ OAuth2::Failure ExplainFailure(const HttpResponse& response, const Secrets& secr
                          .arg(message.isEmpty() ? QString() : ": " + message);
     failure.advice = QString::fromUtf8(meaning.advice);
     return failure;
-}
-
-bool IsMissing(int status)
-{
-    return status == 404 || status == 410;
 }
 
 } // namespace Norlis::Social

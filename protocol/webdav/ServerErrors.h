@@ -7,11 +7,8 @@
 
 namespace Norlis::Social {
 
-/// What an answer that was no success means to a person: the reason and the advice, without the secrets. The rest of
-/// the failure is left to the caller. The one place where a status becomes words.
+/// Explains an unsuccessful answer to the user: the reason and the advice, without secrets. The rest of the failure is
+/// left to the caller. The only place where a status becomes words.
 OAuth2::Failure ExplainFailure(const HttpResponse& response, const Secrets& secrets);
-
-/// Whether a status says that the thing is not there.
-bool IsMissing(int status);
 
 } // namespace Norlis::Social

@@ -1,6 +1,5 @@
 #include "UploadOperation.h"
 
-#include "PropFind.h"
 #include <files/AtomicFile.h>
 #include <files/DocumentNames.h>
 #include <protocol/dav/EntityTag.h>
@@ -17,9 +16,9 @@ const auto what = QStringLiteral("Upload");
 
 } // namespace
 
-UploadOperation::UploadOperation(qint64 id, const Request::Upload& request, const std::shared_ptr<WebDavServer>& server,
-                                 const Tools& tools, Finish finish)
-    : Operation(server, std::move(finish)),
+UploadOperation::UploadOperation(qint64 id, const Request::Upload& request,
+                                 const std::shared_ptr<WebDavSession>& session, const Tools& tools, Finish finish)
+    : Operation(session, std::move(finish)),
       id(id),
       request(request),
       tools(tools),
@@ -30,7 +29,7 @@ UploadOperation::UploadOperation(qint64 id, const Request::Upload& request, cons
 
 UploadOperation::~UploadOperation()
 {
-    tools.directory.Forget(id);
+    session->directory.Forget(id);
 }
 
 void UploadOperation::Start()
@@ -51,7 +50,7 @@ void UploadOperation::Start()
         Put();
         return;
     }
-    tools.directory.Find(id, request.document, what, [this](const DavDocument* document, Reply&& failure) {
+    session->directory.Find(id, request.document, what, [this](const DavDocument* document, Reply&& failure) {
         if (document) {
             name = document->name;
             LookAtReplaced();
@@ -64,66 +63,62 @@ void UploadOperation::Start()
 
 void UploadOperation::LookAtReplaced()
 {
-    // Also shows, before a large file is sent for nothing, whether the server would talk to us.
-    requests.Send(OnTransferLane(PropFind(server->collection.UrlOf(name))), [this](HttpResponse&& response) {
-        const auto entry = EntryOfDepth0(response, PathOf(name));
-        if (entry && !entry->isCollection) {
-            replaced = FileOf(*entry, name);
-            Put();
-        } else if (entry || IsMissing(response.Status())) {
-            End(Failed(what, Name(), "The document to replace is not in the cloud any more",
-                       "Upload the file as a new document."));
-        } else {
-            End(server->Failure(what, Name(), response));
-        }
-    });
+    // Also shows, before a large file is sent in vain, whether the server accepts requests.
+    requests.Send(OnLane(HttpRequest::Lane::Transfer, PropFind(session->collection.UrlOf(name))),
+                  [this](HttpResponse&& response) {
+                      const auto entry = EntryOfDepth0(response, PathOf(name));
+                      if (entry && !entry->isCollection) {
+                          replaced = FileOf(*entry, name);
+                          Put();
+                      } else if (entry || IsMissing(response.Status())) {
+                          End(Failed(what, Name(), "The document to replace is no longer in the cloud",
+                                     "Upload the file as a new document."));
+                      } else {
+                          End(session->Failure(what, Name(), response));
+                      }
+                  });
 }
 
 void UploadOperation::Put()
 {
     step = Step::Sending;
-    isDirect = replaced && server->isFamily;
+    isDirect = replaced && session->isNextcloudLike;
     sent.name = isDirect ? name : Files::AtomicFile::NewTemporaryName().toUtf8();
-    HttpRequest put;
-    put.method = "PUT";
-    put.url = server->collection.UrlOf(sent.name);
-    put.fields = {
-        {"Content-Type", request.mimeType.isEmpty() ? "application/octet-stream" : request.mimeType.toLatin1()}};
-    if (server->isFamily) {
-        put.fields.append(qMakePair(QByteArray("X-Hash"), QByteArray("md5"))); // asks for the hash of what arrives
-        if (!request.md5Hash.isEmpty()) {
-            put.fields.append({"OC-Checksum", "MD5:" + request.md5Hash.toLower().toLatin1()});
-        }
+    HttpRequest put = Social::Put(session->collection.UrlOf(sent.name), request.mimeType.toLatin1());
+    if (session->isNextcloudLike) {
+        put = WithChecksum(put, request.md5Hash.toLower().toLatin1());
     }
     if (isDirect && EntityTag{replaced->etag}.IsStrong()) {
-        put.fields.append({"If-Match", replaced->etag});
+        put = IfMatch(put, replaced->etag);
     }
     put.source = source;
-    put.lane = HttpRequest::Lane::Transfer;
     put.isRepeatable = !isDirect;
-    requests.Send(put, [this](HttpResponse&& response) { OnPut(response); });
+    requests.Send(OnLane(HttpRequest::Lane::Transfer, put), [this](HttpResponse&& response) { OnPut(response); });
 }
 
 void UploadOperation::OnPut(const HttpResponse& response)
 {
     if (response.fault == HttpResponse::Fault::SourceFailed) {
-        Fail(Failed(what, Name(), QStringLiteral("%1 changed meanwhile").arg(request.localPath), "Try again."), true);
+        Fail(
+            Failed(what, Name(), QStringLiteral("%1 has changed in the meantime").arg(request.localPath), "Try again."),
+            true);
         return;
     }
-    // The version that another one stands in the way of may be ours: a request whose kept connection turns out to be
-    // closed is sent a second time.
+    // A version that does not match may be our own: a request whose kept connection turns out to be closed is sent a
+    // second time.
     const bool isLost = isDirect && (response.fault != HttpResponse::Fault::None || response.Status() == 412);
     if (!response.HasSucceeded() && !isLost) {
-        Fail(server->Failure(what, Name(), response), response.fault != HttpResponse::Fault::None);
+        Fail(session->Failure(what, Name(), response), response.fault != HttpResponse::Fault::None);
         return;
     }
     const QByteArray arrivedMd5 = response.head.Field("x-hash-md5").toLower();
     const QString ownMd5 = source->IsWholeAndUnchanged() ? source->Md5() : QString();
     const QString expectedMd5 = request.md5Hash.toLower();
     if (!isLost && (ownMd5.isEmpty() || (!expectedMd5.isEmpty() && ownMd5 != expectedMd5))) {
-        Fail(Failed(what, Name(), QStringLiteral("%1 changed meanwhile").arg(request.localPath), "Try again."));
+        Fail(Failed(what, Name(), QStringLiteral("%1 has changed in the meantime").arg(request.localPath),
+                    "Try again."));
     } else if (!arrivedMd5.isEmpty() && arrivedMd5 != ownMd5.toLatin1()) {
-        Fail(Failed(what, Name(), "Other bytes arrived at the server than were sent", "Try again."));
+        Fail(Failed(what, Name(), "The server received other bytes than were sent", "Try again."));
     } else {
         sent.md5 = ownMd5.toLatin1();
         CheckWhatArrived(response);
@@ -133,13 +128,13 @@ void UploadOperation::OnPut(const HttpResponse& response)
 void UploadOperation::CheckWhatArrived(const HttpResponse& answer)
 {
     step = Step::Checking;
-    requests.Send(OnTransferLane(PropFind(server->collection.UrlOf(sent.name))),
+    requests.Send(OnLane(HttpRequest::Lane::Transfer, PropFind(session->collection.UrlOf(sent.name))),
                   [this, answer](HttpResponse&& response) {
                       const auto entry = EntryOfDepth0(response, PathOf(sent.name));
                       if (entry) {
                           OnEntry(*entry, answer);
                       } else {
-                          Fail(server->Failure(what, Name(), answer.HasSucceeded() ? response : answer));
+                          Fail(session->Failure(what, Name(), answer.HasSucceeded() ? response : answer));
                       }
                   });
 }
@@ -151,7 +146,7 @@ void UploadOperation::OnEntry(const DavEntry& entry, const HttpResponse& answer)
     const bool isOurs =
         answer.HasSucceeded() || (isWhole && !entry.md5.isEmpty() && entry.md5 == request.md5Hash.toLower().toLatin1());
     if (!isOurs) {
-        End(server->Failure(what, Name(), answer));
+        End(session->Failure(what, Name(), answer));
         return;
     }
     if (!isWhole) {
@@ -176,7 +171,7 @@ void UploadOperation::Publish()
         return;
     }
     step = Step::Publishing;
-    publication = std::make_unique<Publication>(*server, sent,
+    publication = std::make_unique<Publication>(*session, sent,
                                                 [this](const Publication::Outcome& outcome) { OnPublished(outcome); });
     if (replaced) {
         publication->Replace(name);
@@ -188,7 +183,7 @@ void UploadOperation::Publish()
 void UploadOperation::OnPublished(const Publication::Outcome& outcome)
 {
     if (outcome.failure) {
-        Reply failure = server->Failure(what, Name(), *outcome.failure);
+        Reply failure = session->Failure(what, Name(), *outcome.failure);
         if (outcome.isOnlyCopy && !outcome.leftover.isEmpty()) {
             failure.failure.advice =
                 QStringLiteral("The server has lost the old document. What was sent is there as %1.")
@@ -207,13 +202,13 @@ void UploadOperation::OnPublished(const Publication::Outcome& outcome)
     } else if (made.id == Files::IdOfName(QString::fromUtf8(sent.name))) {
         made.id = Files::IdOfName(made.Name());
     }
-    server->documents.insert(made.id, made);
+    session->documents.insert(made.id, made);
     tools.published(made);
     const bool isWanted = request.token->Commit([&] { return replaced ? QString() : made.id; });
     if (!isWanted && !replaced) {
-        // Given up at the last moment: what was made is taken back.
-        server->documents.remove(made.id);
-        tools.sweeper.Remove(server->collection.UrlOf(made.name), false, [this] { End({}); });
+        // Cancelled at the last moment: the new document is deleted.
+        session->documents.remove(made.id);
+        session->housekeeper.DeleteFile(made.name, false, [this] { End({}); });
         return;
     }
     Succeed(made);
@@ -221,12 +216,12 @@ void UploadOperation::OnPublished(const Publication::Outcome& outcome)
 
 void UploadOperation::Succeed(const DavDocument& made)
 {
-    tools.hashKeeper.Keep(made);
+    session->housekeeper.StoreHash(made);
     const CloudFile entry = made.ToCloudFile();
     NorlisCloudSharingResult result;
     result.id = made.id;
     result.fileName = entry.name;
-    result.downloadUrl = QUrl::fromEncoded(server->collection.UrlOf(made.name));
+    result.downloadUrl = QUrl::fromEncoded(session->collection.UrlOf(made.name));
     result.createdAt = made.createdAt.isValid() ? made.createdAt : made.modifiedAt;
     result.modifiedAt = made.modifiedAt;
     result.lifetime = std::numeric_limits<int>::max();
@@ -241,13 +236,13 @@ bool UploadOperation::GiveUp()
         return true;
     }
     if (step == Step::Publishing) {
-        return false; // only its outcome tells what there is to take back
+        return false; // only its outcome shows what there is to undo
     }
     requests.CancelAll();
     if (isDirect) {
-        return true; // the server drops it, or has it
+        return true; // the server discards it, or has it
     }
-    tools.sweeper.Remove(server->collection.UrlOf(sent.name), step == Step::Sending);
+    session->housekeeper.DeleteFile(sent.name, step == Step::Sending);
     return true;
 }
 
@@ -257,12 +252,12 @@ void UploadOperation::Fail(Reply reply, bool mayBeWritten)
         End(std::move(reply));
         return;
     }
-    tools.sweeper.Remove(server->collection.UrlOf(sent.name), mayBeWritten,
-                         [this, reply = std::move(reply), alive = std::weak_ptr<bool>(life)] {
-                             if (!alive.expired()) {
-                                 End(reply);
-                             }
-                         });
+    session->housekeeper.DeleteFile(sent.name, mayBeWritten,
+                                    [this, reply = std::move(reply), guard = lifetime.Watch()] {
+                                        if (guard) {
+                                            End(reply);
+                                        }
+                                    });
 }
 
 void UploadOperation::ReportProgress(qint64 position)
@@ -282,7 +277,7 @@ QString UploadOperation::Name() const
 
 DavPath UploadOperation::PathOf(const QByteArray& document) const
 {
-    DavPath path = server->collection.Path();
+    DavPath path = session->collection.Path();
     path.push_back(document);
     return path;
 }

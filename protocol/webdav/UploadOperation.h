@@ -1,29 +1,23 @@
 #pragma once
 
-#include "Directory.h"
-#include "HashKeeper.h"
 #include "Operation.h"
 #include "Publication.h"
-#include "Sweeper.h"
 #include <protocol/transfer/UploadSource.h>
 
 namespace Norlis::Social {
 
-/// Sends a file: under a temporary name, which is given up for the document's when the server has shown that all of it
-/// arrived. So a new document never takes another one's place, and a replaced one is whole at every moment, whatever
-/// the server does with an upload that breaks off.
+/// Uploads a file under a temporary name, and publishes it under that of the document when the server has shown that
+/// all of it arrived. So a new document never takes another one's place, and a replaced one is complete at every
+/// moment, whatever the server does with an interrupted upload.
 class UploadOperation : public Operation {
 public:
     struct Tools {
-        Directory& directory;
-        Sweeper& sweeper;
-        HashKeeper& hashKeeper;
         QThreadPool& pool;
         std::function<void(int percent)> progress;
         std::function<void(const DavDocument& made)> published; ///< called when a document has new content
     };
 
-    UploadOperation(qint64 id, const Request::Upload& request, const std::shared_ptr<WebDavServer>& server,
+    UploadOperation(qint64 id, const Request::Upload& request, const std::shared_ptr<WebDavSession>& session,
                     const Tools& tools, Finish finish);
     ~UploadOperation() override;
 
@@ -42,7 +36,7 @@ private:
     void OnPublished(const Publication::Outcome& outcome);
     void Succeed(const DavDocument& made);
 
-    /// Ends with a reply when the temporary file is gone.
+    /// Ends with the reply once the temporary file is deleted.
     void Fail(Reply reply, bool mayBeWritten = false);
     void ReportProgress(qint64 position);
     QString Name() const;
@@ -53,16 +47,14 @@ private:
     const Tools tools;
     const std::shared_ptr<UploadSource> source;
     Step step = Step::Preparing;
-    QByteArray name;                     ///< that the document shall have
-    std::optional<DavDocument> replaced; ///< as it was before
-    DavDocument sent;                    ///< under the name that it was sent to
-    bool isDirect = false;               ///< sent to its own name: the server replaces safely by itself
+    QByteArray name;                     ///< of the document
+    std::optional<DavDocument> replaced; ///< as it was before the upload
+    DavDocument sent;                    ///< under the name to which it was sent
+    bool isDirect = false;               ///< to its final name, on servers that replace safely by themselves
     std::unique_ptr<Publication> publication;
     bool isGivenUp = false;
     int reportedPercent = -1;
-
-    /// Held weakly by what may come after the end.
-    const std::shared_ptr<bool> life = std::make_shared<bool>();
+    Lifetime lifetime; ///< its temporary file is deleted also after the end
 };
 
 } // namespace Norlis::Social

@@ -1,15 +1,15 @@
 #include "WebDavService.h"
 
-#include "AccountOperation.h"
 #include "DocumentOperations.h"
 #include "DownloadOperation.h"
-#include "Examination.h"
 #include "PreviewFetch.h"
-#include "SignInOperation.h"
+#include "ServerProbe.h"
+#include "SignInOperations.h"
 #include "UploadOperation.h"
+#include <base/Lifetime.h>
+#include <protocol/http/Origin.h>
 
 #include <QDir>
-#include <QEventLoop>
 
 #include <algorithm>
 
@@ -17,8 +17,8 @@ namespace Norlis::Social {
 
 namespace {
 
-constexpr int mostTransfers = 4;       // at once
-constexpr int longestFarewell = 3'000; // milliseconds
+constexpr int maxTransfers = 4;        // at once
+constexpr int shutdownTimeout = 3'000; // milliseconds
 
 QString UserOf(const OAuth2::AuthInfo& authInfo)
 {
@@ -36,7 +36,7 @@ bool IsOneLine(const QString& text)
     return std::none_of(text.begin(), text.end(), [](QChar character) { return character.unicode() < 0x20; });
 }
 
-/// Where documents lie while they are rendered.
+/// For documents while they are rendered.
 QString PreviewFolderTemplate(const QString& cacheFolder)
 {
     const QString parent = cacheFolder.isEmpty() ? QDir::tempPath() : cacheFolder;
@@ -46,19 +46,6 @@ QString PreviewFolderTemplate(const QString& cacheFolder)
 
 } // namespace
 
-WebDavService::Session::Session(const std::shared_ptr<WebDavServer>& server)
-    : server(server),
-      directory(*server),
-      sweeper(*server),
-      hashKeeper(*server)
-{
-}
-
-bool WebDavService::Session::IsIdle() const
-{
-    return directory.IsIdle() && sweeper.IsIdle() && hashKeeper.IsIdle();
-}
-
 WebDavService::WebDavService(const OAuth2::AuthInfo& authInfo, const std::string& programName, const Listener& listener)
     : authInfo(authInfo),
       user(UserOf(authInfo)),
@@ -67,52 +54,44 @@ WebDavService::WebDavService(const OAuth2::AuthInfo& authInfo, const std::string
       previewFolder(PreviewFolderTemplate(authInfo.cacheFolder)),
       previews(authInfo.cacheFolder, *this, listener.reply)
 {
-    pool.setMaxThreadCount(mostTransfers);
-    formerTimer.setInterval(20);
-    QObject::connect(&formerTimer, &QTimer::timeout, &formerTimer, [this] { DropFormer(); });
+    pool.setMaxThreadCount(maxTransfers);
+    cleanUpTimer.setSingleShot(true);
+    QObject::connect(&cleanUpTimer, &QTimer::timeout, &cleanUpTimer, [this] { CleanUp(); });
+    shutdownTimer.setSingleShot(true);
+    shutdownTimer.setInterval(shutdownTimeout);
+    QObject::connect(&shutdownTimer, &QTimer::timeout, &shutdownTimer, [this] { CallOnce(onShutDown); });
 }
 
 WebDavService::~WebDavService()
 {
-    for (auto each = works.begin(); each != works.end();) {
-        each->second.isGivenUp = true;
-        const auto left = each->second.session;
-        each = each->second.operation->GiveUp() ? works.erase(each) : std::next(each);
-        LetGo(left);
-    }
-    waitingTransfers.clear();
-    QEventLoop loop;
-    QTimer poll; // what it waits for ends in many ways
-    QObject::connect(&poll, &QTimer::timeout, &loop, [&] {
-        if (IsAtRest()) {
-            loop.quit();
-        }
-    });
-    QTimer::singleShot(longestFarewell, &loop, [&] { loop.quit(); });
-    poll.start(5);
-    // An event that was posted before this one began to be dealt with does not wake an inner loop (GLib's dispatcher);
-    // a new one does, for all of them.
-    QMetaObject::invokeMethod(
-        &loop, [] {}, Qt::QueuedConnection);
-    if (!IsAtRest()) {
-        loop.exec();
-    }
-    works.clear();
+    active.clear();
     pool.waitForDone();
 }
 
-bool WebDavService::IsAtRest() const
+void WebDavService::Shutdown(std::function<void()> done)
 {
-    const bool isSwept = !session || (session->sweeper.IsIdle() && session->hashKeeper.IsIdle());
-    return works.empty() && former.empty() && isSwept;
+    for (auto each = active.begin(); each != active.end();) {
+        each->second.isGivenUp = true;
+        const auto ended = each->second.session;
+        each = each->second.operation->GiveUp() ? active.erase(each) : std::next(each);
+        Retire(ended);
+    }
+    waitingTransfers.clear();
+    Retire(std::exchange(session, nullptr));
+    for (const auto& each : endedSessions) {
+        each->directory.Stop();
+    }
+    onShutDown = std::move(done);
+    shutdownTimer.start();
+    cleanUpTimer.start();
 }
 
-QString WebDavService::WhyNoService(const OAuth2::AuthInfo& authInfo)
+std::optional<QString> WebDavService::Validate(const OAuth2::AuthInfo& authInfo)
 {
     const QUrl& url = authInfo.serviceUrl;
     const QByteArray address = url.toEncoded(QUrl::RemoveUserInfo);
     if (OriginOfUrl(address).isEmpty() || !SegmentsOfUrl(address)) {
-        return QStringLiteral("it is no address of a collection");
+        return QStringLiteral("it is not the address of a collection");
     }
     if (url.hasQuery() || url.hasFragment()) {
         return QStringLiteral("leave out what follows \"?\" or \"#\"");
@@ -121,7 +100,7 @@ QString WebDavService::WhyNoService(const OAuth2::AuthInfo& authInfo)
         return QStringLiteral("http: would send the password and the documents unencrypted; use https:");
     }
     if (!IsOneLine(UserOf(authInfo)) || UserOf(authInfo).contains(':')) {
-        return QStringLiteral("a user's name has no colon and no control characters");
+        return QStringLiteral("a user name must not contain colons or control characters");
     }
     return {};
 }
@@ -143,18 +122,17 @@ void WebDavService::Cancel(qint64 id)
     if (session) {
         session->directory.Forget(id);
     }
-    const auto found = works.find(id);
-    if (found == works.end()) {
+    const auto found = active.find(id);
+    if (found == active.end()) {
         return;
     }
-    Work& work = found->second;
-    work.isGivenUp = true;
-    if (work.operation->GiveUp()) {
+    found->second.isGivenUp = true;
+    if (found->second.operation->GiveUp()) {
         OnFinished(id, {});
     }
 }
 
-std::shared_ptr<WebDavService::Session> WebDavService::NewSession(const QString& token)
+std::shared_ptr<WebDavSession> WebDavService::NewSession(const QString& token)
 {
     const Collection collection(authInfo.serviceUrl);
     HttpClient::Settings settings;
@@ -162,28 +140,29 @@ std::shared_ptr<WebDavService::Session> WebDavService::NewSession(const QString&
     settings.userAgent = programName;
     settings.authorization = AuthorizationOf(user, token);
     settings.certificateFile = authInfo.certificateFile;
-    settings.patience = authInfo.patience;
+    settings.silenceTimeout = authInfo.patience;
     Secrets secrets;
     secrets.Add(user, token);
-    return std::make_shared<Session>(std::make_shared<WebDavServer>(collection, settings, secrets, user));
+    return std::make_shared<WebDavSession>(collection, settings, secrets, user, [this] { cleanUpTimer.start(); });
 }
 
-void WebDavService::LetGo(const std::shared_ptr<Session>& left)
+void WebDavService::Retire(const std::shared_ptr<WebDavSession>& ended)
 {
-    if (left && left != session) {
-        former.insert(left);
-        formerTimer.start();
+    if (ended && ended != session) {
+        endedSessions.insert(ended);
+        cleanUpTimer.start();
     }
 }
 
-void WebDavService::DropFormer()
+void WebDavService::CleanUp()
 {
-    for (auto each = former.begin(); each != former.end();) {
-        const bool isUnused = each->use_count() == 1 && (*each)->IsIdle();
-        each = isUnused ? former.erase(each) : std::next(each);
+    for (auto each = endedSessions.begin(); each != endedSessions.end();) {
+        const bool isInUse = std::any_of(active.begin(), active.end(),
+                                         [&](const auto& request) { return request.second.session == *each; });
+        each = isInUse || !(*each)->IsIdle() ? std::next(each) : endedSessions.erase(each);
     }
-    if (former.empty()) {
-        formerTimer.stop();
+    if (active.empty() && endedSessions.empty()) {
+        CallOnce(onShutDown); // it may destroy this object
     }
 }
 
@@ -191,97 +170,91 @@ void WebDavService::Begin(qint64 id, const Request::SignIn& request)
 {
     const auto what = QStringLiteral("Sign-in");
     if (request.token.isEmpty() || !IsOneLine(request.token)) {
-        listener.reply(id,
-                       Failed(what, {}, "That is no password or token", "Give the one that you have for the server."));
+        listener.reply(
+            id, Failed(what, {}, "That is not a password or token", "Enter the one that you have for the server."));
         return;
     }
     const auto next = NewSession(request.token);
     const auto finish = [this, id, next, before = signOuts](Reply&& reply) {
-        if (reply.result == Success && !works.at(id).isGivenUp && signOuts == before) {
-            LetGo(std::exchange(session, next));
+        if (reply.result == Success && !active.at(id).isGivenUp && signOuts == before) {
+            Retire(std::exchange(session, next));
         }
         OnFinished(id, std::move(reply));
     };
-    works[id] = {next, std::make_unique<SignInOperation>(next->server, finish), false, false};
-    works[id].operation->Start();
+    active[id] = {next, std::make_unique<SignInOperation>(next, finish), false, false};
+    active[id].operation->Start();
 }
 
 void WebDavService::Begin(qint64 id, const Request::SignOut&)
 {
-    LetGo(std::exchange(session, nullptr)); // connections go with the last request that uses them
+    Retire(std::exchange(session, nullptr)); // its connections are closed when its last request has ended
     ++signOuts;
     listener.reply(id, {});
 }
 
 void WebDavService::Begin(qint64 id, const Request::UserName&)
 {
-    Run(id, std::make_unique<AccountOperation>(AccountOperation::Wanted::Name, session->server, Finisher(id)));
+    Run(id, std::make_unique<UserOperation>(UserOperation::Wanted::Name, session, Finisher(id)));
 }
 
 void WebDavService::Begin(qint64 id, const Request::UserPage&)
 {
-    listener.reply(id, {Success, QUrl::fromEncoded(session->server->collection.Url()), {}, false});
+    listener.reply(id, {Success, QUrl::fromEncoded(session->collection.Url()), {}, false});
 }
 
 void WebDavService::Begin(qint64 id, const Request::UserPictureAddress&)
 {
-    Run(id,
-        std::make_unique<AccountOperation>(AccountOperation::Wanted::PictureAddress, session->server, Finisher(id)));
+    Run(id, std::make_unique<UserOperation>(UserOperation::Wanted::PictureAddress, session, Finisher(id)));
 }
 
 void WebDavService::Begin(qint64 id, const Request::UserPicture&)
 {
-    Run(id, std::make_unique<AccountOperation>(AccountOperation::Wanted::Picture, session->server, Finisher(id)));
+    Run(id, std::make_unique<UserOperation>(UserOperation::Wanted::Picture, session, Finisher(id)));
 }
 
 void WebDavService::Begin(qint64 id, const Request::Info& request)
 {
-    Run(id, std::make_unique<InfoOperation>(id, request.document, session->directory, session->server, Finisher(id)));
+    Run(id, std::make_unique<InfoOperation>(id, request.document, session, Finisher(id)));
 }
 
 void WebDavService::Begin(qint64 id, const Request::List&)
 {
-    const auto onLeftovers = [this, current = session](const QList<QByteArray>& names) { Sweep(*current, names); };
-    Run(id, std::make_unique<ListOperation>(session->server, onLeftovers, Finisher(id)));
+    Run(id, std::make_unique<ListOperation>(session, Finisher(id)));
 }
 
 void WebDavService::Begin(qint64 id, const Request::Download& request)
 {
-    const DownloadOperation::Tools tools{session->directory, pool,
-                                         [this, id](int percent) { listener.progress(id, percent); }};
-    RunTransfer(id, std::make_unique<DownloadOperation>(id, request, session->server, tools, Finisher(id)));
+    const DownloadOperation::Tools tools{pool, [this, id](int percent) { listener.progress(id, percent); }};
+    RunTransfer(id, std::make_unique<DownloadOperation>(id, request, session, tools, Finisher(id)));
 }
 
 void WebDavService::Begin(qint64 id, const Request::Upload& request)
 {
-    const UploadOperation::Tools tools{session->directory,
-                                       session->sweeper,
-                                       session->hashKeeper,
-                                       pool,
-                                       [this, id](int percent) { listener.progress(id, percent); },
+    const UploadOperation::Tools tools{pool, [this, id](int percent) { listener.progress(id, percent); },
                                        [this](const DavDocument& made) { previews.Forget(made.id, made.Version()); }};
-    RunTransfer(id, std::make_unique<UploadOperation>(id, request, session->server, tools, Finisher(id)));
+    RunTransfer(id, std::make_unique<UploadOperation>(id, request, session, tools, Finisher(id)));
 }
 
 void WebDavService::Begin(qint64 id, const Request::Remove& request)
 {
-    Run(id, std::make_unique<RemoveOperation>(id, request.document, session->directory, session->server, Finisher(id)));
+    Run(id, std::make_unique<RemoveOperation>(id, request.document, session, Finisher(id)));
 }
 
 void WebDavService::Begin(qint64 id, const Request::Quota&)
 {
-    Run(id, std::make_unique<QuotaOperation>(session->server, Finisher(id)));
+    Run(id, std::make_unique<QuotaOperation>(session, Finisher(id)));
 }
 
 void WebDavService::Begin(qint64 id, const Request::Capabilities&)
 {
-    Run(id, std::make_unique<Examination>(session->server, session->sweeper, Finisher(id)));
+    Run(id, std::make_unique<ServerProbe>(session, Finisher(id)));
 }
 
 void WebDavService::Begin(qint64 id, const Request::Preview& request)
 {
     const auto what = QStringLiteral("Fetching a preview");
-    const auto found = [=, asked = std::weak_ptr<Session>(session)](const DavDocument* document, Reply&& failure) {
+    const auto found = [=, asked = std::weak_ptr<WebDavSession>(session)](const DavDocument* document,
+                                                                          Reply&& failure) {
         if (!document) {
             failure.isSignedOut = failure.isSignedOut && EndSession(asked.lock());
             listener.reply(id, std::move(failure));
@@ -297,28 +270,29 @@ void WebDavService::Begin(qint64 id, const Request::Preview& request)
 std::unique_ptr<PreviewSource::Fetch> WebDavService::FetchForPreview(const PreviewSubject& subject, const QSize& box,
                                                                      Done done)
 {
-    const QString reason = !session ? QStringLiteral("Nobody is signed in any more")
-                           : !session->server->documents.contains(subject.document)
-                               ? QStringLiteral("The document is not in the cloud any more")
+    const QString reason = !session ? QStringLiteral("Nobody is signed in")
+                           : !session->documents.contains(subject.document)
+                               ? QStringLiteral("The document is no longer in the cloud")
                                : QString();
     if (!reason.isEmpty()) {
         return std::make_unique<CompletedFetch>(Result{{}, {}, reason}, std::move(done));
     }
-    const auto whenFetched = [this, asked = std::weak_ptr<Session>(session), done = std::move(done)](Result&& result) {
+    const auto whenFetched = [this, asked = std::weak_ptr<WebDavSession>(session),
+                              done = std::move(done)](Result&& result) {
         result.isSignedOut = result.isSignedOut && EndSession(asked.lock());
         done(std::move(result));
     };
-    return std::make_unique<PreviewFetch>(session->server, session->server->documents.value(subject.document), box,
+    return std::make_unique<PreviewFetch>(session, session->documents.value(subject.document), box,
                                           previewFolder.path(), pool, whenFetched);
 }
 
-bool WebDavService::EndSession(const std::shared_ptr<Session>& refused)
+bool WebDavService::EndSession(const std::shared_ptr<WebDavSession>& refused)
 {
-    const bool isPresent = refused && refused == session;
-    if (isPresent) {
-        LetGo(std::exchange(session, nullptr));
+    const bool isCurrent = refused && refused == session;
+    if (isCurrent) {
+        Retire(std::exchange(session, nullptr));
     }
-    return isPresent;
+    return isCurrent;
 }
 
 Operation::Finish WebDavService::Finisher(qint64 id)
@@ -328,50 +302,43 @@ Operation::Finish WebDavService::Finisher(qint64 id)
 
 void WebDavService::OnFinished(qint64 id, Reply&& reply)
 {
-    const auto found = works.find(id);
-    Work work = std::move(found->second); // its session goes at the end of this
-    works.erase(found);
-    work.operation.reset(); // before anybody hears of its end: no temporary file of it is there any more
-    runningTransfers -= work.isTransfer ? 1 : 0;
-    reply.isSignedOut = reply.isSignedOut && EndSession(work.session);
-    if (!work.isGivenUp) {
+    const auto found = active.find(id);
+    Active ended = std::move(found->second);
+    active.erase(found);
+    ended.operation.reset(); // before its end is reported, so that its temporary files are gone by then
+    runningTransfers -= ended.isTransfer ? 1 : 0;
+    reply.isSignedOut = reply.isSignedOut && EndSession(ended.session);
+    if (!ended.isGivenUp) {
         listener.reply(id, std::move(reply));
     }
-    LetGo(work.session);
+    Retire(ended.session);
     StartNextTransfers();
 }
 
 void WebDavService::Run(qint64 id, std::unique_ptr<Operation> operation)
 {
     Operation& started = *operation;
-    works[id] = {session, std::move(operation), false, false};
+    active[id] = {session, std::move(operation), false, false};
     started.Start();
 }
 
 void WebDavService::RunTransfer(qint64 id, std::unique_ptr<Operation> operation)
 {
-    works[id] = {session, std::move(operation), false, false};
+    active[id] = {session, std::move(operation), false, false};
     waitingTransfers.push_back(id);
     StartNextTransfers();
 }
 
 void WebDavService::StartNextTransfers()
 {
-    while (!waitingTransfers.empty() && runningTransfers < mostTransfers) {
-        const auto next = works.find(waitingTransfers.front());
+    while (!waitingTransfers.empty() && runningTransfers < maxTransfers) {
+        const auto next = active.find(waitingTransfers.front());
         waitingTransfers.pop_front();
-        if (next != works.end()) { // else cancelled meanwhile
+        if (next != active.end()) { // otherwise cancelled in the meantime
             ++runningTransfers;
             next->second.isTransfer = true;
             next->second.operation->Start();
         }
-    }
-}
-
-void WebDavService::Sweep(Session& swept, const QList<QByteArray>& names)
-{
-    for (const QByteArray& name : names) {
-        swept.sweeper.Remove(swept.server->collection.UrlOf(name), false);
     }
 }
 

@@ -1,14 +1,13 @@
 #pragma once
 
-#include "Directory.h"
-#include "HashKeeper.h"
 #include "Operation.h"
-#include "Sweeper.h"
+#include "WebDavSession.h"
 #include <protocol/preview/PreviewQueue.h>
 #include <protocol/service/CloudService.h>
 
 #include <QTemporaryDir>
 #include <QThreadPool>
+#include <QTimer>
 
 #include <deque>
 #include <map>
@@ -19,31 +18,22 @@ namespace Norlis::Social {
 /// A collection on a WebDAV server as a cloud (RFC 4918): its direct members are the documents.
 class WebDavService : public CloudService, private PreviewSource {
 public:
-    /// \param programName tells the server who asks
+    /// \param programName sent to the server as the user agent
     WebDavService(const OAuth2::AuthInfo& authInfo, const std::string& programName, const Listener& listener);
-
-    /// Waits a moment for the server to delete what transfers have left behind.
     ~WebDavService() override;
 
     void Start(qint64 id, const Request::Any& request) override;
     void Cancel(qint64 id) override;
 
-    /// Why there cannot be such a service; empty when there can.
-    static QString WhyNoService(const OAuth2::AuthInfo& authInfo);
+    /// Waits, for a few seconds at most, until what cancelled transfers have left on the server is deleted.
+    void Shutdown(std::function<void()> done) override;
+
+    /// What is wrong with the address or the user; nothing when there can be such a service.
+    static std::optional<QString> Validate(const OAuth2::AuthInfo& authInfo);
 
 private:
-    /// One sign-in, with what goes when it ends. Requests that run by then hold on to it.
-    struct Session {
-        explicit Session(const std::shared_ptr<WebDavServer>& server);
-        bool IsIdle() const;
-
-        const std::shared_ptr<WebDavServer> server;
-        Directory directory;
-        Sweeper sweeper;
-        HashKeeper hashKeeper;
-    };
-    struct Work {
-        std::shared_ptr<Session> session;
+    struct Active {
+        std::shared_ptr<WebDavSession> session;
         std::unique_ptr<Operation> operation;
         bool isTransfer = false;
         bool isGivenUp = false;
@@ -64,16 +54,18 @@ private:
     void Begin(qint64 id, const Request::Capabilities& request);
     void Begin(qint64 id, const Request::Preview& request);
 
-    std::shared_ptr<Session> NewSession(const QString& token);
+    std::shared_ptr<WebDavSession> NewSession(const QString& token);
 
-    /// The server takes a session's password no longer. Whether that ends the present sign-in; of an earlier one it
-    /// says nothing.
-    bool EndSession(const std::shared_ptr<Session>& refused);
+    /// The server no longer accepts a session's password. Returns whether that ends the current sign-in: about a newer
+    /// one it says nothing.
+    bool EndSession(const std::shared_ptr<WebDavSession>& refused);
 
-    /// To be called with a session that may be one of the past. It goes when nothing of it is under way any more, and
-    /// not before the event loop comes round: it may be what is calling.
-    void LetGo(const std::shared_ptr<Session>& left);
-    void DropFormer();
+    /// To be called with a session that may have ended. It is destroyed when nothing of it is under way any more, and
+    /// only from the event loop, since it may be the caller.
+    void Retire(const std::shared_ptr<WebDavSession>& ended);
+
+    /// Destroys ended sessions that are idle, and completes the shutdown when nothing else is under way.
+    void CleanUp();
 
     /// What an operation calls at its end.
     Operation::Finish Finisher(qint64 id);
@@ -82,21 +74,21 @@ private:
     void RunTransfer(qint64 id, std::unique_ptr<Operation> operation);
     void StartNextTransfers();
     std::unique_ptr<Fetch> FetchForPreview(const PreviewSubject& subject, const QSize& box, Done done) override;
-    void Sweep(Session& session, const QList<QByteArray>& names);
-    bool IsAtRest() const;
 
     const OAuth2::AuthInfo authInfo;
     const QString user;
     const QByteArray programName;
     const Listener listener;
-    QTemporaryDir previewFolder;      ///< documents that are rendered
-    QThreadPool pool;                 ///< disk and hashes of transfers
-    std::shared_ptr<Session> session; ///< null while nobody is signed in
+    QTemporaryDir previewFolder; ///< documents that are rendered
+    QThreadPool pool;            ///< disk and hashes of transfers
+    QTimer cleanUpTimer;         ///< started by sessions, which are destroyed first
+    QTimer shutdownTimer;
+    std::function<void()> onShutDown;       ///< set once the shutdown has begun
+    std::shared_ptr<WebDavSession> session; ///< null while nobody is signed in
     int signOuts = 0;
-    std::set<std::shared_ptr<Session>> former; ///< of earlier sign-ins
-    QTimer formerTimer;
+    std::set<std::shared_ptr<WebDavSession>> endedSessions; ///< of which something may still be under way
     PreviewQueue previews;
-    std::map<qint64, Work> works;
+    std::map<qint64, Active> active; ///< operations, by request
     std::deque<qint64> waitingTransfers;
     int runningTransfers = 0;
 };

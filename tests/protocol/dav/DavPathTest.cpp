@@ -101,31 +101,6 @@ TEST(DavPathTest, QueryAndFragmentOfAnAddressAreNoPartOfItsPath)
     EXPECT_THAT(SegmentsOfUrl("https://host/a%3Fb"), Optional(DavPath{"a?b"}));
 }
 
-TEST(DavPathTest, TheNotesTellASlashAtTheEndAndTheOrigin)
-{
-    HrefNotes notes;
-    SegmentsOfHref("http://Host:80/a/", &notes);
-    EXPECT_TRUE(notes.endsWithSlash);
-    EXPECT_EQ(notes.origin, "http://host");
-    SegmentsOfHref("/a", &notes);
-    EXPECT_FALSE(notes.endsWithSlash);
-    EXPECT_EQ(notes.origin, "");
-}
-
-TEST(DavPathTest, OriginsAreEqualHoweverTheyAreWritten)
-{
-    for (const char* url : {"https://host", "HTTPS://HOST/", "https://host:443/a", "https://host:/a?b",
-                            "https://me@host#a", "https://a:b@host:443"}) {
-        EXPECT_EQ(OriginOfUrl(url), "https://host") << url;
-    }
-    EXPECT_EQ(OriginOfUrl("http://host:8080/a"), "http://host:8080");
-    EXPECT_EQ(OriginOfUrl("http://host:443"), "http://host:443");
-    EXPECT_EQ(OriginOfUrl("http://[::1]:80/"), "http://[::1]");
-    EXPECT_EQ(OriginOfUrl("http://[::80]"), "http://[::80]");
-    EXPECT_EQ(OriginOfUrl("/a"), "");
-    EXPECT_EQ(OriginOfUrl("/a://b"), "");
-}
-
 TEST(DavPathTest, OnlyDirectMembersHaveAName)
 {
     const DavPath collection = {"dav", "docs"};

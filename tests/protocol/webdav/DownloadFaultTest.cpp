@@ -46,7 +46,7 @@ TEST_F(DownloadFaultTest, AnAnswerThatEndsWithItsConnectionIsComparedWithTheDocu
     ExpectFailure("1000000 of 3000000 bytes arrived");
     server.Misbehave("GET", CutsWithoutLength(1'000'000));
     server.Misbehave("PROPFIND", AnswersWith(403));
-    ExpectFailure("does not tell how large the document is");
+    ExpectFailure("does not report how large the document is");
     server.Misbehave("GET", SendsUntilClose());
     ASSERT_TRUE(Download()->Succeeds());
     EXPECT_EQ(ReadFile(Local("target.pdf")), content);
@@ -74,10 +74,10 @@ TEST_F(DownloadFaultTest, AnEmptyAnswerIsNotTheDocument)
 TEST_F(DownloadFaultTest, ALoginPageIsNotTheDocument)
 {
     server.Misbehave("GET", ShowsAPage(200));
-    ExpectFailure("a web page in place of the document");
+    ExpectFailure("a web page instead of the document");
     for (const char* type : {"TEXT/HTML", "application/xhtml+xml"}) {
         server.Misbehave("GET", AnswersWith(200, {{"Content-Type", type}}, content));
-        ExpectFailure("a web page in place of the document");
+        ExpectFailure("a web page instead of the document");
     }
 }
 
@@ -101,14 +101,14 @@ TEST_F(DownloadFaultTest, AWebPageThatIsADocumentIsFetched)
 TEST_F(DownloadFaultTest, APackedAnswerThatWasNotAskedForIsRefused)
 {
     server.Misbehave("GET", SendsGzip());
-    ExpectFailure("packed (gzip), which was not asked for");
+    ExpectFailure("compressed (gzip), although this was not requested");
 }
 
 TEST_F(DownloadFaultTest, AStatusThatIsNoContentIsAnError)
 {
     for (const int status : {201, 202, 203, 204, 207}) {
         server.Misbehave("GET", AnswersWith(status, {}, status == 204 ? QByteArray() : content));
-        ExpectFailure(std::to_string(status) + " in place of the document");
+        ExpectFailure(std::to_string(status) + " instead of the document");
     }
 }
 
@@ -192,7 +192,7 @@ TEST_F(DownloadFaultTest, ARedirectToAnotherServerIsNotFollowed)
 {
     const FaultServer other;
     server.Misbehave("GET", RedirectsTo(other.Origin() + "/documents/report.pdf"));
-    ExpectFailure("The server sends to another place: " + other.Origin().toStdString());
+    ExpectFailure("The server redirects to another place: " + other.Origin().toStdString());
     EXPECT_EQ(other.Connections(), 0);
 }
 

@@ -72,7 +72,7 @@ TEST_F(FamilyTransferTest, OtherBytesThanWereSentAreAnError)
     }};
     server.Misbehave("PUT", hashesOtherBytes);
     ExpectFailure(client.Upload(LocalFile("other.pdf", "content")));
-    EXPECT_THAT(Reason(), HasSubstr("Other bytes arrived at the server than were sent"));
+    EXPECT_THAT(Reason(), HasSubstr("The server received other bytes than were sent"));
     ExpectOnServer({"report.pdf"});
 }
 
@@ -80,7 +80,7 @@ TEST_F(FamilyTransferTest, ADocumentThatSomebodyElseHasChangedIsNotReplaced)
 {
     server.Misbehave("PUT", RunsFirst([this] { server.Put("report.pdf", "somebody else's"); }));
     ExpectFailure(Replace("new content"));
-    EXPECT_THAT(Reason(), HasSubstr("changed by somebody else meanwhile"));
+    EXPECT_THAT(Reason(), HasSubstr("changed by somebody else in the meantime"));
     EXPECT_EQ(server.Get("report.pdf"), QByteArray("somebody else's"));
 }
 

@@ -61,9 +61,9 @@ TEST_F(ListingFaultTest, WhatIsNoWholeListIsNeverAnEmptyOne)
         {SendsXml(open + "<d:response><d:href>/documents/</d:href></d:multistatus>"), "damaged"},
         {SendsXml(open + "\x01</d:multistatus>"), "damaged"},
         {SendsXml("<multistatus/>"), "not a WebDAV listing"},
-        {SendsXml(open + "</d:multistatus>"), "of another place"},
-        {Lists({"/elsewhere/", "/elsewhere/a.pdf"}), "of another place"},
-        {Lists({"/documents/deeper/", "/documents/deeper/a.pdf"}), "of another place"},
+        {SendsXml(open + "</d:multistatus>"), "of another collection"},
+        {Lists({"/elsewhere/", "/elsewhere/a.pdf"}), "of another collection"},
+        {Lists({"/documents/deeper/", "/documents/deeper/a.pdf"}), "of another collection"},
         {SendsAnXmlBomb(), "not a WebDAV listing"},
         {NestsElements(100'000), "nested too deeply"},
         {ShowsAPage(200), "not a WebDAV listing"},
@@ -71,7 +71,7 @@ TEST_F(ListingFaultTest, WhatIsNoWholeListIsNeverAnEmptyOne)
         {AnswersWith(207), "not a WebDAV listing"},
         {AnswersWith(204), "not a WebDAV listing"},
         {AnswersWith(403), "(403)"},
-        {HasInnerStatus(403), "of another place"},
+        {HasInnerStatus(403), "of another collection"},
         {SendsGzip(), "not a WebDAV listing"},
     };
     int number = 0;
@@ -121,7 +121,7 @@ TEST_F(ListingFaultTest, OneDocumentThatIsKeptBackMakesTheListIncomplete)
                                           "<d:response><d:href>/documents/a.pdf</d:href><d:status>HTTP/1.1 403 "
                                           "Forbidden</d:status></d:response></d:multistatus>"));
     EXPECT_TRUE(client.List()->Fails());
-    EXPECT_THAT(LastReason(client), HasSubstr("keeps back what it knows of 1"));
+    EXPECT_THAT(LastReason(client), HasSubstr("withholds the details of 1"));
 }
 
 TEST_F(ListingFaultTest, DirectMembersWithSafeNamesAreListed)

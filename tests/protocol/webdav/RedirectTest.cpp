@@ -85,7 +85,7 @@ TEST_F(RedirectTest, AnotherPlaceIsNamedAndNotAsked)
             ASSERT_TRUE(client.Authorize()->Fails());
             if (status != 303) {
                 EXPECT_THAT(LastReason(client), HasSubstr("another place: " + origin.toStdString()));
-                EXPECT_THAT(LastAdvice(client), HasSubstr("sign in with its address"));
+                EXPECT_THAT(LastAdvice(client), HasSubstr("sign in with it"));
             }
         }
     }
@@ -134,7 +134,7 @@ TEST_F(RedirectTest, RedirectionWithoutATargetIsSaid)
     server.Misbehave("PROPFIND", AnswersWith(302));
     Client client(settings, server.Password());
     ASSERT_TRUE(client.Authorize()->Fails());
-    EXPECT_EQ(LastReason(client), "The server redirects without saying where to");
+    EXPECT_EQ(LastReason(client), "The server redirects without saying where");
 }
 
 TEST_F(RedirectTest, AnswerThatIsElsewhereIsNotTakenForTheCollection)

@@ -43,7 +43,7 @@ TEST_F(ServerErrorTest, EveryStatusIsSaidInWordsWithAdvice)
     const std::vector<std::tuple<int, std::string, std::string>> statuses = {
         {400, "does not understand", "address"},
         {402, "not expected", "WebDAV server"},
-        {403, "does not allow", "right"},
+        {403, "does not allow", "permission"},
         {405, "cannot do this at that address", "address"},
         {407, "proxy", "proxy"},
         {409, "collection", "address"},

@@ -105,7 +105,7 @@ TEST_F(SignInFaultTest, WhatCannotBeAPasswordIsNotSent)
     for (const QString& token : {QString(), canary + "\nX-Header: value", canary + '\0'}) {
         Client client(settings, token);
         EXPECT_TRUE(client.Authorize()->Fails());
-        EXPECT_EQ(LastReason(client), "That is no password or token");
+        EXPECT_EQ(LastReason(client), "That is not a password or token");
     }
     EXPECT_EQ(server.Connections(), 0);
 }
@@ -173,7 +173,7 @@ TEST_F(SignInFaultTest, WhatIsNoHttpIsSaidInWords)
     for (const QByteArray& bytes :
          {QByteArray("SSH-2.0-OpenSSH_9.2\r\n"), QByteArray("HTTP/1.1 207 OK\r\nX: \0\r\n\r\n", 26)}) {
         server.Misbehave(When("PROPFIND").Always(), SendsRawBytes(bytes));
-        EXPECT_THAT(ReasonOfSignIn(), AllOf(HasSubstr("does not speak HTTP"), Not(HasSubstr("0.9"))));
+        EXPECT_THAT(ReasonOfSignIn(), AllOf(HasSubstr("is not HTTP"), Not(HasSubstr("0.9"))));
         server.BehaveAgain();
     }
 }
@@ -223,14 +223,14 @@ TEST_F(SignInFaultTest, PlainHttpIsForLoopbackAlone)
 TEST_F(SignInFaultTest, AddressesThatNameNoCollectionAreRefused)
 {
     const QString user = "https://norlis:" + canary + "@";
-    for (const auto& [address, reason] :
-         std::vector<std::pair<QString, std::string>>{{user + "cloud.example/dav/?path=a", "leave out"},
-                                                      {user + "cloud.example/dav/#part", "leave out"},
-                                                      {user + "cloud.example/a%2fb/", "no address of a collection"},
-                                                      {user + "cloud.example/a//b", "no address of a collection"},
-                                                      {"https:///dav/", "no address of a collection"},
-                                                      {"https://nor%3Alis@cloud.example/", "no colon"},
-                                                      {"ftp://norlis:" + canary + "@cloud.example/", "WebDAV"}}) {
+    for (const auto& [address, reason] : std::vector<std::pair<QString, std::string>>{
+             {user + "cloud.example/dav/?path=a", "leave out"},
+             {user + "cloud.example/dav/#part", "leave out"},
+             {user + "cloud.example/a%2fb/", "not the address of a collection"},
+             {user + "cloud.example/a//b", "not the address of a collection"},
+             {"https:///dav/", "not the address of a collection"},
+             {"https://nor%3Alis@cloud.example/", "must not contain colons"},
+             {"ftp://norlis:" + canary + "@cloud.example/", "WebDAV"}}) {
         const std::string why = WhyNotConstructed(address);
         EXPECT_THAT(why, HasSubstr(reason)) << address.toStdString();
         EXPECT_FALSE(HoldsSecret(QByteArray::fromStdString(why)));

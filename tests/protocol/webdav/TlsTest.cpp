@@ -32,7 +32,7 @@ protected:
     void ExpectNoTrust(const FaultServer& server, const std::string& reason)
     {
         EXPECT_FALSE(isSignedIn);
-        EXPECT_THAT(LastReason(*client), AllOf(HasSubstr("cannot prove that it is the right one"), HasSubstr(reason)));
+        EXPECT_THAT(LastReason(*client), AllOf(HasSubstr("identity cannot be verified"), HasSubstr(reason)));
         EXPECT_THAT(LastAdvice(*client), HasSubstr("authority of your own"));
         EXPECT_TRUE(server.Requests().empty());
     }
@@ -99,7 +99,7 @@ TEST_F(TlsTest, ServerWithoutEncryptionGetsNothing)
     settings.serviceUrl = QUrl(QString("https://norlis@127.0.0.1:%1/").arg(plain.serverPort()));
     Client other(settings, FaultServer::canary);
     EXPECT_TRUE(other.Authorize()->Fails());
-    EXPECT_THAT(LastReason(other), HasSubstr("no encrypted connection could be agreed on"));
+    EXPECT_THAT(LastReason(other), HasSubstr("no secure connection could be established"));
     EXPECT_THAT(LastAdvice(other), HasSubstr("address"));
     EXPECT_FALSE(received.contains("HTTP/1.1"));
 }

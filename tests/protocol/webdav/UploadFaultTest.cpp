@@ -156,7 +156,7 @@ TEST_F(UploadFaultTest, ARedirectToAnotherServerIsNotFollowed)
     const FaultServer other;
     server.Misbehave(When("PUT").Always(), RedirectsTo(other.Origin() + "/documents/report.pdf", 307));
     ExpectFailure(client.Upload(LocalFile("report.pdf", Pattern(5000))));
-    EXPECT_THAT(Reason(), HasSubstr("The server sends to another place: " + other.Origin().toStdString()));
+    EXPECT_THAT(Reason(), HasSubstr("The server redirects to another place: " + other.Origin().toStdString()));
     EXPECT_EQ(other.Connections(), 0);
     ExpectOnServer({});
 }

@@ -252,7 +252,7 @@ TEST_F(UploadPublishingTest, ADocumentThatIsGoneIsNotReplaced)
     const QString id = Put("report.pdf", "old");
     server.Remove("report.pdf");
     ExpectFailure(client.Upload(File(), id));
-    EXPECT_THAT(Reason(), HasSubstr("not in the cloud any more"));
+    EXPECT_THAT(Reason(), HasSubstr("no longer in the cloud"));
     EXPECT_EQ(server.Count("PUT"), 0);
     ExpectOnServer({});
 }
@@ -266,7 +266,7 @@ TEST_F(UploadPublishingTest, ACollectionOfTheDocumentsNameIsNotReplaced)
         tree.Put("/documents/report.pdf/inside.pdf", "precious");
     });
     ExpectFailure(client.Upload(File(), id));
-    EXPECT_THAT(Reason(), HasSubstr("not in the cloud any more"));
+    EXPECT_THAT(Reason(), HasSubstr("no longer in the cloud"));
     EXPECT_EQ(server.Count("PUT"), 0);
     EXPECT_EQ(server.Get("report.pdf/inside.pdf"), QByteArray("precious"));
 }

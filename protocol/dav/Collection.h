@@ -1,6 +1,6 @@
 #pragma once
 
-#include <protocol/dav/DavPath.h>
+#include "DavPath.h"
 
 #include <QByteArray>
 #include <QString>
@@ -11,17 +11,18 @@ namespace Norlis::Social {
 /// The collection on a server that holds the documents, and the addresses in it.
 class Collection {
 public:
-    /// From the address that the user gave. Without user, query and fragment; a slash at the end makes no difference.
+    /// From the address that the user entered, without user, query and fragment; a slash at the end makes no
+    /// difference.
     explicit Collection(const QUrl& serviceUrl);
 
-    /// Of the collection itself, with the slash that servers want at its end.
+    /// Of the collection itself, with the slash at its end that servers expect.
     QByteArray Url() const;
 
-    /// Of the document of a name, given in bytes.
+    /// Of the document with a name, given as bytes.
     QByteArray UrlOf(const QByteArray& name) const;
 
-    /// Of the installation that a server of the Nextcloud and ownCloud family is, below which its other services are:
-    /// what comes before remote.php.
+    /// Of the whole installation, on servers like Nextcloud, below which their other services are: the part before
+    /// remote.php.
     QByteArray InstanceUrl() const;
 
     QString Host() const;

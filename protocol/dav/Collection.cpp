@@ -1,5 +1,7 @@
 #include "Collection.h"
 
+#include <protocol/http/Origin.h>
+
 #include <algorithm>
 
 namespace Norlis::Social {

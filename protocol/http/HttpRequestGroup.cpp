@@ -1,13 +1,13 @@
-#include "WebDavRequests.h"
+#include "HttpRequestGroup.h"
 
 namespace Norlis::Social {
 
-WebDavRequests::~WebDavRequests()
+HttpRequestGroup::~HttpRequestGroup()
 {
     CancelAll();
 }
 
-void WebDavRequests::Send(const HttpRequest& request, HttpClient::Done done)
+void HttpRequestGroup::Send(const HttpRequest& request, HttpClient::Done done)
 {
     const auto id = std::make_shared<qint64>();
     *id = http.Send(request, [this, id, done = std::move(done)](HttpResponse&& response) {
@@ -17,7 +17,7 @@ void WebDavRequests::Send(const HttpRequest& request, HttpClient::Done done)
     running.insert(*id);
 }
 
-void WebDavRequests::CancelAll()
+void HttpRequestGroup::CancelAll()
 {
     for (const qint64 id : std::exchange(running, {})) {
         http.Cancel(id);

@@ -1,0 +1,128 @@
+#include "SignInOperations.h"
+
+#include <protocol/dav/ErrorBody.h>
+
+#include <QBuffer>
+#include <QImageReader>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace Norlis::Social {
+
+namespace {
+
+constexpr int maxEdge = 4096;      // pixels
+constexpr auto pictureSize = "64"; // pixels
+constexpr int maxNameLength = 100; // characters
+
+const auto signIn = QStringLiteral("Sign-in");
+const auto checkAddress = QStringLiteral("Check that the address is that of a WebDAV collection.");
+
+} // namespace
+
+void SignInOperation::Start()
+{
+    requests.Send(PropFind(session->collection.Url()), [this](HttpResponse&& response) { OnResponse(response); });
+}
+
+void SignInOperation::OnResponse(const HttpResponse& response)
+{
+    if (!response.HasSucceeded()) {
+        Reply failure = session->Failure(signIn, {}, response);
+        failure.isSignedOut = false; // nobody was signed in
+        if (IsMissing(response.Status())) {
+            failure.failure.reason = QStringLiteral("There is no collection at that address (404)");
+            failure.failure.advice = checkAddress;
+        }
+        End(std::move(failure));
+        return;
+    }
+    if (response.url != session->collection.Url()) {
+        session->collection = Collection(QUrl::fromEncoded(response.url)); // redirected within the server
+    }
+    const auto entry = EntryOfDepth0(response, session->collection.Path());
+    if (!entry) {
+        End(Failed(signIn, {}, "What is at that address does not speak WebDAV", checkAddress));
+    } else if (!entry->isCollection) {
+        End(Failed(signIn, {}, "The address is that of a document, not of a collection", checkAddress));
+    } else {
+        session->isNextcloudLike = !entry->fileId.isEmpty();
+        End({});
+    }
+}
+
+QImage PictureOf(const QByteArray& bytes)
+{
+    QBuffer buffer;
+    buffer.setData(bytes);
+    QImageReader reader(&buffer);
+    reader.setDecideFormatFromContent(true);
+    // Plugins for other formats may do more than decode pixels.
+    if (!QByteArrayList({"png", "jpeg", "webp"}).contains(reader.format())) {
+        return {};
+    }
+    const QSize size = reader.size();
+    if (!size.isValid() || size.width() > maxEdge || size.height() > maxEdge) {
+        return {};
+    }
+    return reader.read();
+}
+
+UserOperation::UserOperation(Wanted wanted, const std::shared_ptr<WebDavSession>& session, Finish finish)
+    : Operation(session, std::move(finish)),
+      wanted(wanted)
+{
+}
+
+void UserOperation::Start()
+{
+    if (!session->isNextcloudLike) {
+        OnUser({});
+        return;
+    }
+    requests.Send(GetUser(session->collection.InstanceUrl()), [this](HttpResponse&& response) { OnUser(response); });
+}
+
+void UserOperation::OnUser(const HttpResponse& response)
+{
+    if (response.Status() == 401) {
+        End(session->Failure("Fetching the user's name", {}, response));
+        return;
+    }
+    const QJsonObject user = response.HasSucceeded()
+                                 ? QJsonDocument::fromJson(response.body).object()["ocs"].toObject()["data"].toObject()
+                                 : QJsonObject();
+    const QString id = user["id"].toString(session->user);
+    if (wanted == Wanted::Name) {
+        const QString signedIn = session->user.isEmpty() ? session->collection.Host() : session->user;
+        const QString reported = user["display-name"].toString(user["displayname"].toString());
+        const QString name = Tidied(session->secrets.Redact(reported)).left(maxNameLength);
+        End({Success, name.isEmpty() ? signedIn : name, {}, false});
+        return;
+    }
+    const bool hasPicture = session->isNextcloudLike && !id.isEmpty();
+    const QByteArray url =
+        session->collection.InstanceUrl() + "index.php/avatar/" + EncodeSegment(id.toUtf8()) + '/' + pictureSize;
+    if (wanted == Wanted::PictureAddress) {
+        End({Success, hasPicture ? QString::fromUtf8(url) : QString(), {}, false});
+    } else if (hasPicture) {
+        FetchPicture(url);
+    } else {
+        End({Success, QImage(), {}, false});
+    }
+}
+
+void UserOperation::FetchPicture(const QByteArray& url)
+{
+    requests.Send(Get(url), [this](HttpResponse&& response) {
+        if (response.HasSucceeded()) {
+            End({Success, PictureOf(response.body), {}, false});
+        } else if (IsMissing(response.Status())) {
+            End({Success, QImage(), {}, false}); // not everybody has one
+        } else {
+            End(session->Failure("Fetching the user's picture", {}, response));
+        }
+    });
+}
+
+} // namespace Norlis::Social
