@@ -6,7 +6,7 @@ namespace Norlis::Apps {
 
 namespace {
 
-constexpr qint64 largestLog = 1024 * 1024; // bytes
+constexpr qint64 maxLogSize = 1024 * 1024; // bytes
 
 void PassToLog(QtMsgType type, const QMessageLogContext&, const QString& text)
 {
@@ -34,7 +34,7 @@ LogFile::LogFile(const QString& folder, const QString& program) : program(progra
         QFile::setPermissions(folder, readAndWriteByOwner | QFile::ExeOwner);
     }
     file.setFileName(folder + '/' + program + ".log");
-    if (file.size() > largestLog) {
+    if (file.size() > maxLogSize) {
         const QString old = file.fileName() + ".old";
         QFile::remove(old);
         QFile::rename(file.fileName(), old);
