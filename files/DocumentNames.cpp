@@ -45,7 +45,7 @@ std::optional<QString> ValidateName(const QString& name)
         return QStringLiteral("is empty");
     }
     if (name == "." || name == "..") {
-        return QStringLiteral("names a folder");
+        return QStringLiteral("refers to a folder");
     }
     if (name.contains('/') || name.contains('\\')) {
         return QStringLiteral("contains a path separator");
@@ -54,7 +54,7 @@ std::optional<QString> ValidateName(const QString& name)
         return QStringLiteral("contains a control character");
     }
     if (IsDeviceName(name)) {
-        return QStringLiteral("is the name of a device on some systems");
+        return QStringLiteral("is a device name on some systems");
     }
     if (name.toUtf8().size() > maxNameBytes) {
         return QStringLiteral("is longer than %1 bytes").arg(maxNameBytes);

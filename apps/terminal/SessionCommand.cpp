@@ -77,7 +77,7 @@ QString SessionCommand::DataFolder() const
 bool SessionCommand::OpenSession()
 {
     try {
-        session = account.OpenSession(DataFolder(), std::make_shared<NoAutoRefresh>());
+        session = Host::CloudSession::Open(account, DataFolder(), std::make_shared<NoAutoRefresh>());
     } catch (const std::exception& problem) {
         output.Error(QString::fromUtf8(problem.what()));
         Finish(ExitStatus::failure);

@@ -104,7 +104,7 @@ bool MainWindow::OpenSession(const Host::CloudAccount& wanted)
 {
     CloseSession();
     try {
-        session = wanted.OpenSession(wanted.DataFolder(), std::make_shared<RefreshEveryMinute>());
+        session = Host::CloudSession::Open(wanted, wanted.DataFolder(), std::make_shared<RefreshEveryMinute>());
     } catch (const std::exception& problem) {
         AskForService(wanted.Service());
         welcome->ShowProblem(tr("The documents cannot be shown."), QString::fromUtf8(problem.what()));

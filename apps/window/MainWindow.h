@@ -1,6 +1,7 @@
 #pragma once
 
 #include <host/account/CloudAccount.h>
+#include <host/session/CloudSession.h>
 
 #include <QMainWindow>
 #include <QSettings>

@@ -2,7 +2,6 @@
 
 #include "ServiceAddress.h"
 
-#include <QDir>
 #include <QFile>
 
 #include <stdexcept>
@@ -14,7 +13,7 @@ namespace {
 /// The library asks for a token even where the service does not.
 const auto folderToken = QStringLiteral("folder");
 
-constexpr qint64 largestCertificateFile = 16 * 1024 * 1024; // bytes; the systems' own have less than one MiB
+constexpr qint64 maxCertificateFile = 16 * 1024 * 1024; // bytes; the systems' own have less than one MiB
 
 /// Asked here, because what goes wrong in a handshake is much harder to understand.
 void CheckCertificateFile(const QString& path)
@@ -24,9 +23,9 @@ void CheckCertificateFile(const QString& path)
         throw std::runtime_error(
             QStringLiteral("The certificate file %1 cannot be read: %2").arg(path, file.errorString()).toStdString());
     }
-    if (!file.read(largestCertificateFile).contains("-----BEGIN CERTIFICATE-----")) {
+    if (!file.read(maxCertificateFile).contains("-----BEGIN CERTIFICATE-----")) {
         throw std::runtime_error(
-            QStringLiteral("There is no certificate in PEM form in the file %1").arg(path).toStdString());
+            QStringLiteral("The file %1 contains no certificate in PEM format").arg(path).toStdString());
     }
 }
 
@@ -47,14 +46,14 @@ const QUrl& CloudAccount::Service() const
 
 Social::OAuth2::AuthInfo CloudAccount::AuthInfo() const
 {
-    const auto way = Access();
-    if (!way.certificateFile.isEmpty()) {
-        CheckCertificateFile(way.certificateFile);
+    const auto current = Access();
+    if (!current.certificateFile.isEmpty()) {
+        CheckCertificateFile(current.certificateFile);
     }
     Social::OAuth2::AuthInfo authInfo;
     authInfo.serviceUrl = service;
-    authInfo.certificateFile = way.certificateFile;
-    authInfo.allowPlainHttp = way.allowPlainHttp;
+    authInfo.certificateFile = current.certificateFile;
+    authInfo.allowPlainHttp = current.allowPlainHttp;
     return authInfo;
 }
 
@@ -66,18 +65,6 @@ QString CloudAccount::Token() const
 QString CloudAccount::DataFolder() const
 {
     return settings->ServiceFolder(service);
-}
-
-std::unique_ptr<CloudSession>
-CloudAccount::OpenSession(const QString& folder,
-                          const std::shared_ptr<PDF::Settings::ICloudAccountSettings>& refresh) const
-{
-    // The library stores pictures of documents in the folder for temporary files. They shall outlive the next cleaning
-    // of that folder, and nobody else shall see them.
-    const QString pictures = folder + "/pictures";
-    QDir().mkpath(pictures);
-    qputenv("TMPDIR", QFile::encodeName(pictures));
-    return std::make_unique<CloudSession>(folder, AuthInfo(), refresh);
 }
 
 void CloudAccount::Remember(const QString& token)
@@ -101,12 +88,12 @@ void CloudAccount::Forget()
 /// What is remembered, and on top of it what was asked for.
 ServiceAccess CloudAccount::Access() const
 {
-    auto way = settings->Access(service);
+    auto current = settings->Access(service);
     if (!access.certificateFile.isEmpty()) {
-        way.certificateFile = access.certificateFile;
+        current.certificateFile = access.certificateFile;
     }
-    way.allowPlainHttp = way.allowPlainHttp || access.allowPlainHttp;
-    return way;
+    current.allowPlainHttp = current.allowPlainHttp || access.allowPlainHttp;
+    return current;
 }
 
 } // namespace Norlis::Host

@@ -1,7 +1,8 @@
 #pragma once
 
 #include "CloudAccountSettings.h"
-#include <host/session/CloudSession.h>
+
+#include <contracts/OAuth2.h>
 
 #include <memory>
 
@@ -12,7 +13,7 @@ class CloudAccount {
 public:
     /// \param settings where the account is remembered; shared
     /// \param service  what ServiceAddress gave; empty when there is none yet
-    /// \param access   on top of what the settings remember of the way to it
+    /// \param access   on top of what the settings remember of it
     CloudAccount(const std::shared_ptr<CloudAccountSettings>& settings, const QUrl& service,
                  const ServiceAccess& access = {});
 
@@ -29,17 +30,11 @@ public:
     /// Folder for the records and pictures of the service.
     QString DataFolder() const;
 
-    /// Opens the records of the service; see CloudSession for what it throws. One session of a process at a time: the
-    /// folder for temporary files, in which the library stores pictures, becomes one of the session's own.
-    /// \param folder DataFolder(), or another one for a second list of the same service
-    std::unique_ptr<CloudSession>
-    OpenSession(const QString& folder, const std::shared_ptr<PDF::Settings::ICloudAccountSettings>& refresh) const;
-
-    /// Makes the service, the token and the way to it those that the settings know. Throws std::runtime_error when they
-    /// cannot be stored.
+    /// Stores the service, the token and the access to it in the settings. Throws std::runtime_error when they cannot
+    /// be stored.
     void Remember(const QString& token);
 
-    /// The opposite. The token goes first, whatever else fails.
+    /// Removes them from the settings; the token first, whatever else fails. Throws as Remember does.
     void Forget();
 
 private:

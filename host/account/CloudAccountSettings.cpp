@@ -9,10 +9,8 @@
 
 #include <glog/logging.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <limits>
 #include <stdexcept>
 
 #include <fcntl.h>
@@ -23,14 +21,9 @@ namespace Norlis::Host {
 
 namespace {
 
-constexpr auto enabledKey = "refresh/enabled";
-constexpr auto intervalKey = "refresh/interval";
 constexpr auto serviceKey = "service/url";
 const auto certificateKey = QStringLiteral("/certificates");
 const auto plainHttpKey = QStringLiteral("/plainHttp");
-
-constexpr qint64 defaultInterval = 60'000;
-constexpr qint64 shortestInterval = 1'000;
 
 constexpr auto forUserAlone = QFile::ReadOwner | QFile::WriteOwner;
 
@@ -65,7 +58,8 @@ void EnsureFolder(const QString& path)
         throw Problem(path, "is not a folder", "Move it away or choose another folder");
     }
     if (status.st_uid != ::geteuid() || (status.st_mode & S_IWOTH) != 0) {
-        throw Problem(path, "can be changed by other users", "Make it yours alone or choose another folder");
+        throw Problem(path, "can be changed by other users",
+                      "Make sure that only you can write to it or choose another folder");
     }
 }
 
@@ -134,26 +128,6 @@ CloudAccountSettings::CloudAccountSettings(const QString& folder)
     : folder(PreparedFolder(folder)),
       settings(this->folder + "/settings.ini", QSettings::IniFormat)
 {
-}
-
-bool CloudAccountSettings::IsAutoRefreshEnabled()
-{
-    return IsTrue(settings.value(enabledKey));
-}
-
-int CloudAccountSettings::GetAutoRefreshInterval()
-{
-    bool isNumber = false;
-    const qint64 interval = settings.value(intervalKey).toString().toLongLong(&isNumber);
-    const qint64 longestInterval = std::numeric_limits<int>::max();
-    return static_cast<int>(std::clamp(isNumber ? interval : defaultInterval, shortestInterval, longestInterval));
-}
-
-void CloudAccountSettings::SetAutoRefresh(bool enabled, int intervalMilliseconds)
-{
-    settings.setValue(enabledKey, enabled);
-    settings.setValue(intervalKey, intervalMilliseconds);
-    Store(settings);
 }
 
 QUrl CloudAccountSettings::ServiceUrl() const

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <contracts/ICloudAccountSettings.h>
-
 #include <QSettings>
 #include <QString>
 #include <QUrl>
@@ -14,31 +12,21 @@ struct ServiceAccess {
     bool allowPlainHttp = false;  ///< takes `http:` beyond loopback
 };
 
-/// The user's cloud account: which service, how it is reached, how often to refresh, and the token that signs in.
+/// The user's cloud account: which service, how it is reached, and the token that signs in.
 ///
 /// Settings stand in `settings.ini`; tokens stand apart, one file per service. All of it is readable for the user
 /// alone. Used on one thread.
-class CloudAccountSettings : public PDF::Settings::ICloudAccountSettings {
+class CloudAccountSettings {
 public:
     /// \param folder created when missing, private to the user. One that is there keeps its permissions.
     /// Throws std::runtime_error when it cannot be used, or when other users may write to it.
     explicit CloudAccountSettings(const QString& folder);
 
-    /// Not unless it was set.
-    bool IsAutoRefreshEnabled() override;
-
-    /// Milliseconds; at least one second, whatever the file says. One minute unless it was set.
-    int GetAutoRefreshInterval() override;
-
-    /// Like the others that store something, this throws std::runtime_error when it cannot be stored. Until the program
-    /// ends the settings are what was set nevertheless.
-    /// \param intervalMilliseconds kept as it is; see GetAutoRefreshInterval
-    void SetAutoRefresh(bool enabled, int intervalMilliseconds);
-
     /// The service that was signed in to last; empty when there is none. A password in it is not kept.
     QUrl ServiceUrl() const;
 
-    /// Empty forgets it.
+    /// Like the others that store something, this throws std::runtime_error when it cannot be stored. Until the program
+    /// ends the settings are what was set nevertheless. Empty forgets it.
     void SetServiceUrl(const QUrl& url);
 
     /// Empty when nobody is signed in to the service.
@@ -53,7 +41,7 @@ public:
     /// The defaults unless it was set.
     ServiceAccess Access(const QUrl& service) const;
 
-    /// Remembers the way to one service.
+    /// Remembers how one service is reached.
     void SetAccess(const QUrl& service, const ServiceAccess& access);
 
     /// A folder of its own for the data of one service, inside the settings' folder; private to the user and created

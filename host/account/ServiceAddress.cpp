@@ -28,14 +28,14 @@ QUrl Parsed(const QString& text)
     const QUrl url(text, QUrl::StrictMode);
     if (!url.isValid()) {
         // Behind the semicolon it repeats the address, which may have a password in it.
-        throw Refusal("The address is not well-formed: " + url.errorString().section(';', 0, 0));
+        throw Refusal("The address is not valid: " + url.errorString().section(';', 0, 0));
     }
     if (!url.password().isEmpty()) {
         // Other users of the machine can read the command line.
-        throw Refusal("Leave the password out of the address; it is asked for");
+        throw Refusal("Leave the password out of the address; you will be asked for it");
     }
     if (url.hasQuery() || url.hasFragment()) {
-        throw Refusal("The address of a service ends with its path. Write %3F for a \"?\" and %23 for a \"#\" in it");
+        throw Refusal("The address of a service ends with its path. Write \"?\" as %3F and \"#\" as %23");
     }
     return url;
 }
@@ -47,18 +47,18 @@ void CheckUser(const QString& user)
         return character == ':' || character.category() == QChar::Other_Control;
     });
     if (isAnyForbidden) {
-        throw Refusal("The name of a user can have no colons and no control characters in it");
+        throw Refusal("A user name cannot contain colons or control characters");
     }
 }
 
 QUrl ServerAddress(QUrl url, const QString& user)
 {
     if (url.host().isEmpty()) {
-        throw Refusal("The address names no server; it looks like https://user@host/path/");
+        throw Refusal("The address has no server name; it should look like https://user@host/path/");
     }
     const QString userInAddress = url.userName(QUrl::FullyDecoded);
     if (!user.isEmpty() && !userInAddress.isEmpty() && user != userInAddress) {
-        throw Refusal("The address and --user name different users");
+        throw Refusal("The address and --user specify different users");
     }
     const QString either = user.isEmpty() ? userInAddress : user;
     CheckUser(either);
@@ -85,10 +85,10 @@ QUrl ServiceAddress(const QString& text, const QString& user)
     if (!IsFolder(url)) {
         throw Refusal(
             '"' + url.scheme() +
-            ":\" is no kind of service that there is. Use https: for a WebDAV server, or the path of a folder");
+            ":\" is not a supported kind of service. Use https: for a WebDAV server, or the path of a folder");
     }
     if (!user.isEmpty()) {
-        throw Refusal("--user is for servers; a folder asks for nobody's name");
+        throw Refusal("--user is for servers; a folder does not need a user name");
     }
     return url;
 }

@@ -4,14 +4,18 @@
 #include "PreviewIntake.h"
 #include "SessionContext.h"
 #include "SessionDownloads.h"
+#include "SessionLists.h"
+#include "SessionRemovals.h"
 #include "SessionUploads.h"
+
+#include <host/account/CloudAccount.h>
 
 #include <NorlisCloud/NorlisCloudProtocolProxy.h>
 
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
-#include <QPointer>
+#include <QTimer>
 
 #include <glog/logging.h>
 
@@ -19,8 +23,6 @@
 
 namespace Norlis::Host {
 
-using PDF::FileInfo;
-using PDF::Cloud::AbstractCloudManager;
 using PDF::Cloud::ICloudProtocol;
 using Settings = PDF::Settings::ICloudAccountSettings;
 
@@ -32,22 +34,10 @@ QString ReadyFolder(const QString& folder)
 {
     if (folder.isEmpty() || !QDir().mkpath(folder)) {
         throw std::runtime_error("The folder \"" + folder.toStdString() +
-                                 "\" cannot be created. Check that you may write to the folder that it is in.");
+                                 "\" cannot be created. Check that you have permission to write to its parent folder.");
     }
     QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     return folder;
-}
-
-std::shared_ptr<ICloudProtocol> ProtocolFor(const QString& dataFolder, Social::OAuth2::AuthInfo authInfo,
-                                            const QPointer<CloudSession>& session)
-{
-    authInfo.cacheFolder = dataFolder + "/previews";
-    authInfo.onFailure = [session](const Social::OAuth2::Failure& failure) {
-        if (session) {
-            session->NoteFailure(failure);
-        }
-    };
-    return std::make_shared<PDF::Cloud::NorlisCloudProtocolProxy>(authInfo, "Norlis");
 }
 
 } // namespace
@@ -58,157 +48,70 @@ public:
             const std::shared_ptr<Settings>& settings);
     ~Private();
 
-    void Remove(const QString& id);
-    void Refresh();
+    /// Cancels what is running, saves the list and ends the service. Throws std::runtime_error when the list cannot be
+    /// saved.
+    void Close();
 
-    SessionContext context;
-    SessionUploads uploads;
-    SessionDownloads downloads;
-    ListMerge merge;
-    PreviewIntake previews;
-
-private:
-    void ConnectRemovals();
-    void ConnectLists();
-    void ConnectTheRest();
-    quint64 EndList();
     void WorkForASlice();
 
-    QHash<const FileInfo*, std::shared_ptr<FileInfo>> removals; ///< those that were asked for
-    QQueue<quint64> sentLists;                                  ///< when each was requested
+    const std::shared_ptr<LocalFileSystem> fileSystem = std::make_shared<LocalFileSystem>();
+    const std::shared_ptr<Md5HashCalculator> hashes;
+    DocumentIndex documents;
+    SessionCloud cloud;
+    ChangeJournal journal;
+    const SessionContext context;
+    QTimer slices; ///< runs while there is work that is done piece by piece
+    SessionUploads uploads{context};
+    SessionDownloads downloads{context};
+    SessionRemovals removals{context};
+    ListMerge merge;
+    SessionLists lists{context, merge};
+    PreviewIntake previews;
+    Lifetime lifetime;
 };
 
 CloudSession::Private::Private(CloudSession& session, const QString& dataFolder,
                                const std::shared_ptr<ICloudProtocol>& protocol,
                                const std::shared_ptr<Settings>& settings)
-    : context(session, dataFolder, protocol, settings),
-      uploads(context),
-      downloads(context),
-      merge(context),
-      previews(context)
+    : hashes(std::make_shared<Md5HashCalculator>(dataFolder + "/hashes.sqlite")),
+      documents(dataFolder + "/documents.sqlite", fileSystem, hashes),
+      cloud(session, protocol, hashes, fileSystem, settings),
+      context{session, cloud, documents, journal, *hashes, *fileSystem},
+      merge(context, [this] { slices.start(); }),
+      previews(context, [this] { slices.start(); })
 {
-    ConnectRemovals();
-    ConnectLists();
-    ConnectTheRest();
-    connect(&context.slices, &QTimer::timeout, &context, [this] { WorkForASlice(); });
+    slices.setInterval(0);
+    connect(&slices, &QTimer::timeout, &slices, [this] { WorkForASlice(); });
 }
 
 CloudSession::Private::~Private()
 {
     // Before the parts go: a transfer may be writing to a folder that they take away.
     try {
-        context.Close();
+        Close();
     } catch (const std::exception& error) {
         LOG(ERROR) << error.what();
     }
 }
 
-void CloudSession::Private::Remove(const QString& id)
+void CloudSession::Private::Close()
 {
-    context.Later([this, id] {
-        const auto record = context.documents->GetFileInfo(id);
-        if (!record) {
-            context.Fail(CloudProblem::Request::Remove, id, "The document was not removed",
-                         Cause("Remove", id, "it is not in the list of documents", "Refresh the list."));
-            return;
-        }
-        const auto name = QString::fromStdString(record->GetRedactableCloudInfo()->GetFileName());
-        if (context.RequireSignIn(CloudProblem::Request::Remove, id, name)) {
-            removals[record.get()] = record;
-            context.cloud->RemoveFile(record);
-        }
-    });
-}
-
-void CloudSession::Private::ConnectRemovals()
-{
-    // The manager removes what a failed upload may have left behind without being asked; nobody wants to hear of that.
-    const auto& cloud = *context.cloud;
-    connect(&cloud, &AbstractCloudManager::RemoveFileFinished, &context, [this](const std::shared_ptr<FileInfo>& file) {
-        const auto record = removals.take(file.get());
-        if (!record) {
-            return;
-        }
-        const auto id = QString::fromStdString(record->GetId());
-        context.removedAt[id] = ++context.clock;
-        context.Forget(id);
-        CloudSession& session = context.session;
-        const QPointer<SessionContext> alive(&context);
-        context.documents->Remove(record);
-        if (alive) {
-            emit session.DocumentRemoved(id);
-        }
-    });
-    connect(&cloud, &AbstractCloudManager::RemovingFileError, &context,
-            [this](const std::shared_ptr<const FileInfo>& file, const QString& message) {
-                const auto cause = context.TakeCause();
-                const auto record = removals.take(file.get());
-                if (record) {
-                    context.Fail(CloudProblem::Request::Remove, QString::fromStdString(record->GetId()), message,
-                                 cause);
-                }
-            });
-}
-
-void CloudSession::Private::Refresh()
-{
-    context.Later([this] {
-        if (context.RequireSignIn(CloudProblem::Request::List, {}, {})) {
-            context.cloud->RetrieveFilesList();
-        }
-    });
-}
-
-void CloudSession::Private::ConnectLists()
-{
-    const auto& cloud = *context.cloud;
-    connect(&cloud, &AbstractCloudManager::RetrievingFilesListStarted, &context, [this] {
-        if (sentLists.isEmpty() && !merge.IsActive()) {
-            context.uploadedAt.clear();
-            context.removedAt.clear();
-        }
-        sentLists.enqueue(++context.clock);
-    });
-    connect(&cloud, &AbstractCloudManager::RetrievingFilesListFinished, &context,
-            [this](const ListMerge::Files& files) { merge.Start(files, EndList()); });
-    connect(&cloud, &AbstractCloudManager::RetrievingFilesListErrorRequested, &context, [this](const QString& message) {
-        EndList();
-        context.Fail(CloudProblem::Request::List, {}, message, context.TakeCause());
-    });
-    connect(&cloud, &AbstractCloudManager::RetrievingFilesListCanceled, &context, [this] {
-        EndList();
-        context.Fail(CloudProblem::Request::List, {}, "Files list request canceled", {});
-    });
-}
-
-/// When the list was requested that has just ended; lists arrive in the order of their requests.
-quint64 CloudSession::Private::EndList()
-{
-    return sentLists.isEmpty() ? context.clock : sentLists.dequeue();
-}
-
-void CloudSession::Private::ConnectTheRest()
-{
-    const auto& cloud = *context.cloud;
-    connect(&cloud, &AbstractCloudManager::AuthorizationFailed, &context,
-            [this] { context.Fail(CloudProblem::Request::SignIn, {}, "Auth failed", context.TakeCause()); });
-    connect(&cloud, &AbstractCloudManager::RetrievingUserQuotaErrorRequested, &context, [this](const QString& message) {
-        context.Fail(CloudProblem::Request::Quota, {}, message, context.TakeCause());
-    });
+    const auto protocol = cloud.Close(); // released last, and in any case
+    documents.Close();
 }
 
 void CloudSession::Private::WorkForASlice()
 {
-    const QPointer<SessionContext> alive(&context);
+    const auto guard = lifetime.Watch();
     QElapsedTimer slice;
     slice.start();
-    while (alive && !slice.hasExpired(sliceMilliseconds)) {
+    while (guard && !slice.hasExpired(sliceMilliseconds)) {
         if (merge.IsReady()) {
             merge.Step();
         } else if (!merge.IsActive() && previews.HasWork()) { // a picture may be that of a document still to be added
             previews.Step();
         } else {
-            context.slices.stop();
+            slices.stop();
             return;
         }
     }
@@ -219,7 +122,15 @@ CloudSession::CloudSession(const QString& dataFolder, const Social::OAuth2::Auth
 {
     qRegisterMetaType<CloudProblem>();
     ReadyFolder(dataFolder);
-    d = std::make_unique<Private>(*this, dataFolder, ProtocolFor(dataFolder, authInfo, this), settings);
+    auto completed = authInfo;
+    completed.cacheFolder = dataFolder + "/previews";
+    completed.onFailure = [this, guard = lifetime.Watch()](const Social::OAuth2::Failure& failure) {
+        if (guard) {
+            NoteFailure(failure);
+        }
+    };
+    const auto protocol = std::make_shared<PDF::Cloud::NorlisCloudProtocolProxy>(completed, "Norlis");
+    d = std::make_unique<Private>(*this, dataFolder, protocol, settings);
 }
 
 CloudSession::CloudSession(const QString& dataFolder, const std::shared_ptr<ICloudProtocol>& protocol,
@@ -227,6 +138,17 @@ CloudSession::CloudSession(const QString& dataFolder, const std::shared_ptr<IClo
 {
     qRegisterMetaType<CloudProblem>();
     d = std::make_unique<Private>(*this, ReadyFolder(dataFolder), protocol, settings);
+}
+
+std::unique_ptr<CloudSession> CloudSession::Open(const CloudAccount& account, const QString& dataFolder,
+                                                 const std::shared_ptr<Settings>& settings)
+{
+    // The library stores pictures of documents in the folder for temporary files. They shall outlive the next cleaning
+    // of that folder, and nobody else shall see them.
+    const QString pictures = dataFolder + "/pictures";
+    QDir().mkpath(pictures);
+    qputenv("TMPDIR", QFile::encodeName(pictures));
+    return std::make_unique<CloudSession>(dataFolder, account.AuthInfo(), settings);
 }
 
 CloudSession::~CloudSession()
@@ -237,22 +159,22 @@ CloudSession::~CloudSession()
 
 PDF::AbstractFileManager& CloudSession::Documents()
 {
-    return *d->context.documents;
+    return d->documents.List();
 }
 
-AbstractCloudManager& CloudSession::Cloud()
+PDF::Cloud::AbstractCloudManager& CloudSession::Cloud()
 {
-    return *d->context.cloud;
+    return d->cloud.Manager();
 }
 
 ICloudProtocol& CloudSession::Protocol()
 {
-    return *d->context.protocol;
+    return d->cloud.Protocol();
 }
 
 bool CloudSession::IsSignedIn()
 {
-    return d->context.protocol->loggedIn();
+    return d->cloud.IsSignedIn();
 }
 
 void CloudSession::Upload(const QStringList& paths)
@@ -282,7 +204,7 @@ void CloudSession::CancelDownload(const QString& id)
 
 void CloudSession::Remove(const QString& id)
 {
-    d->Remove(id);
+    d->removals.Start(id);
 }
 
 void CloudSession::FetchPreviews(const QString& id)
@@ -292,20 +214,20 @@ void CloudSession::FetchPreviews(const QString& id)
 
 void CloudSession::Refresh()
 {
-    d->Refresh();
+    d->lists.Refresh();
 }
 
 void CloudSession::SaveAndClose()
 {
     const QSignalBlocker quiet(this);
     const auto closing = std::move(d);
-    closing->context.Close();
+    closing->Close();
 }
 
 void CloudSession::NoteFailure(const Social::OAuth2::Failure& failure)
 {
     if (d) {
-        d->context.NoteFailure(failure);
+        d->cloud.Failures().Put(failure);
     }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <base/Lifetime.h>
 #include <contracts/AbstractCloudManager.h>
 #include <contracts/AbstractFileManager.h>
 #include <contracts/ICloudAccountSettings.h>
@@ -12,6 +13,8 @@
 #include <memory>
 
 namespace Norlis::Host {
+
+class CloudAccount;
 
 /// Why something failed, ready to be shown.
 struct CloudProblem {
@@ -56,6 +59,13 @@ public:
                  const std::shared_ptr<PDF::Settings::ICloudAccountSettings>& settings);
     ~CloudSession() override;
 
+    /// A session of an account. One of a process at a time: the folder for temporary files, in which the library stores
+    /// pictures, becomes one of the session's own.
+    /// \param dataFolder the account's, or another one for a second list of the same service
+    /// Throws as the constructor does, and as CloudAccount::AuthInfo.
+    static std::unique_ptr<CloudSession> Open(const CloudAccount& account, const QString& dataFolder,
+                                              const std::shared_ptr<PDF::Settings::ICloudAccountSettings>& settings);
+
     /// The list, for views. Change it through the session only.
     PDF::AbstractFileManager& Documents();
 
@@ -69,7 +79,7 @@ public:
     bool IsSignedIn();
 
     /// Sends local files as new documents; each ends in DocumentUploaded, UploadCanceled or Failed. An empty list ends
-    /// in Failed too, and so does a file that is being uploaded already.
+    /// in Failed too, and so does a file that is already being uploaded.
     void Upload(const QStringList& paths);
 
     /// Sends the local copy of a document and replaces the cloud copy; ends as Upload does.
@@ -135,6 +145,7 @@ signals:
 private:
     class Private;
     std::unique_ptr<Private> d;
+    Lifetime lifetime;
 };
 
 } // namespace Norlis::Host

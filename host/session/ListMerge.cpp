@@ -1,48 +1,40 @@
 #include "ListMerge.h"
 
-#include <QPointer>
+#include "Records.h"
+
+#include <algorithm>
 
 namespace Norlis::Host {
 
 using PDF::FileInfo;
 
-namespace {
-
-QString IdOf(FileInfo& file)
+ListMerge::ListMerge(const SessionContext& context, std::function<void()> onReady)
+    : context(context),
+      onReady(std::move(onReady))
 {
-    return QString::fromStdString(file.GetId());
 }
 
-} // namespace
-
-ListMerge::ListMerge(SessionContext& context) : context(context) {}
-
-void ListMerge::Start(const Files& newFiles, quint64 newSentAt)
+void ListMerge::Start(const Files& newFiles, ChangeJournal::Time newRequestedAt)
 {
     ++listCount;
     files = newFiles;
-    sentAt = newSentAt;
+    requestedAt = newRequestedAt;
     next = 0;
     listed.clear();
     unique.clear();
     departed.clear();
 
-    QStringList localPaths;
-    for (const auto& document : qAsConst(context.known)) {
-        if (!document.localPath.isEmpty()) {
-            localPaths.append(document.localPath);
-        }
-    }
+    const QStringList localPaths = context.documents.LocalPaths();
     if (localPaths.isEmpty()) {
         phase = Phase::Sorting;
-        context.slices.start();
+        onReady();
         return;
     }
     phase = Phase::Hashing;
-    context.hashes->Prepare(localPaths, &context, [this, prepared = ++generation] {
+    context.hashes.Prepare(localPaths, this, [this, prepared = ++generation] {
         if (prepared == generation && phase == Phase::Hashing) {
             phase = Phase::Sorting;
-            context.slices.start();
+            onReady();
         }
     });
 }
@@ -81,11 +73,9 @@ void ListMerge::Step()
         if (!unique.isEmpty()) {
             Merge(unique.takeLast());
         } else {
-            for (auto document = context.known.keyBegin(); document != context.known.keyEnd(); ++document) {
-                if (!listed.contains(*document)) {
-                    departed.append(*document);
-                }
-            }
+            const auto ids = context.documents.Ids();
+            std::copy_if(ids.begin(), ids.end(), std::back_inserter(departed),
+                         [this](const QString& id) { return !listed.contains(id); });
             phase = Phase::Removing;
         }
         break;
@@ -102,25 +92,24 @@ void ListMerge::Step()
     }
 }
 
-void ListMerge::Merge(const std::shared_ptr<FileInfo>& fresh)
+void ListMerge::Merge(const Record& fresh)
 {
     const auto id = IdOf(*fresh);
-    if (context.removedAt.value(id) > sentAt || context.uploadedAt.value(id) > sentAt) {
+    if (context.journal.WasRemovedAfter(requestedAt, id) || context.journal.WasUploadedAfter(requestedAt, id)) {
         return;
     }
     const CloudFacts facts(fresh->GetRedactableCloudInfo().value());
-    const auto known = context.known.find(id);
-    if (known == context.known.end()) {
+    const auto* known = context.documents.Find(id);
+    if (!known) {
         Note(id, Change::Added);
-        context.known[id].facts = facts;
-        context.documents->Add(fresh);
+        context.documents.Add(fresh);
         return;
     }
     // The local copy may have changed even if the cloud copy has not.
     if (known->facts && *known->facts == facts && known->localPath.isEmpty()) {
         return;
     }
-    const auto held = context.documents->GetFileInfo(id);
+    const auto held = context.documents.RecordOf(id);
     if (!held) {
         return;
     }
@@ -129,22 +118,18 @@ void ListMerge::Merge(const std::shared_ptr<FileInfo>& fresh)
     if (facts.HasChangedFrom(heldFacts)) {
         Note(id, Change::Changed);
     }
-    if (!hasSameContent) {
-        known->shownPreviews = 0;
-    }
-    known->facts = facts;
     const auto completed = std::make_shared<FileInfo>(*fresh);
     Complete(*completed, *held, hasSameContent);
     const auto path = held->GetPath();
     const auto cloudHash = completed->GetRedactableCloudInfo()->GetMd5Hash();
     if (!path.empty() && !cloudHash.empty() && cloudHash != held->GetCloudHashBeforeChange() &&
-        context.hashes->CalculateHash(path) == cloudHash) {
-        // In step after all: whoever is killed after a transfer has not saved that, and the next change, here or in the
-        // cloud, would pass for one on both sides. An update does not carry it.
+        context.hashes.CalculateHash(path) == cloudHash) {
+        // Up to date after all: a program that is killed after a transfer has not saved that, and the next change, here
+        // or in the cloud, would pass for one on both sides. An update does not carry it.
         completed->SetPath(path, cloudHash, cloudHash);
-        context.Replace(completed);
+        context.documents.Replace(completed);
     } else {
-        context.documents->Update(completed);
+        context.documents.Update(completed, hasSameContent);
     }
 }
 
@@ -161,7 +146,7 @@ void ListMerge::Complete(FileInfo& fresh, FileInfo& held, bool hasSameContent) c
     }
     auto previews = heldCloudInfo.GetPreviewsSet();
     if (!hasSameContent) {
-        // An update takes no picture away, so that of the old content makes room for none.
+        // An update keeps the picture of the old content unless an empty path replaces it.
         for (auto& preview : previews) {
             preview.second = ioPath();
         }
@@ -169,20 +154,16 @@ void ListMerge::Complete(FileInfo& fresh, FileInfo& held, bool hasSameContent) c
     cloudInfo.SetPreviewsSet(previews);
     fresh.SetPreviewsSet(held.GetPreviewsSet());
     fresh.SetPath(held.GetPath(), held.GetMd5Hash(), held.GetCloudHashBeforeChange());
-    fresh.SetIsSyncingInProgress(context.IsTransferring(IdOf(fresh)));
+    fresh.SetIsSyncingInProgress(context.documents.IsTransferring(IdOf(fresh)));
 }
 
 void ListMerge::Remove(const QString& id)
 {
-    if (context.uploadedAt.value(id) > sentAt) {
+    if (context.journal.WasUploadedAfter(requestedAt, id)) {
         return;
     }
     Note(id, Change::Removed);
-    context.Forget(id);
-    const auto held = context.documents->GetFileInfo(id);
-    if (held) {
-        context.documents->Remove(held);
-    }
+    context.documents.Remove(id);
 }
 
 void ListMerge::Note(const QString& id, Change change)
@@ -227,11 +208,10 @@ void ListMerge::Report()
             break;
         }
     }
-    CloudSession& session = context.session;
-    const QPointer<SessionContext> alive(&context);
-    emit session.ListRefreshed(added, changed, removed);
-    for (int further = 1; further < count && alive; ++further) {
-        emit session.ListRefreshed({}, {}, {}); // a request whose answer was overtaken ends too
+    const auto guard = lifetime.Watch();
+    emit context.session.ListRefreshed(added, changed, removed);
+    for (int further = 1; further < count && guard; ++further) {
+        emit context.session.ListRefreshed({}, {}, {}); // a request whose answer was overtaken ends too
     }
 }
 

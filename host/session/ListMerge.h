@@ -5,20 +5,26 @@
 #include <QList>
 #include <QSet>
 
+#include <functional>
+
 namespace Norlis::Host {
 
 /// Brings the file list in line with what the cloud reports, in pieces that are small enough for the event loop.
 ///
 /// A fresh record knows nothing of the local copy and is completed from the held one. Documents that were uploaded
 /// after the list was requested are left as they are, and those that were removed since do not come back.
-class ListMerge {
+///
+/// Whoever owns it calls Step from the event loop for as long as IsReady.
+class ListMerge : public QObject {
 public:
-    using Files = QList<std::shared_ptr<PDF::FileInfo>>;
+    using Record = std::shared_ptr<PDF::FileInfo>;
+    using Files = QList<Record>;
 
-    explicit ListMerge(SessionContext& context);
+    /// \param onReady called when there is something to do from now on
+    ListMerge(const SessionContext& context, std::function<void()> onReady);
 
     /// Replaces the rest of a merge that is running; the one at the end reports what all of them did.
-    void Start(const Files& files, quint64 sentAt);
+    void Start(const Files& files, ChangeJournal::Time requestedAt);
 
     /// Whether there is something left to do.
     bool IsActive() const;
@@ -36,7 +42,7 @@ private:
 
     // Merge, Remove and Report emit as the last thing that they do.
 
-    void Merge(const std::shared_ptr<PDF::FileInfo>& fresh);
+    void Merge(const Record& fresh);
     void Remove(const QString& id);
     void Report();
 
@@ -45,11 +51,12 @@ private:
     /// Gives a fresh record what only the held one knows.
     void Complete(PDF::FileInfo& fresh, PDF::FileInfo& held, bool hasSameContent) const;
 
-    SessionContext& context;
+    const SessionContext context;
+    const std::function<void()> onReady;
     Phase phase = Phase::Idle;
     quint64 generation = 0;
     int listCount = 0; ///< lists that the next report covers
-    quint64 sentAt = 0;
+    ChangeJournal::Time requestedAt = 0;
 
     Files files;
     int next = 0; ///< into files while they are sorted out
@@ -59,6 +66,7 @@ private:
 
     QHash<QString, Change> changes; ///< since the last report
     QStringList order;              ///< their ids
+    Lifetime lifetime;
 };
 
 } // namespace Norlis::Host

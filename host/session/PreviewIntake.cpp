@@ -1,6 +1,8 @@
 #include "PreviewIntake.h"
 
-#include <QPointer>
+#include "Later.h"
+#include "Records.h"
+
 #include <QSize>
 
 #include <algorithm>
@@ -9,33 +11,16 @@ namespace Norlis::Host {
 
 using PDF::FileInfo;
 using PDF::Cloud::AbstractCloudManager;
+using Request = CloudProblem::Request;
 
-namespace {
-
-const auto notFetched = QStringLiteral("The preview was not fetched");
-
-unsigned Bit(FileInfo::PreviewSize size)
+PreviewIntake::PreviewIntake(const SessionContext& context, std::function<void()> onWork)
+    : context(context),
+      onWork(std::move(onWork))
 {
-    return 1U << static_cast<unsigned>(size);
-}
-
-QString IdOf(const FileInfo& record)
-{
-    return QString::fromStdString(FileInfo(record).GetId());
-}
-
-} // namespace
-
-PreviewIntake::PreviewIntake(SessionContext& context) : context(context)
-{
-    using ConstRecord = std::shared_ptr<const FileInfo>;
-    const auto& cloud = *context.cloud;
-    QObject::connect(&cloud, &AbstractCloudManager::RetrieveFilePreviewFinished, &context,
-                     [this](const Record& record, Size size) { OnFinished(record, size); });
-    QObject::connect(&cloud, &AbstractCloudManager::RetrieveFilePreviewError, &context,
-                     [this](const ConstRecord& record, Size, const QString& message) { OnError(record, message); });
-    QObject::connect(&cloud, &AbstractCloudManager::RetrieveFilePreviewCanceled, &context,
-                     [this](const ConstRecord& record) { OnCanceled(record); });
+    const auto& manager = context.cloud.Manager();
+    connect(&manager, &AbstractCloudManager::RetrieveFilePreviewFinished, this, &PreviewIntake::OnFinished);
+    connect(&manager, &AbstractCloudManager::RetrieveFilePreviewError, this, &PreviewIntake::OnError);
+    connect(&manager, &AbstractCloudManager::RetrieveFilePreviewCanceled, this, &PreviewIntake::OnCanceled);
 }
 
 void PreviewIntake::Fetch(const QString& id)
@@ -43,23 +28,22 @@ void PreviewIntake::Fetch(const QString& id)
     // The same edges as those of the pictures that come with a files list: one file on disk holds both.
     constexpr std::pair<Size, int> edges[] = {{Size::Small, 40}, {Size::Medium, 100}, {Size::Large, 191}};
     for (const auto& [size, edge] : edges) {
-        context.Later([this, id, size = size, edge = edge] { Fetch(id, size, edge); });
+        Later(this, [this, id, size = size, edge = edge] { Fetch(id, size, edge); });
     }
 }
 
 void PreviewIntake::Fetch(const QString& id, Size size, int edge)
 {
-    const auto record = context.documents->GetFileInfo(id);
+    const auto record = context.documents.RecordOf(id);
     if (!record) {
-        Fail(id, notFetched, Cause("Preview", id, "it is not in the list of documents", "Refresh the list."));
+        context.cloud.Refuse(Request::Preview, id, id, "it is not in the list of documents", "Refresh the list.");
         return;
     }
-    const auto name = QString::fromStdString(record->GetRedactableCloudInfo()->GetFileName());
-    if (!context.RequireSignIn(CloudProblem::Request::Preview, id, name)) {
+    if (!context.cloud.RequireSignIn(Request::Preview, id, NameOf(*record))) {
         return;
     }
     wanted[record.get()] = record;
-    context.cloud->RetrieveFilePreview(record, size, QSize(edge, edge));
+    context.cloud.Manager().RetrieveFilePreview(record, size, QSize(edge, edge));
 }
 
 bool PreviewIntake::HasWork() const
@@ -71,64 +55,57 @@ void PreviewIntake::Step()
 {
     const auto id = waiting.dequeue();
     const auto pictures = arrived.take(id);
-    const auto localPath = context.known.value(id).localPath;
+    const auto localPath = context.documents.LocalPath(id);
     if (localPath.isEmpty()) {
         Show(id, pictures);
     } else { // the update looks at the local copy too
-        context.hashes->Prepare({localPath}, &context, [this, id, pictures] { Show(id, pictures); });
+        context.hashes.Prepare({localPath}, this, [this, id, pictures] { Show(id, pictures); });
     }
 }
 
 void PreviewIntake::Show(const QString& id, const Pictures& pictures)
 {
-    const QPointer<SessionContext> alive(&context);
-    const auto held = context.documents->GetFileInfo(id);
-    const auto known = context.known.find(id);
-    if (!held || known == context.known.end()) {
-        context.Forget(id);
+    const auto guard = lifetime.Watch();
+    const auto* document = context.documents.Find(id);
+    const auto held = context.documents.RecordOf(id);
+    if (!document || !held) {
+        context.documents.Forget(id);
         for (const auto& picture : pictures) {
-            if (alive && picture.wasAskedFor) {
-                Fail(id, notFetched, Cause("Preview", id, "the document is no longer in the list"));
+            if (guard && picture.wasAskedFor) {
+                context.cloud.Refuse(Request::Preview, id, id, "the document is no longer in the list", {});
             }
         }
         return;
     }
-    Pictures news;
-    std::copy_if(pictures.begin(), pictures.end(), std::back_inserter(news),
-                 [&](const Picture& picture) { return IsNews(*known, picture); });
-    if (news.isEmpty()) {
+    Pictures fresh;
+    std::copy_if(pictures.begin(), pictures.end(), std::back_inserter(fresh),
+                 [&](const Picture& picture) { return IsNew(*document, picture); });
+    if (fresh.isEmpty()) {
         return;
     }
     const auto pathOf = [](const Picture& picture) {
         return picture.record->GetRedactableCloudInfo()->GetPreviewsSet()[picture.size];
     };
-    for (const auto& picture : qAsConst(news)) {
-        held->GetRedactableCloudInfo()->SetPreviewPathBySize(pathOf(picture), picture.size);
-        known->shownPreviews |= Bit(picture.size);
+    std::map<Size, ioPath> paths;
+    for (const auto& picture : qAsConst(fresh)) {
+        paths[picture.size] = pathOf(picture);
     }
-    held->SetIsSyncingInProgress(context.IsTransferring(id));
-    CloudSession& session = context.session;
-    context.documents->Update(held);
-    for (const auto& picture : qAsConst(news)) {
-        if (alive) {
-            emit session.PreviewStored(id, QString::fromStdString(FileInfo::previewSizetoString(picture.size)),
-                                       ToText(pathOf(picture)));
+    context.documents.ShowPreviews(held, paths);
+    for (const auto& picture : qAsConst(fresh)) {
+        if (guard) {
+            emit context.session.PreviewStored(id, QString::fromStdString(FileInfo::previewSizetoString(picture.size)),
+                                               ToText(pathOf(picture)));
         }
     }
 }
 
-bool PreviewIntake::IsNews(const KnownDocument& document, const Picture& picture) const
+bool PreviewIntake::IsNew(const DocumentIndex::Entry& document, const Picture& picture)
 {
     if (picture.wasAskedFor || !document.facts) {
         return true;
     }
     const CloudFacts shown(picture.record->GetRedactableCloudInfo().value());
-    return document.facts->HasSameContent(shown) && (document.shownPreviews & Bit(picture.size)) == 0;
-}
-
-void PreviewIntake::Fail(const QString& id, const QString& message, const Social::OAuth2::Failure& cause)
-{
-    context.Fail(CloudProblem::Request::Preview, id, message, cause);
+    return document.facts->HasSameContent(shown) && !document.Shows(picture.size);
 }
 
 void PreviewIntake::OnFinished(const Record& record, Size size)
@@ -139,21 +116,21 @@ void PreviewIntake::OnFinished(const Record& record, Size size)
         waiting.enqueue(id);
     }
     pictures.append({record, size, wanted.remove(record.get()) != 0});
-    context.slices.start();
+    onWork();
 }
 
-void PreviewIntake::OnError(const std::shared_ptr<const FileInfo>& record, const QString& message)
+void PreviewIntake::OnError(const std::shared_ptr<const FileInfo>& record, Size, const QString& message)
 {
-    const auto cause = context.TakeCause();
+    const auto cause = context.cloud.Failures().Take();
     if (wanted.remove(record.get()) != 0) {
-        Fail(IdOf(*record), message, cause);
+        context.cloud.Fail(Request::Preview, IdOf(*record), message, cause);
     }
 }
 
 void PreviewIntake::OnCanceled(const std::shared_ptr<const FileInfo>& record)
 {
     if (wanted.remove(record.get()) != 0) {
-        Fail(IdOf(*record), "Retrieving file preview canceled", {});
+        context.cloud.Fail(Request::Preview, IdOf(*record), "Retrieving file preview canceled", {});
     }
 }
 

@@ -2,7 +2,10 @@
 
 #include "SessionContext.h"
 
+#include <QQueue>
 #include <QVector>
+
+#include <functional>
 
 namespace Norlis::Host {
 
@@ -10,12 +13,15 @@ namespace Norlis::Host {
 ///
 /// Every files list asks for three pictures of every document again. Those that show the content which the list shows
 /// already are dropped, so that a periodic refresh does not repaint everything.
-class PreviewIntake {
+///
+/// Whoever owns it calls Step from the event loop for as long as HasWork.
+class PreviewIntake : public QObject {
 public:
     using Record = std::shared_ptr<PDF::FileInfo>;
     using Size = PDF::FileInfo::PreviewSize;
 
-    explicit PreviewIntake(SessionContext& context);
+    /// \param onWork called when there is something to do from now on
+    PreviewIntake(const SessionContext& context, std::function<void()> onWork);
 
     /// Fetches the three pictures of a document for somebody who waits for the outcome.
     void Fetch(const QString& id);
@@ -35,17 +41,18 @@ private:
 
     void Fetch(const QString& id, Size size, int edge);
     void Show(const QString& id, const Pictures& pictures);
-    bool IsNews(const KnownDocument& document, const Picture& picture) const;
-    void Fail(const QString& id, const QString& message, const Social::OAuth2::Failure& cause);
+    static bool IsNew(const DocumentIndex::Entry& document, const Picture& picture);
 
     void OnFinished(const Record& record, Size size);
-    void OnError(const std::shared_ptr<const PDF::FileInfo>& record, const QString& message);
+    void OnError(const std::shared_ptr<const PDF::FileInfo>& record, Size size, const QString& message);
     void OnCanceled(const std::shared_ptr<const PDF::FileInfo>& record);
 
-    SessionContext& context;
+    const SessionContext context;
+    const std::function<void()> onWork;
     QHash<const PDF::FileInfo*, Record> wanted; ///< one record for each request that somebody waits for
     QQueue<QString> waiting;
     QHash<QString, Pictures> arrived;
+    Lifetime lifetime;
 };
 
 } // namespace Norlis::Host

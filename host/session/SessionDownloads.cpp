@@ -1,5 +1,8 @@
 #include "SessionDownloads.h"
 
+#include "Later.h"
+#include "Records.h"
+
 #include <files/FilePlacing.h>
 
 #include <QDir>
@@ -14,8 +17,6 @@ using PDF::Cloud::AbstractCloudManager;
 
 namespace {
 
-const auto notDownloaded = QStringLiteral("The document was not downloaded");
-
 /// Whether the name stays inside the folder that it is put into.
 bool IsFileName(const QString& name)
 {
@@ -29,23 +30,14 @@ bool IsTaken(const QString& path)
     return file.exists() || file.isSymLink(); // a link may lead nowhere
 }
 
-std::string IdOf(const FileInfo& file)
-{
-    return FileInfo(file).GetId();
-}
-
 } // namespace
 
-SessionDownloads::SessionDownloads(SessionContext& context) : context(context)
+SessionDownloads::SessionDownloads(const SessionContext& context) : context(context)
 {
-    using Record = std::shared_ptr<const FileInfo>;
-    const auto& cloud = *context.cloud;
-    QObject::connect(&cloud, &AbstractCloudManager::DownloadingFinished, &context,
-                     [this](const Record& file) { OnFinished(file); });
-    QObject::connect(&cloud, &AbstractCloudManager::DownloadingFileRequestError, &context,
-                     [this](const Record& file, const QString& message) { OnError(file, message); });
-    QObject::connect(&cloud, &AbstractCloudManager::DownloadingCanceled, &context,
-                     [this](const Record& file) { OnCanceled(file); });
+    const auto& manager = context.cloud.Manager();
+    connect(&manager, &AbstractCloudManager::DownloadingFinished, this, &SessionDownloads::OnFinished);
+    connect(&manager, &AbstractCloudManager::DownloadingFileRequestError, this, &SessionDownloads::OnError);
+    connect(&manager, &AbstractCloudManager::DownloadingCanceled, this, &SessionDownloads::OnCanceled);
 }
 
 void SessionDownloads::Start(const QString& id, const QString& folder)
@@ -56,15 +48,12 @@ void SessionDownloads::Start(const QString& id, const QString& folder)
     run->name = id; // until the document is found
     if (runs.contains(id)) {
         run->name = runs[id]->name;
-        context.Later([this, run] {
-            context.Fail(CloudProblem::Request::Download, run->id, notDownloaded,
-                         Cause("Download", run->name, "it is being downloaded already",
-                               "Wait until that is done, or cancel it."));
-        });
+        Later(this,
+              [this, run] { Refuse(run, "it is already being downloaded", "Wait until that is done, or cancel it."); });
         return;
     }
     runs[id] = run;
-    context.Later([this, run] { Begin(run); });
+    Later(this, [this, run] { Begin(run); });
 }
 
 void SessionDownloads::Cancel(const QString& id)
@@ -73,20 +62,20 @@ void SessionDownloads::Cancel(const QString& id)
     if (!run) {
         return;
     }
-    context.Later([this, run] {
+    Later(this, [this, run] {
         if (!IsRunning(run)) {
             return;
         }
-        switch (run->stage) {
-        case Stage::Preparing:
-        case Stage::Arrived:
+        switch (run->state) {
+        case State::Preparing:
+        case State::Arrived:
             End(run);
             emit context.session.DownloadCanceled(run->id);
             break;
-        case Stage::Sent:
-            context.cloud->CancelDownloading(run->record);
+        case State::Sent:
+            context.cloud.Manager().CancelDownloading(run->record);
             break;
-        case Stage::Placed:
+        case State::Placed:
             break; // too late: the document is there
         }
     });
@@ -97,14 +86,14 @@ void SessionDownloads::Begin(const RunPointer& run)
     if (!IsRunning(run)) {
         return;
     }
-    const auto held = context.documents->GetFileInfo(run->id);
+    const auto held = context.documents.RecordOf(run->id);
     if (!held) {
         EndWithFailure(run, "it is not in the list of documents", "Refresh the list.");
         return;
     }
-    run->name = QString::fromStdString(held->GetRedactableCloudInfo()->GetFileName());
+    run->name = NameOf(*held);
     if (!IsFileName(run->name)) {
-        EndWithFailure(run, "its name in the cloud cannot be the name of a file", "Rename it in the cloud.");
+        EndWithFailure(run, "its name in the cloud is not valid as a file name", "Rename it in the cloud.");
         return;
     }
     const QFileInfo folder(run->folder);
@@ -113,7 +102,8 @@ void SessionDownloads::Begin(const RunPointer& run)
         return;
     }
     if (!folder.isWritable()) {
-        EndWithFailure(run, "you may not write to the folder \"" + run->folder + '"', "Choose another folder.");
+        EndWithFailure(run, "you do not have permission to write to the folder \"" + run->folder + '"',
+                       "Choose another folder.");
         return;
     }
     run->target = QDir::cleanPath(QDir(run->folder).absoluteFilePath(run->name));
@@ -126,7 +116,7 @@ void SessionDownloads::Begin(const RunPointer& run)
     if (paths.isEmpty()) {
         Send(run);
     } else {
-        context.hashes->Prepare(paths, &context, [this, run] { Send(run); });
+        context.hashes.Prepare(paths, this, [this, run] { Send(run); });
     }
 }
 
@@ -135,7 +125,7 @@ void SessionDownloads::Send(const RunPointer& run)
     if (!IsRunning(run)) {
         return;
     }
-    const auto held = context.documents->GetFileInfo(run->id);
+    const auto held = context.documents.RecordOf(run->id);
     if (!held) {
         EndWithFailure(run, "it is no longer in the list of documents", "Refresh the list.");
         return;
@@ -143,21 +133,22 @@ void SessionDownloads::Send(const RunPointer& run)
     if (!MayTakeTarget(run)) {
         return;
     }
-    if (!context.protocol->loggedIn()) {
+    if (!context.cloud.IsSignedIn()) {
         End(run);
-        context.RequireSignIn(CloudProblem::Request::Download, run->id, run->name);
+        context.cloud.RequireSignIn(CloudProblem::Request::Download, run->id, run->name);
         return;
     }
     run->staging = std::make_unique<QTemporaryDir>(QDir(run->folder).absoluteFilePath(".norlis-download-"));
     if (!run->staging->isValid()) {
-        EndWithFailure(run, "the folder cannot be written: " + run->staging->errorString(), "Choose another folder.");
+        EndWithFailure(run, "the folder cannot be written to: " + run->staging->errorString(),
+                       "Choose another folder.");
         return;
     }
     // A copy, because the manager gives the record its path before a byte has arrived.
     run->record = held;
-    run->stage = Stage::Sent;
-    context.BeginTransfer(run->id);
-    context.cloud->Download(run->record, run->staging->path());
+    run->state = State::Sent;
+    context.documents.BeginTransfer(run->id);
+    context.cloud.Manager().Download(run->record, run->staging->path());
 }
 
 bool SessionDownloads::MayTakeTarget(const RunPointer& run)
@@ -167,17 +158,17 @@ bool SessionDownloads::MayTakeTarget(const RunPointer& run)
         return true;
     }
     const auto target = ToPath(run->target);
-    const auto held = context.documents->GetFileInfo(run->id);
-    const auto normalized = [this](const ioPath& path) { return context.fileSystem->NormalizePath(path); };
+    const auto held = context.documents.RecordOf(run->id);
+    const auto normalized = [this](const ioPath& path) { return context.fileSystem.NormalizePath(path); };
     const bool isOwnCopy = held && !held->GetPath().empty() && !QFileInfo(run->target).isSymLink() &&
                            normalized(held->GetPath()) == normalized(target);
     if (!isOwnCopy) {
-        EndWithFailure(run, "there is something else of this name in the folder already",
+        EndWithFailure(run, "the folder already contains something else with this name",
                        "Choose another folder, or move that file away.");
         return false;
     }
     const auto synchronizedHash = held->GetCloudHashBeforeChange();
-    if (synchronizedHash.empty() || context.hashes->CalculateHash(target) != synchronizedHash) {
+    if (synchronizedHash.empty() || context.hashes.CalculateHash(target) != synchronizedHash) {
         EndWithFailure(run, "the local copy has changes that are not in the cloud",
                        "Upload the changes, or choose another folder.");
         return false;
@@ -191,14 +182,14 @@ void SessionDownloads::Place(const RunPointer& run)
     if (!IsRunning(run)) {
         return;
     }
-    run->hash = context.hashes->CalculateHash(ToPath(run->stagedPath));
+    run->hash = context.hashes.CalculateHash(ToPath(run->stagedPath));
     const auto cloudHash = run->record->GetRedactableCloudInfo()->GetMd5Hash();
     if (run->hash.empty()) {
-        EndWithFailure(run, "what arrived could not be read", "Try again.");
+        EndWithFailure(run, "the downloaded file could not be read", "Try again.");
         return;
     }
     if (!cloudHash.empty() && cloudHash != run->hash) {
-        EndWithFailure(run, "what arrived is not what the list of documents announced",
+        EndWithFailure(run, "the downloaded file does not match the list of documents",
                        "Refresh the list and try again.");
         return;
     }
@@ -208,28 +199,27 @@ void SessionDownloads::Place(const RunPointer& run)
     const auto error = run->replaces ? Files::MoveReplacing(run->stagedPath, run->target)
                                      : Files::MoveUnlessTaken(run->stagedPath, run->target);
     if (error) {
-        EndWithFailure(run, "it could not be put into the folder: " + QString::fromStdString(error.message()),
+        EndWithFailure(run, "it could not be moved into the folder: " + QString::fromStdString(error.message()),
                        "Choose another folder.");
         return;
     }
-    run->stage = Stage::Placed;
-    context.hashes->Prepare({run->target}, &context, [this, run] { Complete(run); });
+    run->state = State::Placed;
+    context.hashes.Prepare({run->target}, this, [this, run] { Complete(run); });
 }
 
 void SessionDownloads::Complete(const RunPointer& run)
 {
     End(run);
-    CloudSession& session = context.session;
     // Read again: the list may have learned something meanwhile, and may even have lost the document.
-    const auto held = context.documents->GetFileInfo(run->id);
+    const auto held = context.documents.RecordOf(run->id);
     if (held) {
-        const auto path = context.fileSystem->NormalizePath(ToPath(run->target));
-        held->SetPath(path, context.hashes->CalculateHash(path), run->hash);
-        if (!context.Replace(held)) {
+        const auto path = context.fileSystem.NormalizePath(ToPath(run->target));
+        held->SetPath(path, context.hashes.CalculateHash(path), run->hash);
+        if (!context.documents.Replace(held)) {
             return;
         }
     }
-    emit session.DocumentDownloaded(run->id, run->target);
+    emit context.session.DocumentDownloaded(run->id, run->target);
 }
 
 bool SessionDownloads::IsRunning(const RunPointer& run) const
@@ -239,8 +229,8 @@ bool SessionDownloads::IsRunning(const RunPointer& run) const
 
 SessionDownloads::RunPointer SessionDownloads::FindSent(const std::shared_ptr<const FileInfo>& file) const
 {
-    const auto run = runs.value(QString::fromStdString(IdOf(*file)));
-    return run && run->stage == Stage::Sent ? run : nullptr;
+    const auto run = runs.value(IdOf(*file));
+    return run && run->state == State::Sent ? run : nullptr;
 }
 
 void SessionDownloads::End(const RunPointer& run)
@@ -250,15 +240,20 @@ void SessionDownloads::End(const RunPointer& run)
         leftovers.push_back(std::move(run->staging));
     }
     RemoveLeftovers();
-    if (run->stage != Stage::Preparing) {
-        context.EndTransfer(run->id);
+    if (run->state != State::Preparing) {
+        context.documents.EndTransfer(run->id);
     }
 }
 
 void SessionDownloads::EndWithFailure(const RunPointer& run, const QString& reason, const QString& advice)
 {
     End(run);
-    context.Fail(CloudProblem::Request::Download, run->id, notDownloaded, Cause("Download", run->name, reason, advice));
+    Refuse(run, reason, advice);
+}
+
+void SessionDownloads::Refuse(const RunPointer& run, const QString& reason, const QString& advice)
+{
+    context.cloud.Refuse(CloudProblem::Request::Download, run->id, run->name, reason, advice);
 }
 
 void SessionDownloads::RemoveLeftovers()
@@ -274,22 +269,22 @@ void SessionDownloads::OnFinished(const std::shared_ptr<const FileInfo>& file)
     if (!run) {
         return;
     }
-    run->stage = Stage::Arrived;
+    run->state = State::Arrived;
     run->stagedPath = ToText(FileInfo(*file).GetPath());
     QStringList paths = {run->stagedPath};
     if (run->replaces) {
         paths.append(run->target);
     }
-    context.hashes->Prepare(paths, &context, [this, run] { Place(run); });
+    context.hashes.Prepare(paths, this, [this, run] { Place(run); });
 }
 
 void SessionDownloads::OnError(const std::shared_ptr<const FileInfo>& file, const QString& message)
 {
-    const auto cause = context.TakeCause();
+    const auto cause = context.cloud.Failures().Take();
     const auto run = FindSent(file);
     if (run) {
         End(run);
-        context.Fail(CloudProblem::Request::Download, run->id, message, cause);
+        context.cloud.Fail(CloudProblem::Request::Download, run->id, message, cause);
     }
 }
 

@@ -9,16 +9,17 @@
 namespace Norlis::Host {
 
 /// The session's downloads. Each arrives in a hidden folder of its own beside its place, so that the last step is a
-/// rename and a cancelled or failed download touches nothing that was there before.
-class SessionDownloads {
+/// rename and a cancelled or failed download touches nothing that was there before. Each ends in DocumentDownloaded,
+/// DownloadCanceled or Failed.
+class SessionDownloads : public QObject {
 public:
-    explicit SessionDownloads(SessionContext& context);
+    explicit SessionDownloads(const SessionContext& context);
 
     void Start(const QString& id, const QString& folder);
     void Cancel(const QString& id);
 
 private:
-    enum class Stage { Preparing, Sent, Arrived, Placed };
+    enum class State { Preparing, Sent, Arrived, Placed };
 
     struct Run {
         QString id;
@@ -26,9 +27,9 @@ private:
         QString name;
         QString target;
         bool replaces = false; ///< the document's own local copy, unchanged, stands at the target
-        Stage stage = Stage::Preparing;
+        State state = State::Preparing;
         std::unique_ptr<QTemporaryDir> staging;
-        std::shared_ptr<PDF::FileInfo> record; ///< what the cloud manager works on
+        std::shared_ptr<PDF::FileInfo> record; ///< a copy that the cloud manager writes to
         QString stagedPath;
         std::string hash;
     };
@@ -45,19 +46,20 @@ private:
     bool IsRunning(const RunPointer& run) const;
     RunPointer FindSent(const std::shared_ptr<const PDF::FileInfo>& file) const;
 
-    /// Takes the run out and its folder away.
+    /// Forgets the run and removes its folder.
     void End(const RunPointer& run);
     void EndWithFailure(const RunPointer& run, const QString& reason, const QString& advice);
+    void Refuse(const RunPointer& run, const QString& reason, const QString& advice);
     void RemoveLeftovers();
 
     void OnFinished(const std::shared_ptr<const PDF::FileInfo>& file);
     void OnError(const std::shared_ptr<const PDF::FileInfo>& file, const QString& message);
     void OnCanceled(const std::shared_ptr<const PDF::FileInfo>& file);
 
-    SessionContext& context;
+    const SessionContext context;
     QHash<QString, RunPointer> runs; ///< by document id
 
-    /// Folders that could not be removed because the service had not let go of them yet.
+    /// Folders that could not be removed because the service was still writing to them.
     std::vector<std::unique_ptr<QTemporaryDir>> leftovers;
 };
 

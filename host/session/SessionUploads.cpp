@@ -1,5 +1,8 @@
 #include "SessionUploads.h"
 
+#include "Later.h"
+#include "Records.h"
+
 #include <QFileInfo>
 
 #include <algorithm>
@@ -11,9 +14,7 @@ using PDF::Cloud::AbstractCloudManager;
 
 namespace {
 
-const auto notUploaded = QStringLiteral("The document was not uploaded");
-
-QString NameOf(const QString& path)
+QString FileNameOf(const QString& path)
 {
     return QFileInfo(path).fileName();
 }
@@ -23,7 +24,7 @@ std::pair<QString, QString> Obstacle(const QString& path)
 {
     const QFileInfo file(path);
     if (path.isEmpty()) {
-        return {"no file was named", "Choose a PDF file."};
+        return {"no file was given", "Choose a PDF file."};
     }
     if (!file.exists()) {
         return {"there is no such file", "Check the name, or whether the file was moved."};
@@ -35,31 +36,24 @@ std::pair<QString, QString> Obstacle(const QString& path)
         return {"it is not a regular file", "Choose a PDF file."};
     }
     if (!file.isReadable()) {
-        return {"you may not read the file", "Check its permissions."};
+        return {"you do not have permission to read the file", "Check its permissions."};
     }
     return {};
 }
 
 } // namespace
 
-SessionUploads::SessionUploads(SessionContext& context) : context(context)
+SessionUploads::SessionUploads(const SessionContext& context) : context(context)
 {
-    const auto& cloud = *context.cloud;
-    QObject::connect(&cloud, &AbstractCloudManager::UploadingFinished, &context,
-                     [this](const std::shared_ptr<FileInfo>& uploaded) { OnFinished(uploaded); });
-    QObject::connect(&cloud, &AbstractCloudManager::UploadingFileRequestError, &context,
-                     [this](const QString& path, const QString& message) { OnError(path, message); });
-    QObject::connect(&cloud, &AbstractCloudManager::UploadingCanceled, &context,
-                     [this](const QString& path) { OnCanceled(path); });
+    const auto& manager = context.cloud.Manager();
+    connect(&manager, &AbstractCloudManager::UploadingFinished, this, &SessionUploads::OnFinished);
+    connect(&manager, &AbstractCloudManager::UploadingFileRequestError, this, &SessionUploads::OnError);
+    connect(&manager, &AbstractCloudManager::UploadingCanceled, this, &SessionUploads::OnCanceled);
 }
 
 void SessionUploads::Start(const QStringList& paths)
 {
-    context.Later([this] {
-        if (!context.protocol->loggedIn()) {
-            context.AskToSignIn(); // once, however many files there are
-        }
-    });
+    AskToSignIn();
     for (const auto& path : paths.isEmpty() ? QStringList(QString()) : paths) {
         const auto run = std::make_shared<Run>();
         run->path = path;
@@ -69,38 +63,43 @@ void SessionUploads::Start(const QStringList& paths)
 
 void SessionUploads::StartChanges(const QString& id)
 {
-    const auto held = context.documents->GetFileInfo(id);
+    const auto held = context.documents.RecordOf(id);
     if (!held || held->GetPath().empty()) {
-        const auto reason = held ? "it has no local copy" : "it is not in the list of documents";
-        const auto advice = held ? "Download the document first." : "Refresh the list.";
-        const auto name = held ? QString::fromStdString(held->GetRedactableCloudInfo()->GetFileName()) : id;
-        context.Later([this, id, cause = Cause("Upload", name, reason, advice)] {
-            context.Fail(CloudProblem::Request::Upload, id, notUploaded, cause);
+        const QString reason = held ? "it has no local copy" : "it is not in the list of documents";
+        const QString advice = held ? "Download the document first." : "Refresh the list.";
+        const QString name = held ? NameOf(*held) : id;
+        Later(this, [this, id, name, reason, advice] {
+            context.cloud.Refuse(CloudProblem::Request::Upload, id, name, reason, advice);
         });
         return;
     }
     const auto run = std::make_shared<Run>();
     run->path = ToText(held->GetPath());
     run->document = id;
-    context.Later([this] {
-        if (!context.protocol->loggedIn()) {
-            context.AskToSignIn();
+    AskToSignIn();
+    Enter(run);
+}
+
+void SessionUploads::AskToSignIn()
+{
+    Later(this, [this] {
+        if (!context.cloud.IsSignedIn()) {
+            context.cloud.AskToSignIn();
         }
     });
-    Enter(run);
 }
 
 void SessionUploads::Cancel(const QString& path)
 {
-    const auto normalizedPath = context.fileSystem->NormalizePath(ToPath(path));
+    const auto normalizedPath = context.fileSystem.NormalizePath(ToPath(path));
     const auto found =
         std::find_if(runs.begin(), runs.end(), [&](const auto& run) { return run->normalizedPath == normalizedPath; });
     if (found == runs.end()) {
         return;
     }
-    context.Later([this, run = *found] {
+    Later(this, [this, run = *found] {
         if (run->isSent) {
-            context.cloud->CancelUploading(run->path);
+            context.cloud.Manager().CancelUploading(run->path);
         } else if (End(run)) {
             emit context.session.UploadCanceled(run->path);
         }
@@ -109,17 +108,17 @@ void SessionUploads::Cancel(const QString& path)
 
 void SessionUploads::Enter(const RunPointer& run)
 {
-    run->normalizedPath = context.fileSystem->NormalizePath(ToPath(run->path));
+    run->normalizedPath = context.fileSystem.NormalizePath(ToPath(run->path));
     const bool isRunning = std::any_of(runs.begin(), runs.end(), [&](const auto& other) {
         return other->normalizedPath == run->normalizedPath && !run->path.isEmpty();
     });
     if (isRunning) {
-        context.Later(
-            [this, run] { Fail(run, "it is being uploaded already", "Wait until that is done, or cancel it."); });
+        Later(this,
+              [this, run] { Refuse(run, "it is already being uploaded", "Wait until that is done, or cancel it."); });
         return;
     }
     runs.append(run);
-    context.Later([this, run] { Begin(run); });
+    Later(this, [this, run] { Begin(run); });
 }
 
 void SessionUploads::Begin(const RunPointer& run)
@@ -130,16 +129,16 @@ void SessionUploads::Begin(const RunPointer& run)
     const auto [reason, advice] = Obstacle(run->path);
     if (!reason.isEmpty()) {
         End(run);
-        Fail(run, reason, advice);
+        Refuse(run, reason, advice);
         return;
     }
-    if (!context.protocol->loggedIn()) {
+    if (!context.cloud.IsSignedIn()) {
         End(run);
-        context.FailForSignIn(CloudProblem::Request::Upload, run->path, NameOf(run->path));
+        context.cloud.RefuseSignedOut(CloudProblem::Request::Upload, run->path, FileNameOf(run->path));
         return;
     }
     // The cloud manager hashes the path as it is when it sends, and normalised when the answer comes.
-    context.hashes->Prepare({run->path, ToText(run->normalizedPath)}, &context, [this, run] { Send(run); });
+    context.hashes.Prepare({run->path, ToText(run->normalizedPath)}, this, [this, run] { Send(run); });
 }
 
 void SessionUploads::Send(const RunPointer& run)
@@ -147,34 +146,34 @@ void SessionUploads::Send(const RunPointer& run)
     if (!runs.contains(run)) {
         return;
     }
-    run->sentHash = context.hashes->CalculateHash(ToPath(run->path));
+    run->sentHash = context.hashes.CalculateHash(ToPath(run->path));
     run->sentSize = static_cast<quint64>(QFileInfo(run->path).size());
     if (run->sentHash.empty()) {
         End(run);
-        Fail(run, "the file could not be read", "Check its permissions, and the disk that it is on.");
+        Refuse(run, "the file could not be read", "Check its permissions, and the disk that it is on.");
         return;
     }
     std::shared_ptr<FileInfo> replaced;
     if (!run->document.isEmpty()) {
-        replaced = context.documents->GetFileInfo(run->document);
+        replaced = context.documents.RecordOf(run->document);
         if (!replaced || replaced->GetPath() != ToPath(run->path)) {
             End(run);
-            Fail(run, "it is no longer the local copy of a document in the list",
-                 "Upload it as a new document, or refresh the list.");
+            Refuse(run, "it is no longer the local copy of a document in the list",
+                   "Upload it as a new document, or refresh the list.");
             return;
         }
     }
-    if (!context.protocol->loggedIn()) {
+    if (!context.cloud.IsSignedIn()) {
         End(run);
-        context.RequireSignIn(CloudProblem::Request::Upload, run->path, NameOf(run->path));
+        context.cloud.RequireSignIn(CloudProblem::Request::Upload, run->path, FileNameOf(run->path));
         return;
     }
     run->isSent = true;
     if (replaced) {
-        context.BeginTransfer(run->document);
-        context.cloud->Upload(replaced);
+        context.documents.BeginTransfer(run->document);
+        context.cloud.Manager().Upload(replaced);
     } else {
-        context.cloud->Upload(run->path);
+        context.cloud.Manager().Upload(run->path);
     }
 }
 
@@ -184,7 +183,7 @@ bool SessionUploads::End(const RunPointer& run)
         return false;
     }
     if (run->isSent && !run->document.isEmpty()) {
-        context.EndTransfer(run->document);
+        context.documents.EndTransfer(run->document);
     }
     return true;
 }
@@ -196,26 +195,25 @@ SessionUploads::RunPointer SessionUploads::FindSent(const QString& path) const
     return found == runs.end() ? nullptr : *found;
 }
 
-void SessionUploads::Fail(const RunPointer& run, const QString& reason, const QString& advice)
+void SessionUploads::Refuse(const RunPointer& run, const QString& reason, const QString& advice)
 {
-    context.Fail(CloudProblem::Request::Upload, run->path, notUploaded,
-                 Cause("Upload", NameOf(run->path), reason, advice));
+    context.cloud.Refuse(CloudProblem::Request::Upload, run->path, FileNameOf(run->path), reason, advice);
 }
 
 void SessionUploads::OnFinished(const std::shared_ptr<FileInfo>& uploaded)
 {
     // Normalised again, as the manager has just done it: a link may point elsewhere by now.
     const auto found = std::find_if(runs.begin(), runs.end(), [&](const auto& run) {
-        return run->isSent && context.fileSystem->NormalizePath(ToPath(run->path)) == uploaded->GetPath();
+        return run->isSent && context.fileSystem.NormalizePath(ToPath(run->path)) == uploaded->GetPath();
     });
     if (found == runs.end()) {
         return;
     }
     const RunPointer run = *found;
     End(run);
-    const auto id = QString::fromStdString(uploaded->GetId());
+    const auto id = IdOf(*uploaded);
     if (id.isEmpty()) {
-        Fail(run, "the service did not say under which id it keeps the document", "Refresh the list.");
+        Refuse(run, "the service did not report the id of the document", "Refresh the list.");
         return;
     }
     // The record describes the file as it is now. The cloud has what was sent, which is something else when the file
@@ -226,19 +224,18 @@ void SessionUploads::OnFinished(const std::shared_ptr<FileInfo>& uploaded)
                             told.GetCreatedAt(), told.GetModifyTime(), told.GetLifeTime(), run->sentHash));
     record->SetPath(uploaded->GetPath(), uploaded->GetMd5Hash(), run->sentHash);
 
-    context.uploadedAt[id] = ++context.clock;
-    CloudSession& session = context.session;
-    if (context.Replace(record)) {
-        emit session.DocumentUploaded(run->path, id);
+    context.journal.NoteUpload(id);
+    if (context.documents.Replace(record)) {
+        emit context.session.DocumentUploaded(run->path, id);
     }
 }
 
 void SessionUploads::OnError(const QString& path, const QString& message)
 {
-    const auto cause = context.TakeCause();
+    const auto cause = context.cloud.Failures().Take();
     const auto run = FindSent(path);
     if (run && End(run)) {
-        context.Fail(CloudProblem::Request::Upload, path, message, cause);
+        context.cloud.Fail(CloudProblem::Request::Upload, path, message, cause);
     }
 }
 

@@ -7,10 +7,10 @@
 namespace Norlis::Host {
 
 /// The session's uploads. A file is hashed before it is sent, so an upload can also be cancelled before the cloud
-/// manager has heard of it.
-class SessionUploads {
+/// manager has heard of it. Each ends in DocumentUploaded, UploadCanceled or Failed.
+class SessionUploads : public QObject {
 public:
-    explicit SessionUploads(SessionContext& context);
+    explicit SessionUploads(const SessionContext& context);
 
     void Start(const QStringList& paths);
     void StartChanges(const QString& id);
@@ -27,20 +27,22 @@ private:
     };
     using RunPointer = std::shared_ptr<Run>;
 
+    /// Has the user asked to sign in, once for all files of a request.
+    void AskToSignIn();
     void Enter(const RunPointer& run);
     void Begin(const RunPointer& run);
     void Send(const RunPointer& run);
 
-    /// Takes the run out; false when it has ended meanwhile.
+    /// Forgets the run; false when it has ended meanwhile.
     bool End(const RunPointer& run);
     RunPointer FindSent(const QString& path) const;
-    void Fail(const RunPointer& run, const QString& reason, const QString& advice);
+    void Refuse(const RunPointer& run, const QString& reason, const QString& advice);
 
     void OnFinished(const std::shared_ptr<PDF::FileInfo>& uploaded);
     void OnError(const QString& path, const QString& message);
     void OnCanceled(const QString& path);
 
-    SessionContext& context;
+    const SessionContext context;
     QVector<RunPointer> runs;
 };
 

@@ -30,7 +30,7 @@ std::runtime_error Problem(const QString& file, const SqliteError& error)
     const std::string reason = error.what();
     if (error.IsDamage()) {
         return Problem(file, "is damaged (" + reason + ")",
-                       "Move it away; the documents are then listed anew from the cloud");
+                       "Move it away; the documents will then be listed again from the cloud");
     }
     switch (error.Code()) {
     case SQLITE_BUSY:
@@ -58,7 +58,7 @@ std::unique_ptr<SqliteConnection> Open(const QString& file)
     }
     auto connection = std::make_unique<SqliteConnection>(file, applicationId);
     if (connection->InitialContent() == SqliteConnection::Content::Foreign) {
-        throw Problem(file, "cannot be opened: the file is something else", "Move it away or choose another folder");
+        throw Problem(file, "cannot be opened: it is not a document list", "Move it away or choose another folder");
     }
     connection->SetReadOnlyClose(true); // until it is clear that this version may write to the file
     connection->Execute("PRAGMA busy_timeout = " + std::to_string(lockTimeout) +

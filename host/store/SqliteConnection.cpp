@@ -31,7 +31,7 @@ qint64 EnsureFile(const QByteArray& path)
         throw SqliteError(SQLITE_CANTOPEN, std::strerror(errno));
     }
     if (!S_ISREG(status.st_mode)) {
-        throw SqliteError(SQLITE_CANTOPEN, "it is not a file");
+        throw SqliteError(SQLITE_CANTOPEN, "it is not a regular file");
     }
     return status.st_size;
 }

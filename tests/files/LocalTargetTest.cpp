@@ -48,7 +48,7 @@ TEST_F(LocalTargetTest, WhatIsNotAFileIsNotReplaced)
 TEST_F(LocalTargetTest, TheNameMustBeThatOfADocument)
 {
     EXPECT_EQ(ReasonAgainst(folder.filePath("con.pdf")),
-              "The name of the file to write is the name of a device on some systems");
+              "The name of the file to write is a device name on some systems");
     EXPECT_EQ(ReasonAgainst(folder.path() + '/'), "The name of the file to write is empty");
     EXPECT_EQ(ReasonAgainst({}), "The name of the file to write is empty");
 }

@@ -14,7 +14,7 @@ using Social::NorlisCloudProtocol;
 
 namespace {
 
-constexpr int patience = 20'000; // milliseconds; only a failing test waits for so long
+constexpr int timeout = 20'000; // milliseconds; only a failing test waits for so long
 
 std::string Line(const std::string& signal, const QStringList& arguments)
 {
@@ -134,7 +134,7 @@ std::vector<std::string> SessionTest::Events()
 
 bool SessionTest::WaitForEvent(const std::string& beginning, std::ptrdiff_t count)
 {
-    return QTest::qWaitFor([&] { return CountOf(beginning) >= count; }, patience);
+    return QTest::qWaitFor([&] { return CountOf(beginning) >= count; }, timeout);
 }
 
 std::ptrdiff_t SessionTest::CountOf(const std::string& beginning) const
@@ -144,7 +144,7 @@ std::ptrdiff_t SessionTest::CountOf(const std::string& beginning) const
 
 bool SessionTest::WaitForCalls(const std::string& operation, std::size_t count)
 {
-    return QTest::qWaitFor([&] { return protocol->CallsOf(operation).size() >= count; }, patience);
+    return QTest::qWaitFor([&] { return protocol->CallsOf(operation).size() >= count; }, timeout);
 }
 
 void SessionTest::LetWorkFinish()

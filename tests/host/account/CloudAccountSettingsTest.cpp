@@ -11,8 +11,6 @@
 
 #include <gmock/gmock.h>
 
-#include <limits>
-
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -57,66 +55,28 @@ protected:
 TEST_F(CloudAccountSettingsTest, NothingIsSetAtFirst)
 {
     CloudAccountSettings settings(folder);
-    EXPECT_FALSE(settings.IsAutoRefreshEnabled());
-    EXPECT_EQ(settings.GetAutoRefreshInterval(), 60'000);
     EXPECT_TRUE(settings.ServiceUrl().isEmpty());
     EXPECT_EQ(settings.Token(service), QString());
 }
 
-TEST_F(CloudAccountSettingsTest, SettingsSurviveARestart)
+TEST_F(CloudAccountSettingsTest, ServiceSurvivesARestart)
 {
-    {
-        CloudAccountSettings settings(folder);
-        settings.SetAutoRefresh(true, 5'000);
-        settings.SetServiceUrl(QUrl("file:///srv/Zoë – cloud"));
-        EXPECT_TRUE(settings.IsAutoRefreshEnabled());
-    }
-    CloudAccountSettings settings(folder);
-    EXPECT_TRUE(settings.IsAutoRefreshEnabled());
-    EXPECT_EQ(settings.GetAutoRefreshInterval(), 5'000);
-    EXPECT_EQ(settings.ServiceUrl(), QUrl("file:///srv/Zoë – cloud"));
-
-    settings.SetAutoRefresh(false, 7'000);
-    EXPECT_FALSE(CloudAccountSettings(folder).IsAutoRefreshEnabled());
-    EXPECT_EQ(CloudAccountSettings(folder).GetAutoRefreshInterval(), 7'000);
-}
-
-TEST_F(CloudAccountSettingsTest, IntervalHasBounds)
-{
-    CloudAccountSettings settings(folder);
-    const std::pair<int, int> intervals[]{{0, 1'000},
-                                          {-5, 1'000},
-                                          {999, 1'000},
-                                          {1'000, 1'000},
-                                          {1'001, 1'001},
-                                          {std::numeric_limits<int>::min(), 1'000},
-                                          {std::numeric_limits<int>::max(), std::numeric_limits<int>::max()}};
-    for (const auto& [set, expected] : intervals) {
-        settings.SetAutoRefresh(true, set);
-        EXPECT_EQ(settings.GetAutoRefreshInterval(), expected);
-    }
+    const QUrl url("file:///srv/Zoë – cloud");
+    CloudAccountSettings(folder).SetServiceUrl(url);
+    EXPECT_EQ(CloudAccountSettings(folder).ServiceUrl(), url);
 }
 
 TEST_F(CloudAccountSettingsTest, UnreadableValuesGiveTheDefaults)
 {
     CloudAccountSettings{folder};
-    const std::pair<const char*, int> intervals[]{
-        {"[refresh]\nenabled=perhaps\ninterval=soon\n", 60'000},
-        {"[refresh]\nenabled=\ninterval=\n", 60'000},
-        {"[refresh]\nenabled=@Invalid()\ninterval=@Invalid()\n", 60'000},
-        {"[refresh]\nenabled=1,2,3\ninterval=1,2,3\n", 60'000},
-        {"[refresh]\nenabled=@Variant(\\0\\0\\0\\x7f)\ninterval=1e400\n", 60'000},
-        {"\x89PNG\r\n\x1a\n\xff\xfe", 60'000},
-        {"[refresh\nenabled", 60'000},
-        {"[refresh]\ninterval=99999999999\n", std::numeric_limits<int>::max()},
-        {"[refresh]\ninterval=-99999999999\n", 1'000},
-    };
-    for (const auto& [content, expected] : intervals) {
+    for (const auto* content :
+         {"[service]\nurl=\n", "[service]\nurl=@Invalid()\n", "[service]\nurl=1,2,3\n",
+          "[service]\nurl=@Variant(\\0\\0\\0\\x7f)\n", "\x89PNG\r\n\x1a\n\xff\xfe", "[service\nurl"}) {
         WriteSettings(content);
         CloudAccountSettings settings(folder);
-        EXPECT_FALSE(settings.IsAutoRefreshEnabled()) << content;
-        EXPECT_EQ(settings.GetAutoRefreshInterval(), expected) << content;
         EXPECT_TRUE(settings.ServiceUrl().isEmpty()) << content;
+        EXPECT_TRUE(settings.Access(service).certificateFile.isEmpty()) << content;
+        EXPECT_FALSE(settings.Access(service).allowPlainHttp) << content;
     }
 }
 
@@ -251,7 +211,7 @@ TEST_F(CloudAccountSettingsTest, EverythingIsPrivateWhateverTheUmask)
     const mode_t before = umask(0);
     {
         CloudAccountSettings settings(folder);
-        settings.SetAutoRefresh(true, 5'000);
+        settings.SetServiceUrl(service);
         settings.SetToken(service, "secret");
         settings.ServiceFolder(service);
     }
@@ -266,11 +226,11 @@ TEST_F(CloudAccountSettingsTest, EverythingIsPrivateWhateverTheUmask)
     EXPECT_EQ(count, 5); // settings, tokens with one token, services with one folder
 }
 
-TEST_F(CloudAccountSettingsTest, LoosenedPermissionsAreMended)
+TEST_F(CloudAccountSettingsTest, LoosenedPermissionsAreTightened)
 {
     const QString serviceFolder = CloudAccountSettings(folder).ServiceFolder(service);
     CloudAccountSettings(folder).SetToken(service, "secret");
-    CloudAccountSettings(folder).SetAutoRefresh(true, 5'000);
+    CloudAccountSettings(folder).SetServiceUrl(service);
     const QString token = QDirIterator(folder + "/tokens", QDir::Files).next();
     for (const auto& path : {folder + "/tokens", folder + "/services", serviceFolder}) {
         ASSERT_EQ(chmod(path.toUtf8().constData(), 0755), 0);

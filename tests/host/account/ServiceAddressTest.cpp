@@ -81,7 +81,7 @@ TEST(ServiceAddressTest, WhatCannotBeMeantIsRefused)
     EXPECT_THAT(Refusal("https://cloud.example/?room=1"), HasSubstr("%3F"));
     EXPECT_THAT(Refusal("https://cloud.example/#top"), HasSubstr("%23"));
     EXPECT_THAT(Refusal("file:///srv/a#b"), HasSubstr("%23"));
-    EXPECT_THAT(Refusal("https://cloud.example/a b"), HasSubstr("not well-formed"));
+    EXPECT_THAT(Refusal("https://cloud.example/a b"), HasSubstr("not valid"));
     EXPECT_THAT(Refusal("https://anna@cloud.example/", "bob"), HasSubstr("different users"));
     EXPECT_THAT(Refusal("https://cloud.example/", "an:na"), HasSubstr("colon"));
     EXPECT_THAT(Refusal("https://an%0D%0Ana@cloud.example/"), HasSubstr("control"));

@@ -28,7 +28,7 @@ protected:
     }
 };
 
-TEST_F(CloudSessionDownloadTest, DocumentArrivesWholeUnderItsNameAndInStep)
+TEST_F(CloudSessionDownloadTest, DocumentArrivesWholeUnderItsNameAndUpToDate)
 {
     session->Download("1", folder + '/');
     ASSERT_TRUE(WaitForCalls("downloadFile", 1));
@@ -93,7 +93,7 @@ TEST_F(CloudSessionDownloadTest, NameThatLeavesTheFolderIsRefused)
 
     const auto events = Events();
     EXPECT_EQ(events.size(), 5u);
-    EXPECT_THAT(events, testing::Each(HasSubstr("its name in the cloud cannot be the name of a file")));
+    EXPECT_THAT(events, testing::Each(HasSubstr("its name in the cloud is not valid as a file name")));
     EXPECT_THAT(protocol->CallsOf("downloadFile"), IsEmpty());
 }
 
@@ -106,7 +106,7 @@ TEST_F(CloudSessionDownloadTest, ForeignFileOfTheSameNameIsLeftAlone)
     ASSERT_TRUE(WaitForEvent("Failed(Download, 1"));
     ASSERT_TRUE(WaitForEvent("Failed(Download, 2"));
 
-    EXPECT_EQ(problem.cause.reason, "there is something else of this name in the folder already");
+    EXPECT_EQ(problem.cause.reason, "the folder already contains something else with this name");
     EXPECT_EQ(Read(PathOf("1.pdf")), "mine");
     EXPECT_EQ(FilesIn(folder), QStringList({"1.pdf", "2.pdf"}));
     EXPECT_THAT(protocol->CallsOf("downloadFile"), IsEmpty());
@@ -181,7 +181,7 @@ TEST_F(CloudSessionDownloadTest, ContentThatTheListDidNotAnnounceIsThrownAway)
     Deliver("something else");
     ASSERT_TRUE(WaitForEvent("Failed"));
 
-    EXPECT_EQ(problem.cause.reason, "what arrived is not what the list of documents announced");
+    EXPECT_EQ(problem.cause.reason, "the downloaded file does not match the list of documents");
     EXPECT_THAT(FilesIn(folder), IsEmpty());
     EXPECT_TRUE(Held("1")->GetPath().empty());
 }
@@ -202,7 +202,7 @@ TEST_F(CloudSessionDownloadTest, SuccessWithoutAFileIsAFailure)
     Request("1");
     Answer("downloadFile", Social::Success);
     ASSERT_TRUE(WaitForEvent("Failed"));
-    EXPECT_EQ(problem.cause.reason, "what arrived could not be read");
+    EXPECT_EQ(problem.cause.reason, "the downloaded file could not be read");
     EXPECT_THAT(FilesIn(folder), IsEmpty());
 }
 
@@ -280,7 +280,7 @@ TEST_F(CloudSessionDownloadTest, SecondDownloadOfTheSameDocumentFailsAndTheFirst
     Request("1");
     session->Download("1", root.path());
     ASSERT_TRUE(WaitForEvent("Failed"));
-    EXPECT_EQ(problem.cause.reason, "it is being downloaded already");
+    EXPECT_EQ(problem.cause.reason, "it is already being downloaded");
     Events();
     Deliver("text");
     ASSERT_TRUE(WaitForEvent("DocumentDownloaded"));

@@ -207,7 +207,7 @@ TEST_F(CloudSessionFolderTest, CancelledTransfersLeaveNothingOnEitherSide)
     ASSERT_TRUE(progress.wait(20'000));
     session->CancelDownload(IdOf("big.pdf"));
     ASSERT_TRUE(WaitForEvent("DownloadCanceled"));
-    session->SaveAndClose(); // waits for the service to let go
+    session->SaveAndClose(); // waits for the service to end
     EXPECT_THAT(FilesIn(folder), IsEmpty());
     EXPECT_EQ(CountOf("Failed") + CountOf("Document"), 0);
 }

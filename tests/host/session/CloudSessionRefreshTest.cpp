@@ -96,7 +96,7 @@ TEST_F(CloudSessionRefreshTest, ChangeOfTheLocalCopyIsNoticedEvenIfTheCloudIsThe
     EXPECT_THAT(Events(), ElementsAre("ListRefreshed(+, ~, -)"));
 }
 
-TEST_F(CloudSessionRefreshTest, CopiesThatAreFoundToBeTheSameAreInStepFromThenOn)
+TEST_F(CloudSessionRefreshTest, CopiesThatAreFoundToBeTheSameAreUpToDateFromThenOn)
 {
     Refresh({EntryOf("1", "text")});
     Download("1", "text");

@@ -15,7 +15,7 @@ using Social::NorlisCloudProtocol;
 
 class CloudSessionUploadTest : public SessionTest {};
 
-TEST_F(CloudSessionUploadTest, UploadedFileEntersTheListInStepWithTheCloud)
+TEST_F(CloudSessionUploadTest, UploadedFileEntersTheListUpToDate)
 {
     const auto path = Write("report.pdf", "first edition");
 
@@ -73,8 +73,8 @@ TEST_F(CloudSessionUploadTest, WhatCannotBeSentFailsWithoutAskingTheCloud)
     ASSERT_TRUE(WaitForEvent("Failed(Upload, link.pdf"));
 
     EXPECT_THAT(Events(),
-                ElementsAre("Failed(Upload, , The document was not uploaded, no file was named)",
-                            "Failed(Upload, , The document was not uploaded, no file was named)",
+                ElementsAre("Failed(Upload, , The document was not uploaded, no file was given)",
+                            "Failed(Upload, , The document was not uploaded, no file was given)",
                             "Failed(Upload, folder.pdf, The document was not uploaded, it is a folder)",
                             "Failed(Upload, pipe.pdf, The document was not uploaded, it is not a regular file)",
                             "Failed(Upload, link.pdf, The document was not uploaded, there is no such file)"));
@@ -222,7 +222,7 @@ TEST_F(CloudSessionUploadTest, AnswerWithoutAnIdIsAFailure)
     EXPECT_THAT(Ids(), IsEmpty());
 }
 
-TEST_F(CloudSessionUploadTest, ChangesReplaceTheCloudCopyAndPutTheRecordInStep)
+TEST_F(CloudSessionUploadTest, ChangesReplaceTheCloudCopyAndBringTheRecordUpToDate)
 {
     const auto path = Write("a.pdf", "old");
     Upload(path, "1");

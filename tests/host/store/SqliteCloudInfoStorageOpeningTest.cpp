@@ -61,21 +61,21 @@ TEST_F(SqliteCloudInfoStorageOpeningTest, FileOfAnotherKindIsRefused)
     for (const auto& content : {QByteArray("x"), QByteArray("%PDF-1.7\n"), QByteArray(10'000, '\0'),
                                 QByteArray("SQLite format 3\0", 16), QByteArray(50'000, 'S')}) {
         WriteFile(file, content);
-        ExpectRefused("something else");
+        ExpectRefused("it is not a document list");
     }
 }
 
 TEST_F(SqliteCloudInfoStorageOpeningTest, DatabaseOfAnotherProgramIsRefused)
 {
     RunSql(file, "CREATE TABLE records (file_id, key, value)");
-    ExpectRefused("something else");
+    ExpectRefused("it is not a document list");
 }
 
 TEST_F(SqliteCloudInfoStorageOpeningTest, DatabaseThatAnotherProgramLeftUnfinishedIsRefused)
 {
     RunSql(file, "PRAGMA journal_mode = WAL; CREATE TABLE other (x); INSERT INTO other VALUES (1)", true);
     ASSERT_GT(QFileInfo(file + "-wal").size(), 0);
-    ExpectRefused("something else");
+    ExpectRefused("it is not a document list");
 }
 
 TEST_F(SqliteCloudInfoStorageOpeningTest, EmptyFileBecomesAStore)
@@ -168,9 +168,9 @@ TEST_F(SqliteCloudInfoStorageOpeningTest, MissingFolderIsReported)
 
 TEST_F(SqliteCloudInfoStorageOpeningTest, WhatIsNoFileIsReported)
 {
-    EXPECT_THAT(Problem(folder.path()), HasSubstr("it is not a file"));
+    EXPECT_THAT(Problem(folder.path()), HasSubstr("it is not a regular file"));
     ASSERT_EQ(mkfifo(file.toUtf8().constData(), 0600), 0);
-    EXPECT_THAT(Problem(file), HasSubstr("it is not a file"));
+    EXPECT_THAT(Problem(file), HasSubstr("it is not a regular file"));
     EXPECT_THAT(Problem({}), HasSubstr("has no file name"));
 }
 

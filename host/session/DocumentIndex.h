@@ -1,0 +1,107 @@
+#pragma once
+
+#include "CloudFacts.h"
+
+#include <base/Lifetime.h>
+#include <host/store/LocalFileSystem.h>
+#include <host/store/Md5HashCalculator.h>
+#include <host/store/SqliteCloudInfoStorage.h>
+
+#include <NorlisCloud/NorlisCloudFilesManager.h>
+
+#include <QHash>
+#include <QObject>
+#include <QStringList>
+
+#include <map>
+#include <memory>
+#include <optional>
+
+namespace Norlis::Host {
+
+/// The documents of a session: the file list with its store, which nobody else changes, and what else must be known of
+/// each document. The list can be searched by index only; here documents are found by id, and so are their local
+/// copies.
+class DocumentIndex : public QObject {
+public:
+    using Record = std::shared_ptr<PDF::FileInfo>;
+    using Size = PDF::FileInfo::PreviewSize;
+
+    /// What is known of a document beside its record.
+    struct Entry {
+        std::optional<CloudFacts>
+            facts;                  ///< none until the first refresh of a document that was restored from the store
+        QString localPath;          ///< empty when there is no local copy
+        unsigned shownPreviews = 0; ///< one bit per size
+
+        /// Whether the list holds the picture of this content.
+        bool Shows(Size size) const;
+    };
+
+    /// \param file where the records are kept
+    /// Throws std::runtime_error, with a text for the user, when they cannot be read.
+    DocumentIndex(const QString& file, const std::shared_ptr<LocalFileSystem>& fileSystem,
+                  const std::shared_ptr<Md5HashCalculator>& hashes);
+
+    /// Writes the list to disk. Throws std::runtime_error when it cannot be saved. Nothing else may be called
+    /// afterwards, but this once more.
+    void Close();
+
+    /// To look at.
+    PDF::AbstractFileManager& List();
+
+    /// Null when there is no such document. Valid until the next change.
+    const Entry* Find(const QString& id) const;
+
+    /// A copy; null when there is no such document.
+    Record RecordOf(const QString& id) const;
+
+    QStringList Ids() const;
+    QStringList LocalPaths() const;
+
+    /// Empty when there is no local copy.
+    QString LocalPath(const QString& id) const;
+
+    // Those that change the list emit as the last thing that they do, so the session may be gone afterwards.
+
+    /// Puts a document into the list that is only in the cloud.
+    void Add(const Record& record);
+
+    /// Takes over what a files list says of a document, completed by what only the held record knows.
+    /// \param hasSameContent as the held record; otherwise the list shows no picture of it yet
+    void Update(const Record& record, bool hasSameContent);
+
+    /// Puts a record in the place of the held one, or adds it. Unlike an update this carries the hash of the last
+    /// synchronisation, and pictures of other content do not stay. False when the session is gone.
+    bool Replace(const Record& record);
+
+    /// Shows pictures of a document.
+    /// \param record what RecordOf gave
+    void ShowPreviews(const Record& record, const std::map<Size, ioPath>& pictures);
+
+    /// Takes a document out of the list, if it is there, and its pictures off the disk.
+    void Remove(const QString& id);
+
+    /// Takes the pictures of a document off the disk that has left the list. Emits nothing.
+    void Forget(const QString& id);
+
+    // The running transfers of a document are counted; the list shows from the event loop whether there are any.
+
+    void BeginTransfer(const QString& id);
+    void EndTransfer(const QString& id);
+    bool IsTransferring(const QString& id) const;
+
+private:
+    /// Has the list look again at the transfers of a document and at its local copy, which is hashed off the event
+    /// loop.
+    void LookAgain(const QString& id);
+
+    const std::shared_ptr<Md5HashCalculator> hashes;
+    const std::shared_ptr<SqliteCloudInfoStorage> storage;
+    std::unique_ptr<PDF::Cloud::NorlisCloudFilesManager> list;
+    QHash<QString, Entry> entries; ///< of every document of the list
+    QHash<QString, int> transfers;
+    Lifetime lifetime;
+};
+
+} // namespace Norlis::Host

@@ -1,0 +1,119 @@
+#include "SessionCloud.h"
+
+namespace Norlis::Host {
+
+using PDF::Cloud::AbstractCloudManager;
+using PDF::Cloud::ICloudProtocol;
+using PDF::Cloud::NorlisCloudManager;
+using Request = CloudProblem::Request;
+using Social::OAuth2::Failure;
+
+namespace {
+
+Failure FailureOf(const QString& what, const QString& document, const QString& reason, const QString& advice)
+{
+    Failure failure;
+    failure.what = what;
+    failure.document = document;
+    failure.reason = reason;
+    failure.advice = advice;
+    return failure;
+}
+
+} // namespace
+
+SessionCloud::SessionCloud(CloudSession& session, const std::shared_ptr<ICloudProtocol>& protocol,
+                           const std::shared_ptr<PDF::IHashCalculator>& hashes,
+                           const std::shared_ptr<PDF::IFileSystem>& fileSystem,
+                           const std::shared_ptr<PDF::Settings::ICloudAccountSettings>& settings)
+    : session(session),
+      protocol(protocol),
+      manager(std::make_unique<NorlisCloudManager>(protocol, hashes, fileSystem, settings))
+{
+    // Nobody else in the session requests these.
+    connect(manager.get(), &AbstractCloudManager::AuthorizationFailed, this,
+            [this] { Fail(Request::SignIn, {}, "Auth failed", failures.Take()); });
+    connect(manager.get(), &AbstractCloudManager::RetrievingUserQuotaErrorRequested, this,
+            [this](const QString& message) { Fail(Request::Quota, {}, message, failures.Take()); });
+}
+
+std::shared_ptr<ICloudProtocol> SessionCloud::Close()
+{
+    manager.reset();
+    return std::move(protocol);
+}
+
+NorlisCloudManager& SessionCloud::Manager()
+{
+    return *manager;
+}
+
+ICloudProtocol& SessionCloud::Protocol()
+{
+    return *protocol;
+}
+
+FailureInbox& SessionCloud::Failures()
+{
+    return failures;
+}
+
+bool SessionCloud::IsSignedIn() const
+{
+    return protocol->loggedIn();
+}
+
+void SessionCloud::AskToSignIn()
+{
+    manager->Upload(QList<QString>()); // every request asks first; this one is about nothing else
+}
+
+bool SessionCloud::RequireSignIn(Request request, const QString& subject, const QString& document)
+{
+    if (IsSignedIn()) {
+        return true;
+    }
+    const auto guard = lifetime.Watch();
+    AskToSignIn();
+    if (guard) {
+        RefuseSignedOut(request, subject, document);
+    }
+    return false;
+}
+
+void SessionCloud::RefuseSignedOut(Request request, const QString& subject, const QString& document)
+{
+    Fail(request, subject, "Not signed in",
+         FailureOf("Sign-in", document, "nobody is signed in to the cloud", "Sign in and try again."));
+}
+
+void SessionCloud::Refuse(Request request, const QString& subject, const QString& document, const QString& reason,
+                          const QString& advice)
+{
+    switch (request) {
+    case Request::Upload:
+        Fail(request, subject, "The document was not uploaded", FailureOf("Upload", document, reason, advice));
+        break;
+    case Request::Download:
+        Fail(request, subject, "The document was not downloaded", FailureOf("Download", document, reason, advice));
+        break;
+    case Request::Remove:
+        Fail(request, subject, "The document was not removed", FailureOf("Remove", document, reason, advice));
+        break;
+    case Request::Preview:
+        Fail(request, subject, "The preview was not fetched", FailureOf("Preview", document, reason, advice));
+        break;
+    case Request::SignIn:
+    case Request::List:
+    case Request::Quota:
+    case Request::Save:
+        Q_UNREACHABLE(); // the cloud is always asked for these
+    }
+}
+
+void SessionCloud::Fail(Request request, const QString& subject, const QString& message, const Failure& cause)
+{
+    emit session.Failed({request, subject, message, cause});
+}
+
+} // namespace Norlis::Host

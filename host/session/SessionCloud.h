@@ -1,0 +1,62 @@
+#pragma once
+
+#include "CloudSession.h"
+#include "FailureInbox.h"
+
+#include <base/Lifetime.h>
+#include <NorlisCloud/NorlisCloudManager.h>
+
+#include <memory>
+
+namespace Norlis::Host {
+
+/// The cloud side of a session: owns the cloud manager and its protocol, and tells what cannot be asked of them and
+/// what has failed.
+class SessionCloud : public QObject {
+public:
+    SessionCloud(CloudSession& session, const std::shared_ptr<PDF::Cloud::ICloudProtocol>& protocol,
+                 const std::shared_ptr<PDF::IHashCalculator>& hashes,
+                 const std::shared_ptr<PDF::IFileSystem>& fileSystem,
+                 const std::shared_ptr<PDF::Settings::ICloudAccountSettings>& settings);
+
+    /// Cancels what is running; nothing is emitted any more. Gives the protocol away, since its end may wait for the
+    /// service. Nothing else may be called afterwards, but this once more.
+    std::shared_ptr<PDF::Cloud::ICloudProtocol> Close();
+
+    PDF::Cloud::NorlisCloudManager& Manager();
+    PDF::Cloud::ICloudProtocol& Protocol();
+    FailureInbox& Failures();
+
+    bool IsSignedIn() const;
+
+    // Those below emit as the last thing that they do, so the session may be gone afterwards.
+
+    /// Has the cloud manager emit AuthorizationRequired.
+    void AskToSignIn();
+
+    /// True when somebody is signed in; false after AuthorizationRequired and Failed otherwise.
+    /// \param subject see CloudProblem; \param document its name
+    bool RequireSignIn(CloudProblem::Request request, const QString& subject, const QString& document);
+
+    /// Ends a request for the reason that nobody is signed in.
+    void RefuseSignedOut(CloudProblem::Request request, const QString& subject, const QString& document);
+
+    /// Ends a request that the cloud was not asked for.
+    /// \param request Upload, Download, Remove or Preview
+    /// \param reason  without a full stop; \param advice a sentence
+    void Refuse(CloudProblem::Request request, const QString& subject, const QString& document, const QString& reason,
+                const QString& advice);
+
+    /// Ends a request that the cloud manager has reported as failed.
+    void Fail(CloudProblem::Request request, const QString& subject, const QString& message,
+              const Social::OAuth2::Failure& cause);
+
+private:
+    CloudSession& session;
+    FailureInbox failures;
+    std::shared_ptr<PDF::Cloud::ICloudProtocol> protocol;
+    std::unique_ptr<PDF::Cloud::NorlisCloudManager> manager;
+    Lifetime lifetime;
+};
+
+} // namespace Norlis::Host
