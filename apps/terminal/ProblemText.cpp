@@ -21,8 +21,6 @@ QString WhatFailed(Host::CloudProblem::Request request)
         return "Making a picture of %1 failed";
     case Host::CloudProblem::Request::Quota:
         return "Asking for the storage failed";
-    case Host::CloudProblem::Request::Save:
-        return "Saving the list failed";
     }
     return "Something failed";
 }

@@ -91,8 +91,6 @@ QString ProblemTitle(const Host::CloudProblem& problem, const QString& name)
         return Texts::tr("There is no picture of “%1”.").arg(name);
     case Request::Quota:
         return Texts::tr("The cloud does not tell how much storage is used.");
-    case Request::Save:
-        return Texts::tr("The list of documents cannot be stored on this computer.");
     }
     return {};
 }

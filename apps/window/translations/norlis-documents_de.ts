@@ -629,10 +629,6 @@
         <translation>Die Cloud sagt nicht, wie viel Speicher belegt ist.</translation>
     </message>
     <message>
-        <source>The list of documents cannot be stored on this computer.</source>
-        <translation>Die Liste der Dokumente lässt sich auf diesem Rechner nicht speichern.</translation>
-    </message>
-    <message>
         <source>%1 of storage</source>
         <translation>%1 Speicher</translation>
     </message>
