@@ -11,7 +11,7 @@
 
 namespace {
 
-using namespace Norlis::Social;
+using namespace Norlis::Files;
 using Norlis::Fuzz::Require;
 
 QString NameOf(const uint8_t* data, size_t size, bool isUtf16)
