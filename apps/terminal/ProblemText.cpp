@@ -21,8 +21,6 @@ QString TitleOf(Host::CloudProblem::Request request)
         return "Creating a preview of %1 failed";
     case Host::CloudProblem::Request::Quota:
         return "Fetching the storage usage failed";
-    case Host::CloudProblem::Request::Save:
-        return "Saving the list failed";
     }
     return "Something failed";
 }

@@ -338,9 +338,7 @@ void DocumentsPage::OnFailed(const CloudProblem& problem)
         isRefreshing = false;
         UpdateStatus();
     }
-    const bool asksCloud =
-        problem.request != CloudProblem::Request::SignIn && problem.request != CloudProblem::Request::Save;
-    if (asksCloud && !session.IsSignedIn()) {
+    if (problem.request != CloudProblem::Request::SignIn && !session.IsSignedIn()) {
         if (isSignedIn) { // otherwise an earlier request has reported it
             isSignedIn = false;
             UpdateActions();
@@ -361,9 +359,6 @@ void DocumentsPage::OnFailed(const CloudProblem& problem)
     case CloudProblem::Request::Remove:
         message->Show(Topic::removal, title, detail,
                       {{tr("Try Again"), [this, id = problem.subject] { session.Remove(id); }}});
-        break;
-    case CloudProblem::Request::Save:
-        message->Show(Topic::save, title, detail);
         break;
     case CloudProblem::Request::Quota:
         storage->Show(Social::NorlisCloudProtocol::unknownQuota, Social::NorlisCloudProtocol::unknownQuota);

@@ -91,8 +91,6 @@ QString ProblemTitle(const Host::CloudProblem& problem, const QString& name)
         return Texts::tr("There is no preview of “%1”.").arg(name);
     case Request::Quota:
         return Texts::tr("The cloud does not report how much storage is used.");
-    case Request::Save:
-        return Texts::tr("The list of documents could not be saved on this computer.");
     }
     return {};
 }

@@ -19,7 +19,7 @@ class CloudAccount;
 /// Why something failed, ready to be shown.
 struct CloudProblem {
     /// What was asked for.
-    enum class Request { SignIn, List, Upload, Download, Remove, Preview, Quota, Save };
+    enum class Request { SignIn, List, Upload, Download, Remove, Preview, Quota };
 
     Request request = Request::List; ///< what failed
     QString subject; ///< the local path of an upload (the document's id when it has no local copy), the document's id

@@ -43,11 +43,11 @@ public:
     DocumentIndex(const QString& file, const std::shared_ptr<LocalFileSystem>& fileSystem,
                   const std::shared_ptr<Md5HashCalculator>& hashes);
 
-    /// Writes the list to disk. Throws std::runtime_error when it cannot be saved. Nothing else may be called
-    /// afterwards, but this once more.
+    /// Writes the list to disk. Throws std::runtime_error when it cannot be saved. Nothing but this may be called
+    /// afterwards.
     void Close();
 
-    /// To look at.
+    /// For views; it is changed through the index only.
     PDF::AbstractFileManager& List();
 
     /// Null when there is no such document. Valid until the next change.
@@ -79,10 +79,10 @@ public:
     /// \param record what RecordOf gave
     void ShowPreviews(const Record& record, const std::map<Size, ioPath>& pictures);
 
-    /// Takes a document out of the list, if it is there, and its pictures off the disk.
+    /// Takes a document out of the list, if it is there, and deletes its pictures.
     void Remove(const QString& id);
 
-    /// Takes the pictures of a document off the disk that has left the list. Emits nothing.
+    /// Deletes the pictures of a document that is not in the list. Emits nothing.
     void Forget(const QString& id);
 
     // The running transfers of a document are counted; the list shows from the event loop whether there are any.

@@ -106,7 +106,6 @@ void SessionCloud::Refuse(Request request, const QString& subject, const QString
     case Request::SignIn:
     case Request::List:
     case Request::Quota:
-    case Request::Save:
         Q_UNREACHABLE(); // the cloud is always asked for these
     }
 }

@@ -10,8 +10,8 @@
 
 namespace Norlis::Host {
 
-/// The cloud side of a session: owns the cloud manager and its protocol, and tells what cannot be asked of them and
-/// what has failed.
+/// The cloud side of a session: owns the cloud manager and its protocol, and reports the requests that fail, with the
+/// reason.
 class SessionCloud : public QObject {
 public:
     SessionCloud(CloudSession& session, const std::shared_ptr<PDF::Cloud::ICloudProtocol>& protocol,
@@ -19,8 +19,8 @@ public:
                  const std::shared_ptr<PDF::IFileSystem>& fileSystem,
                  const std::shared_ptr<PDF::Settings::ICloudAccountSettings>& settings);
 
-    /// Cancels what is running; nothing is emitted any more. Gives the protocol away, since its end may wait for the
-    /// service. Nothing else may be called afterwards, but this once more.
+    /// Cancels what is running; nothing is emitted. Returns the protocol, whose destruction may wait for the service.
+    /// Nothing but this may be called afterwards.
     std::shared_ptr<PDF::Cloud::ICloudProtocol> Close();
 
     PDF::Cloud::NorlisCloudManager& Manager();

@@ -38,8 +38,6 @@ const char* NameOf(CloudProblem::Request request)
         return "Preview";
     case CloudProblem::Request::Quota:
         return "Quota";
-    case CloudProblem::Request::Save:
-        return "Save";
     }
     return "";
 }

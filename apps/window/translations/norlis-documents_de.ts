@@ -640,10 +640,6 @@
         <source>The cloud does not report how much storage is used.</source>
         <translation>Die Cloud teilt nicht mit, wie viel Speicher belegt ist.</translation>
     </message>
-    <message>
-        <source>The list of documents could not be saved on this computer.</source>
-        <translation>Die Dokumentliste konnte auf diesem Computer nicht gespeichert werden.</translation>
-    </message>
 </context>
 <context>
     <name>main</name>
