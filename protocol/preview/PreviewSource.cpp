@@ -6,11 +6,7 @@ namespace Norlis::Social {
 
 CompletedFetch::CompletedFetch(PreviewSource::Result result, PreviewSource::Done done)
 {
-    QTimer::singleShot(0, [guard = lifetime.Watch(), result = std::move(result), done = std::move(done)] {
-        if (guard) {
-            done(result);
-        }
-    });
+    QTimer::singleShot(0, this, [result = std::move(result), done = std::move(done)] { done(result); });
 }
 
 } // namespace Norlis::Social

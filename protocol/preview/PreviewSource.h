@@ -1,8 +1,7 @@
 #pragma once
 
-#include <base/Lifetime.h>
-
 #include <QImage>
+#include <QObject>
 #include <QSize>
 #include <QString>
 
@@ -29,10 +28,7 @@ public:
     };
 
     /// A fetch in progress. Destroying it gives the fetch up.
-    class Fetch {
-    public:
-        virtual ~Fetch() = default;
-    };
+    class Fetch : public QObject {};
 
     /// One of: a file to render, a finished picture, or the reason why there is neither.
     struct Result {
@@ -54,9 +50,6 @@ public:
 class CompletedFetch : public PreviewSource::Fetch {
 public:
     CompletedFetch(PreviewSource::Result result, PreviewSource::Done done);
-
-private:
-    Lifetime lifetime;
 };
 
 } // namespace Norlis::Social

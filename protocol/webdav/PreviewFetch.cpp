@@ -1,6 +1,7 @@
 #include "PreviewFetch.h"
 
 #include "SignInOperations.h"
+#include <base/Lifetime.h>
 #include <protocol/dav/DavRequests.h>
 
 namespace Norlis::Social {
@@ -123,11 +124,7 @@ void PreviewFetch::OnDocument(const HttpResponse& response)
 
 void PreviewFetch::EndSoon(const QString& reason)
 {
-    QTimer::singleShot(0, [this, guard = lifetime.Watch(), reason] {
-        if (guard) {
-            End({{}, {}, reason});
-        }
-    });
+    QTimer::singleShot(0, this, [this, reason] { End({{}, {}, reason}); });
 }
 
 void PreviewFetch::End(PreviewSource::Result&& result)

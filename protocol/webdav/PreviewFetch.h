@@ -1,7 +1,6 @@
 #pragma once
 
 #include "WebDavSession.h"
-#include <base/Lifetime.h>
 #include <protocol/http/HttpRequestGroup.h>
 #include <protocol/preview/PreviewSource.h>
 #include <protocol/transfer/DownloadSink.h>
@@ -31,7 +30,6 @@ private:
     std::shared_ptr<DownloadSink> sink;
     bool isTooLarge = false;
     HttpRequestGroup requests;
-    Lifetime lifetime;
 };
 
 } // namespace Norlis::Social

@@ -19,7 +19,7 @@ QByteArray Png(const QSize& size)
     return png;
 }
 
-class FamilyAccountTest : public SignedInServiceTest<NextcloudLikeServer> {
+class NextcloudAccountTest : public SignedInServiceTest<NextcloudLikeServer> {
 protected:
     /// The name that is shown when the server's user page is this.
     QString NameWith(const Misbehaviour& page)
@@ -37,7 +37,7 @@ protected:
     }
 };
 
-TEST_F(FamilyAccountTest, NameIsTheOneThatIsToldToPeople)
+TEST_F(NextcloudAccountTest, NameIsTheOneThatIsToldToPeople)
 {
     const auto name = client.UserName();
     ASSERT_TRUE(name->Succeeds());
@@ -45,7 +45,7 @@ TEST_F(FamilyAccountTest, NameIsTheOneThatIsToldToPeople)
     EXPECT_EQ(server.Requests("GET")[0].headers.Value("OCS-APIRequest"), "true");
 }
 
-TEST_F(FamilyAccountTest, WithoutANameItIsTheOneOfTheSignIn)
+TEST_F(NextcloudAccountTest, WithoutANameItIsTheOneOfTheSignIn)
 {
     for (const Misbehaviour& page :
          {AnswersWith(404), AnswersWith(500), ShowsAPage(200), AnswersWith(200), AnswersWith(200, {}, "{\"ocs\":"),
@@ -56,13 +56,13 @@ TEST_F(FamilyAccountTest, WithoutANameItIsTheOneOfTheSignIn)
     }
 }
 
-TEST_F(FamilyAccountTest, NameIsOneShortLineWithoutControlCharacters)
+TEST_F(NextcloudAccountTest, NameIsOneShortLineWithoutControlCharacters)
 {
     EXPECT_EQ(NameWith(Says("\"Zo\u00eb\\n\\u001b[31m \u202eNorlis\"")), "Zo\u00eb [31m Norlis");
     EXPECT_LE(NameWith(Says('"' + QByteArray(100'000, 'x') + '"')).size(), 200);
 }
 
-TEST_F(FamilyAccountTest, PictureIsAddressedByTheUsersId)
+TEST_F(NextcloudAccountTest, PictureIsAddressedByTheUsersId)
 {
     server.SetAvatar(Png({64, 64}));
     const auto address = client.UserPicAddress();
@@ -73,14 +73,14 @@ TEST_F(FamilyAccountTest, PictureIsAddressedByTheUsersId)
     EXPECT_EQ(picture->payload.size(), QSize(64, 64));
 }
 
-TEST_F(FamilyAccountTest, NotEverybodyHasAPicture)
+TEST_F(NextcloudAccountTest, NotEverybodyHasAPicture)
 {
     const auto picture = client.UserPic();
     EXPECT_TRUE(picture->Succeeds());
     EXPECT_TRUE(picture->payload.isNull());
 }
 
-TEST_F(FamilyAccountTest, WhatIsNoPictureIsNone)
+TEST_F(NextcloudAccountTest, WhatIsNoPictureIsNone)
 {
     QByteArray huge = Png({64, 64});
     huge.replace(16, 8, QByteArray("\0\0\xff\xff\0\0\xff\xff", 8)); // the size that its head claims
@@ -96,7 +96,7 @@ TEST_F(FamilyAccountTest, WhatIsNoPictureIsNone)
     }
 }
 
-TEST_F(FamilyAccountTest, PictureThatCannotBeFetchedIsAnError)
+TEST_F(NextcloudAccountTest, PictureThatCannotBeFetchedIsAnError)
 {
     server.Misbehave(When("GET", "/avatar/").Always(), AnswersWith(403));
     EXPECT_TRUE(client.UserPic()->Fails());

@@ -20,9 +20,9 @@ void ExpectQuota(Client& client, qint64 used, qint64 total)
     EXPECT_EQ(quota->payload["pdf"].total, total);
 }
 
-class FamilyQuotaTest : public SignedInServiceTest<NextcloudLikeServer> {};
+class NextcloudQuotaTest : public SignedInServiceTest<NextcloudLikeServer> {};
 
-TEST_F(FamilyQuotaTest, FiguresAreMiB)
+TEST_F(NextcloudQuotaTest, FiguresAreMiB)
 {
     server.SetQuota(10 * MiB, 90 * MiB);
     ExpectQuota(client, 10, 100);
@@ -32,7 +32,7 @@ TEST_F(FamilyQuotaTest, FiguresAreMiB)
     ExpectQuota(client, 0, 0);
 }
 
-TEST_F(FamilyQuotaTest, NegativeFiguresHaveMeanings)
+TEST_F(NextcloudQuotaTest, NegativeFiguresHaveMeanings)
 {
     server.SetQuota(10 * MiB, -1); // not computed
     ExpectQuota(client, 10, unknown);
@@ -46,7 +46,7 @@ TEST_F(FamilyQuotaTest, NegativeFiguresHaveMeanings)
     ExpectQuota(client, unknown, unknown);
 }
 
-TEST_F(FamilyQuotaTest, HugeFiguresDoNotOverflow)
+TEST_F(NextcloudQuotaTest, HugeFiguresDoNotOverflow)
 {
     constexpr qint64 most = std::numeric_limits<qint64>::max();
     server.SetQuota(most, most);

@@ -250,7 +250,7 @@ QByteArray PngOfColor(const QColor& color, const QSize& size = {300, 400})
     return png;
 }
 
-class FamilyPreviewTest : public SignedInServiceTest<NextcloudLikeServer> {
+class NextcloudPreviewTest : public SignedInServiceTest<NextcloudLikeServer> {
 protected:
     /// A red document of which the server has a green picture.
     QString PutWithPicture(const QByteArray& picture = PngOfColor(Qt::green))
@@ -261,7 +261,7 @@ protected:
     }
 };
 
-TEST_F(FamilyPreviewTest, PictureOfTheServerIsTaken)
+TEST_F(NextcloudPreviewTest, PictureOfTheServerIsTaken)
 {
     const QString id = PutWithPicture();
     const auto preview = client.Preview(id, {191, 191});
@@ -278,14 +278,14 @@ TEST_F(FamilyPreviewTest, PictureOfTheServerIsTaken)
     EXPECT_EQ(server.Count("GET"), 1);
 }
 
-TEST_F(FamilyPreviewTest, PicturesOfOtherDocumentsAreTakenToo)
+TEST_F(NextcloudPreviewTest, PicturesOfOtherDocumentsAreTakenToo)
 {
     server.Put("a.odt", "text");
     server.SetPreview("a.odt", PngOfColor(Qt::green));
     EXPECT_EQ(ColorOf(client.Preview(client.Entry("a.odt").id, {64, 64})), QColor(Qt::green));
 }
 
-TEST_F(FamilyPreviewTest, WithoutAPictureTheDocumentIsRendered)
+TEST_F(NextcloudPreviewTest, WithoutAPictureTheDocumentIsRendered)
 {
     for (const Misbehaviour& answer :
          {AnswersWith(404), AnswersWith(400), AnswersWith(403), AnswersWith(500), ShowsAPage(200), AnswersWith(200),
@@ -298,7 +298,7 @@ TEST_F(FamilyPreviewTest, WithoutAPictureTheDocumentIsRendered)
     }
 }
 
-TEST_F(FamilyPreviewTest, HostilePictureIsNotDecoded)
+TEST_F(NextcloudPreviewTest, HostilePictureIsNotDecoded)
 {
     QByteArray huge = PngOfColor(Qt::green);
     huge.replace(16, 8, QByteArray("\0\0\xff\xff\0\0\xff\xff", 8)); // the size that its head claims

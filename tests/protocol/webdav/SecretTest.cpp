@@ -144,12 +144,12 @@ TEST_F(SecretTest, PasswordInPlacesThatAreKeptOnDiskIsNotKept)
 {
     const QByteArray password = server.Password().toUtf8();
     server.With([&](MemoryTree& tree) {
-        const auto family = tree.moreProperties;
+        const auto others = tree.moreProperties;
         tree.moreProperties = [=](const MemoryNode& node, const PropertyName& name) -> std::optional<QByteArray> {
             if (name.second == "getetag") {
                 return '"' + EscapedForXml(password) + '"';
             }
-            return name.second == "fileid" ? EscapedForXml(password) : family(node, name);
+            return name.second == "fileid" ? EscapedForXml(password) : others(node, name);
         };
     });
     Client client(settings, server.Password());

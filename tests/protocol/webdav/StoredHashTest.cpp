@@ -100,9 +100,9 @@ TEST_F(StoredHashTest, HashIsRememberedWhereTheServerKeepsNone)
     }
 }
 
-class FamilyHashTest : public SignedInServiceTest<NextcloudLikeServer> {};
+class NextcloudHashTest : public SignedInServiceTest<NextcloudLikeServer> {};
 
-TEST_F(FamilyHashTest, ChecksumOfTheServerIsTakenWhateverElseItNames)
+TEST_F(NextcloudHashTest, ChecksumOfTheServerIsTakenWhateverElseItNames)
 {
     server.Put("a.pdf", "content");
     const QByteArray md5 = Md5Of("content").toLatin1();

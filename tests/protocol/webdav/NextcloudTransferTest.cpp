@@ -6,8 +6,8 @@ namespace Norlis::Test {
 
 using testing::HasSubstr;
 
-/// Transfers with servers of the Nextcloud and ownCloud family.
-class FamilyTransferTest : public TransferFaultTest<NextcloudLikeServer> {
+/// Transfers with servers like Nextcloud and ownCloud.
+class NextcloudTransferTest : public TransferFaultTest<NextcloudLikeServer> {
 protected:
     void SetUp() override
     {
@@ -28,7 +28,7 @@ protected:
     QString id;
 };
 
-TEST_F(FamilyTransferTest, IdsAreTheServersFileIds)
+TEST_F(NextcloudTransferTest, IdsAreTheServersFileIds)
 {
     EXPECT_EQ(id, FileId("report.pdf"));
     const auto upload = client.Upload(LocalFile("other.pdf", "content"));
@@ -37,7 +37,7 @@ TEST_F(FamilyTransferTest, IdsAreTheServersFileIds)
     EXPECT_EQ(client.Entry("other.pdf").id, FileId("other.pdf"));
 }
 
-TEST_F(FamilyTransferTest, AReplacementGoesStraightToTheDocumentAndKeepsItsId)
+TEST_F(NextcloudTransferTest, AReplacementGoesStraightToTheDocumentAndKeepsItsId)
 {
     const auto upload = Replace("new content");
     ASSERT_TRUE(upload->Succeeds());
@@ -53,7 +53,7 @@ TEST_F(FamilyTransferTest, AReplacementGoesStraightToTheDocumentAndKeepsItsId)
     EXPECT_EQ(put.headers.Value("OC-Checksum"), "MD5:" + Md5Of("new content").toLatin1());
 }
 
-TEST_F(FamilyTransferTest, ANewDocumentComesByATemporaryName)
+TEST_F(NextcloudTransferTest, ANewDocumentComesByATemporaryName)
 {
     ASSERT_TRUE(client.Upload(LocalFile("other.pdf", "content"))->Succeeds());
     for (const SeenRequest& put : server.Requests("PUT")) {
@@ -62,7 +62,7 @@ TEST_F(FamilyTransferTest, ANewDocumentComesByATemporaryName)
     ExpectOnServer({"other.pdf", "report.pdf"});
 }
 
-TEST_F(FamilyTransferTest, OtherBytesThanWereSentAreAnError)
+TEST_F(NextcloudTransferTest, OtherBytesThanWereSentAreAnError)
 {
     const Misbehaviour hashesOtherBytes = {[](Wire& wire) {
         ServerResponse answer = wire.Do(wire.Request());
@@ -76,7 +76,7 @@ TEST_F(FamilyTransferTest, OtherBytesThanWereSentAreAnError)
     ExpectOnServer({"report.pdf"});
 }
 
-TEST_F(FamilyTransferTest, ADocumentThatSomebodyElseHasChangedIsNotReplaced)
+TEST_F(NextcloudTransferTest, ADocumentThatSomebodyElseHasChangedIsNotReplaced)
 {
     server.Misbehave("PUT", RunsFirst([this] { server.Put("report.pdf", "somebody else's"); }));
     ExpectFailure(Replace("new content"));
@@ -84,7 +84,7 @@ TEST_F(FamilyTransferTest, ADocumentThatSomebodyElseHasChangedIsNotReplaced)
     EXPECT_EQ(server.Get("report.pdf"), QByteArray("somebody else's"));
 }
 
-TEST_F(FamilyTransferTest, TheListHasTheChecksums)
+TEST_F(NextcloudTransferTest, TheListHasTheChecksums)
 {
     ASSERT_TRUE(Replace("new content")->Succeeds());
     EXPECT_EQ(client.Entry("report.pdf").md5Hash, Md5Of("new content"));
@@ -94,7 +94,7 @@ TEST_F(FamilyTransferTest, TheListHasTheChecksums)
     EXPECT_EQ(server.Count("PROPPATCH"), 0);
 }
 
-TEST_F(FamilyTransferTest, AWrongChecksumRefusesADownload)
+TEST_F(NextcloudTransferTest, AWrongChecksumRefusesADownload)
 {
     ASSERT_TRUE(Replace("new content")->Succeeds());
     server.With(
@@ -105,7 +105,7 @@ TEST_F(FamilyTransferTest, AWrongChecksumRefusesADownload)
     EXPECT_EQ(ReadFile(Local("target.pdf")), QByteArray("old"));
 }
 
-TEST_F(FamilyTransferTest, ALostAnswerToAReplacementIsMadeUpForByLooking)
+TEST_F(NextcloudTransferTest, ALostAnswerToAReplacementIsMadeUpForByLooking)
 {
     server.Misbehave("PUT", DoesItAndCloses());
     const auto upload = Replace("new content");
@@ -114,14 +114,14 @@ TEST_F(FamilyTransferTest, ALostAnswerToAReplacementIsMadeUpForByLooking)
     EXPECT_EQ(server.Get("report.pdf"), QByteArray("new content"));
 }
 
-TEST_F(FamilyTransferTest, AReplacementThatIsSentTwiceIsNotTakenForSomebodyElses)
+TEST_F(NextcloudTransferTest, AReplacementThatIsSentTwiceIsNotTakenForSomebodyElses)
 {
     server.Misbehave("PUT", DoesItAndAnswers(412));
     ASSERT_TRUE(Replace("new content")->Succeeds());
     EXPECT_EQ(client.Entry("report.pdf").md5Hash, Md5Of("new content"));
 }
 
-TEST_F(FamilyTransferTest, ALostReplacementIsAnError)
+TEST_F(NextcloudTransferTest, ALostReplacementIsAnError)
 {
     server.Misbehave(When("PUT").Always(), ClosesWithoutAnswer());
     ExpectFailure(Replace("new content"));
@@ -129,7 +129,7 @@ TEST_F(FamilyTransferTest, ALostReplacementIsAnError)
     EXPECT_EQ(server.Get("report.pdf"), QByteArray("old"));
 }
 
-TEST_F(FamilyTransferTest, ABrokenReplacementIsNotTakenForSomebodyElsesOfTheSameSize)
+TEST_F(NextcloudTransferTest, ABrokenReplacementIsNotTakenForSomebodyElsesOfTheSameSize)
 {
     const Misbehaviour breaks = {[this](Wire& wire) {
                                      server.Put("report.pdf", Pattern(5'000'000, 7));
@@ -141,7 +141,7 @@ TEST_F(FamilyTransferTest, ABrokenReplacementIsNotTakenForSomebodyElsesOfTheSame
     EXPECT_EQ(server.Get("report.pdf"), Pattern(5'000'000, 7));
 }
 
-TEST_F(FamilyTransferTest, ARefusedReplacementLeavesTheOldDocument)
+TEST_F(NextcloudTransferTest, ARefusedReplacementLeavesTheOldDocument)
 {
     for (const int status : {403, 413, 500, 507}) {
         server.Misbehave("PUT", AnswersWith(status));
@@ -151,7 +151,7 @@ TEST_F(FamilyTransferTest, ARefusedReplacementLeavesTheOldDocument)
     EXPECT_EQ(server.Count("DELETE"), 0);
 }
 
-TEST_F(FamilyTransferTest, ACanceledReplacementNeverTakesTheDocumentAway)
+TEST_F(NextcloudTransferTest, ACanceledReplacementNeverTakesTheDocumentAway)
 {
     server.Misbehave("PUT", HangsInTheRequest(100'000));
     const auto upload = Replace(Pattern(5'000'000));
@@ -162,7 +162,7 @@ TEST_F(FamilyTransferTest, ACanceledReplacementNeverTakesTheDocumentAway)
     EXPECT_EQ(server.Count("DELETE"), 0);
 }
 
-TEST_F(FamilyTransferTest, ARenamedDocumentKeepsItsId)
+TEST_F(NextcloudTransferTest, ARenamedDocumentKeepsItsId)
 {
     server.With([this](MemoryTree& tree) {
         const QByteArray folder = server.CollectionPath();

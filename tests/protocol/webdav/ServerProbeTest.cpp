@@ -34,7 +34,7 @@ Misbehaviour DoesItAndHangs()
     return {[](Wire& wire) { wire.Do(wire.Request()); }};
 }
 
-class ExaminationTest : public SignedInServiceTest<> {
+class ServerProbeTest : public SignedInServiceTest<> {
 protected:
     QMap<QString, QString> Findings()
     {
@@ -45,7 +45,7 @@ protected:
     }
 };
 
-TEST_F(ExaminationTest, TellsWhatAGoodServerCanDo)
+TEST_F(ServerProbeTest, TellsWhatAGoodServerCanDo)
 {
     const auto findings = Findings();
     EXPECT_EQ(findings["service"], "WebDAV");
@@ -62,7 +62,7 @@ TEST_F(ExaminationTest, TellsWhatAGoodServerCanDo)
     }
 }
 
-TEST_F(ExaminationTest, TellsWhatAServerCannotDo)
+TEST_F(ServerProbeTest, TellsWhatAServerCannotDo)
 {
     const auto ignoresConditions = Misbehaviour{[](Wire& wire) {
         ServerRequest plain = wire.Request();
@@ -87,7 +87,7 @@ TEST_F(ExaminationTest, TellsWhatAServerCannotDo)
     }
 }
 
-TEST_F(ExaminationTest, ServerThatOneCanOnlyReadFromIsDescribedToo)
+TEST_F(ServerProbeTest, ServerThatOneCanOnlyReadFromIsDescribedToo)
 {
     server.Misbehave(When("PUT").Always(), AnswersWith(403));
     const auto findings = Findings();
@@ -95,7 +95,7 @@ TEST_F(ExaminationTest, ServerThatOneCanOnlyReadFromIsDescribedToo)
     EXPECT_FALSE(findings.contains("refuses to overwrite"));
 }
 
-TEST_F(ExaminationTest, LeavesNothingBehindWhereverItFails)
+TEST_F(ServerProbeTest, LeavesNothingBehindWhereverItFails)
 {
     settings.patience = shortPatience;
     Client user(settings, server.Password());
@@ -119,7 +119,7 @@ TEST_F(ExaminationTest, LeavesNothingBehindWhereverItFails)
     }
 }
 
-TEST_F(ExaminationTest, LeavesNothingBehindWhenItIsGivenUp)
+TEST_F(ServerProbeTest, LeavesNothingBehindWhenItIsGivenUp)
 {
     for (const char* method : {"PUT", "GET", "MOVE", "PROPPATCH"}) {
         for (const bool isDestroyed : {false, true}) {
@@ -141,7 +141,7 @@ TEST_F(ExaminationTest, LeavesNothingBehindWhenItIsGivenUp)
     }
 }
 
-TEST_F(ExaminationTest, CanBeShownToOthers)
+TEST_F(ServerProbeTest, CanBeShownToOthers)
 {
     server.Put("secret-plans.pdf", "content");
     for (const QByteArray& software : {QByteArray("Apache/2.4"), QByteArray("Files of norlis"),
@@ -164,9 +164,9 @@ TEST_F(ExaminationTest, CanBeShownToOthers)
     EXPECT_EQ(server.Names(), QStringList("secret-plans.pdf"));
 }
 
-class FamilyExaminationTest : public SignedInServiceTest<NextcloudLikeServer> {};
+class NextcloudProbeTest : public SignedInServiceTest<NextcloudLikeServer> {};
 
-TEST_F(FamilyExaminationTest, TellsWhatTheFamilyCanDo)
+TEST_F(NextcloudProbeTest, ReportsWhatNextcloudSupports)
 {
     server.SetQuota(1, 1);
     const auto traits = client.Examine();
