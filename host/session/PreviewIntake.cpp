@@ -1,5 +1,7 @@
 #include "PreviewIntake.h"
 
+#include <NorlisCloud/PreviewFile.h>
+
 #include <QPointer>
 #include <QSize>
 
@@ -40,9 +42,8 @@ PreviewIntake::PreviewIntake(SessionContext& context) : context(context)
 
 void PreviewIntake::Fetch(const QString& id)
 {
-    // The same edges as those of the pictures that come with a files list: one file on disk holds both.
-    constexpr std::pair<Size, int> edges[] = {{Size::Small, 40}, {Size::Medium, 100}, {Size::Large, 191}};
-    for (const auto& [size, edge] : edges) {
+    // As those that come with a files list: one file on disk holds both.
+    for (const auto& [size, edge] : PDF::Cloud::previewPixelSizes) {
         context.Later([this, id, size = size, edge = edge] { Fetch(id, size, edge); });
     }
 }

@@ -1,5 +1,6 @@
 #include <NorlisCloud/NorlisCloudFilesManager.h>
 
+#include <NorlisCloud/RecordKeys.h>
 #include <NorlisCloud/StoredNumber.h>
 
 #include <QPointer>
@@ -16,21 +17,6 @@ namespace Norlis::PDF::Cloud {
 namespace {
 
 using Fields = std::map<std::string, std::string>;
-
-namespace Key {
-constexpr auto filePath = "file_path";
-constexpr auto localFileHash = "local_file_hash";
-constexpr auto fileHash = "file_hash";
-constexpr auto lastSyncFileHash = "last_sync_file_hash";
-constexpr auto fileName = "file_name";
-constexpr auto isPrivate = "is_private";
-constexpr auto downloadUrl = "download_url";
-constexpr auto createdAt = "created_at";
-constexpr auto modifiedTime = "modified_time"; // read, but never written
-constexpr auto lifetime = "lifetime_in_sec";
-constexpr auto cloudSize = "cloud_size";
-constexpr auto previewPath = "preview_path";
-} // namespace Key
 
 constexpr auto previewSeparator = ';';
 
@@ -65,14 +51,14 @@ bool IsNonZero(const Fields& fields, const char* key)
 FileInfo::CloudInfo CloudInfoOf(const std::string& id, const Fields& fields)
 {
     // Read one after the other, so that of two malformed numbers always the same one is reported.
-    const auto sizeText = fields.find(Key::cloudSize);
+    const auto sizeText = fields.find(RecordKey::cloudSize);
     const quint64 size = sizeText == fields.end() ? 0 : StoredUnsigned(sizeText->second);
-    const bool isPrivate = IsNonZero(fields, Key::isPrivate);
-    const int lifetime = IsNonZero(fields, Key::lifetime) ? 1 : 0; // the number of seconds is not restored
-    const QUrl downloadUrl(QString::fromStdString(Text(fields, Key::downloadUrl)), QUrl::TolerantMode);
-    return FileInfo::CloudInfo(id, Text(fields, Key::fileName), size, isPrivate, downloadUrl,
-                               StoredTime(fields, Key::createdAt), StoredTime(fields, Key::modifiedTime), lifetime,
-                               Text(fields, Key::fileHash));
+    const bool isPrivate = IsNonZero(fields, RecordKey::isPrivate);
+    const int lifetime = IsNonZero(fields, RecordKey::lifetime) ? 1 : 0; // the number of seconds is not restored
+    const QUrl downloadUrl(QString::fromStdString(Text(fields, RecordKey::downloadUrl)), QUrl::TolerantMode);
+    return FileInfo::CloudInfo(id, Text(fields, RecordKey::fileName), size, isPrivate, downloadUrl,
+                               StoredTime(fields, RecordKey::createdAt), StoredTime(fields, RecordKey::modifiedTime), lifetime,
+                               Text(fields, RecordKey::fileHash));
 }
 
 } // namespace
@@ -247,13 +233,13 @@ void NorlisCloudFilesManager::Load()
 {
     for (const auto& [id, fields] : cloudInfoStorage->ReadAll()) {
         const auto file = std::make_shared<FileInfo>(CloudInfoOf(id, fields));
-        const ioPath path = fileSystem->NormalizePath(ioPath(Text(fields, Key::filePath)));
+        const ioPath path = fileSystem->NormalizePath(ioPath(Text(fields, RecordKey::filePath)));
         if (fileSystem->Exists(path)) {
-            file->SetPath(path, Text(fields, Key::localFileHash), Text(fields, Key::lastSyncFileHash));
+            file->SetPath(path, Text(fields, RecordKey::localFileHash), Text(fields, RecordKey::lastSyncFileHash));
             // The file may have changed while nobody looked.
             file->SetPath(path, hashCalculator->CalculateHash(path));
 
-            const auto previews = QString::fromStdString(Text(fields, Key::previewPath))
+            const auto previews = QString::fromStdString(Text(fields, RecordKey::previewPath))
                                       .split(previewSeparator, Qt::KeepEmptyParts, Qt::CaseSensitive);
             if (previews.size() == 3) {
                 std::map<FileInfo::PreviewSize, ioPath> pathBySize;
@@ -279,24 +265,24 @@ void NorlisCloudFilesManager::Save()
         };
         auto& cloudInfo = file->GetRedactableCloudInfo().value();
         if (!file->GetPath().empty()) {
-            store(Key::filePath, file->GetPath().utf8string());
-            store(Key::localFileHash, file->GetMd5Hash());
+            store(RecordKey::filePath, file->GetPath().utf8string());
+            store(RecordKey::localFileHash, file->GetMd5Hash());
         }
-        store(Key::fileHash, cloudInfo.GetMd5Hash());
-        store(Key::lastSyncFileHash, file->GetCloudHashBeforeChange());
-        store(Key::fileName, cloudInfo.GetFileName());
-        store(Key::isPrivate, cloudInfo.IsPrivate() ? "1" : "0");
-        store(Key::downloadUrl, cloudInfo.GetDownloadUrl().toString().toStdString());
-        store(Key::createdAt, cloudInfo.GetCreatedAt().toString(Qt::TextDate).toStdString());
-        store(Key::lifetime, std::to_string(cloudInfo.GetLifeTime()));
-        store(Key::cloudSize, std::to_string(cloudInfo.GetSize()));
+        store(RecordKey::fileHash, cloudInfo.GetMd5Hash());
+        store(RecordKey::lastSyncFileHash, file->GetCloudHashBeforeChange());
+        store(RecordKey::fileName, cloudInfo.GetFileName());
+        store(RecordKey::isPrivate, cloudInfo.IsPrivate() ? "1" : "0");
+        store(RecordKey::downloadUrl, cloudInfo.GetDownloadUrl().toString().toStdString());
+        store(RecordKey::createdAt, cloudInfo.GetCreatedAt().toString(Qt::TextDate).toStdString());
+        store(RecordKey::lifetime, std::to_string(cloudInfo.GetLifeTime()));
+        store(RecordKey::cloudSize, std::to_string(cloudInfo.GetSize()));
 
         std::string previews;
         auto pathBySize = cloudInfo.GetPreviewsSet();
         for (auto& [size, path] : pathBySize) {
             previews += path.utf8string() + previewSeparator;
         }
-        store(Key::previewPath, previews);
+        store(RecordKey::previewPath, previews);
     }
 }
 

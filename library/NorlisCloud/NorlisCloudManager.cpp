@@ -1,9 +1,9 @@
 #include <NorlisCloud/NorlisCloudManager.h>
 
 #include <contracts/NorlisCloudProtocol.h>
+#include <NorlisCloud/PreviewFile.h>
 
 #include <QDateTime>
-#include <QDir>
 #include <QFileInfo>
 #include <QPixmap>
 #include <QTimer>
@@ -13,7 +13,6 @@
 #include <algorithm>
 #include <exception>
 #include <limits>
-#include <map>
 
 namespace Norlis::PDF::Cloud {
 
@@ -28,25 +27,12 @@ const auto pdfMimeType = QStringLiteral("application/pdf");
 
 constexpr qint64 notStarted = -1;
 
-/// Edges of the square that a preview fits into, in pixels.
-const std::map<FileInfo::PreviewSize, int> previewPixelSizes = {
-    {static_cast<FileInfo::PreviewSize>(0), 40},
-    {static_cast<FileInfo::PreviewSize>(1), 100},
-    {static_cast<FileInfo::PreviewSize>(2), 191},
-};
-
 // By number, since the editor's record library may name its states differently.
 constexpr int neverUploaded = 5;
 
 QString IdOf(const std::shared_ptr<FileInfo>& file)
 {
     return QString::fromStdString(file->GetId());
-}
-
-QString PreviewPath(const std::shared_ptr<FileInfo>& file, FileInfo::PreviewSize previewSize)
-{
-    return QDir::tempPath() + '/' + IdOf(file) + '_' +
-           QString::fromStdString(FileInfo::previewSizetoString(previewSize)) + ".png";
 }
 
 } // namespace
@@ -452,7 +438,7 @@ void NorlisCloudManager::OnRetrieveFilePreviewCompleted(const std::shared_ptr<Fi
 {
     switch (result) {
     case Social::Success: {
-        const auto path = PreviewPath(file, previewSize);
+        const auto path = PreviewPath(IdOf(file), previewSize);
         auto& cloudInfo = file->GetRedactableCloudInfo();
         if (!cloudInfo || !pixmap.save(path, nullptr, -1)) {
             const auto size = QString::fromStdString(FileInfo::previewSizetoString(previewSize));
