@@ -1,9 +1,9 @@
 #include <NorlisCloud/NorlisCloudFilesManager.h>
 
+#include <base/Lifetime.h>
 #include <NorlisCloud/RecordKeys.h>
 #include <NorlisCloud/StoredNumber.h>
 
-#include <QPointer>
 #include <QUrl>
 
 #include <glog/logging.h>
@@ -57,8 +57,8 @@ FileInfo::CloudInfo CloudInfoOf(const std::string& id, const Fields& fields)
     const int lifetime = IsNonZero(fields, RecordKey::lifetime) ? 1 : 0; // the number of seconds is not restored
     const QUrl downloadUrl(QString::fromStdString(Text(fields, RecordKey::downloadUrl)), QUrl::TolerantMode);
     return FileInfo::CloudInfo(id, Text(fields, RecordKey::fileName), size, isPrivate, downloadUrl,
-                               StoredTime(fields, RecordKey::createdAt), StoredTime(fields, RecordKey::modifiedTime), lifetime,
-                               Text(fields, RecordKey::fileHash));
+                               StoredTime(fields, RecordKey::createdAt), StoredTime(fields, RecordKey::modifiedTime),
+                               lifetime, Text(fields, RecordKey::fileHash));
 }
 
 } // namespace
@@ -68,7 +68,8 @@ NorlisCloudFilesManager::NorlisCloudFilesManager(const std::shared_ptr<ICloudInf
                                                  const std::shared_ptr<IHashCalculator>& hashCalculator)
     : cloudInfoStorage(cloudInfoStorage),
       fileSystem(fileSystem),
-      hashCalculator(hashCalculator)
+      hashCalculator(hashCalculator),
+      lifetime(std::make_unique<Lifetime>())
 {
     Load();
 }
@@ -82,11 +83,14 @@ void NorlisCloudFilesManager::SetImageGetCallback(const std::function<QImage(con
 
 std::string NorlisCloudFilesManager::GetIdByPath(const ioPath& path) const
 {
-    const ioPath wanted = fileSystem->NormalizePath(path);
-    const auto found = std::find_if(files.begin(), files.end(), [&](const auto& file) {
-        return fileSystem->NormalizePath(file->GetPath()) == wanted;
+    // Normalising may run an event loop, in which the list is changed or deleted.
+    const auto searched = files;
+    const auto normalizer = fileSystem;
+    const ioPath wanted = normalizer->NormalizePath(path);
+    const auto found = std::find_if(searched.begin(), searched.end(), [&](const auto& file) {
+        return normalizer->NormalizePath(file->GetPath()) == wanted;
     });
-    return found == files.end() ? std::string() : (*found)->GetId();
+    return found == searched.end() ? std::string() : (*found)->GetId();
 }
 
 void NorlisCloudFilesManager::Add(const std::shared_ptr<FileInfo>& file)
@@ -95,11 +99,11 @@ void NorlisCloudFilesManager::Add(const std::shared_ptr<FileInfo>& file)
         throw std::exception();
     }
     const auto added = file; // a slot may clear the caller's own pointer
-    const QPointer<NorlisCloudFilesManager> self(this);
+    const auto guard = lifetime->Watch();
     files.push_front(added);
     removedFileIds.erase(added->GetId());
     emit FileAdded(added);
-    if (self) {
+    if (guard) {
         emit FileAdded();
     }
 }
@@ -110,15 +114,16 @@ void NorlisCloudFilesManager::Remove(const std::shared_ptr<FileInfo>& file)
         throw std::exception();
     }
     const auto removed = file;
+    const auto guard = lifetime->Watch();
     if (removed->GetRedactableCloudInfo()) {
-        cloudInfoStorage->RemoveRecord(removed->GetId());
+        const auto store = cloudInfoStorage; // must outlive the call even if the list does not
+        store->RemoveRecord(removed->GetId());
     }
-    if (!RemoveImpl(removed)) {
+    if (!guard || !RemoveImpl(removed)) {
         return;
     }
-    const QPointer<NorlisCloudFilesManager> self(this);
     emit FileRemoved(std::shared_ptr<const FileInfo>(removed));
-    if (self) {
+    if (guard) {
         emit FileRemoved();
     }
 }
@@ -127,20 +132,24 @@ void NorlisCloudFilesManager::Rename(const QStringList&, const QString&) {}
 
 void NorlisCloudFilesManager::Clear() {}
 
-void NorlisCloudFilesManager::Update(const std::shared_ptr<const FileInfo>& incoming)
+void NorlisCloudFilesManager::Update(const std::shared_ptr<const FileInfo>& newer)
 {
-    if (!incoming) {
+    if (!newer) {
         return;
     }
+    const auto incoming = newer;
     const auto found = FindById(Readable(*incoming).GetId());
     if (found == files.end()) {
         return;
     }
     const auto held = *found;
+    const auto guard = lifetime->Watch();
     TryToUpdate(held, incoming);
-    const QPointer<NorlisCloudFilesManager> self(this);
+    if (!guard) {
+        return;
+    }
     emit FileUpdated(held->GetId());
-    if (!self) {
+    if (!guard) {
         return;
     }
     // The slots may have moved the record, or taken it out.
@@ -303,8 +312,11 @@ bool NorlisCloudFilesManager::TryToUpdate(const std::shared_ptr<FileInfo>& held,
     FileInfo& newer = Readable(*incoming);
     const bool cloudInfoChanged = held->UpdateCloudInfo(newer.GetCloudInfo().value());
 
-    const ioPath path = fileSystem->NormalizePath(newer.GetPath());
-    const std::string hash = hashCalculator->CalculateHash(path);
+    // Either may run an event loop, in which the list is deleted: from here on it is not touched.
+    const auto normalizer = fileSystem;
+    const auto calculator = hashCalculator;
+    const ioPath path = normalizer->NormalizePath(newer.GetPath());
+    const std::string hash = calculator->CalculateHash(path);
     if (held->GetPath() != newer.GetPath() || held->GetMd5Hash() != hash) {
         held->SetPath(path, hash);
     }

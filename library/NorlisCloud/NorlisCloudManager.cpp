@@ -1,5 +1,6 @@
 #include <NorlisCloud/NorlisCloudManager.h>
 
+#include <base/Lifetime.h>
 #include <contracts/NorlisCloudProtocol.h>
 #include <NorlisCloud/PreviewFile.h>
 
@@ -44,7 +45,7 @@ NorlisCloudManager::NorlisCloudManager(const std::shared_ptr<ICloudProtocol>& pr
     : protocol(protocol),
       hashCalculator(hashCalculator),
       fileSystem(fileSystem),
-      self(this, [](NorlisCloudManager*) {})
+      lifetime(std::make_unique<Lifetime>())
 {
     const auto refreshTimer = new QTimer(this);
     if (accountSettings->IsAutoRefreshEnabled()) {
@@ -55,7 +56,7 @@ NorlisCloudManager::NorlisCloudManager(const std::shared_ptr<ICloudProtocol>& pr
 
 NorlisCloudManager::~NorlisCloudManager()
 {
-    self.reset();
+    lifetime->End(); // the protocol may still call back
     blockSignals(true);
     const auto requests = activeRequests;
     for (const qint64 id : requests) {
@@ -99,20 +100,21 @@ void NorlisCloudManager::Authorization(const QString& token)
 
 void NorlisCloudManager::Logout()
 {
-    if (!IsLoggedIn()) {
+    const auto guard = lifetime->Watch();
+    const auto cloud = protocol; // must outlive the calls even if the manager does not
+    if (!cloud->loggedIn() || !guard) {
         return;
     }
-    const std::weak_ptr<NorlisCloudManager> alive = self;
-    const auto cloud = protocol; // the manager may be deleted while the user is signed out
     cloud->logout();
-    if (!alive.expired()) {
+    if (guard) {
         emit LoggedOut();
     }
 }
 
 bool NorlisCloudManager::IsLoggedIn()
 {
-    return protocol->loggedIn();
+    const auto cloud = protocol; // must outlive the call even if the manager does not
+    return cloud->loggedIn();
 }
 
 // Files list
@@ -135,7 +137,7 @@ void NorlisCloudManager::OnRetrieveFilesListCompleted(RequestResult result, QLis
 {
     switch (result) {
     case Social::Success: {
-        const std::weak_ptr<NorlisCloudManager> alive = self;
+        const auto guard = lifetime->Watch();
         QList<std::shared_ptr<FileInfo>> files;
         files.reserve(cloudFiles.size());
         for (const auto& cloudFile : qAsConst(cloudFiles)) {
@@ -147,7 +149,7 @@ void NorlisCloudManager::OnRetrieveFilesListCompleted(RequestResult result, QLis
             files.append(file);
             for (const auto& [previewSize, edge] : previewPixelSizes) {
                 RetrieveFilePreview(file, previewSize, QSize(edge, edge));
-                if (alive.expired()) {
+                if (!guard) {
                     return;
                 }
             }
@@ -169,54 +171,48 @@ void NorlisCloudManager::OnRetrieveFilesListCompleted(RequestResult result, QLis
 
 void NorlisCloudManager::Upload(const QList<QString>& paths)
 {
+    const auto pathsToSend = paths; // a slot may change the caller's list
     if (!RequireLogin()) {
         return;
     }
-    const std::weak_ptr<NorlisCloudManager> alive = self;
-    const auto pathsToSend = paths; // a slot may change the caller's list
+    const auto guard = lifetime->Watch();
     for (const auto& path : pathsToSend) {
         Upload(path);
-        if (alive.expired()) {
+        if (!guard) {
             return;
         }
     }
 }
 
-void NorlisCloudManager::Upload(const QString& path)
+void NorlisCloudManager::Upload(const QString& localPath)
 {
+    const auto path = localPath; // a slot may change the caller's text
     if (RequireLogin()) {
-        StartUpload(path, UploadFields(path));
+        StartUpload(path, {});
     }
 }
 
-void NorlisCloudManager::Upload(const std::shared_ptr<FileInfo>& file)
+void NorlisCloudManager::Upload(const std::shared_ptr<FileInfo>& record)
 {
+    const auto file = record;
     if (!RequireLogin()) {
         return;
     }
     if (!file) {
         throw std::exception();
     }
-    const auto path = QString::fromStdString(file->GetPath().utf8string());
-    auto fields = UploadFields(path);
-    fields[NorlisCloudProtocol::ID] = IdOf(file);
-    StartUpload(path, fields);
+    StartUpload(QString::fromStdString(file->GetPath().utf8string()), {{NorlisCloudProtocol::ID, IdOf(file)}});
 }
 
-QMap<QString, QString> NorlisCloudManager::UploadFields(const QString& path)
+void NorlisCloudManager::StartUpload(const QString& path, QMap<QString, QString> fields)
 {
-    return {
-        {NorlisCloudProtocol::FILE_MIME_TYPE, pdfMimeType},
-        {NorlisCloudProtocol::CHUNK_MIME_TYPE, pdfMimeType},
-        {NorlisCloudProtocol::MD5_HASH,
-         QString::fromStdString(hashCalculator->CalculateHash(ioPath(path.toStdString())))},
-    };
-}
-
-void NorlisCloudManager::StartUpload(const QString& localPath, const QMap<QString, QString>& fields)
-{
-    const auto path = localPath; // a slot may change the caller's text
-    if (!Emit(&NorlisCloudManager::UploadingStarted, path)) {
+    const auto guard = lifetime->Watch();
+    const auto calculator = hashCalculator; // must outlive the call even if the manager does not
+    fields[NorlisCloudProtocol::FILE_MIME_TYPE] = pdfMimeType;
+    fields[NorlisCloudProtocol::CHUNK_MIME_TYPE] = pdfMimeType;
+    fields[NorlisCloudProtocol::MD5_HASH] =
+        QString::fromStdString(calculator->CalculateHash(ioPath(path.toStdString())));
+    if (!guard || !Emit(&NorlisCloudManager::UploadingStarted, path)) {
         return;
     }
     auto done = OnCompleted<const NorlisCloudSharingResult&>(
@@ -233,15 +229,17 @@ void NorlisCloudManager::StartUpload(const QString& localPath, const QMap<QStrin
 void NorlisCloudManager::OnUploadCompleted(const QString& path, RequestResult result,
                                            const NorlisCloudSharingResult& sharing)
 {
+    const auto guard = lifetime->Watch();
     const auto size = static_cast<quint64>(QFileInfo(path).size());
-    const ioPath normalizedPath = fileSystem->NormalizePath(ioPath(path.toStdString()));
-    const std::string hash = hashCalculator->CalculateHash(normalizedPath);
+    const auto [normalizedPath, hash] = NormalizeAndHash(path);
+    if (!guard) {
+        return;
+    }
     const auto file = std::make_shared<FileInfo>(
         FileInfo::CloudInfo(sharing.id.toStdString(), sharing.fileName.toStdString(), size, sharing.isPrivate,
                             sharing.downloadUrl, sharing.createdAt, sharing.modifiedAt, sharing.lifetime, hash));
     file->SetPath(normalizedPath, hash);
 
-    const std::weak_ptr<NorlisCloudManager> alive = self;
     switch (result) {
     case Social::Success:
         if (Emit(&NorlisCloudManager::UploadingFinished, file)) {
@@ -252,7 +250,7 @@ void NorlisCloudManager::OnUploadCompleted(const QString& path, RequestResult re
         const auto message = QStringLiteral("Upload file error");
         LOG(ERROR) << message.toStdString();
         RemoveFile(file); // what the upload left in the cloud
-        if (!alive.expired()) {
+        if (guard) {
             emit UploadingFileRequestError(path, message);
         }
         break;
@@ -260,7 +258,7 @@ void NorlisCloudManager::OnUploadCompleted(const QString& path, RequestResult re
     case Social::Canceled:
         LOG(INFO) << "Upload file canceled";
         RemoveFile(file);
-        if (!alive.expired()) {
+        if (guard) {
             emit UploadingCanceled(path);
         }
         break;
@@ -279,15 +277,15 @@ void NorlisCloudManager::CancelUploading(const QString& localPath)
 
 void NorlisCloudManager::Download(const QList<std::shared_ptr<FileInfo>>& files, const QString& directory)
 {
+    const auto filesToFetch = files;
+    const auto target = directory;
     if (!RequireLogin()) {
         return;
     }
-    const std::weak_ptr<NorlisCloudManager> alive = self;
-    const auto filesToFetch = files;
-    const auto target = directory;
+    const auto guard = lifetime->Watch();
     for (const auto& file : filesToFetch) {
         Download(file, target);
-        if (alive.expired()) {
+        if (!guard) {
             return;
         }
     }
@@ -295,14 +293,14 @@ void NorlisCloudManager::Download(const QList<std::shared_ptr<FileInfo>>& files,
 
 void NorlisCloudManager::Download(const std::shared_ptr<FileInfo>& record, const QString& targetDirectory)
 {
+    const auto file = record; // a slot may clear the caller's pointer
+    const auto directory = targetDirectory;
     if (!RequireLogin()) {
         return;
     }
-    if (!record) {
+    if (!file) {
         throw std::exception();
     }
-    const auto file = record; // a slot may clear the caller's pointer
-    const auto directory = targetDirectory;
     auto& cloudInfo = file->GetRedactableCloudInfo().value();
     const auto target = directory + '/' + QString::fromStdString(cloudInfo.GetFileName());
     ICloudProtocol::FileFieldData data;
@@ -320,10 +318,12 @@ void NorlisCloudManager::Download(const std::shared_ptr<FileInfo>& record, const
     auto progress = OnProgress([this, file](int value) { emit DownloadingProgressValueChanged(file, value); });
     Send([&](ICloudProtocol& cloud) { return cloud.downloadFile(data, std::move(done), std::move(progress)); },
          [&] { ReportError("Download file failed", &NorlisCloudManager::DownloadingFileRequestError, file); },
-         [&](qint64 id) {
-             const ioPath path = fileSystem->NormalizePath(ioPath(target.toStdString()));
-             file->SetPath(path, hashCalculator->CalculateHash(path));
-             transfers[id] = file->GetId();
+         [&, guard = lifetime->Watch()](qint64 id) {
+             const auto [path, hash] = NormalizeAndHash(target);
+             if (guard) {
+                 file->SetPath(path, hash);
+                 transfers[id] = file->GetId();
+             }
          });
 }
 
@@ -355,13 +355,13 @@ void NorlisCloudManager::OnDownloadCompleted(const QString&, const FileInfo& fil
 
 void NorlisCloudManager::CancelDownloading(const std::shared_ptr<FileInfo>& record)
 {
+    const auto file = record;
     if (!RequireLogin()) {
         return;
     }
-    if (!record) {
+    if (!file) {
         throw std::exception();
     }
-    const auto file = record;
     if (!CancelTransfer(file->GetId())) {
         return;
     }
@@ -375,13 +375,13 @@ void NorlisCloudManager::CancelDownloading(const std::shared_ptr<FileInfo>& reco
 
 void NorlisCloudManager::RemoveFile(const std::shared_ptr<FileInfo>& record)
 {
+    const auto file = record;
     if (!RequireLogin()) {
         return;
     }
-    if (!record) {
+    if (!file) {
         throw std::exception();
     }
-    const auto file = record;
     ICloudProtocol::FileFieldData data;
     data.fields[NorlisCloudProtocol::ID] = IdOf(file);
     auto done = OnCompleted([this, file](qint64 id, RequestResult result) {
@@ -399,15 +399,16 @@ void NorlisCloudManager::RemoveFile(const std::shared_ptr<FileInfo>& record)
 // Previews
 
 void NorlisCloudManager::RetrieveFilePreview(const std::shared_ptr<FileInfo>& record, FileInfo::PreviewSize previewSize,
-                                             const QSize& size)
+                                             const QSize& pixelSize)
 {
+    const auto file = record;
+    const auto size = pixelSize;
     if (!RequireLogin()) {
         return;
     }
-    if (!record) {
+    if (!file) {
         throw std::exception();
     }
-    const auto file = record;
     if (static_cast<int>(file->GetCloudStatus()) == neverUploaded) {
         ReportError("Can`t retrieving preview for not upload files", &NorlisCloudManager::RetrieveFilePreviewError,
                     file, previewSize);
@@ -510,19 +511,20 @@ bool NorlisCloudManager::IsPending(qint64 id) const
 
 bool NorlisCloudManager::RequireLogin()
 {
-    if (IsLoggedIn()) {
-        return true;
+    const auto guard = lifetime->Watch();
+    const bool isLoggedIn = IsLoggedIn();
+    if (guard && !isLoggedIn) {
+        emit AuthorizationRequired();
     }
-    emit AuthorizationRequired();
-    return false;
+    return guard && isLoggedIn;
 }
 
 template <typename Signal, typename... Args>
 bool NorlisCloudManager::Emit(Signal signal, const Args&... args)
 {
-    const std::weak_ptr<NorlisCloudManager> alive = self;
+    const auto guard = lifetime->Watch();
     emit(this->*signal)(args...);
-    return !alive.expired();
+    return bool(guard);
 }
 
 template <typename Signal, typename... Args>
@@ -532,33 +534,44 @@ void NorlisCloudManager::ReportError(const QString& message, Signal signal, cons
     emit(this->*signal)(args..., message);
 }
 
+std::pair<ioPath, std::string> NorlisCloudManager::NormalizeAndHash(const QString& path) const
+{
+    const auto normalizer = fileSystem;
+    const auto calculator = hashCalculator;
+    const ioPath normalized = normalizer->NormalizePath(ioPath(path.toStdString()));
+    return {normalized, calculator->CalculateHash(normalized)};
+}
+
 template <typename Request, typename Refused, typename Accepted>
 void NorlisCloudManager::Send(Request request, Refused refused, Accepted accepted)
 {
-    if (!self) {
+    const auto guard = lifetime->Watch();
+    if (!guard) {
         return; // a manager in destruction starts nothing
     }
-    const std::weak_ptr<NorlisCloudManager> alive = self;
     const auto cloud = protocol; // must outlive the call even if the manager does not
     const qint64 id = request(*cloud);
-    if (alive.expired()) {
-        if (id != notStarted) {
-            cloud->cancelOperation(id);
+    if (id == notStarted) {
+        if (guard) {
+            refused();
         }
-    } else if (id == notStarted) {
-        refused();
-    } else {
+        return;
+    }
+    if (guard) {
         accepted(id);
+    }
+    if (guard) {
         activeRequests.insert(id);
+    } else {
+        cloud->cancelOperation(id);
     }
 }
 
 template <typename... Payload, typename Handler>
 std::function<void(qint64, Social::RequestResult, Payload...)> NorlisCloudManager::OnCompleted(Handler handler)
 {
-    return [this, alive = std::weak_ptr<NorlisCloudManager>(self), handler](qint64 id, RequestResult result,
-                                                                            Payload... payload) {
-        if (!alive.expired() && IsPending(id)) {
+    return [this, guard = lifetime->Watch(), handler](qint64 id, RequestResult result, Payload... payload) {
+        if (guard && IsPending(id)) {
             activeRequests.remove(id);
             const Handler heldHandler = handler; // the protocol may drop this callback while it runs
             heldHandler(id, result, payload...);
@@ -569,8 +582,8 @@ std::function<void(qint64, Social::RequestResult, Payload...)> NorlisCloudManage
 template <typename Handler>
 std::function<void(qint64, int)> NorlisCloudManager::OnProgress(Handler handler)
 {
-    return [this, alive = std::weak_ptr<NorlisCloudManager>(self), handler](qint64 id, int value) {
-        if (!alive.expired() && IsPending(id)) {
+    return [this, guard = lifetime->Watch(), handler](qint64 id, int value) {
+        if (guard && IsPending(id)) {
             const Handler heldHandler = handler;
             heldHandler(value);
         }
@@ -587,11 +600,11 @@ bool NorlisCloudManager::CancelTransfer(const std::string& value)
         return false;
     }
     const qint64 id = (*found).first;
-    const std::weak_ptr<NorlisCloudManager> alive = self;
+    const auto guard = lifetime->Watch();
     const auto cloud = protocol;
     requestsInCancellation.insert(id);
     cloud->cancelOperation(id);
-    if (alive.expired()) {
+    if (!guard) {
         return false;
     }
     requestsInCancellation.remove(id);
