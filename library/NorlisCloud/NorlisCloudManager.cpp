@@ -7,6 +7,7 @@
 #include <QDateTime>
 #include <QFileInfo>
 #include <QPixmap>
+#include <QScopeGuard>
 #include <QTimer>
 
 #include <glog/logging.h>
@@ -62,7 +63,11 @@ NorlisCloudManager::~NorlisCloudManager()
     for (const qint64 id : requests) {
         if (!requestsInCancellation.contains(id)) {
             requestsInCancellation.insert(id);
-            protocol->cancelOperation(id);
+            try {
+                protocol->cancelOperation(id);
+            } catch (...) { // a destructor has nobody to pass it on to
+                LOG(ERROR) << "Cancel operation failed";
+            }
         }
         activeRequests.remove(id);
         transfers.remove(id);
@@ -602,12 +607,18 @@ bool NorlisCloudManager::CancelTransfer(const std::string& value)
     const qint64 id = (*found).first;
     const auto guard = lifetime->Watch();
     const auto cloud = protocol;
-    requestsInCancellation.insert(id);
-    cloud->cancelOperation(id);
+    {
+        requestsInCancellation.insert(id);
+        const auto unmark = qScopeGuard([&] { // when the protocol throws, too
+            if (guard) {
+                requestsInCancellation.remove(id);
+            }
+        });
+        cloud->cancelOperation(id);
+    }
     if (!guard) {
         return false;
     }
-    requestsInCancellation.remove(id);
     activeRequests.remove(id);
     transfers.remove(id);
     return true;

@@ -110,6 +110,7 @@ private:
     bool IsPending(qint64 id) const;
 
     /// Cancels the first transfer of a value. False when there is none, and when the manager was deleted meanwhile.
+    /// When the protocol throws, the transfer goes on as if it had not been asked.
     bool CancelTransfer(const std::string& value);
 
     std::shared_ptr<ICloudProtocol> protocol;
