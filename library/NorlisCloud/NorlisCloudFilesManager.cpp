@@ -340,8 +340,9 @@ std::shared_ptr<FileInfo> NorlisCloudFilesManager::FindByIndex(int index, const 
     if (index >= 0 && static_cast<std::size_t>(index) < files.size()) {
         return files[static_cast<std::size_t>(index)];
     }
-    LOG(ERROR) << "Norlis::PDF::Cloud::NorlisCloudFilesManager::" << operation << ": Invalid index requested: " << index
-               << "; max index: " << files.size();
+    LOG(ERROR) << "Norlis::PDF::Cloud::NorlisCloudFilesManager::" << operation
+               << ": Invalid index requested: " << std::to_string(index)
+               << "; max index: " << std::to_string(files.size()); // in no locale's digits
     return nullptr;
 }
 
