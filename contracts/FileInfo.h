@@ -104,7 +104,9 @@ public:
     FileInfo& operator=(const FileInfo&) = default;
     virtual ~FileInfo();
 
-    /// The cloud id, UTF-8. It stays when the cloud part is taken away.
+    /// The cloud id, UTF-8: the one of the first cloud part that the constructor or UpdateCloudInfo was given. It stays
+    /// when the cloud part is taken away or replaced. Until there is one, the id of the cloud part that was set in
+    /// place; empty without a cloud part.
     std::string GetId();
 
     /// The local copy; empty when there is none.
