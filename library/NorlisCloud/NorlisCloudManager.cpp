@@ -8,12 +8,14 @@
 #include <QFileInfo>
 #include <QPixmap>
 #include <QScopeGuard>
+#include <QTemporaryFile>
 #include <QTimer>
 
 #include <glog/logging.h>
 
 #include <algorithm>
 #include <exception>
+#include <filesystem>
 #include <limits>
 
 namespace Norlis::PDF::Cloud {
@@ -35,6 +37,29 @@ constexpr int neverUploaded = 5;
 QString IdOf(const std::shared_ptr<FileInfo>& file)
 {
     return QString::fromStdString(file->GetId());
+}
+
+std::filesystem::path Native(const QString& path)
+{
+    return QFile::encodeName(path).toStdString();
+}
+
+/// Stores a picture for its owner alone. It is written to a file made for it, which then takes the name: what stands
+/// there is replaced, and a link that somebody else has put there is not followed. A failure leaves nothing behind.
+bool SavePicture(const QPixmap& picture, const QString& path)
+{
+    QTemporaryFile file(QFileInfo(path).path() + "/norlis-XXXXXX.png");
+    if (!file.open()) {
+        return false;
+    }
+    file.close();
+    if (!picture.save(file.fileName(), nullptr, -1)) {
+        return false;
+    }
+    std::error_code error;
+    std::filesystem::rename(Native(file.fileName()), Native(path), error);
+    file.setAutoRemove(bool(error));
+    return !error;
 }
 
 } // namespace
@@ -446,7 +471,7 @@ void NorlisCloudManager::OnRetrieveFilePreviewCompleted(const std::shared_ptr<Fi
     case Social::Success: {
         const auto path = PreviewPath(IdOf(file), previewSize);
         auto& cloudInfo = file->GetRedactableCloudInfo();
-        if (!cloudInfo || !pixmap.save(path, nullptr, -1)) {
+        if (!cloudInfo || !SavePicture(pixmap, path)) {
             const auto size = QString::fromStdString(FileInfo::previewSizetoString(previewSize));
             ReportError("Cannot save preview for: " + IdOf(file) + " with size: " + size,
                         &NorlisCloudManager::RetrieveFilePreviewError, file, previewSize);
