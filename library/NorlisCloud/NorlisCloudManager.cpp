@@ -331,12 +331,21 @@ void NorlisCloudManager::Download(const std::shared_ptr<FileInfo>& record, const
     if (!file) {
         throw std::exception();
     }
-    auto& cloudInfo = file->GetRedactableCloudInfo().value();
-    const auto target = directory + '/' + QString::fromStdString(cloudInfo.GetFileName());
+    const auto refused = [&] {
+        ReportError("Download file failed", &NorlisCloudManager::DownloadingFileRequestError, file);
+    };
+    auto& cloudInfo = file->GetRedactableCloudInfo();
+    if (!cloudInfo) { // the cloud cannot be asked for it
+        if (Emit(&NorlisCloudManager::DownloadingStarted, file)) {
+            refused();
+        }
+        return;
+    }
+    const auto target = directory + '/' + QString::fromStdString(cloudInfo->GetFileName());
     ICloudProtocol::FileFieldData data;
     data.fields[NorlisCloudProtocol::ID] = IdOf(file);
     data.fields[NorlisCloudProtocol::FILE_NAME] = target;
-    data.fields[NorlisCloudProtocol::FILE_SIZE] = QString::number(cloudInfo.GetSize());
+    data.fields[NorlisCloudProtocol::FILE_SIZE] = QString::number(cloudInfo->GetSize());
 
     if (!Emit(&NorlisCloudManager::DownloadingStarted, file)) {
         return;
@@ -346,8 +355,7 @@ void NorlisCloudManager::Download(const std::shared_ptr<FileInfo>& record, const
         OnDownloadCompleted(directory, *file, result);
     });
     auto progress = OnProgress([this, file](int value) { emit DownloadingProgressValueChanged(file, value); });
-    Send([&](ICloudProtocol& cloud) { return cloud.downloadFile(data, std::move(done), std::move(progress)); },
-         [&] { ReportError("Download file failed", &NorlisCloudManager::DownloadingFileRequestError, file); },
+    Send([&](ICloudProtocol& cloud) { return cloud.downloadFile(data, std::move(done), std::move(progress)); }, refused,
          [&, guard = lifetime->Watch()](qint64 id) {
              const auto [path, hash] = NormalizeAndHash(target);
              if (guard) {
