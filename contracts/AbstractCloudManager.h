@@ -74,7 +74,7 @@ public:
     virtual void RetrieveFilePreview(const std::shared_ptr<FileInfo>& file, FileInfo::PreviewSize previewSize,
                                      const QSize& size) = 0;
 
-signals:
+Q_SIGNALS:
     /// A request was made while signed out; it was not sent.
     void AuthorizationRequired();
 

@@ -81,7 +81,7 @@ public:
     /// Bytes, of the local copy or else of the cloud copy; the low 32 bits of the count.
     virtual int GetFileSize(int index) const = 0;
 
-signals:
+Q_SIGNALS:
     // The editor connects to these overloads: clazy:excludeall=overloaded-signal
     /// Follows the signal below.
     void FileAdded();

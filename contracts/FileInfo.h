@@ -173,4 +173,3 @@ private:
 Q_DECLARE_METATYPE(std::shared_ptr<Norlis::PDF::FileInfo>)
 Q_DECLARE_METATYPE(std::shared_ptr<const Norlis::PDF::FileInfo>)
 Q_DECLARE_METATYPE(Norlis::PDF::FileInfo::PreviewSize)
-Q_DECLARE_METATYPE(std::string)

@@ -1,5 +1,9 @@
 #pragma once
 
+// X11 has a macro of this name.
+#pragma push_macro("Success")
+#undef Success
+
 namespace Norlis::Social {
 
 /// Outcome of a cloud request. Other values may come from a newer service; they are ignored, except that sign-in and
@@ -11,3 +15,5 @@ enum RequestResult : int {
 };
 
 } // namespace Norlis::Social
+
+#pragma pop_macro("Success")

@@ -102,9 +102,9 @@ void NorlisCloudFilesManager::Add(const std::shared_ptr<FileInfo>& file)
     const auto guard = lifetime->Watch();
     files.push_front(added);
     removedFileIds.erase(added->GetId());
-    emit FileAdded(added);
+    Q_EMIT FileAdded(added);
     if (guard) {
-        emit FileAdded();
+        Q_EMIT FileAdded();
     }
 }
 
@@ -122,9 +122,9 @@ void NorlisCloudFilesManager::Remove(const std::shared_ptr<FileInfo>& file)
     if (!guard || !RemoveImpl(removed)) {
         return;
     }
-    emit FileRemoved(std::shared_ptr<const FileInfo>(removed));
+    Q_EMIT FileRemoved(std::shared_ptr<const FileInfo>(removed));
     if (guard) {
-        emit FileRemoved();
+        Q_EMIT FileRemoved();
     }
 }
 
@@ -148,14 +148,14 @@ void NorlisCloudFilesManager::Update(const std::shared_ptr<const FileInfo>& newe
     if (!guard) {
         return;
     }
-    emit FileUpdated(held->GetId());
+    Q_EMIT FileUpdated(held->GetId());
     if (!guard) {
         return;
     }
     // The slots may have moved the record, or taken it out.
     const auto current = std::find(files.begin(), files.end(), held);
     if (current != files.end()) {
-        emit FileUpdated(static_cast<int>(current - files.begin()));
+        Q_EMIT FileUpdated(static_cast<int>(current - files.begin()));
     }
 }
 

@@ -105,12 +105,12 @@ void NorlisCloudManager::Authorization(const QString& token)
 {
     if (token.isEmpty()) {
         LOG(ERROR) << "Norlis::PDF::Cloud::NorlisCloudManager::" << __func__ << ": invalid token";
-        emit AuthorizationFailed();
+        Q_EMIT AuthorizationFailed();
         return;
     }
     const auto fail = [this] {
         LOG(ERROR) << "Auth failed";
-        emit AuthorizationFailed();
+        Q_EMIT AuthorizationFailed();
     };
     const QMap<QString, QString> fields = {
         {NorlisCloudProtocol::API_VERSION, apiVersion},
@@ -123,7 +123,7 @@ void NorlisCloudManager::Authorization(const QString& token)
             return;
         }
         LOG(INFO) << "Auth completed";
-        emit AuthorizationCompleted();
+        Q_EMIT AuthorizationCompleted();
     });
     Send([&](ICloudProtocol& cloud) { return cloud.auth(fields, std::move(done)); }, fail);
 }
@@ -137,7 +137,7 @@ void NorlisCloudManager::Logout()
     }
     cloud->logout();
     if (guard) {
-        emit LoggedOut();
+        Q_EMIT LoggedOut();
     }
 }
 
@@ -184,7 +184,7 @@ void NorlisCloudManager::OnRetrieveFilesListCompleted(RequestResult result, QLis
                 }
             }
         }
-        emit RetrievingFilesListFinished(files);
+        Q_EMIT RetrievingFilesListFinished(files);
         break;
     }
     case Social::Error:
@@ -192,7 +192,7 @@ void NorlisCloudManager::OnRetrieveFilesListCompleted(RequestResult result, QLis
         break;
     case Social::Canceled:
         LOG(INFO) << "Files list request canceled";
-        emit RetrievingFilesListCanceled();
+        Q_EMIT RetrievingFilesListCanceled();
         break;
     }
 }
@@ -250,7 +250,7 @@ void NorlisCloudManager::StartUpload(const QString& path, QMap<QString, QString>
             transfers.remove(id);
             OnUploadCompleted(path, result, sharing);
         });
-    auto progress = OnProgress([this, path](int value) { emit UploadingProgressValueChanged(path, value); });
+    auto progress = OnProgress([this, path](int value) { Q_EMIT UploadingProgressValueChanged(path, value); });
     Send([&](ICloudProtocol& cloud) { return cloud.uploadFile(path, fields, std::move(done), std::move(progress)); },
          [&] { ReportError("Upload file failed", &NorlisCloudManager::UploadingFileRequestError, path); },
          [&](qint64 id) { transfers[id] = path.toStdString(); });
@@ -281,7 +281,7 @@ void NorlisCloudManager::OnUploadCompleted(const QString& path, RequestResult re
         LOG(ERROR) << message.toStdString();
         RemoveFile(file); // what the upload left in the cloud
         if (guard) {
-            emit UploadingFileRequestError(path, message);
+            Q_EMIT UploadingFileRequestError(path, message);
         }
         break;
     }
@@ -289,7 +289,7 @@ void NorlisCloudManager::OnUploadCompleted(const QString& path, RequestResult re
         LOG(INFO) << "Upload file canceled";
         RemoveFile(file);
         if (guard) {
-            emit UploadingCanceled(path);
+            Q_EMIT UploadingCanceled(path);
         }
         break;
     }
@@ -299,7 +299,7 @@ void NorlisCloudManager::CancelUploading(const QString& localPath)
 {
     const auto path = localPath;
     if (RequireLogin() && CancelTransfer(path.toStdString())) {
-        emit UploadingCanceled(path);
+        Q_EMIT UploadingCanceled(path);
     }
 }
 
@@ -354,7 +354,7 @@ void NorlisCloudManager::Download(const std::shared_ptr<FileInfo>& record, const
         transfers.remove(id);
         OnDownloadCompleted(directory, *file, result);
     });
-    auto progress = OnProgress([this, file](int value) { emit DownloadingProgressValueChanged(file, value); });
+    auto progress = OnProgress([this, file](int value) { Q_EMIT DownloadingProgressValueChanged(file, value); });
     Send([&](ICloudProtocol& cloud) { return cloud.downloadFile(data, std::move(done), std::move(progress)); }, refused,
          [&, guard = lifetime->Watch()](qint64 id) {
              const auto [path, hash] = NormalizeAndHash(target);
@@ -374,7 +374,7 @@ void NorlisCloudManager::OnDownloadCompleted(const QString&, const FileInfo& fil
     };
     switch (result) {
     case Social::Success:
-        emit DownloadingFinished(copyOfFinished());
+        Q_EMIT DownloadingFinished(copyOfFinished());
         break;
     case Social::Error:
         ReportError("Download file error", &NorlisCloudManager::DownloadingFileRequestError, copyOfFinished());
@@ -385,7 +385,7 @@ void NorlisCloudManager::OnDownloadCompleted(const QString&, const FileInfo& fil
         if (copy->GetPath().exists()) {
             copy->GetPath().remove();
         }
-        emit DownloadingCanceled(copy);
+        Q_EMIT DownloadingCanceled(copy);
         break;
     }
     }
@@ -406,7 +406,7 @@ void NorlisCloudManager::CancelDownloading(const std::shared_ptr<FileInfo>& reco
     if (file->GetPath().exists()) {
         file->GetPath().remove();
     }
-    emit DownloadingCanceled(file);
+    Q_EMIT DownloadingCanceled(file);
 }
 
 // Remove
@@ -486,7 +486,7 @@ void NorlisCloudManager::OnRetrieveFilePreviewCompleted(const std::shared_ptr<Fi
             break;
         }
         cloudInfo->SetPreviewPathBySize(ioPath(path.toStdString()), previewSize);
-        emit RetrieveFilePreviewFinished(file, previewSize);
+        Q_EMIT RetrieveFilePreviewFinished(file, previewSize);
         break;
     }
     case Social::Error:
@@ -494,7 +494,7 @@ void NorlisCloudManager::OnRetrieveFilePreviewCompleted(const std::shared_ptr<Fi
         break;
     case Social::Canceled:
         LOG(INFO) << "Retrieving file preview canceled";
-        emit RetrieveFilePreviewCanceled(file);
+        Q_EMIT RetrieveFilePreviewCanceled(file);
         break;
     }
 }
@@ -522,7 +522,7 @@ void NorlisCloudManager::OnRetrieveUserQuotaCompleted(RequestResult result, QMap
     switch (result) {
     case Social::Success: {
         const auto [used, total] = quota[applicationId];
-        emit RetrievingUserQuotaFinished(static_cast<int>(used), static_cast<int>(total));
+        Q_EMIT RetrievingUserQuotaFinished(static_cast<int>(used), static_cast<int>(total));
         break;
     }
     case Social::Error:
@@ -530,7 +530,7 @@ void NorlisCloudManager::OnRetrieveUserQuotaCompleted(RequestResult result, QMap
         break;
     case Social::Canceled:
         LOG(INFO) << "User quota request canceled";
-        emit RetrievingUserQuotaCanceled();
+        Q_EMIT RetrievingUserQuotaCanceled();
         break;
     }
 }
@@ -552,7 +552,7 @@ bool NorlisCloudManager::RequireLogin()
     const auto guard = lifetime->Watch();
     const bool isLoggedIn = IsLoggedIn();
     if (guard && !isLoggedIn) {
-        emit AuthorizationRequired();
+        Q_EMIT AuthorizationRequired();
     }
     return guard && isLoggedIn;
 }
@@ -561,7 +561,7 @@ template <typename Signal, typename... Args>
 bool NorlisCloudManager::Emit(Signal signal, const Args&... args)
 {
     const auto guard = lifetime->Watch();
-    emit(this->*signal)(args...);
+    Q_EMIT(this->*signal)(args...);
     return bool(guard);
 }
 
@@ -569,7 +569,7 @@ template <typename Signal, typename... Args>
 void NorlisCloudManager::ReportError(const QString& message, Signal signal, const Args&... args)
 {
     LOG(ERROR) << message.toStdString();
-    emit(this->*signal)(args..., message);
+    Q_EMIT(this->*signal)(args..., message);
 }
 
 std::pair<ioPath, std::string> NorlisCloudManager::NormalizeAndHash(const QString& path) const
