@@ -45,7 +45,7 @@ public:
 
     /// What a service is able to do: names of capabilities and what was found of each, in the order in which they are
     /// shown.
-    using ServiceTraits = QList<QPair<QString, QString>>;
+    using ServiceCapabilities = QList<QPair<QString, QString>>;
 
     /// \param authInfo which service, and how to reach it
     /// \param name     name of the program that uses the service, for logs and for the service's own list of devices
@@ -94,7 +94,7 @@ public:
     /// Finds out what the service is able to do, by requests that leave nothing behind. What was found names neither
     /// the user nor documents nor the server's address, so that it can be shown to others.
     // NOLINTNEXTLINE(readability-identifier-naming): named like the operations of the abilities
-    qint64 examineService(std::function<void(qint64, RequestResult, const ServiceTraits&)>&& done);
+    qint64 probeService(std::function<void(qint64, RequestResult, const ServiceCapabilities&)>&& done);
 
 private:
     class Q_DECL_HIDDEN Private;

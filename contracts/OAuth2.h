@@ -39,7 +39,7 @@ struct AuthInfo {
     bool allowPlainHttp = false;
 
     /// How long a server may be silent before a request is given up, in milliseconds.
-    int patience = 60'000;
+    int silenceTimeout = 60'000;
 
     /// Called when a request has failed, with the reason, on the thread of the protocol object and just before the
     /// request's own callback.

@@ -18,7 +18,7 @@ namespace Norlis::Social {
 
 using CloudFile = Ability::File<NorlisCloudSharingResult>::FileInfo;
 using QuotaByApplication = QMap<QString, Ability::Quota::QuotaValue>;
-using ServiceTraits = QList<QPair<QString, QString>>; ///< see NorlisCloudProtocol::examineService
+using ServiceTraits = QList<QPair<QString, QString>>; ///< see NorlisCloudProtocol::probeService
 
 /// Settles the race between a cancellation and the last step of a transfer, which run on two threads: a transfer that
 /// was cancelled never puts its result in place afterwards, and one that has is known to the canceller.

@@ -165,7 +165,7 @@ std::shared_ptr<WebDavService::Session> WebDavService::NewSession(const QString&
     settings.userAgent = programName;
     settings.authorization = AuthorizationOf(user, token);
     settings.certificateFile = authInfo.certificateFile;
-    settings.patience = authInfo.patience;
+    settings.patience = authInfo.silenceTimeout;
     Secrets secrets;
     secrets.Add(user, token);
     return std::make_shared<Session>(std::make_shared<WebDavServer>(collection, settings, secrets, user));
