@@ -1,4 +1,4 @@
-#include "FilesListStage.h"
+#include "FilesListDriver.h"
 
 #include <tests/support/LogCapture.h>
 #include <tests/support/SlotRunner.h>
@@ -16,57 +16,57 @@ using namespace TestKit;
 using PDF::Cloud::NorlisCloudFilesManager;
 
 /// The library.
-class LibraryStage : public FilesListStage {
+class LibraryDriver : public FilesListDriver {
 public:
-    explicit LibraryStage(const QString& folder) : FilesListStage(folder), log(journal) {}
+    explicit LibraryDriver(const QString& folder) : FilesListDriver(folder), log(journal) {}
 
 private:
     struct Store : PDF::Cloud::ICloudInfoStorage {
-        explicit Store(LibraryStage& stage) : stage(stage) {}
+        explicit Store(LibraryDriver& driver) : driver(driver) {}
 
         void RemoveRecord(const std::string& id) override
         {
-            stage.FilesListStage::RemoveRecord(id);
+            driver.FilesListDriver::RemoveRecord(id);
         }
 
         void SetValue(const std::string& id, const std::string& key, const std::string& value) override
         {
-            stage.FilesListStage::SetValue(id, key, value);
+            driver.FilesListDriver::SetValue(id, key, value);
         }
 
         std::map<std::string, Fields> ReadAll() override
         {
-            return stage.FilesListStage::ReadAll();
+            return driver.FilesListDriver::ReadAll();
         }
 
-        LibraryStage& stage;
+        LibraryDriver& driver;
     };
 
     struct FileSystem : PDF::IFileSystem {
-        explicit FileSystem(LibraryStage& stage) : stage(stage) {}
+        explicit FileSystem(LibraryDriver& driver) : driver(driver) {}
 
         bool Exists(const ioPath& path) override
         {
-            return stage.FilesListStage::Exists(path);
+            return driver.FilesListDriver::Exists(path);
         }
 
         ioPath NormalizePath(const ioPath& path) override
         {
-            return stage.Normalized(path);
+            return driver.Normalized(path);
         }
 
-        LibraryStage& stage;
+        LibraryDriver& driver;
     };
 
     struct Hashes : PDF::IHashCalculator {
-        explicit Hashes(LibraryStage& stage) : stage(stage) {}
+        explicit Hashes(LibraryDriver& driver) : driver(driver) {}
 
         std::string CalculateHash(const ioPath& path) override
         {
-            return stage.HashOf(path);
+            return driver.HashOf(path);
         }
 
-        LibraryStage& stage;
+        LibraryDriver& driver;
     };
 
     bool HasList() const override
@@ -90,9 +90,9 @@ private:
         list.reset();
     }
 
-    void Operate(const Deed& deed) override
+    void Operate(const Action& action) override
     {
-        if (deed.kind == Deed::CallWhatDoesNothing) {
+        if (action.kind == Action::CallWhatDoesNothing) {
             list->Clear();
             list->Rename({"a", "b"}, "c");
             list->SetImageGetCallback([this](const QString&) {
@@ -101,7 +101,7 @@ private:
             });
             journal->Write("limit " + std::to_string(list->Limit()));
         } else {
-            OperateOn(*list, deed);
+            OperateOn(*list, action);
         }
     }
 
@@ -112,9 +112,9 @@ private:
 
 } // namespace
 
-std::unique_ptr<FilesListStage> FilesListStageOfLibrary(const QString& folder)
+std::unique_ptr<FilesListDriver> FilesListDriverOfLibrary(const QString& folder)
 {
-    return std::make_unique<LibraryStage>(folder);
+    return std::make_unique<LibraryDriver>(folder);
 }
 
 } // namespace Norlis::Test
