@@ -18,7 +18,7 @@ public:
     ///
     /// Should not throw: an exception reaches the caller of the manager's operation, and at the end of an upload the
     /// event loop, in which case the upload ends without its closing signal. May run an event loop, in which the
-    /// manager may be deleted; but an answer to the download whose target is being hashed is lost if it arrives there.
+    /// manager may be deleted.
     virtual std::string CalculateHash(const ioPath& path) = 0;
 };
 

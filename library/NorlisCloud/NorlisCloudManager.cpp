@@ -595,13 +595,23 @@ void NorlisCloudManager::Send(Request request, Refused refused, Accepted accepte
         }
         return;
     }
+    std::function<void()> answer;
     if (guard) {
+        earlyAnswers[id] = &answer;
+        const auto forget = qScopeGuard([&] {
+            if (guard) {
+                earlyAnswers.remove(id);
+            }
+        });
         accepted(id);
     }
-    if (guard) {
-        activeRequests.insert(id);
-    } else {
+    if (!guard) {
         cloud->cancelOperation(id);
+        return;
+    }
+    activeRequests.insert(id);
+    if (answer) {
+        QTimer::singleShot(0, this, answer);
     }
 }
 
@@ -609,10 +619,18 @@ template <typename... Payload, typename Handler>
 std::function<void(qint64, Social::RequestResult, Payload...)> NorlisCloudManager::OnCompleted(Handler handler)
 {
     return [this, guard = lifetime->Watch(), handler](qint64 id, RequestResult result, Payload... payload) {
-        if (guard && IsPending(id)) {
-            activeRequests.remove(id);
-            const Handler heldHandler = handler; // the protocol may drop this callback while it runs
-            heldHandler(id, result, payload...);
+        // Holds copies: the protocol may drop this callback while it runs.
+        const auto answer = [=] {
+            if (guard && IsPending(id)) {
+                activeRequests.remove(id);
+                handler(id, result, payload...);
+            }
+        };
+        const auto early = guard ? earlyAnswers.value(id) : nullptr;
+        if (!early) {
+            answer();
+        } else if (!*early) { // the first one counts
+            *early = answer;
         }
     };
 }

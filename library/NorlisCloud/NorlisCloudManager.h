@@ -120,6 +120,10 @@ private:
     QMap<qint64, std::string> transfers; ///< those that are uploads (local path) and downloads (document id)
     QSet<qint64> requestsInCancellation; ///< those that the protocol is being asked to cancel at this moment
 
+    /// Where to leave the answer to a request that is accepted but not yet registered: it may come when a collaborator
+    /// runs an event loop in between, and is told afterwards.
+    QMap<qint64, std::function<void()>*> earlyAnswers;
+
     /// Watched by whatever outlives an emit, or the call of a collaborator, or waits in the protocol.
     std::unique_ptr<Lifetime> lifetime;
 };

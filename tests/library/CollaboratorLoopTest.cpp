@@ -1,6 +1,10 @@
 #include "CloudManagerBench.h"
 #include "FilesManagerBench.h"
 
+#include <QCoreApplication>
+#include <QSignalSpy>
+
+#include <stdexcept>
 #include <utility>
 
 namespace Norlis::Test {
@@ -205,6 +209,46 @@ TEST_F(CloudManagerLoopTest, ManagerDeletedWhileAnUploadedFileIsHashedReportsNot
             EXPECT_THAT(Events(), IsEmpty());
         }
     }
+}
+
+TEST_F(CloudManagerLoopTest, AnswerThatArrivesWhileTheTargetOfADownloadIsHashedIsReportedAfterwards)
+{
+    calculator->inside = [this] { protocol->Answer(1, Social::Success); };
+    QSignalSpy finished(manager.get(), &NorlisCloudManager::DownloadingFinished);
+
+    manager->Download(file, directory);
+
+    EXPECT_THAT(Events(), ElementsAre("DownloadingStarted(doc)", "-> downloadFile 1"));
+    QCoreApplication::processEvents();
+    EXPECT_THAT(Events(), ElementsAre("DownloadingFinished(doc)"));
+    const auto copy = finished.value(0).value(0).value<std::shared_ptr<const FileInfo>>();
+    EXPECT_EQ(std::const_pointer_cast<FileInfo>(copy)->GetPath(), file->GetPath());
+    EXPECT_FALSE(manager->IsSyncInProgressWithCloud());
+}
+
+TEST_F(CloudManagerLoopTest, AnswerThatArrivesWhileTheTargetOfADownloadIsHashedIsDroppedWhenItIsCancelledAfterwards)
+{
+    calculator->inside = [this] { protocol->Answer(1, Social::Success); };
+    manager->Download(file, directory);
+    manager->CancelDownloading(file);
+    Forget();
+    QCoreApplication::processEvents();
+    EXPECT_THAT(Events(), IsEmpty());
+    EXPECT_FALSE(manager->IsSyncInProgressWithCloud());
+}
+
+TEST_F(CloudManagerLoopTest, AnswerThatArrivesWhileAHashIsCalculatedThatFailsIsDropped)
+{
+    calculator->inside = [this] {
+        protocol->Answer(1, Social::Success);
+        throw std::runtime_error("not readable");
+    };
+    EXPECT_THROW(manager->Download(file, directory), std::runtime_error);
+    Forget();
+    QCoreApplication::processEvents();
+    protocol->Answer(1, Social::Success);
+    EXPECT_THAT(Events(), IsEmpty());
+    EXPECT_FALSE(manager->IsSyncInProgressWithCloud());
 }
 
 /// The same for the file list.
