@@ -15,19 +15,20 @@
 ///
 /// Every request returns its operation id at once and calls its completion callback later: exactly once, with that id,
 /// on the thread of the event loop, and only after the request operation has returned. The id -1 means that the request
-/// was not started; no callback follows it. None follows cancelOperation either.
+/// was not started: no callback follows. None follows cancelOperation or the end of the protocol object either.
 ///
 /// The order of the virtual operations is part of the binary interface.
 namespace Norlis::Social::Ability {
 
 // NOLINTBEGIN(readability-identifier-naming): the names that the service's protocol uses
 
-/// What every ability has: its requests can be given up.
+/// What all abilities share: their requests can be cancelled.
 class NORLIS_CONTRACTS_EXPORT Cancel {
 public:
     virtual ~Cancel() = default;
 
-    /// Gives up a running request of any ability; an id that is not running is ignored.
+    /// Cancels a running request of any ability, whose callbacks are not called any more. An id that is not running is
+    /// ignored.
     virtual void cancelOperation(qint64 id) = 0;
 };
 
@@ -63,8 +64,8 @@ class NORLIS_CONTRACTS_EXPORT File : public virtual Cancel {
 public:
     /// Parameters of a file request, keyed by the constants of NorlisCloudProtocol.
     struct FileFieldData {
-        QMap<QString, QString> fields = {}; ///< named with each request
-        QMap<QString, QString> extra = {};  ///< for services that take more; none of ours does
+        QMap<QString, QString> fields = {}; ///< those that the request names
+        QMap<QString, QString> extra = {};  ///< for services that take more; ours do not
     };
 
     /// One entry of the cloud's files list.
@@ -80,7 +81,7 @@ public:
         QString modifiedAt = {}; ///< ISO 8601; empty when unknown
     };
 
-    /// Told how far a transfer is: 0 to 100, never less than before.
+    /// Called with how much of a transfer is done: 0 to 100 percent, never less than before.
     using ProgressCallback = std::function<void(qint64 id, int percent)>;
 
     /// Fetches the entry of one document. Field: ID.
@@ -99,7 +100,7 @@ public:
     virtual qint64 deleteFile(const FileFieldData& data, std::function<void(qint64, RequestResult)>&& done) = 0;
 
     /// Sends a local file. Fields: FILE_MIME_TYPE, CHUNK_MIME_TYPE, MD5_HASH; with ID the document of that id is
-    /// replaced, without it a new one is made.
+    /// replaced, without it a new one is created.
     virtual qint64 uploadFile(const QString& localPath, const QMap<QString, QString>& fields,
                               std::function<void(qint64, RequestResult, const SharingResult&)>&& done,
                               ProgressCallback&& progress) = 0;
@@ -108,10 +109,11 @@ public:
 /// Storage in use.
 class NORLIS_CONTRACTS_EXPORT Quota : public virtual Cancel {
 public:
-    /// Storage of one application; the unit is the service's.
+    /// Storage of one application; the unit is the protocol's, and so is the meaning of negative figures: see
+    /// NorlisCloudProtocol::userQuota.
     struct QuotaValue {
-        qint64 used = 0;  ///< what documents take
-        qint64 total = 0; ///< what they may take
+        qint64 used = 0;  ///< taken by documents
+        qint64 total = 0; ///< the most that they may take
     };
 
     ~Quota() override = default;
@@ -125,8 +127,8 @@ class NORLIS_CONTRACTS_EXPORT Preview : public virtual Cancel {
 public:
     ~Preview() override = default;
 
-    /// Fetches a picture of a document. Fields: ID; FILE_PREVIEW_WIDTH and FILE_PREVIEW_HEIGHT, the box in pixels that
-    /// the picture fits into without being distorted.
+    /// Fetches a picture of a document. Fields: ID; FILE_PREVIEW_WIDTH and FILE_PREVIEW_HEIGHT, in pixels, of the box
+    /// that the picture is scaled to fit into, keeping its proportions.
     virtual qint64 retrievePreview(const QMap<QString, QString>& fields,
                                    std::function<void(qint64, RequestResult, QPixmap)>&& done) = 0;
 };

@@ -14,15 +14,19 @@ namespace Norlis::PDF::Cloud {
 
 /// Everything that an editor does with the cloud, as asynchronous requests.
 ///
-/// Life cycle of a request: its "Started" signal, where there is one, is emitted from inside the operation; then the
-/// request ends in exactly one of its closing signals (Finished, Error, Canceled). What the service answers comes from
-/// the event loop. What needs no answer comes from inside the operation: a refusal by the protocol, an empty token, a
-/// preview of a document that was never uploaded, and the end that CancelUploading and CancelDownloading make. While
-/// nobody is signed in, all operations but Authorization and Logout emit AuthorizationRequired and do nothing else.
-/// Destroying the manager cancels its requests and emits nothing.
+/// Life cycle of a request: its "Started" signal, where there is one, is emitted from inside the operation; one of its
+/// closing signals (Finished, Error, Canceled) ends it. There is never more than one of these, and none only if the
+/// manager is destroyed before, a collaborator throws, or the protocol answers with a result that is none of
+/// Social::RequestResult. Destroying the manager cancels its requests and emits nothing.
+///
+/// What the service answers is reported from the event loop. What needs no answer is reported from inside the
+/// operation: a refusal by the protocol, an empty token, a document without a cloud part, and what CancelUploading and
+/// CancelDownloading end. While nobody is signed in, all operations but Authorization and Logout emit
+/// AuthorizationRequired and do nothing else.
 ///
 /// Slots may do anything: delete the manager, cancel, start other requests. Belongs to the thread that constructs it.
-/// The order of the virtual operations is part of the binary interface.
+/// What the protocol throws reaches the caller of the operation. The order of the virtual operations is part of the
+/// binary interface.
 class NORLIS_CONTRACTS_EXPORT AbstractCloudManager : public QObject {
     Q_OBJECT
 
@@ -30,14 +34,15 @@ public:
     AbstractCloudManager();
     ~AbstractCloudManager() override;
 
-    /// Signs in; ends in AuthorizationCompleted or AuthorizationFailed.
+    /// Signs in; ends in AuthorizationCompleted or AuthorizationFailed. May be called while signed in, to use another
+    /// token.
     virtual void Authorization(const QString& token) = 0;
 
-    /// Signs out at once; requests that are running go on.
+    /// Signs out at once; does nothing while signed out. Requests that are running go on.
     virtual void Logout() = 0;
 
-    /// Sends the local copy of a record and replaces the cloud document of the record's id. Throws std::exception for a
-    /// null record.
+    /// Sends the file at the record's local path, in place of the cloud document of the record's id. The record itself
+    /// is not changed. Throws std::exception for a null record.
     virtual void Upload(const std::shared_ptr<FileInfo>& file) = 0;
 
     /// Sends a local file as a new document.
@@ -46,48 +51,52 @@ public:
     /// Sends several, each as a request of its own.
     virtual void Upload(const QList<QString>& paths) = 0;
 
-    /// Fetches a document into a folder, under its cloud name. The record is given the target path as soon as the
-    /// request runs. Throws std::exception for a null record.
+    /// Fetches a document into a folder that exists, under its cloud name; a file of that name is replaced. Once the
+    /// protocol has accepted the request, and before the document arrives, the record is given the target path. A
+    /// record without a cloud part ends in DownloadingFileRequestError. Throws std::exception for a null record.
     virtual void Download(const std::shared_ptr<FileInfo>& file, const QString& directory) = 0;
 
-    /// Fetches several, each as a request of its own.
+    /// Fetches several, each as a request of its own. A null record throws std::exception when its turn comes.
     virtual void Download(const QList<std::shared_ptr<FileInfo>>& files, const QString& directory) = 0;
 
-    /// Fetches the cloud's documents, and three previews of each. Does nothing while a transfer runs.
+    /// Fetches the list of the cloud's documents, and three previews of each. Does nothing, and emits nothing, while a
+    /// transfer is running.
     virtual void RetrieveFilesList() = 0;
 
     /// Deletes the cloud document; local files stay. Throws std::exception for a null record.
     virtual void RemoveFile(const std::shared_ptr<FileInfo>& file) = 0;
 
-    /// Gives up the first running upload of the path; nothing happens when there is none.
+    /// Cancels the first running upload of the path; nothing happens when there is none.
     virtual void CancelUploading(const QString& path) = 0;
 
-    /// Gives up the first running download of the record's id and deletes the file at the record's local path; nothing
-    /// happens when there is none. Throws std::exception for a null record.
+    /// Cancels the first running download of the record's id and deletes the file at the record's local path, whatever
+    /// it is: give it a record whose path is that of the download. Nothing happens when there is no such download.
+    /// Throws std::exception for a null record.
     virtual void CancelDownloading(const std::shared_ptr<FileInfo>& file) = 0;
 
-    /// Fetches the storage in use and the whole of it.
+    /// Fetches how much storage is in use, and how much there is.
     virtual void UserQuota() = 0;
 
-    /// Fetches a picture of the document that fits into a box, in pixels, and stores it as a PNG file in the folder for
-    /// temporary files. Throws std::exception for a null record.
+    /// Fetches a picture of the document that fits into a box, in pixels, and stores it in the folder for temporary
+    /// files, as "<id>_<size>.png" and readable for the user alone. Throws std::exception for a null record.
     virtual void RetrieveFilePreview(const std::shared_ptr<FileInfo>& file, FileInfo::PreviewSize previewSize,
                                      const QSize& size) = 0;
 
-signals:
-    /// A request was made while signed out; it was not sent.
+Q_SIGNALS:
+    /// A request was made while nobody is signed in; it was not sent.
     void AuthorizationRequired();
 
     /// Signed in.
     void AuthorizationCompleted();
 
-    /// Not signed in: the token is empty or was not taken, the service cannot be reached, or it cancelled the request.
+    /// Not signed in: the token is empty or was not accepted, the service cannot be reached, or it cancelled the
+    /// request. Who was signed in before may still be.
     void AuthorizationFailed();
 
     /// Signed out by Logout.
     void LoggedOut();
 
-    /// The list was asked for.
+    /// The list is about to be asked for.
     void RetrievingFilesListStarted();
 
     /// One new record per cloud document, in the cloud's order; previews follow one by one.
@@ -115,19 +124,20 @@ signals:
     /// By CancelUploading, or by the service.
     void UploadingCanceled(const QString& path);
 
-    /// The record itself, which has its target path now.
+    /// The record itself. Its local path is set only after this signal, once the protocol has accepted the request.
     void DownloadingStarted(const std::shared_ptr<FileInfo>& file);
 
     /// \param value percent
     void DownloadingProgressValueChanged(const std::shared_ptr<const FileInfo>& file, int value);
 
-    /// A copy of the record. Its local hash is that of what stood at the target when the download began.
+    /// A copy of the record as it is at the end. Its local hash is still that of the file that was at the target when
+    /// the download began.
     void DownloadingFinished(const std::shared_ptr<const FileInfo>& file);
 
-    /// The download failed or was refused.
+    /// The download failed: a copy of the record; or it was refused: the record itself.
     void DownloadingFileRequestError(const std::shared_ptr<const FileInfo>& file, const QString& message);
 
-    /// By CancelDownloading, or by the service.
+    /// By CancelDownloading: the record that it was given; or by the service: a copy of the record.
     void DownloadingCanceled(const std::shared_ptr<const FileInfo>& file);
 
     /// The document is gone from the cloud; its record is for the receiver to take out of its list.
@@ -136,8 +146,9 @@ signals:
     /// The removal failed, was refused, or was cancelled by the service.
     void RemovingFileError(const std::shared_ptr<const FileInfo>& file, const QString& message);
 
-    /// The picture was asked for.
+    /// The picture is about to be asked for.
     void RetrieveFilePreviewStarted(const std::shared_ptr<FileInfo>& file, FileInfo::PreviewSize previewSize);
+
     /// The picture is stored and its path is set in the record's cloud part.
     void RetrieveFilePreviewFinished(const std::shared_ptr<FileInfo>& file, FileInfo::PreviewSize previewSize);
 
@@ -148,10 +159,11 @@ signals:
     /// By the service.
     void RetrieveFilePreviewCanceled(const std::shared_ptr<const FileInfo>& file);
 
-    /// The figures were asked for.
+    /// The figures are about to be asked for.
     void RetrievingUserQuotaStarted();
 
-    /// The two figures of the service, in its unit; the low 32 bits of each.
+    /// The two figures as the protocol gives them, the low 32 bits of each. NorlisCloudProtocol gives MiB, and in place
+    /// of a figure that there is not unknownQuota (-1) or unlimitedQuota (-2).
     void RetrievingUserQuotaFinished(int used, int total);
 
     /// There are no figures.

@@ -16,7 +16,7 @@
 
 namespace Norlis::PDF {
 
-/// A list of documents that the editor's views read by index and that tells them by signals what changed.
+/// A list of documents. The editor's views read it by index and learn from its signals what changed.
 ///
 /// Belongs to the thread that constructs it; signals are emitted from inside the operation that causes them. The order
 /// of the virtual operations is part of the binary interface.
@@ -33,26 +33,29 @@ public:
     /// The id of the first document whose local copy is at the path; empty when there is none.
     virtual std::string GetIdByPath(const ioPath& path) const = 0;
 
-    /// Puts a record, shared with the caller, at the front. Throws std::exception for a null record.
+    /// Puts a record, which stays shared with the caller, at the front. Does not look for another one of the same id.
+    /// Throws std::exception for a null record.
     virtual void Add(const std::shared_ptr<FileInfo>& file) = 0;
 
-    /// Takes the first record of the same id out. Throws std::exception for a null record.
+    /// Takes out the first record of the same id. Throws std::exception for a null record.
     virtual void Remove(const std::shared_ptr<FileInfo>& file) = 0;
 
-    /// Gives documents a name. Lists that cannot rename ignore it.
+    /// Renames documents. Lists that cannot rename ignore it.
     virtual void Rename(const QStringList& ids, const QString& name) = 0;
 
-    /// Forgets all documents. Lists that are a picture of something else ignore it.
+    /// Forgets all documents. Lists that mirror something else ignore it.
     virtual void Clear() = 0;
 
-    /// Merges newer content into the held record of the same id. A null record or an unknown id is ignored; a known one
-    /// without a cloud part throws std::bad_optional_access.
+    /// Merges newer content into the first record of the same id: the cloud part, the local path, the previews, if
+    /// there are any, and whether a transfer is running. The local hash is calculated anew; the cloud hash of the last
+    /// synchronisation stays. A null record or an unknown id is ignored; a known one without a cloud part throws
+    /// std::bad_optional_access.
     virtual void Update(const std::shared_ptr<const FileInfo>& file) = 0;
 
     /// How many documents there are; indexes run from 0 to one less.
     virtual int FilesCount() const = 0;
 
-    /// Most documents that the list may hold; 0 for no limit.
+    /// The maximum number of documents in the list; 0 for no limit.
     virtual int Limit() const = 0;
 
     /// An independent copy of the first record of the id; null when there is none.
@@ -63,7 +66,7 @@ public:
     /// Name of the cloud copy; empty without one.
     virtual QString GetDocumentName(int index) const = 0;
 
-    /// Preview images by the name of their size, each a file URL.
+    /// File URLs of the preview images, by the name of their size.
     virtual QMap<QString, QVariant> GetPreviewsSet(int index) const = 0;
 
     /// FileInfo::GetId as text.
@@ -81,7 +84,7 @@ public:
     /// Bytes, of the local copy or else of the cloud copy; the low 32 bits of the count.
     virtual int GetFileSize(int index) const = 0;
 
-signals:
+Q_SIGNALS:
     // The editor connects to these overloads: clazy:excludeall=overloaded-signal
     /// Follows the signal below.
     void FileAdded();
@@ -98,7 +101,9 @@ signals:
     /// Follows the signal below, unless a slot of that took the record out.
     void FileUpdated(int index);
 
-    /// The record of this id was merged with newer content, which need not have changed anything.
+    /// The record of this id was merged with newer content, which need not have changed anything. The parameter's type
+    /// is registered, so queued connections and QSignalSpy work; a program that reads it from a QVariant declares it
+    /// with Q_DECLARE_METATYPE(std::string) in its own code.
     void FileUpdated(const std::string& id);
 };
 

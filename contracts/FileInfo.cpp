@@ -109,7 +109,7 @@ FileInfo::~FileInfo() = default;
 
 std::string FileInfo::GetId()
 {
-    return id;
+    return id.empty() && cloudInfo ? cloudInfo->GetId() : id;
 }
 
 ioPath FileInfo::GetPath()
@@ -158,6 +158,7 @@ std::optional<FileInfo::CloudInfo>& FileInfo::GetRedactableCloudInfo()
 
 bool FileInfo::UpdateCloudInfo(const CloudInfo& newer)
 {
+    id = GetId();
     CloudInfo merged = newer;
     if (cloudInfo) {
         auto previewsOfBoth = merged.GetPreviewsSet();

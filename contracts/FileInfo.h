@@ -16,21 +16,20 @@ namespace Norlis::PDF {
 
 /// One document: its local copy and, where the cloud knows it, its cloud part.
 ///
-/// Records are shared by std::shared_ptr between the editor and the library and belong to the thread of their owner;
-/// nothing is locked. Most getters are not const: that is the shape of the editor's own record, which this one stands
-/// for.
+/// Records are shared by std::shared_ptr between the editor and the library and used on one thread only; nothing is
+/// locked. Most getters are not const, as in the editor's own record, which this class stands in for.
 class NORLIS_CONTRACTS_EXPORT FileInfo {
 public:
     /// Sizes of preview images, ascending. The numbers are stored and must not change.
     enum class PreviewSize { Small = 0, Medium = 1, Large = 2 };
 
-    /// How the local copy and the cloud copy stand to each other. Read as a number by the editor.
+    /// How the local copy and the cloud copy relate. The editor reads it as a number.
     enum class CloudStatus {
         OnlyInCloud = 0,        ///< no local copy, or none that could be read
         InSync = 1,             ///< both copies have the same content
         ChangedLocally = 2,     ///< only the local copy changed since the last synchronisation
         ChangedInCloud = 3,     ///< only the cloud copy changed since the last synchronisation
-        NoSuchDocument = 4,     ///< never a record's status: what a list answers for an index that it does not have
+        NoSuchDocument = 4,     ///< never a record's status: a list's answer for an index that it does not have
         NotUploaded = 5,        ///< no cloud part
         ChangedOnBothSides = 6, ///< the copies differ, and not by the change of one side alone
     };
@@ -94,7 +93,7 @@ public:
     /// A document known from the cloud, with no local copy yet.
     FileInfo(const CloudInfo& cloudInfo);
 
-    /// A document that exists only locally. Its id is empty until a cloud part brings one.
+    /// A document that exists only locally. Its id is empty until it is given a cloud part.
     FileInfo(const ioPath& path, const std::string& md5Hash);
 
     /// A copy shares nothing with the original.
@@ -104,7 +103,9 @@ public:
     FileInfo& operator=(const FileInfo&) = default;
     virtual ~FileInfo();
 
-    /// The cloud id, UTF-8. It stays when the cloud part is taken away.
+    /// The cloud id, UTF-8: the one of the first cloud part that the constructor or UpdateCloudInfo was given. It stays
+    /// when the cloud part is taken away or replaced. Until there is one, the id of the cloud part that was set in
+    /// place; empty without a cloud part.
     std::string GetId();
 
     /// The local copy; empty when there is none.
@@ -129,7 +130,7 @@ public:
     /// A copy of the cloud part.
     std::optional<const CloudInfo> GetCloudInfo();
 
-    /// The cloud part itself, to change it in place or to take it away.
+    /// The cloud part itself, to change it in place, to set it or to take it away.
     std::optional<CloudInfo>& GetRedactableCloudInfo();
 
     /// Replaces the cloud part by newer data. Previews of sizes that the newer data does not bring are kept. A record
@@ -139,13 +140,15 @@ public:
     /// Derived from the hashes, the path and the cloud part at each call.
     CloudStatus GetCloudStatus();
 
-    /// Whether a transfer of the document runs, as far as its owner has said so.
+    /// Whether a transfer of the document is running: what SetIsSyncingInProgress said last.
     bool IsSyncingInProgress() const;
 
-    /// Says so.
+    /// For whoever starts and ends transfers. The library never sets it of its own accord: AbstractFileManager::Update
+    /// copies it, and the copies that the closing signals of a download carry have it cleared.
     void SetIsSyncingInProgress(bool inProgress);
 
-    /// Previews that belong to the record rather than to its cloud part.
+    /// Previews that belong to the record rather than to its cloud part. The library stores pictures in the cloud part,
+    /// whose previews are the ones that are persisted and shown by index.
     std::map<PreviewSize, ioPath> GetPreviewsSet();
 
     /// Replaces all of them. The files stay the caller's.
@@ -171,4 +174,3 @@ private:
 Q_DECLARE_METATYPE(std::shared_ptr<Norlis::PDF::FileInfo>)
 Q_DECLARE_METATYPE(std::shared_ptr<const Norlis::PDF::FileInfo>)
 Q_DECLARE_METATYPE(Norlis::PDF::FileInfo::PreviewSize)
-Q_DECLARE_METATYPE(std::string)

@@ -7,12 +7,18 @@
 
 namespace Norlis::PDF {
 
-/// Hashes local files. Called on the event-loop thread.
+/// Hashes local files. Called on the event-loop thread, often for files that have not changed: calculate ahead, or
+/// remember.
 class NORLIS_CONTRACTS_EXPORT IHashCalculator {
 public:
     virtual ~IHashCalculator() = default;
 
-    /// The MD5 hash of the file's content, in the form in which the cloud reports hashes.
+    /// The MD5 hash of the file's content, in the form in which the cloud reports hashes. Empty for a file that cannot
+    /// be read, and for the empty path, which stands for a document without a local copy.
+    ///
+    /// Should not throw: an exception reaches the caller of the manager's operation, and at the end of an upload the
+    /// event loop, in which case the upload ends without its closing signal. May run an event loop, in which the
+    /// manager may be deleted.
     virtual std::string CalculateHash(const ioPath& path) = 0;
 };
 

@@ -11,7 +11,8 @@ void RegisterMetaTypes()
 {
     // The meta-object holds a parameter's type as it is spelled in the signal, so both spellings are registered.
     [[maybe_unused]] static const bool once = [] {
-        qRegisterMetaType<std::string>();
+        // By name alone: whether to declare std::string as a meta-type is for each program to say.
+        qRegisterMetaType<std::string>("std::string");
         qRegisterMetaType<std::shared_ptr<FileInfo>>();
         qRegisterMetaType<std::shared_ptr<FileInfo>>("std::shared_ptr<FileInfo>");
         qRegisterMetaType<std::shared_ptr<const FileInfo>>();

@@ -16,8 +16,8 @@ namespace Norlis::Social {
 /// The cloud service's protocol object.
 ///
 /// Belongs to the thread that constructs it, which must run an event loop: all operations are called there and all
-/// callbacks arrive there, each in its own turn of the event loop, never from inside an operation. Disk, network and
-/// rendering work happens elsewhere. Destroying the object drops all requests without a callback.
+/// callbacks arrive there, each from the event loop, never from inside an operation. Disk, network and rendering work
+/// happens elsewhere. Destroying the object drops all requests without a callback.
 ///
 /// Previews need a QGuiApplication, since they are delivered as QPixmap.
 class NORLIS_SOCIAL_EXPORT NorlisCloudProtocol
@@ -29,7 +29,7 @@ public:
     static const QString ID;                  ///< id of a document
     static const QString FILE_NAME;           ///< local path that a download is written to
     static const QString FILE_SIZE;           ///< bytes, decimal
-    static const QString MD5_HASH;            ///< MD5 of the local file, hexadecimal; empty is not checked
+    static const QString MD5_HASH;            ///< MD5 of the local file, hexadecimal; not checked when empty
     static const QString FILE_MIME_TYPE;      ///< media type of a document
     static const QString CHUNK_MIME_TYPE;     ///< media type of one piece of it
     static const QString SSO_TOKEN;           ///< token that proves the user's identity
@@ -43,8 +43,9 @@ public:
     static constexpr qint64 unknownQuota = -1;   ///< the service does not tell
     static constexpr qint64 unlimitedQuota = -2; ///< the total of a service that sets no limit
 
-    /// What a service is able to do: names of traits and what was found, in the order in which they are shown.
-    using ServiceTraits = QList<QPair<QString, QString>>;
+    /// What a service is able to do: names of capabilities and what was found of each, in the order in which they are
+    /// shown.
+    using ServiceCapabilities = QList<QPair<QString, QString>>;
 
     /// \param authInfo which service, and how to reach it
     /// \param name     name of the program that uses the service, for logs and for the service's own list of devices
@@ -78,8 +79,9 @@ public:
                       std::function<void(qint64, int)>&& progress) override;
 
     /// One entry, keyed "pdf". Unit: MiB of 1,048,576 bytes, so that the figures also fit into the 32 bits that the
-    /// cloud manager hands on; used storage is rounded up, the total down. A service that does not tell one of them, or
-    /// sets no limit, gives unknownQuota or unlimitedQuota in its place, both negative.
+    /// cloud manager passes on; used storage is rounded up, the total down. In place of a figure that the service does
+    /// not tell stands unknownQuota, in place of the total of a service without a limit unlimitedQuota; both are
+    /// negative.
     qint64 userQuota(std::function<void(qint64, RequestResult, const QMap<QString, QuotaValue>&)>&& done) override;
 
     qint64 retrievePreview(const QMap<QString, QString>& fields,
@@ -89,11 +91,10 @@ public:
 
     /// @}
 
-    /// Finds out what the service is able to do, by requests that leave nothing behind, and describes it in pairs of a
-    /// trait and what was found. They name neither the user nor documents nor the server's address, so that they can be
-    /// shown to others.
+    /// Finds out what the service is able to do, by requests that leave nothing behind. What was found names neither
+    /// the user nor documents nor the server's address, so that it can be shown to others.
     // NOLINTNEXTLINE(readability-identifier-naming): named like the operations of the abilities
-    qint64 examineService(std::function<void(qint64, RequestResult, const ServiceTraits&)>&& done);
+    qint64 probeService(std::function<void(qint64, RequestResult, const ServiceCapabilities&)>&& done);
 
 private:
     class Q_DECL_HIDDEN Private;

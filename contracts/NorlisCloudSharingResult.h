@@ -15,7 +15,7 @@ struct NorlisCloudSharingResult {
     QUrl downloadUrl = {};     ///< empty when there is none
     QDateTime createdAt = {};  ///< invalid when unknown
     QDateTime modifiedAt = {}; ///< invalid when unknown
-    int lifetime = 0;          ///< seconds for which the cloud keeps it; the largest value is without end
+    int lifetime = 0;          ///< seconds for which the cloud keeps it; the largest int stands for ever
 };
 
 } // namespace Norlis::Social

@@ -7,7 +7,7 @@
 
 namespace Norlis::Social::OAuth2 {
 
-/// Why a request failed, in words for a person. Texts never hold a token or a password.
+/// Why a request failed, in words for the user. The texts never hold a token or a password.
 struct Failure {
     qint64 operation = -1; ///< id of the request that failed
     QString what;          ///< what was tried, for instance "Upload"
@@ -19,17 +19,17 @@ struct Failure {
 /// Settings with which a NorlisCloudProtocol is constructed.
 struct AuthInfo {
     /// Where the cloud is: `file:` names a folder, `https:` a collection of a WebDAV server (RFC 4918). Plain `http:`
-    /// is taken on loopback only. A user in it signs in with Basic authentication (RFC 7617) and the token as password;
-    /// without a user the token is sent as a bearer token (RFC 6750). A password in it is ignored.
+    /// is accepted on loopback only. With a user name in it the token is the password of Basic authentication (RFC
+    /// 7617); without one it is sent as a bearer token (RFC 6750). A password in it is ignored.
     QUrl serviceUrl;
 
-    /// Folder in which previews are kept, also between runs, up to a bound; created when missing. Empty keeps none.
+    /// Folder in which previews are kept, also between runs, up to a limit; created when missing. Empty keeps none.
     QString cacheFolder = {};
 
-    /// Upper limit, in bytes, of what the documents of a folder service may take together; 0 leaves it to the disk.
+    /// Most bytes that the documents of a folder service may take together; 0 for whatever fits on the disk.
     qint64 storageLimit = 0;
 
-    /// Who signs in; empty is the user in the service URL.
+    /// Who signs in; when empty, the user in the service URL.
     QString userName = {};
 
     /// PEM file with the certificate authorities to trust, instead of those of the system.
@@ -39,9 +39,10 @@ struct AuthInfo {
     bool allowPlainHttp = false;
 
     /// How long a server may be silent before a request is given up, in milliseconds.
-    int patience = 60'000;
+    int silenceTimeout = 60'000;
 
-    /// Told why a request failed, on the thread of the protocol object and just before the request's own callback.
+    /// Called when a request has failed, with the reason, on the thread of the protocol object and just before the
+    /// request's own callback.
     std::function<void(const Failure&)> onFailure = {};
 };
 

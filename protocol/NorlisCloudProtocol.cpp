@@ -256,9 +256,9 @@ qint64 NorlisCloudProtocol::retrievePreview(const QMap<QString, QString>& fields
     return d->SendForPixmap(Request::Preview{fields.value(ID), box}, std::move(done));
 }
 
-qint64 NorlisCloudProtocol::examineService(std::function<void(qint64, RequestResult, const ServiceTraits&)>&& done)
+qint64 NorlisCloudProtocol::probeService(std::function<void(qint64, RequestResult, const ServiceCapabilities&)>&& done)
 {
-    return d->SendFor<ServiceTraits>(Request::Capabilities{}, std::move(done));
+    return d->SendFor<ServiceCapabilities>(Request::Capabilities{}, std::move(done));
 }
 
 void NorlisCloudProtocol::cancelOperation(qint64 id)

@@ -47,8 +47,8 @@ void DoctorCommand::SignIn(const QString& token)
 
 void DoctorCommand::Examine()
 {
-    protocol->examineService(
-        [this](qint64, Social::RequestResult result, const NorlisCloudProtocol::ServiceTraits& traits) {
+    protocol->probeService(
+        [this](qint64, Social::RequestResult result, const NorlisCloudProtocol::ServiceCapabilities& traits) {
             if (result == Social::Success) {
                 Show(traits);
             } else {
@@ -57,7 +57,7 @@ void DoctorCommand::Examine()
         });
 }
 
-void DoctorCommand::Show(const NorlisCloudProtocol::ServiceTraits& traits)
+void DoctorCommand::Show(const NorlisCloudProtocol::ServiceCapabilities& traits)
 {
     QJsonObject object;
     QString table;

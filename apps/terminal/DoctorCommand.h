@@ -21,7 +21,7 @@ public:
 private:
     void SignIn(const QString& token);
     void Examine();
-    void Show(const Social::NorlisCloudProtocol::ServiceTraits& traits);
+    void Show(const Social::NorlisCloudProtocol::ServiceCapabilities& traits);
     void Fail(const QString& text);
 
     Social::OAuth2::Failure cause; ///< why the last request failed

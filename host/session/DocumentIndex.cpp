@@ -4,8 +4,8 @@
 #include "Records.h"
 
 #include <host/store/RestorableStorage.h>
+#include <NorlisCloud/PreviewFile.h>
 
-#include <QDir>
 #include <QFile>
 
 namespace Norlis::Host {
@@ -156,11 +156,9 @@ void DocumentIndex::Forget(const QString& id)
     if (id.contains('/')) {
         return; // which may lead out of the folder
     }
-    // Where the cloud manager stores them, which keeps them for ever.
-    for (const auto size :
-         {FileInfo::PreviewSize::Small, FileInfo::PreviewSize::Medium, FileInfo::PreviewSize::Large}) {
-        QFile::remove(QDir::tempPath() + '/' + id + '_' + QString::fromStdString(FileInfo::previewSizetoString(size)) +
-                      ".png");
+    // The cloud manager keeps its pictures for ever.
+    for (const auto& [size, edge] : PDF::Cloud::previewPixelSizes) {
+        QFile::remove(PDF::Cloud::PreviewPath(id, size));
     }
 }
 

@@ -3,6 +3,8 @@
 #include "Later.h"
 #include "Records.h"
 
+#include <NorlisCloud/PreviewFile.h>
+
 #include <QSize>
 
 #include <algorithm>
@@ -25,9 +27,8 @@ PreviewIntake::PreviewIntake(const SessionContext& context, std::function<void()
 
 void PreviewIntake::Fetch(const QString& id)
 {
-    // The same edges as those of the pictures that come with a files list: one file on disk holds both.
-    constexpr std::pair<Size, int> edges[] = {{Size::Small, 40}, {Size::Medium, 100}, {Size::Large, 191}};
-    for (const auto& [size, edge] : edges) {
+    // As those that come with a files list: one file on disk holds both.
+    for (const auto& [size, edge] : PDF::Cloud::previewPixelSizes) {
         Later(this, [this, id, size = size, edge = edge] { Fetch(id, size, edge); });
     }
 }

@@ -1,8 +1,12 @@
 #include "RestorableStorage.h"
 
+#include <NorlisCloud/RecordKeys.h>
+
 #include <QByteArray>
 
 namespace Norlis::Host {
+
+namespace RecordKey = PDF::Cloud::RecordKey;
 
 RestorableStorage::RestorableStorage(const std::shared_ptr<PDF::Cloud::ICloudInfoStorage>& storage) : storage(storage)
 {
@@ -34,13 +38,13 @@ std::map<std::string, std::map<std::string, std::string>> RestorableStorage::Rea
             text.toInt(&fits);
             return fits;
         };
-        keepIf("cloud_size", [](const QByteArray& text) {
+        keepIf(RecordKey::cloudSize, [](const QByteArray& text) {
             bool fits = false;
             text.toUInt(&fits);
             return fits;
         });
-        keepIf("is_private", isInt);
-        keepIf("lifetime_in_sec", isInt);
+        keepIf(RecordKey::isPrivate, isInt);
+        keepIf(RecordKey::lifetime, isInt);
     }
     return records;
 }

@@ -1,8 +1,9 @@
 #include <NorlisCloud/NorlisCloudFilesManager.h>
 
+#include <base/Lifetime.h>
+#include <NorlisCloud/RecordKeys.h>
 #include <NorlisCloud/StoredNumber.h>
 
-#include <QPointer>
 #include <QUrl>
 
 #include <glog/logging.h>
@@ -16,21 +17,6 @@ namespace Norlis::PDF::Cloud {
 namespace {
 
 using Fields = std::map<std::string, std::string>;
-
-namespace Key {
-constexpr auto filePath = "file_path";
-constexpr auto localFileHash = "local_file_hash";
-constexpr auto fileHash = "file_hash";
-constexpr auto lastSyncFileHash = "last_sync_file_hash";
-constexpr auto fileName = "file_name";
-constexpr auto isPrivate = "is_private";
-constexpr auto downloadUrl = "download_url";
-constexpr auto createdAt = "created_at";
-constexpr auto modifiedTime = "modified_time"; // read, but never written
-constexpr auto lifetime = "lifetime_in_sec";
-constexpr auto cloudSize = "cloud_size";
-constexpr auto previewPath = "preview_path";
-} // namespace Key
 
 constexpr auto previewSeparator = ';';
 
@@ -65,14 +51,14 @@ bool IsNonZero(const Fields& fields, const char* key)
 FileInfo::CloudInfo CloudInfoOf(const std::string& id, const Fields& fields)
 {
     // Read one after the other, so that of two malformed numbers always the same one is reported.
-    const auto sizeText = fields.find(Key::cloudSize);
+    const auto sizeText = fields.find(RecordKey::cloudSize);
     const quint64 size = sizeText == fields.end() ? 0 : StoredUnsigned(sizeText->second);
-    const bool isPrivate = IsNonZero(fields, Key::isPrivate);
-    const int lifetime = IsNonZero(fields, Key::lifetime) ? 1 : 0; // the number of seconds is not restored
-    const QUrl downloadUrl(QString::fromStdString(Text(fields, Key::downloadUrl)), QUrl::TolerantMode);
-    return FileInfo::CloudInfo(id, Text(fields, Key::fileName), size, isPrivate, downloadUrl,
-                               StoredTime(fields, Key::createdAt), StoredTime(fields, Key::modifiedTime), lifetime,
-                               Text(fields, Key::fileHash));
+    const bool isPrivate = IsNonZero(fields, RecordKey::isPrivate);
+    const int lifetime = IsNonZero(fields, RecordKey::lifetime) ? 1 : 0; // the number of seconds is not restored
+    const QUrl downloadUrl(QString::fromStdString(Text(fields, RecordKey::downloadUrl)), QUrl::TolerantMode);
+    return FileInfo::CloudInfo(id, Text(fields, RecordKey::fileName), size, isPrivate, downloadUrl,
+                               StoredTime(fields, RecordKey::createdAt), StoredTime(fields, RecordKey::modifiedTime),
+                               lifetime, Text(fields, RecordKey::fileHash));
 }
 
 } // namespace
@@ -82,7 +68,8 @@ NorlisCloudFilesManager::NorlisCloudFilesManager(const std::shared_ptr<ICloudInf
                                                  const std::shared_ptr<IHashCalculator>& hashCalculator)
     : cloudInfoStorage(cloudInfoStorage),
       fileSystem(fileSystem),
-      hashCalculator(hashCalculator)
+      hashCalculator(hashCalculator),
+      lifetime(std::make_unique<Lifetime>())
 {
     Load();
 }
@@ -96,11 +83,14 @@ void NorlisCloudFilesManager::SetImageGetCallback(const std::function<QImage(con
 
 std::string NorlisCloudFilesManager::GetIdByPath(const ioPath& path) const
 {
-    const ioPath wanted = fileSystem->NormalizePath(path);
-    const auto found = std::find_if(files.begin(), files.end(), [&](const auto& file) {
-        return fileSystem->NormalizePath(file->GetPath()) == wanted;
+    // Normalising may run an event loop, in which the list is changed or deleted.
+    const auto searched = files;
+    const auto normalizer = fileSystem;
+    const ioPath wanted = normalizer->NormalizePath(path);
+    const auto found = std::find_if(searched.begin(), searched.end(), [&](const auto& file) {
+        return normalizer->NormalizePath(file->GetPath()) == wanted;
     });
-    return found == files.end() ? std::string() : (*found)->GetId();
+    return found == searched.end() ? std::string() : (*found)->GetId();
 }
 
 void NorlisCloudFilesManager::Add(const std::shared_ptr<FileInfo>& file)
@@ -109,12 +99,12 @@ void NorlisCloudFilesManager::Add(const std::shared_ptr<FileInfo>& file)
         throw std::exception();
     }
     const auto added = file; // a slot may clear the caller's own pointer
-    const QPointer<NorlisCloudFilesManager> self(this);
+    const auto guard = lifetime->Watch();
     files.push_front(added);
     removedFileIds.erase(added->GetId());
-    emit FileAdded(added);
-    if (self) {
-        emit FileAdded();
+    Q_EMIT FileAdded(added);
+    if (guard) {
+        Q_EMIT FileAdded();
     }
 }
 
@@ -124,16 +114,17 @@ void NorlisCloudFilesManager::Remove(const std::shared_ptr<FileInfo>& file)
         throw std::exception();
     }
     const auto removed = file;
+    const auto guard = lifetime->Watch();
     if (removed->GetRedactableCloudInfo()) {
-        cloudInfoStorage->RemoveRecord(removed->GetId());
+        const auto store = cloudInfoStorage; // must outlive the call even if the list does not
+        store->RemoveRecord(removed->GetId());
     }
-    if (!RemoveImpl(removed)) {
+    if (!guard || !RemoveImpl(removed)) {
         return;
     }
-    const QPointer<NorlisCloudFilesManager> self(this);
-    emit FileRemoved(std::shared_ptr<const FileInfo>(removed));
-    if (self) {
-        emit FileRemoved();
+    Q_EMIT FileRemoved(std::shared_ptr<const FileInfo>(removed));
+    if (guard) {
+        Q_EMIT FileRemoved();
     }
 }
 
@@ -141,26 +132,30 @@ void NorlisCloudFilesManager::Rename(const QStringList&, const QString&) {}
 
 void NorlisCloudFilesManager::Clear() {}
 
-void NorlisCloudFilesManager::Update(const std::shared_ptr<const FileInfo>& incoming)
+void NorlisCloudFilesManager::Update(const std::shared_ptr<const FileInfo>& newer)
 {
-    if (!incoming) {
+    if (!newer) {
         return;
     }
+    const auto incoming = newer;
     const auto found = FindById(Readable(*incoming).GetId());
     if (found == files.end()) {
         return;
     }
     const auto held = *found;
+    const auto guard = lifetime->Watch();
     TryToUpdate(held, incoming);
-    const QPointer<NorlisCloudFilesManager> self(this);
-    emit FileUpdated(held->GetId());
-    if (!self) {
+    if (!guard) {
+        return;
+    }
+    Q_EMIT FileUpdated(held->GetId());
+    if (!guard) {
         return;
     }
     // The slots may have moved the record, or taken it out.
     const auto current = std::find(files.begin(), files.end(), held);
     if (current != files.end()) {
-        emit FileUpdated(static_cast<int>(current - files.begin()));
+        Q_EMIT FileUpdated(static_cast<int>(current - files.begin()));
     }
 }
 
@@ -247,13 +242,13 @@ void NorlisCloudFilesManager::Load()
 {
     for (const auto& [id, fields] : cloudInfoStorage->ReadAll()) {
         const auto file = std::make_shared<FileInfo>(CloudInfoOf(id, fields));
-        const ioPath path = fileSystem->NormalizePath(ioPath(Text(fields, Key::filePath)));
+        const ioPath path = fileSystem->NormalizePath(ioPath(Text(fields, RecordKey::filePath)));
         if (fileSystem->Exists(path)) {
-            file->SetPath(path, Text(fields, Key::localFileHash), Text(fields, Key::lastSyncFileHash));
+            file->SetPath(path, Text(fields, RecordKey::localFileHash), Text(fields, RecordKey::lastSyncFileHash));
             // The file may have changed while nobody looked.
             file->SetPath(path, hashCalculator->CalculateHash(path));
 
-            const auto previews = QString::fromStdString(Text(fields, Key::previewPath))
+            const auto previews = QString::fromStdString(Text(fields, RecordKey::previewPath))
                                       .split(previewSeparator, Qt::KeepEmptyParts, Qt::CaseSensitive);
             if (previews.size() == 3) {
                 std::map<FileInfo::PreviewSize, ioPath> pathBySize;
@@ -279,24 +274,24 @@ void NorlisCloudFilesManager::Save()
         };
         auto& cloudInfo = file->GetRedactableCloudInfo().value();
         if (!file->GetPath().empty()) {
-            store(Key::filePath, file->GetPath().utf8string());
-            store(Key::localFileHash, file->GetMd5Hash());
+            store(RecordKey::filePath, file->GetPath().utf8string());
+            store(RecordKey::localFileHash, file->GetMd5Hash());
         }
-        store(Key::fileHash, cloudInfo.GetMd5Hash());
-        store(Key::lastSyncFileHash, file->GetCloudHashBeforeChange());
-        store(Key::fileName, cloudInfo.GetFileName());
-        store(Key::isPrivate, cloudInfo.IsPrivate() ? "1" : "0");
-        store(Key::downloadUrl, cloudInfo.GetDownloadUrl().toString().toStdString());
-        store(Key::createdAt, cloudInfo.GetCreatedAt().toString(Qt::TextDate).toStdString());
-        store(Key::lifetime, std::to_string(cloudInfo.GetLifeTime()));
-        store(Key::cloudSize, std::to_string(cloudInfo.GetSize()));
+        store(RecordKey::fileHash, cloudInfo.GetMd5Hash());
+        store(RecordKey::lastSyncFileHash, file->GetCloudHashBeforeChange());
+        store(RecordKey::fileName, cloudInfo.GetFileName());
+        store(RecordKey::isPrivate, cloudInfo.IsPrivate() ? "1" : "0");
+        store(RecordKey::downloadUrl, cloudInfo.GetDownloadUrl().toString().toStdString());
+        store(RecordKey::createdAt, cloudInfo.GetCreatedAt().toString(Qt::TextDate).toStdString());
+        store(RecordKey::lifetime, std::to_string(cloudInfo.GetLifeTime()));
+        store(RecordKey::cloudSize, std::to_string(cloudInfo.GetSize()));
 
         std::string previews;
         auto pathBySize = cloudInfo.GetPreviewsSet();
         for (auto& [size, path] : pathBySize) {
             previews += path.utf8string() + previewSeparator;
         }
-        store(Key::previewPath, previews);
+        store(RecordKey::previewPath, previews);
     }
 }
 
@@ -317,8 +312,11 @@ bool NorlisCloudFilesManager::TryToUpdate(const std::shared_ptr<FileInfo>& held,
     FileInfo& newer = Readable(*incoming);
     const bool cloudInfoChanged = held->UpdateCloudInfo(newer.GetCloudInfo().value());
 
-    const ioPath path = fileSystem->NormalizePath(newer.GetPath());
-    const std::string hash = hashCalculator->CalculateHash(path);
+    // Either may run an event loop, in which the list is deleted: from here on it is not touched.
+    const auto normalizer = fileSystem;
+    const auto calculator = hashCalculator;
+    const ioPath path = normalizer->NormalizePath(newer.GetPath());
+    const std::string hash = calculator->CalculateHash(path);
     if (held->GetPath() != newer.GetPath() || held->GetMd5Hash() != hash) {
         held->SetPath(path, hash);
     }
@@ -342,8 +340,9 @@ std::shared_ptr<FileInfo> NorlisCloudFilesManager::FindByIndex(int index, const 
     if (index >= 0 && static_cast<std::size_t>(index) < files.size()) {
         return files[static_cast<std::size_t>(index)];
     }
-    LOG(ERROR) << "Norlis::PDF::Cloud::NorlisCloudFilesManager::" << operation << ": Invalid index requested: " << index
-               << "; max index: " << files.size();
+    LOG(ERROR) << "Norlis::PDF::Cloud::NorlisCloudFilesManager::" << operation
+               << ": Invalid index requested: " << std::to_string(index)
+               << "; max index: " << std::to_string(files.size()); // in no locale's digits
     return nullptr;
 }
 

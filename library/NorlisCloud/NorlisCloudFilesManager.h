@@ -17,6 +17,10 @@
 #include <set>
 #include <string>
 
+namespace Norlis {
+class Lifetime;
+}
+
 namespace Norlis::PDF::Cloud {
 
 /// The list of the user's cloud documents, newest first.
@@ -51,7 +55,7 @@ public:
 
     /// Does nothing.
     void Clear() override;
-    void Update(const std::shared_ptr<const FileInfo>& incoming) override;
+    void Update(const std::shared_ptr<const FileInfo>& newer) override;
     int FilesCount() const override;
     int Limit() const override;
     std::shared_ptr<FileInfo> GetFileInfo(const QString& id) const override;
@@ -79,6 +83,7 @@ private:
     std::shared_ptr<IHashCalculator> hashCalculator;
     std::deque<std::shared_ptr<FileInfo>> files; ///< index 0 is the record added last
     std::set<std::string> removedFileIds;        ///< their stored records are deleted by Save
+    std::unique_ptr<Lifetime> lifetime;
 };
 
 } // namespace Norlis::PDF::Cloud

@@ -1,19 +1,22 @@
 #include <NorlisCloud/NorlisCloudManager.h>
 
+#include <base/Lifetime.h>
 #include <contracts/NorlisCloudProtocol.h>
+#include <NorlisCloud/PreviewFile.h>
 
 #include <QDateTime>
-#include <QDir>
 #include <QFileInfo>
 #include <QPixmap>
+#include <QScopeGuard>
+#include <QTemporaryFile>
 #include <QTimer>
 
 #include <glog/logging.h>
 
 #include <algorithm>
 #include <exception>
+#include <filesystem>
 #include <limits>
-#include <map>
 
 namespace Norlis::PDF::Cloud {
 
@@ -28,13 +31,6 @@ const auto pdfMimeType = QStringLiteral("application/pdf");
 
 constexpr qint64 notStarted = -1;
 
-/// Edges of the square that a preview fits into, in pixels.
-const std::map<FileInfo::PreviewSize, int> previewPixelSizes = {
-    {static_cast<FileInfo::PreviewSize>(0), 40},
-    {static_cast<FileInfo::PreviewSize>(1), 100},
-    {static_cast<FileInfo::PreviewSize>(2), 191},
-};
-
 // By number, since the editor's record library may name its states differently.
 constexpr int neverUploaded = 5;
 
@@ -43,10 +39,27 @@ QString IdOf(const std::shared_ptr<FileInfo>& file)
     return QString::fromStdString(file->GetId());
 }
 
-QString PreviewPath(const std::shared_ptr<FileInfo>& file, FileInfo::PreviewSize previewSize)
+std::filesystem::path Native(const QString& path)
 {
-    return QDir::tempPath() + '/' + IdOf(file) + '_' +
-           QString::fromStdString(FileInfo::previewSizetoString(previewSize)) + ".png";
+    return QFile::encodeName(path).toStdString();
+}
+
+/// Stores a picture for its owner alone. It is written to a file made for it, which then takes the name: what stands
+/// there is replaced, and a link that somebody else has put there is not followed. A failure leaves nothing behind.
+bool SavePicture(const QPixmap& picture, const QString& path)
+{
+    QTemporaryFile file(QFileInfo(path).path() + "/norlis-XXXXXX.png");
+    if (!file.open()) {
+        return false;
+    }
+    file.close();
+    if (!picture.save(file.fileName(), nullptr, -1)) {
+        return false;
+    }
+    std::error_code error;
+    std::filesystem::rename(Native(file.fileName()), Native(path), error);
+    file.setAutoRemove(bool(error));
+    return !error;
 }
 
 } // namespace
@@ -58,7 +71,7 @@ NorlisCloudManager::NorlisCloudManager(const std::shared_ptr<ICloudProtocol>& pr
     : protocol(protocol),
       hashCalculator(hashCalculator),
       fileSystem(fileSystem),
-      self(this, [](NorlisCloudManager*) {})
+      lifetime(std::make_unique<Lifetime>())
 {
     const auto refreshTimer = new QTimer(this);
     if (accountSettings->IsAutoRefreshEnabled()) {
@@ -69,13 +82,17 @@ NorlisCloudManager::NorlisCloudManager(const std::shared_ptr<ICloudProtocol>& pr
 
 NorlisCloudManager::~NorlisCloudManager()
 {
-    self.reset();
+    lifetime->End(); // the protocol may still call back
     blockSignals(true);
     const auto requests = activeRequests;
     for (const qint64 id : requests) {
         if (!requestsInCancellation.contains(id)) {
             requestsInCancellation.insert(id);
-            protocol->cancelOperation(id);
+            try {
+                protocol->cancelOperation(id);
+            } catch (...) { // a destructor has nobody to pass it on to
+                LOG(ERROR) << "Cancel operation failed";
+            }
         }
         activeRequests.remove(id);
         transfers.remove(id);
@@ -88,12 +105,12 @@ void NorlisCloudManager::Authorization(const QString& token)
 {
     if (token.isEmpty()) {
         LOG(ERROR) << "Norlis::PDF::Cloud::NorlisCloudManager::" << __func__ << ": invalid token";
-        emit AuthorizationFailed();
+        Q_EMIT AuthorizationFailed();
         return;
     }
     const auto fail = [this] {
         LOG(ERROR) << "Auth failed";
-        emit AuthorizationFailed();
+        Q_EMIT AuthorizationFailed();
     };
     const QMap<QString, QString> fields = {
         {NorlisCloudProtocol::API_VERSION, apiVersion},
@@ -106,27 +123,28 @@ void NorlisCloudManager::Authorization(const QString& token)
             return;
         }
         LOG(INFO) << "Auth completed";
-        emit AuthorizationCompleted();
+        Q_EMIT AuthorizationCompleted();
     });
     Send([&](ICloudProtocol& cloud) { return cloud.auth(fields, std::move(done)); }, fail);
 }
 
 void NorlisCloudManager::Logout()
 {
-    if (!IsLoggedIn()) {
+    const auto guard = lifetime->Watch();
+    const auto cloud = protocol; // must outlive the calls even if the manager does not
+    if (!cloud->loggedIn() || !guard) {
         return;
     }
-    const std::weak_ptr<NorlisCloudManager> alive = self;
-    const auto cloud = protocol; // the manager may be deleted while the user is signed out
     cloud->logout();
-    if (!alive.expired()) {
-        emit LoggedOut();
+    if (guard) {
+        Q_EMIT LoggedOut();
     }
 }
 
 bool NorlisCloudManager::IsLoggedIn()
 {
-    return protocol->loggedIn();
+    const auto cloud = protocol; // must outlive the call even if the manager does not
+    return cloud->loggedIn();
 }
 
 // Files list
@@ -149,7 +167,7 @@ void NorlisCloudManager::OnRetrieveFilesListCompleted(RequestResult result, QLis
 {
     switch (result) {
     case Social::Success: {
-        const std::weak_ptr<NorlisCloudManager> alive = self;
+        const auto guard = lifetime->Watch();
         QList<std::shared_ptr<FileInfo>> files;
         files.reserve(cloudFiles.size());
         for (const auto& cloudFile : qAsConst(cloudFiles)) {
@@ -161,12 +179,12 @@ void NorlisCloudManager::OnRetrieveFilesListCompleted(RequestResult result, QLis
             files.append(file);
             for (const auto& [previewSize, edge] : previewPixelSizes) {
                 RetrieveFilePreview(file, previewSize, QSize(edge, edge));
-                if (alive.expired()) {
+                if (!guard) {
                     return;
                 }
             }
         }
-        emit RetrievingFilesListFinished(files);
+        Q_EMIT RetrievingFilesListFinished(files);
         break;
     }
     case Social::Error:
@@ -174,7 +192,7 @@ void NorlisCloudManager::OnRetrieveFilesListCompleted(RequestResult result, QLis
         break;
     case Social::Canceled:
         LOG(INFO) << "Files list request canceled";
-        emit RetrievingFilesListCanceled();
+        Q_EMIT RetrievingFilesListCanceled();
         break;
     }
 }
@@ -183,54 +201,48 @@ void NorlisCloudManager::OnRetrieveFilesListCompleted(RequestResult result, QLis
 
 void NorlisCloudManager::Upload(const QList<QString>& paths)
 {
+    const auto pathsToSend = paths; // a slot may change the caller's list
     if (!RequireLogin()) {
         return;
     }
-    const std::weak_ptr<NorlisCloudManager> alive = self;
-    const auto pathsToSend = paths; // a slot may change the caller's list
+    const auto guard = lifetime->Watch();
     for (const auto& path : pathsToSend) {
         Upload(path);
-        if (alive.expired()) {
+        if (!guard) {
             return;
         }
     }
 }
 
-void NorlisCloudManager::Upload(const QString& path)
+void NorlisCloudManager::Upload(const QString& localPath)
 {
+    const auto path = localPath; // a slot may change the caller's text
     if (RequireLogin()) {
-        StartUpload(path, UploadFields(path));
+        StartUpload(path, {});
     }
 }
 
-void NorlisCloudManager::Upload(const std::shared_ptr<FileInfo>& file)
+void NorlisCloudManager::Upload(const std::shared_ptr<FileInfo>& record)
 {
+    const auto file = record;
     if (!RequireLogin()) {
         return;
     }
     if (!file) {
         throw std::exception();
     }
-    const auto path = QString::fromStdString(file->GetPath().utf8string());
-    auto fields = UploadFields(path);
-    fields[NorlisCloudProtocol::ID] = IdOf(file);
-    StartUpload(path, fields);
+    StartUpload(QString::fromStdString(file->GetPath().utf8string()), {{NorlisCloudProtocol::ID, IdOf(file)}});
 }
 
-QMap<QString, QString> NorlisCloudManager::UploadFields(const QString& path)
+void NorlisCloudManager::StartUpload(const QString& path, QMap<QString, QString> fields)
 {
-    return {
-        {NorlisCloudProtocol::FILE_MIME_TYPE, pdfMimeType},
-        {NorlisCloudProtocol::CHUNK_MIME_TYPE, pdfMimeType},
-        {NorlisCloudProtocol::MD5_HASH,
-         QString::fromStdString(hashCalculator->CalculateHash(ioPath(path.toStdString())))},
-    };
-}
-
-void NorlisCloudManager::StartUpload(const QString& localPath, const QMap<QString, QString>& fields)
-{
-    const auto path = localPath; // a slot may change the caller's text
-    if (!Emit(&NorlisCloudManager::UploadingStarted, path)) {
+    const auto guard = lifetime->Watch();
+    const auto calculator = hashCalculator; // must outlive the call even if the manager does not
+    fields[NorlisCloudProtocol::FILE_MIME_TYPE] = pdfMimeType;
+    fields[NorlisCloudProtocol::CHUNK_MIME_TYPE] = pdfMimeType;
+    fields[NorlisCloudProtocol::MD5_HASH] =
+        QString::fromStdString(calculator->CalculateHash(ioPath(path.toStdString())));
+    if (!guard || !Emit(&NorlisCloudManager::UploadingStarted, path)) {
         return;
     }
     auto done = OnCompleted<const NorlisCloudSharingResult&>(
@@ -238,7 +250,7 @@ void NorlisCloudManager::StartUpload(const QString& localPath, const QMap<QStrin
             transfers.remove(id);
             OnUploadCompleted(path, result, sharing);
         });
-    auto progress = OnProgress([this, path](int value) { emit UploadingProgressValueChanged(path, value); });
+    auto progress = OnProgress([this, path](int value) { Q_EMIT UploadingProgressValueChanged(path, value); });
     Send([&](ICloudProtocol& cloud) { return cloud.uploadFile(path, fields, std::move(done), std::move(progress)); },
          [&] { ReportError("Upload file failed", &NorlisCloudManager::UploadingFileRequestError, path); },
          [&](qint64 id) { transfers[id] = path.toStdString(); });
@@ -247,15 +259,17 @@ void NorlisCloudManager::StartUpload(const QString& localPath, const QMap<QStrin
 void NorlisCloudManager::OnUploadCompleted(const QString& path, RequestResult result,
                                            const NorlisCloudSharingResult& sharing)
 {
+    const auto guard = lifetime->Watch();
     const auto size = static_cast<quint64>(QFileInfo(path).size());
-    const ioPath normalizedPath = fileSystem->NormalizePath(ioPath(path.toStdString()));
-    const std::string hash = hashCalculator->CalculateHash(normalizedPath);
+    const auto [normalizedPath, hash] = NormalizeAndHash(path);
+    if (!guard) {
+        return;
+    }
     const auto file = std::make_shared<FileInfo>(
         FileInfo::CloudInfo(sharing.id.toStdString(), sharing.fileName.toStdString(), size, sharing.isPrivate,
                             sharing.downloadUrl, sharing.createdAt, sharing.modifiedAt, sharing.lifetime, hash));
     file->SetPath(normalizedPath, hash);
 
-    const std::weak_ptr<NorlisCloudManager> alive = self;
     switch (result) {
     case Social::Success:
         if (Emit(&NorlisCloudManager::UploadingFinished, file)) {
@@ -266,16 +280,16 @@ void NorlisCloudManager::OnUploadCompleted(const QString& path, RequestResult re
         const auto message = QStringLiteral("Upload file error");
         LOG(ERROR) << message.toStdString();
         RemoveFile(file); // what the upload left in the cloud
-        if (!alive.expired()) {
-            emit UploadingFileRequestError(path, message);
+        if (guard) {
+            Q_EMIT UploadingFileRequestError(path, message);
         }
         break;
     }
     case Social::Canceled:
         LOG(INFO) << "Upload file canceled";
         RemoveFile(file);
-        if (!alive.expired()) {
-            emit UploadingCanceled(path);
+        if (guard) {
+            Q_EMIT UploadingCanceled(path);
         }
         break;
     }
@@ -285,7 +299,7 @@ void NorlisCloudManager::CancelUploading(const QString& localPath)
 {
     const auto path = localPath;
     if (RequireLogin() && CancelTransfer(path.toStdString())) {
-        emit UploadingCanceled(path);
+        Q_EMIT UploadingCanceled(path);
     }
 }
 
@@ -293,15 +307,15 @@ void NorlisCloudManager::CancelUploading(const QString& localPath)
 
 void NorlisCloudManager::Download(const QList<std::shared_ptr<FileInfo>>& files, const QString& directory)
 {
+    const auto filesToFetch = files;
+    const auto target = directory;
     if (!RequireLogin()) {
         return;
     }
-    const std::weak_ptr<NorlisCloudManager> alive = self;
-    const auto filesToFetch = files;
-    const auto target = directory;
+    const auto guard = lifetime->Watch();
     for (const auto& file : filesToFetch) {
         Download(file, target);
-        if (alive.expired()) {
+        if (!guard) {
             return;
         }
     }
@@ -309,20 +323,29 @@ void NorlisCloudManager::Download(const QList<std::shared_ptr<FileInfo>>& files,
 
 void NorlisCloudManager::Download(const std::shared_ptr<FileInfo>& record, const QString& targetDirectory)
 {
+    const auto file = record; // a slot may clear the caller's pointer
+    const auto directory = targetDirectory;
     if (!RequireLogin()) {
         return;
     }
-    if (!record) {
+    if (!file) {
         throw std::exception();
     }
-    const auto file = record; // a slot may clear the caller's pointer
-    const auto directory = targetDirectory;
-    auto& cloudInfo = file->GetRedactableCloudInfo().value();
-    const auto target = directory + '/' + QString::fromStdString(cloudInfo.GetFileName());
+    const auto refused = [&] {
+        ReportError("Download file failed", &NorlisCloudManager::DownloadingFileRequestError, file);
+    };
+    auto& cloudInfo = file->GetRedactableCloudInfo();
+    if (!cloudInfo) { // the cloud cannot be asked for it
+        if (Emit(&NorlisCloudManager::DownloadingStarted, file)) {
+            refused();
+        }
+        return;
+    }
+    const auto target = directory + '/' + QString::fromStdString(cloudInfo->GetFileName());
     ICloudProtocol::FileFieldData data;
     data.fields[NorlisCloudProtocol::ID] = IdOf(file);
     data.fields[NorlisCloudProtocol::FILE_NAME] = target;
-    data.fields[NorlisCloudProtocol::FILE_SIZE] = QString::number(cloudInfo.GetSize());
+    data.fields[NorlisCloudProtocol::FILE_SIZE] = QString::number(cloudInfo->GetSize());
 
     if (!Emit(&NorlisCloudManager::DownloadingStarted, file)) {
         return;
@@ -331,13 +354,14 @@ void NorlisCloudManager::Download(const std::shared_ptr<FileInfo>& record, const
         transfers.remove(id);
         OnDownloadCompleted(directory, *file, result);
     });
-    auto progress = OnProgress([this, file](int value) { emit DownloadingProgressValueChanged(file, value); });
-    Send([&](ICloudProtocol& cloud) { return cloud.downloadFile(data, std::move(done), std::move(progress)); },
-         [&] { ReportError("Download file failed", &NorlisCloudManager::DownloadingFileRequestError, file); },
-         [&](qint64 id) {
-             const ioPath path = fileSystem->NormalizePath(ioPath(target.toStdString()));
-             file->SetPath(path, hashCalculator->CalculateHash(path));
-             transfers[id] = file->GetId();
+    auto progress = OnProgress([this, file](int value) { Q_EMIT DownloadingProgressValueChanged(file, value); });
+    Send([&](ICloudProtocol& cloud) { return cloud.downloadFile(data, std::move(done), std::move(progress)); }, refused,
+         [&, guard = lifetime->Watch()](qint64 id) {
+             const auto [path, hash] = NormalizeAndHash(target);
+             if (guard) {
+                 file->SetPath(path, hash);
+                 transfers[id] = file->GetId();
+             }
          });
 }
 
@@ -350,7 +374,7 @@ void NorlisCloudManager::OnDownloadCompleted(const QString&, const FileInfo& fil
     };
     switch (result) {
     case Social::Success:
-        emit DownloadingFinished(copyOfFinished());
+        Q_EMIT DownloadingFinished(copyOfFinished());
         break;
     case Social::Error:
         ReportError("Download file error", &NorlisCloudManager::DownloadingFileRequestError, copyOfFinished());
@@ -361,7 +385,7 @@ void NorlisCloudManager::OnDownloadCompleted(const QString&, const FileInfo& fil
         if (copy->GetPath().exists()) {
             copy->GetPath().remove();
         }
-        emit DownloadingCanceled(copy);
+        Q_EMIT DownloadingCanceled(copy);
         break;
     }
     }
@@ -369,33 +393,33 @@ void NorlisCloudManager::OnDownloadCompleted(const QString&, const FileInfo& fil
 
 void NorlisCloudManager::CancelDownloading(const std::shared_ptr<FileInfo>& record)
 {
+    const auto file = record;
     if (!RequireLogin()) {
         return;
     }
-    if (!record) {
+    if (!file) {
         throw std::exception();
     }
-    const auto file = record;
     if (!CancelTransfer(file->GetId())) {
         return;
     }
     if (file->GetPath().exists()) {
         file->GetPath().remove();
     }
-    emit DownloadingCanceled(file);
+    Q_EMIT DownloadingCanceled(file);
 }
 
 // Remove
 
 void NorlisCloudManager::RemoveFile(const std::shared_ptr<FileInfo>& record)
 {
+    const auto file = record;
     if (!RequireLogin()) {
         return;
     }
-    if (!record) {
+    if (!file) {
         throw std::exception();
     }
-    const auto file = record;
     ICloudProtocol::FileFieldData data;
     data.fields[NorlisCloudProtocol::ID] = IdOf(file);
     auto done = OnCompleted([this, file](qint64 id, RequestResult result) {
@@ -413,15 +437,16 @@ void NorlisCloudManager::RemoveFile(const std::shared_ptr<FileInfo>& record)
 // Previews
 
 void NorlisCloudManager::RetrieveFilePreview(const std::shared_ptr<FileInfo>& record, FileInfo::PreviewSize previewSize,
-                                             const QSize& size)
+                                             const QSize& pixelSize)
 {
+    const auto file = record;
+    const auto size = pixelSize;
     if (!RequireLogin()) {
         return;
     }
-    if (!record) {
+    if (!file) {
         throw std::exception();
     }
-    const auto file = record;
     if (static_cast<int>(file->GetCloudStatus()) == neverUploaded) {
         ReportError("Can`t retrieving preview for not upload files", &NorlisCloudManager::RetrieveFilePreviewError,
                     file, previewSize);
@@ -452,16 +477,16 @@ void NorlisCloudManager::OnRetrieveFilePreviewCompleted(const std::shared_ptr<Fi
 {
     switch (result) {
     case Social::Success: {
-        const auto path = PreviewPath(file, previewSize);
+        const auto path = PreviewPath(IdOf(file), previewSize);
         auto& cloudInfo = file->GetRedactableCloudInfo();
-        if (!cloudInfo || !pixmap.save(path, nullptr, -1)) {
+        if (!cloudInfo || !SavePicture(pixmap, path)) {
             const auto size = QString::fromStdString(FileInfo::previewSizetoString(previewSize));
             ReportError("Cannot save preview for: " + IdOf(file) + " with size: " + size,
                         &NorlisCloudManager::RetrieveFilePreviewError, file, previewSize);
             break;
         }
         cloudInfo->SetPreviewPathBySize(ioPath(path.toStdString()), previewSize);
-        emit RetrieveFilePreviewFinished(file, previewSize);
+        Q_EMIT RetrieveFilePreviewFinished(file, previewSize);
         break;
     }
     case Social::Error:
@@ -469,7 +494,7 @@ void NorlisCloudManager::OnRetrieveFilePreviewCompleted(const std::shared_ptr<Fi
         break;
     case Social::Canceled:
         LOG(INFO) << "Retrieving file preview canceled";
-        emit RetrieveFilePreviewCanceled(file);
+        Q_EMIT RetrieveFilePreviewCanceled(file);
         break;
     }
 }
@@ -497,7 +522,7 @@ void NorlisCloudManager::OnRetrieveUserQuotaCompleted(RequestResult result, QMap
     switch (result) {
     case Social::Success: {
         const auto [used, total] = quota[applicationId];
-        emit RetrievingUserQuotaFinished(static_cast<int>(used), static_cast<int>(total));
+        Q_EMIT RetrievingUserQuotaFinished(static_cast<int>(used), static_cast<int>(total));
         break;
     }
     case Social::Error:
@@ -505,7 +530,7 @@ void NorlisCloudManager::OnRetrieveUserQuotaCompleted(RequestResult result, QMap
         break;
     case Social::Canceled:
         LOG(INFO) << "User quota request canceled";
-        emit RetrievingUserQuotaCanceled();
+        Q_EMIT RetrievingUserQuotaCanceled();
         break;
     }
 }
@@ -524,58 +549,88 @@ bool NorlisCloudManager::IsPending(qint64 id) const
 
 bool NorlisCloudManager::RequireLogin()
 {
-    if (IsLoggedIn()) {
-        return true;
+    const auto guard = lifetime->Watch();
+    const bool isLoggedIn = IsLoggedIn();
+    if (guard && !isLoggedIn) {
+        Q_EMIT AuthorizationRequired();
     }
-    emit AuthorizationRequired();
-    return false;
+    return guard && isLoggedIn;
 }
 
 template <typename Signal, typename... Args>
 bool NorlisCloudManager::Emit(Signal signal, const Args&... args)
 {
-    const std::weak_ptr<NorlisCloudManager> alive = self;
-    emit(this->*signal)(args...);
-    return !alive.expired();
+    const auto guard = lifetime->Watch();
+    Q_EMIT(this->*signal)(args...);
+    return bool(guard);
 }
 
 template <typename Signal, typename... Args>
 void NorlisCloudManager::ReportError(const QString& message, Signal signal, const Args&... args)
 {
     LOG(ERROR) << message.toStdString();
-    emit(this->*signal)(args..., message);
+    Q_EMIT(this->*signal)(args..., message);
+}
+
+std::pair<ioPath, std::string> NorlisCloudManager::NormalizeAndHash(const QString& path) const
+{
+    const auto normalizer = fileSystem;
+    const auto calculator = hashCalculator;
+    const ioPath normalized = normalizer->NormalizePath(ioPath(path.toStdString()));
+    return {normalized, calculator->CalculateHash(normalized)};
 }
 
 template <typename Request, typename Refused, typename Accepted>
 void NorlisCloudManager::Send(Request request, Refused refused, Accepted accepted)
 {
-    if (!self) {
+    const auto guard = lifetime->Watch();
+    if (!guard) {
         return; // a manager in destruction starts nothing
     }
-    const std::weak_ptr<NorlisCloudManager> alive = self;
     const auto cloud = protocol; // must outlive the call even if the manager does not
     const qint64 id = request(*cloud);
-    if (alive.expired()) {
-        if (id != notStarted) {
-            cloud->cancelOperation(id);
+    if (id == notStarted) {
+        if (guard) {
+            refused();
         }
-    } else if (id == notStarted) {
-        refused();
-    } else {
+        return;
+    }
+    std::function<void()> answer;
+    if (guard) {
+        earlyAnswers[id] = &answer;
+        const auto forget = qScopeGuard([&] {
+            if (guard) {
+                earlyAnswers.remove(id);
+            }
+        });
         accepted(id);
-        activeRequests.insert(id);
+    }
+    if (!guard) {
+        cloud->cancelOperation(id);
+        return;
+    }
+    activeRequests.insert(id);
+    if (answer) {
+        QTimer::singleShot(0, this, answer);
     }
 }
 
 template <typename... Payload, typename Handler>
 std::function<void(qint64, Social::RequestResult, Payload...)> NorlisCloudManager::OnCompleted(Handler handler)
 {
-    return [this, alive = std::weak_ptr<NorlisCloudManager>(self), handler](qint64 id, RequestResult result,
-                                                                            Payload... payload) {
-        if (!alive.expired() && IsPending(id)) {
-            activeRequests.remove(id);
-            const Handler heldHandler = handler; // the protocol may drop this callback while it runs
-            heldHandler(id, result, payload...);
+    return [this, guard = lifetime->Watch(), handler](qint64 id, RequestResult result, Payload... payload) {
+        // Holds copies: the protocol may drop this callback while it runs.
+        const auto answer = [=] {
+            if (guard && IsPending(id)) {
+                activeRequests.remove(id);
+                handler(id, result, payload...);
+            }
+        };
+        const auto early = guard ? earlyAnswers.value(id) : nullptr;
+        if (!early) {
+            answer();
+        } else if (!*early) { // the first one counts
+            *early = answer;
         }
     };
 }
@@ -583,8 +638,8 @@ std::function<void(qint64, Social::RequestResult, Payload...)> NorlisCloudManage
 template <typename Handler>
 std::function<void(qint64, int)> NorlisCloudManager::OnProgress(Handler handler)
 {
-    return [this, alive = std::weak_ptr<NorlisCloudManager>(self), handler](qint64 id, int value) {
-        if (!alive.expired() && IsPending(id)) {
+    return [this, guard = lifetime->Watch(), handler](qint64 id, int value) {
+        if (guard && IsPending(id)) {
             const Handler heldHandler = handler;
             heldHandler(value);
         }
@@ -601,14 +656,20 @@ bool NorlisCloudManager::CancelTransfer(const std::string& value)
         return false;
     }
     const qint64 id = (*found).first;
-    const std::weak_ptr<NorlisCloudManager> alive = self;
+    const auto guard = lifetime->Watch();
     const auto cloud = protocol;
-    requestsInCancellation.insert(id);
-    cloud->cancelOperation(id);
-    if (alive.expired()) {
+    {
+        requestsInCancellation.insert(id);
+        const auto unmark = qScopeGuard([&] { // when the protocol throws, too
+            if (guard) {
+                requestsInCancellation.remove(id);
+            }
+        });
+        cloud->cancelOperation(id);
+    }
+    if (!guard) {
         return false;
     }
-    requestsInCancellation.remove(id);
     activeRequests.remove(id);
     transfers.remove(id);
     return true;

@@ -13,6 +13,11 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
+
+namespace Norlis {
+class Lifetime;
+}
 
 namespace Norlis::PDF::Cloud {
 
@@ -69,7 +74,7 @@ private:
     // The pattern that all requests follow: the login is required, "started" is emitted, the request is sent with
     // callbacks made by OnCompleted and OnProgress.
 
-    /// False, after AuthorizationRequired, when nobody is signed in.
+    /// False, after AuthorizationRequired, when nobody is signed in; and when the manager was deleted meanwhile.
     bool RequireLogin();
 
     /// Emits a signal and tells whether the manager is still there: a slot may have deleted it.
@@ -81,7 +86,7 @@ private:
     void ReportError(const QString& message, Signal signal, const Args&... args);
 
     /// Calls request(protocol), which returns an operation id; then refused() when it is -1, else accepted(id),
-    /// whereupon the id is registered.
+    /// whereupon the id is registered. A request that was accepted while the manager was deleted is cancelled.
     template <typename Request, typename Refused, typename Accepted = void (*)(qint64)>
     void Send(
         Request request, Refused refused, Accepted accepted = [](qint64) {});
@@ -94,15 +99,18 @@ private:
     template <typename Handler>
     std::function<void(qint64, int)> OnProgress(Handler handler);
 
-    void StartUpload(const QString& path, const QMap<QString, QString>& fields);
+    /// \param fields those that not every upload carries
+    void StartUpload(const QString& path, QMap<QString, QString> fields);
 
-    /// The fields that every upload carries.
-    QMap<QString, QString> UploadFields(const QString& path);
+    /// The normalised form of a path, and the hash of what is there. Either collaborator may run an event loop, in
+    /// which the manager is deleted.
+    std::pair<ioPath, std::string> NormalizeAndHash(const QString& path) const;
 
     /// Whether callbacks of the request are to be heard.
     bool IsPending(qint64 id) const;
 
     /// Cancels the first transfer of a value. False when there is none, and when the manager was deleted meanwhile.
+    /// When the protocol throws, the transfer goes on as if it had not been asked.
     bool CancelTransfer(const std::string& value);
 
     std::shared_ptr<ICloudProtocol> protocol;
@@ -112,9 +120,12 @@ private:
     QMap<qint64, std::string> transfers; ///< those that are uploads (local path) and downloads (document id)
     QSet<qint64> requestsInCancellation; ///< those that the protocol is being asked to cancel at this moment
 
-    /// Points to the manager without owning it. Whatever outlives an emit or waits in the protocol holds it weakly.
-    /// Unlike a QPointer it is empty from the first moment of destruction on, when the protocol may still call back.
-    std::shared_ptr<NorlisCloudManager> self;
+    /// Where to leave the answer to a request that is accepted but not yet registered: it may come when a collaborator
+    /// runs an event loop in between, and is told afterwards.
+    QMap<qint64, std::function<void()>*> earlyAnswers;
+
+    /// Watched by whatever outlives an emit, or the call of a collaborator, or waits in the protocol.
+    std::unique_ptr<Lifetime> lifetime;
 };
 
 } // namespace Norlis::PDF::Cloud

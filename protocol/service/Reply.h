@@ -12,7 +12,7 @@ namespace Norlis::Social {
 
 using CloudFile = Ability::File<NorlisCloudSharingResult>::FileInfo;
 using QuotaByApplication = QMap<QString, Ability::Quota::QuotaValue>;
-using ServiceCapabilities = QList<QPair<QString, QString>>; ///< see NorlisCloudProtocol::examineService
+using ServiceCapabilities = QList<QPair<QString, QString>>; ///< see NorlisCloudProtocol::probeService
 
 /// How a request ended. A value, which travels from the service's thread to that of the protocol object.
 struct Reply {

@@ -140,7 +140,7 @@ std::shared_ptr<WebDavSession> WebDavService::NewSession(const QString& token)
     settings.userAgent = programName;
     settings.authorization = AuthorizationOf(user, token);
     settings.certificateFile = authInfo.certificateFile;
-    settings.silenceTimeout = authInfo.patience;
+    settings.silenceTimeout = authInfo.silenceTimeout;
     Secrets secrets;
     secrets.Add(user, token);
     return std::make_shared<WebDavSession>(collection, settings, secrets, user, [this] { cleanUpTimer.start(); });

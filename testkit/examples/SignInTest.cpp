@@ -16,7 +16,7 @@ struct SignIn : QObject { // the host's: what it tells the user in the end
     SignIn(const QUrl& address, const QString& password)
     {
         Social::OAuth2::AuthInfo authInfo{address};
-        authInfo.patience = 300; // milliseconds
+        authInfo.silenceTimeout = 300; // milliseconds
         authInfo.onFailure = [this](const auto& failure) { reason = failure.reason; };
         cloud = std::make_unique<Cloud>(std::make_shared<PDF::Cloud::NorlisCloudProtocolProxy>(authInfo, "editor"),
                                         std::make_shared<TestKit::CountingHashCalculator>(),

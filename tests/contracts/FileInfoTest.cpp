@@ -73,6 +73,30 @@ TEST_F(FileInfoTest, CloudInfosAreEqualWhenAllFieldsAre)
     EXPECT_FALSE(same == withPreview);
 }
 
+TEST_F(FileInfoTest, CloudPartThatIsSetInPlaceBringsItsId)
+{
+    FileInfo file(ioPath("/a.pdf"), "hash");
+    EXPECT_EQ(file.GetId(), "");
+    file.GetRedactableCloudInfo().emplace(CloudInfoOf("a"));
+    EXPECT_EQ(file.GetId(), "a");
+    EXPECT_EQ(FileInfo(file).GetId(), "a");
+}
+
+TEST_F(FileInfoTest, RecordWithAnIdKeepsItWhateverIsSetInPlace)
+{
+    FileInfo file(CloudInfoOf("a"));
+    file.GetRedactableCloudInfo().emplace(CloudInfoOf("b"));
+    EXPECT_EQ(file.GetId(), "a");
+}
+
+TEST_F(FileInfoTest, IdOfACloudPartThatWasSetInPlaceStaysWhenTheCloudPartIsReplaced)
+{
+    FileInfo file(ioPath("/a.pdf"), "hash");
+    file.GetRedactableCloudInfo().emplace(CloudInfoOf("a"));
+    file.UpdateCloudInfo(CloudInfoOf("b"));
+    EXPECT_EQ(file.GetId(), "a");
+}
+
 TEST_F(FileInfoTest, RecordFromTheCloudHasNoLocalSide)
 {
     FileInfo file(CloudInfoOf("a"));

@@ -10,6 +10,8 @@
 
 #include <tuple>
 
+Q_DECLARE_METATYPE(std::string)
+
 namespace Norlis::Test {
 
 using namespace TestKit;

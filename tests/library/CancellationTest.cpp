@@ -1,5 +1,7 @@
 #include "CloudManagerBench.h"
 
+#include <stdexcept>
+
 namespace Norlis::Test {
 
 namespace {
@@ -190,6 +192,94 @@ TEST_F(CancellationTest, CallersArgumentsMayBeClearedFromInside)
 
     EXPECT_THAT(Events(), ElementsAre("-> cancelOperation 1", "UploadingCanceled(/home/me/report.pdf)",
                                       "-> cancelOperation 2", "DownloadingCanceled(doc)"));
+}
+
+/// A protocol that throws when it is asked to cancel.
+class FailedCancellationTest : public CloudManagerTest {
+protected:
+    void LetCancelThrow()
+    {
+        protocol->inside["cancelOperation"] = [](qint64) { throw std::runtime_error("no connection"); };
+    }
+};
+
+TEST_F(FailedCancellationTest, UploadGoesOnAsIfNobodyHadAsked)
+{
+    const auto upload = StartUpload();
+    LetCancelThrow();
+    Forget();
+
+    EXPECT_THROW(manager->CancelUploading(path), std::runtime_error);
+
+    EXPECT_THAT(Events(), ElementsAre("-> cancelOperation 1"));
+    EXPECT_TRUE(manager->IsSyncInProgressWithCloud());
+    protocol->Progress(upload, 50);
+    protocol->Answer(upload, Social::Success);
+    EXPECT_THAT(Events(), ElementsAre("UploadingProgressValueChanged(/home/me/report.pdf, 50)", "UploadingFinished()",
+                                      "RetrievingUserQuotaStarted()", "-> userQuota 2"));
+    EXPECT_FALSE(manager->IsSyncInProgressWithCloud());
+}
+
+TEST_F(FailedCancellationTest, DownloadGoesOnAndItsFileStays)
+{
+    directory = folder.path();
+    const auto download = StartDownload();
+    const auto partial = Write("doc.pdf");
+    LetCancelThrow();
+    Forget();
+
+    EXPECT_THROW(manager->CancelDownloading(file), std::runtime_error);
+
+    EXPECT_TRUE(QFile::exists(partial));
+    EXPECT_THAT(Events(), ElementsAre("-> cancelOperation 1"));
+    protocol->Answer(download, Social::Success);
+    EXPECT_THAT(Events(), ElementsAre("DownloadingFinished(doc)"));
+}
+
+TEST_F(FailedCancellationTest, MayBeTriedAgain)
+{
+    StartUpload();
+    LetCancelThrow();
+    EXPECT_THROW(manager->CancelUploading(path), std::runtime_error);
+    protocol->inside.clear();
+    Forget();
+    manager->CancelUploading(path);
+    EXPECT_THAT(Events(), ElementsAre("-> cancelOperation 1", "UploadingCanceled(/home/me/report.pdf)"));
+    EXPECT_FALSE(manager->IsSyncInProgressWithCloud());
+}
+
+TEST_F(FailedCancellationTest, DestructorCancelsTheTransfer)
+{
+    StartUpload();
+    LetCancelThrow();
+    EXPECT_THROW(manager->CancelUploading(path), std::runtime_error);
+    protocol->inside.clear();
+    Forget();
+    manager.reset();
+    EXPECT_THAT(Events(), ElementsAre("-> cancelOperation 1"));
+}
+
+TEST_F(FailedCancellationTest, DestructorGoesOnWithTheOtherRequests)
+{
+    StartUpload();
+    StartQuota();
+    StartDownload();
+    LetCancelThrow();
+    protocol->calls.clear();
+    manager.reset();
+    EXPECT_EQ(protocol->CallsOf("cancelOperation").size(), 3u);
+}
+
+TEST_F(FailedCancellationTest, ManagerMayBeDeletedBefore)
+{
+    StartUpload();
+    protocol->inside["cancelOperation"] = [this](qint64) {
+        manager.reset();
+        throw std::runtime_error("no connection");
+    };
+    Forget();
+    EXPECT_THROW(manager->CancelUploading(path), std::runtime_error);
+    EXPECT_THAT(Events(), ElementsAre("-> cancelOperation 1"));
 }
 
 } // namespace

@@ -104,15 +104,33 @@ TEST_F(DownloadTest, NullRecordInAListThrowsWhenItsTurnComes)
     EXPECT_THAT(Events(), ElementsAre("DownloadingStarted(doc)", "-> downloadFile 1"));
 }
 
-TEST_F(DownloadTest, RecordWithoutCloudPartSendsNothingHarmful)
+TEST_F(DownloadTest, RecordWithoutCloudPartIsReportedLikeARefusal)
 {
     file->GetRedactableCloudInfo().reset();
-    try {
-        manager->Download(file, directory);
-    } catch (const std::exception&) {
-        EXPECT_THAT(Events(), IsEmpty());
-        EXPECT_FALSE(manager->IsSyncInProgressWithCloud());
-    }
+    manager->Download(file, directory);
+    EXPECT_THAT(Events(), ElementsAre("DownloadingStarted(doc)", "ERROR Download file failed",
+                                      "DownloadingFileRequestError(doc, Download file failed)"));
+    EXPECT_FALSE(manager->IsSyncInProgressWithCloud());
+    EXPECT_TRUE(file->GetPath().empty());
+}
+
+TEST_F(DownloadTest, RecordWithoutCloudPartDoesNotKeepTheOthersOfItsListBack)
+{
+    const auto local = std::make_shared<FileInfo>(ioPath("/local.pdf"), "hash");
+    manager->Download({RecordOf("doc1"), local, RecordOf("doc2")}, directory);
+    EXPECT_THAT(Events(),
+                ElementsAre("DownloadingStarted(doc1)", "-> downloadFile 1", "DownloadingStarted()",
+                            "ERROR Download file failed", "DownloadingFileRequestError(, Download file failed)",
+                            "DownloadingStarted(doc2)", "-> downloadFile 2"));
+    EXPECT_EQ(local->GetPath(), ioPath("/local.pdf"));
+}
+
+TEST_F(DownloadTest, ManagerMayBeDeletedWhenARecordWithoutCloudPartIsStarted)
+{
+    file->GetRedactableCloudInfo().reset();
+    QObject::connect(manager.get(), &NorlisCloudManager::DownloadingStarted, [this] { manager.reset(); });
+    manager->Download({file, RecordOf("doc2")}, directory);
+    EXPECT_THAT(Events(), ElementsAre("DownloadingStarted(doc)"));
 }
 
 TEST_F(DownloadTest, SignedOutEveryFormAsksForAuthorizationOnce)

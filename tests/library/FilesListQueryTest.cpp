@@ -3,6 +3,8 @@
 #include <QFile>
 #include <QTemporaryDir>
 
+#include <locale>
+
 namespace Norlis::Test {
 
 namespace {
@@ -44,6 +46,31 @@ TEST_F(FilesListQueryTest, GettersReadTheRecordOfTheIndex)
     EXPECT_EQ(manager->GetDocumentPath(0), "");
     EXPECT_NE(manager->GetDocumentState(0), manager->GetDocumentState(1));
     EXPECT_THAT(Events(), IsEmpty());
+}
+
+/// As many locales have it.
+struct GroupedDigits : std::numpunct<char> {
+    char do_thousands_sep() const override
+    {
+        return '.';
+    }
+    std::string do_grouping() const override
+    {
+        return "\3";
+    }
+};
+
+TEST_F(FilesListQueryTest, InvalidIndexIsLoggedInPlainDigitsWhateverTheLocale)
+{
+    for (int i = 0; i < 1000; ++i) {
+        manager->Add(RecordOf("a"));
+    }
+    Events();
+    const auto previous = std::locale::global(std::locale(std::locale(), new GroupedDigits));
+    manager->GetDocumentId(-1234567);
+    std::locale::global(previous);
+    EXPECT_THAT(Events(), ElementsAre("ERROR Norlis::PDF::Cloud::NorlisCloudFilesManager::GetDocumentId: Invalid index "
+                                      "requested: -1234567; max index: 1000"));
 }
 
 TEST_F(FilesListQueryTest, InvalidIndexIsLoggedByEveryGetterAndGivesItsDefault)

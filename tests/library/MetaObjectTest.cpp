@@ -1,6 +1,8 @@
 #include "CloudManagerBench.h"
+#include "FilesManagerBench.h"
 
-#include <NorlisCloud/NorlisCloudFilesManager.h>
+#include <QCoreApplication>
+#include <QSignalSpy>
 
 namespace Norlis::Test {
 
@@ -8,7 +10,6 @@ namespace {
 
 using PDF::AbstractFileManager;
 using PDF::Cloud::AbstractCloudManager;
-using PDF::Cloud::NorlisCloudFilesManager;
 
 void ExpectNothingOfItsOwn(const QMetaObject& meta)
 {
@@ -35,6 +36,36 @@ TEST(MetaObjectTest, FilesManagerNamesItselfAndDeclaresNothing)
     EXPECT_EQ(meta.superClass(), &AbstractFileManager::staticMetaObject);
     EXPECT_EQ(meta.superClass()->superClass(), &QObject::staticMetaObject);
     ExpectNothingOfItsOwn(meta);
+}
+
+/// A program that does not declare std::string as a meta-type, as this file does not.
+class UndeclaredStringTest : public FilesManagerTest {
+protected:
+    static_assert(!QMetaTypeId2<std::string>::Defined);
+};
+
+TEST_F(UndeclaredStringTest, ReachesSpies)
+{
+    QSignalSpy updated(manager.get(), qOverload<const std::string&>(&NorlisCloudFilesManager::FileUpdated));
+    Add({"a"});
+    manager->Update(RecordOf("a"));
+    ASSERT_EQ(updated.size(), 1);
+    const QVariant id = updated[0][0];
+    EXPECT_STREQ(id.typeName(), "std::string");
+    EXPECT_EQ(*static_cast<const std::string*>(id.constData()), "a");
+}
+
+TEST_F(UndeclaredStringTest, ReachesQueuedSlots)
+{
+    std::string received;
+    QObject receiver;
+    QObject::connect(
+        manager.get(), qOverload<const std::string&>(&NorlisCloudFilesManager::FileUpdated), &receiver,
+        [&](const std::string& id) { received = id; }, Qt::QueuedConnection);
+    Add({"a"});
+    manager->Update(RecordOf("a"));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(received, "a");
 }
 
 } // namespace

@@ -7,6 +7,9 @@
 #include <QImageReader>
 #include <QSignalSpy>
 
+#include <algorithm>
+#include <cstring>
+
 namespace Norlis::Test {
 
 namespace {
@@ -175,6 +178,75 @@ TEST_F(PreviewTest, PictureThatCannotBeWrittenIsASaveFailure)
     const std::string message = "Cannot save preview for: no such folder/doc with size: small";
     EXPECT_THAT(Events(),
                 ElementsAre("ERROR " + message, "RetrieveFilePreviewError(no such folder/doc, 0, " + message + ")"));
+    EXPECT_TRUE(HeldPreviews().empty());
+}
+
+TEST_F(PreviewTest, PictureIsForItsOwnerAlone)
+{
+    const auto stored = PreviewFile("doc", PreviewSize::Small);
+    protocol->Answer(StartPreview(), Social::Success, Picture(Qt::red));
+    EXPECT_EQ(QFile::permissions(stored) &
+                  (QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther),
+              QFile::Permissions());
+    EXPECT_TRUE(QFile::permissions(stored).testFlag(QFile::ReadOwner));
+}
+
+TEST_F(PreviewTest, LinkInThePicturesPlaceIsReplacedAndNotFollowed)
+{
+    file = RecordOf("linked");
+    const auto stored = PreviewFile("linked", PreviewSize::Small);
+    const auto target = Write("target", "somebody's file");
+    ASSERT_TRUE(QFile::link(target, stored));
+    const auto id = StartPreview();
+    Forget();
+
+    protocol->Answer(id, Social::Success, Picture(Qt::red));
+
+    EXPECT_THAT(Events(), ElementsAre("RetrieveFilePreviewFinished(linked, 0)"));
+    QFile untouched(target);
+    ASSERT_TRUE(untouched.open(QIODevice::ReadOnly));
+    EXPECT_EQ(untouched.readAll(), "somebody's file");
+    EXPECT_FALSE(QFileInfo(stored).isSymLink());
+    EXPECT_EQ(QImage(stored).size(), QSize(8, 6));
+}
+
+TEST_F(PreviewTest, NameMayBeAsLongAsTheFileSystemTakesIt)
+{
+    file = RecordOf(std::string(255 - std::strlen("_small.png"), 'n'));
+    protocol->Answer(StartPreview(), Social::Success, Picture(Qt::red));
+    EXPECT_EQ(HeldPreviews().size(), 1u);
+}
+
+TEST_F(PreviewTest, NothingButThePictureIsLeftBehind)
+{
+    const auto names = [] { return QDir(QDir::tempPath()).entryList(QDir::AllEntries | QDir::Hidden | QDir::System); };
+    QFile::remove(PreviewFile("alone", PreviewSize::Small));
+    auto expected = names();
+
+    file = RecordOf("alone");
+    protocol->Answer(StartPreview(), Social::Success, QPixmap());
+    EXPECT_EQ(names(), expected);
+    protocol->Answer(StartPreview(), Social::Success, Picture(Qt::red));
+    expected << "alone_small.png";
+    std::sort(expected.begin(), expected.end());
+    auto found = names();
+    std::sort(found.begin(), found.end());
+    EXPECT_EQ(found, expected);
+}
+
+TEST_F(PreviewTest, FolderInThePicturesPlaceIsASaveFailureThatLeavesNothing)
+{
+    file = RecordOf("folder");
+    ASSERT_TRUE(QDir(QDir::tempPath()).mkpath("folder_small.png/inside"));
+    const auto before = QDir(QDir::tempPath()).entryList(QDir::AllEntries | QDir::Hidden | QDir::System);
+    const auto id = StartPreview();
+    Forget();
+
+    protocol->Answer(id, Social::Success, Picture(Qt::red));
+
+    const std::string message = "Cannot save preview for: folder with size: small";
+    EXPECT_THAT(Events(), ElementsAre("ERROR " + message, "RetrieveFilePreviewError(folder, 0, " + message + ")"));
+    EXPECT_EQ(QDir(QDir::tempPath()).entryList(QDir::AllEntries | QDir::Hidden | QDir::System), before);
     EXPECT_TRUE(HeldPreviews().empty());
 }
 

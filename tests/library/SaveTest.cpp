@@ -156,6 +156,19 @@ TEST_F(SaveTest, EmptyListWritesNothing)
     EXPECT_THAT(Close(), IsEmpty());
 }
 
+TEST_F(SaveTest, RecordsWhoseCloudPartWasSetInPlaceKeepRecordsOfTheirOwn)
+{
+    for (const std::string id : {"a", "b"}) {
+        const auto record = std::make_shared<FileInfo>(ioPath('/' + id + ".pdf"), "hash");
+        record->GetRedactableCloudInfo().emplace(CloudInfoOf(id));
+        manager->Add(record);
+    }
+    Close();
+    EXPECT_EQ(store->records.size(), 2u);
+    EXPECT_EQ(store->records["a"]["file_name"], "a.pdf");
+    EXPECT_EQ(store->records["b"]["file_name"], "b.pdf");
+}
+
 using SaveDeathTest = SaveTest;
 
 TEST_F(SaveDeathTest, RecordWithoutCloudPartIsFatal)

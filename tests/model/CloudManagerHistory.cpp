@@ -8,75 +8,75 @@ namespace Norlis::Test {
 
 namespace {
 
-const char* NameOf(CloudDeed::Kind kind)
+const char* NameOf(CloudAction::Kind kind)
 {
-    static const std::map<CloudDeed::Kind, const char*> names = {
-        {CloudDeed::Authorization, "Authorization with token"},
-        {CloudDeed::Logout, "Logout"},
-        {CloudDeed::UploadPath, "Upload of path"},
-        {CloudDeed::UploadRecord, "Upload of record"},
-        {CloudDeed::UploadList, "Upload of the list from path"},
-        {CloudDeed::Download, "Download of record"},
-        {CloudDeed::DownloadList, "Download of the list from record"},
-        {CloudDeed::RetrieveFilesList, "RetrieveFilesList"},
-        {CloudDeed::RefreshTick, "the refresh timer ticks"},
-        {CloudDeed::RemoveFile, "RemoveFile of record"},
-        {CloudDeed::CancelUploading, "CancelUploading of path"},
-        {CloudDeed::CancelDownloading, "CancelDownloading of record"},
-        {CloudDeed::UserQuota, "UserQuota"},
-        {CloudDeed::RetrieveFilePreview, "RetrieveFilePreview of record"},
-        {CloudDeed::Answer, "the protocol answers request, from the newest,"},
-        {CloudDeed::AnswerAsAnother, "the protocol answers, under another id, request"},
-        {CloudDeed::Progress, "the protocol tells progress of request"},
-        {CloudDeed::ProgressAsAnother, "the protocol tells progress, under another id, of request"},
-        {CloudDeed::FlipSignedIn, "the protocol signs in or out"},
-        {CloudDeed::FlipRefusal, "the protocol begins or ends to refuse operation"},
-        {CloudDeed::LetHashingThrow, "the next hashing throws"},
-        {CloudDeed::LetNormalizingThrow, "the next normalizing throws"},
-        {CloudDeed::FileAppears, "there is a file, the local copy of record"},
-        {CloudDeed::FileVanishes, "there is no file any more, the local copy of record"},
-        {CloudDeed::ReplaceArguments, "the caller's arguments are replaced, record"},
-        {CloudDeed::MarkAsSyncing, "a transfer is noted in record"},
-        {CloudDeed::TakeCloudPart, "the cloud part is taken from record"},
-        {CloudDeed::DeleteManager, "the manager is deleted"},
-        {CloudDeed::MakeManager, "a manager is made"},
+    static const std::map<CloudAction::Kind, const char*> names = {
+        {CloudAction::Authorization, "Authorization with token"},
+        {CloudAction::Logout, "Logout"},
+        {CloudAction::UploadPath, "Upload of path"},
+        {CloudAction::UploadRecord, "Upload of record"},
+        {CloudAction::UploadList, "Upload of the list from path"},
+        {CloudAction::Download, "Download of record"},
+        {CloudAction::DownloadList, "Download of the list from record"},
+        {CloudAction::RetrieveFilesList, "RetrieveFilesList"},
+        {CloudAction::RefreshTick, "the refresh timer ticks"},
+        {CloudAction::RemoveFile, "RemoveFile of record"},
+        {CloudAction::CancelUploading, "CancelUploading of path"},
+        {CloudAction::CancelDownloading, "CancelDownloading of record"},
+        {CloudAction::UserQuota, "UserQuota"},
+        {CloudAction::RetrieveFilePreview, "RetrieveFilePreview of record"},
+        {CloudAction::Answer, "the protocol answers request, from the newest,"},
+        {CloudAction::AnswerAsAnother, "the protocol answers, under another id, request"},
+        {CloudAction::Progress, "the protocol tells progress of request"},
+        {CloudAction::ProgressAsAnother, "the protocol tells progress, under another id, of request"},
+        {CloudAction::FlipSignedIn, "the protocol signs in or out"},
+        {CloudAction::FlipRefusal, "the protocol begins or ends to refuse operation"},
+        {CloudAction::LetHashingThrow, "the next hashing throws"},
+        {CloudAction::LetNormalizingThrow, "the next normalizing throws"},
+        {CloudAction::FileAppears, "there is a file, the local copy of record"},
+        {CloudAction::FileVanishes, "there is no file any more, the local copy of record"},
+        {CloudAction::ReplaceArguments, "the caller's arguments are replaced, record"},
+        {CloudAction::MarkAsSyncing, "a transfer is noted in record"},
+        {CloudAction::TakeCloudPart, "the cloud part is taken from record"},
+        {CloudAction::DeleteManager, "the manager is deleted"},
+        {CloudAction::MakeManager, "a manager is made"},
     };
     return names.at(kind);
 }
 
 } // namespace
 
-rc::Gen<CloudDeed> AnyCloudDeed()
+rc::Gen<CloudAction> AnyCloudAction()
 {
-    const auto kind = rc::gen::weightedElement<CloudDeed::Kind>({
-        {2, CloudDeed::Authorization},    {1, CloudDeed::Logout},
-        {6, CloudDeed::UploadPath},       {4, CloudDeed::UploadRecord},
-        {2, CloudDeed::UploadList},       {8, CloudDeed::Download},
-        {2, CloudDeed::DownloadList},     {5, CloudDeed::RetrieveFilesList},
-        {2, CloudDeed::RefreshTick},      {5, CloudDeed::RemoveFile},
-        {6, CloudDeed::CancelUploading},  {6, CloudDeed::CancelDownloading},
-        {3, CloudDeed::UserQuota},        {5, CloudDeed::RetrieveFilePreview},
-        {30, CloudDeed::Answer},          {4, CloudDeed::AnswerAsAnother},
-        {4, CloudDeed::Progress},         {1, CloudDeed::ProgressAsAnother},
-        {3, CloudDeed::FlipSignedIn},     {4, CloudDeed::FlipRefusal},
-        {1, CloudDeed::LetHashingThrow},  {1, CloudDeed::LetNormalizingThrow},
-        {4, CloudDeed::FileAppears},      {1, CloudDeed::FileVanishes},
-        {2, CloudDeed::ReplaceArguments}, {1, CloudDeed::MarkAsSyncing},
-        {1, CloudDeed::TakeCloudPart},    {2, CloudDeed::DeleteManager},
-        {2, CloudDeed::MakeManager},
+    const auto kind = rc::gen::weightedElement<CloudAction::Kind>({
+        {2, CloudAction::Authorization},    {1, CloudAction::Logout},
+        {6, CloudAction::UploadPath},       {4, CloudAction::UploadRecord},
+        {2, CloudAction::UploadList},       {8, CloudAction::Download},
+        {2, CloudAction::DownloadList},     {5, CloudAction::RetrieveFilesList},
+        {2, CloudAction::RefreshTick},      {5, CloudAction::RemoveFile},
+        {6, CloudAction::CancelUploading},  {6, CloudAction::CancelDownloading},
+        {3, CloudAction::UserQuota},        {5, CloudAction::RetrieveFilePreview},
+        {30, CloudAction::Answer},          {4, CloudAction::AnswerAsAnother},
+        {4, CloudAction::Progress},         {1, CloudAction::ProgressAsAnother},
+        {3, CloudAction::FlipSignedIn},     {4, CloudAction::FlipRefusal},
+        {1, CloudAction::LetHashingThrow},  {1, CloudAction::LetNormalizingThrow},
+        {4, CloudAction::FileAppears},      {1, CloudAction::FileVanishes},
+        {2, CloudAction::ReplaceArguments}, {1, CloudAction::MarkAsSyncing},
+        {1, CloudAction::TakeCloudPart},    {2, CloudAction::DeleteManager},
+        {2, CloudAction::MakeManager},
     });
     // Mostly success, and now and then a result that no version of the contract knows.
     const auto result = rc::gen::map(rc::gen::weightedElement<int>({{6, 0}, {3, 1}, {3, 2}, {1, 3}, {1, -1}}),
                                      [](int value) { return static_cast<Social::RequestResult>(value); });
-    return rc::gen::build<CloudDeed>(
-        rc::gen::set(&CloudDeed::kind, kind), rc::gen::set(&CloudDeed::subject, AnyBelow(7)),
-        rc::gen::set(&CloudDeed::detail, AnyBelow(6)), rc::gen::set(&CloudDeed::result, result));
+    return rc::gen::build<CloudAction>(
+        rc::gen::set(&CloudAction::kind, kind), rc::gen::set(&CloudAction::subject, AnyBelow(7)),
+        rc::gen::set(&CloudAction::detail, AnyBelow(6)), rc::gen::set(&CloudAction::result, result));
 }
 
-std::ostream& operator<<(std::ostream& stream, const CloudDeed& deed)
+std::ostream& operator<<(std::ostream& stream, const CloudAction& action)
 {
-    return stream << NameOf(deed.kind) << ' ' << deed.subject << " (detail " << deed.detail << ", result "
-                  << static_cast<int>(deed.result) << ')';
+    return stream << NameOf(action.kind) << ' ' << action.subject << " (detail " << action.detail << ", result "
+                  << static_cast<int>(action.result) << ')';
 }
 
 std::string DocumentId(int number)
@@ -99,11 +99,11 @@ const std::vector<std::string>& RefusableOperations()
     return operations;
 }
 
-ModelAnswer AnswerOf(const CloudDeed& deed)
+ModelAnswer AnswerOf(const CloudAction& action)
 {
-    const int detail = deed.detail;
+    const int detail = action.detail;
     ModelAnswer answer;
-    answer.result = deed.result;
+    answer.result = action.result;
 
     auto& sharing = answer.sharing;
     sharing.isPrivate = detail % 2 != 0;

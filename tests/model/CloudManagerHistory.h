@@ -10,7 +10,7 @@
 namespace Norlis::Test {
 
 /// One thing that the editor, a slot, the protocol or the world does.
-struct CloudDeed {
+struct CloudAction {
     enum Kind {
         Authorization,
         Logout,
@@ -49,11 +49,11 @@ struct CloudDeed {
     Social::RequestResult result = Social::Success;
 };
 
-rc::Gen<CloudDeed> AnyCloudDeed();
+rc::Gen<CloudAction> AnyCloudAction();
 
-std::ostream& operator<<(std::ostream& stream, const CloudDeed& deed);
+std::ostream& operator<<(std::ostream& stream, const CloudAction& action);
 
-// The arguments that the numbers in a deed stand for.
+// The arguments that the numbers in an action stand for.
 inline constexpr int pathCount = 4;
 inline constexpr int recordCount = 7;
 inline constexpr int nullRecord = recordCount - 1;
@@ -61,6 +61,6 @@ inline constexpr int nullRecord = recordCount - 1;
 std::string DocumentId(int number);
 QString Token(int number);
 const std::vector<std::string>& RefusableOperations();
-ModelAnswer AnswerOf(const CloudDeed& deed);
+ModelAnswer AnswerOf(const CloudAction& action);
 
 } // namespace Norlis::Test

@@ -238,12 +238,17 @@ void CloudManagerModel::Download(const File& givenFile, const QString& directory
         return;
     }
     RequireRecord(file);
-    auto& cloud = file->GetRedactableCloudInfo().value();
+    const ModelRequest request = {ModelRequest::Download, {}, file};
+    auto& cloud = file->GetRedactableCloudInfo();
+    if (!cloud) {
+        Signal("DownloadingStarted(" + file->GetId() + ')', {file});
+        return Fail(request, RowOf(request).failed);
+    }
     const Fields fields = {{Key::ID, QString::fromStdString(file->GetId())},
-                           {Key::FILE_NAME, directory + '/' + QString::fromStdString(cloud.GetFileName())},
-                           {Key::FILE_SIZE, QString::number(cloud.GetSize())}};
+                           {Key::FILE_NAME, directory + '/' + QString::fromStdString(cloud->GetFileName())},
+                           {Key::FILE_SIZE, QString::number(cloud->GetSize())}};
     Signal("DownloadingStarted(" + file->GetId() + ')', {file});
-    Send({ModelRequest::Download, {}, file}, fields);
+    Send(request, fields);
 }
 
 void CloudManagerModel::RetrieveFilesList()

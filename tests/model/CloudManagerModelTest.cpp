@@ -1,4 +1,4 @@
-#include "CloudManagerStage.h"
+#include "CloudManagerDriver.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -12,8 +12,8 @@ TEST(CloudManagerModelTest, AnyHistoryGoesAsTheModelSays)
     const QTemporaryDir folder;
     qputenv("TMPDIR", QFile::encodeName(folder.path())); // previews go to the same folder
     CompareRandomly(
-        AnyCloudDeed(), [&] { return CloudManagerStageOfLibrary(folder.path()); },
-        [&] { return CloudManagerStageOfModel(folder.path()); });
+        AnyCloudAction(), [&] { return CloudManagerDriverOfLibrary(folder.path()); },
+        [&] { return CloudManagerDriverOfModel(folder.path()); });
 }
 
 } // namespace

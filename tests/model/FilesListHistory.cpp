@@ -10,80 +10,80 @@ namespace Norlis::Test {
 
 namespace {
 
-using Kind = FilesListDeed::Kind;
+using Kind = FilesListAction::Kind;
 
 const char* NameOf(Kind kind)
 {
     static const std::map<Kind, const char*> names = {
-        {FilesListDeed::Add, "Add record"},
-        {FilesListDeed::Remove, "Remove record"},
-        {FilesListDeed::Update, "Update with record"},
-        {FilesListDeed::AskByIndex, "the getters, of index"},
-        {FilesListDeed::AskByPath, "GetIdByPath of path"},
-        {FilesListDeed::AskById, "GetFileInfo of the id of record"},
-        {FilesListDeed::CallWhatDoesNothing, "Clear, Rename, Limit, SetImageGetCallback"},
-        {FilesListDeed::ReplaceRecord, "the caller's record is replaced"},
-        {FilesListDeed::SetPath, "a path is set in record"},
-        {FilesListDeed::SetPreviews, "previews are set in record"},
-        {FilesListDeed::SetCloudPreviews, "previews are set in the cloud part of record"},
-        {FilesListDeed::SetSyncing, "the syncing flag changes in record"},
-        {FilesListDeed::TakeCloudPart, "the cloud part is taken from record"},
-        {FilesListDeed::StoreField, "somebody stores a field of record"},
-        {FilesListDeed::StoreNumbers, "somebody stores numbers of record, right or malformed"},
-        {FilesListDeed::DropField, "somebody deletes a stored field of record"},
-        {FilesListDeed::LetStoreThrow, "the store's next call throws"},
-        {FilesListDeed::LetHashingThrow, "the next hashing throws"},
-        {FilesListDeed::LetNormalizingThrow, "the next normalizing throws"},
-        {FilesListDeed::ContentChanges, "all files have other content now"},
-        {FilesListDeed::FileAppears, "there is a file at path"},
-        {FilesListDeed::FileVanishes, "there is no file at path"},
-        {FilesListDeed::DeleteList, "the list is deleted"},
-        {FilesListDeed::MakeList, "a list is made"},
+        {FilesListAction::Add, "Add record"},
+        {FilesListAction::Remove, "Remove record"},
+        {FilesListAction::Update, "Update with record"},
+        {FilesListAction::AskByIndex, "the getters, of index"},
+        {FilesListAction::AskByPath, "GetIdByPath of path"},
+        {FilesListAction::AskById, "GetFileInfo of the id of record"},
+        {FilesListAction::CallWhatDoesNothing, "Clear, Rename, Limit, SetImageGetCallback"},
+        {FilesListAction::ReplaceRecord, "the caller's record is replaced"},
+        {FilesListAction::SetPath, "a path is set in record"},
+        {FilesListAction::SetPreviews, "previews are set in record"},
+        {FilesListAction::SetCloudPreviews, "previews are set in the cloud part of record"},
+        {FilesListAction::SetSyncing, "the syncing flag changes in record"},
+        {FilesListAction::TakeCloudPart, "the cloud part is taken from record"},
+        {FilesListAction::StoreField, "somebody stores a field of record"},
+        {FilesListAction::StoreNumbers, "somebody stores numbers of record, right or malformed"},
+        {FilesListAction::DropField, "somebody deletes a stored field of record"},
+        {FilesListAction::LetStoreThrow, "the store's next call throws"},
+        {FilesListAction::LetHashingThrow, "the next hashing throws"},
+        {FilesListAction::LetNormalizingThrow, "the next normalizing throws"},
+        {FilesListAction::ContentChanges, "all files have other content now"},
+        {FilesListAction::FileAppears, "there is a file at path"},
+        {FilesListAction::FileVanishes, "there is no file at path"},
+        {FilesListAction::DeleteList, "the list is deleted"},
+        {FilesListAction::MakeList, "a list is made"},
     };
     return names.at(kind);
 }
 
 } // namespace
 
-rc::Gen<FilesListDeed> AnyFilesListDeed()
+rc::Gen<FilesListAction> AnyFilesListAction()
 {
     const auto kind = rc::gen::weightedElement<Kind>({
-        {20, FilesListDeed::Add},
-        {10, FilesListDeed::Remove},
-        {14, FilesListDeed::Update},
-        {8, FilesListDeed::AskByIndex},
-        {4, FilesListDeed::AskByPath},
-        {3, FilesListDeed::AskById},
-        {1, FilesListDeed::CallWhatDoesNothing},
-        {10, FilesListDeed::ReplaceRecord},
-        {6, FilesListDeed::SetPath},
-        {4, FilesListDeed::SetPreviews},
-        {6, FilesListDeed::SetCloudPreviews},
-        {3, FilesListDeed::SetSyncing},
-        {2, FilesListDeed::TakeCloudPart},
-        {16, FilesListDeed::StoreField},
-        {2, FilesListDeed::StoreNumbers},
-        {4, FilesListDeed::DropField},
-        {1, FilesListDeed::LetStoreThrow},
-        {1, FilesListDeed::LetHashingThrow},
-        {1, FilesListDeed::LetNormalizingThrow},
-        {2, FilesListDeed::ContentChanges},
-        {2, FilesListDeed::FileAppears},
-        {2, FilesListDeed::FileVanishes},
-        {6, FilesListDeed::DeleteList},
-        {9, FilesListDeed::MakeList},
+        {20, FilesListAction::Add},
+        {10, FilesListAction::Remove},
+        {14, FilesListAction::Update},
+        {8, FilesListAction::AskByIndex},
+        {4, FilesListAction::AskByPath},
+        {3, FilesListAction::AskById},
+        {1, FilesListAction::CallWhatDoesNothing},
+        {10, FilesListAction::ReplaceRecord},
+        {6, FilesListAction::SetPath},
+        {4, FilesListAction::SetPreviews},
+        {6, FilesListAction::SetCloudPreviews},
+        {3, FilesListAction::SetSyncing},
+        {2, FilesListAction::TakeCloudPart},
+        {16, FilesListAction::StoreField},
+        {2, FilesListAction::StoreNumbers},
+        {4, FilesListAction::DropField},
+        {1, FilesListAction::LetStoreThrow},
+        {1, FilesListAction::LetHashingThrow},
+        {1, FilesListAction::LetNormalizingThrow},
+        {2, FilesListAction::ContentChanges},
+        {2, FilesListAction::FileAppears},
+        {2, FilesListAction::FileVanishes},
+        {6, FilesListAction::DeleteList},
+        {9, FilesListAction::MakeList},
     });
     const auto anyDetail = rc::gen::resize(rc::kNominalSize, rc::gen::inRange(0, storedFieldCount));
-    return rc::gen::build<FilesListDeed>(rc::gen::set(&FilesListDeed::kind, kind),
-                                         rc::gen::set(&FilesListDeed::subject, AnyBelow(8)),
-                                         rc::gen::set(&FilesListDeed::detail, anyDetail));
+    return rc::gen::build<FilesListAction>(rc::gen::set(&FilesListAction::kind, kind),
+                                           rc::gen::set(&FilesListAction::subject, AnyBelow(8)),
+                                           rc::gen::set(&FilesListAction::detail, anyDetail));
 }
 
-std::ostream& operator<<(std::ostream& stream, const FilesListDeed& deed)
+std::ostream& operator<<(std::ostream& stream, const FilesListAction& action)
 {
-    stream << NameOf(deed.kind) << ' ' << deed.subject << " (detail " << deed.detail << ')';
-    if (deed.kind == FilesListDeed::StoreField || deed.kind == FilesListDeed::DropField) {
-        stream << ": " << StoredField(deed.detail).first << " = \"" << StoredField(deed.detail).second << '"';
+    stream << NameOf(action.kind) << ' ' << action.subject << " (detail " << action.detail << ')';
+    if (action.kind == FilesListAction::StoreField || action.kind == FilesListAction::DropField) {
+        stream << ": " << StoredField(action.detail).first << " = \"" << StoredField(action.detail).second << '"';
     }
     return stream;
 }

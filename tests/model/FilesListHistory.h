@@ -9,7 +9,7 @@
 namespace Norlis::Test {
 
 /// One thing that the editor, a slot or the world does to the file list.
-struct FilesListDeed {
+struct FilesListAction {
     enum Kind {
         Add,
         Remove,
@@ -42,9 +42,9 @@ struct FilesListDeed {
     int detail = 0;  ///< which path, field or previews
 };
 
-rc::Gen<FilesListDeed> AnyFilesListDeed();
+rc::Gen<FilesListAction> AnyFilesListAction();
 
-std::ostream& operator<<(std::ostream& stream, const FilesListDeed& deed);
+std::ostream& operator<<(std::ostream& stream, const FilesListAction& action);
 
 /// Keys and values of stored records, malformed ones among them.
 const std::pair<std::string, std::string>& StoredField(int number);

@@ -1,4 +1,4 @@
-#include "FilesListStage.h"
+#include "FilesListDriver.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -15,8 +15,8 @@ TEST(FilesListModelTest, AnyHistoryGoesAsTheModelSays)
     local.write("content");
     local.close();
     CompareRandomly(
-        AnyFilesListDeed(), [&] { return FilesListStageOfLibrary(folder.path()); },
-        [&] { return FilesListStageOfModel(folder.path()); });
+        AnyFilesListAction(), [&] { return FilesListDriverOfLibrary(folder.path()); },
+        [&] { return FilesListDriverOfModel(folder.path()); });
 }
 
 } // namespace

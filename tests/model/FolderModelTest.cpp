@@ -13,7 +13,7 @@ namespace Norlis::Test {
 namespace {
 
 /// One thing that the user of a folder as a cloud does, or somebody else behind the user's back.
-struct FolderDeed {
+struct FolderAction {
     enum Kind {
         Upload,
         UploadWithWrongHash,
@@ -39,32 +39,32 @@ struct FolderDeed {
     int moment = 0; ///< when a request is given up, or somebody else acts
 };
 
-rc::Gen<FolderDeed> AnyFolderDeed()
+rc::Gen<FolderAction> AnyFolderAction()
 {
-    const auto kind = rc::gen::weightedElement<FolderDeed::Kind>({
-        {12, FolderDeed::Upload},
-        {2, FolderDeed::UploadWithWrongHash},
-        {8, FolderDeed::Replace},
-        {2, FolderDeed::ReplaceWithWrongHash},
-        {8, FolderDeed::Download},
-        {6, FolderDeed::Remove},
-        {2, FolderDeed::Quota},
-        {8, FolderDeed::CancelUpload},
-        {8, FolderDeed::CancelReplacement},
-        {5, FolderDeed::CancelDownload},
-        {3, FolderDeed::ReplaceWhileSomebodyWrites},
-        {3, FolderDeed::ReplaceWhileSomebodyDeletes},
-        {8, FolderDeed::SomebodyWrites},
-        {5, FolderDeed::SomebodyDeletes},
-        {4, FolderDeed::SomebodyRenames},
-        {1, FolderDeed::SignInAnew},
+    const auto kind = rc::gen::weightedElement<FolderAction::Kind>({
+        {12, FolderAction::Upload},
+        {2, FolderAction::UploadWithWrongHash},
+        {8, FolderAction::Replace},
+        {2, FolderAction::ReplaceWithWrongHash},
+        {8, FolderAction::Download},
+        {6, FolderAction::Remove},
+        {2, FolderAction::Quota},
+        {8, FolderAction::CancelUpload},
+        {8, FolderAction::CancelReplacement},
+        {5, FolderAction::CancelDownload},
+        {3, FolderAction::ReplaceWhileSomebodyWrites},
+        {3, FolderAction::ReplaceWhileSomebodyDeletes},
+        {8, FolderAction::SomebodyWrites},
+        {5, FolderAction::SomebodyDeletes},
+        {4, FolderAction::SomebodyRenames},
+        {1, FolderAction::SignInAnew},
     });
-    return rc::gen::build<FolderDeed>(
-        rc::gen::set(&FolderDeed::kind, kind), rc::gen::set(&FolderDeed::name, AnyBelow(5)),
-        rc::gen::set(&FolderDeed::content, AnyBelow(6)), rc::gen::set(&FolderDeed::moment, AnyBelow(40)));
+    return rc::gen::build<FolderAction>(
+        rc::gen::set(&FolderAction::kind, kind), rc::gen::set(&FolderAction::name, AnyBelow(5)),
+        rc::gen::set(&FolderAction::content, AnyBelow(6)), rc::gen::set(&FolderAction::moment, AnyBelow(40)));
 }
 
-std::ostream& operator<<(std::ostream& stream, const FolderDeed& deed)
+std::ostream& operator<<(std::ostream& stream, const FolderAction& action)
 {
     static const char* const names[] = {"Upload",
                                         "Upload with a wrong hash",
@@ -82,8 +82,8 @@ std::ostream& operator<<(std::ostream& stream, const FolderDeed& deed)
                                         "somebody deletes",
                                         "somebody renames",
                                         "sign in anew, not with"};
-    return stream << "\n  " << names[deed.kind] << " document " << deed.name << ", content " << deed.content
-                  << ", moment " << deed.moment;
+    return stream << "\n  " << names[action.kind] << " document " << action.name << ", content " << action.content
+                  << ", moment " << action.moment;
 }
 
 const QStringList& Names()
@@ -102,11 +102,11 @@ QByteArray Content(int number)
 /// A folder as what it is to its users, a map from names to contents, beside the service over a real one.
 class FolderHistory {
 public:
-    void Play(const std::vector<FolderDeed>& deeds)
+    void Play(const std::vector<FolderAction>& actions)
     {
         RC_ASSERT(client->SignIn());
-        for (const FolderDeed& deed : deeds) {
-            Do(deed);
+        for (const FolderAction& action : actions) {
+            Do(action);
             CompareAll();
         }
     }
@@ -115,48 +115,48 @@ private:
     using Sharing = Social::NorlisCloudSharingResult;
     using Upload = AnswerPtr<Sharing>;
 
-    void Do(const FolderDeed& deed)
+    void Do(const FolderAction& action)
     {
-        const QString name = Names().at(deed.name);
-        const QString freshName = Names().at(deed.name % 3); // those with a number are made by the service
-        const QByteArray content = Content(deed.content);
-        switch (deed.kind) {
-        case FolderDeed::Upload:
+        const QString name = Names().at(action.name);
+        const QString freshName = Names().at(action.name % 3); // those with a number are made by the service
+        const QByteArray content = Content(action.content);
+        switch (action.kind) {
+        case FolderAction::Upload:
             return Uploaded(StartUpload(freshName, content, {}, Md5Of(content)), freshName, content);
-        case FolderDeed::UploadWithWrongHash:
+        case FolderAction::UploadWithWrongHash:
             return Refused(StartUpload(freshName, content, {}, Md5Of("other")), {});
-        case FolderDeed::Replace:
+        case FolderAction::Replace:
             return Replaced(StartUpload("source.pdf", content, IdOf(name), {}), name, content);
-        case FolderDeed::ReplaceWithWrongHash:
+        case FolderAction::ReplaceWithWrongHash:
             return Refused(StartUpload("source.pdf", content, IdOf(name), Md5Of("other")), IdOf(name));
-        case FolderDeed::Download:
+        case FolderAction::Download:
             return Downloaded(client->Download(IdOf(name), Target()), name);
-        case FolderDeed::Remove:
+        case FolderAction::Remove:
             return Removed(client->Remove(IdOf(name)), name);
-        case FolderDeed::Quota:
+        case FolderAction::Quota:
             return CompareQuota();
-        case FolderDeed::CancelUpload:
-            return GiveUpUpload(deed, freshName, content);
-        case FolderDeed::CancelReplacement:
-            return GiveUpReplacement(deed, name, content);
-        case FolderDeed::CancelDownload:
-            return GiveUpDownload(deed, name);
-        case FolderDeed::ReplaceWhileSomebodyWrites:
-            return ReplaceMeanwhile(deed, name, content, QByteArray("somebody else's"));
-        case FolderDeed::ReplaceWhileSomebodyDeletes:
-            return ReplaceMeanwhile(deed, name, content, {});
-        case FolderDeed::SomebodyWrites:
+        case FolderAction::CancelUpload:
+            return GiveUpUpload(action, freshName, content);
+        case FolderAction::CancelReplacement:
+            return GiveUpReplacement(action, name, content);
+        case FolderAction::CancelDownload:
+            return GiveUpDownload(action, name);
+        case FolderAction::ReplaceWhileSomebodyWrites:
+            return ReplaceMeanwhile(action, name, content, QByteArray("somebody else's"));
+        case FolderAction::ReplaceWhileSomebodyDeletes:
+            return ReplaceMeanwhile(action, name, content, {});
+        case FolderAction::SomebodyWrites:
             cloud.Put(name, content);
             documents[name] = content;
             return;
-        case FolderDeed::SomebodyDeletes:
+        case FolderAction::SomebodyDeletes:
             if (documents.remove(name) > 0) {
                 cloud.Take(name);
             }
             return;
-        case FolderDeed::SomebodyRenames:
-            return Rename(name, Names().at(deed.content % Names().size()));
-        case FolderDeed::SignInAnew:
+        case FolderAction::SomebodyRenames:
+            return Rename(name, Names().at(action.content % Names().size()));
+        case FolderAction::SignInAnew:
             client = std::make_unique<Client>(cloud.Settings());
             RC_ASSERT(client->SignIn());
             return;
@@ -222,10 +222,10 @@ private:
     }
 
     /// It may be complete before it is given up.
-    void GiveUpUpload(const FolderDeed& deed, const QString& name, const QByteArray& content)
+    void GiveUpUpload(const FolderAction& action, const QString& name, const QByteArray& content)
     {
         const Upload upload = StartUpload(name, content, {}, {});
-        Await(deed.moment, [&] { return QFile::exists(cloud.PathOf(FreeName(name))); });
+        Await(action.moment, [&] { return QFile::exists(cloud.PathOf(FreeName(name))); });
         if (upload->Came()) {
             return Uploaded(upload, name, content);
         }
@@ -235,10 +235,10 @@ private:
     }
 
     /// Leaves the old or the new content.
-    void GiveUpReplacement(const FolderDeed& deed, const QString& name, const QByteArray& content)
+    void GiveUpReplacement(const FolderAction& action, const QString& name, const QByteArray& content)
     {
         const Upload upload = StartUpload("source.pdf", content, IdOf(name), {});
-        Await(deed.moment, [&] { return !documents.contains(name) || cloud.Get(name) == content; });
+        Await(action.moment, [&] { return !documents.contains(name) || cloud.Get(name) == content; });
         if (upload->Came()) {
             return Replaced(upload, name, content);
         }
@@ -250,11 +250,11 @@ private:
         }
     }
 
-    void GiveUpDownload(const FolderDeed& deed, const QString& name)
+    void GiveUpDownload(const FolderAction& action, const QString& name)
     {
         WriteFile(Target(), "old");
         const auto download = client->Download(IdOf(name), Target());
-        Await(deed.moment, [&] { return !documents.contains(name) || ReadFile(Target()) != QByteArray("old"); });
+        Await(action.moment, [&] { return !documents.contains(name) || ReadFile(Target()) != QByteArray("old"); });
         if (!download->Came()) {
             client->Cancel(download->operation);
         }
@@ -266,7 +266,7 @@ private:
     }
 
     /// Who comes first is not told; whatever the outcome, each content is whole.
-    void ReplaceMeanwhile(const FolderDeed& deed, const QString& name, const QByteArray& content,
+    void ReplaceMeanwhile(const FolderAction& action, const QString& name, const QByteArray& content,
                           const std::optional<QByteArray>& others)
     {
         if (!documents.contains(name)) {
@@ -275,7 +275,7 @@ private:
         const QByteArray old = documents[name];
         const QString id = IdOf(name);
         const Upload upload = StartUpload("source.pdf", content, id, {});
-        Await(deed.moment, [&] { return cloud.Get(name) == content; });
+        Await(action.moment, [&] { return cloud.Get(name) == content; });
         QFile::remove(cloud.PathOf(name));
         if (others) {
             cloud.Put(name, *others);
@@ -404,12 +404,12 @@ TEST(FolderModelTest, AnyHistoryLeavesWhatTheModelHolds)
     std::string firstFailure;
     CheckRandomly(
         [&] {
-            const auto deeds = *rc::gen::scale(0.2, rc::gen::container<std::vector<FolderDeed>>(AnyFolderDeed()));
+            const auto actions = *rc::gen::scale(0.2, rc::gen::container<std::vector<FolderAction>>(AnyFolderAction()));
             try {
-                FolderHistory().Play(deeds);
+                FolderHistory().Play(actions);
             } catch (const rc::detail::CaseResult& failure) {
                 if (firstFailure.empty()) {
-                    firstFailure = rc::toString(deeds) + '\n' + failure.description;
+                    firstFailure = rc::toString(actions) + '\n' + failure.description;
                 }
                 throw;
             }

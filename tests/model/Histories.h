@@ -21,57 +21,57 @@ namespace Norlis::Test {
 /// What happened in one step of a history, one line per event.
 using Trace = std::vector<std::string>;
 
-/// A deed, and what else is done inside the signals and calls that it brings about, counted from 0.
-template <typename Deed>
+/// An action, and what else is done inside the signals and calls that it brings about, counted from 0.
+template <typename Action>
 struct Step {
-    Deed deed;
-    std::map<int, Deed> inside;
+    Action action;
+    std::map<int, Action> inside;
 };
 
-template <typename Deed>
-std::ostream& operator<<(std::ostream& stream, const Step<Deed>& step)
+template <typename Action>
+std::ostream& operator<<(std::ostream& stream, const Step<Action>& step)
 {
-    stream << "\n  " << step.deed;
-    for (const auto& [moment, deed] : step.inside) {
-        stream << "\n      inside event " << moment << ": " << deed;
+    stream << "\n  " << step.action;
+    for (const auto& [moment, action] : step.inside) {
+        stream << "\n      inside event " << moment << ": " << action;
     }
     return stream;
 }
 
-/// A number from 0 on, every second one 0 or 1: deeds that concern the same thing are the interesting ones.
+/// A number from 0 on, every second one 0 or 1: actions that concern the same thing are the interesting ones.
 inline rc::Gen<int> AnyBelow(int count)
 {
     return rc::gen::resize(rc::kNominalSize, rc::gen::oneOf(rc::gen::inRange(0, 2), rc::gen::inRange(0, count)));
 }
 
-template <typename Deed>
-using History = std::vector<Step<Deed>>;
+template <typename Action>
+using History = std::vector<Step<Action>>;
 
-template <typename Deed>
-rc::Gen<History<Deed>> AnyHistory(const rc::Gen<Deed>& anyDeed)
+template <typename Action>
+rc::Gen<History<Action>> AnyHistory(const rc::Gen<Action>& anyAction)
 {
-    using Inside = std::map<int, Deed>;
-    const auto some = rc::gen::container<Inside>(2, AnyBelow(5), anyDeed);
+    using Inside = std::map<int, Action>;
+    const auto some = rc::gen::container<Inside>(2, AnyBelow(5), anyAction);
     const auto inside = rc::gen::weightedOneOf<Inside>({{1, rc::gen::just(Inside())}, {1, some}});
-    const auto step =
-        rc::gen::build<Step<Deed>>(rc::gen::set(&Step<Deed>::deed, anyDeed), rc::gen::set(&Step<Deed>::inside, inside));
-    return rc::gen::scale(0.4, rc::gen::container<History<Deed>>(step));
+    const auto step = rc::gen::build<Step<Action>>(rc::gen::set(&Step<Action>::action, anyAction),
+                                                   rc::gen::set(&Step<Action>::inside, inside));
+    return rc::gen::scale(0.4, rc::gen::container<History<Action>>(step));
 }
 
-/// Plays histories and writes down what happens. What is tested has one stage, its model another.
-template <typename Deed>
-class Stage {
+/// Plays histories and writes down what happens. What is tested has one driver, its model another.
+template <typename Action>
+class Driver {
 public:
-    virtual ~Stage() = default;
+    virtual ~Driver() = default;
 
-    std::vector<Trace> Play(const History<Deed>& history)
+    std::vector<Trace> Play(const History<Action>& history)
     {
         std::vector<Trace> traces;
         Begin();
-        for (const Step<Deed>& step : history) {
+        for (const Step<Action>& step : history) {
             inside = step.inside;
             moment = 0;
-            Act(step.deed);
+            Act(step.action);
             traces.push_back(EndOfStep());
         }
         inside.clear();
@@ -81,7 +81,7 @@ public:
     }
 
 protected:
-    virtual void Do(const Deed& deed) = 0;
+    virtual void Do(const Action& action) = 0;
 
     virtual void Begin() = 0;
     virtual void Finish() = 0;
@@ -89,11 +89,11 @@ protected:
     /// What can be seen from outside after a step.
     virtual Trace State() = 0;
 
-    /// Does a deed, and writes down what it throws.
-    void Act(const Deed& deed)
+    /// Does an action, and writes down what it throws.
+    void Act(const Action& action)
     {
         try {
-            Do(deed);
+            Do(action);
         } catch (const Gone&) {
             // the operation ended with its object
         } catch (const std::exception& thrown) {
@@ -106,8 +106,8 @@ protected:
     {
         const auto due = inside.find(moment++);
         if (due != inside.end()) {
-            const Deed deed = due->second;
-            Act(deed);
+            const Action action = due->second;
+            Act(action);
         }
     }
 
@@ -122,7 +122,7 @@ private:
         return trace;
     }
 
-    std::map<int, Deed> inside;
+    std::map<int, Action> inside;
     int moment = 0;
 };
 
@@ -158,13 +158,13 @@ void CheckRandomly(const Property& property, int cases)
 /// Empty when both traces are the same, else the first step in which they differ, written out.
 std::string Difference(const std::vector<Trace>& expected, const std::vector<Trace>& actual);
 
-/// Plays random histories on two stages and compares what is seen of each. The functions make a new stage each.
-template <typename Deeds, typename Library, typename Model>
-void CompareRandomly(const Deeds& deeds, const Library& library, const Model& model, int cases = 1000)
+/// Plays random histories on two drivers and compares what is seen of each. The functions make a new driver each.
+template <typename Actions, typename Library, typename Model>
+void CompareRandomly(const Actions& actions, const Library& library, const Model& model, int cases = 1000)
 {
     CheckRandomly(
         [&] {
-            const auto history = *AnyHistory(deeds);
+            const auto history = *AnyHistory(actions);
             const auto actual = library()->Play(history);
             const auto expected = model()->Play(history);
             const std::string difference = Difference(expected, actual);

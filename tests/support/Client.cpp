@@ -180,11 +180,11 @@ AnswerPtr<QPixmap> Client::Preview(const QString& id, const QSize& box)
     });
 }
 
-AnswerPtr<NorlisCloudProtocol::ServiceTraits> Client::Examine()
+AnswerPtr<NorlisCloudProtocol::ServiceCapabilities> Client::Examine()
 {
-    using Traits = NorlisCloudProtocol::ServiceTraits;
+    using Traits = NorlisCloudProtocol::ServiceCapabilities;
     return Start<Traits>([&](const AnswerPtr<Traits>& answer) {
-        return protocol->examineService(DoneInto(answer, this, &isInsideACall));
+        return protocol->probeService(DoneInto(answer, this, &isInsideACall));
     });
 }
 

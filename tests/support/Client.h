@@ -78,7 +78,7 @@ public:
                                                        const QString& md5 = {});
     AnswerPtr<QuotaMap> Quota();
     AnswerPtr<QPixmap> Preview(const QString& id, const QSize& box);
-    AnswerPtr<NorlisCloudProtocol::ServiceTraits> Examine();
+    AnswerPtr<NorlisCloudProtocol::ServiceCapabilities> Examine();
 
     void Cancel(qint64 id);
 

@@ -65,7 +65,7 @@ protected:
     {
         Social::OAuth2::AuthInfo settings;
         settings.serviceUrl = server.Address();
-        settings.patience = patience;
+        settings.silenceTimeout = patience;
         return settings;
     }
 

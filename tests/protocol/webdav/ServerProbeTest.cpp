@@ -9,7 +9,7 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 
-QMap<QString, QString> ByTrait(const NorlisCloudProtocol::ServiceTraits& traits)
+QMap<QString, QString> ByTrait(const NorlisCloudProtocol::ServiceCapabilities& traits)
 {
     QMap<QString, QString> findings;
     for (const auto& [trait, finding] : traits) {
@@ -19,7 +19,7 @@ QMap<QString, QString> ByTrait(const NorlisCloudProtocol::ServiceTraits& traits)
     return findings;
 }
 
-std::string TextOf(const NorlisCloudProtocol::ServiceTraits& traits)
+std::string TextOf(const NorlisCloudProtocol::ServiceCapabilities& traits)
 {
     QStringList lines;
     for (const auto& [trait, finding] : traits) {
@@ -97,7 +97,7 @@ TEST_F(ServerProbeTest, ServerThatOneCanOnlyReadFromIsDescribedToo)
 
 TEST_F(ServerProbeTest, LeavesNothingBehindWhereverItFails)
 {
-    settings.patience = shortPatience;
+    settings.silenceTimeout = shortPatience;
     Client user(settings, server.Password());
     ASSERT_TRUE(user.SignIn());
     for (const When& when :

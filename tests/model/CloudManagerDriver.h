@@ -7,21 +7,21 @@
 
 namespace Norlis::Test {
 
-/// Where histories are played: documents, folders and arguments. Each side, the library and the model, has one of its
-/// own, in the same folder one after the other.
-class CloudManagerStage : public Stage<CloudDeed> {
+/// Plays histories of the cloud manager, with documents, folders and arguments of its own. The library and the model
+/// have one each, which use the same folder one after the other.
+class CloudManagerDriver : public Driver<CloudAction> {
 public:
     using FileInfo = PDF::FileInfo;
     using File = std::shared_ptr<FileInfo>;
 
-    explicit CloudManagerStage(const QString& folder);
+    explicit CloudManagerDriver(const QString& folder);
 
 protected:
     virtual bool HasManager() const = 0;
     virtual bool IsSyncInProgress() const = 0;
     virtual void MakeManager() = 0;
     virtual void DeleteManager() = 0;
-    virtual void Operate(const CloudDeed& deed) = 0;
+    virtual void Operate(const CloudAction& action) = 0;
     virtual void Tick() = 0;
     virtual qint64 RequestCount() const = 0;
     virtual void Answer(qint64 request, qint64 id, const ModelAnswer& answer) = 0;
@@ -36,40 +36,40 @@ protected:
     void WriteRecord(const File& record);
 
     template <typename Manager>
-    void OperateOn(Manager& manager, const CloudDeed& deed)
+    void OperateOn(Manager& manager, const CloudAction& action)
     {
-        const auto size = FileInfo::PreviewSize(deed.detail % 3);
-        path = paths[deed.subject % pathCount];
-        list = {paths[deed.subject % pathCount], paths[deed.detail % pathCount]};
-        File& record = records[deed.subject % recordCount];
-        switch (deed.kind) {
-        case CloudDeed::Authorization:
-            return manager.Authorization(Token(deed.detail));
-        case CloudDeed::Logout:
+        const auto size = FileInfo::PreviewSize(action.detail % 3);
+        path = paths[action.subject % pathCount];
+        list = {paths[action.subject % pathCount], paths[action.detail % pathCount]};
+        File& record = records[action.subject % recordCount];
+        switch (action.kind) {
+        case CloudAction::Authorization:
+            return manager.Authorization(Token(action.detail));
+        case CloudAction::Logout:
             return manager.Logout();
-        case CloudDeed::UploadPath:
+        case CloudAction::UploadPath:
             return manager.Upload(path);
-        case CloudDeed::UploadRecord:
+        case CloudAction::UploadRecord:
             return manager.Upload(record);
-        case CloudDeed::UploadList:
+        case CloudAction::UploadList:
             return manager.Upload(list);
-        case CloudDeed::Download:
+        case CloudAction::Download:
             return manager.Download(record, folder + '/');
-        case CloudDeed::DownloadList:
-            documents = {record, records[deed.detail % recordCount]};
+        case CloudAction::DownloadList:
+            documents = {record, records[action.detail % recordCount]};
             return manager.Download(documents, folder);
-        case CloudDeed::RetrieveFilesList:
+        case CloudAction::RetrieveFilesList:
             return manager.RetrieveFilesList();
-        case CloudDeed::RemoveFile:
+        case CloudAction::RemoveFile:
             return manager.RemoveFile(record);
-        case CloudDeed::CancelUploading:
+        case CloudAction::CancelUploading:
             return manager.CancelUploading(path);
-        case CloudDeed::CancelDownloading:
+        case CloudAction::CancelDownloading:
             return manager.CancelDownloading(record);
-        case CloudDeed::UserQuota:
+        case CloudAction::UserQuota:
             return manager.UserQuota();
-        case CloudDeed::RetrieveFilePreview:
-            return manager.RetrieveFilePreview(record, size, {10 + deed.detail, 20});
+        case CloudAction::RetrieveFilePreview:
+            return manager.RetrieveFilePreview(record, size, {10 + action.detail, 20});
         default:
             return;
         }
@@ -87,15 +87,15 @@ protected:
 private:
     File MakeRecord(int number) const;
     static void Write(const QString& file);
-    void Do(const CloudDeed& deed) override;
+    void Do(const CloudAction& action) override;
 
     /// In which order the requests are cancelled is left open.
     void Delete();
 
-    void CallBack(const CloudDeed& deed);
+    void CallBack(const CloudAction& action);
 
     /// A path that the caller names, or the local path of a record.
-    QString FileOf(const CloudDeed& deed) const;
+    QString FileOf(const CloudAction& action) const;
 
     void Begin() override;
     void Finish() override;
@@ -106,9 +106,9 @@ private:
     bool isBeingDeleted = false;
 };
 
-/// Where the library acts, and where its model does.
-std::unique_ptr<CloudManagerStage> CloudManagerStageOfLibrary(const QString& folder);
-std::unique_ptr<CloudManagerStage> CloudManagerStageOfModel(const QString& folder);
+/// Of the library, and of its model.
+std::unique_ptr<CloudManagerDriver> CloudManagerDriverOfLibrary(const QString& folder);
+std::unique_ptr<CloudManagerDriver> CloudManagerDriverOfModel(const QString& folder);
 
 /// "id=doc md5_hash=...", as both write it.
 std::string FieldsText(const QMap<QString, QString>& fields);

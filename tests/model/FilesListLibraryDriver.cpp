@@ -1,4 +1,4 @@
-#include "FilesListStage.h"
+#include "FilesListDriver.h"
 
 #include <tests/support/LogCapture.h>
 #include <tests/support/SlotRunner.h>
@@ -16,57 +16,57 @@ using namespace TestKit;
 using PDF::Cloud::NorlisCloudFilesManager;
 
 /// The library.
-class ListLibraryStage : public FilesListStage {
+class ListLibraryDriver : public FilesListDriver {
 public:
-    explicit ListLibraryStage(const QString& folder) : FilesListStage(folder), log(journal) {}
+    explicit ListLibraryDriver(const QString& folder) : FilesListDriver(folder), log(journal) {}
 
 private:
     struct Store : PDF::Cloud::ICloudInfoStorage {
-        explicit Store(ListLibraryStage& stage) : stage(stage) {}
+        explicit Store(ListLibraryDriver& driver) : driver(driver) {}
 
         void RemoveRecord(const std::string& id) override
         {
-            stage.FilesListStage::RemoveRecord(id);
+            driver.FilesListDriver::RemoveRecord(id);
         }
 
         void SetValue(const std::string& id, const std::string& key, const std::string& value) override
         {
-            stage.FilesListStage::SetValue(id, key, value);
+            driver.FilesListDriver::SetValue(id, key, value);
         }
 
         std::map<std::string, Fields> ReadAll() override
         {
-            return stage.FilesListStage::ReadAll();
+            return driver.FilesListDriver::ReadAll();
         }
 
-        ListLibraryStage& stage;
+        ListLibraryDriver& driver;
     };
 
     struct FileSystem : PDF::IFileSystem {
-        explicit FileSystem(ListLibraryStage& stage) : stage(stage) {}
+        explicit FileSystem(ListLibraryDriver& driver) : driver(driver) {}
 
         bool Exists(const ioPath& path) override
         {
-            return stage.FilesListStage::Exists(path);
+            return driver.FilesListDriver::Exists(path);
         }
 
         ioPath NormalizePath(const ioPath& path) override
         {
-            return stage.Normalized(path);
+            return driver.Normalized(path);
         }
 
-        ListLibraryStage& stage;
+        ListLibraryDriver& driver;
     };
 
     struct Hashes : PDF::IHashCalculator {
-        explicit Hashes(ListLibraryStage& stage) : stage(stage) {}
+        explicit Hashes(ListLibraryDriver& driver) : driver(driver) {}
 
         std::string CalculateHash(const ioPath& path) override
         {
-            return stage.HashOf(path);
+            return driver.HashOf(path);
         }
 
-        ListLibraryStage& stage;
+        ListLibraryDriver& driver;
     };
 
     bool HasList() const override
@@ -90,9 +90,9 @@ private:
         list.reset();
     }
 
-    void Operate(const Deed& deed) override
+    void Operate(const Action& action) override
     {
-        if (deed.kind == Deed::CallWhatDoesNothing) {
+        if (action.kind == Action::CallWhatDoesNothing) {
             list->Clear();
             list->Rename({"a", "b"}, "c");
             list->SetImageGetCallback([this](const QString&) {
@@ -101,7 +101,7 @@ private:
             });
             journal->Write("limit " + std::to_string(list->Limit()));
         } else {
-            OperateOn(*list, deed);
+            OperateOn(*list, action);
         }
     }
 
@@ -112,9 +112,9 @@ private:
 
 } // namespace
 
-std::unique_ptr<FilesListStage> FilesListStageOfLibrary(const QString& folder)
+std::unique_ptr<FilesListDriver> FilesListDriverOfLibrary(const QString& folder)
 {
-    return std::make_unique<ListLibraryStage>(folder);
+    return std::make_unique<ListLibraryDriver>(folder);
 }
 
 } // namespace Norlis::Test

@@ -13,44 +13,44 @@
 
 namespace Norlis::Test {
 
-/// Where histories of the file list are played: a store, files and the caller's records.
-class FilesListStage : public Stage<FilesListDeed> {
+/// Plays histories of the file list, with a store, files and records of its own.
+class FilesListDriver : public Driver<FilesListAction> {
 public:
-    using Deed = FilesListDeed;
+    using Action = FilesListAction;
     using FileInfo = PDF::FileInfo;
     using File = std::shared_ptr<FileInfo>;
     using Fields = std::map<std::string, std::string>;
 
-    explicit FilesListStage(const QString& folder);
+    explicit FilesListDriver(const QString& folder);
 
 protected:
     virtual bool HasList() const = 0;
     virtual void MakeList() = 0;
     virtual void DeleteList() = 0;
-    virtual void Operate(const Deed& deed) = 0;
+    virtual void Operate(const Action& action) = 0;
 
     void Begin() override;
     void Finish() override;
     Trace State() override;
 
     template <typename List>
-    void OperateOn(List& list, const Deed& deed)
+    void OperateOn(List& list, const Action& action)
     {
-        File& record = records[std::size_t(deed.subject) % records.size()];
-        switch (deed.kind) {
-        case Deed::Add:
+        File& record = records[std::size_t(action.subject) % records.size()];
+        switch (action.kind) {
+        case Action::Add:
             return list.Add(record);
-        case Deed::Remove:
+        case Action::Remove:
             return list.Remove(record);
-        case Deed::Update:
+        case Action::Update:
             newer = record;
             return list.Update(newer);
-        case Deed::AskByIndex:
-            return AskByIndex(list, deed.subject - 2);
-        case Deed::AskByPath:
-            journal->Write("at the path: " + list.GetIdByPath(Path(deed.subject)));
+        case Action::AskByIndex:
+            return AskByIndex(list, action.subject - 2);
+        case Action::AskByPath:
+            journal->Write("at the path: " + list.GetIdByPath(Path(action.subject)));
             return;
-        case Deed::AskById:
+        case Action::AskById:
             return AskById(list, record ? QString::fromStdString(record->GetId()) : "unknown");
         default:
             return;
@@ -94,7 +94,7 @@ private:
         }
     }
 
-    void Do(const Deed& deed) override;
+    void Do(const Action& action) override;
 
     static void StoreNumbers(Fields& fields, int combination);
 
@@ -128,8 +128,8 @@ private:
     std::vector<std::pair<File, FileInfo::CloudInfo>> made;
 };
 
-/// Where the library acts, and where its model does.
-std::unique_ptr<FilesListStage> FilesListStageOfLibrary(const QString& folder);
-std::unique_ptr<FilesListStage> FilesListStageOfModel(const QString& folder);
+/// Of the library, and of its model.
+std::unique_ptr<FilesListDriver> FilesListDriverOfLibrary(const QString& folder);
+std::unique_ptr<FilesListDriver> FilesListDriverOfModel(const QString& folder);
 
 } // namespace Norlis::Test

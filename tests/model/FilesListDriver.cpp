@@ -1,4 +1,4 @@
-#include "FilesListStage.h"
+#include "FilesListDriver.h"
 
 #include <QDir>
 
@@ -7,7 +7,7 @@
 
 namespace Norlis::Test {
 
-FilesListStage::FilesListStage(const QString& folder) : folder(folder.toStdString())
+FilesListDriver::FilesListDriver(const QString& folder) : folder(folder.toStdString())
 {
     existing = {this->folder + "/a.pdf"};
     store["a"] = {{"file_path", this->folder + "/a.pdf"}, {"preview_path", "/1;/2;/3;"}};
@@ -17,14 +17,14 @@ FilesListStage::FilesListStage(const QString& folder) : folder(folder.toStdStrin
     }
 }
 
-void FilesListStage::Begin()
+void FilesListDriver::Begin()
 {
     MakeList();
 }
 
-void FilesListStage::Finish()
+void FilesListDriver::Finish()
 {
-    Act({Deed::DeleteList});
+    Act({Action::DeleteList});
     for (const auto& [id, fields] : store) {
         for (const auto& [key, value] : fields) {
             journal->Write("stored of \"" + id + "\": " + key + " = " + value);
@@ -35,14 +35,14 @@ void FilesListStage::Finish()
             record.second.erase(field); // of which some are malformed
         }
     }
-    Act({Deed::MakeList});
+    Act({Action::MakeList});
     for (int index = 0; index < 12; ++index) {
-        Act({Deed::AskByIndex, index + 2});
+        Act({Action::AskByIndex, index + 2});
     }
-    Act({Deed::DeleteList});
+    Act({Action::DeleteList});
 }
 
-Trace FilesListStage::State()
+Trace FilesListDriver::State()
 {
     Trace trace;
     for (const auto& [record, cloud] : made) {
@@ -51,102 +51,102 @@ Trace FilesListStage::State()
     return trace;
 }
 
-std::map<std::string, FilesListStage::Fields> FilesListStage::ReadAll()
+std::map<std::string, FilesListDriver::Fields> FilesListDriver::ReadAll()
 {
     journal->Write("-> ReadAll");
     ThrowIf(storeThrows, "store");
     return store;
 }
 
-void FilesListStage::RemoveRecord(const std::string& id)
+void FilesListDriver::RemoveRecord(const std::string& id)
 {
     journal->Write("-> RemoveRecord " + id);
     ThrowIf(storeThrows, "store");
     store.erase(id);
 }
 
-void FilesListStage::SetValue(const std::string& id, const std::string& key, const std::string& value)
+void FilesListDriver::SetValue(const std::string& id, const std::string& key, const std::string& value)
 {
     journal->Write("-> SetValue " + id + ' ' + key + ' ' + value);
     store[id][key] = value;
 }
 
-bool FilesListStage::Exists(const ioPath& path)
+bool FilesListDriver::Exists(const ioPath& path)
 {
     journal->Write("-> Exists " + path.utf8string());
     return existing.count(path.utf8string()) != 0;
 }
 
-ioPath FilesListStage::Normalized(const ioPath& path)
+ioPath FilesListDriver::Normalized(const ioPath& path)
 {
     journal->Write("-> NormalizePath " + path.utf8string());
     ThrowIf(normalizingThrows, "file system");
     return QDir::cleanPath(QString::fromStdString(path.utf8string())).toStdString();
 }
 
-std::string FilesListStage::HashOf(const ioPath& path)
+std::string FilesListDriver::HashOf(const ioPath& path)
 {
     journal->Write("-> CalculateHash " + path.utf8string());
     ThrowIf(hashingThrows, "hash calculator");
     return existing.count(path.utf8string()) == 0 ? "" : "hash " + std::to_string(content);
 }
 
-void FilesListStage::Do(const Deed& deed)
+void FilesListDriver::Do(const Action& action)
 {
-    const File record = records[std::size_t(deed.subject) % records.size()];
-    switch (deed.kind) {
-    case Deed::ReplaceRecord:
-        records[std::size_t(deed.subject) % records.size()] = MakeRecord(deed.subject, deed.detail);
+    const File record = records[std::size_t(action.subject) % records.size()];
+    switch (action.kind) {
+    case Action::ReplaceRecord:
+        records[std::size_t(action.subject) % records.size()] = MakeRecord(action.subject, action.detail);
         newer = nullptr;
         return;
-    case Deed::SetPath:
-        return record ? record->SetPath(Path(deed.detail), "set hash", "set sync hash") : void();
-    case Deed::SetPreviews:
-        return record ? record->SetPreviewsSet(Previews(deed.detail)) : void();
-    case Deed::SetCloudPreviews:
+    case Action::SetPath:
+        return record ? record->SetPath(Path(action.detail), "set hash", "set sync hash") : void();
+    case Action::SetPreviews:
+        return record ? record->SetPreviewsSet(Previews(action.detail)) : void();
+    case Action::SetCloudPreviews:
         return record && record->GetRedactableCloudInfo()
-                   ? record->GetRedactableCloudInfo()->SetPreviewsSet(Previews(deed.detail))
+                   ? record->GetRedactableCloudInfo()->SetPreviewsSet(Previews(action.detail))
                    : void();
-    case Deed::SetSyncing:
+    case Action::SetSyncing:
         return record ? record->SetIsSyncingInProgress(!record->IsSyncingInProgress()) : void();
-    case Deed::TakeCloudPart:
+    case Action::TakeCloudPart:
         return record ? record->GetRedactableCloudInfo().reset() : void();
-    case Deed::StoreField:
-        store[IdOf(deed.subject)][StoredField(deed.detail).first] = InFolder(StoredField(deed.detail).second);
+    case Action::StoreField:
+        store[IdOf(action.subject)][StoredField(action.detail).first] = InFolder(StoredField(action.detail).second);
         return;
-    case Deed::StoreNumbers:
-        return StoreNumbers(store[IdOf(deed.subject)], deed.detail);
-    case Deed::DropField:
-        store[IdOf(deed.subject)].erase(StoredField(deed.detail).first);
+    case Action::StoreNumbers:
+        return StoreNumbers(store[IdOf(action.subject)], action.detail);
+    case Action::DropField:
+        store[IdOf(action.subject)].erase(StoredField(action.detail).first);
         return;
-    case Deed::LetStoreThrow:
+    case Action::LetStoreThrow:
         storeThrows = true;
         return;
-    case Deed::LetHashingThrow:
+    case Action::LetHashingThrow:
         hashingThrows = true;
         return;
-    case Deed::LetNormalizingThrow:
+    case Action::LetNormalizingThrow:
         normalizingThrows = true;
         return;
-    case Deed::ContentChanges:
+    case Action::ContentChanges:
         ++content;
         return;
-    case Deed::FileAppears:
-        existing.insert(Path(deed.subject).utf8string());
+    case Action::FileAppears:
+        existing.insert(Path(action.subject).utf8string());
         return;
-    case Deed::FileVanishes:
-        existing.erase(Path(deed.subject).utf8string());
+    case Action::FileVanishes:
+        existing.erase(Path(action.subject).utf8string());
         return;
-    case Deed::DeleteList:
+    case Action::DeleteList:
         return HasList() ? Delete() : void();
-    case Deed::MakeList:
+    case Action::MakeList:
         return HasList() ? void() : MakeList();
     default:
-        return HasList() ? Operate(deed) : void();
+        return HasList() ? Operate(action) : void();
     }
 }
 
-void FilesListStage::StoreNumbers(Fields& fields, int combination)
+void FilesListDriver::StoreNumbers(Fields& fields, int combination)
 {
     const std::vector<std::string> values = {"12", "", "99999999999"};
     for (const char* key : {"cloud_size", "is_private", "lifetime_in_sec"}) {
@@ -155,7 +155,7 @@ void FilesListStage::StoreNumbers(Fields& fields, int combination)
     }
 }
 
-void FilesListStage::Delete()
+void FilesListDriver::Delete()
 {
     storeThrows = false;
     for (const auto& [record, cloud] : made) {
@@ -166,33 +166,33 @@ void FilesListStage::Delete()
     DeleteList();
 }
 
-std::string FilesListStage::InFolder(std::string text) const
+std::string FilesListDriver::InFolder(std::string text) const
 {
     const std::string placeholder = "FOLDER";
     const auto position = text.find(placeholder);
     return position == std::string::npos ? text : text.replace(position, placeholder.size(), folder);
 }
 
-void FilesListStage::ThrowIf(bool& flag, const char* who)
+void FilesListDriver::ThrowIf(bool& flag, const char* who)
 {
     if (std::exchange(flag, false)) {
         throw std::runtime_error(who);
     }
 }
 
-std::string FilesListStage::IdOf(int number)
+std::string FilesListDriver::IdOf(int number)
 {
     static const std::vector<std::string> ids = {"a", "b", "b", "\xd0\xb4", "", "A", "c;d", "z"};
     return ids.at(std::size_t(number));
 }
 
-ioPath FilesListStage::Path(int number) const
+ioPath FilesListDriver::Path(int number) const
 {
     static const std::vector<std::string> names = {"/a.pdf", "//a.pdf", "/b \xc3\xbc.pdf", "/missing.pdf"};
     return number % 5 == 4 ? ioPath() : ioPath(folder + names.at(std::size_t(number % 5)));
 }
 
-std::map<PDF::FileInfo::PreviewSize, ioPath> FilesListStage::Previews(int number)
+std::map<PDF::FileInfo::PreviewSize, ioPath> FilesListDriver::Previews(int number)
 {
     std::map<FileInfo::PreviewSize, ioPath> previews;
     for (int size = 0; size < 3; ++size) {
@@ -203,7 +203,7 @@ std::map<PDF::FileInfo::PreviewSize, ioPath> FilesListStage::Previews(int number
     return previews;
 }
 
-FilesListStage::File FilesListStage::MakeRecord(int number, int variant)
+FilesListDriver::File FilesListDriver::MakeRecord(int number, int variant)
 {
     if (number == 7) {
         return nullptr;

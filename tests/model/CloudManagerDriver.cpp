@@ -1,4 +1,4 @@
-#include "CloudManagerStage.h"
+#include "CloudManagerDriver.h"
 
 #include "RecordText.h"
 
@@ -11,7 +11,7 @@
 
 namespace Norlis::Test {
 
-CloudManagerStage::CloudManagerStage(const QString& folder) : folder(folder)
+CloudManagerDriver::CloudManagerDriver(const QString& folder) : folder(folder)
 {
     for (const QString& name : QDir(folder).entryList(QDir::Files | QDir::Hidden)) {
         QFile::remove(folder + '/' + name);
@@ -27,7 +27,7 @@ CloudManagerStage::CloudManagerStage(const QString& folder) : folder(folder)
     }
 }
 
-std::string CloudManagerStage::HashOf(const ioPath& file)
+std::string CloudManagerDriver::HashOf(const ioPath& file)
 {
     journal->Write("-> CalculateHash " + file.utf8string());
     if (std::exchange(hashingThrows, false)) {
@@ -36,7 +36,7 @@ std::string CloudManagerStage::HashOf(const ioPath& file)
     return "hash of " + file.utf8string();
 }
 
-ioPath CloudManagerStage::Normalized(const ioPath& file)
+ioPath CloudManagerDriver::Normalized(const ioPath& file)
 {
     journal->Write("-> NormalizePath " + file.utf8string());
     if (std::exchange(normalizingThrows, false)) {
@@ -45,14 +45,14 @@ ioPath CloudManagerStage::Normalized(const ioPath& file)
     return QDir::cleanPath(QString::fromStdString(file.utf8string())).toStdString();
 }
 
-void CloudManagerStage::WriteRecord(const File& record)
+void CloudManagerDriver::WriteRecord(const File& record)
 {
     const int number = records.indexOf(record);
     journal->Write("    record " + (number < 0 ? std::string("of its own") : std::to_string(number)) + ": " +
                    TextOf(record));
 }
 
-CloudManagerStage::File CloudManagerStage::MakeRecord(int number) const
+CloudManagerDriver::File CloudManagerDriver::MakeRecord(int number) const
 {
     if (number % recordCount == nullRecord) {
         return nullptr;
@@ -70,7 +70,7 @@ CloudManagerStage::File CloudManagerStage::MakeRecord(int number) const
     return record;
 }
 
-void CloudManagerStage::Write(const QString& file)
+void CloudManagerDriver::Write(const QString& file)
 {
     QFile written(file);
     if (written.open(QIODevice::WriteOnly)) {
@@ -78,60 +78,60 @@ void CloudManagerStage::Write(const QString& file)
     }
 }
 
-void CloudManagerStage::Do(const CloudDeed& deed)
+void CloudManagerDriver::Do(const CloudAction& action)
 {
-    if (isBeingDeleted && deed.kind != CloudDeed::Answer && deed.kind != CloudDeed::Progress) {
+    if (isBeingDeleted && action.kind != CloudAction::Answer && action.kind != CloudAction::Progress) {
         return;
     }
-    switch (deed.kind) {
-    case CloudDeed::RefreshTick:
+    switch (action.kind) {
+    case CloudAction::RefreshTick:
         return HasManager() ? Tick() : void();
-    case CloudDeed::Answer:
-    case CloudDeed::AnswerAsAnother:
-    case CloudDeed::Progress:
-    case CloudDeed::ProgressAsAnother:
-        return CallBack(deed);
-    case CloudDeed::FlipSignedIn:
+    case CloudAction::Answer:
+    case CloudAction::AnswerAsAnother:
+    case CloudAction::Progress:
+    case CloudAction::ProgressAsAnother:
+        return CallBack(action);
+    case CloudAction::FlipSignedIn:
         return FlipSignedIn();
-    case CloudDeed::FlipRefusal:
-        return FlipRefusal(RefusableOperations().at(std::size_t(deed.subject) % RefusableOperations().size()));
-    case CloudDeed::LetHashingThrow:
+    case CloudAction::FlipRefusal:
+        return FlipRefusal(RefusableOperations().at(std::size_t(action.subject) % RefusableOperations().size()));
+    case CloudAction::LetHashingThrow:
         hashingThrows = true;
         return;
-    case CloudDeed::LetNormalizingThrow:
+    case CloudAction::LetNormalizingThrow:
         normalizingThrows = true;
         return;
-    case CloudDeed::FileAppears:
-        return Write(FileOf(deed));
-    case CloudDeed::FileVanishes:
-        QFile::remove(FileOf(deed));
+    case CloudAction::FileAppears:
+        return Write(FileOf(action));
+    case CloudAction::FileVanishes:
+        QFile::remove(FileOf(action));
         return;
-    case CloudDeed::ReplaceArguments:
+    case CloudAction::ReplaceArguments:
         path = "/elsewhere.pdf";
         list.clear();
         documents.clear();
-        records[deed.subject % recordCount] = MakeRecord(deed.subject);
+        records[action.subject % recordCount] = MakeRecord(action.subject);
         return;
-    case CloudDeed::MarkAsSyncing:
-        if (const File& record = records[deed.subject % recordCount]) {
+    case CloudAction::MarkAsSyncing:
+        if (const File& record = records[action.subject % recordCount]) {
             record->SetIsSyncingInProgress(true);
         }
         return;
-    case CloudDeed::TakeCloudPart:
-        if (const File& record = records[deed.subject % recordCount]) {
+    case CloudAction::TakeCloudPart:
+        if (const File& record = records[action.subject % recordCount]) {
             record->GetRedactableCloudInfo().reset();
         }
         return;
-    case CloudDeed::DeleteManager:
+    case CloudAction::DeleteManager:
         return HasManager() ? Delete() : void();
-    case CloudDeed::MakeManager:
+    case CloudAction::MakeManager:
         return HasManager() ? void() : MakeManager();
     default:
-        return HasManager() ? Operate(deed) : void();
+        return HasManager() ? Operate(action) : void();
     }
 }
 
-void CloudManagerStage::Delete()
+void CloudManagerDriver::Delete()
 {
     Trace before = journal->Take();
     isBeingDeleted = true;
@@ -146,42 +146,42 @@ void CloudManagerStage::Delete()
     }
 }
 
-void CloudManagerStage::CallBack(const CloudDeed& deed)
+void CloudManagerDriver::CallBack(const CloudAction& action)
 {
     const qint64 count = RequestCount();
     if (count == 0) {
         return;
     }
-    const qint64 request = std::max<qint64>(count - deed.subject, 1);
-    const qint64 other = std::max<qint64>(count - deed.detail, 1);
-    const bool asAnother = deed.kind == CloudDeed::AnswerAsAnother || deed.kind == CloudDeed::ProgressAsAnother;
-    const qint64 id = asAnother ? (deed.detail == 5 ? -1 : other) : request;
-    if (deed.kind == CloudDeed::Answer || deed.kind == CloudDeed::AnswerAsAnother) {
-        Answer(request, id, AnswerOf(deed));
+    const qint64 request = std::max<qint64>(count - action.subject, 1);
+    const qint64 other = std::max<qint64>(count - action.detail, 1);
+    const bool asAnother = action.kind == CloudAction::AnswerAsAnother || action.kind == CloudAction::ProgressAsAnother;
+    const qint64 id = asAnother ? (action.detail == 5 ? -1 : other) : request;
+    if (action.kind == CloudAction::Answer || action.kind == CloudAction::AnswerAsAnother) {
+        Answer(request, id, AnswerOf(action));
     } else {
-        Progress(request, id, deed.detail * 25);
+        Progress(request, id, action.detail * 25);
     }
 }
 
-QString CloudManagerStage::FileOf(const CloudDeed& deed) const
+QString CloudManagerDriver::FileOf(const CloudAction& action) const
 {
-    const File& record = records[deed.subject];
+    const File& record = records[action.subject];
     const auto local = record ? QString::fromStdString(record->GetPath().utf8string()) : QString();
-    return local.isEmpty() ? paths[deed.detail % 3] : local;
+    return local.isEmpty() ? paths[action.detail % 3] : local;
 }
 
-void CloudManagerStage::Begin()
+void CloudManagerDriver::Begin()
 {
     MakeManager();
 }
 
-void CloudManagerStage::Finish()
+void CloudManagerDriver::Finish()
 {
-    Act({CloudDeed::DeleteManager});
-    Act({CloudDeed::Answer});
+    Act({CloudAction::DeleteManager});
+    Act({CloudAction::Answer});
 }
 
-Trace CloudManagerStage::State()
+Trace CloudManagerDriver::State()
 {
     Trace trace = {std::string("syncing: ") + (HasManager() && IsSyncInProgress() ? "yes" : "no")};
     for (const File& record : qAsConst(records)) {

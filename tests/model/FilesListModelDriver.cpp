@@ -1,14 +1,14 @@
+#include "FilesListDriver.h"
 #include "FilesListModel.h"
-#include "FilesListStage.h"
 
 namespace Norlis::Test {
 
 namespace {
 
 /// The model.
-class ListModelStage : public FilesListStage, public FilesListSurroundings {
+class ListModelDriver : public FilesListDriver, public FilesListSurroundings {
 public:
-    using FilesListStage::FilesListStage;
+    using FilesListDriver::FilesListDriver;
 
 private:
     bool HasList() const override
@@ -28,43 +28,43 @@ private:
         std::exchange(list, nullptr)->SaveAndDelete();
     }
 
-    void Operate(const Deed& deed) override
+    void Operate(const Action& action) override
     {
-        if (deed.kind == Deed::CallWhatDoesNothing) {
+        if (action.kind == Action::CallWhatDoesNothing) {
             journal->Write("limit 0");
         } else {
-            OperateOn(*list, deed);
+            OperateOn(*list, action);
         }
     }
 
-    std::map<std::string, FilesListStage::Fields> ReadAll() override
+    std::map<std::string, FilesListDriver::Fields> ReadAll() override
     {
-        return FilesListStage::ReadAll();
+        return FilesListDriver::ReadAll();
     }
 
     void RemoveRecord(const std::string& id) override
     {
-        FilesListStage::RemoveRecord(id);
+        FilesListDriver::RemoveRecord(id);
     }
 
     void SetValue(const std::string& id, const std::string& key, const std::string& value) override
     {
-        FilesListStage::SetValue(id, key, value);
+        FilesListDriver::SetValue(id, key, value);
     }
 
     bool Exists(const ioPath& path) override
     {
-        return FilesListStage::Exists(path);
+        return FilesListDriver::Exists(path);
     }
 
     ioPath Normalized(const ioPath& path) override
     {
-        return FilesListStage::Normalized(path);
+        return FilesListDriver::Normalized(path);
     }
 
     std::string HashOf(const ioPath& path) override
     {
-        return FilesListStage::HashOf(path);
+        return FilesListDriver::HashOf(path);
     }
 
     void Log(const std::string& record) override
@@ -85,9 +85,9 @@ private:
 
 } // namespace
 
-std::unique_ptr<FilesListStage> FilesListStageOfModel(const QString& folder)
+std::unique_ptr<FilesListDriver> FilesListDriverOfModel(const QString& folder)
 {
-    return std::make_unique<ListModelStage>(folder);
+    return std::make_unique<ListModelDriver>(folder);
 }
 
 } // namespace Norlis::Test

@@ -1,4 +1,4 @@
-#include "CloudManagerStage.h"
+#include "CloudManagerDriver.h"
 
 #include <tests/support/LogCapture.h>
 #include <tests/support/SlotRunner.h>
@@ -23,9 +23,9 @@ using namespace TestKit;
 using PDF::Cloud::NorlisCloudManager;
 
 /// The library, over scripted collaborators that write to the journal.
-class LibraryStage : public CloudManagerStage {
+class LibraryDriver : public CloudManagerDriver {
 public:
-    explicit LibraryStage(const QString& folder) : CloudManagerStage(folder), log(journal)
+    explicit LibraryDriver(const QString& folder) : CloudManagerDriver(folder), log(journal)
     {
         protocol = std::make_shared<Protocol>(journal);
         for (const char* operation : {"auth", "logout", "retriveFileList", "uploadFile", "downloadFile", "deleteFile",
@@ -40,7 +40,7 @@ public:
         }
     }
 
-    ~LibraryStage() override
+    ~LibraryDriver() override
     {
         protocol->inside.clear();
     }
@@ -59,18 +59,18 @@ private:
     };
 
     struct Hashes : PDF::IHashCalculator {
-        explicit Hashes(LibraryStage& stage) : stage(stage) {}
+        explicit Hashes(LibraryDriver& driver) : driver(driver) {}
 
         std::string CalculateHash(const ioPath& file) override
         {
-            return stage.HashOf(file);
+            return driver.HashOf(file);
         }
 
-        LibraryStage& stage;
+        LibraryDriver& driver;
     };
 
     struct FileSystem : PDF::IFileSystem {
-        explicit FileSystem(LibraryStage& stage) : stage(stage) {}
+        explicit FileSystem(LibraryDriver& driver) : driver(driver) {}
 
         bool Exists(const ioPath&) override
         {
@@ -79,10 +79,10 @@ private:
 
         ioPath NormalizePath(const ioPath& file) override
         {
-            return stage.Normalized(file);
+            return driver.Normalized(file);
         }
 
-        LibraryStage& stage;
+        LibraryDriver& driver;
     };
 
     bool HasManager() const override
@@ -140,9 +140,9 @@ private:
         manager.reset();
     }
 
-    void Operate(const CloudDeed& deed) override
+    void Operate(const CloudAction& action) override
     {
-        OperateOn(*manager, deed);
+        OperateOn(*manager, action);
     }
 
     void Tick() override
@@ -209,9 +209,9 @@ private:
 
 } // namespace
 
-std::unique_ptr<CloudManagerStage> CloudManagerStageOfLibrary(const QString& folder)
+std::unique_ptr<CloudManagerDriver> CloudManagerDriverOfLibrary(const QString& folder)
 {
-    return std::make_unique<LibraryStage>(folder);
+    return std::make_unique<LibraryDriver>(folder);
 }
 
 } // namespace Norlis::Test

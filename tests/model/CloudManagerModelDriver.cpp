@@ -1,4 +1,4 @@
-#include "CloudManagerStage.h"
+#include "CloudManagerDriver.h"
 
 #include <set>
 
@@ -7,9 +7,9 @@ namespace Norlis::Test {
 namespace {
 
 /// The model.
-class ModelStage : public CloudManagerStage, public CloudManagerSurroundings {
+class ModelDriver : public CloudManagerDriver, public CloudManagerSurroundings {
 public:
-    using CloudManagerStage::CloudManagerStage;
+    using CloudManagerDriver::CloudManagerDriver;
 
 private:
     struct Held {
@@ -38,9 +38,9 @@ private:
         std::exchange(manager, nullptr)->Delete();
     }
 
-    void Operate(const CloudDeed& deed) override
+    void Operate(const CloudAction& action) override
     {
-        OperateOn(*manager, deed);
+        OperateOn(*manager, action);
     }
 
     void Tick() override
@@ -113,12 +113,12 @@ private:
 
     std::string HashOf(const ioPath& file) override
     {
-        return CloudManagerStage::HashOf(file);
+        return CloudManagerDriver::HashOf(file);
     }
 
     ioPath Normalized(const ioPath& file) override
     {
-        return CloudManagerStage::Normalized(file);
+        return CloudManagerDriver::Normalized(file);
     }
 
     void Log(const std::string& record) override
@@ -144,9 +144,9 @@ private:
 
 } // namespace
 
-std::unique_ptr<CloudManagerStage> CloudManagerStageOfModel(const QString& folder)
+std::unique_ptr<CloudManagerDriver> CloudManagerDriverOfModel(const QString& folder)
 {
-    return std::make_unique<ModelStage>(folder);
+    return std::make_unique<ModelDriver>(folder);
 }
 
 } // namespace Norlis::Test
