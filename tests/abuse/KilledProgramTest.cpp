@@ -1,6 +1,7 @@
 // The terminal program killed at any moment of what it does. How often each test does so is in NORLIS_KILLS.
 
 #include <tests/support/ProgramTest.h>
+#include <tests/support/Rounds.h>
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -23,7 +24,7 @@ int Kills()
 {
     bool isNumber = false;
     const int kills = qEnvironmentVariableIntValue("NORLIS_KILLS", &isNumber);
-    return isNumber ? kills : 10;
+    return isNumber ? kills : IsThorough() ? 10 : 3;
 }
 
 class KilledProgramTest : public ProgramTest {

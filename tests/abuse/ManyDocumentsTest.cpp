@@ -1,3 +1,4 @@
+#include <tests/support/Rounds.h>
 #include <tests/support/SessionTest.h>
 #include <tests/support/UsedHeap.h>
 
@@ -9,7 +10,7 @@ namespace Norlis::Test {
 
 namespace {
 
-constexpr int manyDocuments = 100'000;
+const int manyDocuments = IsThorough() ? 100'000 : 20'000;
 constexpr int patience = 100'000;            // milliseconds; only a failing test waits for so long
 constexpr qint64 mostPerDocument = 2 * 1024; // bytes
 
