@@ -80,7 +80,7 @@ public:
     qint64 Send(const Request::Any& request, Answer answer, ProgressCallback&& progress = {})
     {
         if (!isLoggedIn && !std::holds_alternative<Request::SignIn>(request)) {
-            Report(notStarted, Failed("The request", {}, "Nobody is signed in", "Sign in first.").failure);
+            Report(notStarted, FailureReply("The request", {}, "Nobody is signed in", "Sign in first.").failure);
             return notStarted;
         }
         return connection->Send(
@@ -115,19 +115,19 @@ public:
     template <typename Callback>
     qint64 SendForPixmap(const Request::Any& request, Callback&& done)
     {
-        return Send(request,
-                    [this, done = std::forward<Callback>(done)](qint64 id, RequestResult result, Reply&& reply) {
-                        const QImage image = PayloadOf<QImage>(std::move(reply));
-                        if (result == Success && !CanHavePixmaps()) {
-                            const auto guard = lifetime.Watch();
-                            Report(id, Failed("Fetching a picture", {}, "The program has no QGuiApplication").failure);
-                            if (guard) {
-                                done(id, Error, {});
-                            }
-                            return;
-                        }
-                        done(id, result, image.isNull() ? QPixmap() : QPixmap::fromImage(image));
-                    });
+        return Send(
+            request, [this, done = std::forward<Callback>(done)](qint64 id, RequestResult result, Reply&& reply) {
+                const QImage image = PayloadOf<QImage>(std::move(reply));
+                if (result == Success && !CanHavePixmaps()) {
+                    const auto guard = lifetime.Watch();
+                    Report(id, FailureReply("Fetching a picture", {}, "The program has no QGuiApplication").failure);
+                    if (guard) {
+                        done(id, Error, {});
+                    }
+                    return;
+                }
+                done(id, result, image.isNull() ? QPixmap() : QPixmap::fromImage(image));
+            });
     }
 
     void Report(qint64 id, OAuth2::Failure failure)

@@ -6,10 +6,10 @@
 
 namespace Norlis::Social {
 
-/// The one resource of a listing of depth 0; nothing when the answer is not about it.
+/// The one resource of a listing of depth 0; nothing when the response is not about it.
 std::optional<DavEntry> EntryOfDepth0(const HttpResponse& response, const DavPath& path);
 
-/// Whether an answer to PROPPATCH says that the property was stored, which a 207 alone does not.
+/// Whether a response to PROPPATCH says that the property was stored, which a 207 alone does not.
 bool IsPropertyStored(const HttpResponse& response);
 
 /// Whether a status says that the resource does not exist.

@@ -12,7 +12,8 @@
 
 namespace Norlis::Social {
 
-/// Reads the answer to a PROPFIND of depth 0 or 1 (RFC 4918, 13 and 14) while it arrives. On any thread, one at a time.
+/// Reads the response to a PROPFIND of depth 0 or 1 (RFC 4918, 13 and 14) while it arrives. On any thread, one at a
+/// time.
 ///
 /// The bytes may be anything: memory, beyond the entries that nobody has taken yet, stays below a few megabytes.
 class MultiStatusParser {
@@ -27,10 +28,10 @@ public:
     /// counts: behind some proxies they have another origin than the server that answered.
     explicit MultiStatusParser(DavPath collection);
 
-    /// The next piece, of any size. False once the answer has been found unreadable; the rest is then ignored.
+    /// The next piece, of any size. False once the response has been found unreadable; the rest is then ignored.
     bool Add(const QByteArray& piece);
 
-    /// After the last piece. False unless the whole answer was a listing.
+    /// After the last piece. False unless the whole response was a listing.
     bool Finish();
 
     /// One sentence without a full stop, empty while all is well. It holds nothing of what the server wrote.

@@ -73,8 +73,8 @@ std::optional<Reply> ListJob::Step()
 
 Reply ListJob::Unusable() const
 {
-    return Failed("Fetching the list of documents", {}, store.Validate().value_or(QString()),
-                  "Make the folder available again, for instance by connecting its drive.");
+    return FailureReply("Fetching the list of documents", {}, store.Validate().value_or(QString()),
+                        "Make the folder available again, for instance by connecting its drive.");
 }
 
 void ListJob::HashNextPiece()
@@ -103,14 +103,15 @@ std::optional<Reply> CopyJob::Step()
 std::optional<Reply> CopyJob::Open()
 {
     if (!reader.Open(task.source)) {
-        return Failed(task.what, task.document,
-                      QStringLiteral("%1 cannot be read: %2").arg(task.source, reader.ErrorText()),
-                      "Check that the file is there and that you may read it.");
+        return FailureReply(task.what, task.document,
+                            QStringLiteral("%1 cannot be read: %2").arg(task.source, reader.ErrorText()),
+                            "Check that the file is there and that you may read it.");
     }
     if (!copy.Open(task.temporaryFolder)) {
-        return Failed(task.what, task.document,
-                      QStringLiteral("Nothing can be written to %1: %2").arg(task.temporaryFolder, copy.ErrorText()),
-                      "Check that the folder is there and that you may write to it.");
+        return FailureReply(
+            task.what, task.document,
+            QStringLiteral("Nothing can be written to %1: %2").arg(task.temporaryFolder, copy.ErrorText()),
+            "Check that the folder is there and that you may write to it.");
     }
     isOpen = true;
     ReportProgress();
@@ -121,16 +122,16 @@ std::optional<Reply> CopyJob::CopyNextPiece()
 {
     const QByteArray& piece = reader.Next();
     if (reader.Failed()) {
-        return Failed(task.what, task.document,
-                      QStringLiteral("%1 cannot be read: %2").arg(task.source, reader.ErrorText()));
+        return FailureReply(task.what, task.document,
+                            QStringLiteral("%1 cannot be read: %2").arg(task.source, reader.ErrorText()));
     }
     if (piece.isEmpty()) {
         return Finish();
     }
     if (!copy.Write(piece.constData(), piece.size())) {
-        return Failed(task.what, task.document,
-                      QStringLiteral("%1 cannot be written: %2").arg(task.temporaryFolder, copy.ErrorText()),
-                      "Make room on the drive and try again.");
+        return FailureReply(task.what, task.document,
+                            QStringLiteral("%1 cannot be written: %2").arg(task.temporaryFolder, copy.ErrorText()),
+                            "Free some space on the drive and try again.");
     }
     ReportProgress();
     return std::nullopt;
@@ -139,13 +140,13 @@ std::optional<Reply> CopyJob::CopyNextPiece()
 Reply CopyJob::Finish()
 {
     if (!reader.IsUnchanged() || (!task.expectedMd5.isEmpty() && task.expectedMd5 != reader.Md5())) {
-        return Failed(task.what, task.document, QStringLiteral("%1 has changed in the meantime").arg(task.source),
-                      "Try again.");
+        return FailureReply(task.what, task.document, QStringLiteral("%1 has changed in the meantime").arg(task.source),
+                            "Try again.");
     }
     if (!copy.Sync()) {
-        return Failed(task.what, task.document,
-                      QStringLiteral("%1 cannot be written: %2").arg(task.temporaryFolder, copy.ErrorText()),
-                      "Make room on the drive and try again.");
+        return FailureReply(task.what, task.document,
+                            QStringLiteral("%1 cannot be written: %2").arg(task.temporaryFolder, copy.ErrorText()),
+                            "Free some space on the drive and try again.");
     }
     Reply reply = task.publish(copy, reader);
     if (reply.result == Success) {

@@ -57,7 +57,8 @@ void FolderService::Cancel(qint64 id)
 Reply FolderService::Handle(const Request::SignIn&)
 {
     if (const auto reason = store.Open()) {
-        return Failed("Sign-in", {}, *reason, "Create the folder, or make its drive available, and sign in again.");
+        return FailureReply("Sign-in", {}, *reason,
+                            "Create the folder, or make its drive available, and sign in again.");
     }
     store.RemoveLeftovers();
     return {};
@@ -103,7 +104,7 @@ Reply FolderService::Handle(const Request::Remove& request)
     }
     QFile file(document->path);
     if (!file.remove()) {
-        return Failed("Removal", document->name, file.errorString(), "Check that you may write to the folder.");
+        return FailureReply("Removal", document->name, file.errorString(), "Check that you may write to the folder.");
     }
     Files::AtomicFile::SyncFolderOf(document->path);
     return {};
@@ -112,7 +113,7 @@ Reply FolderService::Handle(const Request::Remove& request)
 Reply FolderService::Handle(const Request::Quota&)
 {
     if (const auto reason = store.Validate()) {
-        return Failed("Fetching the storage in use", {}, *reason, "Make the folder available again.");
+        return FailureReply("Fetching the storage usage", {}, *reason, "Make the folder available again.");
     }
     const qint64 used = store.UsedBytes();
     const qint64 total = authInfo.storageLimit > 0 ? authInfo.storageLimit : used + store.FreeBytes();
@@ -138,7 +139,7 @@ void FolderService::Begin(qint64 id, const Request::Preview& request)
         return;
     }
     if (request.box.isEmpty()) {
-        listener.reply(id, Failed("Fetching a preview", document->name, "The requested size is empty"));
+        listener.reply(id, FailureReply("Fetching a preview", document->name, "The requested size is empty"));
         return;
     }
     previews.Add(id, {document->id, document->name, document->version.ToString()}, request.box);

@@ -15,7 +15,7 @@ namespace {
 constexpr qint64 bytesPerMiB = 1024 * 1024;
 const auto download = QStringLiteral("Download");
 const auto upload = QStringLiteral("Upload");
-const auto makeRoom = QStringLiteral("Make room in the cloud and try again.");
+const auto freeSpace = QStringLiteral("Free some space in the cloud and try again.");
 
 } // namespace
 
@@ -28,7 +28,7 @@ FolderTransfers::Plan FolderTransfers::Download(const Request::Download& request
         return NoSuchDocument(download, store);
     }
     if (const auto problem = Files::ValidateTarget(request.localPath)) {
-        return Failed(download, document->name, problem->reason, problem->advice);
+        return FailureReply(download, document->name, problem->reason, problem->advice);
     }
     CopyJob::Task task;
     task.what = download;
@@ -54,8 +54,8 @@ Reply FolderTransfers::PublishDownload(const Request::Download& request, const F
         return {}; // nobody waits for it
     }
     if (!isWritten) {
-        return Failed(download, document.name,
-                      QStringLiteral("%1 cannot be written: %2").arg(request.localPath, copy.ErrorText()));
+        return FailureReply(download, document.name,
+                            QStringLiteral("%1 cannot be written: %2").arg(request.localPath, copy.ErrorText()));
     }
     Files::AtomicFile::SyncFolderOf(request.localPath);
     store.RememberHash(document.id, source.Version(), source.Md5());
@@ -66,21 +66,21 @@ FolderTransfers::Plan FolderTransfers::Upload(const Request::Upload& request)
 {
     QString name = QFileInfo(request.localPath).fileName();
     if (const auto reason = store.Validate()) {
-        return Failed(upload, name, *reason, "Make the folder available again.");
+        return FailureReply(upload, name, *reason, "Make the folder available again.");
     }
     if (!request.document.isEmpty()) {
         const auto replaced = store.Find(request.document);
         if (!replaced) {
-            return Failed(upload, name, "The document to replace is not in the cloud any more",
-                          "Upload the file as a new document.");
+            return FailureReply(upload, name, "The document to replace is no longer in the cloud",
+                                "Upload the file as a new document.");
         }
         name = replaced->name;
     }
     if (const auto badName = Files::ValidateName(name)) {
-        return Failed(upload, name, QStringLiteral("The name %1").arg(*badName), "Give the file another name.");
+        return FailureReply(upload, name, QStringLiteral("The name %1").arg(*badName), "Give the file another name.");
     }
     if (const auto reason = ValidateSize(QFileInfo(request.localPath).size(), request.document)) {
-        return Failed(upload, name, *reason, makeRoom);
+        return FailureReply(upload, name, *reason, freeSpace);
     }
     QDir().mkpath(store.TemporaryFolder()); // a failure shows when the copy is opened
     CopyJob::Task task;
@@ -104,7 +104,7 @@ Reply FolderTransfers::PublishUpload(const Request::Upload& request, const QStri
         reason = ValidateSize(source.Version().size, request.document);
     }
     if (reason) {
-        return Failed(upload, wantedName, *reason, makeRoom);
+        return FailureReply(upload, wantedName, *reason, freeSpace);
     }
     QString name = wantedName;
     auto outcome = Files::AtomicFile::Outcome::Failed;
@@ -122,7 +122,7 @@ Reply FolderTransfers::PublishUpload(const Request::Upload& request, const QStri
         return {}; // nobody waits for it
     }
     if (outcome != Files::AtomicFile::Outcome::Done) {
-        return Failed(upload, wantedName, copy.ErrorText(), "Check that you may write to the folder.");
+        return FailureReply(upload, wantedName, copy.ErrorText(), "Check that you may write to the folder.");
     }
     Files::AtomicFile::SyncFolderOf(store.PathOf(name));
     return Uploaded(name, copy, source.Md5());
@@ -168,9 +168,10 @@ std::optional<QString> FolderTransfers::ValidateSize(qint64 size, const QString&
 Reply NoSuchDocument(const QString& what, const FolderStore& store)
 {
     if (const auto reason = store.Validate()) {
-        return Failed(what, {}, *reason, "Make the folder available again, for instance by connecting its drive.");
+        return FailureReply(what, {}, *reason,
+                            "Make the folder available again, for instance by connecting its drive.");
     }
-    return Failed(what, {}, "The document is not in the cloud any more", "Refresh the list.");
+    return FailureReply(what, {}, "The document is no longer in the cloud", "Refresh the list.");
 }
 
 } // namespace Norlis::Social

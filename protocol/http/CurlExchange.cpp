@@ -6,11 +6,11 @@ namespace Norlis::Social {
 
 namespace {
 
-constexpr int maxKeptBody = 1024 * 1024;        // bytes; of answers that are read as a whole
+constexpr int maxKeptBody = 1024 * 1024;        // bytes; of responses that are read as a whole
 constexpr long connectTimeout = 20'000;         // milliseconds
 constexpr long bufferSize = 512 * 1024;         // bytes; so that large transfers take fewer steps
 constexpr qint64 expectThreshold = 1024 * 1024; // bytes; from this size on, the server is asked before the body is sent
-constexpr long expectTimeout = 500;             // milliseconds; some servers never answer that question
+constexpr long expectTimeout = 500;             // milliseconds; some servers never answer `Expect`
 
 HttpResponse::Fault FaultOf(CURLcode code)
 {
@@ -212,7 +212,7 @@ void CurlExchange::TakeHeader(QByteArray line)
     sinceActivity.start();
     line = line.trimmed();
     if (line.startsWith("HTTP/")) {
-        response.head = {}; // interim answers come before the real one
+        response.head = {}; // interim responses come before the real one
         response.head.status = line.mid(line.indexOf(' ') + 1, 3).toInt();
         return;
     }
@@ -290,7 +290,7 @@ void CurlExchange::Finish(CURLcode code)
         code = CURLE_GOT_NOTHING; // which is what happened to the first attempt
         errorText[0] = '\0';
     }
-    // A sink also learns of an answer without a body.
+    // A sink also learns of a response without a body.
     if (code == CURLE_OK && request.sink && response.head.HasSucceeded() && !BeginSink()) {
         code = CURLE_WRITE_ERROR;
     }
@@ -298,7 +298,7 @@ void CurlExchange::Finish(CURLcode code)
         Fail(HttpResponse::Fault::Broken, QStringLiteral("The server gave no final answer"));
         return;
     }
-    // An answer that comes while the body is still being sent counts, however the connection ends.
+    // A response that comes while the body is still being sent counts, however the connection ends.
     if (FaultOf(code) == HttpResponse::Fault::Broken && response.head.status >= 300) {
         code = CURLE_OK;
     }

@@ -218,7 +218,7 @@ bool HttpClient::Follow(Pending& pending, HttpResponse& response)
         response.faultText = QStringLiteral("The server redirects to a page instead of answering");
     } else if (OriginOfUrl(target) != settings.origin) {
         const QByteArray origin = OriginOfUrl(target);
-        response.faultText = QStringLiteral("The server redirects to another place: %1")
+        response.faultText = QStringLiteral("The server redirects to another address: %1")
                                  .arg(QString::fromUtf8(origin.isEmpty() ? "not a web address" : origin));
     } else if (++pending.redirects > maxRedirects) {
         response.faultText = QStringLiteral("The server redirects in circles");

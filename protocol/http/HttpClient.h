@@ -18,7 +18,7 @@ namespace Norlis::Social {
 /// the connection breaks, a repeatable request is repeated a few times, after a pause. Redirects are followed within
 /// the origin only, with the same method and body; the credentials never leave it. There are no cookies.
 ///
-/// Lives on one thread with an event loop. Destruction drops all requests without an answer.
+/// Lives on one thread with an event loop. Destruction drops all requests without a response.
 class HttpClient : public QObject {
 public:
     struct Settings {

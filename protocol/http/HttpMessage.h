@@ -32,9 +32,9 @@ public:
 /// Names and values.
 using HttpFields = QList<QPair<QByteArray, QByteArray>>;
 
-/// The status line and the fields of an answer. RFC 9110.
+/// The status line and the fields of a response. RFC 9110.
 struct HttpHead {
-    int status = 0;    ///< 0 when no answer came
+    int status = 0;    ///< 0 when no response came
     HttpFields fields; ///< names in lower case
 
     /// The value of a field, without blanks around it; empty when there is none.
@@ -46,7 +46,7 @@ struct HttpHead {
     }
 };
 
-/// Takes the body of a successful answer while it arrives. Used on the thread of the HttpClient, which it must
+/// Takes the body of a successful response while it arrives. Used on the thread of the HttpClient, which it must
 /// not call.
 class HttpSink {
 public:
@@ -54,7 +54,7 @@ public:
 
     virtual ~HttpSink() = default;
 
-    /// Before the first piece of every attempt. False refuses the answer.
+    /// Before the first piece of every attempt. False refuses the response.
     virtual bool Begin(const HttpHead& head, std::function<void()> onReady) = 0;
 
     /// After `Later` the same piece is offered again when onReady, given to Begin, has been called.
@@ -70,7 +70,7 @@ struct HttpRequest {
     HttpFields fields;
     QByteArray body;
     std::shared_ptr<HttpSource> source; ///< in place of the body
-    std::shared_ptr<HttpSink> sink;     ///< without one, the answer's body is kept, up to a limit
+    std::shared_ptr<HttpSink> sink;     ///< without one, the response's body is kept, up to a limit
     Lane lane = Lane::Control;
     bool isRepeatable = true; ///< carrying it out twice does no harm
 };
@@ -87,13 +87,13 @@ struct HttpResponse {
         Unreachable, ///< no connection
         Untrusted,   ///< TLS: the server's certificate cannot be verified
         Silent,      ///< no activity for too long
-        Broken,      ///< the connection ended too early, or the answer was not HTTP
+        Broken,      ///< the connection ended too early, or the response was not HTTP
         Redirected,  ///< to where the request must not go
         SourceFailed,
         SinkRefused,
     };
 
-    HttpHead head; ///< with a status of 0 unless an answer began
+    HttpHead head; ///< with a status of 0 unless a response began
     QByteArray body;
     QByteArray url; ///< that answered, after redirects
     Fault fault = Fault::None;
@@ -104,7 +104,7 @@ struct HttpResponse {
         return fault == Fault::None && head.HasSucceeded();
     }
 
-    /// The status of an answer that is complete; otherwise 0.
+    /// The status of a response that is complete; otherwise 0.
     int Status() const
     {
         return fault == Fault::None ? head.status : 0;

@@ -9,7 +9,7 @@ namespace Norlis::Social {
 
 namespace {
 
-// The box is not the picture's size, which also depends on the page's proportions.
+// The box is not the preview's size, which also depends on the page's proportions.
 const auto boxKey = QStringLiteral("Box");
 
 QString BoxText(const QSize& box)
@@ -58,9 +58,9 @@ void PreviewCache::Store(const QString& document, const QString& version, const 
     image.setText(boxKey, BoxText(box));
     const QString path = PathOf(document, version);
     used -= QFileInfo(path).size();
-    QBuffer png; // where there is always room: Qt's writer of pictures leaks when there is none
+    QBuffer png; // where there is always room: Qt's PNG writer leaks when there is none
     image.save(&png, "PNG");
-    // A picture that a crash cut off does not load, and is simply made again.
+    // A preview that a crash cut off does not load, and is simply made again.
     QFile file(path);
     if (!file.open(QFile::WriteOnly | QFile::Unbuffered) || file.write(png.data()) != png.size()) {
         QFile::remove(path);
@@ -98,7 +98,7 @@ void PreviewCache::MakeRoom()
     }
     for (const QFileInfo& entry : entries) {
         if (used <= limit / 10 * 9) {
-            break; // some room to spare, so that the folder is not read again for every picture
+            break; // some room to spare, so that the folder is not read again for every preview
         }
         if (QFile::remove(entry.filePath())) {
             used -= entry.size();

@@ -16,7 +16,7 @@ public:
     /// \param limit  bytes
     explicit PreviewCache(const QString& folder, qint64 limit = 256 * 1024 * 1024);
 
-    /// The kept picture, if it was made for a box at least as large as the given one.
+    /// The kept preview, if it was made for a box at least as large as the given one.
     std::optional<QImage> Find(const QString& document, const QString& version, const QSize& box);
 
     void Store(const QString& document, const QString& version, const QSize& box, QImage image);

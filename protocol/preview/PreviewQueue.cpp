@@ -43,7 +43,7 @@ PreviewQueue::~PreviewQueue() = default;
 void PreviewQueue::Add(qint64 id, const PreviewSubject& subject, const QSize& box)
 {
     if (open.size() >= maxOpenRequests) {
-        reply(id, Failed("Fetching a preview", subject.name, "Too many previews have been requested at once"));
+        reply(id, FailureReply("Fetching a preview", subject.name, "Too many previews have been requested at once"));
         return;
     }
     open.insert(id);
@@ -71,7 +71,7 @@ void PreviewQueue::Forget(const QString& document, const QString& version)
 {
     cache.Remove(document, version);
     unrenderable.remove(VersionKey(document, version));
-    // What is being fetched may be the old content, and is not to be kept as a picture of the new one.
+    // What is being fetched may be the old content, and is not to be kept as a preview of the new one.
     const auto outdate = [&](Job& job) {
         if (job.subject.document == document && job.subject.version == version) {
             job.subject.version += QStringLiteral("/replaced");
@@ -131,7 +131,7 @@ bool PreviewQueue::AnswerFromCache(const Job& job)
         return true;
     }
     if (const auto cached = cache.Find(job.subject.document, job.subject.version, job.box)) {
-        AnswerWithPicture(job, *cached);
+        AnswerWithPreview(job, *cached);
         return true;
     }
     return false;
@@ -179,7 +179,7 @@ void PreviewQueue::Finish(const Job& job, const QImage& image, const QString& re
 {
     if (!image.isNull()) {
         cache.Store(job.subject.document, job.subject.version, job.box, image);
-        AnswerWithPicture(job, image);
+        AnswerWithPreview(job, image);
         return;
     }
     if (unrenderable.size() >= maxUnrenderable) {
@@ -189,7 +189,7 @@ void PreviewQueue::Finish(const Job& job, const QImage& image, const QString& re
     AnswerWithReason(job, reason);
 }
 
-void PreviewQueue::AnswerWithPicture(const Job& job, const QImage& image)
+void PreviewQueue::AnswerWithPreview(const Job& job, const QImage& image)
 {
     for (const Wanted& wanted : job.wanted) {
         if (!open.remove(wanted.id)) {
@@ -203,7 +203,7 @@ void PreviewQueue::AnswerWithPicture(const Job& job, const QImage& image)
 
 void PreviewQueue::AnswerWithReason(const Job& job, const QString& reason, bool isSignedOut)
 {
-    Reply failure = Failed("Fetching a preview", job.subject.name, reason, isSignedOut ? "Sign in again." : "");
+    Reply failure = FailureReply("Fetching a preview", job.subject.name, reason, isSignedOut ? "Sign in again." : "");
     failure.isSignedOut = isSignedOut;
     for (const Wanted& wanted : job.wanted) {
         if (open.remove(wanted.id)) {

@@ -33,7 +33,7 @@ public:
     void Cancel(qint64 id);
 
     /// To be called when a document was given new content. Where a version is no more than a date in whole seconds and
-    /// a length, that of the new content may equal that of the old, whose picture would be the wrong one.
+    /// a length, that of the new content may equal that of the old, whose preview would be the wrong one.
     void Forget(const QString& document, const QString& version);
 
 private:
@@ -68,7 +68,7 @@ private:
 
     /// Remembers the outcome and answers.
     void Finish(const Job& job, const QImage& image, const QString& reason);
-    void AnswerWithPicture(const Job& job, const QImage& image);
+    void AnswerWithPreview(const Job& job, const QImage& image);
     void AnswerWithReason(const Job& job, const QString& reason, bool isSignedOut = false);
 
     PreviewSource& source;
@@ -81,7 +81,7 @@ private:
     int lastFetch = 0;
     std::deque<Job> fetched;              ///< waiting for a renderer
     QSet<qint64> open;                    ///< requests that are neither answered nor cancelled
-    QHash<QString, QString> unrenderable; ///< the reason, by id and version, for documents that gave no picture
+    QHash<QString, QString> unrenderable; ///< the reason, by id and version, for documents that gave no preview
     QTimer nextTimer;
 };
 

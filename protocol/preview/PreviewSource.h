@@ -30,7 +30,7 @@ public:
     /// A fetch in progress. Destroying it gives the fetch up.
     class Fetch : public QObject {};
 
-    /// One of: a file to render, a finished picture, or the reason why there is neither.
+    /// One of: a file to render, a finished preview, or the reason why there is neither.
     struct Result {
         std::shared_ptr<const File> file;
         QImage image;
@@ -41,7 +41,7 @@ public:
 
     virtual ~PreviewSource() = default;
 
-    /// Fetches a document, or a picture of it for a box. Calls done once, from the event loop, unless the fetch is
+    /// Fetches a document, or a preview of it for a box. Calls done once, from the event loop, unless the fetch is
     /// destroyed before; done may destroy it.
     virtual std::unique_ptr<Fetch> FetchForPreview(const PreviewSubject& subject, const QSize& box, Done done) = 0;
 };

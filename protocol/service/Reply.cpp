@@ -2,7 +2,7 @@
 
 namespace Norlis::Social {
 
-Reply Failed(const QString& what, const QString& document, const QString& reason, const QString& advice)
+Reply FailureReply(const QString& what, const QString& document, const QString& reason, const QString& advice)
 {
     OAuth2::Failure failure;
     failure.what = what;

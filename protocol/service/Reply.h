@@ -26,6 +26,6 @@ struct Reply {
 };
 
 /// A reply that says what went wrong.
-Reply Failed(const QString& what, const QString& document, const QString& reason, const QString& advice = {});
+Reply FailureReply(const QString& what, const QString& document, const QString& reason, const QString& advice = {});
 
 } // namespace Norlis::Social

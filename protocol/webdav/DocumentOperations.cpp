@@ -53,12 +53,12 @@ DocumentOperation::DocumentOperation(qint64 id, const QString& document, const Q
 
 DocumentOperation::~DocumentOperation()
 {
-    session->directory.Forget(id);
+    session->lookup.Forget(id);
 }
 
 void DocumentOperation::Start()
 {
-    session->directory.Find(id, document, what, [this](const DavDocument* found, Reply&& failure) {
+    session->lookup.Find(id, document, what, [this](const DavDocument* found, Reply&& failure) {
         if (found) {
             OnFound(*found);
         } else {
@@ -72,7 +72,7 @@ void DocumentOperation::Fail(const DavDocument& failed, const HttpResponse& resp
     if (IsMissing(response.Status())) {
         session->documents.remove(failed.id);
     }
-    End(session->Failure(what, failed.Name(), response));
+    End(session->FailureReplyTo(what, failed.Name(), response));
 }
 
 InfoOperation::InfoOperation(qint64 id, const QString& document, const std::shared_ptr<WebDavSession>& session,
@@ -133,7 +133,7 @@ void QuotaOperation::Start()
         if (entry) {
             End({Success, QuotaByApplication{{QStringLiteral("pdf"), QuotaOf(*entry)}}, {}, false});
         } else {
-            End(session->Failure("Fetching the storage in use", {}, response));
+            End(session->FailureReplyTo("Fetching the storage usage", {}, response));
         }
     });
 }

@@ -57,12 +57,12 @@ DownloadOperation::DownloadOperation(qint64 id, const Request::Download& request
 
 DownloadOperation::~DownloadOperation()
 {
-    session->directory.Forget(id);
+    session->lookup.Forget(id);
 }
 
 void DownloadOperation::Start()
 {
-    session->directory.Find(id, request.document, what, [this](const DavDocument* found, Reply&& failure) {
+    session->lookup.Find(id, request.document, what, [this](const DavDocument* found, Reply&& failure) {
         if (!found) {
             End(std::move(failure));
             return;
@@ -74,7 +74,7 @@ void DownloadOperation::Start()
         }
         const QString folder = QFileInfo(request.localPath).path();
         sink = std::make_shared<DownloadSink>(
-            folder, tools.pool, [this](const HttpHead& head, qint64& from) { return CheckAnswer(head, from); },
+            folder, tools.pool, [this](const HttpHead& head, qint64& from) { return CheckResponse(head, from); },
             [this](qint64 position) { ReportProgress(position); });
         if (!sink->Open()) {
             Fail(QStringLiteral("Nothing can be written to %1: %2").arg(folder, sink->ErrorText()),
@@ -97,7 +97,7 @@ void DownloadOperation::Get()
     requests.Send(OnLane(HttpRequest::Lane::Transfer, get), [this](HttpResponse&& response) { OnResponse(response); });
 }
 
-QString DownloadOperation::CheckAnswer(const HttpHead& head, qint64& from)
+QString DownloadOperation::CheckResponse(const HttpHead& head, qint64& from)
 {
     const QByteArray encoding = head.Field("content-encoding").toLower();
     if (!encoding.isEmpty() && encoding != "identity") {
@@ -146,25 +146,25 @@ void DownloadOperation::OnResponse(const HttpResponse& response)
         return;
     }
     if (response.fault == HttpResponse::Fault::SinkRefused) {
-        Fail(sink->IsAnswerRefused() ? sink->ErrorText()
-                                     : QStringLiteral("%1 cannot be written: %2")
-                                           .arg(QFileInfo(request.localPath).path(), sink->ErrorText()),
-             sink->IsAnswerRefused()
+        Fail(sink->IsResponseRefused() ? sink->ErrorText()
+                                       : QStringLiteral("%1 cannot be written: %2")
+                                             .arg(QFileInfo(request.localPath).path(), sink->ErrorText()),
+             sink->IsResponseRefused()
                  ? QStringLiteral("Check that the address is that of the server itself, and try again.")
-                 : QStringLiteral("Make room on the drive and try again."));
+                 : QStringLiteral("Free some space on the drive and try again."));
         return;
     }
     if (IsMissing(response.Status())) {
         session->documents.remove(document.id);
     }
-    End(session->Failure(what, document.Name(), response));
+    End(session->FailureReplyTo(what, document.Name(), response));
 }
 
 bool DownloadOperation::Resume(const HttpResponse& response)
 {
     const bool isBroken =
         response.fault == HttpResponse::Fault::Broken || response.fault == HttpResponse::Fault::Silent;
-    const bool isWrongPart = response.Status() == 416 || (sink->IsAnswerRefused() && response.head.status == 206);
+    const bool isWrongPart = response.Status() == 416 || (sink->IsResponseRefused() && response.head.status == 206);
     if (!isBroken && !isWrongPart) {
         return false;
     }
@@ -184,15 +184,15 @@ bool DownloadOperation::Resume(const HttpResponse& response)
 
 void DownloadOperation::AskForSize()
 {
-    // The answer ended where the connection did, or its length is not that in the list: only the server can say whether
-    // that was the end of the document.
+    // The response ended where the connection did, or its length is not that in the list: only the server can say
+    // whether that was the end of the document.
     const HttpRequest look = OnLane(HttpRequest::Lane::Transfer, PropFind(session->collection.UrlOf(document.name)));
     requests.Send(look, [this](HttpResponse&& response) {
         DavPath path = session->collection.Path();
         path.push_back(document.name);
         const auto entry = EntryOfDepth0(response, path);
         if (!entry || !entry->size) {
-            Fail("The server does not report how large the document is", "Try again.");
+            Fail("The server does not report the size of the document", "Try again.");
         } else {
             Check(*entry->size);
         }
@@ -212,7 +212,7 @@ void DownloadOperation::PutInPlace()
 {
     if (!sink->ErrorText().isEmpty()) {
         Fail(QStringLiteral("%1 cannot be written: %2").arg(QFileInfo(request.localPath).path(), sink->ErrorText()),
-             "Make room on the drive and try again.");
+             "Free some space on the drive and try again.");
         return;
     }
     const bool isSameVersion = etag.isEmpty() || EntityTag{etag}.SameIgnoringWeakness({document.etag});
@@ -250,7 +250,7 @@ void DownloadOperation::ReportProgress(qint64 position)
 
 void DownloadOperation::Fail(const QString& reason, const QString& advice)
 {
-    End(Failed(what, document.Name(), session->secrets.Redact(reason), advice));
+    End(FailureReply(what, document.Name(), session->secrets.Redact(reason), advice));
 }
 
 } // namespace Norlis::Social

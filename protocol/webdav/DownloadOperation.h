@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Operation.h"
-#include <protocol/transfer/DownloadSink.h>
+#include <protocol/streams/DownloadSink.h>
 
 namespace Norlis::Social {
 
@@ -24,8 +24,8 @@ public:
 private:
     void Get();
 
-    /// These return why an answer is refused, empty when it is not.
-    QString CheckAnswer(const HttpHead& head, qint64& from);
+    /// These return why a response is refused, empty when it is not.
+    QString CheckResponse(const HttpHead& head, qint64& from);
     QString CheckRange(const HttpHead& head, qint64& from) const;
     void OnResponse(const HttpResponse& response);
 
@@ -42,8 +42,8 @@ private:
     const Tools tools;
     DavDocument document;
     std::shared_ptr<DownloadSink> sink;
-    QByteArray etag;           ///< of the answer that is being written
-    qint64 size = -1;          ///< of the document, according to that answer
+    QByteArray etag;           ///< of the response that is being written
+    qint64 size = -1;          ///< of the document, according to that response
     int fruitlessAttempts = 0; ///< since the last one that brought anything new
     int restarts = 0;
     qint64 positionBefore = 0; ///< when the attempt began

@@ -69,7 +69,7 @@ QString ListingSink::Finish()
     }
     onEntries(parser->TakeEntries());
     if (!parser->SawSelf()) {
-        return QStringLiteral("The listing is of another collection");
+        return QStringLiteral("The listing is for another collection");
     }
     if (parser->RefusedCount() > 0) {
         return QStringLiteral("The server withholds the details of %1 documents").arg(parser->RefusedCount());
@@ -140,9 +140,9 @@ void Listing::OnResponse(HttpResponse&& response)
     const bool hasListing = response.HasSucceeded() || response.fault == HttpResponse::Fault::SinkRefused;
     const QString problem = hasListing ? sink->Finish() : QString();
     if (!hasListing) {
-        result.failure = session.Failure(what, {}, response);
+        result.failure = session.FailureReplyTo(what, {}, response);
     } else if (!problem.isEmpty()) {
-        result.failure = Failed(what, {}, problem, "Check that the address is that of a WebDAV collection.");
+        result.failure = FailureReply(what, {}, problem, "Check that the address is that of a WebDAV collection.");
     } else if (hasNewVersions && !asksForHashes && MayHaveStoredHashes()) {
         asksForHashes = true;
         Send();

@@ -1,14 +1,14 @@
 #include "PreviewFetch.h"
 
-#include "SignInOperations.h"
 #include <base/Lifetime.h>
 #include <protocol/dav/DavRequests.h>
+#include <protocol/preview/DecodeImage.h>
 
 namespace Norlis::Social {
 
 namespace {
 
-constexpr qint64 maxDocumentSize = 64 * 1024 * 1024; // bytes; a picture is not worth more
+constexpr qint64 maxDocumentSize = 64 * 1024 * 1024; // bytes; a preview is not worth more
 const auto tooLarge = QStringLiteral("The document is too large to be downloaded for a preview");
 const auto wrongContent = QStringLiteral("The server sent something other than the document");
 
@@ -19,8 +19,8 @@ bool MayBePdf(const DavDocument& document)
            document.Name().endsWith(".pdf", Qt::CaseInsensitive);
 }
 
-/// Why an answer is not the document; empty when it may be.
-QString CheckAnswer(const HttpHead& head)
+/// Why a response is not the document; empty when it may be.
+QString CheckResponse(const HttpHead& head)
 {
     if (head.status != 200 || !head.Field("content-encoding").isEmpty()) {
         return wrongContent;
@@ -49,30 +49,34 @@ PreviewFetch::PreviewFetch(const std::shared_ptr<WebDavSession>& session, const 
       document(document),
       done(std::move(done)),
       sink(std::make_shared<DownloadSink>(
-          folder, pool, [this](const HttpHead& head, qint64&) { return CheckAnswer(head); },
+          folder, pool, [this](const HttpHead& head, qint64&) { return CheckResponse(head); },
           [this](qint64 position) { CheckPosition(position); })),
       requests(session->http)
 {
     if (document.hasPreview && !document.fileId.isEmpty()) {
-        FetchPicture(box);
+        FetchServerPreview(box);
     } else {
         FetchDocument();
     }
 }
 
-void PreviewFetch::FetchPicture(const QSize& box)
+void PreviewFetch::FetchServerPreview(const QSize& box)
 {
-    // The ratio is kept, "no picture" is an answer, and the version makes caches on the way give out the right one.
-    const QByteArray url = session->collection.InstanceUrl() +
-                           "index.php/core/preview?fileId=" + EncodeSegment(document.fileId.toUtf8()) +
-                           "&x=" + QByteArray::number(box.width()) + "&y=" + QByteArray::number(box.height()) +
-                           "&a=1&forceIcon=0&mode=cover&mimeFallback=0&v=" + EncodeSegment(document.etag);
+    QByteArray url = session->collection.InstanceUrl() + "index.php/core/preview";
+    url += "?fileId=" + EncodeSegment(document.fileId.toUtf8());
+    url += "&x=" + QByteArray::number(box.width());
+    url += "&y=" + QByteArray::number(box.height());
+    url += "&a=1";                               // keeps the proportions of the page
+    url += "&forceIcon=0";                       // 404 instead of an icon when there is no preview
+    url += "&mode=cover";                        // covers the box instead of fitting into it
+    url += "&mimeFallback=0";                    // no redirect to an icon of the type
+    url += "&v=" + EncodeSegment(document.etag); // caches on the way keep the versions apart
     requests.Send(OnLane(HttpRequest::Lane::Preview, Get(url)), [this](HttpResponse&& response) {
-        const QImage picture = response.HasSucceeded() ? PictureOf(response.body) : QImage();
-        if (picture.isNull()) {
+        const QImage preview = response.HasSucceeded() ? DecodeImage(response.body) : QImage();
+        if (preview.isNull()) {
             FetchDocument();
         } else {
-            End({{}, picture, {}});
+            End({{}, preview, {}});
         }
     });
 }
@@ -100,7 +104,7 @@ void PreviewFetch::CheckPosition(qint64 position)
 {
     if (position > maxDocumentSize && !isTooLarge) {
         isTooLarge = true;
-        EndSoon(tooLarge); // a request cannot be cancelled in the middle of its answer
+        EndSoon(tooLarge); // a request cannot be cancelled in the middle of its response
     }
 }
 
@@ -108,7 +112,7 @@ void PreviewFetch::OnDocument(const HttpResponse& response)
 {
     if (!response.HasSucceeded()) {
         const bool isRefused = response.fault == HttpResponse::Fault::SinkRefused;
-        const Reply failure = session->Failure({}, {}, response);
+        const Reply failure = session->FailureReplyTo({}, {}, response);
         End({{}, {}, isRefused ? sink->ErrorText() : failure.failure.reason, failure.isSignedOut});
         return;
     }

@@ -3,11 +3,11 @@
 #include "WebDavSession.h"
 #include <protocol/http/HttpRequestGroup.h>
 #include <protocol/preview/PreviewSource.h>
-#include <protocol/transfer/DownloadSink.h>
+#include <protocol/streams/DownloadSink.h>
 
 namespace Norlis::Social {
 
-/// Fetches what a preview is made of: the server's own picture if it has one, otherwise the document.
+/// Fetches what a preview is made of: the server's own preview if it has one, otherwise the document.
 class PreviewFetch : public PreviewSource::Fetch {
 public:
     /// \param folder for the document while it is rendered
@@ -15,7 +15,7 @@ public:
                  const QString& folder, QThreadPool& pool, PreviewSource::Done done);
 
 private:
-    void FetchPicture(const QSize& box);
+    void FetchServerPreview(const QSize& box);
     void FetchDocument();
     void CheckPosition(qint64 position);
     void OnDocument(const HttpResponse& response);

@@ -1,6 +1,5 @@
 #include "Publication.h"
 
-#include <files/AtomicFile.h>
 #include <files/DocumentNames.h>
 #include <protocol/dav/DavRequests.h>
 #include <protocol/dav/DavResponses.h>
@@ -17,46 +16,6 @@ constexpr int maxAttempts = 4;
 constexpr int pause = 100; // milliseconds, longer each time
 
 } // namespace
-
-OverwriteCheck::OverwriteCheck(WebDavSession& session, const QByteArray& uploaded, Done done)
-    : session(session),
-      uploaded(uploaded),
-      small(Files::AtomicFile::NewTemporaryName().toUtf8()),
-      done(std::move(done)),
-      requests(session.http)
-{
-    HttpRequest put = Put(session.collection.UrlOf(small));
-    put.body = "-";
-    requests.Send(OnLane(HttpRequest::Lane::Transfer, put), [this](HttpResponse&& response) {
-        if (response.HasSucceeded()) {
-            TryToOverwrite();
-        } else {
-            End(this->uploaded, small);
-        }
-    });
-}
-
-void OverwriteCheck::TryToOverwrite()
-{
-    const HttpRequest move = Move(session.collection.UrlOf(uploaded), session.collection.UrlOf(small), false);
-    requests.Send(OnLane(HttpRequest::Lane::Transfer, move), [this](HttpResponse&& response) {
-        if (response.HasSucceeded()) {
-            session.refusesToOverwrite = false;
-            End(small, uploaded); // the uploaded file has that name now
-        } else {
-            session.refusesToOverwrite = response.Status() == 412;
-            End(uploaded, small);
-        }
-    });
-}
-
-void OverwriteCheck::End(const QByteArray& name, const QByteArray& leftover)
-{
-    const HttpRequest remove = Delete(session.collection.UrlOf(leftover));
-    requests.Send(OnLane(HttpRequest::Lane::Transfer, remove), [this, name](HttpResponse&&) {
-        CallOnce(done, name); // it destroys this object
-    });
-}
 
 Publication::Publication(WebDavSession& session, const DavDocument& uploaded, Done done)
     : session(session),
@@ -156,38 +115,40 @@ void Publication::TryNextName()
     Try(Files::NumberedName(QString::fromUtf8(wantedName), number).toUtf8());
 }
 
-void Publication::LookWhetherMoved(const HttpResponse& answer)
+void Publication::LookWhetherMoved(const HttpResponse& moveResponse)
 {
-    LookAt(uploaded.name, [this, answer](const HttpResponse& look, const std::optional<DavEntry>& entry) {
-        LookAtTarget(answer, entry || !IsMissing(look.Status()));
-    });
+    LookAt(uploaded.name,
+           [this, moveResponse](const HttpResponse& propFindResponse, const std::optional<DavEntry>& entry) {
+               LookAtTarget(moveResponse, entry || !IsMissing(propFindResponse.Status()));
+           });
 }
 
-void Publication::LookAtTarget(const HttpResponse& answer, bool isUploadedThere)
+void Publication::LookAtTarget(const HttpResponse& moveResponse, bool isUploadedThere)
 {
-    LookAt(name, [this, answer, isUploadedThere](const HttpResponse& look, const std::optional<DavEntry>& entry) {
-        const bool isTargetGone = IsMissing(look.Status());
+    LookAt(name, [this, moveResponse, isUploadedThere](const HttpResponse& propFindResponse,
+                                                       const std::optional<DavEntry>& entry) {
+        const bool isTargetGone = IsMissing(propFindResponse.Status());
         // Some servers delete the old document before they know that the new one can take its place.
-        const bool isPassing =
-            answer.fault != HttpResponse::Fault::None || answer.head.status == 423 || (!isNew && isTargetGone);
+        const bool isPassing = moveResponse.fault != HttpResponse::Fault::None || moveResponse.head.status == 423 ||
+                               (!isNew && isTargetGone);
         if (!isUploadedThere && entry && IsUploaded(*entry)) {
             Succeed();
         } else if (isUploadedThere && isPassing && attempts < maxAttempts) {
             QTimer::singleShot(pause * attempts, this, [this] { Move(); });
         } else {
-            Fail(answer, isUploadedThere, !isNew && isTargetGone);
+            Fail(moveResponse, isUploadedThere, !isNew && isTargetGone);
         }
     });
 }
 
-void Publication::LookAt(const QByteArray& looked, Answer answer)
+void Publication::LookAt(const QByteArray& looked, Looked onLooked)
 {
     const HttpRequest look = PropFind(session.collection.UrlOf(looked));
     requests.Send(OnLane(HttpRequest::Lane::Transfer, look),
-                  [this, looked, answer = std::move(answer)](HttpResponse&& response) {
+                  [this, looked, onLooked = std::move(onLooked)](HttpResponse&& response) {
                       DavPath path = session.collection.Path();
                       path.push_back(looked);
-                      answer(response, EntryOfDepth0(response, path));
+                      onLooked(response, EntryOfDepth0(response, path));
                   });
 }
 
@@ -202,10 +163,10 @@ void Publication::Succeed()
     CallOnce(done, Outcome{name, {}, {}, false}); // it destroys this object
 }
 
-void Publication::Fail(const HttpResponse& answer, bool isUploadedThere, bool isOnlyCopy)
+void Publication::Fail(const HttpResponse& moveResponse, bool isUploadedThere, bool isOnlyCopy)
 {
     // It destroys this object.
-    CallOnce(done, Outcome{{}, answer, isUploadedThere ? uploaded.name : QByteArray(), isOnlyCopy});
+    CallOnce(done, Outcome{{}, moveResponse, isUploadedThere ? uploaded.name : QByteArray(), isOnlyCopy});
 }
 
 } // namespace Norlis::Social

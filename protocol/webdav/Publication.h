@@ -1,6 +1,6 @@
 #pragma once
 
-#include "WebDavSession.h"
+#include "OverwriteCheck.h"
 #include <base/Lifetime.h>
 #include <protocol/http/HttpRequestGroup.h>
 
@@ -8,28 +8,8 @@
 
 namespace Norlis::Social {
 
-/// Finds out, with an uploaded file and one of a single byte, whether the server obeys "Overwrite: F". One that does
-/// not would let a new document take another one's place.
-class OverwriteCheck {
-public:
-    /// \param name that the uploaded file has after the check
-    using Done = std::function<void(const QByteArray& name)>;
-
-    OverwriteCheck(WebDavSession& session, const QByteArray& uploaded, Done done);
-
-private:
-    void TryToOverwrite();
-    void End(const QByteArray& name, const QByteArray& leftover);
-
-    WebDavSession& session;
-    const QByteArray uploaded;
-    const QByteArray small;
-    Done done;
-    HttpRequestGroup requests;
-};
-
-/// Gives an uploaded file its final name, in one step, so that a new document never takes another one's place. When an
-/// answer is lost, a look at the server shows what has become of the request.
+/// Gives an uploaded file its final name, in one step, so that a new document never takes another one's place. When a
+/// response is lost, a look at the server shows what has become of the request.
 class Publication : public QObject {
 public:
     struct Outcome {
@@ -50,18 +30,18 @@ public:
     void Replace(const QByteArray& name);
 
 private:
-    using Answer = std::function<void(const HttpResponse& response, const std::optional<DavEntry>& entry)>;
+    using Looked = std::function<void(const HttpResponse& response, const std::optional<DavEntry>& entry)>;
 
     void Try(const QByteArray& newName);
     void Move();
     void OnMoved(const HttpResponse& response);
     void TryNextName();
-    void LookWhetherMoved(const HttpResponse& answer);
-    void LookAtTarget(const HttpResponse& answer, bool isUploadedThere);
-    void LookAt(const QByteArray& name, Answer answer);
+    void LookWhetherMoved(const HttpResponse& moveResponse);
+    void LookAtTarget(const HttpResponse& moveResponse, bool isUploadedThere);
+    void LookAt(const QByteArray& name, Looked onLooked);
     bool IsUploaded(const DavEntry& entry) const;
     void Succeed();
-    void Fail(const HttpResponse& answer, bool isUploadedThere, bool isOnlyCopy = false);
+    void Fail(const HttpResponse& moveResponse, bool isUploadedThere, bool isOnlyCopy = false);
 
     WebDavSession& session;
     DavDocument uploaded;

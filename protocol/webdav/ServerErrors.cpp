@@ -34,7 +34,7 @@ constexpr Meaning meanings[] = {
     {502, "The server behind the gateway does not answer correctly", "Try again later."},
     {503, "The server is not available at the moment, perhaps for maintenance", "Try again later."},
     {504, "The server behind the gateway does not answer in time", "Try again later."},
-    {507, "The server has no room left", "Make room in the cloud and try again."},
+    {507, "The server has no room left", "Free some space in the cloud and try again."},
 };
 
 Meaning MeaningOf(int status)

@@ -58,7 +58,7 @@ void ServerProbe::Plan()
     steps.push_back(
         {PropFind(session->collection.Url()), [this](const HttpResponse& response) { OnCollection(response); }});
     steps.push_back({put, [this](const HttpResponse& response) {
-                         Note("takes uploads", YesOrNo(response.HasSucceeded()));
+                         Note("accepts uploads", YesOrNo(response.HasSucceeded()));
                          if (!response.HasSucceeded()) {
                              steps.clear(); // without a file nothing more can be found out
                          }
@@ -81,7 +81,7 @@ void ServerProbe::Plan()
     steps.push_back({put, [](const HttpResponse&) {}});
     steps.push_back({move, [this](const HttpResponse& response) {
                          session->refusesToOverwrite = response.Status() == 412;
-                         Note("refuses to overwrite", Refusal(response));
+                         Note("honours Overwrite: F", Refusal(response));
                      }});
 }
 
@@ -99,7 +99,7 @@ void ServerProbe::TakeNextStep()
     steps.pop_front();
     requests.Send(step.request, [this, onResponse = step.onResponse](HttpResponse&& response) {
         if (response.fault != HttpResponse::Fault::None || response.Status() == 401) {
-            failure = session->Failure(what, {}, response);
+            failure = session->FailureReplyTo(what, {}, response);
             steps.clear();
         } else {
             onResponse(response);
@@ -112,13 +112,13 @@ void ServerProbe::OnCollection(const HttpResponse& response)
 {
     const auto entry = EntryOfDepth0(response, session->collection.Path());
     if (!entry) {
-        failure = Failed(what, {}, "The server does not answer as a WebDAV server does", "Try again.");
+        failure = FailureReply(what, {}, "The server does not answer as a WebDAV server does", "Try again.");
         steps.clear();
         return;
     }
-    Note("file ids and checksums of its own", YesOrNo(session->isNextcloudLike));
-    Note("tells used storage", YesOrNo(entry->quotaUsed.value_or(-1) >= 0));
-    Note("tells free storage", YesOrNo(entry->quotaAvailable.value_or(-1) >= 0));
+    Note("own file ids and checksums", YesOrNo(session->isNextcloudLike));
+    Note("reports used storage", YesOrNo(entry->quotaUsed.value_or(-1) >= 0));
+    Note("reports free storage", YesOrNo(entry->quotaAvailable.value_or(-1) >= 0));
 }
 
 void ServerProbe::OnFile(const HttpResponse& response)
@@ -132,8 +132,8 @@ void ServerProbe::OnFile(const HttpResponse& response)
     }
     const EntityTag tag{entry->etag};
     Note("ETag in lists", !tag.IsValid() ? "no" : tag.IsStrong() ? "yes" : "yes, weak for a file just written");
-    Note("makes pictures", YesOrNo(entry->hasPreview.has_value()));
-    Note("tells when a file was made", YesOrNo(entry->createdAt.isValid()));
+    Note("creates previews", YesOrNo(entry->hasPreview.has_value()));
+    Note("reports creation times", YesOrNo(entry->createdAt.isValid()));
 }
 
 void ServerProbe::Note(const QString& capability, const QString& finding)

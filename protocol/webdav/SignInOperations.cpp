@@ -1,9 +1,8 @@
 #include "SignInOperations.h"
 
 #include <protocol/dav/ErrorBody.h>
+#include <protocol/preview/DecodeImage.h>
 
-#include <QBuffer>
-#include <QImageReader>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -11,7 +10,6 @@ namespace Norlis::Social {
 
 namespace {
 
-constexpr int maxEdge = 4096;      // pixels
 constexpr auto pictureSize = "64"; // pixels
 constexpr int maxNameLength = 100; // characters
 
@@ -28,7 +26,7 @@ void SignInOperation::Start()
 void SignInOperation::OnResponse(const HttpResponse& response)
 {
     if (!response.HasSucceeded()) {
-        Reply failure = session->Failure(signIn, {}, response);
+        Reply failure = session->FailureReplyTo(signIn, {}, response);
         failure.isSignedOut = false; // nobody was signed in
         if (IsMissing(response.Status())) {
             failure.failure.reason = QStringLiteral("There is no collection at that address (404)");
@@ -42,30 +40,13 @@ void SignInOperation::OnResponse(const HttpResponse& response)
     }
     const auto entry = EntryOfDepth0(response, session->collection.Path());
     if (!entry) {
-        End(Failed(signIn, {}, "What is at that address does not speak WebDAV", checkAddress));
+        End(FailureReply(signIn, {}, "What is at that address does not speak WebDAV", checkAddress));
     } else if (!entry->isCollection) {
-        End(Failed(signIn, {}, "The address is that of a document, not of a collection", checkAddress));
+        End(FailureReply(signIn, {}, "The address is that of a document, not of a collection", checkAddress));
     } else {
         session->isNextcloudLike = !entry->fileId.isEmpty();
         End({});
     }
-}
-
-QImage PictureOf(const QByteArray& bytes)
-{
-    QBuffer buffer;
-    buffer.setData(bytes);
-    QImageReader reader(&buffer);
-    reader.setDecideFormatFromContent(true);
-    // Plugins for other formats may do more than decode pixels.
-    if (!QByteArrayList({"png", "jpeg", "webp"}).contains(reader.format())) {
-        return {};
-    }
-    const QSize size = reader.size();
-    if (!size.isValid() || size.width() > maxEdge || size.height() > maxEdge) {
-        return {};
-    }
-    return reader.read();
 }
 
 UserOperation::UserOperation(Wanted wanted, const std::shared_ptr<WebDavSession>& session, Finish finish)
@@ -86,7 +67,7 @@ void UserOperation::Start()
 void UserOperation::OnUser(const HttpResponse& response)
 {
     if (response.Status() == 401) {
-        End(session->Failure("Fetching the user's name", {}, response));
+        End(session->FailureReplyTo("Fetching the user's name", {}, response));
         return;
     }
     const QJsonObject user = response.HasSucceeded()
@@ -116,11 +97,11 @@ void UserOperation::FetchPicture(const QByteArray& url)
 {
     requests.Send(Get(url), [this](HttpResponse&& response) {
         if (response.HasSucceeded()) {
-            End({Success, PictureOf(response.body), {}, false});
+            End({Success, DecodeImage(response.body), {}, false});
         } else if (IsMissing(response.Status())) {
             End({Success, QImage(), {}, false}); // not everybody has one
         } else {
-            End(session->Failure("Fetching the user's picture", {}, response));
+            End(session->FailureReplyTo("Fetching the user's picture", {}, response));
         }
     });
 }

@@ -2,8 +2,6 @@
 
 #include "Operation.h"
 
-#include <QImage>
-
 namespace Norlis::Social {
 
 /// Tries the token by a look at the collection, and learns what kind of server it is.
@@ -30,9 +28,5 @@ private:
 
     const Wanted wanted;
 };
-
-/// Decodes a picture that a server sent, PNG, JPEG or WebP, whatever type it claims. A null one when it is none of
-/// these or too large to be decoded safely.
-QImage PictureOf(const QByteArray& bytes);
 
 } // namespace Norlis::Social

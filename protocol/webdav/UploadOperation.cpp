@@ -29,7 +29,7 @@ UploadOperation::UploadOperation(qint64 id, const Request::Upload& request,
 
 UploadOperation::~UploadOperation()
 {
-    session->directory.Forget(id);
+    session->lookup.Forget(id);
 }
 
 void UploadOperation::Start()
@@ -37,12 +37,13 @@ void UploadOperation::Start()
     name = QFileInfo(request.localPath).fileName().toUtf8();
     const auto badName = request.document.isEmpty() ? Files::ValidateName(Name()) : std::nullopt;
     if (badName) {
-        End(Failed(what, Name(), QStringLiteral("The name %1").arg(*badName), "Give the file another name."));
+        End(FailureReply(what, Name(), QStringLiteral("The name %1").arg(*badName), "Give the file another name."));
         return;
     }
     if (!source->Open()) {
-        End(Failed(what, Name(), QStringLiteral("%1 cannot be read: %2").arg(request.localPath, source->ErrorText()),
-                   "Check that the file is there and that you may read it."));
+        End(FailureReply(what, Name(),
+                         QStringLiteral("%1 cannot be read: %2").arg(request.localPath, source->ErrorText()),
+                         "Check that the file is there and that you may read it."));
         return;
     }
     ReportProgress(0);
@@ -50,7 +51,7 @@ void UploadOperation::Start()
         Put();
         return;
     }
-    session->directory.Find(id, request.document, what, [this](const DavDocument* document, Reply&& failure) {
+    session->lookup.Find(id, request.document, what, [this](const DavDocument* document, Reply&& failure) {
         if (document) {
             name = document->name;
             LookAtReplaced();
@@ -71,10 +72,10 @@ void UploadOperation::LookAtReplaced()
                           replaced = FileOf(*entry, name);
                           Put();
                       } else if (entry || IsMissing(response.Status())) {
-                          End(Failed(what, Name(), "The document to replace is no longer in the cloud",
-                                     "Upload the file as a new document."));
+                          End(FailureReply(what, Name(), "The document to replace is no longer in the cloud",
+                                           "Upload the file as a new document."));
                       } else {
-                          End(session->Failure(what, Name(), response));
+                          End(session->FailureReplyTo(what, Name(), response));
                       }
                   });
 }
@@ -99,60 +100,62 @@ void UploadOperation::Put()
 void UploadOperation::OnPut(const HttpResponse& response)
 {
     if (response.fault == HttpResponse::Fault::SourceFailed) {
-        Fail(
-            Failed(what, Name(), QStringLiteral("%1 has changed in the meantime").arg(request.localPath), "Try again."),
-            true);
+        Fail(FailureReply(what, Name(), QStringLiteral("%1 has changed in the meantime").arg(request.localPath),
+                          "Try again."),
+             true);
         return;
     }
     // A version that does not match may be our own: a request whose kept connection turns out to be closed is sent a
     // second time.
     const bool isLost = isDirect && (response.fault != HttpResponse::Fault::None || response.Status() == 412);
     if (!response.HasSucceeded() && !isLost) {
-        Fail(session->Failure(what, Name(), response), response.fault != HttpResponse::Fault::None);
+        Fail(session->FailureReplyTo(what, Name(), response), response.fault != HttpResponse::Fault::None);
         return;
     }
     const QByteArray arrivedMd5 = response.head.Field("x-hash-md5").toLower();
     const QString ownMd5 = source->IsWholeAndUnchanged() ? source->Md5() : QString();
     const QString expectedMd5 = request.md5Hash.toLower();
     if (!isLost && (ownMd5.isEmpty() || (!expectedMd5.isEmpty() && ownMd5 != expectedMd5))) {
-        Fail(Failed(what, Name(), QStringLiteral("%1 has changed in the meantime").arg(request.localPath),
-                    "Try again."));
+        Fail(FailureReply(what, Name(), QStringLiteral("%1 has changed in the meantime").arg(request.localPath),
+                          "Try again."));
     } else if (!arrivedMd5.isEmpty() && arrivedMd5 != ownMd5.toLatin1()) {
-        Fail(Failed(what, Name(), "The server received other bytes than were sent", "Try again."));
+        Fail(FailureReply(what, Name(), "The server received other bytes than were sent", "Try again."));
     } else {
         sent.md5 = ownMd5.toLatin1();
         CheckWhatArrived(response);
     }
 }
 
-void UploadOperation::CheckWhatArrived(const HttpResponse& answer)
+void UploadOperation::CheckWhatArrived(const HttpResponse& putResponse)
 {
     step = Step::Checking;
     requests.Send(OnLane(HttpRequest::Lane::Transfer, PropFind(session->collection.UrlOf(sent.name))),
-                  [this, answer](HttpResponse&& response) {
-                      const auto entry = EntryOfDepth0(response, PathOf(sent.name));
+                  [this, putResponse](HttpResponse&& propFindResponse) {
+                      const auto entry = EntryOfDepth0(propFindResponse, PathOf(sent.name));
                       if (entry) {
-                          OnEntry(*entry, answer);
+                          OnEntry(*entry, putResponse);
                       } else {
-                          Fail(session->Failure(what, Name(), answer.HasSucceeded() ? response : answer));
+                          Fail(session->FailureReplyTo(what, Name(),
+                                                       putResponse.HasSucceeded() ? propFindResponse : putResponse));
                       }
                   });
 }
 
-void UploadOperation::OnEntry(const DavEntry& entry, const HttpResponse& answer)
+void UploadOperation::OnEntry(const DavEntry& entry, const HttpResponse& putResponse)
 {
     const QByteArray md5 = sent.md5;
     const bool isWhole = entry.size == source->Size() && (entry.md5.isEmpty() || md5.isEmpty() || entry.md5 == md5);
-    const bool isOurs =
-        answer.HasSucceeded() || (isWhole && !entry.md5.isEmpty() && entry.md5 == request.md5Hash.toLower().toLatin1());
+    const bool isOurs = putResponse.HasSucceeded() ||
+                        (isWhole && !entry.md5.isEmpty() && entry.md5 == request.md5Hash.toLower().toLatin1());
     if (!isOurs) {
-        End(session->Failure(what, Name(), answer));
+        End(session->FailureReplyTo(what, Name(), putResponse));
         return;
     }
     if (!isWhole) {
-        Fail(Failed(what, Name(),
-                    QStringLiteral("The server kept %1 of %2 bytes").arg(entry.size.value_or(0)).arg(source->Size()),
-                    "Check that there is room in the cloud, and try again."));
+        Fail(FailureReply(
+            what, Name(),
+            QStringLiteral("The server kept %1 of %2 bytes").arg(entry.size.value_or(0)).arg(source->Size()),
+            "Check that there is room in the cloud, and try again."));
         return;
     }
     sent = FileOf(entry, sent.name);
@@ -183,7 +186,7 @@ void UploadOperation::Publish()
 void UploadOperation::OnPublished(const Publication::Outcome& outcome)
 {
     if (outcome.failure) {
-        Reply failure = session->Failure(what, Name(), *outcome.failure);
+        Reply failure = session->FailureReplyTo(what, Name(), *outcome.failure);
         if (outcome.isOnlyCopy && !outcome.leftover.isEmpty()) {
             failure.failure.advice =
                 QStringLiteral("The server has lost the old document. What was sent is there as %1.")

@@ -2,7 +2,7 @@
 
 #include "Operation.h"
 #include "Publication.h"
-#include <protocol/transfer/UploadSource.h>
+#include <protocol/streams/UploadSource.h>
 
 namespace Norlis::Social {
 
@@ -30,8 +30,8 @@ private:
     void LookAtReplaced();
     void Put();
     void OnPut(const HttpResponse& response);
-    void CheckWhatArrived(const HttpResponse& answer);
-    void OnEntry(const DavEntry& entry, const HttpResponse& answer);
+    void CheckWhatArrived(const HttpResponse& putResponse);
+    void OnEntry(const DavEntry& entry, const HttpResponse& putResponse);
     void Publish();
     void OnPublished(const Publication::Outcome& outcome);
     void Succeed(const DavDocument& made);

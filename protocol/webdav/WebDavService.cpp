@@ -79,7 +79,7 @@ void WebDavService::Shutdown(std::function<void()> done)
     waitingTransfers.clear();
     Retire(std::exchange(session, nullptr));
     for (const auto& each : endedSessions) {
-        each->directory.Stop();
+        each->lookup.Stop();
     }
     onShutDown = std::move(done);
     shutdownTimer.start();
@@ -110,7 +110,7 @@ void WebDavService::Start(qint64 id, const Request::Any& request)
     const bool needsSession =
         !std::holds_alternative<Request::SignIn>(request) && !std::holds_alternative<Request::SignOut>(request);
     if (needsSession && !session) {
-        listener.reply(id, Failed("The request", {}, "Nobody is signed in", "Sign in first."));
+        listener.reply(id, FailureReply("The request", {}, "Nobody is signed in", "Sign in first."));
         return;
     }
     std::visit([&](const auto& known) { Begin(id, known); }, request);
@@ -120,7 +120,7 @@ void WebDavService::Cancel(qint64 id)
 {
     previews.Cancel(id);
     if (session) {
-        session->directory.Forget(id);
+        session->lookup.Forget(id);
     }
     const auto found = active.find(id);
     if (found == active.end()) {
@@ -170,8 +170,8 @@ void WebDavService::Begin(qint64 id, const Request::SignIn& request)
 {
     const auto what = QStringLiteral("Sign-in");
     if (request.token.isEmpty() || !IsOneLine(request.token)) {
-        listener.reply(
-            id, Failed(what, {}, "That is not a password or token", "Enter the one that you have for the server."));
+        listener.reply(id, FailureReply(what, {}, "That is not a password or token",
+                                        "Enter the one that you have for the server."));
         return;
     }
     const auto next = NewSession(request.token);
@@ -259,12 +259,12 @@ void WebDavService::Begin(qint64 id, const Request::Preview& request)
             failure.isSignedOut = failure.isSignedOut && EndSession(asked.lock());
             listener.reply(id, std::move(failure));
         } else if (request.box.isEmpty()) {
-            listener.reply(id, Failed(what, document->Name(), "The requested size is empty"));
+            listener.reply(id, FailureReply(what, document->Name(), "The requested size is empty"));
         } else {
             previews.Add(id, {document->id, document->Name(), document->Version()}, request.box);
         }
     };
-    session->directory.Find(id, request.document, what, found);
+    session->lookup.Find(id, request.document, what, found);
 }
 
 std::unique_ptr<PreviewSource::Fetch> WebDavService::FetchForPreview(const PreviewSubject& subject, const QSize& box,

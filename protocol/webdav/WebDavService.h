@@ -60,7 +60,7 @@ private:
     /// one it says nothing.
     bool EndSession(const std::shared_ptr<WebDavSession>& refused);
 
-    /// To be called with a session that may have ended. It is destroyed when nothing of it is under way any more, and
+    /// To be called with a session that may have ended. It is destroyed when nothing of it is under way, and
     /// only from the event loop, since it may be the caller.
     void Retire(const std::shared_ptr<WebDavSession>& ended);
 

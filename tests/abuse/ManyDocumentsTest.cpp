@@ -10,7 +10,7 @@ namespace Norlis::Test {
 namespace {
 
 constexpr int manyDocuments = 100'000;
-constexpr int patience = 100'000;            // milliseconds; only a failing test waits for so long
+constexpr int timeout = 100'000;             // milliseconds; only a failing test waits for so long
 constexpr qint64 mostPerDocument = 2 * 1024; // bytes
 
 QList<CloudEntry> ManyEntries()
@@ -36,7 +36,7 @@ protected:
         session->Refresh();
         EXPECT_TRUE(WaitForCalls("retriveFileList", 1));
         Answer("retriveFileList", Social::Success, entries);
-        EXPECT_TRUE(QTest::qWaitFor([this] { return CountOf("ListRefreshed") == 1; }, patience));
+        EXPECT_TRUE(QTest::qWaitFor([this] { return CountOf("ListRefreshed") == 1; }, timeout));
         for (const qint64 id : protocol->Running()) {
             session->Protocol().cancelOperation(id); // the previews that nobody will answer
         }

@@ -34,11 +34,11 @@ inline QByteArray Pattern(int size, quint32 seed = 1)
 template <typename Server = FaultServer>
 class TransferFaultTest : public testing::Test {
 protected:
-    static constexpr int usualPatience = 60'000;
-    static constexpr int shortPatience = 300; ///< for servers that hang
+    static constexpr int usualTimeout = 60'000;
+    static constexpr int shortTimeout = 300; ///< for servers that hang
 
-    /// \param patience in milliseconds
-    explicit TransferFaultTest(int patience = usualPatience) : client(Settings(patience), server.Password()) {}
+    /// \param timeout in milliseconds
+    explicit TransferFaultTest(int timeout = usualTimeout) : client(Settings(timeout), server.Password()) {}
 
     void SetUp() override
     {
@@ -61,11 +61,11 @@ protected:
         std::cerr << qPrintable(server.Names().join('\n')) << '\n';
     }
 
-    Social::OAuth2::AuthInfo Settings(int patience = usualPatience) const
+    Social::OAuth2::AuthInfo Settings(int timeout = usualTimeout) const
     {
         Social::OAuth2::AuthInfo settings;
         settings.serviceUrl = server.Address();
-        settings.silenceTimeout = patience;
+        settings.silenceTimeout = timeout;
         return settings;
     }
 

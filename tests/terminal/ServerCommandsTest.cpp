@@ -69,7 +69,8 @@ TEST_F(ServerCommandsTest, RefusalOfAnUploadIsToldWithItsReasonAndWhatToDo)
     EXPECT_TRUE(outcome.errors.startsWith("norlis-cloud: Uploading \"report.pdf\" failed: The server has no room left "
                                           "(507"))
         << outcome.errors.toStdString();
-    EXPECT_TRUE(outcome.errors.endsWith("Make room in the cloud and try again\n")) << outcome.errors.toStdString();
+    EXPECT_TRUE(outcome.errors.endsWith("Free some space in the cloud and try again\n"))
+        << outcome.errors.toStdString();
 }
 
 TEST_F(ServerCommandsTest, ServerThatEndsTheSignInInMidWorkIsToldWithTheCommandThatHelps)
@@ -131,7 +132,7 @@ TEST_F(ServerCommandsTest, TextsOfTheServerMoveNoCursor)
     }
 }
 
-TEST_F(ServerCommandsTest, ExaminationCanBeShownToOthers)
+TEST_F(ServerCommandsTest, ProbeCanBeShownToOthers)
 {
     server.Put("private-letter.pdf", "%PDF-1.4\n");
     for (const QStringList& words : {QStringList{"doctor"}, {"doctor", "--json"}}) {

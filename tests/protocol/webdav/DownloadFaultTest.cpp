@@ -46,7 +46,7 @@ TEST_F(DownloadFaultTest, AnAnswerThatEndsWithItsConnectionIsComparedWithTheDocu
     ExpectFailure("1000000 of 3000000 bytes arrived");
     server.Misbehave("GET", CutsWithoutLength(1'000'000));
     server.Misbehave("PROPFIND", AnswersWith(403));
-    ExpectFailure("does not report how large the document is");
+    ExpectFailure("does not report the size of the document");
     server.Misbehave("GET", SendsUntilClose());
     ASSERT_TRUE(Download()->Succeeds());
     EXPECT_EQ(ReadFile(Local("target.pdf")), content);
@@ -192,7 +192,7 @@ TEST_F(DownloadFaultTest, ARedirectToAnotherServerIsNotFollowed)
 {
     const FaultServer other;
     server.Misbehave("GET", RedirectsTo(other.Origin() + "/documents/report.pdf"));
-    ExpectFailure("The server redirects to another place: " + other.Origin().toStdString());
+    ExpectFailure("The server redirects to another address: " + other.Origin().toStdString());
     EXPECT_EQ(other.Connections(), 0);
 }
 

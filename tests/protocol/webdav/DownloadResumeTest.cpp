@@ -7,7 +7,7 @@ using testing::HasSubstr;
 /// Documents whose connection breaks while they are being fetched.
 class DownloadResumeTest : public TransferFaultTest<> {
 protected:
-    explicit DownloadResumeTest(int patience = usualPatience) : TransferFaultTest(patience) {}
+    explicit DownloadResumeTest(int timeout = usualTimeout) : TransferFaultTest(timeout) {}
 
     void SetUp() override
     {
@@ -206,7 +206,7 @@ TEST_F(DownloadResumeTest, AConnectionThatBreaksWithoutAnythingNewIsGivenUp)
 /// Servers that are silent.
 class DownloadHangTest : public DownloadResumeTest {
 protected:
-    DownloadHangTest() : DownloadResumeTest(shortPatience) {}
+    DownloadHangTest() : DownloadResumeTest(shortTimeout) {}
 };
 
 TEST_F(DownloadHangTest, AServerThatFallsSilentMidwayIsAskedForTheRest)
@@ -231,7 +231,7 @@ TEST_F(DownloadHangTest, ASlowServerThatMovesOnIsNotGivenUp)
 {
     const QByteArray small = Pattern(500);
     const QString smallId = Put("small.pdf", small);
-    server.Misbehave("GET", Drips(10, 20)); // longer than the patience in all
+    server.Misbehave("GET", Drips(10, 20)); // longer than the timeout in all
     EXPECT_TRUE(client.Download(smallId, Local("target.pdf"))->Succeeds());
     ExpectFetched(small);
     EXPECT_EQ(server.Count("GET"), 1);

@@ -84,7 +84,7 @@ TEST_F(RedirectTest, AnotherPlaceIsNamedAndNotAsked)
             Client client(settings, server.Password());
             ASSERT_TRUE(client.Authorize()->Fails());
             if (status != 303) {
-                EXPECT_THAT(LastReason(client), HasSubstr("another place: " + origin.toStdString()));
+                EXPECT_THAT(LastReason(client), HasSubstr("another address: " + origin.toStdString()));
                 EXPECT_THAT(LastAdvice(client), HasSubstr("sign in with it"));
             }
         }

@@ -200,7 +200,7 @@ TEST_F(RemotePreviewTest, ListsAndTransfersDoNotWaitForPreviewsThatHang)
 
 TEST_F(RemotePreviewTest, HangingPreviewsMakeRoomForOthers)
 {
-    settings.silenceTimeout = shortPatience;
+    settings.silenceTimeout = shortTimeout;
     Client user(settings, server.Password());
     ASSERT_TRUE(user.SignIn());
     const QString first = Put("a.pdf", PdfOfColor(Qt::red));
@@ -218,7 +218,7 @@ TEST_F(RemotePreviewTest, HangingPreviewsMakeRoomForOthers)
 
 TEST_F(RemotePreviewTest, PreviewsOfAnEarlierSignInFetchNothingFromTheNewOne)
 {
-    settings.silenceTimeout = shortPatience;
+    settings.silenceTimeout = shortTimeout;
     Client user(settings, server.Password());
     ASSERT_TRUE(user.SignIn());
     for (int number = 0; number < 5; ++number) {

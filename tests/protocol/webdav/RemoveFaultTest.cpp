@@ -6,7 +6,7 @@ using testing::HasSubstr;
 
 class RemoveFaultTest : public TransferFaultTest<> {
 protected:
-    explicit RemoveFaultTest(int patience = usualPatience) : TransferFaultTest(patience) {}
+    explicit RemoveFaultTest(int timeout = usualTimeout) : TransferFaultTest(timeout) {}
 
     void SetUp() override
     {
@@ -110,7 +110,7 @@ TEST_F(RemoveFaultTest, ARedirectToAnotherServerIsNotFollowed)
 
 class RemoveHangTest : public RemoveFaultTest {
 protected:
-    RemoveHangTest() : RemoveFaultTest(shortPatience) {}
+    RemoveHangTest() : RemoveFaultTest(shortTimeout) {}
 };
 
 TEST_F(RemoveHangTest, ACanceledRemovalReportsNothing)

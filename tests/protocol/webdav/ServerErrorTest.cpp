@@ -62,7 +62,7 @@ TEST_F(ServerErrorTest, EveryStatusIsSaidInWordsWithAdvice)
         {503, "not available", "later"},
         {504, "gateway", "later"},
         {505, "has failed", "later"},
-        {507, "no room", "Make room"},
+        {507, "no room", "Free some space"},
         {599, "has failed", "later"},
         {304, "not expected", "WebDAV server"},
     };

@@ -52,12 +52,12 @@ TEST_F(ServerProbeTest, TellsWhatAGoodServerCanDo)
     EXPECT_EQ(findings["software"], "not reported");
     EXPECT_EQ(findings["DAV classes"], "1");
     for (const char* trait :
-         {"takes uploads", "honours If-None-Match", "honours If-Match", "ETag in lists", "range requests",
-          "ETag with the content", "MOVE", "custom properties", "refuses to overwrite", "tells when a file was made"}) {
+         {"accepts uploads", "honours If-None-Match", "honours If-Match", "ETag in lists", "range requests",
+          "ETag with the content", "MOVE", "custom properties", "honours Overwrite: F", "reports creation times"}) {
         EXPECT_EQ(findings[trait], "yes") << trait;
     }
     for (const char* trait :
-         {"file ids and checksums of its own", "tells used storage", "tells free storage", "makes pictures"}) {
+         {"own file ids and checksums", "reports used storage", "reports free storage", "creates previews"}) {
         EXPECT_EQ(findings[trait], "no") << trait;
     }
 }
@@ -82,7 +82,7 @@ TEST_F(ServerProbeTest, TellsWhatAServerCannotDo)
                      }});
     const auto findings = Findings();
     for (const char* trait :
-         {"honours If-None-Match", "honours If-Match", "range requests", "custom properties", "refuses to overwrite"}) {
+         {"honours If-None-Match", "honours If-Match", "range requests", "custom properties", "honours Overwrite: F"}) {
         EXPECT_EQ(findings[trait], "no") << trait;
     }
 }
@@ -91,13 +91,13 @@ TEST_F(ServerProbeTest, ServerThatOneCanOnlyReadFromIsDescribedToo)
 {
     server.Misbehave(When("PUT").Always(), AnswersWith(403));
     const auto findings = Findings();
-    EXPECT_EQ(findings["takes uploads"], "no");
-    EXPECT_FALSE(findings.contains("refuses to overwrite"));
+    EXPECT_EQ(findings["accepts uploads"], "no");
+    EXPECT_FALSE(findings.contains("honours Overwrite: F"));
 }
 
 TEST_F(ServerProbeTest, LeavesNothingBehindWhereverItFails)
 {
-    settings.silenceTimeout = shortPatience;
+    settings.silenceTimeout = shortTimeout;
     Client user(settings, server.Password());
     ASSERT_TRUE(user.SignIn());
     for (const When& when :
@@ -173,7 +173,7 @@ TEST_F(NextcloudProbeTest, ReportsWhatNextcloudSupports)
     ASSERT_TRUE(traits->Succeeds());
     const auto findings = ByTrait(traits->payload);
     for (const char* trait :
-         {"file ids and checksums of its own", "tells used storage", "tells free storage", "makes pictures"}) {
+         {"own file ids and checksums", "reports used storage", "reports free storage", "creates previews"}) {
         EXPECT_EQ(findings[trait], "yes") << trait;
     }
     EXPECT_EQ(server.Names(), QStringList());

@@ -159,7 +159,7 @@ TEST_F(SignInFaultTest, UnreachableServerIsSaid)
 
 TEST_F(SignInFaultTest, SilentServerIsGivenUp)
 {
-    settings.silenceTimeout = shortPatience;
+    settings.silenceTimeout = shortTimeout;
     for (const Misbehaviour& silence : {Hangs(), HangsInTheAnswer(10), HangsInTheAnswer(0)}) {
         server.Misbehave("PROPFIND", silence);
         EXPECT_THAT(ReasonOfSignIn(), HasSubstr("silent for 0.3 seconds"));

@@ -112,7 +112,7 @@ TEST_F(TlsTest, RedirectionToAnUnencryptedPlaceIsRefused)
     server.Misbehave("PROPFIND", RedirectsTo(plain.Origin() + "/documents/", 307));
     Visit(server, Authority().File());
     EXPECT_FALSE(isSignedIn);
-    EXPECT_THAT(LastReason(*client), HasSubstr("another place: " + plain.Origin().toStdString()));
+    EXPECT_THAT(LastReason(*client), HasSubstr("another address: " + plain.Origin().toStdString()));
     EXPECT_EQ(plain.Connections(), 0);
 }
 

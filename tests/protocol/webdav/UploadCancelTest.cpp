@@ -40,7 +40,7 @@ Misbehaviour HangsAfterDoingIt()
 /// Uploads that are given up while they wait for the server.
 class UploadCancelTest : public TransferFaultTest<>, public testing::WithParamInterface<Stage> {
 protected:
-    UploadCancelTest() : TransferFaultTest(shortPatience) {}
+    UploadCancelTest() : TransferFaultTest(shortTimeout) {}
 
     /// Begins an upload that the server lets hang at the stage, and gives it up there.
     void GiveUp(const Misbehaviour& hang, const std::function<void(qint64 operation)>& giveUp)

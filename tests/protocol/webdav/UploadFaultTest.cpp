@@ -156,7 +156,7 @@ TEST_F(UploadFaultTest, ARedirectToAnotherServerIsNotFollowed)
     const FaultServer other;
     server.Misbehave(When("PUT").Always(), RedirectsTo(other.Origin() + "/documents/report.pdf", 307));
     ExpectFailure(client.Upload(LocalFile("report.pdf", Pattern(5000))));
-    EXPECT_THAT(Reason(), HasSubstr("The server redirects to another place: " + other.Origin().toStdString()));
+    EXPECT_THAT(Reason(), HasSubstr("The server redirects to another address: " + other.Origin().toStdString()));
     EXPECT_EQ(other.Connections(), 0);
     ExpectOnServer({});
 }
@@ -164,7 +164,7 @@ TEST_F(UploadFaultTest, ARedirectToAnotherServerIsNotFollowed)
 /// Servers that are silent.
 class UploadHangTest : public UploadFaultTest {
 protected:
-    UploadHangTest() : UploadFaultTest(shortPatience) {}
+    UploadHangTest() : UploadFaultTest(shortTimeout) {}
 };
 
 TEST_F(UploadHangTest, AServerThatStopsReadingIsGivenUp)
@@ -189,7 +189,7 @@ TEST_F(UploadHangTest, AServerThatDoesNotAnswerIsGivenUp)
 TEST_F(UploadHangTest, ASlowServerThatMovesOnIsNotGivenUp)
 {
     LearnTheServer();
-    server.Misbehave("PUT", Drips(2, 10)); // longer than the patience in all
+    server.Misbehave("PUT", Drips(2, 10)); // longer than the timeout in all
     EXPECT_TRUE(client.Upload(LocalFile("report.pdf", Pattern(5000)))->Succeeds());
 }
 

@@ -6,11 +6,11 @@
 
 namespace Norlis::Social {
 
-/// Writes the body of an answer to a local file, and hashes it, on another thread and under a temporary name. Memory is
-/// bounded however slow the disk is.
+/// Writes the body of a response to a local file, and hashes it, on another thread and under a temporary name. Memory
+/// is bounded however slow the disk is.
 class DownloadSink : public HttpSink {
 public:
-    /// Looks at an answer before its body is written. Returns why it is refused; an empty text accepts it. `from` is
+    /// Looks at a response before its body is written. Returns why it is refused; an empty text accepts it. `from` is
     /// the position in the file at which the body begins.
     using Check = std::function<QString(const HttpHead& head, qint64& from)>;
 
@@ -45,13 +45,13 @@ public:
     /// To be committed, after Flush.
     Files::AtomicFile& File();
 
-    /// Why the answer was refused or the file cannot be written; empty when all is well.
+    /// Why the response was refused or the file cannot be written; empty when all is well.
     QString ErrorText() const
     {
         return error;
     }
 
-    bool IsAnswerRefused() const
+    bool IsResponseRefused() const
     {
         return isRefused;
     }
