@@ -27,7 +27,7 @@ public:
     /// What signs in; empty when nobody is signed in. For a folder, which asks for none, it is never empty.
     QString Token() const;
 
-    /// Folder for the records and pictures of the service.
+    /// Folder for the records and previews of the service.
     QString DataFolder() const;
 
     /// Stores the service, the token and the access to it in the settings. Throws std::runtime_error when they cannot

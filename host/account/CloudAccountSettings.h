@@ -12,7 +12,8 @@ struct ServiceAccess {
     bool allowPlainHttp = false;  ///< takes `http:` beyond loopback
 };
 
-/// The user's cloud account: which service, how it is reached, and the token that signs in.
+/// The user's cloud account: which service, how it is reached, and the token that signs in. The token is usually a
+/// password.
 ///
 /// Settings stand in `settings.ini`; tokens stand apart, one file per service. All of it is readable for the user
 /// alone. Used on one thread.

@@ -43,7 +43,7 @@ public:
         return removedAt.value(id) > time;
     }
 
-    /// To be called when no list is awaited any more.
+    /// To be called when a list is no longer awaited.
     void Clear()
     {
         uploadedAt.clear();

@@ -1,10 +1,10 @@
 #include "CloudSession.h"
 
 #include "ListMerge.h"
-#include "PreviewIntake.h"
 #include "SessionContext.h"
 #include "SessionDownloads.h"
 #include "SessionLists.h"
+#include "SessionPreviews.h"
 #include "SessionRemovals.h"
 #include "SessionUploads.h"
 
@@ -66,7 +66,7 @@ public:
     SessionRemovals removals{context};
     ListMerge merge;
     SessionLists lists{context, merge};
-    PreviewIntake previews;
+    SessionPreviews previews;
     Lifetime lifetime;
 };
 
@@ -108,7 +108,7 @@ void CloudSession::Private::WorkForASlice()
     while (guard && !slice.hasExpired(sliceMilliseconds)) {
         if (merge.IsReady()) {
             merge.Step();
-        } else if (!merge.IsActive() && previews.HasWork()) { // a picture may be that of a document still to be added
+        } else if (!merge.IsActive() && previews.HasWork()) { // a preview may be that of a document still to be added
             previews.Step();
         } else {
             slices.stop();
@@ -143,7 +143,7 @@ CloudSession::CloudSession(const QString& dataFolder, const std::shared_ptr<IClo
 std::unique_ptr<CloudSession> CloudSession::Open(const CloudAccount& account, const QString& dataFolder,
                                                  const std::shared_ptr<Settings>& settings)
 {
-    // The library stores pictures of documents in the folder for temporary files. They shall outlive the next cleaning
+    // The library stores previews in the folder for temporary files. They shall outlive the next cleaning
     // of that folder, and nobody else shall see them.
     const QString pictures = dataFolder + "/pictures";
     QDir().mkpath(pictures);

@@ -60,7 +60,7 @@ public:
     ~CloudSession() override;
 
     /// A session of an account. One of a process at a time: the folder for temporary files, in which the library stores
-    /// pictures, becomes one of the session's own.
+    /// previews, becomes one of the session's own.
     /// \param dataFolder the account's, or another one for a second list of the same service
     /// Throws as the constructor does, and as CloudAccount::AuthInfo.
     static std::unique_ptr<CloudSession> Open(const CloudAccount& account, const QString& dataFolder,
@@ -135,7 +135,7 @@ signals:
     /// The document has left the cloud and the list.
     void DocumentRemoved(const QString& id);
 
-    /// Emitted for the pictures that a refresh brings too, unless the list shows them already.
+    /// Emitted for the previews that a refresh brings too, unless the list shows them already.
     /// \param size one of "small", "medium", "large"; \param path a PNG file
     void PreviewStored(const QString& id, const QString& size, const QString& path);
 

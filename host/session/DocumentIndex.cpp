@@ -131,10 +131,10 @@ bool DocumentIndex::Replace(const Record& record)
     return static_cast<bool>(guard);
 }
 
-void DocumentIndex::ShowPreviews(const Record& record, const std::map<Size, ioPath>& pictures)
+void DocumentIndex::ShowPreviews(const Record& record, const std::map<Size, ioPath>& previews)
 {
     const auto id = IdOf(*record);
-    for (const auto& [size, path] : pictures) {
+    for (const auto& [size, path] : previews) {
         record->GetRedactableCloudInfo()->SetPreviewPathBySize(path, size);
         entries[id].shownPreviews |= Bit(size);
     }
@@ -156,7 +156,7 @@ void DocumentIndex::Forget(const QString& id)
     if (id.contains('/')) {
         return; // which may lead out of the folder
     }
-    // The cloud manager keeps its pictures for ever.
+    // The cloud manager keeps its previews for ever.
     for (const auto& [size, edge] : PDF::Cloud::previewPixelSizes) {
         QFile::remove(PDF::Cloud::PreviewPath(id, size));
     }

@@ -34,7 +34,7 @@ public:
         QString localPath;          ///< empty when there is no local copy
         unsigned shownPreviews = 0; ///< one bit per size
 
-        /// Whether the list holds the picture of this content.
+        /// Whether the list holds the preview of this content.
         bool Shows(Size size) const;
     };
 
@@ -68,21 +68,21 @@ public:
     void Add(const Record& record);
 
     /// Takes over what a files list says of a document, completed by what only the held record knows.
-    /// \param hasSameContent as the held record; otherwise the list shows no picture of it yet
+    /// \param hasSameContent as the held record; otherwise the list shows no preview of it yet
     void Update(const Record& record, bool hasSameContent);
 
     /// Puts a record in the place of the held one, or adds it. Unlike an update this carries the hash of the last
-    /// synchronisation, and pictures of other content do not stay. False when the session is gone.
+    /// synchronisation, and previews of other content do not stay. False when the session is gone.
     bool Replace(const Record& record);
 
-    /// Shows pictures of a document.
+    /// Shows previews of a document.
     /// \param record what RecordOf gave
-    void ShowPreviews(const Record& record, const std::map<Size, ioPath>& pictures);
+    void ShowPreviews(const Record& record, const std::map<Size, ioPath>& previews);
 
-    /// Takes a document out of the list, if it is there, and deletes its pictures.
+    /// Takes a document out of the list, if it is there, and deletes its previews.
     void Remove(const QString& id);
 
-    /// Deletes the pictures of a document that is not in the list. Emits nothing.
+    /// Deletes the previews of a document that is not in the list. Emits nothing.
     void Forget(const QString& id);
 
     // The running transfers of a document are counted; the list shows from the event loop whether there are any.

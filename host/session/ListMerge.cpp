@@ -146,7 +146,7 @@ void ListMerge::Complete(FileInfo& fresh, FileInfo& held, bool hasSameContent) c
     }
     auto previews = heldCloudInfo.GetPreviewsSet();
     if (!hasSameContent) {
-        // An update keeps the picture of the old content unless an empty path replaces it.
+        // An update keeps the preview of the old content unless an empty path replaces it.
         for (auto& preview : previews) {
             preview.second = ioPath();
         }

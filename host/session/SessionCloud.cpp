@@ -65,10 +65,12 @@ bool SessionCloud::IsSignedIn() const
 
 void SessionCloud::AskToSignIn()
 {
-    manager->Upload(QList<QString>()); // every request asks first; this one is about nothing else
+    // The manager has no call that only asks for sign-in. Uploading an empty list emits AuthorizationRequired and sends
+    // nothing.
+    manager->Upload(QList<QString>());
 }
 
-bool SessionCloud::RequireSignIn(Request request, const QString& subject, const QString& document)
+bool SessionCloud::RequireSignIn(Request request, const Subject& about)
 {
     if (IsSignedIn()) {
         return true;
@@ -76,32 +78,35 @@ bool SessionCloud::RequireSignIn(Request request, const QString& subject, const 
     const auto guard = lifetime.Watch();
     AskToSignIn();
     if (guard) {
-        RefuseSignedOut(request, subject, document);
+        RefuseSignedOut(request, about);
     }
     return false;
 }
 
-void SessionCloud::RefuseSignedOut(Request request, const QString& subject, const QString& document)
+void SessionCloud::RefuseSignedOut(Request request, const Subject& about)
 {
-    Fail(request, subject, "Not signed in",
-         FailureOf("Sign-in", document, "nobody is signed in to the cloud", "Sign in and try again."));
+    Fail(request, about.subject, "Not signed in",
+         FailureOf("Sign-in", about.document, "nobody is signed in to the cloud", "Sign in and try again."));
 }
 
-void SessionCloud::Refuse(Request request, const QString& subject, const QString& document, const QString& reason,
-                          const QString& advice)
+void SessionCloud::Refuse(Request request, const Subject& about, const QString& reason, const QString& advice)
 {
     switch (request) {
     case Request::Upload:
-        Fail(request, subject, "The document was not uploaded", FailureOf("Upload", document, reason, advice));
+        Fail(request, about.subject, "The document was not uploaded",
+             FailureOf("Upload", about.document, reason, advice));
         break;
     case Request::Download:
-        Fail(request, subject, "The document was not downloaded", FailureOf("Download", document, reason, advice));
+        Fail(request, about.subject, "The document was not downloaded",
+             FailureOf("Download", about.document, reason, advice));
         break;
     case Request::Remove:
-        Fail(request, subject, "The document was not removed", FailureOf("Remove", document, reason, advice));
+        Fail(request, about.subject, "The document was not removed",
+             FailureOf("Remove", about.document, reason, advice));
         break;
     case Request::Preview:
-        Fail(request, subject, "The preview was not fetched", FailureOf("Preview", document, reason, advice));
+        Fail(request, about.subject, "The preview was not fetched",
+             FailureOf("Preview", about.document, reason, advice));
         break;
     case Request::SignIn:
     case Request::List:

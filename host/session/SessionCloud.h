@@ -14,6 +14,12 @@ namespace Norlis::Host {
 /// reason.
 class SessionCloud : public QObject {
 public:
+    /// What a request is about.
+    struct Subject {
+        QString subject;  ///< see CloudProblem
+        QString document; ///< name, for the message
+    };
+
     SessionCloud(CloudSession& session, const std::shared_ptr<PDF::Cloud::ICloudProtocol>& protocol,
                  const std::shared_ptr<PDF::IHashCalculator>& hashes,
                  const std::shared_ptr<PDF::IFileSystem>& fileSystem,
@@ -35,17 +41,16 @@ public:
     void AskToSignIn();
 
     /// True when somebody is signed in; false after AuthorizationRequired and Failed otherwise.
-    /// \param subject see CloudProblem; \param document its name
-    bool RequireSignIn(CloudProblem::Request request, const QString& subject, const QString& document);
+    bool RequireSignIn(CloudProblem::Request request, const Subject& about);
 
     /// Ends a request for the reason that nobody is signed in.
-    void RefuseSignedOut(CloudProblem::Request request, const QString& subject, const QString& document);
+    void RefuseSignedOut(CloudProblem::Request request, const Subject& about);
 
     /// Ends a request that the cloud was not asked for.
     /// \param request Upload, Download, Remove or Preview
-    /// \param reason  without a full stop; \param advice a sentence
-    void Refuse(CloudProblem::Request request, const QString& subject, const QString& document, const QString& reason,
-                const QString& advice);
+    /// \param reason  without a full stop
+    /// \param advice  a sentence
+    void Refuse(CloudProblem::Request request, const Subject& about, const QString& reason, const QString& advice);
 
     /// Ends a request that the cloud manager has reported as failed.
     void Fail(CloudProblem::Request request, const QString& subject, const QString& message,

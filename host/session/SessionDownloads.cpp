@@ -27,7 +27,7 @@ bool IsFileName(const QString& name)
 bool IsTaken(const QString& path)
 {
     const QFileInfo file(path);
-    return file.exists() || file.isSymLink(); // a link may lead nowhere
+    return file.exists() || file.isSymLink(); // a dangling symlink also occupies the name
 }
 
 } // namespace
@@ -42,38 +42,39 @@ SessionDownloads::SessionDownloads(const SessionContext& context) : context(cont
 
 void SessionDownloads::Start(const QString& id, const QString& folder)
 {
-    const auto run = std::make_shared<Run>();
-    run->id = id;
-    run->folder = folder;
-    run->name = id; // until the document is found
-    if (runs.contains(id)) {
-        run->name = runs[id]->name;
-        Later(this,
-              [this, run] { Refuse(run, "it is already being downloaded", "Wait until that is done, or cancel it."); });
+    const auto download = std::make_shared<ActiveDownload>();
+    download->id = id;
+    download->folder = folder;
+    download->name = id; // until the document is found
+    if (downloads.contains(id)) {
+        download->name = downloads[id]->name;
+        Later(this, [this, download] {
+            Refuse(download, "it is already being downloaded", "Wait until that is done, or cancel it.");
+        });
         return;
     }
-    runs[id] = run;
-    Later(this, [this, run] { Begin(run); });
+    downloads[id] = download;
+    Later(this, [this, download] { Begin(download); });
 }
 
 void SessionDownloads::Cancel(const QString& id)
 {
-    const auto run = runs.value(id);
-    if (!run) {
+    const auto download = downloads.value(id);
+    if (!download) {
         return;
     }
-    Later(this, [this, run] {
-        if (!IsRunning(run)) {
+    Later(this, [this, download] {
+        if (!IsCurrent(download)) {
             return;
         }
-        switch (run->state) {
+        switch (download->state) {
         case State::Preparing:
         case State::Arrived:
-            End(run);
-            emit context.session.DownloadCanceled(run->id);
+            End(download);
+            emit context.session.DownloadCanceled(download->id);
             break;
-        case State::Sent:
-            context.cloud.Manager().CancelDownloading(run->record);
+        case State::Requested:
+            context.cloud.Manager().CancelDownloading(download->record);
             break;
         case State::Placed:
             break; // too late: the document is there
@@ -81,219 +82,219 @@ void SessionDownloads::Cancel(const QString& id)
     });
 }
 
-void SessionDownloads::Begin(const RunPointer& run)
+void SessionDownloads::Begin(const DownloadPointer& download)
 {
-    if (!IsRunning(run)) {
+    if (!IsCurrent(download)) {
         return;
     }
-    const auto held = context.documents.RecordOf(run->id);
+    const auto held = context.documents.RecordOf(download->id);
     if (!held) {
-        EndWithFailure(run, "it is not in the list of documents", "Refresh the list.");
+        EndWithFailure(download, "it is not in the list of documents", "Refresh the list.");
         return;
     }
-    run->name = NameOf(*held);
-    if (!IsFileName(run->name)) {
-        EndWithFailure(run, "its name in the cloud is not valid as a file name", "Rename it in the cloud.");
+    download->name = NameOf(*held);
+    if (!IsFileName(download->name)) {
+        EndWithFailure(download, "its name in the cloud is not valid as a file name", "Rename it in the cloud.");
         return;
     }
-    const QFileInfo folder(run->folder);
-    if (run->folder.isEmpty() || !folder.isDir()) {
-        EndWithFailure(run, "there is no folder \"" + run->folder + '"', "Choose another folder.");
+    const QFileInfo folder(download->folder);
+    if (download->folder.isEmpty() || !folder.isDir()) {
+        EndWithFailure(download, "there is no folder \"" + download->folder + '"', "Choose another folder.");
         return;
     }
     if (!folder.isWritable()) {
-        EndWithFailure(run, "you do not have permission to write to the folder \"" + run->folder + '"',
+        EndWithFailure(download, "you do not have permission to write to the folder \"" + download->folder + '"',
                        "Choose another folder.");
         return;
     }
-    run->target = QDir::cleanPath(QDir(run->folder).absoluteFilePath(run->name));
+    download->target = QDir::cleanPath(QDir(download->folder).absoluteFilePath(download->name));
     QStringList paths;
-    for (const auto& path : {run->target, ToText(held->GetPath())}) {
+    for (const auto& path : {download->target, ToText(held->GetPath())}) {
         if (!path.isEmpty() && QFileInfo(path).isFile()) {
             paths.append(path);
         }
     }
     if (paths.isEmpty()) {
-        Send(run);
+        Request(download);
     } else {
-        context.hashes.Prepare(paths, this, [this, run] { Send(run); });
+        context.hashes.Prepare(paths, this, [this, download] { Request(download); });
     }
 }
 
-void SessionDownloads::Send(const RunPointer& run)
+void SessionDownloads::Request(const DownloadPointer& download)
 {
-    if (!IsRunning(run)) {
+    if (!IsCurrent(download)) {
         return;
     }
-    const auto held = context.documents.RecordOf(run->id);
+    const auto held = context.documents.RecordOf(download->id);
     if (!held) {
-        EndWithFailure(run, "it is no longer in the list of documents", "Refresh the list.");
+        EndWithFailure(download, "it is no longer in the list of documents", "Refresh the list.");
         return;
     }
-    if (!MayTakeTarget(run)) {
+    if (!MayTakeTarget(download)) {
         return;
     }
     if (!context.cloud.IsSignedIn()) {
-        End(run);
-        context.cloud.RequireSignIn(CloudProblem::Request::Download, run->id, run->name);
+        End(download);
+        context.cloud.RequireSignIn(CloudProblem::Request::Download, {download->id, download->name});
         return;
     }
-    run->staging = std::make_unique<QTemporaryDir>(QDir(run->folder).absoluteFilePath(".norlis-download-"));
-    if (!run->staging->isValid()) {
-        EndWithFailure(run, "the folder cannot be written to: " + run->staging->errorString(),
+    download->staging = std::make_unique<QTemporaryDir>(QDir(download->folder).absoluteFilePath(".norlis-download-"));
+    if (!download->staging->isValid()) {
+        EndWithFailure(download, "the folder cannot be written to: " + download->staging->errorString(),
                        "Choose another folder.");
         return;
     }
     // A copy, because the manager gives the record its path before a byte has arrived.
-    run->record = held;
-    run->state = State::Sent;
-    context.documents.BeginTransfer(run->id);
-    context.cloud.Manager().Download(run->record, run->staging->path());
+    download->record = held;
+    download->state = State::Requested;
+    context.documents.BeginTransfer(download->id);
+    context.cloud.Manager().Download(download->record, download->staging->path());
 }
 
-bool SessionDownloads::MayTakeTarget(const RunPointer& run)
+bool SessionDownloads::MayTakeTarget(const DownloadPointer& download)
 {
-    run->replaces = false;
-    if (!IsTaken(run->target)) {
+    download->replaces = false;
+    if (!IsTaken(download->target)) {
         return true;
     }
-    const auto target = ToPath(run->target);
-    const auto held = context.documents.RecordOf(run->id);
+    const auto target = ToPath(download->target);
+    const auto held = context.documents.RecordOf(download->id);
     const auto normalized = [this](const ioPath& path) { return context.fileSystem.NormalizePath(path); };
-    const bool isOwnCopy = held && !held->GetPath().empty() && !QFileInfo(run->target).isSymLink() &&
+    const bool isOwnCopy = held && !held->GetPath().empty() && !QFileInfo(download->target).isSymLink() &&
                            normalized(held->GetPath()) == normalized(target);
     if (!isOwnCopy) {
-        EndWithFailure(run, "the folder already contains something else with this name",
+        EndWithFailure(download, "the folder already contains something else with this name",
                        "Choose another folder, or move that file away.");
         return false;
     }
     const auto synchronizedHash = held->GetCloudHashBeforeChange();
     if (synchronizedHash.empty() || context.hashes.CalculateHash(target) != synchronizedHash) {
-        EndWithFailure(run, "the local copy has changes that are not in the cloud",
+        EndWithFailure(download, "the local copy has changes that are not in the cloud",
                        "Upload the changes, or choose another folder.");
         return false;
     }
-    run->replaces = true;
+    download->replaces = true;
     return true;
 }
 
-void SessionDownloads::Place(const RunPointer& run)
+void SessionDownloads::Place(const DownloadPointer& download)
 {
-    if (!IsRunning(run)) {
+    if (!IsCurrent(download)) {
         return;
     }
-    run->hash = context.hashes.CalculateHash(ToPath(run->stagedPath));
-    const auto cloudHash = run->record->GetRedactableCloudInfo()->GetMd5Hash();
-    if (run->hash.empty()) {
-        EndWithFailure(run, "the downloaded file could not be read", "Try again.");
+    download->hash = context.hashes.CalculateHash(ToPath(download->stagedPath));
+    const auto cloudHash = download->record->GetRedactableCloudInfo()->GetMd5Hash();
+    if (download->hash.empty()) {
+        EndWithFailure(download, "the downloaded file could not be read", "Try again.");
         return;
     }
-    if (!cloudHash.empty() && cloudHash != run->hash) {
-        EndWithFailure(run, "the downloaded file does not match the list of documents",
+    if (!cloudHash.empty() && cloudHash != download->hash) {
+        EndWithFailure(download, "the downloaded file does not match the list of documents",
                        "Refresh the list and try again.");
         return;
     }
-    if (!MayTakeTarget(run)) { // it may have changed while the document came
+    if (!MayTakeTarget(download)) { // it may have changed while the document came
         return;
     }
-    const auto error = run->replaces ? Files::MoveReplacing(run->stagedPath, run->target)
-                                     : Files::MoveUnlessTaken(run->stagedPath, run->target);
+    const auto error = download->replaces ? Files::MoveReplacing(download->stagedPath, download->target)
+                                          : Files::MoveUnlessTaken(download->stagedPath, download->target);
     if (error) {
-        EndWithFailure(run, "it could not be moved into the folder: " + QString::fromStdString(error.message()),
+        EndWithFailure(download, "it could not be moved into the folder: " + QString::fromStdString(error.message()),
                        "Choose another folder.");
         return;
     }
-    run->state = State::Placed;
-    context.hashes.Prepare({run->target}, this, [this, run] { Complete(run); });
+    download->state = State::Placed;
+    context.hashes.Prepare({download->target}, this, [this, download] { Complete(download); });
 }
 
-void SessionDownloads::Complete(const RunPointer& run)
+void SessionDownloads::Complete(const DownloadPointer& download)
 {
-    End(run);
+    End(download);
     // Read again: the list may have learned something meanwhile, and may even have lost the document.
-    const auto held = context.documents.RecordOf(run->id);
+    const auto held = context.documents.RecordOf(download->id);
     if (held) {
-        const auto path = context.fileSystem.NormalizePath(ToPath(run->target));
-        held->SetPath(path, context.hashes.CalculateHash(path), run->hash);
+        const auto path = context.fileSystem.NormalizePath(ToPath(download->target));
+        held->SetPath(path, context.hashes.CalculateHash(path), download->hash);
         if (!context.documents.Replace(held)) {
             return;
         }
     }
-    emit context.session.DocumentDownloaded(run->id, run->target);
+    emit context.session.DocumentDownloaded(download->id, download->target);
 }
 
-bool SessionDownloads::IsRunning(const RunPointer& run) const
+bool SessionDownloads::IsCurrent(const DownloadPointer& download) const
 {
-    return runs.value(run->id) == run;
+    return downloads.value(download->id) == download;
 }
 
-SessionDownloads::RunPointer SessionDownloads::FindSent(const std::shared_ptr<const FileInfo>& file) const
+SessionDownloads::DownloadPointer SessionDownloads::FindRequested(const std::shared_ptr<const FileInfo>& file) const
 {
-    const auto run = runs.value(IdOf(*file));
-    return run && run->state == State::Sent ? run : nullptr;
+    const auto download = downloads.value(IdOf(*file));
+    return download && download->state == State::Requested ? download : nullptr;
 }
 
-void SessionDownloads::End(const RunPointer& run)
+void SessionDownloads::End(const DownloadPointer& download)
 {
-    runs.remove(run->id);
-    if (run->staging) {
-        leftovers.push_back(std::move(run->staging));
+    downloads.remove(download->id);
+    if (download->staging) {
+        stagingToRemove.push_back(std::move(download->staging));
     }
-    RemoveLeftovers();
-    if (run->state != State::Preparing) {
-        context.documents.EndTransfer(run->id);
+    RemoveStaging();
+    if (download->state != State::Preparing) {
+        context.documents.EndTransfer(download->id);
     }
 }
 
-void SessionDownloads::EndWithFailure(const RunPointer& run, const QString& reason, const QString& advice)
+void SessionDownloads::EndWithFailure(const DownloadPointer& download, const QString& reason, const QString& advice)
 {
-    End(run);
-    Refuse(run, reason, advice);
+    End(download);
+    Refuse(download, reason, advice);
 }
 
-void SessionDownloads::Refuse(const RunPointer& run, const QString& reason, const QString& advice)
+void SessionDownloads::Refuse(const DownloadPointer& download, const QString& reason, const QString& advice)
 {
-    context.cloud.Refuse(CloudProblem::Request::Download, run->id, run->name, reason, advice);
+    context.cloud.Refuse(CloudProblem::Request::Download, {download->id, download->name}, reason, advice);
 }
 
-void SessionDownloads::RemoveLeftovers()
+void SessionDownloads::RemoveStaging()
 {
-    leftovers.erase(std::remove_if(leftovers.begin(), leftovers.end(),
-                                   [](const auto& folder) { return !folder->isValid() || folder->remove(); }),
-                    leftovers.end());
+    stagingToRemove.erase(std::remove_if(stagingToRemove.begin(), stagingToRemove.end(),
+                                         [](const auto& folder) { return !folder->isValid() || folder->remove(); }),
+                          stagingToRemove.end());
 }
 
 void SessionDownloads::OnFinished(const std::shared_ptr<const FileInfo>& file)
 {
-    const auto run = FindSent(file);
-    if (!run) {
+    const auto download = FindRequested(file);
+    if (!download) {
         return;
     }
-    run->state = State::Arrived;
-    run->stagedPath = ToText(FileInfo(*file).GetPath());
-    QStringList paths = {run->stagedPath};
-    if (run->replaces) {
-        paths.append(run->target);
+    download->state = State::Arrived;
+    download->stagedPath = ToText(FileInfo(*file).GetPath());
+    QStringList paths = {download->stagedPath};
+    if (download->replaces) {
+        paths.append(download->target);
     }
-    context.hashes.Prepare(paths, this, [this, run] { Place(run); });
+    context.hashes.Prepare(paths, this, [this, download] { Place(download); });
 }
 
 void SessionDownloads::OnError(const std::shared_ptr<const FileInfo>& file, const QString& message)
 {
     const auto cause = context.cloud.Failures().Take();
-    const auto run = FindSent(file);
-    if (run) {
-        End(run);
-        context.cloud.Fail(CloudProblem::Request::Download, run->id, message, cause);
+    const auto download = FindRequested(file);
+    if (download) {
+        End(download);
+        context.cloud.Fail(CloudProblem::Request::Download, download->id, message, cause);
     }
 }
 
 void SessionDownloads::OnCanceled(const std::shared_ptr<const FileInfo>& file)
 {
-    const auto run = FindSent(file);
-    if (run) {
-        End(run);
-        emit context.session.DownloadCanceled(run->id);
+    const auto download = FindRequested(file);
+    if (download) {
+        End(download);
+        emit context.session.DownloadCanceled(download->id);
     }
 }
 

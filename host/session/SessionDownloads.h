@@ -8,7 +8,7 @@
 
 namespace Norlis::Host {
 
-/// The session's downloads. Each arrives in a hidden folder of its own beside its place, so that the last step is a
+/// The session's downloads. Each arrives in a hidden folder of its own next to its target, so that the last step is a
 /// rename and a cancelled or failed download touches nothing that was there before. Each ends in DocumentDownloaded,
 /// DownloadCanceled or Failed.
 class SessionDownloads : public QObject {
@@ -19,9 +19,9 @@ public:
     void Cancel(const QString& id);
 
 private:
-    enum class State { Preparing, Sent, Arrived, Placed };
+    enum class State { Preparing, Requested, Arrived, Placed };
 
-    struct Run {
+    struct ActiveDownload {
         QString id;
         QString folder;
         QString name;
@@ -33,34 +33,36 @@ private:
         QString stagedPath;
         std::string hash;
     };
-    using RunPointer = std::shared_ptr<Run>;
+    using DownloadPointer = std::shared_ptr<ActiveDownload>;
 
-    void Begin(const RunPointer& run);
-    void Send(const RunPointer& run);
-    void Place(const RunPointer& run);
-    void Complete(const RunPointer& run);
+    void Begin(const DownloadPointer& download);
+    void Request(const DownloadPointer& download);
+    void Place(const DownloadPointer& download);
+    void Complete(const DownloadPointer& download);
 
-    /// Decides whether the file at the target may be replaced. Otherwise ends the run and says why.
-    bool MayTakeTarget(const RunPointer& run);
+    /// Decides whether the file at the target may be replaced. Otherwise ends the download and says why.
+    bool MayTakeTarget(const DownloadPointer& download);
 
-    bool IsRunning(const RunPointer& run) const;
-    RunPointer FindSent(const std::shared_ptr<const PDF::FileInfo>& file) const;
+    /// False when the download has ended meanwhile.
+    bool IsCurrent(const DownloadPointer& download) const;
+    DownloadPointer FindRequested(const std::shared_ptr<const PDF::FileInfo>& file) const;
 
-    /// Forgets the run and removes its folder.
-    void End(const RunPointer& run);
-    void EndWithFailure(const RunPointer& run, const QString& reason, const QString& advice);
-    void Refuse(const RunPointer& run, const QString& reason, const QString& advice);
-    void RemoveLeftovers();
+    /// Forgets the download and removes its folder.
+    void End(const DownloadPointer& download);
+    void EndWithFailure(const DownloadPointer& download, const QString& reason, const QString& advice);
+    void Refuse(const DownloadPointer& download, const QString& reason, const QString& advice);
+    void RemoveStaging();
 
     void OnFinished(const std::shared_ptr<const PDF::FileInfo>& file);
     void OnError(const std::shared_ptr<const PDF::FileInfo>& file, const QString& message);
     void OnCanceled(const std::shared_ptr<const PDF::FileInfo>& file);
 
     const SessionContext context;
-    QHash<QString, RunPointer> runs; ///< by document id
+    QHash<QString, DownloadPointer> downloads; ///< by document id
 
-    /// Folders that could not be removed because the service was still writing to them.
-    std::vector<std::unique_ptr<QTemporaryDir>> leftovers;
+    /// Folders of downloads that have ended. One that the service still writes to is removed when a later download
+    /// ends, or with the session.
+    std::vector<std::unique_ptr<QTemporaryDir>> stagingToRemove;
 };
 
 } // namespace Norlis::Host

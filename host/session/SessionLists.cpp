@@ -18,7 +18,7 @@ SessionLists::SessionLists(const SessionContext& context, ListMerge& merge) : co
 void SessionLists::Refresh()
 {
     Later(this, [this] {
-        if (context.cloud.RequireSignIn(CloudProblem::Request::List, {}, {})) {
+        if (context.cloud.RequireSignIn(CloudProblem::Request::List, {})) {
             context.cloud.Manager().RetrieveFilesList();
         }
     });

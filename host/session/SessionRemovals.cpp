@@ -17,26 +17,26 @@ SessionRemovals::SessionRemovals(const SessionContext& context) : context(contex
 
 void SessionRemovals::Start(const QString& id)
 {
-    Later(this, [this, id] { Send(id); });
+    Later(this, [this, id] { Request(id); });
 }
 
-void SessionRemovals::Send(const QString& id)
+void SessionRemovals::Request(const QString& id)
 {
     const auto record = context.documents.RecordOf(id);
     if (!record) {
-        context.cloud.Refuse(CloudProblem::Request::Remove, id, id, "it is not in the list of documents",
+        context.cloud.Refuse(CloudProblem::Request::Remove, {id, id}, "it is not in the list of documents",
                              "Refresh the list.");
         return;
     }
-    if (context.cloud.RequireSignIn(CloudProblem::Request::Remove, id, NameOf(*record))) {
-        sent[record.get()] = record;
+    if (context.cloud.RequireSignIn(CloudProblem::Request::Remove, {id, NameOf(*record)})) {
+        requested[record.get()] = record;
         context.cloud.Manager().RemoveFile(record);
     }
 }
 
 void SessionRemovals::OnFinished(const Record& record)
 {
-    if (!sent.remove(record.get())) {
+    if (!requested.remove(record.get())) {
         return;
     }
     const auto id = IdOf(*record);
@@ -51,7 +51,7 @@ void SessionRemovals::OnFinished(const Record& record)
 void SessionRemovals::OnError(const std::shared_ptr<const FileInfo>& record, const QString& message)
 {
     const auto cause = context.cloud.Failures().Take();
-    if (sent.remove(record.get())) {
+    if (requested.remove(record.get())) {
         context.cloud.Fail(CloudProblem::Request::Remove, IdOf(*record), message, cause);
     }
 }

@@ -14,16 +14,16 @@ public:
 private:
     using Record = std::shared_ptr<PDF::FileInfo>;
 
-    void Send(const QString& id);
+    void Request(const QString& id);
 
     void OnFinished(const Record& record);
     void OnError(const std::shared_ptr<const PDF::FileInfo>& record, const QString& message);
 
     const SessionContext context;
 
-    /// The records that were sent. The cloud manager also removes, without being asked, what a failed upload may have
-    /// left behind; nobody wants to hear of that.
-    QHash<const PDF::FileInfo*, Record> sent;
+    /// The records whose removal was requested. The cloud manager also removes, without being asked, what a failed
+    /// upload may have left behind; nobody wants to hear of that.
+    QHash<const PDF::FileInfo*, Record> requested;
     Lifetime lifetime;
 };
 

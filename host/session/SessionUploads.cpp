@@ -55,9 +55,9 @@ void SessionUploads::Start(const QStringList& paths)
 {
     AskToSignIn();
     for (const auto& path : paths.isEmpty() ? QStringList(QString()) : paths) {
-        const auto run = std::make_shared<Run>();
-        run->path = path;
-        Enter(run);
+        const auto upload = std::make_shared<ActiveUpload>();
+        upload->path = path;
+        Enter(upload);
     }
 }
 
@@ -69,15 +69,15 @@ void SessionUploads::StartChanges(const QString& id)
         const QString advice = held ? "Download the document first." : "Refresh the list.";
         const QString name = held ? NameOf(*held) : id;
         Later(this, [this, id, name, reason, advice] {
-            context.cloud.Refuse(CloudProblem::Request::Upload, id, name, reason, advice);
+            context.cloud.Refuse(CloudProblem::Request::Upload, {id, name}, reason, advice);
         });
         return;
     }
-    const auto run = std::make_shared<Run>();
-    run->path = ToText(held->GetPath());
-    run->document = id;
+    const auto upload = std::make_shared<ActiveUpload>();
+    upload->path = ToText(held->GetPath());
+    upload->document = id;
     AskToSignIn();
-    Enter(run);
+    Enter(upload);
 }
 
 void SessionUploads::AskToSignIn()
@@ -92,158 +92,159 @@ void SessionUploads::AskToSignIn()
 void SessionUploads::Cancel(const QString& path)
 {
     const auto normalizedPath = context.fileSystem.NormalizePath(ToPath(path));
-    const auto found =
-        std::find_if(runs.begin(), runs.end(), [&](const auto& run) { return run->normalizedPath == normalizedPath; });
-    if (found == runs.end()) {
+    const auto found = std::find_if(uploads.begin(), uploads.end(),
+                                    [&](const auto& upload) { return upload->normalizedPath == normalizedPath; });
+    if (found == uploads.end()) {
         return;
     }
-    Later(this, [this, run = *found] {
-        if (run->isSent) {
-            context.cloud.Manager().CancelUploading(run->path);
-        } else if (End(run)) {
-            emit context.session.UploadCanceled(run->path);
+    Later(this, [this, upload = *found] {
+        if (upload->isSent) {
+            context.cloud.Manager().CancelUploading(upload->path);
+        } else if (End(upload)) {
+            emit context.session.UploadCanceled(upload->path);
         }
     });
 }
 
-void SessionUploads::Enter(const RunPointer& run)
+void SessionUploads::Enter(const UploadPointer& upload)
 {
-    run->normalizedPath = context.fileSystem.NormalizePath(ToPath(run->path));
-    const bool isRunning = std::any_of(runs.begin(), runs.end(), [&](const auto& other) {
-        return other->normalizedPath == run->normalizedPath && !run->path.isEmpty();
+    upload->normalizedPath = context.fileSystem.NormalizePath(ToPath(upload->path));
+    const bool isRunning = std::any_of(uploads.begin(), uploads.end(), [&](const auto& other) {
+        return other->normalizedPath == upload->normalizedPath && !upload->path.isEmpty();
     });
     if (isRunning) {
-        Later(this,
-              [this, run] { Refuse(run, "it is already being uploaded", "Wait until that is done, or cancel it."); });
+        Later(this, [this, upload] {
+            Refuse(upload, "it is already being uploaded", "Wait until that is done, or cancel it.");
+        });
         return;
     }
-    runs.append(run);
-    Later(this, [this, run] { Begin(run); });
+    uploads.append(upload);
+    Later(this, [this, upload] { Begin(upload); });
 }
 
-void SessionUploads::Begin(const RunPointer& run)
+void SessionUploads::Begin(const UploadPointer& upload)
 {
-    if (!runs.contains(run)) {
+    if (!uploads.contains(upload)) {
         return;
     }
-    const auto [reason, advice] = Obstacle(run->path);
+    const auto [reason, advice] = Obstacle(upload->path);
     if (!reason.isEmpty()) {
-        End(run);
-        Refuse(run, reason, advice);
+        End(upload);
+        Refuse(upload, reason, advice);
         return;
     }
     if (!context.cloud.IsSignedIn()) {
-        End(run);
-        context.cloud.RefuseSignedOut(CloudProblem::Request::Upload, run->path, FileNameOf(run->path));
+        End(upload);
+        context.cloud.RefuseSignedOut(CloudProblem::Request::Upload, {upload->path, FileNameOf(upload->path)});
         return;
     }
     // The cloud manager hashes the path as it is when it sends, and normalised when the answer comes.
-    context.hashes.Prepare({run->path, ToText(run->normalizedPath)}, this, [this, run] { Send(run); });
+    context.hashes.Prepare({upload->path, ToText(upload->normalizedPath)}, this, [this, upload] { Send(upload); });
 }
 
-void SessionUploads::Send(const RunPointer& run)
+void SessionUploads::Send(const UploadPointer& upload)
 {
-    if (!runs.contains(run)) {
+    if (!uploads.contains(upload)) {
         return;
     }
-    run->sentHash = context.hashes.CalculateHash(ToPath(run->path));
-    run->sentSize = static_cast<quint64>(QFileInfo(run->path).size());
-    if (run->sentHash.empty()) {
-        End(run);
-        Refuse(run, "the file could not be read", "Check its permissions, and the disk that it is on.");
+    upload->sentHash = context.hashes.CalculateHash(ToPath(upload->path));
+    upload->sentSize = static_cast<quint64>(QFileInfo(upload->path).size());
+    if (upload->sentHash.empty()) {
+        End(upload);
+        Refuse(upload, "the file could not be read", "Check its permissions, and the disk that it is on.");
         return;
     }
     std::shared_ptr<FileInfo> replaced;
-    if (!run->document.isEmpty()) {
-        replaced = context.documents.RecordOf(run->document);
-        if (!replaced || replaced->GetPath() != ToPath(run->path)) {
-            End(run);
-            Refuse(run, "it is no longer the local copy of a document in the list",
+    if (!upload->document.isEmpty()) {
+        replaced = context.documents.RecordOf(upload->document);
+        if (!replaced || replaced->GetPath() != ToPath(upload->path)) {
+            End(upload);
+            Refuse(upload, "it is no longer the local copy of a document in the list",
                    "Upload it as a new document, or refresh the list.");
             return;
         }
     }
     if (!context.cloud.IsSignedIn()) {
-        End(run);
-        context.cloud.RequireSignIn(CloudProblem::Request::Upload, run->path, FileNameOf(run->path));
+        End(upload);
+        context.cloud.RequireSignIn(CloudProblem::Request::Upload, {upload->path, FileNameOf(upload->path)});
         return;
     }
-    run->isSent = true;
+    upload->isSent = true;
     if (replaced) {
-        context.documents.BeginTransfer(run->document);
+        context.documents.BeginTransfer(upload->document);
         context.cloud.Manager().Upload(replaced);
     } else {
-        context.cloud.Manager().Upload(run->path);
+        context.cloud.Manager().Upload(upload->path);
     }
 }
 
-bool SessionUploads::End(const RunPointer& run)
+bool SessionUploads::End(const UploadPointer& upload)
 {
-    if (!runs.removeOne(run)) {
+    if (!uploads.removeOne(upload)) {
         return false;
     }
-    if (run->isSent && !run->document.isEmpty()) {
-        context.documents.EndTransfer(run->document);
+    if (upload->isSent && !upload->document.isEmpty()) {
+        context.documents.EndTransfer(upload->document);
     }
     return true;
 }
 
-SessionUploads::RunPointer SessionUploads::FindSent(const QString& path) const
+SessionUploads::UploadPointer SessionUploads::FindSent(const QString& path) const
 {
-    const auto found =
-        std::find_if(runs.begin(), runs.end(), [&](const auto& run) { return run->isSent && run->path == path; });
-    return found == runs.end() ? nullptr : *found;
+    const auto found = std::find_if(uploads.begin(), uploads.end(),
+                                    [&](const auto& upload) { return upload->isSent && upload->path == path; });
+    return found == uploads.end() ? nullptr : *found;
 }
 
-void SessionUploads::Refuse(const RunPointer& run, const QString& reason, const QString& advice)
+void SessionUploads::Refuse(const UploadPointer& upload, const QString& reason, const QString& advice)
 {
-    context.cloud.Refuse(CloudProblem::Request::Upload, run->path, FileNameOf(run->path), reason, advice);
+    context.cloud.Refuse(CloudProblem::Request::Upload, {upload->path, FileNameOf(upload->path)}, reason, advice);
 }
 
 void SessionUploads::OnFinished(const std::shared_ptr<FileInfo>& uploaded)
 {
     // Normalised again, as the manager has just done it: a link may point elsewhere by now.
-    const auto found = std::find_if(runs.begin(), runs.end(), [&](const auto& run) {
-        return run->isSent && context.fileSystem.NormalizePath(ToPath(run->path)) == uploaded->GetPath();
+    const auto found = std::find_if(uploads.begin(), uploads.end(), [&](const auto& upload) {
+        return upload->isSent && context.fileSystem.NormalizePath(ToPath(upload->path)) == uploaded->GetPath();
     });
-    if (found == runs.end()) {
+    if (found == uploads.end()) {
         return;
     }
-    const RunPointer run = *found;
-    End(run);
+    const UploadPointer upload = *found;
+    End(upload);
     const auto id = IdOf(*uploaded);
     if (id.isEmpty()) {
-        Refuse(run, "the service did not report the id of the document", "Refresh the list.");
+        Refuse(upload, "the service did not report the id of the document", "Refresh the list.");
         return;
     }
     // The record describes the file as it is now. The cloud has what was sent, which is something else when the file
     // was saved meanwhile.
     FileInfo::CloudInfo told = uploaded->GetRedactableCloudInfo().value();
     const auto record = std::make_shared<FileInfo>(
-        FileInfo::CloudInfo(told.GetId(), told.GetFileName(), run->sentSize, told.IsPrivate(), told.GetDownloadUrl(),
-                            told.GetCreatedAt(), told.GetModifyTime(), told.GetLifeTime(), run->sentHash));
-    record->SetPath(uploaded->GetPath(), uploaded->GetMd5Hash(), run->sentHash);
+        FileInfo::CloudInfo(told.GetId(), told.GetFileName(), upload->sentSize, told.IsPrivate(), told.GetDownloadUrl(),
+                            told.GetCreatedAt(), told.GetModifyTime(), told.GetLifeTime(), upload->sentHash));
+    record->SetPath(uploaded->GetPath(), uploaded->GetMd5Hash(), upload->sentHash);
 
     context.journal.NoteUpload(id);
     if (context.documents.Replace(record)) {
-        emit context.session.DocumentUploaded(run->path, id);
+        emit context.session.DocumentUploaded(upload->path, id);
     }
 }
 
 void SessionUploads::OnError(const QString& path, const QString& message)
 {
     const auto cause = context.cloud.Failures().Take();
-    const auto run = FindSent(path);
-    if (run && End(run)) {
+    const auto upload = FindSent(path);
+    if (upload && End(upload)) {
         context.cloud.Fail(CloudProblem::Request::Upload, path, message, cause);
     }
 }
 
 void SessionUploads::OnCanceled(const QString& path)
 {
-    const auto run = FindSent(path);
-    if (run && End(run)) {
-        emit context.session.UploadCanceled(run->path);
+    const auto upload = FindSent(path);
+    if (upload && End(upload)) {
+        emit context.session.UploadCanceled(upload->path);
     }
 }
 

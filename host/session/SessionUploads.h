@@ -17,7 +17,7 @@ public:
     void Cancel(const QString& path);
 
 private:
-    struct Run {
+    struct ActiveUpload {
         QString path;
         ioPath normalizedPath;
         QString document; ///< the one that is replaced; empty for a new one
@@ -25,25 +25,25 @@ private:
         std::string sentHash;
         quint64 sentSize = 0;
     };
-    using RunPointer = std::shared_ptr<Run>;
+    using UploadPointer = std::shared_ptr<ActiveUpload>;
 
     /// Has the user asked to sign in, once for all files of a request.
     void AskToSignIn();
-    void Enter(const RunPointer& run);
-    void Begin(const RunPointer& run);
-    void Send(const RunPointer& run);
+    void Enter(const UploadPointer& upload);
+    void Begin(const UploadPointer& upload);
+    void Send(const UploadPointer& upload);
 
-    /// Forgets the run; false when it has ended meanwhile.
-    bool End(const RunPointer& run);
-    RunPointer FindSent(const QString& path) const;
-    void Refuse(const RunPointer& run, const QString& reason, const QString& advice);
+    /// Forgets the upload; false when it has ended meanwhile.
+    bool End(const UploadPointer& upload);
+    UploadPointer FindSent(const QString& path) const;
+    void Refuse(const UploadPointer& upload, const QString& reason, const QString& advice);
 
     void OnFinished(const std::shared_ptr<PDF::FileInfo>& uploaded);
     void OnError(const QString& path, const QString& message);
     void OnCanceled(const QString& path);
 
     const SessionContext context;
-    QVector<RunPointer> runs;
+    QVector<UploadPointer> uploads;
 };
 
 } // namespace Norlis::Host

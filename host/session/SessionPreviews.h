@@ -9,21 +9,21 @@
 
 namespace Norlis::Host {
 
-/// Puts pictures that arrive into the file list, one document after the other.
+/// Puts previews that arrive into the file list, one document after the other.
 ///
-/// Every files list asks for three pictures of every document again. Those that show the content which the list shows
+/// Every files list asks for three previews of every document again. Those that show the content which the list shows
 /// already are dropped, so that a periodic refresh does not repaint everything.
 ///
 /// Whoever owns it calls Step from the event loop for as long as HasWork.
-class PreviewIntake : public QObject {
+class SessionPreviews : public QObject {
 public:
     using Record = std::shared_ptr<PDF::FileInfo>;
     using Size = PDF::FileInfo::PreviewSize;
 
     /// \param onWork called when there is something to do from now on
-    PreviewIntake(const SessionContext& context, std::function<void()> onWork);
+    SessionPreviews(const SessionContext& context, std::function<void()> onWork);
 
-    /// Fetches the three pictures of a document for somebody who waits for the outcome.
+    /// Fetches the three previews of a document for somebody who waits for the outcome.
     void Fetch(const QString& id);
 
     bool HasWork() const;
@@ -32,16 +32,16 @@ public:
     void Step();
 
 private:
-    struct Picture {
+    struct Preview {
         Record record; ///< as the request knew it
         Size size;
         bool wasAskedFor;
     };
-    using Pictures = QVector<Picture>;
+    using Previews = QVector<Preview>;
 
     void Fetch(const QString& id, Size size, int edge);
-    void Show(const QString& id, const Pictures& pictures);
-    static bool IsNew(const DocumentIndex::Entry& document, const Picture& picture);
+    void PutIntoList(const QString& id, const Previews& previews);
+    static bool IsNew(const DocumentIndex::Entry& document, const Preview& preview);
 
     void OnFinished(const Record& record, Size size);
     void OnError(const std::shared_ptr<const PDF::FileInfo>& record, Size size, const QString& message);
@@ -51,7 +51,7 @@ private:
     const std::function<void()> onWork;
     QHash<const PDF::FileInfo*, Record> wanted; ///< one record for each request that somebody waits for
     QQueue<QString> waiting;
-    QHash<QString, Pictures> arrived;
+    QHash<QString, Previews> arrived;
     Lifetime lifetime;
 };
 
