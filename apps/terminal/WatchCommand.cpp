@@ -55,7 +55,7 @@ void WatchCommand::Show(const QStringList& added, const QStringList& changed, co
         ShowChange("changed", id);
     }
     if (!output.WriteError().isEmpty()) {
-        Finish(ExitStatus::failure); // nobody is reading any more
+        Finish(ExitStatus::failure); // nobody reads the output now
         return;
     }
     SchedulePoll();

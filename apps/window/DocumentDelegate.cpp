@@ -16,7 +16,7 @@ using Model = Host::CloudDocumentsModel;
 namespace {
 
 constexpr int margin = 10;
-constexpr int pictureEdge = 144; // in thumbnail mode; the largest preview has 191 pixels
+constexpr int previewEdge = 144; // in thumbnail mode; the largest preview has 191 pixels
 constexpr int smallEdge = 32;    // in list mode
 constexpr int badgeEdge = 22;
 constexpr qreal cornerRadius = 6;
@@ -27,13 +27,13 @@ constexpr int stateColumn = 28;
 constexpr int sizeColumn = 12;
 constexpr int dateColumn = 18;
 
-QString PicturePath(const QModelIndex& index, int devicePixels)
+QString PreviewPath(const QModelIndex& index, int devicePixels)
 {
-    constexpr int smallPicture = 40;
-    constexpr int mediumPicture = 100;
+    constexpr int smallPreview = 40;
+    constexpr int mediumPreview = 100;
     const auto previews = index.data(Model::PreviewsRole).toMap();
-    const QString preferred = devicePixels <= smallPicture    ? "small"
-                              : devicePixels <= mediumPicture ? "medium"
+    const QString preferred = devicePixels <= smallPreview    ? "small"
+                              : devicePixels <= mediumPreview ? "medium"
                                                               : "large";
     for (const QString& size : {preferred, QString("large"), QString("medium"), QString("small")}) {
         const QString path = previews.value(size).toUrl().toLocalFile();
@@ -93,20 +93,20 @@ DocumentDelegate::DocumentDelegate(Thumbnails& thumbnails, QObject* parent)
 {
 }
 
-void DocumentDelegate::SetMode(Layout newMode)
+void DocumentDelegate::SetMode(DisplayMode newMode)
 {
     mode = newMode;
 }
 
 QSize DocumentDelegate::CellSize(const QFontMetrics& metrics, int viewWidth) const
 {
-    if (mode == Layout::List) {
+    if (mode == DisplayMode::List) {
         return {viewWidth, qMax(smallEdge, metrics.height()) + 2 * margin};
     }
-    const int width = qMax(pictureEdge, metrics.averageCharWidth() * 22) + 2 * margin;
+    const int width = qMax(previewEdge, metrics.averageCharWidth() * 22) + 2 * margin;
     const int columns = qMax(1, viewWidth / width);
     // The columns share what is left over, so that there is no gap at the right edge.
-    return {viewWidth / columns, pictureEdge + 2 * metrics.lineSpacing() + 4 * margin};
+    return {viewWidth / columns, previewEdge + 2 * metrics.lineSpacing() + 4 * margin};
 }
 
 QSize DocumentDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const
@@ -118,7 +118,7 @@ void DocumentDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
 {
     painter->save();
     PaintBackground(*painter, option);
-    if (mode == Layout::List) {
+    if (mode == DisplayMode::List) {
         PaintLine(*painter, option, index);
     } else {
         PaintThumbnail(*painter, option, index);
@@ -130,9 +130,9 @@ void DocumentDelegate::PaintThumbnail(QPainter& painter, const QStyleOptionViewI
                                       const QModelIndex& index) const
 {
     const QRect area = option.rect.adjusted(margin, margin, -margin, -margin);
-    const QRect box(area.left() + (area.width() - pictureEdge) / 2, area.top(), pictureEdge, pictureEdge);
-    const QRect picture = PaintPicture(painter, box, option, index);
-    const QRect badge(picture.right() - badgeEdge / 2 - 2, picture.bottom() - badgeEdge / 2 - 2, badgeEdge, badgeEdge);
+    const QRect box(area.left() + (area.width() - previewEdge) / 2, area.top(), previewEdge, previewEdge);
+    const QRect preview = PaintPreview(painter, box, option, index);
+    const QRect badge(preview.right() - badgeEdge / 2 - 2, preview.bottom() - badgeEdge / 2 - 2, badgeEdge, badgeEdge);
     PaintBadge(painter, badge, index.data(Model::StateRole).toInt(), option.palette);
 
     const int line = option.fontMetrics.lineSpacing();
@@ -151,7 +151,7 @@ void DocumentDelegate::PaintLine(QPainter& painter, const QStyleOptionViewItem& 
     const QRect area = option.rect.adjusted(margin, margin, -margin, -margin);
     const int letter = option.fontMetrics.averageCharWidth();
     const QRect box(area.left(), area.top() + (area.height() - smallEdge) / 2, smallEdge, smallEdge);
-    PaintPicture(painter, box, option, index);
+    PaintPreview(painter, box, option, index);
 
     const auto elided = [&](const QRect& cell, const QString& text, Qt::TextElideMode elide, Qt::Alignment alignment) {
         painter.drawText(cell, alignment | Qt::AlignVCenter | Qt::TextSingleLine,
@@ -189,21 +189,21 @@ void DocumentDelegate::PaintLine(QPainter& painter, const QStyleOptionViewItem& 
            Qt::ElideMiddle, Qt::AlignLeft);
 }
 
-QRect DocumentDelegate::PaintPicture(QPainter& painter, const QRect& box, const QStyleOptionViewItem& option,
+QRect DocumentDelegate::PaintPreview(QPainter& painter, const QRect& box, const QStyleOptionViewItem& option,
                                      const QModelIndex& index) const
 {
     const qreal scale = painter.device()->devicePixelRatioF();
-    const QString path = PicturePath(index, qRound(box.height() * scale));
-    const QPixmap picture = path.isEmpty() ? QPixmap() : thumbnails.Find(path);
-    const QSize size = picture.isNull() ? QSize(qRound(box.height() * paperAspectRatio), box.height())
-                                        : picture.size().scaled(box.size(), Qt::KeepAspectRatio);
+    const QString path = PreviewPath(index, qRound(box.height() * scale));
+    const QPixmap preview = path.isEmpty() ? QPixmap() : thumbnails.Find(path);
+    const QSize size = preview.isNull() ? QSize(qRound(box.height() * paperAspectRatio), box.height())
+                                        : preview.size().scaled(box.size(), Qt::KeepAspectRatio);
     QRect target({}, size);
     target.moveCenter(box.center());
 
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     QColor rim = option.palette.color(QPalette::Text);
     rim.setAlphaF(0.25);
-    if (picture.isNull()) {
+    if (preview.isNull()) {
         painter.setPen(rim);
         painter.setBrush(option.palette.color(QPalette::Base));
         painter.drawRect(target.adjusted(0, 0, -1, -1));
@@ -211,7 +211,7 @@ QRect DocumentDelegate::PaintPicture(QPainter& painter, const QRect& box, const 
         PaintGlyph(painter, target.adjusted(inset, inset, -inset, -inset), Glyph::Document, rim);
         return target;
     }
-    painter.drawPixmap(target, picture);
+    painter.drawPixmap(target, preview);
     painter.setPen(rim);
     painter.setBrush(Qt::NoBrush);
     painter.drawRect(target.adjusted(0, 0, -1, -1));

@@ -6,7 +6,7 @@
 
 namespace Norlis::Window {
 
-enum class Layout { Thumbnails, List };
+enum class DisplayMode { Thumbnails, List };
 
 /// Paints documents: as thumbnails with the name below, or on one line with name, state, size and date.
 class DocumentDelegate : public QStyledItemDelegate {
@@ -15,7 +15,7 @@ class DocumentDelegate : public QStyledItemDelegate {
 public:
     explicit DocumentDelegate(Thumbnails& thumbnails, QObject* parent = nullptr);
 
-    void SetMode(Layout newMode);
+    void SetMode(DisplayMode newMode);
 
     /// The size of one document, for a view of that width.
     QSize CellSize(const QFontMetrics& metrics, int viewWidth) const;
@@ -26,11 +26,11 @@ public:
 private:
     void PaintThumbnail(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index) const;
     void PaintLine(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index) const;
-    QRect PaintPicture(QPainter& painter, const QRect& box, const QStyleOptionViewItem& option,
+    QRect PaintPreview(QPainter& painter, const QRect& box, const QStyleOptionViewItem& option,
                        const QModelIndex& index) const;
 
     Thumbnails& thumbnails;
-    Layout mode = Layout::Thumbnails;
+    DisplayMode mode = DisplayMode::Thumbnails;
 };
 
 } // namespace Norlis::Window

@@ -37,6 +37,9 @@ const auto order = QStringLiteral("view/order");
 const auto split = QStringLiteral("view/split");
 } // namespace Key
 
+constexpr int thumbnailsMode = 0; // in the settings
+constexpr int listMode = 1;
+
 struct OrderChoice {
     DocumentsFilter::Order order;
     Qt::SortOrder direction;
@@ -86,7 +89,10 @@ DocumentsPage::DocumentsPage(CloudSession& session, QSettings& settings, QWidget
     filter.setSourceModel(&model);
     view->setModel(&filter);
     Arrange();
-    Connect();
+    ConnectSession();
+    ConnectDocuments();
+    ConnectSearch();
+    ConnectLayout();
     ConnectActions();
     Restore();
     UpdateActions();
@@ -200,7 +206,7 @@ QWidget* DocumentsPage::Status()
     return row;
 }
 
-void DocumentsPage::Connect()
+void DocumentsPage::ConnectSession()
 {
     const auto& cloud = session.Cloud();
     connect(&cloud, &AbstractCloudManager::AuthorizationCompleted, this, &DocumentsPage::OnSignedIn);
@@ -217,9 +223,12 @@ void DocumentsPage::Connect()
         UpdateStatus();
     });
     connect(&session, &CloudSession::PreviewStored, this,
-            [this](const QString&, const QString&, const QString& path) { view->ForgetPicture(path); });
+            [this](const QString&, const QString&, const QString& path) { view->ForgetPreview(path); });
     connect(&session, &CloudSession::Failed, this, &DocumentsPage::OnFailed);
+}
 
+void DocumentsPage::ConnectDocuments()
+{
     // The filter reports removed rows before the model has dropped them.
     for (const QAbstractItemModel* const each :
          {static_cast<QAbstractItemModel*>(&filter), static_cast<QAbstractItemModel*>(&model)}) {
@@ -236,6 +245,10 @@ void DocumentsPage::Connect()
     connect(view, &DocumentsView::SelectionChanged, this, &DocumentsPage::UpdateActions);
     connect(view, &DocumentsView::activated, &commands, &DocumentCommands::Open);
     connect(&transfers, &Transfers::CountsChanged, this, &DocumentsPage::UpdateActions);
+}
+
+void DocumentsPage::ConnectSearch()
+{
     connect(search, &QLineEdit::textChanged, this, [this](const QString& text) {
         filter.Search(text);
         UpdateEmptyPage();
@@ -247,7 +260,6 @@ void DocumentsPage::Connect()
         search->clear();
         view->setFocus();
     });
-    connect(order, qOverload<int>(&QComboBox::currentIndexChanged), this, &DocumentsPage::SortBy);
     connect(empty, &EmptyPage::ActionChosen, this, [this] {
         if (search->text().isEmpty()) {
             commands.ChooseUploads();
@@ -255,6 +267,11 @@ void DocumentsPage::Connect()
             search->clear();
         }
     });
+}
+
+void DocumentsPage::ConnectLayout()
+{
+    connect(order, qOverload<int>(&QComboBox::currentIndexChanged), this, &DocumentsPage::SortBy);
     const auto splitter = findChild<QSplitter*>("split");
     connect(splitter, &QSplitter::splitterMoved, this,
             [this, splitter] { settings.setValue(Key::split, splitter->saveState()); });
@@ -275,8 +292,8 @@ void DocumentsPage::ConnectActions()
         session.Refresh();
         session.Cloud().UserQuota();
     });
-    connectTo(actions.thumbnails, [this] { SetMode(0); });
-    connectTo(actions.list, [this] { SetMode(1); });
+    connectTo(actions.thumbnails, [this] { SetMode(DisplayMode::Thumbnails); });
+    connectTo(actions.list, [this] { SetMode(DisplayMode::List); });
     connectTo(actions.find, [this] {
         search->setFocus(Qt::ShortcutFocusReason);
         search->selectAll();
@@ -287,7 +304,7 @@ void DocumentsPage::ConnectActions()
 
 void DocumentsPage::Restore()
 {
-    SetMode(settings.value(Key::mode).toInt());
+    SetMode(settings.value(Key::mode).toInt() == listMode ? DisplayMode::List : DisplayMode::Thumbnails);
     order->setCurrentIndex(qBound(0, settings.value(Key::order).toInt(), order->count() - 1));
     findChild<QSplitter*>("split")->restoreState(settings.value(Key::split).toByteArray());
 }
@@ -317,12 +334,11 @@ void DocumentsPage::dropEvent(QDropEvent* event)
     commands.Upload(LocalPaths(*event->mimeData()));
 }
 
-void DocumentsPage::SetMode(int mode)
+void DocumentsPage::SetMode(DisplayMode mode)
 {
-    const auto chosen = mode == 1 ? Layout::List : Layout::Thumbnails;
-    view->SetMode(chosen);
-    (chosen == Layout::List ? actions.list : actions.thumbnails)->setChecked(true);
-    settings.setValue(Key::mode, mode);
+    view->SetMode(mode);
+    (mode == DisplayMode::List ? actions.list : actions.thumbnails)->setChecked(true);
+    settings.setValue(Key::mode, mode == DisplayMode::List ? listMode : thumbnailsMode);
 }
 
 void DocumentsPage::SortBy(int choice)

@@ -22,6 +22,7 @@ class QToolBar;
 namespace Norlis::Window {
 
 class DocumentsView;
+enum class DisplayMode;
 class EmptyPage;
 class MessageBar;
 class StorageBar;
@@ -64,11 +65,14 @@ private:
     void Arrange();
     QWidget* Tools();
     QWidget* Status();
-    void Connect();
+    void ConnectSession();
+    void ConnectDocuments();
+    void ConnectSearch();
+    void ConnectLayout();
     void ConnectActions();
     void Restore();
 
-    void SetMode(int mode);
+    void SetMode(DisplayMode mode);
     void SortBy(int choice);
 
     void OnFailed(const Host::CloudProblem& problem);

@@ -22,8 +22,8 @@ DocumentsView::DocumentsView(QWidget* parent) : QListView(parent)
     setMovement(Static);
     setVerticalScrollMode(ScrollPerPixel);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    setVerticalScrollBarPolicy(
-        Qt::ScrollBarAlwaysOn); // one that comes and goes would change the width, and with it its own need
+    // A scroll bar that appears and disappears changes the width, which can make it appear again.
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     setContextMenuPolicy(Qt::ActionsContextMenu);
     setMouseTracking(true);
     setFrameShape(NoFrame);
@@ -34,14 +34,14 @@ DocumentsView::DocumentsView(QWidget* parent) : QListView(parent)
         removedSelection.clear();
         removedCurrent.clear();
     });
-    Arrange();
+    UpdateGridSize();
 }
 
-void DocumentsView::SetMode(Layout newMode)
+void DocumentsView::SetMode(DisplayMode newMode)
 {
     mode = newMode;
     delegate.SetMode(mode);
-    Arrange();
+    UpdateGridSize();
     scrollTo(currentIndex());
 }
 
@@ -56,7 +56,7 @@ QStringList DocumentsView::SelectedIds() const
     return ids;
 }
 
-void DocumentsView::ForgetPicture(const QString& path)
+void DocumentsView::ForgetPreview(const QString& path)
 {
     thumbnails.Forget(path);
     viewport()->update();
@@ -64,7 +64,7 @@ void DocumentsView::ForgetPicture(const QString& path)
 
 void DocumentsView::resizeEvent(QResizeEvent* event)
 {
-    Arrange();
+    UpdateGridSize();
     QListView::resizeEvent(event);
 }
 
@@ -72,7 +72,7 @@ void DocumentsView::changeEvent(QEvent* event)
 {
     QListView::changeEvent(event);
     if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
-        Arrange();
+        UpdateGridSize();
     }
 }
 
@@ -113,7 +113,7 @@ void DocumentsView::selectionChanged(const QItemSelection& selected, const QItem
     emit SelectionChanged();
 }
 
-void DocumentsView::Arrange()
+void DocumentsView::UpdateGridSize()
 {
     const QSize cell = delegate.CellSize(fontMetrics(), qMax(1, viewport()->width() - 1));
     setGridSize(cell);

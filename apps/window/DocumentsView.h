@@ -14,13 +14,13 @@ class DocumentsView : public QListView {
 public:
     explicit DocumentsView(QWidget* parent = nullptr);
 
-    void SetMode(Layout newMode);
+    void SetMode(DisplayMode newMode);
 
     /// Ids of the selected documents, in the order of the view.
     QStringList SelectedIds() const;
 
-    /// To be called when the picture in that file has changed.
-    void ForgetPicture(const QString& path);
+    /// To be called when the preview in that file has changed.
+    void ForgetPreview(const QString& path);
 
 signals:
     void SelectionChanged();
@@ -33,11 +33,11 @@ protected:
     void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
 
 private:
-    void Arrange();
+    void UpdateGridSize();
 
     Thumbnails thumbnails;
     DocumentDelegate delegate{thumbnails};
-    Layout mode = Layout::Thumbnails;
+    DisplayMode mode = DisplayMode::Thumbnails;
 
     // Ids of rows that were removed just now: after a transfer a document leaves the list and enters it again at once.
     QSet<QString> removedSelection;

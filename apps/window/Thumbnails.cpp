@@ -20,7 +20,7 @@ int CostOf(const QImage& image)
 
 } // namespace
 
-Thumbnails::Thumbnails(qsizetype limit, QObject* parent) : QObject(parent), pictures(static_cast<int>(limit / 1024))
+Thumbnails::Thumbnails(qsizetype limit, QObject* parent) : QObject(parent), previews(static_cast<int>(limit / 1024))
 {
     pool.setMaxThreadCount(threads);
 }
@@ -33,7 +33,7 @@ Thumbnails::~Thumbnails()
 
 QPixmap Thumbnails::Find(const QString& path)
 {
-    if (const auto known = pictures.object(path)) {
+    if (const auto known = previews.object(path)) {
         return *known;
     }
     if (!reading.contains(path)) {
@@ -49,7 +49,7 @@ QPixmap Thumbnails::Find(const QString& path)
 
 void Thumbnails::Forget(const QString& path)
 {
-    pictures.remove(path);
+    previews.remove(path);
     if (reading.contains(path)) {
         outdated.insert(path);
     }
@@ -73,7 +73,7 @@ void Thumbnails::Keep(const QString& path, const QImage& image)
 {
     reading.remove(path);
     if (!outdated.remove(path)) {
-        pictures.insert(path, new QPixmap(QPixmap::fromImage(image)), CostOf(image));
+        previews.insert(path, new QPixmap(QPixmap::fromImage(image)), CostOf(image));
     }
     ReadNext();
     emit Loaded(path);

@@ -10,7 +10,7 @@
 
 namespace Norlis::Window {
 
-/// Pictures of documents, read from their files on other threads when a view first asks for them. The latest request is
+/// Previews, read from their files on other threads when a view first asks for them. The latest request is
 /// served first, since it is what the user is looking at; what was scrolled out of view long ago is not read at all.
 class Thumbnails : public QObject {
     Q_OBJECT
@@ -20,10 +20,10 @@ public:
     explicit Thumbnails(qsizetype limit = 64 * 1024 * 1024, QObject* parent = nullptr);
     ~Thumbnails() override;
 
-    /// The picture; null if it cannot be read or is not loaded yet, in which case Loaded follows.
+    /// The preview; null if it cannot be read or is not loaded yet, in which case Loaded follows.
     QPixmap Find(const QString& path);
 
-    /// To be called when the picture in the file has changed.
+    /// To be called when the preview in the file has changed.
     void Forget(const QString& path);
 
 signals:
@@ -33,7 +33,7 @@ private:
     void ReadNext();
     void Keep(const QString& path, const QImage& image);
 
-    QCache<QString, QPixmap> pictures; ///< a null one for a file that cannot be read
+    QCache<QString, QPixmap> previews; ///< a null one for a file that cannot be read
     std::deque<QString> wanted;        ///< the latest request first
     QSet<QString> reading;
     QSet<QString> outdated; ///< those being read whose files have changed since

@@ -39,6 +39,14 @@ TransfersPanel::TransfersPanel(Transfers& transfers, QWidget* parent)
       clear(Button(tr("Clear"), "clearTransfers"))
 {
     setObjectName("transfersPanel");
+    list->setModel(&transfers);
+    Arrange();
+    Connect();
+    Refresh();
+}
+
+void TransfersPanel::Arrange()
+{
     setFrameShape(StyledPanel);
     list->setObjectName("transfers");
     list->setAccessibleName(tr("Transfers"));
@@ -48,7 +56,6 @@ TransfersPanel::TransfersPanel(Transfers& transfers, QWidget* parent)
     list->setSelectionMode(QListView::ExtendedSelection);
     list->setVerticalScrollMode(QListView::ScrollPerPixel);
     list->setItemDelegate(&delegate);
-    list->setModel(&transfers);
     clear->setToolTip(tr("Remove finished and failed transfers from the list"));
 
     const auto head = new QHBoxLayout;
@@ -59,12 +66,15 @@ TransfersPanel::TransfersPanel(Transfers& transfers, QWidget* parent)
     const auto layout = new QVBoxLayout(this);
     layout->addLayout(head);
     layout->addWidget(list);
+}
 
+void TransfersPanel::Connect()
+{
     connect(&delegate, &TransferDelegate::Clicked, this, [this](int row) {
-        if (StatusOf(this->transfers.index(row)) == Status::Failed) {
-            this->transfers.TryAgain(row);
+        if (StatusOf(transfers.index(row)) == Status::Failed) {
+            transfers.TryAgain(row);
         } else {
-            this->transfers.Cancel(row);
+            transfers.Cancel(row);
         }
     });
     connect(cancel, &QPushButton::clicked, this, [this] { Cancel(SelectedOrAll(Status::Running)); });
@@ -76,24 +86,30 @@ TransfersPanel::TransfersPanel(Transfers& transfers, QWidget* parent)
     connect(onReturn, &QShortcut::activated, this, [this] { TryAgain(Selected(Status::Failed)); });
     connect(&transfers, &Transfers::CountsChanged, this, &TransfersPanel::Refresh);
     connect(list->selectionModel(), &QItemSelectionModel::selectionChanged, this, &TransfersPanel::Refresh);
-    Refresh();
 }
 
 void TransfersPanel::Refresh()
 {
     const int running = transfers.CountOf(Status::Running);
     const int failed = transfers.CountOf(Status::Failed);
-    const QString failures = failed > 0 ? tr("%n failed", nullptr, failed) : QString();
-    const QString work = running > 0 ? tr("%n transfer(s) running", nullptr, running) : QString();
-    title->setText(!work.isEmpty() && !failures.isEmpty() ? work + ", " + failures
-                   : !work.isEmpty()                      ? work
-                   : !failures.isEmpty()                  ? failures
-                                                          : tr("All transfers have finished"));
+    title->setText(TitleText(running, failed));
     cancel->setText(Selected(Status::Running).isEmpty() ? tr("Cancel All") : tr("Cancel Selected"));
     cancel->setVisible(running > 0);
     tryAgain->setVisible(failed > 0);
     clear->setVisible(transfers.rowCount() > running);
     setVisible(transfers.rowCount() > 0);
+}
+
+QString TransfersPanel::TitleText(int running, int failed)
+{
+    QStringList parts;
+    if (running > 0) {
+        parts.append(tr("%n transfer(s) running", nullptr, running));
+    }
+    if (failed > 0) {
+        parts.append(tr("%n failed", nullptr, failed));
+    }
+    return parts.isEmpty() ? tr("All transfers have finished") : parts.join(", ");
 }
 
 void TransfersPanel::Cancel(const QList<int>& rows)

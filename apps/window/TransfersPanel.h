@@ -19,7 +19,10 @@ public:
     explicit TransfersPanel(Transfers& transfers, QWidget* parent = nullptr);
 
 private:
+    void Arrange();
+    void Connect();
     void Refresh();
+    static QString TitleText(int running, int failed);
 
     void Cancel(const QList<int>& rows);
     void TryAgain(const QList<int>& rows);

@@ -5,7 +5,7 @@
 #include <QLocale>
 #include <QTranslator>
 
-/// The linker would drop it as unused, because it is in a static library. Must not be inside a namespace.
+/// Without this call the linker drops the resource, because it is in a static library. Must not be inside a namespace.
 static void LoadResource()
 {
     Q_INIT_RESOURCE(translations);

@@ -56,44 +56,12 @@ WelcomePage::WelcomePage(QWidget* parent)
       waiting(new QWidget)
 {
     setObjectName("welcomePage");
-    const auto title = new QLabel(tr("Where are your documents?"));
-    QFont large = font();
-    large.setPointSizeF(large.pointSizeF() * 1.7);
-    title->setFont(large);
-    const auto intro =
-        Hint(tr("This program manages the PDF documents that you keep in the cloud: it uploads and downloads them and "
-                "shows which ones have changed. The cloud can be any folder or a WebDAV server."));
-
-    const auto both = new QVBoxLayout(choices);
-    both->setContentsMargins(0, 0, 0, 0);
-    both->addWidget(FolderChoice());
-    both->addWidget(ServerChoice());
-
-    const auto cancel = new QPushButton(tr("Cancel"));
-    cancel->setObjectName("cancelSignIn");
-    const auto busy = new QProgressBar;
-    busy->setRange(0, 0);
-    busy->setAccessibleName(tr("Signing in"));
-    const auto waitingLayout = new QVBoxLayout(waiting);
-    waitingLayout->addWidget(new QLabel(tr("Signing in…")));
-    waitingLayout->addWidget(busy);
-    waitingLayout->addWidget(cancel, 0, Qt::AlignRight);
-    waiting->hide();
-
-    const auto column = new QWidget;
-    column->setMaximumWidth(fontMetrics().averageCharWidth() * 90);
-    const auto columnLayout = new QVBoxLayout(column);
-    columnLayout->addStretch();
-    columnLayout->addWidget(title);
-    columnLayout->addWidget(intro);
-    columnLayout->addWidget(message);
-    columnLayout->addSpacing(fontMetrics().height());
-    columnLayout->addWidget(choices);
-    columnLayout->addWidget(waiting);
-    columnLayout->addStretch();
+    folder->setText(QDir::toNativeSeparators(QDir::home().filePath(tr("Cloud Documents"))));
+    ArrangeChoices();
+    ArrangeWaiting();
     const auto centre = new QWidget;
     const auto centreLayout = new QHBoxLayout(centre);
-    centreLayout->addWidget(column);
+    centreLayout->addWidget(Column());
     const auto scroll = new QScrollArea; // with a large font it may not fit
     scroll->setWidgetResizable(true);
     scroll->setFrameShape(QFrame::NoFrame);
@@ -102,9 +70,53 @@ WelcomePage::WelcomePage(QWidget* parent)
     const auto layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(scroll);
+}
 
-    folder->setText(QDir::toNativeSeparators(QDir::home().filePath(tr("Cloud Documents"))));
+void WelcomePage::ArrangeChoices()
+{
+    const auto both = new QVBoxLayout(choices);
+    both->setContentsMargins(0, 0, 0, 0);
+    both->addWidget(FolderChoice());
+    both->addWidget(ServerChoice());
+}
+
+void WelcomePage::ArrangeWaiting()
+{
+    const auto cancel = new QPushButton(tr("Cancel"));
+    cancel->setObjectName("cancelSignIn");
+    const auto busy = new QProgressBar;
+    busy->setRange(0, 0);
+    busy->setAccessibleName(tr("Signing in"));
+    const auto layout = new QVBoxLayout(waiting);
+    layout->addWidget(new QLabel(tr("Signing in…")));
+    layout->addWidget(busy);
+    layout->addWidget(cancel, 0, Qt::AlignRight);
+    waiting->hide();
     connect(cancel, &QPushButton::clicked, this, &WelcomePage::Canceled);
+}
+
+QWidget* WelcomePage::Column()
+{
+    const auto title = new QLabel(tr("Where are your documents?"));
+    QFont large = font();
+    large.setPointSizeF(large.pointSizeF() * 1.7);
+    title->setFont(large);
+    const auto intro =
+        Hint(tr("This program manages the PDF documents that you keep in the cloud: it uploads and downloads them and "
+                "shows which ones have changed. The cloud can be any folder or a WebDAV server."));
+
+    const auto column = new QWidget;
+    column->setMaximumWidth(fontMetrics().averageCharWidth() * 90);
+    const auto layout = new QVBoxLayout(column);
+    layout->addStretch();
+    layout->addWidget(title);
+    layout->addWidget(intro);
+    layout->addWidget(message);
+    layout->addSpacing(fontMetrics().height());
+    layout->addWidget(choices);
+    layout->addWidget(waiting);
+    layout->addStretch();
+    return column;
 }
 
 QWidget* WelcomePage::FolderChoice()

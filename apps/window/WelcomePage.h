@@ -36,6 +36,9 @@ signals:
     void Canceled();
 
 private:
+    void ArrangeChoices();
+    void ArrangeWaiting();
+    QWidget* Column();
     QWidget* FolderChoice();
     QWidget* ServerChoice();
     void ChooseFolder();
