@@ -1,5 +1,5 @@
-#include <tests/support/OldFileSystem.h>
 #include <tests/support/Files.h>
+#include <tests/support/OldFileSystem.h>
 
 #include <files/FilePlacing.h>
 

@@ -1,7 +1,7 @@
 #include <host/store/HashCache.h>
 
-#include <tests/support/SqliteFile.h>
 #include <tests/support/FileSizeLimit.h>
+#include <tests/support/SqliteFile.h>
 
 #include <QFileInfo>
 #include <QTemporaryDir>
