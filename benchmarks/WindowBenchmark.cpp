@@ -122,10 +122,10 @@ void Report(benchmark::State& state, double longest)
     state.counters["frames"] = longest / frame;
 }
 
-void Scrolls(benchmark::State& state, Window::Layout layout)
+void Scrolls(benchmark::State& state, Window::DisplayMode mode)
 {
     Desk& desk = TheDesk();
-    desk.view.SetMode(layout);
+    desk.view.SetMode(mode);
     Scrolled ours;
     Scrolled qts;
     for ([[maybe_unused]] auto _ : state) {
@@ -179,8 +179,8 @@ void OneMoreDocument(benchmark::State& state)
     Report(state, longest);
 }
 
-BENCHMARK_CAPTURE(Scrolls, thumbnails, Window::Layout::Thumbnails)->Iterations(2)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(Scrolls, list, Window::Layout::List)->Iterations(2)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Scrolls, thumbnails, Window::DisplayMode::Thumbnails)->Iterations(2)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Scrolls, list, Window::DisplayMode::List)->Iterations(2)->Unit(benchmark::kMillisecond);
 BENCHMARK(Search)->Iterations(3)->Unit(benchmark::kMillisecond);
 BENCHMARK(Sort)->Iterations(3)->Unit(benchmark::kMillisecond);
 BENCHMARK(OneMoreDocument)->Iterations(50)->Unit(benchmark::kMillisecond);

@@ -171,7 +171,7 @@ TEST_F(ServiceConnectionTest, OnlyTheFirstReplyAndWhatCameBeforeItCount)
         listener.progress(id, 100);
         listener.reply(id, {});
         listener.progress(id, 100);
-        listener.reply(id, Failed("again", {}, {}));
+        listener.reply(id, FailureReply("again", {}, {}));
         listener.reply(id + 1000, {});
     };
     connection->Send(Request::List{}, Note(), NoteProgress());
