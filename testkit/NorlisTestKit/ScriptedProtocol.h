@@ -53,9 +53,9 @@ public:
     explicit ScriptedProtocol(std::shared_ptr<Journal> journal = std::make_shared<Journal>());
     ~ScriptedProtocol() override;
 
-    /// What loggedIn() returns, and how often it was called.
+    /// What loggedIn() returns.
     bool signedIn = true;
-    int loggedInCalls = 0;
+    int loggedInCalls = 0; ///< how often it was called
 
     /// Operations that are refused with -1: they are recorded, and their callbacks are destroyed.
     std::set<std::string> refused;

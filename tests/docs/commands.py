@@ -109,8 +109,11 @@ def check_script(words):
 
 
 def check_test(words):
-    """./test REGEX"""
-    return check_ctest(["ctest", "-R", words[1]]) if len(words) > 1 else []
+    """./test REGEX, with a real one; ./test --all"""
+    given = words[1:2]
+    if not given or given[0] in ("REGEX", "--all"):
+        return missing_options(given, (project / "test").read_text(), "./test")
+    return check_ctest(["ctest", "-R", given[0]])
 
 
 def check_run(words):

@@ -242,7 +242,7 @@ TEST_P(AnyListingTest, CutAnywhereItIsNeverTakenForComplete)
     const DavPath collection = CollectionOf(answer);
     const std::vector<DavEntry> all = Read(answer, collection, answer.size()).entries;
     const int end = answer.lastIndexOf('>');
-    for (int size = 0; size < end; size += Test::Stride(7)) {
+    for (int size = 0; size < end; size += Norlis::Test::Stride(7)) {
         const Outcome outcome = Read(answer.left(size), collection, answer.size());
         ASSERT_FALSE(outcome.error.isEmpty()) << size;
         ASSERT_FALSE(outcome.isComplete) << size;

@@ -192,7 +192,7 @@ TEST_F(CloudDocumentsModelTest, RowsHaveNoChildrenAndForeignIndexesNoValues)
 
 TEST_F(CloudDocumentsModelTest, HoldsThroughRandomHistoriesWithSlotsThatChangeTheList)
 {
-    for (quint32 seed = 0; seed < 200; seed += Test::Stride(5)) {
+    for (quint32 seed = 0; seed < 200; seed += Norlis::Test::Stride(5)) {
         SCOPED_TRACE(seed);
         QRandomGenerator random(seed);
         const auto someId = [&] { return std::string(1, static_cast<char>('a' + random.bounded(8))); };

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <tests/support/Rounds.h>
+
 #include "Gone.h"
 
 #include <NorlisTestKit/Journal.h>
@@ -130,8 +132,8 @@ private:
 void KeepLogFromTerminal();
 
 /// Checks a property, a function that takes what it is to be checked with, by that many random cases, and shrinks a
-/// case that fails. The cases are the same in every run unless RC_PARAMS in the environment
-/// names another seed; max_success in it overrides their number.
+/// case that fails. Unless the run is thorough it is a third of them. The cases are the same in every run unless
+/// RC_PARAMS in the environment names another seed; max_success in it overrides their number.
 template <typename Property>
 void CheckRandomly(const Property& property, int cases)
 {
@@ -141,7 +143,7 @@ void CheckRandomly(const Property& property, int cases)
     }
     auto parameters = rc::detail::configuration().testParams;
     if (!qgetenv("RC_PARAMS").contains("max_success")) {
-        parameters.maxSuccess = cases;
+        parameters.maxSuccess = IsThorough() ? cases : cases / 3;
     }
     const auto* test = testing::UnitTest::GetInstance()->current_test_info();
     rc::detail::TestMetadata metadata;

@@ -194,8 +194,11 @@ TEST_F(FolderCloudTest, AFolderThatWasRemovedAndMadeAgainIsAnotherOne)
 {
     ASSERT_TRUE(client.SignIn());
     for (int attempt = 0; attempt < 10; ++attempt) {
-        RemoveFolder(cloud.Folder());
-        MakeFolder(cloud.Folder());
+        const QDateTime made = QFileInfo(cloud.Folder()).birthTime();
+        do { // within one tick of the file system's clock it could get the same inode and the same time
+            RemoveFolder(cloud.Folder());
+            MakeFolder(cloud.Folder());
+        } while (QFileInfo(cloud.Folder()).birthTime() == made);
         EXPECT_TRUE(client.List()->Fails());
     }
     EXPECT_TRUE(client.SignIn()); // by which the user accepts it

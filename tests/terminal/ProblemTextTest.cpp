@@ -26,8 +26,8 @@ TEST(ProblemTextTest, SaysWhatFailedWhyAndWhatToDo)
     EXPECT_EQ(ProblemText(Problem(CloudProblem::Request::Upload, "report.pdf",
                                   "The server has no room left (507: quota exceeded).",
                                   "Free some space in the cloud and try again.")),
-              "Uploading \"report.pdf\" failed: The server has no room left (507: quota exceeded). Make room in the "
-              "cloud and try again");
+              "Uploading \"report.pdf\" failed: The server has no room left (507: quota exceeded). Free some "
+              "space in the cloud and try again");
     EXPECT_EQ(ProblemText(Problem(CloudProblem::Request::SignIn, {}, "The server did not take the password (401)")),
               "Signing in failed: The server did not take the password (401)");
 }

@@ -61,9 +61,9 @@ TEST_F(ListingFaultTest, WhatIsNoWholeListIsNeverAnEmptyOne)
         {SendsXml(open + "<d:response><d:href>/documents/</d:href></d:multistatus>"), "damaged"},
         {SendsXml(open + "\x01</d:multistatus>"), "damaged"},
         {SendsXml("<multistatus/>"), "not a WebDAV listing"},
-        {SendsXml(open + "</d:multistatus>"), "of another collection"},
-        {Lists({"/elsewhere/", "/elsewhere/a.pdf"}), "of another collection"},
-        {Lists({"/documents/deeper/", "/documents/deeper/a.pdf"}), "of another collection"},
+        {SendsXml(open + "</d:multistatus>"), "for another collection"},
+        {Lists({"/elsewhere/", "/elsewhere/a.pdf"}), "for another collection"},
+        {Lists({"/documents/deeper/", "/documents/deeper/a.pdf"}), "for another collection"},
         {SendsAnXmlBomb(), "not a WebDAV listing"},
         {NestsElements(100'000), "nested too deeply"},
         {ShowsAPage(200), "not a WebDAV listing"},
@@ -71,7 +71,7 @@ TEST_F(ListingFaultTest, WhatIsNoWholeListIsNeverAnEmptyOne)
         {AnswersWith(207), "not a WebDAV listing"},
         {AnswersWith(204), "not a WebDAV listing"},
         {AnswersWith(403), "(403)"},
-        {HasInnerStatus(403), "of another collection"},
+        {HasInnerStatus(403), "for another collection"},
         {SendsGzip(), "not a WebDAV listing"},
     };
     int number = 0;
