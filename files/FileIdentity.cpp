@@ -85,7 +85,7 @@ bool operator!=(const FileIdentity& left, const FileIdentity& right)
 nanoseconds TimeUntilSettled(nanoseconds timeStamp)
 {
     // File systems round the time: most to a tick of the kernel's clock, old ones to one or two seconds.
-    const nanoseconds margin = timeStamp % 1s == 0ns ? nanoseconds(3s) : nanoseconds(50ms);
+    const nanoseconds margin = timeStamp % 1s == nanoseconds::zero() ? nanoseconds(3s) : nanoseconds(50ms);
     return timeStamp + margin - std::chrono::system_clock::now().time_since_epoch();
 }
 

@@ -94,7 +94,7 @@ TEST_F(FileIdentityTest, AnOpenFileKeepsItsOwn)
 TEST_F(FileIdentityTest, AFileSettlesAfterAMoment)
 {
     const auto written = Written("content");
-    EXPECT_GT(written.TimeUntilSettled(), -1s); // a slow machine may let it age
+    EXPECT_GT(written.TimeUntilSettled(), -nanoseconds(1s)); // a slow machine may let it age
     EXPECT_LE(written.TimeUntilSettled(), 3s);
 
     FileIdentity old = written;
