@@ -12,8 +12,8 @@ namespace Norlis::Files {
 namespace {
 
 using namespace Norlis::Test;
-using namespace std::chrono_literals;
 using std::chrono::nanoseconds;
+using std::chrono::seconds;
 
 class FileIdentityTest : public testing::Test {
 protected:
@@ -94,30 +94,30 @@ TEST_F(FileIdentityTest, AnOpenFileKeepsItsOwn)
 TEST_F(FileIdentityTest, AFileSettlesAfterAMoment)
 {
     const auto written = Written("content");
-    EXPECT_GT(written.TimeUntilSettled(), -nanoseconds(1s)); // a slow machine may let it age
-    EXPECT_LE(written.TimeUntilSettled(), 3s);
+    EXPECT_GT(written.TimeUntilSettled(), nanoseconds(seconds(-1))); // a slow machine may let it age
+    EXPECT_LE(written.TimeUntilSettled(), seconds(3));
 
     FileIdentity old = written;
-    old.changedNanoseconds -= nanoseconds(4s).count();
-    EXPECT_LT(old.TimeUntilSettled(), 0s);
+    old.changedNanoseconds -= nanoseconds(seconds(4)).count();
+    EXPECT_LT(old.TimeUntilSettled(), seconds(0));
 }
 
 TEST_F(FileIdentityTest, AFileThatWasSetToAnotherTimeStillSettles)
 {
     const auto written = Written("content");
     auto fromTheFuture = written;
-    fromTheFuture.modifiedNanoseconds += nanoseconds(24h).count(); // programs can set that
-    EXPECT_LE(fromTheFuture.TimeUntilSettled(), 3s);
+    fromTheFuture.modifiedNanoseconds += nanoseconds(std::chrono::hours(24)).count(); // programs can set that
+    EXPECT_LE(fromTheFuture.TimeUntilSettled(), seconds(3));
 }
 
 TEST_F(FileIdentityTest, WholeSecondsSettleLater)
 {
-    const auto wholeSecond = std::chrono::duration_cast<std::chrono::seconds>(Now());
-    EXPECT_GT(TimeUntilSettled(wholeSecond), 1s);
-    EXPECT_LE(TimeUntilSettled(wholeSecond), 3s);
-    EXPECT_LE(TimeUntilSettled(wholeSecond + 1ns), 50ms);
-    EXPECT_LT(TimeUntilSettled(wholeSecond - 3s), 0s);
-    EXPECT_GT(TimeUntilSettled(Now() + 1h), 59min);
+    const auto wholeSecond = std::chrono::duration_cast<seconds>(Now());
+    EXPECT_GT(TimeUntilSettled(wholeSecond), seconds(1));
+    EXPECT_LE(TimeUntilSettled(wholeSecond), seconds(3));
+    EXPECT_LE(TimeUntilSettled(wholeSecond + nanoseconds(1)), std::chrono::milliseconds(50));
+    EXPECT_LT(TimeUntilSettled(wholeSecond - seconds(3)), seconds(0));
+    EXPECT_GT(TimeUntilSettled(Now() + std::chrono::hours(1)), std::chrono::minutes(59));
 }
 
 } // namespace
