@@ -19,10 +19,14 @@ function(norlis_precompile)
     endif()
 endfunction()
 
-# norlis_count_coverage(<target>): the lines that run are counted.
+# norlis_count_coverage(<target> [<source>...]): the lines that run are counted; of the sources alone, if there are any.
 function(norlis_count_coverage target)
     if(NORLIS_COVERAGE)
-        target_compile_options(${target} PRIVATE --coverage)
+        if(ARGN)
+            set_source_files_properties(${ARGN} PROPERTIES COMPILE_OPTIONS --coverage)
+        else()
+            target_compile_options(${target} PRIVATE --coverage)
+        endif()
         target_link_options(${target} PUBLIC --coverage)
     endif()
 endfunction()
