@@ -24,7 +24,7 @@ int Kills()
 {
     bool isNumber = false;
     const int kills = qEnvironmentVariableIntValue("NORLIS_KILLS", &isNumber);
-    return isNumber ? kills : IsThorough() ? 10 : 3;
+    return isNumber ? kills : IsThorough() ? 10 : 2;
 }
 
 class KilledProgramTest : public ProgramTest {

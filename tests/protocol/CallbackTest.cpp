@@ -175,7 +175,7 @@ TEST_P(CallbackTest, ACallbackMayRunAnEventLoopInWhichOthersArrive)
 
 TEST_P(CallbackTest, ThousandsOfAnswersLeaveTheEventLoopRoom)
 {
-    const int many = IsThorough() ? 5000 : 2000;
+    const int many = IsThorough() ? 5000 : 1000;
     int answered = 0;
     int turnsBetween = 0;
     QTimer other;

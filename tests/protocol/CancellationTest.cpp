@@ -107,7 +107,7 @@ TEST_P(CancellationTest, ACanceledUploadTellsNothingAboutTheDocumentOfItsName)
 TEST_P(CancellationTest, UploadsCanceledAtAnyMomentLeaveNothing)
 {
     const QString path = LocalFile("report.pdf", QByteArray(1'500'000, 'x'));
-    for (int round = 0; round < 200; round += Stride(3)) {
+    for (int round = 0; round < 200; round += Stride(7)) {
         const auto upload = client.Upload(path);
         QCoreApplication::processEvents();
         int spins = round * 40; // a different moment each time
@@ -131,7 +131,7 @@ TEST_P(CancellationTest, NothingAppearsAtTheTargetAfterCancellation)
     cloud->Put("report.pdf", QByteArray(200'000, 'x'));
     const QString id = client.Entry("report.pdf").id;
     int written = 0;
-    for (int round = 0; round < 500; round += Stride(3)) {
+    for (int round = 0; round < 500; round += Stride(7)) {
         const QString target = Local(QString::number(round) + ".pdf");
         const auto download = client.Download(id, target);
         QCoreApplication::processEvents();

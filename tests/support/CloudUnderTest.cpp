@@ -1,4 +1,5 @@
 #include "CloudUnderTest.h"
+#include "Rounds.h"
 
 namespace Norlis::Test {
 
@@ -59,7 +60,7 @@ bool CloudUnderTest::IsQuietAfterDestruction() const
 
 int CloudUnderTest::ManyDocuments() const
 {
-    return 10'000;
+    return IsThorough() ? 10'000 : 3'000;
 }
 
 qint64 CloudUnderTest::LargeSize() const

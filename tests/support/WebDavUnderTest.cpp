@@ -1,4 +1,5 @@
 #include "WebDavUnderTest.h"
+#include "Rounds.h"
 
 #include "Files.h"
 
@@ -200,7 +201,9 @@ qint64 WebDavUnderTest::LargeSize() const
 
 int WebDavUnderTest::ManyDocuments() const
 {
-    return IsKind({ServerKind::Rclone}) ? 300 : 10'000; // without its cache, rclone reads the folder for each entry
+    return IsKind({ServerKind::Rclone})
+               ? 300
+               : CloudUnderTest::ManyDocuments(); // without its cache, rclone reads the folder for each entry
 }
 
 QByteArray WebDavUnderTest::Log() const

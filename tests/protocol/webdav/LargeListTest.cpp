@@ -1,4 +1,5 @@
 #include <tests/support/MemoryInUse.h>
+#include <tests/support/Rounds.h>
 #include <tests/support/ServiceTest.h>
 
 #include <QElapsedTimer>
@@ -11,7 +12,7 @@ namespace Norlis::Test {
 
 namespace {
 
-constexpr int many = 100'000;
+const int many = IsThorough() ? 100'000 : 30'000;
 
 QByteArray LargeListing(int many = ::Norlis::Test::many)
 {
