@@ -48,8 +48,8 @@ ProgramTest::ProgramTest() : environment(QProcessEnvironment::systemEnvironment(
     environment.insert("TERM", "xterm");
     // Read in builds that have the leak sanitizer. What it says of suppressions would stand among the errors.
     environment.insert("LSAN_OPTIONS", "print_suppressions=0:suppressions=" NORLIS_LEAK_SUPPRESSIONS);
-    // Without the names of functions, which take longer to look up at the end of each process than all its work. Run the
-    // program by hand to see where something comes from.
+    // Without the names of functions, which take longer to look up at the end of each process than all its work. Run
+    // the program by hand to see where something comes from.
     environment.insert("ASAN_OPTIONS", qEnvironmentVariable("ASAN_OPTIONS") + ":symbolize=0");
 }
 
