@@ -3,10 +3,7 @@
 #include <tests/support/Client.h>
 #include <tests/support/FolderUnderTest.h>
 
-#include <QDir>
 #include <QTemporaryDir>
-
-#include <algorithm>
 
 namespace Norlis::Test {
 

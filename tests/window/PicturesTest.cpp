@@ -3,14 +3,9 @@
 #include <apps/window/Translations.h>
 #include <NorlisTestKit/FaultServer.h>
 
-#include <QAbstractButton>
 #include <QApplication>
-#include <QComboBox>
-#include <QLabel>
 #include <QLineEdit>
 #include <QListView>
-#include <QMenuBar>
-#include <QPainter>
 #include <QSet>
 
 namespace Norlis::Test {
