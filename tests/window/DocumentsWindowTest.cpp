@@ -181,6 +181,27 @@ TEST_F(DocumentsWindowTest, ADroppedLocalCopyReplacesItsDocument)
     EXPECT_EQ(FilesBelow(Cloud()).filter(".pdf"), QStringList{"a.pdf"});
 }
 
+TEST_F(DocumentsWindowTest, WhatActsOnDocumentsNeedsASelectedOne)
+{
+    PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
+    OpenCloud();
+    ASSERT_TRUE(Shows({"a.pdf"}));
+    const auto enabled = [this] {
+        QStringList actions;
+        for (const char* const text : {"Upload…", "Download", "Download To…", "Open", "Upload Changes", "Remove…"}) {
+            if (Action(text)->isEnabled()) {
+                actions.append(text);
+            }
+        }
+        return actions;
+    };
+    EXPECT_EQ(enabled(), QStringList{"Upload…"});
+    Select({"a.pdf"});
+    EXPECT_EQ(enabled(), QStringList({"Upload…", "Download", "Download To…", "Open", "Remove…"}));
+    Select({});
+    EXPECT_EQ(enabled(), QStringList{"Upload…"});
+}
+
 TEST_F(DocumentsWindowTest, DownloadPutsTheSelectedDocumentsIntoTheFolder)
 {
     const QByteArray content = PdfOfColor(Qt::red);
