@@ -1,6 +1,5 @@
 #include "WindowTest.h"
 
-#include <apps/window/Translations.h>
 #include <NorlisTestKit/FaultServer.h>
 
 #include <QApplication>
@@ -18,11 +17,6 @@ using namespace TestKit;
 /// at.
 class PicturesTest : public WindowTest {
 protected:
-    static void SetUpTestSuite()
-    {
-        Window::InstallTranslations(*qApp, QLocale(QLocale::English));
-    }
-
     /// Documents as people have them.
     void PutSamples()
     {
