@@ -4,6 +4,7 @@
 
 #include <QFileInfo>
 #include <QRandomGenerator>
+#include <QRegularExpression>
 
 #include <cerrno>
 #include <cstring>
@@ -13,13 +14,6 @@
 #include <unistd.h>
 
 namespace Norlis::Files {
-
-namespace {
-
-const auto temporaryPrefix = QStringLiteral(".norlis-");
-const auto temporarySuffix = QStringLiteral(".part");
-
-} // namespace
 
 AtomicFile::~AtomicFile()
 {
@@ -113,15 +107,18 @@ QString AtomicFile::ErrorText() const
     return error;
 }
 
-QString AtomicFile::NewTemporaryName()
+QString AtomicFile::NewTemporaryName(bool isHidden)
 {
     const auto number = QRandomGenerator::system()->generate64();
-    return temporaryPrefix + QStringLiteral("%1").arg(number, 16, 16, QLatin1Char('0')) + temporarySuffix;
+    return QStringLiteral("%1norlis-%2.part")
+        .arg(isHidden ? QStringLiteral(".") : QString())
+        .arg(number, 16, 16, QLatin1Char('0'));
 }
 
 bool AtomicFile::IsTemporaryName(const QString& name)
 {
-    return name.startsWith(temporaryPrefix) && name.endsWith(temporarySuffix);
+    static const QRegularExpression form(QStringLiteral("\\A\\.?norlis-[0-9a-f]{16}\\.part\\z"));
+    return name.endsWith(".part") && form.match(name).hasMatch();
 }
 
 bool AtomicFile::Fail(int errorNumber)

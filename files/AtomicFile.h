@@ -45,10 +45,12 @@ public:
     /// Makes a committed name durable; without effect where the system cannot do it.
     static void SyncFolderOf(const QString& path);
 
-    /// A name for a file that is being written, unlike any other.
-    static QString NewTemporaryName();
+    /// A name for a file that is being written, unlike any other. Not hidden, it has no leading dot, which some servers
+    /// refuse.
+    static QString NewTemporaryName(bool isHidden = true);
 
-    /// Whether a file of this name is one that is being written, or that a crash has left behind.
+    /// Whether a file of this name is one that is being written, or that a crash has left behind: whether it is exactly
+    /// as one of those above. No document may have such a name.
     static bool IsTemporaryName(const QString& name);
 
 private:

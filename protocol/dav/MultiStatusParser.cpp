@@ -317,11 +317,13 @@ void MultiStatusParser::EndPropstat()
 void MultiStatusParser::EndResponse()
 {
     const std::optional<DavPath> path = SegmentsOfHref(href);
+    std::optional<QByteArray> name = path ? MemberName(collection, *path) : std::nullopt;
     if (!path || !(hasStatus || responseStatus != 0)) {
         ++malformedCount;
+        unidentifiedCount += path ? 0 : 1;
+        undescribedCount += name ? 1 : 0;
         return;
     }
-    std::optional<QByteArray> name = MemberName(collection, *path);
     if (!name) {
         ++foreignCount;
         return;

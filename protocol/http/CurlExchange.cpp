@@ -135,7 +135,7 @@ void CurlExchange::SetUpBody()
         curl_easy_setopt(handle, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(size));
         curl_easy_setopt(handle, CURLOPT_POSTFIELDS, request.body.constData());
     }
-    AddHeader(size >= expectThreshold ? "Expect: 100-continue" : "Expect:");
+    AddHeader(size >= expectThreshold && request.isAnnounced ? "Expect: 100-continue" : "Expect:");
     curl_easy_setopt(handle, CURLOPT_HTTPHEADER, headers);
     curl_easy_setopt(handle, CURLOPT_HEADEROPT, static_cast<long>(CURLHEADER_SEPARATE)); // proxies do not get them
 }

@@ -73,6 +73,7 @@ struct HttpRequest {
     std::shared_ptr<HttpSink> sink;     ///< without one, the response's body is kept, up to a limit
     Lane lane = Lane::Control;
     bool isRepeatable = true; ///< carrying it out twice does no harm
+    bool isAnnounced = true;  ///< the server is asked before a large body is sent (RFC 9110, 10.1.1)
 };
 
 inline HttpRequest OnLane(HttpRequest::Lane lane, HttpRequest request)

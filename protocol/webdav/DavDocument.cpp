@@ -1,6 +1,5 @@
 #include "DavDocument.h"
 
-#include <files/AtomicFile.h>
 #include <files/DocumentNames.h>
 #include <protocol/dav/EntityTag.h>
 
@@ -101,7 +100,7 @@ bool IsSameVersion(const DavDocument& left, const DavDocument& right)
 std::optional<DavDocument> DocumentOf(const DavEntry& entry)
 {
     const QString name = QString::fromUtf8(entry.name);
-    if (entry.isSelf || entry.isCollection || Files::ValidateName(name) || Files::AtomicFile::IsTemporaryName(name)) {
+    if (entry.isSelf || entry.isCollection || Files::ValidateName(name)) {
         return std::nullopt;
     }
     return FileOf(entry, entry.name);

@@ -84,9 +84,7 @@ InfoOperation::InfoOperation(qint64 id, const QString& document, const std::shar
 void InfoOperation::OnFound(const DavDocument& known)
 {
     requests.Send(PropFind(session->collection.UrlOf(known.name)), [this, known](HttpResponse&& response) {
-        DavPath path = session->collection.Path();
-        path.push_back(known.name);
-        const auto entry = EntryOfDepth0(response, path);
+        const auto entry = EntryOfDepth0(response, session->PathOf(known.name));
         if (!entry || entry->isCollection) {
             Fail(known, response);
             return;
@@ -103,7 +101,8 @@ void InfoOperation::OnFound(const DavDocument& known)
 
 RemoveOperation::RemoveOperation(qint64 id, const QString& document, const std::shared_ptr<WebDavSession>& session,
                                  Finish finish)
-    : DocumentOperation(id, document, "Removal", session, std::move(finish))
+    : DocumentOperation(id, document, "Removal", session, std::move(finish)),
+      files(*session, HttpRequest::Lane::Control)
 {
 }
 
@@ -111,14 +110,37 @@ void RemoveOperation::OnFound(const DavDocument& known)
 {
     isSent = true;
     requests.Send(Delete(session->collection.UrlOf(known.name)), [this, known](HttpResponse&& response) {
-        // A document that somebody else has deleted is deleted, too. A 207 lists what is still there (RFC 4918, 9.6.1).
-        if ((response.HasSucceeded() && response.head.status != 207) || IsMissing(response.Status())) {
-            session->documents.remove(known.id);
-            End({});
+        const ChangeResult result = JudgeChange(response);
+        if (IsMissing(result.response.Status())) { // deleted by somebody else
+            Succeed(known);
+        } else if (result.outcome == ChangeResult::Outcome::Refused) {
+            Fail(known, result.response);
         } else {
-            Fail(known, response);
+            LookWhetherGone(known, result);
         }
     });
+}
+
+void RemoveOperation::LookWhetherGone(const DavDocument& known, const ChangeResult& result)
+{
+    files.Look(known.name, [this, known, result](const HttpResponse& response, const std::optional<DavEntry>& entry) {
+        if (IsMissing(response.Status())) {
+            Succeed(known);
+        } else if (!result.IsDone()) {
+            Fail(known, result.response);
+        } else if (!entry) {
+            Fail(known, response);
+        } else {
+            End(FailureReply(what, known.Name(), "There is still a document of that name in the cloud",
+                             "Somebody may have put it there at the same moment. Refresh the list and look at it."));
+        }
+    });
+}
+
+void RemoveOperation::Succeed(const DavDocument& removed)
+{
+    session->documents.remove(removed.id);
+    End({});
 }
 
 bool RemoveOperation::GiveUp()

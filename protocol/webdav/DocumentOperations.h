@@ -1,5 +1,6 @@
 #pragma once
 
+#include "FileRequests.h"
 #include "Listing.h"
 #include "Operation.h"
 
@@ -56,6 +57,10 @@ protected:
     void OnFound(const DavDocument& document) override;
 
 private:
+    void LookWhetherGone(const DavDocument& known, const ChangeResult& result);
+    void Succeed(const DavDocument& removed);
+
+    FileRequests files;
     bool isSent = false;
 };
 

@@ -188,9 +188,7 @@ void DownloadOperation::AskForSize()
     // whether that was the end of the document.
     const HttpRequest look = OnLane(HttpRequest::Lane::Transfer, PropFind(session->collection.UrlOf(document.name)));
     requests.Send(look, [this](HttpResponse&& response) {
-        DavPath path = session->collection.Path();
-        path.push_back(document.name);
-        const auto entry = EntryOfDepth0(response, path);
+        const auto entry = EntryOfDepth0(response, session->PathOf(document.name));
         if (!entry || !entry->size) {
             Fail("The server does not report the size of the document", "Try again.");
         } else {

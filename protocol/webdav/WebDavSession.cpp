@@ -1,6 +1,7 @@
 #include "WebDavSession.h"
 
 #include "ServerErrors.h"
+#include <files/AtomicFile.h>
 
 namespace Norlis::Social {
 
@@ -21,6 +22,18 @@ Reply WebDavSession::FailureReplyTo(const QString& what, const QString& document
     Reply reply = FailureReply(what, document, failure.reason, failure.advice);
     reply.isSignedOut = response.Status() == 401;
     return reply;
+}
+
+DavPath WebDavSession::PathOf(const QByteArray& name) const
+{
+    DavPath path = collection.Path();
+    path.push_back(name);
+    return path;
+}
+
+QByteArray WebDavSession::NewTemporaryName() const
+{
+    return Files::AtomicFile::NewTemporaryName(takesHiddenNames.value_or(true)).toUtf8();
 }
 
 bool WebDavSession::IsIdle() const

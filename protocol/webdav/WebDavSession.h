@@ -4,6 +4,7 @@
 #include "DocumentLookup.h"
 #include "Housekeeper.h"
 #include <protocol/dav/Collection.h>
+#include <protocol/dav/DavRequests.h>
 #include <protocol/http/HttpClient.h>
 
 #include <QSet>
@@ -21,6 +22,12 @@ struct WebDavSession {
     /// The reply to a request whose exchange with the server failed.
     Reply FailureReplyTo(const QString& what, const QString& document, const HttpResponse& response) const;
 
+    /// Of a file in the collection.
+    DavPath PathOf(const QByteArray& name) const;
+
+    /// For a file that is not yet, or no more, a document. Hidden, unless the server is known to refuse such names.
+    QByteArray NewTemporaryName() const;
+
     /// Whether neither a search nor housekeeping is under way.
     bool IsIdle() const;
 
@@ -31,8 +38,11 @@ struct WebDavSession {
     /// Nextcloud, ownCloud and their kin: they have file ids, checksums, previews and more, and replace documents
     /// safely by themselves.
     bool isNextcloudLike = false;
-    std::optional<bool> storesProperties;   ///< nullopt until tested
-    std::optional<bool> refusesToOverwrite; ///< whether the server honours `Overwrite: F`; nullopt until tested
+    std::optional<bool> storesProperties;           ///< nullopt until tested
+    std::optional<bool> refusesToOverwrite;         ///< whether the server honours `Overwrite: F`; nullopt until tested
+    std::optional<DestinationForm> destinationForm; ///< that the server understands; nullopt until tested
+    std::optional<bool> takesHiddenNames;           ///< names with a leading dot; nullopt until tested
+    bool waitsForAnnounced = true;                  ///< false if the server answers before it has a large body
 
     DavDocuments documents; ///< as of the last list and what was done since
 

@@ -38,6 +38,20 @@ TEST_F(AtomicFileTest, NothingHasTheNameBeforeTheCommit)
     EXPECT_EQ(FilesBelow(folder.path()), QStringList("a.pdf"));
 }
 
+TEST_F(AtomicFileTest, TemporaryNamesAreOfOneFormOnly)
+{
+    for (const bool isHidden : {true, false}) {
+        const QString name = AtomicFile::NewTemporaryName(isHidden);
+        EXPECT_EQ(name.startsWith('.'), isHidden);
+        EXPECT_TRUE(AtomicFile::IsTemporaryName(name));
+        for (const QString& other : {name.chopped(1), name + '\n', 'x' + name, '.' + name, name.toUpper(),
+                                     QString(name).remove(12, 1), QString(name).insert(12, "g")}) {
+            EXPECT_EQ(AtomicFile::IsTemporaryName(other), other == '.' + name && !isHidden) << other.toStdString();
+        }
+    }
+    EXPECT_FALSE(AtomicFile::IsTemporaryName(".norlis-something.part"));
+}
+
 TEST_F(AtomicFileTest, ACommittedFileIsKnownWhateverTakesItsPlace)
 {
     const QString path = folder.filePath("a.pdf");

@@ -124,6 +124,40 @@ TEST_F(ListingFaultTest, OneDocumentThatIsKeptBackMakesTheListIncomplete)
     EXPECT_THAT(LastReason(client), HasSubstr("withholds the details of 1"));
 }
 
+TEST_F(ListingFaultTest, OneDocumentThatIsNotDescribedMakesTheListIncomplete)
+{
+    for (const char* status : {"", "fine", "HTTP/1.1"}) {
+        server.Misbehave("PROPFIND",
+                         SendsXml("<d:multistatus xmlns:d=\"DAV:\">" +
+                                  Response("/documents/", "<d:resourcetype><d:collection/></d:resourcetype>") +
+                                  "<d:response><d:href>/documents/a.pdf</d:href><d:propstat><d:prop/><d:status>" +
+                                  status + "</d:status></d:propstat></d:response></d:multistatus>"));
+        EXPECT_TRUE(client.List()->Fails()) << status;
+        EXPECT_THAT(LastReason(client), HasSubstr("withholds the details of 1"));
+    }
+}
+
+TEST_F(ListingFaultTest, AnEntryThatMayBeAnyDocumentTakesNoneAway)
+{
+    server.Put("a.pdf", "content");
+    server.Put("b.pdf", "content");
+    server.Put("c.pdf", "content");
+    const CloudFile known = client.Entry("b.pdf");
+    for (const QByteArray& href : {QByteArray(), QByteArray("b.pdf"), QByteArray("/documents/%2e%2e")}) {
+        server.Misbehave("PROPFIND",
+                         SendsXml("<d:multistatus xmlns:d=\"DAV:\">" +
+                                  Response("/documents/", "<d:resourcetype><d:collection/></d:resourcetype>") +
+                                  Response("/documents/a.pdf", "<d:getetag>\"new\"</d:getetag>") +
+                                  Response(href, "<d:resourcetype/>") + "</d:multistatus>"));
+        QStringList names = Listed();
+        names.sort();
+        EXPECT_EQ(names, QStringList({"a.pdf", "b.pdf", "c.pdf"})) << href.constData();
+    }
+    server.Remove("c.pdf");
+    EXPECT_EQ(Listed(), QStringList({"a.pdf", "b.pdf"}));
+    EXPECT_EQ(client.Entry("b.pdf").id, known.id);
+}
+
 TEST_F(ListingFaultTest, DirectMembersWithSafeNamesAreListed)
 {
     server.Misbehave(When("PROPFIND").Always(), Lists({"/documents/",

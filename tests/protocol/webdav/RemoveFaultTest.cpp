@@ -35,11 +35,31 @@ TEST_F(RemoveFaultTest, EverySuccessIsOne)
     }
 }
 
-TEST_F(RemoveFaultTest, AMultiStatusIsAnError)
+TEST_F(RemoveFaultTest, AStatusInsideOfAnAnswerIsWhatThePersonReads)
 {
     server.Misbehave("DELETE", HasInnerStatus(423));
     EXPECT_TRUE(client.Remove(id)->Fails());
-    EXPECT_THAT(Reason(), HasSubstr("(207)"));
+    EXPECT_THAT(Reason(), HasSubstr("locked by somebody (423)"));
+    EXPECT_TRUE(client.Remove(id)->Succeeds());
+}
+
+TEST_F(RemoveFaultTest, ARemovalThatIsOnlyClaimedIsNotBelieved)
+{
+    for (const auto& claim : {OnlyClaimsToDoIt(204), OnlyClaimsToDoIt(200), HasInnerStatus(204), ShowsAPage(200)}) {
+        server.Misbehave("DELETE", claim);
+        EXPECT_TRUE(client.Remove(id)->Fails());
+        EXPECT_EQ(client.Entry("report.pdf").id, id);
+    }
+    EXPECT_EQ(server.Get("report.pdf"), QByteArray("content"));
+}
+
+TEST_F(RemoveFaultTest, AGatewaysErrorIsLookedBehind)
+{
+    for (const int status : {500, 502, 504, 207}) {
+        id = Put("report.pdf", "content");
+        server.Misbehave("DELETE", DoesItAndAnswers(status));
+        EXPECT_TRUE(client.Remove(id)->Succeeds()) << status;
+    }
 }
 
 TEST_F(RemoveFaultTest, ARefusalIsReportedInTheServersWords)
