@@ -85,7 +85,7 @@ void Publication::Try(const QByteArray& newName)
     }
     files.Look(name, [this](const HttpResponse& response, const std::optional<DavEntry>& entry) {
         if (entry) {
-            TryNextName();
+            OnTaken(*entry);
         } else if (IsMissing(response.Status())) {
             Move();
         } else {
@@ -127,7 +127,7 @@ void Publication::LookWhetherNameIsTaken()
 {
     files.Look(name, [this](const HttpResponse& response, const std::optional<DavEntry>& entry) {
         if (entry) {
-            TryNextName();
+            OnTaken(*entry);
         } else if (IsMissing(response.Status()) && attempts < maxAttempts) { // it may have been deleted just now
             Move();
         } else if (!IsMissing(response.Status()) && response.Status() != 207) {
@@ -135,6 +135,21 @@ void Publication::LookWhetherNameIsTaken()
         } else { // some servers cut names off
             Fail(Failure("The server takes the name for that of another document", "Give the file another name."),
                  uploaded.name);
+        }
+    });
+}
+
+void Publication::OnTaken(const DavEntry& entry)
+{
+    if (session.unconfirmed.value(name) != sent.md5) {
+        TryNextName();
+        return;
+    }
+    readBack.Compare(name, [this, entry](const ReadBack::Result& result) {
+        if (result.IsSame()) {
+            Succeed(entry);
+        } else {
+            TryNextName();
         }
     });
 }
@@ -147,11 +162,7 @@ void Publication::LookAtTarget()
         } else if (entry || IsMissing(response.Status())) {
             OnOtherTarget(entry.has_value());
         } else {
-            Reply failure = session.FailureReplyTo(what, QString::fromUtf8(wantedName), response);
-            failure.failure.advice = QStringLiteral("What was sent may be in the cloud already, as %1. Refresh the "
-                                                    "list before you send it again.")
-                                         .arg(QString::fromUtf8(name));
-            Fail(std::move(failure));
+            FailUnconfirmed(response);
         }
     });
 }
@@ -168,9 +179,21 @@ void Publication::Compare(const DavEntry& entry)
         } else if (!result.failure) {
             OnOtherTarget(true);
         } else {
-            Fail(session.FailureReplyTo(what, QString::fromUtf8(wantedName), *result.failure));
+            FailUnconfirmed(*result.failure);
         }
     });
+}
+
+void Publication::FailUnconfirmed(const HttpResponse& response)
+{
+    if (!replaced) {
+        session.unconfirmed.insert(name, sent.md5);
+    }
+    Reply failure = session.FailureReplyTo(what, QString::fromUtf8(wantedName), response);
+    failure.failure.advice = QStringLiteral("What was sent may be in the cloud already, as %1. Refresh the list before "
+                                            "you send it again.")
+                                 .arg(QString::fromUtf8(name));
+    Fail(std::move(failure));
 }
 
 void Publication::OnOtherTarget(bool isThere)
@@ -219,6 +242,7 @@ void Publication::Succeed(const DavEntry& entry)
     DavDocument made = FileOf(entry, name);
     made.md5 = sent.md5;
     made.id = replaced ? replaced->id : made.id;
+    session.unconfirmed.remove(name);
     CallOnce(done, Outcome{made, {}, {}}); // it destroys this object
 }
 

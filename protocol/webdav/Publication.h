@@ -36,8 +36,12 @@ private:
     void Move();
     void OnMoved(const ChangeResult& result);
     void LookWhetherNameIsTaken();
+
+    /// The name is another document's, unless it is what was sent before, when nobody could see what became of it.
+    void OnTaken(const DavEntry& entry);
     void LookAtTarget();
     void Compare(const DavEntry& entry);
+    void FailUnconfirmed(const HttpResponse& response);
     void OnOtherTarget(bool isThere);
     bool IsUploadedVersion(const DavEntry& entry) const;
     void Succeed(const DavEntry& entry);

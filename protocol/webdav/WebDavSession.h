@@ -46,6 +46,9 @@ struct WebDavSession {
 
     DavDocuments documents; ///< as of the last list and what was done since
 
+    /// MD5s of what was sent as a new document and may have got its name, although no look could show it.
+    QHash<QByteArray, QByteArray> unconfirmed;
+
     /// Names that new documents are being given. Some servers let two of them have the same one at the same moment.
     QSet<QByteArray> reservedNames;
 

@@ -271,6 +271,20 @@ TEST_F(UploadPublishingTest, WhatCannotBeLookedAtIsNotReportedAndNotDeleted)
     EXPECT_EQ(server.Get("report.pdf"), QByteArray("new"));
 }
 
+TEST_F(UploadPublishingTest, WhatIsSentAgainSinceNobodyCouldLookIsNoSecondDocument)
+{
+    LearnTheServer();
+    server.Misbehave(When("PROPFIND").Always(), AnswersWith(500));
+    ExpectFailure(client.Upload(File()));
+    server.BehaveAgain();
+    const auto again = client.Upload(File());
+    ASSERT_TRUE(again->Succeeds());
+    EXPECT_EQ(again->payload.fileName, "report.pdf");
+    ExpectOnServer({"report.pdf"});
+    EXPECT_EQ(client.Upload(File())->Succeeds(), true); // somebody wants it twice
+    ExpectOnServer({"report (2).pdf", "report.pdf"});
+}
+
 TEST_F(UploadPublishingTest, ASmallDocumentCostsAComparisonAMoveAndALook)
 {
     LearnTheServer();
