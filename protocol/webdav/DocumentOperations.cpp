@@ -123,7 +123,7 @@ void RemoveOperation::OnFound(const DavDocument& known)
 
 void RemoveOperation::LookWhetherGone(const DavDocument& known, const ChangeResult& result)
 {
-    files.Look(known.name, [this, known, result](const HttpResponse& response, const std::optional<DavEntry>& entry) {
+    const auto onLooked = [this, known, result](const HttpResponse& response, const std::optional<DavEntry>& entry) {
         if (IsMissing(response.Status())) {
             Succeed(known);
         } else if (!result.IsDone()) {
@@ -134,7 +134,8 @@ void RemoveOperation::LookWhetherGone(const DavDocument& known, const ChangeResu
             End(FailureReply(what, known.Name(), "There is still a document of that name in the cloud",
                              "Somebody may have put it there at the same moment. Refresh the list and look at it."));
         }
-    });
+    };
+    files.LookAt(result.response.url, onLooked);
 }
 
 void RemoveOperation::Succeed(const DavDocument& removed)

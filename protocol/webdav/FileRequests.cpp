@@ -29,24 +29,29 @@ FileRequests::FileRequests(WebDavSession& session, HttpRequest::Lane lane)
 
 void FileRequests::Look(const QByteArray& name, Looked looked)
 {
-    LookAgain(name, 1, std::move(looked));
+    LookAt(session.collection.UrlOf(name), std::move(looked));
 }
 
-void FileRequests::LookAgain(const QByteArray& name, int attempts, Looked looked)
+void FileRequests::LookAt(const QByteArray& url, Looked looked)
 {
-    const HttpRequest look = PropFind(session.collection.UrlOf(name));
-    requests.Send(OnLane(lane, look), [this, name, attempts, looked = std::move(looked)](HttpResponse&& response) {
-        const auto entry = EntryOfDepth0(response, session.PathOf(name));
-        if (entry || !IsPassing(response) || attempts == maxLooks) {
-            looked(response, entry);
-            return;
-        }
-        QTimer::singleShot(pause * attempts, [this, name, attempts, looked, guard = lifetime.Watch()] {
-            if (guard) {
-                LookAgain(name, attempts + 1, looked);
-            }
-        });
-    });
+    LookAgain(url, 1, std::move(looked));
+}
+
+void FileRequests::LookAgain(const QByteArray& url, int attempts, Looked looked)
+{
+    requests.Send(OnLane(lane, PropFind(url)),
+                  [this, url, attempts, looked = std::move(looked)](HttpResponse&& response) {
+                      const auto entry = EntryOfDepth0(response, SegmentsOfUrl(url).value_or(DavPath()));
+                      if (entry || !IsPassing(response) || attempts == maxLooks) {
+                          looked(response, entry);
+                          return;
+                      }
+                      QTimer::singleShot(pause * attempts, [this, url, attempts, looked, guard = lifetime.Watch()] {
+                          if (guard) {
+                              LookAgain(url, attempts + 1, looked);
+                          }
+                      });
+                  });
 }
 
 void FileRequests::Move(const QByteArray& from, const QByteArray& to, bool mayOverwrite, Changed changed)

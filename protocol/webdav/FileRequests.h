@@ -27,6 +27,9 @@ public:
     /// again a few times.
     void Look(const QByteArray& name, Looked looked);
 
+    /// The same at the address that has answered a change, which is another one after a redirect.
+    void LookAt(const QByteArray& url, Looked looked);
+
     /// Renames a file, and finds out how this server wants to be told where to.
     void Move(const QByteArray& from, const QByteArray& to, bool mayOverwrite, Changed changed);
 
@@ -35,7 +38,7 @@ public:
     bool MayBeTheDestination(const ChangeResult& result) const;
 
 private:
-    void LookAgain(const QByteArray& name, int attempts, Looked looked);
+    void LookAgain(const QByteArray& url, int attempts, Looked looked);
 
     /// With the first of these forms, then, as long as the destination is what the server refuses, with the others.
     void MoveInForms(std::vector<DestinationForm> forms, const QByteArray& from, const QByteArray& to,
