@@ -9,7 +9,6 @@
 #include <cstring>
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace Norlis::Files {
@@ -24,23 +23,24 @@ const auto temporarySuffix = QStringLiteral(".part");
 AtomicFile::~AtomicFile()
 {
     if (file.isOpen()) {
-        file.remove();
+        QFile::remove(temporaryPath);
     }
 }
 
-bool AtomicFile::Open(const QString& folder)
+bool AtomicFile::Open(const QString& folder, unsigned permissions)
 {
     for (int attempt = 0; attempt < 8; ++attempt) {
-        file.setFileName(folder + '/' + NewTemporaryName());
-        if (file.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered)) {
-            return true;
+        temporaryPath = folder + '/' + NewTemporaryName();
+        const int descriptor =
+            open(QFile::encodeName(temporaryPath).constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, permissions);
+        if (descriptor >= 0) {
+            return file.open(descriptor, QIODevice::WriteOnly | QIODevice::Unbuffered, QFileDevice::AutoCloseHandle);
         }
-        if (!file.exists()) {
+        if (errno != EEXIST) {
             break;
         }
     }
-    error = file.errorString();
-    return false;
+    return Fail(errno);
 }
 
 bool AtomicFile::Write(const char* data, qint64 size)
@@ -65,22 +65,30 @@ bool AtomicFile::Sync()
 
 bool AtomicFile::CommitReplacing(const QString& path)
 {
-    // Who may read the file stays as it was: a private one does not become public by a newer version.
-    struct stat replaced = {};
-    if (stat(QFile::encodeName(path).constData(), &replaced) == 0 && S_ISREG(replaced.st_mode) &&
-        fchmod(file.handle(), replaced.st_mode & 0777) != 0) {
-        return Fail(errno);
-    }
-    if (const auto failure = MoveReplacing(file.fileName(), path)) {
+    if (const auto failure = MoveReplacing(temporaryPath, path)) {
         return Fail(failure.value());
     }
     Close();
     return true;
 }
 
+std::error_code AtomicFile::CommitExchanging(const QString& path)
+{
+    auto failure = CopyPermissions(path, temporaryPath);
+    if (!failure) {
+        failure = Exchange(temporaryPath, path);
+    }
+    if (failure) {
+        Fail(failure.value());
+    } else {
+        Close();
+    }
+    return failure;
+}
+
 AtomicFile::Outcome AtomicFile::CommitNew(const QString& path)
 {
-    const auto failure = MoveUnlessTaken(file.fileName(), path);
+    const auto failure = MoveUnlessTaken(temporaryPath, path);
     if (failure == std::errc::file_exists) {
         return Outcome::NameTaken;
     }
@@ -103,9 +111,14 @@ const FileIdentity& AtomicFile::CommittedVersion() const
     return committed;
 }
 
+FileIdentity AtomicFile::Version() const
+{
+    return FileIdentity::OfDescriptor(file.handle());
+}
+
 QString AtomicFile::Path() const
 {
-    return file.fileName();
+    return temporaryPath;
 }
 
 QString AtomicFile::ErrorText() const

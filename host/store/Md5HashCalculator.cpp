@@ -94,7 +94,6 @@ std::string Md5HashCalculator::Private::Hash(const std::string& path)
     if (!reader.Open(path)) {
         return {};
     }
-    const bool isSettled = reader.Version().TimeUntilSettled() <= nanoseconds::zero();
     while (!reader.Next().isEmpty()) {
         if (IsStopping()) {
             return {};
@@ -104,7 +103,7 @@ std::string Md5HashCalculator::Private::Hash(const std::string& path)
         return {};
     }
     auto hash = reader.Md5().toStdString();
-    if (isSettled && reader.IsUnchanged()) {
+    if (reader.IsLasting()) {
         cache.Store(path, reader.Version(), hash);
     }
     return hash;
