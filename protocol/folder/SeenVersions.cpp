@@ -1,0 +1,71 @@
+#include "SeenVersions.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QStringList>
+
+namespace Norlis::Social {
+
+namespace {
+
+const auto settled = QStringLiteral("settled");
+const auto unsettled = QStringLiteral("unsettled");
+
+QPair<QString, QString> KeyOf(const QString& id, const QString& localPath)
+{
+    return {id, QDir::cleanPath(QFileInfo(localPath).absoluteFilePath())};
+}
+
+} // namespace
+
+QString SeenVersion::ToText() const
+{
+    return QStringList{identity.ToString(), isSettled ? settled : unsettled, md5Hash}.join(' ');
+}
+
+std::optional<SeenVersion> SeenVersion::FromText(const QString& text)
+{
+    const QStringList parts = text.split(' ');
+    const SeenVersion version{Files::FileIdentity::FromString(parts.value(0)), parts.value(2),
+                              parts.value(1) == settled};
+    return parts.size() == 3 && version.identity.IsFile() ? std::optional(version) : std::nullopt;
+}
+
+SeenVersion::Match SeenVersion::Compare(const Files::FileIdentity& now) const
+{
+    if (now == identity && (isSettled || md5Hash.isEmpty())) {
+        return Match::Same;
+    }
+    return now.size == identity.size && !md5Hash.isEmpty() ? Match::Undecided : Match::Other;
+}
+
+void SeenVersions::Show(const QString& id, const SeenVersion& version)
+{
+    shown[id] = version;
+}
+
+void SeenVersions::Pass(const QString& id, const QString& localPath, const SeenVersion& version)
+{
+    Show(id, version);
+    passed[KeyOf(id, localPath)] = version;
+}
+
+std::optional<QString> SeenVersions::ForUpload(const QString& id, const QString& localPath) const
+{
+    const auto version = passed.constFind(KeyOf(id, localPath));
+    return version != passed.constEnd() ? version->ToText() : ForRemoval(id);
+}
+
+std::optional<QString> SeenVersions::ForRemoval(const QString& id) const
+{
+    const auto version = shown.constFind(id);
+    return version != shown.constEnd() ? std::optional(version->ToText()) : std::nullopt;
+}
+
+void SeenVersions::Forget()
+{
+    shown.clear();
+    passed.clear();
+}
+
+} // namespace Norlis::Social
