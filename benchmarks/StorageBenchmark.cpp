@@ -13,7 +13,6 @@
 #include <sqlite3.h>
 
 #include <chrono>
-#include <optional>
 #include <stdexcept>
 
 namespace {

@@ -25,7 +25,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
-#include <vector>
 
 namespace {
 

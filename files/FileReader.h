@@ -10,7 +10,7 @@
 
 namespace Norlis::Files {
 
-/// Reads a regular file from begin to end, in pieces, and hashes what passes.
+/// Reads a regular file from beginning to end, in pieces, and hashes what passes.
 class FileReader {
 public:
     /// Bytes of a piece. Large enough for full speed, small enough that other requests of the same thread need not
@@ -34,7 +34,7 @@ public:
     /// As of opening.
     const FileIdentity& Version() const;
 
-    /// Whether the file at the path is still the one, unchanged, that was opened.
+    /// Whether the opened file has been read to its end and has not changed since it was opened.
     bool IsUnchanged() const;
 
     /// Whether a file that still has this version still has what was read: it is unchanged, and it had settled before

@@ -6,7 +6,6 @@
 #include <protocol/dav/Collection.h>
 #include <protocol/http/Origin.h>
 
-#include <algorithm>
 #include <stdexcept>
 
 namespace {

@@ -1,6 +1,6 @@
 // Feeds the reader of WebDAV listings with what no server would send, see LLVM's libFuzzer:
 //   MultiStatusFuzzer -dict=<sources>/fuzz/multistatus.dict -max_total_time=60 <new folder>
-//   <sources>/tests/protocol/dav/multistatus
+//   <sources>/fuzz/corpus/multistatus
 
 #include "Require.h"
 

@@ -38,34 +38,34 @@ void DoctorCommand::SignIn(const QString& token)
 {
     protocol->auth({{NorlisCloudProtocol::SSO_TOKEN, token}}, [this](qint64, Social::RequestResult result) {
         if (result == Social::Success) {
-            Examine();
+            Probe();
         } else {
             Fail(FailureText("Signing in failed", cause));
         }
     });
 }
 
-void DoctorCommand::Examine()
+void DoctorCommand::Probe()
 {
     protocol->probeService(
-        [this](qint64, Social::RequestResult result, const NorlisCloudProtocol::ServiceCapabilities& traits) {
+        [this](qint64, Social::RequestResult result, const NorlisCloudProtocol::ServiceCapabilities& capabilities) {
             if (result == Social::Success) {
-                Show(traits);
+                Show(capabilities);
             } else {
-                Fail(FailureText("Examining the service failed", cause));
+                Fail(FailureText("Checking the service failed", cause));
             }
         });
 }
 
-void DoctorCommand::Show(const NorlisCloudProtocol::ServiceCapabilities& traits)
+void DoctorCommand::Show(const NorlisCloudProtocol::ServiceCapabilities& capabilities)
 {
     QJsonObject object;
     QString table;
     int nameColumns = 0;
-    for (const auto& trait : traits) {
-        nameColumns = qMax(nameColumns, DisplayWidth(Printable(trait.first)));
+    for (const auto& capability : capabilities) {
+        nameColumns = qMax(nameColumns, DisplayWidth(Printable(capability.first)));
     }
-    for (const auto& [name, finding] : traits) {
+    for (const auto& [name, finding] : capabilities) {
         object[name] = finding;
         table += PadRight(Printable(name), nameColumns) + "  " + Printable(finding) + '\n';
     }

@@ -20,8 +20,8 @@ public:
 
 private:
     void SignIn(const QString& token);
-    void Examine();
-    void Show(const Social::NorlisCloudProtocol::ServiceCapabilities& traits);
+    void Probe();
+    void Show(const Social::NorlisCloudProtocol::ServiceCapabilities& capabilities);
     void Fail(const QString& text);
 
     Social::OAuth2::Failure cause; ///< why the last request failed

@@ -60,8 +60,8 @@ private:
     /// one it says nothing.
     bool EndSession(const std::shared_ptr<WebDavSession>& refused);
 
-    /// To be called with a session that may have ended. It is destroyed when nothing of it is under way, and
-    /// only from the event loop, since it may be the caller.
+    /// To be called with a session that may have ended. It is let go of when nothing of it is under way, and only from
+    /// the event loop, since it may be the caller. A preview that is being fetched keeps it a little longer.
     void Retire(const std::shared_ptr<WebDavSession>& ended);
 
     /// Destroys ended sessions that are idle, and completes the shutdown when nothing else is under way.

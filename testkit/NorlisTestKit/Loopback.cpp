@@ -1,6 +1,5 @@
 #include "Loopback.h"
 
-#include <QDeadlineTimer>
 #include <QHostAddress>
 #include <QRandomGenerator>
 #include <QTcpServer>

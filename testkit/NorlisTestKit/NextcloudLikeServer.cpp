@@ -2,8 +2,6 @@
 
 #include <QCryptographicHash>
 
-#include <algorithm>
-
 namespace Norlis::TestKit {
 
 namespace {

@@ -16,20 +16,22 @@ os.environ["QT_QPA_PLATFORM"] = "offscreen"
 
 
 def table():
-    """Server to trait to finding."""
+    """Server to capability to finding."""
     lines = (project / "docs/servers.md").read_text(encoding="utf-8").splitlines()
-    start = next(number for number, line in enumerate(lines) if line.startswith("| Trait | apache |"))
+    start = next(number for number, line in enumerate(lines) if line.startswith("| Capability | apache |"))
     rows = []
     for line in lines[start:]:
         if not line.startswith("|"):
             break
         rows.append([cell.strip() for cell in line.strip("|").split("|")])
     return {
-        server: {row[0]: row[column] for row in rows[2:]} for column, server in enumerate(rows[0]) if server != "Trait"
+        server: {row[0]: row[column] for row in rows[2:]}
+        for column, server in enumerate(rows[0])
+        if server != "Capability"
     }
 
 
-def examine(kind):
+def probe(kind):
     server = subprocess.Popen(
         [build / "tests/servers/serve", kind], stdout=subprocess.PIPE, text=True, encoding="utf-8"
     )
@@ -53,11 +55,11 @@ def comparable(findings):
 
 problems = []
 for kind, shown in table().items():
-    said = comparable(examine(kind))
+    said = comparable(probe(kind))
     shown = comparable(shown)
-    for trait in sorted(said.keys() | shown.keys()):
-        if said.get(trait) != shown.get(trait):
-            problems.append(f'{kind}, {trait}: the page shows "{shown.get(trait)}", doctor says "{said.get(trait)}"')
+    for name in sorted(said.keys() | shown.keys()):
+        if said.get(name) != shown.get(name):
+            problems.append(f'{kind}, {name}: the page shows "{shown.get(name)}", doctor says "{said.get(name)}"')
 if len(table()) < 5:
     problems.append("The page does not show all of the servers")
 fail_with(problems)

@@ -3,7 +3,6 @@
 
 #include <files/AtomicFile.h>
 
-#include <QDir>
 #include <QFileInfo>
 #include <QTemporaryDir>
 

@@ -7,7 +7,6 @@
 #include <tests/support/Rounds.h>
 
 #include <QAbstractItemModelTester>
-#include <QElapsedTimer>
 #include <QRandomGenerator>
 #include <QSignalSpy>
 #include <QSortFilterProxyModel>

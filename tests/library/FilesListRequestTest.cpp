@@ -2,8 +2,6 @@
 
 #include <QSignalSpy>
 
-#include <limits>
-
 namespace Norlis::Test {
 
 namespace {

@@ -2,8 +2,6 @@
 
 #include <contracts/NorlisCloudProtocol.h>
 
-#include <QSignalSpy>
-
 namespace Norlis::Test {
 
 namespace {

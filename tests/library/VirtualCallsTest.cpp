@@ -1,7 +1,6 @@
 #include "CloudManagerBench.h"
 
 #include <QSignalSpy>
-#include <QTimer>
 
 namespace Norlis::Test {
 

@@ -7,8 +7,6 @@
 #include <QSet>
 #include <QTemporaryDir>
 
-#include <algorithm>
-
 namespace Norlis::Test {
 
 namespace {

@@ -2,9 +2,6 @@
 #include <tests/support/FolderUnderTest.h>
 
 #include <QDateTime>
-#include <QDir>
-#include <QJsonDocument>
-#include <QJsonObject>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

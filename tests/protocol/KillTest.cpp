@@ -1,7 +1,6 @@
 #include <tests/support/FolderUnderTest.h>
 #include <tests/support/Rounds.h>
 
-#include <QFileInfo>
 #include <QProcess>
 #include <QRandomGenerator>
 

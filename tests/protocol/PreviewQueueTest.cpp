@@ -1,10 +1,7 @@
-#include <tests/support/Files.h>
 #include <tests/support/Renderers.h>
 #include <tests/support/Waiting.h>
 
 #include <protocol/preview/PreviewQueue.h>
-
-#include <QThread>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

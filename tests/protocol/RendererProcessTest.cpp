@@ -1,4 +1,3 @@
-#include <tests/support/Files.h>
 #include <tests/support/Renderers.h>
 #include <tests/support/Waiting.h>
 

@@ -2,7 +2,6 @@
 
 #include <NorlisTestKit/Loopback.h>
 
-#include <QDir>
 #include <QFile>
 
 #include <gmock/gmock.h>

@@ -180,10 +180,10 @@ AnswerPtr<QPixmap> Client::Preview(const QString& id, const QSize& box)
     });
 }
 
-AnswerPtr<NorlisCloudProtocol::ServiceCapabilities> Client::Examine()
+AnswerPtr<NorlisCloudProtocol::ServiceCapabilities> Client::Probe()
 {
-    using Traits = NorlisCloudProtocol::ServiceCapabilities;
-    return Start<Traits>([&](const AnswerPtr<Traits>& answer) {
+    using Capabilities = NorlisCloudProtocol::ServiceCapabilities;
+    return Start<Capabilities>([&](const AnswerPtr<Capabilities>& answer) {
         return protocol->probeService(DoneInto(answer, this, &isInsideACall));
     });
 }

@@ -78,7 +78,7 @@ public:
                                                        const QString& md5 = {});
     AnswerPtr<QuotaMap> Quota();
     AnswerPtr<QPixmap> Preview(const QString& id, const QSize& box);
-    AnswerPtr<NorlisCloudProtocol::ServiceCapabilities> Examine();
+    AnswerPtr<NorlisCloudProtocol::ServiceCapabilities> Probe();
 
     void Cancel(qint64 id);
 

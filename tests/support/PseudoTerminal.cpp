@@ -1,7 +1,5 @@
 #include "PseudoTerminal.h"
 
-#include <QFile>
-
 #include <cerrno>
 #include <csignal>
 #include <cstring>

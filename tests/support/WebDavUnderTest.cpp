@@ -1,5 +1,4 @@
 #include "WebDavUnderTest.h"
-#include "Rounds.h"
 
 #include "Files.h"
 

@@ -9,7 +9,7 @@ namespace {
 
 class DoctorTest : public ProgramTest {};
 
-TEST_F(DoctorTest, TraitsStandInTwoColumns)
+TEST_F(DoctorTest, CapabilitiesStandInTwoColumns)
 {
     SignIn();
     const Outcome outcome = Run({"doctor"});
@@ -24,7 +24,7 @@ TEST_F(DoctorTest, TraitsStandInTwoColumns)
     }
 }
 
-TEST_F(DoctorTest, TraitsAreAvailableAsJson)
+TEST_F(DoctorTest, CapabilitiesAreAvailableAsJson)
 {
     SignIn();
     const auto results = Run({"doctor", "--json"}).JsonLines();

@@ -344,7 +344,7 @@ TEST_F(DocumentsWindowTest, RemovalAsksOnceAndNamesTheDocument)
     QTest::keyClick(Documents(), Qt::Key_Delete);
     Answer("Remove");
     EXPECT_TRUE(Shows({"a.pdf"}));
-    EXPECT_THAT(Find<QLabel>("status")->text().toStdString(), testing::StartsWith("1 document(s) ·"));
+    EXPECT_THAT(Find<QLabel>("status")->text().toStdString(), testing::StartsWith("1 document ·"));
     EXPECT_FALSE(ReadFile(Cloud("b.pdf")));
     EXPECT_THAT(Questions(), IsEmpty());
 }

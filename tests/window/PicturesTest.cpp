@@ -1,16 +1,10 @@
 #include "WindowTest.h"
 
-#include <apps/window/Translations.h>
 #include <NorlisTestKit/FaultServer.h>
 
-#include <QAbstractButton>
 #include <QApplication>
-#include <QComboBox>
-#include <QLabel>
 #include <QLineEdit>
 #include <QListView>
-#include <QMenuBar>
-#include <QPainter>
 #include <QSet>
 
 namespace Norlis::Test {
@@ -23,11 +17,6 @@ using namespace TestKit;
 /// at.
 class PicturesTest : public WindowTest {
 protected:
-    static void SetUpTestSuite()
-    {
-        Window::InstallTranslations(*qApp, QLocale(QLocale::English));
-    }
-
     /// Documents as people have them.
     void PutSamples()
     {

@@ -1,5 +1,7 @@
 #include "WindowTest.h"
 
+#include <apps/window/Translations.h>
+
 #include <QAbstractButton>
 #include <QDir>
 #include <QDropEvent>
@@ -10,6 +12,7 @@
 #include <QMessageBox>
 #include <QMimeData>
 #include <QTest>
+#include <QTranslator>
 #include <QUrl>
 
 namespace Norlis::Test {
@@ -27,11 +30,16 @@ QString Plain(QString text)
 
 WindowTest::WindowTest()
 {
+    Window::InstallTranslations(*qApp, QLocale(QLocale::English)); // the plurals
     MakeFolder(Cloud());
     QSettings(Local("data/window.ini"), QSettings::IniFormat).setValue("downloadFolder", Local("downloads"));
 }
 
-WindowTest::~WindowTest() = default;
+WindowTest::~WindowTest()
+{
+    window.reset();
+    qDeleteAll(qApp->findChildren<QTranslator*>());
+}
 
 void WindowTest::Open()
 {

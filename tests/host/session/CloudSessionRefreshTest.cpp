@@ -1,6 +1,5 @@
 #include <tests/support/SessionTest.h>
 
-#include <QFile>
 #include <QSignalSpy>
 #include <QTimer>
 

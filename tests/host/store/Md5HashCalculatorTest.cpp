@@ -4,7 +4,6 @@
 #include <tests/support/SqliteFile.h>
 
 #include <QCryptographicHash>
-#include <QFileInfo>
 #include <QSemaphore>
 #include <QTemporaryDir>
 #include <QTest>

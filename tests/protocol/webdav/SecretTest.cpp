@@ -65,10 +65,10 @@ protected:
                      EXPECT_FALSE(HoldsSecret(page->payload.toEncoded()));
                  },
                  [&] {
-                     const auto traits = client.Examine();
-                     came(traits);
-                     for (const auto& [trait, finding] : qAsConst(traits->payload)) {
-                         EXPECT_FALSE(HoldsSecret(finding.toUtf8())) << trait.toStdString();
+                     const auto capabilities = client.Probe();
+                     came(capabilities);
+                     for (const auto& [capability, finding] : qAsConst(capabilities->payload)) {
+                         EXPECT_FALSE(HoldsSecret(finding.toUtf8())) << capability.toStdString();
                      }
                  }}) {
             if (!client.Protocol()->loggedIn()) {

@@ -9,21 +9,21 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 
-QMap<QString, QString> ByTrait(const NorlisCloudProtocol::ServiceCapabilities& traits)
+QMap<QString, QString> ByCapability(const NorlisCloudProtocol::ServiceCapabilities& capabilities)
 {
     QMap<QString, QString> findings;
-    for (const auto& [trait, finding] : traits) {
-        EXPECT_FALSE(findings.contains(trait)) << trait.toStdString();
-        findings[trait] = finding;
+    for (const auto& [capability, finding] : capabilities) {
+        EXPECT_FALSE(findings.contains(capability)) << capability.toStdString();
+        findings[capability] = finding;
     }
     return findings;
 }
 
-std::string TextOf(const NorlisCloudProtocol::ServiceCapabilities& traits)
+std::string TextOf(const NorlisCloudProtocol::ServiceCapabilities& capabilities)
 {
     QStringList lines;
-    for (const auto& [trait, finding] : traits) {
-        lines << trait + ": " + finding;
+    for (const auto& [capability, finding] : capabilities) {
+        lines << capability + ": " + finding;
     }
     return lines.join('\n').toStdString();
 }
@@ -38,10 +38,10 @@ class ServerProbeTest : public SignedInServiceTest<> {
 protected:
     QMap<QString, QString> Findings()
     {
-        const auto traits = client.Examine();
-        EXPECT_TRUE(traits->Succeeds()) << LastReason(client);
+        const auto capabilities = client.Probe();
+        EXPECT_TRUE(capabilities->Succeeds()) << LastReason(client);
         EXPECT_EQ(server.Names(), QStringList());
-        return ByTrait(traits->payload);
+        return ByCapability(capabilities->payload);
     }
 };
 
@@ -51,14 +51,14 @@ TEST_F(ServerProbeTest, TellsWhatAGoodServerCanDo)
     EXPECT_EQ(findings["service"], "WebDAV");
     EXPECT_EQ(findings["software"], "not reported");
     EXPECT_EQ(findings["DAV classes"], "1");
-    for (const char* trait :
+    for (const char* capability :
          {"accepts uploads", "honours If-None-Match", "honours If-Match", "ETag in lists", "range requests",
           "ETag with the content", "MOVE", "custom properties", "honours Overwrite: F", "reports creation times"}) {
-        EXPECT_EQ(findings[trait], "yes") << trait;
+        EXPECT_EQ(findings[capability], "yes") << capability;
     }
-    for (const char* trait :
+    for (const char* capability :
          {"own file ids and checksums", "reports used storage", "reports free storage", "creates previews"}) {
-        EXPECT_EQ(findings[trait], "no") << trait;
+        EXPECT_EQ(findings[capability], "no") << capability;
     }
 }
 
@@ -81,9 +81,9 @@ TEST_F(ServerProbeTest, TellsWhatAServerCannotDo)
                          wire.Finish();
                      }});
     const auto findings = Findings();
-    for (const char* trait :
+    for (const char* capability :
          {"honours If-None-Match", "honours If-Match", "range requests", "custom properties", "honours Overwrite: F"}) {
-        EXPECT_EQ(findings[trait], "no") << trait;
+        EXPECT_EQ(findings[capability], "no") << capability;
     }
 }
 
@@ -107,13 +107,13 @@ TEST_F(ServerProbeTest, LeavesNothingBehindWhereverItFails)
             server.BehaveAgain();
             ASSERT_TRUE(user.SignIn());
             server.Misbehave(when, fault);
-            ASSERT_TRUE(WaitUntil([answer = user.Examine()] { return answer->Came(); }));
+            ASSERT_TRUE(WaitUntil([answer = user.Probe()] { return answer->Came(); }));
             EXPECT_TRUE(WaitUntil([&] { return server.Names().isEmpty(); }, 5'000)) << when.operation.constData();
         }
         server.BehaveAgain();
         ASSERT_TRUE(user.SignIn());
         server.Misbehave(when, DoesItAndHangs());
-        EXPECT_TRUE(user.Examine()->Fails());
+        EXPECT_TRUE(user.Probe()->Fails());
         EXPECT_THAT(LastReason(user), HasSubstr("silent"));
         EXPECT_TRUE(WaitUntil([&] { return server.Names().isEmpty(); }, 5'000)) << when.operation.constData();
     }
@@ -128,15 +128,15 @@ TEST_F(ServerProbeTest, LeavesNothingBehindWhenItIsGivenUp)
             server.BehaveAgain();
             server.ForgetRequests();
             server.Misbehave(method, DoesItAndHangs());
-            const auto examination = user.Examine();
+            const auto probe = user.Probe();
             ASSERT_TRUE(WaitUntil([&] { return server.Count(method) == 1 && !server.Names().isEmpty(); }));
             if (isDestroyed) {
                 user.Destroy();
             } else {
-                user.Cancel(examination->operation);
+                user.Cancel(probe->operation);
             }
             EXPECT_TRUE(WaitUntil([&] { return server.Names().isEmpty(); }, 5'000)) << method << isDestroyed;
-            EXPECT_FALSE(examination->Came());
+            EXPECT_FALSE(probe->Came());
         }
     }
 }
@@ -151,15 +151,15 @@ TEST_F(ServerProbeTest, CanBeShownToOthers)
                                        QByteArray(10'000, 'x')}) {
         server.BehaveAgain();
         server.Misbehave("OPTIONS", Adds("Server", software));
-        const auto traits = client.Examine();
-        ASSERT_TRUE(traits->Succeeds());
-        const std::string text = TextOf(traits->payload);
+        const auto capabilities = client.Probe();
+        ASSERT_TRUE(capabilities->Succeeds());
+        const std::string text = TextOf(capabilities->payload);
         for (const char* word : {"norlis", "127.0.0.1", "documents/", "secret-plans", "\x1b", "\u202e"}) {
             EXPECT_THAT(text, Not(HasSubstr(word)));
         }
         EXPECT_FALSE(HoldsSecret(QByteArray::fromStdString(text)));
         EXPECT_LT(text.size(), 1'000U);
-        EXPECT_EQ(ByTrait(traits->payload)["software"] == "Apache/2.4", software == "Apache/2.4");
+        EXPECT_EQ(ByCapability(capabilities->payload)["software"] == "Apache/2.4", software == "Apache/2.4");
     }
     EXPECT_EQ(server.Names(), QStringList("secret-plans.pdf"));
 }
@@ -169,12 +169,12 @@ class NextcloudProbeTest : public SignedInServiceTest<NextcloudLikeServer> {};
 TEST_F(NextcloudProbeTest, ReportsWhatNextcloudSupports)
 {
     server.SetQuota(1, 1);
-    const auto traits = client.Examine();
-    ASSERT_TRUE(traits->Succeeds());
-    const auto findings = ByTrait(traits->payload);
-    for (const char* trait :
+    const auto capabilities = client.Probe();
+    ASSERT_TRUE(capabilities->Succeeds());
+    const auto findings = ByCapability(capabilities->payload);
+    for (const char* capability :
          {"own file ids and checksums", "reports used storage", "reports free storage", "creates previews"}) {
-        EXPECT_EQ(findings[trait], "yes") << trait;
+        EXPECT_EQ(findings[capability], "yes") << capability;
     }
     EXPECT_EQ(server.Names(), QStringList());
 }

@@ -23,7 +23,7 @@ std::vector<std::function<qint64(Client&)>> AllRequests(const QString& document,
             [=](Client& client) {
                 return client.Preview(document, {64, 64})->operation;
             },
-            [](Client& client) { return client.Examine()->operation; },
+            [](Client& client) { return client.Probe()->operation; },
             [=](Client& client) { return client.Download(document, target)->operation; },
             [=](Client& client) { return client.Upload(local)->operation; },
             [=](Client& client) { return client.Remove(document)->operation; }};
