@@ -32,7 +32,7 @@ CloudFile EntryOf(const FolderDocument& document, const QString& md5Hash)
     file.name = document.name;
     file.size = document.version.size;
     file.mimeType = QMimeDatabase().mimeTypeForFile(document.name, QMimeDatabase::MatchExtension).name();
-    file.md5Hash = md5Hash;
+    file.md5Hash = md5Hash.isEmpty() ? "version:" + document.version.ToString() : md5Hash;
     file.createdAt = IsoText(QFileInfo(document.path).birthTime());
     file.modifiedAt = IsoText(ModifiedAt(document.version));
     return file;
@@ -115,6 +115,7 @@ std::optional<Reply> ListJob::Step()
         const auto hash = store.HashOf(document);
         if (isHashed) {
             files.append(EntryOf(document, hash.md5Hash));
+            shown.push_back({document.version, hash.md5Hash, document.isSettled});
         }
         if (!hash.isCertain) {
             unhashed.push_back(document);
@@ -153,8 +154,7 @@ Reply ListJob::Listed()
         return Unusable(); // it vanished while the documents were read
     }
     for (std::size_t index = 0; index < documents->size(); ++index) {
-        const auto& document = (*documents)[index];
-        seen.Show(document.id, {document.version, files[static_cast<int>(index)].md5Hash, document.isSettled});
+        seen.Show((*documents)[index].id, shown[index]);
     }
     store.KeepHashesOf(*documents);
     store.SaveHashes();

@@ -77,6 +77,7 @@ private:
     bool isChosen = false;
     bool isHashed = false;
     QList<CloudFile> files;
+    std::vector<SeenVersion> shown;
 };
 
 /// How a copy gets its final name.
@@ -137,6 +138,7 @@ private:
 };
 
 /// The entry of a document in the files list.
+/// \param md5Hash empty when it is not known: a text that stands for the version takes its place
 CloudFile EntryOf(const FolderDocument& document, const QString& md5Hash);
 
 } // namespace Norlis::Social

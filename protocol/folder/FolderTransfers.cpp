@@ -147,8 +147,7 @@ public:
             return transfers.Uploaded(request, name, change->Version(), source.Md5());
         }
         return NotChanged(*outcome, upload, name, change->ErrorText(),
-                          "Download it to another folder to compare the two. To keep both, upload yours under another "
-                          "name.");
+                          "Look at the version in the cloud first. To keep both, upload yours under another name.");
     }
 
     bool IsWaiting() const override

@@ -315,13 +315,17 @@ TEST_F(FolderCloudTest, NothingWaitsForTheHashOfAHugeDocument)
     EXPECT_EQ(client.Entry("small.pdf").md5Hash, Md5Of("content"));
     EXPECT_TRUE(client.Download(client.Entry("small.pdf").id, folder.filePath("target.pdf"))->Succeeds());
     EXPECT_EQ(client.Entry("huge.pdf").size, 100 * 1024 * MiB);
-    EXPECT_EQ(client.Entry("huge.pdf").md5Hash, "");
-    // The smaller one is hashed first, meanwhile.
-    EXPECT_TRUE(WaitUntil([&] { return !client.Entry("large.pdf").md5Hash.isEmpty(); })); // and goes on beside lists
+    const QString hash = client.Entry("huge.pdf").md5Hash; // stands for the version
+    EXPECT_TRUE(hash.startsWith("version:")) << hash.toStdString();
+    EXPECT_EQ(client.Entry("huge.pdf").md5Hash, hash);
+    // The smaller one is hashed first, meanwhile, and goes on beside lists.
+    EXPECT_TRUE(WaitUntil([&] { return !client.Entry("large.pdf").md5Hash.startsWith("version:"); }));
     client.Destroy();
     Client other(cloud.Settings());
     ASSERT_TRUE(other.SignIn());
-    EXPECT_FALSE(other.Entry("large.pdf").md5Hash.isEmpty());
+    EXPECT_FALSE(other.Entry("large.pdf").md5Hash.startsWith("version:"));
+    cloud.PutLarge("huge.pdf", 100 * 1024 * MiB + 1);
+    EXPECT_NE(other.Entry("huge.pdf").md5Hash, hash);
 }
 
 TEST_F(FolderCloudTest, APrivateFileStaysPrivateInTheCloudAndBack)
