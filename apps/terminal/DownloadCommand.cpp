@@ -57,6 +57,7 @@ void DownloadCommand::OnDownloaded(const QString& id, const QString& path)
     if (output.IsJson()) {
         QJsonObject result = JsonOf(*entry);
         result["action"] = "downloaded";
+        result["path"] = QFileInfo(path).canonicalFilePath(); // the list may show another copy
         output.Json(QJsonDocument(result));
     } else {
         const QString& hash = entry->md5Hash; // not every service has one

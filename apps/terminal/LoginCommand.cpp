@@ -7,8 +7,6 @@
 
 #include <QJsonObject>
 
-#include <stdexcept>
-
 namespace Norlis::Terminal {
 
 namespace {
@@ -39,11 +37,29 @@ QString LoginCommand::Token()
         } else {
             Finish(ExitStatus::interrupted);
         }
+    } catch (const NoToken& problem) {
+        if (!arguments.tokenFile.isEmpty()) {
+            Fail(problem);
+        } else { // there are servers that ask for none
+            token = Host::CloudAccount::TokenForNone();
+            isTokenGiven = false;
+        }
     } catch (const std::runtime_error& problem) {
-        output.Error(QString::fromUtf8(problem.what()));
-        Finish(ExitStatus::failure);
+        Fail(problem);
     }
     return token;
+}
+
+void LoginCommand::Fail(const std::runtime_error& problem)
+{
+    output.Error(QString::fromUtf8(problem.what()));
+    Finish(ExitStatus::failure);
+}
+
+QString LoginCommand::SignInAdvice() const
+{
+    return isTokenGiven ? SessionCommand::SignInAdvice()
+                        : "No password or token was given. Enter one: " + account.LoginCommandLine();
 }
 
 void LoginCommand::Work()
@@ -52,8 +68,7 @@ void LoginCommand::Work()
     try {
         account.Remember(token);
     } catch (const std::runtime_error& problem) {
-        output.Error(QString::fromUtf8(problem.what()));
-        Finish(ExitStatus::failure);
+        Fail(problem);
         return;
     }
     if (output.IsJson()) {

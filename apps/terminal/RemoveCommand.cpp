@@ -9,6 +9,9 @@ RemoveCommand::RemoveCommand(const Environment& environment) : BatchCommand(envi
 void RemoveCommand::Work()
 {
     connect(&Session(), &Host::CloudSession::DocumentRemoved, this, &RemoveCommand::OnRemoved);
+    for (const auto& document : AllEntries(Session().Documents())) {
+        seen[document.id] = document;
+    }
     WithFreshList([this] { Begin(); });
 }
 
@@ -19,11 +22,27 @@ void RemoveCommand::Begin()
         ReportFailure(problem);
     }
     for (const auto& document : found.documents) {
+        if (!arguments.force && HasChanged(document)) {
+            ReportFailure(QStringLiteral("Removing \"%1\" failed: it has changed since you saw it. Look at the newer "
+                                         "version first, or use --force to remove it as it is now")
+                              .arg(document.name));
+            continue;
+        }
         names[document.id] = document.name;
         Expect(document.id, document.name);
         Session().Remove(document.id);
     }
     EndIfDone();
+}
+
+bool RemoveCommand::HasChanged(const DocumentEntry& document) const
+{
+    const auto before = seen.constFind(document.id);
+    if (before == seen.constEnd()) {
+        return false;
+    }
+    const bool areHashesKnown = !before->md5Hash.isEmpty() && !document.md5Hash.isEmpty();
+    return before->size != document.size || (areHashesKnown && before->md5Hash != document.md5Hash);
 }
 
 void RemoveCommand::OnRemoved(const QString& id)

@@ -49,7 +49,7 @@ QString Checked(QByteArray bytes)
         bytes.chop(1);
     }
     if (bytes.isEmpty()) {
-        throw std::runtime_error("No password or token was given");
+        throw NoToken();
     }
     if (bytes.size() > maxTokenSize) {
         throw std::runtime_error("That is too long for a password or token");
@@ -86,6 +86,8 @@ std::optional<QByteArray> ReadInput(bool isTerminal, int interruptDescriptor)
 }
 
 } // namespace
+
+NoToken::NoToken() : std::runtime_error("No password or token was given") {}
 
 QString TokenFromFile(const QString& path)
 {

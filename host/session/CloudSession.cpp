@@ -1,6 +1,7 @@
 #include "CloudSession.h"
 
 #include "ListMerge.h"
+#include "Records.h"
 #include "SessionContext.h"
 #include "SessionDownloads.h"
 #include "SessionLists.h"
@@ -62,7 +63,7 @@ public:
     const SessionContext context;
     QTimer slices; ///< runs while there is work that is done piece by piece
     SessionUploads uploads{context};
-    SessionDownloads downloads{context};
+    SessionDownloads downloads;
     SessionRemovals removals{context};
     ListMerge merge;
     SessionLists lists{context, merge};
@@ -77,6 +78,7 @@ CloudSession::Private::Private(CloudSession& session, const QString& dataFolder,
       documents(dataFolder + "/documents.sqlite", fileSystem, hashes),
       cloud(session, protocol, hashes, fileSystem, settings),
       context{session, cloud, documents, journal, *hashes, *fileSystem},
+      downloads(context, dataFolder + "/downloads"),
       merge(context, [this] { slices.start(); }),
       previews(context, [this] { slices.start(); })
 {
@@ -175,6 +177,29 @@ ICloudProtocol& CloudSession::Protocol()
 bool CloudSession::IsSignedIn()
 {
     return d->cloud.IsSignedIn();
+}
+
+QString CloudSession::DocumentAt(const QString& path)
+{
+    return d->documents.DocumentAt(ToText(d->fileSystem->NormalizePath(ToPath(path))));
+}
+
+bool CloudSession::IsCopy(const QString& path)
+{
+    return d->documents.IsCopy(ToText(d->fileSystem->NormalizePath(ToPath(path))));
+}
+
+void CloudSession::ReadLocalCopy(const QString& path)
+{
+    const QString normalizedPath = ToText(d->fileSystem->NormalizePath(ToPath(path)));
+    const auto show = [this, path, normalizedPath, guard = d->lifetime.Watch()] {
+        const QString id = d->documents.DocumentAt(normalizedPath);
+        d->documents.ShowCopy(id, normalizedPath);
+        if (guard) {
+            emit LocalCopyRead(path, id);
+        }
+    };
+    d->hashes->Prepare({normalizedPath}, &d->documents, show, Md5HashCalculator::Reading::Always);
 }
 
 void CloudSession::Upload(const QStringList& paths)

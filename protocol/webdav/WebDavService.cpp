@@ -7,6 +7,7 @@
 #include "SignInOperations.h"
 #include "UploadOperation.h"
 #include <base/Lifetime.h>
+#include <files/AbandonedFolder.h>
 #include <protocol/http/Origin.h>
 
 #include <QDir>
@@ -36,12 +37,20 @@ bool IsOneLine(const QString& text)
     return std::none_of(text.begin(), text.end(), [](QChar character) { return character.unicode() < 0x20; });
 }
 
-/// For documents while they are rendered.
+/// For documents while they are rendered. Those of programs that were killed are removed where nobody else makes
+/// folders.
 QString PreviewFolderTemplate(const QString& cacheFolder)
 {
+    const auto prefix = QStringLiteral("norlis-preview-");
     const QString parent = cacheFolder.isEmpty() ? QDir::tempPath() : cacheFolder;
     QDir().mkpath(parent);
-    return parent + "/norlis-preview-";
+    if (!cacheFolder.isEmpty()) {
+        const auto folders = QDir(cacheFolder).entryInfoList({prefix + "??????"}, QDir::Dirs);
+        for (const auto& folder : folders) {
+            Files::RemoveAbandonedFolder(folder.filePath());
+        }
+    }
+    return parent + '/' + prefix + "XXXXXX";
 }
 
 } // namespace
@@ -282,6 +291,7 @@ std::unique_ptr<PreviewSource::Fetch> WebDavService::FetchForPreview(const Previ
         result.isSignedOut = result.isSignedOut && EndSession(asked.lock());
         done(std::move(result));
     };
+    QDir().mkpath(previewFolder.path()); // it may have been unused for so long that another program removed it
     return std::make_unique<PreviewFetch>(session, session->documents.value(subject.document), box,
                                           previewFolder.path(), pool, whenFetched);
 }
