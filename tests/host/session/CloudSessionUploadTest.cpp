@@ -56,7 +56,7 @@ TEST_F(CloudSessionUploadTest, EveryFileOfAListEndsByItself)
 
 TEST_F(CloudSessionUploadTest, TimeOfManyUploadsGrowsWithTheirNumberAlone)
 {
-    constexpr int count = 3'000;
+    constexpr int count = 2'000;
     QStringList paths;
     for (int number = 0; number < count; ++number) {
         paths.append(Write(QString::number(number), "a"));
