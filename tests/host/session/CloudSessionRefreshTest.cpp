@@ -1,5 +1,6 @@
 #include <tests/support/SessionTest.h>
 
+#include <QFile>
 #include <QSignalSpy>
 #include <QTimer>
 
