@@ -83,21 +83,23 @@ public:
             Report(notStarted, FailureReply("The request", {}, "Nobody is signed in", "Sign in first.").failure);
             return notStarted;
         }
-        return connection->Send(
-            request,
-            [this, answer = std::move(answer)](qint64 id, Reply&& reply) {
-                const auto guard = lifetime.Watch();
-                if (reply.isSignedOut) {
-                    isLoggedIn = false; // a sign-in in progress may still succeed
-                }
-                if (reply.result == Error) {
-                    Report(id, reply.failure);
-                }
-                if (guard) {
-                    answer(id, reply.result, std::move(reply));
-                }
-            },
-            std::move(progress));
+        auto onReply = [this, answer = std::move(answer)](qint64 id, Reply&& reply) {
+            const auto guard = lifetime.Watch();
+            if (reply.isSignedOut) {
+                isLoggedIn = false; // a sign-in in progress may still succeed
+            }
+            if (reply.result == Error) {
+                Report(id, reply.failure);
+            }
+            if (guard) {
+                answer(id, reply.result, std::move(reply));
+            }
+        };
+        // This is how a host clears up after an upload that made no document: there is nothing to do.
+        const auto removal = std::get_if<Request::Remove>(&request);
+        return removal && removal->document.isEmpty()
+                   ? connection->Answer({}, std::move(onReply))
+                   : connection->Send(request, std::move(onReply), std::move(progress));
     }
 
     /// Sends a request whose callback takes the payload of the reply.

@@ -65,12 +65,23 @@ TEST_F(RemoveFaultTest, ALockThatStaysIsReported)
 TEST_F(RemoveFaultTest, AnUnknownIdSendsNoRemoval)
 {
     server.Put("..", "content"); // a name that must never become a part of an address
-    for (const QString& unknown : {QString(), QString("unknown"), QString("."), QString(".."), QString("/"),
-                                   QString("report.pdf"), QString("../documents"), QString("%2e%2e")}) {
+    for (const QString& unknown : {QString("unknown"), QString("."), QString(".."), QString("/"), QString("report.pdf"),
+                                   QString("../documents"), QString("%2e%2e")}) {
         EXPECT_TRUE(client.Remove(unknown)->Fails()) << unknown.toStdString();
     }
     EXPECT_EQ(server.Count("DELETE"), 0);
     EXPECT_EQ(server.Get("report.pdf"), QByteArray("content"));
+}
+
+TEST_F(RemoveFaultTest, ClearingUpAfterAnUploadThatMadeNoDocumentIsNoSecondFailure)
+{
+    server.Misbehave("PUT", AnswersWith(507));
+    const auto upload = client.Upload(LocalFile("new.pdf", "content"));
+    ASSERT_TRUE(upload->Fails());
+    const auto requests = server.Requests().size();
+    EXPECT_TRUE(client.Remove(upload->payload.id)->Succeeds());
+    EXPECT_EQ(client.failures.size(), 1U);
+    EXPECT_EQ(server.Requests().size(), requests);
 }
 
 TEST_F(RemoveFaultTest, OnlyTheDocumentsOwnAddressIsRemoved)
