@@ -6,6 +6,8 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 
+#include <limits>
+
 namespace Norlis::Social {
 
 namespace {
@@ -13,6 +15,7 @@ namespace {
 const auto what = QStringLiteral("Download");
 constexpr int maxFruitlessAttempts = 4;
 constexpr int maxRestarts = 3;
+constexpr qint64 usualGrowth = 4 * 1024 * 1024; // bytes; by which a document may have become larger since the list
 
 /// The parts of a Content-Range (RFC 9110, 14.4) of bytes.
 struct ContentRange {
@@ -89,6 +92,7 @@ void DownloadOperation::Start()
 void DownloadOperation::Get()
 {
     positionBefore = sink->Position();
+    sink->SetLimit(document.size.value_or(std::numeric_limits<qint64>::max() - usualGrowth) + usualGrowth);
     HttpRequest get = GetDocument(session->collection.UrlOf(document.name));
     if (positionBefore > 0 && EntityTag{etag}.IsStrong()) {
         get = FromPosition(get, positionBefore, etag);
@@ -138,11 +142,15 @@ void DownloadOperation::OnResponse(const HttpResponse& response)
         if (size >= 0 && size == document.size.value_or(size)) {
             Check(size);
         } else {
-            AskForSize();
+            CheckSize();
         }
         return;
     }
     if (Resume(response)) {
+        return;
+    }
+    if (response.fault == HttpResponse::Fault::SinkRefused && sink->IsOverLimit()) {
+        LookWhetherItHasGrown();
         return;
     }
     if (response.fault == HttpResponse::Fault::SinkRefused) {
@@ -182,19 +190,41 @@ bool DownloadOperation::Resume(const HttpResponse& response)
     return true;
 }
 
-void DownloadOperation::AskForSize()
+void DownloadOperation::CheckSize()
 {
     // The response ended where the connection did, or its length is not that in the list: only the server can say
     // whether that was the end of the document.
+    AskForSize([this](qint64 sizeNow) { Check(sizeNow); });
+}
+
+void DownloadOperation::LookWhetherItHasGrown()
+{
+    AskForSize([this](qint64 sizeNow) {
+        const bool hasGrown = sizeNow > document.size.value_or(sizeNow);
+        document.size = sizeNow;
+        if (!hasGrown || ++restarts > maxRestarts) {
+            Fail(QStringLiteral("The server sends more than the %1 bytes of the document").arg(sizeNow),
+                 "Try again. If this happens again, tell whoever runs the server.");
+        } else if (!sink->Open()) {
+            Fail(QStringLiteral("%1 cannot be written: %2").arg(QFileInfo(request.localPath).path(), sink->ErrorText()),
+                 "Free some space on the drive and try again.");
+        } else {
+            Get();
+        }
+    });
+}
+
+void DownloadOperation::AskForSize(std::function<void(qint64)> onSize)
+{
     const HttpRequest look = OnLane(HttpRequest::Lane::Transfer, PropFind(session->collection.UrlOf(document.name)));
-    requests.Send(look, [this](HttpResponse&& response) {
+    requests.Send(look, [this, onSize = std::move(onSize)](HttpResponse&& response) {
         DavPath path = session->collection.Path();
         path.push_back(document.name);
         const auto entry = EntryOfDepth0(response, path);
         if (!entry || !entry->size) {
             Fail("The server does not report the size of the document", "Try again.");
         } else {
-            Check(*entry->size);
+            onSize(*entry->size);
         }
     });
 }

@@ -31,7 +31,11 @@ private:
 
     /// Sends another request, if one may succeed after this response.
     bool Resume(const HttpResponse& response);
-    void AskForSize();
+    void AskForSize(std::function<void(qint64)> onSize);
+    void CheckSize();
+
+    /// More has arrived than the document has: it has grown, or the answer has no end.
+    void LookWhetherItHasGrown();
     void Check(qint64 expectedSize);
     void PutInPlace();
     void ReportProgress(qint64 position);
