@@ -55,8 +55,10 @@ HttpSink::Taken ListingSink::Add(const char* data, qint64 size)
     if (!parser->Add(QByteArray::fromRawData(data, static_cast<int>(size)))) {
         return Taken::Refused;
     }
-    onEntries(parser->TakeEntries());
-    return Taken::Yes;
+    auto entries = parser->TakeEntries();
+    const bool bringsNothing = entries.empty(); // such as blanks, which a server may send for ever
+    onEntries(std::move(entries));
+    return bringsNothing ? Taken::Idle : Taken::Yes;
 }
 
 QString ListingSink::Finish()

@@ -107,7 +107,9 @@ void UploadOperation::OnPut(const HttpResponse& response)
     }
     // A version that does not match may be our own: a request whose kept connection turns out to be closed is sent a
     // second time.
-    const bool isLost = isDirect && (response.fault != HttpResponse::Fault::None || response.Status() == 412);
+    // And a server that takes long to answer may have all of it.
+    const bool isLost = isDirect ? response.fault != HttpResponse::Fault::None || response.Status() == 412
+                                 : response.fault == HttpResponse::Fault::Silent && source->IsWholeAndUnchanged();
     if (!response.HasSucceeded() && !isLost) {
         Fail(session->FailureReplyTo(what, Name(), response), response.fault != HttpResponse::Fault::None);
         return;
@@ -115,7 +117,8 @@ void UploadOperation::OnPut(const HttpResponse& response)
     const QByteArray arrivedMd5 = response.head.Field("x-hash-md5").toLower();
     const QString ownMd5 = source->IsWholeAndUnchanged() ? source->Md5() : QString();
     const QString expectedMd5 = request.md5Hash.toLower();
-    if (!isLost && (ownMd5.isEmpty() || (!expectedMd5.isEmpty() && ownMd5 != expectedMd5))) {
+    const bool isOther = !ownMd5.isEmpty() && !expectedMd5.isEmpty() && ownMd5 != expectedMd5;
+    if (isOther || (ownMd5.isEmpty() && !isLost)) {
         Fail(FailureReply(what, Name(), QStringLiteral("%1 has changed in the meantime").arg(request.localPath),
                           "Try again."));
     } else if (!arrivedMd5.isEmpty() && arrivedMd5 != ownMd5.toLatin1()) {
@@ -145,7 +148,7 @@ void UploadOperation::OnEntry(const DavEntry& entry, const HttpResponse& putResp
 {
     const QByteArray md5 = sent.md5;
     const bool isWhole = entry.size == source->Size() && (entry.md5.isEmpty() || md5.isEmpty() || entry.md5 == md5);
-    const bool isOurs = putResponse.HasSucceeded() ||
+    const bool isOurs = putResponse.HasSucceeded() || !isDirect || // nobody else knows the temporary name
                         (isWhole && !entry.md5.isEmpty() && entry.md5 == request.md5Hash.toLower().toLatin1());
     if (!isOurs) {
         End(session->FailureReplyTo(what, Name(), putResponse));

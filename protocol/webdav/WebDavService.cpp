@@ -25,12 +25,6 @@ QString UserOf(const OAuth2::AuthInfo& authInfo)
     return authInfo.userName.isEmpty() ? authInfo.serviceUrl.userName(QUrl::FullyDecoded) : authInfo.userName;
 }
 
-/// RFC 7617 with a user, RFC 6750 without one.
-QByteArray AuthorizationOf(const QString& user, const QString& token)
-{
-    return user.isEmpty() ? "Bearer " + token.toUtf8() : "Basic " + (user.toUtf8() + ':' + token.toUtf8()).toBase64();
-}
-
 bool IsOneLine(const QString& text)
 {
     return std::none_of(text.begin(), text.end(), [](QChar character) { return character.unicode() < 0x20; });
@@ -138,7 +132,7 @@ std::shared_ptr<WebDavSession> WebDavService::NewSession(const QString& token)
     HttpClient::Settings settings;
     settings.origin = collection.Origin();
     settings.userAgent = programName;
-    settings.authorization = AuthorizationOf(user, token);
+    settings.credentials = {user.toUtf8(), token.toUtf8()};
     settings.certificateFile = authInfo.certificateFile;
     settings.silenceTimeout = authInfo.silenceTimeout;
     Secrets secrets;
@@ -169,7 +163,7 @@ void WebDavService::CleanUp()
 void WebDavService::Begin(qint64 id, const Request::SignIn& request)
 {
     const auto what = QStringLiteral("Sign-in");
-    if (request.token.isEmpty() || !IsOneLine(request.token)) {
+    if (!IsOneLine(request.token)) { // an empty one is for a server that asks for none
         listener.reply(id, FailureReply(what, {}, "That is not a password or token",
                                         "Enter the one that you have for the server."));
         return;

@@ -48,6 +48,25 @@ protected:
     }
 };
 
+TEST_F(ListingFaultTest, ListThatGoesOnWithBlanksForEverIsGivenUp)
+{
+    settings.silenceTimeout = shortTimeout;
+    Client impatient(settings, server.Password());
+    ASSERT_TRUE(impatient.SignIn());
+    const QByteArray list = "<d:multistatus xmlns:d=\"DAV:\">" +
+                            Response("/documents/", "<d:resourcetype><d:collection/></d:resourcetype>") +
+                            Response("/documents/a.pdf", "<d:getetag>\"1\"</d:getetag>");
+    for (const QByteArray& end : {QByteArray(), QByteArray("</d:multistatus>")}) {
+        server.Misbehave("PROPFIND", {[&](Wire& wire) {
+                             wire.Send("HTTP/1.1 207 Multi-Status\r\n\r\n" + list + end);
+                             wire.SendSlowly(QByteArray(500, ' '), 1, shortTimeout / 10);
+                         }});
+        EXPECT_TRUE(impatient.List()->Fails());
+        EXPECT_THAT(LastReason(impatient), HasSubstr("has not finished its answer in 0.9 seconds"));
+        server.BehaveAgain();
+    }
+}
+
 TEST_F(ListingFaultTest, WhatIsNoWholeListIsNeverAnEmptyOne)
 {
     server.Put("a.pdf", "content");

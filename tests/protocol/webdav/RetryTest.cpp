@@ -1,7 +1,10 @@
+#include <tests/support/Rounds.h>
 #include <tests/support/ServiceTest.h>
 
 #include <QElapsedTimer>
 #include <QLocale>
+
+#include <atomic>
 
 namespace Norlis::Test {
 
@@ -138,6 +141,54 @@ TEST_F(RetryTest, OthersDoNotWaitForOneThatPauses)
     client.Cancel(list->operation);
     EXPECT_TRUE(client.List()->Succeeds());
     EXPECT_FALSE(list->Came());
+}
+
+/// A server that takes one request in so many milliseconds.
+class RateLimitTest : public RetryTest {
+protected:
+    void Limit(int interval, int status)
+    {
+        server.Misbehave(When("*").Always(), {[=](Wire& wire) {
+                             const bool isTooSoon = sinceAccepted.isValid() && sinceAccepted.elapsed() < interval;
+                             if (isTooSoon) {
+                                 ++refused;
+                                 wire.Send(ServerResponse{status, {}, {}}.Bytes());
+                             } else {
+                                 sinceAccepted.start();
+                                 wire.Send(wire.Do(wire.Request()).Bytes());
+                             }
+                             wire.Finish();
+                         }});
+    }
+
+    QElapsedTimer sinceAccepted; ///< touched by the server only
+    std::atomic<int> refused = 0;
+};
+
+TEST_F(RateLimitTest, UploadsBecomeAsSlowAsTheServerWants)
+{
+    for (const int status : IsThorough() ? std::vector<int>{429, 503} : std::vector<int>{429}) {
+        server.BehaveAgain();
+        Client other(settings, server.Password());
+        ASSERT_TRUE(other.SignIn());
+        ASSERT_TRUE(other.Upload(LocalFile("b.pdf", "content"))->Succeeds()); // the server is known now
+        Limit(400, status);
+        refused = 0;
+        EXPECT_TRUE(other.Upload(LocalFile("c.pdf", "content"))->Succeeds()) << LastReason(other);
+        EXPECT_LE(refused, 3); // what was under way when it was first said, and one
+    }
+}
+
+TEST_F(RateLimitTest, PauseThatTheServerAsksForHoldsForAll)
+{
+    server.Misbehave("PROPFIND", IsBusy(429, "1"));
+    QElapsedTimer sinceStart;
+    sinceStart.start();
+    const auto info = client.Info(id);
+    ASSERT_TRUE(WaitUntil([&] { return server.Count("PROPFIND") == 1; }));
+    EXPECT_TRUE(client.Download(id, Local("target"))->Succeeds());
+    EXPECT_GE(sinceStart.elapsed(), 990);
+    EXPECT_TRUE(info->Succeeds());
 }
 
 TEST_F(RetryTest, RenamingIsNeverRepeatedWithoutALook)

@@ -182,8 +182,27 @@ TEST_F(UploadHangTest, AServerThatDoesNotAnswerIsGivenUp)
     LearnTheServer();
     server.Misbehave("PUT", Hangs());
     ExpectFailure(client.Upload(LocalFile("report.pdf", Pattern(5000))));
-    EXPECT_EQ(Reason(), "The server has been silent for 0.3 seconds");
+    EXPECT_EQ(Reason(), "The server has been silent for 1.5 seconds"); // it may have work to do with what it has got
     ExpectOnServer({});
+}
+
+TEST_F(UploadHangTest, AServerThatTakesLongToAnswerIsWaitedFor)
+{
+    LearnTheServer();
+    server.Misbehave("PUT", Drips(1000, 2 * shortTimeout));
+    EXPECT_TRUE(client.Upload(LocalFile("report.pdf", Pattern(3'000'000)))->Succeeds());
+    EXPECT_EQ(server.Count("PUT"), 1);
+}
+
+TEST_F(UploadHangTest, WhatArrivedCountsWhenTheAnswerNeverComes)
+{
+    LearnTheServer();
+    const Misbehaviour doesItAndHangs = {[](Wire& wire) { wire.Do(wire.Request()); }};
+    server.Misbehave("PUT", doesItAndHangs);
+    EXPECT_TRUE(client.Upload(LocalFile("report.pdf", Pattern(5000)))->Succeeds());
+    EXPECT_EQ(server.Count("PUT"), 1);
+    ExpectOnServer({"report.pdf"});
+    EXPECT_EQ(server.Get("report.pdf"), Pattern(5000));
 }
 
 TEST_F(UploadHangTest, ASlowServerThatMovesOnIsNotGivenUp)
@@ -191,6 +210,25 @@ TEST_F(UploadHangTest, ASlowServerThatMovesOnIsNotGivenUp)
     LearnTheServer();
     server.Misbehave("PUT", Drips(2, 10)); // longer than the timeout in all
     EXPECT_TRUE(client.Upload(LocalFile("report.pdf", Pattern(5000)))->Succeeds());
+}
+
+/// Servers that do not know that a client which expects `100 Continue` has not sent anything yet.
+TEST_F(UploadFaultTest, AServerThatReportsSuccessBeforeTheBodyCameIsSentItWithoutBeingAsked)
+{
+    LearnTheServer();
+    const QByteArray content = Pattern(3'000'000);
+    const Misbehaviour answersTheHead = {[](Wire& wire) {
+                                             wire.Send(ServerResponse{201, {}, {}}.Bytes());
+                                             wire.Finish();
+                                         },
+                                         0};
+    server.Misbehave("PUT", answersTheHead);
+    ASSERT_TRUE(client.Upload(LocalFile("report.pdf", content))->Succeeds());
+    EXPECT_EQ(server.Get("report.pdf"), content);
+    const auto puts = server.Requests("PUT");
+    ASSERT_EQ(puts.size(), 2U);
+    EXPECT_EQ(puts[0].headers.Value("Expect"), "100-continue");
+    EXPECT_FALSE(puts[1].headers.Has("Expect"));
 }
 
 /// Servers that answer before they have read what they were sent.
