@@ -192,9 +192,10 @@ TEST_P(ListTest, RemovalOfAnUnknownDocumentIsAnErrorAndRemovesNothing)
     const QString id = client.Entry("gone.pdf").id;
     cloud->Take("gone.pdf");
     EXPECT_EQ(client.Remove(id)->Succeeds(), cloud->AcceptsRepeatedRemoval());
-    for (const QString& unknown : {QString(), QString("unknown"), QString("."), QString("../a.pdf")}) {
+    for (const QString& unknown : {QString("unknown"), QString("."), QString("../a.pdf")}) {
         EXPECT_TRUE(client.Remove(unknown)->Fails()) << unknown.toStdString();
     }
+    EXPECT_TRUE(client.Remove({})->Succeeds()); // what an upload without a document left
     EXPECT_EQ(cloud->Content(), QStringList("a.pdf"));
 }
 
