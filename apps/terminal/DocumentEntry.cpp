@@ -1,5 +1,7 @@
 #include "DocumentEntry.h"
 
+#include <base/Utf8.h>
+
 #include <algorithm>
 #include <tuple>
 
@@ -47,7 +49,7 @@ std::optional<DocumentEntry> EntryOf(const PDF::AbstractFileManager& documents, 
     }
     auto& cloudInfo = *record->GetRedactableCloudInfo();
     return DocumentEntry{id,
-                         QString::fromStdString(cloudInfo.GetFileName()),
+                         FromUtf8(cloudInfo.GetFileName()),
                          cloudInfo.GetSize(),
                          cloudInfo.GetModifyTime(),
                          record->GetCloudStatus(),

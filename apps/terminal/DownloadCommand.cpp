@@ -2,6 +2,7 @@
 
 #include "DocumentLookup.h"
 #include "ExitStatus.h"
+#include "Text.h"
 
 #include <QFileInfo>
 
@@ -60,7 +61,7 @@ void DownloadCommand::OnDownloaded(const QString& id, const QString& path)
         output.Json(QJsonDocument(result));
     } else {
         const QString& hash = entry->md5Hash; // not every service has one
-        output.Line("downloaded " + output.Name(path) + (hash.isEmpty() ? QString() : "  MD5 " + output.Name(hash)));
+        output.Line("downloaded " + Printable(path) + (hash.isEmpty() ? QString() : "  MD5 " + Printable(hash)));
     }
 }
 

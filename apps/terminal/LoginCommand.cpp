@@ -1,6 +1,7 @@
 #include "LoginCommand.h"
 
 #include "ExitStatus.h"
+#include "Text.h"
 #include "TokenInput.h"
 
 #include <host/account/ServiceAddress.h>
@@ -59,7 +60,7 @@ void LoginCommand::Work()
     if (output.IsJson()) {
         output.Json(QJsonDocument(QJsonObject{{"service", service.toString()}, {"signedIn", true}}));
     } else {
-        output.Line("Signed in to " + output.Name(Host::ServiceText(service)));
+        output.Line("Signed in to " + Printable(Host::ServiceText(service)));
     }
     Finish(ExitStatus::success);
 }

@@ -1,6 +1,7 @@
 #include "RemoveCommand.h"
 
 #include "DocumentLookup.h"
+#include "Text.h"
 
 namespace Norlis::Terminal {
 
@@ -35,7 +36,7 @@ void RemoveCommand::OnRemoved(const QString& id)
     if (output.IsJson()) {
         output.Json(QJsonDocument(QJsonObject{{"action", "removed"}, {"id", id}, {"name", names.value(id)}}));
     } else {
-        output.Line("removed " + output.Name(names.value(id)) + "  " + output.Name(id));
+        output.Line("removed " + Printable(names.value(id)) + "  " + Printable(id));
     }
 }
 

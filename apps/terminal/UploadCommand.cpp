@@ -1,6 +1,7 @@
 #include "UploadCommand.h"
 
 #include "DocumentEntry.h"
+#include "Text.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -103,9 +104,9 @@ void UploadCommand::Show(const QString& action, const QString& path, const QStri
         return;
     }
     const QString file = QFileInfo(path).fileName();
-    const QString newName = entry->name == file ? QString() : QStringLiteral(" as ") + output.Name(entry->name);
+    const QString newName = entry->name == file ? QString() : QStringLiteral(" as ") + Printable(entry->name);
     const QString what = action == "unchanged" ? QStringLiteral("already in the cloud, unchanged:") : action;
-    output.Line(what + ' ' + output.Name(file) + newName + "  " + output.Name(id));
+    output.Line(what + ' ' + Printable(file) + newName + "  " + Printable(id));
 }
 
 QString UploadCommand::KnownDocument(const QString& path)

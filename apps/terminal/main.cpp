@@ -6,6 +6,7 @@
 
 #include <apps/common/Interrupts.h>
 #include <apps/common/LogFile.h>
+#include <base/Utf8.h>
 
 #include <QGuiApplication>
 
@@ -88,7 +89,7 @@ int main(int argc, char** argv)
 
     QStringList words;
     for (int index = 0; index < argc; ++index) {
-        words << QString::fromLocal8Bit(argv[index]);
+        words << Norlis::FromUtf8(QByteArray(argv[index]));
     }
     const CommandLine commandLine = ParseCommandLine(words);
     if (!commandLine.error.isEmpty()) {

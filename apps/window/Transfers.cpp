@@ -2,6 +2,9 @@
 
 #include "Texts.h"
 
+#include <apps/common/PrintableText.h>
+#include <base/Utf8.h>
+
 #include <QDir>
 #include <QFileInfo>
 
@@ -53,7 +56,7 @@ void Transfers::Upload(const QStringList& paths)
     QStringList started;
     for (const QString& path : paths) {
         if (Find(false, path) < 0) { // otherwise it is being uploaded already
-            AddRow({Kind::Upload, path, {}, QFileInfo(path).fileName(), {}, false});
+            AddRow({Kind::Upload, path, {}, Apps::Printable(QFileInfo(path).fileName()), {}, false});
             started.append(path);
         }
     }
@@ -264,7 +267,7 @@ QString Transfers::NameOf(const QString& id) const
     const auto record = session.Documents().GetFileInfo(id);
     auto cloudInfo =
         record ? record->GetRedactableCloudInfo() : std::nullopt; // a copy, because its getters are not const
-    return cloudInfo ? QString::fromStdString(cloudInfo->GetFileName()) : id;
+    return Apps::Printable(cloudInfo ? FromUtf8(cloudInfo->GetFileName()) : id);
 }
 
 } // namespace Norlis::Window

@@ -1,5 +1,7 @@
 #include "Records.h"
 
+#include <base/Utf8.h>
+
 namespace Norlis::Host {
 
 QString IdOf(const PDF::FileInfo& record)
@@ -9,7 +11,7 @@ QString IdOf(const PDF::FileInfo& record)
 
 QString NameOf(const PDF::FileInfo& record)
 {
-    return QString::fromStdString(PDF::FileInfo(record).GetRedactableCloudInfo()->GetFileName());
+    return FromUtf8(PDF::FileInfo(record).GetRedactableCloudInfo()->GetFileName());
 }
 
 ioPath ToPath(const QString& text)

@@ -1,5 +1,7 @@
 #include "MultiStatusParser.h"
 
+#include <base/Utf8.h>
+
 #include <algorithm>
 #include <utility>
 
@@ -68,7 +70,7 @@ bool IsSuccess(int status)
 
 bool IsUtf8(const QByteArray& bytes)
 {
-    return std::all_of(bytes.begin(), bytes.end(), IsAscii) || QString::fromUtf8(bytes).toUtf8() == bytes;
+    return std::all_of(bytes.begin(), bytes.end(), IsAscii) || FromUtf8(bytes).toUtf8() == bytes;
 }
 
 } // namespace

@@ -81,7 +81,7 @@ CloudFile DavDocument::ToCloudFile() const
 DavDocument FileOf(const DavEntry& entry, const QByteArray& name)
 {
     DavDocument document;
-    document.id = IdOf(entry, QString::fromUtf8(name));
+    document.id = IdOf(entry, FromUtf8(name));
     document.name = name;
     document.size = entry.size;
     document.etag = entry.etag;
@@ -100,7 +100,7 @@ bool IsSameVersion(const DavDocument& left, const DavDocument& right)
 
 std::optional<DavDocument> DocumentOf(const DavEntry& entry)
 {
-    const QString name = QString::fromUtf8(entry.name);
+    const QString name = FromUtf8(entry.name);
     if (entry.isSelf || entry.isCollection || Files::ValidateName(name) || Files::AtomicFile::IsTemporaryName(name)) {
         return std::nullopt;
     }

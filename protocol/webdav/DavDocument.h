@@ -1,5 +1,6 @@
 #pragma once
 
+#include <base/Utf8.h>
 #include <protocol/dav/DavEntry.h>
 #include <protocol/service/Reply.h>
 
@@ -23,7 +24,7 @@ struct DavDocument {
 
     QString Name() const
     {
-        return QString::fromUtf8(name);
+        return FromUtf8(name);
     }
 
     /// A text that changes when the content does, as far as the server shows it.

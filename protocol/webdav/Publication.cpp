@@ -1,5 +1,6 @@
 #include "Publication.h"
 
+#include <base/Utf8.h>
 #include <files/DocumentNames.h>
 #include <protocol/dav/DavRequests.h>
 #include <protocol/dav/DavResponses.h>
@@ -112,7 +113,7 @@ void Publication::TryNextName()
         return;
     }
     attempts = 0;
-    Try(Files::NumberedName(QString::fromUtf8(wantedName), number).toUtf8());
+    Try(Files::NumberedName(FromUtf8(wantedName), number).toUtf8());
 }
 
 void Publication::LookWhetherMoved(const HttpResponse& moveResponse)

@@ -1,5 +1,6 @@
 #include "UploadOperation.h"
 
+#include <base/Utf8.h>
 #include <files/AtomicFile.h>
 #include <files/DocumentNames.h>
 #include <protocol/dav/EntityTag.h>
@@ -202,7 +203,7 @@ void UploadOperation::OnPublished(const Publication::Outcome& outcome)
     made.name = outcome.name;
     if (replaced) {
         made.id = replaced->id;
-    } else if (made.id == Files::IdOfName(QString::fromUtf8(sent.name))) {
+    } else if (made.id == Files::IdOfName(sent.Name())) {
         made.id = Files::IdOfName(made.Name());
     }
     session->documents.insert(made.id, made);
@@ -275,7 +276,7 @@ void UploadOperation::ReportProgress(qint64 position)
 
 QString UploadOperation::Name() const
 {
-    return QString::fromUtf8(name);
+    return FromUtf8(name);
 }
 
 DavPath UploadOperation::PathOf(const QByteArray& document) const

@@ -100,11 +100,22 @@ TEST_P(UploadTest, AnEmptyFileIsADocumentToo)
 
 TEST_P(UploadTest, NamesSurviveByteForByte)
 {
-    QStringList names = {"\u00e9.pdf",        "e\u0301.pdf",     QString::fromUtf8("\xf0\x9f\x93\x84.pdf"),
-                         "-rf.pdf",           "100%.pdf",        "a#b?c&d=e.pdf",
-                         " space .pdf",       "..pdf",           "%2e%2e%2f.pdf",
-                         "'quoted\" <b>.pdf", "no suffix",       QString("\u00e4").repeated(125) + "x.pdf",
-                         "a+b;c,d@e.pdf",     "\u65e5\u672c.pdf"};
+    QStringList names = {"\u00e9.pdf",
+                         "e\u0301.pdf",
+                         QString::fromUtf8("\xf0\x9f\x93\x84.pdf"),
+                         "-rf.pdf",
+                         "100%.pdf",
+                         "a#b?c&d=e.pdf",
+                         " space .pdf",
+                         "..pdf",
+                         "%2e%2e%2f.pdf",
+                         "'quoted\" <b>.pdf",
+                         "no suffix",
+                         QString("\u00e4").repeated(125) + "x.pdf",
+                         "a+b;c,d@e.pdf",
+                         "\u65e5\u672c.pdf",
+                         "\ufeffmarked.pdf",
+                         "\u202efdp.exe\u200b\u061c.pdf"};
     if (!cloud->ListsNamesThatBeginWithADot()) {
         names.removeAll("..pdf");
     }

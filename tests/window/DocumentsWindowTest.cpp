@@ -388,6 +388,15 @@ TEST_F(DocumentsWindowTest, SearchMindsNeitherCaseNorAccents)
     }
 }
 
+TEST_F(DocumentsWindowTest, ANameDoesNotLookLikeAnotherOne)
+{
+    PutIntoCloud(QStringLiteral("evil\u202efdp.exe\u200b.pdf"), PdfOfColor(Qt::red));
+    OpenCloud();
+    ASSERT_TRUE(Shows({QStringLiteral("evil\ufffdfdp.exe\ufffd.pdf")}));
+    const QModelIndex document = Documents()->model()->index(0, 0);
+    EXPECT_TRUE(document.data(Qt::ToolTipRole).toString().contains(QStringLiteral("evil\ufffdfdp.exe\ufffd.pdf")));
+}
+
 TEST_F(DocumentsWindowTest, ANameIsNoMarkup)
 {
     PutIntoCloud("<b>bold<br>.pdf", PdfOfColor(Qt::red));
