@@ -6,6 +6,7 @@
 
 #include <apps/common/Interrupts.h>
 #include <apps/common/LogFile.h>
+#include <apps/common/ProgramStart.h>
 #include <base/Utf8.h>
 
 #include <QGuiApplication>
@@ -80,6 +81,7 @@ int Run(const Arguments& arguments)
 
 int main(int argc, char** argv)
 {
+    Norlis::Apps::PrepareProgram("norlis-cloud");
     PrepareEnvironment();
     // Keeps Qt from taking some of the arguments for options of its own.
     int argcForQt = 1;
