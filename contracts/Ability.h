@@ -76,7 +76,8 @@ public:
         bool isFolder = false;   ///< our services list documents only
         bool isShared = false;   ///< others have access
         QString mimeType = {};   ///< media type (RFC 6838); empty when unknown
-        QString md5Hash = {};    ///< MD5 (RFC 1321) of the content, hexadecimal; empty when the service gives none
+        QString md5Hash = {};    ///< MD5 (RFC 1321) of the content, hexadecimal. Where the service does not know it,
+                                 ///< "version:" and a text that is another one when the content is; or empty
         QString createdAt = {};  ///< ISO 8601; empty when unknown
         QString modifiedAt = {}; ///< ISO 8601; empty when unknown
     };

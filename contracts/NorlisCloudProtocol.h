@@ -96,6 +96,22 @@ public:
     // NOLINTNEXTLINE(readability-identifier-naming): named like the operations of the abilities
     qint64 probeService(std::function<void(qint64, RequestResult, const ServiceCapabilities&)>&& done);
 
+    /// \name Copies on this computer
+    /// The object remembers which version of a document it delivered to a local path, or took from it: what an upload
+    /// of that path replaces, it must not replace something newer. These report what it cannot see. Without effect
+    /// while nobody is signed in.
+    /// @{
+
+    /// The copy of a document was moved to another path.
+    // NOLINTNEXTLINE(readability-identifier-naming)
+    void copyMoved(const QString& id, const QString& fromPath, const QString& toPath);
+
+    /// The user has seen the version of a document that was listed last, and wants the copy at the path to replace it.
+    // NOLINTNEXTLINE(readability-identifier-naming)
+    void acceptListedVersion(const QString& id, const QString& localPath);
+
+    /// @}
+
 private:
     class Q_DECL_HIDDEN Private;
     std::shared_ptr<Private> d;

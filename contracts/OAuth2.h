@@ -41,6 +41,11 @@ struct AuthInfo {
     /// How long a server may be silent before a request is given up, in milliseconds.
     int silenceTimeout = 60'000;
 
+    /// Folder in which the protocol object remembers which version of a document each of its copies on this computer
+    /// is; created when missing. Several services and users, and several programs at once, may use the same one. Empty
+    /// remembers for the lifetime of the object.
+    QString dataFolder = {};
+
     /// Called when a request has failed, with the reason, on the thread of the protocol object and just before the
     /// request's own callback.
     std::function<void(const Failure&)> onFailure = {};

@@ -4,43 +4,37 @@
 
 #include <QFileInfo>
 #include <QRandomGenerator>
+#include <QRegularExpression>
 
 #include <cerrno>
 #include <cstring>
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace Norlis::Files {
 
-namespace {
-
-const auto temporaryPrefix = QStringLiteral(".norlis-");
-const auto temporarySuffix = QStringLiteral(".part");
-
-} // namespace
-
 AtomicFile::~AtomicFile()
 {
     if (file.isOpen()) {
-        file.remove();
+        QFile::remove(temporaryPath);
     }
 }
 
-bool AtomicFile::Open(const QString& folder)
+bool AtomicFile::Open(const QString& folder, unsigned permissions)
 {
     for (int attempt = 0; attempt < 8; ++attempt) {
-        file.setFileName(folder + '/' + NewTemporaryName());
-        if (file.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered)) {
-            return true;
+        temporaryPath = folder + '/' + NewTemporaryName();
+        const int descriptor =
+            open(QFile::encodeName(temporaryPath).constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, permissions);
+        if (descriptor >= 0) {
+            return file.open(descriptor, QIODevice::WriteOnly | QIODevice::Unbuffered, QFileDevice::AutoCloseHandle);
         }
-        if (!file.exists()) {
+        if (errno != EEXIST) {
             break;
         }
     }
-    error = file.errorString();
-    return false;
+    return Fail(errno);
 }
 
 bool AtomicFile::Write(const char* data, qint64 size)
@@ -65,22 +59,30 @@ bool AtomicFile::Sync()
 
 bool AtomicFile::CommitReplacing(const QString& path)
 {
-    // Who may read the file stays as it was: a private one does not become public by a newer version.
-    struct stat replaced = {};
-    if (stat(QFile::encodeName(path).constData(), &replaced) == 0 && S_ISREG(replaced.st_mode) &&
-        fchmod(file.handle(), replaced.st_mode & 0777) != 0) {
-        return Fail(errno);
-    }
-    if (const auto failure = MoveReplacing(file.fileName(), path)) {
+    if (const auto failure = MoveReplacing(temporaryPath, path)) {
         return Fail(failure.value());
     }
     Close();
     return true;
 }
 
+std::error_code AtomicFile::CommitExchanging(const QString& path)
+{
+    auto failure = CopyPermissions(path, temporaryPath);
+    if (!failure) {
+        failure = Exchange(temporaryPath, path);
+    }
+    if (failure) {
+        Fail(failure.value());
+    } else {
+        Close();
+    }
+    return failure;
+}
+
 AtomicFile::Outcome AtomicFile::CommitNew(const QString& path)
 {
-    const auto failure = MoveUnlessTaken(file.fileName(), path);
+    const auto failure = MoveUnlessTaken(temporaryPath, path);
     if (failure == std::errc::file_exists) {
         return Outcome::NameTaken;
     }
@@ -103,9 +105,14 @@ const FileIdentity& AtomicFile::CommittedVersion() const
     return committed;
 }
 
+FileIdentity AtomicFile::Version() const
+{
+    return FileIdentity::OfDescriptor(file.handle());
+}
+
 QString AtomicFile::Path() const
 {
-    return file.fileName();
+    return temporaryPath;
 }
 
 QString AtomicFile::ErrorText() const
@@ -113,15 +120,18 @@ QString AtomicFile::ErrorText() const
     return error;
 }
 
-QString AtomicFile::NewTemporaryName()
+QString AtomicFile::NewTemporaryName(bool isHidden)
 {
     const auto number = QRandomGenerator::system()->generate64();
-    return temporaryPrefix + QStringLiteral("%1").arg(number, 16, 16, QLatin1Char('0')) + temporarySuffix;
+    return QStringLiteral("%1norlis-%2.part")
+        .arg(isHidden ? QStringLiteral(".") : QString())
+        .arg(number, 16, 16, QLatin1Char('0'));
 }
 
 bool AtomicFile::IsTemporaryName(const QString& name)
 {
-    return name.startsWith(temporaryPrefix) && name.endsWith(temporarySuffix);
+    static const QRegularExpression form(QStringLiteral("\\A\\.?norlis-[0-9a-f]{16}\\.part\\z"));
+    return name.endsWith(".part") && form.match(name).hasMatch();
 }
 
 bool AtomicFile::Fail(int errorNumber)

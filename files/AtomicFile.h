@@ -5,6 +5,8 @@
 #include <QFile>
 #include <QString>
 
+#include <system_error>
+
 namespace Norlis::Files {
 
 /// A file that appears under its name only when it is whole. Written under a temporary name in a folder of the same
@@ -20,7 +22,8 @@ public:
     AtomicFile& operator=(const AtomicFile&) = delete;
 
     /// Creates the temporary file. False when that fails; ErrorText says why, as it does for the other operations.
-    bool Open(const QString& folder);
+    /// \param permissions as of open(2): the process's mask takes some of them away
+    bool Open(const QString& folder, unsigned permissions = 0666);
 
     /// False unless every byte was taken.
     bool Write(const char* data, qint64 size);
@@ -31,11 +34,18 @@ public:
     /// Gives the file its name; what stood there is replaced in one step, and its permissions are kept.
     bool CommitReplacing(const QString& path);
 
+    /// Gives the file the name of another, and that one the temporary name, in one step; permissions as above. What
+    /// came out is the caller's from then on. See Files::Exchange.
+    std::error_code CommitExchanging(const QString& path);
+
     /// Gives the file its name unless there is something of that name already.
     Outcome CommitNew(const QString& path);
 
     /// Of the committed file itself: somebody may have given its name to another file since.
     const FileIdentity& CommittedVersion() const;
+
+    /// Of the file as it is now, before the commit.
+    FileIdentity Version() const;
 
     /// Of the temporary file.
     QString Path() const;
@@ -45,16 +55,19 @@ public:
     /// Makes a committed name durable; without effect where the system cannot do it.
     static void SyncFolderOf(const QString& path);
 
-    /// A name for a file that is being written, unlike any other.
-    static QString NewTemporaryName();
+    /// A name for a file that is being written, unlike any other. Not hidden, it has no leading dot, which some servers
+    /// refuse.
+    static QString NewTemporaryName(bool isHidden = true);
 
-    /// Whether a file of this name is one that is being written, or that a crash has left behind.
+    /// Whether a file of this name is one that is being written, or that a crash has left behind: whether it is exactly
+    /// as one of those above. No document may have such a name.
     static bool IsTemporaryName(const QString& name);
 
 private:
     bool Fail(int errorNumber);
     void Close();
 
+    QString temporaryPath;
     QFile file;
     FileIdentity committed;
     QString error;

@@ -1,5 +1,7 @@
 #include "DocumentNames.h"
 
+#include "AtomicFile.h"
+
 #include <QCryptographicHash>
 #include <QSet>
 
@@ -55,6 +57,9 @@ std::optional<QString> ValidateName(const QString& name)
     }
     if (IsDeviceName(name)) {
         return QStringLiteral("is a device name on some systems");
+    }
+    if ((name.startsWith(".norlis-") && name.endsWith(".part")) || AtomicFile::IsTemporaryName(name)) {
+        return QStringLiteral("is one that is kept for unfinished files");
     }
     if (name.toUtf8().size() > maxNameBytes) {
         return QStringLiteral("is longer than %1 bytes").arg(maxNameBytes);

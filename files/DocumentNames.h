@@ -10,7 +10,8 @@ namespace Norlis::Files {
 /// it can.
 ///
 /// A name is one segment of a path on every system: no separators, no control characters, no names of devices, at most
-/// 255 bytes in UTF-8. Names are compared and kept byte for byte; nothing is normalised.
+/// 255 bytes in UTF-8. Those that files have while they are written are no documents' (see AtomicFile). Names are
+/// compared and kept byte for byte; nothing is normalised.
 std::optional<QString> ValidateName(const QString& name);
 
 /// The name with a number before its suffix, as in "report (2).pdf", shortened where it would become too long.

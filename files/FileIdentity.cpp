@@ -1,7 +1,10 @@
 #include "FileIdentity.h"
 
 #include <QFile>
+#include <QStringList>
+#include <QVector>
 
+#include <algorithm>
 #include <tuple>
 
 #include <sys/stat.h>
@@ -15,7 +18,10 @@ using std::chrono::nanoseconds;
 
 qint64 Nanoseconds(const timespec& time)
 {
-    return static_cast<qint64>(time.tv_sec) * 1'000'000'000 + time.tv_nsec;
+    qint64 count = 0;
+    const bool isTooFar = __builtin_mul_overflow(static_cast<qint64>(time.tv_sec), 1'000'000'000, &count) ||
+                          __builtin_add_overflow(count, static_cast<qint64>(time.tv_nsec), &count);
+    return isTooFar ? FileIdentity::unknownTime : count;
 }
 
 FileIdentity IdentityOf(int result, const struct stat& status)
@@ -44,6 +50,12 @@ nanoseconds FileIdentity::TimeUntilSettled() const
     return Files::TimeUntilSettled(nanoseconds(changedNanoseconds));
 }
 
+bool FileIdentity::HasContentOf(const FileIdentity& other) const
+{
+    return device == other.device && inode == other.inode && size == other.size &&
+           modifiedNanoseconds == other.modifiedNanoseconds;
+}
+
 QString FileIdentity::ToString() const
 {
     return QStringLiteral("%1-%2-%3-%4-%5")
@@ -52,6 +64,24 @@ QString FileIdentity::ToString() const
         .arg(size, 0, 16)
         .arg(modifiedNanoseconds, 0, 16)
         .arg(changedNanoseconds, 0, 16);
+}
+
+FileIdentity FileIdentity::FromString(const QString& text)
+{
+    const QStringList fields = text.split('-');
+    QVector<quint64> numbers;
+    for (const QString& field : fields) {
+        bool isNumber = false;
+        numbers.append(field.toULongLong(&isNumber, 16));
+        if (!isNumber) {
+            return {};
+        }
+    }
+    if (numbers.size() != 5) {
+        return {};
+    }
+    return {numbers[0], numbers[1], static_cast<qint64>(numbers[2]), static_cast<qint64>(numbers[3]),
+            static_cast<qint64>(numbers[4])};
 }
 
 FileIdentity FileIdentity::OfPath(const QString& path)
@@ -84,9 +114,13 @@ bool operator!=(const FileIdentity& left, const FileIdentity& right)
 
 nanoseconds TimeUntilSettled(nanoseconds timeStamp)
 {
+    if (timeStamp.count() == FileIdentity::unknownTime) {
+        return nanoseconds::max();
+    }
     // File systems round the time: most to a tick of the kernel's clock, old ones to one or two seconds.
     const nanoseconds margin = timeStamp % 1s == nanoseconds::zero() ? nanoseconds(3s) : nanoseconds(50ms);
-    return timeStamp + margin - std::chrono::system_clock::now().time_since_epoch();
+    const nanoseconds within = std::clamp(timeStamp, nanoseconds::zero(), nanoseconds::max() - margin);
+    return within + margin - std::chrono::system_clock::now().time_since_epoch();
 }
 
 } // namespace Norlis::Files

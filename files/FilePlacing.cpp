@@ -27,7 +27,7 @@ std::error_code MoveUnlessTaken(const QString& source, const QString& target)
     if (renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_NOREPLACE) == 0) {
         return {};
     }
-    if (errno != EINVAL && errno != ENOSYS) {
+    if (!IsUnknownCall(LastError())) {
         return LastError();
     }
     // The file system does not know that call: a second name is just as good, since it is never put over another file.
@@ -48,8 +48,36 @@ std::error_code MoveUnlessTaken(const QString& source, const QString& target)
 
 std::error_code MoveReplacing(const QString& source, const QString& target)
 {
+    if (const auto failure = CopyPermissions(target, source)) {
+        return failure;
+    }
     const int result = std::rename(QFile::encodeName(source).constData(), QFile::encodeName(target).constData());
     return result == 0 ? std::error_code() : LastError();
+}
+
+std::error_code Exchange(const QString& first, const QString& second)
+{
+    const int result = renameat2(AT_FDCWD, QFile::encodeName(first).constData(), AT_FDCWD,
+                                 QFile::encodeName(second).constData(), RENAME_EXCHANGE);
+    return result == 0 ? std::error_code() : LastError();
+}
+
+bool IsUnknownCall(const std::error_code& error)
+{
+    return error == std::errc::invalid_argument || error == std::errc::function_not_supported ||
+           error == std::errc::operation_not_supported;
+}
+
+std::error_code CopyPermissions(const QString& from, const QString& to)
+{
+    struct stat wanted = {};
+    struct stat found = {};
+    const QByteArray path = QFile::encodeName(to);
+    if (stat(QFile::encodeName(from).constData(), &wanted) != 0 || !S_ISREG(wanted.st_mode) ||
+        stat(path.constData(), &found) != 0 || (wanted.st_mode & 0777) == (found.st_mode & 0777)) {
+        return {}; // nothing to keep; some file systems refuse even what would change nothing
+    }
+    return chmod(path.constData(), wanted.st_mode & 0777) == 0 ? std::error_code() : LastError();
 }
 
 } // namespace Norlis::Files

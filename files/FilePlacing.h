@@ -10,7 +10,18 @@ namespace Norlis::Files {
 /// one step, but for file systems that know neither such a renaming nor second names.
 std::error_code MoveUnlessTaken(const QString& source, const QString& target);
 
-/// Renames a file within its file system, in one step; a file at the target is replaced.
+/// Renames a file within its file system, in one step. A file at the target is replaced, and its permissions are kept:
+/// a private one does not become public by a newer version.
 std::error_code MoveReplacing(const QString& source, const QString& target);
+
+/// Gives each of two files of one file system the name of the other, in one step. Most network drives cannot: the error
+/// is then one that IsUnknownCall takes.
+std::error_code Exchange(const QString& first, const QString& second);
+
+/// Whether the file system does not know the call that has failed.
+bool IsUnknownCall(const std::error_code& error);
+
+/// Gives a file the permissions of another one, if that is a regular file.
+std::error_code CopyPermissions(const QString& from, const QString& to);
 
 } // namespace Norlis::Files

@@ -22,6 +22,7 @@ bool FileReader::Open(const std::string& nativePath)
     }
     file.open(descriptor, QIODevice::ReadOnly | QIODevice::Unbuffered, QFileDevice::AutoCloseHandle);
     version = FileIdentity::OfDescriptor(descriptor);
+    wasSettled = version.TimeUntilSettled().count() <= 0;
     if (!version.IsFile()) {
         error = QStringLiteral("It is not a regular file");
         return false;
@@ -67,6 +68,11 @@ const FileIdentity& FileReader::Version() const
 bool FileReader::IsUnchanged() const
 {
     return FileIdentity::OfDescriptor(file.handle()) == version && file.pos() == version.size;
+}
+
+bool FileReader::IsLasting() const
+{
+    return wasSettled && IsUnchanged();
 }
 
 QString FileReader::Md5() const

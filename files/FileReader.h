@@ -37,6 +37,10 @@ public:
     /// Whether the opened file has been read to its end and has not changed since it was opened.
     bool IsUnchanged() const;
 
+    /// Whether a file that still has this version still has what was read: it is unchanged, and it had settled before
+    /// it was opened.
+    bool IsLasting() const;
+
     /// Hexadecimal MD5 of what has been read.
     QString Md5() const;
 
@@ -45,6 +49,7 @@ private:
     QString error;
     QByteArray piece;
     FileIdentity version;
+    bool wasSettled = false;
     QCryptographicHash hash{QCryptographicHash::Md5};
 };
 

@@ -3,6 +3,7 @@
 
 #include "Require.h"
 
+#include <base/Utf8.h>
 #include <NorlisCloud/NorlisCloudFilesManager.h>
 
 #include <set>
@@ -89,8 +90,7 @@ void CheckList(const PDF::AbstractFileManager& list, const Records& records)
         const QString id = list.GetDocumentId(index);
         const auto name = next->second.find("file_name");
         Require(id == QString::fromStdString(next->first));
-        Require(list.GetDocumentName(index) ==
-                (name == next->second.end() ? QString() : QString::fromStdString(name->second)));
+        Require(list.GetDocumentName(index) == (name == next->second.end() ? QString() : FromUtf8(name->second)));
         Require(list.GetDocumentState(index) != 4 && list.GetDocumentState(index) != 5);
         Require(list.GetPreviewsSet(index).size() <= 3);
         list.GetDocumentPath(index);

@@ -83,21 +83,23 @@ public:
             Report(notStarted, FailureReply("The request", {}, "Nobody is signed in", "Sign in first.").failure);
             return notStarted;
         }
-        return connection->Send(
-            request,
-            [this, answer = std::move(answer)](qint64 id, Reply&& reply) {
-                const auto guard = lifetime.Watch();
-                if (reply.isSignedOut) {
-                    isLoggedIn = false; // a sign-in in progress may still succeed
-                }
-                if (reply.result == Error) {
-                    Report(id, reply.failure);
-                }
-                if (guard) {
-                    answer(id, reply.result, std::move(reply));
-                }
-            },
-            std::move(progress));
+        auto onReply = [this, answer = std::move(answer)](qint64 id, Reply&& reply) {
+            const auto guard = lifetime.Watch();
+            if (reply.isSignedOut) {
+                isLoggedIn = false; // a sign-in in progress may still succeed
+            }
+            if (reply.result == Error && !reply.failure.what.isEmpty()) {
+                Report(id, reply.failure);
+            }
+            if (guard) {
+                answer(id, reply.result, std::move(reply));
+            }
+        };
+        // This is how a host clears up after an upload that made no document: an error, but nothing to report.
+        const auto removal = std::get_if<Request::Remove>(&request);
+        return removal && removal->document.isEmpty()
+                   ? connection->Answer({Error, {}, {}, false}, std::move(onReply))
+                   : connection->Send(request, std::move(onReply), std::move(progress));
     }
 
     /// Sends a request whose callback takes the payload of the reply.
@@ -259,6 +261,20 @@ qint64 NorlisCloudProtocol::retrievePreview(const QMap<QString, QString>& fields
 qint64 NorlisCloudProtocol::probeService(std::function<void(qint64, RequestResult, const ServiceCapabilities&)>&& done)
 {
     return d->SendFor<ServiceCapabilities>(Request::Capabilities{}, std::move(done));
+}
+
+void NorlisCloudProtocol::copyMoved(const QString& id, const QString& fromPath, const QString& toPath)
+{
+    if (d->isLoggedIn) {
+        d->connection->Send(Request::CopyMoved{id, fromPath, toPath}, [](qint64, Reply&&) {});
+    }
+}
+
+void NorlisCloudProtocol::acceptListedVersion(const QString& id, const QString& localPath)
+{
+    if (d->isLoggedIn) {
+        d->connection->Send(Request::AcceptVersion{id, localPath}, [](qint64, Reply&&) {});
+    }
 }
 
 void NorlisCloudProtocol::cancelOperation(qint64 id)

@@ -67,6 +67,14 @@ qint64 ServiceConnection::Send(const Request::Any& request, ReplyHandler onReply
     return id;
 }
 
+qint64 ServiceConnection::Answer(Reply reply, ReplyHandler onReply)
+{
+    const qint64 id = ++lastId;
+    pending.emplace(id, Pending{std::move(onReply), {}, nullptr});
+    Post({id, -1, std::move(reply)});
+    return id;
+}
+
 void ServiceConnection::Cancel(qint64 id)
 {
     const auto found = pending.find(id);

@@ -34,6 +34,9 @@ public:
     /// Returns the id of the request. onReply is called once, from the event loop, unless the request is cancelled.
     qint64 Send(const Request::Any& request, ReplyHandler onReply, ProgressHandler onProgress = {});
 
+    /// The same for what needs no service: the reply is given.
+    qint64 Answer(Reply reply, ReplyHandler onReply);
+
     /// Unknown ids are ignored. An upload that has made a document by now is undone.
     void Cancel(qint64 id);
 
@@ -52,7 +55,7 @@ private:
     void ScheduleHandover();
     void HandOver();
 
-    /// On the worker thread.
+    /// On any thread.
     void Post(Message message);
 
     /// With the mutex held.

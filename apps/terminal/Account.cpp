@@ -33,7 +33,7 @@ Account::Account(const Arguments& arguments, const std::shared_ptr<Host::CloudAc
 
 QString Account::LoginCommandLine() const
 {
-    return "norlis-cloud login --service " + (Service().isEmpty() ? "URL" : Host::ServiceText(Service()));
+    return "norlis-cloud login --service " + (Service().isEmpty() ? "URL" : Host::ServiceWord(Service()));
 }
 
 QString Account::SignedOutText() const

@@ -45,6 +45,7 @@ QList<QCommandLineOption> SpecialOptions()
          "change the password and the documents."},
         {"offline", "Do not contact the cloud."},
         {"new", "Create a new document even if the file is the local copy of one."},
+        {"force", "Remove documents even if they have changed since the list was last shown."},
         {"to", "Folder to save the documents in (default: the current one).", "DIR"},
         {"interval", "Polling interval in seconds (default: 30).", "SECONDS"},
     };
@@ -131,6 +132,7 @@ Arguments ReadArguments(const CommandEntry& command, const QCommandLineParser& p
     arguments.json = parser.isSet("json");
     arguments.offline = parser.isSet("offline");
     arguments.asNew = parser.isSet("new");
+    arguments.force = parser.isSet("force");
     return arguments;
 }
 

@@ -19,6 +19,7 @@ struct Arguments {
     bool json = false;
     bool offline = false;
     bool asNew = false;
+    bool force = false;
     bool allowPlainHttp = false;
 };
 

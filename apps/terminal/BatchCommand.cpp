@@ -40,10 +40,7 @@ bool BatchCommand::CancelJob(const QString&)
 void BatchCommand::OnFailed(const Host::CloudProblem& problem)
 {
     if (IsExpected(problem.subject)) {
-        hasFailures = true;
-        const QString name = jobs.value(problem.subject);
-        Settle(problem.subject);
-        output.Error(ProblemText(problem, name));
+        Fail(problem.subject, ProblemText(problem, jobs.value(problem.subject)));
     } else if (problem.request == Host::CloudProblem::Request::List) {
         SessionCommand::OnFailed(problem); // the jobs have not started yet
     }
@@ -66,13 +63,17 @@ void BatchCommand::Succeed(const QString& key)
     Settle(key);
 }
 
+void BatchCommand::Fail(const QString& key, const QString& text)
+{
+    hasFailures = true;
+    Settle(key);
+    output.Error(text);
+}
+
 void BatchCommand::OnCanceled(const QString& key)
 {
     if (IsExpected(key)) {
-        hasFailures = true;
-        const QString name = jobs.value(key);
-        Settle(key);
-        output.Error(QStringLiteral("\"%1\" was cancelled").arg(name));
+        Fail(key, QStringLiteral("\"%1\" was cancelled").arg(jobs.value(key)));
     }
 }
 

@@ -33,6 +33,9 @@ protected:
     /// Ends a job successfully. To be called before its result is shown.
     void Succeed(const QString& key);
 
+    /// Ends a job with an error.
+    void Fail(const QString& key, const QString& text);
+
     /// Ends a job that was cancelled.
     void OnCanceled(const QString& key);
 

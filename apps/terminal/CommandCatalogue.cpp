@@ -35,7 +35,9 @@ const std::vector<CommandEntry>& CommandCatalogue()
          "A service is a folder, given as a path or a file: URL, or a WebDAV server, given as https://user@host/path/, "
          "where the path is that of the collection that holds the documents. A folder needs no password. The password "
          "for a server is asked for, or read from --token-file, or from standard input if that is not a terminal; "
-         "without a user name the server is sent a bearer token. The password and these options are kept in the data "
+         "without a user name the server is sent a bearer token. Enter nothing for a server that needs no password. "
+         "The "
+         "password and these options are kept in the data "
          "folder, readable by you alone, until you log out.",
          {"user", "token-file", "ca-file", "allow-plain-http"},
          {"norlis-cloud login --service ~/Cloud", "norlis-cloud login --service https://anna@cloud.example/dav/"}},
@@ -66,15 +68,18 @@ const std::vector<CommandEntry>& CommandCatalogue()
          Make<DownloadCommand>,
          "DOCUMENT...",
          "Download documents to a folder",
-         "An existing file is replaced only if it is the unchanged local copy of the same document.",
+         "An existing file is replaced only if it is an unchanged copy of the same document. A local copy with changes "
+         "in "
+         "another folder stays the one that the list shows.",
          {"to"},
          {"norlis-cloud download report.pdf --to ~/Documents"}},
         {"remove",
          Make<RemoveCommand>,
          "DOCUMENT...",
          "Delete documents from the cloud",
-         "Local copies are kept.",
-         {},
+         "Local copies are kept. A document that has changed in the cloud since you last saw it is only removed with "
+         "--force.",
+         {"force"},
          {"norlis-cloud remove \"old report.pdf\""}},
         {"preview",
          Make<PreviewCommand>,

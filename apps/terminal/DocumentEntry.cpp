@@ -1,5 +1,8 @@
 #include "DocumentEntry.h"
 
+#include <base/Utf8.h>
+#include <host/session/Records.h>
+
 #include <algorithm>
 #include <tuple>
 
@@ -47,11 +50,13 @@ std::optional<DocumentEntry> EntryOf(const PDF::AbstractFileManager& documents, 
     }
     auto& cloudInfo = *record->GetRedactableCloudInfo();
     return DocumentEntry{id,
-                         QString::fromStdString(cloudInfo.GetFileName()),
+                         FromUtf8(cloudInfo.GetFileName()),
                          cloudInfo.GetSize(),
                          cloudInfo.GetModifyTime(),
                          record->GetCloudStatus(),
                          QString::fromStdString(record->GetPath().utf8string()),
+                         Host::IsMd5(cloudInfo.GetMd5Hash()) ? QString::fromStdString(cloudInfo.GetMd5Hash())
+                                                             : QString(),
                          QString::fromStdString(cloudInfo.GetMd5Hash())};
 }
 

@@ -20,6 +20,7 @@ struct DocumentEntry {
     PDF::FileInfo::CloudStatus state = PDF::FileInfo::CloudStatus::OnlyInCloud;
     QString path;    ///< the local copy; empty when there is none
     QString md5Hash; ///< of the cloud copy; empty when it is unknown
+    QString version; ///< differs between versions of the cloud copy; empty when nothing tells them apart
 };
 
 /// Nothing if the list has no such document.

@@ -2,6 +2,7 @@
 
 #include "DocumentLookup.h"
 #include "ExitStatus.h"
+#include "Text.h"
 
 #include <QFileInfo>
 
@@ -57,10 +58,11 @@ void DownloadCommand::OnDownloaded(const QString& id, const QString& path)
     if (output.IsJson()) {
         QJsonObject result = JsonOf(*entry);
         result["action"] = "downloaded";
+        result["path"] = QFileInfo(path).canonicalFilePath(); // the list may show another copy
         output.Json(QJsonDocument(result));
     } else {
         const QString& hash = entry->md5Hash; // not every service has one
-        output.Line("downloaded " + output.Name(path) + (hash.isEmpty() ? QString() : "  MD5 " + output.Name(hash)));
+        output.Line("downloaded " + Printable(path) + (hash.isEmpty() ? QString() : "  MD5 " + Printable(hash)));
     }
 }
 

@@ -20,10 +20,10 @@ const auto gap = QStringLiteral("  ");
 
 using Row = std::array<QString, columnCount>;
 
-Row RowOf(const DocumentEntry& entry, const Output& output)
+Row RowOf(const DocumentEntry& entry)
 {
-    return {output.Name(entry.name), HumanSize(entry.size), TimeText(entry.modified), StateText(entry.state),
-            output.Name(entry.id)};
+    return {Printable(entry.name), HumanSize(entry.size), TimeText(entry.modified), StateText(entry.state),
+            Printable(entry.id)};
 }
 
 QString Table(std::vector<Row> rows, const Output& output)
@@ -97,7 +97,7 @@ void ListCommand::Show()
     } else {
         std::vector<Row> rows = {{"NAME", "SIZE", "MODIFIED", "STATE", "ID"}};
         for (const auto& entry : entries) {
-            rows.push_back(RowOf(entry, output));
+            rows.push_back(RowOf(entry));
         }
         output.Lines(Table(std::move(rows), output));
     }

@@ -1,13 +1,12 @@
 #include "LoginCommand.h"
 
 #include "ExitStatus.h"
+#include "Text.h"
 #include "TokenInput.h"
 
 #include <host/account/ServiceAddress.h>
 
 #include <QJsonObject>
-
-#include <stdexcept>
 
 namespace Norlis::Terminal {
 
@@ -39,11 +38,29 @@ QString LoginCommand::Token()
         } else {
             Finish(ExitStatus::interrupted);
         }
+    } catch (const NoToken& problem) {
+        if (!arguments.tokenFile.isEmpty()) {
+            Fail(problem);
+        } else { // there are servers that ask for none
+            token = Host::CloudAccount::TokenForNone();
+            isTokenGiven = false;
+        }
     } catch (const std::runtime_error& problem) {
-        output.Error(QString::fromUtf8(problem.what()));
-        Finish(ExitStatus::failure);
+        Fail(problem);
     }
     return token;
+}
+
+void LoginCommand::Fail(const std::runtime_error& problem)
+{
+    output.Error(QString::fromUtf8(problem.what()));
+    Finish(ExitStatus::failure);
+}
+
+QString LoginCommand::SignInAdvice() const
+{
+    return isTokenGiven ? SessionCommand::SignInAdvice()
+                        : "No password or token was given. Enter one: " + account.LoginCommandLine();
 }
 
 void LoginCommand::Work()
@@ -52,14 +69,13 @@ void LoginCommand::Work()
     try {
         account.Remember(token);
     } catch (const std::runtime_error& problem) {
-        output.Error(QString::fromUtf8(problem.what()));
-        Finish(ExitStatus::failure);
+        Fail(problem);
         return;
     }
     if (output.IsJson()) {
         output.Json(QJsonDocument(QJsonObject{{"service", service.toString()}, {"signedIn", true}}));
     } else {
-        output.Line("Signed in to " + output.Name(Host::ServiceText(service)));
+        output.Line("Signed in to " + Printable(Host::ServiceText(service)));
     }
     Finish(ExitStatus::success);
 }

@@ -2,6 +2,8 @@
 
 #include "SessionCommand.h"
 
+#include <stdexcept>
+
 namespace Norlis::Terminal {
 
 /// Signs in with a new token and remembers it if the service accepts it.
@@ -14,9 +16,13 @@ public:
 protected:
     QString Token() override;
     void Work() override;
+    QString SignInAdvice() const override;
 
 private:
+    void Fail(const std::runtime_error& problem);
+
     QString token;
+    bool isTokenGiven = true;
 };
 
 } // namespace Norlis::Terminal

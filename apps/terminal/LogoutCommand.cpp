@@ -1,6 +1,7 @@
 #include "LogoutCommand.h"
 
 #include "ExitStatus.h"
+#include "Text.h"
 
 #include <host/account/ServiceAddress.h>
 
@@ -21,7 +22,7 @@ void LogoutCommand::Start()
     } else if (service.isEmpty()) {
         output.Line("You were not signed in.");
     } else {
-        output.Line("Signed out of " + output.Name(Host::ServiceText(service)));
+        output.Line("Signed out of " + Printable(Host::ServiceText(service)));
     }
     emit Finished(ExitStatus::success);
 }

@@ -67,11 +67,6 @@ bool Output::IsTerminal() const
     return isTerminal;
 }
 
-QString Output::Name(const QString& name) const
-{
-    return isTerminal ? Printable(name) : name;
-}
-
 void Output::Line(const QString& text)
 {
     Lines(text + '\n');

@@ -28,11 +28,7 @@ public:
     /// Whether results go directly to a terminal.
     bool IsTerminal() const;
 
-    /// A name or path, as printed among the results: unchanged in a file or a pipe, without control characters on a
-    /// terminal.
-    QString Name(const QString& name) const;
-
-    /// A line of results.
+    /// A line of results. Names and paths in it are Printable.
     void Line(const QString& text);
 
     /// Several lines of results, each ending in a newline, written at once.

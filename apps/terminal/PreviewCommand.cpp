@@ -62,9 +62,9 @@ void PreviewCommand::Show(const QString& id)
         output.Json(QJsonDocument(QJsonObject{{"id", id}, {"name", name}, {"previews", previews}}));
         return;
     }
-    QString text = output.Name(name) + '\n';
+    QString text = Printable(name) + '\n';
     for (const QString& size : sizes) {
-        text += "  " + PadRight(size, 6) + "  " + output.Name(paths.value(size)) + '\n';
+        text += "  " + PadRight(size, 6) + "  " + Printable(paths.value(size)) + '\n';
     }
     output.Lines(text);
 }

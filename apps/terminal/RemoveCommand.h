@@ -1,6 +1,9 @@
 #pragma once
 
 #include "BatchCommand.h"
+#include "DocumentEntry.h"
+
+#include <QHash>
 
 namespace Norlis::Terminal {
 
@@ -17,8 +20,10 @@ protected:
 private:
     void Begin();
     void OnRemoved(const QString& id);
+    bool HasChanged(const DocumentEntry& document) const;
 
-    QMap<QString, QString> names; ///< by id; a removed document is no longer in the list
+    QHash<QString, DocumentEntry> seen; ///< by id; the list as it was when the user saw it last
+    QMap<QString, QString> names;       ///< by id; a removed document is no longer in the list
 };
 
 } // namespace Norlis::Terminal

@@ -69,6 +69,11 @@ QString SessionCommand::Token()
     return token;
 }
 
+QString SessionCommand::SignInAdvice() const
+{
+    return "Sign in again: " + account.LoginCommandLine();
+}
+
 QString SessionCommand::DataFolder() const
 {
     return account.DataFolder();
@@ -84,15 +89,20 @@ bool SessionCommand::OpenSession()
         return false;
     }
     connect(session.get(), &Host::CloudSession::Failed, this, &SessionCommand::HandleFailure);
+    connect(session.get(), &Host::CloudSession::ManyDocumentsGone, this, [this](int gone, int before) {
+        output.Error(QStringLiteral("%1 of the %2 documents that were in the list are gone from it. If nobody removed "
+                                    "them, check the service. Their local copies are remembered for a month")
+                         .arg(gone)
+                         .arg(before));
+    });
     return true;
 }
 
 void SessionCommand::HandleFailure(Host::CloudProblem problem)
 {
-    const auto signInAgain = QStringLiteral("Sign in again");
     const bool wasSignedOut = isSignedIn && !session->IsSignedIn();
-    if (wasSignedOut || problem.cause.advice.startsWith(signInAgain)) {
-        problem.cause.advice = signInAgain + ": " + account.LoginCommandLine();
+    if (wasSignedOut || problem.cause.advice.startsWith("Sign in again")) {
+        problem.cause.advice = SignInAdvice();
     }
     if (isSignedIn) {
         OnFailed(problem);

@@ -30,6 +30,9 @@ protected:
     /// stored one.
     virtual QString Token();
 
+    /// What to do when the server does not accept the token.
+    virtual QString SignInAdvice() const;
+
     /// Folder for the records and previews of the service.
     virtual QString DataFolder() const;
 

@@ -8,23 +8,7 @@ namespace Norlis::Terminal {
 
 namespace {
 
-constexpr QChar replacement(0xfffd);
 const QChar ellipsis(0x2026);
-
-bool IsTerminalControl(QChar character)
-{
-    switch (character.category()) {
-    case QChar::Other_Control:
-    case QChar::Separator_Line:
-    case QChar::Separator_Paragraph:
-        return true;
-    default:
-        break;
-    }
-    // The characters that change the direction of writing.
-    const ushort code = character.unicode();
-    return (code >= 0x202a && code <= 0x202e) || (code >= 0x2066 && code <= 0x2069) || code == 0x200e || code == 0x200f;
-}
 
 int WidthOf(uint codePoint)
 {
@@ -35,24 +19,20 @@ int WidthOf(uint codePoint)
 
 } // namespace
 
-QString Printable(const QString& text)
-{
-    QString printable = text;
-    for (QChar& character : printable) {
-        if (IsTerminalControl(character)) {
-            character = replacement;
-        }
-    }
-    return printable;
-}
-
 QString JsonText(const QJsonDocument& document)
 {
     QString text;
-    const auto json = QString::fromUtf8(document.toJson(QJsonDocument::Compact));
-    for (const QChar character : json) {
-        text += IsTerminalControl(character) ? QStringLiteral("\\u%1").arg(character.unicode(), 4, 16, QLatin1Char('0'))
-                                             : QString(character);
+    const auto escape = [&](ushort unit) { text += QStringLiteral("\\u%1").arg(unit, 4, 16, QLatin1Char('0')); };
+    const auto codePoints = QString::fromUtf8(document.toJson(QJsonDocument::Compact)).toUcs4();
+    for (const uint codePoint : codePoints) {
+        if (!Apps::IsTreacherous(codePoint)) {
+            text += QString::fromUcs4(&codePoint, 1);
+        } else if (QChar::requiresSurrogates(codePoint)) {
+            escape(QChar::highSurrogate(codePoint));
+            escape(QChar::lowSurrogate(codePoint));
+        } else {
+            escape(static_cast<ushort>(codePoint));
+        }
     }
     return text;
 }

@@ -1,13 +1,13 @@
 #pragma once
 
+#include <apps/common/PrintableText.h>
+
 #include <QJsonDocument>
 #include <QString>
 
 namespace Norlis::Terminal {
 
-/// The text on one line, without characters that move the cursor, change the terminal's state or the direction of
-/// writing: a document's name comes from elsewhere and must not control the terminal.
-QString Printable(const QString& text);
+using Apps::Printable;
 
 /// The document on one line. Characters that Printable replaces are written as equivalent escapes.
 QString JsonText(const QJsonDocument& document);

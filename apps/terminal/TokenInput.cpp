@@ -3,7 +3,9 @@
 #include <QFile>
 
 #include <algorithm>
+#include <cstring>
 #include <stdexcept>
+#include <vector>
 
 #include <poll.h>
 #include <termios.h>
@@ -13,7 +15,7 @@ namespace Norlis::Terminal {
 
 namespace {
 
-constexpr int maxTokenSize = 64 * 1024; // bytes; anything longer is some other file
+constexpr std::size_t maxTokenSize = 64 * 1024; // bytes; anything longer is some other file
 
 /// Turns the terminal's echo off for as long as it lives.
 class EchoOff {
@@ -43,18 +45,58 @@ private:
     bool isHidden = false;
 };
 
-QString Checked(QByteArray bytes)
+/// What was read, in one place, which is overwritten in the end.
+class Input {
+public:
+    Input() = default;
+
+    ~Input()
+    {
+        explicit_bzero(bytes.data(), bytes.size());
+    }
+
+    Input(const Input&) = delete;
+    Input& operator=(const Input&) = delete;
+
+    char* End()
+    {
+        return bytes.data() + size;
+    }
+
+    std::size_t Room() const
+    {
+        return bytes.size() - size;
+    }
+
+    void Add(std::size_t count)
+    {
+        size += count;
+    }
+
+    bool EndsLine() const
+    {
+        return size > 0 && (bytes[size - 1] == '\n' || bytes[size - 1] == '\r');
+    }
+
+    QString Token();
+
+private:
+    std::vector<char> bytes = std::vector<char>(maxTokenSize + 1);
+    std::size_t size = 0;
+};
+
+QString Input::Token()
 {
-    while (bytes.endsWith('\n') || bytes.endsWith('\r')) {
-        bytes.chop(1);
+    while (EndsLine()) {
+        --size;
     }
-    if (bytes.isEmpty()) {
-        throw std::runtime_error("No password or token was given");
+    if (size == 0) {
+        throw NoToken();
     }
-    if (bytes.size() > maxTokenSize) {
+    if (size > maxTokenSize) {
         throw std::runtime_error("That is too long for a password or token");
     }
-    const QString token = QString::fromUtf8(bytes);
+    const QString token = QString::fromUtf8(bytes.data(), static_cast<int>(size));
     const bool isAnyControl = std::any_of(token.begin(), token.end(),
                                           [](QChar character) { return character.category() == QChar::Other_Control; });
     if (isAnyControl) { // most likely it is another file; besides, HTTP cannot transmit it
@@ -63,52 +105,56 @@ QString Checked(QByteArray bytes)
     return token;
 }
 
-/// Everything up to the end of the input or, on a terminal, of the line. Nothing if interrupted.
-std::optional<QByteArray> ReadInput(bool isTerminal, int interruptDescriptor)
+/// Takes everything up to the end of the input or, on a terminal, of the line. False if interrupted.
+bool Read(Input& input, bool isTerminal, int interruptDescriptor)
 {
-    QByteArray bytes;
-    while (bytes.size() <= maxTokenSize && !(isTerminal && bytes.endsWith('\n'))) {
+    while (input.Room() > 0 && !(isTerminal && input.EndsLine())) {
         pollfd sources[] = {{interruptDescriptor, POLLIN, 0}, {STDIN_FILENO, POLLIN, 0}};
         if (poll(sources, 2, -1) < 0) {
             continue; // a signal; if it asks to stop, the descriptor is readable now
         }
         if (sources[0].revents != 0) {
-            return std::nullopt;
+            return false;
         }
-        char piece[4096];
-        const ssize_t count = read(STDIN_FILENO, piece, sizeof piece);
+        const ssize_t count = read(STDIN_FILENO, input.End(), input.Room());
         if (count <= 0) {
             break;
         }
-        bytes.append(piece, static_cast<int>(count));
+        input.Add(static_cast<std::size_t>(count));
     }
-    return bytes;
+    return true;
 }
 
 } // namespace
 
+NoToken::NoToken() : std::runtime_error("No password or token was given") {}
+
 QString TokenFromFile(const QString& path)
 {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
         throw std::runtime_error(
             QStringLiteral("The token file %1 cannot be read: %2").arg(path, file.errorString()).toStdString());
     }
-    return Checked(file.read(maxTokenSize + 1));
+    Input input;
+    const qint64 count = file.read(input.End(), static_cast<qint64>(input.Room()));
+    input.Add(static_cast<std::size_t>(std::max(count, qint64{0})));
+    return input.Token();
 }
 
 std::optional<QString> TokenFromStandardInput(const QString& question, int interruptDescriptor)
 {
-    std::optional<QByteArray> bytes;
+    Input input;
+    bool isComplete = false;
     if (isatty(STDIN_FILENO) == 1) {
         const EchoOff echoOff;
         const QByteArray text = question.toUtf8();
         [[maybe_unused]] const auto written = write(STDERR_FILENO, text.constData(), static_cast<size_t>(text.size()));
-        bytes = ReadInput(true, interruptDescriptor);
+        isComplete = Read(input, true, interruptDescriptor);
     } else {
-        bytes = ReadInput(false, interruptDescriptor);
+        isComplete = Read(input, false, interruptDescriptor);
     }
-    return bytes ? std::optional(Checked(*bytes)) : std::nullopt;
+    return isComplete ? std::optional(input.Token()) : std::nullopt;
 }
 
 } // namespace Norlis::Terminal

@@ -1,6 +1,7 @@
 #include "UploadCommand.h"
 
 #include "DocumentEntry.h"
+#include "Text.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -23,12 +24,14 @@ void UploadCommand::Work()
 {
     connect(&Session(), &Host::CloudSession::DocumentUploaded, this, &UploadCommand::OnUploaded);
     connect(&Session(), &Host::CloudSession::UploadCanceled, this, &UploadCommand::OnCanceled);
+    connect(&Session(), &Host::CloudSession::LocalCopyRead, this, &UploadCommand::BeginKnown);
     connect(&Session().Cloud(), &AbstractCloudManager::UploadingProgressValueChanged, this,
             &UploadCommand::ShowProgress);
 
-    const bool isAnyKnown =
-        std::any_of(paths.begin(), paths.end(), [this](const QString& path) { return !KnownDocument(path).isEmpty(); });
-    if (isAnyKnown) {
+    const bool isAnyCopy = !arguments.asNew && std::any_of(paths.begin(), paths.end(), [this](const QString& path) {
+        return Session().IsCopy(path);
+    });
+    if (isAnyCopy) {
         WithFreshList([this] { Begin(); }); // the comparison needs the current state of the cloud
     } else {
         Begin();
@@ -37,7 +40,11 @@ void UploadCommand::Work()
 
 bool UploadCommand::CancelJob(const QString& path)
 {
-    Session().CancelUpload(path);
+    if (reading.contains(path)) {
+        OnCanceled(path);
+    } else {
+        Session().CancelUpload(path);
+    }
     return true;
 }
 
@@ -45,39 +52,56 @@ void UploadCommand::Begin()
 {
     QStringList newFiles;
     for (const QString& path : qAsConst(paths)) {
-        const QString id = KnownDocument(path);
-        if (id.isEmpty()) {
-            Expect(path, QFileInfo(path).fileName());
-            newFiles << path;
+        Expect(path, QFileInfo(path).fileName());
+        if (IsKnown(path)) {
+            reading.insert(path);
+            Session().ReadLocalCopy(path); // "unchanged" is said of what is in the file, not of its time stamp
         } else {
-            BeginKnown(path, id);
+            newFiles << path;
         }
     }
-    if (!newFiles.isEmpty()) {
-        Session().Upload(newFiles);
-    }
+    BeginNew(newFiles);
     EndIfDone();
+}
+
+void UploadCommand::BeginNew(const QStringList& files)
+{
+    if (!files.isEmpty()) {
+        Session().Upload(files);
+    }
 }
 
 void UploadCommand::BeginKnown(const QString& path, const QString& id)
 {
+    reading.remove(path);
+    if (!IsExpected(path)) {
+        return;
+    }
+    if (id.isEmpty()) {
+        BeginNew({path});
+        return;
+    }
     const auto entry = EntryOf(Session().Documents(), id);
     using Status = PDF::FileInfo::CloudStatus;
     const auto state = entry ? entry->state : Status::NoSuchDocument;
     if (state == Status::InSync) {
+        Succeed(path);
         Show("unchanged", path, id);
     } else if (state == Status::ChangedInCloud) {
-        ReportFailure(QStringLiteral("\"%1\" is newer in the cloud. Download it, or use --new to keep both").arg(path));
+        Fail(path, QStringLiteral("\"%1\" is newer in the cloud. Download it, or use --new to keep both").arg(path));
     } else if (state == Status::ChangedOnBothSides) {
-        ReportFailure(
-            QStringLiteral("\"%1\" was changed both here and in the cloud. Use --new to keep both, or download "
-                           "the other version to another folder and compare them")
-                .arg(path));
+        Fail(path,
+             QStringLiteral("\"%1\" was changed both here and in the cloud. Use --new to keep both, or download the "
+                            "other version to another folder, put your changes into it there and upload that file")
+                 .arg(path));
     } else {
         // The session identifies the upload by the path in the list.
         const QString key = entry ? entry->path : path;
         updates.insert(key);
-        Expect(key, QFileInfo(path).fileName());
+        if (key != path) {
+            Expect(key, QFileInfo(path).fileName());
+            Succeed(path);
+        }
         Session().UploadChanges(id);
     }
 }
@@ -103,15 +127,14 @@ void UploadCommand::Show(const QString& action, const QString& path, const QStri
         return;
     }
     const QString file = QFileInfo(path).fileName();
-    const QString newName = entry->name == file ? QString() : QStringLiteral(" as ") + output.Name(entry->name);
+    const QString newName = entry->name == file ? QString() : QStringLiteral(" as ") + Printable(entry->name);
     const QString what = action == "unchanged" ? QStringLiteral("already in the cloud, unchanged:") : action;
-    output.Line(what + ' ' + output.Name(file) + newName + "  " + output.Name(id));
+    output.Line(what + ' ' + Printable(file) + newName + "  " + Printable(id));
 }
 
-QString UploadCommand::KnownDocument(const QString& path)
+bool UploadCommand::IsKnown(const QString& path)
 {
-    return arguments.asNew ? QString()
-                           : QString::fromStdString(Session().Documents().GetIdByPath(ioPath(path.toStdString())));
+    return !arguments.asNew && !Session().DocumentAt(path).isEmpty();
 }
 
 } // namespace Norlis::Terminal

@@ -20,11 +20,13 @@ protected:
 private:
     void Begin();
     void BeginKnown(const QString& path, const QString& id);
+    void BeginNew(const QStringList& files);
     void OnUploaded(const QString& path, const QString& id);
     void Show(const QString& action, const QString& path, const QString& id);
-    QString KnownDocument(const QString& path);
+    bool IsKnown(const QString& path);
 
     QStringList paths;     ///< absolute, without duplicates
+    QSet<QString> reading; ///< paths of local copies that are looked at
     QSet<QString> updates; ///< paths of documents that are replaced
 };
 

@@ -75,7 +75,7 @@ void WatchCommand::ShowChange(const QString& what, const QString& id)
         output.Json(QJsonDocument(change));
     } else {
         const QString size = entry ? " (" + HumanSize(entry->size) + ')' : QString();
-        output.Line(now.toString("HH:mm:ss") + "  " + PadRight(what, 7) + "  " + output.Name(names.value(id)) + size);
+        output.Line(now.toString("HH:mm:ss") + "  " + PadRight(what, 7) + "  " + Printable(names.value(id)) + size);
     }
 }
 

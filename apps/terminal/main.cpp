@@ -6,6 +6,8 @@
 
 #include <apps/common/Interrupts.h>
 #include <apps/common/LogFile.h>
+#include <apps/common/ProgramStart.h>
+#include <base/Utf8.h>
 
 #include <QGuiApplication>
 
@@ -79,6 +81,7 @@ int Run(const Arguments& arguments)
 
 int main(int argc, char** argv)
 {
+    Norlis::Apps::PrepareProgram("norlis-cloud");
     PrepareEnvironment();
     // Keeps Qt from taking some of the arguments for options of its own.
     int argcForQt = 1;
@@ -88,7 +91,7 @@ int main(int argc, char** argv)
 
     QStringList words;
     for (int index = 0; index < argc; ++index) {
-        words << QString::fromLocal8Bit(argv[index]);
+        words << Norlis::FromUtf8(QByteArray(argv[index]));
     }
     const CommandLine commandLine = ParseCommandLine(words);
     if (!commandLine.error.isEmpty()) {

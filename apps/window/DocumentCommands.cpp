@@ -5,6 +5,7 @@
 #include "Questions.h"
 #include "Transfers.h"
 
+#include <apps/common/PrintableText.h>
 #include <host/CloudDocumentsModel.h>
 #include <host/session/CloudSession.h>
 
@@ -61,7 +62,7 @@ void DocumentCommands::Upload(const QStringList& paths)
     for (const QString& path : paths) {
         const QString known = idByPath.value(QFileInfo(path).canonicalFilePath());
         if (!IsPdf(path)) {
-            refused.append(QFileInfo(path).fileName());
+            refused.append(Apps::Printable(QFileInfo(path).fileName()));
         } else if (known.isEmpty()) {
             fresh.append(QFileInfo(path).absoluteFilePath());
         } else {
@@ -130,7 +131,7 @@ void DocumentCommands::Open()
 void DocumentCommands::OpenFile(const QString& path)
 {
     if (!QDesktopServices::openUrl(QUrl::fromLocalFile(path))) {
-        parts.message.Show(Topic::files, tr("“%1” cannot be opened.").arg(QFileInfo(path).fileName()),
+        parts.message.Show(Topic::files, tr("“%1” cannot be opened.").arg(Apps::Printable(QFileInfo(path).fileName())),
                            tr("No program for opening PDF documents was found. The document is at %1.")
                                .arg(QDir::toNativeSeparators(path)));
     }
@@ -170,7 +171,7 @@ void DocumentCommands::ReplaceInCloud(const QStringList& ids)
     }
     AskToReplace(widget, NamesOf(conflicts), [this, conflicts] {
         for (const QString& id : conflicts) {
-            parts.transfers.UploadChanges(id);
+            parts.transfers.ReplaceInCloud(id);
         }
     });
 }
@@ -192,7 +193,7 @@ void DocumentCommands::Remove()
 QString DocumentCommands::NameOf(const QString& id) const
 {
     const int row = parts.model.RowOf(id);
-    return row < 0 ? id : parts.model.index(row).data(Model::NameRole).toString();
+    return Apps::Printable(row < 0 ? id : parts.model.index(row).data(Model::NameRole).toString());
 }
 
 QStringList DocumentCommands::NamesOf(const QStringList& ids) const

@@ -2,6 +2,7 @@
 
 #include "Texts.h"
 
+#include <apps/common/PrintableText.h>
 #include <host/CloudDocumentsModel.h>
 
 #include <QRegularExpression>
@@ -71,13 +72,16 @@ void DocumentsFilter::Rearrange(const std::function<void()>& rearrange)
 
 QVariant DocumentsFilter::data(const QModelIndex& index, int role) const
 {
+    if (role == Model::NameRole) {
+        return Apps::Printable(QSortFilterProxyModel::data(index, role).toString());
+    }
     if (role != Qt::AccessibleTextRole && role != Qt::ToolTipRole) {
         return QSortFilterProxyModel::data(index, role);
     }
     QStringList lines = {index.data(Model::NameRole).toString(), StateText(index.data(Model::StateRole).toInt()),
                          SizeText(index.data(Model::SizeRole).toLongLong()),
                          DateText(index.data(Model::ModifiedRole).toDateTime()),
-                         index.data(Model::PathRole).toString()};
+                         Apps::Printable(index.data(Model::PathRole).toString())};
     lines.removeAll({});
     return role == Qt::ToolTipRole ? ToolTipText(lines) : lines.join(", ");
 }

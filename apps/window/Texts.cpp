@@ -1,5 +1,6 @@
 #include "Texts.h"
 
+#include <apps/common/PrintableText.h>
 #include <contracts/NorlisCloudProtocol.h>
 
 #include <QCoreApplication>
@@ -98,7 +99,7 @@ QString ProblemTitle(const Host::CloudProblem& problem, const QString& name)
 QString ProblemDetail(const Host::CloudProblem& problem)
 {
     const QString reason = problem.cause.reason.isEmpty() ? problem.message : problem.cause.reason;
-    return (AsSentence(reason) + ' ' + AsSentence(problem.cause.advice)).trimmed();
+    return Apps::Printable((AsSentence(reason) + ' ' + AsSentence(problem.cause.advice)).trimmed());
 }
 
 QString StorageText(int usedMiB, int totalMiB)

@@ -2,6 +2,9 @@
 
 #include "Texts.h"
 
+#include <apps/common/PrintableText.h>
+#include <base/Utf8.h>
+
 #include <QDir>
 #include <QFileInfo>
 
@@ -53,7 +56,7 @@ void Transfers::Upload(const QStringList& paths)
     QStringList started;
     for (const QString& path : paths) {
         if (Find(false, path) < 0) { // otherwise it is being uploaded already
-            AddRow({Kind::Upload, path, {}, QFileInfo(path).fileName(), {}, false});
+            AddRow({Kind::Upload, path, {}, Apps::Printable(QFileInfo(path).fileName()), {}, false});
             started.append(path);
         }
     }
@@ -64,11 +67,21 @@ void Transfers::Upload(const QStringList& paths)
 
 void Transfers::UploadChanges(const QString& id)
 {
+    StartChanges(Kind::UploadChanges, id);
+}
+
+void Transfers::ReplaceInCloud(const QString& id)
+{
+    StartChanges(Kind::ReplaceInCloud, id);
+}
+
+void Transfers::StartChanges(Kind kind, const QString& id)
+{
     const auto record = session.Documents().GetFileInfo(id);
     const QString path = record ? QString::fromStdString(record->GetPath().utf8string()) : QString();
     const QString subject = path.isEmpty() ? id : path;
     if (Find(false, subject) < 0) {
-        const Transfer transfer = {Kind::UploadChanges, subject, id, NameOf(id), {}, false};
+        const Transfer transfer = {kind, subject, id, NameOf(id), {}, false};
         AddRow(transfer);
         Start(transfer);
     }
@@ -187,6 +200,9 @@ void Transfers::Start(const Transfer& transfer)
     case Kind::UploadChanges:
         session.UploadChanges(transfer.id);
         break;
+    case Kind::ReplaceInCloud:
+        session.ReplaceInCloud(transfer.id);
+        break;
     case Kind::Download:
         session.Download(transfer.id, transfer.folder);
         break;
@@ -264,7 +280,7 @@ QString Transfers::NameOf(const QString& id) const
     const auto record = session.Documents().GetFileInfo(id);
     auto cloudInfo =
         record ? record->GetRedactableCloudInfo() : std::nullopt; // a copy, because its getters are not const
-    return cloudInfo ? QString::fromStdString(cloudInfo->GetFileName()) : id;
+    return Apps::Printable(cloudInfo ? FromUtf8(cloudInfo->GetFileName()) : id);
 }
 
 } // namespace Norlis::Window

@@ -13,7 +13,7 @@ class Transfers : public QAbstractListModel {
     Q_OBJECT
 
 public:
-    enum class Kind { Upload, UploadChanges, Download };
+    enum class Kind { Upload, UploadChanges, ReplaceInCloud, Download };
     enum class Status { Running, Finished, Failed };
 
     enum Role {
@@ -27,6 +27,9 @@ public:
 
     void Upload(const QStringList& paths);
     void UploadChanges(const QString& id);
+
+    /// Also where the cloud has a version that the local copy was not made from.
+    void ReplaceInCloud(const QString& id);
 
     /// \param opensWhenDone whether OpenRequested follows when the document has arrived
     void Download(const QString& id, const QString& folder, bool opensWhenDone = false);
@@ -66,6 +69,7 @@ private:
     };
 
     void AddRow(const Transfer& transfer);
+    void StartChanges(Kind kind, const QString& id);
     void Start(const Transfer& transfer);
 
     /// The row of the running transfer; -1 if there is none.

@@ -3,6 +3,7 @@
 
 #include <apps/common/Interrupts.h>
 #include <apps/common/LogFile.h>
+#include <apps/common/ProgramStart.h>
 #include <host/account/ServiceAddress.h>
 
 #include <QApplication>
@@ -52,6 +53,7 @@ void AllowHelpWithoutDisplay(int argc, char** argv)
 
 int main(int argc, char** argv)
 {
+    Apps::PrepareProgram("norlis-documents");
     AllowHelpWithoutDisplay(argc, argv);
     QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);

@@ -11,7 +11,7 @@ namespace Norlis::Host {
 namespace {
 
 /// The library asks for a token even where the service does not.
-const auto folderToken = QStringLiteral("folder");
+const auto tokenForNone = QStringLiteral("none");
 
 constexpr qint64 maxCertificateFile = 16 * 1024 * 1024; // bytes; the systems' own have less than one MiB
 
@@ -59,7 +59,12 @@ Social::OAuth2::AuthInfo CloudAccount::AuthInfo() const
 
 QString CloudAccount::Token() const
 {
-    return IsFolder(service) ? folderToken : settings->Token(service);
+    return IsFolder(service) ? tokenForNone : settings->Token(service);
+}
+
+QString CloudAccount::TokenForNone()
+{
+    return tokenForNone;
 }
 
 QString CloudAccount::DataFolder() const

@@ -27,6 +27,9 @@ public:
     /// What signs in; empty when nobody is signed in. For a folder, which asks for none, it is never empty.
     QString Token() const;
 
+    /// What to sign in with, and to Remember, where the service asks for no password.
+    static QString TokenForNone();
+
     /// Folder for the records and previews of the service.
     QString DataFolder() const;
 

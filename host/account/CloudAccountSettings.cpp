@@ -1,5 +1,6 @@
 #include "CloudAccountSettings.h"
 
+#include "IniFormat.h"
 #include "ServiceAddress.h"
 
 #include <QCryptographicHash>
@@ -115,7 +116,7 @@ QString AccessKey(const QUrl& service)
 void Store(const QSettings& settings)
 {
     // All objects for one file share what is to be written. The status is each one's own, and that of a failure stays.
-    QSettings writer(settings.fileName(), QSettings::IniFormat);
+    QSettings writer(settings.fileName(), WholeIniFormat());
     writer.sync();
     if (writer.status() != QSettings::NoError) {
         throw Problem(settings.fileName(), "cannot be written", roomAdvice);
@@ -126,7 +127,7 @@ void Store(const QSettings& settings)
 
 CloudAccountSettings::CloudAccountSettings(const QString& folder)
     : folder(PreparedFolder(folder)),
-      settings(this->folder + "/settings.ini", QSettings::IniFormat)
+      settings(this->folder + "/settings.ini", WholeIniFormat())
 {
 }
 

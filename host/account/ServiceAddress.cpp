@@ -90,7 +90,8 @@ QUrl ServiceAddress(const QString& text, const QString& user)
     if (!user.isEmpty()) {
         throw Refusal("--user is for servers; a folder does not need a user name");
     }
-    return url;
+    return QUrl::fromLocalFile(
+        url.toLocalFile()); // in which the same characters are percent-encoded for every spelling
 }
 
 QString NormalizedPath(const QString& path)
@@ -116,6 +117,18 @@ bool IsFolder(const QUrl& service)
 QString ServiceText(const QUrl& service)
 {
     return IsFolder(service) ? service.toLocalFile() : service.toDisplayString();
+}
+
+QString ServiceWord(const QUrl& service)
+{
+    static const QRegularExpression plainWord("^[A-Za-z0-9/:@%_.,+=-]+$");
+    if (IsFolder(service)) {
+        const QString path = service.toLocalFile();
+        return path.contains(plainWord) ? path : "file://" + QUrl::toPercentEncoding(path, "/");
+    }
+    // Some characters mean something else in an address when they are encoded: those are quoted.
+    QString address = service.toString(QUrl::FullyEncoded | QUrl::RemovePassword);
+    return address.contains(plainWord) ? address : '\'' + address.replace("'", "'\\''") + '\'';
 }
 
 } // namespace Norlis::Host

@@ -21,4 +21,8 @@ bool IsFolder(const QUrl& service);
 /// The service as the user knows it: a path or an address.
 QString ServiceText(const QUrl& service);
 
+/// The service as one word of a command line, which names it again: what a shell would take for something else is
+/// percent-encoded or quoted.
+QString ServiceWord(const QUrl& service);
+
 } // namespace Norlis::Host

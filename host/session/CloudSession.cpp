@@ -1,6 +1,8 @@
 #include "CloudSession.h"
 
 #include "ListMerge.h"
+#include "ProtocolAdapter.h"
+#include "Records.h"
 #include "SessionContext.h"
 #include "SessionDownloads.h"
 #include "SessionLists.h"
@@ -9,8 +11,6 @@
 #include "SessionUploads.h"
 
 #include <host/account/CloudAccount.h>
-
-#include <NorlisCloud/NorlisCloudProtocolProxy.h>
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -62,7 +62,7 @@ public:
     const SessionContext context;
     QTimer slices; ///< runs while there is work that is done piece by piece
     SessionUploads uploads{context};
-    SessionDownloads downloads{context};
+    SessionDownloads downloads;
     SessionRemovals removals{context};
     ListMerge merge;
     SessionLists lists{context, merge};
@@ -77,6 +77,7 @@ CloudSession::Private::Private(CloudSession& session, const QString& dataFolder,
       documents(dataFolder + "/documents.sqlite", fileSystem, hashes),
       cloud(session, protocol, hashes, fileSystem, settings),
       context{session, cloud, documents, journal, *hashes, *fileSystem},
+      downloads(context, dataFolder + "/downloads"),
       merge(context, [this] { slices.start(); }),
       previews(context, [this] { slices.start(); })
 {
@@ -124,12 +125,13 @@ CloudSession::CloudSession(const QString& dataFolder, const Social::OAuth2::Auth
     ReadyFolder(dataFolder);
     auto completed = authInfo;
     completed.cacheFolder = dataFolder + "/previews";
+    completed.dataFolder = dataFolder;
     completed.onFailure = [this, guard = lifetime.Watch()](const Social::OAuth2::Failure& failure) {
         if (guard) {
             NoteFailure(failure);
         }
     };
-    const auto protocol = std::make_shared<PDF::Cloud::NorlisCloudProtocolProxy>(completed, "Norlis");
+    const auto protocol = std::make_shared<ProtocolAdapter>(completed, "Norlis");
     d = std::make_unique<Private>(*this, dataFolder, protocol, settings);
 }
 
@@ -177,6 +179,29 @@ bool CloudSession::IsSignedIn()
     return d->cloud.IsSignedIn();
 }
 
+QString CloudSession::DocumentAt(const QString& path)
+{
+    return d->documents.DocumentAt(ToText(d->fileSystem->NormalizePath(ToPath(path))));
+}
+
+bool CloudSession::IsCopy(const QString& path)
+{
+    return d->documents.IsCopy(ToText(d->fileSystem->NormalizePath(ToPath(path))));
+}
+
+void CloudSession::ReadLocalCopy(const QString& path)
+{
+    const QString normalizedPath = ToText(d->fileSystem->NormalizePath(ToPath(path)));
+    const auto show = [this, path, normalizedPath, guard = d->lifetime.Watch()] {
+        const QString id = d->documents.DocumentAt(normalizedPath);
+        d->documents.ShowCopy(id, normalizedPath);
+        if (guard) {
+            emit LocalCopyRead(path, id);
+        }
+    };
+    d->hashes->Prepare({normalizedPath}, &d->documents, show, Md5HashCalculator::Reading::Always);
+}
+
 void CloudSession::Upload(const QStringList& paths)
 {
     d->uploads.Start(paths);
@@ -184,7 +209,12 @@ void CloudSession::Upload(const QStringList& paths)
 
 void CloudSession::UploadChanges(const QString& id)
 {
-    d->uploads.StartChanges(id);
+    d->uploads.StartChanges(id, false);
+}
+
+void CloudSession::ReplaceInCloud(const QString& id)
+{
+    d->uploads.StartChanges(id, true);
 }
 
 void CloudSession::Download(const QString& id, const QString& folder)

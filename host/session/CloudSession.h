@@ -78,16 +78,33 @@ public:
     /// Whether the service has been signed in to.
     bool IsSignedIn();
 
+    /// The document in the list that a file is a copy of; empty when there is none. A document may have several copies;
+    /// the list shows the one that was used last, and ReadLocalCopy lets one use another.
+    QString DocumentAt(const QString& path);
+
+    /// Whether a file is a copy of a document in the list, or of one that has gone from it lately: after a refresh
+    /// there may be a DocumentAt.
+    bool IsCopy(const QString& path);
+
+    /// Has the list show this copy of a document, with the changes that the file's time stamps do not tell of too. Ends
+    /// in LocalCopyRead.
+    void ReadLocalCopy(const QString& path);
+
     /// Sends local files as new documents; each ends in DocumentUploaded, UploadCanceled or Failed. An empty list ends
     /// in Failed too, and so does a file that is already being uploaded.
     void Upload(const QStringList& paths);
 
-    /// Sends the local copy of a document and replaces the cloud copy; ends as Upload does.
+    /// Sends the local copy of a document and replaces the cloud copy, unless that is another version than the one that
+    /// the local copy was made from; ends as Upload does.
     void UploadChanges(const QString& id);
 
+    /// As UploadChanges, also where the cloud copy that the list shows is another version: the user knows and wants it.
+    void ReplaceInCloud(const QString& id);
+
     /// Fetches a document into a folder; ends in DocumentDownloaded, DownloadCanceled or Failed. A file of that name
-    /// which stands there already is replaced only if it is the document's own local copy and has not been changed;
-    /// otherwise the download fails and leaves it alone.
+    /// which stands there already is replaced only if it is a copy of the document and has not been changed; otherwise
+    /// the download fails and leaves it alone. A local copy elsewhere stays what the list shows if it has changes: the
+    /// new file is there to be compared with it.
     void Download(const QString& id, const QString& folder);
 
     /// Nothing happens when there is no such transfer, when it ends before the event loop comes round, and while nobody
@@ -119,6 +136,14 @@ signals:
     /// The list is up to date. Ids of documents that are new, have changed in the cloud, and are gone from it. Emitted
     /// for automatic refreshes too.
     void ListRefreshed(const QStringList& added, const QStringList& changed, const QStringList& removed);
+
+    /// A refresh has found half of the documents gone, or more, which the list may be wrong about. Just before
+    /// ListRefreshed. Their local copies are remembered for a month.
+    /// \param before how many there were
+    void ManyDocumentsGone(int gone, int before);
+
+    /// \param id of the document that the file is a copy of; empty when there is none (any more)
+    void LocalCopyRead(const QString& path, const QString& id);
 
     /// The document of this id is in the list, with its local copy.
     void DocumentUploaded(const QString& path, const QString& id);

@@ -7,6 +7,7 @@
 #include <NorlisCloud/PreviewFile.h>
 
 #include <QFile>
+#include <QFileInfo>
 
 namespace Norlis::Host {
 
@@ -24,6 +25,22 @@ CloudFacts FactsOf(FileInfo& record)
     return CloudFacts(record.GetRedactableCloudInfo().value());
 }
 
+void SetSize(FileInfo& record, quint64 size)
+{
+    auto& cloudInfo = record.GetRedactableCloudInfo().value();
+    auto previews = cloudInfo.GetPreviewsSet();
+    cloudInfo = FileInfo::CloudInfo(cloudInfo.GetId(), cloudInfo.GetFileName(), size, cloudInfo.IsPrivate(),
+                                    cloudInfo.GetDownloadUrl(), cloudInfo.GetCreatedAt(), cloudInfo.GetModifyTime(),
+                                    cloudInfo.GetLifeTime(), cloudInfo.GetMd5Hash());
+    cloudInfo.SetPreviewsSet(previews);
+}
+
+KeptCopy CopyOf(FileInfo& record)
+{
+    return {record.GetPath().utf8string(), record.GetId(), record.GetRedactableCloudInfo()->GetFileName(),
+            record.GetCloudHashBeforeChange()};
+}
+
 } // namespace
 
 bool DocumentIndex::Entry::Shows(Size size) const
@@ -35,11 +52,20 @@ DocumentIndex::DocumentIndex(const QString& file, const std::shared_ptr<LocalFil
                              const std::shared_ptr<Md5HashCalculator>& hashes)
     : hashes(hashes),
       storage(std::make_shared<SqliteCloudInfoStorage>(file)),
-      list(std::make_unique<PDF::Cloud::NorlisCloudFilesManager>(std::make_shared<RestorableStorage>(storage),
-                                                                 fileSystem, hashes))
+      copies(storage)
 {
-    for (int index = 0; index < list->FilesCount(); ++index) {
-        entries[list->GetDocumentId(index)].localPath = list->GetDocumentPath(index);
+    const auto restorable = std::make_shared<RestorableStorage>(storage);
+    list = std::make_unique<PDF::Cloud::NorlisCloudFilesManager>(restorable, fileSystem, hashes);
+    for (const auto& [id, size] : restorable->LargeSizes()) {
+        if (const auto record = RecordOf(QString::fromStdString(id))) {
+            SetSize(*record, size);
+            list->Update(record);
+        }
+    }
+    for (int index = list->FilesCount() - 1; index >= 0; --index) {
+        Entry entry;
+        entry.localPath = list->GetDocumentPath(index);
+        SetEntry(list->GetDocumentId(index), entry);
     }
 }
 
@@ -80,7 +106,7 @@ QStringList DocumentIndex::LocalPaths() const
             paths.append(entry.localPath);
         }
     }
-    return paths;
+    return paths + copies.Paths();
 }
 
 QString DocumentIndex::LocalPath(const QString& id) const
@@ -88,9 +114,80 @@ QString DocumentIndex::LocalPath(const QString& id) const
     return entries.value(id).localPath;
 }
 
+QString DocumentIndex::DocumentAt(const QString& path) const
+{
+    const auto shown = idsByPath.value(path); // the one that took the file last
+    if (!shown.isEmpty()) {
+        return shown;
+    }
+    const auto* copy = copies.At(path);
+    const auto id = copy ? QString::fromStdString(copy->documentId) : QString();
+    return entries.contains(id) ? id : QString();
+}
+
+bool DocumentIndex::IsCopy(const QString& path) const
+{
+    return idsByPath.contains(path) || copies.At(path);
+}
+
+std::optional<std::string> DocumentIndex::SyncHashAt(const QString& id, const QString& path) const
+{
+    if (!path.isEmpty() && LocalPath(id) == path) {
+        return RecordOf(id)->GetCloudHashBeforeChange();
+    }
+    const auto* copy = copies.At(path);
+    return copy && copy->documentId == id.toStdString() ? std::optional(copy->syncHash) : std::nullopt;
+}
+
+const KeptCopy* DocumentIndex::KeptCopyOf(const Record& record) const
+{
+    const auto* copy = copies.Of(IdOf(*record), NameOf(*record), record->GetRedactableCloudInfo()->GetMd5Hash());
+    return copy && !idsByPath.contains(QString::fromStdString(copy->path)) ? copy : nullptr;
+}
+
+bool DocumentIndex::HasKeptCopy(const Record& record) const
+{
+    return KeptCopyOf(record) != nullptr;
+}
+
+bool DocumentIndex::AttachKeptCopy(const Record& record) const
+{
+    const auto* copy = KeptCopyOf(record);
+    if (copy) {
+        const ioPath path(copy->path);
+        record->SetPath(path, hashes->CalculateHash(path), copy->syncHash);
+    }
+    return copy != nullptr;
+}
+
+void DocumentIndex::KeepCopy(const QString& id, const QString& path, const std::string& syncHash)
+{
+    if (const auto record = RecordOf(id)) {
+        copies.Keep({path.toStdString(), id.toStdString(), NameOf(*record).toStdString(), syncHash});
+    }
+}
+
+void DocumentIndex::SetEntry(const QString& id, const Entry& entry)
+{
+    const auto path = LocalPath(id);
+    if (path != entry.localPath) {
+        idsByPath.remove(path, id);
+    }
+    entries[id] = entry;
+    if (!entry.localPath.isEmpty() && path != entry.localPath) {
+        idsByPath.insert(entry.localPath, id);
+        copies.Drop(entry.localPath);
+    }
+}
+
 void DocumentIndex::Add(const Record& record)
 {
-    entries[IdOf(*record)].facts = FactsOf(*record);
+    const auto id = IdOf(*record);
+    Entry entry;
+    entry.facts = FactsOf(*record);
+    entry.localPath = ToText(record->GetPath());
+    SetEntry(id, entry);
+    copies.NoteFound(id);
     list->Add(record);
 }
 
@@ -111,7 +208,7 @@ bool DocumentIndex::Replace(const Record& record)
     auto& cloudInfo = record->GetRedactableCloudInfo().value();
     Entry entry{CloudFacts(cloudInfo), ToText(record->GetPath())};
 
-    const auto held = RecordOf(id);
+    const auto held = entries.contains(id) ? RecordOf(id) : nullptr; // the list walks past all others to find none
     if (held) {
         auto& heldCloudInfo = held->GetRedactableCloudInfo().value();
         if (entry.facts->HasSameContent(CloudFacts(heldCloudInfo))) {
@@ -121,14 +218,35 @@ bool DocumentIndex::Replace(const Record& record)
         }
     }
     record->SetIsSyncingInProgress(IsTransferring(id));
-    entries[id] = entry;
+    if (held && held->GetPath() != record->GetPath() && QFileInfo(LocalPath(id)).isFile()) {
+        copies.Keep(CopyOf(*held));
+    }
+    SetEntry(id, entry);
     if (held) {
         list->Remove(held);
+    } else {
+        copies.NoteFound(id);
     }
     if (guard) {
         list->Add(record);
     }
     return static_cast<bool>(guard);
+}
+
+void DocumentIndex::ShowCopy(const QString& id, const QString& path)
+{
+    const auto record = RecordOf(id);
+    const auto syncHash = SyncHashAt(id, path);
+    if (!record || !syncHash) {
+        return;
+    }
+    record->SetPath(ToPath(path), hashes->CalculateHash(ToPath(path)), *syncHash);
+    if (LocalPath(id) == path) {
+        record->SetIsSyncingInProgress(IsTransferring(id));
+        list->Update(record);
+    } else {
+        Replace(record);
+    }
 }
 
 void DocumentIndex::ShowPreviews(const Record& record, const std::map<Size, ioPath>& previews)
@@ -144,6 +262,22 @@ void DocumentIndex::ShowPreviews(const Record& record, const std::map<Size, ioPa
 
 void DocumentIndex::Remove(const QString& id)
 {
+    copies.DropAllOf(id);
+    TakeOut(id);
+}
+
+void DocumentIndex::Lose(const QString& id)
+{
+    const auto held = RecordOf(id);
+    if (held && !held->GetPath().empty()) {
+        copies.Keep(CopyOf(*held));
+    }
+    copies.NoteLost(id);
+    TakeOut(id);
+}
+
+void DocumentIndex::TakeOut(const QString& id)
+{
     Forget(id);
     if (const auto held = RecordOf(id)) {
         list->Remove(held);
@@ -152,6 +286,7 @@ void DocumentIndex::Remove(const QString& id)
 
 void DocumentIndex::Forget(const QString& id)
 {
+    SetEntry(id, {});
     entries.remove(id);
     if (id.contains('/')) {
         return; // which may lead out of the folder

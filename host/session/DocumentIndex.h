@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CloudFacts.h"
+#include "KeptCopies.h"
 
 #include <base/Lifetime.h>
 #include <host/store/LocalFileSystem.h>
@@ -10,6 +11,7 @@
 #include <NorlisCloud/NorlisCloudFilesManager.h>
 
 #include <QHash>
+#include <QMultiHash>
 #include <QObject>
 #include <QStringList>
 
@@ -57,10 +59,33 @@ public:
     Record RecordOf(const QString& id) const;
 
     QStringList Ids() const;
+
+    /// Of all copies, kept ones included.
     QStringList LocalPaths() const;
 
     /// Empty when there is no local copy.
     QString LocalPath(const QString& id) const;
+
+    /// The document in the list that a file is a copy of, whether or not the list shows that copy. Empty when there is
+    /// none.
+    /// \param path as NormalizePath gives it, as in the following
+    QString DocumentAt(const QString& path) const;
+
+    /// Whether a file is a copy of a document in the list, or of one that has gone from it lately.
+    bool IsCopy(const QString& path) const;
+
+    /// MD5 of the cloud copy when it was last the same as this copy of the document, which is empty when that is
+    /// unknown; nothing when the file is no copy of it.
+    std::optional<std::string> SyncHashAt(const QString& id, const QString& path) const;
+
+    /// Whether there is a kept copy of the document.
+    bool HasKeptCopy(const Record& record) const;
+
+    /// Gives a record that has no local copy the kept one of its document, if there is one.
+    bool AttachKeptCopy(const Record& record) const;
+
+    /// Remembers a further copy of a document in the list, which shows another one.
+    void KeepCopy(const QString& id, const QString& path, const std::string& syncHash);
 
     // Those that change the list emit as the last thing that they do, so the session may be gone afterwards.
 
@@ -75,12 +100,18 @@ public:
     /// synchronisation, and previews of other content do not stay. False when the session is gone.
     bool Replace(const Record& record);
 
+    /// Has the list show this copy of the document, as it is now.
+    void ShowCopy(const QString& id, const QString& path);
+
     /// Shows previews of a document.
     /// \param record what RecordOf gave
     void ShowPreviews(const Record& record, const std::map<Size, ioPath>& previews);
 
-    /// Takes a document out of the list, if it is there, and deletes its previews.
+    /// Takes a document out of the list, if it is there, and deletes its previews. Its copies are forgotten.
     void Remove(const QString& id);
+
+    /// As Remove, for a document that may come back: its copies are kept until then.
+    void Lose(const QString& id);
 
     /// Deletes the previews of a document that is not in the list. Emits nothing.
     void Forget(const QString& id);
@@ -92,14 +123,20 @@ public:
     bool IsTransferring(const QString& id) const;
 
 private:
+    const KeptCopy* KeptCopyOf(const Record& record) const;
+    void SetEntry(const QString& id, const Entry& entry);
+    void TakeOut(const QString& id);
+
     /// Has the list look again at the transfers of a document and at its local copy, which is hashed off the event
     /// loop.
     void LookAgain(const QString& id);
 
     const std::shared_ptr<Md5HashCalculator> hashes;
     const std::shared_ptr<SqliteCloudInfoStorage> storage;
+    KeptCopies copies;
     std::unique_ptr<PDF::Cloud::NorlisCloudFilesManager> list;
-    QHash<QString, Entry> entries; ///< of every document of the list
+    QHash<QString, Entry> entries;          ///< of every document of the list
+    QMultiHash<QString, QString> idsByPath; ///< of those with a local copy
     QHash<QString, int> transfers;
     Lifetime lifetime;
 };

@@ -8,6 +8,12 @@ namespace Norlis::Host {
 
 using PDF::FileInfo;
 
+namespace {
+
+constexpr int minGoneTogether = 2; // one document that has gone is nothing unusual
+
+} // namespace
+
 ListMerge::ListMerge(const SessionContext& context, std::function<void()> onReady)
     : context(context),
       onReady(std::move(onReady))
@@ -17,6 +23,8 @@ ListMerge::ListMerge(const SessionContext& context, std::function<void()> onRead
 void ListMerge::Start(const Files& newFiles, ChangeJournal::Time newRequestedAt)
 {
     ++listCount;
+    heldCount = context.documents.Ids().size();
+    goneCount = 0;
     files = newFiles;
     requestedAt = newRequestedAt;
     next = 0;
@@ -102,11 +110,13 @@ void ListMerge::Merge(const Record& fresh)
     const auto* known = context.documents.Find(id);
     if (!known) {
         Note(id, Change::Added);
+        context.documents.AttachKeptCopy(fresh);
         context.documents.Add(fresh);
         return;
     }
     // The local copy may have changed even if the cloud copy has not.
-    if (known->facts && *known->facts == facts && known->localPath.isEmpty()) {
+    const bool hasCopy = !known->localPath.isEmpty() || context.documents.HasKeptCopy(fresh);
+    if (known->facts && *known->facts == facts && !hasCopy) {
         return;
     }
     const auto held = context.documents.RecordOf(id);
@@ -120,6 +130,10 @@ void ListMerge::Merge(const Record& fresh)
     }
     const auto completed = std::make_shared<FileInfo>(*fresh);
     Complete(*completed, *held, hasSameContent);
+    if (held->GetPath().empty() && context.documents.AttachKeptCopy(completed)) {
+        context.documents.Replace(completed);
+        return;
+    }
     const auto path = held->GetPath();
     const auto cloudHash = completed->GetRedactableCloudInfo()->GetMd5Hash();
     if (!path.empty() && !cloudHash.empty() && cloudHash != held->GetCloudHashBeforeChange() &&
@@ -162,8 +176,9 @@ void ListMerge::Remove(const QString& id)
     if (context.journal.WasUploadedAfter(requestedAt, id)) {
         return;
     }
+    ++goneCount;
     Note(id, Change::Removed);
-    context.documents.Remove(id);
+    context.documents.Lose(id);
 }
 
 void ListMerge::Note(const QString& id, Change change)
@@ -209,7 +224,12 @@ void ListMerge::Report()
         }
     }
     const auto guard = lifetime.Watch();
-    emit context.session.ListRefreshed(added, changed, removed);
+    if (goneCount >= minGoneTogether && 2 * goneCount >= heldCount) {
+        emit context.session.ManyDocumentsGone(goneCount, heldCount);
+    }
+    if (guard) {
+        emit context.session.ListRefreshed(added, changed, removed);
+    }
     for (int further = 1; further < count && guard; ++further) {
         emit context.session.ListRefreshed({}, {}, {}); // a request whose answer was overtaken ends too
     }

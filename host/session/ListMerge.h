@@ -11,7 +11,8 @@ namespace Norlis::Host {
 
 /// Brings the file list in line with what the cloud reports, in pieces that are small enough for the event loop.
 ///
-/// A fresh record knows nothing of the local copy and is completed from the held one. Documents that were uploaded
+/// A fresh record knows nothing of the local copy and is completed from the held one, or from what is kept of a
+/// document that was missing for a time. Documents that were uploaded
 /// after the list was requested are left as they are, and those that were removed since do not come back.
 ///
 /// Whoever owns it calls Step from the event loop for as long as IsReady.
@@ -56,6 +57,8 @@ private:
     Phase phase = Phase::Idle;
     quint64 generation = 0;
     int listCount = 0; ///< lists that the next report covers
+    int heldCount = 0; ///< documents before the merge
+    int goneCount = 0; ///< how many of them the list lacks
     ChangeJournal::Time requestedAt = 0;
 
     Files files;

@@ -13,6 +13,12 @@ QString IdOf(const PDF::FileInfo& record);
 /// The name of the cloud copy.
 QString NameOf(const PDF::FileInfo& record);
 
+/// Where a service does not know the MD5 of a document, a text that stands for its version is in its place.
+bool IsMd5(const std::string& cloudHash);
+
+/// Replaces the hash of the cloud copy and nothing else.
+void SetCloudHash(PDF::FileInfo& record, const std::string& cloudHash);
+
 // Between the paths of records and those of Qt.
 
 ioPath ToPath(const QString& text);

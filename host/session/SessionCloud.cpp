@@ -1,5 +1,7 @@
 #include "SessionCloud.h"
 
+#include "ProtocolAdapter.h"
+
 namespace Norlis::Host {
 
 using PDF::Cloud::AbstractCloudManager;
@@ -28,6 +30,7 @@ SessionCloud::SessionCloud(CloudSession& session, const std::shared_ptr<ICloudPr
                            const std::shared_ptr<PDF::Settings::ICloudAccountSettings>& settings)
     : session(session),
       protocol(protocol),
+      adapter(dynamic_cast<ProtocolAdapter*>(protocol.get())),
       manager(std::make_unique<NorlisCloudManager>(protocol, hashes, fileSystem, settings))
 {
     // Nobody else in the session requests these.
@@ -56,6 +59,20 @@ ICloudProtocol& SessionCloud::Protocol()
 FailureInbox& SessionCloud::Failures()
 {
     return failures;
+}
+
+void SessionCloud::NoteCopyMoved(const QString& id, const QString& fromPath, const QString& toPath)
+{
+    if (adapter) {
+        adapter->Protocol().copyMoved(id, fromPath, toPath);
+    }
+}
+
+void SessionCloud::AcceptListedVersion(const QString& id, const QString& localPath)
+{
+    if (adapter) {
+        adapter->Protocol().acceptListedVersion(id, localPath);
+    }
 }
 
 bool SessionCloud::IsSignedIn() const

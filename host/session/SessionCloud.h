@@ -10,6 +10,8 @@
 
 namespace Norlis::Host {
 
+class ProtocolAdapter;
+
 /// The cloud side of a session: owns the cloud manager and its protocol, and reports the requests that fail, with the
 /// reason.
 class SessionCloud : public QObject {
@@ -34,6 +36,14 @@ public:
     FailureInbox& Failures();
 
     bool IsSignedIn() const;
+
+    // Told to the protocol object; nothing where the session has another kind of protocol.
+
+    /// See NorlisCloudProtocol::copyMoved.
+    void NoteCopyMoved(const QString& id, const QString& fromPath, const QString& toPath);
+
+    /// See NorlisCloudProtocol::acceptListedVersion.
+    void AcceptListedVersion(const QString& id, const QString& localPath);
 
     // Those below emit as the last thing that they do, so the session may be gone afterwards.
 
@@ -60,6 +70,7 @@ private:
     CloudSession& session;
     FailureInbox failures;
     std::shared_ptr<PDF::Cloud::ICloudProtocol> protocol;
+    ProtocolAdapter* const adapter; ///< the protocol, if it is one; null otherwise
     std::unique_ptr<PDF::Cloud::NorlisCloudManager> manager;
     Lifetime lifetime;
 };

@@ -7,6 +7,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QThreadPool>
 
 #include <algorithm>
 
@@ -32,8 +33,11 @@ bool IsTaken(const QString& path)
 
 } // namespace
 
-SessionDownloads::SessionDownloads(const SessionContext& context) : context(context)
+SessionDownloads::SessionDownloads(const SessionContext& context, const QString& stagingList)
+    : context(context),
+      stagingList(stagingList)
 {
+    QThreadPool::globalInstance()->start([stagingList] { StagingFolder::Sweep(stagingList); });
     const auto& manager = context.cloud.Manager();
     connect(&manager, &AbstractCloudManager::DownloadingFinished, this, &SessionDownloads::OnFinished);
     connect(&manager, &AbstractCloudManager::DownloadingFileRequestError, this, &SessionDownloads::OnError);
@@ -117,7 +121,7 @@ void SessionDownloads::Begin(const DownloadPointer& download)
     if (paths.isEmpty()) {
         Request(download);
     } else {
-        context.hashes.Prepare(paths, this, [this, download] { Request(download); });
+        Read(paths, [this, download] { Request(download); });
     }
 }
 
@@ -139,17 +143,18 @@ void SessionDownloads::Request(const DownloadPointer& download)
         context.cloud.RequireSignIn(CloudProblem::Request::Download, {download->id, download->name});
         return;
     }
-    download->staging = std::make_unique<QTemporaryDir>(QDir(download->folder).absoluteFilePath(".norlis-download-"));
-    if (!download->staging->isValid()) {
-        EndWithFailure(download, "the folder cannot be written to: " + download->staging->errorString(),
+    download->staging = std::make_unique<StagingFolder>(download->folder, stagingList);
+    if (!download->staging->IsValid()) {
+        EndWithFailure(download, "the folder cannot be written to: " + download->staging->ErrorText(),
                        "Choose another folder.");
         return;
     }
     // A copy, because the manager gives the record its path before a byte has arrived.
     download->record = held;
+    download->listedHash = held->GetRedactableCloudInfo()->GetMd5Hash();
     download->state = State::Requested;
     context.documents.BeginTransfer(download->id);
-    context.cloud.Manager().Download(download->record, download->staging->path());
+    context.cloud.Manager().Download(download->record, download->staging->Path());
 }
 
 bool SessionDownloads::MayTakeTarget(const DownloadPointer& download)
@@ -159,17 +164,15 @@ bool SessionDownloads::MayTakeTarget(const DownloadPointer& download)
         return true;
     }
     const auto target = ToPath(download->target);
-    const auto held = context.documents.RecordOf(download->id);
-    const auto normalized = [this](const ioPath& path) { return context.fileSystem.NormalizePath(path); };
-    const bool isOwnCopy = held && !held->GetPath().empty() && !QFileInfo(download->target).isSymLink() &&
-                           normalized(held->GetPath()) == normalized(target);
-    if (!isOwnCopy) {
+    const auto synchronizedHash = QFileInfo(download->target).isSymLink()
+                                      ? std::nullopt
+                                      : context.documents.SyncHashAt(download->id, NormalizedTarget(download));
+    if (!synchronizedHash) {
         EndWithFailure(download, "the folder already contains something else with this name",
                        "Choose another folder, or move that file away.");
         return false;
     }
-    const auto synchronizedHash = held->GetCloudHashBeforeChange();
-    if (synchronizedHash.empty() || context.hashes.CalculateHash(target) != synchronizedHash) {
+    if (synchronizedHash->empty() || context.hashes.CalculateHash(target) != *synchronizedHash) {
         EndWithFailure(download, "the local copy has changes that are not in the cloud",
                        "Upload the changes, or choose another folder.");
         return false;
@@ -189,7 +192,7 @@ void SessionDownloads::Place(const DownloadPointer& download)
         EndWithFailure(download, "the downloaded file could not be read", "Try again.");
         return;
     }
-    if (!cloudHash.empty() && cloudHash != download->hash) {
+    if (IsMd5(cloudHash) && cloudHash != download->hash) {
         EndWithFailure(download, "the downloaded file does not match the list of documents",
                        "Refresh the list and try again.");
         return;
@@ -204,8 +207,29 @@ void SessionDownloads::Place(const DownloadPointer& download)
                        "Choose another folder.");
         return;
     }
+    context.cloud.NoteCopyMoved(download->id, download->stagedPath, download->target);
     download->state = State::Placed;
     context.hashes.Prepare({download->target}, this, [this, download] { Complete(download); });
+}
+
+bool SessionDownloads::HasOtherChangedCopy(const DownloadPointer& download) const
+{
+    const auto path = context.documents.LocalPath(download->id);
+    if (path == NormalizedTarget(download) || !QFileInfo(path).isFile()) {
+        return false;
+    }
+    const auto synchronizedHash = context.documents.SyncHashAt(download->id, path);
+    return synchronizedHash && context.hashes.CalculateHash(ToPath(path)) != *synchronizedHash;
+}
+
+QString SessionDownloads::NormalizedTarget(const DownloadPointer& download) const
+{
+    return ToText(context.fileSystem.NormalizePath(ToPath(download->target)));
+}
+
+void SessionDownloads::Read(const QStringList& paths, const std::function<void()>& done)
+{
+    context.hashes.Prepare(paths, this, done, Md5HashCalculator::Reading::Always);
 }
 
 void SessionDownloads::Complete(const DownloadPointer& download)
@@ -213,9 +237,15 @@ void SessionDownloads::Complete(const DownloadPointer& download)
     End(download);
     // Read again: the list may have learned something meanwhile, and may even have lost the document.
     const auto held = context.documents.RecordOf(download->id);
-    if (held) {
-        const auto path = context.fileSystem.NormalizePath(ToPath(download->target));
+    if (HasOtherChangedCopy(download)) {
+        context.documents.KeepCopy(download->id, NormalizedTarget(download), download->hash);
+    } else if (held) {
+        const auto path = ToPath(NormalizedTarget(download));
         held->SetPath(path, context.hashes.CalculateHash(path), download->hash);
+        const auto cloudHash = held->GetRedactableCloudInfo()->GetMd5Hash();
+        if (!IsMd5(cloudHash) && cloudHash == download->listedHash) {
+            SetCloudHash(*held, download->hash);
+        }
         if (!context.documents.Replace(held)) {
             return;
         }
@@ -260,7 +290,7 @@ void SessionDownloads::Refuse(const DownloadPointer& download, const QString& re
 void SessionDownloads::RemoveStaging()
 {
     stagingToRemove.erase(std::remove_if(stagingToRemove.begin(), stagingToRemove.end(),
-                                         [](const auto& folder) { return !folder->isValid() || folder->remove(); }),
+                                         [](const auto& folder) { return folder->Remove(); }),
                           stagingToRemove.end());
 }
 
@@ -272,11 +302,12 @@ void SessionDownloads::OnFinished(const std::shared_ptr<const FileInfo>& file)
     }
     download->state = State::Arrived;
     download->stagedPath = ToText(FileInfo(*file).GetPath());
-    QStringList paths = {download->stagedPath};
+    QStringList paths = {download->stagedPath, context.documents.LocalPath(download->id)};
     if (download->replaces) {
         paths.append(download->target);
     }
-    context.hashes.Prepare(paths, this, [this, download] { Place(download); });
+    paths.removeDuplicates();
+    Read(paths, [this, download] { Place(download); });
 }
 
 void SessionDownloads::OnError(const std::shared_ptr<const FileInfo>& file, const QString& message)

@@ -1,8 +1,7 @@
 #pragma once
 
 #include "SessionContext.h"
-
-#include <QTemporaryDir>
+#include "StagingFolder.h"
 
 #include <vector>
 
@@ -13,7 +12,8 @@ namespace Norlis::Host {
 /// DownloadCanceled or Failed.
 class SessionDownloads : public QObject {
 public:
-    explicit SessionDownloads(const SessionContext& context);
+    /// \param stagingList see StagingFolder; swept at once, off the event loop
+    SessionDownloads(const SessionContext& context, const QString& stagingList);
 
     void Start(const QString& id, const QString& folder);
     void Cancel(const QString& id);
@@ -28,8 +28,9 @@ private:
         QString target;
         bool replaces = false; ///< the document's own local copy, unchanged, stands at the target
         State state = State::Preparing;
-        std::unique_ptr<QTemporaryDir> staging;
+        std::unique_ptr<StagingFolder> staging;
         std::shared_ptr<PDF::FileInfo> record; ///< a copy that the cloud manager writes to
+        std::string listedHash;                ///< see CloudInfo::GetMd5Hash, when it was requested
         QString stagedPath;
         std::string hash;
     };
@@ -42,6 +43,14 @@ private:
 
     /// Decides whether the file at the target may be replaced. Otherwise ends the download and says why.
     bool MayTakeTarget(const DownloadPointer& download);
+
+    /// Whether the document has a local copy with changes elsewhere.
+    bool HasOtherChangedCopy(const DownloadPointer& download) const;
+
+    QString NormalizedTarget(const DownloadPointer& download) const;
+
+    /// Hashes files, whatever is cached: one that a download replaces must not have changes.
+    void Read(const QStringList& paths, const std::function<void()>& done);
 
     /// False when the download has ended meanwhile.
     bool IsCurrent(const DownloadPointer& download) const;
@@ -58,11 +67,12 @@ private:
     void OnCanceled(const std::shared_ptr<const PDF::FileInfo>& file);
 
     const SessionContext context;
+    const QString stagingList;
     QHash<QString, DownloadPointer> downloads; ///< by document id
 
     /// Folders of downloads that have ended. One that the service still writes to is removed when a later download
     /// ends, or with the session.
-    std::vector<std::unique_ptr<QTemporaryDir>> stagingToRemove;
+    std::vector<std::unique_ptr<StagingFolder>> stagingToRemove;
 };
 
 } // namespace Norlis::Host

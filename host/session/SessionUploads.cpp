@@ -61,7 +61,7 @@ void SessionUploads::Start(const QStringList& paths)
     }
 }
 
-void SessionUploads::StartChanges(const QString& id)
+void SessionUploads::StartChanges(const QString& id, bool isNewerSeen)
 {
     const auto held = context.documents.RecordOf(id);
     if (!held || held->GetPath().empty()) {
@@ -76,6 +76,7 @@ void SessionUploads::StartChanges(const QString& id)
     const auto upload = std::make_shared<ActiveUpload>();
     upload->path = ToText(held->GetPath());
     upload->document = id;
+    upload->isNewerSeen = isNewerSeen;
     AskToSignIn();
     Enter(upload);
 }
@@ -91,13 +92,11 @@ void SessionUploads::AskToSignIn()
 
 void SessionUploads::Cancel(const QString& path)
 {
-    const auto normalizedPath = context.fileSystem.NormalizePath(ToPath(path));
-    const auto found = std::find_if(uploads.begin(), uploads.end(),
-                                    [&](const auto& upload) { return upload->normalizedPath == normalizedPath; });
-    if (found == uploads.end()) {
+    const auto found = uploadsByFile.value(ToText(context.fileSystem.NormalizePath(ToPath(path))));
+    if (!found) {
         return;
     }
-    Later(this, [this, upload = *found] {
+    Later(this, [this, upload = found] {
         if (upload->isSent) {
             context.cloud.Manager().CancelUploading(upload->path);
         } else if (End(upload)) {
@@ -108,23 +107,23 @@ void SessionUploads::Cancel(const QString& path)
 
 void SessionUploads::Enter(const UploadPointer& upload)
 {
-    upload->normalizedPath = context.fileSystem.NormalizePath(ToPath(upload->path));
-    const bool isRunning = std::any_of(uploads.begin(), uploads.end(), [&](const auto& other) {
-        return other->normalizedPath == upload->normalizedPath && !upload->path.isEmpty();
-    });
-    if (isRunning) {
+    upload->normalizedPath = ToText(context.fileSystem.NormalizePath(ToPath(upload->path)));
+    if (uploadsByFile.contains(upload->normalizedPath)) {
         Later(this, [this, upload] {
             Refuse(upload, "it is already being uploaded", "Wait until that is done, or cancel it.");
         });
         return;
     }
-    uploads.append(upload);
+    uploads.insert(upload);
+    if (!upload->path.isEmpty()) {
+        uploadsByFile[upload->normalizedPath] = upload;
+    }
     Later(this, [this, upload] { Begin(upload); });
 }
 
 void SessionUploads::Begin(const UploadPointer& upload)
 {
-    if (!uploads.contains(upload)) {
+    if (uploads.count(upload) == 0) {
         return;
     }
     const auto [reason, advice] = Obstacle(upload->path);
@@ -138,13 +137,17 @@ void SessionUploads::Begin(const UploadPointer& upload)
         context.cloud.RefuseSignedOut(CloudProblem::Request::Upload, {upload->path, FileNameOf(upload->path)});
         return;
     }
-    // The cloud manager hashes the path as it is when it sends, and normalised when the answer comes.
-    context.hashes.Prepare({upload->path, ToText(upload->normalizedPath)}, this, [this, upload] { Send(upload); });
+    // The cloud manager hashes the path as it is when it sends, and normalised when the answer comes. What is sent is
+    // what is in the file, whatever its time stamps say.
+    QStringList paths = {upload->path, upload->normalizedPath};
+    paths.removeDuplicates();
+    const auto send = [this, upload] { Send(upload); };
+    context.hashes.Prepare(paths, this, send, Md5HashCalculator::Reading::Always);
 }
 
 void SessionUploads::Send(const UploadPointer& upload)
 {
-    if (!uploads.contains(upload)) {
+    if (uploads.count(upload) == 0) {
         return;
     }
     upload->sentHash = context.hashes.CalculateHash(ToPath(upload->path));
@@ -170,7 +173,11 @@ void SessionUploads::Send(const UploadPointer& upload)
         return;
     }
     upload->isSent = true;
+    sentUploads[upload->path] = upload;
     if (replaced) {
+        if (upload->isNewerSeen) {
+            context.cloud.AcceptListedVersion(upload->document, upload->path);
+        }
         context.documents.BeginTransfer(upload->document);
         context.cloud.Manager().Upload(replaced);
     } else {
@@ -180,9 +187,11 @@ void SessionUploads::Send(const UploadPointer& upload)
 
 bool SessionUploads::End(const UploadPointer& upload)
 {
-    if (!uploads.removeOne(upload)) {
+    if (uploads.erase(upload) == 0) {
         return false;
     }
+    uploadsByFile.remove(upload->normalizedPath);
+    sentUploads.remove(upload->path);
     if (upload->isSent && !upload->document.isEmpty()) {
         context.documents.EndTransfer(upload->document);
     }
@@ -191,9 +200,20 @@ bool SessionUploads::End(const UploadPointer& upload)
 
 SessionUploads::UploadPointer SessionUploads::FindSent(const QString& path) const
 {
-    const auto found = std::find_if(uploads.begin(), uploads.end(),
-                                    [&](const auto& upload) { return upload->isSent && upload->path == path; });
-    return found == uploads.end() ? nullptr : *found;
+    return sentUploads.value(path);
+}
+
+SessionUploads::UploadPointer SessionUploads::FindSent(const ioPath& normalizedPath) const
+{
+    const auto upload = uploadsByFile.value(ToText(normalizedPath));
+    if (upload && upload->isSent) {
+        return upload;
+    }
+    // Normalised when the answer came: a link may have been turned elsewhere since the upload began.
+    const auto found = std::find_if(sentUploads.begin(), sentUploads.end(), [&](const auto& sent) {
+        return context.fileSystem.NormalizePath(ToPath(sent->path)) == normalizedPath;
+    });
+    return found == sentUploads.end() ? nullptr : *found;
 }
 
 void SessionUploads::Refuse(const UploadPointer& upload, const QString& reason, const QString& advice)
@@ -203,14 +223,10 @@ void SessionUploads::Refuse(const UploadPointer& upload, const QString& reason, 
 
 void SessionUploads::OnFinished(const std::shared_ptr<FileInfo>& uploaded)
 {
-    // Normalised again, as the manager has just done it: a link may point elsewhere by now.
-    const auto found = std::find_if(uploads.begin(), uploads.end(), [&](const auto& upload) {
-        return upload->isSent && context.fileSystem.NormalizePath(ToPath(upload->path)) == uploaded->GetPath();
-    });
-    if (found == uploads.end()) {
+    const auto upload = FindSent(uploaded->GetPath());
+    if (!upload) {
         return;
     }
-    const UploadPointer upload = *found;
     End(upload);
     const auto id = IdOf(*uploaded);
     if (id.isEmpty()) {

@@ -2,7 +2,9 @@
 
 #include "SessionContext.h"
 
-#include <QVector>
+#include <QHash>
+
+#include <unordered_set>
 
 namespace Norlis::Host {
 
@@ -13,14 +15,16 @@ public:
     explicit SessionUploads(const SessionContext& context);
 
     void Start(const QStringList& paths);
-    void StartChanges(const QString& id);
+    /// \param isNewerSeen the user knows of the version in the cloud, and wants it replaced
+    void StartChanges(const QString& id, bool isNewerSeen);
     void Cancel(const QString& path);
 
 private:
     struct ActiveUpload {
         QString path;
-        ioPath normalizedPath;
-        QString document; ///< the one that is replaced; empty for a new one
+        QString normalizedPath;
+        QString document;         ///< the one that is replaced; empty for a new one
+        bool isNewerSeen = false; ///< the user knows of the version that the list shows
         bool isSent = false;
         std::string sentHash;
         quint64 sentSize = 0;
@@ -36,6 +40,7 @@ private:
     /// Forgets the upload; false when it has ended meanwhile.
     bool End(const UploadPointer& upload);
     UploadPointer FindSent(const QString& path) const;
+    UploadPointer FindSent(const ioPath& normalizedPath) const;
     void Refuse(const UploadPointer& upload, const QString& reason, const QString& advice);
 
     void OnFinished(const std::shared_ptr<PDF::FileInfo>& uploaded);
@@ -43,7 +48,9 @@ private:
     void OnCanceled(const QString& path);
 
     const SessionContext context;
-    QVector<UploadPointer> uploads;
+    std::unordered_set<UploadPointer> uploads;
+    QHash<QString, UploadPointer> uploadsByFile; ///< by normalised path
+    QHash<QString, UploadPointer> sentUploads;   ///< by path, as the cloud manager names them
 };
 
 } // namespace Norlis::Host

@@ -39,7 +39,7 @@ public:
 
     /// The cached hash, or else that of the file read once more. Empty when it cannot be read, or the calculator is
     /// being destroyed.
-    std::string Hash(const std::string& path);
+    std::string Hash(const std::string& path, Reading reading = Reading::IfChanged);
 
     /// Waits until the hash of the file can be cached, but not for a file that is written all the time.
     void LetSettle(const std::string& path);
@@ -81,20 +81,21 @@ private:
 
 } // namespace
 
-std::string Md5HashCalculator::Private::Hash(const std::string& path)
+std::string Md5HashCalculator::Private::Hash(const std::string& path, Reading reading)
 {
     const auto found = path.find('\0') == std::string::npos ? FileIdentity::OfTarget(path) : FileIdentity();
     if (!found.IsFile()) { // not opened either: it may be a pipe
         return {};
     }
-    if (auto known = cache.Find(path, found); !known.empty()) {
-        return known;
+    if (reading == Reading::IfChanged) {
+        if (auto known = cache.Find(path, found); !known.empty()) {
+            return known;
+        }
     }
     Files::FileReader reader;
     if (!reader.Open(path)) {
         return {};
     }
-    const bool isSettled = reader.Version().TimeUntilSettled() <= nanoseconds::zero();
     while (!reader.Next().isEmpty()) {
         if (IsStopping()) {
             return {};
@@ -104,7 +105,7 @@ std::string Md5HashCalculator::Private::Hash(const std::string& path)
         return {};
     }
     auto hash = reader.Md5().toStdString();
-    if (isSettled && reader.IsUnchanged()) {
+    if (reader.IsLasting()) {
         cache.Store(path, reader.Version(), hash);
     }
     return hash;
@@ -131,16 +132,16 @@ std::string Md5HashCalculator::CalculateHash(const ioPath& path)
     return d->Hash(path.utf8string());
 }
 
-void Md5HashCalculator::Prepare(const QStringList& paths, QObject* context, std::function<void()> done)
+void Md5HashCalculator::Prepare(const QStringList& paths, QObject* context, std::function<void()> done, Reading reading)
 {
-    auto batch = std::make_unique<Batch>([d = d.get(), paths](Batch& batch) {
+    auto batch = std::make_unique<Batch>([d = d.get(), paths, reading](Batch& batch) {
         for (const auto& path : paths) {
             if (d->IsStopping()) {
                 return;
             }
             const std::string bytes = path.toStdString();
             d->LetSettle(bytes);
-            d->Hash(bytes);
+            d->Hash(bytes, reading);
         }
         emit batch.Finished();
     });

@@ -25,9 +25,16 @@ public:
     /// Empty for an empty path, a file that cannot be read and anything that is not a regular file.
     std::string CalculateHash(const ioPath& path) override;
 
+    /// Which files are read.
+    enum class Reading {
+        IfChanged, ///< those whose hash is not cached
+        Always,    ///< all: a program that changes a file through a memory map leaves its time stamps as they were
+    };
+
     /// Hashes files on another thread, so that CalculateHash answers at once afterwards. Calls done on the thread of
     /// the context when all are ready; not at all when the context or the calculator is gone by then.
-    void Prepare(const QStringList& paths, QObject* context, std::function<void()> done);
+    void Prepare(const QStringList& paths, QObject* context, std::function<void()> done,
+                 Reading reading = Reading::IfChanged);
 
 private:
     class Private;

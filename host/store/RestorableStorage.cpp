@@ -25,9 +25,9 @@ void RestorableStorage::SetValue(const std::string& fileId, const std::string& k
 std::map<std::string, std::map<std::string, std::string>> RestorableStorage::ReadAll()
 {
     auto records = storage->ReadAll();
-    for (auto& record : records) {
-        auto& fields = record.second;
-        const auto keepIf = [&fields](const char* key, auto isNumber) {
+    largeSizes.clear();
+    for (auto& [id, fields] : records) {
+        const auto keepIf = [&fields = fields](const char* key, auto isNumber) {
             const auto field = fields.find(key);
             if (field != fields.end() && !isNumber(QByteArray::fromStdString(field->second))) {
                 fields.erase(field);
@@ -38,15 +38,25 @@ std::map<std::string, std::map<std::string, std::string>> RestorableStorage::Rea
             text.toInt(&fits);
             return fits;
         };
-        keepIf(RecordKey::cloudSize, [](const QByteArray& text) {
+        keepIf(RecordKey::cloudSize, [this, &id = id](const QByteArray& text) {
             bool fits = false;
             text.toUInt(&fits);
+            bool isSize = false;
+            const quint64 size = text.toULongLong(&isSize);
+            if (isSize && !fits) {
+                largeSizes[id] = size;
+            }
             return fits;
         });
         keepIf(RecordKey::isPrivate, isInt);
         keepIf(RecordKey::lifetime, isInt);
     }
     return records;
+}
+
+const std::map<std::string, quint64>& RestorableStorage::LargeSizes() const
+{
+    return largeSizes;
 }
 
 } // namespace Norlis::Host

@@ -5,7 +5,11 @@
 #include <glog/logging.h>
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <optional>
+#include <set>
+#include <unordered_map>
+#include <unordered_set>
 
 namespace Norlis::Host {
 
@@ -13,11 +17,16 @@ namespace {
 
 constexpr quint32 applicationId = 0x4E524C53; // "NRLS", in the header of every record store
 constexpr int formatVersion = 1;
-constexpr int lockTimeout = 1000; // milliseconds
+constexpr int lockTimeout = 10'000; // milliseconds; in which another program saves any list
 
 // Blobs keep the bytes as they are and sort like std::string.
 constexpr auto tables = "CREATE TABLE records (file_id BLOB NOT NULL, key BLOB NOT NULL, value BLOB NOT NULL, "
                         "PRIMARY KEY (file_id, key)) WITHOUT ROWID";
+
+// Made when the first one is kept. Versions that do not know it leave it alone.
+constexpr auto copiesTable =
+    "CREATE TABLE IF NOT EXISTS copies (path BLOB NOT NULL PRIMARY KEY, file_id BLOB NOT NULL, name BLOB NOT NULL, "
+    "hash BLOB NOT NULL, lost_at INTEGER NOT NULL) WITHOUT ROWID";
 
 /// What went wrong with the file and what the user can do, on one line.
 std::runtime_error Problem(const QString& file, const std::string& what, const std::string& advice)
@@ -35,7 +44,7 @@ std::runtime_error Problem(const QString& file, const SqliteError& error)
     switch (error.Code()) {
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
-        return Problem(file, "is in use by another program", "Close that program and try again");
+        return Problem(file, "is being written by another program", "Wait until that is done and try again");
     case SQLITE_FULL:
         return Problem(file, "could not be saved: the disk is full", "Free some space and try again");
     case SQLITE_CANTOPEN:
@@ -50,19 +59,16 @@ std::runtime_error Problem(const QString& file, const SqliteError& error)
     }
 }
 
-/// The connection to the file, locked, with the table in it.
-std::unique_ptr<SqliteConnection> Open(const QString& file)
+/// The connection to the file, with the table in it.
+std::unique_ptr<SqliteConnection> Open(const QString& file, const std::string& lockingMode)
 {
-    if (file.isEmpty()) {
-        throw Problem(file, "has no file name", "Choose a file for it");
-    }
     auto connection = std::make_unique<SqliteConnection>(file, applicationId);
     if (connection->InitialContent() == SqliteConnection::Content::Foreign) {
         throw Problem(file, "cannot be opened: it is not a document list", "Move it away or choose another folder");
     }
     connection->SetReadOnlyClose(true); // until it is clear that this version may write to the file
     connection->Execute("PRAGMA busy_timeout = " + std::to_string(lockTimeout) +
-                        "; PRAGMA locking_mode = EXCLUSIVE; PRAGMA synchronous = FULL");
+                        "; PRAGMA locking_mode = " + lockingMode + "; PRAGMA synchronous = FULL");
     if (connection->EnsureTables(tables, formatVersion) > formatVersion) {
         throw Problem(file, "was written by a newer version of this program", "Update this program");
     }
@@ -72,7 +78,69 @@ std::unique_ptr<SqliteConnection> Open(const QString& file)
     return connection;
 }
 
+std::unique_ptr<SqliteConnection> Open(const QString& file)
+{
+    if (file.isEmpty()) {
+        throw Problem(file, "has no file name", "Choose a file for it");
+    }
+    try {
+        return Open(file, "NORMAL");
+    } catch (const SqliteError& error) {
+        if (error.Code() != SQLITE_IOERR) {
+            throw;
+        }
+        // Programs that share the file need another one in its folder, for which there may be no room. Without it one
+        // program at a time can read.
+        return Open(file, "EXCLUSIVE");
+    }
+}
+
 } // namespace
+
+/// What this program has last read or written, to tell what it changes. Values are known by their hash values, so that
+/// the texts of all records are not held twice.
+class SqliteCloudInfoStorage::Known {
+public:
+    bool HasRecord(const std::string& id) const
+    {
+        return records.count(id) != 0;
+    }
+
+    bool HasValue(const std::string& id, const std::string& key, const std::string& value) const
+    {
+        const auto record = records.find(id);
+        return record != records.end() && std::find(record->second.begin(), record->second.end(),
+                                                    Field{hash(key), hash(value)}) != record->second.end();
+    }
+
+    void Note(const std::string& id, const std::string& key, const std::string& value)
+    {
+        auto& fields = records[id];
+        const auto found =
+            std::find_if(fields.begin(), fields.end(), [&](const Field& field) { return field.first == hash(key); });
+        if (found != fields.end()) {
+            found->second = hash(value);
+        } else {
+            fields.emplace_back(hash(key), hash(value));
+        }
+    }
+
+    void Forget(const std::string& id)
+    {
+        records.erase(id);
+    }
+
+    void Clear()
+    {
+        records.clear();
+    }
+
+private:
+    using Field = std::pair<std::size_t, std::size_t>; // key and value
+
+    std::hash<std::string> hash;
+    std::unordered_map<std::string, std::vector<Field>> records;
+};
 
 class SqliteCloudInfoStorage::Private {
 public:
@@ -80,18 +148,22 @@ public:
         : file(file),
           connection(Open(file)),
           remove(*connection, "DELETE FROM records WHERE file_id = ?1"),
-          // Most values stand there already, and passing them over is faster than writing them again.
-          set(*connection, "INSERT INTO records (file_id, key, value) VALUES (?1, ?2, ?3) "
-                           "ON CONFLICT DO UPDATE SET value = excluded.value WHERE value <> excluded.value"),
+          // Another program may have removed the record: a part of it would be none.
+          change(*connection, "INSERT INTO records (file_id, key, value) SELECT ?1, ?2, ?3 "
+                              "WHERE EXISTS (SELECT 1 FROM records WHERE file_id = ?1) "
+                              "ON CONFLICT DO UPDATE SET value = excluded.value WHERE value <> excluded.value"),
+          // Another program may have added the record too, and know more of it: what is empty says nothing.
+          add(*connection, "INSERT INTO records (file_id, key, value) VALUES (?1, ?2, ?3) ON CONFLICT DO UPDATE "
+                           "SET value = excluded.value WHERE value <> excluded.value AND length(excluded.value) > 0"),
           readAll(*connection, "SELECT file_id, key, value FROM records ORDER BY file_id, key")
     {
         readAll.Step(); // reads the first pages, which shows most kinds of damage
         readAll.Reset();
     }
 
-    /// Runs a statement that writes, inside the transaction. Afterwards it holds no reference to what was bound.
-    template <typename... Bytes>
-    void Write(SqliteStatement& statement, const Bytes&... bytes)
+    /// Does something inside the transaction, which is begun as late as possible: other programs wait for its end.
+    template <typename Operation>
+    void Write(const Operation& operation)
     {
         if (failure) {
             return;
@@ -99,23 +171,71 @@ public:
         try {
             if (!connection->InTransaction()) {
                 connection->Execute("BEGIN IMMEDIATE");
+                for (const auto& id : removed) {
+                    Run(remove, id);
+                }
             }
-            int index = 0;
-            (statement.Bind(++index, bytes), ...);
-            statement.Step();
+            operation();
         } catch (const SqliteError& error) {
             failure = Problem(file, error);
-            connection->Rollback();
+            Rollback();
         }
+    }
+
+    /// Runs a statement. Afterwards it holds no reference to what was bound.
+    template <typename... Values>
+    static void Run(SqliteStatement& statement, const Values&... values)
+    {
+        int index = 0;
+        (statement.Bind(++index, values), ...);
+        statement.Step();
+    }
+
+    void WriteCopies();
+
+    void Rollback()
+    {
+        connection->Rollback();
+        EndTransaction();
+        known.Clear(); // the next save writes everything
+    }
+
+    void EndTransaction()
+    {
+        removed.clear();
+        added.clear();
+        copies.clear();
     }
 
     QString file;
     std::unique_ptr<SqliteConnection> connection;
     SqliteStatement remove;
-    SqliteStatement set;
+    SqliteStatement change;
+    SqliteStatement add;
     SqliteStatement readAll;
     std::optional<std::runtime_error> failure; ///< the first one since the last commit
+    Known known;
+
+    // Since the last commit.
+    std::set<std::string> removed; ///< records, before the transaction began
+    std::unordered_set<std::string> added;
+    std::map<std::string, std::optional<KeptCopy>> copies; ///< by path; none for one that is dropped
 };
+
+void SqliteCloudInfoStorage::Private::WriteCopies()
+{
+    connection->Execute(copiesTable);
+    SqliteStatement keep(*connection, "INSERT OR REPLACE INTO copies (path, file_id, name, hash, lost_at) "
+                                      "VALUES (?1, ?2, ?3, ?4, ?5)");
+    SqliteStatement drop(*connection, "DELETE FROM copies WHERE path = ?1");
+    for (const auto& [path, copy] : copies) {
+        if (copy) {
+            Run(keep, path, copy->documentId, copy->name, copy->syncHash, copy->lostAt);
+        } else {
+            Run(drop, path);
+        }
+    }
+}
 
 SqliteCloudInfoStorage::SqliteCloudInfoStorage(const QString& file)
 try : d(std::make_unique<Private>(file)) {
@@ -134,27 +254,46 @@ SqliteCloudInfoStorage::~SqliteCloudInfoStorage()
 
 void SqliteCloudInfoStorage::RemoveRecord(const std::string& fileId)
 {
-    d->Write(d->remove, fileId);
+    d->known.Forget(fileId);
+    if (d->connection->InTransaction()) {
+        d->Write([&] { d->Run(d->remove, fileId); });
+    } else {
+        d->removed.insert(fileId);
+    }
 }
 
 void SqliteCloudInfoStorage::SetValue(const std::string& fileId, const std::string& key, const std::string& value)
 {
-    d->Write(d->set, fileId, key, value);
+    if (d->known.HasValue(fileId, key, value)) {
+        return;
+    }
+    d->Write([&] {
+        if (!d->known.HasRecord(fileId)) {
+            d->added.insert(fileId);
+        }
+        d->Run(d->added.count(fileId) != 0 ? d->add : d->change, fileId, key, value);
+        d->known.Note(fileId, key, value);
+    });
 }
 
 std::map<std::string, std::map<std::string, std::string>> SqliteCloudInfoStorage::ReadAll()
 {
     std::map<std::string, std::map<std::string, std::string>> records;
     auto record = records.end();
+    d->known.Clear();
     try {
         // The rows come sorted, so that every field belongs to the end of the last record or begins a new one.
         while (d->readAll.Step()) {
-            const auto id = d->readAll.Bytes(0);
+            const std::string id(d->readAll.Bytes(0));
+            if (d->removed.count(id) != 0 && !d->connection->InTransaction()) {
+                continue;
+            }
             if (record == records.end() || record->first != id) {
                 record = records.emplace_hint(records.end(), id, std::map<std::string, std::string>());
             }
             auto& fields = record->second;
-            fields.emplace_hint(fields.end(), d->readAll.Bytes(1), d->readAll.Bytes(2));
+            const auto field = fields.emplace_hint(fields.end(), d->readAll.Bytes(1), d->readAll.Bytes(2));
+            d->known.Note(id, field->first, field->second);
         }
     } catch (const SqliteError& error) {
         throw Problem(d->file, error);
@@ -162,8 +301,41 @@ std::map<std::string, std::map<std::string, std::string>> SqliteCloudInfoStorage
     return records;
 }
 
+std::vector<KeptCopy> SqliteCloudInfoStorage::ReadCopies()
+{
+    std::vector<KeptCopy> copies;
+    try {
+        if (d->connection->Number("SELECT count(*) FROM sqlite_master WHERE name = 'copies'") == 0) {
+            return copies;
+        }
+        SqliteStatement read(*d->connection, "SELECT path, file_id, name, hash, lost_at FROM copies");
+        while (read.Step()) {
+            const auto text = [&read](int column) { return std::string(read.Bytes(column)); };
+            copies.push_back({text(0), text(1), text(2), text(3), read.Number(4)});
+        }
+    } catch (const SqliteError& error) {
+        throw Problem(d->file, error);
+    }
+    return copies;
+}
+
+void SqliteCloudInfoStorage::KeepCopy(const KeptCopy& copy)
+{
+    d->copies[copy.path] = copy;
+}
+
+void SqliteCloudInfoStorage::DropCopy(const std::string& path)
+{
+    d->copies[path].reset();
+}
+
 void SqliteCloudInfoStorage::Commit()
 {
+    if (!d->copies.empty()) {
+        d->Write([this] { d->WriteCopies(); });
+    } else if (!d->removed.empty()) {
+        d->Write([] {});
+    }
     if (const auto failure = std::exchange(d->failure, std::nullopt)) {
         throw *failure;
     }
@@ -172,8 +344,9 @@ void SqliteCloudInfoStorage::Commit()
     }
     try {
         d->connection->Execute("COMMIT");
+        d->EndTransaction();
     } catch (const SqliteError& error) {
-        d->connection->Rollback();
+        d->Rollback();
         throw Problem(d->file, error);
     }
 }

@@ -98,14 +98,16 @@ void SqliteConnection::Execute(const std::string& statements)
 
 qint64 SqliteConnection::EnsureTables(const std::string& tables, int version)
 {
-    Execute("BEGIN EXCLUSIVE");
-    if (Number("PRAGMA application_id") == 0) {
-        Execute(tables + "; PRAGMA application_id = " + std::to_string(applicationId) +
-                "; PRAGMA user_version = " + std::to_string(version));
+    const auto isNew = [this] { return Number("PRAGMA application_id") == 0; };
+    if (isNew()) { // asked without a lock, because nobody who reads shall wait for another program that writes
+        Execute("BEGIN EXCLUSIVE");
+        if (isNew()) {
+            Execute(tables + "; PRAGMA application_id = " + std::to_string(applicationId) +
+                    "; PRAGMA user_version = " + std::to_string(version));
+        }
+        Execute("COMMIT");
     }
-    const qint64 found = Number("PRAGMA user_version");
-    Execute("COMMIT");
-    return found;
+    return Number("PRAGMA user_version");
 }
 
 qint64 SqliteConnection::Number(const char* query)

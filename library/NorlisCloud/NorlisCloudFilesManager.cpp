@@ -1,6 +1,7 @@
 #include <NorlisCloud/NorlisCloudFilesManager.h>
 
 #include <base/Lifetime.h>
+#include <base/Utf8.h>
 #include <NorlisCloud/RecordKeys.h>
 #include <NorlisCloud/StoredNumber.h>
 
@@ -181,7 +182,7 @@ QString NorlisCloudFilesManager::GetDocumentName(int index) const
     if (!file || !file->GetRedactableCloudInfo()) {
         return {};
     }
-    return QString::fromStdString(file->GetRedactableCloudInfo()->GetFileName());
+    return FromUtf8(file->GetRedactableCloudInfo()->GetFileName());
 }
 
 QMap<QString, QVariant> NorlisCloudFilesManager::GetPreviewsSet(int index) const

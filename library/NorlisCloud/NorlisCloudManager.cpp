@@ -1,6 +1,7 @@
 #include <NorlisCloud/NorlisCloudManager.h>
 
 #include <base/Lifetime.h>
+#include <base/Utf8.h>
 #include <contracts/NorlisCloudProtocol.h>
 #include <NorlisCloud/PreviewFile.h>
 
@@ -341,7 +342,7 @@ void NorlisCloudManager::Download(const std::shared_ptr<FileInfo>& record, const
         }
         return;
     }
-    const auto target = directory + '/' + QString::fromStdString(cloudInfo->GetFileName());
+    const auto target = directory + '/' + FromUtf8(cloudInfo->GetFileName());
     ICloudProtocol::FileFieldData data;
     data.fields[NorlisCloudProtocol::ID] = IdOf(file);
     data.fields[NorlisCloudProtocol::FILE_NAME] = target;

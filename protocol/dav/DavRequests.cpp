@@ -1,6 +1,7 @@
 #include "DavRequests.h"
 
 #include "DavEntry.h"
+#include <protocol/http/Origin.h>
 
 #include <QString>
 
@@ -38,6 +39,19 @@ HttpRequest PropFindOfDepth(int depth, const QByteArray& url, const QByteArray& 
     request.fields = {{"Depth", QByteArray::number(depth)}, {"Content-Type", xmlType}};
     request.body = propFindBegin + extraProperties + propFindEnd;
     return request;
+}
+
+QByteArray DestinationIn(DestinationForm form, const QByteArray& url)
+{
+    switch (form) {
+    case DestinationForm::Path:
+        return url.mid(PathPosition(url));
+    case DestinationForm::PlainUrl:
+        return "http" + url.mid(url.indexOf(':'));
+    case DestinationForm::Url:
+        break;
+    }
+    return url;
 }
 
 HttpRequest With(HttpRequest request, const QByteArray& field, const QByteArray& value)
@@ -97,11 +111,11 @@ HttpRequest Put(const QByteArray& url, const QByteArray& contentType)
                 contentType.isEmpty() ? QByteArray("application/octet-stream") : contentType);
 }
 
-HttpRequest Move(const QByteArray& fromUrl, const QByteArray& toUrl, bool mayOverwrite)
+HttpRequest Move(const QByteArray& fromUrl, const QByteArray& toUrl, bool mayOverwrite, DestinationForm form)
 {
     HttpRequest request = Request("MOVE", fromUrl);
-    // Some servers refuse a Destination that is a mere path, and some take a missing Overwrite for F.
-    request.fields = {{"Destination", toUrl}, {"Overwrite", mayOverwrite ? "T" : "F"}};
+    // Some servers take a missing Overwrite for F.
+    request.fields = {{"Destination", DestinationIn(form, toUrl)}, {"Overwrite", mayOverwrite ? "T" : "F"}};
     request.isRepeatable = false;
     return request;
 }
@@ -109,6 +123,36 @@ HttpRequest Move(const QByteArray& fromUrl, const QByteArray& toUrl, bool mayOve
 HttpRequest Delete(const QByteArray& url)
 {
     return Request("DELETE", url);
+}
+
+HttpRequest Lock(const QByteArray& url)
+{
+    HttpRequest request = Request("LOCK", url);
+    request.fields = {{"Depth", "0"}, {"Timeout", "Second-60"}, {"Content-Type", xmlType}};
+    request.body = R"(<?xml version="1.0" encoding="utf-8"?>)"
+                   R"(<d:lockinfo xmlns:d="DAV:"><d:lockscope><d:exclusive/></d:lockscope>)"
+                   R"(<d:locktype><d:write/></d:locktype></d:lockinfo>)";
+    request.isRepeatable = false;
+    return request;
+}
+
+HttpRequest Unlock(const QByteArray& url, const QByteArray& token)
+{
+    return With(Request("UNLOCK", url), "Lock-Token", token);
+}
+
+HttpRequest WithLock(const HttpRequest& request, const QByteArray& lockedUrl, const QByteArray& token)
+{
+    // Tagged, since it is not always the resource of the request that is locked.
+    const QByteArray condition = '<' + lockedUrl + "> (" + token + ')';
+    HttpRequest allowed = request;
+    for (auto& field : allowed.fields) {
+        if (field.first == "If") {
+            field.second += ' ' + condition;
+            return allowed;
+        }
+    }
+    return With(allowed, "If", condition);
 }
 
 HttpRequest IfMatch(HttpRequest request, const QByteArray& etag)
@@ -125,6 +169,12 @@ HttpRequest FromPosition(HttpRequest request, qint64 position, const QByteArray&
 {
     request.fields.append({"Range", "bytes=" + QByteArray::number(position) + '-'});
     return etag.isEmpty() ? request : With(std::move(request), "If-Range", etag);
+}
+
+HttpRequest ForPart(HttpRequest request, qint64 position, qint64 size)
+{
+    return With(std::move(request), "Range",
+                "bytes=" + QByteArray::number(position) + '-' + QByteArray::number(position + size - 1));
 }
 
 HttpRequest WithChecksum(HttpRequest put, const QByteArray& md5)

@@ -37,10 +37,24 @@ HttpRequest GetUser(const QByteArray& instanceUrl);
 /// \param contentType empty when it is not known
 HttpRequest Put(const QByteArray& url, const QByteArray& contentType = {});
 
+/// How a MOVE writes where to. Every server takes the whole address, as long as it knows itself by it: behind a proxy
+/// that ends TLS or has another name, one may take only the path, or the address with "http:".
+enum class DestinationForm { Url, Path, PlainUrl };
+
 /// Renames a file. Not repeatable: the second time it would fail. RFC 4918, 9.9.
-HttpRequest Move(const QByteArray& fromUrl, const QByteArray& toUrl, bool mayOverwrite);
+HttpRequest Move(const QByteArray& fromUrl, const QByteArray& toUrl, bool mayOverwrite,
+                 DestinationForm form = DestinationForm::Url);
 
 HttpRequest Delete(const QByteArray& url);
+
+/// An exclusive write lock for a minute. Not repeatable: the second time it would find the first. RFC 4918, 9.10.
+HttpRequest Lock(const QByteArray& url);
+
+/// \param token with its angle brackets
+HttpRequest Unlock(const QByteArray& url, const QByteArray& token);
+
+/// The request, by who holds the lock of the resource at lockedUrl, and perhaps others. RFC 4918, 10.4.
+HttpRequest WithLock(const HttpRequest& request, const QByteArray& lockedUrl, const QByteArray& token);
 
 /// The request, carried out only if the resource has this entity tag.
 HttpRequest IfMatch(HttpRequest request, const QByteArray& etag);
@@ -50,6 +64,9 @@ HttpRequest IfNew(HttpRequest request);
 
 /// The request for the bytes from a position to the end; with an entity tag, for all of them if the tag is outdated.
 HttpRequest FromPosition(HttpRequest request, qint64 position, const QByteArray& etag = {});
+
+/// The request for that many bytes from a position on.
+HttpRequest ForPart(HttpRequest request, qint64 position, qint64 size);
 
 /// The PUT of a document to a server like Nextcloud: asks for the MD5 of what arrives, and hands over the one that is
 /// to be stored with it unless it is empty.

@@ -1,5 +1,7 @@
 #include "MultiStatusParser.h"
 
+#include <base/Utf8.h>
+
 #include <algorithm>
 #include <utility>
 
@@ -68,7 +70,7 @@ bool IsSuccess(int status)
 
 bool IsUtf8(const QByteArray& bytes)
 {
-    return std::all_of(bytes.begin(), bytes.end(), IsAscii) || QString::fromUtf8(bytes).toUtf8() == bytes;
+    return std::all_of(bytes.begin(), bytes.end(), IsAscii) || FromUtf8(bytes).toUtf8() == bytes;
 }
 
 } // namespace
@@ -317,11 +319,13 @@ void MultiStatusParser::EndPropstat()
 void MultiStatusParser::EndResponse()
 {
     const std::optional<DavPath> path = SegmentsOfHref(href);
+    std::optional<QByteArray> name = path ? MemberName(collection, *path) : std::nullopt;
     if (!path || !(hasStatus || responseStatus != 0)) {
         ++malformedCount;
+        unidentifiedCount += path ? 0 : 1;
+        undescribedCount += name ? 1 : 0;
         return;
     }
-    std::optional<QByteArray> name = MemberName(collection, *path);
     if (!name) {
         ++foreignCount;
         return;

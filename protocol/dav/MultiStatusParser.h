@@ -58,6 +58,18 @@ public:
         return malformedCount;
     }
 
+    /// Of the malformed ones, those without a readable href: any member may be meant.
+    int UnidentifiedCount() const
+    {
+        return unidentifiedCount;
+    }
+
+    /// Of the malformed ones, those of a member of which only the status is unreadable.
+    int UndescribedCount() const
+    {
+        return undescribedCount;
+    }
+
     /// Responses with an error in place of properties, other than "there is no such thing". They are left out: the
     /// listing is incomplete.
     int RefusedCount() const
@@ -133,6 +145,8 @@ private:
     int entryCount = 0;
     int foreignCount = 0;
     int malformedCount = 0;
+    int unidentifiedCount = 0;
+    int undescribedCount = 0;
     int refusedCount = 0;
     bool sawSelf = false;
 };

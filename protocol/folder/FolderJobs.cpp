@@ -3,12 +3,18 @@
 #include <QFileInfo>
 #include <QMimeDatabase>
 
+#include <algorithm>
+#include <utility>
+
 namespace Norlis::Social {
 
 namespace {
 
 QDateTime ModifiedAt(const Files::FileIdentity& version)
 {
+    if (version.modifiedNanoseconds == Files::FileIdentity::unknownTime) {
+        return {};
+    }
     return QDateTime::fromMSecsSinceEpoch(version.modifiedNanoseconds / 1'000'000, Qt::UTC);
 }
 
@@ -26,49 +32,134 @@ CloudFile EntryOf(const FolderDocument& document, const QString& md5Hash)
     file.name = document.name;
     file.size = document.version.size;
     file.mimeType = QMimeDatabase().mimeTypeForFile(document.name, QMimeDatabase::MatchExtension).name();
-    file.md5Hash = md5Hash;
+    file.md5Hash = md5Hash.isEmpty() ? "version:" + document.version.ToString() : md5Hash;
     file.createdAt = IsoText(QFileInfo(document.path).birthTime());
     file.modifiedAt = IsoText(ModifiedAt(document.version));
     return file;
 }
 
-ListJob::ListJob(FolderStore& store) : store(store) {}
+Hashing::Hashing(FolderStore& store) : store(store) {}
+
+void Hashing::Begin(std::vector<FolderDocument> unhashed)
+{
+    std::sort(unhashed.begin(), unhashed.end(), [](const FolderDocument& left, const FolderDocument& right) {
+        return left.version.size > right.version.size;
+    });
+    // What is being read goes on, or a large document would never come to its end beside frequent lists.
+    const auto current = std::find_if(unhashed.begin(), unhashed.end(), [this](const FolderDocument& document) {
+        return reader && document.id == documents.back().id && document.version == documents.back().version;
+    });
+    if (current == unhashed.end()) {
+        reader.reset();
+    } else {
+        std::rotate(current, current + 1, unhashed.end());
+    }
+    documents = std::move(unhashed);
+}
+
+bool Hashing::Step()
+{
+    if (documents.empty()) {
+        return false;
+    }
+    const FolderDocument& document = documents.back();
+    if (!reader) {
+        reader = std::make_unique<Files::FileReader>();
+        if (reader->Open(document.path)) {
+            return true;
+        }
+    } else if (!reader->Next().isEmpty()) {
+        return true;
+    } else if (!reader->Failed() && reader->IsUnchanged() && reader->Version() == document.version) {
+        store.RememberHash(document.id, document.version, reader->Md5(), reader->IsLasting());
+    }
+    reader.reset();
+    documents.pop_back();
+    SaveNowAndThen();
+    return true;
+}
+
+void Hashing::SaveNowAndThen()
+{
+    constexpr qint64 interval = 10'000; // milliseconds
+    if (!sinceSaved.isValid()) {
+        sinceSaved.start();
+    }
+    if (sinceSaved.hasExpired(interval) || documents.empty()) {
+        store.SaveHashes();
+        sinceSaved.restart();
+    }
+}
+
+ListJob::ListJob(FolderStore& store, SeenVersions& seen, Unhashed onUnhashed)
+    : store(store),
+      seen(seen),
+      onUnhashed(std::move(onUnhashed)),
+      hashing(store)
+{
+}
 
 std::optional<Reply> ListJob::Step()
 {
+    constexpr int entriesPerStep = 200;
     if (!documents) {
         documents = store.Documents();
-        if (!documents) {
-            return Unusable();
-        }
+        return documents ? std::nullopt : std::optional(Unusable());
+    }
+    if (isChosen && !isHashed) {
+        isHashed = !hashing.Step();
         return std::nullopt;
     }
-    if (reader) {
-        HashNextPiece();
-        return std::nullopt;
-    }
-    constexpr int entriesPerStep = 200;
-    for (int count = 0; count < entriesPerStep; ++count) {
-        if (position == documents->size()) {
-            if (store.Validate()) {
-                return Unusable(); // it vanished while the documents were read
-            }
-            store.SaveHashes(*documents);
-            return Reply{Success, files, {}};
-        }
+    for (int count = 0; count < entriesPerStep && position < documents->size(); ++count, ++position) {
         const auto& document = (*documents)[position];
-        const QString md5Hash = store.KnownHash(document);
-        if (md5Hash.isEmpty()) {
-            reader = std::make_unique<Files::FileReader>();
-            if (reader->Open(document.path)) {
-                return std::nullopt;
-            }
-            reader.reset(); // unreadable or gone: listed without a hash
+        const auto hash = store.HashOf(document);
+        if (isHashed) {
+            files.append(EntryOf(document, hash.md5Hash));
+            shown.push_back({document.version, hash.md5Hash, document.isSettled});
         }
-        files.append(EntryOf(document, md5Hash));
-        ++position;
+        if (!hash.isCertain) {
+            unhashed.push_back(document);
+        }
     }
+    if (position < documents->size()) {
+        return std::nullopt;
+    }
+    if (isHashed) {
+        return Listed();
+    }
+    ChooseWhatToHash();
     return std::nullopt;
+}
+
+void ListJob::ChooseWhatToHash()
+{
+    constexpr qint64 maxBytes = 64 * 1024 * 1024; // a fraction of a second on most drives
+    std::sort(unhashed.begin(), unhashed.end(), [](const FolderDocument& left, const FolderDocument& right) {
+        return left.version.size < right.version.size;
+    });
+    qint64 bytes = 0;
+    const auto end = std::find_if(unhashed.begin(), unhashed.end(), [&](const FolderDocument& document) {
+        bytes += document.version.size;
+        return bytes > maxBytes;
+    });
+    unhashed.erase(end, unhashed.end());
+    hashing.Begin(std::exchange(unhashed, {}));
+    isChosen = true;
+    position = 0;
+}
+
+Reply ListJob::Listed()
+{
+    if (store.Validate()) {
+        return Unusable(); // it vanished while the documents were read
+    }
+    for (std::size_t index = 0; index < documents->size(); ++index) {
+        seen.Show((*documents)[index].id, shown[index]);
+    }
+    store.KeepHashesOf(*documents);
+    store.SaveHashes();
+    onUnhashed(std::move(unhashed));
+    return {Success, files, {}};
 }
 
 Reply ListJob::Unusable() const
@@ -77,89 +168,98 @@ Reply ListJob::Unusable() const
                         "Make the folder available again, for instance by connecting its drive.");
 }
 
-void ListJob::HashNextPiece()
-{
-    if (!reader->Next().isEmpty()) {
-        return;
-    }
-    const auto& document = (*documents)[position];
-    QString md5Hash;
-    if (!reader->Failed() && reader->IsUnchanged() && reader->Version() == document.version) {
-        md5Hash = reader->Md5();
-        store.RememberHash(document.id, document.version, md5Hash);
-    }
-    files.append(EntryOf(document, md5Hash));
-    ++position;
-    reader.reset();
-}
-
 CopyJob::CopyJob(Task task) : task(std::move(task)) {}
 
 std::optional<Reply> CopyJob::Step()
 {
-    return isOpen ? CopyNextPiece() : Open();
+    if (!copy) {
+        return Open();
+    }
+    if (!isWhole) {
+        return CopyNextPiece();
+    }
+    auto reply = task.target->Step(copy->file, copy->source);
+    if (reply && reply->result == Success) {
+        task.progress(100);
+    }
+    return reply;
+}
+
+bool CopyJob::IsWaiting() const
+{
+    return task.target->IsWaiting();
 }
 
 std::optional<Reply> CopyJob::Open()
 {
-    if (!reader.Open(task.source)) {
+    copy = std::make_unique<Copy>();
+    if (!copy->source.Open(task.source)) {
         return FailureReply(task.what, task.document,
-                            QStringLiteral("%1 cannot be read: %2").arg(task.source, reader.ErrorText()),
+                            QStringLiteral("%1 cannot be read: %2").arg(task.source, copy->source.ErrorText()),
                             "Check that the file is there and that you may read it.");
     }
-    if (!copy.Open(task.temporaryFolder)) {
+    if (const auto problem = task.prepare ? task.prepare() : std::nullopt) {
+        return FailureReply(task.what, task.document, *problem, "Check that you may write to the folder.");
+    }
+    if (!copy->file.Open(task.temporaryFolder, task.permissions)) {
         return FailureReply(
             task.what, task.document,
-            QStringLiteral("Nothing can be written to %1: %2").arg(task.temporaryFolder, copy.ErrorText()),
+            QStringLiteral("Nothing can be written to %1: %2").arg(task.temporaryFolder, copy->file.ErrorText()),
             "Check that the folder is there and that you may write to it.");
     }
-    isOpen = true;
     ReportProgress();
     return std::nullopt;
 }
 
 std::optional<Reply> CopyJob::CopyNextPiece()
 {
-    const QByteArray& piece = reader.Next();
-    if (reader.Failed()) {
+    const QByteArray& piece = copy->source.Next();
+    if (copy->source.Failed()) {
         return FailureReply(task.what, task.document,
-                            QStringLiteral("%1 cannot be read: %2").arg(task.source, reader.ErrorText()));
+                            QStringLiteral("%1 cannot be read: %2").arg(task.source, copy->source.ErrorText()));
     }
     if (piece.isEmpty()) {
-        return Finish();
+        return Check();
     }
-    if (!copy.Write(piece.constData(), piece.size())) {
-        return FailureReply(task.what, task.document,
-                            QStringLiteral("%1 cannot be written: %2").arg(task.temporaryFolder, copy.ErrorText()),
-                            "Free some space on the drive and try again.");
+    if (!copy->file.Write(piece.constData(), piece.size())) {
+        return FailureReply(
+            task.what, task.document,
+            QStringLiteral("%1 cannot be written: %2").arg(task.temporaryFolder, copy->file.ErrorText()),
+            "Free some space on the drive and try again.");
     }
     ReportProgress();
     return std::nullopt;
 }
 
-Reply CopyJob::Finish()
+std::optional<Reply> CopyJob::Check()
 {
-    if (!reader.IsUnchanged() || (!task.expectedMd5.isEmpty() && task.expectedMd5 != reader.Md5())) {
+    const bool isUnchanged = copy->source.IsUnchanged();
+    const bool isExpected = task.expectedMd5.isEmpty() || task.expectedMd5 == copy->source.Md5();
+    if (isUnchanged && !isExpected && task.onWrongExpectation) {
+        std::exchange(task.onWrongExpectation, {})();
+        task.expectedMd5 = copy->source.Md5(); // if it was read rightly, it is read so again
+        copy.reset();
+        return std::nullopt;
+    }
+    if (!isUnchanged || !isExpected) {
         return FailureReply(task.what, task.document, QStringLiteral("%1 has changed in the meantime").arg(task.source),
                             "Try again.");
     }
-    if (!copy.Sync()) {
-        return FailureReply(task.what, task.document,
-                            QStringLiteral("%1 cannot be written: %2").arg(task.temporaryFolder, copy.ErrorText()),
-                            "Free some space on the drive and try again.");
+    if (!copy->file.Sync()) {
+        return FailureReply(
+            task.what, task.document,
+            QStringLiteral("%1 cannot be written: %2").arg(task.temporaryFolder, copy->file.ErrorText()),
+            "Free some space on the drive and try again.");
     }
-    Reply reply = task.publish(copy, reader);
-    if (reply.result == Success) {
-        task.progress(100);
-    }
-    return reply;
+    isWhole = true;
+    return std::nullopt;
 }
 
 void CopyJob::ReportProgress()
 {
-    const qint64 size = qMax<qint64>(reader.Version().size, 1);
-    const int percent = static_cast<int>(qMin<qint64>(reader.Position() * 100 / size, 99));
-    if (percent != reportedPercent) {
+    const qint64 size = qMax<qint64>(copy->source.Version().size, 1);
+    const int percent = static_cast<int>(qMin<qint64>(copy->source.Position() * 100 / size, 99));
+    if (percent > reportedPercent) {
         reportedPercent = percent;
         task.progress(percent);
     }

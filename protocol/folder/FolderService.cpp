@@ -1,5 +1,6 @@
 #include "FolderService.h"
 
+#include <QFile>
 #include <QFileInfo>
 
 #include <algorithm>
@@ -9,6 +10,8 @@ namespace Norlis::Social {
 namespace {
 
 constexpr qint64 bytesPerMiB = 1024 * 1024;
+constexpr std::size_t maxAtOnce = 4; // transfers; more would only make the disk seek
+constexpr int lookInterval = 10;     // milliseconds
 const auto applicationId = QStringLiteral("pdf");
 
 /// A document, which is rendered where it is.
@@ -31,14 +34,19 @@ FolderService::FolderService(const OAuth2::AuthInfo& authInfo, const Listener& l
     : authInfo(authInfo),
       listener(listener),
       store(authInfo.serviceUrl.toLocalFile()),
-      transfers(store, authInfo.storageLimit),
-      previews(authInfo.cacheFolder, *this, listener.reply)
+      versions(VersionFile(authInfo)),
+      seen(versions),
+      transfers(store, seen, authInfo.storageLimit),
+      previews(authInfo.cacheFolder, *this, listener.reply),
+      hashing(store)
 {
-    stepTimer.setInterval(0);
     QObject::connect(&stepTimer, &QTimer::timeout, &stepTimer, [this] { Step(); });
 }
 
-FolderService::~FolderService() = default;
+FolderService::~FolderService()
+{
+    store.SaveHashes();
+}
 
 void FolderService::Start(qint64 id, const Request::Any& request)
 {
@@ -48,7 +56,7 @@ void FolderService::Start(qint64 id, const Request::Any& request)
 void FolderService::Cancel(qint64 id)
 {
     previews.Cancel(id);
-    for (Jobs* jobs : {&lists, &copies}) {
+    for (Jobs* jobs : {&lists, &copies, &removals}) {
         jobs->erase(std::remove_if(jobs->begin(), jobs->end(), [&](const QueuedJob& job) { return job.id == id; }),
                     jobs->end());
     }
@@ -60,12 +68,22 @@ Reply FolderService::Handle(const Request::SignIn&)
         return FailureReply("Sign-in", {}, *reason,
                             "Create the folder, or make its drive available, and sign in again.");
     }
+    if (const auto reason = store.CompareWithMemory(authInfo.dataFolder)) {
+        store.Close();
+        return FailureReply("Sign-in", {}, *reason,
+                            "Make its drive available and sign in again. If this is the right folder, delete " +
+                                store.MemoryFile(authInfo.dataFolder) + " first.");
+    }
     store.RemoveLeftovers();
     return {};
 }
 
 Reply FolderService::Handle(const Request::SignOut&)
 {
+    seen.Forget();
+    if (!authInfo.dataFolder.isEmpty()) {
+        QFile::remove(store.MemoryFile(authInfo.dataFolder));
+    }
     return {};
 }
 
@@ -92,21 +110,23 @@ Reply FolderService::Handle(const Request::UserPicture&)
 Reply FolderService::Handle(const Request::Info& request)
 {
     const auto document = store.Find(request.document);
-    return document ? Reply{Success, EntryOf(*document, store.KnownHash(*document)), {}}
-                    : NoSuchDocument("Fetching a document's entry", store);
+    if (!document) {
+        return NoSuchDocument("Fetching a document's entry", store);
+    }
+    const QString md5Hash = store.HashOf(*document).md5Hash;
+    seen.Show(document->id, {document->version, md5Hash, document->isSettled});
+    return {Success, EntryOf(*document, md5Hash), {}};
 }
 
-Reply FolderService::Handle(const Request::Remove& request)
+Reply FolderService::Handle(const Request::CopyMoved& request)
 {
-    const auto document = store.Find(request.document);
-    if (!document) {
-        return NoSuchDocument("Removal", store);
-    }
-    QFile file(document->path);
-    if (!file.remove()) {
-        return FailureReply("Removal", document->name, file.errorString(), "Check that you may write to the folder.");
-    }
-    Files::AtomicFile::SyncFolderOf(document->path);
+    versions.Move(request.document, request.from, request.to);
+    return {};
+}
+
+Reply FolderService::Handle(const Request::AcceptVersion& request)
+{
+    seen.Accept(request.document, request.localPath);
     return {};
 }
 
@@ -123,12 +143,38 @@ Reply FolderService::Handle(const Request::Quota&)
 
 Reply FolderService::Handle(const Request::Capabilities&)
 {
-    return {Success, ServiceCapabilities{{"service", "folder"}, {"usable", store.Validate() ? "no" : "yes"}}, {}};
+    const bool isUsable = !store.Validate();
+    return {Success,
+            ServiceCapabilities{{"service", "folder"},
+                                {"usable", isUsable ? "yes" : "no"},
+                                {"exchanges files", isUsable && store.CanExchange() ? "yes" : "no"}},
+            {}};
 }
 
 void FolderService::Begin(qint64 id, const Request::List&)
 {
-    AddJob(lists, id, std::make_unique<ListJob>(store));
+    AddJob(lists, id, std::make_unique<ListJob>(store, seen, [this](std::vector<FolderDocument> unhashed) {
+               hashing.Begin(std::move(unhashed));
+           }));
+}
+
+void FolderService::Begin(qint64 id, const Request::Remove& request)
+{
+    auto plan = transfers.Remove(request);
+    if (const auto refusal = std::get_if<Reply>(&plan)) {
+        listener.reply(id, std::move(*refusal));
+        return;
+    }
+    // At once unless it takes time: a list that is asked for next does not show the document any more.
+    constexpr int mostSteps = 8; // which read 4 MiB at most
+    auto job = std::get<std::unique_ptr<FolderJob>>(std::move(plan));
+    for (int step = 0; step < mostSteps && !job->IsWaiting(); ++step) {
+        if (auto reply = job->Step()) {
+            listener.reply(id, std::move(*reply));
+            return;
+        }
+    }
+    AddJob(removals, id, std::move(job));
 }
 
 void FolderService::Begin(qint64 id, const Request::Preview& request)
@@ -176,25 +222,35 @@ void FolderService::StartTransfer(qint64 id, FolderTransfers::Plan plan)
 void FolderService::AddJob(Jobs& jobs, qint64 id, std::unique_ptr<FolderJob> job)
 {
     jobs.push_back({id, std::move(job)});
-    stepTimer.start();
+    stepTimer.start(0);
 }
 
 void FolderService::Step()
 {
-    constexpr std::size_t maxAtOnce = 4; // more would only make the disk seek
-    if (!lists.empty()) {
-        StepFirstOf(lists);
-    }
-    if (!copies.empty()) {
-        StepFirstOf(copies);
+    for (Jobs* jobs : {&lists, &removals, &copies}) {
+        if (!jobs->empty()) {
+            StepFirstOf(*jobs);
+        }
     }
     if (!copies.empty()) {
         const auto count = static_cast<std::ptrdiff_t>(std::min(copies.size(), maxAtOnce));
         std::rotate(copies.begin(), copies.begin() + 1, copies.begin() + count);
     }
-    if (lists.empty() && copies.empty()) {
-        stepTimer.stop();
+    const bool isHashing = hashing.Step();
+    if (!lists.empty() || !copies.empty() || !removals.empty() || isHashing) {
+        stepTimer.start(!isHashing && IsWaiting() ? lookInterval : 0);
+        return;
     }
+    stepTimer.stop();
+}
+
+bool FolderService::IsWaiting() const
+{
+    const auto areWaiting = [](const Jobs& jobs, std::size_t count) {
+        return std::all_of(jobs.begin(), jobs.begin() + static_cast<std::ptrdiff_t>(std::min(jobs.size(), count)),
+                           [](const QueuedJob& job) { return job.job->IsWaiting(); });
+    };
+    return areWaiting(lists, 1) && areWaiting(removals, 1) && areWaiting(copies, maxAtOnce);
 }
 
 void FolderService::StepFirstOf(Jobs& jobs)

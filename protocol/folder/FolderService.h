@@ -5,6 +5,7 @@
 #include "FolderTransfers.h"
 #include <protocol/preview/PreviewQueue.h>
 #include <protocol/service/CloudService.h>
+#include <protocol/service/VersionMemory.h>
 
 #include <QTimer>
 
@@ -36,7 +37,8 @@ private:
     Reply Handle(const Request::UserPictureAddress& request);
     Reply Handle(const Request::UserPicture& request);
     Reply Handle(const Request::Info& request);
-    Reply Handle(const Request::Remove& request);
+    Reply Handle(const Request::CopyMoved& request);
+    Reply Handle(const Request::AcceptVersion& request);
     Reply Handle(const Request::Quota& request);
     Reply Handle(const Request::Capabilities& request);
 
@@ -44,6 +46,7 @@ private:
     void Begin(qint64 id, const Request::Download& request);
     void Begin(qint64 id, const Request::Upload& request);
     void Begin(qint64 id, const Request::Preview& request);
+    void Begin(qint64 id, const Request::Remove& request);
 
     template <typename AnyOther>
     void Begin(qint64 id, const AnyOther& request)
@@ -56,19 +59,26 @@ private:
     void StartTransfer(qint64 id, FolderTransfers::Plan plan);
     void AddJob(Jobs& jobs, qint64 id, std::unique_ptr<FolderJob> job);
 
-    /// Takes one step of a list and one of a transfer, so that neither waits for the other to end.
+    /// Takes one step of a list, one of a transfer and one of a removal, so that none waits for the other to end.
     void Step();
 
     /// Replies, and removes the job, when this step has ended it.
     void StepFirstOf(Jobs& jobs);
 
+    /// Whether every job that would be stepped waits for another program.
+    bool IsWaiting() const;
+
     const OAuth2::AuthInfo authInfo;
     const Listener listener;
     FolderStore store;
+    VersionMemory versions;
+    SeenVersions seen;
     FolderTransfers transfers;
     PreviewQueue previews;
     Jobs lists;  ///< answered in the order of the requests
     Jobs copies; ///< of transfers; the first takes the next step
+    Jobs removals;
+    Hashing hashing; ///< of what lists did not take the time for
     QTimer stepTimer;
 };
 

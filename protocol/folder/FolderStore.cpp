@@ -1,14 +1,19 @@
 #include "FolderStore.h"
 
+#include "FolderTurn.h"
 #include <files/AtomicFile.h>
 #include <files/DocumentNames.h>
+#include <files/FilePlacing.h>
 
 #include <QDateTime>
 #include <QDir>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QUuid>
 
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
 #include <filesystem>
 
 #include <sys/stat.h>
@@ -19,6 +24,7 @@ namespace {
 
 const auto ownFolder = QStringLiteral(".norlis-cloud");
 const auto hashesFile = QStringLiteral("hashes.json");
+const auto markFile = QStringLiteral("mark");
 constexpr qint64 maxHashesFileSize = 64 * 1024 * 1024; // bytes; far beyond what a million documents need
 
 /// Which folder a path leads to at this moment; empty when it leads to none.
@@ -39,6 +45,23 @@ qint64 ModifiedAt(const QString& folder)
     return QFileInfo(folder).lastModified().toMSecsSinceEpoch();
 }
 
+/// Of a small file of our own; empty when there is none.
+QStringList ReadLines(const QString& path)
+{
+    constexpr qint64 maxSize = 4096; // bytes
+    QFile file(path);
+    const bool isOpen = Files::FileIdentity::OfPath(path).IsFile() && file.open(QIODevice::ReadOnly);
+    return isOpen ? QString::fromUtf8(file.read(maxSize)).split('\n', Qt::SkipEmptyParts) : QStringList();
+}
+
+bool WriteLines(const QString& folder, const QString& name, const QStringList& lines)
+{
+    const QByteArray text = lines.join('\n').toUtf8() + '\n';
+    Files::AtomicFile file;
+    return file.Open(folder) && file.Write(text.constData(), text.size()) && file.Sync() &&
+           file.CommitReplacing(folder + '/' + name);
+}
+
 } // namespace
 
 FolderStore::FolderStore(const QString& folder) : folder(QDir::cleanPath(folder))
@@ -49,7 +72,13 @@ FolderStore::FolderStore(const QString& folder) : folder(QDir::cleanPath(folder)
 std::optional<QString> FolderStore::Open()
 {
     identity = FolderIdentity(folder);
+    FinishChange();
     return Validate();
+}
+
+void FolderStore::Close()
+{
+    identity.clear();
 }
 
 std::optional<QString> FolderStore::Validate() const
@@ -73,6 +102,7 @@ std::optional<std::vector<FolderDocument>> FolderStore::Documents()
     if (Validate()) {
         return std::nullopt;
     }
+    FinishChange();
     nameOfId.clear();
     listedAt = ModifiedAt(folder);
     isListOutdated = Files::TimeUntilSettled(std::chrono::milliseconds(listedAt)).count() > 0;
@@ -80,7 +110,7 @@ std::optional<std::vector<FolderDocument>> FolderStore::Documents()
     const auto names = QDir(folder).entryList(QDir::Files | QDir::Hidden | QDir::System | QDir::NoSymLinks, QDir::Name);
     documents.reserve(static_cast<std::size_t>(names.size()));
     for (const QString& name : names) {
-        FolderDocument document{Files::IdOfName(name), name, PathOf(name), Files::FileIdentity::OfPath(PathOf(name))};
+        FolderDocument document = DocumentOf(name);
         if (document.version.IsFile() && !Files::ValidateName(name) && !Files::AtomicFile::IsTemporaryName(name)) {
             nameOfId.insert(document.id, name);
             documents.push_back(std::move(document));
@@ -106,8 +136,14 @@ std::optional<FolderDocument> FolderStore::Find(const QString& id)
     if (name == nameOfId.constEnd()) {
         return std::nullopt;
     }
-    FolderDocument document{id, *name, PathOf(*name), Files::FileIdentity::OfPath(PathOf(*name))};
+    const FolderDocument document = DocumentOf(*name);
     return document.version.IsFile() ? std::optional(document) : std::nullopt;
+}
+
+FolderDocument FolderStore::DocumentOf(const QString& name) const
+{
+    const auto version = Files::FileIdentity::OfPath(PathOf(name));
+    return {Files::IdOfName(name), name, PathOf(name), version, version.TimeUntilSettled().count() <= 0};
 }
 
 qint64 FolderStore::UsedBytes(const QString& exceptDocument)
@@ -132,55 +168,142 @@ QString FolderStore::PathOf(const QString& name) const
     return folder + '/' + name;
 }
 
-QString FolderStore::KnownHash(const FolderDocument& document) const
+FolderStore::KnownHash FolderStore::HashOf(const FolderDocument& document) const
 {
     const auto known = hashes.constFind(document.id);
-    return known != hashes.constEnd() && known->version == document.version.ToString() ? known->md5Hash : QString();
+    return known != hashes.constEnd() && known->version == document.version.ToString() ? *known : KnownHash();
 }
 
-void FolderStore::RememberHash(const QString& id, const Files::FileIdentity& version, const QString& md5Hash)
+void FolderStore::RememberHash(const QString& id, const Files::FileIdentity& version, const QString& md5Hash,
+                               bool isCertain)
 {
-    if (version.TimeUntilSettled().count() <= 0) {
-        RememberOwnHash(id, version, md5Hash);
-    }
-}
-
-void FolderStore::RememberOwnHash(const QString& id, const Files::FileIdentity& version, const QString& md5Hash)
-{
-    hashes[id] = {version.ToString(), md5Hash};
+    hashes[id] = {version.ToString(), md5Hash, isCertain};
     hasNewHashes = true;
 }
 
-void FolderStore::SaveHashes(const std::vector<FolderDocument>& documents)
+void FolderStore::ForgetHash(const QString& id)
 {
-    if (!hasNewHashes || !QDir().mkpath(TemporaryFolder())) {
-        return;
-    }
-    QJsonObject saved;
-    QHash<QString, KnownVersion> kept;
+    hasNewHashes = hashes.remove(id) > 0 || hasNewHashes;
+}
+
+void FolderStore::KeepHashesOf(const std::vector<FolderDocument>& documents)
+{
+    QHash<QString, KnownHash> kept;
     for (const auto& document : documents) {
         const auto known = hashes.constFind(document.id);
         if (known != hashes.constEnd()) {
             kept.insert(document.id, *known);
-            saved[document.id] = QJsonObject{{"version", known->version}, {"md5", known->md5Hash}};
         }
     }
     hashes = kept;
-    const QByteArray text = QJsonDocument(saved).toJson(QJsonDocument::Compact);
-    Files::AtomicFile file;
-    hasNewHashes = !(file.Open(TemporaryFolder()) && file.Write(text.constData(), text.size()) &&
-                     file.CommitReplacing(TemporaryFolder() + '/' + hashesFile));
 }
 
-QString FolderStore::TemporaryFolder() const
+void FolderStore::SaveHashes()
+{
+    if (!hasNewHashes || Validate() || PrepareOwnFolder()) {
+        return;
+    }
+    QJsonObject saved;
+    for (auto known = hashes.constBegin(); known != hashes.constEnd(); ++known) {
+        saved[known.key()] =
+            QJsonObject{{"version", known->version}, {"md5", known->md5Hash}, {"certain", known->isCertain}};
+    }
+    const QByteArray text = QJsonDocument(saved).toJson(QJsonDocument::Compact);
+    Files::AtomicFile file;
+    hasNewHashes = !(file.Open(OwnFolder()) && file.Write(text.constData(), text.size()) &&
+                     file.CommitReplacing(OwnFolder() + '/' + hashesFile));
+}
+
+const QString& FolderStore::Folder() const
+{
+    return folder;
+}
+
+QString FolderStore::OwnFolder() const
 {
     return folder + '/' + ownFolder;
 }
 
+bool FolderStore::HasOwnFolder() const
+{
+    struct stat status = {};
+    return lstat(QFile::encodeName(OwnFolder()).constData(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+std::optional<QString> FolderStore::PrepareOwnFolder()
+{
+    const QByteArray path = QFile::encodeName(OwnFolder());
+    if (mkdir(path.constData(), 0777) == 0) {
+        struct stat status = {};
+        if (stat(QFile::encodeName(folder).constData(), &status) == 0) {
+            chmod(path.constData(), status.st_mode & 0777); // whoever may change documents may change them safely
+        }
+        return std::nullopt;
+    }
+    if (errno != EEXIST) {
+        return QStringLiteral("Nothing can be written to %1: %2")
+            .arg(folder, QString::fromLocal8Bit(std::strerror(errno)));
+    }
+    if (!HasOwnFolder()) {
+        return QStringLiteral("Nothing can be written to %1: %2 is in the place of a folder that is needed there")
+            .arg(folder, ownFolder);
+    }
+    return std::nullopt;
+}
+
+void FolderStore::FinishChange()
+{
+    if (HasOwnFolder() && FolderTurn::IsChangePending(OwnFolder())) {
+        FolderTurn(folder, OwnFolder()).Take(); // else it is under way, or somebody finishes it just now
+    }
+}
+
+bool FolderStore::CanExchange()
+{
+    Files::AtomicFile first;
+    Files::AtomicFile second;
+    return !PrepareOwnFolder() && first.Open(OwnFolder()) && second.Open(OwnFolder()) &&
+           !Files::Exchange(first.Path(), second.Path());
+}
+
+std::optional<QString> FolderStore::CompareWithMemory(const QString& dataFolder)
+{
+    if (dataFolder.isEmpty()) {
+        return std::nullopt;
+    }
+    const QStringList remembered = ReadLines(MemoryFile(dataFolder));
+    const bool isSameFolder = remembered.value(1) == identity;
+    QString mark = HasOwnFolder() ? ReadLines(OwnFolder() + '/' + markFile).value(0) : QString();
+    if (!remembered.isEmpty() && !isSameFolder && remembered[0] != mark) {
+        return QStringLiteral("The folder %1 is not the one that was used before").arg(folder);
+    }
+    if (mark.isEmpty()) {
+        mark = remembered.value(0, QUuid::createUuid().toString(QUuid::WithoutBraces));
+        if (PrepareOwnFolder() || !WriteLines(OwnFolder(), markFile, {mark})) {
+            return std::nullopt; // nothing can be lost in a folder that takes nothing
+        }
+    }
+    if (remembered != QStringList{mark, identity}) {
+        const QFileInfo file(MemoryFile(dataFolder));
+        QDir().mkpath(file.path());
+        WriteLines(file.path(), file.fileName(), {mark, identity});
+    }
+    return std::nullopt;
+}
+
+QString FolderStore::MemoryFile(const QString& dataFolder) const
+{
+    return QDir::cleanPath(dataFolder) + "/folder-" + Files::IdOfName(folder) + ".mark";
+}
+
 void FolderStore::RemoveLeftovers()
 {
+    FolderTurn turn(folder, OwnFolder());
+    if (!HasOwnFolder() || turn.Take() != FolderTurn::Outcome::Taken) {
+        return; // what is there may be part of a change
+    }
     const auto yesterday = QDateTime::currentDateTimeUtc().addDays(-1);
-    const QDir temporary(TemporaryFolder());
+    const QDir temporary(OwnFolder());
     const auto leftovers = temporary.entryInfoList(QDir::Files | QDir::Hidden | QDir::NoSymLinks);
     for (const QFileInfo& leftover : leftovers) {
         if (Files::AtomicFile::IsTemporaryName(leftover.fileName()) && leftover.lastModified() < yesterday) {
@@ -191,7 +314,7 @@ void FolderStore::RemoveLeftovers()
 
 void FolderStore::LoadHashes()
 {
-    QFile file(TemporaryFolder() + '/' + hashesFile);
+    QFile file(OwnFolder() + '/' + hashesFile);
     if (!Files::FileIdentity::OfPath(file.fileName()).IsFile() || file.size() > maxHashesFileSize ||
         !file.open(QIODevice::ReadOnly)) {
         return;
@@ -199,7 +322,7 @@ void FolderStore::LoadHashes()
     const QJsonObject saved = QJsonDocument::fromJson(file.readAll()).object();
     for (auto entry = saved.begin(); entry != saved.end(); ++entry) {
         const QJsonObject known = entry->toObject();
-        hashes.insert(entry.key(), {known["version"].toString(), known["md5"].toString()});
+        hashes.insert(entry.key(), {known["version"].toString(), known["md5"].toString(), known["certain"].toBool()});
     }
 }
 

@@ -16,6 +16,7 @@ struct FolderDocument {
     QString name;
     QString path;
     Files::FileIdentity version;
+    bool isSettled = false; ///< a write since that look shows in the version
 };
 
 /// The documents of a folder: its regular files, without links and names that are unsafe on other systems.
@@ -27,8 +28,12 @@ public:
     explicit FolderStore(const QString& folder);
 
     /// Fixes which folder it is: another one that appears in its place later, for instance when a drive is gone, is
-    /// refused until this is called again. Returns the same as Validate.
+    /// refused until this is called again. Returns the same as Validate. Finishes or undoes a change that was under way
+    /// when a program was killed.
     std::optional<QString> Open();
+
+    /// Until it is opened again, every folder is refused.
+    void Close();
 
     /// The reason when the folder cannot be used.
     std::optional<QString> Validate() const;
@@ -47,40 +52,62 @@ public:
     /// What the drive has left for the user, in bytes; 0 when that is unknown.
     qint64 FreeBytes() const;
 
-    /// MD5 of a document; empty when it is not known for this version of the file.
-    QString KnownHash(const FolderDocument& document) const;
+    struct KnownHash {
+        QString version;
+        QString md5Hash;        ///< empty when it is not known for this version of the file
+        bool isCertain = false; ///< see RememberHash
+    };
 
-    /// To be called with the hash of a file that was read. That of a file which has only just been written is not
-    /// remembered: it may be written again without getting another time stamp.
-    void RememberHash(const QString& id, const Files::FileIdentity& version, const QString& md5Hash);
+    /// Of a document.
+    KnownHash HashOf(const FolderDocument& document) const;
 
-    /// To be called with the hash of a file that this service has put in place itself.
-    void RememberOwnHash(const QString& id, const Files::FileIdentity& version, const QString& md5Hash);
+    /// To be called with the hash of a document that was read, or put in place.
+    /// \param isCertain false when the file may have been written over since without getting another version
+    void RememberHash(const QString& id, const Files::FileIdentity& version, const QString& md5Hash, bool isCertain);
 
-    /// Saves the hashes if there are new ones, and forgets those of documents that are not among the given ones. In a
-    /// folder that cannot be written to, they are not saved.
-    void SaveHashes(const std::vector<FolderDocument>& documents);
+    /// To be called when a hash has turned out to be wrong.
+    void ForgetHash(const QString& id);
 
-    /// Folder for files that are being written; it need not exist.
-    QString TemporaryFolder() const;
+    /// Forgets the hashes of all other documents.
+    void KeepHashesOf(const std::vector<FolderDocument>& documents);
+
+    /// If there are new ones. In a folder that cannot be written to, they are not saved.
+    void SaveHashes();
+
+    const QString& Folder() const;
+
+    /// Sub-folder for files of its own and files that are being written; it need not exist.
+    QString OwnFolder() const;
+
+    /// Makes sure that it is there. Returns the reason when it cannot be, or is a link, which is never followed.
+    std::optional<QString> PrepareOwnFolder();
 
     /// Deletes what crashed uploads left behind a day ago or earlier.
     void RemoveLeftovers();
 
-private:
-    struct KnownVersion {
-        QString version;
-        QString md5Hash;
-    };
+    /// Whether two files can change places in one step.
+    bool CanExchange();
 
+    /// Why the folder is not the one that was used before, though it has the same path: an unmounted drive leaves an
+    /// empty one. Nothing when it is, or there was none.
+    /// \param dataFolder on this computer, where is kept which one was used before; empty keeps nothing
+    std::optional<QString> CompareWithMemory(const QString& dataFolder);
+
+    /// What CompareWithMemory remembers; without it, the next folder is accepted, whichever it is.
+    QString MemoryFile(const QString& dataFolder) const;
+
+private:
     void LoadHashes();
+    void FinishChange();
+    bool HasOwnFolder() const;
+    FolderDocument DocumentOf(const QString& name) const;
 
     QString folder;
     QString identity;
     QHash<QString, QString> nameOfId;
-    qint64 listedAt = 0;                 ///< modification time of the folder, in milliseconds, when its names were read
-    bool isListOutdated = true;          ///< that time is so recent that a further change may not show
-    QHash<QString, KnownVersion> hashes; ///< by id
+    qint64 listedAt = 0;              ///< modification time of the folder, in milliseconds, when its names were read
+    bool isListOutdated = true;       ///< that time is so recent that a further change may not show
+    QHash<QString, KnownHash> hashes; ///< by id
     bool hasNewHashes = false;
 };
 

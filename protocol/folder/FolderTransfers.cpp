@@ -3,10 +3,12 @@
 #include <files/DocumentNames.h>
 #include <files/LocalTarget.h>
 
-#include <QDir>
+#include <QFile>
 #include <QFileInfo>
 
 #include <limits>
+
+#include <sys/stat.h>
 
 namespace Norlis::Social {
 
@@ -15,11 +17,262 @@ namespace {
 constexpr qint64 bytesPerMiB = 1024 * 1024;
 const auto download = QStringLiteral("Download");
 const auto upload = QStringLiteral("Upload");
+const auto removal = QStringLiteral("Removal");
 const auto freeSpace = QStringLiteral("Free some space in the cloud and try again.");
+const auto checkWriting = QStringLiteral("Check that you may write to the folder.");
+
+/// Who may read a copy: nobody who may not read the file.
+unsigned PermissionsOf(const QString& path)
+{
+    struct stat status = {};
+    const bool isKnown = stat(QFile::encodeName(path).constData(), &status) == 0;
+    return isKnown ? status.st_mode & 0666 : 0600;
+}
+
+DocumentChange::Task ChangeOf(const FolderStore& store, const QString& name, const SeenVersion& expected)
+{
+    DocumentChange::Task task;
+    task.folder = store.Folder();
+    task.ownFolder = store.OwnFolder();
+    task.name = name;
+    task.expected = expected;
+    task.commit = [](const std::function<void()>& change) {
+        change();
+        return true;
+    };
+    return task;
+}
+
+Reply Busy(const QString& what, const QString& name)
+{
+    return FailureReply(what, name, "Another program is changing documents of the folder",
+                        "Try again in a moment. If that does not help, end the other program.");
+}
+
+/// The reply to a change that was not made.
+Reply NotChanged(DocumentChange::Outcome outcome, const QString& what, const QString& name, const QString& error,
+                 const QString& adviceOnConflict)
+{
+    switch (outcome) {
+    case DocumentChange::Outcome::Gone:
+        return FailureReply(what, name, "The document is no longer in the cloud", "Refresh the list.");
+    case DocumentChange::Outcome::Changed:
+        return FailureReply(what, name, "The document in the cloud has changed since you last saw it",
+                            adviceOnConflict);
+    case DocumentChange::Outcome::Busy:
+        return Busy(what, name);
+    case DocumentChange::Outcome::Failed:
+        return FailureReply(what, name, error, checkWriting);
+    case DocumentChange::Outcome::Done:
+    case DocumentChange::Outcome::Unwanted:
+        break;
+    }
+    return {}; // nobody waits for it
+}
 
 } // namespace
 
-FolderTransfers::FolderTransfers(FolderStore& store, qint64 storageLimit) : store(store), storageLimit(storageLimit) {}
+/// Gives a downloaded document the name of its target.
+class FolderTransfers::Delivery : public CopyTarget {
+public:
+    Delivery(FolderTransfers& transfers, const Request::Download& request, const FolderDocument& document)
+        : transfers(transfers),
+          request(request),
+          document(document)
+    {
+    }
+
+    std::optional<Reply> Step(Files::AtomicFile& copy, const Files::FileReader& source) override
+    {
+        bool isWritten = false;
+        const bool isWanted = request.token->Commit([&] {
+            isWritten = copy.CommitReplacing(request.localPath);
+            return QString();
+        });
+        if (!isWanted) {
+            return Reply(); // nobody waits for it
+        }
+        if (!isWritten) {
+            return FailureReply(download, document.name,
+                                QStringLiteral("%1 cannot be written: %2").arg(request.localPath, copy.ErrorText()));
+        }
+        Files::AtomicFile::SyncFolderOf(request.localPath);
+        const bool isCertain = source.IsLasting();
+        transfers.store.RememberHash(document.id, source.Version(), source.Md5(), isCertain);
+        transfers.seen.Pass(document.id, request.localPath, {source.Version(), source.Md5(), isCertain});
+        return Reply();
+    }
+
+private:
+    FolderTransfers& transfers;
+    const Request::Download request;
+    const FolderDocument document;
+};
+
+/// Gives an upload the name of the document that it replaces.
+class FolderTransfers::Replacement : public CopyTarget {
+public:
+    Replacement(FolderTransfers& transfers, const Request::Upload& request, const QString& name,
+                const SeenVersion& expected)
+        : transfers(transfers),
+          request(request),
+          name(name),
+          expected(expected)
+    {
+    }
+
+    std::optional<Reply> Step(Files::AtomicFile& copy, const Files::FileReader& source) override
+    {
+        if (!change || change->IsWaiting()) {
+            if (auto refusal = transfers.Refusal(name, source.Version().size, request.document)) {
+                return refusal;
+            }
+        }
+        if (!change) {
+            auto task = ChangeOf(transfers.store, name, expected);
+            task.freshMd5 = source.Md5();
+            task.commit = [this](const std::function<void()>& publish) {
+                return request.token->Commit([&] {
+                    publish();
+                    return QString();
+                });
+            };
+            change = std::make_unique<DocumentChange>(std::move(task));
+        }
+        const auto outcome = change->Replace(copy);
+        if (!outcome) {
+            return std::nullopt;
+        }
+        if (outcome == DocumentChange::Outcome::Done) {
+            return transfers.Uploaded(request, name, change->Version(), source.Md5());
+        }
+        return NotChanged(*outcome, upload, name, change->ErrorText(),
+                          "Look at the version in the cloud first. To keep both, upload yours under another name.");
+    }
+
+    bool IsWaiting() const override
+    {
+        return change && change->IsWaiting();
+    }
+
+private:
+    FolderTransfers& transfers;
+    const Request::Upload request;
+    const QString name;
+    const SeenVersion expected;
+    std::unique_ptr<DocumentChange> change;
+};
+
+/// Gives an upload the first free name.
+class FolderTransfers::NewDocument : public CopyTarget {
+public:
+    NewDocument(FolderTransfers& transfers, const Request::Upload& request, const QString& name)
+        : transfers(transfers),
+          request(request),
+          wantedName(name),
+          turn(transfers.store.Folder(), transfers.store.OwnFolder())
+    {
+    }
+
+    std::optional<Reply> Step(Files::AtomicFile& copy, const Files::FileReader& source) override
+    {
+        if (auto refusal = transfers.Refusal(wantedName, source.Version().size, {})) {
+            return refusal;
+        }
+        switch (turn.Take()) { // not every file system can refuse a name that is taken
+        case FolderTurn::Outcome::Taken:
+            return Publish(copy, source);
+        case FolderTurn::Outcome::Waiting:
+            return std::nullopt;
+        case FolderTurn::Outcome::TimedOut:
+            return Busy(upload, wantedName);
+        case FolderTurn::Outcome::Failed:
+            break;
+        }
+        return FailureReply(upload, wantedName, turn.ErrorText(), checkWriting);
+    }
+
+    bool IsWaiting() const override
+    {
+        return turn.IsWaiting();
+    }
+
+private:
+    Reply Publish(Files::AtomicFile& copy, const Files::FileReader& source)
+    {
+        QString name = wantedName;
+        auto outcome = Files::AtomicFile::Outcome::Failed;
+        const bool isWanted = request.token->Commit([&] {
+            outcome = Commit(copy, name);
+            return outcome == Files::AtomicFile::Outcome::Done ? Files::IdOfName(name) : QString();
+        });
+        if (!isWanted) {
+            return {}; // nobody waits for it
+        }
+        if (outcome != Files::AtomicFile::Outcome::Done) {
+            return FailureReply(upload, wantedName, copy.ErrorText(), checkWriting);
+        }
+        const QString path = transfers.store.PathOf(name);
+        Files::AtomicFile::SyncFolderOf(path);
+        if (!Files::FileIdentity::OfPath(path).IsFile()) {
+            return FailureReply(upload, name, "The folder does not show the document", "Refresh the list.");
+        }
+        return transfers.Uploaded(request, name, copy.CommittedVersion(), source.Md5());
+    }
+
+    Files::AtomicFile::Outcome Commit(Files::AtomicFile& copy, QString& name) const
+    {
+        constexpr int maxNumber = 10'000;
+        auto outcome = copy.CommitNew(transfers.store.PathOf(name));
+        for (int number = 2; outcome == Files::AtomicFile::Outcome::NameTaken && number < maxNumber; ++number) {
+            name = Files::NumberedName(wantedName, number);
+            outcome = copy.CommitNew(transfers.store.PathOf(name));
+        }
+        return outcome;
+    }
+
+    FolderTransfers& transfers;
+    const Request::Upload request;
+    const QString wantedName;
+    FolderTurn turn;
+};
+
+class FolderTransfers::Removal : public FolderJob {
+public:
+    Removal(const FolderStore& store, const QString& name, const SeenVersion& expected)
+        : name(name),
+          change(ChangeOf(store, name, expected))
+    {
+    }
+
+    std::optional<Reply> Step() override
+    {
+        const auto outcome = change.Remove();
+        if (!outcome) {
+            return std::nullopt;
+        }
+        return outcome == DocumentChange::Outcome::Done
+                   ? Reply()
+                   : NotChanged(*outcome, removal, name, change.ErrorText(),
+                                "Refresh the list, and remove it again if you still want to.");
+    }
+
+    bool IsWaiting() const override
+    {
+        return change.IsWaiting();
+    }
+
+private:
+    const QString name;
+    DocumentChange change;
+};
+
+FolderTransfers::FolderTransfers(FolderStore& store, SeenVersions& seen, qint64 storageLimit)
+    : store(store),
+      seen(seen),
+      storageLimit(storageLimit)
+{
+}
 
 FolderTransfers::Plan FolderTransfers::Download(const Request::Download& request)
 {
@@ -35,31 +288,13 @@ FolderTransfers::Plan FolderTransfers::Download(const Request::Download& request
     task.document = document->name;
     task.source = document->path;
     task.temporaryFolder = QFileInfo(request.localPath).path();
-    task.expectedMd5 = store.KnownHash(*document);
-    task.publish = [this, request, document = *document](Files::AtomicFile& copy, const Files::FileReader& source) {
-        return PublishDownload(request, document, copy, source);
-    };
+    task.permissions = PermissionsOf(QFileInfo::exists(request.localPath) ? request.localPath : document->path);
+    if (const auto hash = store.HashOf(*document); hash.isCertain) {
+        task.expectedMd5 = hash.md5Hash;
+        task.onWrongExpectation = [this, id = document->id] { store.ForgetHash(id); };
+    }
+    task.target = std::make_unique<Delivery>(*this, request, *document);
     return task;
-}
-
-Reply FolderTransfers::PublishDownload(const Request::Download& request, const FolderDocument& document,
-                                       Files::AtomicFile& copy, const Files::FileReader& source)
-{
-    bool isWritten = false;
-    const bool isWanted = request.token->Commit([&] {
-        isWritten = copy.CommitReplacing(request.localPath);
-        return QString();
-    });
-    if (!isWanted) {
-        return {}; // nobody waits for it
-    }
-    if (!isWritten) {
-        return FailureReply(download, document.name,
-                            QStringLiteral("%1 cannot be written: %2").arg(request.localPath, copy.ErrorText()));
-    }
-    Files::AtomicFile::SyncFolderOf(request.localPath);
-    store.RememberHash(document.id, source.Version(), source.Md5());
-    return {};
 }
 
 FolderTransfers::Plan FolderTransfers::Upload(const Request::Upload& request)
@@ -68,8 +303,9 @@ FolderTransfers::Plan FolderTransfers::Upload(const Request::Upload& request)
     if (const auto reason = store.Validate()) {
         return FailureReply(upload, name, *reason, "Make the folder available again.");
     }
+    std::optional<FolderDocument> replaced;
     if (!request.document.isEmpty()) {
-        const auto replaced = store.Find(request.document);
+        replaced = store.Find(request.document);
         if (!replaced) {
             return FailureReply(upload, name, "The document to replace is no longer in the cloud",
                                 "Upload the file as a new document.");
@@ -82,70 +318,60 @@ FolderTransfers::Plan FolderTransfers::Upload(const Request::Upload& request)
     if (const auto reason = ValidateSize(QFileInfo(request.localPath).size(), request.document)) {
         return FailureReply(upload, name, *reason, freeSpace);
     }
-    QDir().mkpath(store.TemporaryFolder()); // a failure shows when the copy is opened
     CopyJob::Task task;
     task.what = upload;
     task.document = name;
     task.source = request.localPath;
-    task.temporaryFolder = store.TemporaryFolder();
+    task.temporaryFolder = store.OwnFolder();
+    task.prepare = [this] { return store.PrepareOwnFolder(); };
+    task.permissions = PermissionsOf(replaced ? replaced->path : request.localPath);
     task.expectedMd5 = request.md5Hash.toLower();
-    task.publish = [this, request, name](Files::AtomicFile& copy, const Files::FileReader& source) {
-        return PublishUpload(request, name, copy, source);
-    };
+    if (replaced) {
+        const auto expected = Expected(seen.ForUpload(replaced->id, request.localPath), *replaced);
+        task.target = std::make_unique<Replacement>(*this, request, name, expected);
+    } else {
+        task.target = std::make_unique<NewDocument>(*this, request, name);
+    }
     return task;
 }
 
-Reply FolderTransfers::PublishUpload(const Request::Upload& request, const QString& wantedName, Files::AtomicFile& copy,
-                                     const Files::FileReader& source)
+std::variant<std::unique_ptr<FolderJob>, Reply> FolderTransfers::Remove(const Request::Remove& request)
 {
-    // Checked again: minutes may have passed, and another upload may have taken the room.
-    auto reason = store.Validate();
-    if (!reason) {
-        reason = ValidateSize(source.Version().size, request.document);
+    const auto document = store.Find(request.document);
+    if (!document) {
+        return NoSuchDocument(removal, store);
     }
-    if (reason) {
-        return FailureReply(upload, wantedName, *reason, freeSpace);
+    if (const auto reason = store.PrepareOwnFolder()) {
+        return FailureReply(removal, document->name, *reason, checkWriting);
     }
-    QString name = wantedName;
-    auto outcome = Files::AtomicFile::Outcome::Failed;
-    const bool isWanted = request.token->Commit([&]() -> QString {
-        if (request.document.isEmpty()) {
-            outcome = CommitNumbered(copy, wantedName, name);
-            return outcome == Files::AtomicFile::Outcome::Done ? Files::IdOfName(name) : QString();
-        }
-        if (copy.CommitReplacing(store.PathOf(name))) {
-            outcome = Files::AtomicFile::Outcome::Done;
-        }
-        return {};
-    });
-    if (!isWanted) {
-        return {}; // nobody waits for it
-    }
-    if (outcome != Files::AtomicFile::Outcome::Done) {
-        return FailureReply(upload, wantedName, copy.ErrorText(), "Check that you may write to the folder.");
-    }
-    Files::AtomicFile::SyncFolderOf(store.PathOf(name));
-    return Uploaded(name, copy, source.Md5());
+    const auto expected = Expected(seen.ForRemoval(document->id), *document);
+    return std::make_unique<Removal>(store, document->name, expected);
 }
 
-Files::AtomicFile::Outcome FolderTransfers::CommitNumbered(Files::AtomicFile& copy, const QString& wantedName,
-                                                           QString& name) const
+SeenVersion FolderTransfers::Expected(const std::optional<QString>& seenVersion, const FolderDocument& document) const
 {
-    constexpr int maxNumber = 10'000;
-    name = wantedName;
-    auto outcome = copy.CommitNew(store.PathOf(name));
-    for (int number = 2; outcome == Files::AtomicFile::Outcome::NameTaken && number < maxNumber; ++number) {
-        name = Files::NumberedName(wantedName, number);
-        outcome = copy.CommitNew(store.PathOf(name));
-    }
-    return outcome;
+    const auto version = SeenVersion::FromText(seenVersion.value_or(QString()));
+    return version ? *version : SeenVersion{document.version, store.HashOf(document).md5Hash, document.isSettled};
 }
 
-Reply FolderTransfers::Uploaded(const QString& name, const Files::AtomicFile& copy, const QString& md5Hash)
+std::optional<Reply> FolderTransfers::Refusal(const QString& name, qint64 size, const QString& replacedDocument)
+{
+    if (const auto reason = store.Validate()) {
+        return FailureReply(upload, name, *reason, "Make the folder available again.");
+    }
+    if (const auto reason = ValidateSize(size, replacedDocument)) {
+        return FailureReply(upload, name, *reason, freeSpace);
+    }
+    return std::nullopt;
+}
+
+Reply FolderTransfers::Uploaded(const Request::Upload& request, const QString& name, const Files::FileIdentity& version,
+                                const QString& md5Hash)
 {
     const FolderDocument document{Files::IdOfName(name), name, store.PathOf(name),
-                                  Files::FileIdentity::OfPath(store.PathOf(name))};
-    store.RememberOwnHash(document.id, copy.CommittedVersion(), md5Hash); // not of what may have replaced it by now
+                                  Files::FileIdentity::OfPath(store.PathOf(name)), false};
+    store.RememberHash(document.id, version, md5Hash, false); // not of what may have replaced it by now
+    seen.Pass(document.id, request.localPath, {version, md5Hash, false});
     const CloudFile entry = EntryOf(document, md5Hash);
     NorlisCloudSharingResult result;
     result.id = document.id;

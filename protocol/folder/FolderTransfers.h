@@ -1,40 +1,50 @@
 #pragma once
 
+#include "DocumentChange.h"
 #include "FolderJobs.h"
 #include "FolderStore.h"
+#include "SeenVersions.h"
 #include <protocol/service/Request.h>
 
+#include <memory>
 #include <variant>
 
 namespace Norlis::Social {
 
-/// What is copied for downloads from a folder and uploads to it, and how the copies get their names.
+/// What downloads from a folder, uploads to it and removals do.
 class FolderTransfers {
 public:
     /// A task without its progress; or the reply when the request is refused at once.
     using Plan = std::variant<CopyJob::Task, Reply>;
 
-    /// \param store        outlives this object, which outlives the jobs
+    /// \param store        outlives this object, which outlives the jobs; so does `seen`
     /// \param storageLimit see AuthInfo
-    FolderTransfers(FolderStore& store, qint64 storageLimit);
+    FolderTransfers(FolderStore& store, SeenVersions& seen, qint64 storageLimit);
 
     Plan Download(const Request::Download& request);
     Plan Upload(const Request::Upload& request);
+    std::variant<std::unique_ptr<FolderJob>, Reply> Remove(const Request::Remove& request);
 
 private:
-    Reply PublishDownload(const Request::Download& request, const FolderDocument& document, Files::AtomicFile& copy,
-                          const Files::FileReader& source);
+    class Delivery;
+    class Replacement;
+    class NewDocument;
+    class Removal;
 
-    /// Gives an upload the name of the document to replace, or else the first free one.
-    Reply PublishUpload(const Request::Upload& request, const QString& name, Files::AtomicFile& copy,
-                        const Files::FileReader& source);
-    Files::AtomicFile::Outcome CommitNumbered(Files::AtomicFile& copy, const QString& wantedName, QString& name) const;
-    Reply Uploaded(const QString& name, const Files::AtomicFile& copy, const QString& md5Hash);
+    /// The version of a document that a request starts from: the one that was seen, or else the one that is there now.
+    SeenVersion Expected(const std::optional<QString>& seenVersion, const FolderDocument& document) const;
 
     /// The reason when a document of a size, in bytes, would exceed the storage limit.
     std::optional<QString> ValidateSize(qint64 size, const QString& replacedDocument);
 
+    /// The refusal when an upload cannot be put in place any more: minutes may have passed since it began.
+    std::optional<Reply> Refusal(const QString& name, qint64 size, const QString& replacedDocument);
+
+    Reply Uploaded(const Request::Upload& request, const QString& name, const Files::FileIdentity& version,
+                   const QString& md5Hash);
+
     FolderStore& store;
+    SeenVersions& seen;
     const qint64 storageLimit;
 };
 

@@ -1,5 +1,7 @@
 #include "CurlExchange.h"
 
+#include "Proxy.h"
+
 #include <algorithm>
 
 namespace Norlis::Social {
@@ -7,24 +9,29 @@ namespace Norlis::Social {
 namespace {
 
 constexpr int maxKeptBody = 1024 * 1024;        // bytes; of responses that are read as a whole
+constexpr int answerPatience = 5;               // times as long as usual may an answer to a whole body take
+constexpr int slowPatience = 6;                 // times as long as usual may one take that comes slowly, but no longer
+constexpr int longestAnswer = 60'000;           // than so many milliseconds
 constexpr long connectTimeout = 20'000;         // milliseconds
 constexpr long bufferSize = 512 * 1024;         // bytes; so that large transfers take fewer steps
 constexpr qint64 expectThreshold = 1024 * 1024; // bytes; from this size on, the server is asked before the body is sent
+constexpr int proxyAsks = 407;                  // a status, RFC 9110, 15.5.8
 constexpr long expectTimeout = 500;             // milliseconds; some servers never answer `Expect`
 
-HttpResponse::Fault FaultOf(CURLcode code)
+HttpResponse::Fault UsualFaultOf(CURLcode code)
 {
     using Fault = HttpResponse::Fault;
     switch (code) {
     case CURLE_OK:
         return Fault::None;
     case CURLE_COULDNT_RESOLVE_HOST:
-    case CURLE_COULDNT_RESOLVE_PROXY:
     case CURLE_COULDNT_CONNECT:
-    case CURLE_PROXY:
     case CURLE_OPERATION_TIMEDOUT:
     case CURLE_SSL_CONNECT_ERROR:
         return Fault::Unreachable;
+    case CURLE_COULDNT_RESOLVE_PROXY:
+    case CURLE_PROXY:
+        return Fault::NoProxy;
     case CURLE_PEER_FAILED_VERIFICATION:
     case CURLE_SSL_CACERT_BADFILE:
     case CURLE_SSL_CERTPROBLEM:
@@ -67,6 +74,8 @@ CurlExchange::CurlExchange(CurlLoop& loop, const HttpRequest& request, const Set
     : loop(loop),
       request(request),
       silenceTimeout(settings.silenceTimeout),
+      proxy(settings.isProxied ? ProxyFor(request.url) : QString()),
+      asksFirst(settings.expectsContinue && request.source && request.source->Size() >= expectThreshold),
       handle(curl_easy_init())
 {
     response.url = request.url;
@@ -115,6 +124,11 @@ void CurlExchange::SetUp(const Settings& settings)
     if (!settings.authorization.isEmpty()) {
         AddHeader("Authorization: " + settings.authorization);
     }
+    if (!settings.digest.token.isEmpty()) {
+        curl_easy_setopt(handle, CURLOPT_HTTPAUTH, CURLAUTH_DIGEST);
+        curl_easy_setopt(handle, CURLOPT_USERNAME, settings.digest.user.constData());
+        curl_easy_setopt(handle, CURLOPT_PASSWORD, settings.digest.token.constData());
+    }
     for (const auto& [name, value] : request.fields) {
         AddHeader(name + ": " + value);
     }
@@ -135,7 +149,7 @@ void CurlExchange::SetUpBody()
         curl_easy_setopt(handle, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(size));
         curl_easy_setopt(handle, CURLOPT_POSTFIELDS, request.body.constData());
     }
-    AddHeader(size >= expectThreshold ? "Expect: 100-continue" : "Expect:");
+    AddHeader(asksFirst ? "Expect: 100-continue" : "Expect:");
     curl_easy_setopt(handle, CURLOPT_HTTPHEADER, headers);
     curl_easy_setopt(handle, CURLOPT_HEADEROPT, static_cast<long>(CURLHEADER_SEPARATE)); // proxies do not get them
 }
@@ -152,6 +166,7 @@ void CurlExchange::Start(Done whenDone)
         request.source->Begin(Resumer());
     }
     sinceActivity.start();
+    sinceProgress.start();
     loop.Add(handle, [this](CURLcode code) { Finish(code); });
 }
 
@@ -161,6 +176,7 @@ std::function<void()> CurlExchange::Resumer()
         if (guard) {
             isPaused = false;
             sinceActivity.start();
+            sinceProgress.start();
             loop.Resume(handle);
         }
     };
@@ -187,39 +203,63 @@ void CurlExchange::CheckSilence()
         seenBytes = bytes;
         sinceActivity.start();
     }
-    if (sinceActivity.elapsed() >= silenceTimeout) {
-        loop.Remove(handle);
-        Fail(HttpResponse::Fault::Silent, QStringLiteral("The server has been silent for %1 seconds")
-                                              .arg(QString::number(silenceTimeout / 1000.0, 'g', 3)));
+    if (isPaused || (request.source && !isHeadComplete)) {
+        sinceProgress.start();
     }
+    // Much of a body may still be on its way when all of it has been sent, and the server has work to do with it.
+    const bool isBodyOut = request.source && SentBytes() == request.source->Size() && !isHeadComplete;
+    const int patience = isBodyOut ? silenceTimeout * answerPatience : silenceTimeout;
+    const int longest = std::max(silenceTimeout, std::min(silenceTimeout * slowPatience, longestAnswer));
+    if (sinceActivity.elapsed() >= patience) {
+        EndAsSilent(QStringLiteral("The server has been silent for %1 seconds"), patience);
+    } else if (sinceProgress.elapsed() >= longest) {
+        EndAsSilent(QStringLiteral("The server has not finished its answer in %1 seconds"), longest);
+    }
+}
+
+void CurlExchange::EndAsSilent(const QString& text, int milliseconds)
+{
+    loop.Remove(handle);
+    Fail(HttpResponse::Fault::Silent, text.arg(QString::number(milliseconds / 1000.0, 'g', 3)));
 }
 
 int CurlExchange::OnRequest(void* self, char*, char*, int, int)
 {
     // libcurl repeats every request, whatever it is, when a kept connection is closed instead of answered.
+    Self(self)->isHeadComplete = false;
     const bool isAgain = ++Self(self)->timesSent > 1;
     return isAgain && !Self(self)->request.isRepeatable ? CURL_PREREQFUNC_ABORT : CURL_PREREQFUNC_OK;
 }
 
 std::size_t CurlExchange::OnHeader(char* data, std::size_t size, std::size_t count, void* self)
 {
-    Self(self)->TakeHeader(QByteArray(data, static_cast<int>(size * count)));
-    return size * count;
+    return Self(self)->TakeHeader(QByteArray(data, static_cast<int>(size * count))) ? size * count : 0;
 }
 
-void CurlExchange::TakeHeader(QByteArray line)
+bool CurlExchange::TakeHeader(QByteArray line)
 {
     sinceActivity.start();
     line = line.trimmed();
     if (line.startsWith("HTTP/")) {
-        response.head = {}; // interim responses come before the real one
+        response.head = {}; // others come before the real one: interim ones, and one that asks for a password
+        response.body.clear();
         response.head.status = line.mid(line.indexOf(' ') + 1, 3).toInt();
-        return;
+        return true;
     }
     const int colon = line.indexOf(':');
     if (colon > 0) {
         response.head.fields.append({line.left(colon).toLower(), line.mid(colon + 1).trimmed()});
     }
+    return !line.isEmpty() || response.head.status < 200 || OnHeadComplete();
+}
+
+bool CurlExchange::OnHeadComplete()
+{
+    isHeadComplete = true;
+    timesSent = 0;
+    sinceProgress.start();
+    isAnsweredTooEarly = asksFirst && response.head.HasSucceeded() && SentBytes() == 0;
+    return !isAnsweredTooEarly; // and the connection is closed, since the server may still wait for the body there
 }
 
 std::size_t CurlExchange::OnBody(char* data, std::size_t size, std::size_t count, void* self)
@@ -238,16 +278,19 @@ bool CurlExchange::BeginSink()
 std::size_t CurlExchange::TakeBody(const char* data, std::size_t size)
 {
     if (!request.sink || !response.head.HasSucceeded()) {
-        // The rest is read, so that the connection can be kept, but not stored.
         const auto room = static_cast<std::size_t>(maxKeptBody - response.body.size());
         response.body.append(data, static_cast<int>(std::min(room, size)));
-        return size;
+        isTooLong = size > room;
+        return isTooLong ? 0 : size;
     }
     if (!BeginSink()) {
         return 0;
     }
     switch (request.sink->Add(data, static_cast<qint64>(size))) {
     case HttpSink::Taken::Yes:
+        sinceProgress.start();
+        [[fallthrough]];
+    case HttpSink::Taken::Idle:
         hasDelivered = true;
         return size;
     case HttpSink::Taken::Later:
@@ -294,16 +337,42 @@ void CurlExchange::Finish(CURLcode code)
     if (code == CURLE_OK && request.sink && response.head.HasSucceeded() && !BeginSink()) {
         code = CURLE_WRITE_ERROR;
     }
+    using Fault = HttpResponse::Fault;
+    const bool isUnsent = request.source && SentBytes() < request.source->Size();
     if (code == CURLE_OK && response.head.status < 200) {
-        Fail(HttpResponse::Fault::Broken, QStringLiteral("The server gave no final answer"));
-        return;
+        Fail(Fault::Broken, QStringLiteral("The server gave no final answer"));
+    } else if (isAnsweredTooEarly || (code == CURLE_OK && response.head.HasSucceeded() && isUnsent)) {
+        Fail(Fault::Broken, QStringLiteral("The server answered before it had the whole document"));
+    } else if (isTooLong && response.head.HasSucceeded()) {
+        Fail(Fault::Endless, QStringLiteral("The answer of the server does not end"));
+    } else if (response.head.status == proxyAsks || ProxyStatus() == proxyAsks) {
+        Fail(Fault::NoProxy, QStringLiteral("The proxy %1 asks for a password (407)").arg(proxy).simplified());
+    } else if (const Fault fault = FaultOf(code); fault == Fault::NoProxy) {
+        Fail(fault, QStringLiteral("The proxy %1 cannot be used: %2").arg(proxy, TextOf(code, errorText)));
+    } else if ((fault == Fault::Broken || isTooLong) && response.head.status >= 300) {
+        Fail(Fault::None, {}); // a response that comes while the body is still being sent counts, however it ends
+    } else {
+        Fail(fault, TextOf(code, errorText));
     }
-    // A response that comes while the body is still being sent counts, however the connection ends.
-    if (FaultOf(code) == HttpResponse::Fault::Broken && response.head.status >= 300) {
-        code = CURLE_OK;
+}
+
+long CurlExchange::ProxyStatus() const
+{
+    long status = 0;
+    curl_easy_getinfo(handle, CURLINFO_HTTP_CONNECTCODE, &status);
+    return status;
+}
+
+HttpResponse::Fault CurlExchange::FaultOf(CURLcode code) const
+{
+    using Fault = HttpResponse::Fault;
+    if (code == CURLE_OPERATION_TIMEDOUT && response.head.status != 0) {
+        return Fault::Silent;
     }
-    const bool isSilence = code == CURLE_OPERATION_TIMEDOUT && response.head.status != 0;
-    Fail(isSilence ? HttpResponse::Fault::Silent : FaultOf(code), TextOf(code, errorText));
+    // libcurl does not say in any other way whether it went by the proxy.
+    const bool isProxyDead = (code == CURLE_COULDNT_CONNECT || code == CURLE_OPERATION_TIMEDOUT) && !proxy.isEmpty() &&
+                             QString::fromUtf8(errorText).contains(proxy.section(':', 0, 0) + " port ");
+    return isProxyDead || (code != CURLE_OK && ProxyStatus() >= 300) ? Fault::NoProxy : UsualFaultOf(code);
 }
 
 void CurlExchange::Fail(HttpResponse::Fault fault, const QString& text)

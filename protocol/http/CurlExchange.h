@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Authentication.h"
 #include "CurlLoop.h"
 #include "HttpMessage.h"
 #include <base/Lifetime.h>
@@ -15,9 +16,11 @@ class CurlExchange {
 public:
     struct Settings {
         QByteArray userAgent;
-        QByteArray authorization; ///< value of the field; empty when nobody is signed in
+        QByteArray authorization; ///< value of the field; empty for none
+        Credentials digest;       ///< for Digest authentication; otherwise empty
         QByteArray certificateFile;
         bool isProxied = true;
+        bool expectsContinue = true; ///< a server may refuse a large body before it is sent
         int silenceTimeout = 60'000; ///< milliseconds
     };
     using Done = std::function<void(HttpResponse)>;
@@ -40,6 +43,13 @@ public:
         return hasDelivered;
     }
 
+    /// Whether the server reported success without having waited for the body, as some do that do not know
+    /// `Expect: 100-continue`.
+    bool IsAnsweredTooEarly() const
+    {
+        return isAnsweredTooEarly;
+    }
+
     qint64 SentBytes() const;
     qint64 ReceivedBytes() const;
 
@@ -53,9 +63,13 @@ private:
     void SetUp(const Settings& settings);
     void SetUpBody();
     void AddHeader(const QByteArray& line);
-    void TakeHeader(QByteArray line);
+    bool TakeHeader(QByteArray line);
     std::size_t TakeBody(const char* data, std::size_t size);
     std::size_t GiveBody(char* buffer, std::size_t size);
+    bool OnHeadComplete();
+    void EndAsSilent(const QString& text, int milliseconds);
+    long ProxyStatus() const; ///< of its answer to CONNECT; 0 when there was none
+    HttpResponse::Fault FaultOf(CURLcode code) const;
     bool BeginSink();
     std::function<void()> Resumer();
     void Finish(CURLcode code);
@@ -64,7 +78,9 @@ private:
     CurlLoop& loop;
     const HttpRequest request;
     const int silenceTimeout; ///< milliseconds
-    int timesSent = 0;
+    const QString proxy;      ///< empty when there is none
+    const bool asksFirst;     ///< whether the server wants the body
+    int timesSent = 0;        ///< without an answer
     CURL* const handle;
     curl_slist* headers = nullptr;
     char errorText[CURL_ERROR_SIZE] = {};
@@ -74,9 +90,13 @@ private:
     enum class SinkState { Unasked, Taking, Refusing };
     SinkState sinkState = SinkState::Unasked;
     bool hasDelivered = false;
+    bool isHeadComplete = false;
     bool isPaused = false;
-    QElapsedTimer sinceActivity;
-    qint64 seenBytes = 0; ///< sent and received by the time of the last activity
+    bool isTooLong = false;
+    bool isAnsweredTooEarly = false;
+    QElapsedTimer sinceActivity; ///< of the connection
+    QElapsedTimer sinceProgress; ///< of the answer: its head is complete, or the sink has got something to use
+    qint64 seenBytes = 0;        ///< sent and received by the time of the last activity
 
     Lifetime lifetime; ///< sources and sinks may call back after the exchange has ended
 };

@@ -10,6 +10,7 @@
 #include <QUrl>
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 namespace Norlis::Social {
@@ -19,10 +20,13 @@ namespace {
 Q_LOGGING_CATEGORY(httpLog, "norlis.http", QtInfoMsg)
 
 constexpr int maxAttempts = 3;
+constexpr int maxRefusals = 8; // by a server that limits the rate of requests; more than a minute in all
 constexpr int maxRedirects = 5;
+constexpr int maxSignIns = 2;
 constexpr int firstPause = 400;   // milliseconds; doubled each time
 constexpr int maxPause = 30'000;  // milliseconds; a server that asks for more is reported instead
 constexpr int silenceCheck = 500; // milliseconds
+constexpr int busyPace = 1'000;   // milliseconds between requests that a busy server gets at most
 
 int MaxRunning(HttpRequest::Lane lane)
 {
@@ -61,7 +65,13 @@ qint64 RetryAfter(const HttpHead& head)
 /// Some servers lock a resource while they handle another request of ours for it.
 bool IsBusy(int status)
 {
-    return status == 423 || status == 429 || status == 502 || status == 503 || status == 504;
+    return status == 423 || status == 502 || status == 503 || status == 504;
+}
+
+/// A server that answers so has done nothing. RFC 6585.
+bool IsRateLimited(int status)
+{
+    return status == 429;
 }
 
 bool IsRedirect(int status)
@@ -76,6 +86,8 @@ HttpClient::HttpClient(const Settings& settings, const Secrets& secrets, std::fu
       secrets(secrets),
       onIdle(std::move(onIdle))
 {
+    paceTimer.setSingleShot(true);
+    connect(&paceTimer, &QTimer::timeout, this, [this] { StartNext(); });
     silenceTimer.setInterval(std::min(silenceCheck, std::max(settings.silenceTimeout / 4, 1)));
     connect(&silenceTimer, &QTimer::timeout, this, [this] {
         std::vector<qint64> running;
@@ -113,7 +125,7 @@ void HttpClient::Queue(qint64 id, HttpRequest::Lane lane)
     waiting[lane].push_back(id);
     // Not at once: the caller may be inside a callback of libcurl.
     QMetaObject::invokeMethod(
-        this, [this, lane] { StartNext(lane); }, Qt::QueuedConnection);
+        this, [this] { StartNext(); }, Qt::QueuedConnection);
 }
 
 void HttpClient::Cancel(qint64 id)
@@ -127,7 +139,7 @@ void HttpClient::Cancel(qint64 id)
     Erase(id); // what waits in the lane is skipped when its turn comes
     if (wasRunning) {
         --runningIn[lane];
-        StartNext(lane);
+        StartNext();
     }
 }
 
@@ -139,17 +151,36 @@ void HttpClient::Erase(qint64 id)
     }
 }
 
-void HttpClient::StartNext(HttpRequest::Lane lane)
+void HttpClient::StartNext()
 {
-    auto& queue = waiting[lane];
-    while (!queue.empty() && runningIn[lane] < MaxRunning(lane)) {
-        const qint64 id = queue.front();
-        queue.pop_front();
-        if (requests.count(id) != 0) {
-            ++runningIn[lane];
-            Start(id);
+    for (auto& [lane, queue] : waiting) {
+        while (!queue.empty() && runningIn[lane] < MaxRunning(lane)) {
+            const qint64 id = queue.front();
+            const bool isWanted = requests.count(id) != 0;
+            if (isWanted && !MayStart()) {
+                return;
+            }
+            queue.pop_front();
+            if (isWanted) {
+                ++runningIn[lane];
+                Start(id);
+            }
         }
     }
+}
+
+bool HttpClient::MayStart()
+{
+    if (!pace.IsLimited()) {
+        return true;
+    }
+    const bool isFree =
+        std::all_of(runningIn.begin(), runningIn.end(), [](const auto& lane) { return lane.second == 0; });
+    const int wait = pace.Wait();
+    if (isFree && wait > 0) {
+        paceTimer.start(wait);
+    }
+    return isFree && wait == 0;
 }
 
 void HttpClient::Start(qint64 id)
@@ -160,10 +191,14 @@ void HttpClient::Start(qint64 id)
     exchangeSettings.certificateFile = QFile::encodeName(settings.certificateFile);
     exchangeSettings.isProxied = !IsLoopback(pending.request.url);
     exchangeSettings.silenceTimeout = settings.silenceTimeout;
-    if (OriginOfUrl(pending.request.url) == settings.origin) {
-        exchangeSettings.authorization = settings.authorization;
+    exchangeSettings.expectsContinue = expectsContinue;
+    pending.scheme = OriginOfUrl(pending.request.url) == settings.origin ? scheme : AuthScheme::None;
+    exchangeSettings.authorization = AuthorizationField(pending.scheme, settings.credentials);
+    if (pending.scheme == AuthScheme::Digest) {
+        exchangeSettings.digest = settings.credentials;
     }
     ++pending.attempts;
+    pace.Started();
     pending.sinceStart.start();
     pending.exchange = std::make_unique<CurlExchange>(loop, pending.request, exchangeSettings);
     pending.exchange->Start([this, id](HttpResponse&& response) { OnEnded(id, std::move(response)); });
@@ -181,10 +216,16 @@ void HttpClient::OnEnded(qint64 id, HttpResponse&& response)
     Pending& pending = found->second;
     const auto lane = pending.request.lane;
     Log(id, pending, response);
+    response.hadCredentials = pending.scheme != AuthScheme::None;
     const int pause = PauseBeforeRepeating(pending, response);
+    const bool isAnsweredTooEarly = pending.exchange->IsAnsweredTooEarly();
     pending.exchange.reset();
     --runningIn[lane];
-    if (Follow(pending, response)) {
+    if (isAnsweredTooEarly) {
+        expectsContinue = false;
+        --pending.attempts;
+        Queue(id, lane);
+    } else if (SignIn(pending, response) || Follow(pending, response)) {
         Queue(id, lane);
     } else if (pause >= 0) {
         QTimer::singleShot(pause, this, [this, id, lane] {
@@ -195,11 +236,25 @@ void HttpClient::OnEnded(qint64 id, HttpResponse&& response)
     } else {
         const auto done = std::move(pending.done);
         Erase(id);
-        StartNext(lane);
+        StartNext();
         done(std::move(response)); // it may destroy the client
         return;
     }
-    StartNext(lane);
+    StartNext();
+}
+
+bool HttpClient::SignIn(Pending& pending, const HttpResponse& response)
+{
+    if (response.Status() != 401 || OriginOfUrl(pending.request.url) != settings.origin) {
+        return false;
+    }
+    const AuthScheme asked = SchemeFor(settings.credentials, OfferedSchemes(response.head));
+    if (asked == AuthScheme::None || asked == pending.scheme || ++pending.signIns > maxSignIns) {
+        return false;
+    }
+    scheme = asked;
+    --pending.attempts;
+    return true;
 }
 
 bool HttpClient::Follow(Pending& pending, HttpResponse& response)
@@ -209,8 +264,9 @@ bool HttpClient::Follow(Pending& pending, HttpResponse& response)
         return false;
     }
     const bool isRead = pending.request.method == "GET" || pending.request.method == "HEAD";
-    const QByteArray target =
-        QUrl::fromEncoded(pending.request.url).resolved(QUrl::fromEncoded(response.head.Field("location"))).toEncoded();
+    const QByteArray target = QUrl::fromEncoded(pending.request.url)
+                                  .resolved(QUrl::fromEncoded(response.head.Field("location")))
+                                  .toEncoded(QUrl::RemoveUserInfo); // libcurl would sign in with it
     response.fault = HttpResponse::Fault::Redirected;
     if (response.head.Field("location").isEmpty()) {
         response.faultText = QStringLiteral("The server redirects without saying where");
@@ -230,20 +286,29 @@ bool HttpClient::Follow(Pending& pending, HttpResponse& response)
     return false;
 }
 
-int HttpClient::PauseBeforeRepeating(const Pending& pending, const HttpResponse& response) const
+int HttpClient::PauseBeforeRepeating(Pending& pending, const HttpResponse& response)
 {
     using Fault = HttpResponse::Fault;
+    const qint64 asked = response.fault == Fault::None ? RetryAfter(response.head) : -1;
+    if (IsRateLimited(response.Status())) {
+        if (asked > maxPause || ++pending.refusals > maxRefusals) {
+            return -1;
+        }
+        --pending.attempts;
+        pace.Slow(static_cast<int>(asked));
+        return 0;
+    }
+    if (response.Status() == 503 && asked < 0) {
+        pace.Slow(-1, busyPace); // which is also how some servers limit the rate
+    }
     const bool isPassing = response.fault == Fault::Unreachable || response.fault == Fault::Broken ||
                            (response.fault == Fault::None && IsBusy(response.head.status));
     if (!isPassing || !pending.request.isRepeatable || pending.attempts >= maxAttempts ||
         pending.exchange->HasDelivered()) {
         return -1;
     }
-    if (response.fault == Fault::None) {
-        const qint64 asked = RetryAfter(response.head);
-        if (asked >= 0) {
-            return asked <= maxPause ? static_cast<int>(asked) : -1;
-        }
+    if (asked >= 0) {
+        return asked <= maxPause ? static_cast<int>(asked) : -1;
     }
     // Random, so that not all clients return at the same moment.
     const int pause = firstPause << (pending.attempts - 1);

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "Authentication.h"
 #include "CurlExchange.h"
+#include "Pace.h"
 #include "Secrets.h"
 
 #include <QElapsedTimer>
@@ -15,8 +17,10 @@ namespace Norlis::Social {
 /// Requests to one origin (scheme, host and port), each answered once.
 ///
 /// Requests wait in lanes, so that documents, lists and previews do not wait for each other. When the server is busy or
-/// the connection breaks, a repeatable request is repeated a few times, after a pause. Redirects are followed within
-/// the origin only, with the same method and body; the credentials never leave it. There are no cookies.
+/// the connection breaks, a repeatable request is repeated a few times, after a pause. A server that limits their rate
+/// gets one at a time, as slowly as it wants. Redirects are followed within the origin only, with the same method and
+/// body; the credentials never leave it, and go out only after the server has asked for them, in the form that it asked
+/// for. There are no cookies.
 ///
 /// Lives on one thread with an event loop. Destruction drops all requests without a response.
 class HttpClient : public QObject {
@@ -24,7 +28,7 @@ public:
     struct Settings {
         QByteArray origin; ///< as OriginOfUrl gives it
         QByteArray userAgent;
-        QByteArray authorization; ///< value of the Authorization field
+        Credentials credentials;
         QString certificateFile;
         int silenceTimeout = 60'000; ///< milliseconds without any activity, after which a request has failed
     };
@@ -46,26 +50,37 @@ private:
         Done done;
         int attempts = 0;
         int redirects = 0;
+        int refusals = 0;                       ///< by a server that limits the rate
+        int signIns = 0;                        ///< how often the server asked for other credentials
+        AuthScheme scheme = AuthScheme::None;   ///< of the last attempt
         std::unique_ptr<CurlExchange> exchange; ///< while it runs
         QElapsedTimer sinceStart;
     };
 
     void Erase(qint64 id);
-    void StartNext(HttpRequest::Lane lane);
+    void StartNext();
+    bool MayStart();
     void Start(qint64 id);
     void OnEnded(qint64 id, HttpResponse&& response);
 
     /// Whether the request continues elsewhere within the origin; if not, the response may say why.
     bool Follow(Pending& pending, HttpResponse& response);
 
+    /// Whether the request is to be sent once more, since the server asks for credentials that we have.
+    bool SignIn(Pending& pending, const HttpResponse& response);
+
     /// The pause before another attempt, in milliseconds; -1 when there is none.
-    int PauseBeforeRepeating(const Pending& pending, const HttpResponse& response) const;
+    int PauseBeforeRepeating(Pending& pending, const HttpResponse& response);
     void Queue(qint64 id, HttpRequest::Lane lane);
     void Log(qint64 id, const Pending& pending, const HttpResponse& response) const;
 
     const Settings settings;
+    bool expectsContinue = true; ///< false once the server has taken the announcement of a body for the body
     const Secrets& secrets;
     const std::function<void()> onIdle;
+    AuthScheme scheme = AuthScheme::None; ///< that the server asked for last
+    Pace pace;
+    QTimer paceTimer;
     CurlLoop loop;
     qint64 lastId = 0;
     std::map<qint64, Pending> requests;

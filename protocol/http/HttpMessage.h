@@ -50,7 +50,12 @@ struct HttpHead {
 /// not call.
 class HttpSink {
 public:
-    enum class Taken { Yes, Later, Refused };
+    enum class Taken {
+        Yes,
+        Idle, ///< taken, but it brought nothing on: a server that sends only such pieces counts as silent
+        Later,
+        Refused
+    };
 
     virtual ~HttpSink() = default;
 
@@ -85,9 +90,11 @@ struct HttpResponse {
     enum class Fault {
         None,
         Unreachable, ///< no connection
+        NoProxy,     ///< no connection to the proxy, or none through it
         Untrusted,   ///< TLS: the server's certificate cannot be verified
         Silent,      ///< no activity for too long
         Broken,      ///< the connection ended too early, or the response was not HTTP
+        Endless,     ///< a response that is longer than any that makes sense
         Redirected,  ///< to where the request must not go
         SourceFailed,
         SinkRefused,
@@ -95,7 +102,8 @@ struct HttpResponse {
 
     HttpHead head; ///< with a status of 0 unless a response began
     QByteArray body;
-    QByteArray url; ///< that answered, after redirects
+    QByteArray url;              ///< that answered, after redirects
+    bool hadCredentials = false; ///< the request went out with a password or token
     Fault fault = Fault::None;
     QString faultText;
 

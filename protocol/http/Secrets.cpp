@@ -15,6 +15,9 @@ constexpr int minFormLength = 4;
 
 void Secrets::Add(const QString& user, const QString& token)
 {
+    if (token.isEmpty()) {
+        return;
+    }
     const QByteArray bytes = token.toUtf8();
     const QByteArray credentials = user.toUtf8() + ':' + bytes;
     for (const QByteArray& secret : {bytes, credentials}) {

@@ -1,7 +1,8 @@
-// Renders first pages of PDF documents for RendererProcess: reads requests from standard input and writes answers to
-// standard output until the input ends. A process of its own because the documents may be hostile.
+// Renders first pages of PDF documents for RendererProcess: takes requests from standard input and writes answers to
+// standard output until the input ends. A process of its own, in a sandbox, because the documents may be hostile.
 
 #include "RendererProtocol.h"
+#include "Sandbox.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -9,31 +10,11 @@
 #include <QPainter>
 #include <QPdfDocument>
 
-#include <csignal>
-
-#include <sys/prctl.h>
-#include <sys/resource.h>
 #include <unistd.h>
 
 namespace {
 
 using namespace Norlis::Social;
-
-/// Gives up what rendering does not need, before the first document is opened.
-void LimitProcess()
-{
-    const auto limit = [](auto resource, rlim_t maximum) {
-        const rlimit value = {maximum, maximum};
-        setrlimit(resource, &value);
-    };
-    limit(RLIMIT_CORE, 0);
-    limit(RLIMIT_FSIZE, 0); // no file is written; pipes do not count
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
-    limit(RLIMIT_AS, rlim_t{2} * 1024 * 1024 * 1024); // sanitizers reserve far more
-#endif
-    prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
-    prctl(PR_SET_PDEATHSIG, SIGKILL);
-}
 
 QString ReasonOf(QPdfDocument::DocumentError error)
 {
@@ -50,12 +31,12 @@ QString ReasonOf(QPdfDocument::DocumentError error)
 }
 
 /// A null picture and the reason when there is nothing to show.
-QImage RenderFirstPage(const QString& path, const QSize& box, QString& reason)
+QImage RenderFirstPage(QFile& file, const QSize& box, QString& reason)
 {
     QPdfDocument document;
-    const auto error = document.load(path);
-    if (error != QPdfDocument::NoError) {
-        reason = ReasonOf(error);
+    document.load(&file);
+    if (document.error() != QPdfDocument::NoError) {
+        reason = ReasonOf(document.error());
         return {};
     }
     QSizeF size = document.pageCount() > 0 ? document.pageSize(0) : QSizeF();
@@ -80,30 +61,23 @@ QImage RenderFirstPage(const QString& path, const QSize& box, QString& reason)
 
 int main(int argc, char** argv)
 {
-    LimitProcess();
     const QCoreApplication application(argc, argv);
     const QPdfDocument keepsFontsLoaded; // they would be read anew whenever the last document is closed
-    QFile input;
+    const bool isSafe = EnterSandbox();
     QFile output;
-    if (!input.open(STDIN_FILENO, QIODevice::ReadOnly | QIODevice::Unbuffered) ||
-        !output.open(STDOUT_FILENO, QIODevice::WriteOnly)) {
+    if (!output.open(STDOUT_FILENO, QIODevice::WriteOnly)) {
         return 1;
     }
-    QDataStream requests(&input);
     QDataStream answers(&output);
-    requests.setVersion(RendererProtocol::streamVersion);
     answers.setVersion(RendererProtocol::streamVersion);
     for (;;) {
-        quint32 width = 0;
-        quint32 height = 0;
-        QByteArray path;
-        requests >> width >> height >> path;
-        if (requests.status() != QDataStream::Ok) {
-            return 0;
+        QFile file;
+        const auto box = RendererProtocol::ReceiveRequest(STDIN_FILENO, file);
+        if (!box) {
+            _exit(0); // what a program tidies up at its end goes with the process, and needs more than it may do now
         }
-        QString reason;
-        const QSize box(static_cast<int>(width), static_cast<int>(height));
-        const QImage picture = RenderFirstPage(QString::fromUtf8(path), box, reason);
+        QString reason = QStringLiteral("Documents are not opened, because this kernel cannot filter system calls");
+        const QImage picture = isSafe ? RenderFirstPage(file, *box, reason) : QImage();
         if (picture.isNull()) {
             answers << RendererProtocol::refused << reason.toUtf8();
         } else {

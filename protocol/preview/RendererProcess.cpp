@@ -6,7 +6,14 @@
 #include <QDataStream>
 #include <QFileInfo>
 
+#include <cerrno>
+
 #include <dlfcn.h>
+#include <fcntl.h>
+#include <linux/close_range.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace Norlis::Social {
 
@@ -24,6 +31,21 @@ QString LibraryFolder()
     return QFileInfo(QFile::decodeName(info.dli_fname)).canonicalPath();
 }
 
+/// Opens a file and nothing else: not what a link leads to, nor anything that would make the reader wait. Why not, else
+/// empty.
+QString Open(QFile& file, const QString& path)
+{
+    file.close();
+    const int descriptor = open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
+    if (descriptor < 0) {
+        return QStringLiteral("It cannot be read: %1").arg(qt_error_string(errno));
+    }
+    struct stat status = {};
+    const bool isFile = fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
+    file.open(descriptor, QIODevice::ReadOnly | QIODevice::Unbuffered, QFileDevice::AutoCloseHandle);
+    return isFile ? QString() : QStringLiteral("It is not a file");
+}
+
 } // namespace
 
 QString FindRenderer()
@@ -38,19 +60,48 @@ QString FindRenderer()
     return {};
 }
 
+SocketProcess::~SocketProcess()
+{
+    ::close(ours);
+}
+
+void SocketProcess::Start(const QString& program)
+{
+    ::close(ours);
+    int ends[2] = {-1, -1};
+    if (socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends) == 0) {
+        shutdown(ends[1], SHUT_WR); // it answers elsewhere
+    }
+    ours = ends[0];
+    theirs = ends[1];
+    start(program, QStringList());
+    ::close(theirs);
+}
+
+int SocketProcess::Socket() const
+{
+    return ours;
+}
+
+/// Runs in the new process, where only what signal handlers may call is safe.
+void SocketProcess::setupChildProcess()
+{
+    dup2(theirs, STDIN_FILENO);
+    close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC);
+    environ = nullptr;
+}
+
 RendererProcess::RendererProcess(const QString& program, int timeLimit) : program(program)
 {
+    process.setStandardInputFile(QProcess::nullDevice()); // until the socket takes its place
     process.setStandardErrorFile(QProcess::nullDevice());
-    auto environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("LC_ALL", "C.UTF-8"); // paths are sent in UTF-8
-    process.setProcessEnvironment(environment);
+    process.setWorkingDirectory("/");
 
     watchdog.setSingleShot(true);
     watchdog.setInterval(timeLimit);
     idleTimer.setSingleShot(true);
     idleTimer.setInterval(idleLimit);
 
-    connect(&process, &QProcess::started, this, &RendererProcess::Send);
     connect(&process, &QProcess::readyReadStandardOutput, this, &RendererProcess::Read);
     connect(&process, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), this,
             &RendererProcess::OnProcessEnded);
@@ -77,25 +128,29 @@ void RendererProcess::Render(const QString& path, const QSize& wantedBox, Done w
 {
     box = wantedBox.boundedTo({RendererProtocol::maxEdge, RendererProtocol::maxEdge}).expandedTo({1, 1});
     done = std::move(whenDone);
-    request.clear();
-    QDataStream stream(&request, QIODevice::WriteOnly);
-    stream.setVersion(RendererProtocol::streamVersion);
-    stream << static_cast<quint32>(box.width()) << static_cast<quint32>(box.height()) << path.toUtf8();
-
     idleTimer.stop();
     watchdog.start();
-    if (program.isEmpty()) {
-        QTimer::singleShot(0, this, [this] { Answer({}, QStringLiteral("The preview renderer is not installed")); });
+    const QString refusal =
+        program.isEmpty() ? QStringLiteral("The preview renderer is not installed") : Open(document, path);
+    if (!refusal.isEmpty()) {
+        QTimer::singleShot(0, this, [this, refusal] { Answer({}, refusal); });
     } else if (isUsed = process.state() == QProcess::Running; isUsed) {
         Send();
     } else {
-        process.start(program, QStringList());
+        Start();
     }
+}
+
+void RendererProcess::Start()
+{
+    process.Start(program);
+    Send();
 }
 
 void RendererProcess::Send()
 {
-    process.write(request);
+    // If this fails, the process has gone, which will be told.
+    RendererProtocol::SendRequest(process.Socket(), box, document.handle());
 }
 
 void RendererProcess::Read()
@@ -166,7 +221,7 @@ void RendererProcess::OnProcessEnded()
     }
     if (isUsed) {
         isUsed = false; // an earlier document or somebody else may have ended it; a fresh process will tell
-        process.start(program, QStringList());
+        Start();
         return;
     }
     Answer({}, QStringLiteral("The document crashed the preview renderer"));
@@ -194,6 +249,7 @@ void RendererProcess::Answer(const QImage& image, const QString& reason)
 {
     watchdog.stop();
     idleTimer.start();
+    document.close();
     CallOnce(done, image, reason);
 }
 

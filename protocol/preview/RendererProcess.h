@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QFile>
 #include <QImage>
 #include <QProcess>
 #include <QSize>
@@ -10,6 +11,26 @@
 #include <optional>
 
 namespace Norlis::Social {
+
+/// A process with a socket as its standard input. Of this process it inherits neither the environment nor anything
+/// open: it is handed what it needs.
+class SocketProcess : public QProcess {
+public:
+    ~SocketProcess() override;
+
+    /// Starts it. What was sent before it runs is waiting for it.
+    void Start(const QString& program);
+
+    /// Ours; -1 before the first start.
+    int Socket() const;
+
+protected:
+    void setupChildProcess() override;
+
+private:
+    int ours = -1;
+    int theirs = -1;
+};
 
 /// A renderer of first pages in a process of its own, so that a broken or hostile document harms nothing here. The
 /// process is started when there is something to render, serves one document after the other, and ends when it has been
@@ -30,8 +51,8 @@ public:
 
     bool IsIdle() const;
 
-    /// Renders page one of a PDF file so that it fits into the box. Only while idle. Calls done once, from the event
-    /// loop, unless this object is destroyed before.
+    /// Renders page one of a PDF file, which must not be a link, so that it fits into the box. Only while idle. Calls
+    /// done once, from the event loop, unless this object is destroyed before.
     void Render(const QString& path, const QSize& box, Done done);
 
 private:
@@ -44,6 +65,7 @@ private:
         quint32 contentSize; ///< bytes
     };
 
+    void Start();
     void Send();
     void Read();
 
@@ -61,10 +83,10 @@ private:
     void Answer(const QImage& image, const QString& reason);
 
     const QString program;
-    QProcess process;
+    SocketProcess process;
     QTimer watchdog;
     QTimer idleTimer;
-    QByteArray request;
+    QFile document;
     QSize box;
     bool isUsed = false; ///< the process has served other documents before this one
     Done done;           ///< set while busy

@@ -39,6 +39,17 @@ struct Upload {
 struct Remove {
     QString document;
 };
+/// See NorlisCloudProtocol::copyMoved.
+struct CopyMoved {
+    QString document;
+    QString from;
+    QString to;
+};
+/// See NorlisCloudProtocol::acceptListedVersion.
+struct AcceptVersion {
+    QString document;
+    QString localPath;
+};
 struct Quota {};
 struct Capabilities {};
 struct Preview {
@@ -47,6 +58,6 @@ struct Preview {
 };
 
 using Any = std::variant<SignIn, SignOut, UserName, UserPage, UserPictureAddress, UserPicture, Info, List, Download,
-                         Upload, Remove, Quota, Capabilities, Preview>;
+                         Upload, Remove, CopyMoved, AcceptVersion, Quota, Capabilities, Preview>;
 
 } // namespace Norlis::Social::Request

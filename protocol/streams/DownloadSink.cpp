@@ -47,9 +47,15 @@ bool DownloadSink::Open()
     position = 0;
     piecesInFlight = 0;
     isWaitedFor = false;
+    isOverLimit = false;
     const bool isOpen = written->file.Open(folder);
     error = isOpen ? QString() : written->file.ErrorText();
     return isOpen;
+}
+
+void DownloadSink::SetLimit(qint64 bytes)
+{
+    limit = bytes;
 }
 
 bool DownloadSink::Begin(const HttpHead& head, std::function<void()> whenReady)
@@ -67,7 +73,8 @@ bool DownloadSink::Begin(const HttpHead& head, std::function<void()> whenReady)
 
 HttpSink::Taken DownloadSink::Add(const char* data, qint64 size)
 {
-    if (!error.isEmpty()) {
+    isOverLimit = position + size > limit;
+    if (!error.isEmpty() || isOverLimit) {
         return Taken::Refused;
     }
     if (piecesInFlight >= maxInFlight) {

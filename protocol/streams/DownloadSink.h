@@ -4,6 +4,8 @@
 #include <files/AtomicFile.h>
 #include <protocol/http/HttpMessage.h>
 
+#include <limits>
+
 namespace Norlis::Social {
 
 /// Writes the body of a response to a local file, and hashes it, on another thread and under a temporary name. Memory
@@ -21,6 +23,9 @@ public:
 
     /// Creates the temporary file. False when that fails; see ErrorText.
     bool Open();
+
+    /// From the byte after so many on, what arrives is refused.
+    void SetLimit(qint64 bytes);
 
     bool Begin(const HttpHead& head, std::function<void()> onReady) override;
     Taken Add(const char* data, qint64 size) override;
@@ -56,6 +61,12 @@ public:
         return isRefused;
     }
 
+    /// Whether more has arrived than the limit allows.
+    bool IsOverLimit() const
+    {
+        return isOverLimit;
+    }
+
 private:
     struct Written;
 
@@ -73,9 +84,11 @@ private:
     std::function<void()> onReady;
     QByteArray collected; ///< not yet given to the writing thread
     qint64 position = 0;
+    qint64 limit = std::numeric_limits<qint64>::max();
     int piecesInFlight = 0; ///< pieces being written
     bool isWaitedFor = false;
     bool isRefused = false;
+    bool isOverLimit = false;
     QString error;
 };
 

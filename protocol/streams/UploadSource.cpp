@@ -40,6 +40,7 @@ void UploadSource::Begin(std::function<void()> whenReady)
     pieces.clear();
     offset = 0;
     position = 0;
+    BeginSamples();
     readBytes = 0;
     piecesInFlight = 0;
     isAtEnd = false;
@@ -102,6 +103,7 @@ qint64 UploadSource::Read(char* buffer, qint64 size)
             offset = 0;
         }
     }
+    TakeSamples(buffer, given);
     position += given;
     ReadAhead();
     if (given > 0) {
@@ -115,6 +117,26 @@ qint64 UploadSource::Read(char* buffer, qint64 size)
     return later;
 }
 
+void UploadSource::BeginSamples()
+{
+    samples.clear();
+    for (const qint64 begin : {qint64(0), version.size / 2, version.size - SentContent::sampleSize}) {
+        samples.push_back({std::max<qint64>(begin, 0), {}});
+    }
+}
+
+/// Of the bytes that come next.
+void UploadSource::TakeSamples(const char* data, qint64 size)
+{
+    for (SentContent::Sample& sample : samples) {
+        const qint64 begin = sample.position + sample.bytes.size(); // of what it lacks
+        const qint64 end = std::min(sample.position + SentContent::sampleSize, position + size);
+        if (begin >= position && begin < end) {
+            sample.bytes.append(data + (begin - position), static_cast<int>(end - begin));
+        }
+    }
+}
+
 QString UploadSource::ErrorText() const
 {
     return error;
@@ -122,12 +144,17 @@ QString UploadSource::ErrorText() const
 
 bool UploadSource::IsWholeAndUnchanged() const
 {
-    return position == version.size && error.isEmpty() && piecesInFlight == 0 && reader->IsUnchanged();
+    return IsWhole() && error.isEmpty() && piecesInFlight == 0 && reader->IsUnchanged();
 }
 
 QString UploadSource::Md5() const
 {
     return reader->Md5();
+}
+
+SentContent UploadSource::Sent() const
+{
+    return {version.size, Md5().toLatin1(), samples};
 }
 
 } // namespace Norlis::Social

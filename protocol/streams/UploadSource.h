@@ -5,8 +5,23 @@
 #include <protocol/http/HttpMessage.h>
 
 #include <deque>
+#include <vector>
 
 namespace Norlis::Social {
+
+/// What is remembered of a file that was sent, to recognise it when a server gives it back.
+struct SentContent {
+    static constexpr qint64 sampleSize = 64 * 1024; // bytes
+
+    struct Sample {
+        qint64 position = 0;
+        QByteArray bytes;
+    };
+
+    qint64 size = 0;             ///< bytes
+    QByteArray md5;              ///< hexadecimal
+    std::vector<Sample> samples; ///< from the beginning, the middle and the end
+};
 
 /// A local file as the body of a request: read ahead and hashed on another thread, so that neither disk nor hash holds
 /// up the network. Memory is bounded whatever the size.
@@ -26,15 +41,26 @@ public:
     /// Why the file cannot be read; empty when it can.
     QString ErrorText() const;
 
-    /// Whether all of the file was handed out and it is still the one that was opened.
+    /// Whether all of the file was handed out.
+    bool IsWhole() const
+    {
+        return position == version.size;
+    }
+
+    /// Whether, besides, it is still the one that was opened.
     bool IsWholeAndUnchanged() const;
 
     /// Hexadecimal MD5 of what was handed out, once that was all.
     QString Md5() const;
 
+    /// Of what was handed out, once that was all.
+    SentContent Sent() const;
+
 private:
     void ReadAhead();
     void OnPiece(const QByteArray& piece, const QString& problem);
+    void BeginSamples();
+    void TakeSamples(const char* data, qint64 size);
 
     const QString path;
     QThreadPool& pool;
@@ -51,6 +77,7 @@ private:
     std::deque<QByteArray> pieces; ///< read and not handed out yet
     qint64 offset = 0;             ///< how much of the first of them is handed out
     qint64 position = 0;           ///< bytes handed out
+    std::vector<SentContent::Sample> samples;
     qint64 readBytes = 0;
     int piecesInFlight = 0; ///< being read
     bool isAtEnd = false;

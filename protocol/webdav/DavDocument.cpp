@@ -1,6 +1,5 @@
 #include "DavDocument.h"
 
-#include <files/AtomicFile.h>
 #include <files/DocumentNames.h>
 #include <protocol/dav/EntityTag.h>
 
@@ -65,6 +64,17 @@ QString DavDocument::Version() const
     return QString::fromUtf8(tag) + '/' + QString::number(size.value_or(-1)) + '/' + IsoText(modifiedAt);
 }
 
+bool DavDocument::IsVersion(const QString& version) const
+{
+    // Some servers give the ETag in some responses only. Without it, size and time have to do.
+    const auto tagOf = [](const QString& text) { return text.section('/', 0, -3); };
+    const auto sizeOf = [](const QString& text) { return text.section('/', -2, -2); };
+    const QString own = Version();
+    const bool haveTags = !tagOf(own).isEmpty() && !tagOf(version).isEmpty();
+    return haveTags ? tagOf(own) == tagOf(version) && sizeOf(own) == sizeOf(version)
+                    : own.section('/', -2) == version.section('/', -2);
+}
+
 CloudFile DavDocument::ToCloudFile() const
 {
     CloudFile file;
@@ -81,7 +91,7 @@ CloudFile DavDocument::ToCloudFile() const
 DavDocument FileOf(const DavEntry& entry, const QByteArray& name)
 {
     DavDocument document;
-    document.id = IdOf(entry, QString::fromUtf8(name));
+    document.id = IdOf(entry, FromUtf8(name));
     document.name = name;
     document.size = entry.size;
     document.etag = entry.etag;
@@ -93,6 +103,12 @@ DavDocument FileOf(const DavEntry& entry, const QByteArray& name)
     return document;
 }
 
+Reply ConflictReply(const QString& what, const DavDocument& document)
+{
+    return FailureReply(what, document.Name(), "Somebody has changed or removed the document in the cloud since",
+                        "Refresh the list, and look at the newer version first.");
+}
+
 bool IsSameVersion(const DavDocument& left, const DavDocument& right)
 {
     return left.size == right.size && EntityTag{left.etag}.SameIgnoringWeakness({right.etag});
@@ -100,8 +116,8 @@ bool IsSameVersion(const DavDocument& left, const DavDocument& right)
 
 std::optional<DavDocument> DocumentOf(const DavEntry& entry)
 {
-    const QString name = QString::fromUtf8(entry.name);
-    if (entry.isSelf || entry.isCollection || Files::ValidateName(name) || Files::AtomicFile::IsTemporaryName(name)) {
+    const QString name = FromUtf8(entry.name);
+    if (entry.isSelf || entry.isCollection || Files::ValidateName(name)) {
         return std::nullopt;
     }
     return FileOf(entry, entry.name);

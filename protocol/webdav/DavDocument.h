@@ -1,5 +1,6 @@
 #pragma once
 
+#include <base/Utf8.h>
 #include <protocol/dav/DavEntry.h>
 #include <protocol/service/Reply.h>
 
@@ -23,11 +24,14 @@ struct DavDocument {
 
     QString Name() const
     {
-        return QString::fromUtf8(name);
+        return FromUtf8(name);
     }
 
     /// A text that changes when the content does, as far as the server shows it.
     QString Version() const;
+
+    /// Whether a text from Version() stands for the version that this is.
+    bool IsVersion(const QString& version) const;
 
     CloudFile ToCloudFile() const;
 };
@@ -41,6 +45,10 @@ std::optional<DavDocument> DocumentOf(const DavEntry& entry);
 
 /// Documents by id.
 using DavDocuments = QHash<QString, DavDocument>;
+
+/// Refusal to replace or remove a version of a document that the user has not seen.
+/// \param what was tried
+Reply ConflictReply(const QString& what, const DavDocument& document);
 
 /// Whether the server says of both that they have the same content.
 bool IsSameVersion(const DavDocument& left, const DavDocument& right);

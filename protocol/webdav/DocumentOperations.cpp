@@ -1,6 +1,7 @@
 #include "DocumentOperations.h"
 
 #include <contracts/NorlisCloudProtocol.h>
+#include <protocol/dav/EntityTag.h>
 
 namespace Norlis::Social {
 
@@ -84,9 +85,7 @@ InfoOperation::InfoOperation(qint64 id, const QString& document, const std::shar
 void InfoOperation::OnFound(const DavDocument& known)
 {
     requests.Send(PropFind(session->collection.UrlOf(known.name)), [this, known](HttpResponse&& response) {
-        DavPath path = session->collection.Path();
-        path.push_back(known.name);
-        const auto entry = EntryOfDepth0(response, path);
+        const auto entry = EntryOfDepth0(response, session->PathOf(known.name));
         if (!entry || entry->isCollection) {
             Fail(known, response);
             return;
@@ -97,33 +96,116 @@ void InfoOperation::OnFound(const DavDocument& known)
             now.md5 = known.md5;
         }
         session->documents.insert(now.id, now);
-        End({Success, now.ToCloudFile(), {}, false});
+        End({Success, session->EntryOf(now), {}, false});
     });
 }
 
 RemoveOperation::RemoveOperation(qint64 id, const QString& document, const std::shared_ptr<WebDavSession>& session,
                                  Finish finish)
-    : DocumentOperation(id, document, "Removal", session, std::move(finish))
+    : DocumentOperation(id, document, "Removal", session, std::move(finish)),
+      files(*session, HttpRequest::Lane::Control)
 {
 }
 
 void RemoveOperation::OnFound(const DavDocument& known)
 {
-    isSent = true;
-    requests.Send(Delete(session->collection.UrlOf(known.name)), [this, known](HttpResponse&& response) {
-        // A document that somebody else has deleted is deleted, too. A 207 lists what is still there (RFC 4918, 9.6.1).
-        if ((response.HasSucceeded() && response.head.status != 207) || IsMissing(response.Status())) {
-            session->documents.remove(known.id);
-            End({});
+    isUnderWay = true;
+    files.Look(known.name, [this, known](const HttpResponse& response, const std::optional<DavEntry>& entry) {
+        if (IsMissing(response.Status())) { // deleted by somebody else
+            Succeed(known);
+        } else if (entry) {
+            LockAndLook(known);
         } else {
             Fail(known, response);
         }
     });
 }
 
+void RemoveOperation::LockAndLook(const DavDocument& known)
+{
+    lock = std::make_unique<DocumentLock>(*session, known.name, HttpRequest::Lane::Control);
+    lock->Acquire([this, known](DocumentLock::Outcome outcome) {
+        switch (outcome) {
+        case DocumentLock::Outcome::Locked:
+        case DocumentLock::Outcome::Unsupported:
+            LookAtVersion(known);
+            break;
+        case DocumentLock::Outcome::Taken:
+            End(FailureReply(what, known.Name(), "Somebody else is changing the document at this moment: it is locked",
+                             "Try again in a minute."));
+            break;
+        case DocumentLock::Outcome::Missing:
+            Succeed(known);
+            break;
+        case DocumentLock::Outcome::Failed:
+            Fail(known, lock->Failure());
+            break;
+        }
+    });
+}
+
+void RemoveOperation::LookAtVersion(const DavDocument& known)
+{
+    files.Look(known.name, [this, known](const HttpResponse& response, const std::optional<DavEntry>& entry) {
+        if (IsMissing(response.Status())) {
+            Succeed(known);
+        } else if (!entry) {
+            Fail(known, response);
+        } else if (entry->isCollection || !FileOf(*entry, known.name).IsVersion(known.Version())) {
+            End(ConflictReply(what, known));
+        } else {
+            SendDelete(known, *entry);
+        }
+    });
+}
+
+void RemoveOperation::SendDelete(const DavDocument& known, const DavEntry& entry)
+{
+    HttpRequest request = lock->Allow(Delete(session->collection.UrlOf(known.name)));
+    if (!lock->IsHeld() && EntityTag{entry.etag}.IsStrong()) {
+        request = IfMatch(request, entry.etag);
+    }
+    requests.Send(request, [this, known](HttpResponse&& response) {
+        const ChangeResult result = JudgeChange(response);
+        if (IsMissing(result.response.Status())) { // deleted by somebody else
+            Succeed(known);
+        } else if (result.outcome == ChangeResult::Outcome::Refused) {
+            Fail(known, result.response);
+        } else {
+            LookWhetherGone(known, result);
+        }
+    });
+}
+
+void RemoveOperation::LookWhetherGone(const DavDocument& known, const ChangeResult& result)
+{
+    const auto onLooked = [this, known, result](const HttpResponse& response, const std::optional<DavEntry>& entry) {
+        if (IsMissing(response.Status())) {
+            Succeed(known);
+        } else if (!result.IsDone()) {
+            Fail(known, result.response);
+        } else if (!entry) {
+            Fail(known, response);
+        } else if (!FileOf(*entry, known.name).IsVersion(known.Version())) {
+            Succeed(known); // what stands there now is somebody's new document, or the trace of somebody's lock
+        } else {
+            End(FailureReply(what, known.Name(), "There is still a document of that name in the cloud",
+                             "Somebody may have put it there at the same moment. Refresh the list and look at it."));
+        }
+    };
+    files.LookAt(result.response.url, onLooked);
+}
+
+void RemoveOperation::Succeed(const DavDocument& removed)
+{
+    session->versions.Forget(removed.id);
+    session->documents.remove(removed.id);
+    End({});
+}
+
 bool RemoveOperation::GiveUp()
 {
-    return !isSent;
+    return !isUnderWay;
 }
 
 void QuotaOperation::Start()

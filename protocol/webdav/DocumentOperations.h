@@ -1,5 +1,7 @@
 #pragma once
 
+#include "DocumentLock.h"
+#include "FileRequests.h"
 #include "Listing.h"
 #include "Operation.h"
 
@@ -45,18 +47,27 @@ protected:
     void OnFound(const DavDocument& document) override;
 };
 
+/// Removes the version that was listed: one that nobody has seen is a conflict.
 class RemoveOperation : public DocumentOperation {
 public:
     RemoveOperation(qint64 id, const QString& document, const std::shared_ptr<WebDavSession>& session, Finish finish);
 
-    /// A request that has been sent is completed: it may be the one that undoes a cancelled upload.
+    /// What has begun is completed: it may be the one that undoes a cancelled upload.
     bool GiveUp() override;
 
 protected:
     void OnFound(const DavDocument& document) override;
 
 private:
-    bool isSent = false;
+    void LockAndLook(const DavDocument& known);
+    void LookAtVersion(const DavDocument& known);
+    void SendDelete(const DavDocument& known, const DavEntry& entry);
+    void LookWhetherGone(const DavDocument& known, const ChangeResult& result);
+    void Succeed(const DavDocument& removed);
+
+    FileRequests files;
+    std::unique_ptr<DocumentLock> lock;
+    bool isUnderWay = false;
 };
 
 /// Storage used and available, as far as the server reports it (RFC 4331).

@@ -2,9 +2,12 @@
 
 #include <files/LocalTarget.h>
 #include <protocol/dav/EntityTag.h>
+#include <protocol/http/HttpDate.h>
 
 #include <QFileInfo>
 #include <QRegularExpression>
+
+#include <limits>
 
 namespace Norlis::Social {
 
@@ -13,6 +16,7 @@ namespace {
 const auto what = QStringLiteral("Download");
 constexpr int maxFruitlessAttempts = 4;
 constexpr int maxRestarts = 3;
+constexpr qint64 usualGrowth = 4 * 1024 * 1024; // bytes; by which a document may have become larger since the list
 
 /// The parts of a Content-Range (RFC 9110, 14.4) of bytes.
 struct ContentRange {
@@ -89,6 +93,7 @@ void DownloadOperation::Start()
 void DownloadOperation::Get()
 {
     positionBefore = sink->Position();
+    sink->SetLimit(document.size.value_or(std::numeric_limits<qint64>::max() - usualGrowth) + usualGrowth);
     HttpRequest get = GetDocument(session->collection.UrlOf(document.name));
     if (positionBefore > 0 && EntityTag{etag}.IsStrong()) {
         get = FromPosition(get, positionBefore, etag);
@@ -116,6 +121,7 @@ QString DownloadOperation::CheckResponse(const HttpHead& head, qint64& from)
     }
     from = 0;
     etag = head.Field("etag");
+    modifiedAt = ParseHttpDate(head.Field("last-modified"));
     size = LengthOf(head);
     return {};
 }
@@ -138,11 +144,15 @@ void DownloadOperation::OnResponse(const HttpResponse& response)
         if (size >= 0 && size == document.size.value_or(size)) {
             Check(size);
         } else {
-            AskForSize();
+            CheckSize();
         }
         return;
     }
     if (Resume(response)) {
+        return;
+    }
+    if (response.fault == HttpResponse::Fault::SinkRefused && sink->IsOverLimit()) {
+        LookWhetherItHasGrown();
         return;
     }
     if (response.fault == HttpResponse::Fault::SinkRefused) {
@@ -182,19 +192,39 @@ bool DownloadOperation::Resume(const HttpResponse& response)
     return true;
 }
 
-void DownloadOperation::AskForSize()
+void DownloadOperation::CheckSize()
 {
     // The response ended where the connection did, or its length is not that in the list: only the server can say
     // whether that was the end of the document.
+    AskForSize([this](qint64 sizeNow) { Check(sizeNow); });
+}
+
+void DownloadOperation::LookWhetherItHasGrown()
+{
+    AskForSize([this](qint64 sizeNow) {
+        const bool hasGrown = sizeNow > document.size.value_or(sizeNow);
+        document.size = sizeNow;
+        if (!hasGrown || ++restarts > maxRestarts) {
+            Fail(QStringLiteral("The server sends more than the %1 bytes of the document").arg(sizeNow),
+                 "Try again. If this happens again, tell whoever runs the server.");
+        } else if (!sink->Open()) {
+            Fail(QStringLiteral("%1 cannot be written: %2").arg(QFileInfo(request.localPath).path(), sink->ErrorText()),
+                 "Free some space on the drive and try again.");
+        } else {
+            Get();
+        }
+    });
+}
+
+void DownloadOperation::AskForSize(std::function<void(qint64)> onSize)
+{
     const HttpRequest look = OnLane(HttpRequest::Lane::Transfer, PropFind(session->collection.UrlOf(document.name)));
-    requests.Send(look, [this](HttpResponse&& response) {
-        DavPath path = session->collection.Path();
-        path.push_back(document.name);
-        const auto entry = EntryOfDepth0(response, path);
+    requests.Send(look, [this, onSize = std::move(onSize)](HttpResponse&& response) {
+        const auto entry = EntryOfDepth0(response, session->PathOf(document.name));
         if (!entry || !entry->size) {
             Fail("The server does not report the size of the document", "Try again.");
         } else {
-            Check(*entry->size);
+            onSize(*entry->size);
         }
     });
 }
@@ -231,11 +261,23 @@ void DownloadOperation::PutInPlace()
     } else if (!isWritten) {
         Fail(QStringLiteral("%1 cannot be written: %2").arg(request.localPath, sink->File().ErrorText()), {});
     } else {
+        RememberVersion();
         sink->SyncFolder([this] {
             tools.progress(100);
             End({});
         });
     }
+}
+
+void DownloadOperation::RememberVersion()
+{
+    DavDocument delivered = document;
+    delivered.size = sink->Position();
+    if (!etag.isEmpty() || modifiedAt.isValid()) { // otherwise the listed ones have to do
+        delivered.etag = etag;
+        delivered.modifiedAt = modifiedAt;
+    }
+    session->versions.Remember(document.id, request.localPath, {delivered.Version(), sink->Md5()});
 }
 
 void DownloadOperation::ReportProgress(qint64 position)

@@ -31,9 +31,14 @@ private:
 
     /// Sends another request, if one may succeed after this response.
     bool Resume(const HttpResponse& response);
-    void AskForSize();
+    void AskForSize(std::function<void(qint64)> onSize);
+    void CheckSize();
+
+    /// More has arrived than the document has: it has grown, or the answer has no end.
+    void LookWhetherItHasGrown();
     void Check(qint64 expectedSize);
     void PutInPlace();
+    void RememberVersion();
     void ReportProgress(qint64 position);
     void Fail(const QString& reason, const QString& advice);
 
@@ -43,6 +48,7 @@ private:
     DavDocument document;
     std::shared_ptr<DownloadSink> sink;
     QByteArray etag;           ///< of the response that is being written
+    QDateTime modifiedAt;      ///< of that response; invalid when not reported
     qint64 size = -1;          ///< of the document, according to that response
     int fruitlessAttempts = 0; ///< since the last one that brought anything new
     int restarts = 0;

@@ -3,6 +3,7 @@
 #include "WebDavSession.h"
 #include <protocol/dav/DavRequests.h>
 #include <protocol/dav/DavResponses.h>
+#include <protocol/dav/EntityTag.h>
 
 #include <QTimer>
 
@@ -16,27 +17,34 @@ constexpr int disconnectDelay = 150; // milliseconds, after which a server has n
 
 Housekeeper::Housekeeper(WebDavSession& session) : session(session), requests(session.http) {}
 
-void Housekeeper::DeleteFile(const QByteArray& name, bool mayBeWritten, std::function<void()> done)
+void Housekeeper::DeleteFile(const QByteArray& name, bool mayBeWritten, std::function<void()> done,
+                             const QByteArray& etag)
 {
     ++tasks;
+    HttpRequest request = Delete(session.collection.UrlOf(name));
+    if (EntityTag{etag}.IsStrong()) {
+        request = IfMatch(request, etag);
+    }
     const auto end = [this, done = std::move(done)] {
         --tasks;
         if (done) {
             done();
         }
     };
-    if (!mayBeWritten) {
-        SendDelete(name, end);
-        return;
-    }
-    SendDelete(name, [this, name, end] {
-        QTimer::singleShot(disconnectDelay, this, [this, name, end] { SendDelete(name, end); });
+    requests.Send(request, [this, request, mayBeWritten, end](HttpResponse&&) {
+        if (!mayBeWritten) {
+            end();
+            return;
+        }
+        QTimer::singleShot(disconnectDelay, this,
+                           [this, request, end] { requests.Send(request, [end](HttpResponse&&) { end(); }); });
     });
 }
 
-void Housekeeper::SendDelete(const QByteArray& name, std::function<void()> done)
+void Housekeeper::ReleaseLock(const QByteArray& url, const QByteArray& token)
 {
-    requests.Send(Delete(session.collection.UrlOf(name)), [done = std::move(done)](HttpResponse&&) { done(); });
+    ++tasks;
+    requests.Send(OnLane(HttpRequest::Lane::Control, Unlock(url, token)), [this](HttpResponse&&) { --tasks; });
 }
 
 void Housekeeper::StoreHash(const DavDocument& document)
@@ -47,10 +55,26 @@ void Housekeeper::StoreHash(const DavDocument& document)
     }
     ++tasks;
     const HttpRequest store = StoreMd5(session.collection.UrlOf(document.name), document.md5, document.etag);
-    requests.Send(OnLane(HttpRequest::Lane::Background, store), [this](HttpResponse&& response) {
-        --tasks;
-        if (response.fault == HttpResponse::Fault::None && !IsMissing(response.Status())) {
+    requests.Send(OnLane(HttpRequest::Lane::Background, store), [this, document](HttpResponse&& response) {
+        if (response.fault != HttpResponse::Fault::None || IsMissing(response.Status())) {
+            --tasks; // that says nothing about properties
+        } else if (!session.storesProperties && IsPropertyStored(response)) {
+            LookForHash(document);
+        } else {
             session.storesProperties = IsPropertyStored(response);
+            --tasks;
+        }
+    });
+}
+
+void Housekeeper::LookForHash(const DavDocument& document)
+{
+    const HttpRequest look = PropFind(session.collection.UrlOf(document.name));
+    requests.Send(OnLane(HttpRequest::Lane::Background, look), [this, document](HttpResponse&& response) {
+        --tasks;
+        const auto entry = EntryOfDepth0(response, session.PathOf(document.name));
+        if (entry && EntityTag{entry->etag}.SameIgnoringWeakness({document.etag})) { // nobody has replaced it since
+            session.storesProperties = entry->storedMd5 == document.md5;
         }
     });
 }

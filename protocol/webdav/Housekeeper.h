@@ -9,7 +9,8 @@ namespace Norlis::Social {
 struct DavDocument;
 struct WebDavSession;
 
-/// What remains to be done on the server after transfers: deleting temporary files and storing hashes. It continues
+/// What remains to be done on the server after transfers: deleting temporary files, giving back
+/// locks and storing hashes. It continues
 /// after they have ended.
 class Housekeeper : public QObject {
 public:
@@ -17,7 +18,13 @@ public:
 
     /// Deletes a file of ours, then calls done, whatever became of it. When the server may still be writing the file,
     /// it is deleted once more a little later.
-    void DeleteFile(const QByteArray& name, bool mayBeWritten, std::function<void()> done = {});
+    /// \param etag of the only version that may be deleted; empty for a name that nobody else gives to a file
+    void DeleteFile(const QByteArray& name, bool mayBeWritten, std::function<void()> done = {},
+                    const QByteArray& etag = {});
+
+    /// Gives back a lock that is no longer needed.
+    /// \param token with its angle brackets
+    void ReleaseLock(const QByteArray& url, const QByteArray& token);
 
     /// Stores the hash of an uploaded document, for the lists of later sign-ins and other machines. Nothing happens
     /// where the server does not store such properties, or the version has no ETag. Not part of the upload, since some
@@ -30,7 +37,8 @@ public:
     }
 
 private:
-    void SendDelete(const QByteArray& name, std::function<void()> done);
+    /// Whether the first hash comes back: some servers only say that they store it.
+    void LookForHash(const DavDocument& document);
 
     WebDavSession& session;
     HttpRequestGroup requests;

@@ -2,6 +2,7 @@
 
 #include <files/AtomicFile.h>
 #include <protocol/dav/DavRequests.h>
+#include <protocol/http/HttpDate.h>
 
 namespace Norlis::Social {
 
@@ -11,17 +12,19 @@ constexpr int maxAttempts = 2;
 constexpr qint64 maxBytesPerTurn = 128 * 1024; // bytes; a few milliseconds' work
 constexpr qint64 leftoverAge = 24 * 60 * 60;   // seconds
 
-bool IsLeftover(const DavEntry& entry)
+/// \param now by the server's clock, as are its files' dates: that of this computer may be days ahead
+bool IsLeftover(const DavEntry& entry, const QDateTime& now)
 {
-    return !entry.isCollection && Files::AtomicFile::IsTemporaryName(QString::fromUtf8(entry.name)) &&
-           entry.modifiedAt.isValid() && entry.modifiedAt.secsTo(QDateTime::currentDateTimeUtc()) > leftoverAge;
+    return !entry.isCollection && Files::AtomicFile::IsTemporaryName(FromUtf8(entry.name)) &&
+           entry.modifiedAt.isValid() && now.isValid() && entry.modifiedAt.secsTo(now) > leftoverAge;
 }
 
 /// Its hash may be about to be stored.
-bool IsJustWritten(const DavDocument& document)
+bool IsJustWritten(const DavDocument& document, const QDateTime& serverTime)
 {
     constexpr qint64 justNow = 60; // seconds
-    return document.modifiedAt.isValid() && document.modifiedAt.secsTo(QDateTime::currentDateTimeUtc()) < justNow;
+    const QDateTime now = serverTime.isValid() ? serverTime : QDateTime::currentDateTimeUtc();
+    return document.modifiedAt.isValid() && document.modifiedAt.secsTo(now) < justNow;
 }
 
 } // namespace
@@ -41,6 +44,7 @@ bool ListingSink::Begin(const HttpHead& head, std::function<void()> whenReady)
     takenInTurn = 0;
     parser = std::make_unique<MultiStatusParser>(path);
     isMultiStatus = head.status == 207 || head.status == 200;
+    serverTime = ParseHttpDate(head.Field("date"));
     return true;
 }
 
@@ -55,8 +59,10 @@ HttpSink::Taken ListingSink::Add(const char* data, qint64 size)
     if (!parser->Add(QByteArray::fromRawData(data, static_cast<int>(size)))) {
         return Taken::Refused;
     }
-    onEntries(parser->TakeEntries());
-    return Taken::Yes;
+    auto entries = parser->TakeEntries();
+    const bool bringsNothing = entries.empty(); // such as blanks, which a server may send for ever
+    onEntries(std::move(entries));
+    return bringsNothing ? Taken::Idle : Taken::Yes;
 }
 
 QString ListingSink::Finish()
@@ -71,10 +77,16 @@ QString ListingSink::Finish()
     if (!parser->SawSelf()) {
         return QStringLiteral("The listing is for another collection");
     }
-    if (parser->RefusedCount() > 0) {
-        return QStringLiteral("The server withholds the details of %1 documents").arg(parser->RefusedCount());
+    const int withheld = parser->RefusedCount() + parser->UndescribedCount();
+    if (withheld > 0) {
+        return QStringLiteral("The server withholds the details of %1 documents").arg(withheld);
     }
     return {};
+}
+
+bool ListingSink::MayLackDocuments() const
+{
+    return parser->UnidentifiedCount() > 0;
 }
 
 Listing::Listing(WebDavSession& session, std::function<void(Result)> done)
@@ -105,9 +117,9 @@ void Listing::Add(std::vector<DavEntry>&& entries)
         auto document = DocumentOf(entry);
         if (document && !result.documents.contains(document->id)) {
             TakeKnownHash(*document);
-            result.files.append(document->ToCloudFile());
+            result.files.append(session.EntryOf(*document));
             result.documents.insert(document->id, *document);
-        } else if (IsLeftover(entry)) {
+        } else if (IsLeftover(entry, sink->ServerTime())) {
             result.leftovers.append(entry.name);
         }
     }
@@ -121,7 +133,17 @@ void Listing::TakeKnownHash(DavDocument& document)
         document.md5 = known->md5;
     }
     const bool mayGetHash = !document.etag.isEmpty() && document.md5.isEmpty();
-    hasNewVersions = hasNewVersions || (mayGetHash && (!isKnown || IsJustWritten(document)));
+    hasNewVersions = hasNewVersions || (mayGetHash && (!isKnown || IsJustWritten(document, sink->ServerTime())));
+}
+
+void Listing::KeepKnownDocuments()
+{
+    for (const DavDocument& known : qAsConst(session.documents)) {
+        if (!result.documents.contains(known.id)) {
+            result.files.append(known.ToCloudFile());
+            result.documents.insert(known.id, known);
+        }
+    }
 }
 
 bool Listing::MayHaveStoredHashes() const
@@ -147,6 +169,8 @@ void Listing::OnResponse(HttpResponse&& response)
         asksForHashes = true;
         Send();
         return;
+    } else if (sink->MayLackDocuments()) {
+        KeepKnownDocuments();
     }
     CallOnce(done, std::move(result)); // it may destroy this object
 }

@@ -23,6 +23,16 @@ public:
     /// After the last piece: what is wrong with the listing; empty when it is complete.
     QString Finish();
 
+    /// Whether a complete listing has an entry of which nobody can say what it is: then nothing follows from what is
+    /// missing.
+    bool MayLackDocuments() const;
+
+    /// When the server answered, by its own clock; invalid when it does not say.
+    QDateTime ServerTime() const
+    {
+        return serverTime;
+    }
+
 private:
     const DavPath path;
     const OnEntries onEntries;
@@ -31,6 +41,7 @@ private:
     QTimer nextTurn;
     std::unique_ptr<MultiStatusParser> parser;
     bool isMultiStatus = false;
+    QDateTime serverTime;
 };
 
 /// Fetches the documents of the collection, once.
@@ -49,6 +60,7 @@ private:
     void Send();
     void Add(std::vector<DavEntry>&& entries);
     void TakeKnownHash(DavDocument& document);
+    void KeepKnownDocuments();
     bool MayHaveStoredHashes() const;
     void OnResponse(HttpResponse&& response);
 

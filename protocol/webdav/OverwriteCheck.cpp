@@ -1,45 +1,58 @@
 #include "OverwriteCheck.h"
 
-#include <base/Lifetime.h>
-#include <files/AtomicFile.h>
-#include <protocol/dav/DavRequests.h>
-
 namespace Norlis::Social {
 
-OverwriteCheck::OverwriteCheck(WebDavSession& session, const QByteArray& uploaded, Done done)
+OverwriteCheck::OverwriteCheck(WebDavSession& session, const DavDocument& uploaded, Done done)
     : session(session),
       uploaded(uploaded),
-      small(Files::AtomicFile::NewTemporaryName().toUtf8()),
+      small(session.NewTemporaryName()),
       done(std::move(done)),
+      files(session),
       requests(session.http)
 {
     HttpRequest put = Put(session.collection.UrlOf(small));
-    put.body = "-";
+    put.body = uploaded.size == 1 ? "--" : "-"; // the length tells the two apart
     requests.Send(OnLane(HttpRequest::Lane::Transfer, put), [this](HttpResponse&& response) {
-        if (response.HasSucceeded()) {
+        if (JudgeChange(response).IsDone()) {
             TryToOverwrite();
         } else {
-            End(this->uploaded, small);
+            End(this->uploaded.name, small);
         }
     });
 }
 
 void OverwriteCheck::TryToOverwrite()
 {
-    const HttpRequest move = Move(session.collection.UrlOf(uploaded), session.collection.UrlOf(small), false);
-    requests.Send(OnLane(HttpRequest::Lane::Transfer, move), [this](HttpResponse&& response) {
-        if (response.HasSucceeded()) {
-            session.refusesToOverwrite = false;
-            End(small, uploaded); // the uploaded file has that name now
+    files.Move(uploaded.name, small, false, {}, [this](const ChangeResult& result) {
+        if (result.response.Status() == 412) {
+            session.refusesToOverwrite = true;
+            End(uploaded.name, small);
+        } else if (result.outcome == ChangeResult::Outcome::Refused) {
+            End(uploaded.name, small);
         } else {
-            session.refusesToOverwrite = response.Status() == 412;
-            End(uploaded, small);
+            LookWhatHappened();
+        }
+    });
+}
+
+void OverwriteCheck::LookWhatHappened()
+{
+    files.Look(small, [this](const HttpResponse&, const std::optional<DavEntry>& entry) {
+        if (entry && entry->size == uploaded.size) {
+            session.refusesToOverwrite = false;
+            End(small, uploaded.name); // the uploaded file has that name now
+        } else {
+            End(uploaded.name, entry ? small : QByteArray());
         }
     });
 }
 
 void OverwriteCheck::End(const QByteArray& name, const QByteArray& leftover)
 {
+    if (leftover.isEmpty()) {
+        CallOnce(done, name); // it destroys this object
+        return;
+    }
     const HttpRequest remove = Delete(session.collection.UrlOf(leftover));
     requests.Send(OnLane(HttpRequest::Lane::Transfer, remove), [this, name](HttpResponse&&) {
         CallOnce(done, name); // it destroys this object

@@ -1,8 +1,7 @@
 #include "Publication.h"
 
+#include <base/Utf8.h>
 #include <files/DocumentNames.h>
-#include <protocol/dav/DavRequests.h>
-#include <protocol/dav/DavResponses.h>
 #include <protocol/dav/EntityTag.h>
 
 #include <QTimer>
@@ -11,17 +10,33 @@ namespace Norlis::Social {
 
 namespace {
 
+const auto what = QStringLiteral("Upload");
+
 constexpr int maxNumber = 10'000;
 constexpr int maxAttempts = 4;
 constexpr int pause = 100; // milliseconds, longer each time
 
+bool HaveSameTag(const QByteArray& left, const QByteArray& right)
+{
+    return EntityTag{left}.IsValid() && EntityTag{right}.IsValid() && EntityTag{left}.SameIgnoringWeakness({right});
+}
+
+/// Servers lock a file while they handle another request for it. A lock that is told inside of an answer is of
+/// something else, such as the collection, and somebody's.
+bool IsBriefLock(const ChangeResult& result)
+{
+    return result.response.Status() == 423 && !result.isOfPart;
+}
+
 } // namespace
 
-Publication::Publication(WebDavSession& session, const DavDocument& uploaded, Done done)
+Publication::Publication(WebDavSession& session, const DavDocument& uploaded, const SentContent& sent, Done done)
     : session(session),
       uploaded(uploaded),
+      sent(sent),
       done(std::move(done)),
-      requests(session.http)
+      files(session),
+      readBack(session, sent)
 {
 }
 
@@ -39,17 +54,58 @@ void Publication::MakeNew(const QByteArray& newName)
         Try(wantedName);
         return;
     }
-    check = std::make_unique<OverwriteCheck>(session, uploaded.name, [this](const QByteArray& nameNow) {
+    check = std::make_unique<OverwriteCheck>(session, uploaded, [this](const QByteArray& nameNow) {
         uploaded.name = nameNow;
         Try(wantedName);
     });
 }
 
-void Publication::Replace(const QByteArray& knownName)
+void Publication::Replace(const DavDocument& old)
 {
-    name = knownName;
-    isNew = false;
-    Move();
+    replaced = old;
+    wantedName = old.name;
+    name = old.name;
+    lock = std::make_unique<DocumentLock>(session, name, HttpRequest::Lane::Transfer);
+    lock->Acquire([this](DocumentLock::Outcome outcome) { OnLocked(outcome); });
+}
+
+void Publication::OnLocked(DocumentLock::Outcome outcome)
+{
+    switch (outcome) {
+    case DocumentLock::Outcome::Locked:
+    case DocumentLock::Outcome::Unsupported:
+        LookAtReplaced();
+        break;
+    case DocumentLock::Outcome::Taken:
+        Fail(Failure("Somebody else is changing the document at this moment: it is locked", "Try again in a minute."),
+             uploaded.name);
+        break;
+    case DocumentLock::Outcome::Missing:
+        Fail(ConflictReply(what, *replaced), uploaded.name);
+        break;
+    case DocumentLock::Outcome::Failed:
+        Fail(session.FailureReplyTo(what, FromUtf8(wantedName), lock->Failure()), uploaded.name);
+        break;
+    }
+}
+
+void Publication::LookAtReplaced()
+{
+    files.Look(name, [this](const HttpResponse& response, const std::optional<DavEntry>& entry) {
+        if (entry && !entry->isCollection && FileOf(*entry, name).IsVersion(replaced->Version())) {
+            Move();
+        } else if (entry || IsMissing(response.Status())) {
+            Fail(ConflictReply(what, *replaced), uploaded.name);
+        } else {
+            Fail(session.FailureReplyTo(what, FromUtf8(wantedName), response), uploaded.name);
+        }
+    });
+}
+
+void Publication::LockUploaded()
+{
+    uploadedLock = std::make_unique<DocumentLock>(session, uploaded.name, HttpRequest::Lane::Transfer);
+    uploadedLock->Acquire([this](DocumentLock::Outcome) { Move(); });
 }
 
 void Publication::Try(const QByteArray& newName)
@@ -68,105 +124,197 @@ void Publication::Try(const QByteArray& newName)
         Move();
         return;
     }
-    LookAt(name, [this](const HttpResponse& response, const std::optional<DavEntry>& entry) {
+    files.Look(name, [this](const HttpResponse& response, const std::optional<DavEntry>& entry) {
         if (entry) {
-            TryNextName();
+            OnTaken(*entry);
         } else if (IsMissing(response.Status())) {
             Move();
         } else {
-            Fail(response, true);
+            Fail(session.FailureReplyTo(what, FromUtf8(wantedName), response), uploaded.name);
         }
     });
-}
-
-void Publication::Move()
-{
-    ++attempts;
-    const HttpRequest move =
-        Social::Move(session.collection.UrlOf(uploaded.name), session.collection.UrlOf(name), !isNew);
-    requests.Send(OnLane(HttpRequest::Lane::Transfer, move), [this](HttpResponse&& response) { OnMoved(response); });
-}
-
-void Publication::OnMoved(const HttpResponse& response)
-{
-    const bool isDoubtful = response.fault != HttpResponse::Fault::None || response.head.status == 207 ||
-                            response.head.status == 404 || response.head.status == 423 || // a lock may be brief
-                            response.head.status >= 500;
-    if (isDoubtful) {
-        LookWhetherMoved(response);
-    } else if (response.HasSucceeded()) {
-        Succeed();
-    } else if (isNew && response.Status() == 412) {
-        TryNextName();
-    } else {
-        Fail(response, true);
-    }
 }
 
 void Publication::TryNextName()
 {
     if (++number > maxNumber) {
-        HttpResponse taken;
-        taken.head.status = 412;
-        Fail(taken, true);
+        Fail(Failure("There are too many documents of that name", "Give the file another name."), uploaded.name);
         return;
     }
     attempts = 0;
-    Try(Files::NumberedName(QString::fromUtf8(wantedName), number).toUtf8());
+    Try(Files::NumberedName(FromUtf8(wantedName), number).toUtf8());
 }
 
-void Publication::LookWhetherMoved(const HttpResponse& moveResponse)
+void Publication::Move()
 {
-    LookAt(uploaded.name,
-           [this, moveResponse](const HttpResponse& propFindResponse, const std::optional<DavEntry>& entry) {
-               LookAtTarget(moveResponse, entry || !IsMissing(propFindResponse.Status()));
-           });
+    ++attempts;
+    std::vector<const DocumentLock*> locks;
+    for (const auto& each : {std::cref(uploadedLock), std::cref(lock)}) {
+        if (each.get()) {
+            locks.push_back(each.get().get());
+        }
+    }
+    files.Move(uploaded.name, name, replaced.has_value(), locks,
+               [this](const ChangeResult& result) { OnMoved(result); });
 }
 
-void Publication::LookAtTarget(const HttpResponse& moveResponse, bool isUploadedThere)
+void Publication::OnMoved(const ChangeResult& result)
 {
-    LookAt(name, [this, moveResponse, isUploadedThere](const HttpResponse& propFindResponse,
-                                                       const std::optional<DavEntry>& entry) {
-        const bool isTargetGone = IsMissing(propFindResponse.Status());
-        // Some servers delete the old document before they know that the new one can take its place.
-        const bool isPassing = moveResponse.fault != HttpResponse::Fault::None || moveResponse.head.status == 423 ||
-                               (!isNew && isTargetGone);
-        if (!isUploadedThere && entry && IsUploaded(*entry)) {
-            Succeed();
-        } else if (isUploadedThere && isPassing && attempts < maxAttempts) {
-            QTimer::singleShot(pause * attempts, this, [this] { Move(); });
-        } else {
-            Fail(moveResponse, isUploadedThere, !isNew && isTargetGone);
+    moved = result;
+    const int status = result.response.Status();
+    if (!replaced && status == 412) {
+        LookWhetherNameIsTaken();
+    } else if (status == 412 && lock && lock->IsHeld() && !uploadedLock) {
+        LockUploaded(); // some servers take a lock only together with one of the file that is renamed
+    } else if (result.outcome == ChangeResult::Outcome::Refused && !IsBriefLock(result)) {
+        FailAsAnswered(true);
+    } else {
+        LookAtTarget();
+    }
+}
+
+void Publication::LookWhetherNameIsTaken()
+{
+    files.Look(name, [this](const HttpResponse& response, const std::optional<DavEntry>& entry) {
+        if (entry) {
+            OnTaken(*entry);
+        } else if (IsMissing(response.Status()) && attempts < maxAttempts) { // it may have been deleted just now
+            Move();
+        } else if (!IsMissing(response.Status()) && response.Status() != 207) {
+            FailAsAnswered(true);
+        } else { // some servers cut names off
+            Fail(Failure("The server takes the name for that of another document", "Give the file another name."),
+                 uploaded.name);
         }
     });
 }
 
-void Publication::LookAt(const QByteArray& looked, Looked onLooked)
+void Publication::OnTaken(const DavEntry& entry)
 {
-    const HttpRequest look = PropFind(session.collection.UrlOf(looked));
-    requests.Send(OnLane(HttpRequest::Lane::Transfer, look),
-                  [this, looked, onLooked = std::move(onLooked)](HttpResponse&& response) {
-                      DavPath path = session.collection.Path();
-                      path.push_back(looked);
-                      onLooked(response, EntryOfDepth0(response, path));
-                  });
+    if (session.unconfirmed.value(name) != sent.md5) {
+        TryNextName();
+        return;
+    }
+    readBack.Compare(name, [this, entry](const ReadBack::Result& result) {
+        if (result.IsSame()) {
+            Succeed(entry);
+        } else {
+            TryNextName();
+        }
+    });
 }
 
-bool Publication::IsUploaded(const DavEntry& entry) const
+void Publication::LookAtTarget()
 {
-    const bool hasTags = !entry.etag.isEmpty() && !uploaded.etag.isEmpty();
-    return entry.size == uploaded.size && (!hasTags || EntityTag{entry.etag}.SameIgnoringWeakness({uploaded.etag}));
+    files.Look(name, [this](const HttpResponse& response, const std::optional<DavEntry>& entry) {
+        if (entry && !entry->isCollection && entry->size.value_or(sent.size) == sent.size) {
+            Compare(*entry);
+        } else if (entry || IsMissing(response.Status())) {
+            OnOtherTarget(entry.has_value());
+        } else {
+            FailUnconfirmed(response);
+        }
+    });
 }
 
-void Publication::Succeed()
+void Publication::Compare(const DavEntry& entry)
 {
-    CallOnce(done, Outcome{name, {}, {}, false}); // it destroys this object
+    if (IsUploadedVersion(entry)) {
+        Succeed(entry);
+        return;
+    }
+    readBack.Compare(name, [this, entry](const ReadBack::Result& result) {
+        if (result.IsSame()) {
+            Succeed(entry);
+        } else if (!result.failure) {
+            OnOtherTarget(true);
+        } else {
+            FailUnconfirmed(*result.failure);
+        }
+    });
 }
 
-void Publication::Fail(const HttpResponse& moveResponse, bool isUploadedThere, bool isOnlyCopy)
+void Publication::FailUnconfirmed(const HttpResponse& response)
 {
-    // It destroys this object.
-    CallOnce(done, Outcome{{}, moveResponse, isUploadedThere ? uploaded.name : QByteArray(), isOnlyCopy});
+    if (!replaced) {
+        session.unconfirmed.insert(name, sent.md5);
+    }
+    Reply failure = session.FailureReplyTo(what, FromUtf8(wantedName), response);
+    failure.failure.advice = QStringLiteral("What was sent may be in the cloud already, as %1. Refresh the list before "
+                                            "you send it again.")
+                                 .arg(FromUtf8(name));
+    Fail(std::move(failure));
+}
+
+void Publication::OnOtherTarget(bool isThere)
+{
+    files.Look(uploaded.name, [this, isThere](const HttpResponse& response, const std::optional<DavEntry>& entry) {
+        const bool isUploadedThere = entry || !IsMissing(response.Status());
+        // Some servers delete the old document before they know that the new one can take its place.
+        const bool hasLostTheOld = replaced && !isThere;
+        const bool isPassing = moved.response.fault != HttpResponse::Fault::None || IsBriefLock(moved) ||
+                               (hasLostTheOld && !moved.IsDone());
+        if (isUploadedThere && isPassing && attempts < maxAttempts) {
+            QTimer::singleShot(pause * attempts, this, [this] { Move(); });
+        } else if (isUploadedThere && hasLostTheOld) {
+            Reply failure = session.FailureReplyTo(what, FromUtf8(wantedName), moved.response);
+            failure.failure.advice =
+                QStringLiteral("The server has lost the old document. What was sent is there as %1.")
+                    .arg(FromUtf8(uploaded.name));
+            Fail(std::move(failure));
+        } else if (!moved.IsDone()) {
+            FailAsAnswered(isUploadedThere);
+        } else if (isUploadedThere) {
+            Fail(Failure("The server says that it has given the file its name, but has not",
+                         "Try again. If this happens again, tell whoever runs the server."),
+                 uploaded.name);
+        } else {
+            Fail(Failure(isThere ? "What has that name in the cloud now is not what was sent"
+                                 : "What was sent is not under that name in the cloud",
+                         "Somebody else may have changed it at the same moment. Refresh the list before you send it "
+                         "again."));
+        }
+    });
+}
+
+bool Publication::IsUploadedVersion(const DavEntry& entry) const
+{
+    // A tag that the old document had as well, being made of a date and a length, proves nothing.
+    const bool isOldTag = replaced && HaveSameTag(entry.etag, replaced->etag);
+    return (HaveSameTag(entry.etag, uploaded.etag) && !isOldTag) || (!entry.md5.isEmpty() && entry.md5 == sent.md5);
+}
+
+void Publication::Succeed(const DavEntry& entry)
+{
+    if (!moved.IsDone()) {
+        session.housekeeper.DeleteFile(uploaded.name, false); // in case it was the same document that was there before
+    }
+    DavDocument made = FileOf(entry, name);
+    made.md5 = sent.md5;
+    made.id = replaced ? replaced->id : made.id;
+    session.unconfirmed.remove(name);
+    CallOnce(done, Outcome{made, {}, {}}); // it destroys this object
+}
+
+void Publication::FailAsAnswered(bool isUploadedThere)
+{
+    Reply failure = session.FailureReplyTo(what, FromUtf8(wantedName), moved.response);
+    if (files.MayBeTheDestination(moved)) {
+        failure.failure.advice = QStringLiteral("If the server is behind a proxy, the proxy has to rewrite the "
+                                                "Destination field of requests. Otherwise ask "
+                                                "whoever runs the server for permission to rename files.");
+    }
+    Fail(std::move(failure), isUploadedThere ? uploaded.name : QByteArray());
+}
+
+void Publication::Fail(Reply failure, const QByteArray& leftover)
+{
+    CallOnce(done, Outcome{{}, std::move(failure), leftover}); // it destroys this object
+}
+
+Reply Publication::Failure(const QString& reason, const QString& advice) const
+{
+    return FailureReply(what, FromUtf8(wantedName), reason, advice);
 }
 
 } // namespace Norlis::Social

@@ -1,57 +1,75 @@
 #pragma once
 
+#include "DocumentLock.h"
 #include "OverwriteCheck.h"
-#include <base/Lifetime.h>
-#include <protocol/http/HttpRequestGroup.h>
+#include "ReadBack.h"
+#include <protocol/service/Reply.h>
 
 #include <QObject>
 
 namespace Norlis::Social {
 
-/// Gives an uploaded file its final name, in one step, so that a new document never takes another one's place. When a
-/// response is lost, a look at the server shows what has become of the request.
+/// Gives an uploaded file its final name, in one step, so that a new document never takes another one's place. Whatever
+/// the server answers, a look under that name shows whether it is there.
 class Publication : public QObject {
 public:
     struct Outcome {
-        QByteArray name; ///< that the document has now
-        std::optional<HttpResponse> failure;
-        QByteArray leftover;     ///< of a failure: name of the uploaded file; empty when it is gone
-        bool isOnlyCopy = false; ///< of a failure: the server has lost the document that should have been replaced
+        DavDocument made; ///< as it was seen under its name
+        std::optional<Reply> failure;
+        QByteArray leftover; ///< of a failure: name of the uploaded file, to be deleted; empty when it is gone or kept
     };
     using Done = std::function<void(Outcome)>;
 
     /// \param uploaded the file, under its temporary name
-    Publication(WebDavSession& session, const DavDocument& uploaded, Done done);
+    /// \param sent     what it consists of
+    Publication(WebDavSession& session, const DavDocument& uploaded, const SentContent& sent, Done done);
     ~Publication() override;
 
     /// As a new document of this name, or of the next free one with a number.
     void MakeNew(const QByteArray& name);
 
-    void Replace(const QByteArray& name);
+    /// Unless it is no longer the version that it was.
+    /// \param replaced the document as it was before
+    void Replace(const DavDocument& replaced);
 
 private:
-    using Looked = std::function<void(const HttpResponse& response, const std::optional<DavEntry>& entry)>;
-
+    void OnLocked(DocumentLock::Outcome outcome);
+    void LookAtReplaced();
+    void LockUploaded();
     void Try(const QByteArray& newName);
-    void Move();
-    void OnMoved(const HttpResponse& response);
     void TryNextName();
-    void LookWhetherMoved(const HttpResponse& moveResponse);
-    void LookAtTarget(const HttpResponse& moveResponse, bool isUploadedThere);
-    void LookAt(const QByteArray& name, Looked onLooked);
-    bool IsUploaded(const DavEntry& entry) const;
-    void Succeed();
-    void Fail(const HttpResponse& moveResponse, bool isUploadedThere, bool isOnlyCopy = false);
+    void Move();
+    void OnMoved(const ChangeResult& result);
+    void LookWhetherNameIsTaken();
+
+    /// The name is another document's, unless it is what was sent before, when nobody could see what became of it.
+    void OnTaken(const DavEntry& entry);
+    void LookAtTarget();
+    void Compare(const DavEntry& entry);
+    void FailUnconfirmed(const HttpResponse& response);
+    void OnOtherTarget(bool isThere);
+    bool IsUploadedVersion(const DavEntry& entry) const;
+    void Succeed(const DavEntry& entry);
+
+    /// \param isUploadedThere under its temporary name
+    void FailAsAnswered(bool isUploadedThere);
+    void Fail(Reply failure, const QByteArray& leftover = {});
+    Reply Failure(const QString& reason, const QString& advice) const;
 
     WebDavSession& session;
     DavDocument uploaded;
+    const SentContent sent;
     Done done;
-    HttpRequestGroup requests;
+    FileRequests files;
+    ReadBack readBack;
     std::unique_ptr<OverwriteCheck> check;
+    std::unique_ptr<DocumentLock> lock;         ///< of the document that is replaced
+    std::unique_ptr<DocumentLock> uploadedLock; ///< of the uploaded file, for servers that want it
     QByteArray wantedName;
-    QByteArray name;         ///< the one that is being tried
-    bool isReserved = false; ///< this publication has put it among the reserved names
-    bool isNew = true;
+    QByteArray name;                     ///< the one that is being tried
+    bool isReserved = false;             ///< this publication has put it among the reserved names
+    std::optional<DavDocument> replaced; ///< nothing for a new document
+    ChangeResult moved;                  ///< the last MOVE
     int number = 1;
     int attempts = 0;
 };

@@ -1,6 +1,7 @@
 #include "ServerErrors.h"
 
 #include <protocol/dav/ErrorBody.h>
+#include <protocol/http/Authentication.h>
 
 namespace Norlis::Social {
 
@@ -18,7 +19,6 @@ constexpr Meaning meanings[] = {
     {403, "The server does not allow it", "Ask whoever runs the server for permission."},
     {404, "There is nothing at that address", "Refresh the list, and check the address of the service."},
     {405, "The server cannot do this at that address", "Check the address of the service."},
-    {407, "The proxy asks for a password", "Check the proxy in the system's settings."},
     {409, "The collection to write to is not on the server", "Check the address of the service."},
     {410, "The document is no longer in the cloud", "Refresh the list."},
     {412, "The document has been changed by somebody else in the meantime", "Refresh the list and try again."},
@@ -51,6 +51,29 @@ Meaning MeaningOf(int status)
             "Check that the address is that of a WebDAV server."};
 }
 
+/// Of a 401 to somebody whose password, if there is one, was not sent.
+OAuth2::Failure MeaningOfChallenge(const HttpHead& head)
+{
+    constexpr int maxShown = 100; // characters
+    const QByteArrayList offered = OfferedSchemes(head);
+    OAuth2::Failure failure;
+    if (offered.isEmpty()) {
+        failure.reason = QStringLiteral("The server asks for a sign-in, but does not say in which form");
+        failure.advice = QStringLiteral("Check the address of the service.");
+    } else if (offered.contains("basic") || offered.contains("digest")) {
+        failure.reason = QStringLiteral("The server asks for a user name and a password");
+        failure.advice = QStringLiteral("Sign in with both.");
+    } else if (offered.contains("bearer")) {
+        failure.reason = QStringLiteral("The server asks for a token");
+        failure.advice = QStringLiteral("Sign in with a token, and leave out the user name.");
+    } else {
+        failure.reason = QStringLiteral("The server asks for a form of sign-in that is not supported here: %1")
+                             .arg(QString::fromLatin1(offered.join(", ")).left(maxShown));
+        failure.advice = QStringLiteral("Ask whoever runs the server whether it can take a password in another way.");
+    }
+    return failure;
+}
+
 QString AdviceFor(HttpResponse::Fault fault)
 {
     switch (fault) {
@@ -60,6 +83,10 @@ QString AdviceFor(HttpResponse::Fault fault)
         return QStringLiteral(
             "Do not enter a password there unless you know why. If the server's certificate comes from an "
             "authority of your own, specify its file when you sign in.");
+    case HttpResponse::Fault::NoProxy:
+        return QStringLiteral("Check the proxy, which the environment variables http_proxy and https_proxy name.");
+    case HttpResponse::Fault::Endless:
+        return QStringLiteral("Check that the address is that of a WebDAV server.");
     case HttpResponse::Fault::Redirected:
         return QStringLiteral("If you trust that address, sign in with it.");
     case HttpResponse::Fault::Silent:
@@ -97,13 +124,18 @@ OAuth2::Failure ExplainFailure(const HttpResponse& response, const Secrets& secr
         failure.advice = AdviceFor(response.fault);
         return failure;
     }
-    const Meaning meaning = MeaningOf(response.head.status);
+    if (response.head.status == 401 && !response.hadCredentials) {
+        failure = MeaningOfChallenge(response.head);
+    } else {
+        const Meaning meaning = MeaningOf(response.head.status);
+        failure.reason = QString::fromUtf8(meaning.reason);
+        failure.advice = QString::fromUtf8(meaning.advice);
+    }
     const QString message = MessageOf(response.body, secrets);
     failure.reason = QStringLiteral("%1 (%2%3)")
-                         .arg(meaning.reason)
+                         .arg(secrets.Redact(failure.reason))
                          .arg(response.head.status)
                          .arg(message.isEmpty() ? QString() : ": " + message);
-    failure.advice = QString::fromUtf8(meaning.advice);
     return failure;
 }
 

@@ -1,8 +1,9 @@
 #include "ServerProbe.h"
 
-#include <files/AtomicFile.h>
 #include <protocol/dav/EntityTag.h>
 #include <protocol/dav/ErrorBody.h>
+
+#include <QCryptographicHash>
 
 namespace Norlis::Social {
 
@@ -22,67 +23,103 @@ QString YesOrNo(bool isSo)
 /// What a status says of something that the server should have refused.
 QString Refusal(const HttpResponse& response)
 {
-    if (response.Status() == 412) {
+    const ChangeResult result = JudgeChange(response);
+    if (result.response.Status() == 412) {
         return QStringLiteral("yes");
     }
-    return response.HasSucceeded() ? QStringLiteral("no") : QStringLiteral("not known");
+    return result.IsDone() ? QStringLiteral("no") : QStringLiteral("not known");
 }
 
 } // namespace
 
 ServerProbe::ServerProbe(const std::shared_ptr<WebDavSession>& session, Finish finish)
     : Operation(session, std::move(finish)),
-      first(Files::AtomicFile::NewTemporaryName().toUtf8()),
-      second(Files::AtomicFile::NewTemporaryName().toUtf8())
+      files(*session),
+      first(session->NewTemporaryName()),
+      second(session->NewTemporaryName())
 {
 }
 
 void ServerProbe::Start()
 {
     Note("service", "WebDAV");
-    Plan();
+    PlanLooks();
+    PlanFirstFile();
+    PlanSecondFile();
     TakeNextStep();
 }
 
-void ServerProbe::Plan()
+ServerProbe::Step ServerProbe::Exchange(const HttpRequest& request, OnResponse onResponse)
 {
-    const QByteArray firstUrl = session->collection.UrlOf(first);
-    const QByteArray secondUrl = session->collection.UrlOf(second);
-    HttpRequest put = Put(firstUrl);
-    put.body = content;
-    const HttpRequest move = OnLane(HttpRequest::Lane::Transfer, Move(firstUrl, secondUrl, false));
-    steps.push_back({Options(session->collection.Url()), [this](const HttpResponse& response) {
-                         NoteReported("software", response.head.Field("server"));
-                         NoteReported("DAV classes", response.head.Field("dav"));
-                     }});
-    steps.push_back(
-        {PropFind(session->collection.Url()), [this](const HttpResponse& response) { OnCollection(response); }});
-    steps.push_back({put, [this](const HttpResponse& response) {
-                         Note("accepts uploads", YesOrNo(response.HasSucceeded()));
-                         if (!response.HasSucceeded()) {
-                             steps.clear(); // without a file nothing more can be found out
-                         }
-                     }});
-    steps.push_back(
-        {IfNew(put), [this](const HttpResponse& response) { Note("honours If-None-Match", Refusal(response)); }});
-    steps.push_back({IfMatch(put, unknownTag),
-                     [this](const HttpResponse& response) { Note("honours If-Match", Refusal(response)); }});
-    steps.push_back({PropFind(firstUrl), [this](const HttpResponse& response) { OnFile(response); }});
-    steps.push_back({FromPosition(Get(firstUrl), 2), [this](const HttpResponse& response) {
-                         const bool isRest = response.Status() == 206 && response.body == content.mid(2);
-                         Note("range requests", YesOrNo(isRest));
-                         Note("ETag with the content", YesOrNo(EntityTag{response.head.Field("etag")}.IsValid()));
-                     }});
-    steps.push_back({move, [this](const HttpResponse& response) { Note("MOVE", YesOrNo(response.HasSucceeded())); }});
-    steps.push_back({StoreMd5(secondUrl, someMd5, unknownTag), [this](const HttpResponse& response) {
-                         session->storesProperties = IsPropertyStored(response);
-                         Note("custom properties", YesOrNo(*session->storesProperties));
-                     }});
-    steps.push_back({put, [](const HttpResponse&) {}});
-    steps.push_back({move, [this](const HttpResponse& response) {
-                         session->refusesToOverwrite = response.Status() == 412;
-                         Note("honours Overwrite: F", Refusal(response));
-                     }});
+    return {[this, request](const OnResponse& done) {
+                requests.Send(request, [done](HttpResponse&& response) { done(response); });
+            },
+            std::move(onResponse)};
+}
+
+ServerProbe::Step ServerProbe::Rename(OnResponse onResponse)
+{
+    return {[this](const OnResponse& done) {
+                files.Move(first, second, false, {}, [done](const ChangeResult& result) { done(result.response); });
+            },
+            std::move(onResponse)};
+}
+
+void ServerProbe::PlanLooks()
+{
+    steps.push_back(Exchange(Options(session->collection.Url()), [this](const HttpResponse& response) {
+        NoteReported("software", response.head.Field("server"));
+        NoteReported("DAV classes", response.head.Field("dav"));
+    }));
+    steps.push_back(Exchange(PropFind(session->collection.Url()),
+                             [this](const HttpResponse& response) { OnCollection(response); }));
+}
+
+HttpRequest ServerProbe::PutFirst(const QByteArray& body) const
+{
+    HttpRequest put = Put(session->collection.UrlOf(first));
+    put.body = body;
+    return put;
+}
+
+void ServerProbe::PlanFirstFile()
+{
+    const QByteArray url = session->collection.UrlOf(first);
+    const HttpRequest put = PutFirst(content);
+    steps.push_back(Exchange(session->isNextcloudLike ? WithChecksum(put, {}) : put,
+                             [this](const HttpResponse& response) { OnUploaded(response); }));
+    steps.push_back(Exchange(
+        IfNew(put), [this](const HttpResponse& response) { Note("honours If-None-Match", Refusal(response)); }));
+    steps.push_back(Exchange(IfMatch(put, unknownTag),
+                             [this](const HttpResponse& response) { Note("honours If-Match", Refusal(response)); }));
+    steps.push_back(Exchange(PropFind(url), [this](const HttpResponse& response) { OnFile(response); }));
+    steps.push_back(Exchange(FromPosition(Get(url), 2), [this](const HttpResponse& response) {
+        const bool isRest = response.Status() == 206 && response.body == content.mid(2);
+        Note("range requests", YesOrNo(isRest));
+        Note("ETag with the content", YesOrNo(EntityTag{response.head.Field("etag")}.IsValid()));
+    }));
+}
+
+void ServerProbe::PlanSecondFile()
+{
+    const QByteArray url = session->collection.UrlOf(second);
+    steps.push_back(Rename([this](const HttpResponse& response) { moveStatus = response.Status(); }));
+    steps.push_back(Exchange(StoreMd5(url, someMd5, unknownTag), [](const HttpResponse&) {}));
+    steps.push_back(Exchange(PropFind(url), [this](const HttpResponse& response) { OnRenamed(response); }));
+    steps.push_back(Exchange(PutFirst(content + content), [](const HttpResponse&) {}));
+    steps.push_back(Rename([this](const HttpResponse& response) {
+        session->refusesToOverwrite = response.Status() == 412;
+        Note("honours Overwrite: F", Refusal(response));
+    }));
+    steps.push_back(Exchange(Lock(url), [this, url](const HttpResponse& response) {
+        const QByteArray token = LockTokenOf(response);
+        session->hasLocks = !token.isEmpty();
+        // Without them two who replace a document at the very same moment cannot always be told apart.
+        Note("locks", YesOrNo(!token.isEmpty()));
+        if (!token.isEmpty()) {
+            steps.push_front(Exchange(Unlock(url, token), [](const HttpResponse&) {}));
+        }
+    }));
 }
 
 void ServerProbe::TakeNextStep()
@@ -97,7 +134,7 @@ void ServerProbe::TakeNextStep()
     }
     const Step step = std::move(steps.front());
     steps.pop_front();
-    requests.Send(step.request, [this, onResponse = step.onResponse](HttpResponse&& response) {
+    step.send([this, onResponse = step.onResponse](const HttpResponse& response) {
         if (response.fault != HttpResponse::Fault::None || response.Status() == 401) {
             failure = session->FailureReplyTo(what, {}, response);
             steps.clear();
@@ -106,6 +143,46 @@ void ServerProbe::TakeNextStep()
         }
         TakeNextStep();
     });
+}
+
+void ServerProbe::OnUploaded(const HttpResponse& response)
+{
+    const ChangeResult result = JudgeChange(response);
+    const bool isHidden = first.startsWith('.');
+    if (result.outcome == ChangeResult::Outcome::Refused && isHidden && !session->takesHiddenNames) {
+        first.remove(0, 1);
+        second.remove(0, 1);
+        steps.clear();
+        PlanFirstFile();
+        PlanSecondFile();
+        return;
+    }
+    if (!result.IsDone()) {
+        Note("accepts uploads", "no");
+        steps.clear(); // without a file nothing more can be found out
+        return;
+    }
+    session->takesHiddenNames = isHidden;
+    Note("accepts uploads", isHidden ? "yes" : "yes, but no names with a leading dot");
+    const QByteArray md5 = QCryptographicHash::hash(content, QCryptographicHash::Md5).toHex();
+    Note("proof of uploads", response.head.Field("x-hash-md5").toLower() == md5 ? "the server's hash" : "reading back");
+}
+
+void ServerProbe::OnRenamed(const HttpResponse& response)
+{
+    const auto entry = EntryOfDepth0(response, session->PathOf(second));
+    const bool isRenamed = entry && entry->size.value_or(content.size()) == content.size();
+    const DestinationForm form = session->destinationForm.value_or(DestinationForm::Url);
+    QString finding = YesOrNo(isRenamed);
+    if (isRenamed && form != DestinationForm::Url) {
+        finding = form == DestinationForm::Path ? "yes, with only a path as the destination"
+                                                : "yes, with http: in the destination";
+    } else if (!isRenamed && !session->destinationForm) {
+        finding = QStringLiteral("no (%1): perhaps a proxy has to rewrite Destination").arg(moveStatus);
+    }
+    Note("MOVE", finding);
+    session->storesProperties = entry && entry->storedMd5 == someMd5 && entry->storedEtag == unknownTag;
+    Note("custom properties", YesOrNo(*session->storesProperties));
 }
 
 void ServerProbe::OnCollection(const HttpResponse& response)
@@ -123,9 +200,7 @@ void ServerProbe::OnCollection(const HttpResponse& response)
 
 void ServerProbe::OnFile(const HttpResponse& response)
 {
-    DavPath path = session->collection.Path();
-    path.push_back(first);
-    const auto entry = EntryOfDepth0(response, path);
+    const auto entry = EntryOfDepth0(response, session->PathOf(first));
     if (!entry) {
         Note("ETag in lists", "not known");
         return;

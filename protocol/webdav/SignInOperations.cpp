@@ -5,6 +5,7 @@
 
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QXmlStreamReader>
 
 namespace Norlis::Social {
 
@@ -15,6 +16,19 @@ constexpr int maxNameLength = 100; // characters
 
 const auto signIn = QStringLiteral("Sign-in");
 const auto checkAddress = QStringLiteral("Check that the address is that of a WebDAV collection.");
+
+/// The path that a listing begins with, decoded; empty when the response is no listing.
+QString ListedPath(const HttpResponse& response)
+{
+    QXmlStreamReader reader(response.Status() == 207 ? response.body : QByteArray());
+    while (!reader.atEnd() && reader.readNext() != QXmlStreamReader::DTD) {
+        if (reader.isStartElement() && reader.namespaceUri() == QLatin1String("DAV:") &&
+            reader.name() == QLatin1String("href")) {
+            return QUrl::fromEncoded(reader.readElementText().trimmed().toUtf8()).path(QUrl::FullyDecoded);
+        }
+    }
+    return {};
+}
 
 } // namespace
 
@@ -40,13 +54,30 @@ void SignInOperation::OnResponse(const HttpResponse& response)
     }
     const auto entry = EntryOfDepth0(response, session->collection.Path());
     if (!entry) {
-        End(FailureReply(signIn, {}, "What is at that address does not speak WebDAV", checkAddress));
+        End(NoCollection(response));
     } else if (!entry->isCollection) {
         End(FailureReply(signIn, {}, "The address is that of a document, not of a collection", checkAddress));
     } else {
         session->isNextcloudLike = !entry->fileId.isEmpty();
         End({});
     }
+}
+
+Reply SignInOperation::NoCollection(const HttpResponse& response) const
+{
+    constexpr int maxShown = 100; // characters
+    const QString wanted = QUrl::fromEncoded(session->collection.Url()).path(QUrl::FullyDecoded);
+    const QString listed = ListedPath(response);
+    if (listed.isEmpty() || SegmentsOfHref(QUrl::toPercentEncoding(listed, "/")) == session->collection.Path()) {
+        return FailureReply(signIn, {}, "What is at that address does not speak WebDAV", checkAddress);
+    }
+    return FailureReply(
+        signIn, {},
+        QStringLiteral("The addresses in the server's answer begin with %1 and not with %2")
+            .arg(Tidied(session->secrets.Redact(listed)).left(maxShown), session->secrets.Redact(wanted)),
+        "Sign in at that path. If only a proxy in front of the server knows the address that you gave, ask whoever "
+        "runs it "
+        "to let both use the same path.");
 }
 
 UserOperation::UserOperation(Wanted wanted, const std::shared_ptr<WebDavSession>& session, Finish finish)

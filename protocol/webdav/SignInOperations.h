@@ -12,6 +12,9 @@ public:
 
 private:
     void OnResponse(const HttpResponse& response);
+
+    /// Why the response is not about the collection.
+    Reply NoCollection(const HttpResponse& response) const;
 };
 
 /// What is known about the user: from the server's user page if there is one, otherwise from the sign-in.

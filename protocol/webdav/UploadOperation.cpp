@@ -1,5 +1,6 @@
 #include "UploadOperation.h"
 
+#include <base/Utf8.h>
 #include <files/AtomicFile.h>
 #include <files/DocumentNames.h>
 #include <protocol/dav/EntityTag.h>
@@ -22,6 +23,7 @@ UploadOperation::UploadOperation(qint64 id, const Request::Upload& request,
       id(id),
       request(request),
       tools(tools),
+      files(*session),
       source(std::make_shared<UploadSource>(request.localPath, tools.pool,
                                             [this](qint64 position) { ReportProgress(position); }))
 {
@@ -54,7 +56,8 @@ void UploadOperation::Start()
     session->lookup.Find(id, request.document, what, [this](const DavDocument* document, Reply&& failure) {
         if (document) {
             name = document->name;
-            LookAtReplaced();
+            const auto copy = session->versions.Find(request.document, request.localPath);
+            LookAtReplaced(copy ? copy->version : document->Version());
         } else {
             failure.failure.document = Name();
             End(std::move(failure));
@@ -62,15 +65,19 @@ void UploadOperation::Start()
     });
 }
 
-void UploadOperation::LookAtReplaced()
+void UploadOperation::LookAtReplaced(const QString& expectedVersion)
 {
     // Also shows, before a large file is sent in vain, whether the server accepts requests.
     requests.Send(OnLane(HttpRequest::Lane::Transfer, PropFind(session->collection.UrlOf(name))),
-                  [this](HttpResponse&& response) {
-                      const auto entry = EntryOfDepth0(response, PathOf(name));
+                  [this, expectedVersion](HttpResponse&& response) {
+                      const auto entry = EntryOfDepth0(response, session->PathOf(name));
                       if (entry && !entry->isCollection) {
                           replaced = FileOf(*entry, name);
-                          Put();
+                          if (replaced->IsVersion(expectedVersion)) {
+                              Put();
+                          } else {
+                              End(ConflictReply(what, *replaced));
+                          }
                       } else if (entry || IsMissing(response.Status())) {
                           End(FailureReply(what, Name(), "The document to replace is no longer in the cloud",
                                            "Upload the file as a new document."));
@@ -84,7 +91,11 @@ void UploadOperation::Put()
 {
     step = Step::Sending;
     isDirect = replaced && session->isNextcloudLike;
-    sent.name = isDirect ? name : Files::AtomicFile::NewTemporaryName().toUtf8();
+    if (isDirect) {
+        sent.name = name;
+    } else if (sent.name.isEmpty()) {
+        sent.name = session->NewTemporaryName();
+    }
     HttpRequest put = Social::Put(session->collection.UrlOf(sent.name), request.mimeType.toLatin1());
     if (session->isNextcloudLike) {
         put = WithChecksum(put, request.md5Hash.toLower().toLatin1());
@@ -94,76 +105,131 @@ void UploadOperation::Put()
     }
     put.source = source;
     put.isRepeatable = !isDirect;
-    requests.Send(OnLane(HttpRequest::Lane::Transfer, put), [this](HttpResponse&& response) { OnPut(response); });
+    requests.Send(OnLane(HttpRequest::Lane::Transfer, put),
+                  [this](HttpResponse&& response) { OnPut(JudgeChange(response)); });
 }
 
-void UploadOperation::OnPut(const HttpResponse& response)
+bool UploadOperation::PutDifferently(const ChangeResult& result)
 {
+    const bool isHidden = sent.name.startsWith('.');
+    const bool mayBeTheName = result.response.Status() == 403 || IsMissing(result.response.Status());
+    if (!isDirect && isHidden && mayBeTheName && !session->takesHiddenNames) {
+        sent.name = Files::AtomicFile::NewTemporaryName(false).toUtf8();
+        Put();
+        return true;
+    }
+    if (!isDirect && result.IsDone()) {
+        session->takesHiddenNames = isHidden;
+    }
+    return false;
+}
+
+void UploadOperation::OnPut(const ChangeResult& result)
+{
+    const HttpResponse& response = result.response;
     if (response.fault == HttpResponse::Fault::SourceFailed) {
-        Fail(FailureReply(what, Name(), QStringLiteral("%1 has changed in the meantime").arg(request.localPath),
-                          "Try again."),
-             true);
+        FailAsChanged(true);
+        return;
+    }
+    if (PutDifferently(result)) {
         return;
     }
     // A version that does not match may be our own: a request whose kept connection turns out to be closed is sent a
     // second time.
-    const bool isLost = isDirect && (response.fault != HttpResponse::Fault::None || response.Status() == 412);
-    if (!response.HasSucceeded() && !isLost) {
+    const bool isUnclear = result.outcome == ChangeResult::Outcome::Unclear;
+    const bool isLost = isDirect && (isUnclear || response.Status() == 412);
+    if (isLost) {
+        LookAtDirect(result);
+        return;
+    }
+    // A server that takes long to answer may have all of it.
+    const bool mayBeThere = response.fault == HttpResponse::Fault::Silent && source->IsWholeAndUnchanged();
+    if (mayBeThere) {
+        lost = response;
+    } else if (!result.IsDone()) {
         Fail(session->FailureReplyTo(what, Name(), response), response.fault != HttpResponse::Fault::None);
+        return;
+    }
+    if (!source->IsWhole()) {
+        Fail(FailureReply(what, Name(), "The server answered before it had the whole file",
+                          "Try again. If this happens again, tell whoever runs the server."));
         return;
     }
     const QByteArray arrivedMd5 = response.head.Field("x-hash-md5").toLower();
     const QString ownMd5 = source->IsWholeAndUnchanged() ? source->Md5() : QString();
     const QString expectedMd5 = request.md5Hash.toLower();
-    if (!isLost && (ownMd5.isEmpty() || (!expectedMd5.isEmpty() && ownMd5 != expectedMd5))) {
-        Fail(FailureReply(what, Name(), QStringLiteral("%1 has changed in the meantime").arg(request.localPath),
-                          "Try again."));
-    } else if (!arrivedMd5.isEmpty() && arrivedMd5 != ownMd5.toLatin1()) {
-        Fail(FailureReply(what, Name(), "The server received other bytes than were sent", "Try again."));
-    } else {
-        sent.md5 = ownMd5.toLatin1();
-        CheckWhatArrived(response);
-    }
-}
-
-void UploadOperation::CheckWhatArrived(const HttpResponse& putResponse)
-{
-    step = Step::Checking;
-    requests.Send(OnLane(HttpRequest::Lane::Transfer, PropFind(session->collection.UrlOf(sent.name))),
-                  [this, putResponse](HttpResponse&& propFindResponse) {
-                      const auto entry = EntryOfDepth0(propFindResponse, PathOf(sent.name));
-                      if (entry) {
-                          OnEntry(*entry, putResponse);
-                      } else {
-                          Fail(session->FailureReplyTo(what, Name(),
-                                                       putResponse.HasSucceeded() ? propFindResponse : putResponse));
-                      }
-                  });
-}
-
-void UploadOperation::OnEntry(const DavEntry& entry, const HttpResponse& putResponse)
-{
-    const QByteArray md5 = sent.md5;
-    const bool isWhole = entry.size == source->Size() && (entry.md5.isEmpty() || md5.isEmpty() || entry.md5 == md5);
-    const bool isOurs = putResponse.HasSucceeded() ||
-                        (isWhole && !entry.md5.isEmpty() && entry.md5 == request.md5Hash.toLower().toLatin1());
-    if (!isOurs) {
-        End(session->FailureReplyTo(what, Name(), putResponse));
+    if (ownMd5.isEmpty() || (!expectedMd5.isEmpty() && ownMd5 != expectedMd5)) {
+        FailAsChanged(false);
         return;
     }
-    if (!isWhole) {
+    if (!arrivedMd5.isEmpty() && arrivedMd5 != ownMd5.toLatin1()) {
+        Fail(FailureReply(what, Name(), "The server received other bytes than were sent", "Try again."));
+        return;
+    }
+    sent.size = source->Size();
+    sent.md5 = ownMd5.toLatin1();
+    isProven = !arrivedMd5.isEmpty();
+    if (isDirect) {
+        LookAtDirect(result);
+    } else if (isProven) {
+        sent.etag = response.head.Field("etag");
+        Publish();
+    } else {
+        Compare([this] { Publish(); });
+    }
+}
+
+void UploadOperation::Compare(const std::function<void()>& whenSame)
+{
+    step = Step::Checking;
+    readBack = std::make_unique<ReadBack>(*session, source->Sent());
+    readBack->Compare(sent.name, [this, whenSame](const ReadBack::Result& result) {
+        if (result.failure && lost && IsMissing(result.failure->Status())) {
+            Fail(session->FailureReplyTo(what, Name(), *lost), true);
+        } else if (result.failure) {
+            Fail(session->FailureReplyTo(what, Name(), *result.failure));
+        } else if (!result.difference.isEmpty()) {
+            Fail(
+                FailureReply(what, Name(), result.difference, "Check that there is room in the cloud, and try again."));
+        } else {
+            sent.etag = result.etag;
+            whenSame();
+        }
+    });
+}
+
+void UploadOperation::LookAtDirect(const ChangeResult& put)
+{
+    step = Step::Checking;
+    files.Look(sent.name, [this, put](const HttpResponse& response, const std::optional<DavEntry>& entry) {
+        if (entry) {
+            OnDirectEntry(*entry, put);
+        } else {
+            Fail(session->FailureReplyTo(what, Name(), put.IsDone() ? response : put.response));
+        }
+    });
+}
+
+void UploadOperation::OnDirectEntry(const DavEntry& entry, const ChangeResult& put)
+{
+    // Of a lost response only the hash that was sent along shows whether this is what was sent.
+    const QByteArray md5 = put.IsDone() ? sent.md5 : request.md5Hash.toLower().toLatin1();
+    const bool isHashed = !md5.isEmpty() && entry.md5 == md5;
+    const bool isWhole = entry.size == source->Size() && (entry.md5.isEmpty() || isHashed);
+    DavDocument made = FileOf(entry, sent.name);
+    made.id = replaced->id;
+    made.md5 = md5;
+    if (!put.IsDone() && !(isWhole && isHashed)) {
+        Fail(session->FailureReplyTo(what, Name(), put.response));
+    } else if (!isWhole) {
         Fail(FailureReply(
             what, Name(),
             QStringLiteral("The server kept %1 of %2 bytes").arg(entry.size.value_or(0)).arg(source->Size()),
             "Check that there is room in the cloud, and try again."));
-        return;
-    }
-    sent = FileOf(entry, sent.name);
-    sent.md5 = md5.isEmpty() ? entry.md5 : md5;
-    if (isDirect) {
-        OnPublished({name, {}, {}, false});
+    } else if (isProven || !put.IsDone()) {
+        OnPublished({made, {}, {}});
     } else {
-        Publish();
+        Compare([this, made] { OnPublished({made, {}, {}}); });
     }
 }
 
@@ -174,10 +240,10 @@ void UploadOperation::Publish()
         return;
     }
     step = Step::Publishing;
-    publication = std::make_unique<Publication>(*session, sent,
+    publication = std::make_unique<Publication>(*session, sent, source->Sent(),
                                                 [this](const Publication::Outcome& outcome) { OnPublished(outcome); });
     if (replaced) {
-        publication->Replace(name);
+        publication->Replace(*replaced);
     } else {
         publication->MakeNew(name);
     }
@@ -186,32 +252,24 @@ void UploadOperation::Publish()
 void UploadOperation::OnPublished(const Publication::Outcome& outcome)
 {
     if (outcome.failure) {
-        Reply failure = session->FailureReplyTo(what, Name(), *outcome.failure);
-        if (outcome.isOnlyCopy && !outcome.leftover.isEmpty()) {
-            failure.failure.advice =
-                QStringLiteral("The server has lost the old document. What was sent is there as %1.")
-                    .arg(QString::fromUtf8(outcome.leftover));
-            End(std::move(failure));
-            return;
+        if (outcome.leftover.isEmpty()) {
+            End(*outcome.failure);
+        } else {
+            sent.name = outcome.leftover;
+            Fail(*outcome.failure);
         }
-        sent.name = outcome.leftover.isEmpty() ? sent.name : outcome.leftover;
-        Fail(std::move(failure));
         return;
     }
-    DavDocument made = sent;
-    made.name = outcome.name;
-    if (replaced) {
-        made.id = replaced->id;
-    } else if (made.id == Files::IdOfName(QString::fromUtf8(sent.name))) {
-        made.id = Files::IdOfName(made.Name());
-    }
+    const DavDocument made = outcome.made; // the outcome's may not live as long
     session->documents.insert(made.id, made);
+    session->versions.Remember(made.id, request.localPath, {made.Version(), QString::fromLatin1(made.md5)});
     tools.published(made);
     const bool isWanted = request.token->Commit([&] { return replaced ? QString() : made.id; });
     if (!isWanted && !replaced) {
         // Cancelled at the last moment: the new document is deleted.
         session->documents.remove(made.id);
-        session->housekeeper.DeleteFile(made.name, false, [this] { End({}); });
+        session->housekeeper.DeleteFile(
+            made.name, false, [this] { End({}); }, made.etag);
         return;
     }
     Succeed(made);
@@ -242,6 +300,7 @@ bool UploadOperation::GiveUp()
         return false; // only its outcome shows what there is to undo
     }
     requests.CancelAll();
+    readBack.reset();
     if (isDirect) {
         return true; // the server discards it, or has it
     }
@@ -263,6 +322,13 @@ void UploadOperation::Fail(Reply reply, bool mayBeWritten)
                                     });
 }
 
+void UploadOperation::FailAsChanged(bool mayBeWritten)
+{
+    Fail(FailureReply(what, Name(), QStringLiteral("%1 has changed in the meantime").arg(request.localPath),
+                      "Try again."),
+         mayBeWritten);
+}
+
 void UploadOperation::ReportProgress(qint64 position)
 {
     const qint64 size = qMax<qint64>(source->Size(), 1);
@@ -275,14 +341,7 @@ void UploadOperation::ReportProgress(qint64 position)
 
 QString UploadOperation::Name() const
 {
-    return QString::fromUtf8(name);
-}
-
-DavPath UploadOperation::PathOf(const QByteArray& document) const
-{
-    DavPath path = session->collection.Path();
-    path.push_back(document);
-    return path;
+    return FromUtf8(name);
 }
 
 } // namespace Norlis::Social

@@ -27,31 +27,42 @@ public:
 private:
     enum class Step { Preparing, Sending, Checking, Publishing };
 
-    void LookAtReplaced();
+    /// \param expectedVersion that the local file was made from, or that was seen
+    void LookAtReplaced(const QString& expectedVersion);
     void Put();
-    void OnPut(const HttpResponse& response);
-    void CheckWhatArrived(const HttpResponse& putResponse);
-    void OnEntry(const DavEntry& entry, const HttpResponse& putResponse);
+    void OnPut(const ChangeResult& result);
+
+    /// False when there is no other way to send the file that this server may take.
+    bool PutDifferently(const ChangeResult& result);
+
+    /// Compares what arrived with what was sent. Ends when they are not the same.
+    void Compare(const std::function<void()>& whenSame);
+    void LookAtDirect(const ChangeResult& put);
+    void OnDirectEntry(const DavEntry& entry, const ChangeResult& put);
     void Publish();
     void OnPublished(const Publication::Outcome& outcome);
     void Succeed(const DavDocument& made);
 
     /// Ends with the reply once the temporary file is deleted.
     void Fail(Reply reply, bool mayBeWritten = false);
+    void FailAsChanged(bool mayBeWritten);
     void ReportProgress(qint64 position);
     QString Name() const;
-    DavPath PathOf(const QByteArray& document) const;
 
     const qint64 id;
     const Request::Upload request;
     const Tools tools;
+    FileRequests files;
     const std::shared_ptr<UploadSource> source;
     Step step = Step::Preparing;
     QByteArray name;                     ///< of the document
     std::optional<DavDocument> replaced; ///< as it was before the upload
     DavDocument sent;                    ///< under the name to which it was sent
     bool isDirect = false;               ///< to its final name, on servers that replace safely by themselves
+    bool isProven = false;               ///< the server has shown that it has all of the bytes
+    std::unique_ptr<ReadBack> readBack;
     std::unique_ptr<Publication> publication;
+    std::optional<HttpResponse> lost; ///< to a PUT that may have been carried out
     bool isGivenUp = false;
     int reportedPercent = -1;
     Lifetime lifetime; ///< its temporary file is deleted also after the end

@@ -7,6 +7,7 @@
 #include "SignInOperations.h"
 #include "UploadOperation.h"
 #include <base/Lifetime.h>
+#include <files/AbandonedFolder.h>
 #include <protocol/http/Origin.h>
 
 #include <QDir>
@@ -25,23 +26,25 @@ QString UserOf(const OAuth2::AuthInfo& authInfo)
     return authInfo.userName.isEmpty() ? authInfo.serviceUrl.userName(QUrl::FullyDecoded) : authInfo.userName;
 }
 
-/// RFC 7617 with a user, RFC 6750 without one.
-QByteArray AuthorizationOf(const QString& user, const QString& token)
-{
-    return user.isEmpty() ? "Bearer " + token.toUtf8() : "Basic " + (user.toUtf8() + ':' + token.toUtf8()).toBase64();
-}
-
 bool IsOneLine(const QString& text)
 {
     return std::none_of(text.begin(), text.end(), [](QChar character) { return character.unicode() < 0x20; });
 }
 
-/// For documents while they are rendered.
+/// For documents while they are rendered. Those of programs that were killed are removed where nobody else makes
+/// folders.
 QString PreviewFolderTemplate(const QString& cacheFolder)
 {
+    const auto prefix = QStringLiteral("norlis-preview-");
     const QString parent = cacheFolder.isEmpty() ? QDir::tempPath() : cacheFolder;
     QDir().mkpath(parent);
-    return parent + "/norlis-preview-";
+    if (!cacheFolder.isEmpty()) {
+        const auto folders = QDir(cacheFolder).entryInfoList({prefix + "??????"}, QDir::Dirs);
+        for (const auto& folder : folders) {
+            Files::RemoveAbandonedFolder(folder.filePath());
+        }
+    }
+    return parent + '/' + prefix + "XXXXXX";
 }
 
 } // namespace
@@ -51,6 +54,7 @@ WebDavService::WebDavService(const OAuth2::AuthInfo& authInfo, const std::string
       user(UserOf(authInfo)),
       programName(QByteArray::fromStdString(programName)),
       listener(listener),
+      versions(VersionFile(authInfo)),
       previewFolder(PreviewFolderTemplate(authInfo.cacheFolder)),
       previews(authInfo.cacheFolder, *this, listener.reply)
 {
@@ -138,12 +142,13 @@ std::shared_ptr<WebDavSession> WebDavService::NewSession(const QString& token)
     HttpClient::Settings settings;
     settings.origin = collection.Origin();
     settings.userAgent = programName;
-    settings.authorization = AuthorizationOf(user, token);
+    settings.credentials = {user.toUtf8(), token.toUtf8()};
     settings.certificateFile = authInfo.certificateFile;
     settings.silenceTimeout = authInfo.silenceTimeout;
     Secrets secrets;
     secrets.Add(user, token);
-    return std::make_shared<WebDavSession>(collection, settings, secrets, user, [this] { cleanUpTimer.start(); });
+    return std::make_shared<WebDavSession>(collection, settings, secrets, user, versions,
+                                           [this] { cleanUpTimer.start(); });
 }
 
 void WebDavService::Retire(const std::shared_ptr<WebDavSession>& ended)
@@ -169,7 +174,7 @@ void WebDavService::CleanUp()
 void WebDavService::Begin(qint64 id, const Request::SignIn& request)
 {
     const auto what = QStringLiteral("Sign-in");
-    if (request.token.isEmpty() || !IsOneLine(request.token)) {
+    if (!IsOneLine(request.token)) { // an empty one is for a server that asks for none
         listener.reply(id, FailureReply(what, {}, "That is not a password or token",
                                         "Enter the one that you have for the server."));
         return;
@@ -240,6 +245,21 @@ void WebDavService::Begin(qint64 id, const Request::Remove& request)
     Run(id, std::make_unique<RemoveOperation>(id, request.document, session, Finisher(id)));
 }
 
+void WebDavService::Begin(qint64 id, const Request::CopyMoved& request)
+{
+    versions.Move(request.document, request.from, request.to);
+    listener.reply(id, {});
+}
+
+void WebDavService::Begin(qint64 id, const Request::AcceptVersion& request)
+{
+    const auto listed = session->documents.constFind(request.document);
+    if (listed != session->documents.constEnd()) {
+        versions.Remember(listed->id, request.localPath, {listed->Version(), QString::fromLatin1(listed->md5)});
+    }
+    listener.reply(id, {});
+}
+
 void WebDavService::Begin(qint64 id, const Request::Quota&)
 {
     Run(id, std::make_unique<QuotaOperation>(session, Finisher(id)));
@@ -282,6 +302,7 @@ std::unique_ptr<PreviewSource::Fetch> WebDavService::FetchForPreview(const Previ
         result.isSignedOut = result.isSignedOut && EndSession(asked.lock());
         done(std::move(result));
     };
+    QDir().mkpath(previewFolder.path()); // it may have been unused for so long that another program removed it
     return std::make_unique<PreviewFetch>(session, session->documents.value(subject.document), box,
                                           previewFolder.path(), pool, whenFetched);
 }

@@ -50,6 +50,8 @@ private:
     void Begin(qint64 id, const Request::Download& request);
     void Begin(qint64 id, const Request::Upload& request);
     void Begin(qint64 id, const Request::Remove& request);
+    void Begin(qint64 id, const Request::CopyMoved& request);
+    void Begin(qint64 id, const Request::AcceptVersion& request);
     void Begin(qint64 id, const Request::Quota& request);
     void Begin(qint64 id, const Request::Capabilities& request);
     void Begin(qint64 id, const Request::Preview& request);
@@ -79,6 +81,7 @@ private:
     const QString user;
     const QByteArray programName;
     const Listener listener;
+    VersionMemory versions;
     QTemporaryDir previewFolder; ///< documents that are rendered
     QThreadPool pool;            ///< disk and hashes of transfers
     QTimer cleanUpTimer;         ///< started by sessions, which are destroyed first

@@ -1,14 +1,16 @@
 #include "WebDavSession.h"
 
 #include "ServerErrors.h"
+#include <files/AtomicFile.h>
 
 namespace Norlis::Social {
 
 WebDavSession::WebDavSession(const Collection& collection, const HttpClient::Settings& settings, const Secrets& secrets,
-                             const QString& user, std::function<void()> onIdle)
+                             const QString& user, VersionMemory& versions, std::function<void()> onIdle)
     : collection(collection),
       secrets(secrets),
       user(user),
+      versions(versions),
       http(settings, this->secrets, std::move(onIdle)),
       lookup(*this),
       housekeeper(*this)
@@ -21,6 +23,30 @@ Reply WebDavSession::FailureReplyTo(const QString& what, const QString& document
     Reply reply = FailureReply(what, document, failure.reason, failure.advice);
     reply.isSignedOut = response.Status() == 401;
     return reply;
+}
+
+CloudFile WebDavSession::EntryOf(const DavDocument& document)
+{
+    CloudFile entry = document.ToCloudFile();
+    if (document.md5.isEmpty()) {
+        const QString md5Hash =
+            versions.HashOf(document.id, [&](const QString& version) { return document.IsVersion(version); });
+        const bool hasVersion = !document.etag.isEmpty() || document.modifiedAt.isValid();
+        entry.md5Hash = md5Hash.isEmpty() && hasVersion ? "version:" + document.Version() : md5Hash;
+    }
+    return entry;
+}
+
+DavPath WebDavSession::PathOf(const QByteArray& name) const
+{
+    DavPath path = collection.Path();
+    path.push_back(name);
+    return path;
+}
+
+QByteArray WebDavSession::NewTemporaryName() const
+{
+    return Files::AtomicFile::NewTemporaryName(takesHiddenNames.value_or(true)).toUtf8();
 }
 
 bool WebDavSession::IsIdle() const

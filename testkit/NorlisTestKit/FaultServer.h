@@ -71,7 +71,7 @@ public:
     /// The password of the user (RFC 7617), and as good as a bearer token (RFC 6750).
     QString Password() const;
 
-    /// From the next request on.
+    /// From the next request on. An empty one lets everybody in.
     void SetPassword(const QString& newPassword);
 
     /// "http://127.0.0.1:1234" or "https://...", without a slash at the end.

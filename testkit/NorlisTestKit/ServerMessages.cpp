@@ -1,5 +1,8 @@
 #include "ServerMessages.h"
 
+#include <QDateTime>
+#include <QLocale>
+
 #include <algorithm>
 #include <map>
 
@@ -74,6 +77,11 @@ QByteArray ServerResponse::Head() const
     QByteArray head = "HTTP/1.1 " + QByteArray::number(status) + ' ' + ReasonOf(status) + "\r\n";
     for (const auto& [name, value] : headers) {
         head += name + ": " + value + "\r\n";
+    }
+    if (status >= 200 && !headers.Has("Date")) {
+        head += "Date: " +
+                QLocale::c().toString(QDateTime::currentDateTimeUtc(), "ddd, dd MMM yyyy hh:mm:ss 'GMT'").toLatin1() +
+                "\r\n";
     }
     const bool neverHasABody = status < 200 || status == 204 || status == 304;
     if (!neverHasABody && !headers.Has("Content-Length") && !headers.Has("Transfer-Encoding")) {

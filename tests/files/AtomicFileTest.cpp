@@ -38,6 +38,20 @@ TEST_F(AtomicFileTest, NothingHasTheNameBeforeTheCommit)
     EXPECT_EQ(FilesBelow(folder.path()), QStringList("a.pdf"));
 }
 
+TEST_F(AtomicFileTest, TemporaryNamesAreOfOneFormOnly)
+{
+    for (const bool isHidden : {true, false}) {
+        const QString name = AtomicFile::NewTemporaryName(isHidden);
+        EXPECT_EQ(name.startsWith('.'), isHidden);
+        EXPECT_TRUE(AtomicFile::IsTemporaryName(name));
+        for (const QString& other : {name.chopped(1), name + '\n', 'x' + name, '.' + name, name.toUpper(),
+                                     QString(name).remove(12, 1), QString(name).insert(12, "g")}) {
+            EXPECT_EQ(AtomicFile::IsTemporaryName(other), other == '.' + name && !isHidden) << other.toStdString();
+        }
+    }
+    EXPECT_FALSE(AtomicFile::IsTemporaryName(".norlis-something.part"));
+}
+
 TEST_F(AtomicFileTest, ACommittedFileIsKnownWhateverTakesItsPlace)
 {
     const QString path = folder.filePath("a.pdf");
@@ -80,6 +94,42 @@ TEST_F(AtomicFileTest, ReplacingKeepsThePermissions)
         ASSERT_TRUE(other.CommitReplacing(path));
         EXPECT_EQ(QFileInfo(path).permissions(), permissions);
     }
+}
+
+TEST_F(AtomicFileTest, WhatAnExchangeBringsOutIsKept)
+{
+    const QString path = folder.filePath("a.pdf");
+    WriteFile(path, "old");
+    ASSERT_TRUE(QFile::setPermissions(path, QFileDevice::Permissions(0x6600)));
+    QString aside;
+    {
+        AtomicFile other;
+        ASSERT_TRUE(other.Open(folder.path()));
+        ASSERT_TRUE(other.Write("new", 3));
+        EXPECT_FALSE(other.CommitExchanging(path));
+        EXPECT_TRUE(other.CommittedVersion() == FileIdentity::OfPath(path));
+        aside = other.Path();
+    }
+    EXPECT_EQ(ReadFile(path), QByteArray("new"));
+    EXPECT_EQ(QFileInfo(path).permissions(), QFileDevice::Permissions(0x6600));
+    EXPECT_EQ(ReadFile(aside), QByteArray("old"));
+}
+
+TEST_F(AtomicFileTest, AnExchangeWithNothingLeavesNothing)
+{
+    {
+        AtomicFile other;
+        ASSERT_TRUE(other.Open(folder.path()));
+        EXPECT_EQ(other.CommitExchanging(folder.filePath("a.pdf")), std::errc::no_such_file_or_directory);
+        EXPECT_EQ(other.ErrorText(), "No such file or directory");
+    }
+    EXPECT_EQ(FilesBelow(folder.path()), QStringList());
+}
+
+TEST_F(AtomicFileTest, APrivateFileIsPrivateWhileItIsWritten)
+{
+    ASSERT_TRUE(file.Open(folder.path(), 0600));
+    EXPECT_EQ(QFileInfo(file.Path()).permissions(), QFileDevice::Permissions(0x6600));
 }
 
 TEST_F(AtomicFileTest, ATakenNameIsLeftAloneAndAnotherCanBeTried)

@@ -33,6 +33,16 @@ TEST(DocumentNamesTest, NamesOfDevicesAreNoNames)
     }
 }
 
+TEST(DocumentNamesTest, NamesOfUnfinishedFilesAreNoNames)
+{
+    for (const char* name : {".norlis-0123456789abcdef.part", "norlis-0123456789abcdef.part", ".norlis-mine.part"}) {
+        EXPECT_TRUE(ValidateName(name)) << name;
+    }
+    for (const char* name : {".norlis-notes.pdf", "norlis-mine.part", "a.part"}) {
+        EXPECT_FALSE(ValidateName(name)) << name;
+    }
+}
+
 TEST(DocumentNamesTest, LengthIsCountedInBytes)
 {
     EXPECT_FALSE(ValidateName(QString(255, 'a')));

@@ -7,6 +7,9 @@
 
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+
 namespace Norlis::Files {
 
 namespace {
@@ -59,6 +62,44 @@ TEST_F(FileIdentityTest, EveryFieldCounts)
         EXPECT_TRUE(identity != other);
         EXPECT_NE(identity.ToString(), other.ToString());
     }
+}
+
+TEST_F(FileIdentityTest, TextsAreReadBack)
+{
+    for (const FileIdentity& identity : {FileIdentity{1, 2, 3, -4, 5}, FileIdentity(), Written("content")}) {
+        EXPECT_TRUE(FileIdentity::FromString(identity.ToString()) == identity) << identity.ToString().toStdString();
+    }
+    for (const char* text : {"", "-", "1-2-3-4", "1-2-3-4-5-6", "1-2-3-4-x", "--3-4-5", "1-2-3-4-10000000000000000"}) {
+        EXPECT_FALSE(FileIdentity::FromString(text).IsFile()) << text;
+    }
+}
+
+TEST_F(FileIdentityTest, RenamedFileIsTheSame)
+{
+    const auto written = Written("content");
+    ASSERT_TRUE(QFile::rename(path, folder.filePath("b.pdf")));
+    auto renamed = FileIdentity::OfPath(folder.filePath("b.pdf"));
+    renamed.changedNanoseconds += 1; // where the clock has not gone on since
+    EXPECT_TRUE(renamed.HasContentOf(written));
+    EXPECT_FALSE(Written("another").HasContentOf(written));
+}
+
+TEST_F(FileIdentityTest, TimesOutOfReachAreUnknown)
+{
+    Written("content");
+    for (const time_t year : {1600, 1677, 2263, 2400}) {
+        const timespec time = {(year - 1970) * 31'556'952, 0};
+        const timespec times[] = {time, time};
+        struct stat status = {};
+        ASSERT_EQ(utimensat(AT_FDCWD, QFile::encodeName(path).constData(), times, 0), 0);
+        ASSERT_EQ(stat(QFile::encodeName(path).constData(), &status), 0);
+        if (status.st_mtim.tv_sec == time.tv_sec) { // not every file system knows these times
+            EXPECT_EQ(FileIdentity::OfPath(path).modifiedNanoseconds, FileIdentity::unknownTime) << year;
+        }
+    }
+    EXPECT_GT(TimeUntilSettled(nanoseconds(FileIdentity::unknownTime)), std::chrono::hours(24));
+    EXPECT_GT(TimeUntilSettled(nanoseconds::max()), std::chrono::hours(24));
+    EXPECT_LT(TimeUntilSettled(nanoseconds(FileIdentity::unknownTime + 1)), nanoseconds::zero());
 }
 
 TEST_F(FileIdentityTest, LinksAreFollowedWhereAskedFor)

@@ -75,6 +75,29 @@ TEST_P(FilePlacingTest, FileIsReplacedOnDemand)
     EXPECT_FALSE(QFile::exists(source));
 }
 
+TEST_P(FilePlacingTest, PrivateFileStaysPrivateWhenItIsReplaced)
+{
+    WriteFile(target, "old");
+    const auto permissions = QFile::ReadOwner | QFile::WriteOwner;
+    ASSERT_TRUE(QFile::setPermissions(target, permissions));
+    EXPECT_FALSE(MoveReplacing(source, target));
+    EXPECT_EQ(QFile::permissions(target) & ~(QFile::ReadUser | QFile::WriteUser), permissions);
+}
+
+TEST(ExchangeTest, TwoFilesChangePlaces)
+{
+    const QTemporaryDir folder;
+    const QString first = folder.filePath("first");
+    const QString second = folder.filePath("second");
+    WriteFile(first, "1");
+    EXPECT_EQ(Exchange(first, second), std::errc::no_such_file_or_directory);
+    EXPECT_EQ(ReadFile(first), QByteArray("1"));
+    WriteFile(second, "2");
+    EXPECT_FALSE(Exchange(first, second));
+    EXPECT_EQ(ReadFile(first), QByteArray("2"));
+    EXPECT_EQ(ReadFile(second), QByteArray("1"));
+}
+
 INSTANTIATE_TEST_SUITE_P(FileSystems, FilePlacingTest,
                          testing::Values(FileSystem::Usual, FileSystem::WithoutThatRenaming,
                                          FileSystem::WithoutLinksToo));

@@ -1,4 +1,5 @@
 #include <tests/support/FolderUnderTest.h>
+#include <tests/support/Rounds.h>
 #include <tests/support/WebDavUnderTest.h>
 
 namespace Norlis::Test {
@@ -6,7 +7,11 @@ namespace Norlis::Test {
 std::vector<KindOfCloud> KindsOfClouds()
 {
     std::vector<KindOfCloud> kinds{{"Folder", [] { return std::make_unique<FolderUnderTest>(); }}};
-    for (const ServerKind kind : AllServerKinds()) {
+    std::vector<ServerKind> servers = AllServerKinds();
+    if (IsThorough()) {
+        servers.push_back(ServerKind::ApacheDigest);
+    }
+    for (const ServerKind kind : servers) {
         kinds.push_back({NameOf(kind), [kind] { return std::make_unique<WebDavUnderTest>(SharedServer(kind)); }});
     }
     return kinds;

@@ -6,7 +6,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
+#include <memory>
+
+#include <fcntl.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
 
 namespace Norlis::Test {
 
@@ -204,7 +210,7 @@ TEST_F(FolderCloudTest, AFolderThatWasRemovedAndMadeAgainIsAnotherOne)
 
 TEST_F(FolderCloudTest, AFolderThatVanishesWhileItIsListedIsAnError)
 {
-    cloud.PutLarge("large.pdf", 512 * 1024 * 1024); // takes a while to be hashed
+    cloud.PutLarge("large.pdf", 60 * 1024 * 1024); // takes a moment to be hashed
     ASSERT_TRUE(client.SignIn());
     const auto list = client.List();
     ASSERT_TRUE(client.Quota()->Succeeds());
@@ -278,6 +284,177 @@ TEST_F(FolderCloudTest, HashesAreNotCalculatedAgainForDocumentsThatDidNotChange)
     EXPECT_EQ(other.Entry("document.pdf").md5Hash, Md5Of("changed"));
 }
 
+TEST_F(FolderCloudTest, AWrongHashInTheCacheIsFoundOutByADownload)
+{
+    cloud.Put("document.pdf", "content");
+    const auto changed = QFileInfo(cloud.PathOf("document.pdf")).metadataChangeTime();
+    ASSERT_TRUE(WaitUntil([&] { return changed.msecsTo(QDateTime::currentDateTime()) > 100; }));
+    ASSERT_TRUE(client.SignIn());
+    ASSERT_EQ(client.Entry("document.pdf").md5Hash, Md5Of("content"));
+    const QString path = cloud.PathOf(".norlis-cloud/hashes.json");
+    auto text = ReadFile(path);
+    ASSERT_TRUE(text);
+    WriteFile(path, text->replace(Md5Of("content").toLatin1(), Md5Of("a mistake").toLatin1()));
+
+    Client other(cloud.Settings());
+    ASSERT_TRUE(other.SignIn());
+    const QString id = other.Entry("document.pdf").id;
+    const auto download = other.Download(id, folder.filePath("target.pdf"));
+    EXPECT_TRUE(download->Succeeds());
+    EXPECT_TRUE(std::is_sorted(download->percents.begin(), download->percents.end()));
+    EXPECT_EQ(ReadFile(folder.filePath("target.pdf")), QByteArray("content"));
+    EXPECT_EQ(other.Entry("document.pdf").md5Hash, Md5Of("content"));
+}
+
+TEST_F(FolderCloudTest, NothingWaitsForTheHashOfAHugeDocument)
+{
+    cloud.PutLarge("huge.pdf", 100 * 1024 * MiB);
+    cloud.PutLarge("large.pdf", 70 * MiB);
+    cloud.Put("small.pdf", "content");
+    ASSERT_TRUE(client.SignIn());
+    EXPECT_EQ(client.Entry("small.pdf").md5Hash, Md5Of("content"));
+    EXPECT_TRUE(client.Download(client.Entry("small.pdf").id, folder.filePath("target.pdf"))->Succeeds());
+    EXPECT_EQ(client.Entry("huge.pdf").size, 100 * 1024 * MiB);
+    const QString hash = client.Entry("huge.pdf").md5Hash; // stands for the version
+    EXPECT_TRUE(hash.startsWith("version:")) << hash.toStdString();
+    EXPECT_EQ(client.Entry("huge.pdf").md5Hash, hash);
+    // The smaller one is hashed first, meanwhile, and goes on beside lists.
+    EXPECT_TRUE(WaitUntil([&] { return !client.Entry("large.pdf").md5Hash.startsWith("version:"); }));
+    client.Destroy();
+    Client other(cloud.Settings());
+    ASSERT_TRUE(other.SignIn());
+    EXPECT_FALSE(other.Entry("large.pdf").md5Hash.startsWith("version:"));
+    cloud.PutLarge("huge.pdf", 100 * 1024 * MiB + 1);
+    EXPECT_NE(other.Entry("huge.pdf").md5Hash, hash);
+}
+
+TEST_F(FolderCloudTest, APrivateFileStaysPrivateInTheCloudAndBack)
+{
+    const auto isPrivate = [](const QString& path) {
+        return (QFile::permissions(path) & (QFile::ReadGroup | QFile::ReadOther)) == 0;
+    };
+    const QString path = Local("private.pdf", "content");
+    ASSERT_TRUE(QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner));
+    ASSERT_TRUE(client.SignIn());
+    ASSERT_TRUE(client.Upload(path)->Succeeds());
+    EXPECT_TRUE(isPrivate(cloud.PathOf("private.pdf")));
+    const QString id = client.Entry("private.pdf").id;
+    ASSERT_TRUE(client.Upload(Local("public.pdf", "new content"), id)->Succeeds());
+    EXPECT_TRUE(isPrivate(cloud.PathOf("private.pdf")));
+    ASSERT_TRUE(client.Download(id, folder.filePath("target.pdf"))->Succeeds());
+    EXPECT_TRUE(isPrivate(folder.filePath("target.pdf")));
+}
+
+TEST_F(FolderCloudTest, ADocumentFromFarAwayTimesHasNoTime)
+{
+    cloud.Put("document.pdf", "content");
+    const timespec times[] = {{20'000'000'000, 0}, {20'000'000'000, 0}}; // in the year 2603
+    ASSERT_EQ(utimensat(AT_FDCWD, qPrintable(cloud.PathOf("document.pdf")), times, 0), 0);
+    ASSERT_TRUE(client.SignIn());
+    if (QFileInfo(cloud.PathOf("document.pdf")).lastModified().date().year() != 2603) {
+        GTEST_SKIP() << "the file system does not know that time";
+    }
+    EXPECT_EQ(client.Entry("document.pdf").modifiedAt, "");
+    EXPECT_TRUE(client.Download(client.Entry("document.pdf").id, folder.filePath("target.pdf"))->Succeeds());
+}
+
+TEST_F(FolderCloudTest, AReadOnlyDriveIsCalledThat)
+{
+    cloud.Put("document.pdf", "content");
+    const QByteArray mountPoint = QFile::encodeName(cloud.Folder());
+    if (mount("tmpfs", mountPoint.constData(), "tmpfs", MS_RDONLY, nullptr) != 0) {
+        GTEST_SKIP() << "needs the permission to mount";
+    }
+    ASSERT_TRUE(client.SignIn());
+    EXPECT_TRUE(client.Upload(Local("new.pdf", "content"))->Fails());
+    EXPECT_EQ(umount2(mountPoint.constData(), MNT_DETACH), 0);
+    EXPECT_THAT(LastReason(), HasSubstr("Read-only file system"));
+}
+
+class FolderMemoryTest : public FolderCloudTest {
+protected:
+    FolderMemoryTest()
+    {
+        settings.dataFolder = folder.filePath("data");
+    }
+
+    /// As a program that is started once more.
+    bool SignIn()
+    {
+        next = std::make_unique<Client>(settings);
+        return next->SignIn();
+    }
+
+    Social::OAuth2::AuthInfo settings = cloud.Settings();
+    std::unique_ptr<Client> next;
+};
+
+TEST_F(FolderMemoryTest, TheEmptyFolderOfADriveThatIsGoneIsRefused)
+{
+    ASSERT_TRUE(SignIn());
+    ASSERT_TRUE(next->Upload(Local("document.pdf", "content"))->Succeeds());
+    cloud.Withdraw();
+    MakeFolder(cloud.Folder());
+    EXPECT_FALSE(SignIn());
+    ASSERT_FALSE(next->failures.empty());
+    EXPECT_THAT(next->failures.back().reason.toStdString(), HasSubstr("is not the one that was used before"));
+    const QString advice = next->failures.back().advice;
+    EXPECT_THAT(advice.toStdString(), HasSubstr("Make its drive available"));
+    EXPECT_EQ(cloud.Content(), QStringList());
+
+    RemoveFolder(cloud.Folder());
+    cloud.Restore();
+    EXPECT_TRUE(SignIn());
+    EXPECT_EQ(ListedNames(*next), QStringList("document.pdf"));
+}
+
+TEST_F(FolderMemoryTest, AnotherFolderIsAcceptedAsTheAdviceSays)
+{
+    ASSERT_TRUE(SignIn());
+    cloud.Withdraw();
+    MakeFolder(cloud.Folder());
+    ASSERT_FALSE(SignIn());
+    const QStringList remembered = FilesBelow(folder.filePath("data"));
+    ASSERT_EQ(remembered.size(), 1);
+    const QString file = folder.filePath("data/" + remembered[0]);
+    EXPECT_THAT(next->failures.back().advice.toStdString(), HasSubstr("delete " + file.toStdString() + " first"));
+    ASSERT_TRUE(QFile::remove(file));
+    EXPECT_TRUE(SignIn());
+    EXPECT_TRUE(SignIn());
+}
+
+TEST_F(FolderMemoryTest, SigningOutForgetsWhichFolderItWas)
+{
+    ASSERT_TRUE(SignIn());
+    next->Protocol()->logout();
+    EXPECT_TRUE(WaitUntil([&] { return FilesBelow(folder.filePath("data")).isEmpty(); }));
+    cloud.Withdraw();
+    MakeFolder(cloud.Folder());
+    EXPECT_TRUE(SignIn());
+}
+
+TEST_F(FolderMemoryTest, TheFoldersOwnFilesMayBeDeleted)
+{
+    ASSERT_TRUE(SignIn());
+    RemoveFolder(cloud.PathOf(".norlis-cloud"));
+    EXPECT_TRUE(SignIn());
+    cloud.Withdraw();
+    MakeFolder(cloud.Folder());
+    EXPECT_FALSE(SignIn()); // it has got its mark again
+}
+
+TEST_F(FolderMemoryTest, AFolderThatWasMovedToAnotherDriveIsTheSame)
+{
+    ASSERT_TRUE(SignIn());
+    const auto mark = ReadFile(cloud.PathOf(".norlis-cloud/mark"));
+    ASSERT_TRUE(mark);
+    cloud.Withdraw();
+    MakeFolder(cloud.Folder());
+    MakeFolder(cloud.PathOf(".norlis-cloud"));
+    WriteFile(cloud.PathOf(".norlis-cloud/mark"), *mark);
+    EXPECT_TRUE(SignIn());
+}
+
 TEST_F(FolderCloudTest, AnUploadsHashIsNotTakenForThatOfWhatSomebodyPutsInItsPlace)
 {
     ASSERT_TRUE(client.SignIn());
@@ -297,14 +474,14 @@ TEST_F(FolderCloudTest, AnUploadsHashIsNotTakenForThatOfWhatSomebodyPutsInItsPla
 TEST_F(FolderCloudTest, LeftoversOfACrashAreRemovedADayLater)
 {
     MakeFolder(cloud.PathOf(".norlis-cloud"));
-    cloud.Put(".norlis-cloud/.norlis-new.part", "perhaps still being written");
-    cloud.Put(".norlis-cloud/.norlis-old.part", "given up");
-    QFile old(cloud.PathOf(".norlis-cloud/.norlis-old.part"));
+    cloud.Put(".norlis-cloud/.norlis-0123456789abcdef.part", "perhaps still being written");
+    cloud.Put(".norlis-cloud/.norlis-fedcba9876543210.part", "given up");
+    QFile old(cloud.PathOf(".norlis-cloud/.norlis-fedcba9876543210.part"));
     ASSERT_TRUE(old.open(QIODevice::ReadWrite));
     ASSERT_TRUE(old.setFileTime(QDateTime::currentDateTime().addDays(-2), QFileDevice::FileModificationTime));
     old.close();
     ASSERT_TRUE(client.SignIn());
-    EXPECT_EQ(cloud.Content(), QStringList(".norlis-cloud/.norlis-new.part"));
+    EXPECT_EQ(cloud.Content(), QStringList(".norlis-cloud/.norlis-0123456789abcdef.part"));
     EXPECT_THAT(ListedNames(client), IsEmpty());
 }
 

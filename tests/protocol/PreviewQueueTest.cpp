@@ -1,3 +1,4 @@
+#include <tests/support/Files.h>
 #include <tests/support/Renderers.h>
 #include <tests/support/Waiting.h>
 
@@ -16,7 +17,7 @@ using testing::IsEmpty;
 
 namespace {
 
-/// A source whose documents lie in the root folder; with `fetches` set, one whose fetches end when a test says so.
+/// A source whose documents lie in a folder of its own; with `fetches` set, one whose fetches end when a test says so.
 class FakeSource : public PreviewSource {
 public:
     std::vector<Done>* fetches = nullptr;
@@ -24,23 +25,27 @@ public:
     std::unique_ptr<Fetch> FetchForPreview(const PreviewSubject& subject, const QSize&, Done done) override
     {
         if (!fetches) {
-            return std::make_unique<CompletedFetch>(Result{std::make_shared<RootFile>(subject.name), {}, {}}, done);
+            const QString path = folder.filePath(subject.name);
+            WriteFile(path, "content");
+            return std::make_unique<CompletedFetch>(Result{std::make_shared<DocumentFile>(path), {}, {}}, done);
         }
         fetches->push_back(std::move(done));
         return std::make_unique<Fetch>();
     }
 
 private:
-    struct RootFile : File {
-        explicit RootFile(const QString& name) : name(name) {}
+    struct DocumentFile : File {
+        explicit DocumentFile(const QString& path) : path(path) {}
 
         QString Path() const override
         {
-            return '/' + name;
+            return path;
         }
 
-        const QString name;
+        const QString path;
     };
+
+    const QTemporaryDir folder;
 };
 
 } // namespace
@@ -99,7 +104,7 @@ TEST_F(PreviewQueueTest, SizesOfOneDocumentComeFromOneRendering)
     EXPECT_EQ(SizeOf(1), QSize(20, 20));
     EXPECT_EQ(SizeOf(2), QSize(100, 100));
     EXPECT_EQ(SizeOf(3), QSize(50, 50));
-    EXPECT_EQ(fakes.Requests(), QStringList("100x100 /id1.pdf"));
+    EXPECT_EQ(fakes.Requests(), QStringList("100x100 id1.pdf"));
 }
 
 TEST_F(PreviewQueueTest, AKeptPictureIsNotRenderedAgain)
@@ -227,7 +232,7 @@ TEST_F(PreviewQueueTest, NothingIsRenderedForRequestsThatWereCanceledInTime)
     }
     queue->Add(5000, Document(5000), {100, 100});
     ASSERT_TRUE(Came(1));
-    EXPECT_EQ(fakes.Requests(), QStringList("100x100 /id5000.pdf"));
+    EXPECT_EQ(fakes.Requests(), QStringList("100x100 id5000.pdf"));
 }
 
 TEST_F(PreviewQueueTest, OneOfSeveralRequestsForADocumentCanBeCanceled)
@@ -240,7 +245,7 @@ TEST_F(PreviewQueueTest, OneOfSeveralRequestsForADocumentCanBeCanceled)
     queue->Cancel(77);
     ASSERT_TRUE(Came(1));
     EXPECT_EQ(SizeOf(1), QSize(20, 20));
-    EXPECT_EQ(fakes.Requests(), QStringList("20x20 /id1.pdf"));
+    EXPECT_EQ(fakes.Requests(), QStringList("20x20 id1.pdf"));
 }
 
 TEST_F(PreviewQueueTest, ARequestCanceledWhileItIsRenderedIsNotAnswered)

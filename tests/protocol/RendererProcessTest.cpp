@@ -1,3 +1,4 @@
+#include <tests/support/Files.h>
 #include <tests/support/Renderers.h>
 #include <tests/support/Waiting.h>
 
@@ -7,6 +8,8 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+
+#include <unistd.h>
 
 namespace Norlis::Social {
 
@@ -27,10 +30,18 @@ struct Outcome {
 /// What is made of a renderer that does not behave.
 class RendererProcessTest : public testing::Test {
 protected:
-    Outcome Render(RendererProcess& renderer, const QString& path = "/a.pdf", const QSize& box = {20, 30})
+    /// A file of that name, for the renderers to be asked about.
+    QString File(const QString& name)
+    {
+        const QString path = folder.filePath(name);
+        WriteFile(path, "content");
+        return path;
+    }
+
+    Outcome Render(RendererProcess& renderer, const QString& name = "a.pdf", const QSize& box = {20, 30})
     {
         Outcome outcome;
-        renderer.Render(path, box, [&](const QImage& image, const QString& reason) {
+        renderer.Render(File(name), box, [&](const QImage& image, const QString& reason) {
             ++outcome.count;
             outcome.image = image;
             outcome.reason = reason.toStdString();
@@ -44,6 +55,7 @@ protected:
     }
 
     FakeRenderers fakes;
+    QTemporaryDir folder;
 };
 
 TEST_F(RendererProcessTest, APictureIsHandedOver)
@@ -52,7 +64,36 @@ TEST_F(RendererProcessTest, APictureIsHandedOver)
     const Outcome outcome = Render(renderer);
     EXPECT_EQ(outcome.image.size(), QSize(20, 30));
     EXPECT_EQ(outcome.image.pixelColor(10, 10), QColor(Qt::red));
-    EXPECT_EQ(fakes.Requests(), QStringList("20x30 /a.pdf"));
+    EXPECT_EQ(fakes.Requests(), QStringList("20x30 a.pdf"));
+}
+
+TEST_F(RendererProcessTest, NothingOfThisProcessIsInherited)
+{
+    qputenv("NORLIS_TEST_SECRET", "secret");
+    const int open = dup(STDIN_FILENO); // a copy is not closed when another program is started
+    RendererProcess renderer(NORLIS_FAKE_RENDERER);
+    EXPECT_EQ(Render(renderer).reason, "; 0 1 2");
+    close(open);
+    qunsetenv("NORLIS_TEST_SECRET");
+}
+
+TEST_F(RendererProcessTest, OnlyAFileIsHandedOver)
+{
+    RendererProcess renderer(fakes.Make("answer"));
+    MakeLink(File("a.pdf"), folder.filePath("link.pdf"));
+    MakeNamedPipe(folder.filePath("pipe.pdf"));
+    for (const char* name : {"missing.pdf", "link.pdf", "pipe.pdf", "."}) {
+        Outcome outcome;
+        renderer.Render(folder.filePath(name), {20, 30}, [&](const QImage& image, const QString& reason) {
+            ++outcome.count;
+            outcome.image = image;
+            outcome.reason = reason.toStdString();
+        });
+        EXPECT_TRUE(WaitUntil([&] { return outcome.count > 0; })) << name;
+        EXPECT_TRUE(outcome.image.isNull()) << name;
+        EXPECT_THAT(outcome.reason, testing::StartsWith("It ")) << name;
+    }
+    EXPECT_TRUE(fakes.Requests().isEmpty());
 }
 
 TEST_F(RendererProcessTest, OneProcessServesManyDocumentsAndLargePictures)
@@ -61,15 +102,15 @@ TEST_F(RendererProcessTest, OneProcessServesManyDocumentsAndLargePictures)
     Render(renderer);
     const auto before = ChildProcesses("FakeRenderer");
     ASSERT_EQ(before.size(), 1U);
-    EXPECT_EQ(Render(renderer, "/b.pdf", {2048, 2048}).image.size(), QSize(2048, 2048));
+    EXPECT_EQ(Render(renderer, "b.pdf", {2048, 2048}).image.size(), QSize(2048, 2048));
     EXPECT_EQ(ChildProcesses("FakeRenderer"), before);
 }
 
 TEST_F(RendererProcessTest, BoxesAreKeptWithinReason)
 {
     RendererProcess renderer(fakes.Make("answer"));
-    EXPECT_EQ(Render(renderer, "/a.pdf", {1'000'000, 1}).image.size(), QSize(2048, 1));
-    EXPECT_EQ(Render(renderer, "/a.pdf", {-5, 0}).image.size(), QSize(1, 1));
+    EXPECT_EQ(Render(renderer, "a.pdf", {1'000'000, 1}).image.size(), QSize(2048, 1));
+    EXPECT_EQ(Render(renderer, "a.pdf", {-5, 0}).image.size(), QSize(1, 1));
 }
 
 TEST_F(RendererProcessTest, ARefusalBringsItsReason)
@@ -114,10 +155,10 @@ TEST_F(RendererProcessTest, WhatFollowsAnAnswerIsNotTakenForTheNext)
 TEST_F(RendererProcessTest, AnotherDocumentIsRenderedAfterOneThatKilledTheRenderer)
 {
     RendererProcess renderer(fakes.Make("die-of-bad"));
-    EXPECT_TRUE(Render(renderer, "/bad.pdf").image.isNull());
-    EXPECT_FALSE(Render(renderer, "/good.pdf").image.isNull());
-    EXPECT_TRUE(Render(renderer, "/bad.pdf").image.isNull());
-    EXPECT_FALSE(Render(renderer, "/good.pdf").image.isNull());
+    EXPECT_TRUE(Render(renderer, "bad.pdf").image.isNull());
+    EXPECT_FALSE(Render(renderer, "good.pdf").image.isNull());
+    EXPECT_TRUE(Render(renderer, "bad.pdf").image.isNull());
+    EXPECT_FALSE(Render(renderer, "good.pdf").image.isNull());
 }
 
 TEST_F(RendererProcessTest, ARendererThatWasKilledMeanwhileIsStartedAgain)
@@ -147,7 +188,7 @@ TEST_F(RendererProcessTest, ADocumentThatTakesTooLongIsGivenUp)
     const Outcome outcome = Render(renderer);
     EXPECT_THAT(outcome.reason, HasSubstr("longer than 0.3 seconds"));
     EXPECT_THAT(ChildProcesses("FakeRenderer"), IsEmpty());
-    EXPECT_THAT(Render(renderer, "/b.pdf").reason, HasSubstr("longer"));
+    EXPECT_THAT(Render(renderer, "b.pdf").reason, HasSubstr("longer"));
 }
 
 TEST_F(RendererProcessTest, NoProcessIsLeftAndNobodyCalledAfterDestruction)
@@ -156,7 +197,8 @@ TEST_F(RendererProcessTest, NoProcessIsLeftAndNobodyCalledAfterDestruction)
     for (const char* behaviour : {"hang", "answer", "garbage"}) {
         for (int turns = 0; turns < 3; ++turns) {
             auto renderer = std::make_unique<RendererProcess>(fakes.Make(behaviour));
-            renderer->Render("/a.pdf", {20, 30}, [&](const QImage&, const QString&) { calls += renderer ? 0 : 1; });
+            renderer->Render(File("a.pdf"), {20, 30},
+                             [&](const QImage&, const QString&) { calls += renderer ? 0 : 1; });
             for (int turn = 0; turn < turns; ++turn) {
                 QCoreApplication::processEvents();
             }

@@ -20,7 +20,7 @@ constexpr uid_t nobody = 65534;
 /// Apache refuses to serve as root.
 bool ActsAsNobody(ServerKind kind)
 {
-    return kind == ServerKind::Apache && geteuid() == 0;
+    return (kind == ServerKind::Apache || kind == ServerKind::ApacheDigest) && geteuid() == 0;
 }
 
 [[noreturn]] void Fail(const QString& text)
@@ -55,7 +55,8 @@ QString Configure(const QString& name, const ServerPlan& plan)
     }
     QString text = QString::fromUtf8(file.readAll());
     text.replace("@STATE@", plan.state).replace("@DOCUMENTS@", plan.documents).replace("@USER@", plan.user);
-    text.replace("@PORT@", QString::number(plan.port));
+    text.replace("@PORT@", QString::number(plan.port)).replace("@PORT_BEHIND@", QString::number(plan.portBehind));
+    text.replace("@PASSWORD@", plan.password);
     const QString path = plan.state + '/' + name;
     Write(path, text.toUtf8());
     return path;
@@ -66,6 +67,14 @@ void WriteUsers(const ServerPlan& plan)
 {
     const QByteArray hash = QCryptographicHash::hash(plan.password.toUtf8(), QCryptographicHash::Sha1).toBase64();
     Write(plan.state + "/users", plan.user.toUtf8() + ":{SHA}" + hash + '\n');
+}
+
+/// The same as htdigest writes it (RFC 7616, 3.4.2).
+void WriteDigestUsers(const ServerPlan& plan)
+{
+    const QByteArray user = plan.user.toUtf8() + ":Norlis:";
+    const QByteArray hash = QCryptographicHash::hash(user + plan.password.toUtf8(), QCryptographicHash::Md5).toHex();
+    Write(plan.state + "/digest-users", user + hash + '\n');
 }
 
 ProgramStart Apache(const ServerPlan& plan)
@@ -80,16 +89,29 @@ ProgramStart Apache(const ServerPlan& plan)
     return {Find("apache2"), arguments, {}, plan.state};
 }
 
-ProgramStart Nginx(const ServerPlan& plan)
+ProgramStart ApacheDigest(const ServerPlan& plan)
 {
-    WriteUsers(plan);
+    WriteDigestUsers(plan);
+    ProgramStart start = Apache(plan);
+    start.arguments << "-DDIGEST";
+    return start;
+}
+
+ProgramStart NginxWith(const QString& configuration, const ServerPlan& plan)
+{
     QDir().mkpath(plan.state + "/temporary");
     // Without it, the processes of a server that root starts act as somebody else.
     const QString globals = geteuid() == 0 ? "daemon off; user root;" : "daemon off;";
     return {Find("nginx"),
-            {"-p", plan.state, "-c", Configure("nginx.conf", plan), "-e", plan.state + "/error.log", "-g", globals},
+            {"-p", plan.state, "-c", Configure(configuration, plan), "-e", plan.state + "/error.log", "-g", globals},
             {},
             plan.state};
+}
+
+ProgramStart Nginx(const ServerPlan& plan)
+{
+    WriteUsers(plan);
+    return NginxWith("nginx.conf", plan);
 }
 
 ProgramStart Lighttpd(const ServerPlan& plan)
@@ -124,8 +146,25 @@ ProgramStart Sabre(const ServerPlan& plan)
 ProgramStart Prepare(ServerKind kind, const ServerPlan& plan)
 {
     using Recipe = ProgramStart (*)(const ServerPlan&);
-    static constexpr std::array<Recipe, 5> recipes = {Apache, Nginx, Lighttpd, Rclone, Sabre};
+    static constexpr std::array<Recipe, 6> recipes = {Apache, Nginx, Lighttpd, Rclone, Sabre, ApacheDigest};
     return recipes.at(static_cast<std::size_t>(kind))(plan);
+}
+
+ProgramStart Prepare(FrontKind kind, const ServerPlan& plan)
+{
+    switch (kind) {
+    case FrontKind::NginxTls:
+        return NginxWith("front-tls.nginx.conf", plan);
+    case FrontKind::NginxGzip:
+        return NginxWith("front-gzip.nginx.conf", plan);
+    case FrontKind::NginxRateLimit:
+        return NginxWith("front-limit.nginx.conf", plan);
+    case FrontKind::HaproxyTls:
+        return {Find("haproxy"), {"-db", "-f", Configure("front-tls.haproxy.cfg", plan)}, {}, plan.state};
+    case FrontKind::Tinyproxy:
+        return {Find("tinyproxy"), {"-d", "-c", Configure("tinyproxy.conf", plan)}, {}, plan.state};
+    }
+    Fail("There is no such front");
 }
 
 void GiveToServer(ServerKind kind, const QString& folder)

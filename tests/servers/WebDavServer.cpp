@@ -58,7 +58,8 @@ const std::vector<ServerKind>& AllServerKinds()
 
 std::string NameOf(ServerKind kind)
 {
-    static constexpr std::array<const char*, 5> names = {"Apache", "Nginx", "Lighttpd", "Rclone", "Sabre"};
+    static constexpr std::array<const char*, 6> names = {"Apache", "Nginx", "Lighttpd",
+                                                         "Rclone", "Sabre", "ApacheDigest"};
     return names.at(static_cast<std::size_t>(kind));
 }
 
@@ -173,7 +174,8 @@ bool WebDavServer::Answers() const
         port, "PROPFIND / HTTP/1.1\r\nHost: 127.0.0.1\r\nDepth: 0\r\nConnection: close\r\nContent-Length: 0\r\n"
               "Authorization: " +
                   BasicAuthorization(userName, password.toUtf8()) + "\r\n\r\n");
-    return answer.startsWith("HTTP/1.1 207");
+    return answer.startsWith("HTTP/1.1 207") ||
+           (kind == ServerKind::ApacheDigest && answer.startsWith("HTTP/1.1 401") && answer.contains("Digest realm="));
 }
 
 QByteArray WebDavServer::Log() const

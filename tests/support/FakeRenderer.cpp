@@ -1,12 +1,16 @@
 // A renderer that behaves as its first argument says, for tests of the code that uses the preview renderer. Logs every
-// request to the file that its second argument names.
+// request to the file that its second argument names. Without arguments it refuses with a text that lists what it has
+// inherited.
 
 #include <protocol/preview/RendererProtocol.h>
 
 #include <QFile>
+#include <QFileInfo>
+#include <QProcessEnvironment>
 
 #include <cstdio>
 
+#include <fcntl.h>
 #include <unistd.h>
 
 namespace {
@@ -23,16 +27,25 @@ void AnswerWithPicture(QDataStream& answers, quint32 width, quint32 height, int 
     answers << Protocol::rendered << width << height << pixels;
 }
 
+/// The environment and the open descriptors.
+QByteArray Inheritance()
+{
+    QByteArray text = QProcessEnvironment::systemEnvironment().toStringList().join(',').toUtf8() + ';';
+    for (int descriptor = 0; descriptor < 1024; ++descriptor) {
+        text += fcntl(descriptor, F_GETFD) < 0 ? QByteArray() : ' ' + QByteArray::number(descriptor);
+    }
+    return text;
+}
+
 } // namespace
 
 int main(int argc, char** argv)
 {
+    const QByteArray inheritance = Inheritance();
     const QByteArray behaviour = argc > 1 ? argv[1] : "";
     QFile log(argc > 2 ? argv[2] : "/dev/null");
-    QFile input;
     QFile output;
     if (!log.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered) ||
-        !input.open(STDIN_FILENO, QIODevice::ReadOnly | QIODevice::Unbuffered) ||
         !output.open(STDOUT_FILENO, QIODevice::WriteOnly)) {
         return 1;
     }
@@ -40,21 +53,23 @@ int main(int argc, char** argv)
         std::fputs("welcome", stdout);
         std::fflush(stdout);
     }
-    QDataStream requests(&input);
     QDataStream answers(&output);
-    requests.setVersion(Protocol::streamVersion);
     answers.setVersion(Protocol::streamVersion);
     for (;;) {
-        quint32 width = 0;
-        quint32 height = 0;
-        QByteArray path;
-        requests >> width >> height >> path;
-        if (requests.status() != QDataStream::Ok) {
+        QFile document;
+        const auto box = Protocol::ReceiveRequest(STDIN_FILENO, document);
+        if (!box) {
             return 0;
         }
-        log.write(QByteArray::number(width) + 'x' + QByteArray::number(height) + ' ' + path + '\n');
+        const auto width = static_cast<quint32>(box->width());
+        const auto height = static_cast<quint32>(box->height());
+        const QString link = QFile::symLinkTarget(QStringLiteral("/proc/self/fd/%1").arg(document.handle()));
+        const QByteArray name = QFileInfo(link).fileName().toUtf8();
+        log.write(QByteArray::number(width) + 'x' + QByteArray::number(height) + ' ' + name + '\n');
         const int bytes = static_cast<int>(width * height * 4);
-        if (behaviour == "die" || (behaviour == "die-of-bad" && path.contains("bad"))) {
+        if (behaviour.isEmpty()) {
+            answers << Protocol::refused << inheritance;
+        } else if (behaviour == "die" || (behaviour == "die-of-bad" && name.contains("bad"))) {
             return 3;
         } else if (behaviour == "hang") {
             for (;;) {

@@ -14,7 +14,7 @@ public:
     /// The path of a program that behaves as FakeRenderer.cpp says.
     QString Make(const QString& behaviour) const;
 
-    /// What the programs were asked for, as "191x191 /path".
+    /// What the programs were asked for, as "191x191 name.pdf".
     QStringList Requests() const;
 
 private:

@@ -149,12 +149,12 @@ bool WebDavUnderTest::HashesForeignDocuments() const
 
 bool WebDavUnderTest::KeepsHashes() const
 {
-    return IsKind({ServerKind::Apache, ServerKind::Lighttpd, ServerKind::Sabre}); // the others keep no properties
+    return !IsKind({ServerKind::Nginx, ServerKind::Rclone}); // which keep no properties
 }
 
 bool WebDavUnderTest::ReportsCreationTime() const
 {
-    return IsKind({ServerKind::Apache});
+    return IsKind({ServerKind::Apache, ServerKind::ApacheDigest});
 }
 
 CloudUnderTest::QuotaOf WebDavUnderTest::CountsInQuota() const

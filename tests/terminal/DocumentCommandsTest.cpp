@@ -40,6 +40,24 @@ TEST_F(DocumentCommandsTest, RemovingAnUnknownDocumentFailsAloneAndTheOthersGoOn
     EXPECT_EQ(CloudNames(), QStringList());
 }
 
+TEST_F(DocumentCommandsTest, DocumentThatHasChangedSinceItWasSeenIsRemovedOnlyByForce)
+{
+    MakeFile("Cloud/a.pdf", "seen");
+    MakeFile("Cloud/b.pdf", "seen");
+    ASSERT_EQ(Run({"list"}).exitStatus, 0);
+    MakeFile("Cloud/a.pdf", "newer");
+    const Outcome outcome = Run({"remove", "a.pdf", "b.pdf"});
+    EXPECT_EQ(outcome.exitStatus, 1);
+    EXPECT_EQ(outcome.ErrorLines().size(), 1);
+    EXPECT_TRUE(outcome.errors.contains("\"a.pdf\"")) << outcome.errors.toStdString();
+    EXPECT_TRUE(outcome.errors.contains("changed since you saw it")) << outcome.errors.toStdString();
+    EXPECT_EQ(CloudNames(), QStringList("a.pdf"));
+
+    MakeFile("Cloud/a.pdf", "newest");
+    EXPECT_EQ(Run({"remove", "a.pdf", "--force"}).exitStatus, 0);
+    EXPECT_EQ(CloudNames(), QStringList());
+}
+
 TEST_F(DocumentCommandsTest, PicturesComeInThreeSizesAndLieInTheDataFolder)
 {
     ASSERT_EQ(Run({"upload", Sample("garden-year.pdf")}).exitStatus, 0);

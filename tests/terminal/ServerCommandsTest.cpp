@@ -2,7 +2,13 @@
 
 #include <tests/support/PseudoTerminal.h>
 
+#include <QDateTime>
 #include <QDir>
+#include <QDirIterator>
+#include <QTest>
+
+#include <fcntl.h>
+#include <sys/stat.h>
 
 namespace Norlis::Test {
 
@@ -87,6 +93,96 @@ TEST_F(ServerCommandsTest, ServerThatEndsTheSignInInMidWorkIsToldWithTheCommandT
         EXPECT_TRUE(line.startsWith("norlis-cloud: Uploading \"")) << line.toStdString();
         EXPECT_TRUE(line.endsWith(Advice())) << line.toStdString();
     }
+}
+
+/// What a killed program leaves behind.
+class KilledTransferTest : public ServerCommandsTest {
+protected:
+    /// Lets a command fetch the document, and kills it in the middle.
+    /// \param folder beginning of the name of the folder that the document arrives in
+    void KillInTheMiddleOf(const QStringList& command, const QString& folder)
+    {
+        server.Put("report.pdf", QByteArray(4'000'000, 'x'));
+        server.Misbehave(When("GET").Always(), HangsInTheAnswer(2'000'000));
+        const auto process = Start(command);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return !Leftovers().filter(folder).isEmpty(); }, 60'000));
+        process->kill();
+        ASSERT_TRUE(process->waitForFinished(60'000));
+        server.BehaveAgain();
+    }
+
+    /// Files of an interrupted transfer, anywhere in the home folder.
+    QStringList Leftovers() const
+    {
+        QStringList found;
+        QDirIterator files(Home(), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+        while (files.hasNext()) {
+            if (files.next().contains("/.norlis-download-") || files.filePath().contains("/norlis-preview-")) {
+                found << files.filePath();
+            }
+        }
+        return found;
+    }
+
+    /// Makes them look as if nobody had touched them for a time.
+    void Age(int hours) const
+    {
+        const auto leftovers = Leftovers();
+        for (const QString& file : leftovers) {
+            const auto seconds = QDateTime::currentSecsSinceEpoch() - hours * 60 * 60;
+            const timespec times[] = {{seconds, 0}, {seconds, 0}};
+            for (const QString& path : {file, QFileInfo(file).path()}) {
+                ASSERT_EQ(utimensat(AT_FDCWD, QFile::encodeName(path).constData(), times, 0), 0);
+            }
+        }
+    }
+
+    void ExpectSweptAfterADay()
+    {
+        const QStringList before = Leftovers();
+        EXPECT_FALSE(before.isEmpty());
+        Age(23);
+        EXPECT_EQ(Run({"list"}).exitStatus, 0);
+        EXPECT_EQ(Leftovers(), before) << "a slow transfer may still be running";
+        Age(25);
+        const QString folder = QFileInfo(before.value(0)).path();
+        EXPECT_EQ(Run({"list"}).exitStatus, 0);
+        EXPECT_EQ(Leftovers(), QStringList());
+        EXPECT_FALSE(QFileInfo::exists(folder));
+    }
+};
+
+TEST_F(KilledTransferTest, DownloadIsSweptADayLater)
+{
+    ASSERT_TRUE(QDir(Home()).mkpath("out"));
+    KillInTheMiddleOf({"download", "report.pdf", "--to", "out"}, "/.norlis-download-");
+    ExpectSweptAfterADay();
+    EXPECT_TRUE(QDir(Home() + "/out").isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
+}
+
+TEST_F(KilledTransferTest, DocumentOfAPreviewIsSweptADayLater)
+{
+    KillInTheMiddleOf({"preview", "report.pdf"}, "/norlis-preview-");
+    ExpectSweptAfterADay();
+}
+
+TEST_F(KilledTransferTest, FolderThatOnlyLooksLikeOneOfADownloadIsLeftAlone)
+{
+    MakeFile(".norlis-download-0123456789abcdef/mine.pdf");
+    Age(48);
+    EXPECT_EQ(Run({"list"}).exitStatus, 0);
+    EXPECT_EQ(Leftovers().size(), 1);
+}
+
+TEST_F(KilledTransferTest, FolderThatSomethingElseHasBeenPutIntoIsLeftAlone)
+{
+    ASSERT_TRUE(QDir(Home()).mkpath("out"));
+    KillInTheMiddleOf({"download", "report.pdf", "--to", "out"}, "/.norlis-download-");
+    const QString document = Leftovers().filter("/.norlis-download-").value(0);
+    ASSERT_TRUE(QDir().mkpath(QFileInfo(document).path() + "/mine"));
+    Age(48);
+    EXPECT_EQ(Run({"list"}).exitStatus, 0);
+    EXPECT_EQ(Leftovers(), QStringList(document));
 }
 
 TEST_F(ServerCommandsTest, WatchEndsWhenTheServerEndsTheSignIn)

@@ -64,6 +64,35 @@ TEST_F(ServerSignInTest, PasswordCanComeFromStandardInput)
     EXPECT_EQ(Run({"list"}).exitStatus, 0);
 }
 
+TEST_F(ServerSignInTest, ServerThatNeedsNoPasswordIsSignedInToWithoutOne)
+{
+    server.SetPassword({});
+    server.Put("report.pdf", "content");
+    for (const QString& address : {AddressWithoutUser(), Address()}) {
+        const Outcome outcome = Run({"login", "--service", address});
+        EXPECT_EQ(outcome.exitStatus, 0) << outcome.errors.toStdString();
+        EXPECT_TRUE(Run({"list"}).output.contains("report.pdf"));
+        EXPECT_EQ(Run({"doctor"}).exitStatus, 0);
+    }
+    PseudoTerminal terminal(NORLIS_CLOUD_PROGRAM, {"login", "--service", AddressWithoutUser()}, environment);
+    ASSERT_TRUE(terminal.WaitFor("Token for "));
+    terminal.Type("\n");
+    EXPECT_EQ(terminal.WaitForEnd(), 0) << terminal.Written().toStdString();
+
+    server.SetPassword("asked for from now on");
+    EXPECT_TRUE(Run({"list"}).errors.contains("Sign in again: norlis-cloud login --service " + AddressWithoutUser()));
+}
+
+TEST_F(ServerSignInTest, PasswordThatIsMissingIsReportedAndNothingIsKept)
+{
+    const Outcome outcome = Run({"login", "--service", Address()});
+    EXPECT_EQ(outcome.exitStatus, 1);
+    EXPECT_EQ(outcome.ErrorLines().size(), 1);
+    EXPECT_TRUE(outcome.errors.contains("No password or token was given")) << outcome.errors.toStdString();
+    EXPECT_FALSE(IsAnyTokenKept());
+    EXPECT_EQ(Run({"login", "--service", Address(), "--token-file", MakeFile("empty", "")}).exitStatus, 1);
+}
+
 TEST_F(ServerSignInTest, WrongPasswordIsReportedAndNotKept)
 {
     const Outcome outcome =

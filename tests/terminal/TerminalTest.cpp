@@ -1,3 +1,4 @@
+#include <tests/support/Files.h>
 #include <tests/support/ProgramTest.h>
 #include <tests/support/PseudoTerminal.h>
 
@@ -121,15 +122,26 @@ TEST_F(TerminalTest, CtrlCTakesTheBarsAway)
     EXPECT_EQ(CloudNames(), QStringList());
 }
 
-TEST_F(TerminalTest, NamesAreMadeHarmlessOnATerminalAndStayExactElsewhere)
+TEST_F(TerminalTest, NamesAreMadeHarmlessForPeopleAndStayExactInJson)
 {
-    const QString name = QStringLiteral("evil\u202efdp.pdf");
+    const QString name = QStringLiteral("\ufeffevil\u202efdp\u200b\u061c\U000e0041.pdf");
+    const QByteArray shown = QStringLiteral("\ufffdevil\ufffdfdp\ufffd\ufffd\ufffd.pdf").toUtf8();
     MakeFile("Cloud/" + name);
-    EXPECT_TRUE(Run({"list"}).output.contains(name));
+    MakeFolder(Home() + "/copies");
     PseudoTerminal terminal(NORLIS_CLOUD_PROGRAM, {"list"}, environment);
     EXPECT_EQ(terminal.WaitForEnd(), 0);
-    EXPECT_FALSE(terminal.Written().contains(name.toUtf8()));
-    EXPECT_TRUE(terminal.Written().contains(QStringLiteral("evil\ufffdfdp.pdf").toUtf8()));
+    EXPECT_TRUE(terminal.Written().contains(shown)) << terminal.Written().toStdString();
+    for (const QStringList& words : {QStringList{"list"}, QStringList{"download", name, "--to", Home() + "/copies"}}) {
+        const Outcome outcome = Run(words);
+        EXPECT_EQ(outcome.exitStatus, 0) << outcome.errors.toStdString();
+        EXPECT_TRUE(outcome.output.toUtf8().contains(shown)) << outcome.output.toStdString();
+    }
+    EXPECT_EQ(Run({"list", "--json"}).Json()[0].toObject()["name"].toString(), name);
+    EXPECT_EQ(FilesBelow(Home() + "/copies"), QStringList(name));
+
+    ASSERT_EQ(Run({"remove", name}).exitStatus, 0);
+    ASSERT_EQ(Run({"upload", Home() + "/copies/" + name}).exitStatus, 0);
+    EXPECT_EQ(CloudNames(), QStringList(name));
 }
 
 TEST_F(TerminalTest, LongNamesAreCutToTheWindow)

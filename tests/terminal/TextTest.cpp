@@ -26,15 +26,23 @@ TEST_F(TextTest, CharactersThatTerminalsObeyAreReplaced)
     EXPECT_EQ(Printable(QStringLiteral("\u009b\u0085\u2028\u202e\u2066\u200f")), QString(6, QChar(0xfffd)));
 }
 
+TEST_F(TextTest, CharactersThatNobodySeesAreReplaced)
+{
+    EXPECT_EQ(Printable(QStringLiteral("\ufeff\u200b\u061c\u2060\u00ad\U000e0001\U000e007f")),
+              QString(7, QChar(0xfffd)));
+}
+
 TEST_F(TextTest, OtherCharactersStay)
 {
     const auto text = QStringLiteral("Résumé – 年報 🚢 \"5%\" ערב.pdf");
     EXPECT_EQ(Printable(text), text);
+    const auto joined = QStringLiteral("می\u200cخواهم 👩\u200d👧.pdf"); // spelled so
+    EXPECT_EQ(Printable(joined), joined);
 }
 
 TEST_F(TextTest, JsonHasEscapesInThePlaceOfCharactersThatTerminalsObey)
 {
-    const QJsonObject object{{"name", QStringLiteral("a\u009b2J\x1b\u202eb\x7f – 年報 🚢 \"\\.pdf")}};
+    const QJsonObject object{{"name", QStringLiteral("\ufeffa\u009b2J\x1b\u202eb\x7f\U000e0041 – 年報 🚢 \"\\.pdf")}};
     const QString text = JsonText(QJsonDocument(object));
     EXPECT_EQ(Printable(text), text);
     EXPECT_TRUE(text.contains(QStringLiteral("– 年報 🚢"))) << text.toStdString();

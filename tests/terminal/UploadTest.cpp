@@ -1,6 +1,10 @@
+#include <tests/support/MappedFile.h>
 #include <tests/support/ProgramTest.h>
 
+#include <QDir>
 #include <QFileInfo>
+
+#include <algorithm>
 
 namespace Norlis::Test {
 
@@ -112,6 +116,66 @@ TEST_F(UploadTest, NewerDocumentInTheCloudIsNotOverwritten)
     EXPECT_EQ(outcome.exitStatus, 1);
     EXPECT_TRUE(outcome.errors.contains("--new")) << outcome.errors.toStdString();
     EXPECT_EQ(ContentOf(Cloud() + "/report.pdf"), "from elsewhere");
+}
+
+TEST_F(UploadTest, FilesOfAListThatWasWrongForAMomentAreNotSentAgain)
+{
+    const QStringList names = {"a.pdf", "b.pdf", "c.pdf"};
+    for (const QString& name : names) {
+        ASSERT_EQ(Run({"upload", MakeFile(name, name.toUtf8())}).exitStatus, 0);
+    }
+    const auto move = [&](const QString& from, const QString& to) {
+        return std::all_of(names.begin(), names.end(),
+                           [&](const QString& name) { return QFile::rename(from + '/' + name, to + '/' + name); });
+    };
+    ASSERT_TRUE(QDir().mkpath(Home() + "/away") && move(Cloud(), Home() + "/away"));
+    const Outcome wrong = Run({"list"});
+    EXPECT_EQ(wrong.exitStatus, 0);
+    EXPECT_TRUE(wrong.errors.contains("3 of the 3 documents")) << wrong.errors.toStdString();
+    EXPECT_EQ(Run({"list"}).errors, "");
+    ASSERT_TRUE(move(Home() + "/away", Cloud()));
+
+    const Outcome outcome = Run(QStringList{"upload"} + names);
+    EXPECT_EQ(outcome.exitStatus, 0) << outcome.errors.toStdString();
+    EXPECT_EQ(outcome.output.count("unchanged"), 3) << outcome.output.toStdString();
+    EXPECT_EQ(CloudNames(), names);
+}
+
+TEST_F(UploadTest, FileThatWasComparedInAnotherFolderStillBelongsToItsDocument)
+{
+    ASSERT_EQ(Run({"upload", MakeFile("s.pdf", "ours")}).exitStatus, 0);
+    MakeFile("Cloud/s.pdf", "theirs, longer");
+    MakeFile("s.pdf", "ours, changed");
+    ASSERT_EQ(Run({"upload", "s.pdf"}).exitStatus, 1);
+    ASSERT_TRUE(QDir().mkpath(Home() + "/out"));
+    const auto downloaded = Run({"download", "s.pdf", "--to", "out", "--json"}).JsonLines();
+    ASSERT_EQ(downloaded.size(), 1);
+    EXPECT_TRUE(downloaded[0]["path"].toString().endsWith("/out/s.pdf"));
+
+    const Outcome again = Run({"upload", "s.pdf"});
+    EXPECT_EQ(again.exitStatus, 1);
+    EXPECT_TRUE(again.errors.contains("changed both here and in the cloud")) << again.errors.toStdString();
+    EXPECT_EQ(CloudNames(), QStringList("s.pdf"));
+    EXPECT_EQ(ContentOf(Cloud() + "/s.pdf"), "theirs, longer");
+
+    MakeFile("out/s.pdf", "ours and theirs");
+    const Outcome merged = Run({"upload", "out/s.pdf"});
+    EXPECT_TRUE(merged.output.startsWith("updated s.pdf  "))
+        << merged.output.toStdString() << merged.errors.toStdString();
+    EXPECT_EQ(ContentOf(Cloud() + "/s.pdf"), "ours and theirs");
+    EXPECT_EQ(Run({"upload", "s.pdf"}).exitStatus, 1) << "it knows nothing of what was put together";
+}
+
+TEST_F(UploadTest, ChangeThatNoTimeStampTellsOfIsSent)
+{
+    const QString file = MakeFile("report.pdf", "text");
+    ASSERT_EQ(Run({"upload", file}).exitStatus, 0);
+    MappedFile map(file);
+    ASSERT_TRUE(Run({"upload", file}).output.contains("unchanged"));
+    map.Write("TEXT");
+    const Outcome outcome = Run({"upload", file});
+    EXPECT_TRUE(outcome.output.startsWith("updated report.pdf  ")) << outcome.output.toStdString();
+    EXPECT_EQ(ContentOf(Cloud() + "/report.pdf"), "TEXT");
 }
 
 TEST_F(UploadTest, DocumentThatWasRemovedElsewhereIsSentAsNew)

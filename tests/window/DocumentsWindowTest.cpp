@@ -5,6 +5,7 @@
 #include <QAbstractButton>
 #include <QComboBox>
 #include <QDesktopServices>
+#include <QDir>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
@@ -388,6 +389,15 @@ TEST_F(DocumentsWindowTest, SearchMindsNeitherCaseNorAccents)
     }
 }
 
+TEST_F(DocumentsWindowTest, ANameDoesNotLookLikeAnotherOne)
+{
+    PutIntoCloud(QStringLiteral("evil\u202efdp.exe\u200b.pdf"), PdfOfColor(Qt::red));
+    OpenCloud();
+    ASSERT_TRUE(Shows({QStringLiteral("evil\ufffdfdp.exe\ufffd.pdf")}));
+    const QModelIndex document = Documents()->model()->index(0, 0);
+    EXPECT_TRUE(document.data(Qt::ToolTipRole).toString().contains(QStringLiteral("evil\ufffdfdp.exe\ufffd.pdf")));
+}
+
 TEST_F(DocumentsWindowTest, ANameIsNoMarkup)
 {
     PutIntoCloud("<b>bold<br>.pdf", PdfOfColor(Qt::red));
@@ -455,12 +465,12 @@ TEST_F(DocumentsWindowTest, TheListOfTheLastTimeIsThereBeforeTheCloudAnswers)
     OpenCloud();
     ASSERT_TRUE(Shows({"a.pdf"}));
     Close();
-    RemoveFolder(Cloud());
+    ASSERT_TRUE(QDir().rename(Cloud(), Local("away")));
     Open();
     EXPECT_EQ(Names(), QStringList{"a.pdf"});
     ASSERT_TRUE(WaitUntil([&] { return !Message().isEmpty(); }));
     EXPECT_FALSE(Action("Upload…")->isEnabled());
-    MakeFolder(Cloud());
+    ASSERT_TRUE(QFile::remove(Local("away/a.pdf")) && QDir().rename(Local("away"), Cloud()));
     PutIntoCloud("b.pdf", PdfOfColor(Qt::red));
     ClickButton("Try Again");
     EXPECT_TRUE(Shows({"b.pdf"}));

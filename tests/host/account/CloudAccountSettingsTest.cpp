@@ -153,6 +153,32 @@ TEST_F(CloudAccountSettingsTest, WayToAServiceSurvivesARestart)
     EXPECT_TRUE(access.allowPlainHttp);
 }
 
+TEST_F(CloudAccountSettingsTest, AnyTextSurvivesARestart)
+{
+    for (const auto& file : {QString(QChar(0x7f)) + "1f", QString("\\x41\\\"'; ,=#[a]"), QString("@Invalid()"),
+                             QString("  \t\n"), QString("\u2603abc \u00e9f0"), QString("/a,b;c")}) {
+        CloudAccountSettings(folder).SetAccess(service, {file, false});
+        EXPECT_EQ(CloudAccountSettings(folder).Access(service).certificateFile, file);
+    }
+}
+
+TEST_F(CloudAccountSettingsTest, WhatQtWroteIsRead)
+{
+    const QString file = "/etc/ssl/Zo\u00eb's, own; \"authority\" \u2603 f.pem";
+    CloudAccountSettings(folder).SetAccess(service, {file, true});
+    {
+        QSettings ours(folder + "/settings.ini", QSettings::IniFormat);
+        const auto keys = ours.allKeys();
+        QSettings theirs(folder + "/theirs.ini", QSettings::IniFormat);
+        for (const auto& key : keys) {
+            theirs.setValue(key, ours.value(key));
+        }
+    }
+    WriteSettings(ContentOf(folder + "/theirs.ini"));
+    EXPECT_EQ(CloudAccountSettings(folder).Access(service).certificateFile, file);
+    EXPECT_TRUE(CloudAccountSettings(folder).Access(service).allowPlainHttp);
+}
+
 TEST_F(CloudAccountSettingsTest, EachServiceHasItsOwnWay)
 {
     CloudAccountSettings settings(folder);
@@ -299,6 +325,7 @@ TEST_F(CloudAccountSettingsTest, OnAFullDiskTheOldSettingsAndTokenStayAndNewOnes
     for (rlim_t room = 0; room < 60; ++room) {
         const FileSizeLimit full(room);
         EXPECT_THROW(settings.SetServiceUrl(newService), std::runtime_error) << room;
+        EXPECT_THROW(settings.SetAccess(service, {"/certificates.pem", true}), std::runtime_error) << room;
         EXPECT_EQ(ContentOf(folder + "/settings.ini"), before) << room;
         try {
             settings.SetToken(service, newToken);

@@ -1,6 +1,7 @@
 #include <host/account/ServiceAddress.h>
 
 #include <QDir>
+#include <QProcess>
 
 #include <gmock/gmock.h>
 
@@ -104,6 +105,25 @@ TEST(ServiceAddressTest, TextIsWhatTheUserTypes)
 {
     EXPECT_EQ(ServiceText(ServiceAddress("/srv/My Cloud")), "/srv/My Cloud");
     EXPECT_EQ(ServiceText(ServiceAddress("https://anna@cloud.example")), "https://anna@cloud.example/");
+}
+
+TEST(ServiceAddressTest, WordForACommandLineNamesTheSameServiceInAnyShell)
+{
+    for (const auto* text :
+         {"/srv/Cloud", "/srv/My Cloud", "/srv/it's $HOME; (a)*", "/srv/Zo\u00eb %41#?",
+          "https://anna@cloud.example/dav/", "https://anna%40home@cloud.example:8443/my%20documents/",
+          "https://cloud.example/it's%20(1)&[2];$x/%3F%23/"}) {
+        const QUrl service = ServiceAddress(text);
+        QProcess shell;
+        shell.start("sh", {"-c", "printf %s " + ServiceWord(service)});
+        ASSERT_TRUE(shell.waitForFinished());
+        EXPECT_EQ(ServiceAddress(QString::fromUtf8(shell.readAllStandardOutput())), service) << text;
+        EXPECT_EQ(shell.readAllStandardError(), "");
+        EXPECT_FALSE(ServiceWord(service).contains(' '));
+    }
+    EXPECT_EQ(ServiceWord(ServiceAddress("/srv/Cloud")), "/srv/Cloud");
+    EXPECT_EQ(ServiceWord(ServiceAddress("https://anna@cloud.example/my%20files")),
+              "https://anna@cloud.example/my%20files/");
 }
 
 } // namespace

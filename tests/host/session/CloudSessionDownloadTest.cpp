@@ -1,3 +1,4 @@
+#include <tests/support/MappedFile.h>
 #include <tests/support/SessionTest.h>
 
 #include <contracts/NorlisCloudProtocol.h>
@@ -162,6 +163,70 @@ TEST_F(CloudSessionDownloadTest, OwnCopyThatIsChangedMeanwhileIsLeftAlone)
     EXPECT_EQ(Read(PathOf("1.pdf")), "my changes");
     EXPECT_EQ(FilesIn(folder), QStringList("1.pdf"));
     EXPECT_EQ(Held("1")->GetPath().utf8string(), PathOf("1.pdf").toStdString());
+}
+
+TEST_F(CloudSessionDownloadTest, CopyForComparisonDoesNotTakeThePlaceOfTheOneWithChanges)
+{
+    Download("1", "text");
+    Write("1.pdf", "my changes");
+    Refresh({EntryOf("1", "their changes"), EntryOf("2", "other")});
+    const auto elsewhere = root.filePath("elsewhere");
+    ASSERT_TRUE(QDir().mkdir(elsewhere));
+    session->Download("1", elsewhere);
+    ASSERT_TRUE(WaitForCalls("downloadFile", 2));
+    Deliver("their changes");
+    ASSERT_TRUE(WaitForEvent("DocumentDownloaded", 2));
+    EXPECT_EQ(Read(elsewhere + "/1.pdf"), "their changes");
+    EXPECT_EQ(Held("1")->GetPath().utf8string(), PathOf("1.pdf").toStdString());
+    EXPECT_EQ(StatusOf("1"), Status::ChangedOnBothSides);
+    EXPECT_EQ(session->DocumentAt(elsewhere + "/1.pdf"), "1");
+
+    // The changes are put together there.
+    QFile merged(elsewhere + "/1.pdf");
+    ASSERT_TRUE(merged.open(QFile::WriteOnly) && merged.write("all changes") > 0);
+    merged.close();
+    Reopen();
+    session->ReadLocalCopy(elsewhere + "/1.pdf");
+    QSignalSpy read(session.get(), &Host::CloudSession::LocalCopyRead);
+    ASSERT_TRUE(read.wait(20'000));
+    EXPECT_EQ(read, QList<QVariantList>({{elsewhere + "/1.pdf", "1"}}));
+    EXPECT_EQ(StatusOf("1"), Status::ChangedLocally);
+    session->ReadLocalCopy(PathOf("1.pdf"));
+    ASSERT_TRUE(read.wait(20'000));
+    EXPECT_EQ(StatusOf("1"), Status::ChangedOnBothSides);
+}
+
+TEST_F(CloudSessionDownloadTest, SecondUnchangedCopyIsTheLocalOneAndTheFirstStaysKnown)
+{
+    Download("1", "text");
+    const auto elsewhere = root.filePath("elsewhere");
+    ASSERT_TRUE(QDir().mkdir(elsewhere));
+    session->Download("1", elsewhere);
+    ASSERT_TRUE(WaitForCalls("downloadFile", 2));
+    Deliver("text");
+    ASSERT_TRUE(WaitForEvent("DocumentDownloaded", 2));
+    EXPECT_EQ(Held("1")->GetPath().utf8string(), (elsewhere + "/1.pdf").toStdString());
+
+    Write("1.pdf", "my changes");
+    EXPECT_EQ(session->DocumentAt(PathOf("1.pdf")), "1");
+    session->ReadLocalCopy(PathOf("1.pdf"));
+    ASSERT_TRUE(QSignalSpy(session.get(), &Host::CloudSession::LocalCopyRead).wait(20'000));
+    EXPECT_EQ(StatusOf("1"), Status::ChangedLocally);
+    EXPECT_EQ(Held("1")->GetPath().utf8string(), PathOf("1.pdf").toStdString());
+    EXPECT_EQ(session->DocumentAt(elsewhere + "/1.pdf"), "1");
+}
+
+TEST_F(CloudSessionDownloadTest, CopyWhoseChangesTheTimeStampDoesNotTellOfIsLeftAlone)
+{
+    Download("1", "text");
+    MappedFile map(PathOf("1.pdf"));
+    Refresh({EntryOf("1", "second edition"), EntryOf("2")});
+    EXPECT_EQ(StatusOf("1"), Status::ChangedInCloud);
+    map.Write("TEXT");
+    session->Download("1", folder);
+    ASSERT_TRUE(WaitForEvent("Failed"));
+    EXPECT_EQ(problem.cause.reason, "the local copy has changes that are not in the cloud");
+    EXPECT_EQ(Read(PathOf("1.pdf")), "TEXT");
 }
 
 TEST_F(CloudSessionDownloadTest, LinkToTheOwnCopyIsNotReplaced)

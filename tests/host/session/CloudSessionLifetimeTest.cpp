@@ -146,14 +146,23 @@ TEST_F(CloudSessionLifetimeTest, WorkThatWasOnlyBegunEndsSilentlyWithTheSession)
     EXPECT_THAT(Events(), IsEmpty());
 }
 
-TEST_F(CloudSessionLifetimeTest, SecondSessionOverTheSameDataIsRefusedWithAText)
+TEST_F(CloudSessionLifetimeTest, SecondSessionOverTheSameDataWorksAndNeitherTakesBackWhatTheOtherDid)
 {
-    try {
-        CloudSession second(dataFolder, protocol, settings);
-        FAIL() << "must be refused";
-    } catch (const std::runtime_error& error) {
-        EXPECT_THAT(error.what(), HasSubstr("in use by another program"));
-    }
+    Refresh({EntryOf("1", "one"), EntryOf("2", "two"), EntryOf("3", "three")});
+    Reopen();
+    const auto first = std::move(session);
+    Open(); // the second one, which does everything and ends first
+    Download("1", "one");
+    Refresh({EntryOf("1", "one"), EntryOf("2", "newer two")});
+    session->SaveAndClose();
+
+    first->SaveAndClose();
+
+    Open();
+    EXPECT_THAT(Ids(), UnorderedElementsAre("1", "2"));
+    EXPECT_EQ(StatusOf("1"), Status::InSync);
+    EXPECT_EQ(Held("1")->GetPath().utf8string(), PathOf("1.pdf").toStdString());
+    EXPECT_EQ(Held("2")->GetRedactableCloudInfo()->GetMd5Hash(), Md5Of("newer two"));
 }
 
 TEST_F(CloudSessionLifetimeTest, DataFolderIsPrivateAndOneThatCannotBeMadeIsRefused)

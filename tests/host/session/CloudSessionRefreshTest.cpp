@@ -1,5 +1,6 @@
 #include <tests/support/SessionTest.h>
 
+#include <QFile>
 #include <QSignalSpy>
 #include <QTimer>
 
@@ -207,6 +208,114 @@ TEST_F(CloudSessionRefreshTest, NewerListDuringAMergeCountsWhatWasDoneAlready)
     EXPECT_THAT(Events(), ElementsAre(testing::AnyOf("ListRefreshed(+c b, ~, -)", "ListRefreshed(+b c, ~, -)"),
                                       "ListRefreshed(+, ~, -)"));
     EXPECT_THAT(Ids(), UnorderedElementsAre("b", "c"));
+}
+
+TEST_F(CloudSessionRefreshTest, DocumentThatWasMissingForATimeHasItsLocalCopyAgain)
+{
+    Refresh({EntryOf("1", "text"), EntryOf("2")});
+    Download("1", "text");
+    for (const bool restarts : {false, true}) {
+        Refresh({EntryOf("2")});
+        EXPECT_EQ(Ids(), QStringList("2"));
+        EXPECT_EQ(session->DocumentAt(PathOf("1.pdf")), "");
+        if (restarts) {
+            Reopen();
+        }
+        Refresh({EntryOf("1", "text"), EntryOf("2")});
+        EXPECT_EQ(StatusOf("1"), Status::InSync);
+        EXPECT_EQ(Held("1")->GetPath().utf8string(), PathOf("1.pdf").toStdString());
+        EXPECT_EQ(session->DocumentAt(PathOf("1.pdf")), "1");
+    }
+    Refresh({});
+    Refresh({EntryOf("1", "second edition")});
+    EXPECT_EQ(StatusOf("1"), Status::ChangedInCloud);
+    Download("1", "second edition");
+    EXPECT_EQ(Read(PathOf("1.pdf")), "second edition");
+}
+
+TEST_F(CloudSessionRefreshTest, LocalCopyThatWasEditedWhileItsDocumentWasMissingHasChanged)
+{
+    Refresh({EntryOf("1", "text")});
+    Download("1", "text");
+    Refresh({});
+    Write("1.pdf", "my changes");
+    Refresh({EntryOf("1", "text")});
+    EXPECT_EQ(StatusOf("1"), Status::ChangedLocally);
+    Refresh({});
+    Refresh({EntryOf("1", "second edition")});
+    EXPECT_EQ(StatusOf("1"), Status::ChangedOnBothSides);
+}
+
+TEST_F(CloudSessionRefreshTest, MissingDocumentThatComesBackWithAnotherIdIsKnownByNameAndContent)
+{
+    Refresh({EntryOf("1", "text")});
+    Download("1", "text");
+    Refresh({});
+    auto same = EntryOf("new id", "text");
+    same.name = "1.pdf";
+    auto sameNameOnly = EntryOf("other id", "other");
+    sameNameOnly.name = "1.pdf";
+    Refresh({sameNameOnly, EntryOf("copy", "text"), same});
+    EXPECT_EQ(Held("new id")->GetPath().utf8string(), PathOf("1.pdf").toStdString());
+    EXPECT_EQ(StatusOf("new id"), Status::InSync);
+    EXPECT_TRUE(Held("other id")->GetPath().empty());
+    EXPECT_TRUE(Held("copy")->GetPath().empty());
+}
+
+TEST_F(CloudSessionRefreshTest, LocalCopyThatIsAwayWhenItsDocumentComesBackIsKnownWhenItIsThereAgain)
+{
+    Refresh({EntryOf("1", "text")});
+    Download("1", "text");
+    Refresh({});
+    ASSERT_TRUE(QFile::rename(PathOf("1.pdf"), PathOf("away.pdf")));
+    Refresh({EntryOf("1", "text")});
+    EXPECT_EQ(StatusOf("1"), Status::OnlyInCloud);
+    ASSERT_TRUE(QFile::rename(PathOf("away.pdf"), PathOf("1.pdf")));
+    Refresh({EntryOf("1", "text")});
+    EXPECT_EQ(StatusOf("1"), Status::InSync);
+}
+
+TEST_F(CloudSessionRefreshTest, LocalCopyOfARemovedDocumentOrOneThatBelongsToAnotherByNowIsNotTaken)
+{
+    Refresh({EntryOf("1", "text"), EntryOf("2", "other")});
+    Download("1", "text");
+    Download("2", "other");
+    session->Remove("2");
+    ASSERT_TRUE(WaitForCalls("deleteFile", 1));
+    Answer("deleteFile", Social::Success);
+    Refresh({});
+    Upload(PathOf("1.pdf"), "3");
+    Refresh({EntryOf("1", "text"), EntryOf("2", "other"), EntryOf("3", "text")});
+    EXPECT_TRUE(Held("1")->GetPath().empty());
+    EXPECT_TRUE(Held("2")->GetPath().empty());
+    EXPECT_EQ(session->DocumentAt(PathOf("1.pdf")), "3");
+}
+
+TEST_F(CloudSessionRefreshTest, SizeOfAVeryLargeDocumentSurvivesRestarts)
+{
+    constexpr qint64 size = Q_INT64_C(4'831'838'208); // more than 32 bits hold
+    auto entry = EntryOf("1", "text");
+    entry.size = size;
+    Refresh({entry});
+    Download("1", "text");
+    for (int restart = 0; restart < 2; ++restart) {
+        Reopen();
+        EXPECT_EQ(Held("1")->GetRedactableCloudInfo()->GetSize(), static_cast<quint64>(size));
+        EXPECT_EQ(Held("1")->GetPath().utf8string(), PathOf("1.pdf").toStdString());
+        EXPECT_EQ(StatusOf("1"), Status::InSync);
+    }
+}
+
+TEST_F(CloudSessionRefreshTest, ListThatLacksMostDocumentsIsMentionedOnce)
+{
+    QSignalSpy gone(session.get(), &Host::CloudSession::ManyDocumentsGone);
+    Refresh({EntryOf("1"), EntryOf("2"), EntryOf("3"), EntryOf("4"), EntryOf("5")});
+    Refresh({EntryOf("1"), EntryOf("2"), EntryOf("3"), EntryOf("4")});
+    EXPECT_TRUE(gone.isEmpty());
+    Refresh({EntryOf("4")});
+    EXPECT_EQ(gone, QList<QVariantList>({{3, 4}}));
+    Refresh({EntryOf("4")});
+    EXPECT_EQ(gone.size(), 1);
 }
 
 TEST_F(CloudSessionRefreshTest, EmptyListEmptiesTheList)

@@ -1,9 +1,12 @@
+#include <tests/support/MappedFile.h>
 #include <tests/support/SessionTest.h>
 
 #include <contracts/NorlisCloudProtocol.h>
 
 #include <QDir>
 #include <QFile>
+
+#include <ctime>
 
 #include <sys/stat.h>
 
@@ -49,6 +52,37 @@ TEST_F(CloudSessionUploadTest, EveryFileOfAListEndsByItself)
                 ElementsAre("Failed(Upload, missing.pdf, The document was not uploaded, there is no such file)",
                             "DocumentUploaded(b.pdf, 2)", "DocumentUploaded(a.pdf, 1)"));
     EXPECT_EQ(Ids(), QStringList({"1", "2"}));
+}
+
+TEST_F(CloudSessionUploadTest, TimeOfManyUploadsGrowsWithTheirNumberAlone)
+{
+    constexpr int count = 2'000;
+    QStringList paths;
+    for (int number = 0; number < count; ++number) {
+        paths.append(Write(QString::number(number), "a"));
+    }
+    const auto begin = std::clock();
+    session->Upload(paths);
+    ASSERT_TRUE(WaitForCalls("uploadFile", count));
+    const auto calls = protocol->CallsOf("uploadFile");
+    for (const auto& call : calls) {
+        const auto name = QFileInfo(call.localPath).fileName();
+        protocol->Answer(call.id, Social::Success, SharingOf(name, name));
+    }
+    EXPECT_EQ(session->Documents().FilesCount(), count);
+    EXPECT_LT((std::clock() - begin) / CLOCKS_PER_SEC, 10)
+        << "seconds; it took a minute to compare each with all others";
+}
+
+TEST_F(CloudSessionUploadTest, ChangeThatNoTimeStampTellsOfIsSentForWhatItIs)
+{
+    Upload(Write("1.pdf", "text"), "1");
+    MappedFile map(PathOf("1.pdf"));
+    Refresh({EntryOf("1", "text")});
+    map.Write("TEXT");
+    session->UploadChanges("1");
+    ASSERT_TRUE(WaitForCalls("uploadFile", 2));
+    EXPECT_EQ(protocol->LastCall("uploadFile").fields[NorlisCloudProtocol::MD5_HASH].toStdString(), Md5Of("TEXT"));
 }
 
 TEST_F(CloudSessionUploadTest, NothingIsEmittedFromInsideTheRequest)

@@ -1,5 +1,6 @@
 #include <host/store/Md5HashCalculator.h>
 
+#include <tests/support/MappedFile.h>
 #include <tests/support/OrdinaryUser.h>
 #include <tests/support/SqliteFile.h>
 
@@ -20,6 +21,8 @@
 namespace Norlis::Host {
 
 namespace {
+
+using Test::MappedFile;
 
 class Md5HashCalculatorTest : public testing::Test {
 protected:
@@ -48,11 +51,13 @@ protected:
         return QCryptographicHash::hash(content, QCryptographicHash::Md5).toHex().toStdString();
     }
 
-    static void PrepareAndWait(Md5HashCalculator& calculator, const QStringList& files)
+    static void PrepareAndWait(Md5HashCalculator& calculator, const QStringList& files,
+                               Md5HashCalculator::Reading reading = Md5HashCalculator::Reading::IfChanged)
     {
         QObject context;
         bool isDone = false;
-        calculator.Prepare(files, &context, [&] { isDone = true; });
+        calculator.Prepare(
+            files, &context, [&] { isDone = true; }, reading);
         ASSERT_TRUE(QTest::qWaitFor([&] { return isDone; }, 30'000));
     }
 
@@ -114,6 +119,18 @@ TEST_F(Md5HashCalculatorTest, PipeIsNotWaitedForNorOpened)
     ASSERT_EQ(write(writer, "text", 4), 4);
     EXPECT_EQ(Hash(calculator, pipe), "");
     close(writer);
+}
+
+TEST_F(Md5HashCalculatorTest, ChangeThatNoTimeStampTellsOfIsFoundByReadingAlways)
+{
+    Md5HashCalculator calculator(cacheFile);
+    const QString file = NewFile("a.pdf", "text");
+    MappedFile map(file);
+    PrepareAndWait(calculator, {file});
+    map.Write("TEXT");
+    EXPECT_EQ(Hash(calculator, file), Md5("text")) << "the change shows, so nothing is tested here";
+    PrepareAndWait(calculator, {file}, Md5HashCalculator::Reading::Always);
+    EXPECT_EQ(Hash(calculator, file), Md5("TEXT"));
 }
 
 TEST_F(Md5HashCalculatorTest, CachedHashSurvivesARestart)

@@ -1,5 +1,6 @@
 #include <host/store/SqliteCloudInfoStorage.h>
 
+#include <tests/support/FileSizeLimit.h>
 #include <tests/support/OrdinaryUser.h>
 #include <tests/support/SqliteFile.h>
 
@@ -15,6 +16,7 @@ namespace Norlis::Host {
 
 namespace {
 
+using Test::FileSizeLimit;
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
@@ -142,14 +144,23 @@ TEST_F(SqliteCloudInfoStorageOpeningTest, EveryDamagedPageIsReportedOrHarmless)
     }
 }
 
-TEST_F(SqliteCloudInfoStorageOpeningTest, StoreInUseIsRefused)
+TEST_F(SqliteCloudInfoStorageOpeningTest, StoreInUseCanBeOpenedToo)
 {
     SqliteCloudInfoStorage first(file);
-    EXPECT_THAT(Problem(file), AllOf(HasSubstr(file.toStdString()), HasSubstr("in use")));
+    EXPECT_EQ(Problem(file), "");
 
     first.SetValue("a", "name", "A");
+    EXPECT_EQ(Problem(file), "") << "in the middle of a save";
     first.Commit();
-    EXPECT_EQ(first.ReadAll(), (Records{{"a", {{"name", "A"}}}}));
+    EXPECT_EQ(SqliteCloudInfoStorage(file).ReadAll(), (Records{{"a", {{"name", "A"}}}}));
+}
+
+TEST_F(SqliteCloudInfoStorageOpeningTest, StoreWithoutRoomForTheFileThatProgramsShareIsOpenedForOneProgram)
+{
+    MakeStore();
+    const FileSizeLimit full(10'000);
+    SqliteCloudInfoStorage storage(file);
+    EXPECT_EQ(storage.ReadAll().size(), 1000u);
 }
 
 TEST_F(SqliteCloudInfoStorageOpeningTest, ClosedStoreIsFreeAgain)

@@ -154,6 +154,120 @@ TEST_F(SqliteCloudInfoStorageTest, SavingWhatStandsThereAlreadyWritesNothing)
     EXPECT_EQ(QFileInfo(file + "-wal").size(), sizeBefore);
 }
 
+/// Two programs that have the file open, and have read what is in it.
+class SharedSqliteCloudInfoStorageTest : public SqliteCloudInfoStorageTest {
+protected:
+    SharedSqliteCloudInfoStorageTest()
+    {
+        Save(one, before);
+        one.Commit();
+        one.ReadAll();
+        other.ReadAll();
+    }
+
+    /// As the file list does at its end.
+    static void Save(SqliteCloudInfoStorage& storage, const Records& records)
+    {
+        for (const auto& [id, fields] : records) {
+            for (const auto& [key, value] : fields) {
+                storage.SetValue(id, key, value);
+            }
+        }
+    }
+
+    const Records before{{"a", {{"name", "A"}, {"path", ""}, {"size", "1"}}}, {"b", {{"name", "B"}}}};
+    SqliteCloudInfoStorage one{file};
+    SqliteCloudInfoStorage other{file};
+};
+
+TEST_F(SharedSqliteCloudInfoStorageTest, WhatOneChangedStaysWhenTheOtherSavesEverything)
+{
+    one.SetValue("a", "path", "/a.pdf");
+    one.Commit();
+    auto later = before;
+    later["a"]["size"] = "2";
+    Save(other, later);
+    other.Commit();
+
+    later["a"]["path"] = "/a.pdf";
+    EXPECT_EQ(ReadBack(), later);
+}
+
+TEST_F(SharedSqliteCloudInfoStorageTest, WhatOneRemovedDoesNotComeBackWhenTheOtherSavesEverything)
+{
+    one.RemoveRecord("a");
+    one.Commit();
+    auto later = before;
+    later["a"]["size"] = "2";
+    Save(other, later);
+    other.Commit();
+
+    EXPECT_EQ(ReadBack(), (Records{{"b", {{"name", "B"}}}}));
+}
+
+TEST_F(SharedSqliteCloudInfoStorageTest, RecordThatBothAddedHasWhatEitherKnows)
+{
+    one.SetValue("c", "name", "C");
+    one.SetValue("c", "path", "/c.pdf");
+    one.Commit();
+    other.SetValue("c", "name", "C");
+    other.SetValue("c", "path", "");
+    other.SetValue("c", "size", "3");
+    other.Commit();
+
+    auto later = before;
+    later["c"] = {{"name", "C"}, {"path", "/c.pdf"}, {"size", "3"}};
+    EXPECT_EQ(ReadBack(), later);
+}
+
+TEST_F(SharedSqliteCloudInfoStorageTest, ReplacedRecordIsWrittenWhole)
+{
+    one.SetValue("a", "path", "/a.pdf");
+    one.Commit();
+    other.RemoveRecord("a");
+    Save(other, before);
+    other.Commit();
+
+    EXPECT_EQ(ReadBack(), before);
+}
+
+TEST_F(SharedSqliteCloudInfoStorageTest, RemovalKeepsNobodyWaitingUntilItIsCommitted)
+{
+    one.RemoveRecord("a");
+    one.DropCopy("/a.pdf");
+    EXPECT_EQ(one.ReadAll(), (Records{{"b", {{"name", "B"}}}}));
+    other.SetValue("b", "name", "other B");
+    other.Commit();
+    one.Commit();
+
+    EXPECT_EQ(ReadBack(), (Records{{"b", {{"name", "other B"}}}}));
+}
+
+TEST_F(SqliteCloudInfoStorageTest, KeptCopiesAreReadBackByTheNextStartAndAreNoRecords)
+{
+    const auto paths = [](SqliteCloudInfoStorage& storage) {
+        std::vector<std::string> found;
+        for (const auto& copy : storage.ReadCopies()) {
+            found.push_back(copy.path + ' ' + copy.documentId + ' ' + copy.name + ' ' + copy.syncHash + ' ' +
+                            std::to_string(copy.lostAt));
+        }
+        return found;
+    };
+    {
+        SqliteCloudInfoStorage storage(file);
+        EXPECT_THAT(storage.ReadCopies(), IsEmpty());
+        storage.KeepCopy({"/a.pdf", "a", "A", "old", 0});
+        storage.KeepCopy({"/a.pdf", "a", "A", "hash", 7});
+        storage.KeepCopy({"/b.pdf", "b", "B", "", 0});
+        storage.Commit();
+        storage.DropCopy("/b.pdf");
+        storage.DropCopy("/unknown.pdf");
+    }
+    SqliteCloudInfoStorage storage(file);
+    EXPECT_THAT(paths(storage), testing::ElementsAre("/a.pdf a A hash 7"));
+    EXPECT_THAT(storage.ReadAll(), IsEmpty());
+}
+
 TEST_F(SqliteCloudInfoStorageTest, FilesAreReadableForTheUserAlone)
 {
     SqliteCloudInfoStorage storage(file);

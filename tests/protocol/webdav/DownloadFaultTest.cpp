@@ -5,6 +5,8 @@
 
 #include <QElapsedTimer>
 
+#include <atomic>
+
 namespace Norlis::Test {
 
 using testing::HasSubstr;
@@ -155,8 +157,46 @@ TEST_F(DownloadFaultTest, AFolderThatVanishesMeanwhileIsAnError)
     EXPECT_EQ(FilesBelow(folder.path()), QStringList("target.pdf"));
 }
 
+TEST_F(DownloadFaultTest, AnAnswerWithoutEndIsLeftSoonAfterTheDocumentsSize)
+{
+    std::atomic<int> sent = 0; // megabytes
+    for (const ServerHeaders& headers : {ServerHeaders(), ServerHeaders{{"Content-Length", "100000000000"}}}) {
+        server.Misbehave("GET", {[&](Wire& wire) {
+                             QByteArray head = "HTTP/1.1 200 OK\r\n";
+                             for (const auto& [name, value] : headers) {
+                                 head += name + ": " + value + "\r\n";
+                             }
+                             wire.Send(head + "\r\n");
+                             wire.SendWithoutEnd([&](int number) {
+                                 sent = number;
+                                 return QByteArray(1'000'000, 'x');
+                             });
+                         }});
+        ExpectFailure("sends more than the 3000000 bytes of the document");
+        EXPECT_LT(sent, 30); // with what is on its way
+    }
+    EXPECT_EQ(server.Count("GET"), 2);
+}
+
+TEST_F(DownloadFaultTest, ADocumentThatHasBecomeLargerSinceTheListIsFetchedWhole)
+{
+    for (const int size : {3'000'001, 12'000'000}) {
+        server.Put("report.pdf", Pattern(size, 2));
+        ASSERT_TRUE(Download()->Succeeds());
+        EXPECT_EQ(ReadFile(Local("target.pdf")), Pattern(size, 2));
+        server.Put("report.pdf", content);
+        ASSERT_TRUE(client.List()->Succeeds());
+    }
+}
+
 TEST_F(DownloadFaultTest, AFullDiskEndsTheTransferAtOnce)
 {
+    server.With([](MemoryTree& tree) {
+        tree.moreProperties = [](const MemoryNode&, const PropertyName& name) {
+            return name.second == "getcontentlength" ? std::optional<QByteArray>("100000000000") : std::nullopt;
+        };
+    });
+    ASSERT_TRUE(client.List()->Succeeds());
     server.Misbehave("GET", [&] {
         return Misbehaviour{[](Wire& wire) {
             wire.Send(ServerResponse{200, {{"Content-Length", "100000000000"}}, {}}.Head());

@@ -48,6 +48,25 @@ protected:
     }
 };
 
+TEST_F(ListingFaultTest, ListThatGoesOnWithBlanksForEverIsGivenUp)
+{
+    settings.silenceTimeout = shortTimeout;
+    Client impatient(settings, server.Password());
+    ASSERT_TRUE(impatient.SignIn());
+    const QByteArray list = "<d:multistatus xmlns:d=\"DAV:\">" +
+                            Response("/documents/", "<d:resourcetype><d:collection/></d:resourcetype>") +
+                            Response("/documents/a.pdf", "<d:getetag>\"1\"</d:getetag>");
+    for (const QByteArray& end : {QByteArray(), QByteArray("</d:multistatus>")}) {
+        server.Misbehave("PROPFIND", {[&](Wire& wire) {
+                             wire.Send("HTTP/1.1 207 Multi-Status\r\n\r\n" + list + end);
+                             wire.SendSlowly(QByteArray(500, ' '), 1, shortTimeout / 10);
+                         }});
+        EXPECT_TRUE(impatient.List()->Fails());
+        EXPECT_THAT(LastReason(impatient), HasSubstr("has not finished its answer in 1.8 seconds"));
+        server.BehaveAgain();
+    }
+}
+
 TEST_F(ListingFaultTest, WhatIsNoWholeListIsNeverAnEmptyOne)
 {
     server.Put("a.pdf", "content");
@@ -122,6 +141,42 @@ TEST_F(ListingFaultTest, OneDocumentThatIsKeptBackMakesTheListIncomplete)
                                           "Forbidden</d:status></d:response></d:multistatus>"));
     EXPECT_TRUE(client.List()->Fails());
     EXPECT_THAT(LastReason(client), HasSubstr("withholds the details of 1"));
+}
+
+TEST_F(ListingFaultTest, OneDocumentThatIsNotDescribedMakesTheListIncomplete)
+{
+    for (const char* status : {"", "fine", "HTTP/1.1"}) {
+        server.Misbehave("PROPFIND",
+                         SendsXml("<d:multistatus xmlns:d=\"DAV:\">" +
+                                  Response("/documents/", "<d:resourcetype><d:collection/></d:resourcetype>") +
+                                  "<d:response><d:href>/documents/a.pdf</d:href><d:propstat><d:prop/><d:status>" +
+                                  status + "</d:status></d:propstat></d:response></d:multistatus>"));
+        EXPECT_TRUE(client.List()->Fails()) << status;
+        EXPECT_THAT(LastReason(client), HasSubstr("withholds the details of 1"));
+    }
+}
+
+TEST_F(ListingFaultTest, AnEntryThatMayBeAnyDocumentTakesNoneAway)
+{
+    server.Put("a.pdf", "content");
+    server.Put("b.pdf", "content");
+    server.Put("c.pdf", "content");
+    const CloudFile known = client.Entry("b.pdf");
+    for (const QByteArray& href : {QByteArray(), QByteArray("b.pdf"), QByteArray("/documents/%2e%2e")}) {
+        server.BehaveAgain();
+        server.Misbehave(When("PROPFIND").Always(),
+                         SendsXml("<d:multistatus xmlns:d=\"DAV:\">" +
+                                  Response("/documents/", "<d:resourcetype><d:collection/></d:resourcetype>") +
+                                  Response("/documents/a.pdf", "<d:getetag>\"new\"</d:getetag>") +
+                                  Response(href, "<d:resourcetype/>") + "</d:multistatus>"));
+        QStringList names = Listed();
+        names.sort();
+        EXPECT_EQ(names, QStringList({"a.pdf", "b.pdf", "c.pdf"})) << href.constData();
+    }
+    server.BehaveAgain();
+    server.Remove("c.pdf");
+    EXPECT_EQ(Listed(), QStringList({"a.pdf", "b.pdf"}));
+    EXPECT_EQ(client.Entry("b.pdf").id, known.id);
 }
 
 TEST_F(ListingFaultTest, DirectMembersWithSafeNamesAreListed)

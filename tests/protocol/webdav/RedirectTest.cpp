@@ -1,9 +1,12 @@
 #include <tests/support/ServiceTest.h>
 
+#include <NorlisTestKit/Loopback.h>
+
 namespace Norlis::Test {
 
 namespace {
 
+using testing::AnyOf;
 using testing::HasSubstr;
 
 class RedirectTest : public ServiceTest<> {
@@ -34,13 +37,17 @@ TEST_F(RedirectTest, PlaceOnTheSameServerIsAskedInTheSameWay)
             Client client(settings, server.Password());
             ASSERT_TRUE(client.SignIn()) << status << address.constData();
             const auto requests = server.Requests();
-            ASSERT_EQ(requests.size(), 2U);
-            EXPECT_EQ(requests[1].target, "/moved/");
-            EXPECT_EQ(requests[1].method, "PROPFIND");
-            EXPECT_EQ(requests[1].body, requests[0].body);
-            for (const char* name : {"Depth", "Content-Type", "Authorization"}) {
-                EXPECT_EQ(requests[1].headers.Value(name), requests[0].headers.Value(name));
+            ASSERT_EQ(requests.size(), 3U); // the second shows how to sign in, the third does it
+            for (const int repeated : {1, 2}) {
+                EXPECT_EQ(requests[repeated].target, "/moved/");
+                EXPECT_EQ(requests[repeated].method, "PROPFIND");
+                EXPECT_EQ(requests[repeated].body, requests[0].body);
+                for (const char* name : {"Depth", "Content-Type"}) {
+                    EXPECT_EQ(requests[repeated].headers.Value(name), requests[0].headers.Value(name));
+                }
             }
+            EXPECT_FALSE(requests[0].headers.Has("Authorization"));
+            EXPECT_TRUE(requests[2].headers.Has("Authorization"));
         }
     }
 }
@@ -66,6 +73,9 @@ TEST_F(RedirectTest, RemovalIsRedirectedAsARemoval)
     Client client(settings, server.Password());
     ASSERT_TRUE(client.SignIn());
     const QString id = client.Entry("a.pdf").id;
+    server.With([](MemoryTree& tree) { // it is the same version
+        tree.Find("/moved/a.pdf")->etag = tree.Find("/documents/a.pdf")->etag;
+    });
     server.Misbehave("DELETE", RedirectsTo("/moved/a.pdf", 307));
     ASSERT_TRUE(client.Remove(id)->Succeeds());
     server.With([](MemoryTree& tree) { EXPECT_EQ(tree.Find("/moved/a.pdf"), nullptr); });
@@ -164,7 +174,8 @@ TEST_F(RedirectTest, UserInATargetIsNotUsed)
     ASSERT_TRUE(client.SignIn());
     ASSERT_TRUE(client.List()->Succeeds());
     for (const SeenRequest& request : server.Requests()) {
-        EXPECT_EQ(request.headers.Value("Authorization"), server.Requests()[0].headers.Value("Authorization"));
+        EXPECT_THAT(request.headers.Value("Authorization"),
+                    AnyOf(QByteArray(), BasicAuthorization("norlis", server.Password().toUtf8())));
     }
     const auto page = client.UserProfile();
     ASSERT_TRUE(page->Succeeds());

@@ -35,11 +35,31 @@ TEST_F(RemoveFaultTest, EverySuccessIsOne)
     }
 }
 
-TEST_F(RemoveFaultTest, AMultiStatusIsAnError)
+TEST_F(RemoveFaultTest, AStatusInsideOfAnAnswerIsWhatThePersonReads)
 {
     server.Misbehave("DELETE", HasInnerStatus(423));
     EXPECT_TRUE(client.Remove(id)->Fails());
-    EXPECT_THAT(Reason(), HasSubstr("(207)"));
+    EXPECT_THAT(Reason(), HasSubstr("locked by somebody (423)"));
+    EXPECT_TRUE(client.Remove(id)->Succeeds());
+}
+
+TEST_F(RemoveFaultTest, ARemovalThatIsOnlyClaimedIsNotBelieved)
+{
+    for (const auto& claim : {OnlyClaimsToDoIt(204), OnlyClaimsToDoIt(200), HasInnerStatus(204), ShowsAPage(200)}) {
+        server.Misbehave("DELETE", claim);
+        EXPECT_TRUE(client.Remove(id)->Fails());
+        EXPECT_EQ(client.Entry("report.pdf").id, id);
+    }
+    EXPECT_EQ(server.Get("report.pdf"), QByteArray("content"));
+}
+
+TEST_F(RemoveFaultTest, AGatewaysErrorIsLookedBehind)
+{
+    for (const int status : {500, 502, 504, 207}) {
+        id = Put("report.pdf", "content");
+        server.Misbehave("DELETE", DoesItAndAnswers(status));
+        EXPECT_TRUE(client.Remove(id)->Succeeds()) << status;
+    }
 }
 
 TEST_F(RemoveFaultTest, ARefusalIsReportedInTheServersWords)
@@ -65,12 +85,23 @@ TEST_F(RemoveFaultTest, ALockThatStaysIsReported)
 TEST_F(RemoveFaultTest, AnUnknownIdSendsNoRemoval)
 {
     server.Put("..", "content"); // a name that must never become a part of an address
-    for (const QString& unknown : {QString(), QString("unknown"), QString("."), QString(".."), QString("/"),
-                                   QString("report.pdf"), QString("../documents"), QString("%2e%2e")}) {
+    for (const QString& unknown : {QString("unknown"), QString("."), QString(".."), QString("/"), QString("report.pdf"),
+                                   QString("../documents"), QString("%2e%2e")}) {
         EXPECT_TRUE(client.Remove(unknown)->Fails()) << unknown.toStdString();
     }
     EXPECT_EQ(server.Count("DELETE"), 0);
     EXPECT_EQ(server.Get("report.pdf"), QByteArray("content"));
+}
+
+TEST_F(RemoveFaultTest, ClearingUpAfterAnUploadThatMadeNoDocumentIsNoSecondFailure)
+{
+    server.Misbehave("PUT", AnswersWith(507));
+    const auto upload = client.Upload(LocalFile("new.pdf", "content"));
+    ASSERT_TRUE(upload->Fails());
+    const auto requests = server.Requests().size();
+    EXPECT_TRUE(client.Remove(upload->payload.id)->Fails());
+    EXPECT_EQ(client.failures.size(), 1U);
+    EXPECT_EQ(server.Requests().size(), requests);
 }
 
 TEST_F(RemoveFaultTest, OnlyTheDocumentsOwnAddressIsRemoved)

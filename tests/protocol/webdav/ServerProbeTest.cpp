@@ -56,6 +56,7 @@ TEST_F(ServerProbeTest, TellsWhatAGoodServerCanDo)
           "ETag with the content", "MOVE", "custom properties", "honours Overwrite: F", "reports creation times"}) {
         EXPECT_EQ(findings[capability], "yes") << capability;
     }
+    EXPECT_EQ(findings["proof of uploads"], "reading back");
     for (const char* capability :
          {"own file ids and checksums", "reports used storage", "reports free storage", "creates previews"}) {
         EXPECT_EQ(findings[capability], "no") << capability;
@@ -87,6 +88,40 @@ TEST_F(ServerProbeTest, TellsWhatAServerCannotDo)
     }
 }
 
+TEST_F(ServerProbeTest, PropertiesThatDoNotComeBackAreNotStored)
+{
+    server.Misbehave(When("PROPPATCH").Always(), HasInnerStatus(200));
+    EXPECT_EQ(Findings()["custom properties"], "no");
+}
+
+TEST_F(ServerProbeTest, AMoveThatIsOnlyClaimedIsNone)
+{
+    server.Misbehave(When("MOVE").Always(), OnlyClaimsToDoIt(201));
+    EXPECT_EQ(Findings()["MOVE"], "no");
+}
+
+TEST_F(ServerProbeTest, TellsThatAProxyHasToRewriteDestinations)
+{
+    server.Misbehave(When("MOVE").Always(), AnswersWith(502));
+    EXPECT_EQ(Findings()["MOVE"], "no (502): perhaps a proxy has to rewrite Destination");
+}
+
+TEST_F(ServerProbeTest, TellsWhichNamesAndDestinationsAServerTakes)
+{
+    server.Misbehave(
+        When("*").Always(), {[](Wire& wire) {
+            const bool isHidden = wire.Request().target.contains("/.");
+            const bool isForbidden = isHidden || wire.Request().headers.Value("Destination").startsWith("http");
+            wire.Send((isForbidden ? ServerResponse{isHidden ? 403 : 502, {}, {}} : wire.Do(wire.Request())).Bytes());
+            wire.Finish();
+        }});
+    const auto findings = Findings();
+    EXPECT_EQ(findings["accepts uploads"], "yes, but no names with a leading dot");
+    EXPECT_EQ(findings["MOVE"], "yes, with only a path as the destination");
+    EXPECT_EQ(findings["custom properties"], "yes");
+    EXPECT_EQ(findings["honours Overwrite: F"], "yes");
+}
+
 TEST_F(ServerProbeTest, ServerThatOneCanOnlyReadFromIsDescribedToo)
 {
     server.Misbehave(When("PUT").Always(), AnswersWith(403));
@@ -97,7 +132,7 @@ TEST_F(ServerProbeTest, ServerThatOneCanOnlyReadFromIsDescribedToo)
 
 TEST_F(ServerProbeTest, LeavesNothingBehindWhereverItFails)
 {
-    settings.silenceTimeout = shortTimeout;
+    settings.silenceTimeout = 2 * shortTimeout; // what deletes its files must not be given up
     Client user(settings, server.Password());
     ASSERT_TRUE(user.SignIn());
     for (const When& when :
@@ -176,6 +211,7 @@ TEST_F(NextcloudProbeTest, ReportsWhatNextcloudSupports)
          {"own file ids and checksums", "reports used storage", "reports free storage", "creates previews"}) {
         EXPECT_EQ(findings[capability], "yes") << capability;
     }
+    EXPECT_EQ(findings["proof of uploads"], "the server's hash");
     EXPECT_EQ(server.Names(), QStringList());
 }
 

@@ -2,6 +2,8 @@
 
 #include <NorlisTestKit/Loopback.h>
 
+#include <QElapsedTimer>
+
 #include <stdexcept>
 
 namespace Norlis::Test {
@@ -53,23 +55,84 @@ std::string WhyNotConstructed(const QString& address, bool allowPlainHttp = fals
     return {};
 }
 
-TEST_F(SignInFaultTest, UserAndPasswordAreProvenByOneLookAtTheCollection)
+TEST_F(SignInFaultTest, UserAndPasswordAreProvenByALookAtTheCollectionOnceTheServerAsks)
 {
     server.SetPassword(canary + ":pä:ss wörd/+?%");
     ASSERT_TRUE(SignsIn());
     const auto requests = server.Requests();
-    ASSERT_EQ(requests.size(), 1U);
-    EXPECT_EQ(requests[0].method, "PROPFIND");
-    EXPECT_EQ(requests[0].target, server.CollectionPath());
-    EXPECT_EQ(requests[0].headers.Value("Depth"), "0");
-    EXPECT_EQ(requests[0].headers.Value("Authorization"), BasicAuthorization("norlis", server.Password().toUtf8()));
+    ASSERT_EQ(requests.size(), 2U);
+    for (const SeenRequest& request : requests) {
+        EXPECT_EQ(request.method, "PROPFIND");
+        EXPECT_EQ(request.target, server.CollectionPath());
+        EXPECT_EQ(request.headers.Value("Depth"), "0");
+    }
+    EXPECT_FALSE(requests[0].headers.Has("Authorization"));
+    EXPECT_EQ(requests[1].headers.Value("Authorization"), BasicAuthorization("norlis", server.Password().toUtf8()));
+}
+
+TEST_F(SignInFaultTest, PasswordIsNotSentInAFormThatTheServerDoesNotAskFor)
+{
+    const std::string unsupported = "not supported here: ";
+    for (const auto& [challenge, reason] : std::vector<std::pair<QByteArray, std::string>>{
+             {"", "does not say in which form (401)"},
+             {"Negotiate, NTLM", unsupported + "negotiate, ntlm (401)"},
+             {"Negotiate realm=\"Basic realm\"", unsupported + "negotiate (401)"},
+             {"Bearer realm=\"a, Basic b\"", "asks for a token (401)"}}) {
+        server.BehaveAgain();
+        server.ForgetRequests();
+        server.Misbehave(When("*").Always(), AnswersWith(401, {{"WWW-Authenticate", challenge}}));
+        EXPECT_THAT(ReasonOfSignIn(), HasSubstr(reason));
+        const auto requests = server.Requests();
+        EXPECT_EQ(requests.size(), 1U);
+        EXPECT_FALSE(requests[0].headers.Has("Authorization"));
+    }
+}
+
+TEST_F(SignInFaultTest, ServerThatOffersDigestGetsNothingFromWhichThePasswordCouldBeRead)
+{
+    const QByteArray digest = "Digest realm=\"Norlis\", nonce=\"abc\", qop=\"auth\"";
+    for (const QByteArray& challenge : {digest, digest + ", Basic realm=\"Norlis\"", "Basic realm=\"a\", " + digest}) {
+        server.BehaveAgain();
+        server.ForgetRequests();
+        server.Misbehave(When("*").Always(), AnswersWith(401, {{"WWW-Authenticate", challenge}}));
+        EXPECT_THAT(ReasonOfSignIn(), HasSubstr("does not accept"));
+        for (const SeenRequest& request : server.Requests()) {
+            const QByteArray authorization = request.headers.Value("Authorization");
+            EXPECT_TRUE(authorization.isEmpty() || authorization.startsWith("Digest username=\"norlis\""));
+            EXPECT_FALSE(HoldsSecret(authorization));
+        }
+        EXPECT_TRUE(server.Requests().back().headers.Has("Authorization"));
+    }
+}
+
+TEST_F(SignInFaultTest, ServerThatChangesWhatItAsksForIsGivenThat)
+{
+    Client client(settings, server.Password());
+    server.Misbehave(When("PROPFIND").Times(2),
+                     AnswersWith(401, {{"WWW-Authenticate", "Digest realm=\"Norlis\", nonce=\"abc\""}}));
+    EXPECT_TRUE(client.SignIn());
+    EXPECT_LE(server.Count("PROPFIND"), 4);
+}
+
+TEST_F(SignInFaultTest, TwoThatAskForEachOthersFormDoNotKeepOnAsking)
+{
+    server.Misbehave(When("*").Always(), {[](Wire& wire) {
+                         const bool isBasic = wire.Request().headers.Value("Authorization").startsWith("Basic");
+                         wire.Send(ServerResponse{
+                             401,
+                             {{"WWW-Authenticate", isBasic ? "Digest realm=\"a\", nonce=\"b\"" : "Basic realm=\"a\""}},
+                             {}}.Bytes());
+                         wire.Finish();
+                     }});
+    EXPECT_THAT(ReasonOfSignIn(), HasSubstr("(401)"));
+    EXPECT_LE(server.Count("PROPFIND"), 6);
 }
 
 TEST_F(SignInFaultTest, TokenWithoutAUserIsABearerToken)
 {
     settings.serviceUrl.setUserName({});
     ASSERT_TRUE(SignsIn());
-    EXPECT_EQ(server.Requests()[0].headers.Value("Authorization"), "Bearer " + server.Password().toUtf8());
+    EXPECT_EQ(server.Requests().back().headers.Value("Authorization"), "Bearer " + server.Password().toUtf8());
 }
 
 TEST_F(SignInFaultTest, UserOfTheSettingsGoesBeforeTheOneInTheAddress)
@@ -95,14 +158,14 @@ TEST_F(SignInFaultTest, WrongPasswordIsSaidOnce)
     EXPECT_FALSE(client.Protocol()->loggedIn());
     EXPECT_THAT(LastReason(client), AllOf(HasSubstr("does not accept"), HasSubstr("(401)")));
     EXPECT_EQ(LastAdvice(client), "Sign in again.");
-    EXPECT_EQ(server.Requests().size(), 1U);
+    EXPECT_EQ(server.Requests().size(), 2U);
     EXPECT_TRUE(client.Authorize(server.Password())->Succeeds());
     EXPECT_TRUE(client.Protocol()->loggedIn());
 }
 
 TEST_F(SignInFaultTest, WhatCannotBeAPasswordIsNotSent)
 {
-    for (const QString& token : {QString(), canary + "\nX-Header: value", canary + '\0'}) {
+    for (const QString& token : {canary + "\nX-Header: value", canary + '\0'}) {
         Client client(settings, token);
         EXPECT_TRUE(client.Authorize()->Fails());
         EXPECT_EQ(LastReason(client), "That is not a password or token");
@@ -110,9 +173,64 @@ TEST_F(SignInFaultTest, WhatCannotBeAPasswordIsNotSent)
     EXPECT_EQ(server.Connections(), 0);
 }
 
+/// A server that everybody may use.
+class OpenServer : public FaultServer {
+public:
+    ~OpenServer() override
+    {
+        Stop();
+    }
+
+private:
+    bool IsPublic(const ServerRequest&) const override
+    {
+        return true;
+    }
+};
+
+TEST_F(SignInFaultTest, NobodyNeedsAPasswordWhereNoneIsAskedFor)
+{
+    OpenServer open;
+    open.Put("a.pdf", "content");
+    settings.serviceUrl = open.Address();
+    for (const QString& user : {QString(), QString("norlis")}) {
+        settings.serviceUrl.setUserName(user);
+        Client client(settings, {});
+        ASSERT_TRUE(client.SignIn());
+        EXPECT_TRUE(client.Download(client.Entry("a.pdf").id, Local("a.pdf"))->Succeeds());
+        EXPECT_TRUE(client.Upload(LocalFile("b.pdf", "content"))->Succeeds());
+    }
+    for (const SeenRequest& request : open.Requests()) {
+        EXPECT_FALSE(request.headers.Has("Authorization"));
+    }
+}
+
+TEST_F(SignInFaultTest, PasswordThatNobodyAskedForStaysHere)
+{
+    OpenServer open;
+    settings.serviceUrl = open.Address();
+    Client client(settings, canary);
+    ASSERT_TRUE(client.SignIn());
+    EXPECT_FALSE(open.Requests().back().headers.Has("Authorization"));
+}
+
+TEST_F(SignInFaultTest, MissingPasswordIsAskedFor)
+{
+    Client client(settings, {});
+    EXPECT_TRUE(client.Authorize()->Fails());
+    EXPECT_EQ(LastReason(client), "The server asks for a user name and a password (401)");
+    EXPECT_EQ(server.Requests().size(), 1U);
+}
+
+TEST_F(SignInFaultTest, AnswerAboutAnotherPathNamesBoth)
+{
+    server.Misbehave("PROPFIND", Lists({"http://internal:8080/else%20where/"}));
+    EXPECT_EQ(ReasonOfSignIn(),
+              "The addresses in the server's answer begin with /else where/ and not with /documents/");
+}
+
 TEST_F(SignInFaultTest, WhatIsNoCollectionIsRefused)
 {
-    const QByteArray elsewhere = "/elsewhere/";
     const std::vector<std::pair<Misbehaviour, std::string>> answers = {
         {AnswersWith(404), "There is no collection at that address (404)"},
         {AnswersWith(410), "There is no collection at that address (404)"},
@@ -125,7 +243,6 @@ TEST_F(SignInFaultTest, WhatIsNoCollectionIsRefused)
         {AnswersWith(207), "does not speak WebDAV"},
         {SendsXml("<multistatus/>"), "does not speak WebDAV"},
         {SendsXml("<d:multistatus xmlns:d=\"DAV:\"/>"), "does not speak WebDAV"},
-        {Lists({elsewhere}), "does not speak WebDAV"},
         {HasInnerStatus(403), "does not speak WebDAV"},
         {SendsAnXmlBomb(), "does not speak WebDAV"},
     };
@@ -186,6 +303,40 @@ TEST_F(SignInFaultTest, InterimAnswersAreNotTheAnswer)
     }
     server.Misbehave(When("PROPFIND").Always(), StopsAfter(102));
     EXPECT_THAT(ReasonOfSignIn(), HasSubstr("connection broke"));
+}
+
+TEST_F(SignInFaultTest, AnswerThatOnlySeemsToComeIsGivenUp)
+{
+    settings.silenceTimeout = shortTimeout;
+    QElapsedTimer time;
+    time.start();
+    const QByteArray field = "X: y\r\n";
+    const QByteArray interim = "HTTP/1.1 102 Processing\r\n\r\n";
+    for (const auto& [beginning, piece] :
+         std::vector<std::pair<QByteArray, QByteArray>>{{"HTTP/1.1 207 Multi-Status\r\n", field},
+                                                        {"HTTP/1.1 207 Multi-Status\r\n\r\n", field},
+                                                        {interim, interim}}) {
+        server.Misbehave("PROPFIND", {[beginning = beginning, piece = piece](Wire& wire) {
+                             wire.Send(beginning);
+                             wire.SendSlowly(piece.repeated(100), piece.size(), shortTimeout / 10);
+                         }});
+        EXPECT_THAT(ReasonOfSignIn(), HasSubstr("has not finished its answer in 1.8 seconds"));
+        server.BehaveAgain();
+    }
+    EXPECT_LT(time.elapsed(), 30 * shortTimeout);
+}
+
+TEST_F(SignInFaultTest, BodyWithoutEndIsGivenUp)
+{
+    for (const int status : {207, 403}) {
+        server.Misbehave("PROPFIND", {[&](Wire& wire) {
+                             wire.Send("HTTP/1.1 " + QByteArray::number(status) + " Status\r\n\r\n");
+                             wire.SendWithoutEnd([](int) { return QByteArray(100'000, ' '); });
+                         }});
+        EXPECT_THAT(ReasonOfSignIn(), HasSubstr(status == 207 ? "does not end" : "(403)"));
+        server.BehaveAgain();
+    }
+    EXPECT_EQ(server.Count("PROPFIND"), 2);
 }
 
 TEST_F(SignInFaultTest, HeadWithoutEndIsGivenUp)

@@ -50,6 +50,26 @@ TEST_F(TlsTest, AuthorityThatIsNamedIsTrusted)
     EXPECT_EQ(client->Entry("a.pdf").size, 7);
 }
 
+TEST_F(TlsTest, ServerBehindTheEndOfTlsIsGivenTheDestinationsThatItKnows)
+{
+    const QTemporaryDir folder;
+    WriteFile(folder.filePath("a.pdf"), "content");
+    for (const int status : {403, 502}) {
+        FaultServer server(Authority().Issue());
+        server.Misbehave(When("MOVE").Always(), {[status](Wire& wire) {
+                             const bool isKnown = wire.Request().headers.Value("Destination").startsWith("http:");
+                             wire.Send((isKnown ? wire.Do(wire.Request()) : ServerResponse{status, {}, {}}).Bytes());
+                             wire.Finish();
+                         }});
+        Visit(server, Authority().File());
+        ASSERT_TRUE(client->Upload(folder.filePath("a.pdf"))->Succeeds()) << LastReason(*client);
+        EXPECT_EQ(server.Get("a.pdf"), QByteArray("content"));
+        const auto upload = client->Upload(folder.filePath("a.pdf"), client->Entry("a.pdf").id);
+        ASSERT_TRUE(upload->Succeeds()) << LastReason(*client);
+        EXPECT_EQ(server.Count("MOVE"), 5); // two refused, one to find out whether the server overwrites
+    }
+}
+
 TEST_F(TlsTest, UnknownAuthorityIsNotTrusted)
 {
     FaultServer server(Authority().Issue());

@@ -1,5 +1,7 @@
 #include <tests/support/TransferFaultTest.h>
 
+#include <QLocale>
+
 namespace Norlis::Test {
 
 /// What goes on behind uploads.
@@ -71,6 +73,65 @@ TEST_F(UploadAftermathTest, WhatUploadsLeftADayAgoIsSweptWithTheList)
     ExpectOnServer({".norlis-fedcba9876543210.part", "old.part", "report.pdf"});
     ASSERT_TRUE(client.List()->Succeeds());
     EXPECT_EQ(server.Count("DELETE"), 1);
+}
+
+TEST_F(UploadAftermathTest, OnlyNamesThatAreJustLikeOursAreSwept)
+{
+    const QByteArrayList names = {".norlis-something.part", ".norlis-0123456789abcde.part",
+                                  ".norlis-0123456789ABCDEF.part", ".norlis-0123456789abcdef.part.part",
+                                  "a.norlis-0123456789abcdef.part"};
+    for (const QByteArray& name : names) {
+        PutLeftover(name, 100);
+    }
+    PutLeftover("norlis-0123456789abcdef.part", 100); // for servers that refuse hidden names
+    ASSERT_TRUE(client.List()->Succeeds());
+    ASSERT_TRUE(client.Quota()->Succeeds());
+    EXPECT_TRUE(WaitUntil([&] { return server.Names().size() == names.size(); }));
+    EXPECT_EQ(server.Count("DELETE"), 1);
+}
+
+TEST_F(UploadAftermathTest, ItIsTheServersClockByWhichADayPasses)
+{
+    PutLeftover(".norlis-0123456789abcdef.part", 25);
+    PutLeftover(".norlis-fedcba9876543210.part", 73);
+    const auto hasDate = [this](const QByteArray& date) {
+        server.BehaveAgain();
+        server.Misbehave("PROPFIND", {[date](Wire& wire) {
+                             ServerResponse answer = wire.Do(wire.Request());
+                             answer.headers.Set("Date", date);
+                             wire.Send(answer.Bytes());
+                             wire.Finish();
+                         }});
+    };
+    hasDate("some day");
+    ASSERT_TRUE(client.List()->Succeeds());
+    ASSERT_TRUE(client.Quota()->Succeeds());
+    EXPECT_EQ(server.Count("DELETE"), 0);
+    hasDate(QLocale::c()
+                .toString(QDateTime::currentDateTimeUtc().addDays(-2), "ddd, dd MMM yyyy hh:mm:ss 'GMT'")
+                .toLatin1());
+    ASSERT_TRUE(client.List()->Succeeds());
+    ExpectOnServer({".norlis-0123456789abcdef.part"});
+}
+
+TEST_F(UploadAftermathTest, AServerThatOnlyClaimsToStoreHashesIsNotAskedAgain)
+{
+    EXPECT_EQ(OffersOfHashes(HasInnerStatus(200)), 1);
+}
+
+TEST_F(UploadAftermathTest, AHashNamesTheVersionThatHasTheName)
+{
+    server.Misbehave(When("MOVE").Always(), {[this](Wire& wire) {
+                         const QByteArray to = DecodedPath(wire.Request().headers.Value("Destination"));
+                         const ServerResponse answer = wire.Do(wire.Request());
+                         server.With([&](MemoryTree& tree) { tree.Find(to)->etag = "\"renamed\""; });
+                         wire.Send(answer.Bytes());
+                         wire.Finish();
+                     }});
+    ASSERT_TRUE(client.Upload(LocalFile("report.pdf", "content"))->Succeeds());
+    Client other(Settings(), server.Password());
+    ASSERT_TRUE(other.SignIn());
+    EXPECT_TRUE(WaitUntil([&] { return other.Entry("report.pdf").md5Hash == Md5Of("content"); }));
 }
 
 TEST_F(UploadAftermathTest, ACollectionIsNeverSwept)

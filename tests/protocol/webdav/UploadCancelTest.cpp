@@ -22,10 +22,11 @@ void PrintTo(const Stage& stage, std::ostream* stream)
 
 const Stage stages[] = {
     {"Sending", "PUT", 1},
-    {"Checking", "PROPFIND", 1},
+    {"Comparing", "GET", 1},
     {"AskingWhetherItOverwrites", "PUT", 2},
     {"TryingToOverwrite", "MOVE", 1},
     {"Publishing", "MOVE", 2},
+    {"Looking", "PROPFIND", 1},
     {"CleaningUp", "DELETE", 1},
 };
 

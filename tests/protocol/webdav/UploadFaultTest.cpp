@@ -38,15 +38,136 @@ TEST_F(UploadFaultTest, AnUploadThatIsNotKeptAtAllIsAnError)
     ExpectOnServer({});
 }
 
-TEST_F(UploadFaultTest, AnUploadIsLookedAtBeforeItGetsItsName)
+TEST_F(UploadFaultTest, AnUploadIsComparedBeforeItGetsItsName)
 {
     LearnTheServer();
-    for (const auto& misbehaviour : {AnswersWith(500), ShowsAPage(200), SendsXml("<broken"), HasInnerStatus(403)}) {
-        server.Misbehave("PROPFIND", misbehaviour);
+    for (const auto& misbehaviour : {AnswersWith(500), ShowsAPage(200), AnswersWith(404), AnswersWith(403)}) {
+        client.failures.clear();
+        server.Misbehave("GET", misbehaviour);
         ExpectFailure(client.Upload(LocalFile("report.pdf", Pattern(5000))));
         ExpectOnServer({});
     }
     EXPECT_EQ(server.Count("MOVE"), 0);
+}
+
+TEST_F(UploadFaultTest, OtherBytesOfTheSameLengthAreAnError)
+{
+    LearnTheServer();
+    const QString id = Put("old.pdf", "old");
+    for (const int size : {1, 5000, 3'000'000}) {
+        const Misbehaviour storesOtherBytes = {[](Wire& wire) {
+            ServerRequest other = wire.Request();
+            other.body[other.body.size() / 2] = static_cast<char>(other.body[other.body.size() / 2] ^ 1);
+            wire.Send(wire.Do(other).Bytes());
+            wire.Finish();
+        }};
+        for (const QString& replaced : {QString(), id}) {
+            client.failures.clear();
+            server.Misbehave("PUT", storesOtherBytes);
+            ExpectFailure(client.Upload(LocalFile("report.pdf", Pattern(size)), replaced));
+            EXPECT_THAT(Reason(), HasSubstr("stored other bytes than were sent")) << size;
+            ExpectOnServer({"old.pdf"});
+            EXPECT_EQ(server.Get("old.pdf"), QByteArray("old"));
+        }
+    }
+}
+
+TEST_F(UploadFaultTest, OfALargeUploadOnlyPartsAreFetched)
+{
+    LearnTheServer();
+    server.Misbehave(When("GET").Always(), {[](Wire& wire) {
+                         const ServerResponse answer = wire.Do(wire.Request());
+                         EXPECT_EQ(answer.status, 206);
+                         EXPECT_LE(answer.body.size(), 64 * 1024);
+                         wire.Send(answer.Bytes());
+                         wire.Finish();
+                     }});
+    ASSERT_TRUE(client.Upload(LocalFile("report.pdf", Pattern(3'000'000)))->Succeeds());
+    EXPECT_EQ(server.Count("GET"), 3);
+}
+
+TEST_F(UploadFaultTest, OfALargeUploadToAServerWithoutRangesTheBeginningIsFetched)
+{
+    LearnTheServer();
+    server.Misbehave(When("GET").Always(), IgnoresTheRange());
+    ASSERT_TRUE(client.Upload(LocalFile("report.pdf", Pattern(3'000'000)))->Succeeds());
+    server.Misbehave("PUT", {[](Wire& wire) {
+                         ServerRequest other = wire.Request();
+                         other.body[0] = static_cast<char>(other.body[0] ^ 1);
+                         wire.Send(wire.Do(other).Bytes());
+                         wire.Finish();
+                     }});
+    ExpectFailure(client.Upload(LocalFile("report.pdf", Pattern(3'000'000))));
+    ExpectOnServer({"report.pdf"});
+}
+
+TEST_F(UploadFaultTest, AStatusInsideOfAnAnswerIsWhatThePersonReads)
+{
+    LearnTheServer();
+    server.Misbehave("PUT", HasInnerStatus(423));
+    ExpectFailure(client.Upload(LocalFile("report.pdf", Pattern(5000))));
+    EXPECT_THAT(Reason(), HasSubstr("locked by somebody (423)"));
+    ExpectOnServer({});
+}
+
+TEST_F(UploadFaultTest, AnAnswerThatIsAPageIsNoSuccess)
+{
+    LearnTheServer();
+    server.Misbehave("PUT", ShowsAPage(200));
+    ExpectFailure(client.Upload(LocalFile("report.pdf", Pattern(5000))));
+    EXPECT_EQ(server.Count("GET"), 0);
+    ExpectOnServer({});
+}
+
+TEST_F(UploadFaultTest, AnAnnouncementThatIsTakenForTheFileIsLeftOut)
+{
+    LearnTheServer();
+    const QByteArray content = Pattern(3'000'000);
+    const Misbehaviour takesItForTheFile = {[](Wire& wire) {
+                                                wire.Do(wire.Request());
+                                                wire.Send(ServerResponse{201, {}, {}}.Bytes());
+                                                wire.Close();
+                                            },
+                                            0};
+    server.Misbehave("PUT", takesItForTheFile);
+    for (int count = 0; count < 2; ++count) {
+        const auto upload = client.Upload(LocalFile("report.pdf", content));
+        ASSERT_TRUE(upload->Succeeds());
+        EXPECT_EQ(server.Get(upload->payload.fileName), content);
+        EXPECT_FALSE(server.Requests("PUT").back().headers.Has("Expect"));
+    }
+    EXPECT_EQ(server.Count("PUT"), 3);
+}
+
+TEST_F(UploadFaultTest, AServerThatForbidsHiddenNamesIsGivenOthers)
+{
+    const Misbehaviour forbidsThem = {[](Wire& wire) {
+        const bool isHidden = wire.Request().target.contains("/.");
+        wire.Send((isHidden ? ServerResponse{403, {}, {}} : wire.Do(wire.Request())).Bytes());
+        wire.Finish();
+    }};
+    server.Misbehave(When("*").Always(), forbidsThem);
+    for (const char* name : {"a.pdf", "b.pdf"}) {
+        ASSERT_TRUE(client.Upload(LocalFile(name, name))->Succeeds());
+        EXPECT_EQ(server.Get(name), QByteArray(name));
+    }
+    EXPECT_EQ(server.Count("PUT"), 4); // one refused, one to find out whether the server overwrites
+    ExpectOnServer({"a.pdf", "b.pdf"});
+    server.With([](MemoryTree& tree) { tree.Put("/documents/norlis-0123456789abcdef.part", "half"); });
+    EXPECT_EQ(client.List()->Succeeds(), true);
+    EXPECT_EQ(client.Entry("norlis-0123456789abcdef.part").id, QString());
+}
+
+TEST_F(UploadFaultTest, NamesOfUnfinishedFilesAreRefused)
+{
+    for (const char* name :
+         {".norlis-something.part", ".norlis-0123456789abcdef.part", "norlis-0123456789abcdef.part"}) {
+        client.failures.clear();
+        ExpectFailure(client.Upload(LocalFile(name, "mine")));
+        EXPECT_THAT(Reason(), HasSubstr("kept for unfinished files"));
+    }
+    EXPECT_TRUE(client.Upload(LocalFile("norlis-plan.part", "mine"))->Succeeds());
+    ExpectOnServer({"norlis-plan.part"});
 }
 
 TEST_F(UploadFaultTest, ABrokenConnectionIsTriedAgain)
@@ -182,8 +303,27 @@ TEST_F(UploadHangTest, AServerThatDoesNotAnswerIsGivenUp)
     LearnTheServer();
     server.Misbehave("PUT", Hangs());
     ExpectFailure(client.Upload(LocalFile("report.pdf", Pattern(5000))));
-    EXPECT_EQ(Reason(), "The server has been silent for 0.3 seconds");
+    EXPECT_EQ(Reason(), "The server has been silent for 1.5 seconds"); // it may have work to do with what it has got
     ExpectOnServer({});
+}
+
+TEST_F(UploadHangTest, AServerThatTakesLongToAnswerIsWaitedFor)
+{
+    LearnTheServer();
+    server.Misbehave("PUT", Drips(1000, 2 * shortTimeout));
+    EXPECT_TRUE(client.Upload(LocalFile("report.pdf", Pattern(3'000'000)))->Succeeds());
+    EXPECT_EQ(server.Count("PUT"), 1);
+}
+
+TEST_F(UploadHangTest, WhatArrivedCountsWhenTheAnswerNeverComes)
+{
+    LearnTheServer();
+    const Misbehaviour doesItAndHangs = {[](Wire& wire) { wire.Do(wire.Request()); }};
+    server.Misbehave("PUT", doesItAndHangs);
+    EXPECT_TRUE(client.Upload(LocalFile("report.pdf", Pattern(5000)))->Succeeds());
+    EXPECT_EQ(server.Count("PUT"), 1);
+    ExpectOnServer({"report.pdf"});
+    EXPECT_EQ(server.Get("report.pdf"), Pattern(5000));
 }
 
 TEST_F(UploadHangTest, ASlowServerThatMovesOnIsNotGivenUp)
@@ -191,6 +331,25 @@ TEST_F(UploadHangTest, ASlowServerThatMovesOnIsNotGivenUp)
     LearnTheServer();
     server.Misbehave("PUT", Drips(2, 10)); // longer than the timeout in all
     EXPECT_TRUE(client.Upload(LocalFile("report.pdf", Pattern(5000)))->Succeeds());
+}
+
+/// Servers that do not know that a client which expects `100 Continue` has not sent anything yet.
+TEST_F(UploadFaultTest, AServerThatReportsSuccessBeforeTheBodyCameIsSentItWithoutBeingAsked)
+{
+    LearnTheServer();
+    const QByteArray content = Pattern(3'000'000);
+    const Misbehaviour answersTheHead = {[](Wire& wire) {
+                                             wire.Send(ServerResponse{201, {}, {}}.Bytes());
+                                             wire.Finish();
+                                         },
+                                         0};
+    server.Misbehave("PUT", answersTheHead);
+    ASSERT_TRUE(client.Upload(LocalFile("report.pdf", content))->Succeeds());
+    EXPECT_EQ(server.Get("report.pdf"), content);
+    const auto puts = server.Requests("PUT");
+    ASSERT_EQ(puts.size(), 2U);
+    EXPECT_EQ(puts[0].headers.Value("Expect"), "100-continue");
+    EXPECT_FALSE(puts[1].headers.Has("Expect"));
 }
 
 /// Servers that answer before they have read what they were sent.

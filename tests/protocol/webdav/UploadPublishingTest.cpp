@@ -24,6 +24,38 @@ protected:
         }};
     }
 
+    /// As some servers put it.
+    static Misbehaviour RefusesInsideOfAnAnswer(int status)
+    {
+        return {[status](Wire& wire) {
+            ServerResponse answer = wire.Do(wire.Request());
+            if (answer.status == 412) {
+                answer = {207,
+                          {{"Content-Type", "application/xml; charset=utf-8"}},
+                          "<D:multistatus xmlns:D=\"DAV:\"><D:response><D:href>/x</D:href><D:status>HTTP/1.1 " +
+                              QByteArray::number(status) + " No</D:status></D:response></D:multistatus>"};
+            }
+            wire.Send(answer.Bytes());
+            wire.Finish();
+        }};
+    }
+
+    /// Documents have a new tag once they are renamed.
+    Misbehaviour RetagsAndAnswers(int status)
+    {
+        return {[this, status](Wire& wire) {
+            const QByteArray to = DecodedPath(wire.Request().headers.Value("Destination"));
+            wire.Do(wire.Request());
+            server.With([&](MemoryTree& tree) { tree.Find(to)->etag = "\"renamed\""; });
+            if (status == 0) {
+                wire.Close();
+            } else {
+                wire.Send(ServerResponse{status, {}, {}}.Bytes());
+                wire.Finish();
+            }
+        }};
+    }
+
     /// Makes room for a document before it turns out that the new one cannot be put there.
     Misbehaviour LosesTheOldOne()
     {
@@ -152,6 +184,140 @@ TEST_F(UploadPublishingTest, AMultiStatusOfFailuresIsNoSuccess)
     ExpectOnServer({});
 }
 
+TEST_F(UploadPublishingTest, ARefusalInsideOfAnAnswerIsOne)
+{
+    server.Put("report.pdf", "somebody else's");
+    server.Misbehave(When("MOVE").Always(), RefusesInsideOfAnAnswer(412));
+    const auto upload = client.Upload(File());
+    ASSERT_TRUE(upload->Succeeds());
+    EXPECT_EQ(upload->payload.fileName, "report (2).pdf");
+    EXPECT_EQ(server.Get("report (2).pdf"), QByteArray("new"));
+    EXPECT_EQ(server.Get("report.pdf"), QByteArray("somebody else's"));
+    ExpectOnServer({"report (2).pdf", "report.pdf"});
+}
+
+TEST_F(UploadPublishingTest, AMoveThatIsOnlyClaimedIsNotBelieved)
+{
+    for (const bool isFirst : {true, false}) {
+        for (const auto& claim : {OnlyClaimsToDoIt(201), OnlyClaimsToDoIt(204), ShowsAPage(200)}) {
+            client.failures.clear();
+            if (!isFirst) {
+                LearnTheServer();
+            }
+            server.Misbehave(When("MOVE").Always(), claim);
+            ExpectFailure(client.Upload(File()));
+            ExpectOnServer({});
+            server.BehaveAgain();
+        }
+    }
+}
+
+TEST_F(UploadPublishingTest, AReplacementThatIsOnlyClaimedIsNotBelieved)
+{
+    const QString id = Put("report.pdf", "old"); // as long as the new one
+    for (const auto& claim : {OnlyClaimsToDoIt(201), OnlyClaimsToDoIt(204), ShowsAPage(200)}) {
+        client.failures.clear();
+        server.Misbehave(When("MOVE").Always(), claim);
+        ExpectFailure(client.Upload(File(), id));
+        ExpectOnServer({"report.pdf"});
+        EXPECT_EQ(server.Get("report.pdf"), QByteArray("old"));
+        server.BehaveAgain();
+    }
+}
+
+TEST_F(UploadPublishingTest, ANewTagOfWhatWasRenamedIsNoOtherVersion)
+{
+    LearnTheServer();
+    for (const int status : {0, 201, 500}) {
+        server.Misbehave("MOVE", RetagsAndAnswers(status));
+        const auto upload = client.Upload(LocalFile(QString("%1.pdf").arg(status), "new"));
+        ASSERT_TRUE(upload->Succeeds()) << status;
+        EXPECT_EQ(upload->payload.fileName, QString("%1.pdf").arg(status));
+    }
+    ExpectOnServer({"0.pdf", "201.pdf", "500.pdf"});
+}
+
+TEST_F(UploadPublishingTest, WhatTakesTheNameAtOnceIsNotTakenForTheUpload)
+{
+    LearnTheServer();
+    server.Misbehave("MOVE", {[this](Wire& wire) {
+                         const ServerResponse answer = wire.Do(wire.Request());
+                         server.Put("report.pdf", "hers");
+                         wire.Send(answer.Bytes());
+                         wire.Finish();
+                     }});
+    ExpectFailure(client.Upload(LocalFile("report.pdf", "mine")));
+    EXPECT_EQ(server.Get("report.pdf"), QByteArray("hers"));
+    EXPECT_THAT(Failure().advice.toStdString(), HasSubstr("Refresh the list"));
+}
+
+TEST_F(UploadPublishingTest, ALookThatFailsIsTakenAgain)
+{
+    LearnTheServer();
+    for (const auto& misbehaviour : {AnswersWith(500), ShowsAPage(200), SendsXml("<broken"), ResetsTheConnection()}) {
+        server.Misbehave("PROPFIND", misbehaviour);
+        const auto upload = client.Upload(File());
+        ASSERT_TRUE(upload->Succeeds());
+        ASSERT_TRUE(client.Remove(upload->payload.id)->Succeeds());
+    }
+}
+
+TEST_F(UploadPublishingTest, WhatCannotBeLookedAtIsNotReportedAndNotDeleted)
+{
+    LearnTheServer();
+    server.Misbehave(When("PROPFIND").Always(), AnswersWith(500));
+    ExpectFailure(client.Upload(File()));
+    EXPECT_THAT(Failure().advice.toStdString(), HasSubstr("may be in the cloud already, as report.pdf"));
+    EXPECT_EQ(server.Get("report.pdf"), QByteArray("new"));
+}
+
+TEST_F(UploadPublishingTest, WhatIsSentAgainSinceNobodyCouldLookIsNoSecondDocument)
+{
+    LearnTheServer();
+    server.Misbehave(When("PROPFIND").Always(), AnswersWith(500));
+    ExpectFailure(client.Upload(File()));
+    server.BehaveAgain();
+    const auto again = client.Upload(File());
+    ASSERT_TRUE(again->Succeeds());
+    EXPECT_EQ(again->payload.fileName, "report.pdf");
+    ExpectOnServer({"report.pdf"});
+    EXPECT_EQ(client.Upload(File())->Succeeds(), true); // somebody wants it twice
+    ExpectOnServer({"report (2).pdf", "report.pdf"});
+}
+
+TEST_F(UploadPublishingTest, ASmallDocumentCostsAComparisonAMoveAndALook)
+{
+    LearnTheServer();
+    ASSERT_TRUE(client.Upload(File())->Succeeds());
+    std::vector<std::string> methods;
+    for (const SeenRequest& request : server.Requests()) {
+        methods.push_back(request.method.toStdString());
+    }
+    methods.resize(std::min<std::size_t>(methods.size(), 4)); // without what goes on behind it
+    EXPECT_THAT(methods, ElementsAre("PUT", "GET", "MOVE", "PROPFIND"));
+}
+
+TEST_F(UploadPublishingTest, AServerThatCutsNamesOffIsNotAskedForEveryNumber)
+{
+    LearnTheServer();
+    server.Put("a", "somebody else's");
+    const Misbehaviour cuts = {[](Wire& wire) {
+        ServerRequest request = wire.Request();
+        request.headers.Set("Destination", request.headers.Value("Destination").split('%').first());
+        request.target = request.target.split('%').first();
+        wire.Send(wire.Do(request).Bytes());
+        wire.Finish();
+    }};
+    server.Misbehave(When("MOVE").Always(), cuts);
+    server.Misbehave(When("PROPFIND").Always(), cuts);
+    ExpectFailure(client.Upload(LocalFile("a#b.pdf", "new")));
+    EXPECT_THAT(Failure().advice.toStdString(), HasSubstr("another name"));
+    EXPECT_LT(server.Count("MOVE"), 10);
+    server.BehaveAgain();
+    ExpectOnServer({"a"});
+    EXPECT_EQ(server.Get("a"), QByteArray("somebody else's"));
+}
+
 TEST_F(UploadPublishingTest, ANameThatIsTakenMeanwhileGetsANumber)
 {
     LearnTheServer();
@@ -212,6 +378,36 @@ TEST_F(UploadPublishingTest, EveryMoveSaysWhetherItMayOverwriteAndWhereToInFull)
     EXPECT_THAT(overwrites, ElementsAre("T", "F", "F"));
     EXPECT_THAT(server.Requests("MOVE").front().headers.Value("Destination").toStdString(),
                 testing::EndsWith("/documents/r%C3%A9%201.pdf"));
+}
+
+TEST_F(UploadPublishingTest, ADestinationThatIsNotUnderstoodIsWrittenInAnotherWay)
+{
+    for (const int status : {400, 502}) {
+        Client user(Settings(), server.Password());
+        ASSERT_TRUE(user.SignIn());
+        server.ForgetRequests();
+        server.Misbehave(When("MOVE").Always(), {[status](Wire& wire) {
+                             const bool isPath = wire.Request().headers.Value("Destination").startsWith('/');
+                             wire.Send((isPath ? wire.Do(wire.Request()) : ServerResponse{status, {}, {}}).Bytes());
+                             wire.Finish();
+                         }});
+        for (int count = 0; count < 3; ++count) {
+            const auto upload = user.Upload(File());
+            ASSERT_TRUE(upload->Succeeds()) << status;
+            ASSERT_TRUE(user.Remove(upload->payload.id)->Succeeds());
+        }
+        EXPECT_EQ(server.Count("MOVE"), 5); // one refused, one to find out whether it overwrites
+        server.BehaveAgain();
+    }
+}
+
+TEST_F(UploadPublishingTest, ADestinationThatIsNeverUnderstoodIsReportedWithWhatToDo)
+{
+    server.Misbehave(When("MOVE").Always(), AnswersWith(502));
+    ExpectFailure(client.Upload(File()));
+    EXPECT_THAT(Reason(), HasSubstr("(502)"));
+    EXPECT_THAT(Failure().advice.toStdString(), HasSubstr("rewrite the Destination field"));
+    ExpectOnServer({});
 }
 
 TEST_F(UploadPublishingTest, TheOnlyCopyIsKeptWhenTheServerLosesTheOldDocument)

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <contracts/ICloudProtocol.h>
+#include <contracts/NorlisCloudProtocol.h>
+
+namespace Norlis::Host {
+
+/// A protocol object as an ICloudProtocol that also reaches what that interface has no operations for. Lives on the
+/// thread that constructs it, where the callbacks arrive too.
+class ProtocolAdapter : public PDF::Cloud::ICloudProtocol {
+public:
+    /// See NorlisCloudProtocol.
+    ProtocolAdapter(const Social::OAuth2::AuthInfo& authInfo, const std::string& name);
+
+    /// What is to be told to the protocol object itself.
+    Social::NorlisCloudProtocol& Protocol()
+    {
+        return protocol;
+    }
+
+    // Passed on to the protocol object: see Ability.h.
+    qint64 auth(const QMap<QString, QString>& fields,
+                std::function<void(qint64, Social::RequestResult)>&& done) override;
+    void logout() override;
+    bool loggedIn() override;
+    qint64 userName(std::function<void(qint64, Social::RequestResult, QString)>&& done) override;
+    qint64 userProfile(std::function<void(qint64, Social::RequestResult, QUrl)>&& done) override;
+    qint64 userPic(std::function<void(qint64, Social::RequestResult, QString)>&& done) override;
+    qint64 userPic(std::function<void(qint64, Social::RequestResult, QPixmap)>&& done) override;
+
+    qint64 retriveFileInfo(const FileFieldData& data,
+                           std::function<void(qint64, Social::RequestResult, FileInfo)>&& done) override;
+    qint64 retriveFileList(const FileFieldData& data,
+                           std::function<void(qint64, Social::RequestResult, QList<FileInfo>)>&& done) override;
+    qint64 downloadFile(const FileFieldData& data, std::function<void(qint64, Social::RequestResult)>&& done,
+                        std::function<void(qint64, int)>&& progress) override;
+    qint64 deleteFile(const FileFieldData& data, std::function<void(qint64, Social::RequestResult)>&& done) override;
+    qint64
+    uploadFile(const QString& localPath, const QMap<QString, QString>& fields,
+               std::function<void(qint64, Social::RequestResult, const Social::NorlisCloudSharingResult&)>&& done,
+               std::function<void(qint64, int)>&& progress) override;
+
+    qint64
+    userQuota(std::function<void(qint64, Social::RequestResult, const QMap<QString, QuotaValue>&)>&& done) override;
+    qint64 retrievePreview(const QMap<QString, QString>& fields,
+                           std::function<void(qint64, Social::RequestResult, QPixmap)>&& done) override;
+    void cancelOperation(qint64 id) override;
+
+private:
+    Social::NorlisCloudProtocol protocol;
+};
+
+} // namespace Norlis::Host

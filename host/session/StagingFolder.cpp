@@ -1,0 +1,98 @@
+#include "StagingFolder.h"
+
+#include <files/AbandonedFolder.h>
+
+#include <QDateTime>
+#include <QDir>
+#include <QFileInfo>
+#include <QRandomGenerator>
+
+#include <cerrno>
+#include <cstring>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace Norlis::Host {
+
+namespace {
+
+const auto prefix = QStringLiteral(".norlis-download-");
+
+constexpr qint64 maxAge = 30 * 24 * 60 * 60; // seconds; a drive that is not there may come back until then
+
+QString NewName()
+{
+    return QStringLiteral("%1").arg(QRandomGenerator::system()->generate64(), 16, 16, QLatin1Char('0'));
+}
+
+/// Of a link itself, in seconds since 1970.
+qint64 ModifiedAt(const QString& link)
+{
+    struct stat status = {};
+    lstat(QFile::encodeName(link).constData(), &status);
+    return status.st_mtime;
+}
+
+} // namespace
+
+StagingFolder::StagingFolder(const QString& parent, const QString& list)
+    : path(QDir(parent).absoluteFilePath(prefix + NewName())),
+      entry(list + '/' + QFileInfo(path).fileName())
+{
+    QDir().mkpath(list);
+    QFile::link(path, entry); // without which it works just as well
+    isThere = ::mkdir(QFile::encodeName(path).constData(), S_IRWXU) == 0;
+    if (!isThere) {
+        error = QString::fromLocal8Bit(std::strerror(errno));
+        QFile::remove(entry);
+    }
+}
+
+StagingFolder::~StagingFolder()
+{
+    Remove();
+}
+
+bool StagingFolder::IsValid() const
+{
+    return error.isEmpty();
+}
+
+QString StagingFolder::ErrorText() const
+{
+    return error;
+}
+
+QString StagingFolder::Path() const
+{
+    return path;
+}
+
+bool StagingFolder::Remove()
+{
+    if (isThere && QDir(path).removeRecursively()) {
+        isThere = false;
+        QFile::remove(entry);
+    }
+    return !isThere;
+}
+
+void StagingFolder::Sweep(const QString& list)
+{
+    const auto entries = QDir(list).entryInfoList(QDir::AllEntries | QDir::System | QDir::Hidden);
+    for (const auto& entry : entries) {
+        const QString path = entry.symLinkTarget();
+        // The name is random and stands in both places, so no other folder can be meant.
+        if (!entry.isSymLink() || !entry.fileName().startsWith(prefix) ||
+            QFileInfo(path).fileName() != entry.fileName()) {
+            continue;
+        }
+        const bool isOld = QDateTime::currentSecsSinceEpoch() - ModifiedAt(entry.filePath()) > maxAge;
+        if (Files::RemoveAbandonedFolder(path) || (isOld && !QFileInfo::exists(path))) {
+            QFile::remove(entry.filePath());
+        }
+    }
+}
+
+} // namespace Norlis::Host

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QString>
+
+namespace Norlis::Host {
+
+/// A hidden folder, for the user alone, in which a download arrives next to its target. It is noted in a list from
+/// before it is made until it is gone, so that the next start finds what a crash leaves behind.
+class StagingFolder {
+public:
+    /// \param parent made in this folder
+    /// \param list   folder with one entry for each staging folder; created when missing
+    StagingFolder(const QString& parent, const QString& list);
+    ~StagingFolder();
+
+    StagingFolder(const StagingFolder&) = delete;
+    StagingFolder& operator=(const StagingFolder&) = delete;
+
+    /// False when it could not be made; ErrorText says why.
+    bool IsValid() const;
+    QString ErrorText() const;
+    QString Path() const;
+
+    /// Removes the folder and what is in it. False when that fails; it is tried again on destruction.
+    bool Remove();
+
+    /// Removes what programs that were killed have left behind, once it is a day old. May block on a slow disk.
+    static void Sweep(const QString& list);
+
+private:
+    const QString path;
+    const QString entry; ///< of the list: a link to the path
+    QString error;
+    bool isThere = false;
+};
+
+} // namespace Norlis::Host

@@ -1,0 +1,208 @@
+#include "FolderTurn.h"
+
+#include <files/AtomicFile.h>
+#include <files/DocumentNames.h>
+#include <files/FilePlacing.h>
+
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <cerrno>
+#include <chrono>
+#include <cstring>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace Norlis::Social {
+
+namespace {
+
+using Files::FileIdentity;
+
+constexpr qint64 longestWait = 5000; // milliseconds
+
+// Of one size always, so that a change can also be written down when the disk is full.
+constexpr int journalSize = 4096; // bytes; the longest names fit
+
+QString JournalPath(const QString& ownFolder)
+{
+    return ownFolder + "/journal";
+}
+
+bool HasNoLocks(int errorNumber)
+{
+    return errorNumber == ENOLCK || errorNumber == ENOSYS || errorNumber == EOPNOTSUPP || errorNumber == EINVAL;
+}
+
+bool IsSomething(const QString& path)
+{
+    struct stat status = {};
+    return lstat(QFile::encodeName(path).constData(), &status) == 0;
+}
+
+/// Others who may change documents may take turns too.
+void ShareWithUsersOf(const QString& folder, int descriptor)
+{
+    struct stat status = {};
+    if (stat(QFile::encodeName(folder).constData(), &status) == 0) {
+        fchmod(descriptor, status.st_mode & 0666);
+    }
+}
+
+} // namespace
+
+FolderTurn::FolderTurn(const QString& folder, const QString& ownFolder) : folder(folder), ownFolder(ownFolder) {}
+
+FolderTurn::~FolderTurn()
+{
+    if (journal >= 0) {
+        Recover();
+        GiveBack();
+    }
+}
+
+FolderTurn::Outcome FolderTurn::Take()
+{
+    const QByteArray path = QFile::encodeName(JournalPath(ownFolder));
+    constexpr int flags = O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
+    journal = open(path.constData(), flags | O_CREAT | O_EXCL, 0666);
+    if (journal >= 0) {
+        ShareWithUsersOf(folder, journal);
+    } else if (errno == EEXIST) {
+        journal = open(path.constData(), flags);
+    }
+    if (journal < 0) {
+        error = QString::fromLocal8Bit(std::strerror(errno));
+        return Outcome::Failed;
+    }
+    const bool isLocked = flock(journal, LOCK_EX | LOCK_NB) == 0;
+    const bool hasNoLocks = !isLocked && HasNoLocks(errno);
+    if ((isLocked || hasNoLocks) && IsInPlace()) {
+        waiting.invalidate();
+        if (isLocked || IsOld()) {
+            Recover();
+        }
+        return Outcome::Taken;
+    }
+    GiveBack(); // somebody has it, or has deleted it just now
+    if (!waiting.isValid()) {
+        waiting.start();
+    }
+    return waiting.hasExpired(longestWait) ? Outcome::TimedOut : Outcome::Waiting;
+}
+
+bool FolderTurn::IsWaiting() const
+{
+    return waiting.isValid();
+}
+
+bool FolderTurn::Begin(const Change& change)
+{
+    underWay = change;
+    const QJsonObject line{{"document", change.document},
+                           {"aside", change.aside},
+                           {"fresh", change.fresh.ToString()},
+                           {"old", change.old.ToString()}};
+    return Write(QJsonDocument(line).toJson(QJsonDocument::Compact));
+}
+
+void FolderTurn::End()
+{
+    underWay.reset();
+    Write({});
+}
+
+bool FolderTurn::Write(const QByteArray& text)
+{
+    const QByteArray whole = text.leftJustified(journalSize - 1, ' ') + '\n';
+    const bool isWritten = pwrite(journal, whole.constData(), journalSize, 0) == journalSize;
+    if (isWritten && (text.isEmpty() || fdatasync(journal) == 0)) {
+        return true;
+    }
+    error = QString::fromLocal8Bit(std::strerror(errno));
+    return false;
+}
+
+std::optional<FolderTurn::Change> FolderTurn::Read() const
+{
+    QByteArray text(journalSize, '\0');
+    text.resize(static_cast<int>(qMax<ssize_t>(pread(journal, text.data(), journalSize, 0), 0)));
+    const QJsonObject line = QJsonDocument::fromJson(text).object();
+    const Change change{line["document"].toString(), line["aside"].toString(),
+                        FileIdentity::FromString(line["fresh"].toString()),
+                        FileIdentity::FromString(line["old"].toString())};
+    // Whoever may write to the folder may write anything here: nothing outside it can be named.
+    const bool isSound = !Files::ValidateName(change.document) && !Files::ValidateName(change.aside) &&
+                         Files::AtomicFile::IsTemporaryName(change.aside);
+    return isSound ? std::optional(change) : std::nullopt;
+}
+
+void FolderTurn::Recover()
+{
+    const auto change = underWay ? underWay : Read();
+    if (change && IsInPlace()) { // else the folder was taken away, and the change with it
+        PutBack(*change);
+        Files::AtomicFile::SyncFolderOf(folder + '/' + change->document);
+        End();
+    }
+}
+
+void FolderTurn::PutBack(const Change& change) const
+{
+    const QString aside = ownFolder + '/' + change.aside;
+    const QString path = folder + '/' + change.document;
+    const auto mayGo = [&] {
+        const auto found = FileIdentity::OfPath(aside);
+        return found.HasContentOf(change.fresh) || found.HasContentOf(change.old);
+    };
+    if (!IsSomething(aside)) {
+        return;
+    }
+    if (!mayGo() && change.fresh.IsFile() && FileIdentity::OfPath(path).HasContentOf(change.fresh)) {
+        Files::Exchange(aside, path);
+    }
+    if (mayGo()) {
+        QFile::remove(aside);
+        return;
+    }
+    constexpr int maxNumber = 10'000;
+    auto failure = Files::MoveUnlessTaken(aside, path);
+    for (int number = 2; failure == std::errc::file_exists && number < maxNumber; ++number) {
+        failure = Files::MoveUnlessTaken(aside, folder + '/' + Files::NumberedName(change.document, number));
+    }
+}
+
+bool FolderTurn::IsOld() const
+{
+    constexpr auto age = std::chrono::minutes(1);
+    const auto written = std::chrono::nanoseconds(FileIdentity::OfDescriptor(journal).modifiedNanoseconds);
+    return written < std::chrono::system_clock::now().time_since_epoch() - age;
+}
+
+bool FolderTurn::IsInPlace() const
+{
+    return FileIdentity::OfDescriptor(journal).inode == FileIdentity::OfPath(JournalPath(ownFolder)).inode;
+}
+
+void FolderTurn::GiveBack()
+{
+    close(journal);
+    journal = -1;
+}
+
+QString FolderTurn::ErrorText() const
+{
+    return error;
+}
+
+bool FolderTurn::IsChangePending(const QString& ownFolder)
+{
+    QFile file(JournalPath(ownFolder));
+    return FileIdentity::OfPath(file.fileName()).IsFile() && file.open(QIODevice::ReadOnly) && file.read(1) == "{";
+}
+
+} // namespace Norlis::Social

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <QString>
+
+namespace Norlis::Social {
+
+/// Host and port of the proxy that the environment names for a URL, as libcurl reads it; empty when there is none. A
+/// list of hosts that need no proxy is not looked at.
+QString ProxyFor(const QByteArray& url);
+
+} // namespace Norlis::Social

@@ -1,0 +1,243 @@
+#include "VersionMemory.h"
+
+#include <files/AtomicFile.h>
+#include <files/FileIdentity.h>
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+
+#include <algorithm>
+
+#include <sys/file.h>
+#include <unistd.h>
+
+namespace Norlis::Social {
+
+namespace {
+
+constexpr int minLinesToCompact = 1'000;
+
+QByteArray LineOf(const QString& document, const QString& localPath,
+                  const std::optional<VersionMemory::Version>& version)
+{
+    QJsonArray fields{document, localPath};
+    if (version) {
+        fields.append(version->version);
+        fields.append(version->md5Hash);
+    }
+    return QJsonDocument(fields).toJson(QJsonDocument::Compact) + '\n';
+}
+
+/// Of the file that the path leads to, by whatever way.
+QString KeyOf(const QString& localPath)
+{
+    const QFileInfo file(localPath);
+    const QString folder = QFileInfo(file.absolutePath()).canonicalFilePath();
+    return folder.isEmpty() ? QDir::cleanPath(file.absoluteFilePath()) : QDir(folder).filePath(file.fileName());
+}
+
+/// Keeps other programs from writing to a file; not from reading it.
+class Lock {
+public:
+    explicit Lock(QFile& file) : descriptor(file.handle())
+    {
+        flock(descriptor, LOCK_EX); // held for a moment only
+    }
+    ~Lock()
+    {
+        flock(descriptor, LOCK_UN);
+    }
+    Lock(const Lock&) = delete;
+    Lock& operator=(const Lock&) = delete;
+
+private:
+    const int descriptor;
+};
+
+} // namespace
+
+QString VersionFile(const OAuth2::AuthInfo& authInfo)
+{
+    constexpr int nameLength = 16; // enough to tell apart the services of one user
+    QUrl service = authInfo.serviceUrl.adjusted(QUrl::RemovePassword | QUrl::StripTrailingSlash);
+    if (!authInfo.userName.isEmpty()) {
+        service.setUserName(authInfo.userName);
+    }
+    const QByteArray name = QCryptographicHash::hash(service.toEncoded(), QCryptographicHash::Sha256).toHex();
+    return authInfo.dataFolder.isEmpty()
+               ? QString()
+               : authInfo.dataFolder + "/versions-" + QString::fromLatin1(name.left(nameLength)) + ".jsonl";
+}
+
+VersionMemory::VersionMemory(const QString& file) : path(file) {}
+
+std::optional<VersionMemory::Version> VersionMemory::Find(const QString& document, const QString& localPath)
+{
+    ReadOn();
+    const auto found = copiesOf.constFind(document);
+    if (found == copiesOf.constEnd()) {
+        return std::nullopt;
+    }
+    const auto copy = found->constFind(KeyOf(localPath));
+    return copy == found->constEnd() ? std::nullopt : std::optional(*copy);
+}
+
+QString VersionMemory::HashOf(const QString& document, const std::function<bool(const QString& version)>& isSame)
+{
+    ReadOn();
+    const Copies known = copiesOf.value(document);
+    const auto copy = std::find_if(known.begin(), known.end(), [&](const Version& each) {
+        return !each.md5Hash.isEmpty() && isSame(each.version);
+    });
+    return copy == known.end() ? QString() : copy->md5Hash;
+}
+
+void VersionMemory::Remember(const QString& document, const QString& localPath, const Version& version)
+{
+    ReadOn();
+    const QString key = KeyOf(localPath);
+    const Copies known = copiesOf.value(document);
+    for (auto copy = known.begin(); copy != known.end(); ++copy) {
+        if (copy.key() != key && copy->version == version.version && copy->md5Hash != version.md5Hash) {
+            Set(document, copy.key(), Version{copy->version, {}});
+            Append(LineOf(document, copy.key(), Version{copy->version, {}}));
+        }
+    }
+    Set(document, key, version);
+    Append(LineOf(document, key, version));
+}
+
+void VersionMemory::Move(const QString& document, const QString& from, const QString& to)
+{
+    if (const auto version = Find(document, from)) {
+        Remember(document, to, *version);
+        Set(document, KeyOf(from), std::nullopt);
+        Append(LineOf(document, KeyOf(from), std::nullopt));
+    }
+}
+
+void VersionMemory::Forget(const QString& document)
+{
+    ReadOn();
+    const QStringList paths = copiesOf.value(document).keys();
+    for (const QString& copy : paths) {
+        Set(document, copy, std::nullopt);
+        Append(LineOf(document, copy, std::nullopt));
+    }
+}
+
+void VersionMemory::ReadOn()
+{
+    const bool isThere = !path.isEmpty() && Files::FileIdentity::OfPath(path).IsFile();
+    if (!isThere || !OpenCurrent() || file.size() <= position) {
+        return;
+    }
+    file.seek(position);
+    while (!file.atEnd()) {
+        const QByteArray line = file.readLine();
+        if (!line.endsWith('\n')) {
+            break; // is being written
+        }
+        position += line.size();
+        Apply(line);
+    }
+    Compact();
+}
+
+bool VersionMemory::OpenCurrent()
+{
+    const auto current = Files::FileIdentity::OfPath(path);
+    if (file.isOpen()) {
+        const auto opened = Files::FileIdentity::OfDescriptor(file.handle());
+        if (current.device == opened.device && current.inode == opened.inode) {
+            return true;
+        }
+        file.close();
+    }
+    QDir().mkpath(QFileInfo(path).path());
+    file.setFileName(path);
+    if (!file.open(QIODevice::ReadWrite | QIODevice::Append)) {
+        return false; // what is known stays known
+    }
+    if (file.size() == 0) {
+        file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
+    }
+    copiesOf.clear();
+    copies = 0;
+    lines = 0;
+    position = 0;
+    return true;
+}
+
+void VersionMemory::Apply(const QByteArray& line)
+{
+    ++lines;
+    const QJsonArray fields = QJsonDocument::fromJson(line).array();
+    if (fields.size() == 4) {
+        Set(fields[0].toString(), fields[1].toString(), Version{fields[2].toString(), fields[3].toString()});
+    } else if (fields.size() == 2) {
+        Set(fields[0].toString(), fields[1].toString(), std::nullopt);
+    }
+}
+
+void VersionMemory::Set(const QString& document, const QString& localPath, const std::optional<Version>& version)
+{
+    Copies& known = copiesOf[document];
+    copies -= known.remove(localPath);
+    if (version) {
+        known.insert(localPath, *version);
+        ++copies;
+    } else if (known.isEmpty()) {
+        copiesOf.remove(document);
+    }
+}
+
+void VersionMemory::Append(const QByteArray& line)
+{
+    if (path.isEmpty()) {
+        return;
+    }
+    for (int attempt = 0; attempt < 3 && OpenCurrent(); ++attempt) {
+        const Lock lock(file);
+        const auto current = Files::FileIdentity::OfPath(path);
+        if (current.inode != Files::FileIdentity::OfDescriptor(file.handle()).inode) {
+            continue; // has just been compacted
+        }
+        char last = '\n';
+        pread(file.handle(), &last, 1, file.size() - 1);
+        file.write(last == '\n' ? line : '\n' + line); // a program may have been killed in the middle of one
+        file.flush();
+        return;
+    }
+}
+
+void VersionMemory::Compact()
+{
+    if (lines < minLinesToCompact || lines < 2 * copies) {
+        return;
+    }
+    const Lock lock(file);
+    if (file.size() != position) {
+        return; // another program writes
+    }
+    Files::AtomicFile compacted;
+    if (!compacted.Open(QFileInfo(path).path())) {
+        return;
+    }
+    for (auto known = copiesOf.constBegin(); known != copiesOf.constEnd(); ++known) {
+        for (auto copy = known->constBegin(); copy != known->constEnd(); ++copy) {
+            const QByteArray line = LineOf(known.key(), copy.key(), *copy);
+            if (!compacted.Write(line.constData(), line.size())) {
+                return;
+            }
+        }
+    }
+    if (compacted.Sync()) {
+        compacted.CommitReplacing(path);
+    }
+}
+
+} // namespace Norlis::Social

@@ -1,0 +1,92 @@
+#include "DocumentLock.h"
+
+#include <protocol/dav/DavRequests.h>
+#include <protocol/dav/DavResponses.h>
+
+#include <QTimer>
+
+namespace Norlis::Social {
+
+namespace {
+
+constexpr int pause = 500;      // milliseconds between two attempts
+constexpr int maxAttempts = 10; // together five seconds
+
+} // namespace
+
+DocumentLock::DocumentLock(WebDavSession& session, const QByteArray& name, HttpRequest::Lane lane)
+    : session(session),
+      url(session.collection.UrlOf(name)),
+      lane(lane),
+      requests(session.http)
+{
+}
+
+DocumentLock::~DocumentLock()
+{
+    if (!token.isEmpty()) {
+        session.housekeeper.ReleaseLock(url, token);
+    }
+}
+
+void DocumentLock::Acquire(Done whenDone)
+{
+    done = std::move(whenDone);
+    if (session.hasLocks.value_or(true) && !session.isNextcloudLike) {
+        Try();
+    } else {
+        QTimer::singleShot(0, this, [this] { End(Outcome::Unsupported); });
+    }
+}
+
+void DocumentLock::Try()
+{
+    ++attempts;
+    requests.Send(OnLane(lane, Lock(url)), [this](HttpResponse&& response) { OnResponse(std::move(response)); });
+}
+
+void DocumentLock::OnResponse(HttpResponse&& response)
+{
+    const int status = response.Status();
+    token = LockTokenOf(response);
+    failure = std::move(response);
+    if (!token.isEmpty()) {
+        session.hasLocks = true;
+    }
+    if (status == 201) {
+        RemoveWhatWasMade();
+    } else if (!token.isEmpty()) {
+        End(Outcome::Locked);
+    } else if (status == 423 && attempts < maxAttempts) {
+        QTimer::singleShot(pause, this, [this] { Try(); });
+    } else if (status == 423) {
+        End(Outcome::Taken);
+    } else if (IsMissing(status)) {
+        End(Outcome::Missing);
+    } else if (status == 0 || status == 401 || status == 429 || status >= 502) {
+        End(Outcome::Failed);
+    } else {
+        session.hasLocks = session.hasLocks.value_or(false);
+        End(Outcome::Unsupported);
+    }
+}
+
+void DocumentLock::RemoveWhatWasMade()
+{
+    requests.Send(OnLane(lane, Allow(Delete(url))), [this](HttpResponse&&) {
+        token.clear(); // has gone with it
+        End(Outcome::Missing);
+    });
+}
+
+void DocumentLock::End(Outcome outcome)
+{
+    CallOnce(done, outcome); // it may destroy this object
+}
+
+HttpRequest DocumentLock::Allow(const HttpRequest& request) const
+{
+    return token.isEmpty() ? request : WithLock(request, url, token);
+}
+
+} // namespace Norlis::Social

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "WebDavSession.h"
+#include <base/Lifetime.h>
+#include <protocol/http/HttpRequestGroup.h>
+
+#include <QObject>
+
+namespace Norlis::Social {
+
+/// Keeps others from changing a document while it is replaced or removed: an exclusive write lock (RFC 4918, 6), which
+/// runs out by itself after a minute. Only with it is a look at the document still true when the next request arrives:
+/// servers do not compare the entity tags of a MOVE in one step with carrying it out.
+class DocumentLock : public QObject {
+public:
+    enum class Outcome {
+        Locked,
+        Unsupported, ///< the server has no locks
+        Taken,       ///< by somebody else, for longer than was waited
+        Missing,     ///< there is no such document any more
+        Failed,      ///< Failure() says why
+    };
+    using Done = std::function<void(Outcome)>;
+
+    /// \param name of a document that has just been seen: some servers make one of a name that is free
+    DocumentLock(WebDavSession& session, const QByteArray& name, HttpRequest::Lane lane);
+
+    /// Gives back the lock, in the background.
+    ~DocumentLock() override;
+
+    /// Done is called once, from the event loop, within some seconds.
+    void Acquire(Done done);
+
+    /// The request, carried out though the document is locked. Unchanged without a lock.
+    HttpRequest Allow(const HttpRequest& request) const;
+
+    bool IsHeld() const
+    {
+        return !token.isEmpty();
+    }
+
+    const HttpResponse& Failure() const
+    {
+        return failure;
+    }
+
+private:
+    void Try();
+    void OnResponse(HttpResponse&& response);
+    void RemoveWhatWasMade();
+    void End(Outcome outcome);
+
+    WebDavSession& session;
+    const QByteArray url;
+    const HttpRequest::Lane lane;
+    QByteArray token; ///< with its angle brackets; empty without a lock
+    HttpResponse failure;
+    Done done;
+    int attempts = 0;
+    HttpRequestGroup requests;
+};
+
+} // namespace Norlis::Social

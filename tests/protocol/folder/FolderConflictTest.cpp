@@ -1,0 +1,351 @@
+#include "FolderUser.h"
+
+#include <tests/support/FileMoments.h>
+#include <tests/support/Rounds.h>
+
+#include <files/DocumentNames.h>
+
+#include <QDir>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <tuple>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace Norlis::Test {
+
+namespace {
+
+using testing::HasSubstr;
+
+constexpr int mostMoments = 200;
+const QString report = QStringLiteral("report.pdf");
+const QString reportId = Files::IdOfName(report);
+
+/// Two users of a folder with one document.
+class FolderConflictTest : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        cloud.Put(report, "first");
+        for (FolderUser* user : {&anna, &ben}) {
+            ASSERT_TRUE(user->SignIn());
+            user->List();
+        }
+    }
+
+    static void ExpectConflict(const Social::Reply& reply)
+    {
+        EXPECT_EQ(reply.result, Social::Error);
+        EXPECT_THAT(ReasonOf(reply), HasSubstr("has changed since you last saw it"));
+        EXPECT_FALSE(reply.failure.advice.isEmpty());
+    }
+
+    /// Does something in the middle of a request, at every moment of it, each time with another cloud.
+    template <typename Request, typename Disturb, typename Check>
+    static void AtEveryMoment(Request request, Disturb disturb, Check check)
+    {
+        for (int number = 0; number < mostMoments; number += Stride(2)) {
+            SCOPED_TRACE("moment " + std::to_string(number));
+            FolderUnderTest place;
+            place.Put(report, "first");
+            FolderUser user(place.Settings());
+            ASSERT_TRUE(user.SignIn());
+            user.List();
+            bool hasCome = false;
+            Social::Reply reply;
+            {
+                const FileMoment moment(number, [&] { disturb(place); });
+                reply = request(user);
+                hasCome = moment.HasCome();
+            }
+            if (!hasCome) {
+                EXPECT_GT(number, 10);
+                return;
+            }
+            check(place, reply);
+        }
+        ADD_FAILURE() << "endless moments";
+    }
+
+    static QList<QByteArray> Contents(FolderUnderTest& place)
+    {
+        QList<QByteArray> contents;
+        for (const QString& name : place.Content()) {
+            contents << place.Get(name).value_or(QByteArray());
+        }
+        return contents;
+    }
+
+    FolderUnderTest cloud;
+    FolderUser anna{cloud.Settings()};
+    FolderUser ben{cloud.Settings()};
+};
+
+TEST_F(FolderConflictTest, AReplacementOfAnotherVersionThanTheOneSeenIsRefused)
+{
+    EXPECT_EQ(ben.Do(ben.Upload("b.pdf", "Ben's", reportId)).result, Social::Success);
+    ExpectConflict(anna.Do(anna.Upload("a.pdf", "Anna's", reportId)));
+    EXPECT_EQ(cloud.Get(report), QByteArray("Ben's"));
+    EXPECT_EQ(cloud.Content(), QStringList(report));
+    anna.List();
+    EXPECT_EQ(anna.Do(anna.Upload("a.pdf", "Anna's", reportId)).result, Social::Success);
+    EXPECT_EQ(cloud.Get(report), QByteArray("Anna's"));
+}
+
+TEST_F(FolderConflictTest, AChangeOfTheSameSizeIsSeenToo)
+{
+    cloud.Put(report, "FIRST");
+    ExpectConflict(anna.Do(anna.Upload("a.pdf", "Anna's", reportId)));
+    EXPECT_EQ(cloud.Get(report), QByteArray("FIRST"));
+}
+
+TEST_F(FolderConflictTest, WhatALocalFileCameFromCountsWhateverAListHasShownSince)
+{
+    ASSERT_EQ(anna.Do(anna.Upload("a.pdf", "Anna's", reportId)).result, Social::Success);
+    cloud.Put(report, "somebody else's");
+    anna.List();
+    ExpectConflict(anna.Do(anna.Upload("a.pdf", "Anna's, edited", reportId)));
+    ASSERT_EQ(anna.Do(anna.Download(reportId, "a.pdf")).result, Social::Success);
+    EXPECT_EQ(anna.Do(anna.Upload("a.pdf", "edited again", reportId)).result, Social::Success);
+    EXPECT_EQ(cloud.Get(report), QByteArray("edited again"));
+}
+
+TEST_F(FolderConflictTest, ARemovalOfAnotherVersionThanTheOneSeenIsRefused)
+{
+    ASSERT_EQ(ben.Do(ben.Upload("b.pdf", "Ben's", reportId)).result, Social::Success);
+    ExpectConflict(anna.Do(Social::Request::Remove{reportId}));
+    EXPECT_EQ(cloud.Get(report), QByteArray("Ben's"));
+    anna.List();
+    EXPECT_EQ(anna.Do(Social::Request::Remove{reportId}).result, Social::Success);
+    EXPECT_EQ(cloud.Content(), QStringList());
+}
+
+TEST_F(FolderConflictTest, OtherPermissionsAreNoOtherVersion)
+{
+    ASSERT_TRUE(QFile::setPermissions(cloud.PathOf(report), QFile::ReadOwner | QFile::WriteOwner));
+    EXPECT_EQ(anna.Do(anna.Upload("a.pdf", "Anna's", reportId)).result, Social::Success);
+    EXPECT_EQ(cloud.Get(report), QByteArray("Anna's"));
+}
+
+TEST_F(FolderConflictTest, ARepetitionOfWhatIsThereIsNoConflict)
+{
+    ASSERT_EQ(ben.Do(ben.Upload("b.pdf", "the same", reportId)).result, Social::Success);
+    EXPECT_EQ(anna.Do(anna.Upload("a.pdf", "the same", reportId)).result, Social::Success);
+    EXPECT_EQ(cloud.Content(), QStringList(report));
+}
+
+TEST_F(FolderConflictTest, OfTwoReplacementsAtOnceOneIsRefused)
+{
+    for (int round = 0; round < 20; ++round) {
+        anna.List();
+        ben.List();
+        const QByteArray number = QByteArray::number(round);
+        const auto first = anna.Begin(anna.Upload("a" + number, "Anna's " + number, reportId));
+        const auto second = ben.Begin(ben.Upload("b" + number, "Ben's " + number, reportId));
+        ASSERT_TRUE(WaitUntil([&] { return anna.ReplyTo(first) && ben.ReplyTo(second); }));
+        const bool isAnnas = anna.ReplyTo(first)->result == Social::Success;
+        ExpectConflict(isAnnas ? *ben.ReplyTo(second) : *anna.ReplyTo(first));
+        ASSERT_EQ(cloud.Get(report), (isAnnas ? "Anna's " : "Ben's ") + number);
+    }
+}
+
+TEST_F(FolderConflictTest, WhatSomebodyWritesInTheMiddleOfAReplacementIsKept)
+{
+    for (const bool isWrittenOver : {true, false}) {
+        AtEveryMoment([](FolderUser& user) { return user.Do(user.Upload("a.pdf", "mine", reportId)); },
+                      [&](FolderUnderTest& place) {
+                          if (isWrittenOver && place.Get(report) == QByteArray("first")) {
+                              place.Put(report, "hers!");
+                          } else if (place.Get(report) == QByteArray("first")) {
+                              place.Put(".other", "hers!");
+                              std::rename(qPrintable(place.PathOf(".other")), qPrintable(place.PathOf(report)));
+                          }
+                      },
+                      [](FolderUnderTest& place, const Social::Reply& reply) {
+                          if (reply.result == Social::Success) {
+                              EXPECT_EQ(place.Get(report), QByteArray("mine"));
+                          } else {
+                              ExpectConflict(reply);
+                              EXPECT_EQ(place.Get(report), QByteArray("hers!"));
+                          }
+                          EXPECT_EQ(place.Content(), QStringList(report));
+                      });
+    }
+}
+
+TEST_F(FolderConflictTest, WhatSomebodyWritesInTheMiddleOfARemovalIsKept)
+{
+    AtEveryMoment([](FolderUser& user) { return user.Do(Social::Request::Remove{reportId}); },
+                  [](FolderUnderTest& place) {
+                      if (place.Get(report) == QByteArray("first")) {
+                          place.Put(report, "hers!");
+                      }
+                  },
+                  [](FolderUnderTest& place, const Social::Reply& reply) {
+                      if (reply.result == Social::Success) {
+                          EXPECT_EQ(place.Content(), QStringList());
+                      } else {
+                          ExpectConflict(reply);
+                          EXPECT_EQ(Contents(place), QList<QByteArray>{"hers!"});
+                      }
+                  });
+}
+
+/// Changes the document in another process, in the middle of which somebody writes to it, and ends it some calls later.
+class CrashTest : public FolderConflictTest {
+protected:
+    /// Returns whether somebody wrote, and whether it was killed.
+    static std::pair<bool, bool> Crash(FolderUnderTest& place, bool removes, int disturbance, int end)
+    {
+        const pid_t child = fork();
+        if (child == 0) {
+            FolderUser user(place.Settings());
+            user.SignIn();
+            user.List();
+            bool wasDisturbed = false;
+            const FileMoment moment(disturbance, [&] {
+                wasDisturbed = true;
+                place.Put(report, "hers!");
+                FileMoment::Next(end, [] { _exit(2); });
+            });
+            if (removes) {
+                user.Do(Social::Request::Remove{reportId});
+            } else {
+                user.Do(user.Upload("a.pdf", "mine", reportId));
+            }
+            _exit(wasDisturbed ? 1 : 0);
+        }
+        int status = 0;
+        EXPECT_EQ(waitpid(child, &status, 0), child);
+        return {WEXITSTATUS(status) > 0, WEXITSTATUS(status) == 2};
+    }
+};
+
+TEST_F(CrashTest, WhatSomebodyWroteBeforeACrashIsKeptByTheNextProgram)
+{
+    for (const bool removes : {false, true}) {
+        bool isDisturbed = true;
+        for (int disturbance = 0; isDisturbed; disturbance += Stride(4)) {
+            bool isKilled = true;
+            for (int end = disturbance % 2; isDisturbed && isKilled; end += Stride(3)) {
+                SCOPED_TRACE(std::to_string(disturbance) + " and " + std::to_string(end));
+                FolderUnderTest place;
+                place.Put(report, "first");
+                std::tie(isDisturbed, isKilled) = Crash(place, removes, disturbance, end);
+                FolderUser next(place.Settings());
+                ASSERT_TRUE(next.SignIn());
+                QStringList hashes;
+                for (const auto& entry : next.List()) {
+                    hashes << entry.md5Hash;
+                }
+                if (isDisturbed) {
+                    ASSERT_TRUE(hashes.contains(Md5Of("hers!"))) << place.Content().join(", ").toStdString();
+                }
+            }
+        }
+    }
+}
+
+TEST_F(FolderConflictTest, WhereFilesCannotBeExchangedADifferenceIsSeenBeforeTheReplacement)
+{
+    const WithoutExchange old;
+    EXPECT_EQ(ben.Do(ben.Upload("b.pdf", "Ben's", reportId)).result, Social::Success);
+    ExpectConflict(anna.Do(anna.Upload("a.pdf", "Anna's", reportId)));
+    ExpectConflict(anna.Do(Social::Request::Remove{reportId}));
+    EXPECT_EQ(cloud.Get(report), QByteArray("Ben's"));
+    EXPECT_EQ(cloud.Content(), QStringList(report));
+    const auto reply = anna.Do(Social::Request::Capabilities{});
+    EXPECT_TRUE(std::get<Social::ServiceCapabilities>(reply.payload).contains({"exchanges files", "no"}));
+}
+
+TEST_F(FolderConflictTest, CapabilitiesTellWhetherFilesCanBeExchanged)
+{
+    const auto reply = anna.Do(Social::Request::Capabilities{});
+    EXPECT_TRUE(std::get<Social::ServiceCapabilities>(reply.payload).contains({"exchanges files", "yes"}));
+    EXPECT_EQ(cloud.Content(), QStringList(report));
+}
+
+TEST_F(FolderConflictTest, AProgramThatKeepsItsTurnHoldsNothingUpButChanges)
+{
+    const QByteArray journal = QFile::encodeName(cloud.PathOf(".norlis-cloud/journal"));
+    const int descriptor = open(journal.constData(), O_RDWR | O_CREAT, 0644);
+    ASSERT_EQ(flock(descriptor, LOCK_EX | LOCK_NB), 0);
+    const auto upload = anna.Begin(anna.Upload("a.pdf", "Anna's", reportId));
+    const auto removal = ben.Begin(Social::Request::Remove{reportId});
+    EXPECT_EQ(anna.List().size(), 1);
+    EXPECT_FALSE(anna.ReplyTo(upload));
+    EXPECT_FALSE(ben.ReplyTo(removal));
+    close(descriptor);
+    ASSERT_TRUE(WaitUntil([&] { return anna.ReplyTo(upload) && ben.ReplyTo(removal); }));
+    EXPECT_NE(anna.ReplyTo(upload)->result == Social::Success, ben.ReplyTo(removal)->result == Social::Success);
+}
+
+TEST_F(FolderConflictTest, AJournalNamesNothingOutsideTheFolder)
+{
+    const QString outside = anna.LocalPath("outside.pdf");
+    WriteFile(outside, "private");
+    const auto identity = Files::FileIdentity::OfPath(outside).ToString();
+    for (const QString& aside : {outside, QStringLiteral("../../") + QDir(cloud.Folder()).relativeFilePath(outside)}) {
+        const QJsonObject line{{"document", report}, {"aside", aside}, {"fresh", identity}, {"old", identity}};
+        WriteFile(cloud.PathOf(".norlis-cloud/journal"), QJsonDocument(line).toJson(QJsonDocument::Compact));
+        FolderUser next(cloud.Settings());
+        ASSERT_TRUE(next.SignIn());
+        EXPECT_EQ(next.Do(next.Upload("a.pdf", "new")).result, Social::Success);
+        EXPECT_EQ(ReadFile(outside), QByteArray("private"));
+    }
+}
+
+TEST_F(FolderConflictTest, ALinkInThePlaceOfTheOwnFolderIsNotFollowed)
+{
+    const QString elsewhere = anna.LocalPath("elsewhere");
+    MakeFolder(elsewhere);
+    WriteFile(elsewhere + "/hashes.json", "hers");
+    WriteFile(elsewhere + "/.norlis-0123456789abcdef.part", "hers");
+    QFile old(elsewhere + "/.norlis-0123456789abcdef.part");
+    ASSERT_TRUE(old.open(QIODevice::ReadWrite));
+    ASSERT_TRUE(old.setFileTime(QDateTime::currentDateTime().addDays(-2), QFileDevice::FileModificationTime));
+    old.close();
+    RemoveFolder(cloud.PathOf(".norlis-cloud"));
+    MakeLink(elsewhere, cloud.PathOf(".norlis-cloud"));
+    const QStringList before = FilesBelow(elsewhere);
+
+    FolderUser next(cloud.Settings());
+    ASSERT_TRUE(next.SignIn());
+    EXPECT_EQ(next.List().size(), 1);
+    for (const auto& reply : {next.Do(next.Upload("a.pdf", "new")), next.Do(next.Upload("a.pdf", "new", reportId)),
+                              next.Do(Social::Request::Remove{reportId})}) {
+        EXPECT_EQ(reply.result, Social::Error);
+        EXPECT_THAT(ReasonOf(reply), HasSubstr(".norlis-cloud is in the place of a folder"));
+    }
+    EXPECT_EQ(FilesBelow(elsewhere), before);
+    EXPECT_EQ(ReadFile(elsewhere + "/hashes.json"), QByteArray("hers"));
+    EXPECT_EQ(cloud.Get(report), QByteArray("first"));
+}
+
+TEST_F(FolderConflictTest, ADocumentThatIsWrittenAgainInTheSameSecondGetsItsNewHash)
+{
+    const WholeSeconds old;
+    ASSERT_EQ(anna.Do(anna.Upload("a.pdf", "Anna's", reportId)).result, Social::Success);
+    cloud.Put(report, "Ben's!");
+    EXPECT_EQ(anna.Entry(report).md5Hash, Md5Of("Ben's!"));
+    const LaterClock later(10);
+    EXPECT_EQ(anna.Entry(report).md5Hash, Md5Of("Ben's!"));
+    FolderUser other(cloud.Settings());
+    ASSERT_TRUE(other.SignIn());
+    EXPECT_EQ(other.Entry(report).md5Hash, Md5Of("Ben's!"));
+    EXPECT_EQ(other.Do(other.Download(reportId, "b.pdf")).result, Social::Success);
+    ExpectConflict(anna.Do(anna.Upload("a.pdf", "ANNA'S", reportId)));
+}
+
+} // namespace
+
+} // namespace Norlis::Test
