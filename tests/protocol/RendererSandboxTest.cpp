@@ -21,6 +21,8 @@ namespace {
 
 const auto anyFont = QStringLiteral("/usr/share/fonts/truetype/dejavu/DejaVuSans-Bold.ttf");
 
+constexpr int timeLimit = 200'000; // milliseconds; for a machine that does a lot else
+
 /// A page with text in a font that the document does not bring along.
 QByteArray PdfOfSystemFont()
 {
@@ -54,7 +56,7 @@ protected:
     {
         QProcess probe;
         probe.start(NORLIS_SANDBOX_PROBE, words);
-        EXPECT_TRUE(probe.waitForFinished());
+        EXPECT_TRUE(probe.waitForFinished(timeLimit));
         EXPECT_EQ(probe.exitStatus(), QProcess::NormalExit);
         return QString::fromUtf8(probe.readAllStandardOutput()).split('\n', Qt::SkipEmptyParts);
     }
@@ -107,7 +109,7 @@ TEST_F(RendererSandboxTest, NothingCanBeReachedWhereFilesCannotBeToldApart)
 TEST_F(RendererSandboxTest, NoDocumentIsOpenedWithoutTheFilter)
 {
     EXPECT_EQ(GetsThrough({"--without", "seccomp"}), QStringList("no sandbox"));
-    RendererProcess renderer(RendererWithout("seccomp"), 60'000);
+    RendererProcess renderer(RendererWithout("seccomp"), timeLimit);
     EXPECT_TRUE(Render(renderer, PdfOfColor(Qt::red)).isNull());
     EXPECT_THAT(reason, HasSubstr("filter system calls"));
 }
@@ -116,13 +118,13 @@ TEST_F(RendererSandboxTest, TimeOfTheProcessorIsLimited)
 {
     QProcess probe;
     probe.start(NORLIS_SANDBOX_PROBE, {"--burn"});
-    EXPECT_TRUE(probe.waitForFinished());
+    EXPECT_TRUE(probe.waitForFinished(timeLimit));
     EXPECT_EQ(probe.exitStatus(), QProcess::CrashExit);
 }
 
 TEST_F(RendererSandboxTest, TheRendererIsInsideBeforeItDrawsAnything)
 {
-    RendererProcess renderer(NORLIS_RENDERER, 60'000);
+    RendererProcess renderer(NORLIS_RENDERER, timeLimit);
     ASSERT_FALSE(Render(renderer, PdfOfColor(Qt::red)).isNull());
     const auto processes = ChildProcesses("norlis-preview-renderer");
     ASSERT_EQ(processes.size(), 1U);
@@ -151,7 +153,7 @@ TEST_F(RendererSandboxTest, TextWithoutFontsIsDrawnInThoseOfTheSystem)
     }
     std::vector<QImage> pictures;
     for (const char* calls : {"", "unshare", "landlock_create_ruleset", "unshare landlock_create_ruleset"}) {
-        RendererProcess renderer(RendererWithout(calls), 60'000);
+        RendererProcess renderer(RendererWithout(calls), timeLimit);
         pictures.push_back(Render(renderer, PdfOfSystemFont()));
         ASSERT_FALSE(pictures.back().isNull()) << calls << ": " << reason;
     }
@@ -162,7 +164,7 @@ TEST_F(RendererSandboxTest, TextWithoutFontsIsDrawnInThoseOfTheSystem)
 
 TEST_F(RendererSandboxTest, TheLargestPictureNeedsNothingThatIsForbidden)
 {
-    RendererProcess renderer(NORLIS_RENDERER, 60'000);
+    RendererProcess renderer(NORLIS_RENDERER, timeLimit);
     EXPECT_EQ(Render(renderer, PdfOfColor(Qt::red), {2048, 2048}).height(), 2048) << reason;
 }
 
