@@ -2,6 +2,7 @@
 
 #include "Reply.h"
 #include "Request.h"
+#include <base/Lifetime.h>
 
 #include <functional>
 #include <memory>
@@ -30,7 +31,7 @@ public:
     /// may destroy the service.
     virtual void Shutdown(std::function<void()> done)
     {
-        done();
+        CallOnce(done);
     }
 };
 
