@@ -19,8 +19,8 @@ struct Failure {
 /// Settings with which a NorlisCloudProtocol is constructed.
 struct AuthInfo {
     /// Where the cloud is: `file:` names a folder, `https:` a collection of a WebDAV server (RFC 4918). Plain `http:`
-    /// is accepted on loopback only. With a user name in it the token is the password of Basic authentication (RFC
-    /// 7617); without one it is sent as a bearer token (RFC 6750). A password in it is ignored.
+    /// is accepted on loopback only. With a user name in it the token is the password, sent as the server asks (RFC
+    /// 7616, 7617); without one it is sent as a bearer token (RFC 6750). A password in it is ignored.
     QUrl serviceUrl;
 
     /// Folder in which previews are kept, also between runs, up to a limit; created when missing. Empty keeps none.

@@ -76,7 +76,7 @@ VersionMemory::VersionMemory(const QString& file) : path(file) {}
 
 std::optional<VersionMemory::Version> VersionMemory::Find(const QString& document, const QString& localPath)
 {
-    ReadOn();
+    Refresh();
     const auto found = copiesOf.constFind(document);
     if (found == copiesOf.constEnd()) {
         return std::nullopt;
@@ -85,9 +85,8 @@ std::optional<VersionMemory::Version> VersionMemory::Find(const QString& documen
     return copy == found->constEnd() ? std::nullopt : std::optional(*copy);
 }
 
-QString VersionMemory::HashOf(const QString& document, const std::function<bool(const QString& version)>& isSame)
+QString VersionMemory::HashOf(const QString& document, const std::function<bool(const QString& version)>& isSame) const
 {
-    ReadOn();
     const Copies known = copiesOf.value(document);
     const auto copy = std::find_if(known.begin(), known.end(), [&](const Version& each) {
         return !each.md5Hash.isEmpty() && isSame(each.version);
@@ -97,7 +96,7 @@ QString VersionMemory::HashOf(const QString& document, const std::function<bool(
 
 void VersionMemory::Remember(const QString& document, const QString& localPath, const Version& version)
 {
-    ReadOn();
+    Refresh();
     const QString key = KeyOf(localPath);
     const Copies known = copiesOf.value(document);
     for (auto copy = known.begin(); copy != known.end(); ++copy) {
@@ -121,7 +120,7 @@ void VersionMemory::Move(const QString& document, const QString& from, const QSt
 
 void VersionMemory::Forget(const QString& document)
 {
-    ReadOn();
+    Refresh();
     const QStringList paths = copiesOf.value(document).keys();
     for (const QString& copy : paths) {
         Set(document, copy, std::nullopt);
@@ -129,7 +128,7 @@ void VersionMemory::Forget(const QString& document)
     }
 }
 
-void VersionMemory::ReadOn()
+void VersionMemory::Refresh()
 {
     const bool isThere = !path.isEmpty() && Files::FileIdentity::OfPath(path).IsFile();
     if (!isThere || !OpenCurrent() || file.size() <= position) {

@@ -30,9 +30,12 @@ public:
     /// Nothing for a copy that this memory has not seen.
     std::optional<Version> Find(const QString& document, const QString& localPath);
 
-    /// The MD5 of a version of which there is or was a copy; empty when there is none.
+    /// Reads what another program has added. Find and what changes the memory do so by themselves.
+    void Refresh();
+
+    /// The MD5 of a version of which there is or was a copy, as of the last refresh; empty when there is none.
     /// \param isSame whether a remembered version is the one
-    QString HashOf(const QString& document, const std::function<bool(const QString& version)>& isSame);
+    QString HashOf(const QString& document, const std::function<bool(const QString& version)>& isSame) const;
 
     /// Of another copy of the same version, but with another MD5, the MD5 is forgotten: the service does not see the
     /// difference, and the copy may be older.
@@ -47,8 +50,6 @@ public:
 private:
     using Copies = QHash<QString, Version>; ///< by local path
 
-    /// Reads what another program has added.
-    void ReadOn();
     bool OpenCurrent();
     void Apply(const QByteArray& line);
     void Set(const QString& document, const QString& localPath, const std::optional<Version>& version);

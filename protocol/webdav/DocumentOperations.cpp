@@ -96,6 +96,7 @@ void InfoOperation::OnFound(const DavDocument& known)
             now.md5 = known.md5;
         }
         session->documents.insert(now.id, now);
+        session->versions.Refresh();
         End({Success, session->EntryOf(now), {}, false});
     });
 }

@@ -104,6 +104,7 @@ void Listing::Send()
     sink = std::make_shared<ListingSink>(session.collection.Path(),
                                          [this](std::vector<DavEntry>&& entries) { Add(std::move(entries)); });
     hasNewVersions = false;
+    session.versions.Refresh();
     HttpRequest request =
         PropFindMembers(session.collection.Url(), {session.isNextcloudLike, asksForHashes && MayHaveStoredHashes()});
     request.sink = sink;

@@ -20,6 +20,16 @@ protected:
         Events();
     }
 
+    /// Downloads the first document once more, to another folder.
+    void DownloadElsewhere(const QByteArray& content)
+    {
+        ASSERT_TRUE(QDir().mkdir(elsewhere));
+        session->Download("1", elsewhere);
+        ASSERT_TRUE(WaitForCalls("downloadFile", 2));
+        Deliver(content);
+        ASSERT_TRUE(WaitForEvent("DocumentDownloaded", 2));
+    }
+
     /// Starts a download and waits until the cloud is asked.
     void Request(const QString& id)
     {
@@ -27,6 +37,8 @@ protected:
         session->Download(id, folder);
         ASSERT_TRUE(WaitForCalls("downloadFile", downloads + 1));
     }
+
+    const QString elsewhere = root.filePath("elsewhere");
 };
 
 TEST_F(CloudSessionDownloadTest, DocumentArrivesWholeUnderItsNameAndUpToDate)
@@ -170,12 +182,7 @@ TEST_F(CloudSessionDownloadTest, CopyForComparisonDoesNotTakeThePlaceOfTheOneWit
     Download("1", "text");
     Write("1.pdf", "my changes");
     Refresh({EntryOf("1", "their changes"), EntryOf("2", "other")});
-    const auto elsewhere = root.filePath("elsewhere");
-    ASSERT_TRUE(QDir().mkdir(elsewhere));
-    session->Download("1", elsewhere);
-    ASSERT_TRUE(WaitForCalls("downloadFile", 2));
-    Deliver("their changes");
-    ASSERT_TRUE(WaitForEvent("DocumentDownloaded", 2));
+    ASSERT_NO_FATAL_FAILURE(DownloadElsewhere("their changes"));
     EXPECT_EQ(Read(elsewhere + "/1.pdf"), "their changes");
     EXPECT_EQ(Held("1")->GetPath().utf8string(), PathOf("1.pdf").toStdString());
     EXPECT_EQ(StatusOf("1"), Status::ChangedOnBothSides);
@@ -199,12 +206,7 @@ TEST_F(CloudSessionDownloadTest, CopyForComparisonDoesNotTakeThePlaceOfTheOneWit
 TEST_F(CloudSessionDownloadTest, SecondUnchangedCopyIsTheLocalOneAndTheFirstStaysKnown)
 {
     Download("1", "text");
-    const auto elsewhere = root.filePath("elsewhere");
-    ASSERT_TRUE(QDir().mkdir(elsewhere));
-    session->Download("1", elsewhere);
-    ASSERT_TRUE(WaitForCalls("downloadFile", 2));
-    Deliver("text");
-    ASSERT_TRUE(WaitForEvent("DocumentDownloaded", 2));
+    ASSERT_NO_FATAL_FAILURE(DownloadElsewhere("text"));
     EXPECT_EQ(Held("1")->GetPath().utf8string(), (elsewhere + "/1.pdf").toStdString());
 
     Write("1.pdf", "my changes");

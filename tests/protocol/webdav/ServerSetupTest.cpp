@@ -1,5 +1,4 @@
 #include <tests/servers/ServerFront.h>
-#include <tests/support/Rounds.h>
 #include <tests/support/ServiceTest.h>
 #include <tests/support/WebDavUnderTest.h>
 
@@ -76,9 +75,6 @@ TEST_F(ServerSetupTest, NginxThatCompressesAnswers)
 
 TEST_F(ServerSetupTest, NginxThatTakesTwoRequestsInASecond)
 {
-    if (!IsThorough()) {
-        GTEST_SKIP() << "takes a while";
-    }
     Through(FrontKind::NginxRateLimit);
 }
 
