@@ -209,8 +209,9 @@ void VersionMemory::Append(const QByteArray& line)
         pread(file.handle(), &last, 1, file.size() - 1);
         file.write(last == '\n' ? line : '\n' + line); // a program may have been killed in the middle of one
         file.flush();
-        return;
+        break;
     }
+    Refresh(); // the file may have been opened only now, and others have written to it
 }
 
 void VersionMemory::Compact()

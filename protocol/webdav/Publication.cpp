@@ -162,7 +162,7 @@ void Publication::OnMoved(const ChangeResult& result)
 {
     moved = result;
     const int status = result.response.Status();
-    if (!replaced && status == 412) {
+    if (!replaced && (status == 412 || IsBriefLock(result))) { // a finished document of that name is locked at times
         LookWhetherNameIsTaken();
     } else if (status == 412 && lock && lock->IsHeld() && !uploadedLock) {
         LockUploaded(); // some servers take a lock only together with one of the file that is renamed
@@ -179,8 +179,8 @@ void Publication::LookWhetherNameIsTaken()
         if (entry) {
             OnTaken(*entry);
         } else if (IsMissing(response.Status()) && attempts < maxAttempts) { // it may have been deleted just now
-            Move();
-        } else if (!IsMissing(response.Status()) && response.Status() != 207) {
+            QTimer::singleShot(pause * attempts, this, [this] { Move(); });
+        } else if (IsBriefLock(moved) || (!IsMissing(response.Status()) && response.Status() != 207)) {
             FailAsAnswered(true);
         } else { // some servers cut names off
             Fail(Failure("The server takes the name for that of another document", "Give the file another name."),

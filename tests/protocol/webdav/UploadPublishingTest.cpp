@@ -153,6 +153,26 @@ TEST_F(UploadPublishingTest, ALockThatIsShortIsWaitedFor)
     EXPECT_EQ(server.Count("MOVE"), 3);
 }
 
+TEST_F(UploadPublishingTest, ALockedDocumentOfTheSameContentIsNotTheNewOne)
+{
+    LearnTheServer();
+    server.Put("report.pdf", "new");
+    server.Misbehave("MOVE", AnswersWith(423));
+    const auto upload = client.Upload(File());
+    ASSERT_TRUE(upload->Succeeds());
+    EXPECT_EQ(upload->payload.fileName, "report (2).pdf");
+    ExpectOnServer({"report (2).pdf", "report.pdf"});
+}
+
+TEST_F(UploadPublishingTest, AShortLockOfANameThatIsFreeIsWaitedFor)
+{
+    LearnTheServer();
+    server.Misbehave(When("MOVE").Times(2), AnswersWith(423));
+    ASSERT_TRUE(client.Upload(File())->Succeeds());
+    ExpectOnServer({"report.pdf"});
+    EXPECT_EQ(server.Count("MOVE"), 3);
+}
+
 TEST_F(UploadPublishingTest, ALockThatStaysIsReported)
 {
     const QString id = Put("report.pdf", "old");
