@@ -107,10 +107,10 @@ TEST_P(CancellationTest, ACanceledUploadTellsNothingAboutTheDocumentOfItsName)
 TEST_P(CancellationTest, UploadsCanceledAtAnyMomentLeaveNothing)
 {
     const QString path = LocalFile("report.pdf", QByteArray(1'500'000, 'x'));
-    for (int round = 0; round < 200; round += Stride(7)) {
+    for (int round = 0; round < 70; round += Stride(3)) {
         const auto upload = client.Upload(path);
         QCoreApplication::processEvents();
-        int spins = round * 40; // a different moment each time
+        int spins = round * 115; // a different moment each time
         BlockUntil([&] { return --spins <= 0; });
         if (round % 2 != 0) {
             QCoreApplication::processEvents();
@@ -131,11 +131,11 @@ TEST_P(CancellationTest, NothingAppearsAtTheTargetAfterCancellation)
     cloud->Put("report.pdf", QByteArray(200'000, 'x'));
     const QString id = client.Entry("report.pdf").id;
     int written = 0;
-    for (int round = 0; round < 500; round += Stride(7)) {
+    for (int round = 0; round < 160; round += Stride(3)) {
         const QString target = Local(QString::number(round) + ".pdf");
         const auto download = client.Download(id, target);
         QCoreApplication::processEvents();
-        int spins = round * 8;
+        int spins = round * 25;
         BlockUntil([&] { return --spins <= 0; });
         client.Cancel(download->operation);
         const bool wasThere = QFile::exists(target);
