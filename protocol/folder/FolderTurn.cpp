@@ -8,6 +8,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <array>
 #include <cerrno>
 #include <chrono>
 #include <cstring>
@@ -119,7 +120,7 @@ void FolderTurn::End()
 bool FolderTurn::Write(const QByteArray& text)
 {
     const QByteArray whole = text.leftJustified(journalSize - 1, ' ') + '\n';
-    const bool isWritten = pwrite(journal, whole.constData(), journalSize, 0) == journalSize;
+    const bool isWritten = pwrite(journal, whole.constData(), static_cast<size_t>(whole.size()), 0) == whole.size();
     if (isWritten && (text.isEmpty() || fdatasync(journal) == 0)) {
         return true;
     }
@@ -129,9 +130,9 @@ bool FolderTurn::Write(const QByteArray& text)
 
 std::optional<FolderTurn::Change> FolderTurn::Read() const
 {
-    QByteArray text(journalSize, '\0');
-    text.resize(static_cast<int>(qMax<ssize_t>(pread(journal, text.data(), journalSize, 0), 0)));
-    const QJsonObject line = QJsonDocument::fromJson(text).object();
+    std::array<char, journalSize> text{};
+    const auto length = static_cast<int>(qMax<ssize_t>(pread(journal, text.data(), text.size(), 0), 0));
+    const QJsonObject line = QJsonDocument::fromJson(QByteArray(text.data(), length)).object();
     const Change change{line["document"].toString(), line["aside"].toString(),
                         FileIdentity::FromString(line["fresh"].toString()),
                         FileIdentity::FromString(line["old"].toString())};
