@@ -131,7 +131,8 @@ HttpRequest Lock(const QByteArray& url)
     request.fields = {{"Depth", "0"}, {"Timeout", "Second-60"}, {"Content-Type", xmlType}};
     request.body = R"(<?xml version="1.0" encoding="utf-8"?>)"
                    R"(<d:lockinfo xmlns:d="DAV:"><d:lockscope><d:exclusive/></d:lockscope>)"
-                   R"(<d:locktype><d:write/></d:locktype></d:lockinfo>)";
+                   R"(<d:locktype><d:write/></d:locktype>)"
+                   R"(<d:owner>norlis-cloud</d:owner></d:lockinfo>)"; // some servers insist on an owner
     request.isRepeatable = false;
     return request;
 }

@@ -104,9 +104,11 @@ bool IsPropertyStored(const HttpResponse& response)
 
 QByteArray LockTokenOf(const HttpResponse& response)
 {
-    const QByteArray token = response.head.Field("lock-token");
+    const QByteArray field = response.head.Field("lock-token");
+    // Some servers leave out the angle brackets.
+    const QByteArray token = field.isEmpty() || field.startsWith('<') ? field : '<' + field + '>';
     const bool isLocked = response.Status() == 200 || response.Status() == 201;
-    return isLocked && token.startsWith('<') && token.endsWith('>') ? token : QByteArray();
+    return isLocked && !token.isEmpty() && token.indexOf('>') == token.size() - 1 ? token : QByteArray();
 }
 
 bool IsMissing(int status)

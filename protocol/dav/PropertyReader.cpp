@@ -42,10 +42,15 @@ std::optional<bool> Truth(const QStringRef& text)
     return std::nullopt;
 }
 
-/// One that cannot be sent in a header field is useless, and dangerous.
+/// One that cannot be sent in a header field is useless, and dangerous. Some servers leave out the quotes here, and
+/// only here.
 QByteArray Etag(const QStringRef& text)
 {
-    return std::any_of(text.begin(), text.end(), IsControl) ? QByteArray() : text.toUtf8();
+    if (std::any_of(text.begin(), text.end(), IsControl)) {
+        return {};
+    }
+    const bool isBare = !text.isEmpty() && !text.contains(QLatin1Char('"'));
+    return isBare ? '"' + text.toUtf8() + '"' : text.toUtf8();
 }
 
 /// In lower case; empty when it is not an MD5.

@@ -114,11 +114,18 @@ void ServerProbe::PlanSecondFile()
     steps.push_back(Exchange(Lock(url), [this, url](const HttpResponse& response) {
         const QByteArray token = LockTokenOf(response);
         session->hasLocks = !token.isEmpty();
-        // Without them two who replace a document at the very same moment cannot always be told apart.
-        Note("locks", YesOrNo(!token.isEmpty()));
-        if (!token.isEmpty()) {
-            steps.push_front(Exchange(Unlock(url, token), [](const HttpResponse&) {}));
+        if (token.isEmpty()) {
+            // Without them two who replace a document at the very same moment cannot always be told apart.
+            Note("locks", "no");
+            return;
         }
+        HttpRequest write = Put(url);
+        write.body = content;
+        write.isRepeatable = false; // what is locked is not busy
+        steps.push_front(Exchange(Unlock(url, token), [](const HttpResponse&) {}));
+        steps.push_front(Exchange(write, [this](const HttpResponse& answer) {
+            Note("locks", JudgeChange(answer).IsDone() ? "yes, but not for programs that use none" : "yes");
+        }));
     }));
 }
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env -S python3 -B
-"""doctor.py PROJECT BUILD: the table of docs/servers.md is what `norlis-cloud doctor` says of each server."""
+"""doctor.py PROJECT BUILD SERVER: the table of docs/servers.md that begins with this server is what `norlis-cloud doctor` says of each."""
 
 import json
 import os
@@ -18,7 +18,7 @@ os.environ["QT_QPA_PLATFORM"] = "offscreen"
 def table():
     """Server to capability to finding."""
     lines = (project / "docs/servers.md").read_text(encoding="utf-8").splitlines()
-    start = next(number for number, line in enumerate(lines) if line.startswith("| Capability | apache |"))
+    start = next(number for number, line in enumerate(lines) if line.startswith(f"| Capability | {sys.argv[3]} |"))
     rows = []
     for line in lines[start:]:
         if not line.startswith("|"):

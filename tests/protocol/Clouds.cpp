@@ -1,5 +1,4 @@
 #include <tests/support/FolderUnderTest.h>
-#include <tests/support/Rounds.h>
 #include <tests/support/WebDavUnderTest.h>
 
 namespace Norlis::Test {
@@ -7,11 +6,7 @@ namespace Norlis::Test {
 std::vector<KindOfCloud> KindsOfClouds()
 {
     std::vector<KindOfCloud> kinds{{"Folder", [] { return std::make_unique<FolderUnderTest>(); }}};
-    std::vector<ServerKind> servers = AllServerKinds();
-    if (IsThorough()) {
-        servers.push_back(ServerKind::ApacheDigest);
-    }
-    for (const ServerKind kind : servers) {
+    for (const ServerKind kind : TestedServerKinds()) {
         kinds.push_back({NameOf(kind), [kind] { return std::make_unique<WebDavUnderTest>(SharedServer(kind)); }});
     }
     return kinds;

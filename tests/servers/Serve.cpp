@@ -18,7 +18,9 @@ constexpr const char* usage = R"(Usage: serve KIND [FOLDER]
 Starts a WebDAV server on 127.0.0.1 and prints its address and the password of
 its user. It runs until it is interrupted.
 
-  KIND     apache, nginx, lighttpd, rclone or sabre
+  KIND     apache, nginx, lighttpd, rclone or sabre; with what
+           "tools/install-packages servers" installs and the target more-servers
+           builds also tomcat, nephele, npmwebdav, apachedigest, go or chezdav
   FOLDER   What to serve; a new one, which is removed at the end, if none is
            named. Started by root, Apache acts as the user "nobody", who owns
            the folder from then on.

@@ -20,8 +20,9 @@ using namespace TestKit;
 
 std::string NameOf(FrontKind kind)
 {
-    static constexpr std::array<const char*, 5> names = {"NginxTls", "HaproxyTls", "NginxGzip", "NginxRateLimit",
-                                                         "Tinyproxy"};
+    static constexpr std::array<const char*, 10> names = {
+        "NginxTls",       "HaproxyTls",    "NginxGzip",    "NginxRateLimit", "NginxUnbuffered",
+        "NginxBodyLimit", "NginxDotFiles", "NginxSubPath", "Tinyproxy",      "Squid"};
     return names.at(static_cast<std::size_t>(kind));
 }
 
@@ -60,6 +61,9 @@ QUrl ServerFront::Address(QUrl addressBehind) const
     const bool isSecure = kind == FrontKind::NginxTls || kind == FrontKind::HaproxyTls;
     addressBehind.setScheme(isSecure ? "https" : "http");
     addressBehind.setPort(port);
+    if (kind == FrontKind::NginxSubPath) {
+        addressBehind.setPath("/cloud" + addressBehind.path(QUrl::FullyDecoded), QUrl::DecodedMode);
+    }
     return addressBehind;
 }
 

@@ -6,11 +6,16 @@ namespace Norlis::Test {
 
 /// What people put before their servers.
 enum class FrontKind {
-    NginxTls,       ///< ends TLS; http to the server
-    HaproxyTls,     ///< the same
-    NginxGzip,      ///< compresses answers
-    NginxRateLimit, ///< answers 429 when there are more than two requests in a second
-    Tinyproxy,      ///< a proxy for the client, with the user and password of the server
+    NginxTls,        ///< ends TLS; http to the server
+    HaproxyTls,      ///< the same
+    NginxGzip,       ///< compresses answers
+    NginxRateLimit,  ///< answers 429 when there are more than two requests in a second
+    NginxUnbuffered, ///< passes on bodies of requests and answers as they come
+    NginxBodyLimit,  ///< takes bodies of up to 1 MiB
+    NginxDotFiles,   ///< forbids names with a leading dot
+    NginxSubPath,    ///< has the server's root at /cloud/, and leaves answers as they are
+    Tinyproxy,       ///< a proxy for the client, with the user and password of the server
+    Squid,           ///< the same
 };
 
 /// "NginxTls" ...

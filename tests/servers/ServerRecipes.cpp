@@ -6,6 +6,7 @@
 #include <QStandardPaths>
 
 #include <array>
+#include <map>
 #include <stdexcept>
 
 #include <sys/stat.h>
@@ -33,7 +34,7 @@ QString Find(const QString& program)
     const QString path =
         QStandardPaths::findExecutable(program, {"/usr/sbin", "/usr/bin", "/usr/local/sbin", "/usr/local/bin"});
     if (path.isEmpty()) {
-        Fail("There is no program " + program);
+        Fail("There is no program " + program + ". This command installs it: tools/install-packages test servers");
     }
     return path;
 }
@@ -47,7 +48,8 @@ void Write(const QString& path, const QByteArray& text)
 }
 
 /// Copies a configuration, with what stands between @ replaced, into the state folder. Returns its path there.
-QString Configure(const QString& name, const ServerPlan& plan)
+/// \param more what stands between other @, and what replaces it
+QString Configure(const QString& name, const ServerPlan& plan, const std::map<QString, QString>& more = {})
 {
     QFile file(QString(NORLIS_SERVER_CONFIGURATIONS "/") + name);
     if (!file.open(QIODevice::ReadOnly)) {
@@ -57,6 +59,9 @@ QString Configure(const QString& name, const ServerPlan& plan)
     text.replace("@STATE@", plan.state).replace("@DOCUMENTS@", plan.documents).replace("@USER@", plan.user);
     text.replace("@PORT@", QString::number(plan.port)).replace("@PORT_BEHIND@", QString::number(plan.portBehind));
     text.replace("@PASSWORD@", plan.password);
+    for (const auto& [key, value] : more) {
+        text.replace('@' + key + '@', value);
+    }
     const QString path = plan.state + '/' + name;
     Write(path, text.toUtf8());
     return path;
@@ -97,13 +102,14 @@ ProgramStart ApacheDigest(const ServerPlan& plan)
     return start;
 }
 
+/// \param configuration path
 ProgramStart NginxWith(const QString& configuration, const ServerPlan& plan)
 {
     QDir().mkpath(plan.state + "/temporary");
     // Without it, the processes of a server that root starts act as somebody else.
     const QString globals = geteuid() == 0 ? "daemon off; user root;" : "daemon off;";
     return {Find("nginx"),
-            {"-p", plan.state, "-c", Configure(configuration, plan), "-e", plan.state + "/error.log", "-g", globals},
+            {"-p", plan.state, "-c", configuration, "-e", plan.state + "/error.log", "-g", globals},
             {},
             plan.state};
 }
@@ -111,7 +117,7 @@ ProgramStart NginxWith(const QString& configuration, const ServerPlan& plan)
 ProgramStart Nginx(const ServerPlan& plan)
 {
     WriteUsers(plan);
-    return NginxWith("nginx.conf", plan);
+    return NginxWith(Configure("nginx.conf", plan), plan);
 }
 
 ProgramStart Lighttpd(const ServerPlan& plan)
@@ -131,14 +137,120 @@ ProgramStart Rclone(const ServerPlan& plan)
             plan.state};
 }
 
+/// For servers of a few lines of their own, which come with these tests.
+QStringList Variables(const ServerPlan& plan)
+{
+    return {"NORLIS_USER=" + plan.user, "NORLIS_PASSWORD=" + plan.password, "NORLIS_DOCUMENTS=" + plan.documents,
+            "NORLIS_PORT=" + QString::number(plan.port)};
+}
+
 ProgramStart Sabre(const ServerPlan& plan)
 {
     return {Find("php"),
             {"-q", "-d", "display_errors=stderr", "-d", "memory_limit=-1", "-S",
              "127.0.0.1:" + QString::number(plan.port), NORLIS_SERVER_CONFIGURATIONS "/sabre.php"},
-            {"PHP_CLI_SERVER_WORKERS=8", "NORLIS_USER=" + plan.user, "NORLIS_PASSWORD=" + plan.password,
-             "NORLIS_DOCUMENTS=" + plan.documents},
+            QStringList{"PHP_CLI_SERVER_WORKERS=8"} + Variables(plan),
             plan.state};
+}
+
+/// Path of what the target more-servers builds.
+QString Built(const QString& name)
+{
+    const QString path = QStringLiteral(NORLIS_MORE_SERVERS "/") + name;
+    if (!QFile::exists(path)) {
+        Fail("There is no " + path + ". The target more-servers makes it.");
+    }
+    return path;
+}
+
+ProgramStart Tomcat(const ServerPlan& plan)
+{
+    const QString home = "/usr/share/tomcat10";
+    Configure("tomcat.web.xml", plan);
+    Configure("tomcat.users.xml", plan);
+    // Compiling more would take longer than the tests do.
+    return {Find("java"),
+            {"-XX:+UseSerialGC", "-XX:TieredStopAtLevel=1", "-Xmx256m", "-Dcatalina.home=" + home,
+             "-Dcatalina.base=" + plan.state, "-Djava.io.tmpdir=" + plan.state, "-cp",
+             home + "/bin/bootstrap.jar:" + home + "/bin/tomcat-juli.jar", "org.apache.catalina.startup.Bootstrap",
+             "-config", Configure("tomcat.server.xml", plan), "start"},
+            {},
+            plan.state};
+}
+
+ProgramStart Nephele(const ServerPlan& plan)
+{
+    return {Find("node"), {Built("node/nephele.mjs")}, Variables(plan), plan.state};
+}
+
+ProgramStart NpmWebdav(const ServerPlan& plan)
+{
+    return {Find("node"), {Built("node/npm-webdav.mjs")}, Variables(plan), plan.state};
+}
+
+ProgramStart Go(const ServerPlan& plan)
+{
+    return {Built("go-webdav"), {}, Variables(plan), plan.state};
+}
+
+ProgramStart Chezdav(const ServerPlan& plan)
+{
+    WriteDigestUsers(plan);
+    return {Find("chezdav"),
+            {"--local", "--no-mdns", "--port", QString::number(plan.port), "--path", plan.documents, "--htdigest",
+             plan.state + "/digest-users", "--realm", "Norlis"},
+            {},
+            plan.state};
+}
+
+ProgramStart Squid(const ServerPlan& plan)
+{
+    const QByteArray hash = QCryptographicHash::hash(plan.password.toUtf8(), QCryptographicHash::Md5).toHex();
+    Write(plan.state + "/squid-users", plan.user.toUtf8() + ':' + hash + '\n');
+    // Those with different names may run at the same time.
+    return {Find("squid"),
+            {"-N", "-n", "norlis" + QString::number(plan.port), "-f", Configure("squid.conf", plan)},
+            {},
+            plan.state};
+}
+
+ProgramStart NginxFront(FrontKind kind, const ServerPlan& plan)
+{
+    // What differs from a front that only passes everything on, whatever its size.
+    std::map<QString, QString> parts = {{"HTTP", {}},
+                                        {"LISTEN", {}},
+                                        {"SERVER", "client_max_body_size 0;"},
+                                        {"LOCATION", "/"},
+                                        {"LOCATION_BEHIND", {}}};
+    switch (kind) {
+    case FrontKind::NginxTls:
+        parts["LISTEN"] = " ssl";
+        parts["SERVER"] += "ssl_certificate certificate.pem; ssl_certificate_key certificate.pem;";
+        break;
+    case FrontKind::NginxGzip:
+        parts["HTTP"] = "gzip on; gzip_proxied any; gzip_min_length 1; gzip_types *;";
+        break;
+    case FrontKind::NginxRateLimit:
+        parts["HTTP"] = "limit_req_zone $server_port zone=all:1m rate=2r/s; limit_req_status 429;";
+        parts["SERVER"] += "limit_req zone=all;";
+        break;
+    case FrontKind::NginxUnbuffered:
+        parts["SERVER"] += "proxy_request_buffering off; proxy_buffering off; proxy_http_version 1.1;";
+        break;
+    case FrontKind::NginxBodyLimit:
+        parts["SERVER"] = "client_max_body_size 1m;";
+        break;
+    case FrontKind::NginxDotFiles:
+        parts["SERVER"] += "location ~ /\\. { return 403; }";
+        break;
+    case FrontKind::NginxSubPath:
+        parts["LOCATION"] = "/cloud/";
+        parts["LOCATION_BEHIND"] = "/";
+        break;
+    default:
+        Fail("nginx is no such front");
+    }
+    return NginxWith(Configure("front.nginx.conf", plan, parts), plan);
 }
 
 } // namespace
@@ -146,25 +258,23 @@ ProgramStart Sabre(const ServerPlan& plan)
 ProgramStart Prepare(ServerKind kind, const ServerPlan& plan)
 {
     using Recipe = ProgramStart (*)(const ServerPlan&);
-    static constexpr std::array<Recipe, 6> recipes = {Apache, Nginx, Lighttpd, Rclone, Sabre, ApacheDigest};
+    static constexpr std::array<Recipe, 11> recipes = {Apache, Nginx,   Lighttpd,  Rclone, Sabre,  ApacheDigest,
+                                                       Tomcat, Nephele, NpmWebdav, Go,     Chezdav};
     return recipes.at(static_cast<std::size_t>(kind))(plan);
 }
 
 ProgramStart Prepare(FrontKind kind, const ServerPlan& plan)
 {
     switch (kind) {
-    case FrontKind::NginxTls:
-        return NginxWith("front-tls.nginx.conf", plan);
-    case FrontKind::NginxGzip:
-        return NginxWith("front-gzip.nginx.conf", plan);
-    case FrontKind::NginxRateLimit:
-        return NginxWith("front-limit.nginx.conf", plan);
     case FrontKind::HaproxyTls:
         return {Find("haproxy"), {"-db", "-f", Configure("front-tls.haproxy.cfg", plan)}, {}, plan.state};
     case FrontKind::Tinyproxy:
         return {Find("tinyproxy"), {"-d", "-c", Configure("tinyproxy.conf", plan)}, {}, plan.state};
+    case FrontKind::Squid:
+        return Squid(plan);
+    default:
+        return NginxFront(kind, plan);
     }
-    Fail("There is no such front");
 }
 
 void GiveToServer(ServerKind kind, const QString& folder)

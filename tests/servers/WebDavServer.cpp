@@ -41,31 +41,47 @@ void LetEverybodyThrough(const QString& folder)
     }
 }
 
-QString StateTemplate()
+QString StateTemplate(ServerKind kind)
 {
     const QString memory = QStringLiteral("/dev/shm");
-    return (QFileInfo(memory).isWritable() ? memory : QDir::tempPath()) + "/norlis-server-";
+    // chezdav keeps properties in extended attributes, which files in memory have since Linux 6.6 only.
+    const bool isForMemory = kind != ServerKind::Chezdav && QFileInfo(memory).isWritable();
+    return (isForMemory ? memory : QDir::tempPath()) + "/norlis-server-";
 }
 
 } // namespace
 
 const std::vector<ServerKind>& AllServerKinds()
 {
-    static const std::vector<ServerKind> kinds = {ServerKind::Apache, ServerKind::Nginx, ServerKind::Lighttpd,
-                                                  ServerKind::Rclone, ServerKind::Sabre};
+    static const std::vector<ServerKind> kinds = {ServerKind::Apache,  ServerKind::Nginx,     ServerKind::Lighttpd,
+                                                  ServerKind::Rclone,  ServerKind::Sabre,     ServerKind::Tomcat,
+                                                  ServerKind::Nephele, ServerKind::NpmWebdav, ServerKind::ApacheDigest,
+                                                  ServerKind::Go,      ServerKind::Chezdav};
     return kinds;
+}
+
+std::vector<ServerKind> TestedServerKinds()
+{
+    const std::vector<ServerKind>& all = AllServerKinds();
+    return qEnvironmentVariableIsSet("NORLIS_ALL_SERVERS") ? all : std::vector(all.begin(), all.begin() + 5);
+}
+
+bool TakesOnlyDigests(ServerKind kind)
+{
+    return kind == ServerKind::ApacheDigest || kind == ServerKind::Chezdav;
 }
 
 std::string NameOf(ServerKind kind)
 {
-    static constexpr std::array<const char*, 6> names = {"Apache", "Nginx", "Lighttpd",
-                                                         "Rclone", "Sabre", "ApacheDigest"};
+    static constexpr std::array<const char*, 11> names = {"Apache",    "Nginx",        "Lighttpd", "Rclone",
+                                                          "Sabre",     "ApacheDigest", "Tomcat",   "Nephele",
+                                                          "NpmWebdav", "Go",           "Chezdav"};
     return names.at(static_cast<std::size_t>(kind));
 }
 
 WebDavServer::WebDavServer(ServerKind kind, const QString& documents)
     : kind(kind),
-      state(StateTemplate()),
+      state(StateTemplate(kind)),
       documents(documents.isEmpty() ? state.filePath("documents") : QDir(documents).absolutePath()),
       password(SomePassword())
 {
@@ -156,7 +172,7 @@ bool WebDavServer::TryToStart()
     process.reset();
     const ProgramStart start = Prepare(kind, {state.path(), documents, userName, password, port});
     process = std::make_unique<ServerProcess>(start, state.filePath("output.log"));
-    const QDeadlineTimer deadline(20'000);
+    const QDeadlineTimer deadline(60'000);
     while (!deadline.hasExpired() && process->IsRunning()) {
         if (Answers()) {
             return true;
@@ -175,7 +191,7 @@ bool WebDavServer::Answers() const
               "Authorization: " +
                   BasicAuthorization(userName, password.toUtf8()) + "\r\n\r\n");
     return answer.startsWith("HTTP/1.1 207") ||
-           (kind == ServerKind::ApacheDigest && answer.startsWith("HTTP/1.1 401") && answer.contains("Digest realm="));
+           (TakesOnlyDigests(kind) && answer.startsWith("HTTP/1.1 401") && answer.contains("Digest realm="));
 }
 
 QByteArray WebDavServer::Log() const

@@ -12,16 +12,21 @@
 
 namespace Norlis::Test {
 
-enum class ServerKind { Apache, Nginx, Lighttpd, Rclone, Sabre, ApacheDigest };
+enum class ServerKind { Apache, Nginx, Lighttpd, Rclone, Sabre, ApacheDigest, Tomcat, Nephele, NpmWebdav, Go, Chezdav };
 
-/// All kinds that the tests of the contract run against. The others differ from one of them in a setting only.
 const std::vector<ServerKind>& AllServerKinds();
+
+/// Those that tests run against: all of them if the environment has NORLIS_ALL_SERVERS, and otherwise the first five.
+std::vector<ServerKind> TestedServerKinds();
+
+/// Whether it takes no Basic authentication.
+bool TakesOnlyDigests(ServerKind kind);
 
 /// "Apache", "Nginx" ...
 std::string NameOf(ServerKind kind);
 
 /// A real WebDAV server on 127.0.0.1, at a port and with a folder of its own. It has one user, with a
-/// random password (Basic authentication, or what the kind says).
+/// random password.
 ///
 /// Lives on one thread, which outlives it. Every failure is a std::runtime_error that holds what the server wrote.
 class WebDavServer {

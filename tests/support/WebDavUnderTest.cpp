@@ -125,8 +125,9 @@ QStringList WebDavUnderTest::Content()
 {
     QStringList files = FilesBelow(folder);
     const auto isTheServers = [](const QString& path) {
-        // Apache's and SabreDAV's properties, and what Apache is about to receive.
-        return path.startsWith(".DAV/") || path == ".sabredav" || path.startsWith(".davfs.tmp");
+        // Apache's, SabreDAV's and nephele's properties, and what Apache is about to receive.
+        return path.startsWith(".DAV/") || path == ".sabredav" || path.endsWith(".nephelemeta") ||
+               path.startsWith(".davfs.tmp");
     };
     files.erase(std::remove_if(files.begin(), files.end(), isTheServers), files.end());
     return files;
@@ -149,17 +150,19 @@ bool WebDavUnderTest::HashesForeignDocuments() const
 
 bool WebDavUnderTest::KeepsHashes() const
 {
-    return !IsKind({ServerKind::Nginx, ServerKind::Rclone}); // which keep no properties
+    // Those keep no properties, or lose them with the temporary name.
+    return !IsKind({ServerKind::Nginx, ServerKind::Rclone, ServerKind::Go, ServerKind::NpmWebdav});
 }
 
 bool WebDavUnderTest::ReportsCreationTime() const
 {
-    return IsKind({ServerKind::Apache, ServerKind::ApacheDigest});
+    return IsKind({ServerKind::Apache, ServerKind::ApacheDigest, ServerKind::Tomcat, ServerKind::Nephele,
+                   ServerKind::NpmWebdav, ServerKind::Chezdav});
 }
 
 CloudUnderTest::QuotaOf WebDavUnderTest::CountsInQuota() const
 {
-    return IsKind({ServerKind::Sabre}) ? QuotaOf::Disk : QuotaOf::Nothing;
+    return IsKind({ServerKind::Sabre, ServerKind::Nephele, ServerKind::Chezdav}) ? QuotaOf::Disk : QuotaOf::Nothing;
 }
 
 bool WebDavUnderTest::ListsNamesThatBeginWithADot() const
@@ -169,8 +172,8 @@ bool WebDavUnderTest::ListsNamesThatBeginWithADot() const
 
 bool WebDavUnderTest::ListsControlCharacters() const
 {
-    // nginx' listing is no XML then, and rclone shows other characters in their place.
-    return !IsKind({ServerKind::Nginx, ServerKind::Rclone});
+    // rclone shows other characters in their place, and the listings of the others are no XML then.
+    return !IsKind({ServerKind::Nginx, ServerKind::Rclone, ServerKind::NpmWebdav, ServerKind::Chezdav});
 }
 
 bool WebDavUnderTest::AcceptsRepeatedRemoval() const
@@ -200,9 +203,9 @@ qint64 WebDavUnderTest::LargeSize() const
 
 int WebDavUnderTest::ManyDocuments() const
 {
-    return IsKind({ServerKind::Rclone})
-               ? 300
-               : CloudUnderTest::ManyDocuments(); // without its cache, rclone reads the folder for each entry
+    // Without its cache, rclone reads the folder for each entry, and the others read several files.
+    return IsKind({ServerKind::Rclone, ServerKind::Nephele, ServerKind::NpmWebdav}) ? 300
+                                                                                    : CloudUnderTest::ManyDocuments();
 }
 
 QByteArray WebDavUnderTest::Log() const

@@ -52,6 +52,21 @@ TEST(ChangeTest, PageIsNoAnswer)
     EXPECT_EQ(JudgeChange(Answer(201, "<html>Created", "text/html")).outcome, Change::Done);
 }
 
+TEST(LockTokenTest, IsSentBackInAngleBrackets)
+{
+    const auto tokenOf = [](int status, const QByteArray& field) {
+        HttpResponse response = Answer(status);
+        response.head.fields.append({"lock-token", field});
+        return LockTokenOf(response);
+    };
+    EXPECT_EQ(tokenOf(200, "<urn:uuid:1>"), "<urn:uuid:1>");
+    EXPECT_EQ(tokenOf(201, "urn:uuid:1"), "<urn:uuid:1>");
+    for (const char* field : {"", "<urn:uuid:1", "<urn:uuid:1> x", "urn:uuid:1>", "<a> <b>"}) {
+        EXPECT_EQ(tokenOf(200, field), "") << field;
+    }
+    EXPECT_EQ(tokenOf(423, "<urn:uuid:1>"), "");
+}
+
 TEST(ChangeTest, LostAnswerSaysNothing)
 {
     HttpResponse lost = Answer(201);

@@ -278,6 +278,8 @@ TEST(MultiStatusParserTest, ATagThatCouldNotStandInARequestIsUnknown)
 {
     EXPECT_EQ(EntryWith("<d:getetag>\"a&#10;Evil: b\"</d:getetag>").etag, "");
     EXPECT_EQ(EntryWith("<d:getetag>\n\"a\"\n</d:getetag>").etag, "\"a\"");
+    EXPECT_EQ(EntryWith("<d:getetag>-1a</d:getetag>").etag, "\"-1a\"");
+    EXPECT_EQ(EntryWith("<d:getetag/>").etag, "");
 }
 
 TEST(MultiStatusParserTest, PropertiesOfSyncServersAreRead)

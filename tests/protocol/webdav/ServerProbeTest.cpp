@@ -94,6 +94,20 @@ TEST_F(ServerProbeTest, PropertiesThatDoNotComeBackAreNotStored)
     EXPECT_EQ(Findings()["custom properties"], "no");
 }
 
+TEST_F(ServerProbeTest, TellsWhomALockKeepsOut)
+{
+    EXPECT_EQ(Findings()["locks"], "no");
+    for (const char* token : {"<urn:uuid:1>", "urn:uuid:1"}) {
+        server.Misbehave("LOCK", AnswersWith(200, {{"Lock-Token", token}}));
+        EXPECT_EQ(Findings()["locks"], "yes, but not for programs that use none") << token;
+        EXPECT_EQ(server.Requests("UNLOCK").back().headers.Value("Lock-Token"), "<urn:uuid:1>");
+        server.Misbehave("LOCK", AnswersWith(200, {{"Lock-Token", token}}));
+        server.Misbehave(When("PUT").From(5), AnswersWith(423));
+        EXPECT_EQ(Findings()["locks"], "yes") << token;
+        server.BehaveAgain();
+    }
+}
+
 TEST_F(ServerProbeTest, AMoveThatIsOnlyClaimedIsNone)
 {
     server.Misbehave(When("MOVE").Always(), OnlyClaimsToDoIt(201));
