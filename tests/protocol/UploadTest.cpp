@@ -113,7 +113,7 @@ TEST_P(UploadTest, NamesSurviveByteForByte)
                          "%2e%2e%2f.pdf",
                          "'quoted\" <b>.pdf",
                          "no suffix",
-                         QString("\u00e4").repeated(125) + "x.pdf",
+                         LongName(),
                          "a+b;c,d@e.pdf",
                          "\u65e5\u672c.pdf",
                          "\ufeffmarked.pdf",
@@ -136,7 +136,7 @@ TEST_P(UploadTest, NamesSurviveByteForByte)
 
 TEST_P(UploadTest, ALongNameThatIsTakenIsShortened)
 {
-    const QString name = QString("\u00e4").repeated(125) + "x.pdf"; // 255 bytes
+    const QString name = LongName();
     cloud->Put(name, "first");
     const auto upload = client.Upload(LocalFile(name, "second"));
     ASSERT_TRUE(upload->Succeeds());

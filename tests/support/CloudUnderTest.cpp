@@ -33,6 +33,11 @@ bool CloudUnderTest::ListsNamesThatBeginWithADot() const
     return true;
 }
 
+int CloudUnderTest::LongestName() const
+{
+    return 255; // numbers take the place of its end
+}
+
 bool CloudUnderTest::ListsControlCharacters() const
 {
     return true;

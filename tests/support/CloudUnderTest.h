@@ -57,6 +57,9 @@ public:
 
     virtual bool ListsNamesThatBeginWithADot() const;
 
+    /// Of a document that gets a number besides if the name is taken, in bytes.
+    virtual int LongestName() const;
+
     /// Lists names with control characters unchanged.
     virtual bool ListsControlCharacters() const;
 

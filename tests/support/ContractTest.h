@@ -60,6 +60,12 @@ protected:
         return std::min(size, cloud->LargeSize());
     }
 
+    /// Of a document, as long as the cloud takes it.
+    QString LongName() const
+    {
+        return QString("\u00e4").repeated((cloud->LongestName() - 5) / 2) + "x.pdf";
+    }
+
     /// What is listed as the hash of a document that somebody else has put there.
     testing::Matcher<QString> IsForeignHash(const QByteArray& content) const
     {

@@ -33,6 +33,7 @@ public:
     bool ReportsCreationTime() const override;
     QuotaOf CountsInQuota() const override;
     bool ListsNamesThatBeginWithADot() const override;
+    int LongestName() const override;
     bool ListsControlCharacters() const override;
     bool AcceptsRepeatedRemoval() const override;
     bool RestartsDownloadOnChange() const override;
