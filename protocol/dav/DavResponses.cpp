@@ -111,6 +111,20 @@ QByteArray LockTokenOf(const HttpResponse& response)
     return isLocked && !token.isEmpty() && token.indexOf('>') == token.size() - 1 ? token : QByteArray();
 }
 
+std::chrono::seconds LockDurationOf(const HttpResponse& response)
+{
+    constexpr std::chrono::seconds wanted = std::chrono::minutes(1);
+    const QByteArray unit = "Second-";
+    const int begin = response.body.indexOf(unit);
+    if (begin < 0) {
+        return wanted;
+    }
+    const auto digits = response.body.mid(begin + unit.size(), 10);
+    const auto end = std::find_if(digits.begin(), digits.end(), [](char digit) { return digit < '0' || digit > '9'; });
+    const qlonglong granted = digits.left(static_cast<int>(end - digits.begin())).toLongLong();
+    return granted > 0 ? std::min(wanted, std::chrono::seconds(granted)) : wanted;
+}
+
 bool IsMissing(int status)
 {
     return status == 404 || status == 410;

@@ -4,6 +4,8 @@
 #include "DavPath.h"
 #include <protocol/http/HttpMessage.h>
 
+#include <chrono>
+
 namespace Norlis::Social {
 
 /// The one resource of a listing of depth 0; nothing when the response is not about it.
@@ -35,6 +37,9 @@ bool IsPropertyStored(const HttpResponse& response);
 
 /// The token that a LOCK was answered with, with its angle brackets; empty when there is none. RFC 4918, 10.5.
 QByteArray LockTokenOf(const HttpResponse& response);
+
+/// How long that lock lasts: as long as was asked for, unless the server says less.
+std::chrono::seconds LockDurationOf(const HttpResponse& response);
 
 /// Whether a status says that the resource does not exist.
 bool IsMissing(int status);

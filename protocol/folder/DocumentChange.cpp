@@ -119,8 +119,10 @@ std::optional<DocumentChange::Outcome> DocumentChange::Change(Files::AtomicFile*
 DocumentChange::Outcome DocumentChange::PutInPlace(Files::AtomicFile* fresh)
 {
     aside = fresh ? fresh->Path() : task.ownFolder + '/' + Files::AtomicFile::NewTemporaryName();
+    const bool isFreshSettled = fresh && fresh->Version().TimeUntilSettled().count() <= 0;
     const FolderTurn::Change change{task.name, QFileInfo(aside).fileName(), fresh ? fresh->Version() : FileIdentity(),
-                                    isBeforeSettled ? before : FileIdentity()};
+                                    isBeforeSettled ? before : FileIdentity(),
+                                    isFreshSettled ? QString() : task.freshMd5};
     if (!turn.Begin(change) && fresh) { // on a full disk a removal is what helps
         return Fail(turn.ErrorText());
     }

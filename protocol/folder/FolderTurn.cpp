@@ -3,6 +3,7 @@
 #include <files/AtomicFile.h>
 #include <files/DocumentNames.h>
 #include <files/FilePlacing.h>
+#include <files/FileReader.h>
 
 #include <QFile>
 #include <QJsonDocument>
@@ -45,6 +46,19 @@ bool IsSomething(const QString& path)
     return lstat(QFile::encodeName(path).constData(), &status) == 0;
 }
 
+/// Empty for a file that would take long to read.
+QString Md5OfFile(const QString& path, qint64 size)
+{
+    constexpr qint64 maxSize = 64 * 1024 * 1024; // bytes
+    Files::FileReader reader;
+    if (size > maxSize || !reader.Open(path)) {
+        return {};
+    }
+    while (!reader.Next().isEmpty()) {
+    }
+    return reader.Failed() || !reader.IsUnchanged() ? QString() : reader.Md5();
+}
+
 /// Others who may change documents may take turns too.
 void ShareWithUsersOf(const QString& folder, int descriptor)
 {
@@ -84,8 +98,9 @@ FolderTurn::Outcome FolderTurn::Take()
     const bool hasNoLocks = !isLocked && HasNoLocks(errno);
     if ((isLocked || hasNoLocks) && IsInPlace()) {
         waiting.invalidate();
-        if (isLocked || IsOld()) {
-            Recover();
+        if ((isLocked || IsOld()) && !Recover()) {
+            GiveBack();
+            return Outcome::Failed;
         }
         return Outcome::Taken;
     }
@@ -107,7 +122,8 @@ bool FolderTurn::Begin(const Change& change)
     const QJsonObject line{{"document", change.document},
                            {"aside", change.aside},
                            {"fresh", change.fresh.ToString()},
-                           {"old", change.old.ToString()}};
+                           {"old", change.old.ToString()},
+                           {"md5", change.freshMd5}};
     return Write(QJsonDocument(line).toJson(QJsonDocument::Compact));
 }
 
@@ -135,46 +151,55 @@ std::optional<FolderTurn::Change> FolderTurn::Read() const
     const QJsonObject line = QJsonDocument::fromJson(QByteArray(text.data(), length)).object();
     const Change change{line["document"].toString(), line["aside"].toString(),
                         FileIdentity::FromString(line["fresh"].toString()),
-                        FileIdentity::FromString(line["old"].toString())};
+                        FileIdentity::FromString(line["old"].toString()), line["md5"].toString()};
     // Whoever may write to the folder may write anything here: nothing outside it can be named.
     const bool isSound = !Files::ValidateName(change.document) && !Files::ValidateName(change.aside) &&
                          Files::AtomicFile::IsTemporaryName(change.aside);
     return isSound ? std::optional(change) : std::nullopt;
 }
 
-void FolderTurn::Recover()
+bool FolderTurn::Recover()
 {
     const auto change = underWay ? underWay : Read();
-    if (change && IsInPlace()) { // else the folder was taken away, and the change with it
-        PutBack(*change);
-        Files::AtomicFile::SyncFolderOf(folder + '/' + change->document);
-        End();
+    if (!change || !IsInPlace()) { // else the folder was taken away, and the change with it
+        return true;
     }
+    if (const auto failure = PutBack(*change)) {
+        error = QStringLiteral("A document that another program was changing cannot be put back: %1")
+                    .arg(QString::fromStdString(failure.message()));
+        return false;
+    }
+    Files::AtomicFile::SyncFolderOf(folder + '/' + change->document);
+    End();
+    return true;
 }
 
-void FolderTurn::PutBack(const Change& change) const
+std::error_code FolderTurn::PutBack(const Change& change) const
 {
     const QString aside = ownFolder + '/' + change.aside;
     const QString path = folder + '/' + change.document;
     const auto mayGo = [&] {
         const auto found = FileIdentity::OfPath(aside);
-        return found.HasContentOf(change.fresh) || found.HasContentOf(change.old);
+        const bool isFresh = found.HasContentOf(change.fresh) &&
+                             (change.freshMd5.isEmpty() || Md5OfFile(aside, found.size) == change.freshMd5);
+        return isFresh || found.HasContentOf(change.old);
     };
     if (!IsSomething(aside)) {
-        return;
+        return {};
     }
     if (!mayGo() && change.fresh.IsFile() && FileIdentity::OfPath(path).HasContentOf(change.fresh)) {
         Files::Exchange(aside, path);
     }
     if (mayGo()) {
         QFile::remove(aside);
-        return;
+        return {};
     }
     constexpr int maxNumber = 10'000;
     auto failure = Files::MoveUnlessTaken(aside, path);
     for (int number = 2; failure == std::errc::file_exists && number < maxNumber; ++number) {
         failure = Files::MoveUnlessTaken(aside, folder + '/' + Files::NumberedName(change.document, number));
     }
+    return failure;
 }
 
 bool FolderTurn::IsOld() const

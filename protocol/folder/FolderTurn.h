@@ -6,6 +6,7 @@
 #include <QString>
 
 #include <optional>
+#include <system_error>
 
 namespace Norlis::Social {
 
@@ -29,6 +30,7 @@ public:
         QString aside;             ///< name, in the own folder, of what stood there; before, of what is new
         Files::FileIdentity fresh; ///< what is new; no file when the document is removed
         Files::FileIdentity old;   ///< what may be deleted once it is aside; no file when that cannot be told
+        QString freshMd5;          ///< where a write may leave no trace in that identity; else empty
     };
 
     /// \param folder    holds the documents
@@ -56,8 +58,9 @@ public:
     void End();
 
     /// Finishes or undoes a change that was begun and did not end. What neither is new nor may be deleted gets its name
-    /// back, or a similar one when somebody has taken that.
-    void Recover();
+    /// back, or a similar one when somebody has taken that. False when it cannot get any, see ErrorText: the journal
+    /// keeps the change then, and no other can begin.
+    bool Recover();
 
     QString ErrorText() const;
 
@@ -67,7 +70,7 @@ public:
 private:
     bool Write(const QByteArray& text);
     std::optional<Change> Read() const;
-    void PutBack(const Change& change) const;
+    std::error_code PutBack(const Change& change) const;
     bool IsOld() const;     ///< what the journal holds; without locks only that tells that it is not under way
     bool IsInPlace() const; ///< the journal still has its name
     void GiveBack();

@@ -32,7 +32,12 @@ DocumentLock::~DocumentLock()
 void DocumentLock::Acquire(Done whenDone)
 {
     done = std::move(whenDone);
-    if (session.hasLocks.value_or(true) && !session.isNextcloudLike) {
+    if (IsHeld()) {
+        session.housekeeper.ReleaseLock(url, std::exchange(token, {}));
+    }
+    if (attempts >= maxAttempts) {
+        QTimer::singleShot(0, this, [this] { End(Outcome::Taken); });
+    } else if (session.hasLocks.value_or(true) && !session.isNextcloudLike) {
         Try();
     } else {
         QTimer::singleShot(0, this, [this] { End(Outcome::Unsupported); });
@@ -42,6 +47,7 @@ void DocumentLock::Acquire(Done whenDone)
 void DocumentLock::Try()
 {
     ++attempts;
+    askedAt = std::chrono::system_clock::now();
     requests.Send(OnLane(lane, Lock(url)), [this](HttpResponse&& response) { OnResponse(std::move(response)); });
 }
 
@@ -49,6 +55,7 @@ void DocumentLock::OnResponse(HttpResponse&& response)
 {
     const int status = response.Status();
     token = LockTokenOf(response);
+    duration = LockDurationOf(response);
     failure = std::move(response);
     if (!token.isEmpty()) {
         session.hasLocks = true;
@@ -63,10 +70,10 @@ void DocumentLock::OnResponse(HttpResponse&& response)
         End(Outcome::Taken);
     } else if (IsMissing(status)) {
         End(Outcome::Missing);
-    } else if (status == 0 || status == 401 || status == 429 || status >= 502) {
+    } else if (session.hasLocks.value_or(false) || status == 0 || status == 401 || status == 429 || status >= 502) {
         End(Outcome::Failed);
     } else {
-        session.hasLocks = session.hasLocks.value_or(false);
+        session.hasLocks = false;
         End(Outcome::Unsupported);
     }
 }
@@ -82,6 +89,12 @@ void DocumentLock::RemoveWhatWasMade()
 void DocumentLock::End(Outcome outcome)
 {
     CallOnce(done, outcome); // it may destroy this object
+}
+
+bool DocumentLock::HasRunOut() const
+{
+    const auto age = std::chrono::system_clock::now() - askedAt;
+    return IsHeld() && (age < age.zero() || 2 * age > duration); // negative when somebody has set the clock
 }
 
 HttpRequest DocumentLock::Allow(const HttpRequest& request) const

@@ -6,6 +6,8 @@
 
 #include <QObject>
 
+#include <chrono>
+
 namespace Norlis::Social {
 
 /// Keeps others from changing a document while it is replaced or removed: an exclusive write lock (RFC 4918, 6), which
@@ -16,7 +18,7 @@ public:
     enum class Outcome {
         Locked,
         Unsupported, ///< the server has no locks
-        Taken,       ///< by somebody else, for longer than was waited
+        Taken,       ///< by somebody else, for longer than was waited; or it has run out again and again
         Missing,     ///< there is no such document any more
         Failed,      ///< Failure() says why
     };
@@ -28,8 +30,12 @@ public:
     /// Gives back the lock, in the background.
     ~DocumentLock() override;
 
-    /// Done is called once, from the event loop, within some seconds.
+    /// Done is called once, from the event loop, within some seconds. Again for a lock that has run out.
     void Acquire(Done done);
+
+    /// It may soon run out, or has done so: what was looked at under it may no longer be true. So it is when this
+    /// program, or the computer, has stood still for a while.
+    bool HasRunOut() const;
 
     /// The request, carried out though the document is locked. Unchanged without a lock.
     HttpRequest Allow(const HttpRequest& request) const;
@@ -53,7 +59,9 @@ private:
     WebDavSession& session;
     const QByteArray url;
     const HttpRequest::Lane lane;
-    QByteArray token; ///< with its angle brackets; empty without a lock
+    QByteArray token;                              ///< with its angle brackets; empty without a lock
+    std::chrono::system_clock::time_point askedAt; ///< by a clock that goes on while the computer sleeps
+    std::chrono::seconds duration{0};              ///< that the server has granted
     HttpResponse failure;
     Done done;
     int attempts = 0;

@@ -124,7 +124,9 @@ void RemoveOperation::OnFound(const DavDocument& known)
 
 void RemoveOperation::LockAndLook(const DavDocument& known)
 {
-    lock = std::make_unique<DocumentLock>(*session, known.name, HttpRequest::Lane::Control);
+    if (!lock) {
+        lock = std::make_unique<DocumentLock>(*session, known.name, HttpRequest::Lane::Control);
+    }
     lock->Acquire([this, known](DocumentLock::Outcome outcome) {
         switch (outcome) {
         case DocumentLock::Outcome::Locked:
@@ -154,6 +156,8 @@ void RemoveOperation::LookAtVersion(const DavDocument& known)
             Fail(known, response);
         } else if (entry->isCollection || !FileOf(*entry, known.name).IsVersion(known.Version())) {
             End(ConflictReply(what, known));
+        } else if (lock->HasRunOut()) {
+            LockAndLook(known);
         } else {
             SendDelete(known, *entry);
         }

@@ -17,14 +17,10 @@ constexpr int disconnectDelay = 150; // milliseconds, after which a server has n
 
 Housekeeper::Housekeeper(WebDavSession& session) : session(session), requests(session.http) {}
 
-void Housekeeper::DeleteFile(const QByteArray& name, bool mayBeWritten, std::function<void()> done,
-                             const QByteArray& etag)
+void Housekeeper::DeleteFile(const QByteArray& name, bool mayBeWritten, std::function<void()> done)
 {
     ++tasks;
-    HttpRequest request = Delete(session.collection.UrlOf(name));
-    if (EntityTag{etag}.IsStrong()) {
-        request = IfMatch(request, etag);
-    }
+    const HttpRequest request = Delete(session.collection.UrlOf(name));
     const auto end = [this, done = std::move(done)] {
         --tasks;
         if (done) {

@@ -18,9 +18,8 @@ public:
 
     /// Deletes a file of ours, then calls done, whatever became of it. When the server may still be writing the file,
     /// it is deleted once more a little later.
-    /// \param etag of the only version that may be deleted; empty for a name that nobody else gives to a file
-    void DeleteFile(const QByteArray& name, bool mayBeWritten, std::function<void()> done = {},
-                    const QByteArray& etag = {});
+    /// \param name that nobody else gives to a file
+    void DeleteFile(const QByteArray& name, bool mayBeWritten, std::function<void()> done = {});
 
     /// Gives back a lock that is no longer needed.
     /// \param token with its angle brackets

@@ -63,9 +63,16 @@ void Publication::MakeNew(const QByteArray& newName)
 void Publication::Replace(const DavDocument& old)
 {
     replaced = old;
+    mayOverwrite = true;
     wantedName = old.name;
     name = old.name;
     lock = std::make_unique<DocumentLock>(session, name, HttpRequest::Lane::Transfer);
+    LockReplaced();
+}
+
+void Publication::LockReplaced()
+{
+    uploadedLock.reset(); // with it, servers take an outdated lock of the document too
     lock->Acquire([this](DocumentLock::Outcome outcome) { OnLocked(outcome); });
 }
 
@@ -145,8 +152,22 @@ void Publication::TryNextName()
     Try(Files::NumberedName(FromUtf8(wantedName), number).toUtf8());
 }
 
+void Publication::LookAgainAndMove(bool isTargetThere)
+{
+    mayOverwrite = replaced && isTargetThere; // where nothing is left, nobody has seen what comes next
+    if (mayOverwrite) {
+        LookAtReplaced();
+    } else {
+        Move();
+    }
+}
+
 void Publication::Move()
 {
+    if (lock && lock->HasRunOut()) {
+        LockReplaced();
+        return;
+    }
     ++attempts;
     std::vector<const DocumentLock*> locks;
     for (const auto& each : {std::cref(uploadedLock), std::cref(lock)}) {
@@ -154,8 +175,7 @@ void Publication::Move()
             locks.push_back(each.get().get());
         }
     }
-    files.Move(uploaded.name, name, replaced.has_value(), locks,
-               [this](const ChangeResult& result) { OnMoved(result); });
+    files.Move(uploaded.name, name, mayOverwrite, locks, [this](const ChangeResult& result) { OnMoved(result); });
 }
 
 void Publication::OnMoved(const ChangeResult& result)
@@ -255,7 +275,7 @@ void Publication::OnOtherTarget(bool isThere)
         const bool isPassing = moved.response.fault != HttpResponse::Fault::None || IsBriefLock(moved) ||
                                (hasLostTheOld && !moved.IsDone());
         if (isUploadedThere && isPassing && attempts < maxAttempts) {
-            QTimer::singleShot(pause * attempts, this, [this] { Move(); });
+            QTimer::singleShot(pause * attempts, this, [this, isThere] { LookAgainAndMove(isThere); });
         } else if (isUploadedThere && hasLostTheOld) {
             Reply failure = session.FailureReplyTo(what, FromUtf8(wantedName), moved.response);
             failure.failure.advice =

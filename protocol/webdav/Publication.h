@@ -33,8 +33,10 @@ public:
     void Replace(const DavDocument& replaced);
 
 private:
+    void LockReplaced();
     void OnLocked(DocumentLock::Outcome outcome);
     void LookAtReplaced();
+    void LookAgainAndMove(bool isTargetThere);
     void LockUploaded();
     void Try(const QByteArray& newName);
     void TryNextName();
@@ -69,7 +71,8 @@ private:
     QByteArray name;                     ///< the one that is being tried
     bool isReserved = false;             ///< this publication has put it among the reserved names
     std::optional<DavDocument> replaced; ///< nothing for a new document
-    ChangeResult moved;                  ///< the last MOVE
+    bool mayOverwrite = false;
+    ChangeResult moved; ///< the last MOVE
     int number = 1;
     int attempts = 0;
 };

@@ -266,10 +266,9 @@ void UploadOperation::OnPublished(const Publication::Outcome& outcome)
     tools.published(made);
     const bool isWanted = request.token->Commit([&] { return replaced ? QString() : made.id; });
     if (!isWanted && !replaced) {
-        // Cancelled at the last moment: the new document is deleted.
-        session->documents.remove(made.id);
-        session->housekeeper.DeleteFile(
-            made.name, false, [this] { End({}); }, made.etag);
+        // Cancelled at the last moment: the new document is removed, unless somebody has replaced it already.
+        undoing = std::make_unique<RemoveOperation>(id, made.id, session, [this](Reply&&) { End({}); });
+        undoing->Start();
         return;
     }
     Succeed(made);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "DocumentOperations.h"
 #include "Operation.h"
 #include "Publication.h"
 #include <protocol/streams/UploadSource.h>
@@ -62,7 +63,8 @@ private:
     bool isProven = false;               ///< the server has shown that it has all of the bytes
     std::unique_ptr<ReadBack> readBack;
     std::unique_ptr<Publication> publication;
-    std::optional<HttpResponse> lost; ///< to a PUT that may have been carried out
+    std::unique_ptr<RemoveOperation> undoing; ///< of an upload that was cancelled at the last moment
+    std::optional<HttpResponse> lost;         ///< to a PUT that may have been carried out
     bool isGivenUp = false;
     int reportedPercent = -1;
     Lifetime lifetime; ///< its temporary file is deleted also after the end

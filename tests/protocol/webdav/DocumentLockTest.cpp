@@ -1,0 +1,127 @@
+#include <tests/support/TransferFaultTest.h>
+
+#include <QThread>
+
+#include <atomic>
+
+namespace Norlis::Test {
+
+/// A server with locks, which it grants for a second only, so that the first one has run out when somebody has stood
+/// still for a while.
+class DocumentLockTest : public TransferFaultTest<> {
+protected:
+    void SetUp() override
+    {
+        TransferFaultTest::SetUp();
+        LearnTheServer();
+        id = Put("report.pdf", "old");
+        server.ForgetRequests();
+    }
+
+    static Misbehaviour Locks(const QByteArray& token, const QByteArray& duration)
+    {
+        return AnswersWith(200, {{"Lock-Token", '<' + token + '>'}},
+                           "<d:prop xmlns:d=\"DAV:\"><d:timeout>" + duration + "</d:timeout></d:prop>");
+    }
+
+    /// Tells how things are, but so late that it is no longer true.
+    Misbehaviour TellsWhatWasTrue()
+    {
+        return {[this](Wire& wire) {
+            const auto answer = wire.Do(wire.Request());
+            QThread::msleep(600);
+            server.Put("report.pdf", "what somebody else has put there");
+            wire.Send(answer.Bytes());
+            wire.Finish();
+        }};
+    }
+
+    QString id;
+};
+
+TEST_F(DocumentLockTest, NothingIsReplacedUnderALockThatHasRunOut)
+{
+    server.Misbehave("LOCK", Locks("urn:1", "Second-1"));
+    server.Misbehave("LOCK", Locks("urn:2", "Second-60"));
+    server.Misbehave(When("PROPFIND").From(2), TellsWhatWasTrue());
+    ExpectFailure(client.Upload(LocalFile("report.pdf", "new"), id));
+    EXPECT_THAT(Reason(), testing::HasSubstr("Somebody has changed"));
+    EXPECT_EQ(server.Get("report.pdf"), QByteArray("what somebody else has put there"));
+    EXPECT_EQ(server.Count("MOVE"), 0);
+    ASSERT_TRUE(WaitUntil([&] { return server.Count("UNLOCK") == 2; }));
+}
+
+TEST_F(DocumentLockTest, NothingIsRemovedUnderALockThatHasRunOut)
+{
+    server.Misbehave("LOCK", Locks("urn:1", "Second-1"));
+    server.Misbehave("LOCK", Locks("urn:2", "Infinite"));
+    server.Misbehave(When("PROPFIND").From(2), TellsWhatWasTrue());
+    EXPECT_TRUE(client.Remove(id)->Fails());
+    EXPECT_THAT(Reason(), testing::HasSubstr("Somebody has changed"));
+    EXPECT_EQ(server.Get("report.pdf"), QByteArray("what somebody else has put there"));
+    EXPECT_EQ(server.Count("DELETE"), 0);
+}
+
+TEST_F(DocumentLockTest, WhatIsLockedLongEnoughIsReplacedUnderThatLock)
+{
+    server.Misbehave("LOCK", Locks("urn:1", "Second-60"));
+    EXPECT_TRUE(client.Upload(LocalFile("report.pdf", "new"), id)->Succeeds());
+    EXPECT_EQ(server.Count("LOCK"), 1);
+    EXPECT_THAT(server.Requests("MOVE").at(0).headers.Value("If").toStdString(), testing::HasSubstr("(<urn:1>)"));
+}
+
+TEST_F(DocumentLockTest, AServerThatHasLocksIsNotTakenForOneWithout)
+{
+    server.Misbehave("LOCK", Locks("urn:1", "Second-60"));
+    ASSERT_TRUE(client.Upload(LocalFile("report.pdf", "new"), id)->Succeeds());
+    server.Misbehave(When("LOCK").Always(), AnswersWith(500));
+    ExpectFailure(client.Upload(LocalFile("report.pdf", "newer"), id));
+    EXPECT_THAT(Reason(), testing::HasSubstr("(500)"));
+    EXPECT_EQ(server.Get("report.pdf"), QByteArray("new"));
+}
+
+TEST_F(DocumentLockTest, WithoutLocksAMoveThatWasLostIsNotRepeatedOverWhatSomebodyElseHasPutThere)
+{
+    server.Misbehave("MOVE", {[this](Wire& wire) {
+                         server.Put("report.pdf", "what somebody else has put there");
+                         wire.Close();
+                     }});
+    ExpectFailure(client.Upload(LocalFile("report.pdf", "new"), id));
+    EXPECT_EQ(server.Get("report.pdf"), QByteArray("what somebody else has put there"));
+    EXPECT_EQ(server.Count("MOVE"), 1);
+}
+
+TEST_F(DocumentLockTest, AMoveThatHasLostTheOldDocumentIsNotRepeatedOverWhatComesNext)
+{
+    server.Misbehave("MOVE", {[this](Wire& wire) {
+                         server.Remove("report.pdf");
+                         wire.Close();
+                     }});
+    server.Misbehave(When("MOVE").From(2),
+                     RunsFirst([this] { server.Put("report.pdf", "what somebody else has put there"); }));
+    ExpectFailure(client.Upload(LocalFile("report.pdf", "new"), id));
+    EXPECT_EQ(server.Get("report.pdf"), QByteArray("what somebody else has put there"));
+}
+
+TEST_F(DocumentLockTest, ACancelledUploadIsNotUndoneWhenSomebodyElseHasReplacedItAlready)
+{
+    std::atomic<bool> isReplaced = false;
+    // The last look, after which the upload would be reported.
+    server.Misbehave(
+        "PROPFIND", {[&](Wire& wire) {
+            auto answer = wire.Do(wire.Request());
+            answer.body.replace(">&quot;", ">W/&quot;").replace(">\"", ">W/\""); // as of a file just written
+            server.Put("new.pdf", "what somebody else has put there");
+            isReplaced = true;
+            wire.SendSlowly(answer.Bytes(), answer.Bytes().size() - 1, 300);
+        }});
+    const auto upload = client.Upload(LocalFile("new.pdf", "new"));
+    ASSERT_TRUE(WaitUntil([&] { return isReplaced.load(); }));
+    client.Cancel(upload->operation);
+    ASSERT_TRUE(WaitUntil([&] { return server.Count("LOCK") + server.Count("DELETE") > 0; }));
+    ASSERT_TRUE(client.List()->Succeeds());
+    EXPECT_EQ(server.Count("DELETE"), 0);
+    EXPECT_EQ(server.Get("new.pdf"), QByteArray("what somebody else has put there"));
+}
+
+} // namespace Norlis::Test
