@@ -1,5 +1,6 @@
 #pragma once
 
+#include "FileRequests.h"
 #include "WebDavSession.h"
 #include <base/Lifetime.h>
 #include <protocol/http/HttpRequestGroup.h>
@@ -47,6 +48,7 @@ public:
 private:
     void Try();
     void OnResponse(HttpResponse&& response);
+    void LookWhatWasLocked();
     void RemoveWhatWasMade();
     void End(Outcome outcome);
 
@@ -57,6 +59,7 @@ private:
     HttpResponse failure;
     Done done;
     int attempts = 0;
+    FileRequests files;
     HttpRequestGroup requests;
 };
 
