@@ -378,7 +378,7 @@ HttpResponse::Fault CurlExchange::FaultOf(CURLcode code) const
 void CurlExchange::Fail(HttpResponse::Fault fault, const QString& text)
 {
     response.fault = fault;
-    response.faultText = text;
+    response.faultText = WithoutProxyPasswords(text);
     CallOnce(done, std::move(response)); // it destroys this object
 }
 
