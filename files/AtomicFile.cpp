@@ -57,8 +57,18 @@ bool AtomicFile::Sync()
     return fsync(file.handle()) == 0 || Fail(errno);
 }
 
+bool AtomicFile::IsInPlace() const
+{
+    const FileIdentity found = FileIdentity::OfPath(temporaryPath);
+    const FileIdentity own = Version();
+    return found.device == own.device && found.inode == own.inode;
+}
+
 bool AtomicFile::CommitReplacing(const QString& path)
 {
+    if (!IsInPlace()) {
+        return Fail(ENOENT);
+    }
     if (const auto failure = MoveReplacing(temporaryPath, path)) {
         return Fail(failure.value());
     }
@@ -68,7 +78,8 @@ bool AtomicFile::CommitReplacing(const QString& path)
 
 std::error_code AtomicFile::CommitExchanging(const QString& path)
 {
-    auto failure = CopyPermissions(path, temporaryPath);
+    auto failure =
+        IsInPlace() ? CopyPermissions(path, file.handle()) : std::make_error_code(std::errc::no_such_file_or_directory);
     if (!failure) {
         failure = Exchange(temporaryPath, path);
     }
@@ -82,7 +93,8 @@ std::error_code AtomicFile::CommitExchanging(const QString& path)
 
 AtomicFile::Outcome AtomicFile::CommitNew(const QString& path)
 {
-    const auto failure = MoveUnlessTaken(temporaryPath, path);
+    const auto failure =
+        IsInPlace() ? MoveUnlessTaken(temporaryPath, path) : std::make_error_code(std::errc::no_such_file_or_directory);
     if (failure == std::errc::file_exists) {
         return Outcome::NameTaken;
     }

@@ -65,6 +65,9 @@ public:
 
 private:
     bool Fail(int errorNumber);
+
+    /// Whether what has the temporary name is this file, and not what somebody else has put there.
+    bool IsInPlace() const;
     void Close();
 
     QString temporaryPath;

@@ -48,7 +48,13 @@ std::error_code MoveUnlessTaken(const QString& source, const QString& target)
 
 std::error_code MoveReplacing(const QString& source, const QString& target)
 {
-    if (const auto failure = CopyPermissions(target, source)) {
+    const int descriptor = open(QFile::encodeName(source).constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+    if (descriptor < 0) {
+        return LastError();
+    }
+    const auto failure = CopyPermissions(target, descriptor);
+    close(descriptor);
+    if (failure) {
         return failure;
     }
     const int result = std::rename(QFile::encodeName(source).constData(), QFile::encodeName(target).constData());
@@ -68,16 +74,15 @@ bool IsUnknownCall(const std::error_code& error)
            error == std::errc::operation_not_supported;
 }
 
-std::error_code CopyPermissions(const QString& from, const QString& to)
+std::error_code CopyPermissions(const QString& from, int to)
 {
     struct stat wanted = {};
     struct stat found = {};
-    const QByteArray path = QFile::encodeName(to);
-    if (stat(QFile::encodeName(from).constData(), &wanted) != 0 || !S_ISREG(wanted.st_mode) ||
-        stat(path.constData(), &found) != 0 || (wanted.st_mode & 0777) == (found.st_mode & 0777)) {
+    if (stat(QFile::encodeName(from).constData(), &wanted) != 0 || !S_ISREG(wanted.st_mode) || fstat(to, &found) != 0 ||
+        (wanted.st_mode & 0777) == (found.st_mode & 0777)) {
         return {}; // nothing to keep; some file systems refuse even what would change nothing
     }
-    return chmod(path.constData(), wanted.st_mode & 0777) == 0 ? std::error_code() : LastError();
+    return fchmod(to, wanted.st_mode & 0777) == 0 ? std::error_code() : LastError();
 }
 
 } // namespace Norlis::Files

@@ -21,7 +21,8 @@ std::error_code Exchange(const QString& first, const QString& second);
 /// Whether the file system does not know the call that has failed.
 bool IsUnknownCall(const std::error_code& error);
 
-/// Gives a file the permissions of another one, if that is a regular file.
-std::error_code CopyPermissions(const QString& from, const QString& to);
+/// Gives an open file the permissions of another one, if that is a regular file. By its descriptor: whoever may write
+/// to a folder can put a link to somebody's private file in the place of any name there.
+std::error_code CopyPermissions(const QString& from, int to);
 
 } // namespace Norlis::Files

@@ -169,7 +169,12 @@ void DocumentCommands::ReplaceInCloud(const QStringList& ids)
     if (conflicts.isEmpty()) {
         return;
     }
-    AskToReplace(widget, NamesOf(conflicts), [this, conflicts] {
+    // While the question waits for its answer, the list may learn of versions that it is not about.
+    AskToReplace(widget, NamesOf(conflicts), [this, conflicts, asked = VersionsOf(conflicts)] {
+        if (VersionsOf(conflicts) != asked) {
+            ReplaceInCloud(conflicts);
+            return;
+        }
         for (const QString& id : conflicts) {
             parts.transfers.ReplaceInCloud(id);
         }
@@ -182,10 +187,16 @@ void DocumentCommands::Remove()
     if (ids.isEmpty()) {
         return;
     }
-    AskToRemove(widget, NamesOf(ids), [this, ids] {
+    AskToRemove(widget, NamesOf(ids), [this, ids, asked = VersionsOf(ids)] {
         parts.message.Close(Topic::removal);
-        for (const QString& id : ids) {
-            parts.session.Remove(id);
+        const QStringList now = VersionsOf(ids); // see above
+        for (int index = 0; index < ids.size(); ++index) {
+            if (now[index] == asked[index]) {
+                parts.session.Remove(ids[index]);
+            } else {
+                parts.message.Show(Topic::removal, tr("“%1” was not removed.").arg(NameOf(ids[index])),
+                                   tr("It has changed in the cloud since you were asked."));
+            }
         }
     });
 }
@@ -203,6 +214,17 @@ QStringList DocumentCommands::NamesOf(const QStringList& ids) const
         names.append(NameOf(id));
     }
     return names;
+}
+
+QStringList DocumentCommands::VersionsOf(const QStringList& ids) const
+{
+    QStringList versions;
+    for (const QString& id : ids) {
+        const auto record = parts.session.Documents().GetFileInfo(id);
+        auto cloudInfo = record ? record->GetRedactableCloudInfo() : std::nullopt;
+        versions.append(cloudInfo ? QString::fromStdString(cloudInfo->GetMd5Hash()) : QString());
+    }
+    return versions;
 }
 
 } // namespace Norlis::Window

@@ -60,6 +60,9 @@ private:
     QString DownloadFolder() const;
     QStringList NamesOf(const QStringList& ids) const;
 
+    /// Of the cloud copies, as the list shows them now.
+    QStringList VersionsOf(const QStringList& ids) const;
+
     const Parts parts;
     QWidget& widget;
 };

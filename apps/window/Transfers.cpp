@@ -115,6 +115,10 @@ void Transfers::TryAgain(int row)
     if (transfer.status != Status::Failed || Find(transfer.kind == Kind::Download, transfer.subject) >= 0) {
         return;
     }
+    if (transfer.kind == Kind::ReplaceInCloud) {
+        // What the user has agreed to is known, and by now there may be yet another version in the cloud.
+        transfer.kind = Kind::UploadChanges;
+    }
     transfer.status = Status::Running;
     transfer.percent = 0;
     transfer.detail.clear();

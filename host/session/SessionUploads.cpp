@@ -76,7 +76,10 @@ void SessionUploads::StartChanges(const QString& id, bool isNewerSeen)
     const auto upload = std::make_shared<ActiveUpload>();
     upload->path = ToText(held->GetPath());
     upload->document = id;
-    upload->isNewerSeen = isNewerSeen;
+    if (isNewerSeen) {
+        // Now: while the file is read, a list may come that shows yet another version.
+        context.cloud.AcceptListedVersion(id, upload->path);
+    }
     AskToSignIn();
     Enter(upload);
 }
@@ -175,9 +178,6 @@ void SessionUploads::Send(const UploadPointer& upload)
     upload->isSent = true;
     sentUploads[upload->path] = upload;
     if (replaced) {
-        if (upload->isNewerSeen) {
-            context.cloud.AcceptListedVersion(upload->document, upload->path);
-        }
         context.documents.BeginTransfer(upload->document);
         context.cloud.Manager().Upload(replaced);
     } else {

@@ -23,8 +23,7 @@ private:
     struct ActiveUpload {
         QString path;
         QString normalizedPath;
-        QString document;         ///< the one that is replaced; empty for a new one
-        bool isNewerSeen = false; ///< the user knows of the version that the list shows
+        QString document; ///< the one that is replaced; empty for a new one
         bool isSent = false;
         std::string sentHash;
         quint64 sentSize = 0;

@@ -9,7 +9,10 @@
 
 #include <cerrno>
 #include <cstring>
+#include <memory>
 
+#include <dirent.h>
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -46,7 +49,12 @@ StagingFolder::StagingFolder(const QString& parent, const QString& list)
     if (!isThere) {
         error = QString::fromLocal8Bit(std::strerror(errno));
         QFile::remove(entry);
+        return;
     }
+    struct stat status = {};
+    lstat(QFile::encodeName(path).constData(), &status);
+    device = status.st_dev;
+    inode = status.st_ino;
 }
 
 StagingFolder::~StagingFolder()
@@ -71,11 +79,34 @@ QString StagingFolder::Path() const
 
 bool StagingFolder::Remove()
 {
-    if (isThere && QDir(path).removeRecursively()) {
+    if (isThere && RemoveFiles()) {
         isThere = false;
         QFile::remove(entry);
     }
     return !isThere;
+}
+
+bool StagingFolder::RemoveFiles() const
+{
+    // Others who may write to the parent can put another folder, or a link to one, in the place of this one.
+    const QByteArray native = QFile::encodeName(path);
+    const int folder = open(native.constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+    if (folder < 0) {
+        return errno == ENOENT || errno == ENOTDIR || errno == ELOOP;
+    }
+    const std::unique_ptr<DIR, int (*)(DIR*)> entries(fdopendir(folder), &closedir);
+    if (!entries) {
+        close(folder);
+        return false;
+    }
+    struct stat status = {};
+    if (fstat(folder, &status) != 0 || status.st_dev != device || status.st_ino != inode) {
+        return true;
+    }
+    while (const dirent* const each = readdir(entries.get())) {
+        unlinkat(folder, each->d_name, 0); // no folder: there are none but the two that every folder has
+    }
+    return rmdir(native.constData()) == 0 || errno == ENOENT;
 }
 
 void StagingFolder::Sweep(const QString& list)

@@ -28,10 +28,14 @@ public:
     static void Sweep(const QString& list);
 
 private:
+    bool RemoveFiles() const;
+
     const QString path;
     const QString entry; ///< of the list: a link to the path
     QString error;
     bool isThere = false;
+    quint64 device = 0; ///< with the next by which the folder is known
+    quint64 inode = 0;
 };
 
 } // namespace Norlis::Host

@@ -16,7 +16,9 @@
 #include <cstring>
 #include <filesystem>
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace Norlis::Social {
 
@@ -235,8 +237,12 @@ std::optional<QString> FolderStore::PrepareOwnFolder()
     const QByteArray path = QFile::encodeName(OwnFolder());
     if (mkdir(path.constData(), 0777) == 0) {
         struct stat status = {};
-        if (stat(QFile::encodeName(folder).constData(), &status) == 0) {
-            chmod(path.constData(), status.st_mode & 0777); // whoever may change documents may change them safely
+        const int made = open(path.constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+        if (made >= 0 && stat(QFile::encodeName(folder).constData(), &status) == 0) {
+            fchmod(made, status.st_mode & 0777); // whoever may change documents may change them safely
+        }
+        if (made >= 0) {
+            close(made);
         }
         return std::nullopt;
     }

@@ -198,18 +198,20 @@ qint64 CurlExchange::ReceivedBytes() const
 
 void CurlExchange::CheckSilence()
 {
-    const qint64 bytes = SentBytes() + ReceivedBytes();
+    const qint64 sent = SentBytes();
+    const qint64 bytes = sent + ReceivedBytes();
     if (bytes != seenBytes || isPaused) { // the server is not to blame for a pause
         seenBytes = bytes;
         sinceActivity.start();
     }
-    if (isPaused || (request.source && !isHeadComplete)) {
+    if (isPaused || sent != seenSent) { // a body that goes out is progress, but no header is
+        seenSent = sent;
         sinceProgress.start();
     }
     // Much of a body may still be on its way when all of it has been sent, and the server has work to do with it.
-    const bool isBodyOut = request.source && SentBytes() == request.source->Size() && !isHeadComplete;
+    const bool isBodyOut = request.source && sent == request.source->Size() && !isHeadComplete;
     const int patience = isBodyOut ? silenceTimeout * answerPatience : silenceTimeout;
-    const int longest = std::max(silenceTimeout, std::min(silenceTimeout * slowPatience, longestAnswer));
+    const int longest = std::max(patience, std::min(silenceTimeout * slowPatience, longestAnswer));
     if (sinceActivity.elapsed() >= patience) {
         EndAsSilent(QStringLiteral("The server has been silent for %1 seconds"), patience);
     } else if (sinceProgress.elapsed() >= longest) {
@@ -378,7 +380,7 @@ HttpResponse::Fault CurlExchange::FaultOf(CURLcode code) const
 void CurlExchange::Fail(HttpResponse::Fault fault, const QString& text)
 {
     response.fault = fault;
-    response.faultText = text;
+    response.faultText = WithoutProxyPasswords(text);
     CallOnce(done, std::move(response)); // it destroys this object
 }
 

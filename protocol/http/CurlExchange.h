@@ -95,8 +95,9 @@ private:
     bool isTooLong = false;
     bool isAnsweredTooEarly = false;
     QElapsedTimer sinceActivity; ///< of the connection
-    QElapsedTimer sinceProgress; ///< of the answer: its head is complete, or the sink has got something to use
+    QElapsedTimer sinceProgress; ///< more of the body is out, the answer's head complete, or its sink has got something
     qint64 seenBytes = 0;        ///< sent and received by the time of the last activity
+    qint64 seenSent = 0;         ///< sent by the time of the last look
 
     Lifetime lifetime; ///< sources and sinks may call back after the exchange has ended
 };

@@ -74,6 +74,20 @@ bool IsRateLimited(int status)
     return status == 429;
 }
 
+/// Whether a method only asks (RFC 9110, 9.2.1; RFC 4918, 9.1).
+bool IsSafe(const QByteArray& method)
+{
+    return method == "GET" || method == "HEAD" || method == "OPTIONS" || method == "PROPFIND";
+}
+
+/// What changes a file may be meant for the same file elsewhere. Portals redirect whatever they are asked to a page of
+/// theirs, or to the collection, and that must not be deleted in the place of a file.
+bool IsOfSameName(const QByteArray& url, const QByteArray& otherUrl)
+{
+    const auto nameIn = [](const QByteArray& each) { return QUrl::fromEncoded(each).fileName(QUrl::FullyDecoded); };
+    return nameIn(url) == nameIn(otherUrl);
+}
+
 bool IsRedirect(int status)
 {
     return status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
@@ -276,6 +290,8 @@ bool HttpClient::Follow(Pending& pending, HttpResponse& response)
         const QByteArray origin = OriginOfUrl(target);
         response.faultText = QStringLiteral("The server redirects to another address: %1")
                                  .arg(QString::fromUtf8(origin.isEmpty() ? "not a web address" : origin));
+    } else if (!IsSafe(pending.request.method) && !IsOfSameName(target, pending.request.url)) {
+        response.faultText = QStringLiteral("The server redirects to something else");
     } else if (++pending.redirects > maxRedirects) {
         response.faultText = QStringLiteral("The server redirects in circles");
     } else {

@@ -8,4 +8,7 @@ namespace Norlis::Social {
 /// list of hosts that need no proxy is not looked at.
 QString ProxyFor(const QByteArray& url);
 
+/// A text in which libcurl may have repeated what the environment says of proxies: without their users and passwords.
+QString WithoutProxyPasswords(QString text);
+
 } // namespace Norlis::Social

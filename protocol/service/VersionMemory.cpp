@@ -8,8 +8,10 @@
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QThread>
 
 #include <algorithm>
+#include <cerrno>
 
 #include <sys/file.h>
 #include <unistd.h>
@@ -39,22 +41,40 @@ QString KeyOf(const QString& localPath)
     return folder.isEmpty() ? QDir::cleanPath(file.absoluteFilePath()) : QDir(folder).filePath(file.fileName());
 }
 
-/// Keeps other programs from writing to a file; not from reading it.
+/// Keeps other programs from writing to a file; not from reading it. They hold it for a moment only, so one that has it
+/// for longer has been stopped and is not waited for.
 class Lock {
 public:
     explicit Lock(QFile& file) : descriptor(file.handle())
     {
-        flock(descriptor, LOCK_EX); // held for a moment only
+        constexpr int maxAttempts = 100;
+        constexpr int pause = 5; // milliseconds
+        for (int attempt = 0; attempt < maxAttempts && !isHeld; ++attempt) {
+            isHeld = flock(descriptor, LOCK_EX | LOCK_NB) == 0;
+            if (!isHeld && errno != EWOULDBLOCK) {
+                break; // the file system has no locks
+            }
+            if (!isHeld) {
+                QThread::msleep(pause);
+            }
+        }
     }
     ~Lock()
     {
-        flock(descriptor, LOCK_UN);
+        if (isHeld) {
+            flock(descriptor, LOCK_UN);
+        }
+    }
+    bool IsHeld() const
+    {
+        return isHeld;
     }
     Lock(const Lock&) = delete;
     Lock& operator=(const Lock&) = delete;
 
 private:
     const int descriptor;
+    bool isHeld = false;
 };
 
 } // namespace
@@ -220,7 +240,7 @@ void VersionMemory::Compact()
         return;
     }
     const Lock lock(file);
-    if (file.size() != position) {
+    if (!lock.IsHeld() || file.size() != position) {
         return; // another program writes
     }
     Files::AtomicFile compacted;

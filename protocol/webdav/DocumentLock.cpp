@@ -18,6 +18,7 @@ DocumentLock::DocumentLock(WebDavSession& session, const QByteArray& name, HttpR
     : session(session),
       url(session.collection.UrlOf(name)),
       lane(lane),
+      files(session, lane),
       requests(session.http)
 {
 }
@@ -61,7 +62,7 @@ void DocumentLock::OnResponse(HttpResponse&& response)
         session.hasLocks = true;
     }
     if (status == 201) {
-        RemoveWhatWasMade();
+        LookWhatWasLocked();
     } else if (!token.isEmpty()) {
         End(Outcome::Locked);
     } else if (status == 423 && attempts < maxAttempts) {
@@ -76,6 +77,24 @@ void DocumentLock::OnResponse(HttpResponse&& response)
         session.hasLocks = false;
         End(Outcome::Unsupported);
     }
+}
+
+void DocumentLock::LookWhatWasLocked()
+{
+    // What a lock makes is empty. There are servers that say "created" of the lock, and it is a document that they have
+    // locked.
+    files.LookAt(url, [this](const HttpResponse& response, const std::optional<DavEntry>& entry) {
+        if (entry && entry->size == 0) {
+            RemoveWhatWasMade();
+        } else if (entry) {
+            End(IsHeld() ? Outcome::Locked : Outcome::Unsupported);
+        } else if (IsMissing(response.Status())) {
+            End(Outcome::Missing);
+        } else {
+            failure = response;
+            End(Outcome::Failed);
+        }
+    });
 }
 
 void DocumentLock::RemoveWhatWasMade()

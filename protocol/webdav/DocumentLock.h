@@ -1,5 +1,6 @@
 #pragma once
 
+#include "FileRequests.h"
 #include "WebDavSession.h"
 #include <base/Lifetime.h>
 #include <protocol/http/HttpRequestGroup.h>
@@ -53,6 +54,7 @@ public:
 private:
     void Try();
     void OnResponse(HttpResponse&& response);
+    void LookWhatWasLocked();
     void RemoveWhatWasMade();
     void End(Outcome outcome);
 
@@ -65,6 +67,7 @@ private:
     HttpResponse failure;
     Done done;
     int attempts = 0;
+    FileRequests files;
     HttpRequestGroup requests;
 };
 

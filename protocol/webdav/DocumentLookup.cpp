@@ -39,7 +39,7 @@ void DocumentLookup::FetchList()
     listing = std::make_unique<Listing>(session, [this](Listing::Result&& result) {
         listing.reset();
         if (!result.failure) {
-            session.documents = std::move(result.documents);
+            Adopt(std::move(result.documents));
         }
         auto answered = std::exchange(searches, {});
         while (!answered.empty()) {
@@ -54,6 +54,18 @@ void DocumentLookup::FetchList()
             }
         }
     });
+}
+
+void DocumentLookup::Adopt(DavDocuments&& found)
+{
+    // Nobody is shown this list: of a document that is known, the version to replace or remove is the one that was.
+    for (const DavDocument& known : qAsConst(session.documents)) {
+        const auto now = found.find(known.id);
+        if (now != found.end() && now->name == known.name) {
+            *now = known;
+        }
+    }
+    session.documents = std::move(found);
 }
 
 void DocumentLookup::Answer(const Search& search)

@@ -46,6 +46,7 @@ private:
     };
 
     void FetchList();
+    void Adopt(DavDocuments&& found);
     void Answer(const Search& search);
 
     WebDavSession& session;

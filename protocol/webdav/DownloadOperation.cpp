@@ -7,6 +7,7 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 
+#include <algorithm>
 #include <limits>
 
 namespace Norlis::Social {
@@ -93,7 +94,8 @@ void DownloadOperation::Start()
 void DownloadOperation::Get()
 {
     positionBefore = sink->Position();
-    sink->SetLimit(document.size.value_or(std::numeric_limits<qint64>::max() - usualGrowth) + usualGrowth);
+    constexpr qint64 largest = std::numeric_limits<qint64>::max() - usualGrowth;
+    sink->SetLimit(std::min(document.size.value_or(largest), largest) + usualGrowth);
     HttpRequest get = GetDocument(session->collection.UrlOf(document.name));
     if (positionBefore > 0 && EntityTag{etag}.IsStrong()) {
         get = FromPosition(get, positionBefore, etag);
@@ -123,7 +125,9 @@ QString DownloadOperation::CheckResponse(const HttpHead& head, qint64& from)
     etag = head.Field("etag");
     modifiedAt = ParseHttpDate(head.Field("last-modified"));
     size = LengthOf(head);
-    return {};
+    // A body of which nobody knows the end would be written until the disk is full.
+    return size < 0 && !document.size ? QStringLiteral("The server does not report the size of the document")
+                                      : QString();
 }
 
 QString DownloadOperation::CheckRange(const HttpHead& head, qint64& from) const

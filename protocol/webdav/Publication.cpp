@@ -63,7 +63,6 @@ void Publication::MakeNew(const QByteArray& newName)
 void Publication::Replace(const DavDocument& old)
 {
     replaced = old;
-    mayOverwrite = true;
     wantedName = old.name;
     name = old.name;
     lock = std::make_unique<DocumentLock>(session, name, HttpRequest::Lane::Transfer);
@@ -88,7 +87,7 @@ void Publication::OnLocked(DocumentLock::Outcome outcome)
              uploaded.name);
         break;
     case DocumentLock::Outcome::Missing:
-        Fail(ConflictReply(what, *replaced), uploaded.name);
+        GiveWay();
         break;
     case DocumentLock::Outcome::Failed:
         Fail(session.FailureReplyTo(what, FromUtf8(wantedName), lock->Failure()), uploaded.name);
@@ -99,10 +98,16 @@ void Publication::OnLocked(DocumentLock::Outcome outcome)
 void Publication::LookAtReplaced()
 {
     files.Look(name, [this](const HttpResponse& response, const std::optional<DavEntry>& entry) {
-        if (entry && !entry->isCollection && FileOf(*entry, name).IsVersion(replaced->Version())) {
+        const bool isThere = entry && !entry->isCollection;
+        // Some servers delete the old document before they know that the new one can take its place.
+        const bool hasLostTheOld = isRepeated && IsMissing(response.Status());
+        if (hasLostTheOld || (isThere && FileOf(*entry, name).IsVersion(replaced->Version()))) {
+            mayOverwrite = !hasLostTheOld; // where nothing is left, nobody has seen what comes next
             Move();
-        } else if (entry || IsMissing(response.Status())) {
-            Fail(ConflictReply(what, *replaced), uploaded.name);
+        } else if (entry) {
+            OnTaken(*entry);
+        } else if (IsMissing(response.Status())) {
+            GiveWay();
         } else {
             Fail(session.FailureReplyTo(what, FromUtf8(wantedName), response), uploaded.name);
         }
@@ -149,17 +154,8 @@ void Publication::TryNextName()
         return;
     }
     attempts = 0;
+    isRepeated = false;
     Try(Files::NumberedName(FromUtf8(wantedName), number).toUtf8());
-}
-
-void Publication::LookAgainAndMove(bool isTargetThere)
-{
-    mayOverwrite = replaced && isTargetThere; // where nothing is left, nobody has seen what comes next
-    if (mayOverwrite) {
-        LookAtReplaced();
-    } else {
-        Move();
-    }
 }
 
 void Publication::Move()
@@ -176,6 +172,16 @@ void Publication::Move()
         }
     }
     files.Move(uploaded.name, name, mayOverwrite, locks, [this](const ChangeResult& result) { OnMoved(result); });
+}
+
+void Publication::MoveAgain()
+{
+    isRepeated = true;
+    if (replaced) { // somebody else may have come first meanwhile
+        LookAtReplaced();
+    } else {
+        Try(name);
+    }
 }
 
 void Publication::OnMoved(const ChangeResult& result)
@@ -211,17 +217,27 @@ void Publication::LookWhetherNameIsTaken()
 
 void Publication::OnTaken(const DavEntry& entry)
 {
-    if (session.unconfirmed.value(name) != sent.md5) {
-        TryNextName();
+    const bool mayBeSent = isRepeated || session.unconfirmed.value(name) == sent.md5;
+    if (!mayBeSent) {
+        GiveWay();
         return;
     }
     readBack.Compare(name, [this, entry](const ReadBack::Result& result) {
         if (result.IsSame()) {
             Succeed(entry);
         } else {
-            TryNextName();
+            GiveWay();
         }
     });
+}
+
+void Publication::GiveWay()
+{
+    if (replaced) {
+        Fail(ConflictReply(what, *replaced), uploaded.name);
+    } else {
+        TryNextName();
+    }
 }
 
 void Publication::LookAtTarget()
@@ -270,12 +286,11 @@ void Publication::OnOtherTarget(bool isThere)
 {
     files.Look(uploaded.name, [this, isThere](const HttpResponse& response, const std::optional<DavEntry>& entry) {
         const bool isUploadedThere = entry || !IsMissing(response.Status());
-        // Some servers delete the old document before they know that the new one can take its place.
         const bool hasLostTheOld = replaced && !isThere;
         const bool isPassing = moved.response.fault != HttpResponse::Fault::None || IsBriefLock(moved) ||
                                (hasLostTheOld && !moved.IsDone());
         if (isUploadedThere && isPassing && attempts < maxAttempts) {
-            QTimer::singleShot(pause * attempts, this, [this, isThere] { LookAgainAndMove(isThere); });
+            QTimer::singleShot(pause * attempts, this, [this] { MoveAgain(); });
         } else if (isUploadedThere && hasLostTheOld) {
             Reply failure = session.FailureReplyTo(what, FromUtf8(wantedName), moved.response);
             failure.failure.advice =

@@ -36,16 +36,20 @@ private:
     void LockReplaced();
     void OnLocked(DocumentLock::Outcome outcome);
     void LookAtReplaced();
-    void LookAgainAndMove(bool isTargetThere);
     void LockUploaded();
     void Try(const QByteArray& newName);
     void TryNextName();
     void Move();
+    void MoveAgain();
     void OnMoved(const ChangeResult& result);
     void LookWhetherNameIsTaken();
 
-    /// The name is another document's, unless it is what was sent before, when nobody could see what became of it.
+    /// The name is another document's, or another version's, unless it is what was sent before, when nobody could see
+    /// what became of it.
     void OnTaken(const DavEntry& entry);
+
+    /// To somebody else's document or version.
+    void GiveWay();
     void LookAtTarget();
     void Compare(const DavEntry& entry);
     void FailUnconfirmed(const HttpResponse& response);
@@ -75,6 +79,7 @@ private:
     ChangeResult moved; ///< the last MOVE
     int number = 1;
     int attempts = 0;
+    bool isRepeated = false; ///< an attempt came to nothing, as far as could be seen
 };
 
 } // namespace Norlis::Social

@@ -90,7 +90,8 @@ void UploadOperation::LookAtReplaced(const QString& expectedVersion)
 void UploadOperation::Put()
 {
     step = Step::Sending;
-    isDirect = replaced && session->isNextcloudLike;
+    // Only with a tag that the server compares is that safe.
+    isDirect = replaced && session->isNextcloudLike && EntityTag{replaced->etag}.IsStrong();
     if (isDirect) {
         sent.name = name;
     } else if (sent.name.isEmpty()) {
@@ -100,7 +101,7 @@ void UploadOperation::Put()
     if (session->isNextcloudLike) {
         put = WithChecksum(put, request.md5Hash.toLower().toLatin1());
     }
-    if (isDirect && EntityTag{replaced->etag}.IsStrong()) {
+    if (isDirect) {
         put = IfMatch(put, replaced->etag);
     }
     put.source = source;

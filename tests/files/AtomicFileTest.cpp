@@ -2,6 +2,7 @@
 #include <tests/support/FileSizeLimit.h>
 
 #include <files/AtomicFile.h>
+#include <files/FilePlacing.h>
 
 #include <QFileInfo>
 #include <QTemporaryDir>
@@ -61,6 +62,26 @@ TEST_F(AtomicFileTest, ACommittedFileIsKnownWhateverTakesItsPlace)
     WriteFile(folder.filePath("b.pdf"), "another");
     ASSERT_EQ(std::rename(QFile::encodeName(folder.filePath("b.pdf")), QFile::encodeName(path)), 0);
     EXPECT_NE(file.CommittedVersion().ToString(), FileIdentity::OfPath(path).ToString());
+}
+
+TEST_F(AtomicFileTest, ALinkInItsPlaceIsNeitherFollowedNorGivenTheName)
+{
+    const QString path = folder.filePath("a.pdf");
+    const QString secret = folder.filePath("secret");
+    WriteFile(path, "old");
+    WriteFile(secret, "secret");
+    ASSERT_TRUE(QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadOther));
+    ASSERT_TRUE(QFile::setPermissions(secret, QFile::ReadOwner | QFile::WriteOwner));
+    Write("content");
+    ASSERT_TRUE(QFile::remove(file.Path()));
+    ASSERT_TRUE(QFile::link(secret, file.Path()));
+    EXPECT_FALSE(file.CommitReplacing(path));
+    EXPECT_TRUE(file.CommitExchanging(path));
+    EXPECT_EQ(file.CommitNew(folder.filePath("b.pdf")), AtomicFile::Outcome::Failed);
+    EXPECT_EQ(ReadFile(path), QByteArray("old"));
+    EXPECT_FALSE(QFile::permissions(secret) & QFile::ReadOther);
+    EXPECT_TRUE(MoveReplacing(file.Path(), path));
+    EXPECT_FALSE(QFile::permissions(secret) & QFile::ReadOther);
 }
 
 TEST_F(AtomicFileTest, WithoutACommitNothingStays)

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/file.h>
+
 namespace Norlis::Social {
 
 using Test::ReadFile;
@@ -105,6 +107,18 @@ TEST_F(VersionMemoryTest, IgnoresLinesThatCannotBeRead)
     WriteFile(file, "{}\nnot JSON\n[1,2,3]\n[\"7\",\"" + folder.filePath("a.pdf").toUtf8() + "\",\"1\",\"\"]\n[\"7\"");
     VersionMemory memory(file);
     EXPECT_EQ(VersionOf(memory, "7", "a.pdf"), "1");
+    memory.Remember("7", folder.filePath("b.pdf"), {"2", {}});
+    VersionMemory again(file);
+    EXPECT_EQ(VersionOf(again, "7", "b.pdf"), "2");
+}
+
+TEST_F(VersionMemoryTest, DoesNotWaitForAProgramThatHasStopped)
+{
+    VersionMemory memory(file);
+    memory.Remember("7", folder.filePath("a.pdf"), {"1", {}});
+    QFile theirs(file);
+    ASSERT_TRUE(theirs.open(QIODevice::ReadOnly));
+    ASSERT_EQ(flock(theirs.handle(), LOCK_EX), 0);
     memory.Remember("7", folder.filePath("b.pdf"), {"2", {}});
     VersionMemory again(file);
     EXPECT_EQ(VersionOf(again, "7", "b.pdf"), "2");

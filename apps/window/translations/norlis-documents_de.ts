@@ -133,6 +133,14 @@
         <source>No program for opening PDF documents was found. The document is at %1.</source>
         <translation>Es wurde kein Programm zum Öffnen von PDF-Dokumenten gefunden. Das Dokument liegt unter %1.</translation>
     </message>
+    <message>
+        <source>“%1” was not removed.</source>
+        <translation>„%1“ wurde nicht entfernt.</translation>
+    </message>
+    <message>
+        <source>It has changed in the cloud since you were asked.</source>
+        <translation>Es hat sich in der Cloud geändert, seit Sie gefragt wurden.</translation>
+    </message>
 </context>
 <context>
     <name>Norlis::Window::DocumentsPage</name>

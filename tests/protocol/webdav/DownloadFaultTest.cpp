@@ -54,6 +54,33 @@ TEST_F(DownloadFaultTest, AnAnswerThatEndsWithItsConnectionIsComparedWithTheDocu
     EXPECT_EQ(ReadFile(Local("target.pdf")), content);
 }
 
+TEST_F(DownloadFaultTest, ADocumentWhoseSizeNobodyTellsIsNotFetchedWithoutEnd)
+{
+    const auto listsSize = [this](const QByteArray& size) {
+        const auto entry = [](const QByteArray& path, const QByteArray& properties) {
+            return "<d:response><d:href>" + path + "</d:href><d:propstat><d:prop>" + properties +
+                   "</d:prop><d:status>HTTP/1.1 200 OK</d:status></d:propstat></d:response>";
+        };
+        server.BehaveAgain();
+        server.Misbehave(When("PROPFIND").Always(),
+                         SendsXml("<d:multistatus xmlns:d=\"DAV:\">" +
+                                  entry("/documents/", "<d:resourcetype><d:collection/></d:resourcetype>") +
+                                  entry("/documents/report.pdf", "<d:resourcetype/>" + size) + "</d:multistatus>"));
+        EXPECT_TRUE(client.List()->Succeeds());
+    };
+    listsSize({});
+    server.Misbehave("GET", {[](Wire& wire) {
+                         wire.Send("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n");
+                         wire.SendWithoutEnd([](int) { return "10000\r\n" + QByteArray(0x10000, ' ') + "\r\n"; });
+                     }});
+    ExpectFailure("does not report the size of the document");
+    ASSERT_TRUE(Download()->Succeeds()); // the answer tells it
+    EXPECT_EQ(ReadFile(Local("target.pdf")), content);
+    WriteFile(Local("target.pdf"), "old");
+    listsSize("<d:getcontentlength>9223372036854775807</d:getcontentlength>");
+    ExpectFailure("3000000 of 9223372036854775807 bytes arrived");
+}
+
 TEST_F(DownloadFaultTest, ALengthThatIsNotTheDocumentsIsFoundOut)
 {
     server.Misbehave("GET", ClaimsLength(1'000'000));

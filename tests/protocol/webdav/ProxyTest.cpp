@@ -52,6 +52,19 @@ TEST_F(ProxyTest, ServerIsReachedThroughIt)
     EXPECT_EQ(server.Requests().front().target, "http://cloud.example/documents/");
 }
 
+TEST_F(ProxyTest, ThePasswordInAnAddressThatIsNoneIsNotRepeated)
+{
+    const QByteArray user = "someone:" + QByteArray(FaultServer::canary);
+    for (const QByteArray& proxy :
+         {QByteArray("http://" + user + "@127.0.0.1:99999"), QByteArray("http://" + user + " word@127.0.0.1:1"),
+          QByteArray("http://" + user + "/@127.0.0.1:99999")}) {
+        Use(proxy);
+        Client client(settings, server.Password());
+        EXPECT_TRUE(client.Authorize()->Fails());
+        EXPECT_THAT(LastReason(client), Not(HasSubstr(FaultServer::canary))) << proxy.constData();
+    }
+}
+
 TEST_F(ProxyTest, OneThatAsksForAPasswordIsNamed)
 {
     Use("http://someone:" + QByteArray(FaultServer::canary) + '@' + place);

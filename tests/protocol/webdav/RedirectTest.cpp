@@ -82,6 +82,27 @@ TEST_F(RedirectTest, RemovalIsRedirectedAsARemoval)
     EXPECT_EQ(server.Names(), QStringList("a.pdf"));
 }
 
+TEST_F(RedirectTest, AChangeOfADocumentIsNoneOfSomethingElse)
+{
+    server.Put("a.pdf", "content");
+    server.Put("b.pdf", "content");
+    Client client(settings, server.Password());
+    ASSERT_TRUE(client.SignIn());
+    const QString id = client.Entry("b.pdf").id;
+    for (const QByteArray& address : {server.CollectionPath(), QByteArray("/"), QByteArray("/documents/a.pdf")}) {
+        server.BehaveAgain();
+        server.Misbehave("DELETE", RedirectsTo(address));
+        server.Misbehave("PUT", RedirectsTo(address, 307));
+        client.failures.clear();
+        EXPECT_TRUE(client.Remove(id)->Fails());
+        EXPECT_EQ(LastReason(client), "The server redirects to something else");
+        EXPECT_TRUE(client.Upload(LocalFile("c.pdf", "new"))->Fails());
+        EXPECT_EQ(LastReason(client), "The server redirects to something else");
+        EXPECT_EQ(server.Names(), (QStringList{"a.pdf", "b.pdf"}));
+        EXPECT_EQ(server.Get("a.pdf"), QByteArray("content"));
+    }
+}
+
 TEST_F(RedirectTest, AnotherPlaceIsNamedAndNotAsked)
 {
     FaultServer other;

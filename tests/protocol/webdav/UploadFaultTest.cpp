@@ -333,6 +333,15 @@ TEST_F(UploadHangTest, ASlowServerThatMovesOnIsNotGivenUp)
     EXPECT_TRUE(client.Upload(LocalFile("report.pdf", Pattern(5000)))->Succeeds());
 }
 
+TEST_F(UploadHangTest, AnAnswerOfNothingButHeadersIsGivenUp)
+{
+    LearnTheServer();
+    const QByteArray headers = "HTTP/1.1 201 Created\r\n" + QByteArray("X-Field: 1\r\n").repeated(6'000);
+    server.Misbehave("PUT", {[headers](Wire& wire) { wire.SendSlowly(headers, 12, 10); }});
+    ExpectFailure(client.Upload(LocalFile("report.pdf", Pattern(5000))));
+    EXPECT_EQ(Reason(), "The server has not finished its answer in 1.8 seconds");
+}
+
 /// Servers that do not know that a client which expects `100 Continue` has not sent anything yet.
 TEST_F(UploadFaultTest, AServerThatReportsSuccessBeforeTheBodyCameIsSentItWithoutBeingAsked)
 {

@@ -1,0 +1,78 @@
+#include <tests/support/TransferFaultTest.h>
+
+#include <NorlisTestKit/NextcloudLikeServer.h>
+
+namespace Norlis::Test {
+
+/// What somebody else does while a document is replaced, removed or given its name.
+class MeantimeTest : public TransferFaultTest<> {
+protected:
+    /// Somebody else comes first, and the request is lost.
+    Misbehaviour IsLostWhileSomebodyPuts(const QByteArray& content)
+    {
+        return {[this, content](Wire& wire) {
+            server.Put("report.pdf", content);
+            wire.Close();
+        }};
+    }
+
+    static Misbehaviour OverwritesAnyway()
+    {
+        return {[](Wire& wire) {
+            ServerRequest request = wire.Request();
+            request.headers.Set("Overwrite", "T");
+            wire.Send(wire.Do(request).Bytes());
+            wire.Finish();
+        }};
+    }
+};
+
+TEST_F(MeantimeTest, AReplacementThatWasLostIsNotRepeatedOverSomebodysVersion)
+{
+    const QString id = Put("report.pdf", "old");
+    server.Misbehave("MOVE", IsLostWhileSomebodyPuts("hers"));
+    ExpectFailure(client.Upload(LocalFile("report.pdf", "mine"), id));
+    EXPECT_EQ(server.Get("report.pdf"), QByteArray("hers"));
+    ExpectOnServer({"report.pdf"});
+}
+
+TEST_F(MeantimeTest, ANewDocumentWhoseNamingWasLostDoesNotTakeSomebodysPlace)
+{
+    server.Misbehave("MOVE", OverwritesAnyway());
+    LearnTheServer();
+    server.Misbehave("MOVE", IsLostWhileSomebodyPuts("hers"));
+    server.Misbehave(When("MOVE").Always(), OverwritesAnyway());
+    const auto upload = client.Upload(LocalFile("report.pdf", "mine"));
+    ASSERT_TRUE(upload->Succeeds());
+    EXPECT_EQ(upload->payload.fileName, "report (2).pdf");
+    EXPECT_EQ(server.Get("report.pdf"), QByteArray("hers"));
+    ExpectOnServer({"report (2).pdf", "report.pdf"});
+}
+
+TEST_F(MeantimeTest, AListThatNobodyWasShownAcceptsNoVersion)
+{
+    const QString id = Put("report.pdf", "seen");
+    server.Put("report.pdf", "not seen");
+    EXPECT_TRUE(client.Info("unknown")->Fails()); // which the service looks for in a new list
+    EXPECT_TRUE(client.Remove(id)->Fails());
+    ExpectFailure(client.Upload(LocalFile("other.pdf", "mine"), id));
+    EXPECT_EQ(server.Get("report.pdf"), QByteArray("not seen"));
+    ASSERT_TRUE(client.List()->Succeeds());
+    EXPECT_TRUE(client.Remove(id)->Succeeds());
+}
+
+class NextcloudMeantimeTest : public TransferFaultTest<NextcloudLikeServer> {};
+
+TEST_F(NextcloudMeantimeTest, WithoutATagToCompareADocumentIsNotReplacedDirectly)
+{
+    for (const char* const etag : {"unquoted", "W/\"weak\""}) {
+        const QString id = Put("report.pdf", "old");
+        server.With([&](MemoryTree& tree) { tree.Find(server.CollectionPath() + "report.pdf")->etag = etag; });
+        ASSERT_TRUE(client.List()->Succeeds());
+        server.Misbehave("PUT", RunsFirst([this] { server.Put("report.pdf", "hers"); }));
+        ExpectFailure(client.Upload(LocalFile("report.pdf", "mine"), id));
+        EXPECT_EQ(server.Get("report.pdf"), QByteArray("hers")) << etag;
+    }
+}
+
+} // namespace Norlis::Test
