@@ -112,6 +112,11 @@ public:
 
     /// @}
 
+    /// Whether the list that retriveFileList delivered last may lack documents: the server described something in a way
+    /// that cannot be read. Then nothing follows from what is missing.
+    // NOLINTNEXTLINE(readability-identifier-naming)
+    bool mayListLackDocuments() const;
+
 private:
     class Q_DECL_HIDDEN Private;
     std::shared_ptr<Private> d;

@@ -149,6 +149,7 @@ public:
 
     const OAuth2::AuthInfo authInfo;
     bool isLoggedIn = false;
+    bool mayListLackDocuments = false;
     int signOuts = 0; ///< a sign-in that sees another count at its end was overtaken by a sign-out
     std::unique_ptr<ServiceConnection> connection;
     Lifetime lifetime; ///< the user's callbacks may destroy the protocol object
@@ -216,7 +217,11 @@ qint64 NorlisCloudProtocol::retriveFileInfo(const FileFieldData& data,
 qint64 NorlisCloudProtocol::retriveFileList(const FileFieldData&,
                                             std::function<void(qint64, RequestResult, QList<FileInfo>)>&& done)
 {
-    return d->SendFor<QList<CloudFile>>(Request::List{}, std::move(done));
+    return d->Send(Request::List{},
+                   [d = d.get(), done = std::move(done)](qint64 id, RequestResult result, Reply&& reply) {
+                       d->mayListLackDocuments = reply.mayLackDocuments;
+                       done(id, result, PayloadOf<QList<CloudFile>>(std::move(reply)));
+                   });
 }
 
 qint64 NorlisCloudProtocol::downloadFile(const FileFieldData& data, std::function<void(qint64, RequestResult)>&& done,
@@ -275,6 +280,11 @@ void NorlisCloudProtocol::acceptListedVersion(const QString& id, const QString& 
     if (d->isLoggedIn) {
         d->connection->Send(Request::AcceptVersion{id, localPath}, [](qint64, Reply&&) {});
     }
+}
+
+bool NorlisCloudProtocol::mayListLackDocuments() const
+{
+    return d->mayListLackDocuments;
 }
 
 void NorlisCloudProtocol::cancelOperation(qint64 id)

@@ -77,8 +77,8 @@ const std::vector<CommandEntry>& CommandCatalogue()
          Make<RemoveCommand>,
          "DOCUMENT...",
          "Delete documents from the cloud",
-         "Local copies are kept. A document that has changed in the cloud since you last saw it is only removed with "
-         "--force.",
+         "Local copies are kept. A document that has changed in the cloud since you last saw it in a list, sent it or "
+         "fetched it is only removed with --force.",
          {"force"},
          {"norlis-cloud remove \"old report.pdf\""}},
         {"preview",

@@ -54,6 +54,7 @@ void DownloadCommand::OnDownloaded(const QString& id, const QString& path)
     if (!IsExpected(id) || !entry) {
         return;
     }
+    Shown().Note(*entry);
     Succeed(id);
     if (output.IsJson()) {
         QJsonObject result = JsonOf(*entry);

@@ -101,6 +101,7 @@ void ListCommand::Show()
         }
         output.Lines(Table(std::move(rows), output));
     }
+    Shown().Show(entries);
     Finish(ExitStatus::success);
 }
 

@@ -11,7 +11,7 @@ void RemoveCommand::Work()
 {
     connect(&Session(), &Host::CloudSession::DocumentRemoved, this, &RemoveCommand::OnRemoved);
     for (const auto& document : AllEntries(Session().Documents())) {
-        seen[document.id] = document;
+        before[document.id] = document;
     }
     WithFreshList([this] { Begin(); });
 }
@@ -23,9 +23,10 @@ void RemoveCommand::Begin()
         ReportFailure(problem);
     }
     for (const auto& document : found.documents) {
-        if (!arguments.force && HasChanged(document)) {
+        if (!arguments.force && !MayRemove(document)) {
             ReportFailure(QStringLiteral("Removing \"%1\" failed: it has changed since you saw it. Look at the newer "
-                                         "version first, or use --force to remove it as it is now")
+                                         "version first (run: norlis-cloud list), or use --force to remove it as it "
+                                         "is now")
                               .arg(document.name));
             continue;
         }
@@ -36,14 +37,22 @@ void RemoveCommand::Begin()
     EndIfDone();
 }
 
-bool RemoveCommand::HasChanged(const DocumentEntry& document) const
+bool RemoveCommand::MayRemove(const DocumentEntry& document)
 {
-    const auto before = seen.constFind(document.id);
-    if (before == seen.constEnd()) {
-        return false;
+    const auto held = before.constFind(document.id);
+    auto seen = Shown().Of(document.id);
+    if (!seen && held != before.constEnd()) {
+        seen = {held->size, held->version};
     }
-    const bool areVersionsKnown = !before->version.isEmpty() && !document.version.isEmpty();
-    return before->size != document.size || (areVersionsKnown && before->version != document.version);
+    if (!seen) {
+        return true; // whoever names a document that no list has shown means it as it is
+    }
+    const bool areVersionsKnown = !seen->version.isEmpty() && !document.version.isEmpty();
+    const bool isSame = seen->size == document.size && (!areVersionsKnown || seen->version == document.version);
+    if (!isSame && held != before.constEnd()) {
+        Shown().NoteUnlessKnown(*held); // the list has the newer version now, which nobody has seen
+    }
+    return isSame;
 }
 
 void RemoveCommand::OnRemoved(const QString& id)
@@ -51,6 +60,7 @@ void RemoveCommand::OnRemoved(const QString& id)
     if (!IsExpected(id)) {
         return;
     }
+    Shown().Forget(id);
     Succeed(id);
     if (output.IsJson()) {
         output.Json(QJsonDocument(QJsonObject{{"action", "removed"}, {"id", id}, {"name", names.value(id)}}));

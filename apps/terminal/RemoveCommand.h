@@ -20,10 +20,10 @@ protected:
 private:
     void Begin();
     void OnRemoved(const QString& id);
-    bool HasChanged(const DocumentEntry& document) const;
+    bool MayRemove(const DocumentEntry& document);
 
-    QHash<QString, DocumentEntry> seen; ///< by id; the list as it was when the user saw it last
-    QMap<QString, QString> names;       ///< by id; a removed document is no longer in the list
+    QHash<QString, DocumentEntry> before; ///< by id; the list before it was fetched anew
+    QMap<QString, QString> names;         ///< by id; a removed document is no longer in the list
 };
 
 } // namespace Norlis::Terminal

@@ -116,6 +116,14 @@ Host::CloudSession& SessionCommand::Session()
     return *session;
 }
 
+ShownVersions& SessionCommand::Shown()
+{
+    if (!shown) {
+        shown = std::make_unique<ShownVersions>(account.DataFolder());
+    }
+    return *shown;
+}
+
 void SessionCommand::FailSignedOut()
 {
     output.Error(account.SignedOutText());
@@ -148,6 +156,9 @@ void SessionCommand::Close(int exitStatus)
             exitStatus = exitStatus == ExitStatus::success ? ExitStatus::failure : exitStatus;
         }
         session.reset();
+    }
+    if (shown) {
+        shown->Save();
     }
     emit Finished(exitStatus);
 }

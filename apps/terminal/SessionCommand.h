@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Command.h"
+#include "ShownVersions.h"
 
 #include <host/session/CloudSession.h>
 
@@ -41,6 +42,9 @@ protected:
 
     Host::CloudSession& Session();
 
+    /// Saved when the command ends.
+    ShownVersions& Shown();
+
     /// Reports that nobody is signed in, and ends.
     void FailSignedOut();
 
@@ -53,6 +57,7 @@ private:
     void Close(int exitStatus);
 
     std::unique_ptr<Host::CloudSession> session;
+    std::unique_ptr<ShownVersions> shown; ///< read when it is needed first
     bool isSignedIn = false;
     bool isFinishing = false;
 };

@@ -120,6 +120,7 @@ void UploadCommand::Show(const QString& action, const QString& path, const QStri
     if (!entry) {
         return;
     }
+    Shown().Note(*entry);
     if (output.IsJson()) {
         QJsonObject result = JsonOf(*entry);
         result["action"] = action;

@@ -20,13 +20,14 @@ ListMerge::ListMerge(const SessionContext& context, std::function<void()> onRead
 {
 }
 
-void ListMerge::Start(const Files& newFiles, ChangeJournal::Time newRequestedAt)
+void ListMerge::Start(const Files& newFiles, ChangeJournal::Time newRequestedAt, bool mayLackDocuments)
 {
     ++listCount;
     heldCount = context.documents.Ids().size();
     goneCount = 0;
     files = newFiles;
     requestedAt = newRequestedAt;
+    isComplete = !mayLackDocuments;
     next = 0;
     listed.clear();
     unique.clear();
@@ -81,7 +82,7 @@ void ListMerge::Step()
         if (!unique.isEmpty()) {
             Merge(unique.takeLast());
         } else {
-            const auto ids = context.documents.Ids();
+            const auto ids = isComplete ? context.documents.Ids() : QStringList();
             std::copy_if(ids.begin(), ids.end(), std::back_inserter(departed),
                          [this](const QString& id) { return !listed.contains(id); });
             phase = Phase::Removing;

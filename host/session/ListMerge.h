@@ -25,7 +25,8 @@ public:
     ListMerge(const SessionContext& context, std::function<void()> onReady);
 
     /// Replaces the rest of a merge that is running; the one at the end reports what all of them did.
-    void Start(const Files& files, ChangeJournal::Time requestedAt);
+    /// \param mayLackDocuments what the list lacks stays
+    void Start(const Files& files, ChangeJournal::Time requestedAt, bool mayLackDocuments);
 
     /// Whether there is something left to do.
     bool IsActive() const;
@@ -60,6 +61,7 @@ private:
     int heldCount = 0; ///< documents before the merge
     int goneCount = 0; ///< how many of them the list lacks
     ChangeJournal::Time requestedAt = 0;
+    bool isComplete = true; ///< the list
 
     Files files;
     int next = 0; ///< into files while they are sorted out

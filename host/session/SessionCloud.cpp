@@ -75,6 +75,11 @@ void SessionCloud::AcceptListedVersion(const QString& id, const QString& localPa
     }
 }
 
+bool SessionCloud::MayListLackDocuments() const
+{
+    return adapter && adapter->Protocol().mayListLackDocuments();
+}
+
 bool SessionCloud::IsSignedIn() const
 {
     return protocol->loggedIn();

@@ -45,6 +45,9 @@ public:
     /// See NorlisCloudProtocol::acceptListedVersion.
     void AcceptListedVersion(const QString& id, const QString& localPath);
 
+    /// See NorlisCloudProtocol::mayListLackDocuments.
+    bool MayListLackDocuments() const;
+
     // Those below emit as the last thing that they do, so the session may be gone afterwards.
 
     /// Has the cloud manager emit AuthorizationRequired.

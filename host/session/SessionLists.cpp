@@ -34,7 +34,7 @@ void SessionLists::OnStarted()
 
 void SessionLists::OnFinished(const ListMerge::Files& files)
 {
-    merge.Start(files, End());
+    merge.Start(files, End(), context.cloud.MayListLackDocuments());
 }
 
 void SessionLists::OnError(const QString& message)

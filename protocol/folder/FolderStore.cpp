@@ -27,6 +27,7 @@ namespace {
 const auto ownFolder = QStringLiteral(".norlis-cloud");
 const auto hashesFile = QStringLiteral("hashes.json");
 const auto markFile = QStringLiteral("mark");
+constexpr qint64 leftoverAge = Q_INT64_C(24) * 60 * 60 * 1'000'000'000; // nanoseconds
 constexpr qint64 maxHashesFileSize = 64 * 1024 * 1024; // bytes; far beyond what a million documents need
 
 /// Which folder a path leads to at this moment; empty when it leads to none.
@@ -308,12 +309,18 @@ void FolderStore::RemoveLeftovers()
     if (!HasOwnFolder() || turn.Take() != FolderTurn::Outcome::Taken) {
         return; // what is there may be part of a change
     }
-    const auto yesterday = QDateTime::currentDateTimeUtc().addDays(-1);
-    const QDir temporary(OwnFolder());
-    const auto leftovers = temporary.entryInfoList(QDir::Files | QDir::Hidden | QDir::NoSymLinks);
-    for (const QFileInfo& leftover : leftovers) {
-        if (Files::AtomicFile::IsTemporaryName(leftover.fileName()) && leftover.lastModified() < yesterday) {
-            QFile::remove(leftover.filePath());
+    Files::AtomicFile justNow; // has the time of the drive, of which this computer's may be days ahead
+    if (!justNow.Open(OwnFolder())) {
+        return;
+    }
+    const qint64 yesterday = justNow.Version().modifiedNanoseconds - leftoverAge;
+    const auto names = QDir(OwnFolder()).entryList(QDir::Files | QDir::Hidden | QDir::NoSymLinks);
+    for (const QString& name : names) {
+        const QString path = OwnFolder() + '/' + name;
+        const qint64 writtenAt = Files::FileIdentity::OfPath(path).modifiedNanoseconds;
+        if (Files::AtomicFile::IsTemporaryName(name) && writtenAt != Files::FileIdentity::unknownTime &&
+            writtenAt < yesterday) {
+            QFile::remove(path);
         }
     }
 }

@@ -21,8 +21,9 @@ struct Reply {
 
     RequestResult result = Success;
     Payload payload;
-    OAuth2::Failure failure;  ///< of an Error
-    bool isSignedOut = false; ///< the service no longer accepts the token
+    OAuth2::Failure failure;       ///< of an Error
+    bool isSignedOut = false;      ///< the service no longer accepts the token
+    bool mayLackDocuments = false; ///< of a list
 };
 
 /// A reply that says what went wrong.

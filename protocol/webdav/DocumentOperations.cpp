@@ -39,7 +39,7 @@ void ListOperation::Start()
         for (const QByteArray& name : result.leftovers) {
             session->housekeeper.DeleteFile(name, false);
         }
-        End({Success, std::move(result.files), {}, false});
+        End({Success, std::move(result.files), {}, false, result.mayLackDocuments});
     });
 }
 

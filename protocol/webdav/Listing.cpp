@@ -171,6 +171,7 @@ void Listing::OnResponse(HttpResponse&& response)
         Send();
         return;
     } else if (sink->MayLackDocuments()) {
+        result.mayLackDocuments = true;
         KeepKnownDocuments();
     }
     CallOnce(done, std::move(result)); // it may destroy this object

@@ -49,8 +49,9 @@ class Listing {
 public:
     struct Result {
         DavDocuments documents;
-        QList<CloudFile> files;       ///< in the server's order
-        QList<QByteArray> leftovers;  ///< names of files that uploads left behind a day ago or earlier
+        QList<CloudFile> files;      ///< in the server's order
+        QList<QByteArray> leftovers; ///< names of files that uploads left behind a day ago or earlier
+        bool mayLackDocuments = false;
         std::optional<Reply> failure; ///< then the rest means nothing
     };
 

@@ -9,6 +9,7 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/time.h>
 #include <unistd.h>
 
 namespace {
@@ -127,6 +128,14 @@ int clock_gettime(clockid_t clock, struct timespec* time) noexcept
     if (clock == CLOCK_REALTIME) {
         time->tv_sec += secondsAhead;
     }
+    return result;
+}
+
+int gettimeofday(struct timeval* time, void* zone) noexcept
+{
+    static const auto next = Next<int(struct timeval*, void*)>("gettimeofday");
+    const int result = next(time, zone);
+    time->tv_sec += secondsAhead;
     return result;
 }
 }

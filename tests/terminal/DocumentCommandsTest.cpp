@@ -1,5 +1,7 @@
 #include <tests/support/ProgramTest.h>
 
+#include <QDir>
+#include <QDirIterator>
 #include <QFileInfo>
 #include <QImage>
 
@@ -12,6 +14,12 @@ protected:
     void SetUp() override
     {
         SignIn();
+    }
+
+    static QString FileBelow(const QString& folder, const QString& name)
+    {
+        QDirIterator files(folder, {name}, QDir::Files, QDirIterator::Subdirectories);
+        return files.hasNext() ? files.next() : QString();
     }
 };
 
@@ -56,6 +64,48 @@ TEST_F(DocumentCommandsTest, DocumentThatHasChangedSinceItWasSeenIsRemovedOnlyBy
     MakeFile("Cloud/a.pdf", "newest");
     EXPECT_EQ(Run({"remove", "a.pdf", "--force"}).exitStatus, 0);
     EXPECT_EQ(CloudNames(), QStringList());
+}
+
+TEST_F(DocumentCommandsTest, OnlyAListShowsAChange)
+{
+    const QString file = MakeFile("own.pdf", "own");
+    ASSERT_EQ(Run({"upload", file}).exitStatus, 0);
+    MakeFile("Cloud/a.pdf", "seen");
+    ASSERT_EQ(Run({"list"}).exitStatus, 0);
+    MakeFile("Cloud/a.pdf", "newer");
+    for (const QStringList& command : {QStringList{"upload", file}, QStringList{"remove", "nowhere.pdf"}}) {
+        Run(command); // fetches the list too
+        EXPECT_EQ(Run({"remove", "a.pdf"}).exitStatus, 1);
+        EXPECT_EQ(Run({"remove", "a.pdf"}).exitStatus, 1) << "a refusal shows nothing";
+        EXPECT_EQ(ContentOf(Cloud() + "/a.pdf"), "newer");
+    }
+    ASSERT_EQ(Run({"list", "--json"}).exitStatus, 0);
+    EXPECT_EQ(Run({"remove", "a.pdf"}).exitStatus, 0);
+}
+
+TEST_F(DocumentCommandsTest, WhatWasSentOrFetchedHasBeenSeen)
+{
+    MakeFile("Cloud/a.pdf", "seen");
+    MakeFile("Cloud/b.pdf", "seen");
+    ASSERT_EQ(Run({"list"}).exitStatus, 0);
+    MakeFile("Cloud/a.pdf", "newer");
+    MakeFile("Cloud/b.pdf", "newer");
+    ASSERT_TRUE(QDir(Home()).mkdir("out"));
+    ASSERT_EQ(Run({"download", "a.pdf", "b.pdf", "--to", "out"}).exitStatus, 0);
+    ASSERT_EQ(Run({"upload", MakeFile("out/b.pdf", "our own")}).exitStatus, 0);
+    const Outcome outcome = Run({"remove", "a.pdf", "b.pdf"});
+    EXPECT_EQ(outcome.exitStatus, 0) << outcome.errors.toStdString();
+}
+
+TEST_F(DocumentCommandsTest, WhereNoListWasShownTheOneThatIsKeptCounts)
+{
+    MakeFile("Cloud/a.pdf", "seen");
+    ASSERT_EQ(Run({"list"}).exitStatus, 0);
+    ASSERT_TRUE(QFile::remove(FileBelow(Data(), "shown.json"))); // as if another program had shown it
+    MakeFile("Cloud/a.pdf", "newer");
+    EXPECT_EQ(Run({"remove", "a.pdf"}).exitStatus, 1);
+    EXPECT_EQ(Run({"remove", "a.pdf"}).exitStatus, 1);
+    EXPECT_EQ(CloudNames(), QStringList("a.pdf"));
 }
 
 TEST_F(DocumentCommandsTest, PicturesComeInThreeSizesAndLieInTheDataFolder)

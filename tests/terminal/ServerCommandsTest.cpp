@@ -55,6 +55,28 @@ TEST_F(ServerCommandsTest, DocumentOfTheSameNameIsLeftAlone)
     EXPECT_EQ(server.Get("report.pdf"), QByteArray("somebody else's"));
 }
 
+TEST_F(ServerCommandsTest, ListWithAnEntryThatCannotBeReadTakesNothingAway)
+{
+    for (const QString& name : {QString("a.pdf"), QString("b.pdf")}) {
+        ASSERT_EQ(Run({"upload", MakeFile(name, name.toUtf8())}).exitStatus, 0);
+    }
+    ASSERT_EQ(Run({"list"}).exitStatus, 0);
+    server.Misbehave(When("PROPFIND").Always(), {[](Wire& wire) {
+                         ServerResponse answer = wire.Do(wire.Request());
+                         answer.body.replace("/documents/a.pdf", "a.pdf");
+                         wire.Send(answer.Bytes());
+                         wire.Finish();
+                     }});
+    const Outcome outcome = Run({"list"});
+    EXPECT_EQ(outcome.exitStatus, 0) << outcome.errors.toStdString();
+    EXPECT_TRUE(outcome.output.contains("a.pdf")) << outcome.output.toStdString();
+    EXPECT_TRUE(Run({"list", "--offline"}).output.contains("a.pdf"));
+    server.BehaveAgain();
+    server.Remove("b.pdf");
+    EXPECT_FALSE(Run({"list"}).output.contains("b.pdf"));
+    EXPECT_TRUE(Run({"upload", Home() + "/a.pdf"}).output.contains("unchanged"));
+}
+
 TEST_F(ServerCommandsTest, StorageOfWhichTheServerTellsNothingIsNoFailure)
 {
     const Outcome outcome = Run({"quota"});

@@ -312,7 +312,7 @@ TEST_F(CloudAccountSettingsTest, FolderThatCannotBeUsedIsReported)
 
 TEST_F(CloudAccountSettingsTest, OnAFullDiskTheOldSettingsAndTokenStayAndNewOnesAreStoredLater)
 {
-    const QUrl newService("https://cloud.example/another/folder");
+    const QUrl newService("https://cloud.example/another/folder/" + QString(600, 'f'));
     const QString newToken(50, 'n');
     {
         CloudAccountSettings settings(folder);
@@ -321,6 +321,11 @@ TEST_F(CloudAccountSettingsTest, OnAFullDiskTheOldSettingsAndTokenStayAndNewOnes
     }
     const QByteArray before = ContentOf(folder + "/settings.ini");
     CloudAccountSettings settings(folder);
+    for (const rlim_t room : {150, 300, 450, 600}) { // enough for the file by which Qt locks the settings
+        const FileSizeLimit full(room);
+        EXPECT_THROW(settings.SetServiceUrl(newService), std::runtime_error) << room;
+        EXPECT_EQ(ContentOf(folder + "/settings.ini"), before) << room;
+    }
     int failures = 0;
     for (rlim_t room = 0; room < 60; ++room) {
         const FileSizeLimit full(room);

@@ -50,10 +50,11 @@ protected:
     }
 
     /// Does something in the middle of a request, at every moment of it, each time with another cloud.
+    /// \param disturb says whether it did something
     template <typename Request, typename Disturb, typename Check>
-    static void AtEveryMoment(Request request, Disturb disturb, Check check)
+    static void AtEveryMoment(int first, Request request, Disturb disturb, Check check)
     {
-        for (int number = 0; number < mostMoments; number += Stride(2)) {
+        for (int number = IsThorough() ? 0 : first; number < mostMoments; number += Stride(2)) {
             SCOPED_TRACE("moment " + std::to_string(number));
             FolderUnderTest place;
             place.Put(report, "first");
@@ -61,9 +62,10 @@ protected:
             ASSERT_TRUE(user.SignIn());
             user.List();
             bool hasCome = false;
+            bool isDisturbed = false;
             Social::Reply reply;
             {
-                const FileMoment moment(number, [&] { disturb(place); });
+                const FileMoment moment(number, [&] { isDisturbed = disturb(place); });
                 reply = request(user);
                 hasCome = moment.HasCome();
             }
@@ -71,7 +73,7 @@ protected:
                 EXPECT_GT(number, 10);
                 return;
             }
-            check(place, reply);
+            check(place, isDisturbed, reply);
         }
         ADD_FAILURE() << "endless moments";
     }
@@ -161,43 +163,52 @@ TEST_F(FolderConflictTest, OfTwoReplacementsAtOnceOneIsRefused)
 TEST_F(FolderConflictTest, WhatSomebodyWritesInTheMiddleOfAReplacementIsKept)
 {
     for (const bool isWrittenOver : {true, false}) {
-        AtEveryMoment([](FolderUser& user) { return user.Do(user.Upload("a.pdf", "mine", reportId)); },
-                      [&](FolderUnderTest& place) {
-                          if (isWrittenOver && place.Get(report) == QByteArray("first")) {
-                              place.Put(report, "hers!");
-                          } else if (place.Get(report) == QByteArray("first")) {
-                              place.Put(".other", "hers!");
-                              std::rename(qPrintable(place.PathOf(".other")), qPrintable(place.PathOf(report)));
-                          }
-                      },
-                      [](FolderUnderTest& place, const Social::Reply& reply) {
-                          if (reply.result == Social::Success) {
-                              EXPECT_EQ(place.Get(report), QByteArray("mine"));
-                          } else {
-                              ExpectConflict(reply);
-                              EXPECT_EQ(place.Get(report), QByteArray("hers!"));
-                          }
-                          EXPECT_EQ(place.Content(), QStringList(report));
-                      });
+        AtEveryMoment(
+            isWrittenOver ? 0 : 1, [](FolderUser& user) { return user.Do(user.Upload("a.pdf", "mine", reportId)); },
+            [&](FolderUnderTest& place) {
+                const bool isThere = place.Get(report) == QByteArray("first");
+                if (isThere && isWrittenOver) {
+                    place.Put(report, "hers!");
+                } else if (isThere) {
+                    place.Put(".other", "hers!");
+                    std::rename(qPrintable(place.PathOf(".other")), qPrintable(place.PathOf(report)));
+                }
+                return isThere;
+            },
+            [](FolderUnderTest& place, bool isDisturbed, const Social::Reply& reply) {
+                if (isDisturbed) {
+                    ExpectConflict(reply);
+                } else {
+                    EXPECT_EQ(reply.result, Social::Success) << ReasonOf(reply);
+                }
+                EXPECT_EQ(place.Get(report), QByteArray(isDisturbed ? "hers!" : "mine"));
+                EXPECT_EQ(place.Content(), QStringList(report));
+            });
     }
 }
 
 TEST_F(FolderConflictTest, WhatSomebodyWritesInTheMiddleOfARemovalIsKept)
 {
-    AtEveryMoment([](FolderUser& user) { return user.Do(Social::Request::Remove{reportId}); },
-                  [](FolderUnderTest& place) {
-                      if (place.Get(report) == QByteArray("first")) {
-                          place.Put(report, "hers!");
-                      }
-                  },
-                  [](FolderUnderTest& place, const Social::Reply& reply) {
-                      if (reply.result == Social::Success) {
-                          EXPECT_EQ(place.Content(), QStringList());
-                      } else {
-                          ExpectConflict(reply);
-                          EXPECT_EQ(Contents(place), QList<QByteArray>{"hers!"});
-                      }
-                  });
+    for (const int first : {0, 1}) {
+        AtEveryMoment(
+            first, [](FolderUser& user) { return user.Do(Social::Request::Remove{reportId}); },
+            [](FolderUnderTest& place) {
+                const bool isThere = place.Get(report) == QByteArray("first");
+                if (isThere) {
+                    place.Put(report, "hers!");
+                }
+                return isThere;
+            },
+            [](FolderUnderTest& place, bool isDisturbed, const Social::Reply& reply) {
+                if (isDisturbed) {
+                    ExpectConflict(reply);
+                    EXPECT_EQ(Contents(place), QList<QByteArray>{"hers!"});
+                } else {
+                    EXPECT_EQ(reply.result, Social::Success) << ReasonOf(reply);
+                    EXPECT_EQ(place.Content(), QStringList());
+                }
+            });
+    }
 }
 
 /// Changes the document in another process, in the middle of which somebody writes to it, and ends it some calls later.
@@ -304,6 +315,16 @@ TEST_F(FolderConflictTest, AJournalNamesNothingOutsideTheFolder)
     }
 }
 
+TEST_F(FolderConflictTest, AClockThatIsDaysAheadMakesNoLeftoverOfAnUploadInProgress)
+{
+    const QString inProgress = cloud.PathOf(".norlis-cloud/.norlis-0123456789abcdef.part");
+    WriteFile(inProgress, "by another computer");
+    const LaterClock later(2 * 24 * 60 * 60);
+    FolderUser next(cloud.Settings());
+    ASSERT_TRUE(next.SignIn());
+    EXPECT_EQ(ReadFile(inProgress), QByteArray("by another computer"));
+}
+
 TEST_F(FolderConflictTest, ALinkInThePlaceOfTheOwnFolderIsNotFollowed)
 {
     const QString elsewhere = anna.LocalPath("elsewhere");
@@ -337,6 +358,9 @@ TEST_F(FolderConflictTest, ADocumentThatIsWrittenAgainInTheSameSecondGetsItsNewH
     ASSERT_EQ(anna.Do(anna.Upload("a.pdf", "Anna's", reportId)).result, Social::Success);
     cloud.Put(report, "Ben's!");
     EXPECT_EQ(anna.Entry(report).md5Hash, Md5Of("Ben's!"));
+    cloud.Put(report, "BEN'S!");
+    EXPECT_EQ(anna.Entry(report).md5Hash, Md5Of("BEN'S!")) << "it has been read in that second already";
+    cloud.Put(report, "Ben's!");
     const LaterClock later(10);
     EXPECT_EQ(anna.Entry(report).md5Hash, Md5Of("Ben's!"));
     FolderUser other(cloud.Settings());

@@ -190,6 +190,24 @@ TEST_F(RateLimitTest, UploadsBecomeAsSlowAsTheServerWants)
     }
 }
 
+TEST_F(RateLimitTest, WhatMayNotEvenBeRemovedIsSweptLater)
+{
+    server.Misbehave("PUT", {[this](Wire& wire) {
+                         wire.Send(wire.Do(wire.Request()).Bytes());
+                         wire.Finish();
+                         server.Misbehave(When("*").Always(), IsBusy(429, "60"));
+                     }});
+    EXPECT_TRUE(client.Upload(LocalFile("b.pdf", "content"))->Fails());
+    EXPECT_THAT(LastReason(client), HasSubstr("too many requests"));
+    server.BehaveAgain();
+    ASSERT_EQ(server.Names().size(), 2);
+    const QByteArray leftover = "/documents/" + server.Names().constFirst().toUtf8();
+    server.With(
+        [&](MemoryTree& tree) { tree.Find(leftover)->modifiedAt = QDateTime::currentDateTimeUtc().addDays(-2); });
+    ASSERT_TRUE(client.List()->Succeeds());
+    EXPECT_TRUE(WaitUntil([&] { return server.Names() == QStringList("a.pdf"); }));
+}
+
 TEST_F(RateLimitTest, PauseThatTheServerAsksForHoldsForAll)
 {
     server.Misbehave("PROPFIND", IsBusy(429, "1"));

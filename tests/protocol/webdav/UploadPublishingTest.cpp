@@ -144,6 +144,21 @@ TEST_F(UploadPublishingTest, ARefusalIsAnErrorAndNothingStays)
     EXPECT_EQ(server.Count("MOVE"), 8);
 }
 
+TEST_F(UploadPublishingTest, WhatSomebodyElsePutsThereDuringTheUploadIsNotReplaced)
+{
+    const QString id = Put("report.pdf", "old");
+    server.Misbehave("PUT", {[this](Wire& wire) {
+                         const ServerResponse answer = wire.Do(wire.Request());
+                         server.Put("report.pdf", "somebody else's");
+                         wire.Send(answer.Bytes());
+                         wire.Finish();
+                     }});
+    ExpectFailure(client.Upload(File(), id));
+    EXPECT_THAT(Reason(), HasSubstr("Somebody has changed or removed the document"));
+    ExpectOnServer({"report.pdf"});
+    EXPECT_EQ(server.Get("report.pdf"), QByteArray("somebody else's"));
+}
+
 TEST_F(UploadPublishingTest, ALockThatIsShortIsWaitedFor)
 {
     const QString id = Put("report.pdf", "old");

@@ -1,0 +1,72 @@
+#include "ShownVersions.h"
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QSaveFile>
+
+namespace Norlis::Terminal {
+
+ShownVersions::ShownVersions(const QString& dataFolder) : path(dataFolder + "/shown.json")
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        return;
+    }
+    const QJsonObject saved = QJsonDocument::fromJson(file.readAll()).object();
+    for (auto entry = saved.begin(); entry != saved.end(); ++entry) {
+        const QJsonArray fields = entry->toArray();
+        versions.insert(entry.key(), {fields[0].toString().toULongLong(), fields[1].toString()});
+    }
+}
+
+std::optional<ShownVersions::Version> ShownVersions::Of(const QString& id) const
+{
+    const auto found = versions.constFind(id);
+    return found == versions.constEnd() ? std::nullopt : std::optional(*found);
+}
+
+void ShownVersions::Show(const std::vector<DocumentEntry>& entries)
+{
+    versions.clear();
+    isChanged = true;
+    for (const DocumentEntry& entry : entries) {
+        Note(entry);
+    }
+}
+
+void ShownVersions::Note(const DocumentEntry& entry)
+{
+    versions.insert(entry.id, {entry.size, entry.version});
+    isChanged = true;
+}
+
+void ShownVersions::NoteUnlessKnown(const DocumentEntry& entry)
+{
+    if (!versions.contains(entry.id)) {
+        Note(entry);
+    }
+}
+
+void ShownVersions::Forget(const QString& id)
+{
+    isChanged = versions.remove(id) > 0 || isChanged;
+}
+
+void ShownVersions::Save()
+{
+    if (!isChanged) {
+        return;
+    }
+    QJsonObject saved;
+    for (auto version = versions.constBegin(); version != versions.constEnd(); ++version) {
+        saved[version.key()] = QJsonArray{QString::number(version->size), version->version};
+    }
+    QSaveFile file(path);
+    if (file.open(QIODevice::WriteOnly) && file.setPermissions(QFile::ReadOwner | QFile::WriteOwner)) {
+        file.write(QJsonDocument(saved).toJson(QJsonDocument::Compact));
+        isChanged = !file.commit();
+    }
+}
+
+} // namespace Norlis::Terminal
