@@ -217,7 +217,7 @@ void Publication::LookWhetherNameIsTaken()
 
 void Publication::OnTaken(const DavEntry& entry)
 {
-    const bool mayBeSent = isRepeated || session.unconfirmed.value(name) == sent.md5;
+    const bool mayBeSent = isRepeated || session.IsUnconfirmed(name, sent.md5);
     if (!mayBeSent) {
         GiveWay();
         return;
@@ -273,7 +273,7 @@ void Publication::Compare(const DavEntry& entry)
 void Publication::FailUnconfirmed(const HttpResponse& response)
 {
     if (!replaced) {
-        session.unconfirmed.insert(name, sent.md5);
+        session.NoteUnconfirmed(name, sent.md5);
     }
     Reply failure = session.FailureReplyTo(what, FromUtf8(wantedName), response);
     failure.failure.advice = QStringLiteral("What was sent may be in the cloud already, as %1. Refresh the list before "
@@ -327,7 +327,7 @@ void Publication::Succeed(const DavEntry& entry)
     DavDocument made = FileOf(entry, name);
     made.md5 = sent.md5;
     made.id = replaced ? replaced->id : made.id;
-    session.unconfirmed.remove(name);
+    session.ForgetUnconfirmed(name);
     CallOnce(done, Outcome{made, {}, {}}); // it destroys this object
 }
 

@@ -1,9 +1,22 @@
 #include "WebDavSession.h"
 
 #include "ServerErrors.h"
+#include <base/Utf8.h>
 #include <files/AtomicFile.h>
 
 namespace Norlis::Social {
+
+namespace {
+
+const auto anyCopy = QStringLiteral("/"); // whichever file it was sent from
+
+/// Beside the documents in the memory of versions, whose ids have no blank.
+QString UnconfirmedId(const QByteArray& name)
+{
+    return "unconfirmed " + FromUtf8(name);
+}
+
+} // namespace
 
 WebDavSession::WebDavSession(const Collection& collection, const HttpClient::Settings& settings, const Secrets& secrets,
                              const QString& user, VersionMemory& versions, std::function<void()> onIdle)
@@ -35,6 +48,22 @@ CloudFile WebDavSession::EntryOf(const DavDocument& document)
         entry.md5Hash = md5Hash.isEmpty() && hasVersion ? "version:" + document.Version() : md5Hash;
     }
     return entry;
+}
+
+void WebDavSession::NoteUnconfirmed(const QByteArray& name, const QByteArray& md5)
+{
+    versions.Remember(UnconfirmedId(name), anyCopy, {{}, QString::fromLatin1(md5)});
+}
+
+bool WebDavSession::IsUnconfirmed(const QByteArray& name, const QByteArray& md5) const
+{
+    const auto sent = versions.Find(UnconfirmedId(name), anyCopy);
+    return sent && sent->md5Hash.toLatin1() == md5;
+}
+
+void WebDavSession::ForgetUnconfirmed(const QByteArray& name)
+{
+    versions.Forget(UnconfirmedId(name));
 }
 
 DavPath WebDavSession::PathOf(const QByteArray& name) const

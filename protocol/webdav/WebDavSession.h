@@ -28,6 +28,12 @@ struct WebDavSession {
     /// version, or else a text that stands for the version.
     CloudFile EntryOf(const DavDocument& document);
 
+    /// Remembers, also for the next run, what was sent as a new document and may have got that name, although no look
+    /// could show it.
+    void NoteUnconfirmed(const QByteArray& name, const QByteArray& md5);
+    bool IsUnconfirmed(const QByteArray& name, const QByteArray& md5) const;
+    void ForgetUnconfirmed(const QByteArray& name);
+
     /// Of a file in the collection.
     DavPath PathOf(const QByteArray& name) const;
 
@@ -52,9 +58,6 @@ struct WebDavSession {
     std::optional<bool> takesHiddenNames;           ///< names with a leading dot; nullopt until tested
 
     DavDocuments documents; ///< as of the last list and what was done since
-
-    /// MD5s of what was sent as a new document and may have got its name, although no look could show it.
-    QHash<QByteArray, QByteArray> unconfirmed;
 
     /// Names that new documents are being given. Some servers let two of them have the same one at the same moment.
     QSet<QByteArray> reservedNames;

@@ -320,6 +320,30 @@ TEST_F(UploadPublishingTest, WhatIsSentAgainSinceNobodyCouldLookIsNoSecondDocume
     ExpectOnServer({"report (2).pdf", "report.pdf"});
 }
 
+TEST_F(UploadPublishingTest, WhatIsSentAgainByTheNextProgramIsNoSecondDocumentEither)
+{
+    Social::OAuth2::AuthInfo settings = Settings();
+    settings.dataFolder = Local("data");
+    {
+        Client first(settings, server.Password());
+        ASSERT_TRUE(first.SignIn());
+        server.Misbehave("MOVE", {[this](Wire& wire) {
+                             const ServerResponse answer = wire.Do(wire.Request());
+                             server.Misbehave(When("PROPFIND").Always(), AnswersWith(500));
+                             wire.Send(answer.Bytes());
+                             wire.Finish();
+                         }});
+        ASSERT_TRUE(first.Upload(File())->Fails());
+    }
+    server.BehaveAgain();
+    Client next(settings, server.Password());
+    ASSERT_TRUE(next.SignIn());
+    const auto again = next.Upload(File());
+    ASSERT_TRUE(again->Succeeds());
+    EXPECT_EQ(again->payload.fileName, "report.pdf");
+    ExpectOnServer({"report.pdf"});
+}
+
 TEST_F(UploadPublishingTest, ASmallDocumentCostsAComparisonAMoveAndALook)
 {
     LearnTheServer();
