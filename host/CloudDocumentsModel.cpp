@@ -7,7 +7,8 @@ namespace Norlis::Host {
 using PDF::AbstractFileManager;
 using PDF::FileInfo;
 
-CloudDocumentsModel::CloudDocumentsModel(AbstractFileManager& documents, QObject* parent)
+CloudDocumentsModel::CloudDocumentsModel(AbstractFileManager& documents, const QHash<QString, quint64>& largeSizes,
+                                         QObject* parent)
     : QAbstractListModel(parent),
       documents(&documents)
 {
@@ -24,9 +25,10 @@ CloudDocumentsModel::CloudDocumentsModel(AbstractFileManager& documents, QObject
         endResetModel();
     });
     for (int index = 0; index < documents.FilesCount(); ++index) {
-        // The whole size would take a search for every document.
-        rows.push_back({documents.GetDocumentId(index), static_cast<quint32>(documents.GetFileSize(index)),
-                        documents.GetModifiedDateTime(index)});
+        // The list would search for every document to tell its whole size.
+        const QString id = documents.GetDocumentId(index);
+        const quint64 size = largeSizes.value(id, static_cast<quint32>(documents.GetFileSize(index)));
+        rows.push_back({id, static_cast<qint64>(size), documents.GetModifiedDateTime(index)});
     }
 }
 

@@ -31,8 +31,10 @@ public:
     };
     Q_ENUM(Role)
 
-    /// \param documents stays its owner's and may go first
-    explicit CloudDocumentsModel(PDF::AbstractFileManager& documents, QObject* parent = nullptr);
+    /// \param documents  stays its owner's and may go first
+    /// \param largeSizes of documents that are in it already and have 4 GiB and more, in bytes, by id
+    explicit CloudDocumentsModel(PDF::AbstractFileManager& documents, const QHash<QString, quint64>& largeSizes = {},
+                                 QObject* parent = nullptr);
 
     /// Of the first row of the id; -1 when there is none.
     int RowOf(const QString& id) const;

@@ -70,7 +70,7 @@ DocumentsPage::DocumentsPage(CloudSession& session, QSettings& settings, QWidget
     : QWidget(parent),
       session(session),
       settings(settings),
-      model(session.Documents()),
+      model(session.Documents(), session.LargeSizes()),
       transfers(session),
       actions(*this),
       tools(new QToolBar),
@@ -219,9 +219,13 @@ void DocumentsPage::ConnectSession()
         isRefreshing = false;
         refreshedAt = QDateTime::currentDateTime();
         message->Close(Topic::list);
+        if (model.rowCount() >= countBeforeLoss) {
+            message->Close(Topic::loss);
+        }
         UpdateEmptyPage();
         UpdateStatus();
     });
+    connect(&session, &CloudSession::ManyDocumentsGone, this, &DocumentsPage::OnManyGone);
     connect(&session, &CloudSession::PreviewStored, this,
             [this](const QString&, const QString&, const QString& path) { view->ForgetPreview(path); });
     connect(&session, &CloudSession::Failed, this, &DocumentsPage::OnFailed);
@@ -385,6 +389,13 @@ void DocumentsPage::OnFailed(const CloudProblem& problem)
     case CloudProblem::Request::Preview:
         break; // the document is shown without a preview
     }
+}
+
+void DocumentsPage::OnManyGone(int gone, int before)
+{
+    countBeforeLoss = before;
+    message->Show(Topic::loss, tr("%1 of the %2 documents are gone from the list.").arg(gone).arg(before),
+                  tr("If nobody removed them, check the cloud. Their local copies are remembered for a month."));
 }
 
 void DocumentsPage::UpdateActions()

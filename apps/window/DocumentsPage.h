@@ -76,6 +76,7 @@ private:
     void SortBy(int choice);
 
     void OnFailed(const Host::CloudProblem& problem);
+    void OnManyGone(int gone, int before);
     void UpdateActions();
     void UpdateEmptyPage();
     void UpdateStatus();
@@ -102,6 +103,7 @@ private:
     QString token;        ///< of the sign-in in progress, for another attempt; empty otherwise
     bool isSignedIn = false;
     bool isRefreshing = false;
+    int countBeforeLoss = 0; ///< of the documents, when many were gone at once; they may come back
     QDateTime refreshedAt;
 };
 

@@ -134,17 +134,19 @@ void MainWindow::SignIn(const QUrl& service, const QString& token, const Host::S
         }
         documents->OnSignedIn();
     });
+    const bool isTokenGiven = Host::IsFolder(service) || token != Host::CloudAccount::TokenForNone();
     connect(session.get(), &CloudSession::Failed, welcome,
-            [this](const Host::CloudProblem& problem) { OnSignInFailed(problem); });
+            [this, isTokenGiven](const Host::CloudProblem& problem) { OnSignInFailed(problem, isTokenGiven); });
     session->Cloud().Authorization(used);
 }
 
-void MainWindow::OnSignInFailed(const Host::CloudProblem& problem)
+void MainWindow::OnSignInFailed(const Host::CloudProblem& problem, bool isTokenGiven)
 {
     const auto failed = problem; // the original is destroyed with the session
     CloseSession();
     welcome->SetBusy(false);
-    welcome->ShowProblem(ProblemTitle(failed, {}), ProblemDetail(failed));
+    const QString missing = isTokenGiven ? QString() : tr("No password or token was given.") + ' ';
+    welcome->ShowProblem(ProblemTitle(failed, {}), missing + ProblemDetail(failed));
 }
 
 void MainWindow::ShowDocuments()

@@ -40,7 +40,7 @@ protected:
 private:
     void AskForService(const QUrl& suggestion);
     void SignIn(const QUrl& service, const QString& token, const Host::ServiceAccess& access);
-    void OnSignInFailed(const Host::CloudProblem& problem);
+    void OnSignInFailed(const Host::CloudProblem& problem, bool isTokenGiven);
     void ShowDocuments();
     void SignOut();
 

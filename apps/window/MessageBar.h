@@ -15,6 +15,7 @@ namespace Norlis::Window {
 namespace Topic {
 const auto files = QStringLiteral("files");
 const auto list = QStringLiteral("list");
+const auto loss = QStringLiteral("loss");
 const auto removal = QStringLiteral("removal");
 const auto save = QStringLiteral("save");
 const auto signIn = QStringLiteral("signIn");

@@ -3,6 +3,7 @@
 #include "Glyphs.h"
 #include "MessageBar.h"
 
+#include <host/account/CloudAccount.h>
 #include <host/account/ServiceAddress.h>
 
 #include <QDir>
@@ -245,9 +246,9 @@ void WelcomePage::ChooseServer()
     if (!text.isEmpty() && !text.contains("://")) {
         text.prepend("https://");
     }
-    if (text.isEmpty() || password->text().isEmpty()) {
-        (text.isEmpty() ? address : password)->setFocus();
-        ShowProblem(tr("Something is missing."), tr("Enter the address of the server and a password or token."));
+    if (text.isEmpty()) {
+        address->setFocus();
+        ShowProblem(tr("Something is missing."), tr("Enter the address of the server."));
         return;
     }
     try {
@@ -256,7 +257,9 @@ void WelcomePage::ChooseServer()
             ShowProblem(tr("This is the address of a folder."), tr("Enter it under “In a folder” above."));
             return;
         }
-        emit Chosen(service, password->text(), {certificates->text().trimmed()});
+        // There are servers that ask for none.
+        const QString token = password->text().isEmpty() ? Host::CloudAccount::TokenForNone() : password->text();
+        emit Chosen(service, token, {certificates->text().trimmed()});
     } catch (const std::invalid_argument& problem) {
         ShowProblem(tr("This address cannot be used."), QString::fromUtf8(problem.what()) + '.');
     }

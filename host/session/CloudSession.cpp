@@ -164,6 +164,11 @@ PDF::AbstractFileManager& CloudSession::Documents()
     return d->documents.List();
 }
 
+QHash<QString, quint64> CloudSession::LargeSizes() const
+{
+    return d->documents.LargeSizes();
+}
+
 PDF::Cloud::AbstractCloudManager& CloudSession::Cloud()
 {
     return d->cloud.Manager();

@@ -7,6 +7,7 @@
 #include <contracts/ICloudProtocol.h>
 #include <contracts/OAuth2.h>
 
+#include <QHash>
 #include <QObject>
 #include <QStringList>
 
@@ -68,6 +69,10 @@ public:
 
     /// The list, for views. Change it through the session only.
     PDF::AbstractFileManager& Documents();
+
+    /// Sizes of the documents in the list that have 4 GiB and more in the cloud, in bytes, by id; of the local copy
+    /// where there is one. For CloudDocumentsModel.
+    QHash<QString, quint64> LargeSizes() const;
 
     /// The cloud manager, for its signals (progress, sign-in, quota) and for requests that need no bridge.
     PDF::Cloud::AbstractCloudManager& Cloud();

@@ -9,6 +9,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <limits>
+
 namespace Norlis::Host {
 
 using PDF::FileInfo;
@@ -60,6 +62,7 @@ DocumentIndex::DocumentIndex(const QString& file, const std::shared_ptr<LocalFil
         if (const auto record = RecordOf(QString::fromStdString(id))) {
             SetSize(*record, size);
             list->Update(record);
+            restoredSizes.insert(IdOf(*record), size);
         }
     }
     for (int index = list->FilesCount() - 1; index >= 0; --index) {
@@ -96,6 +99,19 @@ DocumentIndex::Record DocumentIndex::RecordOf(const QString& id) const
 QStringList DocumentIndex::Ids() const
 {
     return entries.keys();
+}
+
+QHash<QString, quint64> DocumentIndex::LargeSizes() const
+{
+    QHash<QString, quint64> sizes;
+    for (auto entry = entries.begin(); entry != entries.end(); ++entry) {
+        const quint64 size = entry->facts ? entry->facts->size : restoredSizes.value(entry.key());
+        const auto record = size > std::numeric_limits<quint32>::max() ? RecordOf(entry.key()) : nullptr;
+        if (record) {
+            sizes.insert(entry.key(), record->GetSize() != 0 ? record->GetSize() : size);
+        }
+    }
+    return sizes;
 }
 
 QStringList DocumentIndex::LocalPaths() const

@@ -60,6 +60,10 @@ public:
 
     QStringList Ids() const;
 
+    /// Sizes of the documents of 4 GiB and more, in bytes, by id; of the local copy where there is one. The list tells
+    /// them with a whole record only.
+    QHash<QString, quint64> LargeSizes() const;
+
     /// Of all copies, kept ones included.
     QStringList LocalPaths() const;
 
@@ -136,6 +140,7 @@ private:
     KeptCopies copies;
     std::unique_ptr<PDF::Cloud::NorlisCloudFilesManager> list;
     QHash<QString, Entry> entries;          ///< of every document of the list
+    QHash<QString, quint64> restoredSizes;  ///< large ones; of documents whose facts are not known yet
     QMultiHash<QString, QString> idsByPath; ///< of those with a local copy
     QHash<QString, int> transfers;
     Lifetime lifetime;

@@ -141,6 +141,8 @@ TEST_F(CloudDocumentsModelTest, LargeDocumentsHaveTheirWholeSize)
     EXPECT_EQ(Value("a", CloudDocumentsModel::SizeRole).toULongLong(), size + 1);
     list->Add(std::make_shared<FileInfo>(CloudInfoOfSize("b", 3'000'000'000)));
     EXPECT_EQ(CloudDocumentsModel(*list).index(0).data(CloudDocumentsModel::SizeRole).toLongLong(), 3'000'000'000);
+    const CloudDocumentsModel later(*list, {{"a", size + 1}});
+    EXPECT_EQ(later.index(later.RowOf("a")).data(CloudDocumentsModel::SizeRole).toULongLong(), size + 1);
 }
 
 TEST_F(CloudDocumentsModelTest, SeveralDocumentsOfOneIdAreSeveralRows)

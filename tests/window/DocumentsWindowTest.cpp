@@ -492,6 +492,48 @@ TEST_F(DocumentsWindowTest, AListThatCannotBeFetchedIsToldOnceAndTheDocumentsSta
     EXPECT_TRUE(WaitUntil([&] { return Message().isEmpty(); })); // what failed has succeeded
 }
 
+TEST_F(DocumentsWindowTest, ASizeBeyondFourGigabytesIsShownBeforeTheCloudAnswers)
+{
+    constexpr qint64 size = Q_INT64_C(4'831'838'208);
+    PutIntoCloud("large.pdf", PdfOfColor(Qt::red));
+    ASSERT_TRUE(QFile::resize(Cloud("large.pdf"), size)); // takes no room on the disk
+    OpenCloud();
+    ASSERT_TRUE(Shows({"large.pdf"}));
+    Close();
+    ASSERT_TRUE(QDir().rename(Cloud(), Local("away")));
+    Open();
+    ASSERT_EQ(Names(), QStringList{"large.pdf"});
+    const auto shown = Documents()->model()->index(0, 0);
+    EXPECT_EQ(shown.data(CloudDocumentsModel::SizeRole).toLongLong(), size);
+    EXPECT_THAT(shown.data(Qt::ToolTipRole).toString().toStdString(), HasSubstr("4.5 GiB"));
+}
+
+TEST_F(DocumentsWindowTest, AListThatLacksMostDocumentsIsMentionedUntilTheyAreBack)
+{
+    const QStringList names = {"a.pdf", "b.pdf", "c.pdf"};
+    for (const QString& name : names) {
+        PutIntoCloud(name, PdfOfColor(Qt::red));
+    }
+    OpenCloud();
+    ASSERT_TRUE(Shows(names));
+    for (const QString& name : {names[0], names[1]}) {
+        ASSERT_TRUE(QFile::rename(Cloud(name), Local(name)));
+    }
+    Refresh();
+    ASSERT_TRUE(Shows({"c.pdf"}));
+    ASSERT_TRUE(WaitUntil([&] { return !Message().isEmpty(); }));
+    EXPECT_THAT(Message().toStdString(), HasSubstr("2 of the 3 documents are gone"));
+    EXPECT_THAT(Questions(), IsEmpty());
+    ASSERT_TRUE(QFile::rename(Local("a.pdf"), Cloud("a.pdf")));
+    Refresh();
+    ASSERT_TRUE(Shows({"a.pdf", "c.pdf"}));
+    EXPECT_THAT(Message().toStdString(), HasSubstr("2 of the 3 documents are gone"));
+    ASSERT_TRUE(QFile::rename(Local("b.pdf"), Cloud("b.pdf")));
+    Refresh();
+    ASSERT_TRUE(Shows(names));
+    EXPECT_TRUE(WaitUntil([&] { return Message().isEmpty(); }));
+}
+
 TEST_F(DocumentsWindowTest, TheStorageInUseIsShown)
 {
     OpenCloud();

@@ -106,9 +106,24 @@ TEST_F(SignInWindowTest, WhatIsMissingIsWhereTheKeyboardGoes)
     Open();
     ClickButton("Sign In");
     EXPECT_TRUE(Find<QLineEdit>("address")->hasFocus());
-    Type(Find<QLineEdit>("address"), "https://cloud.example/");
+    FillIn("");
     ClickButton("Sign In");
+    ASSERT_TRUE(WaitUntil([&] { return IsWelcome() && Message().contains("No password or token was given."); }));
     EXPECT_TRUE(Find<QLineEdit>("password")->hasFocus());
+    EXPECT_EQ(KeptToken(), "");
+}
+
+TEST_F(SignInWindowTest, AServerThatNeedsNoPasswordIsSignedInToWithoutOne)
+{
+    server.SetPassword({});
+    server.Put("a.pdf", PdfOfColor(Qt::red));
+    Open();
+    Type(Find<QLineEdit>("address"), server.Address().toDisplayString(QUrl::RemoveUserInfo));
+    ClickButton("Sign In");
+    EXPECT_TRUE(Shows({"a.pdf"}));
+    Close();
+    Open();
+    EXPECT_TRUE(WaitUntil([&] { return Action("Upload…") && Action("Upload…")->isEnabled(); }));
 }
 
 TEST_F(SignInWindowTest, AFileIsNotTakenForAFolder)

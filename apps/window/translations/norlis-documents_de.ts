@@ -242,6 +242,14 @@
         <source>signing in…</source>
         <translation>Anmeldung läuft …</translation>
     </message>
+    <message>
+        <source>%1 of the %2 documents are gone from the list.</source>
+        <translation>%1 der %2 Dokumente stehen nicht mehr in der Liste.</translation>
+    </message>
+    <message>
+        <source>If nobody removed them, check the cloud. Their local copies are remembered for a month.</source>
+        <translation>Wenn niemand sie entfernt hat, prüfen Sie die Cloud. Zu welchen Dateien hier sie gehören, bleibt einen Monat lang bekannt.</translation>
+    </message>
 </context>
 <context>
     <name>Norlis::Window::DocumentsView</name>
@@ -299,6 +307,10 @@
     <message>
         <source>Transfers are still running. Quit anyway?</source>
         <translation>Es laufen noch Übertragungen. Trotzdem beenden?</translation>
+    </message>
+    <message>
+        <source>No password or token was given.</source>
+        <translation>Es wurde kein Passwort oder Token angegeben.</translation>
     </message>
 </context>
 <context>
@@ -570,12 +582,12 @@
         <translation>Prüfen Sie, ob Sie in den übergeordneten Ordner schreiben dürfen.</translation>
     </message>
     <message>
-        <source>Enter the address of the server and a password or token.</source>
-        <translation>Geben Sie die Adresse des Servers und ein Passwort oder Token ein.</translation>
-    </message>
-    <message>
         <source>Enter it under “In a folder” above.</source>
         <translation>Geben Sie sie oben unter „In einem Ordner“ ein.</translation>
+    </message>
+    <message>
+        <source>Enter the address of the server.</source>
+        <translation>Geben Sie die Adresse des Servers ein.</translation>
     </message>
 </context>
 <context>

@@ -296,9 +296,15 @@ TEST_F(CloudSessionRefreshTest, SizeOfAVeryLargeDocumentSurvivesRestarts)
     constexpr qint64 size = Q_INT64_C(4'831'838'208); // more than 32 bits hold
     auto entry = EntryOf("1", "text");
     entry.size = size;
-    Refresh({entry});
+    Refresh({entry, EntryOf("2")});
+    for (int restart = 0; restart < 2; ++restart) {
+        EXPECT_EQ(session->LargeSizes(), (QHash<QString, quint64>{{"1", size}}));
+        Reopen();
+    }
+    Refresh({entry, EntryOf("2")});
     Download("1", "text");
     for (int restart = 0; restart < 2; ++restart) {
+        EXPECT_EQ(session->LargeSizes(), (QHash<QString, quint64>{{"1", 4}})); // of the local copy
         Reopen();
         EXPECT_EQ(Held("1")->GetRedactableCloudInfo()->GetSize(), static_cast<quint64>(size));
         EXPECT_EQ(Held("1")->GetPath().utf8string(), PathOf("1.pdf").toStdString());
