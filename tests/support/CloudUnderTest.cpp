@@ -8,6 +8,12 @@ QString CloudUnderTest::Token()
     return "token";
 }
 
+bool CloudUnderTest::PutAsOthers(const QString& name, const QByteArray& content)
+{
+    Put(name, content);
+    return true;
+}
+
 bool CloudUnderTest::HashesForeignDocuments() const
 {
     return true;
@@ -54,6 +60,11 @@ bool CloudUnderTest::NoticesChangesByItself() const
 }
 
 bool CloudUnderTest::IsQuietAfterDestruction() const
+{
+    return true;
+}
+
+bool CloudUnderTest::TellsWritersApart() const
 {
     return true;
 }

@@ -28,6 +28,10 @@ public:
 
     virtual void Put(const QString& name, const QByteArray& content) = 0;
 
+    /// As somebody with another program, who keeps off what is locked, if the cloud has locks. False when it is
+    /// refused.
+    virtual bool PutAsOthers(const QString& name, const QByteArray& content);
+
     /// A document of that many zero bytes.
     virtual void PutLarge(const QString& name, qint64 size) = 0;
 
@@ -71,6 +75,9 @@ public:
 
     /// Nothing changes any more once a client has been destroyed.
     virtual bool IsQuietAfterDestruction() const;
+
+    /// Of two who replace or remove a document in the very same moment, one is refused.
+    virtual bool TellsWritersApart() const;
 
     /// How many documents it can list quickly enough for a test.
     virtual int ManyDocuments() const;

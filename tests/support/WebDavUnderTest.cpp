@@ -1,9 +1,12 @@
 #include "WebDavUnderTest.h"
 
 #include "Files.h"
+#include "Waiting.h"
 
 #include <QDir>
 #include <QFile>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
 
 #include <gtest/gtest.h>
 
@@ -106,6 +109,17 @@ void WebDavUnderTest::Put(const QString& name, const QByteArray& content)
     }
 }
 
+bool WebDavUnderTest::PutAsOthers(const QString& name, const QByteArray& content)
+{
+    QUrl address = server.Address(collection);
+    address.setPath(address.path() + (address.path().endsWith('/') ? "" : "/") + name);
+    address.setPassword(server.Password());
+    QNetworkAccessManager network;
+    const std::unique_ptr<QNetworkReply> reply(network.put(QNetworkRequest(address), content));
+    EXPECT_TRUE(WaitUntil([&] { return reply->isFinished(); }));
+    return reply->error() == QNetworkReply::NoError;
+}
+
 void WebDavUnderTest::PutLarge(const QString& name, qint64 size)
 {
     WriteSparseFile(PathOf(name), size);
@@ -194,6 +208,11 @@ bool WebDavUnderTest::NoticesChangesByItself() const
 bool WebDavUnderTest::IsQuietAfterDestruction() const
 {
     return false; // a server takes a moment to see that a connection is gone
+}
+
+bool WebDavUnderTest::TellsWritersApart() const
+{
+    return !IsKind({ServerKind::Nginx, ServerKind::Sabre}); // which have no locks
 }
 
 qint64 WebDavUnderTest::LargeSize() const

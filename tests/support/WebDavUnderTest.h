@@ -21,6 +21,7 @@ public:
     Social::OAuth2::AuthInfo Settings() override;
     QString Token() override;
     void Put(const QString& name, const QByteArray& content) override;
+    bool PutAsOthers(const QString& name, const QByteArray& content) override;
     void PutLarge(const QString& name, qint64 size) override;
     std::optional<QByteArray> Get(const QString& name) override;
     void Take(const QString& name) override;
@@ -38,6 +39,7 @@ public:
     bool RestartsDownloadOnChange() const override;
     bool NoticesChangesByItself() const override;
     bool IsQuietAfterDestruction() const override;
+    bool TellsWritersApart() const override;
     int ManyDocuments() const override;
     qint64 LargeSize() const override;
     QByteArray Log() const override;
