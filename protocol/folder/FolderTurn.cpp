@@ -153,8 +153,7 @@ std::optional<FolderTurn::Change> FolderTurn::Read() const
                         FileIdentity::FromString(line["fresh"].toString()),
                         FileIdentity::FromString(line["old"].toString()), line["md5"].toString()};
     // Whoever may write to the folder may write anything here: nothing outside it can be named.
-    const bool isSound = !Files::ValidateName(change.document) && !Files::ValidateName(change.aside) &&
-                         Files::AtomicFile::IsTemporaryName(change.aside);
+    const bool isSound = !Files::ValidateName(change.document) && Files::AtomicFile::IsTemporaryName(change.aside);
     return isSound ? std::optional(change) : std::nullopt;
 }
 

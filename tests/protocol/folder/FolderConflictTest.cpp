@@ -4,6 +4,7 @@
 #include <tests/support/Rounds.h>
 
 #include <files/DocumentNames.h>
+#include <protocol/folder/FolderTurn.h>
 
 #include <QDir>
 #include <QJsonDocument>
@@ -243,15 +244,17 @@ protected:
 
 TEST_F(CrashTest, WhatSomebodyWroteBeforeACrashIsKeptByTheNextProgram)
 {
+    int finished = 0;
     for (const bool removes : {false, true}) {
         bool isDisturbed = true;
-        for (int disturbance = 0; isDisturbed; disturbance += Stride(4)) {
+        for (int disturbance = 0; isDisturbed; disturbance += Stride(5)) {
             bool isKilled = true;
-            for (int end = disturbance % 2; isDisturbed && isKilled; end += Stride(3)) {
+            for (int end = disturbance % Stride(3); isDisturbed && isKilled; end += Stride(3)) {
                 SCOPED_TRACE(std::to_string(disturbance) + " and " + std::to_string(end));
                 FolderUnderTest place;
                 place.Put(report, "first");
                 std::tie(isDisturbed, isKilled) = Crash(place, removes, disturbance, end);
+                finished += Social::FolderTurn::IsChangePending(place.PathOf(".norlis-cloud")) ? 1 : 0;
                 FolderUser next(place.Settings());
                 ASSERT_TRUE(next.SignIn());
                 QStringList hashes;
@@ -264,6 +267,7 @@ TEST_F(CrashTest, WhatSomebodyWroteBeforeACrashIsKeptByTheNextProgram)
             }
         }
     }
+    EXPECT_GT(finished, 0) << "no crash left anything to the next program";
 }
 
 TEST_F(FolderConflictTest, WhereFilesCannotBeExchangedADifferenceIsSeenBeforeTheReplacement)

@@ -398,7 +398,7 @@ private:
 
 TEST(FolderHistoryTest, NothingGoesThatNobodyMeantToReplaceOrRemove)
 {
-    const Histories histories(40, 10'000);
+    const Histories histories(40, 1'000);
     const int rounds = histories.end - histories.first;
     int kills = 0;
     int interruptions = 0;
