@@ -20,6 +20,7 @@ struct CommandEntry {
     QString details;     ///< shown below the summary; may be empty
     QStringList options; ///< names of those that not all commands have
     QStringList examples;
+    bool makesPictures = false;
 };
 
 /// All commands, in the order in which a new user needs them.

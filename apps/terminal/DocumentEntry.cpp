@@ -1,6 +1,7 @@
 #include "DocumentEntry.h"
 
 #include <base/Utf8.h>
+#include <host/session/CloudFacts.h>
 #include <host/session/Records.h>
 
 #include <algorithm>
@@ -10,6 +11,7 @@ namespace Norlis::Terminal {
 
 namespace {
 
+using Host::ToText;
 using Status = PDF::FileInfo::CloudStatus;
 
 /// The machine-readable form.
@@ -34,6 +36,18 @@ QString StateWord(Status state)
     return "unknown";
 }
 
+DocumentEntry EntryOf(const QString& id, const Host::CloudFacts& facts, Status state, const QString& path)
+{
+    return {id,
+            FromUtf8(facts.name),
+            facts.size,
+            facts.modifiedAt,
+            state,
+            path,
+            Host::IsMd5(facts.hash) ? QString::fromStdString(facts.hash) : QString(),
+            QString::fromStdString(facts.hash)};
+}
+
 bool IsBefore(const DocumentEntry& left, const DocumentEntry& right)
 {
     const int order = left.name.compare(right.name, Qt::CaseInsensitive);
@@ -42,32 +56,25 @@ bool IsBefore(const DocumentEntry& left, const DocumentEntry& right)
 
 } // namespace
 
-std::optional<DocumentEntry> EntryOf(const PDF::AbstractFileManager& documents, const QString& id)
+std::optional<DocumentEntry> EntryOf(Host::CloudSession& session, const QString& id)
 {
-    const auto record = documents.GetFileInfo(id);
-    if (!record || !record->GetRedactableCloudInfo()) {
-        return std::nullopt;
-    }
-    auto& cloudInfo = *record->GetRedactableCloudInfo();
-    return DocumentEntry{id,
-                         FromUtf8(cloudInfo.GetFileName()),
-                         cloudInfo.GetSize(),
-                         cloudInfo.GetModifyTime(),
-                         record->GetCloudStatus(),
-                         QString::fromStdString(record->GetPath().utf8string()),
-                         Host::IsMd5(cloudInfo.GetMd5Hash()) ? QString::fromStdString(cloudInfo.GetMd5Hash())
-                                                             : QString(),
-                         QString::fromStdString(cloudInfo.GetMd5Hash())};
+    const auto* facts = session.Facts(id);
+    const auto record = facts ? session.Documents().GetFileInfo(id) : nullptr;
+    return record ? std::optional(EntryOf(id, *facts, record->GetCloudStatus(), ToText(record->GetPath())))
+                  : std::nullopt;
 }
 
-std::vector<DocumentEntry> AllEntries(const PDF::AbstractFileManager& documents)
+std::vector<DocumentEntry> AllEntries(Host::CloudSession& session)
 {
-    std::vector<DocumentEntry> entries;
+    const auto& documents = session.Documents(); // asked by index: by id it would go through all for each
     const int count = documents.FilesCount();
+    std::vector<DocumentEntry> entries;
     entries.reserve(static_cast<std::size_t>(count));
     for (int index = 0; index < count; ++index) {
-        if (auto entry = EntryOf(documents, documents.GetDocumentId(index))) {
-            entries.push_back(std::move(*entry));
+        const auto id = documents.GetDocumentId(index);
+        if (const auto* facts = session.Facts(id)) {
+            entries.push_back(EntryOf(id, *facts, static_cast<Status>(documents.GetDocumentState(index)),
+                                      documents.GetDocumentPath(index)));
         }
     }
     std::sort(entries.begin(), entries.end(), IsBefore);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <contracts/AbstractFileManager.h>
+#include <host/session/CloudSession.h>
 
 #include <QDateTime>
 #include <QJsonObject>
@@ -24,10 +24,10 @@ struct DocumentEntry {
 };
 
 /// Nothing if the list has no such document.
-std::optional<DocumentEntry> EntryOf(const PDF::AbstractFileManager& documents, const QString& id);
+std::optional<DocumentEntry> EntryOf(Host::CloudSession& session, const QString& id);
 
 /// All documents of the list, sorted by name.
-std::vector<DocumentEntry> AllEntries(const PDF::AbstractFileManager& documents);
+std::vector<DocumentEntry> AllEntries(Host::CloudSession& session);
 
 /// All fields of the entry.
 QJsonObject JsonOf(const DocumentEntry& entry);

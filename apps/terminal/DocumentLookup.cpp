@@ -1,41 +1,31 @@
 #include "DocumentLookup.h"
 
-#include <QMultiHash>
+#include <QHash>
 #include <QSet>
 
 #include <algorithm>
 
 namespace Norlis::Terminal {
 
-namespace {
-
-QMultiHash<QString, QString> IdsByName(const PDF::AbstractFileManager& documents)
-{
-    QMultiHash<QString, QString> ids;
-    for (int index = 0; index < documents.FilesCount(); ++index) {
-        ids.insert(documents.GetDocumentName(index), documents.GetDocumentId(index));
-    }
-    return ids;
-}
-
-} // namespace
-
 FoundDocuments FindDocuments(const PDF::AbstractFileManager& documents, const QStringList& words)
 {
+    QHash<QString, QString> names; // by id
+    QMultiHash<QString, QString> idsByName;
+    for (int index = 0; index < documents.FilesCount(); ++index) {
+        const auto id = documents.GetDocumentId(index);
+        const auto name = documents.GetDocumentName(index);
+        names.insert(id, name);
+        idsByName.insert(name, id);
+    }
     FoundDocuments found;
     QSet<QString> seen;
-    const auto add = [&](const DocumentEntry& entry) {
-        if (!seen.contains(entry.id)) {
-            seen.insert(entry.id);
-            found.documents.push_back(entry);
-        }
-    };
-    const auto idsByName = IdsByName(documents);
     for (const QString& word : words) {
-        QStringList ids = EntryOf(documents, word) ? QStringList(word) : QStringList(idsByName.values(word));
+        QStringList ids = names.contains(word) ? QStringList(word) : QStringList(idsByName.values(word));
         if (ids.size() == 1) {
-            if (const auto entry = EntryOf(documents, ids.constFirst())) {
-                add(*entry);
+            const QString& id = ids.constFirst();
+            if (!seen.contains(id)) {
+                seen.insert(id);
+                found.documents.push_back({id, names.value(id)});
             }
         } else if (ids.isEmpty()) {
             found.problems

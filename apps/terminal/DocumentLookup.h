@@ -1,14 +1,21 @@
 #pragma once
 
-#include "DocumentEntry.h"
+#include <contracts/AbstractFileManager.h>
 
 #include <QStringList>
 
+#include <vector>
+
 namespace Norlis::Terminal {
+
+struct FoundDocument {
+    QString id;
+    QString name;
+};
 
 /// The documents that the user named, and an error for each name that could not be resolved.
 struct FoundDocuments {
-    std::vector<DocumentEntry> documents; ///< without duplicates, in the user's order
+    std::vector<FoundDocument> documents; ///< without duplicates, in the user's order
     QStringList problems;
 };
 

@@ -1,5 +1,6 @@
 #include "DownloadCommand.h"
 
+#include "DocumentEntry.h"
 #include "DocumentLookup.h"
 #include "ExitStatus.h"
 #include "Text.h"
@@ -50,7 +51,7 @@ void DownloadCommand::Begin()
 
 void DownloadCommand::OnDownloaded(const QString& id, const QString& path)
 {
-    const auto entry = EntryOf(Session().Documents(), id);
+    const auto entry = EntryOf(Session(), id);
     if (!IsExpected(id) || !entry) {
         return;
     }

@@ -89,7 +89,7 @@ void ListCommand::Work()
 
 void ListCommand::Show()
 {
-    const auto entries = AllEntries(Session().Documents());
+    const auto entries = AllEntries(Session());
     if (output.IsJson()) {
         output.Lines(JsonList(entries));
     } else if (entries.empty()) {

@@ -2,6 +2,9 @@
 
 #include "Text.h"
 
+#include <base/Utf8.h>
+#include <host/session/CloudFacts.h>
+
 namespace Norlis::Terminal {
 
 namespace {
@@ -15,7 +18,7 @@ PreviewCommand::PreviewCommand(const Environment& environment) : BatchCommand(en
 void PreviewCommand::Work()
 {
     connect(&Session(), &Host::CloudSession::PreviewStored, this, &PreviewCommand::OnStored);
-    // A refresh makes the library request previews of all documents, and those asked for here would queue behind them.
+    // Of documents that are known the list need not be fetched.
     const auto found = FindDocuments(Session().Documents(), arguments.operands);
     if (found.problems.isEmpty()) {
         Begin(found);
@@ -52,8 +55,8 @@ void PreviewCommand::OnStored(const QString& id, const QString& size, const QStr
 void PreviewCommand::Show(const QString& id)
 {
     const auto& paths = previewPaths[id];
-    const auto entry = EntryOf(Session().Documents(), id);
-    const QString name = entry ? entry->name : id;
+    const auto* facts = Session().Facts(id);
+    const QString name = facts ? FromUtf8(facts->name) : id;
     if (output.IsJson()) {
         QJsonObject previews;
         for (const QString& size : sizes) {

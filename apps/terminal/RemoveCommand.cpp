@@ -3,6 +3,11 @@
 #include "DocumentLookup.h"
 #include "Text.h"
 
+#include <host/session/CloudFacts.h>
+
+#include <QJsonDocument>
+#include <QJsonObject>
+
 namespace Norlis::Terminal {
 
 RemoveCommand::RemoveCommand(const Environment& environment) : BatchCommand(environment, "Removing") {}
@@ -10,7 +15,7 @@ RemoveCommand::RemoveCommand(const Environment& environment) : BatchCommand(envi
 void RemoveCommand::Work()
 {
     connect(&Session(), &Host::CloudSession::DocumentRemoved, this, &RemoveCommand::OnRemoved);
-    for (const auto& document : AllEntries(Session().Documents())) {
+    for (const auto& document : AllEntries(Session())) {
         before[document.id] = document;
     }
     WithFreshList([this] { Begin(); });
@@ -23,7 +28,7 @@ void RemoveCommand::Begin()
         ReportFailure(problem);
     }
     for (const auto& document : found.documents) {
-        if (!arguments.force && !MayRemove(document)) {
+        if (!arguments.force && !MayRemove(document.id)) {
             ReportFailure(QStringLiteral("Removing \"%1\" failed: it has changed since you saw it. Look at the newer "
                                          "version first (run: norlis-cloud list), or use --force to remove it as it "
                                          "is now")
@@ -37,18 +42,20 @@ void RemoveCommand::Begin()
     EndIfDone();
 }
 
-bool RemoveCommand::MayRemove(const DocumentEntry& document)
+bool RemoveCommand::MayRemove(const QString& id)
 {
-    const auto held = before.constFind(document.id);
-    auto seen = Shown().Of(document.id);
+    const auto held = before.constFind(id);
+    const auto* now = Session().Facts(id);
+    auto seen = Shown().Of(id);
     if (!seen && held != before.constEnd()) {
         seen = {held->size, held->version};
     }
-    if (!seen) {
+    if (!seen || !now) {
         return true; // whoever names a document that no list has shown means it as it is
     }
-    const bool areVersionsKnown = !seen->version.isEmpty() && !document.version.isEmpty();
-    const bool isSame = seen->size == document.size && (!areVersionsKnown || seen->version == document.version);
+    const auto version = QString::fromStdString(now->hash);
+    const bool areVersionsKnown = !seen->version.isEmpty() && !version.isEmpty();
+    const bool isSame = seen->size == now->size && (!areVersionsKnown || seen->version == version);
     if (!isSame && held != before.constEnd()) {
         Shown().NoteUnlessKnown(*held); // the list has the newer version now, which nobody has seen
     }

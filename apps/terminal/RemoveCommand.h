@@ -20,7 +20,7 @@ protected:
 private:
     void Begin();
     void OnRemoved(const QString& id);
-    bool MayRemove(const DocumentEntry& document);
+    bool MayRemove(const QString& id);
 
     QHash<QString, DocumentEntry> before; ///< by id; the list before it was fetched anew
     QMap<QString, QString> names;         ///< by id; a removed document is no longer in the list

@@ -5,6 +5,8 @@
 #include <QJsonDocument>
 #include <QSaveFile>
 
+#include <utility>
+
 namespace Norlis::Terminal {
 
 ShownVersions::ShownVersions(const QString& dataFolder) : path(dataFolder + "/shown.json")
@@ -28,11 +30,11 @@ std::optional<ShownVersions::Version> ShownVersions::Of(const QString& id) const
 
 void ShownVersions::Show(const std::vector<DocumentEntry>& entries)
 {
-    versions.clear();
-    isChanged = true;
+    const auto before = std::exchange(versions, {});
     for (const DocumentEntry& entry : entries) {
-        Note(entry);
+        versions.insert(entry.id, {entry.size, entry.version});
     }
+    isChanged = isChanged || versions != before;
 }
 
 void ShownVersions::Note(const DocumentEntry& entry)

@@ -16,6 +16,11 @@ public:
     struct Version {
         quint64 size = 0; ///< bytes
         QString version;  ///< see DocumentEntry
+
+        bool operator==(const Version& other) const
+        {
+            return size == other.size && version == other.version;
+        }
     };
 
     /// \param dataFolder where they are kept between runs

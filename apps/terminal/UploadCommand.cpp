@@ -81,7 +81,7 @@ void UploadCommand::BeginKnown(const QString& path, const QString& id)
         BeginNew({path});
         return;
     }
-    const auto entry = EntryOf(Session().Documents(), id);
+    const auto entry = EntryOf(Session(), id);
     using Status = PDF::FileInfo::CloudStatus;
     const auto state = entry ? entry->state : Status::NoSuchDocument;
     if (state == Status::InSync) {
@@ -116,7 +116,7 @@ void UploadCommand::OnUploaded(const QString& path, const QString& id)
 
 void UploadCommand::Show(const QString& action, const QString& path, const QString& id)
 {
-    const auto entry = EntryOf(Session().Documents(), id);
+    const auto entry = EntryOf(Session(), id);
     if (!entry) {
         return;
     }

@@ -19,8 +19,9 @@ QString WatchCommand::DataFolder() const
 
 void WatchCommand::Work()
 {
-    for (const auto& entry : AllEntries(Session().Documents())) {
-        names[entry.id] = entry.name;
+    const auto& documents = Session().Documents();
+    for (int index = 0; index < documents.FilesCount(); ++index) {
+        names[documents.GetDocumentId(index)] = documents.GetDocumentName(index);
     }
     poll.setSingleShot(true);
     connect(&poll, &QTimer::timeout, this, [this] {
@@ -63,7 +64,7 @@ void WatchCommand::Show(const QStringList& added, const QStringList& changed, co
 
 void WatchCommand::ShowChange(const QString& what, const QString& id)
 {
-    const auto entry = EntryOf(Session().Documents(), id);
+    const auto entry = EntryOf(Session(), id);
     if (entry) {
         names[id] = entry->name;
     }

@@ -35,11 +35,22 @@ void PrepareEnvironment()
 {
     qInstallMessageHandler(DropMessage);
     qputenv("QT_QPA_PLATFORM", "offscreen"); // previews are created, but not shown
+    if (!qEnvironmentVariableIsSet("TZ")) {
+        qputenv("TZ", ":/etc/localtime"); // as without it, but the file is not looked at for every time that is shown
+    }
     std::setlocale(LC_ALL, "");
     if (std::strcmp(nl_langinfo(CODESET), "UTF-8") != 0) {
         qputenv("LC_ALL", "C.UTF-8"); // file names are UTF-8, whatever the shell's locale says
         std::setlocale(LC_ALL, "");
     }
+}
+
+/// Only pictures need the platform, which takes longer to load than most commands take.
+std::unique_ptr<QCoreApplication> MakeApplication(const Arguments& arguments, int& argc, char** argv)
+{
+    const auto command = FindCommand(arguments.command);
+    return command && command->makesPictures ? std::make_unique<QGuiApplication>(argc, argv)
+                                             : std::make_unique<QCoreApplication>(argc, argv);
 }
 
 /// The exit status, taking into account whether the results could be written.
@@ -68,7 +79,8 @@ int Run(const Arguments& arguments)
             FindCommand(arguments.command)->make({arguments, output, settings, interrupts.Descriptor()});
         QObject::connect(&interrupts, &Norlis::Apps::Interrupts::Interrupted, command.get(), &Command::Interrupt);
         // Queued, because a command may finish inside Start, before the event loop runs.
-        QObject::connect(command.get(), &Command::Finished, qApp, &QCoreApplication::exit, Qt::QueuedConnection);
+        QObject::connect(command.get(), &Command::Finished, QCoreApplication::instance(), &QCoreApplication::exit,
+                         Qt::QueuedConnection);
         command->Start();
         exitStatus = QCoreApplication::exec();
     } catch (const std::runtime_error& problem) {
@@ -83,9 +95,6 @@ int main(int argc, char** argv)
 {
     Norlis::Apps::PrepareProgram("norlis-cloud");
     PrepareEnvironment();
-    // Keeps Qt from taking some of the arguments for options of its own.
-    int argcForQt = 1;
-    const QGuiApplication application(argcForQt, argv);
     QCoreApplication::setApplicationName("norlis-cloud");
     QCoreApplication::setApplicationVersion(NORLIS_VERSION);
 
@@ -94,6 +103,9 @@ int main(int argc, char** argv)
         words << Norlis::FromUtf8(QByteArray(argv[index]));
     }
     const CommandLine commandLine = ParseCommandLine(words);
+    // Keeps Qt from taking some of the arguments for options of its own.
+    int argcForQt = 1;
+    const auto application = MakeApplication(commandLine.arguments, argcForQt, argv);
     if (!commandLine.error.isEmpty()) {
         Output(false).Error(commandLine.error);
         return ExitStatus::usage;

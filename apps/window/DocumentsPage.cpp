@@ -247,6 +247,7 @@ void DocumentsPage::ConnectDocuments()
     connect(&actionsUpdate, &QTimer::timeout, this, &DocumentsPage::UpdateActions);
     connect(&filter, &QAbstractItemModel::dataChanged, &actionsUpdate, qOverload<>(&QTimer::start));
     connect(view, &DocumentsView::SelectionChanged, this, &DocumentsPage::UpdateActions);
+    connect(view, &DocumentsView::ShownChanged, &session, &CloudSession::ShowPreviews);
     connect(view, &DocumentsView::activated, &commands, &DocumentCommands::Open);
     connect(&transfers, &Transfers::CountsChanged, this, &DocumentsPage::UpdateActions);
 }

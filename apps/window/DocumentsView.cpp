@@ -6,8 +6,15 @@
 #include <QScrollBar>
 
 #include <algorithm>
+#include <utility>
 
 namespace Norlis::Window {
+
+namespace {
+
+constexpr int shownInterval = 100; // milliseconds; what passes by faster is not looked at
+
+} // namespace
 
 DocumentsView::DocumentsView(QWidget* parent) : QListView(parent)
 {
@@ -33,6 +40,14 @@ DocumentsView::DocumentsView(QWidget* parent) : QListView(parent)
     connect(&forgetTimer, &QTimer::timeout, this, [this] {
         removedSelection.clear();
         removedCurrent.clear();
+    });
+    shownTimer.setSingleShot(true);
+    shownTimer.setInterval(shownInterval);
+    connect(&shownTimer, &QTimer::timeout, this, [this] {
+        const auto before = std::exchange(shown, ShownIds());
+        if (shown != before) {
+            emit ShownChanged(shown);
+        }
     });
     UpdateGridSize();
 }
@@ -60,6 +75,29 @@ void DocumentsView::ForgetPreview(const QString& path)
 {
     thumbnails.Forget(path);
     viewport()->update();
+}
+
+QStringList DocumentsView::ShownIds() const
+{
+    const int columns = qMax(1, viewport()->width() / gridSize().width());
+    const int firstLine = verticalOffset() / gridSize().height();
+    const int lines = viewport()->height() / gridSize().height() + 2; // two of them are cut off
+    QStringList ids;
+    for (int row = firstLine * columns; row < (firstLine + lines) * columns && model(); ++row) {
+        const auto index = model()->index(row, 0);
+        if (index.isValid() && visualRect(index).intersects(viewport()->rect())) {
+            ids.append(index.data(Host::CloudDocumentsModel::IdRole).toString());
+        }
+    }
+    return ids;
+}
+
+void DocumentsView::paintEvent(QPaintEvent* event)
+{
+    QListView::paintEvent(event);
+    if (!shownTimer.isActive()) {
+        shownTimer.start();
+    }
 }
 
 void DocumentsView::resizeEvent(QResizeEvent* event)

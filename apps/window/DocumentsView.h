@@ -25,7 +25,11 @@ public:
 signals:
     void SelectionChanged();
 
+    /// Which documents are in view has changed. Emitted a few times a second while the user scrolls.
+    void ShownChanged(const QStringList& ids);
+
 protected:
+    void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
     void rowsAboutToBeRemoved(const QModelIndex& parent, int first, int last) override;
@@ -34,6 +38,7 @@ protected:
 
 private:
     void UpdateGridSize();
+    QStringList ShownIds() const;
 
     Thumbnails thumbnails;
     DocumentDelegate delegate{thumbnails};
@@ -43,6 +48,9 @@ private:
     QSet<QString> removedSelection;
     QString removedCurrent;
     QTimer forgetTimer;
+
+    QStringList shown; ///< ids, as last emitted
+    QTimer shownTimer;
 };
 
 } // namespace Norlis::Window

@@ -1,36 +1,37 @@
 #include "CloudFacts.h"
 
+#include "Records.h"
+
 namespace Norlis::Host {
+
+namespace {
+
+/// Nothing tells them apart when one of them is unknown.
+bool IsSameTime(const QDateTime& left, const QDateTime& right)
+{
+    return !left.isValid() || !right.isValid() || left.toSecsSinceEpoch() == right.toSecsSinceEpoch();
+}
+
+} // namespace
 
 CloudFacts::CloudFacts(PDF::FileInfo::CloudInfo cloudInfo)
     : name(cloudInfo.GetFileName()),
       size(cloudInfo.GetSize()),
       hash(cloudInfo.GetMd5Hash()),
-      createdAt(cloudInfo.GetCreatedAt()),
       modifiedAt(cloudInfo.GetModifyTime())
 {
 }
 
-bool CloudFacts::operator==(const CloudFacts& other) const
+bool CloudFacts::IsSameVersionAs(const CloudFacts& older) const
 {
-    return name == other.name && size == other.size && hash == other.hash && createdAt == other.createdAt &&
-           modifiedAt == other.modifiedAt;
-}
-
-bool CloudFacts::HasSameContent(const CloudFacts& other) const
-{
-    if (!hash.empty() && !other.hash.empty()) {
-        return hash == other.hash;
-    }
-    // The time of a document that was restored from the store is not known.
-    return size == other.size &&
-           (modifiedAt == other.modifiedAt || !modifiedAt.isValid() || !other.modifiedAt.isValid());
+    const bool canCompareHashes = !hash.empty() && !older.hash.empty() && (IsMd5(older.hash) || !IsMd5(hash));
+    return canCompareHashes ? hash == older.hash : size == older.size && IsSameTime(modifiedAt, older.modifiedAt);
 }
 
 bool CloudFacts::HasChangedFrom(const CloudFacts& older) const
 {
-    return name != older.name || size != older.size || !HasSameContent(older) ||
-           (modifiedAt.isValid() && older.modifiedAt.isValid() && modifiedAt != older.modifiedAt);
+    return name != older.name || size != older.size || !IsSameVersionAs(older) ||
+           !IsSameTime(modifiedAt, older.modifiedAt);
 }
 
 } // namespace Norlis::Host

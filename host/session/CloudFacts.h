@@ -10,20 +10,21 @@ namespace Norlis::Host {
 
 /// What a files list tells of a document.
 struct CloudFacts {
+    CloudFacts() = default;
     explicit CloudFacts(PDF::FileInfo::CloudInfo cloudInfo);
 
-    bool operator==(const CloudFacts& other) const;
+    /// Whether this, which was told later, describes the same version, as far as the service lets one tell. That the
+    /// MD5 became known makes no other version.
+    bool IsSameVersionAs(const CloudFacts& older) const;
 
-    /// Whether both describe the same bytes, as far as the service lets one tell.
-    bool HasSameContent(const CloudFacts& other) const;
-
-    /// Whether a person would say that the document is no longer what it was.
+    /// Whether a person would say that the document is no longer what it was. Times count in whole seconds: neither the
+    /// store nor most servers keep more.
     bool HasChangedFrom(const CloudFacts& older) const;
 
     std::string name;
-    quint64 size;     ///< bytes
-    std::string hash; ///< MD5, hexadecimal; empty when the service gives none
-    QDateTime createdAt;
+    quint64 size = 0; ///< bytes
+    std::string hash; ///< MD5, hexadecimal; another text that stands for the version where the service does not know
+                      ///< the MD5 (see IsMd5), or empty
     QDateTime modifiedAt;
 };
 

@@ -169,6 +169,12 @@ QHash<QString, quint64> CloudSession::LargeSizes() const
     return d->documents.LargeSizes();
 }
 
+const CloudFacts* CloudSession::Facts(const QString& id)
+{
+    const auto* document = d->documents.Find(id);
+    return document ? &document->facts : nullptr;
+}
+
 PDF::Cloud::AbstractCloudManager& CloudSession::Cloud()
 {
     return d->cloud.Manager();
@@ -240,6 +246,11 @@ void CloudSession::CancelDownload(const QString& id)
 void CloudSession::Remove(const QString& id)
 {
     d->removals.Start(id);
+}
+
+void CloudSession::ShowPreviews(const QStringList& ids)
+{
+    d->previews.Show(ids);
 }
 
 void CloudSession::FetchPreviews(const QString& id)

@@ -16,6 +16,7 @@
 namespace Norlis::Host {
 
 class CloudAccount;
+struct CloudFacts;
 
 /// Why something failed, ready to be shown.
 struct CloudProblem {
@@ -67,14 +68,20 @@ public:
     static std::unique_ptr<CloudSession> Open(const CloudAccount& account, const QString& dataFolder,
                                               const std::shared_ptr<PDF::Settings::ICloudAccountSettings>& settings);
 
-    /// The list, for views. Change it through the session only.
+    /// The list, for views. Change it through the session only. It finds a document by an index at once, but by an id
+    /// it goes through all documents before it.
     PDF::AbstractFileManager& Documents();
 
     /// Sizes of the documents in the list that have 4 GiB and more in the cloud, in bytes, by id; of the local copy
     /// where there is one. For CloudDocumentsModel.
     QHash<QString, quint64> LargeSizes() const;
 
-    /// The cloud manager, for its signals (progress, sign-in, quota) and for requests that need no bridge.
+    /// What the cloud has last told of a document in the list, found at once; null when there is no such document.
+    /// Valid until the event loop comes round.
+    const CloudFacts* Facts(const QString& id);
+
+    /// The cloud manager, for its signals (progress, sign-in, quota) and for requests that need no bridge. Its
+    /// RetrieveFilePreview does nothing: see ShowPreviews and FetchPreviews.
     PDF::Cloud::AbstractCloudManager& Cloud();
 
     /// The protocol, for what the cloud manager does not offer (user name and picture).
@@ -122,12 +129,18 @@ public:
     /// Deletes a document from the cloud; ends in DocumentRemoved or Failed. Its local copy stays.
     void Remove(const QString& id);
 
-    /// Fetches the three previews of a document; each ends in PreviewStored or Failed.
+    /// Has the list show the previews of these documents, which a view shows just now. Each ends in PreviewStored,
+    /// unless it cannot be had or the list shows it already. Those that are not on disk are fetched, a few at a time:
+    /// of the documents that were not shown before first, and the medium size first. What has not been sent is dropped
+    /// when its document is shown no longer.
+    void ShowPreviews(const QStringList& ids);
+
+    /// Fetches the three previews of a document anew; each ends in PreviewStored or Failed.
     void FetchPreviews(const QString& id);
 
-    /// Fetches the list; ends in ListRefreshed or Failed. Skipped without a signal while a transfer runs. A preview
-    /// whose document has other content by now is shown no longer: its path in the list is empty until the new one
-    /// comes.
+    /// Fetches the list and no previews; ends in ListRefreshed or Failed. Skipped without a signal while a transfer
+    /// runs. A preview whose document has other content by now is shown no longer: its path in the list is empty until
+    /// a new one is there.
     void Refresh();
 
     /// Writes the list to disk now and closes the store, as destruction does, but reports what went wrong: throws
@@ -165,7 +178,7 @@ signals:
     /// The document has left the cloud and the list.
     void DocumentRemoved(const QString& id);
 
-    /// Emitted for the previews that a refresh brings too, unless the list shows them already.
+    /// The list shows a preview, by ShowPreviews or FetchPreviews.
     /// \param size one of "small", "medium", "large"; \param path a PNG file
     void PreviewStored(const QString& id, const QString& size, const QString& path);
 

@@ -3,8 +3,8 @@
 #include "Later.h"
 #include "Records.h"
 
-#include <host/store/RestorableStorage.h>
 #include <NorlisCloud/PreviewFile.h>
+#include <NorlisCloud/RecordKeys.h>
 
 #include <QFile>
 #include <QFileInfo>
@@ -14,6 +14,7 @@
 namespace Norlis::Host {
 
 using PDF::FileInfo;
+namespace RecordKey = PDF::Cloud::RecordKey;
 
 namespace {
 
@@ -37,6 +38,32 @@ void SetSize(FileInfo& record, quint64 size)
     cloudInfo.SetPreviewsSet(previews);
 }
 
+/// As the list stores them, those of this document and no others.
+QString StoredPath(const QString& id, FileInfo::PreviewSize size)
+{
+    return PDF::Cloud::PreviewPath(id, size) + ';';
+}
+
+unsigned PicturesIn(const std::string& stored, const QString& id)
+{
+    unsigned bits = 0;
+    if (!stored.empty()) {
+        const auto text = QString::fromStdString(stored);
+        for (const auto& [size, edge] : PDF::Cloud::previewPixelSizes) {
+            bits |= text.contains(StoredPath(id, size)) ? Bit(size) : 0;
+        }
+    }
+    return bits;
+}
+
+/// The cloud manager keeps its previews for ever.
+void DeletePreview(const QString& id, FileInfo::PreviewSize size)
+{
+    if (!id.contains('/')) { // which may lead out of the folder
+        QFile::remove(PDF::Cloud::PreviewPath(id, size));
+    }
+}
+
 KeptCopy CopyOf(FileInfo& record)
 {
     return {record.GetPath().utf8string(), record.GetId(), record.GetRedactableCloudInfo()->GetFileName(),
@@ -45,38 +72,85 @@ KeptCopy CopyOf(FileInfo& record)
 
 } // namespace
 
+bool DocumentIndex::Entry::HasStored(Size size) const
+{
+    return (storedPreviews & Bit(size)) != 0;
+}
+
 bool DocumentIndex::Entry::Shows(Size size) const
 {
     return (shownPreviews & Bit(size)) != 0;
+}
+
+DocumentIndex::Entry DocumentIndex::EntryOf(const Record& record)
+{
+    Entry entry;
+    entry.facts = FactsOf(*record);
+    entry.localPath = ToText(record->GetPath());
+    entry.localHash = record->GetMd5Hash();
+    entry.syncHash = record->GetCloudHashBeforeChange();
+    entry.record = record;
+    return entry;
 }
 
 DocumentIndex::DocumentIndex(const QString& file, const std::shared_ptr<LocalFileSystem>& fileSystem,
                              const std::shared_ptr<Md5HashCalculator>& hashes)
     : hashes(hashes),
       storage(std::make_shared<SqliteCloudInfoStorage>(file)),
-      copies(storage)
+      listStorage(std::make_shared<ListStorage>(storage)),
+      listHashes(std::make_shared<ListHashes>(hashes)),
+      copies(storage),
+      list(std::make_unique<PDF::Cloud::NorlisCloudFilesManager>(listStorage, fileSystem, listHashes))
 {
-    const auto restorable = std::make_shared<RestorableStorage>(storage);
-    list = std::make_unique<PDF::Cloud::NorlisCloudFilesManager>(restorable, fileSystem, hashes);
-    for (const auto& [id, size] : restorable->LargeSizes()) {
-        if (const auto record = RecordOf(QString::fromStdString(id))) {
-            SetSize(*record, size);
-            list->Update(record);
-            restoredSizes.insert(IdOf(*record), size);
-        }
-    }
+    auto stored = listStorage->TakeRest();
+    entries.reserve(list->FilesCount());
     for (int index = list->FilesCount() - 1; index >= 0; --index) {
+        const auto id = list->GetDocumentId(index);
+        auto& rest = stored[id.toStdString()];
         Entry entry;
+        entry.facts.name = std::move(rest.name);
+        entry.facts.size = rest.size;
+        entry.facts.hash = std::move(rest.hash);
+        entry.facts.modifiedAt = list->GetModifiedDateTime(index);
         entry.localPath = list->GetDocumentPath(index);
-        SetEntry(list->GetDocumentId(index), entry);
+        if (!entry.localPath.isEmpty()) {
+            entry.localHash = listHashes->Told(entry.localPath.toStdString());
+            entry.syncHash = std::move(rest.syncHash);
+        }
+        entry.storedPreviews = PicturesIn(rest.pictures, id);
+        SetEntry(id, entry);
+        if (const auto record = rest.isLarge ? RecordOf(id) : nullptr) {
+            SetSize(*record, rest.size);
+            list->Update(record);
+        }
     }
 }
 
 void DocumentIndex::Close()
 {
     if (list) {
-        list.reset();
+        list.reset(); // saves
+        StoreTheRest();
         storage->Commit();
+    }
+}
+
+void DocumentIndex::StoreTheRest()
+{
+    for (const auto& documentId : listStorage->Changed()) {
+        const auto id = QString::fromStdString(documentId);
+        const auto* entry = Find(id);
+        if (!entry) {
+            continue;
+        }
+        QString pictures;
+        for (const auto& [size, edge] : PDF::Cloud::previewPixelSizes) {
+            pictures += entry->HasStored(size) ? StoredPath(id, size) : QString();
+        }
+        const auto modifiedAt = entry->facts.modifiedAt.toUTC().toString(Qt::TextDate);
+        listStorage->SetValue(documentId, RecordKey::fileHash, entry->facts.hash);
+        listStorage->SetValue(documentId, RecordKey::modifiedTime, modifiedAt.toStdString());
+        listStorage->SetValue(documentId, RecordKey::previewPath, pictures.toStdString());
     }
 }
 
@@ -93,7 +167,20 @@ const DocumentIndex::Entry* DocumentIndex::Find(const QString& id) const
 
 DocumentIndex::Record DocumentIndex::RecordOf(const QString& id) const
 {
-    return list->GetFileInfo(id);
+    const auto* known = Find(id);
+    if (!known) {
+        return nullptr; // the list would go through all documents to find none
+    }
+    auto record = known->record ? std::make_shared<FileInfo>(*known->record) : list->GetFileInfo(id);
+    if (record && record->GetRedactableCloudInfo()->GetMd5Hash() != known->facts.hash) {
+        SetCloudHash(*record, known->facts.hash);
+    }
+    return record;
+}
+
+int DocumentIndex::Count() const
+{
+    return entries.size();
 }
 
 QStringList DocumentIndex::Ids() const
@@ -105,7 +192,7 @@ QHash<QString, quint64> DocumentIndex::LargeSizes() const
 {
     QHash<QString, quint64> sizes;
     for (auto entry = entries.begin(); entry != entries.end(); ++entry) {
-        const quint64 size = entry->facts ? entry->facts->size : restoredSizes.value(entry.key());
+        const quint64 size = entry->facts.size;
         const auto record = size > std::numeric_limits<quint32>::max() ? RecordOf(entry.key()) : nullptr;
         if (record) {
             sizes.insert(entry.key(), record->GetSize() != 0 ? record->GetSize() : size);
@@ -116,18 +203,13 @@ QHash<QString, quint64> DocumentIndex::LargeSizes() const
 
 QStringList DocumentIndex::LocalPaths() const
 {
-    QStringList paths;
-    for (const auto& entry : entries) {
-        if (!entry.localPath.isEmpty()) {
-            paths.append(entry.localPath);
-        }
-    }
-    return paths + copies.Paths();
+    return idsByPath.uniqueKeys() + copies.Paths();
 }
 
 QString DocumentIndex::LocalPath(const QString& id) const
 {
-    return entries.value(id).localPath;
+    const auto* known = Find(id);
+    return known ? known->localPath : QString();
 }
 
 QString DocumentIndex::DocumentAt(const QString& path) const
@@ -148,8 +230,8 @@ bool DocumentIndex::IsCopy(const QString& path) const
 
 std::optional<std::string> DocumentIndex::SyncHashAt(const QString& id, const QString& path) const
 {
-    if (!path.isEmpty() && LocalPath(id) == path) {
-        return RecordOf(id)->GetCloudHashBeforeChange();
+    if (const auto* known = Find(id); known && !path.isEmpty() && known->localPath == path) {
+        return known->syncHash;
     }
     const auto* copy = copies.At(path);
     return copy && copy->documentId == id.toStdString() ? std::optional(copy->syncHash) : std::nullopt;
@@ -166,6 +248,16 @@ bool DocumentIndex::HasKeptCopy(const Record& record) const
     return KeptCopyOf(record) != nullptr;
 }
 
+bool DocumentIndex::IsCopyOutdated(const Entry& document) const
+{
+    if (document.localPath.isEmpty()) {
+        return false;
+    }
+    const auto& cloudHash = document.facts.hash;
+    return hashes->CalculateHash(ToPath(document.localPath)) != document.localHash ||
+           (!cloudHash.empty() && document.localHash == cloudHash && document.syncHash != cloudHash);
+}
+
 bool DocumentIndex::AttachKeptCopy(const Record& record) const
 {
     const auto* copy = KeptCopyOf(record);
@@ -178,9 +270,24 @@ bool DocumentIndex::AttachKeptCopy(const Record& record) const
 
 void DocumentIndex::KeepCopy(const QString& id, const QString& path, const std::string& syncHash)
 {
-    if (const auto record = RecordOf(id)) {
-        copies.Keep({path.toStdString(), id.toStdString(), NameOf(*record).toStdString(), syncHash});
+    if (const auto* known = Find(id)) {
+        copies.Keep({path.toStdString(), id.toStdString(), known->facts.name, syncHash});
     }
+}
+
+void DocumentIndex::LearnHash(const QString& id, const std::string& hash)
+{
+    entries[id].facts.hash = hash;
+    listStorage->NoteChange(id.toStdString());
+}
+
+DocumentIndex::Record DocumentIndex::CloudRecordOf(const QString& id) const
+{
+    const auto* known = Find(id);
+    return known ? std::make_shared<FileInfo>(FileInfo::CloudInfo(id.toStdString(), known->facts.name,
+                                                                  known->facts.size, true, QUrl(), QDateTime(),
+                                                                  known->facts.modifiedAt, 0, known->facts.hash))
+                 : nullptr;
 }
 
 void DocumentIndex::SetEntry(const QString& id, const Entry& entry)
@@ -199,22 +306,33 @@ void DocumentIndex::SetEntry(const QString& id, const Entry& entry)
 void DocumentIndex::Add(const Record& record)
 {
     const auto id = IdOf(*record);
-    Entry entry;
-    entry.facts = FactsOf(*record);
-    entry.localPath = ToText(record->GetPath());
-    SetEntry(id, entry);
+    SetEntry(id, EntryOf(record));
     copies.NoteFound(id);
+    listStorage->NoteChange(id.toStdString());
     list->Add(record);
 }
 
-void DocumentIndex::Update(const Record& record, bool hasSameContent)
+void DocumentIndex::Update(const Record& record, bool isSameVersion)
 {
-    auto& entry = entries[IdOf(*record)];
+    const auto id = IdOf(*record);
+    auto& entry = entries[id];
     entry.facts = FactsOf(*record);
-    if (!hasSameContent) {
-        entry.shownPreviews = 0;
+    if (!isSameVersion) {
+        DropPreviews(id, entry);
     }
+    UpdateList(record);
+}
+
+void DocumentIndex::UpdateList(const Record& record)
+{
+    const auto id = IdOf(*record);
+    listStorage->NoteChange(id.toStdString());
+    const auto guard = lifetime.Watch();
     list->Update(record);
+    const auto known = guard ? entries.find(id) : entries.end();
+    if (guard && known != entries.end() && !known->localPath.isEmpty()) {
+        known->localHash = listHashes->Told(known->localPath.toStdString());
+    }
 }
 
 bool DocumentIndex::Replace(const Record& record)
@@ -222,15 +340,19 @@ bool DocumentIndex::Replace(const Record& record)
     const auto guard = lifetime.Watch();
     const auto id = IdOf(*record);
     auto& cloudInfo = record->GetRedactableCloudInfo().value();
-    Entry entry{CloudFacts(cloudInfo), ToText(record->GetPath())};
+    auto entry = EntryOf(record);
 
-    const auto held = entries.contains(id) ? RecordOf(id) : nullptr; // the list walks past all others to find none
+    const auto held = RecordOf(id);
     if (held) {
         auto& heldCloudInfo = held->GetRedactableCloudInfo().value();
-        if (entry.facts->HasSameContent(CloudFacts(heldCloudInfo))) {
+        auto& known = entries[id];
+        if (entry.facts.IsSameVersionAs(known.facts)) {
             cloudInfo.SetPreviewsSet(heldCloudInfo.GetPreviewsSet());
             record->SetPreviewsSet(held->GetPreviewsSet());
-            entry.shownPreviews = entries.value(id).shownPreviews;
+            entry.storedPreviews = known.storedPreviews;
+            entry.shownPreviews = known.shownPreviews;
+        } else {
+            DropPreviews(id, known);
         }
     }
     record->SetIsSyncingInProgress(IsTransferring(id));
@@ -238,6 +360,7 @@ bool DocumentIndex::Replace(const Record& record)
         copies.Keep(CopyOf(*held));
     }
     SetEntry(id, entry);
+    listStorage->NoteChange(id.toStdString());
     if (held) {
         list->Remove(held);
     } else {
@@ -259,7 +382,7 @@ void DocumentIndex::ShowCopy(const QString& id, const QString& path)
     record->SetPath(ToPath(path), hashes->CalculateHash(ToPath(path)), *syncHash);
     if (LocalPath(id) == path) {
         record->SetIsSyncingInProgress(IsTransferring(id));
-        list->Update(record);
+        UpdateList(record);
     } else {
         Replace(record);
     }
@@ -268,12 +391,38 @@ void DocumentIndex::ShowCopy(const QString& id, const QString& path)
 void DocumentIndex::ShowPreviews(const Record& record, const std::map<Size, ioPath>& previews)
 {
     const auto id = IdOf(*record);
+    auto& entry = entries[id];
     for (const auto& [size, path] : previews) {
         record->GetRedactableCloudInfo()->SetPreviewPathBySize(path, size);
-        entries[id].shownPreviews |= Bit(size);
+        entry.storedPreviews |= Bit(size);
+        entry.shownPreviews |= Bit(size);
     }
     record->SetIsSyncingInProgress(IsTransferring(id));
-    list->Update(record);
+    UpdateList(record);
+}
+
+void DocumentIndex::NoteStored(const QString& id, Size size)
+{
+    entries[id].storedPreviews |= Bit(size);
+    listStorage->NoteChange(id.toStdString());
+}
+
+void DocumentIndex::DropPreview(const QString& id, Size size)
+{
+    entries[id].storedPreviews &= ~Bit(size);
+    DeletePreview(id, size);
+    listStorage->NoteChange(id.toStdString());
+}
+
+void DocumentIndex::DropPreviews(const QString& id, Entry& entry)
+{
+    for (const auto& [size, edge] : PDF::Cloud::previewPixelSizes) {
+        if (entry.HasStored(size)) {
+            DeletePreview(id, size);
+        }
+    }
+    entry.storedPreviews = 0;
+    entry.shownPreviews = 0;
 }
 
 void DocumentIndex::Remove(const QString& id)
@@ -284,9 +433,8 @@ void DocumentIndex::Remove(const QString& id)
 
 void DocumentIndex::Lose(const QString& id)
 {
-    const auto held = RecordOf(id);
-    if (held && !held->GetPath().empty()) {
-        copies.Keep(CopyOf(*held));
+    if (const auto* known = Find(id); known && !known->localPath.isEmpty()) {
+        copies.Keep({known->localPath.toStdString(), id.toStdString(), known->facts.name, known->syncHash});
     }
     copies.NoteLost(id);
     TakeOut(id);
@@ -294,8 +442,9 @@ void DocumentIndex::Lose(const QString& id)
 
 void DocumentIndex::TakeOut(const QString& id)
 {
+    const auto held = CloudRecordOf(id);
     Forget(id);
-    if (const auto held = RecordOf(id)) {
+    if (held) {
         list->Remove(held);
     }
 }
@@ -304,12 +453,8 @@ void DocumentIndex::Forget(const QString& id)
 {
     SetEntry(id, {});
     entries.remove(id);
-    if (id.contains('/')) {
-        return; // which may lead out of the folder
-    }
-    // The cloud manager keeps its previews for ever.
     for (const auto& [size, edge] : PDF::Cloud::previewPixelSizes) {
-        QFile::remove(PDF::Cloud::PreviewPath(id, size));
+        DeletePreview(id, size);
     }
 }
 
@@ -337,7 +482,7 @@ void DocumentIndex::LookAgain(const QString& id)
     const auto look = [this, id] {
         if (const auto held = RecordOf(id)) {
             held->SetIsSyncingInProgress(IsTransferring(id));
-            list->Update(held);
+            UpdateList(held);
         }
     };
     const auto path = LocalPath(id);

@@ -2,8 +2,10 @@
 
 #include "CloudFacts.h"
 #include "KeptCopies.h"
+#include "ListHashes.h"
 
 #include <base/Lifetime.h>
+#include <host/store/ListStorage.h>
 #include <host/store/LocalFileSystem.h>
 #include <host/store/Md5HashCalculator.h>
 #include <host/store/SqliteCloudInfoStorage.h>
@@ -22,21 +24,24 @@
 namespace Norlis::Host {
 
 /// The documents of a session: the file list with its store, which nobody else changes, and what else must be known of
-/// each document. The list can be searched by index only; here documents are found by id, and so are their local
-/// copies.
+/// each document. The list finds a document by going through all that stand before it; here documents are found by id,
+/// and so are their local copies, and the list is gone through only for what has changed.
 class DocumentIndex : public QObject {
 public:
     using Record = std::shared_ptr<PDF::FileInfo>;
     using Size = PDF::FileInfo::PreviewSize;
 
-    /// What is known of a document beside its record.
+    /// What is known of a document without its record.
     struct Entry {
-        std::optional<CloudFacts>
-            facts;                  ///< none until the first refresh of a document that was restored from the store
-        QString localPath;          ///< empty when there is no local copy
-        unsigned shownPreviews = 0; ///< one bit per size
+        CloudFacts facts;            ///< those of the last run until there is a list
+        QString localPath;           ///< empty when there is no local copy
+        std::string localHash;       ///< MD5 of the local copy, as the list has it
+        std::string syncHash;        ///< see SyncHashAt
+        unsigned storedPreviews = 0; ///< those of this content on disk; one bit per size
+        unsigned shownPreviews = 0;  ///< those of them that the list shows
+        Record record;               ///< the list's own, if the index has put it there
 
-        /// Whether the list holds the preview of this content.
+        bool HasStored(Size size) const;
         bool Shows(Size size) const;
     };
 
@@ -55,9 +60,10 @@ public:
     /// Null when there is no such document. Valid until the next change.
     const Entry* Find(const QString& id) const;
 
-    /// A copy; null when there is no such document.
+    /// A copy, with the hash that was learnt; null when there is no such document.
     Record RecordOf(const QString& id) const;
 
+    int Count() const;
     QStringList Ids() const;
 
     /// Sizes of the documents of 4 GiB and more, in bytes, by id; of the local copy where there is one. The list tells
@@ -85,11 +91,27 @@ public:
     /// Whether there is a kept copy of the document.
     bool HasKeptCopy(const Record& record) const;
 
+    /// Whether the list has to look at the local copy of a document again: the file has changed, or it is found to be
+    /// the cloud copy.
+    bool IsCopyOutdated(const Entry& document) const;
+
     /// Gives a record that has no local copy the kept one of its document, if there is one.
     bool AttachKeptCopy(const Record& record) const;
 
     /// Remembers a further copy of a document in the list, which shows another one.
     void KeepCopy(const QString& id, const QString& path, const std::string& syncHash);
+
+    /// Takes over the MD5 of a cloud copy that has become known. The list has it from the next start on.
+    void LearnHash(const QString& id, const std::string& hash);
+
+    /// A record for requests, that knows only what the cloud tells; null when there is no such document.
+    Record CloudRecordOf(const QString& id) const;
+
+    /// That a preview of the document as it is now has come to disk.
+    void NoteStored(const QString& id, Size size);
+
+    /// Deletes a preview that is not that of the document as it is now.
+    void DropPreview(const QString& id, Size size);
 
     // Those that change the list emit as the last thing that they do, so the session may be gone afterwards.
 
@@ -97,8 +119,8 @@ public:
     void Add(const Record& record);
 
     /// Takes over what a files list says of a document, completed by what only the held record knows.
-    /// \param hasSameContent as the held record; otherwise the list shows no preview of it yet
-    void Update(const Record& record, bool hasSameContent);
+    /// \param isSameVersion as the held record; otherwise there is no preview of it yet
+    void Update(const Record& record, bool isSameVersion);
 
     /// Puts a record in the place of the held one, or adds it. Unlike an update this carries the hash of the last
     /// synchronisation, and previews of other content do not stay. False when the session is gone.
@@ -107,7 +129,7 @@ public:
     /// Has the list show this copy of the document, as it is now.
     void ShowCopy(const QString& id, const QString& path);
 
-    /// Shows previews of a document.
+    /// Shows previews of a document that are on disk.
     /// \param record what RecordOf gave
     void ShowPreviews(const Record& record, const std::map<Size, ioPath>& previews);
 
@@ -127,9 +149,19 @@ public:
     bool IsTransferring(const QString& id) const;
 
 private:
+    static Entry EntryOf(const Record& record);
     const KeptCopy* KeptCopyOf(const Record& record) const;
     void SetEntry(const QString& id, const Entry& entry);
     void TakeOut(const QString& id);
+
+    /// Has the list take over what the record says. Emits.
+    void UpdateList(const Record& record);
+
+    /// Deletes the previews of a document's old content.
+    void DropPreviews(const QString& id, Entry& entry);
+
+    /// Writes what the list does not know of the documents that have changed.
+    void StoreTheRest();
 
     /// Has the list look again at the transfers of a document and at its local copy, which is hashed off the event
     /// loop.
@@ -137,10 +169,11 @@ private:
 
     const std::shared_ptr<Md5HashCalculator> hashes;
     const std::shared_ptr<SqliteCloudInfoStorage> storage;
+    const std::shared_ptr<ListStorage> listStorage;
+    const std::shared_ptr<ListHashes> listHashes;
     KeptCopies copies;
     std::unique_ptr<PDF::Cloud::NorlisCloudFilesManager> list;
     QHash<QString, Entry> entries;          ///< of every document of the list
-    QHash<QString, quint64> restoredSizes;  ///< large ones; of documents whose facts are not known yet
     QMultiHash<QString, QString> idsByPath; ///< of those with a local copy
     QHash<QString, int> transfers;
     Lifetime lifetime;

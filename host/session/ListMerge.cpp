@@ -2,8 +2,6 @@
 
 #include "Records.h"
 
-#include <algorithm>
-
 namespace Norlis::Host {
 
 using PDF::FileInfo;
@@ -23,7 +21,7 @@ ListMerge::ListMerge(const SessionContext& context, std::function<void()> onRead
 void ListMerge::Start(const Files& newFiles, ChangeJournal::Time newRequestedAt, bool mayLackDocuments)
 {
     ++listCount;
-    heldCount = context.documents.Ids().size();
+    heldCount = context.documents.Count();
     goneCount = 0;
     files = newFiles;
     requestedAt = newRequestedAt;
@@ -31,7 +29,7 @@ void ListMerge::Start(const Files& newFiles, ChangeJournal::Time newRequestedAt,
     next = 0;
     listed.clear();
     unique.clear();
-    departed.clear();
+    heldIds.clear();
 
     const QStringList localPaths = context.documents.LocalPaths();
     if (localPaths.isEmpty()) {
@@ -82,15 +80,16 @@ void ListMerge::Step()
         if (!unique.isEmpty()) {
             Merge(unique.takeLast());
         } else {
-            const auto ids = isComplete ? context.documents.Ids() : QStringList();
-            std::copy_if(ids.begin(), ids.end(), std::back_inserter(departed),
-                         [this](const QString& id) { return !listed.contains(id); });
+            heldIds = isComplete ? context.documents.Ids() : QStringList();
             phase = Phase::Removing;
         }
         break;
     case Phase::Removing:
-        if (!departed.isEmpty()) {
-            Remove(departed.takeLast());
+        if (!heldIds.isEmpty()) {
+            const auto id = heldIds.takeLast();
+            if (!listed.contains(id)) {
+                Remove(id);
+            }
         } else {
             phase = Phase::Reporting;
         }
@@ -115,22 +114,31 @@ void ListMerge::Merge(const Record& fresh)
         context.documents.Add(fresh);
         return;
     }
-    // The local copy may have changed even if the cloud copy has not.
-    const bool hasCopy = !known->localPath.isEmpty() || context.documents.HasKeptCopy(fresh);
-    if (known->facts && *known->facts == facts && !hasCopy) {
-        return;
+    const bool isSameVersion = facts.IsSameVersionAs(known->facts);
+    const bool hasChanged = facts.HasChangedFrom(known->facts);
+    const bool isHashNew = !hasChanged && facts.hash != known->facts.hash;
+    const bool isTimeNew = facts.modifiedAt.isValid() && !known->facts.modifiedAt.isValid();
+    const bool hasCopy = !known->localPath.isEmpty();
+    const bool isCopyOutdated =
+        hasCopy ? isHashNew || context.documents.IsCopyOutdated(*known) : context.documents.HasKeptCopy(fresh);
+    if (hasChanged) {
+        Note(id, Change::Changed);
     }
+    if (hasChanged || isTimeNew || isCopyOutdated) {
+        Update(id, fresh, isSameVersion);
+    } else if (isHashNew) {
+        context.documents.LearnHash(id, facts.hash);
+    }
+}
+
+void ListMerge::Update(const QString& id, const Record& fresh, bool isSameVersion)
+{
     const auto held = context.documents.RecordOf(id);
     if (!held) {
         return;
     }
-    const CloudFacts heldFacts(held->GetRedactableCloudInfo().value());
-    const bool hasSameContent = facts.HasSameContent(heldFacts);
-    if (facts.HasChangedFrom(heldFacts)) {
-        Note(id, Change::Changed);
-    }
     const auto completed = std::make_shared<FileInfo>(*fresh);
-    Complete(*completed, *held, hasSameContent);
+    Complete(*completed, *held, isSameVersion);
     if (held->GetPath().empty() && context.documents.AttachKeptCopy(completed)) {
         context.documents.Replace(completed);
         return;
@@ -144,11 +152,11 @@ void ListMerge::Merge(const Record& fresh)
         completed->SetPath(path, cloudHash, cloudHash);
         context.documents.Replace(completed);
     } else {
-        context.documents.Update(completed, hasSameContent);
+        context.documents.Update(completed, isSameVersion);
     }
 }
 
-void ListMerge::Complete(FileInfo& fresh, FileInfo& held, bool hasSameContent) const
+void ListMerge::Complete(FileInfo& fresh, FileInfo& held, bool isSameVersion) const
 {
     auto& cloudInfo = fresh.GetRedactableCloudInfo().value();
     auto& heldCloudInfo = held.GetRedactableCloudInfo().value();
@@ -160,7 +168,7 @@ void ListMerge::Complete(FileInfo& fresh, FileInfo& held, bool hasSameContent) c
                                 cloudInfo.GetModifyTime(), cloudInfo.GetLifeTime(), cloudInfo.GetMd5Hash());
     }
     auto previews = heldCloudInfo.GetPreviewsSet();
-    if (!hasSameContent) {
+    if (!isSameVersion) {
         // An update keeps the preview of the old content unless an empty path replaces it.
         for (auto& preview : previews) {
             preview.second = ioPath();

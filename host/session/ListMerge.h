@@ -11,9 +11,10 @@ namespace Norlis::Host {
 
 /// Brings the file list in line with what the cloud reports, in pieces that are small enough for the event loop.
 ///
-/// A fresh record knows nothing of the local copy and is completed from the held one, or from what is kept of a
-/// document that was missing for a time. Documents that were uploaded
-/// after the list was requested are left as they are, and those that were removed since do not come back.
+/// Only documents that have changed, here or in the cloud, cost more than a comparison. A fresh record knows nothing of
+/// the local copy and is completed from the held one, or from what is kept of a document that was missing for a time.
+/// Documents that were uploaded after the list was requested are left as they are, and those that were removed since do
+/// not come back.
 ///
 /// Whoever owns it calls Step from the event loop for as long as IsReady.
 class ListMerge : public QObject {
@@ -42,16 +43,17 @@ private:
 
     enum class Change { None, Added, Changed, Removed };
 
-    // Merge, Remove and Report emit as the last thing that they do.
+    // Merge, Update, Remove and Report emit as the last thing that they do.
 
     void Merge(const Record& fresh);
+    void Update(const QString& id, const Record& fresh, bool isSameVersion);
     void Remove(const QString& id);
     void Report();
 
     void Note(const QString& id, Change change);
 
     /// Gives a fresh record what only the held one knows.
-    void Complete(PDF::FileInfo& fresh, PDF::FileInfo& held, bool hasSameContent) const;
+    void Complete(PDF::FileInfo& fresh, PDF::FileInfo& held, bool isSameVersion) const;
 
     const SessionContext context;
     const std::function<void()> onReady;
@@ -67,7 +69,7 @@ private:
     int next = 0; ///< into files while they are sorted out
     QSet<QString> listed;
     Files unique;
-    QStringList departed;
+    QStringList heldIds; ///< while those of them that are not listed are removed
 
     QHash<QString, Change> changes; ///< since the last report
     QStringList order;              ///< their ids

@@ -4,14 +4,24 @@
 
 namespace Norlis::Host {
 
+namespace {
+
+/// The getters of a record are not declared const, although they change nothing.
+PDF::FileInfo& Readable(const PDF::FileInfo& record)
+{
+    return const_cast<PDF::FileInfo&>(record);
+}
+
+} // namespace
+
 QString IdOf(const PDF::FileInfo& record)
 {
-    return QString::fromStdString(PDF::FileInfo(record).GetId());
+    return QString::fromStdString(Readable(record).GetId());
 }
 
 QString NameOf(const PDF::FileInfo& record)
 {
-    return FromUtf8(PDF::FileInfo(record).GetRedactableCloudInfo()->GetFileName());
+    return FromUtf8(Readable(record).GetRedactableCloudInfo()->GetFileName());
 }
 
 bool IsMd5(const std::string& cloudHash)

@@ -6,7 +6,6 @@ namespace Norlis::Host {
 
 using PDF::Cloud::AbstractCloudManager;
 using PDF::Cloud::ICloudProtocol;
-using PDF::Cloud::NorlisCloudManager;
 using Request = CloudProblem::Request;
 using Social::OAuth2::Failure;
 
@@ -31,7 +30,7 @@ SessionCloud::SessionCloud(CloudSession& session, const std::shared_ptr<ICloudPr
     : session(session),
       protocol(protocol),
       adapter(dynamic_cast<ProtocolAdapter*>(protocol.get())),
-      manager(std::make_unique<NorlisCloudManager>(protocol, hashes, fileSystem, settings))
+      manager(std::make_unique<SessionCloudManager>(protocol, hashes, fileSystem, settings))
 {
     // Nobody else in the session requests these.
     connect(manager.get(), &AbstractCloudManager::AuthorizationFailed, this,
@@ -46,7 +45,7 @@ std::shared_ptr<ICloudProtocol> SessionCloud::Close()
     return std::move(protocol);
 }
 
-NorlisCloudManager& SessionCloud::Manager()
+SessionCloudManager& SessionCloud::Manager()
 {
     return *manager;
 }

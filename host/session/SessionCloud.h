@@ -2,9 +2,9 @@
 
 #include "CloudSession.h"
 #include "FailureInbox.h"
+#include "SessionCloudManager.h"
 
 #include <base/Lifetime.h>
-#include <NorlisCloud/NorlisCloudManager.h>
 
 #include <memory>
 
@@ -31,7 +31,7 @@ public:
     /// Nothing but this may be called afterwards.
     std::shared_ptr<PDF::Cloud::ICloudProtocol> Close();
 
-    PDF::Cloud::NorlisCloudManager& Manager();
+    SessionCloudManager& Manager();
     PDF::Cloud::ICloudProtocol& Protocol();
     FailureInbox& Failures();
 
@@ -74,7 +74,7 @@ private:
     FailureInbox failures;
     std::shared_ptr<PDF::Cloud::ICloudProtocol> protocol;
     ProtocolAdapter* const adapter; ///< the protocol, if it is one; null otherwise
-    std::unique_ptr<PDF::Cloud::NorlisCloudManager> manager;
+    std::unique_ptr<SessionCloudManager> manager;
     Lifetime lifetime;
 };
 

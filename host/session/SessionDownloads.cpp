@@ -3,6 +3,7 @@
 #include "Later.h"
 #include "Records.h"
 
+#include <base/Utf8.h>
 #include <files/FilePlacing.h>
 
 #include <QDir>
@@ -91,12 +92,13 @@ void SessionDownloads::Begin(const DownloadPointer& download)
     if (!IsCurrent(download)) {
         return;
     }
-    const auto held = context.documents.RecordOf(download->id);
-    if (!held) {
+    const auto* document = context.documents.Find(download->id);
+    if (!document) {
         EndWithFailure(download, "it is not in the list of documents", "Refresh the list.");
         return;
     }
-    download->name = NameOf(*held);
+    const QString localPath = document->localPath;
+    download->name = FromUtf8(document->facts.name);
     if (!IsFileName(download->name)) {
         EndWithFailure(download, "its name in the cloud is not valid as a file name", "Rename it in the cloud.");
         return;
@@ -113,7 +115,7 @@ void SessionDownloads::Begin(const DownloadPointer& download)
     }
     download->target = QDir::cleanPath(QDir(download->folder).absoluteFilePath(download->name));
     QStringList paths;
-    for (const auto& path : {download->target, ToText(held->GetPath())}) {
+    for (const auto& path : {download->target, localPath}) {
         if (!path.isEmpty() && QFileInfo(path).isFile()) {
             paths.append(path);
         }
@@ -130,8 +132,8 @@ void SessionDownloads::Request(const DownloadPointer& download)
     if (!IsCurrent(download)) {
         return;
     }
-    const auto held = context.documents.RecordOf(download->id);
-    if (!held) {
+    const auto record = context.documents.CloudRecordOf(download->id);
+    if (!record) {
         EndWithFailure(download, "it is no longer in the list of documents", "Refresh the list.");
         return;
     }
@@ -149,9 +151,9 @@ void SessionDownloads::Request(const DownloadPointer& download)
                        "Choose another folder.");
         return;
     }
-    // A copy, because the manager gives the record its path before a byte has arrived.
-    download->record = held;
-    download->listedHash = held->GetRedactableCloudInfo()->GetMd5Hash();
+    // Not the list's, because the manager gives the record its path before a byte has arrived.
+    download->record = record;
+    download->listedHash = record->GetRedactableCloudInfo()->GetMd5Hash();
     download->state = State::Requested;
     context.documents.BeginTransfer(download->id);
     context.cloud.Manager().Download(download->record, download->staging->Path());

@@ -29,7 +29,7 @@ private:
         bool replaces = false; ///< the document's own local copy, unchanged, stands at the target
         State state = State::Preparing;
         std::unique_ptr<StagingFolder> staging;
-        std::shared_ptr<PDF::FileInfo> record; ///< a copy that the cloud manager writes to
+        std::shared_ptr<PDF::FileInfo> record; ///< what the cloud manager writes to
         std::string listedHash;                ///< see CloudInfo::GetMd5Hash, when it was requested
         QString stagedPath;
         std::string hash;

@@ -5,6 +5,7 @@
 
 #include <NorlisCloud/PreviewFile.h>
 
+#include <QFile>
 #include <QSize>
 
 #include <algorithm>
@@ -14,6 +15,24 @@ namespace Norlis::Host {
 using PDF::FileInfo;
 using PDF::Cloud::AbstractCloudManager;
 using Request = CloudProblem::Request;
+using Size = FileInfo::PreviewSize;
+
+namespace {
+
+constexpr int maxRunning = 4;
+
+// The one that is good enough for any view comes first. The smallest can wait for those of other documents.
+const QVector<Size> sizesAtOnce = {Size::Medium, Size::Large};
+const QVector<Size> sizesLater = {Size::Small};
+
+QSize PixelsOf(Size size)
+{
+    const auto found = std::find_if(std::begin(PDF::Cloud::previewPixelSizes), std::end(PDF::Cloud::previewPixelSizes),
+                                    [&](const auto& each) { return each.first == size; });
+    return QSize(found->second, found->second);
+}
+
+} // namespace
 
 SessionPreviews::SessionPreviews(const SessionContext& context, std::function<void()> onWork)
     : context(context),
@@ -23,11 +42,107 @@ SessionPreviews::SessionPreviews(const SessionContext& context, std::function<vo
     connect(&manager, &AbstractCloudManager::RetrieveFilePreviewFinished, this, &SessionPreviews::OnFinished);
     connect(&manager, &AbstractCloudManager::RetrieveFilePreviewError, this, &SessionPreviews::OnError);
     connect(&manager, &AbstractCloudManager::RetrieveFilePreviewCanceled, this, &SessionPreviews::OnCanceled);
+    connect(&manager, &AbstractCloudManager::AuthorizationCompleted, this, &SessionPreviews::SendSoon);
+    connect(&context.session, &CloudSession::ListRefreshed, this, [this](const auto&, const QStringList& changed) {
+        for (const auto& id : changed) {
+            failed.remove(id);
+        }
+        SendSoon();
+    });
+}
+
+void SessionPreviews::Show(const QStringList& ids)
+{
+    const QSet<QString> wereShown(shown.begin(), shown.end());
+    shown = ids;
+    std::stable_partition(shown.begin(), shown.end(), [&](const QString& id) { return !wereShown.contains(id); });
+    failed.intersect(QSet<QString>(ids.begin(), ids.end()));
+    for (const auto& id : ids) {
+        EnqueueStored(id);
+    }
+    SendSoon();
+}
+
+void SessionPreviews::SendSoon()
+{
+    if (!std::exchange(isSendingSoon, true)) {
+        Later(this, [this] { Send(); });
+    }
+}
+
+void SessionPreviews::Send()
+{
+    isSendingSoon = false;
+    const auto guard = lifetime.Watch();
+    for (auto wish = Next(); !wish.id.isEmpty() && context.cloud.IsSignedIn(); wish = Next()) {
+        if (running.size() + wish.sizes.size() > maxRunning) {
+            return;
+        }
+        for (const auto size : qAsConst(wish.sizes)) {
+            const auto record = context.documents.CloudRecordOf(wish.id);
+            if (!record) {
+                break; // a slot has taken it out
+            }
+            running.insert(record.get(), {record, wish.id, size});
+            context.cloud.Manager().FetchPreview(record, size, PixelsOf(size));
+            if (!guard) {
+                return;
+            }
+        }
+    }
+}
+
+SessionPreviews::Wish SessionPreviews::Next() const
+{
+    for (const auto& sizes : {sizesAtOnce, sizesLater}) {
+        for (const auto& id : shown) {
+            const auto missing = Missing(id, sizes);
+            if (!missing.isEmpty()) {
+                return {id, missing};
+            }
+        }
+    }
+    return {};
+}
+
+QVector<Size> SessionPreviews::Missing(const QString& id, const QVector<Size>& sizes) const
+{
+    QVector<Size> missing;
+    const auto* document = context.documents.Find(id);
+    if (document && !failed.contains(id)) {
+        std::copy_if(sizes.begin(), sizes.end(), std::back_inserter(missing),
+                     [&](Size size) { return !document->HasStored(size) && !IsRunning(id, size); });
+    }
+    return missing;
+}
+
+bool SessionPreviews::IsRunning(const QString& id, Size size) const
+{
+    return std::any_of(running.begin(), running.end(),
+                       [&](const Running& each) { return each.id == id && each.size == size; });
+}
+
+void SessionPreviews::EnqueueStored(const QString& id)
+{
+    const auto* document = context.documents.Find(id);
+    if (!document || document->storedPreviews == document->shownPreviews || arrived.contains(id)) {
+        return;
+    }
+    for (const auto size : sizesAtOnce + sizesLater) {
+        if (!document->HasStored(size) || document->Shows(size)) {
+            continue;
+        }
+        if (QFile::exists(PDF::Cloud::PreviewPath(id, size))) {
+            Enqueue(id, {size, false});
+        } else {
+            context.documents.DropPreview(id, size);
+        }
+    }
 }
 
 void SessionPreviews::Fetch(const QString& id)
 {
-    // As those that come with a files list: one file on disk holds both.
+    // As those that a view shows: one file on disk holds both.
     for (const auto& [size, edge] : PDF::Cloud::previewPixelSizes) {
         Later(this, [this, id, size = size, edge = edge] { Fetch(id, size, edge); });
     }
@@ -35,7 +150,7 @@ void SessionPreviews::Fetch(const QString& id)
 
 void SessionPreviews::Fetch(const QString& id, Size size, int edge)
 {
-    const auto record = context.documents.RecordOf(id);
+    const auto record = context.documents.CloudRecordOf(id);
     if (!record) {
         context.cloud.Refuse(Request::Preview, {id, id}, "it is not in the list of documents", "Refresh the list.");
         return;
@@ -44,7 +159,7 @@ void SessionPreviews::Fetch(const QString& id, Size size, int edge)
         return;
     }
     wanted[record.get()] = record;
-    context.cloud.Manager().RetrieveFilePreview(record, size, QSize(edge, edge));
+    context.cloud.Manager().FetchPreview(record, size, QSize(edge, edge));
 }
 
 bool SessionPreviews::HasWork() const
@@ -68,8 +183,7 @@ void SessionPreviews::PutIntoList(const QString& id, const Previews& previews)
 {
     const auto guard = lifetime.Watch();
     const auto* document = context.documents.Find(id);
-    const auto held = context.documents.RecordOf(id);
-    if (!document || !held) {
+    if (!document) {
         context.documents.Forget(id);
         for (const auto& preview : previews) {
             if (guard && preview.wasAskedFor) {
@@ -81,48 +195,58 @@ void SessionPreviews::PutIntoList(const QString& id, const Previews& previews)
     Previews fresh;
     std::copy_if(previews.begin(), previews.end(), std::back_inserter(fresh),
                  [&](const Preview& preview) { return IsNew(*document, preview); });
-    if (fresh.isEmpty()) {
+    const auto held = fresh.isEmpty() ? nullptr : context.documents.RecordOf(id);
+    if (!held) {
         return;
     }
-    const auto pathOf = [](const Preview& preview) {
-        return preview.record->GetRedactableCloudInfo()->GetPreviewsSet()[preview.size];
-    };
     std::map<Size, ioPath> paths;
     for (const auto& preview : qAsConst(fresh)) {
-        paths[preview.size] = pathOf(preview);
+        paths[preview.size] = ToPath(PDF::Cloud::PreviewPath(id, preview.size));
     }
     context.documents.ShowPreviews(held, paths);
     for (const auto& preview : qAsConst(fresh)) {
         if (guard) {
             emit context.session.PreviewStored(id, QString::fromStdString(FileInfo::previewSizetoString(preview.size)),
-                                               ToText(pathOf(preview)));
+                                               ToText(paths[preview.size]));
         }
     }
 }
 
 bool SessionPreviews::IsNew(const DocumentIndex::Entry& document, const Preview& preview)
 {
-    if (preview.wasAskedFor || !document.facts) {
-        return true;
+    return preview.wasAskedFor || (document.HasStored(preview.size) && !document.Shows(preview.size));
+}
+
+void SessionPreviews::Enqueue(const QString& id, const Preview& preview)
+{
+    auto& previews = arrived[id];
+    if (previews.isEmpty()) {
+        waiting.enqueue(id);
     }
-    const CloudFacts shown(preview.record->GetRedactableCloudInfo().value());
-    return document.facts->HasSameContent(shown) && !document.Shows(preview.size);
+    previews.append(preview);
+    onWork();
 }
 
 void SessionPreviews::OnFinished(const Record& record, Size size)
 {
     const auto id = IdOf(*record);
-    auto& previews = arrived[id];
-    if (previews.isEmpty()) {
-        waiting.enqueue(id);
+    const bool wasAskedFor = wanted.remove(record.get()) != 0;
+    running.remove(record.get());
+    SendSoon();
+    const auto* document = context.documents.Find(id);
+    if (document && document->facts.IsSameVersionAs(CloudFacts(record->GetRedactableCloudInfo().value()))) {
+        context.documents.NoteStored(id, size);
+    } else if (document && !wasAskedFor) {
+        context.documents.DropPreview(id, size); // the document has other content by now
+        return;
     }
-    previews.append({record, size, wanted.remove(record.get()) != 0});
-    onWork();
+    Enqueue(id, {size, wasAskedFor});
 }
 
 void SessionPreviews::OnError(const std::shared_ptr<const FileInfo>& record, Size, const QString& message)
 {
     const auto cause = context.cloud.Failures().Take();
+    OnFailed(record.get());
     if (wanted.remove(record.get()) != 0) {
         context.cloud.Fail(Request::Preview, IdOf(*record), message, cause);
     }
@@ -130,9 +254,23 @@ void SessionPreviews::OnError(const std::shared_ptr<const FileInfo>& record, Siz
 
 void SessionPreviews::OnCanceled(const std::shared_ptr<const FileInfo>& record)
 {
+    OnFailed(record.get());
     if (wanted.remove(record.get()) != 0) {
         context.cloud.Fail(Request::Preview, IdOf(*record), "Retrieving file preview canceled", {});
     }
+}
+
+void SessionPreviews::OnFailed(const FileInfo* record)
+{
+    const auto found = running.find(record);
+    if (found == running.end()) {
+        return;
+    }
+    if (shown.contains(found->id)) {
+        failed.insert(found->id);
+    }
+    running.erase(found);
+    SendSoon();
 }
 
 } // namespace Norlis::Host

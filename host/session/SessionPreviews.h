@@ -3,16 +3,18 @@
 #include "SessionContext.h"
 
 #include <QQueue>
+#include <QSet>
 #include <QVector>
 
 #include <functional>
 
 namespace Norlis::Host {
 
-/// Puts previews that arrive into the file list, one document after the other.
+/// Fetches the previews of the documents that a view shows, and puts what arrives into the file list, one document
+/// after the other.
 ///
-/// Every files list asks for three previews of every document again. Those that show the content which the list shows
-/// already are dropped, so that a periodic refresh does not repaint everything.
+/// A preview that is on disk is not fetched again, nor one that could not be fetched for as long as its document stays
+/// in view.
 ///
 /// Whoever owns it calls Step from the event loop for as long as HasWork.
 class SessionPreviews : public QObject {
@@ -22,6 +24,9 @@ public:
 
     /// \param onWork called when there is something to do from now on
     SessionPreviews(const SessionContext& context, std::function<void()> onWork);
+
+    /// See CloudSession::ShowPreviews.
+    void Show(const QStringList& ids);
 
     /// Fetches the three previews of a document for somebody who waits for the outcome.
     void Fetch(const QString& id);
@@ -33,24 +38,57 @@ public:
 
 private:
     struct Preview {
-        Record record; ///< as the request knew it
         Size size;
-        bool wasAskedFor;
+        bool wasAskedFor; ///< by Fetch
     };
     using Previews = QVector<Preview>;
 
+    struct Running {
+        Record record;
+        QString id;
+        Size size;
+    };
+
     void Fetch(const QString& id, Size size, int edge);
+
+    void SendSoon();
+
+    /// Sends requests for what is shown, as many as may run at once. Emits.
+    void Send();
+
+    struct Wish {
+        QString id; ///< empty when there is nothing to fetch
+        QVector<Size> sizes;
+    };
+
+    /// What is to be fetched next, of one document and together, so that the service reads it once.
+    Wish Next() const;
+
+    /// Those of the sizes that are neither there nor under way.
+    QVector<Size> Missing(const QString& id, const QVector<Size>& sizes) const;
+    bool IsRunning(const QString& id, Size size) const;
+
+    /// Has Step put previews into the list that are on disk.
+    void EnqueueStored(const QString& id);
+    void Enqueue(const QString& id, const Preview& preview);
     void PutIntoList(const QString& id, const Previews& previews);
     static bool IsNew(const DocumentIndex::Entry& document, const Preview& preview);
 
     void OnFinished(const Record& record, Size size);
     void OnError(const std::shared_ptr<const PDF::FileInfo>& record, Size size, const QString& message);
     void OnCanceled(const std::shared_ptr<const PDF::FileInfo>& record);
+    void OnFailed(const PDF::FileInfo* record);
 
     const SessionContext context;
     const std::function<void()> onWork;
     QHash<const PDF::FileInfo*, Record> wanted; ///< one record for each request that somebody waits for
-    QQueue<QString> waiting;
+
+    QStringList shown;                            ///< the latest first
+    QSet<QString> failed;                         ///< of those that are shown
+    QHash<const PDF::FileInfo*, Running> running; ///< requests for what is or was shown
+    bool isSendingSoon = false;
+
+    QQueue<QString> waiting; ///< for Step
     QHash<QString, Previews> arrived;
     Lifetime lifetime;
 };

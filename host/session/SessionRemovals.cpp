@@ -22,7 +22,7 @@ void SessionRemovals::Start(const QString& id)
 
 void SessionRemovals::Request(const QString& id)
 {
-    const auto record = context.documents.RecordOf(id);
+    const auto record = context.documents.CloudRecordOf(id);
     if (!record) {
         context.cloud.Refuse(CloudProblem::Request::Remove, {id, id}, "it is not in the list of documents",
                              "Refresh the list.");

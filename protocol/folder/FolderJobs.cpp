@@ -1,7 +1,8 @@
 #include "FolderJobs.h"
 
+#include <protocol/service/MimeType.h>
+
 #include <QFileInfo>
-#include <QMimeDatabase>
 
 #include <algorithm>
 #include <utility>
@@ -31,7 +32,7 @@ CloudFile EntryOf(const FolderDocument& document, const QString& md5Hash)
     file.id = document.id;
     file.name = document.name;
     file.size = document.version.size;
-    file.mimeType = QMimeDatabase().mimeTypeForFile(document.name, QMimeDatabase::MatchExtension).name();
+    file.mimeType = MimeTypeOf(document.name.toUtf8());
     file.md5Hash = md5Hash.isEmpty() ? "version:" + document.version.ToString() : md5Hash;
     file.createdAt = IsoText(QFileInfo(document.path).birthTime());
     file.modifiedAt = IsoText(ModifiedAt(document.version));

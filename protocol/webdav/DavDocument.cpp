@@ -2,8 +2,8 @@
 
 #include <files/DocumentNames.h>
 #include <protocol/dav/EntityTag.h>
+#include <protocol/service/MimeType.h>
 
-#include <QMimeDatabase>
 #include <QRegularExpression>
 
 namespace Norlis::Social {
@@ -20,23 +20,6 @@ QString IsoText(const QDateTime& time)
     const QTime clock = time.time();
     return QString::asprintf("%04d-%02d-%02dT%02d:%02d:%02dZ", date.year(), date.month(), date.day(), clock.hour(),
                              clock.minute(), clock.second());
-}
-
-/// By the suffix: many servers do no better, so they are not asked.
-QString MimeTypeOf(const QByteArray& name)
-{
-    static thread_local QHash<QByteArray, QString> known;
-    constexpr int maxKnown = 1'000;
-    const QByteArray suffix = name.mid(name.lastIndexOf('.') + 1).toLower();
-    const auto found = known.constFind(suffix);
-    if (found != known.constEnd()) {
-        return *found;
-    }
-    if (known.size() >= maxKnown) {
-        known.clear();
-    }
-    return *known.insert(
-        suffix, QMimeDatabase().mimeTypeForFile(QString::fromUtf8(name), QMimeDatabase::MatchExtension).name());
 }
 
 QString IdOf(const DavEntry& entry, const QString& name)

@@ -118,6 +118,24 @@ TEST_F(DocumentsWindowTest, DocumentsAreShownWithTheirPictures)
     EXPECT_THAT(Status().toStdString(), HasSubstr("2"));
 }
 
+TEST_F(DocumentsWindowTest, PicturesAreFetchedForTheDocumentsInViewAlone)
+{
+    constexpr int count = 60;
+    for (int number = 0; number < count; ++number) {
+        PutIntoCloud(QStringLiteral("%1.pdf").arg(number), PdfOfColor(Qt::red));
+    }
+    OpenCloud();
+    ASSERT_TRUE(WaitUntil([&] { return Names().size() == count; }));
+    const auto hasPictures = [this](int row) {
+        return Documents()->model()->index(row, 0).data(Host::CloudDocumentsModel::PreviewsRole).toMap().size() == 3;
+    };
+    ASSERT_TRUE(WaitUntil([&] { return hasPictures(0); }));
+    EXPECT_FALSE(hasPictures(count - 1));
+    Documents()->scrollToBottom();
+    EXPECT_TRUE(WaitUntil([&] { return hasPictures(count - 1); }));
+    EXPECT_FALSE(hasPictures(count / 2)) << "what was passed over";
+}
+
 TEST_F(DocumentsWindowTest, ChangedContentHasANewPicture)
 {
     PutIntoCloud("a.pdf", PdfOfColor(Qt::red));

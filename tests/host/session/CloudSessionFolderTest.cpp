@@ -135,6 +135,7 @@ TEST_F(CloudSessionFolderTest, PreviewsShowThePage)
 {
     Put("a.pdf", PdfOf(Qt::red));
     RefreshNow();
+    session->ShowPreviews({IdOf("a.pdf")});
     ASSERT_TRUE(WaitForEvent("PreviewStored", 3));
     const auto previews = session->Documents().GetPreviewsSet(0);
     ASSERT_EQ(previews.size(), 3);

@@ -245,6 +245,7 @@ protected:
         // One step leads to the next.
         next(&CloudSession::ListRefreshed, [this, isFirst = true]() mutable {
             if (std::exchange(isFirst, false)) {
+                session->ShowPreviews({"1", "2", "3"});
                 session->Download("1", folder);
             } else {
                 session->Remove("unknown");

@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QPixmap>
 #include <QSignalSpy>
+#include <QTest>
 
 namespace Norlis::Test {
 
@@ -37,6 +38,30 @@ protected:
         }
     }
 
+    /// Shows documents and has the cloud deliver their pictures.
+    void Show(const QStringList& ids)
+    {
+        const auto before = CountOf("PreviewStored");
+        session->ShowPreviews(ids);
+        ASSERT_TRUE(QTest::qWaitFor(
+            [&] {
+                AnswerAll(TakePreviewCalls());
+                return CountOf("PreviewStored") == before + 3 * ids.size();
+            },
+            20'000));
+    }
+
+    /// What was asked for, as "id edge".
+    static QStringList TextsOf(const std::vector<ScriptedProtocol::Call>& calls)
+    {
+        QStringList texts;
+        for (const auto& call : calls) {
+            texts.append(call.fields[NorlisCloudProtocol::ID] + ' ' +
+                         call.fields[NorlisCloudProtocol::FILE_PREVIEW_WIDTH]);
+        }
+        return texts;
+    }
+
     /// Those pictures of a document that are on disk.
     static QStringList StoredPictures(const QString& id)
     {
@@ -51,44 +76,113 @@ protected:
     int seen = 0;
 };
 
-TEST_F(CloudSessionPreviewTest, PicturesOfARefreshEnterTheList)
+TEST_F(CloudSessionPreviewTest, RefreshAsksForNoPictures)
 {
-    Refresh({EntryOf("1")});
-    AnswerAll(TakePreviewCalls());
-    ASSERT_TRUE(WaitForEvent("PreviewStored(1, large"));
+    Refresh({EntryOf("1"), EntryOf("2")});
+    LetWorkFinish();
+    EXPECT_THAT(TakePreviewCalls(), IsEmpty());
+}
 
-    EXPECT_THAT(Events(),
-                ElementsAre("ListRefreshed(+1, ~, -)", "PreviewStored(1, small, 1_small.png)",
-                            "PreviewStored(1, medium, 1_medium.png)", "PreviewStored(1, large, 1_large.png)"));
+TEST_F(CloudSessionPreviewTest, PicturesOfWhatIsShownEnterTheList)
+{
+    Refresh({EntryOf("1"), EntryOf("2")});
+    session->ShowPreviews({"1"});
+    ASSERT_TRUE(WaitForCalls("retrievePreview", 3));
+    AnswerAll(TakePreviewCalls());
+    ASSERT_TRUE(WaitForEvent("PreviewStored(1, small"));
+
+    EXPECT_THAT(Events(), ElementsAre("ListRefreshed(+1 2, ~, -)", "PreviewStored(1, medium, 1_medium.png)",
+                                      "PreviewStored(1, large, 1_large.png)", "PreviewStored(1, small, 1_small.png)"));
     EXPECT_EQ(PreviewsAt(0), QStringList({"large", "medium", "small"}));
     EXPECT_EQ(session->Documents().GetPreviewsSet(0)["small"].toUrl(),
               QUrl::fromLocalFile(QDir::tempPath() + "/1_small.png"));
 }
 
-TEST_F(CloudSessionPreviewTest, PicturesThatComeBeforeTheirDocumentIsMergedAreNotLost)
+TEST_F(CloudSessionPreviewTest, FourPicturesAreFetchedAtATimeOfTheLatestFirst)
+{
+    Refresh({EntryOf("a"), EntryOf("b"), EntryOf("c"), EntryOf("d"), EntryOf("e"), EntryOf("f"), EntryOf("g")});
+    session->ShowPreviews({"a", "b", "c", "d", "e", "f"});
+    LetWorkFinish();
+    const auto first = TakePreviewCalls();
+    EXPECT_EQ(TextsOf(first), QStringList({"a 100", "a 191", "b 100", "b 191"}));
+
+    session->ShowPreviews({"e", "f", "g"}); // what has scrolled away and was not sent is dropped
+    LetWorkFinish();
+    EXPECT_THAT(TakePreviewCalls(), IsEmpty());
+    AnswerAll(first);
+    ASSERT_TRUE(WaitForEvent("PreviewStored(b, large"));
+    LetWorkFinish();
+    const auto second = TakePreviewCalls();
+    EXPECT_EQ(TextsOf(second), QStringList({"g 100", "g 191", "e 100", "e 191"}));
+    AnswerAll(second);
+    LetWorkFinish();
+    const auto third = TakePreviewCalls();
+    EXPECT_EQ(TextsOf(third), QStringList({"f 100", "f 191", "g 40", "e 40"}));
+    AnswerAll(third);
+    LetWorkFinish();
+    EXPECT_EQ(TextsOf(TakePreviewCalls()), QStringList({"f 40"}));
+}
+
+TEST_F(CloudSessionPreviewTest, PictureThatCannotBeHadIsNotFetchedAgainWhileItsDocumentIsInView)
+{
+    Refresh({EntryOf("1"), EntryOf("2")});
+    session->ShowPreviews({"1"});
+    ASSERT_TRUE(WaitForCalls("retrievePreview", 3));
+    for (const auto& call : TakePreviewCalls()) {
+        protocol->Answer(call.id, Social::Error);
+    }
+    session->ShowPreviews({"1", "2"});
+    LetWorkFinish();
+    const auto ofOther = TakePreviewCalls();
+    EXPECT_EQ(TextsOf(ofOther), QStringList({"2 100", "2 191", "2 40"}));
+    AnswerAll(ofOther);
+    Refresh({EntryOf("1"), EntryOf("2")});
+    LetWorkFinish();
+    EXPECT_THAT(TakePreviewCalls(), IsEmpty());
+
+    session->ShowPreviews({"2"});
+    session->ShowPreviews({"2", "1"});
+    LetWorkFinish();
+    EXPECT_EQ(TextsOf(TakePreviewCalls()), QStringList({"1 100", "1 191", "1 40"}));
+}
+
+TEST_F(CloudSessionPreviewTest, PicturesAreFetchedWhenSomebodyHasSignedIn)
+{
+    Refresh({EntryOf("1")});
+    protocol->signedIn = false;
+    QSignalSpy asked(&session->Cloud(), &PDF::Cloud::AbstractCloudManager::AuthorizationRequired);
+    session->ShowPreviews({"1"});
+    QCoreApplication::processEvents();
+    EXPECT_THAT(TakePreviewCalls(), IsEmpty());
+    EXPECT_EQ(asked.count(), 0);
+
+    session->Cloud().Authorization("token");
+    protocol->signedIn = true;
+    Answer("auth", Social::Success);
+    EXPECT_TRUE(WaitForCalls("retrievePreview", 3));
+}
+
+TEST_F(CloudSessionPreviewTest, PicturesThatComeDuringAMergeAreNotLost)
 {
     Upload(Write("2.pdf", "text"), "2"); // a local copy, which is hashed before the merge begins
-    session->FetchPreviews("2");
+    session->ShowPreviews({"2"});
     ASSERT_TRUE(WaitForCalls("retrievePreview", 3));
-    const auto fetched = TakePreviewCalls();
     session->Refresh();
     ASSERT_TRUE(WaitForCalls("retriveFileList", 1));
     Answer("retriveFileList", Social::Success, QList<CloudEntry>{EntryOf("1"), EntryOf("2", "text")});
     AnswerAll(TakePreviewCalls());
-    AnswerAll(fetched);
     EXPECT_EQ(session->Documents().FilesCount(), 1);
-    ASSERT_TRUE(WaitForEvent("PreviewStored(1, large"));
-    EXPECT_EQ(PreviewsAt(0).size(), 3);
+    ASSERT_TRUE(WaitForEvent("PreviewStored(2, large"));
+    EXPECT_EQ(Held("2")->GetRedactableCloudInfo()->GetPreviewsSet().size(), 3u);
 }
 
 TEST_F(CloudSessionPreviewTest, FetchedPicturesEndEachByItself)
 {
     Refresh({EntryOf("1")});
-    TakePreviewCalls();
     Events();
     session->FetchPreviews("1");
-    EXPECT_EQ(protocol->CallsOf("retrievePreview").size(), 3u); // those of the list
-    ASSERT_TRUE(WaitForCalls("retrievePreview", 6));
+    EXPECT_THAT(protocol->CallsOf("retrievePreview"), IsEmpty());
+    ASSERT_TRUE(WaitForCalls("retrievePreview", 3));
     const auto calls = TakePreviewCalls();
     QStringList edges;
     for (const auto& call : calls) {
@@ -126,20 +220,22 @@ TEST_F(CloudSessionPreviewTest, FetchingIsRefusedOnceForEachSize)
 
 TEST_F(CloudSessionPreviewTest, FailuresThatNobodyAskedForAreNotReported)
 {
-    protocol->refused = {"retrievePreview"};
-    Refresh({EntryOf("1")});
-    protocol->refused.clear();
     Refresh({EntryOf("1"), EntryOf("2")});
+    protocol->refused = {"retrievePreview"};
+    session->ShowPreviews({"1"});
+    ASSERT_TRUE(WaitForCalls("retrievePreview", 1));
+    protocol->refused.clear();
+    TakePreviewCalls();
+    session->ShowPreviews({"2"});
+    ASSERT_TRUE(WaitForCalls("retrievePreview", static_cast<std::size_t>(seen) + 3));
     for (const auto& call : TakePreviewCalls()) {
-        if (call.id != -1) {
-            Social::OAuth2::Failure failure;
-            failure.reason = "no renderer";
-            session->NoteFailure(failure);
-            protocol->Answer(call.id, Social::Error);
-        }
+        Social::OAuth2::Failure failure;
+        failure.reason = "no renderer";
+        session->NoteFailure(failure);
+        protocol->Answer(call.id, Social::Error);
     }
     LetWorkFinish();
-    EXPECT_THAT(Events(), ElementsAre("ListRefreshed(+1, ~, -)", "ListRefreshed(+2, ~, -)"));
+    EXPECT_THAT(Events(), ElementsAre("ListRefreshed(+1 2, ~, -)"));
 
     session->FetchPreviews("1"); // and their reasons do not stick to others
     ASSERT_TRUE(WaitForCalls("retrievePreview", static_cast<std::size_t>(seen) + 3));
@@ -147,16 +243,17 @@ TEST_F(CloudSessionPreviewTest, FailuresThatNobodyAskedForAreNotReported)
     EXPECT_EQ(problem.cause.reason, "");
 }
 
-TEST_F(CloudSessionPreviewTest, PicturesOfUnchangedContentAreNotReportedAgain)
+TEST_F(CloudSessionPreviewTest, PicturesOfUnchangedContentAreNotFetchedAgain)
 {
     Refresh({EntryOf("1")});
-    AnswerAll(TakePreviewCalls());
-    ASSERT_TRUE(WaitForEvent("PreviewStored(1, large"));
+    Show({"1"});
     Refresh({EntryOf("1")});
     Events();
     QSignalSpy updates(&session->Documents(), qOverload<int>(&PDF::AbstractFileManager::FileUpdated));
-    AnswerAll(TakePreviewCalls());
+    session->ShowPreviews({});
+    session->ShowPreviews({"1"});
     LetWorkFinish();
+    EXPECT_THAT(TakePreviewCalls(), IsEmpty());
     EXPECT_THAT(Events(), IsEmpty());
     EXPECT_EQ(updates.count(), 0);
 
@@ -167,26 +264,62 @@ TEST_F(CloudSessionPreviewTest, PicturesOfUnchangedContentAreNotReportedAgain)
     EXPECT_EQ(Events().size(), 3u);
 }
 
+TEST_F(CloudSessionPreviewTest, PicturesOnDiskAreShownAfterARestartWithoutBeingFetched)
+{
+    Refresh({EntryOf("1"), EntryOf("2"), EntryOf("3")});
+    Show({"1", "2", "3"});
+    for (int restart = 0; restart < 2; ++restart) {
+        Reopen();
+        Refresh({EntryOf("1"), EntryOf("2"), EntryOf("3", "second edition")});
+        Events();
+        QFile::remove(QDir::tempPath() + "/2_medium.png");
+        session->ShowPreviews({"1", "2", "3"});
+        ASSERT_TRUE(WaitForEvent("PreviewStored(2, small"));
+        LetWorkFinish();
+        EXPECT_EQ(CountOf("PreviewStored"), 5);
+        EXPECT_EQ(CountOf("PreviewStored(1"), 3);
+        EXPECT_EQ(Held("1")->GetRedactableCloudInfo()->GetPreviewsSet().size(), 3u);
+        EXPECT_EQ(TextsOf(TakePreviewCalls()), QStringList({"2 100", "3 100", "3 191", "3 40"}));
+        if (restart == 0) {
+            protocol->Answer(protocol->CallsOf("retrievePreview").end()[-4].id, Social::Success, Picture());
+            ASSERT_TRUE(WaitForEvent("PreviewStored(2, medium"));
+        }
+    }
+}
+
 TEST_F(CloudSessionPreviewTest, PicturesOfOldContentAreShownNoLonger)
 {
     Refresh({EntryOf("1")});
-    AnswerAll(TakePreviewCalls());
-    ASSERT_TRUE(WaitForEvent("PreviewStored(1, large"));
-    Refresh({EntryOf("1")});
-    const auto late = TakePreviewCalls();
+    Show({"1"});
+    session->FetchPreviews("1");
+    ASSERT_TRUE(WaitForCalls("retrievePreview", static_cast<std::size_t>(seen) + 3));
     Events();
 
     Refresh({EntryOf("1", "second edition")});
     EXPECT_EQ(session->Documents().GetPreviewsSet(0)["small"].toUrl(), QUrl());
-    AnswerAll(late); // of the content before
-    LetWorkFinish();
-    EXPECT_EQ(session->Documents().GetPreviewsSet(0)["small"].toUrl(), QUrl());
+    EXPECT_EQ(StoredPictures("1"), QStringList());
     EXPECT_THAT(Events(), ElementsAre("ListRefreshed(+, ~1, -)"));
 
+    ASSERT_TRUE(WaitForCalls("retrievePreview", static_cast<std::size_t>(seen) + 6));
     AnswerAll(TakePreviewCalls());
     ASSERT_TRUE(WaitForEvent("PreviewStored(1, large"));
     EXPECT_EQ(session->Documents().GetPreviewsSet(0)["small"].toUrl(),
               QUrl::fromLocalFile(QDir::tempPath() + "/1_small.png"));
+}
+
+TEST_F(CloudSessionPreviewTest, PicturesOfOldContentThatComeLateAreFetchedAnew)
+{
+    Refresh({EntryOf("1")});
+    session->ShowPreviews({"1"});
+    ASSERT_TRUE(WaitForCalls("retrievePreview", 3));
+    const auto late = TakePreviewCalls();
+    Refresh({EntryOf("1", "second edition")});
+    AnswerAll(late);
+    EXPECT_EQ(StoredPictures("1"), QStringList());
+    ASSERT_TRUE(WaitForCalls("retrievePreview", 6));
+    EXPECT_EQ(CountOf("PreviewStored"), 0);
+    AnswerAll(TakePreviewCalls());
+    ASSERT_TRUE(WaitForEvent("PreviewStored(1, large"));
 }
 
 TEST_F(CloudSessionPreviewTest, UploadOfOtherContentDropsThePicturesAndOfTheSameKeepsThem)
@@ -194,8 +327,7 @@ TEST_F(CloudSessionPreviewTest, UploadOfOtherContentDropsThePicturesAndOfTheSame
     const auto path = Write("1.pdf", "text");
     Upload(path, "1");
     Refresh({EntryOf("1", "text")});
-    AnswerAll(TakePreviewCalls());
-    ASSERT_TRUE(WaitForEvent("PreviewStored(1, large"));
+    Show({"1"});
 
     session->UploadChanges("1");
     ASSERT_TRUE(WaitForCalls("uploadFile", 2));
@@ -224,8 +356,7 @@ TEST_F(CloudSessionPreviewTest, PicturesKeepTheLocalCopyOfTheirDocument)
 TEST_F(CloudSessionPreviewTest, PicturesLeaveTheDiskWithTheirDocument)
 {
     Refresh({EntryOf("removed"), EntryOf("departed"), EntryOf("kept")});
-    AnswerAll(TakePreviewCalls());
-    ASSERT_TRUE(WaitForEvent("PreviewStored(kept, large"));
+    Show({"removed", "departed", "kept"});
     ASSERT_EQ(StoredPictures("removed").size(), 3);
     ASSERT_EQ(StoredPictures("departed").size(), 3);
 
@@ -245,6 +376,8 @@ TEST_F(CloudSessionPreviewTest, PicturesLeaveTheDiskWithTheirDocument)
 TEST_F(CloudSessionPreviewTest, PicturesThatComeAfterTheirDocumentIsGoneLeaveTheDiskToo)
 {
     Refresh({EntryOf("1")});
+    session->ShowPreviews({"1"});
+    ASSERT_TRUE(WaitForCalls("retrievePreview", 3));
     const auto late = TakePreviewCalls();
     Refresh({});
     AnswerAll(late);
@@ -256,13 +389,15 @@ TEST_F(CloudSessionPreviewTest, PicturesThatComeAfterTheirDocumentIsGoneLeaveThe
 TEST_F(CloudSessionPreviewTest, PictureOfADocumentThatIsGoneIsIgnoredUnlessSomebodyWaits)
 {
     Refresh({EntryOf("1")});
-    const auto ofList = TakePreviewCalls();
+    session->ShowPreviews({"1"});
+    ASSERT_TRUE(WaitForCalls("retrievePreview", 3));
+    const auto ofView = TakePreviewCalls();
     session->FetchPreviews("1");
     ASSERT_TRUE(WaitForCalls("retrievePreview", 6));
     const auto fetched = TakePreviewCalls();
     Refresh({});
     Events();
-    AnswerAll(ofList);
+    AnswerAll(ofView);
     LetWorkFinish();
     EXPECT_THAT(Events(), IsEmpty());
 

@@ -1,4 +1,6 @@
+#include <host/session/CloudFacts.h>
 #include <tests/support/SessionTest.h>
+#include <tests/support/SqliteFile.h>
 
 #include <QFile>
 #include <QSignalSpy>
@@ -66,6 +68,77 @@ TEST_F(CloudSessionRefreshTest, UnchangedDocumentsAreNotTouched)
     QSignalSpy updates(&session->Documents(), qOverload<int>(&PDF::AbstractFileManager::FileUpdated));
     Refresh({EntryOf("b"), EntryOf("a")});
     EXPECT_EQ(updates.count(), 0);
+}
+
+TEST_F(CloudSessionRefreshTest, RefreshAfterARestartFindsWhatHasChangedAndNothingElse)
+{
+    const auto first = At(EntryOf("a"), "2025-03-01T06:07:08.900Z"); // more than a store keeps
+    Refresh({first, EntryOf("b", "text"), EntryOf("c")});
+    Download("b", "text");
+    for (int restart = 0; restart < 2; ++restart) {
+        Reopen();
+        EXPECT_EQ(session->Documents().GetModifiedDateTime(0), QDateTime({2025, 3, 1}, {6, 7, 8}, Qt::UTC));
+        QSignalSpy updates(&session->Documents(), qOverload<int>(&PDF::AbstractFileManager::FileUpdated));
+        Events();
+        Refresh({first, EntryOf("b", "text"), EntryOf("c")});
+        EXPECT_THAT(Events(), ElementsAre("ListRefreshed(+, ~, -)"));
+        EXPECT_EQ(updates.count(), 0);
+    }
+    Reopen();
+    Refresh({first, EntryOf("b", "text"), At(EntryOf("c"), "2025-03-01T06:07:09Z")});
+    EXPECT_THAT(Events(), ElementsAre("ListRefreshed(+, ~c, -)"));
+}
+
+TEST_F(CloudSessionRefreshTest, NothingIsSavedWhenNothingHasChanged)
+{
+    const auto store = dataFolder + "/documents.sqlite";
+    Refresh({EntryOf("a"), EntryOf("b")});
+    session->SaveAndClose();
+    const auto before = Host::ContentOf(store);
+    Open();
+    Refresh({EntryOf("b"), EntryOf("a")});
+    session->SaveAndClose();
+    EXPECT_EQ(Host::ContentOf(store), before);
+
+    Open();
+    Refresh({EntryOf("b"), EntryOf("a", "second edition")});
+    session->SaveAndClose();
+    EXPECT_NE(Host::ContentOf(store), before);
+}
+
+TEST_F(CloudSessionRefreshTest, HashThatBecomesKnownIsNoChange)
+{
+    auto unhashed = EntryOf("1");
+    const auto known = unhashed.md5Hash;
+    unhashed.md5Hash = "version:1";
+    Refresh({unhashed});
+    Events();
+    QSignalSpy updates(&session->Documents(), qOverload<int>(&PDF::AbstractFileManager::FileUpdated));
+    Refresh({EntryOf("1")});
+    EXPECT_THAT(Events(), ElementsAre("ListRefreshed(+, ~, -)"));
+    EXPECT_EQ(updates.count(), 0);
+    EXPECT_EQ(session->Facts("1")->hash, known.toStdString());
+
+    Reopen();
+    EXPECT_EQ(Held("1")->GetRedactableCloudInfo()->GetMd5Hash(), known.toStdString());
+    unhashed.md5Hash = "version:2"; // what was hashed is there no longer
+    Refresh({unhashed});
+    EXPECT_THAT(Events(), ElementsAre("ListRefreshed(+, ~1, -)"));
+    unhashed.md5Hash = "version:3";
+    Refresh({unhashed});
+    EXPECT_THAT(Events(), ElementsAre("ListRefreshed(+, ~1, -)"));
+}
+
+TEST_F(CloudSessionRefreshTest, LocalCopyThatWasChangedWhileTheProgramWasNotRunningIsFoundToBeTheCloudCopy)
+{
+    Refresh({EntryOf("1", "text")});
+    Download("1", "text");
+    Refresh({EntryOf("1", "second edition")});
+    session.reset();
+    Write("1.pdf", "second edition");
+    Open();
+    Refresh({EntryOf("1", "second edition")});
+    EXPECT_EQ(Held("1")->GetCloudHashBeforeChange(), Md5Of("second edition"));
 }
 
 TEST_F(CloudSessionRefreshTest, LocalCopyAndItsHistorySurviveARefresh)
