@@ -1,6 +1,7 @@
 #include "WindowTest.h"
 
 #include <contracts/FileInfo.h>
+#include <host/CloudDocumentsModel.h>
 
 #include <QAbstractButton>
 #include <QComboBox>
@@ -522,7 +523,7 @@ TEST_F(DocumentsWindowTest, ASizeBeyondFourGigabytesIsShownBeforeTheCloudAnswers
     Open();
     ASSERT_EQ(Names(), QStringList{"large.pdf"});
     const auto shown = Documents()->model()->index(0, 0);
-    EXPECT_EQ(shown.data(CloudDocumentsModel::SizeRole).toLongLong(), size);
+    EXPECT_EQ(shown.data(Host::CloudDocumentsModel::SizeRole).toLongLong(), size);
     EXPECT_THAT(shown.data(Qt::ToolTipRole).toString().toStdString(), HasSubstr("4.5 GiB"));
 }
 
