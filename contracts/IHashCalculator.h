@@ -14,7 +14,9 @@ public:
     virtual ~IHashCalculator() = default;
 
     /// The MD5 hash of the file's content, in the form in which the cloud reports hashes. Empty for a file that cannot
-    /// be read, and for the empty path, which stands for a document without a local copy.
+    /// be read, for the empty path, which stands for a document without a local copy, and for a file whose hash is not
+    /// known yet, such as one that is about to be uploaded: the protocol object tells it when it has read the file
+    /// (OAuth2::AuthInfo::onTransferred).
     ///
     /// Should not throw: an exception reaches the caller of the manager's operation, and at the end of an upload the
     /// event loop, in which case the upload ends without its closing signal. May run an event loop, in which the

@@ -29,7 +29,7 @@ public:
     static const QString ID;                  ///< id of a document
     static const QString FILE_NAME;           ///< local path that a download is written to
     static const QString FILE_SIZE;           ///< bytes, decimal
-    static const QString MD5_HASH;            ///< MD5 of the local file, hexadecimal; not checked when empty
+    static const QString MD5_HASH;            ///< MD5 of the local file, hexadecimal; empty when it is not known yet
     static const QString FILE_MIME_TYPE;      ///< media type of a document
     static const QString CHUNK_MIME_TYPE;     ///< media type of one piece of it
     static const QString SSO_TOKEN;           ///< token that proves the user's identity

@@ -16,6 +16,21 @@ struct Failure {
     QString advice;        ///< what the user can do; empty when there is nothing to say
 };
 
+/// A file on this computer of which a transfer has seen every byte.
+struct TransferredFile {
+    qint64 operation = -1; ///< id of the upload or download
+    QString localPath;     ///< as the request named it
+    QString md5Hash;       ///< of the bytes that were sent, or have arrived; hexadecimal
+
+    /// Which file had these bytes: what stat(2) tells of its device, inode, size, modification time and time of the
+    /// last change, as five hexadecimal numbers with hyphens between them; times in nanoseconds since 1970.
+    QString identity;
+
+    /// Whether every later write gives the file another identity. If not, it was written so lately that one may be
+    /// hidden by the grain of the file system's clock.
+    bool isLasting = false;
+};
+
 /// Settings with which a NorlisCloudProtocol is constructed.
 struct AuthInfo {
     /// Where the cloud is: `file:` names a folder, `https:` a collection of a WebDAV server (RFC 4918). Plain `http:`
@@ -49,6 +64,10 @@ struct AuthInfo {
     /// Called when a request has failed, with the reason, on the thread of the protocol object and just before the
     /// request's own callback.
     std::function<void(const Failure&)> onFailure = {};
+
+    /// Called when a transfer has succeeded, on the thread of the protocol object and just before the request's own
+    /// callback: nobody needs to read the file again to know its hash.
+    std::function<void(const TransferredFile&)> onTransferred = {};
 };
 
 } // namespace Norlis::Social::OAuth2

@@ -48,6 +48,12 @@ bool AtomicFile::Write(const char* data, qint64 size)
         }
         data += count;
         size -= count;
+        written += count;
+    }
+    constexpr qint64 sentAtOnce = 8 * 1024 * 1024; // bytes
+    if (written - sent >= sentAtOnce) {
+        sync_file_range(file.handle(), sent, written - sent, SYNC_FILE_RANGE_WRITE); // only a start
+        sent = written;
     }
     return true;
 }
@@ -125,6 +131,11 @@ FileIdentity AtomicFile::Version() const
 QString AtomicFile::Path() const
 {
     return temporaryPath;
+}
+
+int AtomicFile::Descriptor() const
+{
+    return file.handle();
 }
 
 QString AtomicFile::ErrorText() const

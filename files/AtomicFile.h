@@ -25,7 +25,8 @@ public:
     /// \param permissions as of open(2): the process's mask takes some of them away
     bool Open(const QString& folder, unsigned permissions = 0666);
 
-    /// False unless every byte was taken.
+    /// False unless every byte was taken. What a large file has got is sent to the disk meanwhile, so that Sync has
+    /// little left to wait for.
     bool Write(const char* data, qint64 size);
 
     /// Makes the content durable. To be called before the commit, which is then quick.
@@ -50,6 +51,9 @@ public:
     /// Of the temporary file.
     QString Path() const;
 
+    /// Of the open file, for Files::FlushFiles.
+    int Descriptor() const;
+
     QString ErrorText() const;
 
     /// Makes a committed name durable; without effect where the system cannot do it.
@@ -73,6 +77,8 @@ private:
     QString temporaryPath;
     QFile file;
     FileIdentity committed;
+    qint64 written = 0; ///< bytes
+    qint64 sent = 0;    ///< bytes of those that are on their way to the disk
     QString error;
 };
 

@@ -91,6 +91,9 @@ public:
             if (reply.result == Error && !reply.failure.what.isEmpty()) {
                 Report(id, reply.failure);
             }
+            if (guard && !reply.file.localPath.isEmpty()) {
+                Report(id, reply.file);
+            }
             if (guard) {
                 answer(id, reply.result, std::move(reply));
             }
@@ -138,6 +141,15 @@ public:
         const auto onFailure = authInfo.onFailure; // a copy, since it may destroy this object
         if (onFailure) {
             onFailure(failure);
+        }
+    }
+
+    void Report(qint64 id, OAuth2::TransferredFile file)
+    {
+        file.operation = id;
+        const auto onTransferred = authInfo.onTransferred;
+        if (onTransferred) {
+            onTransferred(file);
         }
     }
 

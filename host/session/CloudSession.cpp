@@ -131,6 +131,12 @@ CloudSession::CloudSession(const QString& dataFolder, const Social::OAuth2::Auth
             NoteFailure(failure);
         }
     };
+    completed.onTransferred = [this, guard = lifetime.Watch()](const Social::OAuth2::TransferredFile& file) {
+        if (guard && d) {
+            d->uploads.NoteSent(file);
+            d->downloads.NoteArrived(file);
+        }
+    };
     const auto protocol = std::make_shared<ProtocolAdapter>(completed, "Norlis");
     d = std::make_unique<Private>(*this, dataFolder, protocol, settings);
 }

@@ -60,6 +60,11 @@ FailureInbox& SessionCloud::Failures()
     return failures;
 }
 
+bool SessionCloud::TellsHashes() const
+{
+    return adapter != nullptr;
+}
+
 void SessionCloud::NoteCopyMoved(const QString& id, const QString& fromPath, const QString& toPath)
 {
     if (adapter) {

@@ -37,6 +37,10 @@ public:
 
     bool IsSignedIn() const;
 
+    /// Whether CloudSession is told the hashes of files that are transferred. If not, they are read beforehand and
+    /// afterwards.
+    bool TellsHashes() const;
+
     // Told to the protocol object; nothing where the session has another kind of protocol.
 
     /// See NorlisCloudProtocol::copyMoved.

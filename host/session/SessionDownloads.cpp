@@ -7,6 +7,7 @@
 #include <files/FilePlacing.h>
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QThreadPool>
 
@@ -145,7 +146,7 @@ void SessionDownloads::Request(const DownloadPointer& download)
         context.cloud.RequireSignIn(CloudProblem::Request::Download, {download->id, download->name});
         return;
     }
-    download->staging = std::make_unique<StagingFolder>(download->folder, stagingList);
+    download->staging = StagingFor(*download);
     if (!download->staging->IsValid()) {
         EndWithFailure(download, "the folder cannot be written to: " + download->staging->ErrorText(),
                        "Choose another folder.");
@@ -155,8 +156,24 @@ void SessionDownloads::Request(const DownloadPointer& download)
     download->record = record;
     download->listedHash = record->GetRedactableCloudInfo()->GetMd5Hash();
     download->state = State::Requested;
+    download->stagedPath = download->staging->Path() + '/' + download->name;
+    staged[download->stagedPath] = download;
     context.documents.BeginTransfer(download->id);
     context.cloud.Manager().Download(download->record, download->staging->Path());
+}
+
+std::shared_ptr<StagingFolder> SessionDownloads::StagingFor(const ActiveDownload& download)
+{
+    auto& shared = stagingIn[download.folder];
+    auto folder = shared.folder.lock();
+    if (!folder) {
+        folder = std::make_shared<StagingFolder>(download.folder, stagingList);
+        shared = {folder, {}};
+    } else if (shared.names.contains(download.name)) { // another document of the same name
+        return std::make_shared<StagingFolder>(download.folder, stagingList);
+    }
+    shared.names.insert(download.name);
+    return folder;
 }
 
 bool SessionDownloads::MayTakeTarget(const DownloadPointer& download)
@@ -188,7 +205,11 @@ void SessionDownloads::Place(const DownloadPointer& download)
     if (!IsCurrent(download)) {
         return;
     }
-    download->hash = context.hashes.CalculateHash(ToPath(download->stagedPath));
+    const auto arrived = Files::FileIdentity::OfPath(download->stagedPath);
+    const bool isTold = arrived.IsFile() && arrived == download->arrivedAs;
+    if (!isTold) {
+        download->hash = context.hashes.CalculateHash(ToPath(download->stagedPath));
+    }
     const auto cloudHash = download->record->GetRedactableCloudInfo()->GetMd5Hash();
     if (download->hash.empty()) {
         EndWithFailure(download, "the downloaded file could not be read", "Try again.");
@@ -211,13 +232,20 @@ void SessionDownloads::Place(const DownloadPointer& download)
     }
     context.cloud.NoteCopyMoved(download->id, download->stagedPath, download->target);
     download->state = State::Placed;
-    context.hashes.Prepare({download->target}, this, [this, download] { Complete(download); });
+    download->place = NormalizedTarget(download);
+    const auto placed = Files::FileIdentity::OfPath(download->target);
+    if (isTold && placed.HasContentOf(arrived)) {
+        context.hashes.Tell(download->place, placed, download->hash, download->isArrivedLasting);
+        Complete(download);
+    } else {
+        context.hashes.Prepare({download->target}, this, [this, download] { Complete(download); });
+    }
 }
 
 bool SessionDownloads::HasOtherChangedCopy(const DownloadPointer& download) const
 {
     const auto path = context.documents.LocalPath(download->id);
-    if (path == NormalizedTarget(download) || !QFileInfo(path).isFile()) {
+    if (path == download->place || !QFileInfo(path).isFile()) {
         return false;
     }
     const auto synchronizedHash = context.documents.SyncHashAt(download->id, path);
@@ -240,9 +268,9 @@ void SessionDownloads::Complete(const DownloadPointer& download)
     // Read again: the list may have learned something meanwhile, and may even have lost the document.
     const auto held = context.documents.RecordOf(download->id);
     if (HasOtherChangedCopy(download)) {
-        context.documents.KeepCopy(download->id, NormalizedTarget(download), download->hash);
+        context.documents.KeepCopy(download->id, download->place, download->hash);
     } else if (held) {
-        const auto path = ToPath(NormalizedTarget(download));
+        const auto path = ToPath(download->place);
         held->SetPath(path, context.hashes.CalculateHash(path), download->hash);
         const auto cloudHash = held->GetRedactableCloudInfo()->GetMd5Hash();
         if (!IsMd5(cloudHash) && cloudHash == download->listedHash) {
@@ -270,7 +298,21 @@ void SessionDownloads::End(const DownloadPointer& download)
 {
     downloads.remove(download->id);
     if (download->staging) {
-        stagingToRemove.push_back(std::move(download->staging));
+        staged.remove(download->stagedPath);
+        if (download->state != State::Placed && !download->stagedPath.isEmpty()) {
+            QFile::remove(download->stagedPath);
+        }
+        auto& shared = stagingIn[download->folder];
+        if (shared.folder.lock() == download->staging) {
+            shared.names.remove(download->name);
+        }
+        if (shared.names.isEmpty()) {
+            stagingIn.remove(download->folder);
+        }
+        if (download->staging.use_count() == 1) {
+            stagingToRemove.push_back(std::move(download->staging));
+        }
+        download->staging.reset();
     }
     RemoveStaging();
     if (download->state != State::Preparing) {
@@ -296,6 +338,15 @@ void SessionDownloads::RemoveStaging()
                           stagingToRemove.end());
 }
 
+void SessionDownloads::NoteArrived(const Social::OAuth2::TransferredFile& file)
+{
+    if (const auto download = staged.value(file.localPath)) {
+        download->hash = file.md5Hash.toStdString();
+        download->arrivedAs = Files::FileIdentity::FromString(file.identity);
+        download->isArrivedLasting = file.isLasting;
+    }
+}
+
 void SessionDownloads::OnFinished(const std::shared_ptr<const FileInfo>& file)
 {
     const auto download = FindRequested(file);
@@ -303,13 +354,20 @@ void SessionDownloads::OnFinished(const std::shared_ptr<const FileInfo>& file)
         return;
     }
     download->state = State::Arrived;
-    download->stagedPath = ToText(FileInfo(*file).GetPath());
-    QStringList paths = {download->stagedPath, context.documents.LocalPath(download->id)};
+    QStringList paths = {context.documents.LocalPath(download->id)};
+    if (!download->arrivedAs.IsFile()) {
+        paths.append(download->stagedPath);
+    }
     if (download->replaces) {
         paths.append(download->target);
     }
     paths.removeDuplicates();
-    Read(paths, [this, download] { Place(download); });
+    paths.removeAll({});
+    if (paths.isEmpty()) {
+        Place(download);
+    } else {
+        Read(paths, [this, download] { Place(download); });
+    }
 }
 
 void SessionDownloads::OnError(const std::shared_ptr<const FileInfo>& file, const QString& message)

@@ -3,12 +3,17 @@
 #include "SessionContext.h"
 #include "StagingFolder.h"
 
+#include <files/FileIdentity.h>
+
+#include <QHash>
+#include <QSet>
+
 #include <vector>
 
 namespace Norlis::Host {
 
-/// The session's downloads. Each arrives in a hidden folder of its own next to its target, so that the last step is a
-/// rename and a cancelled or failed download touches nothing that was there before. Each ends in DocumentDownloaded,
+/// The session's downloads. They arrive in a hidden folder next to their targets, so that the last step is a rename and
+/// a cancelled or failed download touches nothing that was there before. Each ends in DocumentDownloaded,
 /// DownloadCanceled or Failed.
 class SessionDownloads : public QObject {
 public:
@@ -17,6 +22,9 @@ public:
 
     void Start(const QString& id, const QString& folder);
     void Cancel(const QString& id);
+
+    /// What the protocol object tells of a file that it has written, just before the download finishes.
+    void NoteArrived(const Social::OAuth2::TransferredFile& file);
 
 private:
     enum class State { Preparing, Requested, Arrived, Placed };
@@ -28,14 +36,24 @@ private:
         QString target;
         bool replaces = false; ///< the document's own local copy, unchanged, stands at the target
         State state = State::Preparing;
-        std::unique_ptr<StagingFolder> staging;
-        std::shared_ptr<PDF::FileInfo> record; ///< what the cloud manager writes to
+        std::shared_ptr<StagingFolder> staging;
+        std::shared_ptr<PDF::FileInfo> record; ///< a copy that the cloud manager writes to
         std::string listedHash;                ///< see CloudInfo::GetMd5Hash, when it was requested
         QString stagedPath;
-        std::string hash;
+        QString place;                 ///< the target, normalised, once it is there
+        std::string hash;              ///< of what has arrived
+        Files::FileIdentity arrivedAs; ///< the staged file; no file when nobody has told
+        bool isArrivedLasting = false; ///< see OAuth2::TransferredFile
+    };
+
+    /// Where the downloads into one folder arrive, as long as there are any.
+    struct Staging {
+        std::weak_ptr<StagingFolder> folder;
+        QSet<QString> names; ///< of what arrives in it
     };
     using DownloadPointer = std::shared_ptr<ActiveDownload>;
 
+    std::shared_ptr<StagingFolder> StagingFor(const ActiveDownload& download);
     void Begin(const DownloadPointer& download);
     void Request(const DownloadPointer& download);
     void Place(const DownloadPointer& download);
@@ -56,7 +74,7 @@ private:
     bool IsCurrent(const DownloadPointer& download) const;
     DownloadPointer FindRequested(const std::shared_ptr<const PDF::FileInfo>& file) const;
 
-    /// Forgets the download and removes its folder.
+    /// Forgets the download and removes what has arrived of it.
     void End(const DownloadPointer& download);
     void EndWithFailure(const DownloadPointer& download, const QString& reason, const QString& advice);
     void Refuse(const DownloadPointer& download, const QString& reason, const QString& advice);
@@ -69,10 +87,12 @@ private:
     const SessionContext context;
     const QString stagingList;
     QHash<QString, DownloadPointer> downloads; ///< by document id
+    QHash<QString, DownloadPointer> staged;    ///< those that were requested, by the path at which they arrive
+    QHash<QString, Staging> stagingIn;         ///< by folder of the targets
 
-    /// Folders of downloads that have ended. One that the service still writes to is removed when a later download
-    /// ends, or with the session.
-    std::vector<std::unique_ptr<StagingFolder>> stagingToRemove;
+    /// Of downloads that have ended. One that the service still writes to is removed when a later download ends, or
+    /// with the session.
+    std::vector<std::shared_ptr<StagingFolder>> stagingToRemove;
 };
 
 } // namespace Norlis::Host

@@ -3,9 +3,13 @@
 #include "Later.h"
 #include "Records.h"
 
+#include <files/FileIdentity.h>
+
 #include <QFileInfo>
+#include <QTimer>
 
 #include <algorithm>
+#include <chrono>
 
 namespace Norlis::Host {
 
@@ -13,6 +17,8 @@ using PDF::FileInfo;
 using PDF::Cloud::AbstractCloudManager;
 
 namespace {
+
+constexpr std::chrono::nanoseconds longestWait = std::chrono::seconds(3); // some files are written all the time
 
 QString FileNameOf(const QString& path)
 {
@@ -140,12 +146,25 @@ void SessionUploads::Begin(const UploadPointer& upload)
         context.cloud.RefuseSignedOut(CloudProblem::Request::Upload, {upload->path, FileNameOf(upload->path)});
         return;
     }
-    // The cloud manager hashes the path as it is when it sends, and normalised when the answer comes. What is sent is
-    // what is in the file, whatever its time stamps say.
-    QStringList paths = {upload->path, upload->normalizedPath};
-    paths.removeDuplicates();
     const auto send = [this, upload] { Send(upload); };
-    context.hashes.Prepare(paths, this, send, Md5HashCalculator::Reading::Always);
+    // The list asks for the hashes of local copies at any time.
+    const bool isCopy = !upload->document.isEmpty() || context.documents.IsCopy(upload->normalizedPath);
+    upload->isHashExpected = !isCopy && context.cloud.TellsHashes();
+    if (upload->isHashExpected) {
+        // The hash of a file that was written just now could not be kept.
+        const auto wait = Files::FileIdentity::OfTarget(upload->normalizedPath.toStdString()).TimeUntilSettled();
+        const auto bounded = std::clamp(wait, std::chrono::nanoseconds(0), longestWait);
+        QTimer::singleShot(std::chrono::ceil<std::chrono::milliseconds>(bounded), this, send);
+    } else { // what is sent is what is in the file, whatever its time stamps say
+        context.hashes.Prepare(PathsOf(*upload), this, send, Md5HashCalculator::Reading::Always);
+    }
+}
+
+/// The cloud manager hashes the path as it is when it sends, and normalised when the answer comes.
+QStringList SessionUploads::PathsOf(const ActiveUpload& upload)
+{
+    return upload.path == upload.normalizedPath ? QStringList{upload.path}
+                                                : QStringList{upload.path, upload.normalizedPath};
 }
 
 void SessionUploads::Send(const UploadPointer& upload)
@@ -153,9 +172,11 @@ void SessionUploads::Send(const UploadPointer& upload)
     if (uploads.count(upload) == 0) {
         return;
     }
-    upload->sentHash = context.hashes.CalculateHash(ToPath(upload->path));
     upload->sentSize = static_cast<quint64>(QFileInfo(upload->path).size());
-    if (upload->sentHash.empty()) {
+    if (!upload->isHashExpected) {
+        upload->sentHash = context.hashes.CalculateHash(ToPath(upload->path));
+    }
+    if (upload->sentHash.empty() && !upload->isHashExpected) {
         End(upload);
         Refuse(upload, "the file could not be read", "Check its permissions, and the disk that it is on.");
         return;
@@ -177,6 +198,11 @@ void SessionUploads::Send(const UploadPointer& upload)
     }
     upload->isSent = true;
     sentUploads[upload->path] = upload;
+    if (upload->isHashExpected) {
+        for (const auto& path : PathsOf(*upload)) {
+            context.hashes.Expect(path);
+        }
+    }
     if (replaced) {
         context.documents.BeginTransfer(upload->document);
         context.cloud.Manager().Upload(replaced);
@@ -192,6 +218,11 @@ bool SessionUploads::End(const UploadPointer& upload)
     }
     uploadsByFile.remove(upload->normalizedPath);
     sentUploads.remove(upload->path);
+    if (upload->isHashExpected) {
+        for (const auto& path : PathsOf(*upload)) {
+            context.hashes.StopExpecting(path);
+        }
+    }
     if (upload->isSent && !upload->document.isEmpty()) {
         context.documents.EndTransfer(upload->document);
     }
@@ -219,6 +250,20 @@ SessionUploads::UploadPointer SessionUploads::FindSent(const ioPath& normalizedP
 void SessionUploads::Refuse(const UploadPointer& upload, const QString& reason, const QString& advice)
 {
     context.cloud.Refuse(CloudProblem::Request::Upload, {upload->path, FileNameOf(upload->path)}, reason, advice);
+}
+
+void SessionUploads::NoteSent(const Social::OAuth2::TransferredFile& file)
+{
+    const auto upload = FindSent(file.localPath);
+    if (!upload) {
+        return;
+    }
+    const auto identity = Files::FileIdentity::FromString(file.identity);
+    upload->sentHash = file.md5Hash.toStdString();
+    upload->sentSize = static_cast<quint64>(identity.size);
+    for (const auto& path : PathsOf(*upload)) {
+        context.hashes.Tell(path, identity, upload->sentHash, file.isLasting);
+    }
 }
 
 void SessionUploads::OnFinished(const std::shared_ptr<FileInfo>& uploaded)

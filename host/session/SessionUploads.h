@@ -8,8 +8,9 @@
 
 namespace Norlis::Host {
 
-/// The session's uploads. A file is hashed before it is sent, so an upload can also be cancelled before the cloud
-/// manager has heard of it. Each ends in DocumentUploaded, UploadCanceled or Failed.
+/// The session's uploads. A new document is read once, while it is sent; what replaces one is hashed before, so an
+/// upload can also be cancelled before the cloud manager has heard of it. Each ends in DocumentUploaded, UploadCanceled
+/// or Failed.
 class SessionUploads : public QObject {
 public:
     explicit SessionUploads(const SessionContext& context);
@@ -19,12 +20,16 @@ public:
     void StartChanges(const QString& id, bool isNewerSeen);
     void Cancel(const QString& path);
 
+    /// What the protocol object tells of a file that it has sent, just before the upload finishes.
+    void NoteSent(const Social::OAuth2::TransferredFile& file);
+
 private:
     struct ActiveUpload {
         QString path;
         QString normalizedPath;
         QString document; ///< the one that is replaced; empty for a new one
         bool isSent = false;
+        bool isHashExpected = false; ///< nobody has read the file yet
         std::string sentHash;
         quint64 sentSize = 0;
     };
@@ -35,6 +40,7 @@ private:
     void Enter(const UploadPointer& upload);
     void Begin(const UploadPointer& upload);
     void Send(const UploadPointer& upload);
+    static QStringList PathsOf(const ActiveUpload& upload);
 
     /// Forgets the upload; false when it has ended meanwhile.
     bool End(const UploadPointer& upload);

@@ -69,10 +69,20 @@ struct HashCache::Database {
 
 HashCache::HashCache(const QString& file) : file(file) {}
 
-HashCache::~HashCache() = default;
+HashCache::~HashCache()
+{
+    Flush();
+}
 
 std::string HashCache::Find(const std::string& path, const Files::FileIdentity& identity)
 {
+    {
+        const std::lock_guard lock(mutex);
+        const auto fresh = unwritten.hashes.find(path);
+        if (fresh != unwritten.hashes.end()) {
+            return fresh->second.identity == identity ? fresh->second.hash : std::string();
+        }
+    }
     std::string hash;
     Use([&] {
         auto& find = database->find;
@@ -91,19 +101,55 @@ std::string HashCache::Find(const std::string& path, const Files::FileIdentity& 
 
 void HashCache::Store(const std::string& path, const Files::FileIdentity& identity, const std::string& hash)
 {
-    Use([&] {
+    constexpr std::size_t maxUnwritten = 1'000;
+    std::size_t count = 0;
+    {
+        const std::lock_guard lock(mutex);
+        if (unwritten.hashes.insert_or_assign(path, Hash{identity, hash}).second) {
+            unwritten.order.push_back(path);
+        }
+        count = unwritten.order.size();
+    }
+    if (count >= maxUnwritten) {
+        Flush();
+    }
+}
+
+void HashCache::Flush()
+{
+    Unwritten stored;
+    {
+        const std::lock_guard lock(mutex);
+        std::swap(stored, unwritten);
+    }
+    if (!stored.order.empty()) {
+        Use([&] { Write(stored); }); // what cannot be written is hashed again another time
+    }
+}
+
+void HashCache::Write(const Unwritten& stored)
+{
+    database->connection->Execute("BEGIN IMMEDIATE");
+    try {
         auto& store = database->store;
-        store.Bind(1, path);
-        store.Bind(2, static_cast<qint64>(identity.device));
-        store.Bind(3, static_cast<qint64>(identity.inode));
-        store.Bind(4, identity.size);
-        store.Bind(5, identity.modifiedNanoseconds);
-        store.Bind(6, identity.changedNanoseconds);
-        store.Bind(7, hash);
-        store.Step();
+        for (const auto& path : stored.order) {
+            const auto& known = stored.hashes.at(path);
+            store.Bind(1, path);
+            store.Bind(2, static_cast<qint64>(known.identity.device));
+            store.Bind(3, static_cast<qint64>(known.identity.inode));
+            store.Bind(4, known.identity.size);
+            store.Bind(5, known.identity.modifiedNanoseconds);
+            store.Bind(6, known.identity.changedNanoseconds);
+            store.Bind(7, known.hash);
+            store.Step();
+        }
         database->trim.Bind(1, maxHashes);
         database->trim.Step();
-    });
+        database->connection->Execute("COMMIT");
+    } catch (const SqliteError&) {
+        database->connection->Rollback();
+        throw;
+    }
 }
 
 template <typename Operation>

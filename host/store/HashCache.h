@@ -7,6 +7,8 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <unordered_map>
+#include <vector>
 
 namespace Norlis::Host {
 
@@ -23,19 +25,33 @@ public:
     /// Empty when there is none for the file of this identity.
     std::string Find(const std::string& path, const Files::FileIdentity& identity);
 
-    /// Replaces what was known of the path.
+    /// Replaces what was known of the path. Written to the file with the others that come before the next Flush.
     void Store(const std::string& path, const Files::FileIdentity& identity, const std::string& hash);
+
+    /// Writes what was stored, in one transaction; destruction does so too.
+    void Flush();
 
 private:
     struct Database;
+    struct Hash {
+        Files::FileIdentity identity;
+        std::string hash;
+    };
+    struct Unwritten {
+        std::unordered_map<std::string, Hash> hashes; ///< by path
+        std::vector<std::string> order;               ///< their paths, the oldest first
+    };
 
     template <typename Operation>
     void Use(const Operation& operation);
     std::unique_ptr<Database> Open();
 
+    void Write(const Unwritten& stored);
+
     const QString file;
-    std::mutex mutex; ///< guards the database
+    std::mutex mutex; ///< guards what follows
     std::unique_ptr<Database> database;
+    Unwritten unwritten;
 };
 
 } // namespace Norlis::Host

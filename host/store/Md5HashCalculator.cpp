@@ -7,11 +7,15 @@
 
 #include <QRunnable>
 #include <QThreadPool>
+#include <QTimer>
 
 #include <algorithm>
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
 
 namespace Norlis::Host {
 
@@ -50,8 +54,17 @@ public:
         return isStopping;
     }
 
+    /// Of files that were told, and may have been written over since without a trace.
+    struct Told {
+        FileIdentity identity;
+        std::string hash;
+    };
+
     HashCache cache;
-    std::mutex mutex; ///< guards isStopping
+    std::unordered_set<std::string> expected;      ///< paths
+    std::unordered_map<std::string, Told> passing; ///< by path, until they are read
+    QTimer reading;                                ///< of those, when nothing new has been told for a while
+    std::mutex mutex;                              ///< guards isStopping
     std::condition_variable stopped;
     bool isStopping = false;
     QThreadPool pool;
@@ -59,6 +72,8 @@ public:
 };
 
 namespace {
+
+constexpr auto calm = 1s;
 
 /// Hashes some files on the pool's thread.
 class Batch : public QObject, public QRunnable {
@@ -123,13 +138,57 @@ void Md5HashCalculator::Private::LetSettle(const std::string& path)
     stopped.wait_for(lock, wait, [&] { return isStopping; });
 }
 
-Md5HashCalculator::Md5HashCalculator(const QString& cacheFile) : d(std::make_unique<Private>(cacheFile)) {}
+Md5HashCalculator::Md5HashCalculator(const QString& cacheFile) : d(std::make_unique<Private>(cacheFile))
+{
+    d->reading.setSingleShot(true);
+    d->reading.setInterval(calm);
+    QObject::connect(&d->reading, &QTimer::timeout, &d->reading, [this] {
+        QStringList paths;
+        for (const auto& told : d->passing) {
+            paths.append(QString::fromStdString(told.first));
+        }
+        Prepare(paths, &d->reading, [this, paths] {
+            for (const auto& path : paths) {
+                d->passing.erase(path.toStdString());
+            }
+        });
+    });
+}
 
 Md5HashCalculator::~Md5HashCalculator() = default;
 
 std::string Md5HashCalculator::CalculateHash(const ioPath& path)
 {
-    return d->Hash(path.utf8string());
+    const auto bytes = path.utf8string();
+    if (d->expected.count(bytes) != 0) {
+        return {};
+    }
+    const auto told = d->passing.find(bytes);
+    const bool isKnown = told != d->passing.end() && FileIdentity::OfTarget(bytes) == told->second.identity;
+    return isKnown ? told->second.hash : d->Hash(bytes);
+}
+
+void Md5HashCalculator::Expect(const QString& path)
+{
+    d->expected.insert(path.toStdString());
+}
+
+void Md5HashCalculator::StopExpecting(const QString& path)
+{
+    d->expected.erase(path.toStdString());
+}
+
+void Md5HashCalculator::Tell(const QString& path, const FileIdentity& identity, const std::string& hash, bool isLasting)
+{
+    const auto bytes = path.toStdString();
+    d->expected.erase(bytes);
+    d->passing.erase(bytes);
+    if (isLasting) {
+        d->cache.Store(bytes, identity, hash);
+    } else {
+        d->passing[bytes] = {identity, hash};
+    }
+    d->reading.start(); // which also writes down what is cached
 }
 
 void Md5HashCalculator::Prepare(const QStringList& paths, QObject* context, std::function<void()> done, Reading reading)
@@ -143,6 +202,7 @@ void Md5HashCalculator::Prepare(const QStringList& paths, QObject* context, std:
             d->LetSettle(bytes);
             d->Hash(bytes, reading);
         }
+        d->cache.Flush();
         emit batch.Finished();
     });
     if (context && done) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <contracts/IHashCalculator.h>
+#include <files/FileIdentity.h>
 
 #include <QObject>
 #include <QString>
@@ -22,8 +23,19 @@ public:
     explicit Md5HashCalculator(const QString& cacheFile = {});
     ~Md5HashCalculator() override;
 
-    /// Empty for an empty path, a file that cannot be read and anything that is not a regular file.
+    /// Empty for an empty path, a file that cannot be read, anything that is not a regular file, and what is expected.
     std::string CalculateHash(const ioPath& path) override;
+
+    /// Somebody else reads the file and will tell its hash: until then it is not known, whatever is cached.
+    void Expect(const QString& path);
+
+    /// Ends what Expect began; without effect otherwise.
+    void StopExpecting(const QString& path);
+
+    /// The hash of a file that somebody else has read.
+    /// \param identity  of the file when every byte of it had been seen
+    /// \param isLasting whether every later write gives it another identity; else it is read once more, some time later
+    void Tell(const QString& path, const Files::FileIdentity& identity, const std::string& hash, bool isLasting);
 
     /// Which files are read.
     enum class Reading {

@@ -38,6 +38,7 @@ FolderService::FolderService(const OAuth2::AuthInfo& authInfo, const Listener& l
       seen(versions),
       transfers(store, seen, authInfo.storageLimit),
       previews(authInfo.cacheFolder, *this, listener.reply),
+      quotas([this](const auto& found) { found(Quota()); }, [this] { return !copies.empty(); }, listener.reply),
       hashing(store)
 {
     QObject::connect(&stepTimer, &QTimer::timeout, &stepTimer, [this] { Step(); });
@@ -56,6 +57,7 @@ void FolderService::Start(qint64 id, const Request::Any& request)
 void FolderService::Cancel(qint64 id)
 {
     previews.Cancel(id);
+    quotas.Cancel(id);
     for (Jobs* jobs : {&lists, &copies, &removals}) {
         jobs->erase(std::remove_if(jobs->begin(), jobs->end(), [&](const QueuedJob& job) { return job.id == id; }),
                     jobs->end());
@@ -130,7 +132,7 @@ Reply FolderService::Handle(const Request::AcceptVersion& request)
     return {};
 }
 
-Reply FolderService::Handle(const Request::Quota&)
+Reply FolderService::Quota()
 {
     if (const auto reason = store.Validate()) {
         return FailureReply("Fetching the storage usage", {}, *reason, "Make the folder available again.");
@@ -149,6 +151,11 @@ Reply FolderService::Handle(const Request::Capabilities&)
                                 {"usable", isUsable ? "yes" : "no"},
                                 {"exchanges files", isUsable && store.CanExchange() ? "yes" : "no"}},
             {}};
+}
+
+void FolderService::Begin(qint64 id, const Request::Quota&)
+{
+    quotas.Add(id);
 }
 
 void FolderService::Begin(qint64 id, const Request::List&)

@@ -5,6 +5,7 @@
 #include "FolderTransfers.h"
 #include <protocol/preview/PreviewQueue.h>
 #include <protocol/service/CloudService.h>
+#include <protocol/service/QuotaRequests.h>
 #include <protocol/service/VersionMemory.h>
 
 #include <QTimer>
@@ -39,7 +40,6 @@ private:
     Reply Handle(const Request::Info& request);
     Reply Handle(const Request::CopyMoved& request);
     Reply Handle(const Request::AcceptVersion& request);
-    Reply Handle(const Request::Quota& request);
     Reply Handle(const Request::Capabilities& request);
 
     void Begin(qint64 id, const Request::List& request);
@@ -47,6 +47,7 @@ private:
     void Begin(qint64 id, const Request::Upload& request);
     void Begin(qint64 id, const Request::Preview& request);
     void Begin(qint64 id, const Request::Remove& request);
+    void Begin(qint64 id, const Request::Quota& request);
 
     template <typename AnyOther>
     void Begin(qint64 id, const AnyOther& request)
@@ -56,6 +57,7 @@ private:
 
     std::unique_ptr<Fetch> FetchForPreview(const PreviewSubject& subject, const QSize& box, Done done) override;
 
+    Reply Quota();
     void StartTransfer(qint64 id, FolderTransfers::Plan plan);
     void AddJob(Jobs& jobs, qint64 id, std::unique_ptr<FolderJob> job);
 
@@ -75,6 +77,7 @@ private:
     SeenVersions seen;
     FolderTransfers transfers;
     PreviewQueue previews;
+    QuotaRequests quotas;
     Jobs lists;  ///< answered in the order of the requests
     Jobs copies; ///< of transfers; the first takes the next step
     Jobs removals;

@@ -100,7 +100,8 @@ public:
         const bool isCertain = source.IsLasting();
         transfers.store.RememberHash(document.id, source.Version(), source.Md5(), isCertain);
         transfers.seen.Pass(document.id, request.localPath, {source.Version(), source.Md5(), isCertain});
-        return Reply();
+        const auto file = DeliveredFileOf(request.localPath, source.Md5(), copy.CommittedVersion());
+        return Reply{Success, {}, {}, false, false, file};
     }
 
 private:
@@ -144,7 +145,7 @@ public:
             return std::nullopt;
         }
         if (outcome == DocumentChange::Outcome::Done) {
-            return transfers.Uploaded(request, name, change->Version(), source.Md5());
+            return transfers.Uploaded(request, name, change->Version(), source);
         }
         return NotChanged(*outcome, upload, name, change->ErrorText(),
                           "Look at the version in the cloud first. To keep both, upload yours under another name.");
@@ -217,7 +218,7 @@ private:
         if (!Files::FileIdentity::OfPath(path).IsFile()) {
             return FailureReply(upload, name, "The folder does not show the document", "Refresh the list.");
         }
-        return transfers.Uploaded(request, name, copy.CommittedVersion(), source.Md5());
+        return transfers.Uploaded(request, name, copy.CommittedVersion(), source);
     }
 
     Files::AtomicFile::Outcome Commit(Files::AtomicFile& copy, QString& name) const
@@ -366,8 +367,9 @@ std::optional<Reply> FolderTransfers::Refusal(const QString& name, qint64 size, 
 }
 
 Reply FolderTransfers::Uploaded(const Request::Upload& request, const QString& name, const Files::FileIdentity& version,
-                                const QString& md5Hash)
+                                const Files::FileReader& source)
 {
+    const QString md5Hash = source.Md5();
     const FolderDocument document{Files::IdOfName(name), name, store.PathOf(name),
                                   Files::FileIdentity::OfPath(store.PathOf(name)), false};
     store.RememberHash(document.id, version, md5Hash, false); // not of what may have replaced it by now
@@ -380,7 +382,8 @@ Reply FolderTransfers::Uploaded(const Request::Upload& request, const QString& n
     result.createdAt = QDateTime::fromString(entry.createdAt, Qt::ISODate);
     result.modifiedAt = QDateTime::fromString(entry.modifiedAt, Qt::ISODate);
     result.lifetime = std::numeric_limits<int>::max();
-    return {Success, result, {}};
+    const auto file = TransferredFileOf(request.localPath, md5Hash, source.Version(), source.IsLasting());
+    return {Success, result, {}, false, false, file};
 }
 
 std::optional<QString> FolderTransfers::ValidateSize(qint64 size, const QString& replacedDocument)

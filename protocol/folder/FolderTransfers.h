@@ -41,7 +41,7 @@ private:
     std::optional<Reply> Refusal(const QString& name, qint64 size, const QString& replacedDocument);
 
     Reply Uploaded(const Request::Upload& request, const QString& name, const Files::FileIdentity& version,
-                   const QString& md5Hash);
+                   const Files::FileReader& source);
 
     FolderStore& store;
     SeenVersions& seen;

@@ -13,7 +13,8 @@ constexpr int answerPatience = 5;               // times as long as usual may an
 constexpr int slowPatience = 6;                 // times as long as usual may one take that comes slowly, but no longer
 constexpr int longestAnswer = 60'000;           // than so many milliseconds
 constexpr long connectTimeout = 20'000;         // milliseconds
-constexpr long bufferSize = 512 * 1024;         // bytes; so that large transfers take fewer steps
+constexpr long largeBuffer = 512 * 1024;        // bytes; so that large transfers take fewer steps
+constexpr long smallBuffer = 64 * 1024;         // bytes; made for every request
 constexpr qint64 expectThreshold = 1024 * 1024; // bytes; from this size on, the server is asked before the body is sent
 constexpr int proxyAsks = 407;                  // a status, RFC 9110, 15.5.8
 constexpr long expectTimeout = 500;             // milliseconds; some servers never answer `Expect`
@@ -101,8 +102,7 @@ void CurlExchange::SetUp(const Settings& settings)
     curl_easy_setopt(handle, CURLOPT_NOSIGNAL, 1L);
     curl_easy_setopt(handle, CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
     curl_easy_setopt(handle, CURLOPT_ERRORBUFFER, errorText);
-    curl_easy_setopt(handle, CURLOPT_BUFFERSIZE, bufferSize);
-    curl_easy_setopt(handle, CURLOPT_UPLOAD_BUFFERSIZE, bufferSize);
+    curl_easy_setopt(handle, CURLOPT_BUFFERSIZE, request.sink ? largeBuffer : smallBuffer);
     curl_easy_setopt(handle, CURLOPT_CONNECTTIMEOUT_MS, std::min<long>(connectTimeout, silenceTimeout));
     curl_easy_setopt(handle, CURLOPT_USERAGENT, settings.userAgent.constData());
     curl_easy_setopt(handle, CURLOPT_PREREQFUNCTION, &CurlExchange::OnRequest);
@@ -139,6 +139,7 @@ void CurlExchange::SetUpBody()
     const qint64 size = request.source ? request.source->Size() : request.body.size();
     if (request.source) {
         curl_easy_setopt(handle, CURLOPT_UPLOAD, 1L);
+        curl_easy_setopt(handle, CURLOPT_UPLOAD_BUFFERSIZE, size > smallBuffer ? largeBuffer : smallBuffer);
         curl_easy_setopt(handle, CURLOPT_INFILESIZE_LARGE, static_cast<curl_off_t>(size));
         curl_easy_setopt(handle, CURLOPT_READFUNCTION, &CurlExchange::OnRead);
         curl_easy_setopt(handle, CURLOPT_READDATA, this);

@@ -3,6 +3,7 @@
 #include <contracts/Ability.h>
 #include <contracts/NorlisCloudSharingResult.h>
 #include <contracts/OAuth2.h>
+#include <files/FileIdentity.h>
 
 #include <QImage>
 
@@ -21,10 +22,20 @@ struct Reply {
 
     RequestResult result = Success;
     Payload payload;
-    OAuth2::Failure failure;       ///< of an Error
-    bool isSignedOut = false;      ///< the service no longer accepts the token
-    bool mayLackDocuments = false; ///< of a list
+    OAuth2::Failure failure;           ///< of an Error
+    bool isSignedOut = false;          ///< the service no longer accepts the token
+    bool mayLackDocuments = false;     ///< of a list
+    OAuth2::TransferredFile file = {}; ///< of a transfer that succeeded; without a path of any other request
 };
+
+/// What a transfer tells of the local file.
+/// \param identity of the file when every byte of it had been seen
+OAuth2::TransferredFile TransferredFileOf(const QString& localPath, const QString& md5Hash,
+                                          const Files::FileIdentity& identity, bool isLasting);
+
+/// The same of a file that a transfer has written and given its name: a renaming leaves the modification time alone.
+OAuth2::TransferredFile DeliveredFileOf(const QString& localPath, const QString& md5Hash,
+                                        const Files::FileIdentity& identity);
 
 /// A reply that says what went wrong.
 Reply FailureReply(const QString& what, const QString& document, const QString& reason, const QString& advice = {});

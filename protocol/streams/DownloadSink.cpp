@@ -1,5 +1,7 @@
 #include "DownloadSink.h"
 
+#include <base/Lifetime.h>
+
 #include <QCryptographicHash>
 #include <QFile>
 
@@ -8,7 +10,7 @@ namespace Norlis::Social {
 namespace {
 
 constexpr int pieceSize = 1024 * 1024; // bytes
-constexpr int maxInFlight = 4;         // pieces
+constexpr int maxInFlight = 8;         // pieces
 
 } // namespace
 
@@ -43,9 +45,11 @@ bool DownloadSink::Open()
     RemoveTemporaryFile();
     written = std::make_shared<Written>();
     writing = std::make_unique<Background>(pool);
+    hashing = std::make_unique<Background>(pool);
+    onFinished = nullptr;
     collected.clear();
     position = 0;
-    piecesInFlight = 0;
+    stepsInFlight = 0;
     isWaitedFor = false;
     isOverLimit = false;
     const bool isOpen = written->file.Open(folder);
@@ -77,9 +81,12 @@ HttpSink::Taken DownloadSink::Add(const char* data, qint64 size)
     if (!error.isEmpty() || isOverLimit) {
         return Taken::Refused;
     }
-    if (piecesInFlight >= maxInFlight) {
+    if (stepsInFlight >= 2 * maxInFlight) {
         isWaitedFor = true;
         return Taken::Later;
+    }
+    if (collected.isEmpty() && position > 0) { // a large one
+        collected.reserve(pieceSize + static_cast<int>(size));
     }
     collected.append(data, static_cast<int>(size));
     position += size;
@@ -92,46 +99,39 @@ HttpSink::Taken DownloadSink::Add(const char* data, qint64 size)
 
 void DownloadSink::WriteOut()
 {
-    ++piecesInFlight;
-    writing->Run([this, written = written, piece = std::exchange(collected, {})]() -> Background::Continuation {
+    const QByteArray piece = std::exchange(collected, {});
+    stepsInFlight += 2;
+    writing->Run([this, written = written, piece]() -> Background::Continuation {
         const bool isWritten = written->file.Write(piece.constData(), piece.size());
-        written->hash.addData(piece);
         return [this, problem = isWritten ? QString() : written->file.ErrorText()] {
-            --piecesInFlight;
             if (error.isEmpty()) {
                 error = problem;
             }
-            if (isWaitedFor) {
-                isWaitedFor = false;
-                onReady();
-            }
+            OnPieceDone();
         };
     });
-    collected.reserve(pieceSize);
+    hashing->Run([this, written = written, piece]() -> Background::Continuation {
+        written->hash.addData(piece);
+        return [this] { OnPieceDone(); };
+    });
 }
 
-void DownloadSink::Flush(std::function<void()> done)
+void DownloadSink::OnPieceDone()
 {
-    if (!collected.isEmpty()) {
-        WriteOut();
+    --stepsInFlight;
+    if (isWaitedFor && stepsInFlight < 2 * maxInFlight) {
+        isWaitedFor = false;
+        onReady();
     }
-    writing->Run([this, written = written, done = std::move(done)]() -> Background::Continuation {
-        const bool isSynced = written->file.Sync();
-        return [this, done, problem = isSynced ? QString() : written->file.ErrorText()] {
-            if (error.isEmpty()) {
-                error = problem;
-            }
-            done();
-        };
-    });
+    if (stepsInFlight == 0) {
+        CallOnce(onFinished); // it may destroy this object
+    }
 }
 
-void DownloadSink::SyncFolder(std::function<void()> done)
+void DownloadSink::Finish(std::function<void()> done)
 {
-    writing->Run([folder = folder, done = std::move(done)]() -> Background::Continuation {
-        Files::AtomicFile::SyncFolderOf(folder + "/.");
-        return done;
-    });
+    onFinished = std::move(done);
+    WriteOut();
 }
 
 QString DownloadSink::Md5() const
@@ -139,9 +139,9 @@ QString DownloadSink::Md5() const
     return QString::fromLatin1(written->hash.result().toHex());
 }
 
-Files::AtomicFile& DownloadSink::File()
+std::shared_ptr<Files::AtomicFile> DownloadSink::File() const
 {
-    return written->file;
+    return {written, &written->file};
 }
 
 } // namespace Norlis::Social

@@ -8,8 +8,8 @@
 
 namespace Norlis::Social {
 
-/// Writes the body of a response to a local file, and hashes it, on another thread and under a temporary name. Memory
-/// is bounded however slow the disk is.
+/// Writes the body of a response to a local file under a temporary name on one other thread, and hashes it on a second
+/// one. Memory is bounded however slow the disk is.
 class DownloadSink : public HttpSink {
 public:
     /// Looks at a response before its body is written. Returns why it is refused; an empty text accepts it. `from` is
@@ -30,13 +30,9 @@ public:
     bool Begin(const HttpHead& head, std::function<void()> onReady) override;
     Taken Add(const char* data, qint64 size) override;
 
-    /// Writes what is still in memory and makes the file durable, then calls done, from the event loop, unless this
-    /// object is destroyed before.
-    void Flush(std::function<void()> done);
-
-    /// Makes the name of a committed file durable, then calls done, from the event loop, unless this object is
-    /// destroyed before.
-    void SyncFolder(std::function<void()> done);
+    /// Writes and hashes what is still in memory, then calls done, from the event loop, unless this object is destroyed
+    /// before.
+    void Finish(std::function<void()> done);
 
     /// Bytes that have arrived.
     qint64 Position() const
@@ -44,11 +40,11 @@ public:
         return position;
     }
 
-    /// Hexadecimal, of the whole file; after Flush.
+    /// Hexadecimal, of the whole file; after Finish.
     QString Md5() const;
 
-    /// To be committed, after Flush.
-    Files::AtomicFile& File();
+    /// To be made durable and committed, after Finish.
+    std::shared_ptr<Files::AtomicFile> File() const;
 
     /// Why the response was refused or the file cannot be written; empty when all is well.
     QString ErrorText() const
@@ -71,6 +67,7 @@ private:
     struct Written;
 
     void WriteOut();
+    void OnPieceDone();
 
     /// Without effect once it was committed.
     void RemoveTemporaryFile();
@@ -79,13 +76,15 @@ private:
     QThreadPool& pool;
     const Check check;
     const std::function<void(qint64)> onPosition;
-    std::shared_ptr<Written> written; ///< touched by the writing thread while it writes
+    std::shared_ptr<Written> written; ///< its file is touched by the writing thread, its hash by the hashing one
     std::unique_ptr<Background> writing;
+    std::unique_ptr<Background> hashing;
+    std::function<void()> onFinished;
     std::function<void()> onReady;
     QByteArray collected; ///< not yet given to the writing thread
     qint64 position = 0;
     qint64 limit = std::numeric_limits<qint64>::max();
-    int piecesInFlight = 0; ///< pieces being written
+    int stepsInFlight = 0; ///< of which each piece takes two: to be written, and to be hashed
     bool isWaitedFor = false;
     bool isRefused = false;
     bool isOverLimit = false;

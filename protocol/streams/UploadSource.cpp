@@ -147,6 +147,11 @@ bool UploadSource::IsWholeAndUnchanged() const
     return IsWhole() && error.isEmpty() && piecesInFlight == 0 && reader->IsUnchanged();
 }
 
+bool UploadSource::IsLasting() const
+{
+    return IsWholeAndUnchanged() && reader->IsLasting();
+}
+
 QString UploadSource::Md5() const
 {
     return reader->Md5();

@@ -50,6 +50,15 @@ public:
     /// Whether, besides, it is still the one that was opened.
     bool IsWholeAndUnchanged() const;
 
+    /// Of the file when it was opened.
+    const Files::FileIdentity& Version() const
+    {
+        return version;
+    }
+
+    /// Whether a file that still has that version still has what was handed out.
+    bool IsLasting() const;
+
     /// Hexadecimal MD5 of what was handed out, once that was all.
     QString Md5() const;
 

@@ -111,7 +111,7 @@ RemoveOperation::RemoveOperation(qint64 id, const QString& document, const std::
 void RemoveOperation::OnFound(const DavDocument& known)
 {
     isUnderWay = true;
-    files.Look(known.name, [this, known](const HttpResponse& response, const std::optional<DavEntry>& entry) {
+    const auto onLooked = [this, known](const HttpResponse& response, const std::optional<DavEntry>& entry) {
         if (IsMissing(response.Status())) { // deleted by somebody else
             Succeed(known);
         } else if (entry) {
@@ -119,11 +119,13 @@ void RemoveOperation::OnFound(const DavDocument& known)
         } else {
             Fail(known, response);
         }
-    });
+    };
+    session->looks.Look(known.name, GroupedLooks::Expected::There, GroupedLooks::Wait::No, lifetime.Watch(), onLooked);
 }
 
 void RemoveOperation::LockAndLook(const DavDocument& known)
 {
+    announcement.emplace(session->looks);
     if (!lock) {
         lock = std::make_unique<DocumentLock>(*session, known.name, HttpRequest::Lane::Control);
     }
@@ -186,6 +188,9 @@ void RemoveOperation::LookWhetherGone(const DavDocument& known, const ChangeResu
 {
     const auto onLooked = [this, known, result](const HttpResponse& response, const std::optional<DavEntry>& entry) {
         if (IsMissing(response.Status())) {
+            if (result.IsDone()) {
+                lock->NoteGone();
+            }
             Succeed(known);
         } else if (!result.IsDone()) {
             Fail(known, result.response);
@@ -198,7 +203,13 @@ void RemoveOperation::LookWhetherGone(const DavDocument& known, const ChangeResu
                              "Somebody may have put it there at the same moment. Refresh the list and look at it."));
         }
     };
-    files.LookAt(result.response.url, onLooked);
+    announcement.reset();
+    if (result.IsDone() && result.response.url == session->collection.UrlOf(known.name)) {
+        session->looks.Look(known.name, GroupedLooks::Expected::Gone, GroupedLooks::Wait::ForAnnounced,
+                            lifetime.Watch(), onLooked);
+    } else {
+        files.LookAt(result.response.url, onLooked);
+    }
 }
 
 void RemoveOperation::Succeed(const DavDocument& removed)

@@ -67,7 +67,9 @@ private:
 
     FileRequests files;
     std::unique_ptr<DocumentLock> lock;
+    std::optional<GroupedLooks::Announcement> announcement;
     bool isUnderWay = false;
+    Lifetime lifetime; ///< a look that others wait for goes on
 };
 
 /// Storage used and available, as far as the server reports it (RFC 4331).

@@ -212,8 +212,7 @@ void DownloadOperation::LookWhetherItHasGrown()
             Fail(QStringLiteral("The server sends more than the %1 bytes of the document").arg(sizeNow),
                  "Try again. If this happens again, tell whoever runs the server.");
         } else if (!sink->Open()) {
-            Fail(QStringLiteral("%1 cannot be written: %2").arg(QFileInfo(request.localPath).path(), sink->ErrorText()),
-                 "Free some space on the drive and try again.");
+            FailToWrite(sink->ErrorText());
         } else {
             Get();
         }
@@ -239,14 +238,13 @@ void DownloadOperation::Check(qint64 expectedSize)
         Fail(QStringLiteral("%1 of %2 bytes arrived").arg(sink->Position()).arg(expectedSize), "Try again.");
         return;
     }
-    sink->Flush([this] { PutInPlace(); });
+    sink->Finish([this] { OnWritten(); });
 }
 
-void DownloadOperation::PutInPlace()
+void DownloadOperation::OnWritten()
 {
     if (!sink->ErrorText().isEmpty()) {
-        Fail(QStringLiteral("%1 cannot be written: %2").arg(QFileInfo(request.localPath).path(), sink->ErrorText()),
-             "Free some space on the drive and try again.");
+        FailToWrite(sink->ErrorText());
         return;
     }
     const bool isSameVersion = etag.isEmpty() || EntityTag{etag}.SameIgnoringWeakness({document.etag});
@@ -255,22 +253,48 @@ void DownloadOperation::PutInPlace()
              "Refresh the list and try again. If this happens again, the document is damaged on the server.");
         return;
     }
+    tools.settling();
+    tools.disk.AddFile(sink->File(), [this, guard = lifetime.Watch()](const QString& error) {
+        if (!guard) {
+            return;
+        }
+        if (error.isEmpty()) {
+            PutInPlace();
+        } else {
+            FailToWrite(error);
+        }
+    });
+}
+
+void DownloadOperation::PutInPlace()
+{
+    const auto file = sink->File();
     bool isWritten = false;
     const bool isWanted = request.token->Commit([&] {
-        isWritten = sink->File().CommitReplacing(request.localPath);
+        isWritten = file->CommitReplacing(request.localPath);
         return QString();
     });
     if (!isWanted) {
         End({});
     } else if (!isWritten) {
-        Fail(QStringLiteral("%1 cannot be written: %2").arg(request.localPath, sink->File().ErrorText()), {});
+        Fail(QStringLiteral("%1 cannot be written: %2").arg(request.localPath, file->ErrorText()), {});
     } else {
         RememberVersion();
-        sink->SyncFolder([this] {
-            tools.progress(100);
-            End({});
-        });
+        const auto end = [this, guard = lifetime.Watch()](const QString&) {
+            if (guard) {
+                tools.progress(100);
+                const auto version = sink->File()->CommittedVersion();
+                End({Success, {}, {}, false, false, DeliveredFileOf(request.localPath, sink->Md5(), version)});
+            }
+        };
+        tools.disk.AddFolder(QFileInfo(request.localPath).path(), end);
     }
+}
+
+void DownloadOperation::FailToWrite(const QString& reason)
+{
+    Fail(QStringLiteral("%1 cannot be written: %2").arg(QFileInfo(request.localPath).path(), reason),
+         "Free some space on the drive and try again.");
 }
 
 void DownloadOperation::RememberVersion()

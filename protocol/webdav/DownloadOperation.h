@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Operation.h"
+#include <protocol/streams/DiskFlush.h>
 #include <protocol/streams/DownloadSink.h>
 
 namespace Norlis::Social {
@@ -12,7 +13,9 @@ class DownloadOperation : public Operation {
 public:
     struct Tools {
         QThreadPool& pool;
+        DiskFlush& disk;
         std::function<void(int percent)> progress;
+        std::function<void()> settling; ///< called when all bytes are there: the next transfer may begin
     };
 
     DownloadOperation(qint64 id, const Request::Download& request, const std::shared_ptr<WebDavSession>& session,
@@ -37,7 +40,9 @@ private:
     /// More has arrived than the document has: it has grown, or the answer has no end.
     void LookWhetherItHasGrown();
     void Check(qint64 expectedSize);
+    void OnWritten();
     void PutInPlace();
+    void FailToWrite(const QString& reason);
     void RememberVersion();
     void ReportProgress(qint64 position);
     void Fail(const QString& reason, const QString& advice);
@@ -54,6 +59,7 @@ private:
     int restarts = 0;
     qint64 positionBefore = 0; ///< when the attempt began
     int reportedPercent = -1;
+    Lifetime lifetime; ///< the disk may be busy for longer
 };
 
 } // namespace Norlis::Social

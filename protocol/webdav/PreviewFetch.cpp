@@ -34,7 +34,7 @@ public:
 
     QString Path() const override
     {
-        return sink->File().Path();
+        return sink->File()->Path();
     }
 
 private:
@@ -120,7 +120,7 @@ void PreviewFetch::OnDocument(const HttpResponse& response)
         End({{}, {}, wrongContent}); // or another version, which the next list will show
         return;
     }
-    sink->Flush([this] {
+    sink->Finish([this] {
         const bool isWritten = sink->ErrorText().isEmpty();
         End({isWritten ? std::make_shared<FetchedFile>(sink) : nullptr, {}, sink->ErrorText()});
     });

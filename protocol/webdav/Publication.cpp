@@ -30,10 +30,12 @@ bool IsBriefLock(const ChangeResult& result)
 
 } // namespace
 
-Publication::Publication(WebDavSession& session, const DavDocument& uploaded, const SentContent& sent, Done done)
+Publication::Publication(WebDavSession& session, const DavDocument& uploaded, const SentContent& sent,
+                         std::function<void()> onRenamed, Done done)
     : session(session),
       uploaded(uploaded),
       sent(sent),
+      onRenamed(std::move(onRenamed)),
       done(std::move(done)),
       files(session),
       readBack(session, sent)
@@ -242,7 +244,7 @@ void Publication::GiveWay()
 
 void Publication::LookAtTarget()
 {
-    files.Look(name, [this](const HttpResponse& response, const std::optional<DavEntry>& entry) {
+    const auto onLooked = [this](const HttpResponse& response, const std::optional<DavEntry>& entry) {
         if (entry && !entry->isCollection && entry->size.value_or(sent.size) == sent.size) {
             Compare(*entry);
         } else if (entry || IsMissing(response.Status())) {
@@ -250,7 +252,14 @@ void Publication::LookAtTarget()
         } else {
             FailUnconfirmed(response);
         }
-    });
+    };
+    if (moved.IsDone()) {
+        CallOnce(onRenamed);
+        session.looks.Look(name, GroupedLooks::Expected::There, GroupedLooks::Wait::ForAnnounced, lifetime.Watch(),
+                           onLooked);
+    } else {
+        files.Look(name, onLooked);
+    }
 }
 
 void Publication::Compare(const DavEntry& entry)

@@ -20,9 +20,11 @@ public:
     };
     using Done = std::function<void(Outcome)>;
 
-    /// \param uploaded the file, under its temporary name
-    /// \param sent     what it consists of
-    Publication(WebDavSession& session, const DavDocument& uploaded, const SentContent& sent, Done done);
+    /// \param uploaded  the file, under its temporary name
+    /// \param sent      what it consists of
+    /// \param onRenamed called when only the look is left, which waits for those of others
+    Publication(WebDavSession& session, const DavDocument& uploaded, const SentContent& sent,
+                std::function<void()> onRenamed, Done done);
     ~Publication() override;
 
     /// As a new document of this name, or of the next free one with a number.
@@ -65,6 +67,7 @@ private:
     WebDavSession& session;
     DavDocument uploaded;
     const SentContent sent;
+    std::function<void()> onRenamed;
     Done done;
     FileRequests files;
     ReadBack readBack;
@@ -80,6 +83,7 @@ private:
     int number = 1;
     int attempts = 0;
     bool isRepeated = false; ///< an attempt came to nothing, as far as could be seen
+    Lifetime lifetime;       ///< a look that others wait for goes on
 };
 
 } // namespace Norlis::Social

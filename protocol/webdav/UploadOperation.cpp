@@ -14,6 +14,7 @@ namespace Norlis::Social {
 namespace {
 
 const auto what = QStringLiteral("Upload");
+constexpr qint64 smallSize = 1024 * 1024; // bytes
 
 } // namespace
 
@@ -47,6 +48,9 @@ void UploadOperation::Start()
                          QStringLiteral("%1 cannot be read: %2").arg(request.localPath, source->ErrorText()),
                          "Check that the file is there and that you may read it."));
         return;
+    }
+    if (source->Size() <= smallSize) { // it will be there in no time
+        announcement.emplace(session->looks);
     }
     ReportProgress(0);
     if (request.document.isEmpty()) {
@@ -241,7 +245,11 @@ void UploadOperation::Publish()
         return;
     }
     step = Step::Publishing;
-    publication = std::make_unique<Publication>(*session, sent, source->Sent(),
+    const auto onRenamed = [this] {
+        announcement.reset();
+        tools.settling();
+    };
+    publication = std::make_unique<Publication>(*session, sent, source->Sent(), onRenamed,
                                                 [this](const Publication::Outcome& outcome) { OnPublished(outcome); });
     if (replaced) {
         publication->Replace(*replaced);
@@ -287,7 +295,8 @@ void UploadOperation::Succeed(const DavDocument& made)
     result.modifiedAt = made.modifiedAt;
     result.lifetime = std::numeric_limits<int>::max();
     tools.progress(100);
-    End({Success, result, {}, false});
+    const auto file = TransferredFileOf(request.localPath, source->Md5(), source->Version(), source->IsLasting());
+    End({Success, result, {}, false, false, file});
 }
 
 bool UploadOperation::GiveUp()

@@ -16,6 +16,7 @@ public:
         QThreadPool& pool;
         std::function<void(int percent)> progress;
         std::function<void(const DavDocument& made)> published; ///< called when a document has new content
+        std::function<void()> settling; ///< called when only a look is left: the next transfer may begin
     };
 
     UploadOperation(qint64 id, const Request::Upload& request, const std::shared_ptr<WebDavSession>& session,
@@ -63,6 +64,7 @@ private:
     bool isProven = false;               ///< the server has shown that it has all of the bytes
     std::unique_ptr<ReadBack> readBack;
     std::unique_ptr<Publication> publication;
+    std::optional<GroupedLooks::Announcement> announcement;
     std::unique_ptr<RemoveOperation> undoing; ///< of an upload that was cancelled at the last moment
     std::optional<HttpResponse> lost;         ///< to a PUT that may have been carried out
     bool isGivenUp = false;

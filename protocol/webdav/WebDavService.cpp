@@ -1,6 +1,5 @@
 #include "WebDavService.h"
 
-#include "DocumentOperations.h"
 #include "DownloadOperation.h"
 #include "PreviewFetch.h"
 #include "ServerProbe.h"
@@ -19,6 +18,7 @@ namespace Norlis::Social {
 namespace {
 
 constexpr int maxTransfers = 4;        // at once
+constexpr int maxSettling = 256;       // transfers that wait to be flushed, or looked at, together
 constexpr int shutdownTimeout = 3'000; // milliseconds
 
 QString UserOf(const OAuth2::AuthInfo& authInfo)
@@ -56,9 +56,11 @@ WebDavService::WebDavService(const OAuth2::AuthInfo& authInfo, const std::string
       listener(listener),
       versions(VersionFile(authInfo)),
       previewFolder(PreviewFolderTemplate(authInfo.cacheFolder)),
-      previews(authInfo.cacheFolder, *this, listener.reply)
+      previews(authInfo.cacheFolder, *this, listener.reply),
+      quotas([this](const auto& found) { FindQuota(found); },
+             [this] { return runningTransfers + settlingTransfers > 0; }, listener.reply)
 {
-    pool.setMaxThreadCount(maxTransfers);
+    pool.setMaxThreadCount(maxTransfers + 2); // two for the disk, which may take long
     cleanUpTimer.setSingleShot(true);
     QObject::connect(&cleanUpTimer, &QTimer::timeout, &cleanUpTimer, [this] { CleanUp(); });
     shutdownTimer.setSingleShot(true);
@@ -69,6 +71,7 @@ WebDavService::WebDavService(const OAuth2::AuthInfo& authInfo, const std::string
 WebDavService::~WebDavService()
 {
     active.clear();
+    quota.reset();
     pool.waitForDone();
 }
 
@@ -81,6 +84,7 @@ void WebDavService::Shutdown(std::function<void()> done)
         Retire(ended);
     }
     waitingTransfers.clear();
+    quota.reset();
     Retire(std::exchange(session, nullptr));
     for (const auto& each : endedSessions) {
         each->lookup.Stop();
@@ -123,6 +127,7 @@ void WebDavService::Start(qint64 id, const Request::Any& request)
 void WebDavService::Cancel(qint64 id)
 {
     previews.Cancel(id);
+    quotas.Cancel(id);
     if (session) {
         session->lookup.Forget(id);
     }
@@ -186,7 +191,7 @@ void WebDavService::Begin(qint64 id, const Request::SignIn& request)
         }
         OnFinished(id, std::move(reply));
     };
-    active[id] = {next, std::make_unique<SignInOperation>(next, finish), false, false};
+    active[id] = {next, std::make_unique<SignInOperation>(next, finish)};
     active[id].operation->Start();
 }
 
@@ -229,14 +234,16 @@ void WebDavService::Begin(qint64 id, const Request::List&)
 
 void WebDavService::Begin(qint64 id, const Request::Download& request)
 {
-    const DownloadOperation::Tools tools{pool, [this, id](int percent) { listener.progress(id, percent); }};
+    const DownloadOperation::Tools tools{pool, disk, [this, id](int percent) { listener.progress(id, percent); },
+                                         [this, id] { Settle(id); }};
     RunTransfer(id, std::make_unique<DownloadOperation>(id, request, session, tools, Finisher(id)));
 }
 
 void WebDavService::Begin(qint64 id, const Request::Upload& request)
 {
     const UploadOperation::Tools tools{pool, [this, id](int percent) { listener.progress(id, percent); },
-                                       [this](const DavDocument& made) { previews.Forget(made.id, made.Version()); }};
+                                       [this](const DavDocument& made) { previews.Forget(made.id, made.Version()); },
+                                       [this, id] { Settle(id); }};
     RunTransfer(id, std::make_unique<UploadOperation>(id, request, session, tools, Finisher(id)));
 }
 
@@ -262,7 +269,22 @@ void WebDavService::Begin(qint64 id, const Request::AcceptVersion& request)
 
 void WebDavService::Begin(qint64 id, const Request::Quota&)
 {
-    Run(id, std::make_unique<QuotaOperation>(session, Finisher(id)));
+    quotas.Add(id);
+}
+
+void WebDavService::FindQuota(const std::function<void(Reply)>& found)
+{
+    if (!session) { // signed out while it waited
+        found(FailureReply("Fetching the storage usage", {}, "Nobody is signed in", "Sign in first."));
+        return;
+    }
+    quota = std::make_unique<QuotaOperation>(session, [this, asked = session, found](Reply&& reply) {
+        const auto ended = std::move(quota);
+        reply.isSignedOut = reply.isSignedOut && EndSession(asked);
+        Retire(asked);
+        found(reply);
+    });
+    quota->Start();
 }
 
 void WebDavService::Begin(qint64 id, const Request::Capabilities&)
@@ -328,6 +350,7 @@ void WebDavService::OnFinished(qint64 id, Reply&& reply)
     active.erase(found);
     ended.operation.reset(); // before its end is reported, so that its temporary files are gone by then
     runningTransfers -= ended.isTransfer ? 1 : 0;
+    settlingTransfers -= ended.isSettling ? 1 : 0;
     reply.isSignedOut = reply.isSignedOut && EndSession(ended.session);
     if (!ended.isGivenUp) {
         listener.reply(id, std::move(reply));
@@ -339,15 +362,27 @@ void WebDavService::OnFinished(qint64 id, Reply&& reply)
 void WebDavService::Run(qint64 id, std::unique_ptr<Operation> operation)
 {
     Operation& started = *operation;
-    active[id] = {session, std::move(operation), false, false};
+    active[id] = {session, std::move(operation)};
     started.Start();
 }
 
 void WebDavService::RunTransfer(qint64 id, std::unique_ptr<Operation> operation)
 {
-    active[id] = {session, std::move(operation), false, false};
+    active[id] = {session, std::move(operation)};
     waitingTransfers.push_back(id);
     StartNextTransfers();
+}
+
+void WebDavService::Settle(qint64 id)
+{
+    Active& transfer = active.at(id);
+    if (transfer.isTransfer && settlingTransfers < maxSettling) {
+        transfer.isTransfer = false;
+        transfer.isSettling = true;
+        --runningTransfers;
+        ++settlingTransfers;
+        StartNextTransfers();
+    }
 }
 
 void WebDavService::StartNextTransfers()

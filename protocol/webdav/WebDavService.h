@@ -1,9 +1,12 @@
 #pragma once
 
+#include "DocumentOperations.h"
 #include "Operation.h"
 #include "WebDavSession.h"
 #include <protocol/preview/PreviewQueue.h>
 #include <protocol/service/CloudService.h>
+#include <protocol/service/QuotaRequests.h>
+#include <protocol/streams/DiskFlush.h>
 
 #include <QTemporaryDir>
 #include <QThreadPool>
@@ -37,6 +40,7 @@ private:
         std::unique_ptr<Operation> operation;
         bool isTransfer = false;
         bool isGivenUp = false;
+        bool isSettling = false; ///< a transfer whose bytes are through
     };
 
     void Begin(qint64 id, const Request::SignIn& request);
@@ -75,6 +79,10 @@ private:
     void Run(qint64 id, std::unique_ptr<Operation> operation);
     void RunTransfer(qint64 id, std::unique_ptr<Operation> operation);
     void StartNextTransfers();
+
+    /// The bytes of a transfer are through. What remains of it waits for others, which may begin now.
+    void Settle(qint64 id);
+    void FindQuota(const std::function<void(Reply)>& found);
     std::unique_ptr<Fetch> FetchForPreview(const PreviewSubject& subject, const QSize& box, Done done) override;
 
     const OAuth2::AuthInfo authInfo;
@@ -84,7 +92,8 @@ private:
     VersionMemory versions;
     QTemporaryDir previewFolder; ///< documents that are rendered
     QThreadPool pool;            ///< disk and hashes of transfers
-    QTimer cleanUpTimer;         ///< started by sessions, which are destroyed first
+    DiskFlush disk{pool};
+    QTimer cleanUpTimer; ///< started by sessions, which are destroyed first
     QTimer shutdownTimer;
     std::function<void()> onShutDown;       ///< set once the shutdown has begun
     std::shared_ptr<WebDavSession> session; ///< null while nobody is signed in
@@ -94,6 +103,9 @@ private:
     std::map<qint64, Active> active; ///< operations, by request
     std::deque<qint64> waitingTransfers;
     int runningTransfers = 0;
+    int settlingTransfers = 0;
+    std::unique_ptr<QuotaOperation> quota; ///< under way; null otherwise
+    QuotaRequests quotas;
 };
 
 } // namespace Norlis::Social

@@ -26,7 +26,8 @@ WebDavSession::WebDavSession(const Collection& collection, const HttpClient::Set
       versions(versions),
       http(settings, this->secrets, std::move(onIdle)),
       lookup(*this),
-      housekeeper(*this)
+      housekeeper(*this),
+      looks(*this)
 {
 }
 

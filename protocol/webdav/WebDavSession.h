@@ -2,6 +2,7 @@
 
 #include "DavDocument.h"
 #include "DocumentLookup.h"
+#include "GroupedLooks.h"
 #include "Housekeeper.h"
 #include <protocol/dav/Collection.h>
 #include <protocol/dav/DavRequests.h>
@@ -65,6 +66,7 @@ struct WebDavSession {
     HttpClient http;
     DocumentLookup lookup;
     Housekeeper housekeeper;
+    GroupedLooks looks;
 };
 
 } // namespace Norlis::Social

@@ -64,6 +64,7 @@ TEST(AggregateTest, AuthInfoBeginsWithTheServiceUrlAndDefaultsTheRest)
     EXPECT_TRUE(info.cacheFolder.isEmpty());
     EXPECT_EQ(info.storageLimit, 0);
     EXPECT_FALSE(info.onFailure);
+    EXPECT_FALSE(info.onTransferred);
 }
 
 TEST(RequestResultTest, ValuesAreFixedAndForeignOnesAreWellDefined)

@@ -1,6 +1,8 @@
 #include <tests/support/ContractTest.h>
 #include <tests/support/FileSizeLimit.h>
 
+#include <files/FileIdentity.h>
+
 #include <QFileInfo>
 
 #include <unistd.h>
@@ -26,6 +28,43 @@ TEST_P(DownloadTest, TheDocumentIsWrittenToTheTarget)
     EXPECT_EQ(ReadFile(Local("target.pdf")), content);
     EXPECT_EQ(FilesBelow(folder.path()), QStringList("target.pdf"));
     EXPECT_EQ(cloud->Get("report.pdf"), content);
+}
+
+TEST_P(DownloadTest, TheHashOfWhatHasArrivedIsToldBeforeTheDownloadEnds)
+{
+    const auto download = client.Download(Put("report.pdf", "content"), Local("target.pdf"));
+    std::size_t toldBefore = 0;
+    download->onDone = [&] { toldBefore = client.transferred.size(); };
+    ASSERT_TRUE(download->Succeeds());
+    ASSERT_EQ(client.transferred.size(), 1U);
+    EXPECT_EQ(toldBefore, 1U);
+    const auto& told = client.transferred.front();
+    EXPECT_EQ(told.operation, download->operation);
+    EXPECT_EQ(told.localPath, Local("target.pdf"));
+    EXPECT_EQ(told.md5Hash, Md5Of("content"));
+    EXPECT_EQ(told.identity, Files::FileIdentity::OfPath(Local("target.pdf")).ToString());
+}
+
+TEST_P(DownloadTest, ManyDocumentsAtOnceAreAllThere)
+{
+    constexpr int count = 60;
+    for (int number = 0; number < count; ++number) {
+        cloud->Put(QString("%1.pdf").arg(number), "content " + QByteArray::number(number));
+    }
+    ASSERT_TRUE(client.List()->Succeeds());
+    std::vector<AnswerPtr<>> downloads;
+    const auto files = client.List();
+    ASSERT_TRUE(files->Succeeds());
+    for (const auto& file : files->payload) {
+        downloads.push_back(client.Download(file.id, Local(file.name)));
+    }
+    for (const auto& download : downloads) {
+        EXPECT_TRUE(download->Succeeds());
+    }
+    EXPECT_EQ(FilesBelow(folder.path()).size(), count);
+    for (int number = 0; number < count; ++number) {
+        EXPECT_EQ(ReadFile(Local(QString("%1.pdf").arg(number))), "content " + QByteArray::number(number));
+    }
 }
 
 TEST_P(DownloadTest, AnEmptyDocumentBecomesAnEmptyFile)

@@ -1,5 +1,7 @@
 #include <tests/support/ContractTest.h>
 
+#include <files/FileIdentity.h>
+
 #include <QFileInfo>
 #include <QMap>
 
@@ -27,6 +29,29 @@ TEST_P(UploadTest, ANewDocumentIsNamedAsTheLocalFile)
     EXPECT_TRUE(upload->payload.modifiedAt.isValid());
     EXPECT_EQ(entry.md5Hash, Md5Of(content));
     EXPECT_EQ(QFileInfo(Local("report.pdf")).size(), content.size());
+}
+
+TEST_P(UploadTest, TheHashOfWhatWasSentIsToldBeforeTheUploadEnds)
+{
+    const QString path = LocalFile("report.pdf", "content");
+    const auto upload = client.Upload(path); // whose hash nobody knows beforehand
+    std::size_t toldBefore = 0;
+    upload->onDone = [&] { toldBefore = client.transferred.size(); };
+    ASSERT_TRUE(upload->Succeeds());
+    ASSERT_EQ(client.transferred.size(), 1U);
+    EXPECT_EQ(toldBefore, 1U);
+    const auto& told = client.transferred.front();
+    EXPECT_EQ(told.operation, upload->operation);
+    EXPECT_EQ(told.localPath, path);
+    EXPECT_EQ(told.md5Hash, Md5Of("content"));
+    EXPECT_EQ(told.identity, Files::FileIdentity::OfPath(path).ToString());
+}
+
+TEST_P(UploadTest, OfAnUploadThatFailsNothingIsTold)
+{
+    EXPECT_TRUE(client.Upload(LocalFile("report.pdf", "content"), "no such document")->Fails());
+    EXPECT_TRUE(client.Upload(LocalFile("report.pdf", "content"), {}, Md5Of("other"))->Fails());
+    EXPECT_TRUE(client.transferred.empty());
 }
 
 TEST_P(UploadTest, ATakenNameGetsANumberAndTheFirstStaysUntouched)

@@ -58,6 +58,7 @@ Client::Client(Social::OAuth2::AuthInfo authInfo, QString token) : token(std::mo
             onFailure(failure);
         }
     };
+    authInfo.onTransferred = [this](const Social::OAuth2::TransferredFile& file) { transferred.push_back(file); };
     protocol = std::make_unique<NorlisCloudProtocol>(authInfo, "tests");
 }
 

@@ -93,6 +93,7 @@ public:
         return protocol.get();
     }
 
+    std::vector<Social::OAuth2::TransferredFile> transferred;
     std::vector<Social::OAuth2::Failure> failures;
     std::function<void(const Social::OAuth2::Failure&)> onFailure; ///< runs inside the observer
 

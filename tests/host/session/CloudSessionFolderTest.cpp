@@ -71,6 +71,74 @@ protected:
     const QString cloud = root.filePath("cloud");
 };
 
+/// Bytes that this process has read, from files and everything else.
+qint64 BytesRead()
+{
+    QFile file("/proc/self/io");
+    EXPECT_TRUE(file.open(QFile::ReadOnly));
+    return QString::fromLatin1(file.readAll()).section("rchar: ", 1, 1).section('\n', 0, 0).toLongLong();
+}
+
+TEST_F(CloudSessionFolderTest, NewDocumentIsReadOnceWhenItIsSentAndOnceWhenItComesBack)
+{
+    constexpr int size = 30'000'000;
+    const QString path = Write("large.pdf", QByteArray(size, 'x'));
+    auto before = BytesRead();
+    session->Upload({path});
+    ASSERT_TRUE(WaitForEvent("DocumentUploaded"));
+    EXPECT_LT(BytesRead() - before, size * 3 / 2);
+    const QString id = Ids().constFirst();
+    EXPECT_EQ(StatusOf(id), Status::InSync);
+    EXPECT_EQ(Held(id)->GetMd5Hash(), Md5Of(QByteArray(size, 'x')));
+
+    const QString target = root.filePath("elsewhere");
+    QDir().mkpath(target);
+    QFile::remove(path); // else it would be read to see whether it has changes
+    before = BytesRead();
+    session->Download(id, target);
+    ASSERT_TRUE(WaitForEvent("DocumentDownloaded"));
+    EXPECT_LT(BytesRead() - before, size * 3 / 2);
+    EXPECT_EQ(StatusOf(id), Status::InSync);
+    EXPECT_EQ(Held(id)->GetCloudHashBeforeChange(), Md5Of(QByteArray(size, 'x')));
+}
+
+TEST_F(CloudSessionFolderTest, FileThatIsSavedWhileItIsSentIsChangedHere)
+{
+    const QString path = Write("report.pdf", QByteArray(20'000'000, 'x'));
+    QObject::connect(&session->Cloud(), &AbstractCloudManager::UploadingProgressValueChanged, &session->Cloud(),
+                     [&](const QString&, int percent) {
+                         if (percent == 100) { // the service has read it
+                             Write("report.pdf", "saved meanwhile");
+                         }
+                     });
+    session->Upload({path});
+    ASSERT_TRUE(WaitForEvent("DocumentUploaded"));
+    const auto held = Held(Ids().constFirst());
+    EXPECT_EQ(held->GetCloudInfo()->GetSize(), 20'000'000u);
+    EXPECT_EQ(held->GetCloudHashBeforeChange(), Md5Of(QByteArray(20'000'000, 'x')));
+    EXPECT_EQ(held->GetCloudStatus(), Status::ChangedLocally);
+}
+
+TEST_F(CloudSessionFolderTest, ManyDocumentsArriveTogetherAndNothingElseStays)
+{
+    constexpr int count = 50;
+    for (int number = 0; number < count; ++number) {
+        Put(QString("%1.pdf").arg(number), "content " + QByteArray::number(number));
+    }
+    RefreshNow();
+    const auto ids = Ids();
+    ASSERT_EQ(ids.size(), count);
+    for (const auto& id : ids) {
+        session->Download(id, folder);
+    }
+    ASSERT_TRUE(WaitForEvent("DocumentDownloaded", count));
+    EXPECT_EQ(QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).size(), count);
+    EXPECT_TRUE(FilesIn(dataFolder + "/downloads").isEmpty());
+    for (const auto& id : ids) {
+        EXPECT_EQ(StatusOf(id), Status::InSync);
+    }
+}
+
 TEST_F(CloudSessionFolderTest, DocumentGoesUpIsEditedComesDownElsewhereAndIsRemoved)
 {
     const auto first = PdfOf(Qt::red);

@@ -78,6 +78,8 @@ TEST_F(HashCacheTest, TwoProgramsShareAFile)
     HashCache second(file);
     first.Store("/a", identity, hashOfA);
     second.Store("/b", identity, hashOfB);
+    first.Flush();
+    second.Flush();
     EXPECT_EQ(first.Find("/b", identity), hashOfB);
     EXPECT_EQ(second.Find("/a", identity), hashOfA);
 }
@@ -115,12 +117,14 @@ TEST_F(HashCacheTest, OnAFullDiskNoHashIsKeptAndLaterOnesAre)
                 const FileSizeLimit full(room);
                 for (int number = 0; number < 5; ++number) {
                     cache.Store("/a", identity, hashOfA);
+                    cache.Flush();
                 }
             }
             HashCache cache(file);
             EXPECT_THAT(cache.Find("/a", identity), testing::AnyOf("", hashOfA)) << room;
             EXPECT_EQ(cache.Find("/b", identity), isNew ? "" : hashOfB) << room;
             cache.Store("/a", identity, hashOfA);
+            cache.Flush();
             EXPECT_EQ(HashCache(file).Find("/a", identity), hashOfA) << room;
         }
     }
@@ -171,6 +175,7 @@ TEST_F(HashCacheTest, OldestHashesAreDropped)
     for (int number = 0; number <= maxHashes; ++number) {
         cache.Store(std::to_string(number), identity, hashOfA);
     }
+    cache.Flush();
     EXPECT_EQ(cache.Find("0", identity), "");
     EXPECT_EQ(cache.Find("1", identity), hashOfA);
     EXPECT_EQ(cache.Find(std::to_string(maxHashes), identity), hashOfA);

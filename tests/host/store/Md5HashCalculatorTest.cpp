@@ -319,6 +319,64 @@ TEST_F(Md5HashCalculatorTest, DestructionBreaksHashingOff)
     EXPECT_EQ(RunSql(cacheFile, "SELECT count(*) FROM hashes"), "1");
 }
 
+TEST_F(Md5HashCalculatorTest, HashThatIsExpectedIsNotKnownUntilItIsTold)
+{
+    Md5HashCalculator calculator(cacheFile);
+    const QString file = NewFile("report.pdf", "content");
+    PrepareAndWait(calculator, {file});
+    calculator.Expect(file);
+    EXPECT_EQ(Hash(calculator, file), "");
+    calculator.StopExpecting(file);
+    EXPECT_EQ(Hash(calculator, file), Md5("content"));
+    calculator.Expect(file);
+    calculator.Tell(file, Files::FileIdentity::OfPath(file), Md5("content"), true);
+    EXPECT_EQ(Hash(calculator, file), Md5("content"));
+}
+
+TEST_F(Md5HashCalculatorTest, WhatIsExpectedIsNotRead)
+{
+    Md5HashCalculator calculator;
+    const QString file = EndlessFile();
+    calculator.Expect(file);
+    EXPECT_EQ(Hash(calculator, file), "");
+    calculator.Tell(file, Files::FileIdentity::OfPath(file), cached.toStdString(), true);
+    EXPECT_EQ(Hash(calculator, file), cached.toStdString());
+}
+
+TEST_F(Md5HashCalculatorTest, ToldHashCountsForTheFileThatItIsOfAlone)
+{
+    for (const bool isLasting : {true, false}) {
+        Md5HashCalculator calculator;
+        const QString file = NewFile("report.pdf", "content");
+        calculator.Tell(file, Files::FileIdentity::OfPath(file), cached.toStdString(), isLasting);
+        EXPECT_EQ(Hash(calculator, file), cached.toStdString());
+        WriteFile(file, "other content");
+        EXPECT_EQ(Hash(calculator, file), Md5("other content"));
+    }
+}
+
+TEST_F(Md5HashCalculatorTest, OnlyToldHashThatLastsIsCached)
+{
+    const QString lasting = NewFile("lasting.pdf", "a");
+    const QString passing = NewFile("passing.pdf", "b");
+    {
+        Md5HashCalculator calculator(cacheFile);
+        calculator.Tell(lasting, Files::FileIdentity::OfPath(lasting), cached.toStdString(), true);
+        calculator.Tell(passing, Files::FileIdentity::OfPath(passing), cached.toStdString(), false);
+    }
+    Md5HashCalculator calculator(cacheFile);
+    EXPECT_EQ(Hash(calculator, lasting), cached.toStdString());
+    EXPECT_EQ(Hash(calculator, passing), Md5("b"));
+}
+
+TEST_F(Md5HashCalculatorTest, ToldHashThatDoesNotLastIsReadSomeTimeLater)
+{
+    Md5HashCalculator calculator;
+    const QString file = NewFile("report.pdf", "content");
+    calculator.Tell(file, Files::FileIdentity::OfPath(file), cached.toStdString(), false);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return Hash(calculator, file) == Md5("content"); }, 30'000));
+}
+
 TEST_F(Md5HashCalculatorTest, FileIsHashedWhileAnotherIsPrepared)
 {
     Md5HashCalculator calculator(cacheFile);
