@@ -17,17 +17,16 @@ QString WatchCommand::DataFolder() const
     return SessionCommand::DataFolder() + "/watch";
 }
 
+int WatchCommand::RefreshInterval() const
+{
+    return arguments.interval * 1000;
+}
+
 void WatchCommand::Work()
 {
     for (const auto& entry : AllEntries(Session().Documents())) {
         names[entry.id] = entry.name;
     }
-    poll.setSingleShot(true);
-    connect(&poll, &QTimer::timeout, this, [this] {
-        if (!IsFinishing()) {
-            Session().Refresh();
-        }
-    });
     connect(&Session(), &Host::CloudSession::ListRefreshed, this, &WatchCommand::Show);
     Session().Refresh();
 }
@@ -35,10 +34,8 @@ void WatchCommand::Work()
 void WatchCommand::OnFailed(const Host::CloudProblem& problem)
 {
     output.Error(ProblemText(problem));
-    if (Session().IsSignedIn()) {
-        SchedulePoll();
-    } else {
-        Finish(ExitStatus::failure); // polling again would be pointless
+    if (!Session().IsSignedIn()) {
+        Finish(ExitStatus::failure); // asking again would be pointless
     }
 }
 
@@ -56,9 +53,7 @@ void WatchCommand::Show(const QStringList& added, const QStringList& changed, co
     }
     if (!output.WriteError().isEmpty()) {
         Finish(ExitStatus::failure); // nobody reads the output now
-        return;
     }
-    SchedulePoll();
 }
 
 void WatchCommand::ShowChange(const QString& what, const QString& id)
@@ -77,11 +72,6 @@ void WatchCommand::ShowChange(const QString& what, const QString& id)
         const QString size = entry ? " (" + HumanSize(entry->size) + ')' : QString();
         output.Line(now.toString("HH:mm:ss") + "  " + PadRight(what, 7) + "  " + Printable(names.value(id)) + size);
     }
-}
-
-void WatchCommand::SchedulePoll()
-{
-    poll.start(arguments.interval * 1000);
 }
 
 } // namespace Norlis::Terminal

@@ -4,6 +4,7 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <utility>
 
 namespace Norlis::Social {
 
@@ -38,7 +39,12 @@ FolderService::FolderService(const OAuth2::AuthInfo& authInfo, const Listener& l
       seen(versions),
       transfers(store, seen, authInfo.storageLimit),
       previews(authInfo.cacheFolder, *this, listener.reply),
-      hashing(store)
+      hashing(store),
+      watch(store.Folder(), [this] {
+          for (const qint64 id : std::exchange(changeRequests, {})) {
+              this->listener.reply(id, {});
+          }
+      })
 {
     QObject::connect(&stepTimer, &QTimer::timeout, &stepTimer, [this] { Step(); });
 }
@@ -56,6 +62,7 @@ void FolderService::Start(qint64 id, const Request::Any& request)
 void FolderService::Cancel(qint64 id)
 {
     previews.Cancel(id);
+    changeRequests.erase(std::remove(changeRequests.begin(), changeRequests.end(), id), changeRequests.end());
     for (Jobs* jobs : {&lists, &copies, &removals}) {
         jobs->erase(std::remove_if(jobs->begin(), jobs->end(), [&](const QueuedJob& job) { return job.id == id; }),
                     jobs->end());
@@ -156,6 +163,16 @@ void FolderService::Begin(qint64 id, const Request::List&)
     AddJob(lists, id, std::make_unique<ListJob>(store, seen, [this](std::vector<FolderDocument> unhashed) {
                hashing.Begin(std::move(unhashed));
            }));
+}
+
+void FolderService::Begin(qint64 id, const Request::Change&)
+{
+    // A watch that is on for another request must not forget what that one is to be told.
+    if (changeRequests.empty() && (store.Validate() || !watch.Begin())) {
+        listener.reply(id, {Error, {}, {}, false});
+        return;
+    }
+    changeRequests.push_back(id);
 }
 
 void FolderService::Begin(qint64 id, const Request::Remove& request)
