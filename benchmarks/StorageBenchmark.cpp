@@ -286,7 +286,7 @@ void ListSavesWithoutChanges(benchmark::State& state)
 void Sizes(benchmark::internal::Benchmark* benchmark)
 {
     benchmark->ArgNames({"documents", "localShare"})
-        ->ArgsProduct({{10'000, 100'000}, {0, 10}})
+        ->ArgsProduct({{1'000, 10'000, 100'000}, {0, 10}})
         ->UseManualTime()
         ->Unit(benchmark::kMillisecond);
 }

@@ -96,6 +96,12 @@ public:
     // NOLINTNEXTLINE(readability-identifier-naming): named like the operations of the abilities
     qint64 probeService(std::function<void(qint64, RequestResult, const ServiceCapabilities&)>&& done);
 
+    /// Waits until documents may have changed since this call, whoever changes them. Ends in Success then, once for
+    /// what changes together. Ends in Error, of which `onFailure` is not told, where the service does not tell of
+    /// changes by itself: then only a new list shows them.
+    // NOLINTNEXTLINE(readability-identifier-naming)
+    qint64 awaitChange(std::function<void(qint64, RequestResult)>&& done);
+
     /// \name Copies on this computer
     /// The object remembers which version of a document it delivered to a local path, or took from it: what an upload
     /// of that path replaces, it must not replace something newer. These report what it cannot see. Without effect

@@ -280,6 +280,12 @@ qint64 NorlisCloudProtocol::probeService(std::function<void(qint64, RequestResul
     return d->SendFor<ServiceCapabilities>(Request::Capabilities{}, std::move(done));
 }
 
+qint64 NorlisCloudProtocol::awaitChange(std::function<void(qint64, RequestResult)>&& done)
+{
+    return d->Send(Request::Change{},
+                   [done = std::move(done)](qint64 id, RequestResult result, Reply&&) { done(id, result); });
+}
+
 void NorlisCloudProtocol::copyMoved(const QString& id, const QString& fromPath, const QString& toPath)
 {
     if (d->isLoggedIn) {

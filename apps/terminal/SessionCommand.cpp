@@ -9,18 +9,22 @@ namespace Norlis::Terminal {
 
 namespace {
 
-/// A command refreshes the list itself when it needs to.
-class NoAutoRefresh : public PDF::Settings::ICloudAccountSettings {
+class RefreshEvery : public PDF::Settings::ICloudAccountSettings {
 public:
+    explicit RefreshEvery(int interval) : interval(interval) {}
+
     bool IsAutoRefreshEnabled() override
     {
-        return false;
+        return interval > 0;
     }
 
     int GetAutoRefreshInterval() override
     {
-        return 0;
+        return interval;
     }
+
+private:
+    const int interval;
 };
 
 } // namespace
@@ -79,10 +83,15 @@ QString SessionCommand::DataFolder() const
     return account.DataFolder();
 }
 
+int SessionCommand::RefreshInterval() const
+{
+    return 0;
+}
+
 bool SessionCommand::OpenSession()
 {
     try {
-        session = Host::CloudSession::Open(account, DataFolder(), std::make_shared<NoAutoRefresh>());
+        session = Host::CloudSession::Open(account, DataFolder(), std::make_shared<RefreshEvery>(RefreshInterval()));
     } catch (const std::exception& problem) {
         output.Error(QString::fromUtf8(problem.what()));
         Finish(ExitStatus::failure);

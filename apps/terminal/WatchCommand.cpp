@@ -17,18 +17,17 @@ QString WatchCommand::DataFolder() const
     return SessionCommand::DataFolder() + "/watch";
 }
 
+int WatchCommand::RefreshInterval() const
+{
+    return arguments.interval * 1000;
+}
+
 void WatchCommand::Work()
 {
     const auto& documents = Session().Documents();
     for (int index = 0; index < documents.FilesCount(); ++index) {
         names[documents.GetDocumentId(index)] = documents.GetDocumentName(index);
     }
-    poll.setSingleShot(true);
-    connect(&poll, &QTimer::timeout, this, [this] {
-        if (!IsFinishing()) {
-            Session().Refresh();
-        }
-    });
     connect(&Session(), &Host::CloudSession::ListRefreshed, this, &WatchCommand::Show);
     Session().Refresh();
 }
@@ -36,10 +35,8 @@ void WatchCommand::Work()
 void WatchCommand::OnFailed(const Host::CloudProblem& problem)
 {
     output.Error(ProblemText(problem));
-    if (Session().IsSignedIn()) {
-        SchedulePoll();
-    } else {
-        Finish(ExitStatus::failure); // polling again would be pointless
+    if (!Session().IsSignedIn()) {
+        Finish(ExitStatus::failure); // asking again would be pointless
     }
 }
 
@@ -57,9 +54,7 @@ void WatchCommand::Show(const QStringList& added, const QStringList& changed, co
     }
     if (!output.WriteError().isEmpty()) {
         Finish(ExitStatus::failure); // nobody reads the output now
-        return;
     }
-    SchedulePoll();
 }
 
 void WatchCommand::ShowChange(const QString& what, const QString& id)
@@ -78,11 +73,6 @@ void WatchCommand::ShowChange(const QString& what, const QString& id)
         const QString size = entry ? " (" + HumanSize(entry->size) + ')' : QString();
         output.Line(now.toString("HH:mm:ss") + "  " + PadRight(what, 7) + "  " + Printable(names.value(id)) + size);
     }
-}
-
-void WatchCommand::SchedulePoll()
-{
-    poll.start(arguments.interval * 1000);
 }
 
 } // namespace Norlis::Terminal

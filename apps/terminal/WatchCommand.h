@@ -3,11 +3,10 @@
 #include "SessionCommand.h"
 
 #include <QMap>
-#include <QTimer>
 
 namespace Norlis::Terminal {
 
-/// Polls the cloud and shows changes until it is interrupted. A failed poll is reported, and the next one follows.
+/// Shows changes in the cloud until it is interrupted. A list that fails is reported, and the next one follows.
 class WatchCommand : public SessionCommand {
     Q_OBJECT
 
@@ -18,15 +17,15 @@ protected:
     /// The records are locked while a session is open: the watch has its own, so that other commands can run.
     QString DataFolder() const override;
 
+    int RefreshInterval() const override;
+
     void Work() override;
     void OnFailed(const Host::CloudProblem& problem) override;
 
 private:
     void Show(const QStringList& added, const QStringList& changed, const QStringList& removed);
     void ShowChange(const QString& what, const QString& id);
-    void SchedulePoll();
 
-    QTimer poll;
     QMap<QString, QString> names; ///< by id; a removed document is no longer in the list
 };
 

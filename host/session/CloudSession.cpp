@@ -30,6 +30,20 @@ namespace {
 
 constexpr qint64 sliceMilliseconds = 6; // with the last step less than half a frame, so the loop stays free for input
 
+/// For the cloud manager: SessionLists refreshes.
+class NoAutoRefresh : public Settings {
+public:
+    bool IsAutoRefreshEnabled() override
+    {
+        return false;
+    }
+
+    int GetAutoRefreshInterval() override
+    {
+        return 0;
+    }
+};
+
 QString ReadyFolder(const QString& folder)
 {
     if (folder.isEmpty() || !QDir().mkpath(folder)) {
@@ -65,7 +79,7 @@ public:
     SessionDownloads downloads;
     SessionRemovals removals{context};
     ListMerge merge;
-    SessionLists lists{context, merge};
+    SessionLists lists;
     SessionPreviews previews;
     Lifetime lifetime;
 };
@@ -75,10 +89,11 @@ CloudSession::Private::Private(CloudSession& session, const QString& dataFolder,
                                const std::shared_ptr<Settings>& settings)
     : hashes(std::make_shared<Md5HashCalculator>(dataFolder + "/hashes.sqlite")),
       documents(dataFolder + "/documents.sqlite", fileSystem, hashes),
-      cloud(session, protocol, hashes, fileSystem, settings),
+      cloud(session, protocol, hashes, fileSystem, std::make_shared<NoAutoRefresh>()),
       context{session, cloud, documents, journal, *hashes, *fileSystem},
       downloads(context, dataFolder + "/downloads"),
       merge(context, [this] { slices.start(); }),
+      lists(context, merge, *settings),
       previews(context, [this] { slices.start(); })
 {
     slices.setInterval(0);

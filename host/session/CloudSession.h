@@ -50,7 +50,7 @@ class CloudSession : public QObject {
 public:
     /// \param dataFolder where what is known of this service is kept, private to the user; created when missing
     /// \param authInfo   the service; `cacheFolder` and `onFailure` are set by the session
-    /// \param settings   automatic refresh
+    /// \param settings   automatic refresh: at the interval, or, where the service tells of changes, after these
     /// Throws std::runtime_error, with a text for the user, when the records cannot be read, and std::invalid_argument
     /// when there is no such service.
     CloudSession(const QString& dataFolder, const Social::OAuth2::AuthInfo& authInfo,

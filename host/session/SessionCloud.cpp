@@ -84,6 +84,16 @@ bool SessionCloud::MayListLackDocuments() const
     return adapter && adapter->Protocol().mayListLackDocuments();
 }
 
+void SessionCloud::AwaitChange(std::function<void(bool)> done)
+{
+    if (adapter) {
+        adapter->Protocol().awaitChange(
+            [done](qint64, Social::RequestResult result) { done(result == Social::Success); });
+    } else {
+        done(false);
+    }
+}
+
 bool SessionCloud::IsSignedIn() const
 {
     return protocol->loggedIn();

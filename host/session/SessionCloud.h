@@ -52,6 +52,9 @@ public:
     /// See NorlisCloudProtocol::mayListLackDocuments.
     bool MayListLackDocuments() const;
 
+    /// See NorlisCloudProtocol::awaitChange. Only while somebody is signed in; done may be called at once.
+    void AwaitChange(std::function<void(bool hasChanged)> done);
+
     // Those below emit as the last thing that they do, so the session may be gone afterwards.
 
     /// Has the cloud manager emit AuthorizationRequired.

@@ -6,13 +6,33 @@ namespace Norlis::Host {
 
 using PDF::Cloud::AbstractCloudManager;
 
-SessionLists::SessionLists(const SessionContext& context, ListMerge& merge) : context(context), merge(merge)
+namespace {
+
+constexpr int catchUpInterval = 500; // milliseconds
+
+} // namespace
+
+SessionLists::SessionLists(const SessionContext& context, ListMerge& merge,
+                           PDF::Settings::ICloudAccountSettings& settings)
+    : context(context),
+      merge(merge),
+      isAutomatic(settings.IsAutoRefreshEnabled())
 {
     const auto& manager = context.cloud.Manager();
     connect(&manager, &AbstractCloudManager::RetrievingFilesListStarted, this, &SessionLists::OnStarted);
     connect(&manager, &AbstractCloudManager::RetrievingFilesListFinished, this, &SessionLists::OnFinished);
     connect(&manager, &AbstractCloudManager::RetrievingFilesListErrorRequested, this, &SessionLists::OnError);
     connect(&manager, &AbstractCloudManager::RetrievingFilesListCanceled, this, &SessionLists::OnCanceled);
+
+    poll.setSingleShot(true);
+    connect(&poll, &QTimer::timeout, this, &SessionLists::Poll);
+    catchUp.setSingleShot(true);
+    catchUp.setInterval(catchUpInterval);
+    connect(&catchUp, &QTimer::timeout, this, &SessionLists::CatchUp);
+    if (isAutomatic) {
+        poll.setInterval(settings.GetAutoRefreshInterval());
+        StartPolling();
+    }
 }
 
 void SessionLists::Refresh()
@@ -30,6 +50,11 @@ void SessionLists::OnStarted()
         context.journal.Clear();
     }
     requestedAt.enqueue(context.journal.NoteRequest());
+    isOutdated = false;
+    catchUp.stop();
+    if (isAutomatic) {
+        AwaitChange(); // before the list is sent: nothing may change unnoticed between the two
+    }
 }
 
 void SessionLists::OnFinished(const ListMerge::Files& files)
@@ -51,7 +76,56 @@ void SessionLists::OnCanceled()
 
 ChangeJournal::Time SessionLists::End()
 {
+    StartPolling();
     return requestedAt.isEmpty() ? context.journal.Now() : requestedAt.dequeue();
+}
+
+void SessionLists::AwaitChange()
+{
+    if (isAwaitingChange) {
+        return;
+    }
+    isAwaitingChange = true;
+    poll.stop();
+    context.cloud.AwaitChange([this, guard = lifetime.Watch()](bool hasChanged) {
+        if (!guard) {
+            return;
+        }
+        isAwaitingChange = false;
+        if (hasChanged) {
+            isOutdated = true;
+            CatchUp();
+        } else {
+            StartPolling();
+        }
+    });
+}
+
+void SessionLists::StartPolling()
+{
+    if (isAutomatic && !isAwaitingChange) {
+        poll.start();
+    }
+}
+
+void SessionLists::Poll()
+{
+    StartPolling(); // the manager sends nothing while a transfer runs
+    if (requestedAt.isEmpty() && context.cloud.IsSignedIn()) {
+        context.cloud.Manager().RetrieveFilesList();
+    }
+}
+
+void SessionLists::CatchUp()
+{
+    if (!isOutdated || !context.cloud.IsSignedIn()) {
+        isOutdated = false; // whoever signs in asks for the list
+        return;
+    }
+    catchUp.start();
+    if (requestedAt.isEmpty() && !merge.IsActive()) {
+        context.cloud.Manager().RetrieveFilesList();
+    }
 }
 
 } // namespace Norlis::Host

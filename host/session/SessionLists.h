@@ -3,16 +3,22 @@
 #include "ListMerge.h"
 #include "SessionContext.h"
 
+#include <base/Lifetime.h>
+#include <contracts/ICloudAccountSettings.h>
+
 #include <QQueue>
+#include <QTimer>
 
 namespace Norlis::Host {
 
-/// The session's files lists, those of automatic refreshes included: remembers when each was requested, and hands over
-/// to the merge what arrives.
+/// The session's files lists: remembers when each was requested, and hands over to the merge what arrives.
+///
+/// Automatic refreshes are made here and not by the cloud manager, which knows nothing but an interval: where the
+/// service tells of changes, a list is requested when there are some, and else never.
 class SessionLists : public QObject {
 public:
     /// \param merge must outlive this
-    SessionLists(const SessionContext& context, ListMerge& merge);
+    SessionLists(const SessionContext& context, ListMerge& merge, PDF::Settings::ICloudAccountSettings& settings);
 
     void Refresh();
 
@@ -25,9 +31,23 @@ private:
     /// When the list was requested that has just ended; lists arrive in the order of their requests.
     ChangeJournal::Time End();
 
+    void AwaitChange();
+    void StartPolling();
+    void Poll();
+
+    /// Requests the list that a change asks for, as soon as neither another one nor a transfer is under way. May emit:
+    /// the session may be gone afterwards.
+    void CatchUp();
+
     const SessionContext context;
     ListMerge& merge;
     QQueue<ChangeJournal::Time> requestedAt;
+    const bool isAutomatic;
+    bool isAwaitingChange = false; ///< the service will tell
+    bool isOutdated = false;       ///< it has told of a change since the last list was requested
+    QTimer poll;                   ///< runs where it does not tell
+    QTimer catchUp;
+    Lifetime lifetime;
 };
 
 } // namespace Norlis::Host

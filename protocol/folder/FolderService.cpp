@@ -4,6 +4,7 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <utility>
 
 namespace Norlis::Social {
 
@@ -39,7 +40,12 @@ FolderService::FolderService(const OAuth2::AuthInfo& authInfo, const Listener& l
       transfers(store, seen, authInfo.storageLimit),
       previews(authInfo.cacheFolder, *this, listener.reply),
       quotas([this](const auto& found) { found(Quota()); }, [this] { return !copies.empty(); }, listener.reply),
-      hashing(store)
+      hashing(store),
+      watch(store.Folder(), [this] {
+          for (const qint64 id : std::exchange(changeRequests, {})) {
+              this->listener.reply(id, {});
+          }
+      })
 {
     QObject::connect(&stepTimer, &QTimer::timeout, &stepTimer, [this] { Step(); });
 }
@@ -58,6 +64,7 @@ void FolderService::Cancel(qint64 id)
 {
     previews.Cancel(id);
     quotas.Cancel(id);
+    changeRequests.erase(std::remove(changeRequests.begin(), changeRequests.end(), id), changeRequests.end());
     for (Jobs* jobs : {&lists, &copies, &removals}) {
         jobs->erase(std::remove_if(jobs->begin(), jobs->end(), [&](const QueuedJob& job) { return job.id == id; }),
                     jobs->end());
@@ -163,6 +170,16 @@ void FolderService::Begin(qint64 id, const Request::List&)
     AddJob(lists, id, std::make_unique<ListJob>(store, seen, [this](std::vector<FolderDocument> unhashed) {
                hashing.Begin(std::move(unhashed));
            }));
+}
+
+void FolderService::Begin(qint64 id, const Request::Change&)
+{
+    // A watch that is on for another request must not forget what that one is to be told.
+    if (changeRequests.empty() && (store.Validate() || !watch.Begin())) {
+        listener.reply(id, {Error, {}, {}, false});
+        return;
+    }
+    changeRequests.push_back(id);
 }
 
 void FolderService::Begin(qint64 id, const Request::Remove& request)

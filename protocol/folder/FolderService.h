@@ -3,6 +3,7 @@
 #include "FolderJobs.h"
 #include "FolderStore.h"
 #include "FolderTransfers.h"
+#include "FolderWatch.h"
 #include <protocol/preview/PreviewQueue.h>
 #include <protocol/service/CloudService.h>
 #include <protocol/service/QuotaRequests.h>
@@ -12,6 +13,7 @@
 
 #include <deque>
 #include <memory>
+#include <vector>
 
 namespace Norlis::Social {
 
@@ -43,6 +45,7 @@ private:
     Reply Handle(const Request::Capabilities& request);
 
     void Begin(qint64 id, const Request::List& request);
+    void Begin(qint64 id, const Request::Change& request);
     void Begin(qint64 id, const Request::Download& request);
     void Begin(qint64 id, const Request::Upload& request);
     void Begin(qint64 id, const Request::Preview& request);
@@ -83,6 +86,8 @@ private:
     Jobs removals;
     Hashing hashing; ///< of what lists did not take the time for
     QTimer stepTimer;
+    FolderWatch watch;
+    std::vector<qint64> changeRequests; ///< answered by the next change
 };
 
 } // namespace Norlis::Social

@@ -157,8 +157,9 @@ void PreviewQueue::OnFetched(int number, PreviewSource::Result&& result)
     Job& job = fetching.job;
     if (!result.image.isNull()) {
         Finish(job, result.image, {});
-    } else if (result.file) {
+    } else if (result.file || result.pieces) {
         job.file = std::move(result.file);
+        job.pieces = std::move(result.pieces);
         fetched.push_back(std::move(job));
     } else {
         AnswerWithReason(job, result.reason, result.isSignedOut); // not remembered: the next try may succeed
@@ -167,12 +168,22 @@ void PreviewQueue::OnFetched(int number, PreviewSource::Result&& result)
 
 void PreviewQueue::Render(RendererProcess& renderer, Job job)
 {
-    const QString path = job.file->Path();
     const QSize box = job.box;
-    renderer.Render(path, box, [this, job = std::move(job)](const QImage& image, const QString& reason) {
+    const auto file = job.file;
+    const auto pieces = job.pieces;
+    auto done = [this, job = std::move(job)](const QImage& image, const QString& reason) {
         nextTimer.start();
-        Finish(job, image, reason);
-    });
+        if (image.isNull() && job.pieces && job.pieces->HasFailed()) {
+            AnswerWithReason(job, reason); // not remembered either
+        } else {
+            Finish(job, image, reason);
+        }
+    };
+    if (pieces) {
+        renderer.Render(pieces, box, std::move(done));
+    } else {
+        renderer.Render(file->Path(), box, std::move(done));
+    }
 }
 
 void PreviewQueue::Finish(const Job& job, const QImage& image, const QString& reason)

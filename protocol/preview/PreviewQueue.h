@@ -46,6 +46,7 @@ private:
         std::vector<Wanted> wanted;
         QSize box; ///< the largest one wanted
         std::shared_ptr<const PreviewSource::File> file;
+        std::shared_ptr<DocumentPieces> pieces; ///< in the place of the file
     };
     struct Fetching {
         Job job;

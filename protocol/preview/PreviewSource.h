@@ -1,5 +1,7 @@
 #pragma once
 
+#include "DocumentPieces.h"
+
 #include <QImage>
 #include <QObject>
 #include <QSize>
@@ -30,12 +32,14 @@ public:
     /// A fetch in progress. Destroying it gives the fetch up.
     class Fetch : public QObject {};
 
-    /// One of: a file to render, a finished preview, or the reason why there is neither.
+    /// One of: a file to render, a document to be rendered from elsewhere, a finished preview, or the reason why there
+    /// is none of these.
     struct Result {
         std::shared_ptr<const File> file;
         QImage image;
         QString reason;
         bool isSignedOut = false; ///< see Reply
+        std::shared_ptr<DocumentPieces> pieces = {};
     };
     using Done = std::function<void(Result)>;
 

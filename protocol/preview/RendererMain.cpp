@@ -1,6 +1,7 @@
 // Renders first pages of PDF documents for RendererProcess: takes requests from standard input and writes answers to
 // standard output until the input ends. A process of its own, in a sandbox, because the documents may be hostile.
 
+#include "PieceDevice.h"
 #include "RendererProtocol.h"
 #include "Sandbox.h"
 
@@ -31,7 +32,7 @@ QString ReasonOf(QPdfDocument::DocumentError error)
 }
 
 /// A null picture and the reason when there is nothing to show.
-QImage RenderFirstPage(QFile& file, const QSize& box, QString& reason)
+QImage RenderFirstPage(QIODevice& file, const QSize& box, QString& reason)
 {
     QPdfDocument document;
     document.load(&file);
@@ -72,12 +73,14 @@ int main(int argc, char** argv)
     answers.setVersion(RendererProtocol::streamVersion);
     for (;;) {
         QFile file;
-        const auto box = RendererProtocol::ReceiveRequest(STDIN_FILENO, file);
-        if (!box) {
+        const auto request = RendererProtocol::ReceiveRequest(STDIN_FILENO, file);
+        if (!request) {
             _exit(0); // what a program tidies up at its end goes with the process, and needs more than it may do now
         }
         QString reason = QStringLiteral("Documents are not opened, because this kernel cannot filter system calls");
-        const QImage picture = isSafe ? RenderFirstPage(file, *box, reason) : QImage();
+        PieceDevice pieces(request->size, answers, STDIN_FILENO);
+        QIODevice& document = request->size > 0 ? static_cast<QIODevice&>(pieces) : file;
+        const QImage picture = isSafe ? RenderFirstPage(document, request->box, reason) : QImage();
         if (picture.isNull()) {
             answers << RendererProtocol::refused << reason.toUtf8();
         } else {

@@ -91,14 +91,13 @@ void SocketProcess::setupChildProcess()
     environ = nullptr;
 }
 
-RendererProcess::RendererProcess(const QString& program, int timeLimit) : program(program)
+RendererProcess::RendererProcess(const QString& program, int timeLimit) : program(program), timeLimit(timeLimit)
 {
     process.setStandardInputFile(QProcess::nullDevice()); // until the socket takes its place
     process.setStandardErrorFile(QProcess::nullDevice());
     process.setWorkingDirectory("/");
 
     watchdog.setSingleShot(true);
-    watchdog.setInterval(timeLimit);
     idleTimer.setSingleShot(true);
     idleTimer.setInterval(idleLimit);
 
@@ -126,12 +125,23 @@ bool RendererProcess::IsIdle() const
 
 void RendererProcess::Render(const QString& path, const QSize& wantedBox, Done whenDone)
 {
+    Begin(wantedBox, program.isEmpty() ? QString() : Open(document, path), std::move(whenDone));
+}
+
+void RendererProcess::Render(const std::shared_ptr<DocumentPieces>& wanted, const QSize& wantedBox, Done whenDone)
+{
+    pieces = wanted;
+    Begin(wantedBox, pieces->Size() > 0 ? QString() : QStringLiteral("It is empty"), std::move(whenDone));
+}
+
+void RendererProcess::Begin(const QSize& wantedBox, const QString& refusalOfDocument, Done whenDone)
+{
     box = wantedBox.boundedTo({RendererProtocol::maxEdge, RendererProtocol::maxEdge}).expandedTo({1, 1});
     done = std::move(whenDone);
     idleTimer.stop();
-    watchdog.start();
+    watchdog.start(timeLimit);
     const QString refusal =
-        program.isEmpty() ? QStringLiteral("The preview renderer is not installed") : Open(document, path);
+        program.isEmpty() ? QStringLiteral("The preview renderer is not installed") : refusalOfDocument;
     if (!refusal.isEmpty()) {
         QTimer::singleShot(0, this, [this, refusal] { Answer({}, refusal); });
     } else if (isUsed = process.state() == QProcess::Running; isUsed) {
@@ -150,13 +160,21 @@ void RendererProcess::Start()
 void RendererProcess::Send()
 {
     // If this fails, the process has gone, which will be told.
-    RendererProtocol::SendRequest(process.Socket(), box, document.handle());
+    if (pieces) {
+        RendererProtocol::SendRequest(process.Socket(), {box, pieces->Size()});
+    } else {
+        RendererProtocol::SendRequest(process.Socket(), {box, 0}, document.handle());
+    }
 }
 
 void RendererProcess::Read()
 {
     if (IsIdle()) {
         Abandon({}); // nobody asked
+        return;
+    }
+    if (process.peek(1) == QByteArray(1, static_cast<char>(RendererProtocol::wanted))) {
+        ReadWanted();
         return;
     }
     const auto head = PeekHead();
@@ -182,6 +200,35 @@ void RendererProcess::Read()
     const QImage view(reinterpret_cast<const uchar*>(content.constData()), static_cast<int>(head->width),
                       static_cast<int>(head->height), static_cast<int>(head->width * 4), QImage::Format_RGB32);
     Answer(view.copy(), {});
+}
+
+void RendererProcess::ReadWanted()
+{
+    constexpr qint64 length = 1 + 2 * sizeof(qint64);
+    if (process.bytesAvailable() < length) {
+        return; // more is to come
+    }
+    QDataStream stream(process.read(length));
+    quint8 kind = 0;
+    qint64 offset = -1;
+    qint64 count = 0;
+    stream >> kind >> offset >> count;
+    const bool isInside =
+        pieces && offset >= 0 && count > 0 && offset < pieces->Size() && count <= pieces->Size() - offset;
+    if (!isInside || process.bytesAvailable() > 0) {
+        Abandon(QStringLiteral("The preview renderer asked for something other than the document"));
+        return;
+    }
+    const int timeLeft = watchdog.remainingTime();
+    watchdog.stop();
+    pieces->Read(offset, count, [this, timeLeft](const QByteArray& bytes, const QString& reason) {
+        if (bytes.isEmpty()) {
+            Abandon(reason);
+        } else {
+            watchdog.start(timeLeft);
+            RendererProtocol::SendPiece(process.Socket(), bytes);
+        }
+    });
 }
 
 std::optional<RendererProcess::Head> RendererProcess::PeekHead()
@@ -229,7 +276,7 @@ void RendererProcess::OnProcessEnded()
 
 void RendererProcess::OnTimeout()
 {
-    Abandon(QStringLiteral("Rendering took longer than %1 seconds").arg(watchdog.interval() / 1000.0));
+    Abandon(QStringLiteral("Rendering took longer than %1 seconds").arg(timeLimit / 1000.0));
 }
 
 void RendererProcess::Abandon(const QString& reason)
@@ -250,6 +297,7 @@ void RendererProcess::Answer(const QImage& image, const QString& reason)
     watchdog.stop();
     idleTimer.start();
     document.close();
+    pieces.reset();
     CallOnce(done, image, reason);
 }
 

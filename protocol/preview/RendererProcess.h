@@ -1,5 +1,7 @@
 #pragma once
 
+#include "DocumentPieces.h"
+
 #include <QFile>
 #include <QImage>
 #include <QProcess>
@@ -8,6 +10,7 @@
 #include <QTimer>
 
 #include <functional>
+#include <memory>
 #include <optional>
 
 namespace Norlis::Social {
@@ -55,6 +58,9 @@ public:
     /// done once, from the event loop, unless this object is destroyed before.
     void Render(const QString& path, const QSize& box, Done done);
 
+    /// The same of a document that is elsewhere. The time that it takes to get at its pieces does not count.
+    void Render(const std::shared_ptr<DocumentPieces>& document, const QSize& box, Done done);
+
 private:
     /// What comes before the pixels of a picture, or before the text of a reason.
     struct Head {
@@ -65,9 +71,14 @@ private:
         quint32 contentSize; ///< bytes
     };
 
+    /// \param refusal why not; else empty
+    void Begin(const QSize& wantedBox, const QString& refusal, Done whenDone);
     void Start();
     void Send();
     void Read();
+
+    /// What the renderer wants to read.
+    void ReadWanted();
 
     /// Nothing while it has not all come. What it says is looked at before room is made for the content.
     std::optional<Head> PeekHead();
@@ -83,10 +94,12 @@ private:
     void Answer(const QImage& image, const QString& reason);
 
     const QString program;
+    const int timeLimit; ///< milliseconds
     SocketProcess process;
     QTimer watchdog;
     QTimer idleTimer;
     QFile document;
+    std::shared_ptr<DocumentPieces> pieces; ///< in its place; null otherwise
     QSize box;
     bool isUsed = false; ///< the process has served other documents before this one
     Done done;           ///< set while busy

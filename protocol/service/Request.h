@@ -24,6 +24,8 @@ struct Info {
     QString document;
 };
 struct List {};
+/// See NorlisCloudProtocol::awaitChange.
+struct Change {};
 struct Download {
     QString document;
     QString localPath;
@@ -57,7 +59,7 @@ struct Preview {
     QSize box; ///< the picture fits into it without being distorted
 };
 
-using Any = std::variant<SignIn, SignOut, UserName, UserPage, UserPictureAddress, UserPicture, Info, List, Download,
-                         Upload, Remove, CopyMoved, AcceptVersion, Quota, Capabilities, Preview>;
+using Any = std::variant<SignIn, SignOut, UserName, UserPage, UserPictureAddress, UserPicture, Info, List, Change,
+                         Download, Upload, Remove, CopyMoved, AcceptVersion, Quota, Capabilities, Preview>;
 
 } // namespace Norlis::Social::Request

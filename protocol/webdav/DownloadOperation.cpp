@@ -1,11 +1,11 @@
 #include "DownloadOperation.h"
 
 #include <files/LocalTarget.h>
+#include <protocol/dav/ContentRange.h>
 #include <protocol/dav/EntityTag.h>
 #include <protocol/http/HttpDate.h>
 
 #include <QFileInfo>
-#include <QRegularExpression>
 
 #include <algorithm>
 #include <limits>
@@ -18,22 +18,6 @@ const auto what = QStringLiteral("Download");
 constexpr int maxFruitlessAttempts = 4;
 constexpr int maxRestarts = 3;
 constexpr qint64 usualGrowth = 4 * 1024 * 1024; // bytes; by which a document may have become larger since the list
-
-/// The parts of a Content-Range (RFC 9110, 14.4) of bytes.
-struct ContentRange {
-    qint64 first = -1;
-    qint64 size = -1; ///< of the whole; -1 when not reported
-
-    explicit ContentRange(const QByteArray& value)
-    {
-        static const QRegularExpression form(QStringLiteral("^bytes\\s+(\\d{1,18})-\\d{1,18}/(\\d{1,18}|\\*)$"));
-        const auto match = form.match(QString::fromLatin1(value));
-        if (match.hasMatch()) {
-            first = match.captured(1).toLongLong();
-            size = match.captured(2) == "*" ? -1 : match.captured(2).toLongLong();
-        }
-    }
-};
 
 bool IsHtml(const QString& contentType)
 {

@@ -9,6 +9,7 @@ namespace Norlis::Social {
 namespace {
 
 constexpr qint64 maxDocumentSize = 64 * 1024 * 1024; // bytes; a preview is not worth more
+constexpr qint64 smallDocument = 512 * 1024;         // bytes; up to these, one request for all is quicker than several
 const auto tooLarge = QStringLiteral("The document is too large to be downloaded for a preview");
 const auto wrongContent = QStringLiteral("The server sent something other than the document");
 
@@ -83,16 +84,41 @@ void PreviewFetch::FetchServerPreview(const QSize& box)
 
 void PreviewFetch::FetchDocument()
 {
-    QString reason;
     if (!MayBePdf(document)) {
-        reason = QStringLiteral("Only PDF documents have previews");
-    } else if (document.size.value_or(0) > maxDocumentSize) {
+        EndSoon(QStringLiteral("Only PDF documents have previews")); // this may be called by the constructor
+    } else if (document.size.value_or(0) > smallDocument) {
+        BeginPieces();
+    } else {
+        FetchWhole();
+    }
+}
+
+void PreviewFetch::BeginPieces()
+{
+    pieces = std::make_shared<RemotePieces>(session, document);
+    pieces->ReadEnd([this](const QByteArray& bytes, const QString& reason) {
+        if (!bytes.isEmpty()) {
+            PreviewSource::Result result;
+            result.pieces = pieces;
+            End(std::move(result));
+        } else if (pieces->IsWithoutRanges()) {
+            FetchWhole();
+        } else {
+            End({{}, {}, reason, pieces->Failure().isSignedOut});
+        }
+    });
+}
+
+void PreviewFetch::FetchWhole()
+{
+    QString reason;
+    if (document.size.value_or(0) > maxDocumentSize) {
         reason = tooLarge;
     } else if (!sink->Open()) {
         reason = QStringLiteral("The folder for previews cannot be written to: %1").arg(sink->ErrorText());
     }
     if (!reason.isEmpty()) {
-        EndSoon(reason); // this may be called by the constructor
+        EndSoon(reason);
         return;
     }
     HttpRequest get = GetDocument(session->collection.UrlOf(document.name));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "RemotePieces.h"
 #include "WebDavSession.h"
 #include <protocol/http/HttpRequestGroup.h>
 #include <protocol/preview/PreviewSource.h>
@@ -7,7 +8,8 @@
 
 namespace Norlis::Social {
 
-/// Fetches what a preview is made of: the server's own preview if it has one, otherwise the document.
+/// Fetches what a preview is made of: the server's own preview if it has one, otherwise the document, of which a large
+/// one is only begun to be read.
 class PreviewFetch : public PreviewSource::Fetch {
 public:
     /// \param folder for the document while it is rendered
@@ -17,6 +19,8 @@ public:
 private:
     void FetchServerPreview(const QSize& box);
     void FetchDocument();
+    void BeginPieces();
+    void FetchWhole();
     void CheckPosition(qint64 position);
     void OnDocument(const HttpResponse& response);
     void EndSoon(const QString& reason);
@@ -27,6 +31,7 @@ private:
     const std::shared_ptr<WebDavSession> session;
     const DavDocument document;
     PreviewSource::Done done;
+    std::shared_ptr<RemotePieces> pieces;
     std::shared_ptr<DownloadSink> sink;
     bool isTooLarge = false;
     HttpRequestGroup requests;

@@ -232,6 +232,11 @@ void WebDavService::Begin(qint64 id, const Request::List&)
     Run(id, std::make_unique<ListOperation>(session, Finisher(id)));
 }
 
+void WebDavService::Begin(qint64 id, const Request::Change&)
+{
+    listener.reply(id, {Error, {}, {}, false}); // a server does not tell of changes by itself
+}
+
 void WebDavService::Begin(qint64 id, const Request::Download& request)
 {
     const DownloadOperation::Tools tools{pool, disk, [this, id](int percent) { listener.progress(id, percent); },

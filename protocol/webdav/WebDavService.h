@@ -51,6 +51,7 @@ private:
     void Begin(qint64 id, const Request::UserPicture& request);
     void Begin(qint64 id, const Request::Info& request);
     void Begin(qint64 id, const Request::List& request);
+    void Begin(qint64 id, const Request::Change& request);
     void Begin(qint64 id, const Request::Download& request);
     void Begin(qint64 id, const Request::Upload& request);
     void Begin(qint64 id, const Request::Remove& request);

@@ -1,4 +1,5 @@
 #include <tests/support/Files.h>
+#include <tests/support/MemoryPieces.h>
 #include <tests/support/Renderers.h>
 #include <tests/support/Waiting.h>
 
@@ -54,6 +55,20 @@ protected:
         return outcome;
     }
 
+    static std::string ReasonOf(RendererProcess& renderer, const std::shared_ptr<DocumentPieces>& document)
+    {
+        Outcome outcome;
+        renderer.Render(document, {20, 30}, [&](const QImage& image, const QString& reason) {
+            ++outcome.count;
+            outcome.image = image;
+            outcome.reason = reason.toStdString();
+        });
+        EXPECT_TRUE(WaitUntil([&] { return outcome.count > 0; }));
+        EXPECT_TRUE(renderer.IsIdle());
+        EXPECT_TRUE(outcome.image.isNull());
+        return outcome.reason;
+    }
+
     FakeRenderers fakes;
     QTemporaryDir folder;
 };
@@ -94,6 +109,31 @@ TEST_F(RendererProcessTest, OnlyAFileIsHandedOver)
         EXPECT_THAT(outcome.reason, testing::StartsWith("It ")) << name;
     }
     EXPECT_TRUE(fakes.Requests().isEmpty());
+}
+
+TEST_F(RendererProcessTest, PiecesOfADocumentAreHandedOver)
+{
+    RendererProcess renderer(fakes.Make("read"));
+    EXPECT_EQ(ReasonOf(renderer, std::make_shared<MemoryPieces>("content")), "content");
+    EXPECT_EQ(ReasonOf(renderer, std::make_shared<MemoryPieces>("other")), "other");
+}
+
+TEST_F(RendererProcessTest, NothingButTheDocumentIsHandedOver)
+{
+    RendererProcess beyond(fakes.Make("read-beyond"));
+    EXPECT_THAT(ReasonOf(beyond, std::make_shared<MemoryPieces>("content")), HasSubstr("other than the document"));
+    RendererProcess renderer(fakes.Make("read"));
+    EXPECT_THAT(Render(renderer).reason, HasSubstr("other than the document")) << "of a file";
+}
+
+TEST_F(RendererProcessTest, PieceThatIsLostEndsTheRendering)
+{
+    RendererProcess renderer(fakes.Make("read"));
+    const auto document = std::make_shared<MemoryPieces>("content");
+    document->isLost = true;
+    EXPECT_EQ(ReasonOf(renderer, document), "It is lost");
+    document->isLost = false;
+    EXPECT_EQ(ReasonOf(renderer, document), "content");
 }
 
 TEST_F(RendererProcessTest, OneProcessServesManyDocumentsAndLargePictures)

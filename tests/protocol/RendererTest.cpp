@@ -1,4 +1,5 @@
 #include <tests/support/Files.h>
+#include <tests/support/MemoryPieces.h>
 #include <tests/support/PdfFiles.h>
 #include <tests/support/Waiting.h>
 
@@ -57,6 +58,21 @@ TEST_F(RendererTest, APageFillsTheBoxAsFarAsItsShapeAllows)
     const Rendering landscape = Render(PdfOfColor(Qt::blue, {600, 300}));
     EXPECT_EQ(landscape.image.size(), QSize(200, 100));
     EXPECT_EQ(landscape.image.pixelColor(50, 50), QColor(Qt::blue));
+}
+
+TEST_F(RendererTest, OfADocumentElsewhereOnlyWhatPageOneNeedsIsRead)
+{
+    const auto document = std::make_shared<MemoryPieces>(PdfWithMuchElse(Qt::red, 4 * 1024 * 1024));
+    RendererProcess renderer(NORLIS_RENDERER, 60'000);
+    Rendering outcome;
+    renderer.Render(document, {200, 200}, [&](const QImage& image, const QString& reason) {
+        outcome = {true, image, reason.toStdString()};
+    });
+    ASSERT_TRUE(WaitUntil([&] { return outcome.isOver; }));
+    ASSERT_FALSE(outcome.image.isNull()) << outcome.reason;
+    EXPECT_EQ(outcome.image.pixelColor(100, 100), QColor(Qt::red));
+    EXPECT_LE(document->bytesRead, 1024 * 1024);
+    EXPECT_EQ(Render(renderer, PdfOfColor(Qt::blue)).image.pixelColor(50, 50), QColor(Qt::blue)); // a file is next
 }
 
 TEST_F(RendererTest, PaperIsWhiteWhereNothingIsPainted)

@@ -57,12 +57,12 @@ int main(int argc, char** argv)
     answers.setVersion(Protocol::streamVersion);
     for (;;) {
         QFile document;
-        const auto box = Protocol::ReceiveRequest(STDIN_FILENO, document);
-        if (!box) {
+        const auto request = Protocol::ReceiveRequest(STDIN_FILENO, document);
+        if (!request) {
             return 0;
         }
-        const auto width = static_cast<quint32>(box->width());
-        const auto height = static_cast<quint32>(box->height());
+        const auto width = static_cast<quint32>(request->box.width());
+        const auto height = static_cast<quint32>(request->box.height());
         const QString link = QFile::symLinkTarget(QStringLiteral("/proc/self/fd/%1").arg(document.handle()));
         const QByteArray name = QFileInfo(link).fileName().toUtf8();
         log.write(QByteArray::number(width) + 'x' + QByteArray::number(height) + ' ' + name + '\n');
@@ -90,6 +90,14 @@ int main(int argc, char** argv)
             output.write(QByteArray(bytes / 2, '\0'));
             output.flush();
             return 0;
+        } else if (behaviour == "read") { // refuses with what it has read
+            answers << Protocol::wanted << qint64(0) << request->size;
+            output.flush();
+            answers << Protocol::refused << Protocol::ReceivePiece(STDIN_FILENO).left(100);
+        } else if (behaviour == "read-beyond") {
+            answers << Protocol::wanted << request->size << qint64(1);
+            output.flush();
+            pause();
         } else if (behaviour == "refuse") {
             answers << Protocol::refused << QByteArray("for a reason");
         } else if (behaviour == "refuse-at-length") {

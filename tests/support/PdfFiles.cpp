@@ -78,6 +78,18 @@ QByteArray PdfOfContent(const QByteArray& mediaBox, const QByteArray& content)
     return PdfOfObjects(OnePage(mediaBox, content));
 }
 
+QByteArray PdfWithMuchElse(const QColor& color, int bytes)
+{
+    const QByteArray fill = QByteArray::number(color.redF()) + ' ' + QByteArray::number(color.greenF()) + ' ' +
+                            QByteArray::number(color.blueF()) + " rg 0 0 100 100 re f";
+    QVector<QByteArray> objects = OnePage("0 0 100 100", fill);
+    constexpr int objectSize = 1024 * 1024;
+    for (int written = 0; written < bytes; written += objectSize) {
+        objects.append(StreamOf(QByteArray(objectSize, ' ')));
+    }
+    return PdfOfObjects(objects);
+}
+
 QByteArray PdfWithoutPages()
 {
     return PdfOfObjects({"<< /Type /Catalog /Pages 2 0 R >>", "<< /Type /Pages /Kids [] /Count 0 >>"});

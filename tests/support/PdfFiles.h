@@ -15,6 +15,9 @@ QByteArray PdfOfText(const QString& text, int pages = 1);
 /// A document written object by object: one page with that media box ("0 0 595 842") and content.
 QByteArray PdfOfContent(const QByteArray& mediaBox, const QByteArray& content);
 
+/// A document of more than that many bytes, few of which belong to its one page, which is filled with a color.
+QByteArray PdfWithMuchElse(const QColor& color, int bytes);
+
 /// A document without pages.
 QByteArray PdfWithoutPages();
 

@@ -41,6 +41,19 @@ TEST_F(WatchTest, ChangesAreShownUntilInterrupted)
     EXPECT_EQ(outcome.errors, "");
 }
 
+TEST_F(WatchTest, ChangesOfAFolderAreShownBeforeTheNextLookIsDue)
+{
+    MakeFile("Cloud/report.pdf", "1");
+    const auto watch = Start({"watch", "--interval", "86400"});
+    EXPECT_TRUE(NextLine(*watch).endsWith("  added    report.pdf (1 B)"));
+    MakeFile("Cloud/report.pdf", "22");
+    EXPECT_TRUE(NextLine(*watch).endsWith("  changed  report.pdf (2 B)"));
+    MakeFile("Cloud/another.pdf", "333");
+    EXPECT_TRUE(NextLine(*watch).endsWith("  added    another.pdf (3 B)"));
+    watch->terminate();
+    EXPECT_EQ(WaitForEnd(*watch).exitStatus, 130);
+}
+
 TEST_F(WatchTest, NextWatchBeginsWithWhatChangedMeanwhile)
 {
     MakeFile("Cloud/a.pdf");

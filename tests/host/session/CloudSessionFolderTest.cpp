@@ -6,6 +6,7 @@
 #include <QImage>
 #include <QPainter>
 #include <QPdfWriter>
+#include <QTest>
 
 namespace Norlis::Test {
 
@@ -197,6 +198,69 @@ TEST_F(CloudSessionFolderTest, ChangeInTheCloudIsNoticedAndFetched)
     ASSERT_TRUE(WaitForEvent("DocumentDownloaded"));
     EXPECT_EQ(Read(PathOf("a.pdf")), newer);
     EXPECT_EQ(StatusOf(id), Status::InSync);
+}
+
+/// One that refreshes by itself, though not before a day has passed.
+class CloudSessionWatchTest : public CloudSessionFolderTest {
+protected:
+    CloudSessionWatchTest()
+    {
+        settings->autoRefresh = true;
+        settings->interval = 24 * 60 * 60 * 1000;
+        Reopen();
+        SignIn();
+        QObject::connect(&session->Cloud(), &AbstractCloudManager::RetrievingFilesListStarted, session.get(),
+                         [this] { ++lists; });
+        RefreshNow();
+        Events();
+    }
+
+    int lists = 0; ///< that were requested
+};
+
+TEST_F(CloudSessionWatchTest, ChangesByOthersAreShownByThemselves)
+{
+    Put("a.pdf", "a");
+    ASSERT_TRUE(WaitForEvent("ListRefreshed"));
+    const auto id = IdOf("a.pdf");
+    EXPECT_THAT(Events(), Contains("ListRefreshed(+" + id.toStdString() + ", ~, -)"));
+    Put("a.pdf", "other");
+    ASSERT_TRUE(WaitForEvent("ListRefreshed(+, ~" + id.toStdString() + ", -)"));
+    ASSERT_TRUE(QFile::remove(cloud + "/a.pdf"));
+    ASSERT_TRUE(WaitForEvent("ListRefreshed(+, ~, -" + id.toStdString() + ")"));
+}
+
+TEST_F(CloudSessionWatchTest, ManyChangesTakeFewLists)
+{
+    for (int number = 0; number < 300; ++number) {
+        Put(QStringLiteral("%1.pdf").arg(number), "content");
+    }
+    ASSERT_TRUE(QTest::qWaitFor([&] { return session->Documents().FilesCount() == 300; }, 60'000));
+    EXPECT_LE(lists, 4);
+}
+
+TEST_F(CloudSessionWatchTest, ChangeDuringATransferIsShownAfterIt)
+{
+    const auto path = Write("large.pdf", QByteArray(32 * 1024 * 1024, 'x'));
+    session->Upload({path});
+    Put("a.pdf", "a");
+    ASSERT_TRUE(WaitForEvent("DocumentUploaded"));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !IdOf("a.pdf").isEmpty(); }, 60'000));
+}
+
+TEST_F(CloudSessionWatchTest, FolderThatIsGoneIsPolledUntilItIsBack)
+{
+    settings->interval = 100;
+    Reopen();
+    SignIn();
+    RefreshNow();
+    ASSERT_TRUE(QDir().rename(cloud, root.filePath("away")));
+    ASSERT_TRUE(WaitForEvent("Failed(List", 2));
+    ASSERT_TRUE(QDir().rename(root.filePath("away"), cloud));
+    Put("a.pdf", "a");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !IdOf("a.pdf").isEmpty(); }, 60'000));
+    Put("b.pdf", "b");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !IdOf("b.pdf").isEmpty(); }, 60'000));
 }
 
 TEST_F(CloudSessionFolderTest, PreviewsShowThePage)

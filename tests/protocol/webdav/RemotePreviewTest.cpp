@@ -133,9 +133,84 @@ TEST_F(RemotePreviewTest, NothingIsFetchedInVain)
 {
     EXPECT_THAT(ReasonWhyNot(Put("a.txt", "text")), HasSubstr("PDF"));
     EXPECT_THAT(ReasonWhyNot(Put("a.jpg", "picture")), HasSubstr("PDF"));
-    ClaimSize(65 * 1024 * 1024);
-    EXPECT_THAT(ReasonWhyNot(Put("large.pdf", PdfOfColor(Qt::red))), HasSubstr("too large"));
     EXPECT_TRUE(client.Preview("unknown", {64, 64})->Fails());
+    EXPECT_EQ(server.Count("GET"), 0);
+    ClaimSize(65 * 1024 * 1024);
+    server.Misbehave(When("GET").Always(), IgnoresTheRange());
+    EXPECT_THAT(ReasonWhyNot(Put("large.pdf", PdfOfColor(Qt::red))), HasSubstr("too large"));
+    EXPECT_EQ(server.Count("GET"), 1); // which found out that no parts are to be had
+}
+
+/// Documents of which a preview needs only a small part.
+class LargeRemotePreviewTest : public RemotePreviewTest {
+protected:
+    static QByteArray LargePdf(const QColor& color)
+    {
+        return PdfWithMuchElse(color, 4 * 1024 * 1024);
+    }
+
+    qint64 BytesAskedFor()
+    {
+        qint64 bytes = 0;
+        for (const auto& request : server.Requests("GET")) {
+            for (const auto& [name, value] : request.headers) {
+                if (name.toLower() == "range") {
+                    const auto ends = value.mid(static_cast<int>(qstrlen("bytes="))).split('-');
+                    bytes += ends.value(1).toLongLong() - ends.value(0).toLongLong() + 1;
+                }
+            }
+        }
+        return bytes;
+    }
+};
+
+TEST_F(LargeRemotePreviewTest, PictureOfPageOneCostsPageOne)
+{
+    EXPECT_EQ(ColorOf(client.Preview(Put("a.pdf", LargePdf(Qt::red)), {64, 64})), QColor(Qt::red));
+    EXPECT_LE(server.Count("GET"), 8);
+    EXPECT_GT(BytesAskedFor(), 0);
+    EXPECT_LE(BytesAskedFor(), 1024 * 1024);
+}
+
+TEST_F(LargeRemotePreviewTest, ServerThatSendsNoPartsIsAskedForTheWholeDocument)
+{
+    server.Misbehave(When("GET").Always(), IgnoresTheRange());
+    EXPECT_EQ(ColorOf(client.Preview(Put("a.pdf", LargePdf(Qt::red)), {64, 64})), QColor(Qt::red));
+    EXPECT_EQ(server.Count("GET"), 2);
+}
+
+TEST_F(LargeRemotePreviewTest, PartsOfTwoVersionsAreNotMixed)
+{
+    const QString id = Put("a.pdf", LargePdf(Qt::red));
+    server.Misbehave(When("GET").From(2).Times(1), RunsFirst([this] { server.Put("a.pdf", LargePdf(Qt::blue)); }));
+    EXPECT_THAT(ReasonWhyNot(id), HasSubstr("has changed"));
+    EXPECT_TRUE(client.List()->Succeeds());
+    EXPECT_EQ(ColorOf(client.Preview(id, {64, 64})), QColor(Qt::blue));
+}
+
+TEST_F(LargeRemotePreviewTest, AnotherPartThanAskedForIsNotTaken)
+{
+    const QString id = Put("a.pdf", LargePdf(Qt::red));
+    server.Misbehave(When("GET").From(2).Times(1), StartsElsewhere(7));
+    EXPECT_NE(ReasonWhyNot(id), "");
+    EXPECT_EQ(ColorOf(client.Preview(id, {64, 64})), QColor(Qt::red));
+}
+
+TEST_F(LargeRemotePreviewTest, PartThatCannotBeFetchedSaysNothingAboutTheDocument)
+{
+    const QString id = Put("a.pdf", LargePdf(Qt::red));
+    server.Misbehave(When("GET").From(2).Times(1), AnswersWith(403));
+    EXPECT_NE(ReasonWhyNot(id), "");
+    EXPECT_EQ(ColorOf(client.Preview(id, {64, 64})), QColor(Qt::red));
+}
+
+TEST_F(LargeRemotePreviewTest, DocumentWithoutItsEndIsNotSearchedThrough)
+{
+    const QString id = Put("a.pdf", LargePdf(Qt::red).left(3 * 1024 * 1024));
+    EXPECT_THAT(ReasonWhyNot(id), HasSubstr("Too much of the document"));
+    EXPECT_LE(server.Count("GET"), 24);
+    server.ForgetRequests();
+    EXPECT_THAT(ReasonWhyNot(id), HasSubstr("Too much of the document"));
     EXPECT_EQ(server.Count("GET"), 0);
 }
 
