@@ -20,9 +20,7 @@ namespace {
 Q_LOGGING_CATEGORY(httpLog, "norlis.http", QtInfoMsg)
 
 constexpr int maxAttempts = 3;
-constexpr int maxRefusals = 8;       // by a server that limits the rate of requests; more than a minute in all
-constexpr int maxBlocks = 2;         // by one that answers 403 to everything for a while
-constexpr int blockedPause = 12'000; // milliseconds; Apache's mod_evasive blocks for ten seconds after the last request
+constexpr int maxRefusals = 8; // by a server that limits the rate of requests; more than a minute in all
 constexpr int maxRedirects = 5;
 constexpr int maxSignIns = 2;
 constexpr int firstPause = 400;   // milliseconds; doubled each time
@@ -249,67 +247,14 @@ void HttpClient::OnEnded(qint64 id, HttpResponse&& response)
                 Queue(id, lane);
             }
         });
-    } else if (!Park(id, response)) {
-        Finish(id, std::move(response)); // it may destroy the client
+    } else {
+        const auto done = std::move(pending.done);
+        Erase(id);
+        StartNext();
+        done(std::move(response)); // it may destroy the client
         return;
     }
     StartNext();
-}
-
-void HttpClient::Finish(qint64 id, HttpResponse&& response)
-{
-    Pending& pending = requests.at(id);
-    if (!allowed && response.HasSucceeded() && IsSafe(pending.request.method) && !pending.request.sink) {
-        allowed = pending.request;
-    }
-    const auto done = std::move(pending.done);
-    Erase(id);
-    StartNext();
-    done(std::move(response)); // it may destroy the client
-}
-
-bool HttpClient::Park(qint64 id, const HttpResponse& response)
-{
-    const Pending& pending = requests.at(id);
-    if (response.Status() != 403 || !allowed || pending.isCheck) {
-        return false;
-    }
-    forbidden[id] = response;
-    if (sinceBlock.isValid() && sinceBlock.elapsed() <= pending.sinceStart.elapsed()) {
-        OnChecked(true); // it was under way when another one was
-    } else if (forbidden.size() == 1) {
-        const qint64 check = Send(*allowed, [this](HttpResponse&& answer) { OnChecked(answer.Status() == 403); });
-        requests.at(check).isCheck = true;
-    }
-    return true;
-}
-
-void HttpClient::OnChecked(bool isBlocked)
-{
-    if (isBlocked) {
-        sinceBlock.start();
-        pace.Slow(std::min(blockedPause, settings.silenceTimeout / 2));
-    }
-    for (auto& [id, response] : std::exchange(forbidden, {})) {
-        const auto found = requests.find(id);
-        if (found == requests.end()) {
-            continue; // cancelled
-        }
-        Pending& pending = found->second;
-        if (isBlocked && ++pending.refusals <= maxBlocks) {
-            --pending.attempts;
-            Queue(id, pending.request.lane);
-            continue;
-        }
-        if (isBlocked) {
-            response.head.status = 429; // which is what it means
-        }
-        QTimer::singleShot(0, this, [this, id = id, response = response] {
-            if (requests.count(id) != 0) {
-                Finish(id, HttpResponse(response));
-            }
-        });
-    }
 }
 
 bool HttpClient::SignIn(Pending& pending, const HttpResponse& response)

@@ -11,7 +11,6 @@
 #include <deque>
 #include <map>
 #include <memory>
-#include <optional>
 
 namespace Norlis::Social {
 
@@ -19,10 +18,9 @@ namespace Norlis::Social {
 ///
 /// Requests wait in lanes, so that documents, lists and previews do not wait for each other. When the server is busy or
 /// the connection breaks, a repeatable request is repeated a few times, after a pause. A server that limits their rate
-/// gets one at a time, as slowly as it wants. Some answer 403 to everything for a while then: so what they have allowed
-/// before is asked for once more, and only if they still allow it is the 403 meant for the request. Redirects are
-/// followed within the origin only, with the same method and body; the credentials never leave it, and go out only
-/// after the server has asked for them, in the form that it asked for. There are no cookies.
+/// gets one at a time, as slowly as it wants. Redirects are followed within the origin only, with the same method and
+/// body; the credentials never leave it, and go out only after the server has asked for them, in the form that it asked
+/// for. There are no cookies.
 ///
 /// Lives on one thread with an event loop. Destruction drops all requests without a response.
 class HttpClient : public QObject {
@@ -53,7 +51,6 @@ private:
         int attempts = 0;
         int redirects = 0;
         int refusals = 0;                       ///< by a server that limits the rate
-        bool isCheck = false;                   ///< whether the server forbids everything
         int signIns = 0;                        ///< how often the server asked for other credentials
         AuthScheme scheme = AuthScheme::None;   ///< of the last attempt
         std::unique_ptr<CurlExchange> exchange; ///< while it runs
@@ -65,11 +62,6 @@ private:
     bool MayStart();
     void Start(qint64 id);
     void OnEnded(qint64 id, HttpResponse&& response);
-    void Finish(qint64 id, HttpResponse&& response);
-
-    /// Whether a forbidden request waits until it is known whether the server now forbids everything.
-    bool Park(qint64 id, const HttpResponse& response);
-    void OnChecked(bool isBlocked);
 
     /// Whether the request continues elsewhere within the origin; if not, the response may say why.
     bool Follow(Pending& pending, HttpResponse& response);
@@ -92,9 +84,6 @@ private:
     CurlLoop loop;
     qint64 lastId = 0;
     std::map<qint64, Pending> requests;
-    std::optional<HttpRequest> allowed;       ///< the first request that was, and that changes nothing
-    std::map<qint64, HttpResponse> forbidden; ///< answers to the requests that wait for the check
-    QElapsedTimer sinceBlock;                 ///< since the server was last found to forbid everything
     std::map<HttpRequest::Lane, std::deque<qint64>> waiting;
     std::map<HttpRequest::Lane, int> runningIn;
     QTimer silenceTimer;

@@ -112,43 +112,6 @@ TEST_F(RetryTest, WhatAnotherTryWouldNotChangeIsNotTried)
     }
 }
 
-/// Forbids everything from the first removal until it has been left alone for a while.
-Misbehaviour BlocksFor(int milliseconds)
-{
-    const auto sinceLast = std::make_shared<QElapsedTimer>();
-    return {[sinceLast, milliseconds](Wire& wire) {
-        const bool isBlocked =
-            sinceLast->isValid() ? !sinceLast->hasExpired(milliseconds) : wire.Request().method == "DELETE";
-        if (isBlocked) {
-            sinceLast->start();
-        }
-        wire.Send((isBlocked ? ServerResponse{403, {}, {}} : wire.Do(wire.Request())).Bytes());
-        wire.Finish();
-    }};
-}
-
-TEST_F(RetryTest, ServerThatForbidsEverythingForAWhileIsLeftAlone)
-{
-    settings.silenceTimeout = 2'000; // half of which it is left alone
-    Client user(settings, server.Password());
-    ASSERT_TRUE(user.SignIn());
-    server.Misbehave(When("*").Always(), BlocksFor(500));
-    EXPECT_TRUE(user.Remove(id)->Succeeds()) << LastReason(user);
-    EXPECT_EQ(server.Count("DELETE"), 2);
-    EXPECT_FALSE(server.Get("a.pdf"));
-}
-
-TEST_F(RetryTest, ServerThatForbidsEverythingForLongIsReported)
-{
-    settings.silenceTimeout = 1'000;
-    Client user(settings, server.Password());
-    ASSERT_TRUE(user.SignIn());
-    server.Misbehave(When("*").Always(), BlocksFor(60'000));
-    EXPECT_TRUE(user.Remove(id)->Fails());
-    EXPECT_THAT(LastReason(user), HasSubstr("too many requests (429"));
-    EXPECT_TRUE(server.Get("a.pdf"));
-}
-
 TEST_F(RetryTest, ServerSaysWhenToComeAgain)
 {
     EXPECT_LT(ShortestTimeWithRetryAfter("0"), 150);
