@@ -34,12 +34,6 @@ public:
     /// Done is called once, from the event loop, within some seconds. Again for a lock that has run out.
     void Acquire(Done done);
 
-    /// The document has gone, and the lock with it.
-    void NoteGone()
-    {
-        token.clear();
-    }
-
     /// It may soon run out, or has done so: what was looked at under it may no longer be true. So it is when this
     /// program, or the computer, has stood still for a while.
     bool HasRunOut() const;

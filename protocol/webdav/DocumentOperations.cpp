@@ -188,9 +188,6 @@ void RemoveOperation::LookWhetherGone(const DavDocument& known, const ChangeResu
 {
     const auto onLooked = [this, known, result](const HttpResponse& response, const std::optional<DavEntry>& entry) {
         if (IsMissing(response.Status())) {
-            if (result.IsDone()) {
-                lock->NoteGone();
-            }
             Succeed(known);
         } else if (!result.IsDone()) {
             Fail(known, result.response);

@@ -120,6 +120,7 @@ protected:
         if (choice < 5) {
             command.verb = "upload";
             command.content = NewContent();
+            underWay[command.name].insert(command.content);
             WriteFile(person.Path(command.name), command.content);
         } else {
             command.verb = choice < 7 ? "download" : choice < 9 ? "remove" : "list";
@@ -225,6 +226,7 @@ protected:
             for (std::size_t index = command.firstSample; index < samples.size(); ++index) {
                 mayBeGone.insert(ContentIn(samples[index], command.name));
             }
+            mayBeGone += underWay[command.name];
         }
         person.listed.remove(command.name);
     }
@@ -340,6 +342,7 @@ protected:
         constexpr int steps = 7;
         for (int step = 0; step < steps && !HasFailure(); ++step) {
             const int choice = Any(6);
+            underWay.clear();
             if (choice == 0) {
                 DoSomethingElse();
             } else if (choice == 1 && cloud->TellsWritersApart()) {
@@ -383,6 +386,7 @@ protected:
     std::unique_ptr<CloudUnderTest> cloud;
     std::vector<std::map<QString, QByteArray>> samples; ///< what was in the cloud, before and after each act
     Contents acknowledged;                              ///< of which somebody was told that they are in the cloud
+    ContentsByName underWay;                            ///< what is sent at the moment
     Contents mayBeGone; ///< somebody who had seen them may have replaced or removed them, or others have
     QStringList story;
     int contents = 0;

@@ -122,10 +122,11 @@ class KilledTransferTest : public ServerCommandsTest {
 protected:
     /// Lets a command fetch the document, and kills it in the middle.
     /// \param folder beginning of the name of the folder that the document arrives in
-    void KillInTheMiddleOf(const QStringList& command, const QString& folder)
+    /// \param size   of the document, in bytes; larger ones are fetched in parts for a preview
+    void KillInTheMiddleOf(const QStringList& command, const QString& folder, int size = 4'000'000)
     {
-        server.Put("report.pdf", QByteArray(4'000'000, 'x'));
-        server.Misbehave(When("GET").Always(), HangsInTheAnswer(2'000'000));
+        server.Put("report.pdf", QByteArray(size, 'x'));
+        server.Misbehave(When("GET").Always(), HangsInTheAnswer(size / 2));
         const auto process = Start(command);
         ASSERT_TRUE(QTest::qWaitFor([&] { return !Leftovers().filter(folder).isEmpty(); }, 60'000));
         process->kill();
@@ -184,7 +185,7 @@ TEST_F(KilledTransferTest, DownloadIsSweptADayLater)
 
 TEST_F(KilledTransferTest, DocumentOfAPreviewIsSweptADayLater)
 {
-    KillInTheMiddleOf({"preview", "report.pdf"}, "/norlis-preview-");
+    KillInTheMiddleOf({"preview", "report.pdf"}, "/norlis-preview-", 400'000);
     ExpectSweptAfterADay();
 }
 

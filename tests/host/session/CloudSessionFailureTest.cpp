@@ -81,17 +81,6 @@ TEST_F(CloudSessionFailureTest, SignOutBetweenHashingAndSendingFailsTheTransfer)
     EXPECT_EQ(asked.count(), 2);
 }
 
-TEST_F(CloudSessionFailureTest, TickOfTheRefreshTimerWhileSignedOutIsNoFailure)
-{
-    protocol->signedIn = false;
-    settings->autoRefresh = true;
-    settings->interval = 1;
-    Reopen();
-    QSignalSpy asked(&session->Cloud(), &AbstractCloudManager::AuthorizationRequired);
-    ASSERT_TRUE(asked.wait());
-    EXPECT_THAT(Events(), IsEmpty());
-}
-
 TEST_F(CloudSessionFailureTest, SignInAndQuotaRequestsReportTheirReason)
 {
     session->Cloud().Authorization("token");

@@ -206,7 +206,7 @@ TEST_F(LargeRemotePreviewTest, PartThatCannotBeFetchedSaysNothingAboutTheDocumen
 
 TEST_F(LargeRemotePreviewTest, DocumentWithoutItsEndIsNotSearchedThrough)
 {
-    const QString id = Put("a.pdf", LargePdf(Qt::red).left(3 * 1024 * 1024));
+    const QString id = Put("a.pdf", LargePdf(Qt::red).left(1024 * 1024) + QByteArray(9 * 1024 * 1024, ' '));
     EXPECT_THAT(ReasonWhyNot(id), HasSubstr("Too much of the document"));
     EXPECT_LE(server.Count("GET"), 24);
     server.ForgetRequests();
