@@ -329,8 +329,11 @@ void DocumentIndex::UpdateList(const Record& record)
     listStorage->NoteChange(id.toStdString());
     const auto guard = lifetime.Watch();
     list->Update(record);
-    const auto known = guard ? entries.find(id) : entries.end();
-    if (guard && known != entries.end() && !known->localPath.isEmpty()) {
+    if (!guard) {
+        return;
+    }
+    const auto known = entries.find(id);
+    if (known != entries.end() && !known->localPath.isEmpty()) {
         known->localHash = listHashes->Told(known->localPath.toStdString());
     }
 }

@@ -28,7 +28,7 @@ public:
         std::string syncHash; ///< as the list knows it
         std::string pictures; ///< paths, each followed by ';'
     };
-    using RestById = std::unordered_map<std::string, Rest>;
+    using RestById = std::unordered_map<std::string, Rest>; ///< by id of the document
 
     /// \param storage where records are kept; shared
     explicit ListStorage(const std::shared_ptr<PDF::Cloud::ICloudInfoStorage>& storage);
@@ -40,7 +40,10 @@ public:
     /// Of all records that ReadAll gave. Afterwards they are known no longer.
     RestById TakeRest();
 
+    /// The document's record differs from the stored one: the list may write it.
     void NoteChange(const std::string& fileId);
+
+    /// Ids of the documents that were noted.
     const std::unordered_set<std::string>& Changed() const;
 
 private:
