@@ -345,7 +345,7 @@ protected:
             underWay.clear();
             if (choice == 0) {
                 DoSomethingElse();
-            } else if (choice == 1 && cloud->TellsWritersApart()) {
+            } else if (choice == 1 && IsThorough() && cloud->TellsWritersApart()) { // others may wait for it for long
                 Stall(people);
             } else {
                 WorkTogether(people);
