@@ -315,6 +315,7 @@ protected:
         const int first = Any(static_cast<int>(people.size()));
         const int count = 1 + Any(static_cast<int>(people.size()));
         std::vector<Command> commands;
+        commands.reserve(static_cast<std::size_t>(count));
         for (int number = 0; number < count; ++number) {
             commands.push_back(StartAny(people[static_cast<std::size_t>(first + number) % people.size()]));
         }
