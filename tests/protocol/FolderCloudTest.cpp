@@ -230,8 +230,7 @@ TEST_F(FolderCloudTest, APrivateFileStaysPrivateInTheCloudAndBack)
 
 TEST_F(FolderCloudTest, ADocumentFromFarAwayTimesHasNoTime)
 {
-    const QTemporaryDir memory(
-        "/dev/shm/norlis-XXXXXX"); // of a file system that knows such times, which not every one does
+    const QTemporaryDir memory("/dev/shm/norlis-XXXXXX"); // not every file system knows such times
     const QString path = memory.filePath("document.pdf");
     WriteFile(path, "content");
     const timespec times[] = {{20'000'000'000, 0}, {20'000'000'000, 0}}; // in the year 2603

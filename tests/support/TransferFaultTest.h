@@ -97,6 +97,17 @@ protected:
         return Local(name);
     }
 
+    /// Whatever the request says.
+    static Misbehaviour OverwritesAnyway()
+    {
+        return {[](Wire& wire) {
+            ServerRequest request = wire.Request();
+            request.headers.Set("Overwrite", "T");
+            wire.Send(wire.Do(request).Bytes());
+            wire.Finish();
+        }};
+    }
+
     /// Of the only request that failed.
     Social::OAuth2::Failure Failure() const
     {

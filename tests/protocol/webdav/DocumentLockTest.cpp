@@ -28,7 +28,7 @@ protected:
     {
         return {[this](Wire& wire) {
             const auto answer = wire.Do(wire.Request());
-            QThread::msleep(600);
+            QThread::msleep(600); // of the server: more than half of what the first lock is granted for
             server.Put("report.pdf", "what somebody else has put there");
             wire.Send(answer.Bytes());
             wire.Finish();

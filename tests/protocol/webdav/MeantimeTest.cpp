@@ -15,16 +15,6 @@ protected:
             wire.Close();
         }};
     }
-
-    static Misbehaviour OverwritesAnyway()
-    {
-        return {[](Wire& wire) {
-            ServerRequest request = wire.Request();
-            request.headers.Set("Overwrite", "T");
-            wire.Send(wire.Do(request).Bytes());
-            wire.Finish();
-        }};
-    }
 };
 
 TEST_F(MeantimeTest, AReplacementThatWasLostIsNotRepeatedOverSomebodysVersion)

@@ -13,17 +13,6 @@ protected:
         return LocalFile("report.pdf", "new");
     }
 
-    /// Whatever the request says.
-    static Misbehaviour OverwritesAnyway()
-    {
-        return {[](Wire& wire) {
-            ServerRequest request = wire.Request();
-            request.headers.Set("Overwrite", "T");
-            wire.Send(wire.Do(request).Bytes());
-            wire.Finish();
-        }};
-    }
-
     /// As some servers put it.
     static Misbehaviour RefusesInsideOfAnAnswer(int status)
     {
