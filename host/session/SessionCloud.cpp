@@ -88,7 +88,7 @@ void SessionCloud::AwaitChange(std::function<void(bool)> done)
 {
     if (adapter) {
         adapter->Protocol().awaitChange(
-            [done](qint64, Social::RequestResult result) { done(result == Social::Success); });
+            [done = std::move(done)](qint64, Social::RequestResult result) { done(result == Social::Success); });
     } else {
         done(false);
     }

@@ -128,7 +128,8 @@ void SessionPreviews::EnqueueStored(const QString& id)
     if (!document || document->storedPreviews == document->shownPreviews || arrived.contains(id)) {
         return;
     }
-    for (const auto size : sizesAtOnce + sizesLater) {
+    const auto sizes = sizesAtOnce + sizesLater;
+    for (const auto size : sizes) {
         if (!document->HasStored(size) || document->Shows(size)) {
             continue;
         }

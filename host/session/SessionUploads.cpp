@@ -199,7 +199,8 @@ void SessionUploads::Send(const UploadPointer& upload)
     upload->isSent = true;
     sentUploads[upload->path] = upload;
     if (upload->isHashExpected) {
-        for (const auto& path : PathsOf(*upload)) {
+        const auto paths = PathsOf(*upload);
+        for (const auto& path : paths) {
             context.hashes.Expect(path);
         }
     }
@@ -219,7 +220,8 @@ bool SessionUploads::End(const UploadPointer& upload)
     uploadsByFile.remove(upload->normalizedPath);
     sentUploads.remove(upload->path);
     if (upload->isHashExpected) {
-        for (const auto& path : PathsOf(*upload)) {
+        const auto paths = PathsOf(*upload);
+        for (const auto& path : paths) {
             context.hashes.StopExpecting(path);
         }
     }
@@ -261,7 +263,8 @@ void SessionUploads::NoteSent(const Social::OAuth2::TransferredFile& file)
     const auto identity = Files::FileIdentity::FromString(file.identity);
     upload->sentHash = file.md5Hash.toStdString();
     upload->sentSize = static_cast<quint64>(identity.size);
-    for (const auto& path : PathsOf(*upload)) {
+    const auto paths = PathsOf(*upload);
+    for (const auto& path : paths) {
         context.hashes.Tell(path, identity, upload->sentHash, file.isLasting);
     }
 }

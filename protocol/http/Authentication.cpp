@@ -51,7 +51,8 @@ QByteArrayList OfferedSchemes(const HttpHead& head)
         if (name != "www-authenticate") {
             continue;
         }
-        for (const QByteArray& part : PartsOf(value)) {
+        const auto parts = PartsOf(value);
+        for (const QByteArray& part : parts) {
             const QByteArray scheme = SchemeIn(part);
             if (!scheme.isEmpty() && !schemes.contains(scheme)) {
                 schemes.append(scheme);

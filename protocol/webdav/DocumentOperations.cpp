@@ -36,7 +36,7 @@ void ListOperation::Start()
             return;
         }
         session->documents = std::move(result.documents);
-        for (const QByteArray& name : result.leftovers) {
+        for (const QByteArray& name : qAsConst(result.leftovers)) {
             session->housekeeper.DeleteFile(name, false);
         }
         End({Success, std::move(result.files), {}, false, result.mayLackDocuments});

@@ -40,19 +40,19 @@ void FileRequests::LookAt(const QByteArray& url, Looked looked)
 
 void FileRequests::LookAgain(const QByteArray& url, int attempts, Looked looked)
 {
-    requests.Send(OnLane(lane, PropFind(url)),
-                  [this, url, attempts, looked = std::move(looked)](HttpResponse&& response) {
-                      const auto entry = EntryOfDepth0(response, SegmentsOfUrl(url).value_or(DavPath()));
-                      if (entry || !IsPassing(response) || attempts == maxLooks) {
-                          looked(response, entry);
-                          return;
-                      }
-                      QTimer::singleShot(pause * attempts, [this, url, attempts, looked, guard = lifetime.Watch()] {
-                          if (guard) {
-                              LookAgain(url, attempts + 1, looked);
-                          }
-                      });
-                  });
+    requests.Send(OnLane(lane, PropFind(url)), [this, url, attempts,
+                                                looked = std::move(looked)](HttpResponse&& response) {
+        const auto entry = EntryOfDepth0(response, SegmentsOfUrl(url).value_or(DavPath()));
+        if (entry || !IsPassing(response) || attempts == maxLooks) {
+            looked(response, entry);
+            return;
+        }
+        QTimer::singleShot(pause * attempts, &session.http, [this, url, attempts, looked, guard = lifetime.Watch()] {
+            if (guard) {
+                LookAgain(url, attempts + 1, looked);
+            }
+        });
+    });
 }
 
 void FileRequests::Move(const QByteArray& from, const QByteArray& to, bool mayOverwrite,

@@ -50,7 +50,7 @@ PreviewFetch::PreviewFetch(const std::shared_ptr<WebDavSession>& session, const 
       document(document),
       done(std::move(done)),
       sink(std::make_shared<DownloadSink>(
-          folder, pool, [this](const HttpHead& head, qint64&) { return CheckResponse(head); },
+          folder, pool, [](const HttpHead& head, qint64&) { return CheckResponse(head); },
           [this](qint64 position) { CheckPosition(position); })),
       requests(session->http)
 {

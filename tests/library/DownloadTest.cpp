@@ -128,7 +128,8 @@ TEST_F(DownloadTest, RecordWithoutCloudPartDoesNotKeepTheOthersOfItsListBack)
 TEST_F(DownloadTest, ManagerMayBeDeletedWhenARecordWithoutCloudPartIsStarted)
 {
     file->GetRedactableCloudInfo().reset();
-    QObject::connect(manager.get(), &NorlisCloudManager::DownloadingStarted, [this] { manager.reset(); });
+    QObject::connect(manager.get(), &NorlisCloudManager::DownloadingStarted, manager.get(),
+                     [this] { manager.reset(); });
     manager->Download({file, RecordOf("doc2")}, directory);
     EXPECT_THAT(Events(), ElementsAre("DownloadingStarted(doc)"));
 }

@@ -377,8 +377,8 @@ private:
         for (const QByteArray& content : qAsConst(acknowledged)) {
             EXPECT_TRUE(there.contains(content) || mayGo.value(content) > 0)
                 << content.toStdString() << " is lost:\n"
-                << Story() << "\nthere is " << there.values().join(", ").toStdString() << "\nin "
-                << cloud.Content().join(", ").toStdString();
+                << Story() << "\nthere is " << QByteArrayList(there.cbegin(), there.cend()).join(", ").toStdString()
+                << "\nin " << cloud.Content().join(", ").toStdString();
         }
     }
 
