@@ -1,5 +1,5 @@
 # What `cmake --install` puts where, by component:
-#   Runtime      the three libraries, and the program that renders previews
+#   Runtime      the four libraries, and the program that renders previews
 #   Development  their headers, and what CMake and pkg-config need to find them
 #   Tools        the programs for a user
 #   TestKit      the static library that tests of a host application link, with its headers
@@ -12,8 +12,9 @@ set(cmakeFiles ${CMAKE_INSTALL_LIBDIR}/cmake/NorlisCloud)
 
 set_target_properties(NorlisContracts PROPERTIES EXPORT_NAME Contracts)
 set_target_properties(NorlisSocial PROPERTIES EXPORT_NAME Social)
+set_target_properties(NorlisHost PROPERTIES EXPORT_NAME Host)
 
-install(TARGETS NorlisContracts NorlisSocial NorlisCloud EXPORT NorlisCloudTargets
+install(TARGETS NorlisContracts NorlisSocial NorlisCloud NorlisHost EXPORT NorlisCloudTargets
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Runtime NAMELINK_COMPONENT Development
     FILE_SET HEADERS DESTINATION ${headers} COMPONENT Development
 )
@@ -45,6 +46,9 @@ norlis_install_pkg_config(norlis-social NorlisSocial
     "The cloud service's protocol object, over folders and WebDAV servers" norlis-contracts "")
 norlis_install_pkg_config(norlis-cloud NorlisCloud
     "Cloud documents for a desktop PDF editor" norlis-contracts norlis-social)
+norlis_install_pkg_config(norlis-host NorlisHost
+    "Cloud documents for a desktop PDF editor, with a record store, hashing, settings and a model for views" "norlis-cloud norlis-social"
+    "")
 
 if(TARGET NorlisTestKit)
     set_target_properties(NorlisTestKit PROPERTIES EXPORT_NAME TestKit)

@@ -36,7 +36,7 @@ set(CPACK_DEBIAN_TOOLS_DESCRIPTION "cloud documents for desktop PDF editors - pr
 Send, list, fetch and remove documents in a folder or on a WebDAV server, from
 a terminal or in a window.")
 # Where the libraries of the runtime package are while that of the tools is made.
-foreach(library NorlisContracts NorlisSocial NorlisCloud)
+foreach(library NorlisContracts NorlisSocial NorlisCloud NorlisHost)
     get_target_property(folder ${library} BINARY_DIR)
     list(APPEND CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${folder})
 endforeach()

@@ -1,4 +1,4 @@
-# norlis_shared_library(<target>): what the three libraries that an editor ships have in common. Their version is the
+# norlis_shared_library(<target>): what the libraries that an editor ships have in common. Their version is the
 # project's, and nothing leaves them but what their headers declare: not even what the compiler instantiates from other
 # libraries' templates.
 function(norlis_shared_library target)

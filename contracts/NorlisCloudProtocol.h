@@ -25,7 +25,7 @@ class NORLIS_SOCIAL_EXPORT NorlisCloudProtocol
       public Protocol<Ability::Auth, Ability::File<NorlisCloudSharingResult>, Ability::Quota, Ability::Preview> {
 public:
     // NOLINTBEGIN(readability-identifier-naming): the names that callers of the protocol use
-    /// Keys of request fields.
+    /// Keys of request fields. The contracts' own library has them: another protocol needs nothing else of this one.
     static const QString ID;                  ///< id of a document
     static const QString FILE_NAME;           ///< local path that a download is written to
     static const QString FILE_SIZE;           ///< bytes, decimal
@@ -112,9 +112,12 @@ public:
     // NOLINTNEXTLINE(readability-identifier-naming)
     void copyMoved(const QString& id, const QString& fromPath, const QString& toPath);
 
-    /// The user has seen the version of a document that was listed last, and wants the copy at the path to replace it.
+    /// The copy at the path may replace the version of a document that was listed last: the user has seen that one, or
+    /// the copy is the same.
+    /// \param md5Hash of the version that is meant: without effect when another one has been listed since. Empty for
+    ///                whichever it is
     // NOLINTNEXTLINE(readability-identifier-naming)
-    void acceptListedVersion(const QString& id, const QString& localPath);
+    void acceptListedVersion(const QString& id, const QString& localPath, const QString& md5Hash = {});
 
     /// @}
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <contracts/AbstractFileManager.h>
+#include <host/Export.h>
 
 #include <QAbstractListModel>
 #include <QPointer>
@@ -15,7 +16,7 @@ namespace Norlis::Host {
 /// list when a view asks, and copies only what the list answers slowly or in part.
 ///
 /// Lives on the thread of the list. When the list goes first, the model is empty.
-class CloudDocumentsModel : public QAbstractListModel {
+class NORLIS_HOST_EXPORT CloudDocumentsModel : public QAbstractListModel {
     Q_OBJECT
 
 public:

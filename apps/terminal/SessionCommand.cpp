@@ -7,28 +7,6 @@
 
 namespace Norlis::Terminal {
 
-namespace {
-
-class RefreshEvery : public PDF::Settings::ICloudAccountSettings {
-public:
-    explicit RefreshEvery(int interval) : interval(interval) {}
-
-    bool IsAutoRefreshEnabled() override
-    {
-        return interval > 0;
-    }
-
-    int GetAutoRefreshInterval() override
-    {
-        return interval;
-    }
-
-private:
-    const int interval;
-};
-
-} // namespace
-
 SessionCommand::SessionCommand(const Environment& environment) : Command(environment) {}
 
 SessionCommand::~SessionCommand() = default;
@@ -83,15 +61,10 @@ QString SessionCommand::DataFolder() const
     return account.DataFolder();
 }
 
-int SessionCommand::RefreshInterval() const
-{
-    return 0;
-}
-
 bool SessionCommand::OpenSession()
 {
     try {
-        session = Host::CloudSession::Open(account, DataFolder(), std::make_shared<RefreshEvery>(RefreshInterval()));
+        session = std::make_unique<Host::CloudSession>(DataFolder(), account.AuthInfo());
     } catch (const std::exception& problem) {
         output.Error(QString::fromUtf8(problem.what()));
         Finish(ExitStatus::failure);

@@ -37,10 +37,6 @@ protected:
     /// Folder for the records and previews of the service.
     virtual QString DataFolder() const;
 
-    /// Milliseconds between two lists that the session asks for by itself, unless the service tells of changes; 0 for
-    /// no such lists.
-    virtual int RefreshInterval() const;
-
     /// Opens the records of the service without contacting the cloud. On failure returns false, after calling Finish.
     bool OpenSession();
 

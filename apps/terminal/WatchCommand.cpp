@@ -8,6 +8,8 @@
 #include <QDateTime>
 #include <QJsonObject>
 
+#include <chrono>
+
 namespace Norlis::Terminal {
 
 WatchCommand::WatchCommand(const Environment& environment) : SessionCommand(environment) {}
@@ -15,11 +17,6 @@ WatchCommand::WatchCommand(const Environment& environment) : SessionCommand(envi
 QString WatchCommand::DataFolder() const
 {
     return SessionCommand::DataFolder() + "/watch";
-}
-
-int WatchCommand::RefreshInterval() const
-{
-    return arguments.interval * 1000;
 }
 
 void WatchCommand::Work()
@@ -30,6 +27,7 @@ void WatchCommand::Work()
     }
     connect(&Session(), &Host::CloudSession::ListRefreshed, this, &WatchCommand::Show);
     Session().Refresh();
+    Session().RefreshEvery(std::chrono::seconds(arguments.interval));
 }
 
 void WatchCommand::OnFailed(const Host::CloudProblem& problem)

@@ -17,8 +17,6 @@ protected:
     /// The records are locked while a session is open: the watch has its own, so that other commands can run.
     QString DataFolder() const override;
 
-    int RefreshInterval() const override;
-
     void Work() override;
     void OnFailed(const Host::CloudProblem& problem) override;
 

@@ -14,6 +14,8 @@
 
 #include <glog/logging.h>
 
+#include <chrono>
+
 namespace Norlis::Window {
 
 using Host::CloudSession;
@@ -25,18 +27,7 @@ namespace Key {
 const auto geometry = QStringLiteral("window/geometry");
 } // namespace Key
 
-class RefreshEveryMinute : public PDF::Settings::ICloudAccountSettings {
-public:
-    bool IsAutoRefreshEnabled() override
-    {
-        return true;
-    }
-
-    int GetAutoRefreshInterval() override
-    {
-        return 60 * 1000;
-    }
-};
+constexpr auto refreshInterval = std::chrono::minutes(1);
 
 } // namespace
 
@@ -104,7 +95,8 @@ bool MainWindow::OpenSession(const Host::CloudAccount& wanted)
 {
     CloseSession();
     try {
-        session = Host::CloudSession::Open(wanted, wanted.DataFolder(), std::make_shared<RefreshEveryMinute>());
+        session = std::make_unique<CloudSession>(wanted.DataFolder(), wanted.AuthInfo());
+        session->RefreshEvery(refreshInterval);
     } catch (const std::exception& problem) {
         AskForService(wanted.Service());
         welcome->ShowProblem(tr("The documents cannot be shown."), QString::fromUtf8(problem.what()));

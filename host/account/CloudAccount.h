@@ -3,13 +3,14 @@
 #include "CloudAccountSettings.h"
 
 #include <contracts/OAuth2.h>
+#include <host/Export.h>
 
 #include <memory>
 
 namespace Norlis::Host {
 
 /// One service, and all that it takes to sign in there. Used on one thread.
-class CloudAccount {
+class NORLIS_HOST_EXPORT CloudAccount {
 public:
     /// \param settings where the account is remembered; shared
     /// \param service  what ServiceAddress gave; empty when there is none yet

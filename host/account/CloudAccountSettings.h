@@ -1,5 +1,7 @@
 #pragma once
 
+#include <host/Export.h>
+
 #include <QSettings>
 #include <QString>
 #include <QUrl>
@@ -17,7 +19,7 @@ struct ServiceAccess {
 ///
 /// Settings stand in `settings.ini`; tokens stand apart, one file per service. All of it is readable for the user
 /// alone. Used on one thread.
-class CloudAccountSettings {
+class NORLIS_HOST_EXPORT CloudAccountSettings {
 public:
     /// \param folder created when missing, private to the user. One that is there keeps its permissions.
     /// Throws std::runtime_error when it cannot be used, or when other users may write to it.

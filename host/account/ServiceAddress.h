@@ -1,5 +1,7 @@
 #pragma once
 
+#include <host/Export.h>
+
 #include <QString>
 #include <QUrl>
 
@@ -9,20 +11,20 @@ namespace Norlis::Host {
 /// in the form in which it is remembered, whose path ends in a slash.
 /// \param user who signs in to the server; empty leaves it to the address
 /// Throws std::invalid_argument with a text for the user. It repeats no password.
-QUrl ServiceAddress(const QString& text, const QString& user = {});
+NORLIS_HOST_EXPORT QUrl ServiceAddress(const QString& text, const QString& user = {});
 
 /// The percent-encoded path of a service without "." and ".." (RFC 3986, 5.2.4), with one slash between its segments
 /// and at its end. What QUrl has for this loses segments as short as ".a", and takes no brackets.
-QString NormalizedPath(const QString& path);
+NORLIS_HOST_EXPORT QString NormalizedPath(const QString& path);
 
 /// Whether a service needs no token.
-bool IsFolder(const QUrl& service);
+NORLIS_HOST_EXPORT bool IsFolder(const QUrl& service);
 
 /// The service as the user knows it: a path or an address.
-QString ServiceText(const QUrl& service);
+NORLIS_HOST_EXPORT QString ServiceText(const QUrl& service);
 
 /// The service as one word of a command line, which names it again: what a shell would take for something else is
 /// percent-encoded or quoted.
-QString ServiceWord(const QUrl& service);
+NORLIS_HOST_EXPORT QString ServiceWord(const QUrl& service);
 
 } // namespace Norlis::Host

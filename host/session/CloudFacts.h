@@ -1,6 +1,7 @@
 #pragma once
 
 #include <contracts/FileInfo.h>
+#include <host/Export.h>
 
 #include <QDateTime>
 
@@ -9,7 +10,7 @@
 namespace Norlis::Host {
 
 /// What a files list tells of a document.
-struct CloudFacts {
+struct NORLIS_HOST_EXPORT CloudFacts {
     CloudFacts() = default;
     explicit CloudFacts(PDF::FileInfo::CloudInfo cloudInfo);
 

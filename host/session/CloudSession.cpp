@@ -10,11 +10,12 @@
 #include "SessionRemovals.h"
 #include "SessionUploads.h"
 
-#include <host/account/CloudAccount.h>
+#include <base/Lifetime.h>
 
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QPointer>
 #include <QTimer>
 
 #include <glog/logging.h>
@@ -24,25 +25,10 @@
 namespace Norlis::Host {
 
 using PDF::Cloud::ICloudProtocol;
-using Settings = PDF::Settings::ICloudAccountSettings;
 
 namespace {
 
 constexpr qint64 sliceMilliseconds = 6; // with the last step less than half a frame, so the loop stays free for input
-
-/// For the cloud manager: SessionLists refreshes.
-class NoAutoRefresh : public Settings {
-public:
-    bool IsAutoRefreshEnabled() override
-    {
-        return false;
-    }
-
-    int GetAutoRefreshInterval() override
-    {
-        return 0;
-    }
-};
 
 QString ReadyFolder(const QString& folder)
 {
@@ -58,8 +44,7 @@ QString ReadyFolder(const QString& folder)
 
 class CloudSession::Private {
 public:
-    Private(CloudSession& session, const QString& dataFolder, const std::shared_ptr<ICloudProtocol>& protocol,
-            const std::shared_ptr<Settings>& settings);
+    Private(CloudSession& session, const QString& dataFolder, const std::shared_ptr<ICloudProtocol>& protocol);
     ~Private();
 
     /// Cancels what is running, saves the list and ends the service. Throws std::runtime_error when the list cannot be
@@ -70,6 +55,7 @@ public:
 
     const std::shared_ptr<LocalFileSystem> fileSystem = std::make_shared<LocalFileSystem>();
     const std::shared_ptr<Md5HashCalculator> hashes;
+    const PictureFolder pictures;
     DocumentIndex documents;
     SessionCloud cloud;
     ChangeJournal journal;
@@ -85,15 +71,15 @@ public:
 };
 
 CloudSession::Private::Private(CloudSession& session, const QString& dataFolder,
-                               const std::shared_ptr<ICloudProtocol>& protocol,
-                               const std::shared_ptr<Settings>& settings)
+                               const std::shared_ptr<ICloudProtocol>& protocol)
     : hashes(std::make_shared<Md5HashCalculator>(dataFolder + "/hashes.sqlite")),
-      documents(dataFolder + "/documents.sqlite", fileSystem, hashes),
-      cloud(session, protocol, hashes, fileSystem, std::make_shared<NoAutoRefresh>()),
-      context{session, cloud, documents, journal, *hashes, *fileSystem},
+      pictures(dataFolder + "/pictures"),
+      documents(dataFolder + "/documents.sqlite", pictures, fileSystem, hashes),
+      cloud(session, protocol, hashes, fileSystem, pictures),
+      context{session, cloud, documents, pictures, journal, *hashes, *fileSystem},
       downloads(context, dataFolder + "/downloads"),
       merge(context, [this] { slices.start(); }),
-      lists(context, merge, *settings),
+      lists(context, merge),
       previews(context, [this] { slices.start(); })
 {
     slices.setInterval(0);
@@ -133,45 +119,32 @@ void CloudSession::Private::WorkForASlice()
     }
 }
 
-CloudSession::CloudSession(const QString& dataFolder, const Social::OAuth2::AuthInfo& authInfo,
-                           const std::shared_ptr<Settings>& settings)
+CloudSession::CloudSession(const QString& dataFolder, const Social::OAuth2::AuthInfo& authInfo)
 {
     qRegisterMetaType<CloudProblem>();
     ReadyFolder(dataFolder);
     auto completed = authInfo;
     completed.cacheFolder = dataFolder + "/previews";
     completed.dataFolder = dataFolder;
-    completed.onFailure = [this, guard = lifetime.Watch()](const Social::OAuth2::Failure& failure) {
-        if (guard) {
-            NoteFailure(failure);
+    completed.onFailure = [session = QPointer(this)](const Social::OAuth2::Failure& failure) {
+        if (session) {
+            session->NoteFailure(failure);
         }
     };
-    completed.onTransferred = [this, guard = lifetime.Watch()](const Social::OAuth2::TransferredFile& file) {
-        if (guard && d) {
-            d->uploads.NoteSent(file);
-            d->downloads.NoteArrived(file);
+    completed.onTransferred = [session = QPointer(this)](const Social::OAuth2::TransferredFile& file) {
+        if (session && session->d) {
+            session->d->uploads.NoteSent(file);
+            session->d->downloads.NoteArrived(file);
         }
     };
     const auto protocol = std::make_shared<ProtocolAdapter>(completed, "Norlis");
-    d = std::make_unique<Private>(*this, dataFolder, protocol, settings);
+    d = std::make_unique<Private>(*this, dataFolder, protocol);
 }
 
-CloudSession::CloudSession(const QString& dataFolder, const std::shared_ptr<ICloudProtocol>& protocol,
-                           const std::shared_ptr<Settings>& settings)
+CloudSession::CloudSession(const QString& dataFolder, const std::shared_ptr<ICloudProtocol>& protocol)
 {
     qRegisterMetaType<CloudProblem>();
-    d = std::make_unique<Private>(*this, ReadyFolder(dataFolder), protocol, settings);
-}
-
-std::unique_ptr<CloudSession> CloudSession::Open(const CloudAccount& account, const QString& dataFolder,
-                                                 const std::shared_ptr<Settings>& settings)
-{
-    // The library stores previews in the folder for temporary files. They shall outlive the next cleaning
-    // of that folder, and nobody else shall see them.
-    const QString pictures = dataFolder + "/pictures";
-    QDir().mkpath(pictures);
-    qputenv("TMPDIR", QFile::encodeName(pictures));
-    return std::make_unique<CloudSession>(dataFolder, account.AuthInfo(), settings);
+    d = std::make_unique<Private>(*this, ReadyFolder(dataFolder), protocol);
 }
 
 CloudSession::~CloudSession()
@@ -277,6 +250,11 @@ void CloudSession::ShowPreviews(const QStringList& ids)
 void CloudSession::FetchPreviews(const QString& id)
 {
     d->previews.Fetch(id);
+}
+
+void CloudSession::RefreshEvery(std::chrono::milliseconds interval)
+{
+    d->lists.RefreshEvery(interval);
 }
 
 void CloudSession::Refresh()

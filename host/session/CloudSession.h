@@ -1,21 +1,20 @@
 #pragma once
 
-#include <base/Lifetime.h>
 #include <contracts/AbstractCloudManager.h>
 #include <contracts/AbstractFileManager.h>
-#include <contracts/ICloudAccountSettings.h>
 #include <contracts/ICloudProtocol.h>
 #include <contracts/OAuth2.h>
+#include <host/Export.h>
 
 #include <QHash>
 #include <QObject>
 #include <QStringList>
 
+#include <chrono>
 #include <memory>
 
 namespace Norlis::Host {
 
-class CloudAccount;
 struct CloudFacts;
 
 /// Why something failed, ready to be shown.
@@ -44,29 +43,19 @@ struct CloudProblem {
 ///
 /// Lives on one thread with an event loop. Destroying the session cancels what is running, saves the list and emits
 /// nothing.
-class CloudSession : public QObject {
+class NORLIS_HOST_EXPORT CloudSession : public QObject {
     Q_OBJECT
 
 public:
     /// \param dataFolder where what is known of this service is kept, private to the user; created when missing
     /// \param authInfo   the service; `cacheFolder` and `onFailure` are set by the session
-    /// \param settings   automatic refresh: at the interval, or, where the service tells of changes, after these
     /// Throws std::runtime_error, with a text for the user, when the records cannot be read, and std::invalid_argument
     /// when there is no such service.
-    CloudSession(const QString& dataFolder, const Social::OAuth2::AuthInfo& authInfo,
-                 const std::shared_ptr<PDF::Settings::ICloudAccountSettings>& settings);
+    CloudSession(const QString& dataFolder, const Social::OAuth2::AuthInfo& authInfo);
 
     /// As above, over another protocol, which calls NoteFailure to tell why a request failed.
-    CloudSession(const QString& dataFolder, const std::shared_ptr<PDF::Cloud::ICloudProtocol>& protocol,
-                 const std::shared_ptr<PDF::Settings::ICloudAccountSettings>& settings);
+    CloudSession(const QString& dataFolder, const std::shared_ptr<PDF::Cloud::ICloudProtocol>& protocol);
     ~CloudSession() override;
-
-    /// A session of an account. One of a process at a time: the folder for temporary files, in which the library stores
-    /// previews, becomes one of the session's own.
-    /// \param dataFolder the account's, or another one for a second list of the same service
-    /// Throws as the constructor does, and as CloudAccount::AuthInfo.
-    static std::unique_ptr<CloudSession> Open(const CloudAccount& account, const QString& dataFolder,
-                                              const std::shared_ptr<PDF::Settings::ICloudAccountSettings>& settings);
 
     /// The list, for views. Change it through the session only. It finds a document by an index at once, but by an id
     /// it goes through all documents before it.
@@ -143,6 +132,10 @@ public:
     /// a new one is there.
     void Refresh();
 
+    /// Refreshes at this interval while somebody is signed in, or, where the service tells of changes, after these.
+    /// Zero ends that; it is how a session begins.
+    void RefreshEvery(std::chrono::milliseconds interval);
+
     /// Writes the list to disk now and closes the store, as destruction does, but reports what went wrong: throws
     /// std::runtime_error. Nothing else may be called afterwards.
     void SaveAndClose();
@@ -188,7 +181,6 @@ signals:
 private:
     class Private;
     std::unique_ptr<Private> d;
-    Lifetime lifetime;
 };
 
 } // namespace Norlis::Host

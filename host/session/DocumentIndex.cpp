@@ -38,32 +38,6 @@ void SetSize(FileInfo& record, quint64 size)
     cloudInfo.SetPreviewsSet(previews);
 }
 
-/// As the list stores them, those of this document and no others.
-QString StoredPath(const QString& id, FileInfo::PreviewSize size)
-{
-    return PDF::Cloud::PreviewPath(id, size) + ';';
-}
-
-unsigned PicturesIn(const std::string& stored, const QString& id)
-{
-    unsigned bits = 0;
-    if (!stored.empty()) {
-        const auto text = QString::fromStdString(stored);
-        for (const auto& [size, edge] : PDF::Cloud::previewPixelSizes) {
-            bits |= text.contains(StoredPath(id, size)) ? Bit(size) : 0;
-        }
-    }
-    return bits;
-}
-
-/// The cloud manager keeps its previews for ever.
-void DeletePreview(const QString& id, FileInfo::PreviewSize size)
-{
-    if (!id.contains('/')) { // which may lead out of the folder
-        QFile::remove(PDF::Cloud::PreviewPath(id, size));
-    }
-}
-
 KeptCopy CopyOf(FileInfo& record)
 {
     return {record.GetPath().utf8string(), record.GetId(), record.GetRedactableCloudInfo()->GetFileName(),
@@ -93,9 +67,28 @@ DocumentIndex::Entry DocumentIndex::EntryOf(const Record& record)
     return entry;
 }
 
-DocumentIndex::DocumentIndex(const QString& file, const std::shared_ptr<LocalFileSystem>& fileSystem,
+QString DocumentIndex::StoredPath(const QString& id, Size size) const
+{
+    return pictures.PathOf(id, size) + ';';
+}
+
+unsigned DocumentIndex::PicturesIn(const std::string& stored, const QString& id) const
+{
+    unsigned bits = 0;
+    if (!stored.empty()) {
+        const auto text = QString::fromStdString(stored);
+        for (const auto& [size, edge] : PDF::Cloud::previewPixelSizes) {
+            bits |= text.contains(StoredPath(id, size)) ? Bit(size) : 0;
+        }
+    }
+    return bits;
+}
+
+DocumentIndex::DocumentIndex(const QString& file, const PictureFolder& pictures,
+                             const std::shared_ptr<LocalFileSystem>& fileSystem,
                              const std::shared_ptr<Md5HashCalculator>& hashes)
-    : hashes(hashes),
+    : pictures(pictures),
+      hashes(hashes),
       storage(std::make_shared<SqliteCloudInfoStorage>(file)),
       listStorage(std::make_shared<ListStorage>(storage)),
       listHashes(std::make_shared<ListHashes>(hashes)),
@@ -143,14 +136,14 @@ void DocumentIndex::StoreTheRest()
         if (!entry) {
             continue;
         }
-        QString pictures;
+        QString paths;
         for (const auto& [size, edge] : PDF::Cloud::previewPixelSizes) {
-            pictures += entry->HasStored(size) ? StoredPath(id, size) : QString();
+            paths += entry->HasStored(size) ? StoredPath(id, size) : QString();
         }
         const auto modifiedAt = entry->facts.modifiedAt.toUTC().toString(Qt::TextDate);
         listStorage->SetValue(documentId, RecordKey::fileHash, entry->facts.hash);
         listStorage->SetValue(documentId, RecordKey::modifiedTime, modifiedAt.toStdString());
-        listStorage->SetValue(documentId, RecordKey::previewPath, pictures.toStdString());
+        listStorage->SetValue(documentId, RecordKey::previewPath, paths.toStdString());
     }
 }
 
@@ -413,7 +406,7 @@ void DocumentIndex::NoteStored(const QString& id, Size size)
 void DocumentIndex::DropPreview(const QString& id, Size size)
 {
     entries[id].storedPreviews &= ~Bit(size);
-    DeletePreview(id, size);
+    pictures.Delete(id, size);
     listStorage->NoteChange(id.toStdString());
 }
 
@@ -421,7 +414,7 @@ void DocumentIndex::DropPreviews(const QString& id, Entry& entry)
 {
     for (const auto& [size, edge] : PDF::Cloud::previewPixelSizes) {
         if (entry.HasStored(size)) {
-            DeletePreview(id, size);
+            pictures.Delete(id, size);
         }
     }
     entry.storedPreviews = 0;
@@ -457,7 +450,7 @@ void DocumentIndex::Forget(const QString& id)
     SetEntry(id, {});
     entries.remove(id);
     for (const auto& [size, edge] : PDF::Cloud::previewPixelSizes) {
-        DeletePreview(id, size);
+        pictures.Delete(id, size);
     }
 }
 

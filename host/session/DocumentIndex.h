@@ -3,6 +3,7 @@
 #include "CloudFacts.h"
 #include "KeptCopies.h"
 #include "ListHashes.h"
+#include "PictureFolder.h"
 
 #include <base/Lifetime.h>
 #include <host/store/ListStorage.h>
@@ -45,10 +46,11 @@ public:
         bool Shows(Size size) const;
     };
 
-    /// \param file where the records are kept
+    /// \param file     where the records are kept
+    /// \param pictures must outlive this
     /// Throws std::runtime_error, with a text for the user, when they cannot be read.
-    DocumentIndex(const QString& file, const std::shared_ptr<LocalFileSystem>& fileSystem,
-                  const std::shared_ptr<Md5HashCalculator>& hashes);
+    DocumentIndex(const QString& file, const PictureFolder& pictures,
+                  const std::shared_ptr<LocalFileSystem>& fileSystem, const std::shared_ptr<Md5HashCalculator>& hashes);
 
     /// Writes the list to disk. Throws std::runtime_error when it cannot be saved. Nothing but this may be called
     /// afterwards.
@@ -150,6 +152,10 @@ public:
 
 private:
     static Entry EntryOf(const Record& record);
+
+    /// The path of a picture as the list stores it, among those of this document and no others.
+    QString StoredPath(const QString& id, Size size) const;
+    unsigned PicturesIn(const std::string& stored, const QString& id) const;
     const KeptCopy* KeptCopyOf(const Record& record) const;
     void SetEntry(const QString& id, const Entry& entry);
     void TakeOut(const QString& id);
@@ -167,6 +173,7 @@ private:
     /// loop.
     void LookAgain(const QString& id);
 
+    const PictureFolder& pictures;
     const std::shared_ptr<Md5HashCalculator> hashes;
     const std::shared_ptr<SqliteCloudInfoStorage> storage;
     const std::shared_ptr<ListStorage> listStorage;

@@ -150,6 +150,7 @@ void ListMerge::Update(const QString& id, const Record& fresh, bool isSameVersio
         // Up to date after all: a program that is killed after a transfer has not saved that, and the next change, here
         // or in the cloud, would pass for one on both sides. An update does not carry it.
         completed->SetPath(path, cloudHash, cloudHash);
+        context.cloud.AcceptListedVersion(id, ToText(path), cloudHash);
         context.documents.Replace(completed);
     } else {
         context.documents.Update(completed, isSameVersion);

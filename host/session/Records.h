@@ -1,6 +1,7 @@
 #pragma once
 
 #include <contracts/FileInfo.h>
+#include <host/Export.h>
 
 #include <QString>
 
@@ -8,20 +9,20 @@ namespace Norlis::Host {
 
 // Of a document's record, whose own getters are not const.
 
-QString IdOf(const PDF::FileInfo& record);
+NORLIS_HOST_EXPORT QString IdOf(const PDF::FileInfo& record);
 
 /// The name of the cloud copy.
-QString NameOf(const PDF::FileInfo& record);
+NORLIS_HOST_EXPORT QString NameOf(const PDF::FileInfo& record);
 
 /// Where a service does not know the MD5 of a document, a text that stands for its version is in its place.
-bool IsMd5(const std::string& cloudHash);
+NORLIS_HOST_EXPORT bool IsMd5(const std::string& cloudHash);
 
 /// Replaces the hash of the cloud copy and nothing else.
 void SetCloudHash(PDF::FileInfo& record, const std::string& cloudHash);
 
 // Between the paths of records and those of Qt.
 
-ioPath ToPath(const QString& text);
-QString ToText(const ioPath& path);
+NORLIS_HOST_EXPORT ioPath ToPath(const QString& text);
+NORLIS_HOST_EXPORT QString ToText(const ioPath& path);
 
 } // namespace Norlis::Host

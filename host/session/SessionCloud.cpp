@@ -1,6 +1,7 @@
 #include "SessionCloud.h"
 
 #include "ProtocolAdapter.h"
+#include "Records.h"
 
 namespace Norlis::Host {
 
@@ -25,12 +26,11 @@ Failure FailureOf(const QString& what, const QString& document, const QString& r
 
 SessionCloud::SessionCloud(CloudSession& session, const std::shared_ptr<ICloudProtocol>& protocol,
                            const std::shared_ptr<PDF::IHashCalculator>& hashes,
-                           const std::shared_ptr<PDF::IFileSystem>& fileSystem,
-                           const std::shared_ptr<PDF::Settings::ICloudAccountSettings>& settings)
+                           const std::shared_ptr<PDF::IFileSystem>& fileSystem, const PictureFolder& pictures)
     : session(session),
       protocol(protocol),
       adapter(dynamic_cast<ProtocolAdapter*>(protocol.get())),
-      manager(std::make_unique<SessionCloudManager>(protocol, hashes, fileSystem, settings))
+      manager(std::make_unique<SessionCloudManager>(protocol, hashes, fileSystem, pictures))
 {
     // Nobody else in the session requests these.
     connect(manager.get(), &AbstractCloudManager::AuthorizationFailed, this,
@@ -72,10 +72,11 @@ void SessionCloud::NoteCopyMoved(const QString& id, const QString& fromPath, con
     }
 }
 
-void SessionCloud::AcceptListedVersion(const QString& id, const QString& localPath)
+void SessionCloud::AcceptListedVersion(const QString& id, const QString& localPath, const std::string& cloudHash)
 {
     if (adapter) {
-        adapter->Protocol().acceptListedVersion(id, localPath);
+        const auto md5Hash = IsMd5(cloudHash) ? QString::fromStdString(cloudHash) : QString();
+        adapter->Protocol().acceptListedVersion(id, localPath, md5Hash);
     }
 }
 

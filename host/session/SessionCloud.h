@@ -24,8 +24,7 @@ public:
 
     SessionCloud(CloudSession& session, const std::shared_ptr<PDF::Cloud::ICloudProtocol>& protocol,
                  const std::shared_ptr<PDF::IHashCalculator>& hashes,
-                 const std::shared_ptr<PDF::IFileSystem>& fileSystem,
-                 const std::shared_ptr<PDF::Settings::ICloudAccountSettings>& settings);
+                 const std::shared_ptr<PDF::IFileSystem>& fileSystem, const PictureFolder& pictures);
 
     /// Cancels what is running; nothing is emitted. Returns the protocol, whose destruction may wait for the service.
     /// Nothing but this may be called afterwards.
@@ -47,7 +46,8 @@ public:
     void NoteCopyMoved(const QString& id, const QString& fromPath, const QString& toPath);
 
     /// See NorlisCloudProtocol::acceptListedVersion.
-    void AcceptListedVersion(const QString& id, const QString& localPath);
+    /// \param cloudHash of the version that is meant, as the list tells it
+    void AcceptListedVersion(const QString& id, const QString& localPath, const std::string& cloudHash);
 
     /// See NorlisCloudProtocol::mayListLackDocuments.
     bool MayListLackDocuments() const;

@@ -16,6 +16,7 @@ struct SessionContext {
     CloudSession& session; ///< emits how requests end
     SessionCloud& cloud;
     DocumentIndex& documents;
+    const PictureFolder& pictures;
     ChangeJournal& journal;
     Md5HashCalculator& hashes;
     LocalFileSystem& fileSystem;

@@ -235,7 +235,7 @@ void SessionDownloads::Place(const DownloadPointer& download)
     download->place = NormalizedTarget(download);
     const auto placed = Files::FileIdentity::OfPath(download->target);
     if (isTold && placed.HasContentOf(arrived)) {
-        context.hashes.Tell(download->place, placed, download->hash, download->isArrivedLasting);
+        context.hashes.Tell(download->place, placed.ToString(), download->hash, download->isArrivedLasting);
         Complete(download);
     } else {
         context.hashes.Prepare({download->target}, this, [this, download] { Complete(download); });

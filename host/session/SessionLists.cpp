@@ -12,11 +12,7 @@ constexpr int catchUpInterval = 500; // milliseconds
 
 } // namespace
 
-SessionLists::SessionLists(const SessionContext& context, ListMerge& merge,
-                           PDF::Settings::ICloudAccountSettings& settings)
-    : context(context),
-      merge(merge),
-      isAutomatic(settings.IsAutoRefreshEnabled())
+SessionLists::SessionLists(const SessionContext& context, ListMerge& merge) : context(context), merge(merge)
 {
     const auto& manager = context.cloud.Manager();
     connect(&manager, &AbstractCloudManager::RetrievingFilesListStarted, this, &SessionLists::OnStarted);
@@ -29,9 +25,18 @@ SessionLists::SessionLists(const SessionContext& context, ListMerge& merge,
     catchUp.setSingleShot(true);
     catchUp.setInterval(catchUpInterval);
     connect(&catchUp, &QTimer::timeout, this, &SessionLists::CatchUp);
+}
+
+void SessionLists::RefreshEvery(std::chrono::milliseconds interval)
+{
+    isAutomatic = interval > interval.zero();
     if (isAutomatic) {
-        poll.setInterval(settings.GetAutoRefreshInterval());
+        poll.setInterval(interval);
         StartPolling();
+    } else {
+        poll.stop();
+        catchUp.stop();
+        isOutdated = false;
     }
 }
 
@@ -92,7 +97,7 @@ void SessionLists::AwaitChange()
             return;
         }
         isAwaitingChange = false;
-        if (hasChanged) {
+        if (hasChanged && isAutomatic) {
             isOutdated = true;
             CatchUp();
         } else {

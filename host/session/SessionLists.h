@@ -4,10 +4,11 @@
 #include "SessionContext.h"
 
 #include <base/Lifetime.h>
-#include <contracts/ICloudAccountSettings.h>
 
 #include <QQueue>
 #include <QTimer>
+
+#include <chrono>
 
 namespace Norlis::Host {
 
@@ -18,7 +19,10 @@ namespace Norlis::Host {
 class SessionLists : public QObject {
 public:
     /// \param merge must outlive this
-    SessionLists(const SessionContext& context, ListMerge& merge, PDF::Settings::ICloudAccountSettings& settings);
+    SessionLists(const SessionContext& context, ListMerge& merge);
+
+    /// See CloudSession::RefreshEvery.
+    void RefreshEvery(std::chrono::milliseconds interval);
 
     void Refresh();
 
@@ -42,7 +46,7 @@ private:
     const SessionContext context;
     ListMerge& merge;
     QQueue<ChangeJournal::Time> requestedAt;
-    const bool isAutomatic;
+    bool isAutomatic = false;
     bool isAwaitingChange = false; ///< the service will tell
     bool isOutdated = false;       ///< it has told of a change since the last list was requested
     QTimer poll;                   ///< runs where it does not tell

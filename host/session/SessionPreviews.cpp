@@ -133,7 +133,7 @@ void SessionPreviews::EnqueueStored(const QString& id)
         if (!document->HasStored(size) || document->Shows(size)) {
             continue;
         }
-        if (QFile::exists(PDF::Cloud::PreviewPath(id, size))) {
+        if (QFile::exists(context.pictures.PathOf(id, size))) {
             Enqueue(id, {size, false});
         } else {
             context.documents.DropPreview(id, size);
@@ -202,7 +202,7 @@ void SessionPreviews::PutIntoList(const QString& id, const Previews& previews)
     }
     std::map<Size, ioPath> paths;
     for (const auto& preview : qAsConst(fresh)) {
-        paths[preview.size] = ToPath(PDF::Cloud::PreviewPath(id, preview.size));
+        paths[preview.size] = ToPath(context.pictures.PathOf(id, preview.size));
     }
     context.documents.ShowPreviews(held, paths);
     for (const auto& preview : qAsConst(fresh)) {

@@ -84,7 +84,7 @@ void SessionUploads::StartChanges(const QString& id, bool isNewerSeen)
     upload->document = id;
     if (isNewerSeen) {
         // Now: while the file is read, a list may come that shows yet another version.
-        context.cloud.AcceptListedVersion(id, upload->path);
+        context.cloud.AcceptListedVersion(id, upload->path, held->GetRedactableCloudInfo()->GetMd5Hash());
     }
     AskToSignIn();
     Enter(upload);
@@ -265,7 +265,7 @@ void SessionUploads::NoteSent(const Social::OAuth2::TransferredFile& file)
     upload->sentSize = static_cast<quint64>(identity.size);
     const auto paths = PathsOf(*upload);
     for (const auto& path : paths) {
-        context.hashes.Tell(path, identity, upload->sentHash, file.isLasting);
+        context.hashes.Tell(path, file.identity, upload->sentHash, file.isLasting);
     }
 }
 

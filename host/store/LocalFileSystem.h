@@ -1,11 +1,12 @@
 #pragma once
 
 #include <contracts/IFileSystem.h>
+#include <host/Export.h>
 
 namespace Norlis::Host {
 
 /// The local file system.
-class LocalFileSystem : public PDF::IFileSystem {
+class NORLIS_HOST_EXPORT LocalFileSystem : public PDF::IFileSystem {
 public:
     /// Whether there is a file (not a folder) at the path.
     bool Exists(const ioPath& path) override;

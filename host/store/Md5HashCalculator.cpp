@@ -178,8 +178,9 @@ void Md5HashCalculator::StopExpecting(const QString& path)
     d->expected.erase(path.toStdString());
 }
 
-void Md5HashCalculator::Tell(const QString& path, const FileIdentity& identity, const std::string& hash, bool isLasting)
+void Md5HashCalculator::Tell(const QString& path, const QString& identityText, const std::string& hash, bool isLasting)
 {
+    const auto identity = FileIdentity::FromString(identityText);
     const auto bytes = path.toStdString();
     d->expected.erase(bytes);
     d->passing.erase(bytes);

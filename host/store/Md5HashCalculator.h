@@ -1,7 +1,7 @@
 #pragma once
 
 #include <contracts/IHashCalculator.h>
-#include <files/FileIdentity.h>
+#include <host/Export.h>
 
 #include <QObject>
 #include <QString>
@@ -16,7 +16,7 @@ namespace Norlis::Host {
 ///
 /// The hash of a file is cached for as long as its size, its time stamps and its inode stay the same; with a cache file
 /// it survives restarts too.
-class Md5HashCalculator : public PDF::IHashCalculator {
+class NORLIS_HOST_EXPORT Md5HashCalculator : public PDF::IHashCalculator {
 public:
     /// \param cacheFile SQLite file for hashes; empty for none. One that is damaged is made anew, one that cannot be
     ///                  used is done without.
@@ -33,9 +33,9 @@ public:
     void StopExpecting(const QString& path);
 
     /// The hash of a file that somebody else has read.
-    /// \param identity  of the file when every byte of it had been seen
+    /// \param identity  of the file when every byte of it had been seen, in the form of Social::OAuth2::TransferredFile
     /// \param isLasting whether every later write gives it another identity; else it is read once more, some time later
-    void Tell(const QString& path, const Files::FileIdentity& identity, const std::string& hash, bool isLasting);
+    void Tell(const QString& path, const QString& identity, const std::string& hash, bool isLasting);
 
     /// Which files are read.
     enum class Reading {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <contracts/ICloudInfoStorage.h>
+#include <host/Export.h>
 
 #include <QString>
 
@@ -26,7 +27,7 @@ struct KeptCopy {
 /// Several programs may have the file open. Each can read at any time, and they take turns at writing. What a program
 /// writes as it has read it is left out, so that saving all records takes nothing back that another one has changed
 /// since.
-class SqliteCloudInfoStorage : public PDF::Cloud::ICloudInfoStorage {
+class NORLIS_HOST_EXPORT SqliteCloudInfoStorage : public PDF::Cloud::ICloudInfoStorage {
 public:
     /// Opens the file and creates it when it is missing. Throws std::runtime_error, saying what is wrong and what to
     /// do, when it is not a record store, is damaged, or was written by a newer version; the file is left as it is

@@ -135,7 +135,7 @@ Reply FolderService::Handle(const Request::CopyMoved& request)
 
 Reply FolderService::Handle(const Request::AcceptVersion& request)
 {
-    seen.Accept(request.document, request.localPath);
+    seen.Accept(request.document, request.localPath, request.md5Hash);
     return {};
 }
 

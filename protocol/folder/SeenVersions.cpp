@@ -45,10 +45,10 @@ void SeenVersions::Pass(const QString& id, const QString& localPath, const SeenV
     copies.Remember(id, localPath, {version.ToText(), version.md5Hash});
 }
 
-void SeenVersions::Accept(const QString& id, const QString& localPath)
+void SeenVersions::Accept(const QString& id, const QString& localPath, const QString& md5Hash)
 {
     const auto version = shown.constFind(id);
-    if (version != shown.constEnd()) {
+    if (version != shown.constEnd() && (md5Hash.isEmpty() || md5Hash == version->md5Hash)) {
         copies.Remember(id, localPath, {version->ToText(), version->md5Hash});
     }
 }

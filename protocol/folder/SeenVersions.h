@@ -43,7 +43,8 @@ public:
     void Pass(const QString& id, const QString& localPath, const SeenVersion& version);
 
     /// The version that was last shown is the one that a local file may replace.
-    void Accept(const QString& id, const QString& localPath);
+    /// \param md5Hash of the version that is meant; empty for whichever it is
+    void Accept(const QString& id, const QString& localPath, const QString& md5Hash);
 
     /// The version that a local file comes from; else the last one that was shown. Nothing when there is neither.
     std::optional<QString> ForUpload(const QString& id, const QString& localPath);

@@ -51,6 +51,7 @@ struct CopyMoved {
 struct AcceptVersion {
     QString document;
     QString localPath;
+    QString md5Hash;
 };
 struct Quota {};
 struct Capabilities {};

@@ -38,11 +38,22 @@ void DocumentLock::Acquire(Done whenDone)
     }
     if (attempts >= maxAttempts) {
         QTimer::singleShot(0, this, [this] { End(Outcome::Taken); });
-    } else if (session.hasLocks.value_or(true) && !session.isNextcloudLike) {
+    } else if (session.hasLocks.value_or(true) && !session.isNextcloudLike && !isGivenUp) {
         Try();
     } else {
         QTimer::singleShot(0, this, [this] { End(Outcome::Unsupported); });
     }
+}
+
+void DocumentLock::GiveUp(std::function<void()> whenDone)
+{
+    isGivenUp = true;
+    if (!IsHeld()) {
+        QTimer::singleShot(0, this, whenDone);
+        return;
+    }
+    const HttpRequest unlock = OnLane(lane, Unlock(url, std::exchange(token, {})));
+    requests.Send(unlock, [done = std::move(whenDone)](HttpResponse&&) { done(); });
 }
 
 void DocumentLock::Try()

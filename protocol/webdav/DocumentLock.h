@@ -8,6 +8,7 @@
 #include <QObject>
 
 #include <chrono>
+#include <functional>
 
 namespace Norlis::Social {
 
@@ -33,6 +34,10 @@ public:
 
     /// Done is called once, from the event loop, within some seconds. Again for a lock that has run out.
     void Acquire(Done done);
+
+    /// Gives back the lock now: there are servers that take no token that they have given. Done is called from the
+    /// event loop; nothing is locked from then on, and Acquire says that there are no locks.
+    void GiveUp(std::function<void()> done);
 
     /// It may soon run out, or has done so: what was looked at under it may no longer be true. So it is when this
     /// program, or the computer, has stood still for a while.
@@ -67,6 +72,7 @@ private:
     HttpResponse failure;
     Done done;
     int attempts = 0;
+    bool isGivenUp = false;
     FileRequests files;
     HttpRequestGroup requests;
 };

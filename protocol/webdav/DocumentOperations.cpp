@@ -176,6 +176,9 @@ void RemoveOperation::SendDelete(const DavDocument& known, const DavEntry& entry
         const ChangeResult result = JudgeChange(response);
         if (IsMissing(result.response.Status())) { // deleted by somebody else
             Succeed(known);
+        } else if (result.response.Status() == 412 &&
+                   lock->IsHeld()) { // some servers take no lock that they have given
+            lock->GiveUp([this, known] { LookAtVersion(known); });
         } else if (result.outcome == ChangeResult::Outcome::Refused) {
             Fail(known, result.response);
         } else {

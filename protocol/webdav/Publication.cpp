@@ -122,6 +122,14 @@ void Publication::LockUploaded()
     uploadedLock->Acquire([this](DocumentLock::Outcome) { Move(); });
 }
 
+void Publication::GoOnWithoutLocks()
+{
+    uploadedLock->GiveUp([this] {
+        uploadedLock.reset();
+        lock->GiveUp([this] { LookAtReplaced(); });
+    });
+}
+
 void Publication::Try(const QByteArray& newName)
 {
     if (isReserved) {
@@ -194,6 +202,8 @@ void Publication::OnMoved(const ChangeResult& result)
         LookWhetherNameIsTaken();
     } else if (status == 412 && lock && lock->IsHeld() && !uploadedLock) {
         LockUploaded(); // some servers take a lock only together with one of the file that is renamed
+    } else if (status == 412 && lock && lock->IsHeld()) {
+        GoOnWithoutLocks(); // and some take none that they have given
     } else if (result.outcome == ChangeResult::Outcome::Refused && !IsBriefLock(result)) {
         FailAsAnswered(true);
     } else {

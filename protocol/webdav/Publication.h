@@ -39,6 +39,7 @@ private:
     void OnLocked(DocumentLock::Outcome outcome);
     void LookAtReplaced();
     void LockUploaded();
+    void GoOnWithoutLocks();
     void Try(const QByteArray& newName);
     void TryNextName();
     void Move();

@@ -266,7 +266,8 @@ void WebDavService::Begin(qint64 id, const Request::CopyMoved& request)
 void WebDavService::Begin(qint64 id, const Request::AcceptVersion& request)
 {
     const auto listed = session->documents.constFind(request.document);
-    if (listed != session->documents.constEnd()) {
+    if (listed != session->documents.constEnd() &&
+        (request.md5Hash.isEmpty() || request.md5Hash == QString::fromLatin1(listed->md5))) {
         versions.Remember(listed->id, request.localPath, {listed->Version(), QString::fromLatin1(listed->md5)});
     }
     listener.reply(id, {});

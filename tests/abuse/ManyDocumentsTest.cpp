@@ -70,7 +70,7 @@ TEST_F(ManyDocumentsTest, AreListedMergedSavedAndLoadedInBoundedMemory)
 
     for (const int number : {7, manyDocuments / 2, manyDocuments - 1}) {
         entries[number].size += 5;
-        entries[number].md5Hash = QString::fromStdString(Md5Of("other content"));
+        entries[number].md5Hash = QString::fromStdString(HashOf("other content"));
     }
     entries.removeAt(manyDocuments / 3);
     entries.prepend(EntryOf("new"));
@@ -79,7 +79,7 @@ TEST_F(ManyDocumentsTest, AreListedMergedSavedAndLoadedInBoundedMemory)
                                         ", -" + std::to_string(manyDocuments / 3) + ')');
     ExpectHeld(entries, false);
     ASSERT_TRUE(Held(QString::fromStdString(middle)));
-    EXPECT_EQ(Held(QString::fromStdString(middle))->GetRedactableCloudInfo()->GetMd5Hash(), Md5Of("other content"));
+    EXPECT_EQ(Held(QString::fromStdString(middle))->GetRedactableCloudInfo()->GetMd5Hash(), HashOf("other content"));
 
     session.reset();
     const qint64 before = UsedHeap();

@@ -58,6 +58,9 @@ protected:
         auto process = std::make_unique<QProcess>();
         auto own = environment;
         own.insert("HOME", person.home.path());
+        // Where lines are counted, a program writes its counts at its end, to files that others wait for while it
+        // stands still.
+        own.insert("GCOV_PREFIX", person.home.filePath(".coverage"));
         process->setProcessEnvironment(own);
         process->setWorkingDirectory(person.home.path());
         process->start(NORLIS_CLOUD_PROGRAM, words);

@@ -8,7 +8,6 @@
 #include <host/session/CloudSession.h>
 
 #include <NorlisTestKit/FaultServer.h>
-#include <NorlisTestKit/FixedAccountSettings.h>
 
 #include <QDir>
 #include <QDirIterator>
@@ -74,7 +73,7 @@ public:
           random(seed),
           name(QFileInfo(folder).fileName()),
           folders{folder + "/documents", folder + "/elsewhere"},
-          session(folder + "/data", service, std::make_shared<TestKit::FixedAccountSettings>())
+          session(folder + "/data", service)
     {
         for (const QString& made : folders) {
             QDir().mkpath(made);

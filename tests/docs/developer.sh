@@ -24,8 +24,11 @@ cd apps/window
 run_session docs/working-on-the-code.md texts
 diff -r "$tree/apps/window/translations" translations
 
-# A server answers until it is interrupted.
-cd "$(new_folder serve)"
+# A server answers until it is interrupted. It runs as nobody where these tests run as root, and cannot see into root's folders.
+served=$(mktemp -d)
+trap 'rm -r "$served"' EXIT
+chmod 755 "$served"
+cd "$served"
 mkdir -p build documents
 ln -s "$dev" build/dev
 run_session docs/servers.md serve 's|~/documents|documents|' 's|^build.*|timeout --preserve-status --signal=INT 5 &|' | tee shown

@@ -7,7 +7,7 @@ cat >"$folder/CMakeLists.txt" <<EOF
 cmake_minimum_required(VERSION 3.24)
 project(editor CXX)
 add_subdirectory($tree norlis-cloud)
-foreach(target NorlisCloud Contracts Social TestKit)
+foreach(target NorlisCloud Contracts Social Host TestKit)
     if(NOT TARGET NorlisCloud::\${target})
         message(FATAL_ERROR "There is no target NorlisCloud::\${target}")
     endif()

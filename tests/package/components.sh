@@ -24,9 +24,9 @@ expect() {
     fi
 }
 
-expect "$prefix" "1.0 REQUIRED COMPONENTS NorlisCloud Contracts Social TestKit"
+expect "$prefix" "1.0 REQUIRED COMPONENTS NorlisCloud Contracts Social Host TestKit"
 expect "$bare" "REQUIRED OPTIONAL_COMPONENTS TestKit Nonsense"
 expect "$bare" "REQUIRED COMPONENTS TestKit" "The component TestKit of NorlisCloud is not installed"
 expect "$prefix" "REQUIRED COMPONENTS Nonsense" \
-    "NorlisCloud has no component Nonsense, only NorlisCloud, Contracts, Social and TestKit."
+    "NorlisCloud has no component Nonsense, only NorlisCloud, Contracts, Social, Host and TestKit."
 expect "$prefix" "2.0 REQUIRED" 'compatible with requested version "2.0"'

@@ -10,6 +10,6 @@ export LD_LIBRARY_PATH="$prefix/lib"
 g++ -fPIC main.cpp -o consumer $(pkg-config --cflags --libs norlis-cloud)
 runs_from "$prefix" ./consumer
 expect_samples ./consumer
-for library in norlis-contracts norlis-social; do
+for library in norlis-contracts norlis-social norlis-host; do
     pkg-config --exists --print-errors $library
 done

@@ -17,9 +17,9 @@ expect() {
     done
 }
 same="$runtime \(= ${version//./\\.}\)"
-expect "$runtime" Depends 'libqt5core5a \(>= 5\.15' libqt5gui5 libqt5pdf5 libcurl4 libgoogle-glog libc6 'libstdc\+\+6'
+expect "$runtime" Depends 'libqt5core5a \(>= 5\.15' libqt5gui5 libqt5pdf5 libcurl4 libsqlite3-0 libgoogle-glog libc6 'libstdc\+\+6'
 expect libnorlis-cloud-dev Depends "$same" 'qtbase5-dev \(>= 5\.15\)'
-expect norlis-cloud-tools Depends "$same" libqt5core5a libsqlite3-0 libgoogle-glog
+expect norlis-cloud-tools Depends "$same" libqt5core5a libgoogle-glog
 for package in "$runtime" libnorlis-cloud-dev norlis-cloud-tools; do
     expect $package Maintainer '^The Norlis developers <developers@norlis.org>$'
     expect $package Description '^cloud documents for desktop PDF editors - '
@@ -28,7 +28,7 @@ for package in "$runtime" libnorlis-cloud-dev norlis-cloud-tools; do
 done
 dpkg-deb -e "${runtime}_${version}_$architecture.deb" control
 grep -qx "activate-noawait ldconfig" control/triggers || fail "$runtime does not tell the system of its libraries."
-for library in NorlisContracts NorlisSocial NorlisCloud; do
+for library in NorlisContracts NorlisSocial NorlisCloud NorlisHost; do
     grep -qx "lib$library ${version%%.*} $runtime (>= $version)" control/shlibs ||
         fail "$runtime does not say what needs lib$library."
 done

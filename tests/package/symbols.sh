@@ -2,7 +2,7 @@
 # The libraries carry their major version in their name, and show nothing but classes of the installed headers.
 . "$(dirname "$0")/common.sh"
 
-for library in NorlisContracts NorlisSocial NorlisCloud; do
+for library in NorlisContracts NorlisSocial NorlisCloud NorlisHost; do
     file=$prefix/lib/lib$library.so
     [ "$(readlink -f "$file")" = "$(realpath "$prefix")/lib/lib$library.so.$version" ] ||
         fail "$file is not version $version"

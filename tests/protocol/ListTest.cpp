@@ -1,5 +1,7 @@
 #include <tests/support/ContractTest.h>
 
+#include <files/AtomicFile.h>
+
 #include <QDateTime>
 #include <QRegularExpression>
 #include <QSet>
@@ -49,12 +51,15 @@ TEST_P(ListTest, AnEmptyDocumentIsListedWithTheHashOfNothing)
 
 TEST_P(ListTest, IdsAreStableOpaqueAndSafeAsFileNames)
 {
-    const QStringList names = {"a.pdf", "A.pdf", "b c.pdf", "\u00e9.pdf", "e\u0301.pdf", "100%.pdf"};
-    for (const QString& name : names) {
+    QStringList names = {"a.pdf", "A.pdf", "b c.pdf", "\u00e9.pdf", "e\u0301.pdf", "100%.pdf"};
+    if (!cloud->ListsPercentSigns()) {
+        names.removeLast();
+    }
+    for (const QString& name : qAsConst(names)) {
         cloud->Put(name, name.toUtf8());
     }
     QSet<QString> ids;
-    for (const QString& name : names) {
+    for (const QString& name : qAsConst(names)) {
         const QString id = client.Entry(name).id;
         EXPECT_TRUE(QRegularExpression("^[a-z0-9]{1,15}$").match(id).hasMatch()) << id.toStdString();
         ids.insert(id);
@@ -104,7 +109,10 @@ TEST_P(ListTest, TransfersInProgressAreNotListed)
     const auto list = client.List();
     EXPECT_TRUE(list->Succeeds());
     EXPECT_FALSE(upload->Came());
-    EXPECT_THAT(list->payload, IsEmpty());
+    for (const CloudFile& file : list->payload) { // a server may list unfinished files of its own
+        EXPECT_FALSE(file.name == "large.pdf" || Files::AtomicFile::IsTemporaryName(file.name))
+            << file.name.toStdString();
+    }
     client.Cancel(upload->operation);
 }
 

@@ -81,6 +81,15 @@ TEST_P(VersionTest, WhoHasSeenTheOtherVersionMayReplaceIt)
     EXPECT_EQ(cloud->Get("report.pdf"), QByteArray("ours, edited"));
 }
 
+TEST_P(VersionTest, WhoHasSeenYetAnotherVersionMayNotReplaceIt)
+{
+    ASSERT_NO_FATAL_FAILURE(EditOnBothSides());
+    ASSERT_TRUE(client.List()->Succeeds());
+    client.Protocol()->acceptListedVersion(id, path, Md5Of("what was listed before"));
+    EXPECT_TRUE(client.Upload(path, id)->Fails());
+    ExpectConflict(client);
+}
+
 TEST_P(VersionTest, CopiesAreRememberedBetweenRuns)
 {
     auto settings = cloud->Settings();

@@ -33,6 +33,8 @@ ServerFront::ServerFront(FrontKind kind, const WebDavServer& behind, const QByte
         throw std::runtime_error("No folder for a server");
     }
     file.close();
+    LetEverybodyThrough(QDir::tempPath());
+    LetEverybodyThrough(state.path()); // squid's helper asks who signs in as a user of its own
     // Somebody else may take the port before the program does.
     for (int attempt = 0; attempt < 3; ++attempt) {
         port = FreePort();

@@ -31,16 +31,6 @@ QString SomePassword()
     return QByteArray(reinterpret_cast<const char*>(numbers.data()), sizeof(numbers)).toHex();
 }
 
-/// Folders for temporary files are their owner's alone; a server that acts as somebody else has to get through.
-void LetEverybodyThrough(const QString& folder)
-{
-    const QByteArray path = QFile::encodeName(folder);
-    struct stat status = {};
-    if (stat(path.constData(), &status) == 0 && status.st_uid == geteuid()) {
-        chmod(path.constData(), status.st_mode | S_IXUSR | S_IXGRP | S_IXOTH);
-    }
-}
-
 QString StateTemplate(ServerKind kind)
 {
     const QString memory = QStringLiteral("/dev/shm");

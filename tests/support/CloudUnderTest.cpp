@@ -44,6 +44,11 @@ int CloudUnderTest::LongestName() const
     return 255; // numbers take the place of its end
 }
 
+bool CloudUnderTest::ListsPercentSigns() const
+{
+    return true;
+}
+
 bool CloudUnderTest::ListsControlCharacters() const
 {
     return true;

@@ -44,7 +44,7 @@ const char* NameOf(CloudProblem::Request request)
 
 } // namespace
 
-std::string Md5Of(const QByteArray& content)
+std::string HashOf(const QByteArray& content)
 {
     return QCryptographicHash::hash(content, QCryptographicHash::Md5).toHex().toStdString();
 }
@@ -55,7 +55,7 @@ CloudEntry EntryOf(const QString& id, const QByteArray& content)
     entry.id = id;
     entry.name = id + ".pdf";
     entry.size = content.size();
-    entry.md5Hash = QString::fromStdString(Md5Of(content));
+    entry.md5Hash = QString::fromStdString(HashOf(content));
     entry.createdAt = "2024-02-29T12:30:45Z";
     entry.modifiedAt = "2025-03-01T06:07:08Z";
     return entry;
@@ -84,8 +84,8 @@ SessionTest::~SessionTest() = default;
 
 void SessionTest::Open()
 {
-    session = service.serviceUrl.isEmpty() ? std::make_unique<CloudSession>(dataFolder, protocol, settings)
-                                           : std::make_unique<CloudSession>(dataFolder, service, settings);
+    session = service.serviceUrl.isEmpty() ? std::make_unique<CloudSession>(dataFolder, protocol)
+                                           : std::make_unique<CloudSession>(dataFolder, service);
     const auto note = [this](const std::string& signal, const QStringList& arguments) {
         events.push_back(Line(signal, arguments));
     };

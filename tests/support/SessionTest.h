@@ -1,7 +1,6 @@
 #pragma once
 
 #include <host/session/CloudSession.h>
-#include <NorlisTestKit/FixedAccountSettings.h>
 #include <NorlisTestKit/ScriptedProtocol.h>
 
 #include <QSignalSpy>
@@ -25,7 +24,7 @@ using CloudEntry = PDF::Cloud::ICloudProtocol::FileInfo;
 using Status = PDF::FileInfo::CloudStatus;
 using PreviewSize = PDF::FileInfo::PreviewSize;
 
-std::string Md5Of(const QByteArray& content);
+std::string HashOf(const QByteArray& content);
 
 /// What a files list says of a document whose content is this text.
 CloudEntry EntryOf(const QString& id, const QByteArray& content = "content");
@@ -90,7 +89,6 @@ protected:
     const QString dataFolder = root.filePath("data");
     const QString folder = root.filePath("documents");
     const std::shared_ptr<ScriptedProtocol> protocol = std::make_shared<ScriptedProtocol>();
-    const std::shared_ptr<FixedAccountSettings> settings = std::make_shared<FixedAccountSettings>();
     Social::OAuth2::AuthInfo service; ///< used instead of the scripted protocol once it names a service
     std::unique_ptr<Host::CloudSession> session;
     Host::CloudProblem problem; ///< the last one

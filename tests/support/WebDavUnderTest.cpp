@@ -190,6 +190,11 @@ int WebDavUnderTest::LongestName() const
     return IsKind({ServerKind::Nephele}) ? 239 : CloudUnderTest::LongestName();
 }
 
+bool WebDavUnderTest::ListsPercentSigns() const
+{
+    return !IsKind({ServerKind::Chezdav});
+}
+
 bool WebDavUnderTest::ListsControlCharacters() const
 {
     // rclone shows other characters in their place, and the listings of the others are no XML then.

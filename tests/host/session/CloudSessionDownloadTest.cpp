@@ -54,7 +54,7 @@ TEST_F(CloudSessionDownloadTest, DocumentArrivesWholeUnderItsNameAndUpToDate)
     EXPECT_EQ(FilesIn(folder), QStringList("1.pdf"));
     EXPECT_EQ(StatusOf("1"), Status::InSync);
     EXPECT_EQ(Held("1")->GetPath().utf8string(), PathOf("1.pdf").toStdString());
-    EXPECT_EQ(Held("1")->GetCloudHashBeforeChange(), Md5Of("text"));
+    EXPECT_EQ(Held("1")->GetCloudHashBeforeChange(), HashOf("text"));
     EXPECT_EQ(Held("1")->GetSize(), 4u);
 }
 
@@ -260,7 +260,7 @@ TEST_F(CloudSessionDownloadTest, CloudWithoutHashesIsTrusted)
     Refresh({entry});
     Download("1", "text");
 
-    EXPECT_EQ(Held("1")->GetCloudHashBeforeChange(), Md5Of("text"));
+    EXPECT_EQ(Held("1")->GetCloudHashBeforeChange(), HashOf("text"));
     EXPECT_EQ(StatusOf("1"), Status::InSync);
 }
 

@@ -90,7 +90,7 @@ TEST_F(CloudSessionFolderTest, NewDocumentIsReadOnceWhenItIsSentAndOnceWhenItCom
     EXPECT_LT(BytesRead() - before, size * 3 / 2);
     const QString id = Ids().constFirst();
     EXPECT_EQ(StatusOf(id), Status::InSync);
-    EXPECT_EQ(Held(id)->GetMd5Hash(), Md5Of(QByteArray(size, 'x')));
+    EXPECT_EQ(Held(id)->GetMd5Hash(), HashOf(QByteArray(size, 'x')));
 
     const QString target = root.filePath("elsewhere");
     QDir().mkpath(target);
@@ -100,7 +100,7 @@ TEST_F(CloudSessionFolderTest, NewDocumentIsReadOnceWhenItIsSentAndOnceWhenItCom
     ASSERT_TRUE(WaitForEvent("DocumentDownloaded"));
     EXPECT_LT(BytesRead() - before, size * 3 / 2);
     EXPECT_EQ(StatusOf(id), Status::InSync);
-    EXPECT_EQ(Held(id)->GetCloudHashBeforeChange(), Md5Of(QByteArray(size, 'x')));
+    EXPECT_EQ(Held(id)->GetCloudHashBeforeChange(), HashOf(QByteArray(size, 'x')));
 }
 
 TEST_F(CloudSessionFolderTest, FileThatIsSavedWhileItIsSentIsChangedHere)
@@ -116,7 +116,7 @@ TEST_F(CloudSessionFolderTest, FileThatIsSavedWhileItIsSentIsChangedHere)
     ASSERT_TRUE(WaitForEvent("DocumentUploaded"));
     const auto held = Held(Ids().constFirst());
     EXPECT_EQ(held->GetCloudInfo()->GetSize(), 20'000'000u);
-    EXPECT_EQ(held->GetCloudHashBeforeChange(), Md5Of(QByteArray(20'000'000, 'x')));
+    EXPECT_EQ(held->GetCloudHashBeforeChange(), HashOf(QByteArray(20'000'000, 'x')));
     EXPECT_EQ(held->GetCloudStatus(), Status::ChangedLocally);
 }
 
@@ -200,15 +200,31 @@ TEST_F(CloudSessionFolderTest, ChangeInTheCloudIsNoticedAndFetched)
     EXPECT_EQ(StatusOf(id), Status::InSync);
 }
 
+TEST_F(CloudSessionFolderTest, CopyThatIsFoundToBeTheCloudCopyMayBeChangedAndSent)
+{
+    const auto path = Write("a.pdf", "first");
+    session->Upload({path});
+    ASSERT_TRUE(WaitForEvent("DocumentUploaded"));
+    const auto id = IdOf("a.pdf");
+    Write("a.pdf", "second"); // a program was killed when it had just sent this
+    Put("a.pdf", "second");
+    RefreshNow();
+    EXPECT_EQ(StatusOf(id), Status::InSync);
+
+    Write("a.pdf", "third");
+    Events();
+    session->UploadChanges(id);
+    ASSERT_TRUE(WaitForEvent("DocumentUploaded")) << testing::PrintToString(Events());
+    EXPECT_EQ(Read(cloud + "/a.pdf"), "third");
+}
+
 /// One that refreshes by itself, though not before a day has passed.
 class CloudSessionWatchTest : public CloudSessionFolderTest {
 protected:
     CloudSessionWatchTest()
     {
-        settings->autoRefresh = true;
-        settings->interval = 24 * 60 * 60 * 1000;
-        Reopen();
         SignIn();
+        session->RefreshEvery(std::chrono::hours(24));
         QObject::connect(&session->Cloud(), &AbstractCloudManager::RetrievingFilesListStarted, session.get(),
                          [this] { ++lists; });
         RefreshNow();
@@ -250,9 +266,7 @@ TEST_F(CloudSessionWatchTest, ChangeDuringATransferIsShownAfterIt)
 
 TEST_F(CloudSessionWatchTest, FolderThatIsGoneIsPolledUntilItIsBack)
 {
-    settings->interval = 100;
-    Reopen();
-    SignIn();
+    session->RefreshEvery(std::chrono::milliseconds(100));
     RefreshNow();
     ASSERT_TRUE(QDir().rename(cloud, root.filePath("away")));
     ASSERT_TRUE(WaitForEvent("Failed(List", 2));

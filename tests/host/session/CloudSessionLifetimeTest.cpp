@@ -30,7 +30,7 @@ TEST_F(CloudSessionLifetimeTest, ListSurvivesARestart)
 
     EXPECT_EQ(Ids(), QStringList({"2", "1"}));
     EXPECT_EQ(Held("1")->GetPath().utf8string(), path.toStdString());
-    EXPECT_EQ(Held("1")->GetCloudHashBeforeChange(), Md5Of("text"));
+    EXPECT_EQ(Held("1")->GetCloudHashBeforeChange(), HashOf("text"));
     EXPECT_EQ(StatusOf("1"), Status::InSync);
 
     Events();
@@ -162,7 +162,7 @@ TEST_F(CloudSessionLifetimeTest, SecondSessionOverTheSameDataWorksAndNeitherTake
     EXPECT_THAT(Ids(), UnorderedElementsAre("1", "2"));
     EXPECT_EQ(StatusOf("1"), Status::InSync);
     EXPECT_EQ(Held("1")->GetPath().utf8string(), PathOf("1.pdf").toStdString());
-    EXPECT_EQ(Held("2")->GetRedactableCloudInfo()->GetMd5Hash(), Md5Of("newer two"));
+    EXPECT_EQ(Held("2")->GetRedactableCloudInfo()->GetMd5Hash(), HashOf("newer two"));
 }
 
 TEST_F(CloudSessionLifetimeTest, DataFolderIsPrivateAndOneThatCannotBeMadeIsRefused)
@@ -171,15 +171,15 @@ TEST_F(CloudSessionLifetimeTest, DataFolderIsPrivateAndOneThatCannotBeMadeIsRefu
                   (QFile::ReadGroup | QFile::ExeGroup | QFile::ReadOther | QFile::ExeOther | QFile::WriteOther),
               QFile::Permissions());
     const auto file = Write("file", "");
-    EXPECT_THROW(CloudSession(file + "/data", protocol, settings), std::runtime_error);
-    EXPECT_THROW(CloudSession(QString(), protocol, settings), std::runtime_error);
+    EXPECT_THROW(CloudSession(file + "/data", protocol), std::runtime_error);
+    EXPECT_THROW(CloudSession(QString(), protocol), std::runtime_error);
 }
 
 TEST_F(CloudSessionLifetimeTest, ServiceThatThereIsNotIsRefused)
 {
     Social::OAuth2::AuthInfo authInfo;
     authInfo.serviceUrl = QUrl("gopher://cloud.example");
-    EXPECT_THROW(CloudSession(root.filePath("other"), authInfo, settings), std::invalid_argument);
+    EXPECT_THROW(CloudSession(root.filePath("other"), authInfo), std::invalid_argument);
 }
 
 /// Deletes the session inside each signal that it, its list or its cloud manager emits, in the course of everything

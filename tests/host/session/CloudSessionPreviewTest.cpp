@@ -63,9 +63,9 @@ protected:
     }
 
     /// Those pictures of a document that are on disk.
-    static QStringList StoredPictures(const QString& id)
+    QStringList StoredPictures(const QString& id) const
     {
-        return QDir(QDir::tempPath()).entryList({id + "_*.png"}, QDir::Files, QDir::Name);
+        return QDir(pictures).entryList({id + "_*.png"}, QDir::Files, QDir::Name);
     }
 
     QStringList PreviewsAt(int index)
@@ -73,6 +73,7 @@ protected:
         return session->Documents().GetPreviewsSet(index).keys();
     }
 
+    const QString pictures = dataFolder + "/pictures";
     int seen = 0;
 };
 
@@ -94,8 +95,7 @@ TEST_F(CloudSessionPreviewTest, PicturesOfWhatIsShownEnterTheList)
     EXPECT_THAT(Events(), ElementsAre("ListRefreshed(+1 2, ~, -)", "PreviewStored(1, medium, 1_medium.png)",
                                       "PreviewStored(1, large, 1_large.png)", "PreviewStored(1, small, 1_small.png)"));
     EXPECT_EQ(PreviewsAt(0), QStringList({"large", "medium", "small"}));
-    EXPECT_EQ(session->Documents().GetPreviewsSet(0)["small"].toUrl(),
-              QUrl::fromLocalFile(QDir::tempPath() + "/1_small.png"));
+    EXPECT_EQ(session->Documents().GetPreviewsSet(0)["small"].toUrl(), QUrl::fromLocalFile(pictures + "/1_small.png"));
 }
 
 TEST_F(CloudSessionPreviewTest, FourPicturesAreFetchedAtATimeOfTheLatestFirst)
@@ -272,7 +272,7 @@ TEST_F(CloudSessionPreviewTest, PicturesOnDiskAreShownAfterARestartWithoutBeingF
         Reopen();
         Refresh({EntryOf("1"), EntryOf("2"), EntryOf("3", "second edition")});
         Events();
-        QFile::remove(QDir::tempPath() + "/2_medium.png");
+        QFile::remove(pictures + "/2_medium.png");
         session->ShowPreviews({"1", "2", "3"});
         ASSERT_TRUE(WaitForEvent("PreviewStored(2, small"));
         LetWorkFinish();
@@ -285,6 +285,18 @@ TEST_F(CloudSessionPreviewTest, PicturesOnDiskAreShownAfterARestartWithoutBeingF
             ASSERT_TRUE(WaitForEvent("PreviewStored(2, medium"));
         }
     }
+}
+
+TEST_F(CloudSessionPreviewTest, PicturesAreForTheUserAlone)
+{
+    const auto everybodys = FilesIn(QDir::tempPath());
+    Refresh({EntryOf("1"), EntryOf("../2/3")});
+    Show({"1", "../2/3"});
+    EXPECT_EQ(QFile::permissions(pictures) & (QFile::ReadGroup | QFile::ExeGroup | QFile::ReadOther | QFile::ExeOther),
+              QFile::Permissions());
+    EXPECT_EQ(FilesIn(pictures), QStringList({"..%2F2%2F3_large.png", "..%2F2%2F3_medium.png", "..%2F2%2F3_small.png",
+                                              "1_large.png", "1_medium.png", "1_small.png"}));
+    EXPECT_EQ(FilesIn(QDir::tempPath()), everybodys);
 }
 
 TEST_F(CloudSessionPreviewTest, PicturesOfOldContentAreShownNoLonger)
@@ -303,8 +315,7 @@ TEST_F(CloudSessionPreviewTest, PicturesOfOldContentAreShownNoLonger)
     ASSERT_TRUE(WaitForCalls("retrievePreview", static_cast<std::size_t>(seen) + 6));
     AnswerAll(TakePreviewCalls());
     ASSERT_TRUE(WaitForEvent("PreviewStored(1, large"));
-    EXPECT_EQ(session->Documents().GetPreviewsSet(0)["small"].toUrl(),
-              QUrl::fromLocalFile(QDir::tempPath() + "/1_small.png"));
+    EXPECT_EQ(session->Documents().GetPreviewsSet(0)["small"].toUrl(), QUrl::fromLocalFile(pictures + "/1_small.png"));
 }
 
 TEST_F(CloudSessionPreviewTest, PicturesOfOldContentThatComeLateAreFetchedAnew)

@@ -138,7 +138,7 @@ TEST_F(CloudSessionRefreshTest, LocalCopyThatWasChangedWhileTheProgramWasNotRunn
     Write("1.pdf", "second edition");
     Open();
     Refresh({EntryOf("1", "second edition")});
-    EXPECT_EQ(Held("1")->GetCloudHashBeforeChange(), Md5Of("second edition"));
+    EXPECT_EQ(Held("1")->GetCloudHashBeforeChange(), HashOf("second edition"));
 }
 
 TEST_F(CloudSessionRefreshTest, LocalCopyAndItsHistorySurviveARefresh)
@@ -147,7 +147,7 @@ TEST_F(CloudSessionRefreshTest, LocalCopyAndItsHistorySurviveARefresh)
     Upload(path, "1");
     Refresh({EntryOf("1", "text")});
     EXPECT_EQ(Held("1")->GetPath().utf8string(), path.toStdString());
-    EXPECT_EQ(Held("1")->GetCloudHashBeforeChange(), Md5Of("text"));
+    EXPECT_EQ(Held("1")->GetCloudHashBeforeChange(), HashOf("text"));
     EXPECT_EQ(StatusOf("1"), Status::InSync);
 
     Refresh({EntryOf("1", "second edition")});
@@ -434,9 +434,7 @@ TEST_F(CloudSessionRefreshTest, NothingIsRequestedWhileATransferRuns)
 
 TEST_F(CloudSessionRefreshTest, AutomaticRefreshIsMergedToo)
 {
-    settings->autoRefresh = true;
-    settings->interval = 1;
-    Reopen();
+    session->RefreshEvery(std::chrono::milliseconds(1));
     ASSERT_TRUE(WaitForCalls("retriveFileList", 1));
     Answer("retriveFileList", Social::Success, Entries({EntryOf("1")}));
     ASSERT_TRUE(WaitForEvent("ListRefreshed(+1"));

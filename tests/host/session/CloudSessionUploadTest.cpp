@@ -26,14 +26,14 @@ TEST_F(CloudSessionUploadTest, UploadedFileEntersTheListUpToDate)
     ASSERT_TRUE(WaitForCalls("uploadFile", 1));
     EXPECT_EQ(protocol->LastCall("uploadFile").localPath, path);
     EXPECT_EQ(protocol->LastCall("uploadFile").fields[NorlisCloudProtocol::MD5_HASH].toStdString(),
-              Md5Of("first edition"));
+              HashOf("first edition"));
     Answer("uploadFile", Social::Success, SharingOf("7", "report (2).pdf"));
 
     EXPECT_THAT(Events(), ElementsAre("DocumentUploaded(report.pdf, 7)"));
     const auto held = Held("7");
     ASSERT_TRUE(held);
     EXPECT_EQ(held->GetPath().utf8string(), path.toStdString());
-    EXPECT_EQ(held->GetCloudHashBeforeChange(), Md5Of("first edition"));
+    EXPECT_EQ(held->GetCloudHashBeforeChange(), HashOf("first edition"));
     EXPECT_EQ(held->GetCloudStatus(), Status::InSync);
     EXPECT_EQ(held->GetCloudInfo()->GetSize(), 13u);
     EXPECT_EQ(session->Documents().GetDocumentName(0), "report (2).pdf");
@@ -82,7 +82,7 @@ TEST_F(CloudSessionUploadTest, ChangeThatNoTimeStampTellsOfIsSentForWhatItIs)
     map.Write("TEXT");
     session->UploadChanges("1");
     ASSERT_TRUE(WaitForCalls("uploadFile", 2));
-    EXPECT_EQ(protocol->LastCall("uploadFile").fields[NorlisCloudProtocol::MD5_HASH].toStdString(), Md5Of("TEXT"));
+    EXPECT_EQ(protocol->LastCall("uploadFile").fields[NorlisCloudProtocol::MD5_HASH].toStdString(), HashOf("TEXT"));
 }
 
 TEST_F(CloudSessionUploadTest, NothingIsEmittedFromInsideTheRequest)
@@ -169,7 +169,7 @@ TEST_F(CloudSessionUploadTest, FileSavedWhileItIsSentShowsAsChangedLocally)
 
     EXPECT_EQ(StatusOf("1"), Status::ChangedLocally);
     EXPECT_EQ(Held("1")->GetCloudInfo()->GetSize(), 13u);
-    EXPECT_EQ(Held("1")->GetCloudHashBeforeChange(), Md5Of("what was sent"));
+    EXPECT_EQ(Held("1")->GetCloudHashBeforeChange(), HashOf("what was sent"));
 }
 
 TEST_F(CloudSessionUploadTest, CancelEndsAnUploadInEveryStage)
@@ -266,13 +266,13 @@ TEST_F(CloudSessionUploadTest, ChangesReplaceTheCloudCopyAndBringTheRecordUpToDa
     session->UploadChanges("1");
     ASSERT_TRUE(WaitForCalls("uploadFile", 2));
     EXPECT_EQ(protocol->LastCall("uploadFile").fields[NorlisCloudProtocol::ID], "1");
-    EXPECT_EQ(protocol->LastCall("uploadFile").fields[NorlisCloudProtocol::MD5_HASH].toStdString(), Md5Of("new text"));
+    EXPECT_EQ(protocol->LastCall("uploadFile").fields[NorlisCloudProtocol::MD5_HASH].toStdString(), HashOf("new text"));
     Answer("uploadFile", Social::Success, SharingOf("1", "a.pdf"));
 
     EXPECT_THAT(Events(), ElementsAre("DocumentUploaded(a.pdf, 1)"));
     EXPECT_EQ(Ids(), QStringList("1"));
     EXPECT_EQ(StatusOf("1"), Status::InSync);
-    EXPECT_EQ(Held("1")->GetCloudHashBeforeChange(), Md5Of("new text"));
+    EXPECT_EQ(Held("1")->GetCloudHashBeforeChange(), HashOf("new text"));
 }
 
 TEST_F(CloudSessionUploadTest, ChangesNeedADocumentWithALocalCopy)

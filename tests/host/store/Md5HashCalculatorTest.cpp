@@ -1,3 +1,4 @@
+#include <files/FileIdentity.h>
 #include <host/store/Md5HashCalculator.h>
 
 #include <tests/support/MappedFile.h>
@@ -329,7 +330,7 @@ TEST_F(Md5HashCalculatorTest, HashThatIsExpectedIsNotKnownUntilItIsTold)
     calculator.StopExpecting(file);
     EXPECT_EQ(Hash(calculator, file), Md5("content"));
     calculator.Expect(file);
-    calculator.Tell(file, Files::FileIdentity::OfPath(file), Md5("content"), true);
+    calculator.Tell(file, Files::FileIdentity::OfPath(file).ToString(), Md5("content"), true);
     EXPECT_EQ(Hash(calculator, file), Md5("content"));
 }
 
@@ -339,7 +340,7 @@ TEST_F(Md5HashCalculatorTest, WhatIsExpectedIsNotRead)
     const QString file = EndlessFile();
     calculator.Expect(file);
     EXPECT_EQ(Hash(calculator, file), "");
-    calculator.Tell(file, Files::FileIdentity::OfPath(file), cached.toStdString(), true);
+    calculator.Tell(file, Files::FileIdentity::OfPath(file).ToString(), cached.toStdString(), true);
     EXPECT_EQ(Hash(calculator, file), cached.toStdString());
 }
 
@@ -348,7 +349,7 @@ TEST_F(Md5HashCalculatorTest, ToldHashCountsForTheFileThatItIsOfAlone)
     for (const bool isLasting : {true, false}) {
         Md5HashCalculator calculator;
         const QString file = NewFile("report.pdf", "content");
-        calculator.Tell(file, Files::FileIdentity::OfPath(file), cached.toStdString(), isLasting);
+        calculator.Tell(file, Files::FileIdentity::OfPath(file).ToString(), cached.toStdString(), isLasting);
         EXPECT_EQ(Hash(calculator, file), cached.toStdString());
         WriteFile(file, "other content");
         EXPECT_EQ(Hash(calculator, file), Md5("other content"));
@@ -361,8 +362,8 @@ TEST_F(Md5HashCalculatorTest, OnlyToldHashThatLastsIsCached)
     const QString passing = NewFile("passing.pdf", "b");
     {
         Md5HashCalculator calculator(cacheFile);
-        calculator.Tell(lasting, Files::FileIdentity::OfPath(lasting), cached.toStdString(), true);
-        calculator.Tell(passing, Files::FileIdentity::OfPath(passing), cached.toStdString(), false);
+        calculator.Tell(lasting, Files::FileIdentity::OfPath(lasting).ToString(), cached.toStdString(), true);
+        calculator.Tell(passing, Files::FileIdentity::OfPath(passing).ToString(), cached.toStdString(), false);
     }
     Md5HashCalculator calculator(cacheFile);
     EXPECT_EQ(Hash(calculator, lasting), cached.toStdString());
@@ -373,7 +374,7 @@ TEST_F(Md5HashCalculatorTest, ToldHashThatDoesNotLastIsReadSomeTimeLater)
 {
     Md5HashCalculator calculator;
     const QString file = NewFile("report.pdf", "content");
-    calculator.Tell(file, Files::FileIdentity::OfPath(file), cached.toStdString(), false);
+    calculator.Tell(file, Files::FileIdentity::OfPath(file).ToString(), cached.toStdString(), false);
     EXPECT_TRUE(QTest::qWaitFor([&] { return Hash(calculator, file) == Md5("content"); }, 30'000));
 }
 

@@ -35,6 +35,19 @@ protected:
         }};
     }
 
+    /// As servers do that no longer know a token of their own.
+    static Misbehaviour TakesNoTokens()
+    {
+        return {[](Wire& wire) {
+            if (wire.Request().headers.Value("If").isEmpty()) {
+                wire.Send(wire.Do(wire.Request()).Bytes());
+            } else {
+                wire.Send(ServerResponse{412, {}, {}}.Bytes());
+            }
+            wire.Finish();
+        }};
+    }
+
     QString id;
 };
 
@@ -77,6 +90,27 @@ TEST_F(DocumentLockTest, AServerThatHasLocksIsNotTakenForOneWithout)
     ExpectFailure(client.Upload(LocalFile("report.pdf", "newer"), id));
     EXPECT_THAT(Reason(), testing::HasSubstr("(500)"));
     EXPECT_EQ(server.Get("report.pdf"), QByteArray("new"));
+}
+
+TEST_F(DocumentLockTest, WhereNoTokenIsTakenADocumentIsReplacedAndRemovedWithoutALock)
+{
+    server.Misbehave(When("LOCK").Always(), Locks("urn:1", "Second-60"));
+    server.Misbehave(When("MOVE").Always(), TakesNoTokens());
+    server.Misbehave(When("DELETE").Always(), TakesNoTokens());
+    ASSERT_TRUE(client.Upload(LocalFile("report.pdf", "new"), id)->Succeeds());
+    EXPECT_EQ(server.Get("report.pdf"), QByteArray("new"));
+    EXPECT_EQ(server.Count("LOCK"), server.Count("UNLOCK"));
+    ASSERT_TRUE(client.Remove(id)->Succeeds());
+    EXPECT_EQ(server.Get("report.pdf"), std::nullopt);
+}
+
+TEST_F(DocumentLockTest, WhereNoTokenIsTakenWhatSomebodyElseHasPutThereStays)
+{
+    server.Misbehave(When("LOCK").Always(), Locks("urn:1", "Second-60"));
+    server.Misbehave(When("MOVE").Always(), TakesNoTokens());
+    server.Misbehave("UNLOCK", RunsFirst([this] { server.Put("report.pdf", "what somebody else has put there"); }));
+    ExpectFailure(client.Upload(LocalFile("report.pdf", "new"), id));
+    EXPECT_EQ(server.Get("report.pdf"), QByteArray("what somebody else has put there"));
 }
 
 TEST_F(DocumentLockTest, WithoutLocksAMoveThatWasLostIsNotRepeatedOverWhatSomebodyElseHasPutThere)

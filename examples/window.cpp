@@ -1,0 +1,45 @@
+// A window with the documents of a folder or of a WebDAV server, which fetches what is activated:
+//
+//   window FOLDER
+//   PASSWORD=... window https://anna@cloud.example/dav/
+
+#include <host/account/ServiceAddress.h>
+#include <host/CloudDocumentsModel.h>
+#include <host/session/CloudSession.h>
+
+#include <QApplication>
+#include <QDir>
+#include <QListView>
+#include <QMessageBox>
+#include <QStandardPaths>
+
+#include <cstdio>
+
+using namespace Norlis;
+
+int main(int argc, char** argv)
+try {
+    QApplication application(argc, argv);
+    Social::OAuth2::AuthInfo service;
+    service.serviceUrl = Host::ServiceAddress(application.arguments().value(1));
+    Host::CloudSession session(QStandardPaths::writableLocation(QStandardPaths::AppDataLocation), service);
+    Host::CloudDocumentsModel documents(session.Documents(), session.LargeSizes());
+    QListView view;
+    view.setModel(&documents);
+    view.show();
+
+    QObject::connect(&view, &QListView::activated, &session, [&](const QModelIndex& row) {
+        session.Download(row.data(Host::CloudDocumentsModel::IdRole).toString(), QDir::currentPath());
+    });
+    QObject::connect(&session, &Host::CloudSession::Failed, &view, [&](const Host::CloudProblem& problem) {
+        QMessageBox::warning(&view, problem.message, problem.cause.reason + ". " + problem.cause.advice);
+    });
+    QObject::connect(&session.Cloud(), &PDF::Cloud::AbstractCloudManager::AuthorizationCompleted, &session,
+                     &Host::CloudSession::Refresh);
+    session.RefreshEvery(std::chrono::minutes(1));
+    session.Cloud().Authorization(qEnvironmentVariable("PASSWORD", "a folder takes any"));
+    return application.exec();
+} catch (const std::exception& problem) {
+    std::fprintf(stderr, "%s\n", problem.what());
+    return 1;
+}

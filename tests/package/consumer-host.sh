@@ -1,0 +1,25 @@
+#!/bin/bash
+# The window that the host's page begins with, built against the installed copy, with CMake and with pkg-config.
+. "$(dirname "$0")/common.sh"
+
+folder=$(new_folder consumer-host)
+cp "$tree"/tests/package/consumer-host/* "$tree/examples/window.cpp" "$folder"
+cd "$folder"
+cmake -B build -G Ninja -DCMAKE_PREFIX_PATH="$prefix"
+cmake --build build
+PKG_CONFIG_PATH=$prefix/lib/pkgconfig
+export PKG_CONFIG_PATH
+g++ -std=c++17 -fPIC window.cpp -o window $(pkg-config --cflags --libs norlis-host Qt5Widgets) -Wl,-rpath,"$prefix/lib"
+
+mkdir home cloud
+cp "$tree"/samples/*.pdf cloud
+export HOME=$folder/home
+for program in build/window ./window; do
+    runs_from "$(realpath "$prefix")" $program
+    if $program /nowhere 2>errors.txt || ! grep -q "/nowhere" errors.txt; then
+        fail "$program does not say that a folder is missing:" "$(cat errors.txt)"
+    fi
+    status=0
+    timeout 5 $program "$folder/cloud" || status=$?
+    [ $status -eq 124 ] || fail "$program shows no window over a folder: $status"
+done
