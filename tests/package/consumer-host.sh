@@ -16,8 +16,8 @@ cp "$tree"/samples/*.pdf cloud
 export HOME=$folder/home
 for program in build/window ./window; do
     runs_from "$(realpath "$prefix")" $program
-    if $program /nowhere 2>errors.txt || ! grep -q "/nowhere" errors.txt; then
-        fail "$program does not say that a folder is missing:" "$(cat errors.txt)"
+    if timeout 20 $program ftp://cloud.example/ 2>errors.txt || ! grep -q "ftp" errors.txt; then
+        fail "$program does not say that it knows no such service:" "$(cat errors.txt)"
     fi
     status=0
     timeout 5 $program "$folder/cloud" || status=$?
