@@ -14,7 +14,7 @@ public:
     explicit WatchCommand(const Environment& environment);
 
 protected:
-    /// The records are locked while a session is open: the watch has its own, so that other commands can run.
+    /// The watch has a list of its own: what another command has listed meanwhile is news to it all the same.
     QString DataFolder() const override;
 
     void Work() override;

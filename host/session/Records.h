@@ -9,6 +9,7 @@ namespace Norlis::Host {
 
 // Of a document's record, whose own getters are not const.
 
+/// The id of the document in the cloud.
 NORLIS_HOST_EXPORT QString IdOf(const PDF::FileInfo& record);
 
 /// The name of the cloud copy.
@@ -18,11 +19,14 @@ NORLIS_HOST_EXPORT QString NameOf(const PDF::FileInfo& record);
 NORLIS_HOST_EXPORT bool IsMd5(const std::string& cloudHash);
 
 /// Replaces the hash of the cloud copy and nothing else.
-void SetCloudHash(PDF::FileInfo& record, const std::string& cloudHash);
+NORLIS_HOST_EXPORT void SetCloudHash(PDF::FileInfo& record, const std::string& cloudHash);
 
 // Between the paths of records and those of Qt.
 
+/// \param text a path as Qt has it
 NORLIS_HOST_EXPORT ioPath ToPath(const QString& text);
+
+/// The path as Qt has it.
 NORLIS_HOST_EXPORT QString ToText(const ioPath& path);
 
 } // namespace Norlis::Host

@@ -12,6 +12,6 @@ HOME=$home bash -euxo pipefail -c "$commands"
 
 runs_from "$home/norlis" build/first
 expect_samples build/first
-if timeout 20 build/first "$folder/missing" 2>errors.txt || ! grep -q "$folder/missing" errors.txt; then
+if timeout 20 build/first "$folder/missing" 2>errors.txt || [ "$(grep -c "" errors.txt)" != 1 ] || ! grep -q "$folder/missing" errors.txt; then
     fail "The first program does not say that a folder is missing:" "$(cat errors.txt)"
 fi

@@ -44,7 +44,7 @@ int CloudUnderTest::LongestName() const
     return 255; // numbers take the place of its end
 }
 
-bool CloudUnderTest::ListsPercentSigns() const
+bool CloudUnderTest::ListsPercentSignsAndAmpersands() const
 {
     return true;
 }

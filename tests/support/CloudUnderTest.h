@@ -67,8 +67,8 @@ public:
     /// Lists names with control characters unchanged.
     virtual bool ListsControlCharacters() const;
 
-    /// Whether a name with a per cent sign does not break its lists.
-    virtual bool ListsPercentSigns() const;
+    /// Lists names with these: there are servers whose list is malformed then.
+    virtual bool ListsPercentSignsAndAmpersands() const;
 
     /// Reports success for the removal of a document that somebody else has removed already.
     virtual bool AcceptsRepeatedRemoval() const;

@@ -190,7 +190,7 @@ int WebDavUnderTest::LongestName() const
     return IsKind({ServerKind::Nephele}) ? 239 : CloudUnderTest::LongestName();
 }
 
-bool WebDavUnderTest::ListsPercentSigns() const
+bool WebDavUnderTest::ListsPercentSignsAndAmpersands() const
 {
     return !IsKind({ServerKind::Chezdav});
 }

@@ -36,7 +36,7 @@ public:
     bool ListsNamesThatBeginWithADot() const override;
     int LongestName() const override;
     bool ListsControlCharacters() const override;
-    bool ListsPercentSigns() const override;
+    bool ListsPercentSignsAndAmpersands() const override;
     bool AcceptsRepeatedRemoval() const override;
     bool RestartsDownloadOnChange() const override;
     bool NoticesChangesByItself() const override;

@@ -165,6 +165,17 @@ void WindowTest::Type(QWidget* widget, const QString& text)
     QTest::keyClicks(widget, text);
 }
 
+QString WindowTest::EmptyTitle() const
+{
+    const auto page = Find<QWidget>("emptyPage");
+    return page ? page->findChildren<QLabel*>().value(1)->text() : QString();
+}
+
+QString WindowTest::Status() const
+{
+    return Find<QLabel>("status")->text();
+}
+
 QString WindowTest::Message() const
 {
     const auto bar = Find<QFrame>("message");

@@ -67,6 +67,12 @@ protected:
     /// What the message above the documents says; empty when there is none.
     QString Message() const;
 
+    /// What stands where there are no documents; empty when there are some.
+    QString EmptyTitle() const;
+
+    /// What the line at the bottom says.
+    QString Status() const;
+
     /// Open questions to the user.
     QList<QMessageBox*> Questions() const;
     void Answer(const QString& button);

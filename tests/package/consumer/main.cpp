@@ -19,7 +19,10 @@ int main(int argc, char** argv)
         QCoreApplication::exit(1);
     };
     Norlis::PDF::Cloud::NorlisCloudProtocolProxy cloud(authInfo, "consumer");
-    cloud.auth({}, [&](qint64, int) {
+    cloud.auth({}, [&](qint64, int signedIn) {
+        if (signedIn != Norlis::Social::Success) {
+            return; // onFailure has told why
+        }
         cloud.retriveFileList({}, [](qint64, int result, const auto& files) {
             for (const auto& file : files) {
                 std::cout << file.name.toStdString() << '\n';
