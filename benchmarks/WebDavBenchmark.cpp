@@ -10,6 +10,8 @@
 
 #include <contracts/NorlisCloudProtocol.h>
 
+#include <NorlisTestKit/FaultServer.h>
+
 #include <QDateTime>
 #include <QDir>
 #include <QElapsedTimer>
@@ -25,6 +27,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
+#include <memory>
 
 namespace {
 
@@ -309,7 +312,50 @@ public:
         }
     }
 
+    /// How long whoever destroys the protocol object waits while an upload hangs, beside how long that takes when
+    /// nothing is under way.
+    void Destruction()
+    {
+        const QString path = local.filePath("hanging.pdf");
+        WriteNoise(path, 0, 64);
+        for (int round = 0; round < rounds; ++round) {
+            const double idle = DestroyWhileHanging({}, path);
+            for (const char* method : {"PUT", "GET", "MOVE", "PROPFIND"}) {
+                const double hanging = DestroyWhileHanging(method, path);
+                std::printf("destroyed while %s hangs: %.1f ms, with nothing under way %.1f ms, ratio to 100 ms %.2f\n",
+                            method, hanging * 1e3, idle * 1e3, hanging * 10);
+            }
+            std::fflush(stdout);
+        }
+    }
+
 private:
+    static double DestroyWhileHanging(const QByteArray& method, const QString& path)
+    {
+        Norlis::TestKit::FaultServer hangs;
+        OAuth2::AuthInfo settings;
+        settings.serviceUrl = hangs.Address();
+        auto protocol = std::make_unique<NorlisCloudProtocol>(settings, "benchmark");
+        QEventLoop loop;
+        protocol->auth({{NorlisCloudProtocol::SSO_TOKEN, hangs.Password()}}, [&](auto...) { loop.quit(); });
+        loop.exec();
+        if (!method.isEmpty()) {
+            const int before = hangs.Count(method);
+            hangs.Misbehave(Norlis::TestKit::When(method.constData()).Always(), Norlis::TestKit::Hangs());
+            protocol->uploadFile(
+                path, {}, [](auto&&...) {}, [](auto...) {});
+            QTimer look;
+            QObject::connect(&look, &QTimer::timeout, &loop, [&] {
+                if (hangs.Count(method) > before) {
+                    loop.quit();
+                }
+            });
+            look.start(1);
+            loop.exec();
+        }
+        return Seconds([&] { protocol.reset(); });
+    }
+
     static void Print(const char* what, int count, double ours, double curl, const LoopWatch& watch)
     {
         std::printf("%d of 64 KiB %s: %.2f s, curl -Z %.2f s, ratio %.2f; longest slice %.1f ms\n", count, what, ours,
@@ -391,5 +437,6 @@ int main(int argc, char** argv)
     benchmark.LargeDocument(argument(1, 1024));
     benchmark.SmallDocuments(argument(2, 1000));
     benchmark.LongList(argument(3, 10'000));
+    benchmark.Destruction();
     return 0;
 }

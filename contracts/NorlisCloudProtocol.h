@@ -1,6 +1,7 @@
 #pragma once
 
 #include <contracts/Ability.h>
+#include <contracts/IFailureSource.h>
 #include <contracts/NorlisCloudSharingResult.h>
 #include <contracts/OAuth2.h>
 
@@ -22,7 +23,8 @@ namespace Norlis::Social {
 /// Previews need a QGuiApplication, since they are delivered as QPixmap.
 class NORLIS_SOCIAL_EXPORT NorlisCloudProtocol
     : public QObject,
-      public Protocol<Ability::Auth, Ability::File<NorlisCloudSharingResult>, Ability::Quota, Ability::Preview> {
+      public Protocol<Ability::Auth, Ability::File<NorlisCloudSharingResult>, Ability::Quota, Ability::Preview>,
+      public PDF::Cloud::IFailureSource {
 public:
     // NOLINTBEGIN(readability-identifier-naming): the names that callers of the protocol use
     /// Keys of request fields. The contracts' own library has them: another protocol needs nothing else of this one.
@@ -69,8 +71,14 @@ public:
                            std::function<void(qint64, RequestResult, File::FileInfo)>&& done) override;
     qint64 retriveFileList(const File::FileFieldData& data,
                            std::function<void(qint64, RequestResult, QList<File::FileInfo>)>&& done) override;
+
+    /// A file at the target that is not the copy which was delivered there, unchanged, is left alone, and -1 returned;
+    /// see OAuth2::AuthInfo::replaceExistingFiles.
     qint64 downloadFile(const File::FileFieldData& data, std::function<void(qint64, RequestResult)>&& done,
                         std::function<void(qint64, int)>&& progress) override;
+
+    /// As Ability.h says. An empty id names nothing: the request fails, and no observer is told. This is how a cloud
+    /// manager clears up after an upload that has left nothing.
     qint64 deleteFile(const File::FileFieldData& data, std::function<void(qint64, RequestResult)>&& done) override;
 
     /// The new document is named as the local file; a name that is taken gets a number, as in "report (2).pdf".
@@ -91,13 +99,20 @@ public:
 
     /// @}
 
+    /// Of the addresses that AuthInfo may have.
+    // NOLINTNEXTLINE(readability-identifier-naming): named like the operations of the abilities
+    static QStringList serviceSchemes();
+
+    /// The first one is `onFailure` of AuthInfo.
+    void SetFailureObserver(FailureObserver observer) override;
+
     /// Finds out what the service is able to do, by requests that leave nothing behind. What was found names neither
     /// the user nor documents nor the server's address, so that it can be shown to others.
-    // NOLINTNEXTLINE(readability-identifier-naming): named like the operations of the abilities
+    // NOLINTNEXTLINE(readability-identifier-naming)
     qint64 probeService(std::function<void(qint64, RequestResult, const ServiceCapabilities&)>&& done);
 
     /// Waits until documents may have changed since this call, whoever changes them. Ends in Success then, once for
-    /// what changes together. Ends in Error, of which `onFailure` is not told, where the service does not tell of
+    /// what changes together. Ends in Error, of which no observer is told, where the service does not tell of
     /// changes by itself: then only a new list shows them.
     // NOLINTNEXTLINE(readability-identifier-naming)
     qint64 awaitChange(std::function<void(qint64, RequestResult)>&& done);

@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <QUrl>
+#include <QVariantMap>
 
 #include <functional>
 
@@ -9,7 +10,7 @@ namespace Norlis::Social::OAuth2 {
 
 /// Why a request failed, in words for the user. The texts never hold a token or a password.
 struct Failure {
-    qint64 operation = -1; ///< id of the request that failed
+    qint64 operation = -1; ///< id of the request that failed; -1 when it was not started
     QString what;          ///< what was tried, for instance "Upload"
     QString document;      ///< name of the document concerned; empty when there is none
     QString reason;        ///< what the service or the system said
@@ -61,13 +62,21 @@ struct AuthInfo {
     /// remembers for the lifetime of the object.
     QString dataFolder = {};
 
-    /// Called when a request has failed, with the reason, on the thread of the protocol object and just before the
-    /// request's own callback.
+    /// Lets a download replace whatever file is at its target. Otherwise it replaces only a file that the protocol
+    /// object has delivered there, or sent from there, as that document, and that nobody has changed since; for any
+    /// other, -1 is returned. Without a `dataFolder` it knows of those of its own lifetime.
+    bool replaceExistingFiles = false;
+
+    /// The first failure observer: see PDF::Cloud::IFailureSource.
     std::function<void(const Failure&)> onFailure = {};
 
     /// Called when a transfer has succeeded, on the thread of the protocol object and just before the request's own
     /// callback: nobody needs to read the file again to know its hash.
     std::function<void(const TransferredFile&)> onTransferred = {};
+
+    /// What only some services have to know, such as a region, by names of their own. Those that are in the library
+    /// need none.
+    QVariantMap options = {};
 };
 
 } // namespace Norlis::Social::OAuth2

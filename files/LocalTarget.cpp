@@ -19,4 +19,31 @@ std::optional<TargetProblem> ValidateTarget(const QString& localPath)
     return std::nullopt;
 }
 
+TargetProblem ForeignFileProblem(const QString& localPath)
+{
+    return {QStringLiteral("%1 is there already, and is not an unchanged copy of the document").arg(localPath),
+            "Choose another folder, or move that file away first."};
+}
+
+std::optional<TargetProblem> PutInPlace(AtomicFile& file, const QString& localPath, const ReplaceableFile& replaceable)
+{
+    const bool mayReplace =
+        replaceable.isAny || (replaceable.only.IsFile() && FileIdentity::OfPath(localPath) == replaceable.only);
+    auto outcome = AtomicFile::Outcome::Done;
+    if (!mayReplace) {
+        outcome = file.CommitNew(localPath);
+    } else if (!file.CommitReplacing(localPath)) {
+        outcome = AtomicFile::Outcome::Failed;
+    }
+    switch (outcome) {
+    case AtomicFile::Outcome::Done:
+        break;
+    case AtomicFile::Outcome::NameTaken:
+        return ForeignFileProblem(localPath);
+    case AtomicFile::Outcome::Failed:
+        return TargetProblem{QStringLiteral("%1 cannot be written: %2").arg(localPath, file.ErrorText()), {}};
+    }
+    return std::nullopt;
+}
+
 } // namespace Norlis::Files

@@ -1,43 +1,19 @@
 #include <contracts/NorlisCloudProtocol.h>
 
 #include "ServiceConnection.h"
+#include "Services.h"
 #include <base/Lifetime.h>
-#include <protocol/folder/FolderService.h>
-#include <protocol/webdav/WebDavService.h>
+#include <protocol/service/DeliveredFiles.h>
 
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QPixmap>
-
-#include <stdexcept>
 
 namespace Norlis::Social {
 
 namespace {
 
 constexpr qint64 notStarted = -1;
-
-CloudServiceFactory ServiceFor(const OAuth2::AuthInfo& authInfo, const std::string& programName)
-{
-    const QUrl& url = authInfo.serviceUrl;
-    if (url.isLocalFile() && !url.toLocalFile().isEmpty()) {
-        return [authInfo](const CloudService::Listener& listener) {
-            return std::make_unique<FolderService>(authInfo, listener);
-        };
-    }
-    const bool isWeb = url.scheme() == "https" || url.scheme() == "http";
-    const std::optional<QString> problem =
-        isWeb ? WebDavService::Validate(authInfo)
-              : std::optional(QStringLiteral("give the address of a folder, such as file:///home/me/Cloud, or of a "
-                                             "WebDAV server, such as https://me@cloud.example/dav/"));
-    if (problem) {
-        throw std::invalid_argument("There is no cloud service at \"" +
-                                    url.toDisplayString(QUrl::RemoveUserInfo).toStdString() +
-                                    "\": " + problem->toStdString());
-    }
-    return [authInfo, programName](const CloudService::Listener& listener) {
-        return std::make_unique<WebDavService>(authInfo, programName, listener);
-    };
-}
 
 /// The payload of a successful reply; an empty one of any other.
 template <typename Payload>
@@ -58,7 +34,9 @@ bool CanHavePixmaps()
 class NorlisCloudProtocol::Private {
 public:
     Private(const OAuth2::AuthInfo& authInfo, const std::string& programName)
-        : authInfo(authInfo),
+        : delivered(authInfo),
+          onFailure(authInfo.onFailure),
+          onTransferred(authInfo.onTransferred),
           connection(std::make_unique<ServiceConnection>(ServiceFor(authInfo, programName)))
     {
     }
@@ -126,18 +104,18 @@ public:
     void Report(qint64 id, OAuth2::Failure failure)
     {
         failure.operation = id;
-        const auto onFailure = authInfo.onFailure; // a copy, since it may destroy this object
-        if (onFailure) {
-            onFailure(failure);
+        const auto observer = onFailure; // a copy, since it may destroy this object
+        if (observer) {
+            observer(failure);
         }
     }
 
     void Report(qint64 id, OAuth2::TransferredFile file)
     {
         file.operation = id;
-        const auto onTransferred = authInfo.onTransferred;
-        if (onTransferred) {
-            onTransferred(file);
+        const auto observer = onTransferred;
+        if (observer) {
+            observer(file);
         }
     }
 
@@ -147,7 +125,9 @@ public:
         ++signOuts;
     }
 
-    const OAuth2::AuthInfo authInfo;
+    DeliveredFiles delivered;
+    FailureObserver onFailure;
+    const std::function<void(const OAuth2::TransferredFile&)> onTransferred;
     bool isLoggedIn = false;
     bool mayListLackDocuments = false;
     int signOuts = 0; ///< a sign-in that sees another count at its end was overtaken by a sign-out
@@ -227,10 +207,25 @@ qint64 NorlisCloudProtocol::retriveFileList(const FileFieldData&,
 qint64 NorlisCloudProtocol::downloadFile(const FileFieldData& data, std::function<void(qint64, RequestResult)>&& done,
                                          ProgressCallback&& progress)
 {
-    const Request::Download request{data.fields.value(ID), data.fields.value(FILE_NAME),
+    const QString document = data.fields.value(ID);
+    const QString localPath = data.fields.value(FILE_NAME);
+    const auto replaceable = d->delivered.ReplaceableAt(document, localPath);
+    if (d->isLoggedIn && !replaceable) {
+        const auto problem = Files::ForeignFileProblem(localPath);
+        const QString name = QFileInfo(localPath).fileName();
+        d->Report(notStarted, FailureReply("Download", name, problem.reason, problem.advice).failure);
+        return notStarted;
+    }
+    const Request::Download request{document, localPath, replaceable.value_or(Files::ReplaceableFile()),
                                     std::make_shared<TransferToken>()};
     return d->Send(
-        request, [done = std::move(done)](qint64 id, RequestResult result, Reply&&) { done(id, result); },
+        request,
+        [d = d.get(), document, done = std::move(done)](qint64 id, RequestResult result, Reply&& reply) {
+            if (result == Success) {
+                d->delivered.Note(document, reply.file);
+            }
+            done(id, result);
+        },
         std::move(progress));
 }
 
@@ -247,7 +242,17 @@ NorlisCloudProtocol::uploadFile(const QString& localPath, const QMap<QString, QS
 {
     const Request::Upload request{localPath, fields.value(ID), fields.value(FILE_MIME_TYPE), fields.value(MD5_HASH),
                                   std::make_shared<TransferToken>()};
-    return d->SendFor<NorlisCloudSharingResult>(request, std::move(done), std::move(progress));
+    return d->Send(
+        request,
+        [d = d.get(), done = std::move(done)](qint64 id, RequestResult result, Reply&& reply) {
+            const auto file = reply.file;
+            const auto made = PayloadOf<NorlisCloudSharingResult>(std::move(reply));
+            if (result == Success) {
+                d->delivered.Note(made.id, file);
+            }
+            done(id, result, made);
+        },
+        std::move(progress));
 }
 
 qint64
@@ -261,6 +266,20 @@ qint64 NorlisCloudProtocol::retrievePreview(const QMap<QString, QString>& fields
 {
     const QSize box(fields.value(FILE_PREVIEW_WIDTH).toInt(), fields.value(FILE_PREVIEW_HEIGHT).toInt());
     return d->SendForPixmap(Request::Preview{fields.value(ID), box}, std::move(done));
+}
+
+QStringList NorlisCloudProtocol::serviceSchemes()
+{
+    QStringList schemes;
+    for (const ServiceKind& kind : ServiceKinds()) {
+        schemes += kind.schemes;
+    }
+    return schemes;
+}
+
+void NorlisCloudProtocol::SetFailureObserver(FailureObserver observer)
+{
+    d->onFailure = std::move(observer);
 }
 
 qint64 NorlisCloudProtocol::probeService(std::function<void(qint64, RequestResult, const ServiceCapabilities&)>&& done)
@@ -277,6 +296,7 @@ qint64 NorlisCloudProtocol::awaitChange(std::function<void(qint64, RequestResult
 void NorlisCloudProtocol::copyMoved(const QString& id, const QString& fromPath, const QString& toPath)
 {
     if (d->isLoggedIn) {
+        d->delivered.Move(id, fromPath, toPath);
         d->connection->Send(Request::CopyMoved{id, fromPath, toPath}, [](qint64, Reply&&) {});
     }
 }

@@ -1,5 +1,7 @@
 #include "ServiceAddress.h"
 
+#include <contracts/NorlisCloudProtocol.h>
+
 #include <QDir>
 #include <QRegularExpression>
 
@@ -79,7 +81,7 @@ QUrl ServiceAddress(const QString& text, const QString& user)
 {
     const QUrl url =
         IsAddress(text) ? Parsed(text) : QUrl::fromLocalFile(QDir::cleanPath(QDir().absoluteFilePath(text)));
-    if (url.scheme() == "https" || url.scheme() == "http") {
+    if (!IsFolder(url) && Social::NorlisCloudProtocol::serviceSchemes().contains(url.scheme())) {
         return ServerAddress(url, user);
     }
     if (!IsFolder(url)) {

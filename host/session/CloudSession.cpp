@@ -126,11 +126,7 @@ CloudSession::CloudSession(const QString& dataFolder, const Social::OAuth2::Auth
     auto completed = authInfo;
     completed.cacheFolder = dataFolder + "/previews";
     completed.dataFolder = dataFolder;
-    completed.onFailure = [session = QPointer(this)](const Social::OAuth2::Failure& failure) {
-        if (session) {
-            session->NoteFailure(failure);
-        }
-    };
+    completed.replaceExistingFiles = true; // in the session's own folder for downloads
     completed.onTransferred = [session = QPointer(this)](const Social::OAuth2::TransferredFile& file) {
         if (session && session->d) {
             session->d->uploads.NoteSent(file);
@@ -267,13 +263,6 @@ void CloudSession::SaveAndClose()
     const QSignalBlocker quiet(this);
     const auto closing = std::move(d);
     closing->Close();
-}
-
-void CloudSession::NoteFailure(const Social::OAuth2::Failure& failure)
-{
-    if (d) {
-        d->cloud.Failures().Put(failure);
-    }
 }
 
 } // namespace Norlis::Host

@@ -48,12 +48,13 @@ class NORLIS_HOST_EXPORT CloudSession : public QObject {
 
 public:
     /// \param dataFolder where what is known of this service is kept, private to the user; created when missing
-    /// \param authInfo   the service; `cacheFolder` and `onFailure` are set by the session
+    /// \param authInfo   the service; what a session keeps for itself is set by it: folders, observers and what
+    ///                   a download may replace
     /// Throws std::runtime_error, with a text for the user, when the records cannot be read, and std::invalid_argument
     /// when there is no such service.
     CloudSession(const QString& dataFolder, const Social::OAuth2::AuthInfo& authInfo);
 
-    /// As above, over another protocol, which calls NoteFailure to tell why a request failed.
+    /// As above, over another protocol. If it is a PDF::Cloud::IFailureSource, the session is its observer.
     CloudSession(const QString& dataFolder, const std::shared_ptr<PDF::Cloud::ICloudProtocol>& protocol);
     ~CloudSession() override;
 
@@ -139,9 +140,6 @@ public:
     /// Writes the list to disk now and closes the store, as destruction does, but reports what went wrong: throws
     /// std::runtime_error. Nothing else may be called afterwards.
     void SaveAndClose();
-
-    /// To be called by the protocol's failure observer, just before the request ends.
-    void NoteFailure(const Social::OAuth2::Failure& failure);
 
 signals:
     /// The list is up to date. Ids of documents that are new, have changed in the cloud, and are gone from it. Emitted

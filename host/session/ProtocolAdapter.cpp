@@ -91,4 +91,9 @@ void ProtocolAdapter::cancelOperation(qint64 id)
     protocol.cancelOperation(id);
 }
 
+void ProtocolAdapter::SetFailureObserver(FailureObserver observer)
+{
+    protocol.SetFailureObserver(std::move(observer));
+}
+
 } // namespace Norlis::Host

@@ -3,6 +3,10 @@
 #include "ProtocolAdapter.h"
 #include "Records.h"
 
+#include <contracts/IFailureSource.h>
+
+#include <QPointer>
+
 namespace Norlis::Host {
 
 using PDF::Cloud::AbstractCloudManager;
@@ -32,6 +36,13 @@ SessionCloud::SessionCloud(CloudSession& session, const std::shared_ptr<ICloudPr
       adapter(dynamic_cast<ProtocolAdapter*>(protocol.get())),
       manager(std::make_unique<SessionCloudManager>(protocol, hashes, fileSystem, pictures))
 {
+    if (const auto source = dynamic_cast<PDF::Cloud::IFailureSource*>(protocol.get())) {
+        source->SetFailureObserver([inbox = QPointer(&failures)](const Failure& failure) {
+            if (inbox) {
+                inbox->Put(failure);
+            }
+        });
+    }
     // Nobody else in the session requests these.
     connect(manager.get(), &AbstractCloudManager::AuthorizationFailed, this,
             [this] { Fail(Request::SignIn, {}, "Auth failed", failures.Take()); });

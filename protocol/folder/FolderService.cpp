@@ -14,6 +14,7 @@ constexpr qint64 bytesPerMiB = 1024 * 1024;
 constexpr std::size_t maxAtOnce = 4; // transfers; more would only make the disk seek
 constexpr int lookInterval = 10;     // milliseconds
 const auto applicationId = QStringLiteral("pdf");
+const auto example = QStringLiteral("a folder, such as file:///home/me/Cloud");
 
 /// A document, which is rendered where it is.
 class DocumentFile : public PreviewSource::File {
@@ -31,11 +32,23 @@ private:
 
 } // namespace
 
+ServiceKind FolderService::Kind()
+{
+    return {{"file"},
+            example,
+            [](const OAuth2::AuthInfo& authInfo) {
+                return authInfo.serviceUrl.toLocalFile().isEmpty() ? std::optional("give the address of " + example)
+                                                                   : std::nullopt;
+            },
+            [](const OAuth2::AuthInfo& authInfo, const std::string&, const Listener& listener)
+                -> std::unique_ptr<CloudService> { return std::make_unique<FolderService>(authInfo, listener); }};
+}
+
 FolderService::FolderService(const OAuth2::AuthInfo& authInfo, const Listener& listener)
     : authInfo(authInfo),
       listener(listener),
       store(authInfo.serviceUrl.toLocalFile()),
-      versions(VersionFile(authInfo)),
+      versions(MemoryFile("versions", authInfo)),
       seen(versions),
       transfers(store, seen, authInfo.storageLimit),
       previews(authInfo.cacheFolder, *this, listener.reply),

@@ -7,6 +7,7 @@
 #include <protocol/preview/PreviewQueue.h>
 #include <protocol/service/CloudService.h>
 #include <protocol/service/QuotaRequests.h>
+#include <protocol/service/ServiceKind.h>
 #include <protocol/service/VersionMemory.h>
 
 #include <QTimer>
@@ -20,6 +21,8 @@ namespace Norlis::Social {
 /// A folder as a cloud. Any token signs in, as long as the folder can be read.
 class FolderService : public CloudService, private PreviewSource {
 public:
+    static ServiceKind Kind();
+
     FolderService(const OAuth2::AuthInfo& authInfo, const Listener& listener);
     ~FolderService() override;
 

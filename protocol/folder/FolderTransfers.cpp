@@ -84,17 +84,16 @@ public:
 
     std::optional<Reply> Step(Files::AtomicFile& copy, const Files::FileReader& source) override
     {
-        bool isWritten = false;
+        std::optional<Files::TargetProblem> problem;
         const bool isWanted = request.token->Commit([&] {
-            isWritten = copy.CommitReplacing(request.localPath);
+            problem = Files::PutInPlace(copy, request.localPath, request.replaceable);
             return QString();
         });
         if (!isWanted) {
             return Reply(); // nobody waits for it
         }
-        if (!isWritten) {
-            return FailureReply(download, document.name,
-                                QStringLiteral("%1 cannot be written: %2").arg(request.localPath, copy.ErrorText()));
+        if (problem) {
+            return FailureReply(download, document.name, problem->reason, problem->advice);
         }
         Files::AtomicFile::SyncFolderOf(request.localPath);
         const bool isCertain = source.IsLasting();

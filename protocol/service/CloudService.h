@@ -27,8 +27,8 @@ public:
     /// Gives up a request and leaves nothing of it behind. No reply follows. Unknown ids are ignored.
     virtual void Cancel(qint64 id) = 0;
 
-    /// Gives up all requests, without replies, then calls done, at once or from the event loop within a few seconds. It
-    /// may destroy the service.
+    /// Gives up all requests, without replies, then calls done, at once or from the event loop within a tenth of a
+    /// second. It may destroy the service.
     virtual void Shutdown(std::function<void()> done)
     {
         CallOnce(done);

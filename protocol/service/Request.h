@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TransferToken.h"
+#include <files/LocalTarget.h>
 
 #include <QSize>
 
@@ -29,6 +30,7 @@ struct Change {};
 struct Download {
     QString document;
     QString localPath;
+    Files::ReplaceableFile replaceable;
     std::shared_ptr<TransferToken> token;
 };
 struct Upload {

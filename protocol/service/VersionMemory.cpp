@@ -79,7 +79,7 @@ private:
 
 } // namespace
 
-QString VersionFile(const OAuth2::AuthInfo& authInfo)
+QString MemoryFile(const QString& what, const OAuth2::AuthInfo& authInfo)
 {
     constexpr int nameLength = 16; // enough to tell apart the services of one user
     QUrl service = authInfo.serviceUrl.adjusted(QUrl::RemovePassword | QUrl::StripTrailingSlash);
@@ -89,7 +89,8 @@ QString VersionFile(const OAuth2::AuthInfo& authInfo)
     const QByteArray name = QCryptographicHash::hash(service.toEncoded(), QCryptographicHash::Sha256).toHex();
     return authInfo.dataFolder.isEmpty()
                ? QString()
-               : authInfo.dataFolder + "/versions-" + QString::fromLatin1(name.left(nameLength)) + ".jsonl";
+               : QStringLiteral("%1/%2-%3.jsonl")
+                     .arg(authInfo.dataFolder, what, QString::fromLatin1(name.left(nameLength)));
 }
 
 VersionMemory::VersionMemory(const QString& file) : path(file) {}
@@ -136,6 +137,18 @@ void VersionMemory::Move(const QString& document, const QString& from, const QSt
         Set(document, KeyOf(from), std::nullopt);
         Append(LineOf(document, KeyOf(from), std::nullopt));
     }
+}
+
+QStringList VersionMemory::DocumentsBeginningWith(const QString& prefix)
+{
+    Refresh();
+    QStringList found;
+    for (auto each = copiesOf.constBegin(); each != copiesOf.constEnd(); ++each) {
+        if (each.key().startsWith(prefix) && !each->isEmpty()) {
+            found.append(each.key());
+        }
+    }
+    return found;
 }
 
 void VersionMemory::Forget(const QString& document)

@@ -12,15 +12,14 @@
 
 namespace Norlis::Social {
 
-/// Remembers which version of a document each of its copies on this computer is: what was delivered to a local path, or
-/// taken from it. So an upload knows what it is going to replace.
+/// Remembers a version of each of the copies that documents have on this computer, by document and local path.
 ///
 /// Kept in a file of lines, each a JSON array (RFC 8259): id, local path, version, MD5; only id and path where a copy
 /// is forgotten. What two programs add to it at once they both see. A line that cannot be read is ignored.
 class VersionMemory {
 public:
     struct Version {
-        QString version; ///< text of the service's own, which it compares
+        QString version; ///< text of its user's own, who compares it
         QString md5Hash; ///< of the copy when it was made; empty when unknown
     };
 
@@ -44,6 +43,9 @@ public:
     /// The copy has another path now. Without effect when there is none.
     void Move(const QString& document, const QString& from, const QString& to);
 
+    /// The documents whose names begin so.
+    QStringList DocumentsBeginningWith(const QString& prefix);
+
     /// Of a document that is no longer in the cloud.
     void Forget(const QString& document);
 
@@ -66,7 +68,8 @@ private:
     int lines = 0;  ///< that were read
 };
 
-/// Where the memory of a service and its user is; empty without a data folder.
-QString VersionFile(const OAuth2::AuthInfo& authInfo);
+/// Where a memory of a service and its user is; empty without a data folder.
+/// \param what it remembers, as the name begins
+QString MemoryFile(const QString& what, const OAuth2::AuthInfo& authInfo);
 
 } // namespace Norlis::Social

@@ -252,16 +252,15 @@ void DownloadOperation::OnWritten()
 
 void DownloadOperation::PutInPlace()
 {
-    const auto file = sink->File();
-    bool isWritten = false;
+    std::optional<Files::TargetProblem> problem;
     const bool isWanted = request.token->Commit([&] {
-        isWritten = file->CommitReplacing(request.localPath);
+        problem = Files::PutInPlace(*sink->File(), request.localPath, request.replaceable);
         return QString();
     });
     if (!isWanted) {
         End({});
-    } else if (!isWritten) {
-        Fail(QStringLiteral("%1 cannot be written: %2").arg(request.localPath, file->ErrorText()), {});
+    } else if (problem) {
+        Fail(problem->reason, problem->advice);
     } else {
         RememberVersion();
         const auto end = [this, guard = lifetime.Watch()](const QString&) {

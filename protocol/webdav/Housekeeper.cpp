@@ -1,6 +1,8 @@
 #include "Housekeeper.h"
 
 #include "WebDavSession.h"
+#include <base/Utf8.h>
+#include <files/AtomicFile.h>
 #include <protocol/dav/DavRequests.h>
 #include <protocol/dav/DavResponses.h>
 #include <protocol/dav/EntityTag.h>
@@ -11,15 +13,27 @@ namespace Norlis::Social {
 
 namespace {
 
-constexpr int disconnectDelay = 150; // milliseconds, after which a server has noticed that a connection is gone
+constexpr int disconnectDelay = 150;      // milliseconds, after which a server has noticed that a connection is gone
+const auto nowhere = QStringLiteral("/"); // in place of a local path
+
+/// Beside the documents in the memory of versions, whose ids have no blank.
+const auto leftoverPrefix = QStringLiteral("leftover ");
 
 } // namespace
 
 Housekeeper::Housekeeper(WebDavSession& session) : session(session), requests(session.http) {}
 
+Housekeeper::~Housekeeper()
+{
+    for (const QByteArray& name : undeleted - leftovers) {
+        LeaveForNextTime(name);
+    }
+}
+
 void Housekeeper::DeleteFile(const QByteArray& name, bool mayBeWritten, std::function<void()> done)
 {
     ++tasks;
+    undeleted.insert(name);
     const HttpRequest request = Delete(session.collection.UrlOf(name));
     const auto end = [this, done = std::move(done)] {
         --tasks;
@@ -27,14 +41,46 @@ void Housekeeper::DeleteFile(const QByteArray& name, bool mayBeWritten, std::fun
             done();
         }
     };
-    requests.Send(request, [this, request, mayBeWritten, end](HttpResponse&&) {
+    requests.Send(request, [this, name, request, mayBeWritten, end](HttpResponse&& response) {
         if (!mayBeWritten) {
+            OnDeleted(name, response);
             end();
             return;
         }
-        QTimer::singleShot(disconnectDelay, this,
-                           [this, request, end] { requests.Send(request, [end](HttpResponse&&) { end(); }); });
+        QTimer::singleShot(disconnectDelay, this, [this, name, request, end] {
+            requests.Send(request, [this, name, end](HttpResponse&& second) {
+                OnDeleted(name, second);
+                end();
+            });
+        });
     });
+}
+
+void Housekeeper::OnDeleted(const QByteArray& name, const HttpResponse& response)
+{
+    const bool isGone = response.HasSucceeded() || IsMissing(response.Status());
+    if (isGone) {
+        undeleted.remove(name);
+        if (leftovers.remove(name)) {
+            session.versions.Forget(leftoverPrefix + FromUtf8(name));
+        }
+    }
+}
+
+void Housekeeper::LeaveForNextTime(const QByteArray& name)
+{
+    session.versions.Remember(leftoverPrefix + FromUtf8(name), nowhere, {});
+}
+
+void Housekeeper::DeleteLeftovers()
+{
+    for (const QString& noted : session.versions.DocumentsBeginningWith(leftoverPrefix)) {
+        const QString name = noted.mid(leftoverPrefix.size());
+        if (Files::AtomicFile::IsTemporaryName(name)) { // nothing else is ours
+            leftovers.insert(name.toUtf8());
+            DeleteFile(name.toUtf8(), false);
+        }
+    }
 }
 
 void Housekeeper::ReleaseLock(const QByteArray& url, const QByteArray& token)

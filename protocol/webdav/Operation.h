@@ -36,6 +36,12 @@ public:
     }
 
 protected:
+    /// False once it has ended.
+    bool IsUnderWay() const
+    {
+        return finish != nullptr;
+    }
+
     void End(Reply reply)
     {
         CallOnce(finish, std::move(reply));

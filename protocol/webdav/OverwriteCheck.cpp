@@ -21,6 +21,13 @@ OverwriteCheck::OverwriteCheck(WebDavSession& session, const DavDocument& upload
     });
 }
 
+OverwriteCheck::~OverwriteCheck()
+{
+    if (done) {
+        session.housekeeper.LeaveForNextTime(small);
+    }
+}
+
 void OverwriteCheck::TryToOverwrite()
 {
     files.Move(uploaded.name, small, false, {}, [this](const ChangeResult& result) {

@@ -13,6 +13,10 @@ public:
     using Done = std::function<void(const QByteArray& name)>;
 
     OverwriteCheck(WebDavSession& session, const DavDocument& uploaded, Done done);
+    ~OverwriteCheck();
+
+    OverwriteCheck(const OverwriteCheck&) = delete;
+    OverwriteCheck& operator=(const OverwriteCheck&) = delete;
 
 private:
     void TryToOverwrite();

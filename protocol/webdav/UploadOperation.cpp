@@ -8,6 +8,7 @@
 #include <QFileInfo>
 
 #include <limits>
+#include <utility>
 
 namespace Norlis::Social {
 
@@ -32,6 +33,11 @@ UploadOperation::UploadOperation(qint64 id, const Request::Upload& request,
 
 UploadOperation::~UploadOperation()
 {
+    // A document that was to be replaced may be gone by now, and the file all that there is of it.
+    const bool mayBeAllThereIs = step == Step::Publishing && replaced;
+    if (IsUnderWay() && !isDirect && !sent.name.isEmpty() && !mayBeAllThereIs) {
+        session->housekeeper.LeaveForNextTime(sent.name);
+    }
     session->lookup.Forget(id);
 }
 
@@ -313,7 +319,7 @@ bool UploadOperation::GiveUp()
     if (isDirect) {
         return true; // the server discards it, or has it
     }
-    session->housekeeper.DeleteFile(sent.name, step == Step::Sending);
+    session->housekeeper.DeleteFile(std::exchange(sent.name, {}), step == Step::Sending);
     return true;
 }
 
@@ -323,7 +329,7 @@ void UploadOperation::Fail(Reply reply, bool mayBeWritten)
         End(std::move(reply));
         return;
     }
-    session->housekeeper.DeleteFile(sent.name, mayBeWritten,
+    session->housekeeper.DeleteFile(std::exchange(sent.name, {}), mayBeWritten,
                                     [this, reply = std::move(reply), guard = lifetime.Watch()] {
                                         if (guard) {
                                             End(reply);

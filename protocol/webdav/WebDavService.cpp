@@ -17,9 +17,9 @@ namespace Norlis::Social {
 
 namespace {
 
-constexpr int maxTransfers = 4;        // at once
-constexpr int maxSettling = 256;       // transfers that wait to be flushed, or looked at, together
-constexpr int shutdownTimeout = 3'000; // milliseconds
+constexpr int maxTransfers = 4;     // at once
+constexpr int maxSettling = 256;    // transfers that wait to be flushed, or looked at, together
+constexpr int shutdownTimeout = 70; // milliseconds; somebody waits for it in front of a closed window
 
 QString UserOf(const OAuth2::AuthInfo& authInfo)
 {
@@ -29,6 +29,26 @@ QString UserOf(const OAuth2::AuthInfo& authInfo)
 bool IsOneLine(const QString& text)
 {
     return std::none_of(text.begin(), text.end(), [](QChar character) { return character.unicode() < 0x20; });
+}
+
+/// What is wrong with the address or the user.
+std::optional<QString> Validate(const OAuth2::AuthInfo& authInfo)
+{
+    const QUrl& url = authInfo.serviceUrl;
+    const QByteArray address = url.toEncoded(QUrl::RemoveUserInfo);
+    if (OriginOfUrl(address).isEmpty() || !SegmentsOfUrl(address)) {
+        return QStringLiteral("it is not the address of a collection");
+    }
+    if (url.hasQuery() || url.hasFragment()) {
+        return QStringLiteral("leave out what follows \"?\" or \"#\"");
+    }
+    if (url.scheme() == "http" && !IsLoopback(address) && !authInfo.allowPlainHttp) {
+        return QStringLiteral("http: would send the password and the documents unencrypted; use https:");
+    }
+    if (!IsOneLine(UserOf(authInfo)) || UserOf(authInfo).contains(':')) {
+        return QStringLiteral("a user name must not contain colons or control characters");
+    }
+    return {};
 }
 
 /// For documents while they are rendered. Those of programs that were killed are removed where nobody else makes
@@ -54,7 +74,7 @@ WebDavService::WebDavService(const OAuth2::AuthInfo& authInfo, const std::string
       user(UserOf(authInfo)),
       programName(QByteArray::fromStdString(programName)),
       listener(listener),
-      versions(VersionFile(authInfo)),
+      versions(MemoryFile("versions", authInfo)),
       previewFolder(PreviewFolderTemplate(authInfo.cacheFolder)),
       previews(authInfo.cacheFolder, *this, listener.reply),
       quotas([this](const auto& found) { FindQuota(found); },
@@ -94,23 +114,15 @@ void WebDavService::Shutdown(std::function<void()> done)
     cleanUpTimer.start();
 }
 
-std::optional<QString> WebDavService::Validate(const OAuth2::AuthInfo& authInfo)
+ServiceKind WebDavService::Kind()
 {
-    const QUrl& url = authInfo.serviceUrl;
-    const QByteArray address = url.toEncoded(QUrl::RemoveUserInfo);
-    if (OriginOfUrl(address).isEmpty() || !SegmentsOfUrl(address)) {
-        return QStringLiteral("it is not the address of a collection");
-    }
-    if (url.hasQuery() || url.hasFragment()) {
-        return QStringLiteral("leave out what follows \"?\" or \"#\"");
-    }
-    if (url.scheme() == "http" && !IsLoopback(address) && !authInfo.allowPlainHttp) {
-        return QStringLiteral("http: would send the password and the documents unencrypted; use https:");
-    }
-    if (!IsOneLine(UserOf(authInfo)) || UserOf(authInfo).contains(':')) {
-        return QStringLiteral("a user name must not contain colons or control characters");
-    }
-    return {};
+    return {{"https", "http"},
+            "a WebDAV server, such as https://me@cloud.example/dav/",
+            Validate,
+            [](const OAuth2::AuthInfo& authInfo, const std::string& programName,
+               const Listener& listener) -> std::unique_ptr<CloudService> {
+                return std::make_unique<WebDavService>(authInfo, programName, listener);
+            }};
 }
 
 void WebDavService::Start(qint64 id, const Request::Any& request)
@@ -188,6 +200,7 @@ void WebDavService::Begin(qint64 id, const Request::SignIn& request)
     const auto finish = [this, id, next, before = signOuts](Reply&& reply) {
         if (reply.result == Success && !active.at(id).isGivenUp && signOuts == before) {
             Retire(std::exchange(session, next));
+            session->housekeeper.DeleteLeftovers();
         }
         OnFinished(id, std::move(reply));
     };

@@ -6,6 +6,7 @@
 #include <protocol/preview/PreviewQueue.h>
 #include <protocol/service/CloudService.h>
 #include <protocol/service/QuotaRequests.h>
+#include <protocol/service/ServiceKind.h>
 #include <protocol/streams/DiskFlush.h>
 
 #include <QTemporaryDir>
@@ -28,11 +29,11 @@ public:
     void Start(qint64 id, const Request::Any& request) override;
     void Cancel(qint64 id) override;
 
-    /// Waits, for a few seconds at most, until what cancelled transfers have left on the server is deleted.
+    /// Deletes what cancelled transfers have left on the server, as far as that takes a moment only. The next sign-in
+    /// does the rest.
     void Shutdown(std::function<void()> done) override;
 
-    /// What is wrong with the address or the user; nothing when there can be such a service.
-    static std::optional<QString> Validate(const OAuth2::AuthInfo& authInfo);
+    static ServiceKind Kind();
 
 private:
     struct Active {

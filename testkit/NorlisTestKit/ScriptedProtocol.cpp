@@ -67,6 +67,23 @@ std::set<qint64> ScriptedProtocol::Running() const
     return running;
 }
 
+void ScriptedProtocol::Fail(qint64 id, const QString& reason)
+{
+    Social::OAuth2::Failure failure;
+    failure.operation = id;
+    failure.reason = reason;
+    TellFailure(failure);
+    Answer(id, Social::Error);
+}
+
+void ScriptedProtocol::TellFailure(const Social::OAuth2::Failure& failure) const
+{
+    const auto observer = failureObserver; // it may set another one
+    if (observer) {
+        observer(failure);
+    }
+}
+
 void ScriptedProtocol::Progress(qint64 id, int value)
 {
     ProgressAs(id, id, value);
@@ -174,6 +191,11 @@ void ScriptedProtocol::cancelOperation(qint64 id)
     journal->Write("-> cancelOperation " + std::to_string(id));
     running.erase(id);
     RunInside("cancelOperation", id);
+}
+
+void ScriptedProtocol::SetFailureObserver(FailureObserver observer)
+{
+    failureObserver = std::move(observer);
 }
 
 qint64 ScriptedProtocol::Start(Call call, Completion&& done, ProgressCallback&& progress)

@@ -3,6 +3,7 @@
 #include <NorlisTestKit/Journal.h>
 
 #include <contracts/ICloudProtocol.h>
+#include <contracts/IFailureSource.h>
 
 #include <map>
 #include <memory>
@@ -23,6 +24,7 @@ namespace Norlis::TestKit {
 ///     protocol->Progress(protocol->LastId("uploadFile"), 50);
 ///     protocol->Answer(protocol->LastId("uploadFile"), Social::Success, sharing);
 ///     protocol->Answer(protocol->LastId("userQuota"), Social::Error);
+///     protocol->Fail(protocol->LastId("deleteFile"), "The document is locked"); // and tells the observer why
 ///     protocol->Answer(protocol->LastId("downloadFile"), Social::Canceled);   // by the service
 ///     protocol->refused = {"deleteFile"};                                     // returns -1
 ///     protocol->inside["auth"] = [&](qint64 id) { protocol->Answer(id, Social::Success); }; // before auth returns
@@ -32,7 +34,7 @@ namespace Norlis::TestKit {
 /// operation.
 ///
 /// Used on one thread, that of the manager over it. The test and the manager share it.
-class ScriptedProtocol : public PDF::Cloud::ICloudProtocol {
+class ScriptedProtocol : public PDF::Cloud::ICloudProtocol, public PDF::Cloud::IFailureSource {
 public:
     /// Shorthand.
     using RequestResult = Social::RequestResult;
@@ -97,6 +99,12 @@ public:
         std::visit([&](auto& callback) { Fire(callback, request, id, result, payload...); }, CompletionOf(request));
     }
 
+    /// Tells the failure observer the reason, and answers the request with an error.
+    void Fail(qint64 id, const QString& reason);
+
+    /// Calls the failure observer, if there is one, and nothing else.
+    void TellFailure(const Social::OAuth2::Failure& failure) const;
+
     /// Calls the progress callback of an upload or a download.
     /// \param value percent
     void Progress(qint64 id, int value);
@@ -132,6 +140,9 @@ public:
     qint64 retrievePreview(const QMap<QString, QString>& fields,
                            std::function<void(qint64, RequestResult, QPixmap)>&& done) override;
     void cancelOperation(qint64 id) override;
+
+    /// Kept for Fail and TellFailure.
+    void SetFailureObserver(FailureObserver observer) override;
 
     /// @}
 
@@ -171,6 +182,7 @@ private:
     std::map<qint64, Completion> completions;
     std::map<qint64, ProgressCallback> progresses;
     std::set<qint64> running;
+    FailureObserver failureObserver;
 };
 
 } // namespace Norlis::TestKit

@@ -60,13 +60,14 @@ TEST_P(CancellationTest, AnUploadCanceledAtItsLastProgressIsTakenBack)
     EXPECT_FALSE(upload->Came());
 }
 
-TEST_P(CancellationTest, AnUploadCutOffByDestructionAfterItWasPutInPlaceIsTakenBack)
+TEST_P(CancellationTest, AnUploadCutOffByDestructionAfterItWasPutInPlaceIsTakenBackOrWhole)
 {
     const auto upload = client.Upload(LocalFile("report.pdf", "content"));
     QCoreApplication::processEvents();
     ASSERT_TRUE(BlockUntil([&] { return cloud->Content() == QStringList("report.pdf"); }));
     client.Destroy();
-    ExpectNothingIsLeft();
+    ExpectNothingIsLeft("report.pdf");
+    EXPECT_EQ(cloud->Get("report.pdf").value_or("content"), QByteArray("content"));
     EXPECT_FALSE(upload->Came());
 }
 

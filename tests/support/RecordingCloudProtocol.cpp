@@ -150,6 +150,8 @@ qint64 NorlisCloudProtocol::retrievePreview(const QMap<QString, QString>& fields
     return Record("retrievePreview", &fields, [done = std::move(done)] { done(7, Error, {}); });
 }
 
+void NorlisCloudProtocol::SetFailureObserver(FailureObserver) {}
+
 void NorlisCloudProtocol::cancelOperation(qint64 id)
 {
     Recorded().calls.emplace_back("cancelOperation");

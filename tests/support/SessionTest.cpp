@@ -251,11 +251,7 @@ QStringList SessionTest::Ids()
 
 void SessionTest::AnswerError(const std::string& operation, const QString& reason)
 {
-    Social::OAuth2::Failure failure;
-    failure.operation = protocol->LastId(operation);
-    failure.reason = reason;
-    session->NoteFailure(failure);
-    Answer(operation, Social::Error);
+    protocol->Fail(protocol->LastId(operation), reason);
 }
 
 } // namespace Norlis::Test

@@ -66,6 +66,8 @@ protected:
         Social::OAuth2::AuthInfo settings;
         settings.serviceUrl = server.Address();
         settings.silenceTimeout = timeout;
+        settings.dataFolder = data.path();
+        settings.replaceExistingFiles = true;
         return settings;
     }
 
@@ -136,6 +138,7 @@ protected:
     }
 
     Server server;
+    QTemporaryDir data; ///< of all clients
     QTemporaryDir folder;
     Client client;
 };

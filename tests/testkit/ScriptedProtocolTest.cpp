@@ -68,6 +68,20 @@ TEST_F(ScriptedProtocolTest, OperationIsRefusedOrAnswersInside)
     EXPECT_EQ(protocol.CallsOf("auth").size(), 2U);
 }
 
+TEST_F(ScriptedProtocolTest, FailureIsToldJustBeforeTheAnswer)
+{
+    auto* const source = dynamic_cast<PDF::Cloud::IFailureSource*>(static_cast<PDF::Cloud::ICloudProtocol*>(&protocol));
+    ASSERT_TRUE(source);
+    source->SetFailureObserver([this](const Social::OAuth2::Failure& failure) {
+        answers.push_back(std::to_string(failure.operation) + ": " + failure.reason.toStdString());
+    });
+    protocol.Fail(upload, "no room");
+    EXPECT_THAT(answers, ElementsAre("1: no room", "1 1 "));
+    source->SetFailureObserver({});
+    protocol.Fail(upload, "again");
+    EXPECT_THAT(answers, ElementsAre("1: no room", "1 1 ", "1 1 "));
+}
+
 TEST_F(ScriptedProtocolTest, AnswerToNoRequestSaysWhichOnesThereAre)
 {
     EXPECT_EQ(ErrorOf([&] { protocol.Answer(7, Social::Success); }),

@@ -14,7 +14,7 @@ protected:
     {
         Social::OAuth2::Failure failure;
         failure.reason = reason;
-        session->NoteFailure(failure);
+        protocol->TellFailure(failure);
     }
 };
 

@@ -229,10 +229,7 @@ TEST_F(CloudSessionPreviewTest, FailuresThatNobodyAskedForAreNotReported)
     session->ShowPreviews({"2"});
     ASSERT_TRUE(WaitForCalls("retrievePreview", static_cast<std::size_t>(seen) + 3));
     for (const auto& call : TakePreviewCalls()) {
-        Social::OAuth2::Failure failure;
-        failure.reason = "no renderer";
-        session->NoteFailure(failure);
-        protocol->Answer(call.id, Social::Error);
+        protocol->Fail(call.id, "no renderer");
     }
     LetWorkFinish();
     EXPECT_THAT(Events(), ElementsAre("ListRefreshed(+1 2, ~, -)"));

@@ -219,7 +219,7 @@ TEST_F(CloudSessionUploadTest, CleanUpThatFailsAtOnceDoesNotStealTheReason)
     protocol->inside["deleteFile"] = [this](qint64) {
         Social::OAuth2::Failure failure;
         failure.reason = "not the reason";
-        session->NoteFailure(failure);
+        protocol->TellFailure(failure);
     };
     AnswerError("uploadFile", "the quota is used up");
 

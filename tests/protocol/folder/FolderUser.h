@@ -73,7 +73,7 @@ public:
 
     Social::Request::Download Download(const QString& id, const QString& fileName) const
     {
-        return {id, LocalPath(fileName), std::make_shared<Social::TransferToken>()};
+        return {id, LocalPath(fileName), {true, {}}, std::make_shared<Social::TransferToken>()};
     }
 
     QString LocalPath(const QString& fileName) const

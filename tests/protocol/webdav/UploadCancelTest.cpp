@@ -43,20 +43,45 @@ class UploadCancelTest : public TransferFaultTest<>, public testing::WithParamIn
 protected:
     UploadCancelTest() : TransferFaultTest(shortTimeout) {}
 
-    /// Begins an upload that the server lets hang at the stage, and gives it up there.
-    void GiveUp(const Misbehaviour& hang, const std::function<void(qint64 operation)>& giveUp)
+    /// Begins an upload, which the server lets hang at the stage.
+    AnswerPtr<Social::NorlisCloudSharingResult> Begin(const Misbehaviour& hang)
     {
         server.ForgetRequests();
         const Stage& stage = GetParam();
         server.Misbehave(When(stage.method).From(stage.number), hang);
         const auto upload = client.Upload(LocalFile("report.pdf", Pattern(300'000)));
-        ASSERT_TRUE(WaitUntil([&] {
+        EXPECT_TRUE(WaitUntil([&] {
             const auto requests = server.Requests(stage.method);
             return static_cast<int>(requests.size()) == stage.number && requests.back().isComplete;
         }));
+        return upload;
+    }
+
+    /// Gives it up there.
+    void GiveUp(const Misbehaviour& hang, const std::function<void(qint64 operation)>& giveUp)
+    {
+        const auto upload = Begin(hang);
         giveUp(upload->operation);
         ExpectOnServer({});
         EXPECT_FALSE(upload->Came());
+    }
+
+    /// Destroys the protocol object there, which does not wait for the server; then somebody signs in again.
+    /// \param left what is on the server then
+    void DestroyAndSignInAgain(const Misbehaviour& hang, const QStringList& left)
+    {
+        const auto upload = Begin(hang);
+        client.Destroy();
+        EXPECT_FALSE(upload->Came());
+        server.BehaveAgain();
+        Client next(Settings(), server.Password());
+        ASSERT_TRUE(next.SignIn());
+        ExpectOnServer(left);
+    }
+
+    bool IsAt(const std::string& stage) const
+    {
+        return GetParam().name == stage;
     }
 };
 
@@ -68,9 +93,10 @@ TEST_P(UploadCancelTest, NothingStaysWhenTheServerHasDoneIt)
     GiveUp(HangsAfterDoingIt(), [this](qint64 operation) { client.Cancel(operation); });
 }
 
-TEST_P(UploadCancelTest, NothingStaysAfterDestruction)
+TEST_P(UploadCancelTest, AfterDestructionNothingButAWholeDocumentOutlastsTheNextSignIn)
 {
-    GiveUp(HangsAfterDoingIt(), [this](qint64) { client.Destroy(); });
+    const bool isWhole = IsAt("Publishing") || IsAt("Looking");
+    DestroyAndSignInAgain(HangsAfterDoingIt(), isWhole ? QStringList("report.pdf") : QStringList());
 }
 
 TEST_P(UploadCancelTest, NothingStaysWhenSomebodyElseHasSignedInMeanwhile)
@@ -89,14 +115,6 @@ TEST_P(UploadCancelTest, NothingStaysAfterSigningOut)
     });
 }
 
-TEST_P(UploadCancelTest, NothingStaysAfterSigningOutAndDestruction)
-{
-    GiveUp(HangsAfterDoingIt(), [this](qint64) {
-        client.Protocol()->logout();
-        client.Destroy();
-    });
-}
-
 /// The same while it does not even do what it is asked.
 class SilentUploadCancelTest : public UploadCancelTest {};
 
@@ -109,9 +127,9 @@ TEST_P(SilentUploadCancelTest, NothingStays)
     GiveUp(Hangs(), [this](qint64 operation) { client.Cancel(operation); });
 }
 
-TEST_P(SilentUploadCancelTest, NothingStaysAfterDestruction)
+TEST_P(SilentUploadCancelTest, AfterDestructionNothingButAWholeDocumentOutlastsTheNextSignIn)
 {
-    GiveUp(Hangs(), [this](qint64) { client.Destroy(); });
+    DestroyAndSignInAgain(Hangs(), IsAt("Looking") ? QStringList("report.pdf") : QStringList());
 }
 
 /// Uploads that are given up while they send.
@@ -127,6 +145,47 @@ TEST_F(UploadCutTest, AnUploadCanceledWhileTheServerReadsLeavesNothing)
     client.Cancel(upload->operation);
     ExpectOnServer({});
     EXPECT_FALSE(upload->Came());
+}
+
+TEST_F(UploadCutTest, WhatWasLeftIsDeletedOnce)
+{
+    LearnTheServer();
+    server.Misbehave("GET", Hangs());
+    server.Misbehave("DELETE", Hangs());
+    client.Upload(LocalFile("report.pdf", Pattern(300'000)));
+    ASSERT_TRUE(WaitUntil([&] { return server.Count("GET") == 1; }));
+    client.Destroy();
+    ASSERT_EQ(server.Names().size(), 1);
+    server.BehaveAgain();
+    for (int times = 0; times < 2; ++times) {
+        Client next(Settings(), server.Password());
+        server.ForgetRequests();
+        ASSERT_TRUE(next.SignIn());
+        ExpectOnServer({});
+        ASSERT_TRUE(next.List()->Succeeds());
+        EXPECT_EQ(server.Count("DELETE"), times == 0 ? 1 : 0);
+    }
+}
+
+TEST_F(UploadCutTest, WhatMayBeAllThatThereIsOfADocumentIsNotDeleted)
+{
+    const QString id = Put("report.pdf", "old");
+    const Misbehaviour losesTheOldOne = {[](Wire& wire) {
+        ServerRequest remove = wire.Request();
+        remove.target = QUrl::fromEncoded(remove.headers.Value("Destination")).path(QUrl::FullyEncoded).toLatin1();
+        remove.method = "DELETE";
+        wire.Do(remove);
+    }};
+    server.Misbehave("MOVE", losesTheOldOne);
+    client.Upload(LocalFile("report.pdf", Pattern(300'000)), id);
+    ASSERT_TRUE(WaitUntil([&] { return server.Names().filter(".pdf").isEmpty(); }));
+    client.Destroy();
+    server.BehaveAgain();
+    Client next(Settings(), server.Password());
+    ASSERT_TRUE(next.SignIn());
+    ASSERT_TRUE(next.List()->Succeeds());
+    ASSERT_EQ(server.Names().size(), 1);
+    EXPECT_EQ(server.Get(server.Names().first()), Pattern(300'000));
 }
 
 TEST_F(UploadCutTest, WhatAServerKeepsOfACanceledUploadOnlyThenIsRemovedToo)

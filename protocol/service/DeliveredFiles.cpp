@@ -1,0 +1,50 @@
+#include "DeliveredFiles.h"
+
+#include <QFileInfo>
+
+namespace Norlis::Social {
+
+using Files::FileIdentity;
+using Files::ReplaceableFile;
+
+DeliveredFiles::DeliveredFiles(const OAuth2::AuthInfo& authInfo)
+    : isAnyReplaceable(authInfo.replaceExistingFiles),
+      identities(MemoryFile("delivered", authInfo))
+{
+}
+
+std::optional<ReplaceableFile> DeliveredFiles::ReplaceableAt(const QString& document, const QString& localPath)
+{
+    ReplaceableFile replaceable;
+    replaceable.isAny = isAnyReplaceable;
+    const QFileInfo target(localPath);
+    const bool isTaken = target.isFile() || target.isSymLink(); // what else may be there is refused in any case
+    if (isAnyReplaceable || !isTaken) {
+        return replaceable;
+    }
+    const auto known = identities.Find(document, localPath);
+    replaceable.only = FileIdentity::OfPath(localPath);
+    const bool isOurs = known && replaceable.only.IsFile() && known->version == replaceable.only.ToString();
+    return isOurs ? std::optional(replaceable) : std::nullopt;
+}
+
+void DeliveredFiles::Note(const QString& document, const OAuth2::TransferredFile& file)
+{
+    if (!isAnyReplaceable) {
+        identities.Remember(document, file.localPath, {file.identity, file.md5Hash});
+    }
+}
+
+void DeliveredFiles::Move(const QString& document, const QString& from, const QString& to)
+{
+    const auto known = isAnyReplaceable ? std::nullopt : identities.Find(document, from);
+    if (!known) {
+        return;
+    }
+    const auto now = FileIdentity::OfPath(to);
+    if (now.HasContentOf(FileIdentity::FromString(known->version))) { // a renaming is noted in the identity
+        identities.Remember(document, to, {now.ToString(), known->md5Hash});
+    }
+}
+
+} // namespace Norlis::Social
