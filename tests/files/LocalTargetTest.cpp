@@ -2,6 +2,7 @@
 
 #include <files/LocalTarget.h>
 
+#include <QFile>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -51,6 +52,31 @@ TEST_F(LocalTargetTest, TheNameMustBeThatOfADocument)
               "The name of the file to write is a device name on some systems");
     EXPECT_EQ(ReasonAgainst(folder.path() + '/'), "The name of the file to write is empty");
     EXPECT_EQ(ReasonAgainst({}), "The name of the file to write is empty");
+}
+
+TEST_F(LocalTargetTest, WhatMayBeReplacedIsTakenForWhatItWas)
+{
+    const QString path = folder.filePath("a.pdf");
+    WriteFile(path, "old");
+    const auto put = [&](const ReplaceableFile& replaceable) {
+        AtomicFile file;
+        EXPECT_TRUE(file.Open(folder.path()));
+        EXPECT_TRUE(file.Write("new", 3));
+        const auto problem = PutInPlace(file, path, replaceable);
+        return problem ? problem->reason : QString();
+    };
+    const QString isThere = path + " is there already, and is not an unchanged copy of the document";
+    const FileIdentity old = FileIdentity::OfPath(path);
+    EXPECT_EQ(put({}), isThere);
+    WriteFile(path, "longer");
+    EXPECT_EQ(put({false, old}), isThere);
+    EXPECT_EQ(ReadFile(path), QByteArray("longer"));
+    EXPECT_EQ(put({false, FileIdentity::OfPath(path)}), QString());
+    EXPECT_EQ(ReadFile(path), QByteArray("new"));
+    ASSERT_TRUE(QFile::remove(path));
+    EXPECT_EQ(put({false, old}), QString()); // nobody's file is in the way
+    EXPECT_EQ(put({true, {}}), QString());
+    EXPECT_EQ(FilesBelow(folder.path()), QStringList("a.pdf"));
 }
 
 } // namespace
