@@ -241,13 +241,10 @@ bool DocumentIndex::HasKeptCopy(const Record& record) const
     return KeptCopyOf(record) != nullptr;
 }
 
-bool DocumentIndex::IsCopyOutdated(const Entry& document) const
+bool DocumentIndex::IsCopyOutdated(const Entry& document, const std::string& copyHash)
 {
-    if (document.localPath.isEmpty()) {
-        return false;
-    }
     const auto& cloudHash = document.facts.hash;
-    return hashes->CalculateHash(ToPath(document.localPath)) != document.localHash ||
+    return copyHash != document.localHash ||
            (!cloudHash.empty() && document.localHash == cloudHash && document.syncHash != cloudHash);
 }
 
@@ -305,7 +302,7 @@ void DocumentIndex::Add(const Record& record)
     list->Add(record);
 }
 
-void DocumentIndex::Update(const Record& record, bool isSameVersion)
+void DocumentIndex::Update(const Record& record, bool isSameVersion, const std::string& copyHash)
 {
     const auto id = IdOf(*record);
     auto& entry = entries[id];
@@ -313,6 +310,7 @@ void DocumentIndex::Update(const Record& record, bool isSameVersion)
     if (!isSameVersion) {
         DropPreviews(id, entry);
     }
+    listHashes->Know(record->GetPath(), copyHash);
     UpdateList(record);
 }
 

@@ -95,7 +95,8 @@ public:
 
     /// Whether the list has to look at the local copy of a document again: the file has changed, or it is found to be
     /// the cloud copy.
-    bool IsCopyOutdated(const Entry& document) const;
+    /// \param copyHash of the file now
+    static bool IsCopyOutdated(const Entry& document, const std::string& copyHash);
 
     /// Gives a record that has no local copy the kept one of its document, if there is one.
     bool AttachKeptCopy(const Record& record) const;
@@ -122,7 +123,8 @@ public:
 
     /// Takes over what a files list says of a document, completed by what only the held record knows.
     /// \param isSameVersion as the held record; otherwise there is no preview of it yet
-    void Update(const Record& record, bool isSameVersion);
+    /// \param copyHash      of the record's local copy now
+    void Update(const Record& record, bool isSameVersion, const std::string& copyHash);
 
     /// Puts a record in the place of the held one, or adds it. Unlike an update this carries the hash of the last
     /// synchronisation, and previews of other content do not stay. False when the session is gone.

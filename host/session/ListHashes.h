@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 #include <unordered_map>
+#include <utility>
 
 namespace Norlis::Host {
 
@@ -15,7 +16,18 @@ public:
 
     std::string CalculateHash(const ioPath& path) override
     {
-        return path.empty() ? std::string() : told[path.utf8string()] = hashes->CalculateHash(path);
+        const auto bytes = path.utf8string();
+        const auto [knownPath, knownHash] = std::exchange(known, {});
+        if (bytes.empty()) {
+            return {};
+        }
+        return told[bytes] = bytes == knownPath ? knownHash : hashes->CalculateHash(path);
+    }
+
+    /// The answer to the next question, if it is about this file.
+    void Know(const ioPath& path, const std::string& hash)
+    {
+        known = {path.utf8string(), hash};
     }
 
     /// The last answer for a file; empty when there was none.
@@ -28,6 +40,7 @@ public:
 private:
     const std::shared_ptr<PDF::IHashCalculator> hashes;
     std::unordered_map<std::string, std::string> told; ///< by path
+    std::pair<std::string, std::string> known;         ///< path and hash
 };
 
 } // namespace Norlis::Host

@@ -119,19 +119,21 @@ void ListMerge::Merge(const Record& fresh)
     const bool isHashNew = !hasChanged && facts.hash != known->facts.hash;
     const bool isTimeNew = facts.modifiedAt.isValid() && !known->facts.modifiedAt.isValid();
     const bool hasCopy = !known->localPath.isEmpty();
+    // Asked for once: a file that is written all the time is read each time.
+    const auto copyHash = hasCopy ? context.hashes.CalculateHash(ToPath(known->localPath)) : std::string();
     const bool isCopyOutdated =
-        hasCopy ? isHashNew || context.documents.IsCopyOutdated(*known) : context.documents.HasKeptCopy(fresh);
+        hasCopy ? isHashNew || DocumentIndex::IsCopyOutdated(*known, copyHash) : context.documents.HasKeptCopy(fresh);
     if (hasChanged) {
         Note(id, Change::Changed);
     }
     if (hasChanged || isTimeNew || isCopyOutdated) {
-        Update(id, fresh, isSameVersion);
+        Update(id, fresh, isSameVersion, copyHash);
     } else if (isHashNew) {
         context.documents.LearnHash(id, facts.hash);
     }
 }
 
-void ListMerge::Update(const QString& id, const Record& fresh, bool isSameVersion)
+void ListMerge::Update(const QString& id, const Record& fresh, bool isSameVersion, const std::string& copyHash)
 {
     const auto held = context.documents.RecordOf(id);
     if (!held) {
@@ -145,15 +147,14 @@ void ListMerge::Update(const QString& id, const Record& fresh, bool isSameVersio
     }
     const auto path = held->GetPath();
     const auto cloudHash = completed->GetRedactableCloudInfo()->GetMd5Hash();
-    if (!path.empty() && !cloudHash.empty() && cloudHash != held->GetCloudHashBeforeChange() &&
-        context.hashes.CalculateHash(path) == cloudHash) {
+    if (!path.empty() && !cloudHash.empty() && cloudHash != held->GetCloudHashBeforeChange() && copyHash == cloudHash) {
         // Up to date after all: a program that is killed after a transfer has not saved that, and the next change, here
         // or in the cloud, would pass for one on both sides. An update does not carry it.
         completed->SetPath(path, cloudHash, cloudHash);
         context.cloud.AcceptListedVersion(id, ToText(path), cloudHash);
         context.documents.Replace(completed);
     } else {
-        context.documents.Update(completed, isSameVersion);
+        context.documents.Update(completed, isSameVersion, copyHash);
     }
 }
 

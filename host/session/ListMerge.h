@@ -46,7 +46,7 @@ private:
     // Merge, Update, Remove and Report emit as the last thing that they do.
 
     void Merge(const Record& fresh);
-    void Update(const QString& id, const Record& fresh, bool isSameVersion);
+    void Update(const QString& id, const Record& fresh, bool isSameVersion, const std::string& copyHash);
     void Remove(const QString& id);
     void Report();
 
