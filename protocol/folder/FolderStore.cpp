@@ -15,6 +15,7 @@
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -74,14 +75,18 @@ FolderStore::FolderStore(const QString& folder) : folder(QDir::cleanPath(folder)
 
 std::optional<QString> FolderStore::Open()
 {
-    identity = FolderIdentity(folder);
+    identityBefore = std::exchange(identity, FolderIdentity(folder));
     FinishChange();
-    return Validate();
+    auto reason = Validate();
+    if (reason) {
+        Close();
+    }
+    return reason;
 }
 
 void FolderStore::Close()
 {
-    identity.clear();
+    identity = identityBefore;
 }
 
 std::optional<QString> FolderStore::Validate() const

@@ -32,7 +32,7 @@ public:
     /// when a program was killed.
     std::optional<QString> Open();
 
-    /// Until it is opened again, every folder is refused.
+    /// Undoes Open: the folder that was open before is open again, if there was one. Otherwise every folder is refused.
     void Close();
 
     /// The reason when the folder cannot be used.
@@ -104,6 +104,7 @@ private:
 
     QString folder;
     QString identity;
+    QString identityBefore; ///< the last Open
     QHash<QString, QString> nameOfId;
     qint64 listedAt = 0;              ///< modification time of the folder, in milliseconds, when its names were read
     bool isListOutdated = true;       ///< that time is so recent that a further change may not show
