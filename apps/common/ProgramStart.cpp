@@ -1,9 +1,13 @@
 #include "ProgramStart.h"
 
+#include <QString>
+
 #include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <mutex>
+#include <string>
 #include <vector>
 
 #include <fcntl.h>
@@ -17,6 +21,29 @@ namespace {
 
 constexpr int neededDescriptors =
     64; // beyond those that are open at the start; threads, renderers and transfers have them
+
+/// What Qt has said while there was no log.
+struct EarlyMessages {
+    std::mutex mutex;
+    std::string program;
+    std::string lines;
+};
+
+EarlyMessages& Early()
+{
+    static auto& messages = *new EarlyMessages; // for as long as anything can be said
+    return messages;
+}
+
+void KeepMessage(QtMsgType type, const QMessageLogContext&, const QString& text)
+{
+    auto& early = Early();
+    const std::lock_guard lock(early.mutex);
+    early.lines += early.program + ": " + text.toStdString() + '\n';
+    if (type == QtFatalMsg) { // the reason may be in what came before
+        std::fputs(early.lines.c_str(), stderr);
+    }
+}
 
 void OpenStandardDescriptors()
 {
@@ -65,6 +92,8 @@ void CheckDescriptors(const char* program)
 void PrepareProgram(const char* program)
 {
     OpenStandardDescriptors();
+    Early().program = program;
+    qInstallMessageHandler(KeepMessage);
     std::signal(SIGXFSZ, SIG_IGN);
     const rlimit none = {};
     setrlimit(RLIMIT_CORE, &none);

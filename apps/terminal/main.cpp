@@ -12,7 +12,6 @@
 #include <QGuiApplication>
 
 #include <clocale>
-#include <cstdio>
 #include <cstring>
 #include <stdexcept>
 
@@ -22,18 +21,9 @@ using namespace Norlis::Terminal;
 
 namespace {
 
-/// Until there is a log, only fatal messages are shown.
-void DropMessage(QtMsgType type, const QMessageLogContext&, const QString& text)
-{
-    if (type == QtFatalMsg) {
-        std::fprintf(stderr, "norlis-cloud: %s\n", qPrintable(text));
-    }
-}
-
 /// To be called before the Qt application is constructed.
 void PrepareEnvironment()
 {
-    qInstallMessageHandler(DropMessage);
     qputenv("QT_QPA_PLATFORM", "offscreen"); // previews are created, but not shown
     if (!qEnvironmentVariableIsSet("TZ")) {
         qputenv("TZ", ":/etc/localtime"); // as without it, but the file is not looked at for every time that is shown

@@ -77,6 +77,23 @@ TEST_F(ProgramStartTest, TooFewDescriptorsAreSaidAtOnce)
     EXPECT_THAT(outcomeOfWindow.errors.toStdString(), HasSubstr("the limit is 20. Raise it"));
 }
 
+TEST_F(ProgramStartTest, NothingIsSaidBeforeThereIsALogUnlessItIsTheEnd)
+{
+    environment.insert("QT_QPA_PLATFORM", "offscreen");
+    const QString withComplaint = "unset XDG_RUNTIME_DIR"; // of which Qt warns a program that has a window
+    const auto window = StartAfter(withComplaint, {"--version"}, NORLIS_DOCUMENTS_PROGRAM);
+    const Outcome outcome = WaitForEnd(*window);
+    EXPECT_EQ(outcome.exitStatus, 0);
+    EXPECT_EQ(outcome.errors, "");
+    EXPECT_EQ(RunAfter(withComplaint, {"list"}).errors, "");
+
+    environment.insert("QT_QPA_PLATFORM", "none-such");
+    const auto blind = StartAfter(withComplaint, {"--data", Data()}, NORLIS_DOCUMENTS_PROGRAM);
+    const auto errors = WaitForEnd(*blind).errors.toStdString();
+    EXPECT_THAT(errors, HasSubstr("norlis-documents: Could not find the Qt platform plugin \"none-such\""));
+    EXPECT_THAT(errors, HasSubstr("norlis-documents: This application failed to start"));
+}
+
 TEST_F(ProgramStartTest, ALimitThatTheProgramMayRaiseItselfDoesNotDisturb)
 {
     EXPECT_EQ(RunAfter("ulimit -S -n 20", {"list"}).exitStatus, 0);
