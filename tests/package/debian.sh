@@ -1,11 +1,19 @@
 #!/bin/bash
-# The Debian packages say what they need, hold what they should, and their content works where it was unpacked.
+# The Debian packages say what they need, hold what they should, and their content works where it was unpacked. Without the
+# tools that find out what they need, none is made.
 . "$(dirname "$0")/common.sh"
 
 architecture=$(dpkg --print-architecture)
 runtime=libnorlis-cloud${version%%.*}
 folder=$(new_folder debian)
 cd "$folder"
+cpack=$(command -v cpack)
+mkdir tools
+ln -s "$(command -v file)" tools
+if PATH=$folder/tools "$cpack" --config "$build/CPackConfig.cmake" -D CMAKE_FIND_USE_CMAKE_SYSTEM_PATH=OFF 2>errors; then
+    fail "Packages were made without dpkg-shlibdeps."
+fi
+grep -q "without dpkg-shlibdeps" errors || fail "It was not said what is missing:" "$(<errors)"
 cpack --config "$build/CPackConfig.cmake"
 
 # expect PACKAGE FIELD PATTERN...: each matches the field.
