@@ -1,12 +1,14 @@
 // What docs/embedding.md shows, as an editor would have it, over a folder as the cloud.
 
+#include <host/session/ProtocolAdapter.h>
+#include <host/session/Records.h>
 #include <host/store/LocalFileSystem.h>
 #include <host/store/Md5HashCalculator.h>
 #include <NorlisCloud/NorlisCloudFilesManager.h>
 #include <NorlisCloud/NorlisCloudManager.h>
-#include <NorlisCloud/NorlisCloudProtocolProxy.h>
 #include <NorlisTestKit/FixedAccountSettings.h>
 #include <NorlisTestKit/RecordingStore.h>
+#include <tests/support/Waiting.h>
 
 #include <QDir>
 #include <QFile>
@@ -15,8 +17,16 @@
 #include <QSet>
 #include <QSignalSpy>
 #include <QTemporaryDir>
+#include <QTimer>
 
+#include <glog/logging.h>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <cstdio>
+#include <map>
+#include <mutex>
+#include <utility>
 
 namespace Norlis::Test {
 
@@ -29,41 +39,98 @@ using Status = PDF::FileInfo::CloudStatus;
 
 class Editor : public QObject {
 public:
-    Editor(const std::shared_ptr<PDF::Cloud::ICloudInfoStorage>& store, const QUrl& service);
+    Editor(const std::shared_ptr<PDF::Cloud::ICloudInfoStorage>& store, const QString& dataFolder, const QUrl& service);
+
+    void SignIn(const QString& password);
+    void Save(const QString& path);
+    void ReplaceInCloud(const QString& id);
+    void Fetch(const QString& id, const QString& folder);
+    void CancelFetching(const QString& id);
 
     std::shared_ptr<PDF::FileInfo> Document(const QString& name) const;
 
     std::shared_ptr<PDF::IHashCalculator> hashes = std::make_shared<Host::Md5HashCalculator>();
     QString reason;
+    int asked = 0; ///< how often for the password
+
+    struct Fetching {
+        std::shared_ptr<PDF::FileInfo> record; ///< a copy, whose path is that of what arrives
+        QString folder;
+        std::unique_ptr<QTemporaryDir> staging;
+    };
+    std::map<QString, Fetching> fetching; ///< by id
 
     // Destroyed from the last to the first.
     std::unique_ptr<Documents> documents;
     std::unique_ptr<Cloud> cloud;
+    QTimer refresh;
 
 private:
+    void StartRefreshing();
+    void AskForPassword();
+    void OpenPasswordDialog()
+    {
+        ++asked;
+    }
     void MergeFilesList(const QList<std::shared_ptr<PDF::FileInfo>>& files);
     void TakeUploaded(const std::shared_ptr<PDF::FileInfo>& record);
     void TakeDownloaded(const std::shared_ptr<const PDF::FileInfo>& record);
+    void EndFetching(const std::shared_ptr<const PDF::FileInfo>& record);
     void TakePreview(const std::shared_ptr<PDF::FileInfo>& record, PDF::FileInfo::PreviewSize size);
     void Replace(const std::shared_ptr<PDF::FileInfo>& record);
+    bool HasChanges(PDF::FileInfo& held) const;
+
+    bool isAsking = false;
+    Social::NorlisCloudProtocol* protocol = nullptr; ///< the cloud manager holds its adapter
 };
 
-Editor::Editor(const std::shared_ptr<PDF::Cloud::ICloudInfoStorage>& store, const QUrl& service)
+Editor::Editor(const std::shared_ptr<PDF::Cloud::ICloudInfoStorage>& store, const QString& dataFolder,
+               const QUrl& service)
 {
     const auto fileSystem = std::make_shared<Host::LocalFileSystem>();
     documents = std::make_unique<Documents>(store, fileSystem, hashes);
 
     Social::OAuth2::AuthInfo authInfo;
     authInfo.serviceUrl = service;
+    authInfo.cacheFolder = dataFolder + "/previews";
+    authInfo.dataFolder = dataFolder;
     authInfo.onFailure = [this](const auto& failure) { reason = failure.reason; };
-    const auto protocol = std::make_shared<PDF::Cloud::NorlisCloudProtocolProxy>(authInfo, "editor");
-    cloud = std::make_unique<Cloud>(protocol, hashes, fileSystem, std::make_shared<Settings>());
+    const auto adapter = std::make_shared<Host::ProtocolAdapter>(authInfo, "editor");
+    protocol = &adapter->Protocol();
+    cloud = std::make_unique<Cloud>(adapter, hashes, fileSystem, std::make_shared<Settings>());
 
+    connect(cloud.get(), &Cloud::AuthorizationCompleted, this, &Editor::StartRefreshing);
+    connect(cloud.get(), &Cloud::AuthorizationRequired, this, &Editor::AskForPassword);
     connect(cloud.get(), &Cloud::RetrievingFilesListFinished, this, &Editor::MergeFilesList);
     connect(cloud.get(), &Cloud::UploadingFinished, this, &Editor::TakeUploaded);
     connect(cloud.get(), &Cloud::DownloadingFinished, this, &Editor::TakeDownloaded);
+    connect(cloud.get(), &Cloud::DownloadingFileRequestError, this, &Editor::EndFetching);
+    connect(cloud.get(), &Cloud::DownloadingCanceled, this, &Editor::EndFetching);
     connect(cloud.get(), &Cloud::RetrieveFilePreviewFinished, this, &Editor::TakePreview);
     connect(cloud.get(), &Cloud::RemoveFileFinished, documents.get(), &Documents::Remove);
+
+    refresh.setInterval(60'000);
+    connect(&refresh, &QTimer::timeout, cloud.get(), &Cloud::RetrieveFilesList);
+}
+
+void Editor::SignIn(const QString& password)
+{
+    isAsking = false;
+    cloud->Authorization(password);
+}
+
+void Editor::StartRefreshing()
+{
+    cloud->RetrieveFilesList();
+    refresh.start();
+}
+
+void Editor::AskForPassword()
+{
+    refresh.stop(); // each list would ask again
+    if (!std::exchange(isAsking, true)) {
+        OpenPasswordDialog(); // which calls SignIn
+    }
 }
 
 void Editor::MergeFilesList(const QList<std::shared_ptr<PDF::FileInfo>>& files)
@@ -87,10 +154,15 @@ void Editor::MergeFilesList(const QList<std::shared_ptr<PDF::FileInfo>>& files)
     }
 }
 
-void Editor::Replace(const std::shared_ptr<PDF::FileInfo>& record)
+void Editor::Save(const QString& path)
 {
-    documents->Remove(record);
-    documents->Add(record);
+    const auto id = QString::fromStdString(documents->GetIdByPath(Host::ToPath(path)));
+    if (const auto held = documents->GetFileInfo(id)) {
+        documents->Update(held); // hashes the file, and shows that it has changed
+        cloud->Upload(held);
+    } else {
+        cloud->Upload(path);
+    }
 }
 
 void Editor::TakeUploaded(const std::shared_ptr<PDF::FileInfo>& record)
@@ -99,15 +171,70 @@ void Editor::TakeUploaded(const std::shared_ptr<PDF::FileInfo>& record)
     Replace(record);
 }
 
+void Editor::Replace(const std::shared_ptr<PDF::FileInfo>& record)
+{
+    documents->Remove(record);
+    documents->Add(record);
+}
+
+void Editor::ReplaceInCloud(const QString& id)
+{
+    const auto held = documents->GetFileInfo(id);
+    protocol->acceptListedVersion(id, Host::ToText(held->GetPath()));
+    cloud->Upload(held);
+}
+
+void Editor::Fetch(const QString& id, const QString& folder)
+{
+    const auto record = documents->GetFileInfo(id); // a copy
+    auto staging = std::make_unique<QTemporaryDir>(folder + "/.editor-XXXXXX");
+    if (record && staging->isValid() && protocol->loggedIn() && fetching.count(id) == 0) {
+        const QString path = staging->path();
+        fetching[id] = {record, folder, std::move(staging)};
+        cloud->Download(record, path);
+    }
+}
+
+void Editor::CancelFetching(const QString& id)
+{
+    if (fetching.count(id) != 0) {
+        cloud->CancelDownloading(fetching[id].record);
+    }
+}
+
 void Editor::TakeDownloaded(const std::shared_ptr<const PDF::FileInfo>& record)
 {
-    PDF::FileInfo downloaded(*record);
-    const auto held = documents->GetFileInfo(QString::fromStdString(downloaded.GetId()));
-    if (held) { // or it was removed meanwhile
-        const auto hash = hashes->CalculateHash(downloaded.GetPath());
-        held->SetPath(downloaded.GetPath(), hash, hash);
+    const QString id = Host::IdOf(*record);
+    const QString arrived = Host::ToText(PDF::FileInfo(*record).GetPath());
+    const Fetching ended = std::move(fetching[id]);
+    fetching.erase(id);
+
+    const QString target = ended.folder + '/' + QFileInfo(arrived).fileName();
+    const auto path = Host::ToPath(target);
+    const auto held = documents->GetFileInfo(id); // null if it was removed meanwhile
+    const bool hasChanges = held && HasChanges(*held);
+    const bool isCopy = held && documents->GetIdByPath(path) == held->GetId();
+    const bool isTaken = QFileInfo::exists(target) && (hasChanges || !isCopy);
+    if (isTaken || std::rename(QFile::encodeName(arrived), QFile::encodeName(target)) != 0) {
+        return; // let the user choose another folder
+    }
+    protocol->copyMoved(id, arrived, target);
+    if (held && !hasChanges) {
+        const auto hash = hashes->CalculateHash(path);
+        held->SetPath(path, hash, hash);
         Replace(held);
     }
+}
+
+bool Editor::HasChanges(PDF::FileInfo& held) const
+{
+    const auto hash = hashes->CalculateHash(held.GetPath());
+    return !hash.empty() && hash != held.GetCloudHashBeforeChange();
+}
+
+void Editor::EndFetching(const std::shared_ptr<const PDF::FileInfo>& record)
+{
+    fetching.erase(Host::IdOf(*record)); // and the staging folder
 }
 
 void Editor::TakePreview(const std::shared_ptr<PDF::FileInfo>& record, PDF::FileInfo::PreviewSize size)
@@ -134,7 +261,7 @@ class EmbeddingGuideTest : public testing::Test {
 protected:
     EmbeddingGuideTest()
     {
-        for (const char* name : {"cloud", "here", "elsewhere"}) {
+        for (const char* name : {"cloud", "here", "there"}) {
             QDir(folder.path()).mkdir(name);
         }
         Open();
@@ -143,8 +270,8 @@ protected:
     void Open()
     {
         editor.reset();
-        editor = std::make_unique<Editor>(store, QUrl::fromLocalFile(PathOf("cloud")));
-        Run(&Cloud::AuthorizationCompleted, [&] { editor->cloud->Authorization("token"); });
+        editor = std::make_unique<Editor>(store, PathOf("data"), QUrl::fromLocalFile(PathOf("cloud")));
+        Run(&Cloud::RetrievingFilesListFinished, [&] { editor->SignIn("any"); });
     }
 
     template <typename Signal, typename Action>
@@ -155,14 +282,14 @@ protected:
         ASSERT_TRUE(ended.count() > 0 || ended.wait(30'000)) << editor->reason.toStdString();
     }
 
-    void Upload(const QString& name)
+    void Save(const QString& name)
     {
-        Run(&Cloud::UploadingFinished, [&] { editor->cloud->Upload(PathOf("here/" + name)); });
+        Run(&Cloud::UploadingFinished, [&] { editor->Save(PathOf("here/" + name)); });
     }
 
-    void Download(const QString& name, const QString& to)
+    void Fetch(const QString& name, const QString& to)
     {
-        Run(&Cloud::DownloadingFinished, [&] { editor->cloud->Download(editor->Document(name), PathOf(to)); });
+        Run(&Cloud::DownloadingFinished, [&] { editor->Fetch(IdOf(name), PathOf(to)); });
     }
 
     void Refresh()
@@ -176,6 +303,12 @@ protected:
         return document ? document->GetCloudStatus() : Status::NoSuchDocument;
     }
 
+    QString IdOf(const QString& name) const
+    {
+        const auto document = editor->Document(name);
+        return document ? Host::IdOf(*document) : QString();
+    }
+
     QString PathOf(const QString& name) const
     {
         return folder.filePath(name);
@@ -186,6 +319,17 @@ protected:
         QFile file(PathOf(name));
         ASSERT_TRUE(file.open(QFile::WriteOnly));
         file.write(content);
+    }
+
+    QByteArray Read(const QString& name) const
+    {
+        QFile file(PathOf(name));
+        return file.open(QFile::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+    QStringList FilesIn(const QString& name) const
+    {
+        return QDir(PathOf(name)).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
     }
 
     QTemporaryDir folder;
@@ -222,7 +366,7 @@ TEST(EmbeddingGuidePageTest, EverySignalIsPromisedSomethingAndNoOtherIs)
 TEST_F(EmbeddingGuideTest, RefreshKeepsTheLocalCopy)
 {
     Write("here/plan.pdf", "plan");
-    Upload("plan.pdf");
+    Save("plan.pdf");
     EXPECT_EQ(StatusOf("plan.pdf"), Status::InSync);
     Refresh();
     EXPECT_EQ(StatusOf("plan.pdf"), Status::InSync);
@@ -232,7 +376,7 @@ TEST_F(EmbeddingGuideTest, RefreshKeepsTheLocalCopy)
 TEST_F(EmbeddingGuideTest, RecordOfAFilesListByItselfMakesTheListForgetTheLocalCopy)
 {
     Write("here/plan.pdf", "plan");
-    Upload("plan.pdf");
+    Save("plan.pdf");
     const auto held = editor->Document("plan.pdf");
     editor->documents->Update(std::make_shared<PDF::FileInfo>(*held->GetRedactableCloudInfo()));
     EXPECT_EQ(StatusOf("plan.pdf"), Status::OnlyInCloud);
@@ -254,13 +398,13 @@ TEST_F(EmbeddingGuideTest, StatusTellsOnWhichSideADocumentHasChanged)
 {
     Write("cloud/plan.pdf", "plan");
     Refresh();
-    Download("plan.pdf", "here");
+    Fetch("plan.pdf", "here");
     EXPECT_EQ(StatusOf("plan.pdf"), Status::InSync);
 
     Write("cloud/plan.pdf", "another plan");
     Refresh();
     EXPECT_EQ(StatusOf("plan.pdf"), Status::ChangedInCloud);
-    Download("plan.pdf", "here");
+    Fetch("plan.pdf", "here");
     EXPECT_EQ(StatusOf("plan.pdf"), Status::InSync);
 
     Write("here/plan.pdf", "the plan of all plans");
@@ -271,7 +415,7 @@ TEST_F(EmbeddingGuideTest, StatusTellsOnWhichSideADocumentHasChanged)
 TEST_F(EmbeddingGuideTest, ListComesBackAfterARestart)
 {
     Write("here/plan.pdf", "plan");
-    Upload("plan.pdf");
+    Save("plan.pdf");
     EXPECT_TRUE(store->records.empty());
     Open();
     EXPECT_EQ(store->records.size(), 1U);
@@ -300,6 +444,231 @@ TEST_F(EmbeddingGuideTest, ReasonOfAFailureIsToldBeforeItsSignal)
                      [&] { said = editor->reason; });
     Run(&Cloud::UploadingFileRequestError, [&] { editor->cloud->Upload(PathOf("here/missing.pdf")); });
     EXPECT_FALSE(said.isEmpty());
+}
+
+TEST_F(EmbeddingGuideTest, WhileADownloadRunsItsRecordHasThePathInTheStagingFolder)
+{
+    Write("cloud/plan.pdf", "plan");
+    Refresh();
+    editor->Fetch(IdOf("plan.pdf"), PathOf("here"));
+    const auto& running = editor->fetching.at(IdOf("plan.pdf"));
+    EXPECT_EQ(Host::ToText(running.record->GetPath()), running.staging->filePath("plan.pdf"));
+    EXPECT_EQ(running.record->GetCloudStatus(), Status::OnlyInCloud);
+    EXPECT_EQ(Host::ToText(editor->Document("plan.pdf")->GetPath()), "");
+
+    ASSERT_TRUE(WaitUntil([&] { return editor->fetching.empty(); }));
+    EXPECT_EQ(StatusOf("plan.pdf"), Status::InSync);
+    EXPECT_EQ(FilesIn("here"), QStringList("plan.pdf"));
+}
+
+TEST_F(EmbeddingGuideTest, CancellingADownloadLeavesTheLocalCopy)
+{
+    Write("cloud/plan.pdf", "plan");
+    Refresh();
+    Fetch("plan.pdf", "here");
+    Write("cloud/plan.pdf", "another plan");
+    Refresh();
+
+    editor->Fetch(IdOf("plan.pdf"), PathOf("here"));
+    Run(&Cloud::DownloadingCanceled, [&] { editor->CancelFetching(IdOf("plan.pdf")); });
+    EXPECT_EQ(Read("here/plan.pdf"), "plan");
+    EXPECT_EQ(FilesIn("here"), QStringList("plan.pdf"));
+    EXPECT_EQ(StatusOf("plan.pdf"), Status::ChangedInCloud);
+}
+
+TEST_F(EmbeddingGuideTest, CancellingADownloadWithARecordOfTheListDeletesTheLocalCopy)
+{
+    Write("cloud/plan.pdf", "plan");
+    Refresh();
+    Fetch("plan.pdf", "here");
+
+    editor->Fetch(IdOf("plan.pdf"), PathOf("here"));
+    editor->cloud->CancelDownloading(editor->documents->GetFileInfo(IdOf("plan.pdf")));
+    EXPECT_EQ(FilesIn("here"), QStringList());
+}
+
+TEST_F(EmbeddingGuideTest, ListLearnsOfALocalSaveByAnUpdate)
+{
+    Write("here/plan.pdf", "plan");
+    Save("plan.pdf");
+    Write("here/plan.pdf", "a better plan");
+    EXPECT_EQ(StatusOf("plan.pdf"), Status::InSync);
+    editor->documents->Update(editor->Document("plan.pdf"));
+    EXPECT_EQ(StatusOf("plan.pdf"), Status::ChangedLocally);
+}
+
+TEST_F(EmbeddingGuideTest, UploadIsRefusedIfTheDocumentHasChangedSinceUntilTheUserWantsIt)
+{
+    Write("here/plan.pdf", "plan");
+    Save("plan.pdf");
+    Write("cloud/plan.pdf", "somebody's plan");
+    Write("here/plan.pdf", "a better plan");
+
+    QSignalSpy removal(editor->cloud.get(), &Cloud::RemovingFileError);
+    Run(&Cloud::UploadingFileRequestError, [&] { editor->Save(PathOf("here/plan.pdf")); });
+    EXPECT_EQ(editor->reason, "The document in the cloud has changed since you last saw it");
+    EXPECT_TRUE(removal.count() > 0 || removal.wait(30'000));
+    EXPECT_EQ(StatusOf("plan.pdf"), Status::ChangedLocally);
+    Refresh();
+    EXPECT_EQ(StatusOf("plan.pdf"), Status::ChangedOnBothSides);
+    EXPECT_EQ(Read("cloud/plan.pdf"), "somebody's plan");
+
+    Fetch("plan.pdf", "there");
+    EXPECT_EQ(Read("there/plan.pdf"), "somebody's plan");
+    EXPECT_EQ(Host::ToText(editor->Document("plan.pdf")->GetPath()), PathOf("here/plan.pdf"));
+    Run(&Cloud::UploadingFileRequestError, [&] { editor->Save(PathOf("here/plan.pdf")); });
+
+    Run(&Cloud::UploadingFinished, [&] { editor->ReplaceInCloud(IdOf("plan.pdf")); });
+    EXPECT_EQ(Read("cloud/plan.pdf"), "a better plan");
+    EXPECT_EQ(StatusOf("plan.pdf"), Status::InSync);
+}
+
+TEST_F(EmbeddingGuideTest, FileThatWasMovedOutOfTheStagingFolderReplacesOnlyTheVersionThatItIs)
+{
+    Write("cloud/plan.pdf", "plan");
+    Refresh();
+    Fetch("plan.pdf", "here");
+    Write("cloud/plan.pdf", "somebody's plan");
+    Refresh();
+    Write("here/plan.pdf", "a better plan");
+    Run(&Cloud::UploadingFileRequestError, [&] { editor->Save(PathOf("here/plan.pdf")); });
+    EXPECT_EQ(Read("cloud/plan.pdf"), "somebody's plan");
+}
+
+TEST_F(EmbeddingGuideTest, FileThatIsThereIsNotReplacedByADownload)
+{
+    Write("cloud/plan.pdf", "plan");
+    Write("here/plan.pdf", "something else");
+    Refresh();
+    Fetch("plan.pdf", "here");
+    EXPECT_EQ(Read("here/plan.pdf"), "something else");
+    EXPECT_EQ(StatusOf("plan.pdf"), Status::OnlyInCloud);
+    EXPECT_EQ(FilesIn("here"), QStringList("plan.pdf"));
+}
+
+TEST_F(EmbeddingGuideTest, SamePathSentTwiceMakesTwoDocuments)
+{
+    Write("here/twice.pdf", "twice");
+    QSignalSpy uploaded(editor->cloud.get(), &Cloud::UploadingFinished);
+    editor->cloud->Upload(QStringList{PathOf("here/twice.pdf"), PathOf("here/twice.pdf")});
+    ASSERT_TRUE(WaitUntil([&] { return uploaded.count() == 2; }));
+    EXPECT_TRUE(editor->Document("twice.pdf"));
+    EXPECT_TRUE(editor->Document("twice (2).pdf"));
+}
+
+TEST_F(EmbeddingGuideTest, RecordWithoutACloudPartIsSentAsANewDocumentAndOneWithoutAPathIsNot)
+{
+    Write("here/plan.pdf", "plan");
+    const auto local = std::make_shared<PDF::FileInfo>(Host::ToPath(PathOf("here/plan.pdf")), "");
+    Run(&Cloud::UploadingFinished, [&] { editor->cloud->Upload(local); });
+    EXPECT_EQ(StatusOf("plan.pdf"), Status::InSync);
+    EXPECT_EQ(local->GetId(), "");
+
+    const auto cloudOnly = std::make_shared<PDF::FileInfo>(*editor->Document("plan.pdf")->GetRedactableCloudInfo());
+    Run(&Cloud::UploadingFileRequestError, [&] { editor->cloud->Upload(cloudOnly); });
+    EXPECT_EQ(Read("cloud/plan.pdf"), "plan");
+}
+
+TEST_F(EmbeddingGuideTest, DownloadIntoAFolderThatIsNotThereFails)
+{
+    Write("cloud/plan.pdf", "plan");
+    Refresh();
+    Run(&Cloud::DownloadingFileRequestError,
+        [&] { editor->cloud->Download(editor->Document("plan.pdf"), PathOf("nowhere")); });
+}
+
+TEST_F(EmbeddingGuideTest, TwoListsThatAreRequestedTogetherBothArrive)
+{
+    QSignalSpy lists(editor->cloud.get(), &Cloud::RetrievingFilesListFinished);
+    editor->cloud->RetrieveFilesList();
+    editor->cloud->RetrieveFilesList();
+    EXPECT_TRUE(WaitUntil([&] { return lists.count() == 2; }));
+}
+
+TEST_F(EmbeddingGuideTest, RemovalDuringADownloadEndsBoth)
+{
+    Write("cloud/plan.pdf", "plan");
+    Refresh();
+    QSignalSpy removed(editor->cloud.get(), &Cloud::RemoveFileFinished);
+    editor->Fetch(IdOf("plan.pdf"), PathOf("here"));
+    editor->cloud->RemoveFile(editor->Document("plan.pdf"));
+    EXPECT_TRUE(WaitUntil([&] { return removed.count() == 1 && editor->fetching.empty(); }));
+    EXPECT_EQ(editor->documents->FilesCount(), 0);
+}
+
+TEST_F(EmbeddingGuideTest, FailedSecondSignInKeepsTheFirst)
+{
+    ASSERT_TRUE(QDir(folder.path()).rename("cloud", "away"));
+    Run(&Cloud::AuthorizationFailed, [&] { editor->SignIn("any"); });
+    ASSERT_TRUE(QDir(folder.path()).rename("away", "cloud"));
+    Refresh();
+    EXPECT_EQ(editor->asked, 0);
+}
+
+TEST_F(EmbeddingGuideTest, UserIsAskedForThePasswordOnceWhateverIsRequested)
+{
+    EXPECT_TRUE(editor->refresh.isActive());
+    editor->cloud->Logout();
+    editor->cloud->RetrieveFilesList();
+    editor->cloud->UserQuota();
+    EXPECT_EQ(editor->asked, 1);
+    EXPECT_FALSE(editor->refresh.isActive());
+
+    Run(&Cloud::RetrievingFilesListFinished, [&] { editor->SignIn("any"); });
+    EXPECT_TRUE(editor->refresh.isActive());
+    editor->cloud->Logout();
+    editor->cloud->UserQuota();
+    EXPECT_EQ(editor->asked, 2);
+}
+
+class EditorLog : public google::LogSink {
+public:
+    EditorLog()
+    {
+        for (int severity = 0; severity < google::NUM_SEVERITIES; ++severity) {
+            google::SetLogDestination(severity, ""); // no files of glog's own
+        }
+        FLAGS_stderrthreshold = google::GLOG_FATAL;
+        google::InitGoogleLogging("editor"); // until then all lines go to standard error
+        google::AddLogSink(this);
+    }
+
+    ~EditorLog() override
+    {
+        google::RemoveLogSink(this);
+    }
+
+    using google::LogSink::send;
+
+    void send(google::LogSeverity severity, const char*, const char* file, int line, const google::LogMessageTime& time,
+              const char* message, std::size_t length) override
+    {
+        const std::lock_guard lock(mutex); // any thread may call this
+        lines.push_back(ToString(severity, file, line, time, message, length));
+    }
+
+    std::vector<std::string> lines;
+
+private:
+    std::mutex mutex;
+};
+
+TEST(EmbeddingGuideLogTest, LinesOfTheLibraryGoToTheEditorsLogAndNowhereElse)
+{
+    const Documents documents(std::make_shared<TestKit::RecordingStore>(), std::make_shared<Host::LocalFileSystem>(),
+                              std::make_shared<Host::Md5HashCalculator>());
+    google::ShutdownGoogleLogging(); // the log of the test program
+    const bool wasToStderr = std::exchange(FLAGS_logtostderr, false);
+    const auto threshold = FLAGS_stderrthreshold;
+    testing::internal::CaptureStderr();
+    {
+        EditorLog log;
+        documents.GetDocumentName(7);
+        EXPECT_THAT(log.lines, testing::ElementsAre(testing::HasSubstr("Invalid index requested: 7")));
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    FLAGS_logtostderr = wasToStderr;
+    FLAGS_stderrthreshold = threshold;
 }
 
 } // namespace

@@ -179,6 +179,19 @@ TEST_F(HostGuideTest, WhatIsSavedFirstIsANewDocumentAndThenReplacesIt)
     EXPECT_EQ(user.told, QStringList());
 }
 
+TEST_F(HostGuideTest, SaveThatIsNotUploadedIsShownWhenTheLocalCopyIsRead)
+{
+    const auto path = Write("here/plan.pdf", "plan");
+    Save(path);
+    Write("here/plan.pdf", "a better plan");
+    const auto row = editor->documents.index(0);
+    EXPECT_EQ(row.data(Host::CloudDocumentsModel::StateRole).toInt(), static_cast<int>(Status::InSync));
+    QSignalSpy read(&editor->session, &Host::CloudSession::LocalCopyRead);
+    editor->session.ReadLocalCopy(path);
+    ASSERT_TRUE(read.wait(timeout));
+    EXPECT_EQ(row.data(Host::CloudDocumentsModel::StateRole).toInt(), static_cast<int>(Status::ChangedLocally));
+}
+
 TEST_F(HostGuideTest, WhatSomebodyElseHasChangedIsReplacedOnlyIfTheUserSaysSo)
 {
     const auto path = Write("here/plan.pdf", "plan");

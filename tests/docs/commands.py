@@ -1,5 +1,6 @@
 #!/usr/bin/env -S python3 -B
-"""commands.py PROJECT BUILD: the commands that pages name are there, with their options, presets, targets and tests.
+"""commands.py PROJECT BUILD: the commands that pages name are there, with their options, presets, targets and tests, and the
+page on building has every option of the build, with its default.
 
 Looked at are the blocks "```sh", the lines of texts that begin with "$", and code inside the text that begins with a program
 of this project. The lines of the blocks are run, too: a block with a name is a session that a script of the tests runs, and
@@ -238,5 +239,13 @@ for page in all_pages(project):
         problems += [f"{page.path}:{number}: {problem}" for problem in problems_of_line(line, may_be_anything)]
 if checked == 0:
     problems.append("No command was found")
+build_options = {
+    name: "`ON`, `OFF`" if default == "${PROJECT_IS_TOP_LEVEL}" else f"`{default}`"
+    for text in lists.values()
+    for name, default in re.findall(r'^option\((NORLIS_\w+) "[^"]*" (\S+)\)', text, re.M)
+}
+described = dict(re.findall(r"^\| `(NORLIS_\w+)` \| ([^|]*) \|", (project / "docs/packaging.md").read_text(), re.M))
+if described != build_options:
+    problems.append(f"docs/packaging.md describes the options {described}, but there are {build_options}")
 print(checked, "commands")
 fail_with(problems)
