@@ -24,9 +24,11 @@ namespace Norlis::PDF::Cloud {
 /// CancelDownloading end. While nobody is signed in, all operations but Authorization and Logout emit
 /// AuthorizationRequired and do nothing else.
 ///
-/// Slots may do anything: delete the manager, cancel, start other requests. Belongs to the thread that constructs it.
-/// What the protocol throws reaches the caller of the operation. The order of the virtual operations is part of the
-/// binary interface.
+/// Requests run at the same time and do not wait for each other. Equal ones are not joined: each is sent, and ends.
+///
+/// Slots may do anything: delete the manager, cancel, start other requests, run an event loop. Belongs to the thread
+/// that constructs it. What the protocol throws reaches the caller of the operation. The order of the virtual
+/// operations is part of the binary interface.
 class NORLIS_CONTRACTS_EXPORT AbstractCloudManager : public QObject {
     Q_OBJECT
 
@@ -35,32 +37,36 @@ public:
     ~AbstractCloudManager() override;
 
     /// Signs in; ends in AuthorizationCompleted or AuthorizationFailed. May be called while signed in, to use another
-    /// token.
+    /// token: if that fails, the first one stays in use. Of two that run at once, each ends, and the one that succeeds
+    /// last counts.
     virtual void Authorization(const QString& token) = 0;
 
     /// Signs out at once; does nothing while signed out. Requests that are running go on.
     virtual void Logout() = 0;
 
-    /// Sends the file at the record's local path, in place of the cloud document of the record's id. The record itself
-    /// is not changed. Throws std::exception for a null record.
+    /// Sends the file at the record's local path, in place of the cloud document of the record's id; as a new document
+    /// when the record has no id. One without a path ends in UploadingFileRequestError. The record itself is not
+    /// changed: UploadingFinished has another one. Throws std::exception for a null record.
     virtual void Upload(const std::shared_ptr<FileInfo>& file) = 0;
 
-    /// Sends a local file as a new document.
+    /// Sends a local file as a new document, also when there is one of its name, or when it has been sent before.
     virtual void Upload(const QString& path) = 0;
 
     /// Sends several, each as a request of its own.
     virtual void Upload(const QList<QString>& paths) = 0;
 
-    /// Fetches a document into a folder that exists, under its cloud name; a file of that name is replaced. Once the
-    /// protocol has accepted the request, and before the document arrives, the record is given the target path. A
-    /// record without a cloud part ends in DownloadingFileRequestError. Throws std::exception for a null record.
+    /// Fetches a document into a folder that exists, under its cloud name. A file of that name is replaced when the
+    /// document has arrived, unless the protocol refuses that (see OAuth2::AuthInfo). Once the protocol has accepted
+    /// the request, and before the document arrives, the record is given the target path and the hash of what is there.
+    /// A record without a cloud part ends in DownloadingFileRequestError, and so does a folder that does not exist.
+    /// Throws std::exception for a null record.
     virtual void Download(const std::shared_ptr<FileInfo>& file, const QString& directory) = 0;
 
     /// Fetches several, each as a request of its own. A null record throws std::exception when its turn comes.
     virtual void Download(const QList<std::shared_ptr<FileInfo>>& files, const QString& directory) = 0;
 
-    /// Fetches the list of the cloud's documents, and three previews of each. Does nothing, and emits nothing, while a
-    /// transfer is running.
+    /// Fetches the list of the cloud's documents, and three previews of each, whether or not they have changed. Does
+    /// nothing, and emits nothing, while a transfer is running.
     virtual void RetrieveFilesList() = 0;
 
     /// Deletes the cloud document; local files stay. Throws std::exception for a null record.
@@ -70,8 +76,9 @@ public:
     virtual void CancelUploading(const QString& path) = 0;
 
     /// Cancels the first running download of the record's id and deletes the file at the record's local path, whatever
-    /// it is: give it a record whose path is that of the download. Nothing happens when there is no such download.
-    /// Throws std::exception for a null record.
+    /// it is: give it the very record that Download was given. One from AbstractFileManager::GetFileInfo has the path
+    /// of the user's own copy, which is deleted then. Nothing happens when there is no such download. Throws
+    /// std::exception for a null record.
     virtual void CancelDownloading(const std::shared_ptr<FileInfo>& file) = 0;
 
     /// Fetches how much storage is in use, and how much there is.
@@ -83,7 +90,8 @@ public:
                                      const QSize& size) = 0;
 
 Q_SIGNALS:
-    /// A request was made while nobody is signed in; it was not sent.
+    /// A request was made while nobody is signed in; it was not sent. Once for each request, those of the automatic
+    /// refresh included.
     void AuthorizationRequired();
 
     /// Signed in.

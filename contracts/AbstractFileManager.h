@@ -30,7 +30,8 @@ public:
     /// Offers a loader for images that a view asks for by name.
     virtual void SetImageGetCallback(const std::function<QImage(const QString&)>& callback) = 0;
 
-    /// The id of the first document whose local copy is at the path; empty when there is none.
+    /// The id of the first document whose local copy is at the path; empty when there is none. For the empty path, that
+    /// of the first document without a local copy.
     virtual std::string GetIdByPath(const ioPath& path) const = 0;
 
     /// Puts a record, which stays shared with the caller, at the front. Does not look for another one of the same id.
@@ -46,9 +47,11 @@ public:
     /// Forgets all documents. Lists that mirror something else ignore it.
     virtual void Clear() = 0;
 
-    /// Merges newer content into the first record of the same id: the cloud part, the local path, the previews, if
-    /// there are any, and whether a transfer is running. The local hash is calculated anew; the cloud hash of the last
-    /// synchronisation stays. A null record or an unknown id is ignored; a known one without a cloud part throws
+    /// Merges newer content into the first record of the same id. Taken over are the cloud part (previews of sizes that
+    /// it does not bring stay), the local path (an empty one takes the local copy away), whether a transfer is running,
+    /// and FileInfo::GetPreviewsSet unless that is empty. The hash of the local copy is calculated, whatever the newer
+    /// record says: this is how the list learns that the file was saved. The cloud hash of the last synchronisation
+    /// stays. A null record or an unknown id is ignored; a known one without a cloud part throws
     /// std::bad_optional_access.
     virtual void Update(const std::shared_ptr<const FileInfo>& file) = 0;
 
@@ -89,13 +92,13 @@ Q_SIGNALS:
     /// Follows the signal below.
     void FileAdded();
 
-    /// The record itself, which is at index 0 now.
+    /// The record itself, which is at index 0 already.
     void FileAdded(const std::shared_ptr<FileInfo>& file);
 
     /// Follows the signal below.
     void FileRemoved();
 
-    /// What Remove was given; its document is gone from the list.
+    /// What Remove was given; its document is gone from the list already, and its index with it.
     void FileRemoved(const std::shared_ptr<const FileInfo>& file);
 
     /// Follows the signal below, unless a slot of that took the record out.

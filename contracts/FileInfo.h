@@ -66,7 +66,8 @@ public:
 
         /// @}
 
-        /// Local files that hold the preview images, by size.
+        /// Local files that hold the preview images, by size. These are stored, and shown by a list; those of the
+        /// record itself are not.
         std::map<PreviewSize, ioPath> GetPreviewsSet();
 
         /// Replaces all of them. The files stay the caller's: none is deleted.
@@ -93,7 +94,9 @@ public:
     /// A document known from the cloud, with no local copy yet.
     FileInfo(const CloudInfo& cloudInfo);
 
-    /// A document that exists only locally. Its id is empty until it is given a cloud part.
+    /// A document that exists only locally. Its id is empty until it is given a cloud part. Not for the list of cloud
+    /// documents, which ends the program if such a record is in it at the end: upload the path instead, and add the
+    /// record of AbstractCloudManager::UploadingFinished.
     FileInfo(const ioPath& path, const std::string& md5Hash);
 
     /// A copy shares nothing with the original.
@@ -143,12 +146,13 @@ public:
     /// Whether a transfer of the document is running: what SetIsSyncingInProgress said last.
     bool IsSyncingInProgress() const;
 
-    /// For whoever starts and ends transfers. The library never sets it of its own accord: AbstractFileManager::Update
-    /// copies it, and the copies that the closing signals of a download carry have it cleared.
+    /// For the editor, which starts transfers and learns of their end. The library never sets it of its own accord:
+    /// AbstractFileManager::Update copies it, and the copies that the closing signals of a download carry have it
+    /// cleared.
     void SetIsSyncingInProgress(bool inProgress);
 
-    /// Previews that belong to the record rather than to its cloud part. The library stores pictures in the cloud part,
-    /// whose previews are the ones that are persisted and shown by index.
+    /// Previews that belong to the record rather than to its cloud part: for an editor that makes its own, and lost at
+    /// the end. The library puts its pictures into the cloud part, whose previews are stored, and shown by index.
     std::map<PreviewSize, ioPath> GetPreviewsSet();
 
     /// Replaces all of them. The files stay the caller's.
