@@ -170,6 +170,8 @@ TEST_F(CloudDocumentsTest, WhatSomebodyElseHasChangedIsReplacedOnlyOnPurpose)
 
     EndOf("refresh()", "refreshed");
     EXPECT_EQ(Column("state"), Do("[changedOnBothSides]").toStringList());
+    EXPECT_EQ(FailureOf(Call("uploadChanges"))["request"], "upload");
+    EXPECT_EQ(ReadFile(Local("cloud/plan.pdf")), "somebody's plan");
     EndOf(Call("replaceInCloud"), "uploaded");
     EXPECT_EQ(ReadFile(Local("cloud/plan.pdf")), "a better plan");
 }
