@@ -2,6 +2,7 @@
 #   Runtime      the four libraries, and the program that renders previews
 #   Development  their headers, and what CMake and pkg-config need to find them
 #   Tools        the programs for a user
+#   Qml          the QML module Norlis.Cloud, where it is built
 #   TestKit      the static library that tests of a host application link, with its headers
 # Nothing installed knows where it was built or where it lies: the whole can be moved.
 include(CMakePackageConfigHelpers)
@@ -28,6 +29,13 @@ foreach(program norlis-cloud norlis-documents)
         install(TARGETS ${program} DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT Tools)
     endif()
 endforeach()
+
+if(TARGET NorlisCloudQml)
+    set(qmlModule ${CMAKE_INSTALL_LIBDIR}/qt5/qml/Norlis/Cloud)
+    set_target_properties(NorlisCloudQml PROPERTIES INSTALL_RPATH $ORIGIN/../../../..)
+    install(TARGETS NorlisCloudQml LIBRARY DESTINATION ${qmlModule} COMPONENT Qml)
+    install(FILES qml/qmldir qml/plugins.qmltypes DESTINATION ${qmlModule} COMPONENT Qml)
+endif()
 
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/NorlisCloudConfigVersion.cmake COMPATIBILITY SameMajorVersion)
 install(FILES cmake/NorlisCloudConfig.cmake ${PROJECT_BINARY_DIR}/NorlisCloudConfigVersion.cmake

@@ -1,4 +1,4 @@
-# What `cpack` makes: three Debian packages, of one group of components each.
+# What `cpack` makes: Debian packages, of one group of components each.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME norlis-cloud)
 set(CPACK_PACKAGE_CONTACT "The Norlis developers <developers@norlis.org>")
@@ -36,7 +36,21 @@ set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS ${sameVersion})
 set(CPACK_DEBIAN_TOOLS_DESCRIPTION "cloud documents for desktop PDF editors - programs
 Send, list, fetch and remove documents in a folder or on a WebDAV server, from
 a terminal or in a window.")
-# Where the libraries of the runtime package are while that of the tools is made.
+
+if(TARGET NorlisCloudQml)
+    set(CPACK_DEBIAN_QML_PACKAGE_NAME qml-module-norlis-cloud)
+    set(CPACK_DEBIAN_QML_PACKAGE_SECTION libs)
+    set(CPACK_DEBIAN_QML_PACKAGE_SHLIBDEPS ON)
+    set(CPACK_DEBIAN_QML_PACKAGE_DEPENDS ${sameVersion})
+    set(CPACK_DEBIAN_QML_DESCRIPTION "cloud documents for desktop PDF editors - QML module
+The documents of a folder or of a WebDAV server as an element for interfaces in
+Qt Quick.")
+    set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/cmake/debian/qml-folder.cmake)
+    set(CPACK_NORLIS_QML_MODULES ${CMAKE_INSTALL_LIBDIR}/qt5)
+    set(CPACK_NORLIS_ARCHITECTURE ${CMAKE_LIBRARY_ARCHITECTURE})
+endif()
+
+# Where the libraries of the runtime package are while those of others are made.
 foreach(library NorlisContracts NorlisSocial NorlisCloud NorlisHost)
     get_target_property(folder ${library} BINARY_DIR)
     list(APPEND CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${folder})
@@ -47,3 +61,6 @@ cpack_add_component(Runtime GROUP Runtime)
 cpack_add_component(Development GROUP Development)
 cpack_add_component(TestKit GROUP Development)
 cpack_add_component(Tools GROUP Tools)
+if(TARGET NorlisCloudQml)
+    cpack_add_component(Qml GROUP Qml)
+endif()

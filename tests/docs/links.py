@@ -7,7 +7,7 @@ from pathlib import Path
 
 from pages import all_pages, fail_with, read_page
 
-FOLDERS = "apps base benchmarks cmake contracts docs examples files fuzz host library protocol samples testkit tests tools"
+FOLDERS = "apps base benchmarks cmake contracts docs examples files fuzz host library protocol qml samples testkit tests tools"
 
 project = Path(sys.argv[1]).resolve()
 problems = []

@@ -28,7 +28,8 @@ same="$runtime \(= ${version//./\\.}\)"
 expect "$runtime" Depends 'libqt5core5a \(>= 5\.15' libqt5gui5 libqt5pdf5 libcurl4 libsqlite3-0 libgoogle-glog libc6 'libstdc\+\+6'
 expect libnorlis-cloud-dev Depends "$same" 'qtbase5-dev \(>= 5\.15\)'
 expect norlis-cloud-tools Depends "$same" libqt5core5a libgoogle-glog
-for package in "$runtime" libnorlis-cloud-dev norlis-cloud-tools; do
+expect qml-module-norlis-cloud Depends "$same" libqt5core5a libqt5qml5
+for package in "$runtime" libnorlis-cloud-dev norlis-cloud-tools qml-module-norlis-cloud; do
     expect $package Maintainer '^The Norlis developers <developers@norlis.org>$'
     expect $package Description '^cloud documents for desktop PDF editors - '
     expect $package Section '^(libs|libdevel|utils)$'
@@ -43,6 +44,12 @@ done
 
 apt-get install ./*.deb --simulate >/dev/null || fail "The packages ask for what Debian does not have."
 
+# Where Debian's Qt looks for it, whatever the folder of the libraries; then where the installed copy has it.
+modules=$(qmake -qt=5 -query QT_INSTALL_QML)
+[ -f "root$modules/Norlis/Cloud/qmldir" ] || fail "The QML module is not in $modules."
+mv "root$(dirname "$modules")" root/usr/lib/qt5
+rmdir "root$(dirname "$modules" | xargs dirname)"
 diff -r --no-dereference root/usr "$prefix" || fail "The packages (<) are not what is installed from the build (>)."
 "$tree/tests/package/consumer-cmake.sh" "$tree" "$folder" "$folder/root/usr"
 "$tree/tests/package/programs.sh" "$tree" "$folder" "$folder/root/usr"
+"$tree/tests/package/consumer-qml.sh" "$tree" "$folder" "$folder/root/usr"

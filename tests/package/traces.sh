@@ -5,7 +5,7 @@
 if grep -rlF -e "$tree" -e "$work" "$prefix"; then
     fail "These files name a folder of the machine that they were built on."
 fi
-find "$prefix" -type f \( -name '*.so.*' -o -perm -u+x \) -print0 | while IFS= read -rd '' file; do
+find "$prefix" -type f \( -name '*.so' -o -name '*.so.*' -o -perm -u+x \) -print0 | while IFS= read -rd '' file; do
     places=$(readelf -d "$file" | sed -n 's/.*(R\(UN\)\?PATH).*\[\(.*\)\]/\2/p')
     case $places in
     '' | \$ORIGIN | \$ORIGIN/../*) ;;

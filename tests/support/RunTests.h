@@ -10,12 +10,13 @@
 namespace Norlis::Test {
 
 /// What main() of a test program does, with an application object of Qt that has what the tests need.
+/// \param platform what Qt shows windows on; "offscreen" needs no display
 template <typename Application>
-int RunTests(int argc, char** argv)
+int RunTests(int argc, char** argv, const char* platform = "offscreen")
 {
-    // Before Qt reads them: no display, file names in UTF-8 wherever the tests run, and a folder for temporary files
+    // Before Qt reads them: the display, file names in UTF-8 wherever the tests run, and a folder for temporary files
     // that nobody shares with us.
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_QPA_PLATFORM", platform);
     qputenv("LC_ALL", "C.UTF-8");
     const QTemporaryDir temporary;
     if (!temporary.isValid()) {

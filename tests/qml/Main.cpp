@@ -1,0 +1,68 @@
+#include <tests/support/RunTests.h>
+
+#include <QGuiApplication>
+#include <QProcess>
+
+#include <csignal>
+
+#include <sys/prctl.h>
+
+// See the one of the other test programs. The connection that Qt makes to the message bus lives as long as the process
+// too.
+extern "C" Q_DECL_EXPORT const char* __lsan_default_suppressions()
+{
+    return "leak:libfontconfig\nleak:libdbus\n";
+}
+
+namespace {
+
+/// Ends with the tests, however they end.
+class DisplayServer : public QProcess {
+protected:
+    void setupChildProcess() override
+    {
+        prctl(PR_SET_PDEATHSIG, SIGTERM);
+    }
+};
+
+/// A display of the tests' own, which nobody sees: the offscreen platform shows nothing of Qt Quick.
+class Display {
+public:
+    Display()
+    {
+        server.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        // It chooses a free number and tells it on its standard output when it takes connections.
+        server.start("Xvfb", {"-displayfd", "1", "-screen", "0", "1024x768x24", "-nolisten", "tcp", "-noreset"});
+        QByteArray number;
+        while (!number.endsWith('\n')) {
+            if (!server.waitForReadyRead()) {
+                qFatal("There is no display: %s. This command installs Xvfb: tools/install-packages test",
+                       qPrintable(server.errorString()));
+            }
+            number += server.readAllStandardOutput();
+        }
+        qputenv("DISPLAY", ':' + number.trimmed());
+    }
+
+    ~Display()
+    {
+        server.terminate();
+        server.waitForFinished();
+    }
+
+    Display(const Display&) = delete;
+    Display& operator=(const Display&) = delete;
+
+private:
+    DisplayServer server;
+};
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    const Display display;
+    qputenv("QT_QUICK_BACKEND", "software");
+    qputenv("QT_XCB_GL_INTEGRATION", "none");
+    return Norlis::Test::RunTests<QGuiApplication>(argc, argv, "xcb");
+}
