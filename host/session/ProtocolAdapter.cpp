@@ -5,8 +5,28 @@ namespace Norlis::Host {
 using Social::NorlisCloudSharingResult;
 using Social::RequestResult;
 
+namespace {
+
+/// The settings, whose observer is joined by another one, which may change. Either may destroy the protocol object.
+Social::OAuth2::AuthInfo With(const std::function<void(const Social::OAuth2::Failure&)>& other,
+                              Social::OAuth2::AuthInfo authInfo)
+{
+    authInfo.onFailure = [first = authInfo.onFailure, &other](const Social::OAuth2::Failure& failure) {
+        const auto second = other;
+        if (first) {
+            first(failure);
+        }
+        if (second) {
+            second(failure);
+        }
+    };
+    return authInfo;
+}
+
+} // namespace
+
 ProtocolAdapter::ProtocolAdapter(const Social::OAuth2::AuthInfo& authInfo, const std::string& name)
-    : protocol(authInfo, name)
+    : protocol(With(failureObserver, authInfo), name)
 {
 }
 
@@ -89,6 +109,11 @@ qint64 ProtocolAdapter::retrievePreview(const QMap<QString, QString>& fields,
 void ProtocolAdapter::cancelOperation(qint64 id)
 {
     protocol.cancelOperation(id);
+}
+
+void ProtocolAdapter::SetFailureObserver(FailureObserver observer)
+{
+    failureObserver = std::move(observer);
 }
 
 } // namespace Norlis::Host

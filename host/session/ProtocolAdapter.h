@@ -1,13 +1,14 @@
 #pragma once
 
 #include <contracts/ICloudProtocol.h>
+#include <contracts/IFailureSource.h>
 #include <contracts/NorlisCloudProtocol.h>
 
 namespace Norlis::Host {
 
 /// A protocol object as an ICloudProtocol that also reaches what that interface has no operations for. Lives on the
 /// thread that constructs it, where the callbacks arrive too.
-class ProtocolAdapter : public PDF::Cloud::ICloudProtocol {
+class ProtocolAdapter : public PDF::Cloud::ICloudProtocol, public PDF::Cloud::IFailureSource {
 public:
     /// See NorlisCloudProtocol.
     ProtocolAdapter(const Social::OAuth2::AuthInfo& authInfo, const std::string& name);
@@ -46,7 +47,10 @@ public:
                            std::function<void(qint64, Social::RequestResult, QPixmap)>&& done) override;
     void cancelOperation(qint64 id) override;
 
+    void SetFailureObserver(FailureObserver observer) override;
+
 private:
+    FailureObserver failureObserver;
     Social::NorlisCloudProtocol protocol;
 };
 
