@@ -3,7 +3,7 @@
 #   Development  their headers, and what CMake and pkg-config need to find them
 #   Tools        the programs for a user
 #   Qml          the QML module Norlis.Cloud, where it is built
-#   TestKit      the static library that tests of a host application link, with its headers
+#   TestKit      the static library that tests of a host application link, with its headers, and the contract tests as sources
 # Nothing installed knows where it was built or where it lies: the whole can be moved.
 include(CMakePackageConfigHelpers)
 include(GNUInstallDirs)
@@ -60,7 +60,10 @@ norlis_install_pkg_config(norlis-host NorlisHost
 
 if(TARGET NorlisTestKit)
     set_target_properties(NorlisTestKit PROPERTIES EXPORT_NAME TestKit)
-    install(TARGETS NorlisTestKit EXPORT NorlisCloudTestKitTargets
+    set_target_properties(NorlisContractTests PROPERTIES EXPORT_NAME ContractTests)
+    install(DIRECTORY testkit/contract/ DESTINATION ${CMAKE_INSTALL_DATADIR}/norlis-cloud/contract-tests COMPONENT TestKit
+        FILES_MATCHING PATTERN *.h PATTERN *.cpp)
+    install(TARGETS NorlisTestKit NorlisContractTests EXPORT NorlisCloudTestKitTargets
         ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT TestKit
         FILE_SET HEADERS DESTINATION ${headers} COMPONENT TestKit
     )

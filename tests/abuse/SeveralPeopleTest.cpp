@@ -1,8 +1,10 @@
 // Several people with a computer each, and somebody with another program, who change the same documents.
 
-#include <tests/support/ContractTest.h>
+#include <testkit/contract/ContractTest.h>
+#include <tests/support/Files.h>
 #include <tests/support/ProgramTest.h>
 #include <tests/support/Rounds.h>
+#include <tests/support/ServiceUnderTest.h>
 
 #include <QElapsedTimer>
 #include <QFile>
@@ -333,7 +335,8 @@ protected:
     void LiveThrough(quint32 seed)
     {
         random.seed(seed);
-        cloud = GetParam().make(); // without the locks that somebody was killed with
+        cloud.reset(static_cast<ServiceUnderTest*>(
+            GetParam().make().release())); // without the locks that somebody was killed with
         std::vector<Person> people(seed % 2 == 0 ? 2 : 3);
         for (const Person& person : people) {
             ASSERT_NO_FATAL_FAILURE(SignIn(person));
@@ -387,7 +390,7 @@ protected:
     }
 
     QRandomGenerator random;
-    std::unique_ptr<CloudUnderTest> cloud;
+    std::unique_ptr<ServiceUnderTest> cloud;
     std::vector<std::map<QString, QByteArray>> samples; ///< what was in the cloud, before and after each act
     Contents acknowledged;                              ///< of which somebody was told that they are in the cloud
     ContentsByName underWay;                            ///< what is sent at the moment

@@ -2,7 +2,7 @@
 # Each component installs what contents.txt says, no more and no less.
 . "$(dirname "$0")/common.sh"
 
-for component in Runtime Development Tools Qml; do
+for component in Runtime Development Tools Qml TestKit; do
     folder=$(new_folder "components/$component")
     cmake --install "$build" --prefix "$folder" --component $component >/dev/null
     (cd "$folder" && find . -not -type d) | sed -e "s|^\.|$component |" -e "s/\.${version//./\\.}$/.VERSION/" \

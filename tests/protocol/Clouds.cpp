@@ -1,7 +1,9 @@
 #include <tests/support/FolderUnderTest.h>
 #include <tests/support/WebDavUnderTest.h>
 
-namespace Norlis::Test {
+namespace Norlis::TestKit {
+
+using namespace Test;
 
 std::vector<KindOfCloud> KindsOfClouds()
 {
@@ -12,4 +14,4 @@ std::vector<KindOfCloud> KindsOfClouds()
     return kinds;
 }
 
-} // namespace Norlis::Test
+} // namespace Norlis::TestKit

@@ -1,20 +1,13 @@
-#include <tests/support/ContractTest.h>
+#include <tests/support/ServiceContractTest.h>
 
 namespace Norlis::Test {
 
 /// What a download finds at its target.
-class ExistingFilesTest : public ContractTest {
+class ExistingFilesTest : public ServiceContractTest {
 protected:
     void SetUp() override
     {
         ASSERT_TRUE(user.SignIn());
-    }
-
-    Social::OAuth2::AuthInfo CarefulSettings() const
-    {
-        auto settings = Settings();
-        settings.replaceExistingFiles = false;
-        return settings;
     }
 
     QString Put(const QString& name, const QByteArray& content)
@@ -39,7 +32,7 @@ protected:
         EXPECT_EQ(ReadFile(path), content);
     }
 
-    Client user{CarefulSettings(), cloud->Token()};
+    Client user{Service().SettingsOf("anna"), cloud->Token()};
 };
 NORLIS_FOR_EVERY_CLOUD(ExistingFilesTest);
 
@@ -93,7 +86,7 @@ TEST_P(ExistingFilesTest, ACopyIsKnownAfterARestartIfThereIsADataFolder)
     const QString id = Put("report.pdf", "content");
     ASSERT_TRUE(user.Download(id, Local("copy.pdf"))->Succeeds());
     user.Destroy();
-    auto settings = CarefulSettings();
+    auto settings = Service().SettingsOf("anna");
     Client next(settings, cloud->Token());
     ASSERT_TRUE(next.SignIn());
     ASSERT_TRUE(next.Download(id, Local("copy.pdf"))->Succeeds());
@@ -121,14 +114,6 @@ TEST_P(ExistingFilesTest, AFileThatComesMeanwhileIsLeftAlone)
     EXPECT_TRUE(download->Fails());
     EXPECT_EQ(ReadFile(Local("copy.pdf")), QByteArray("mine"));
     EXPECT_EQ(FilesBelow(folder.path()), QStringList("copy.pdf"));
-}
-
-TEST_P(ExistingFilesTest, AnyFileIsReplacedWhereThatIsAllowed)
-{
-    ASSERT_TRUE(client.SignIn());
-    const QString id = Put("report.pdf", "content");
-    ASSERT_TRUE(client.Download(id, LocalFile("mine.pdf", "mine"))->Succeeds());
-    EXPECT_EQ(ReadFile(Local("mine.pdf")), QByteArray("content"));
 }
 
 } // namespace Norlis::Test

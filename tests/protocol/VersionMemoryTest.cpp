@@ -1,6 +1,6 @@
 #include <protocol/service/VersionMemory.h>
+#include <testkit/contract/Printing.h>
 #include <tests/support/Files.h>
-#include <tests/support/Printing.h>
 
 #include <QTemporaryDir>
 

@@ -1,4 +1,4 @@
-#include <tests/support/ContractTest.h>
+#include <tests/support/ServiceContractTest.h>
 
 namespace Norlis::Test {
 
@@ -11,7 +11,7 @@ const QByteArray hers = "what somebody else has put there";
 } // namespace
 
 /// Which version of a document a client may replace or remove: the one that its copy came from, or that it has seen.
-class VersionTest : public SignedInContractTest {
+class VersionTest : public ServiceContractTest {
 protected:
     /// Uploads a document. Somebody else replaces it, and our copy is edited.
     void EditOnBothSides()
@@ -24,7 +24,7 @@ protected:
         WriteFile(path, "ours, edited");
     }
 
-    void ExpectConflict(const Client& who) const
+    void ExpectConflict(const TestKit::Client& who) const
     {
         ASSERT_FALSE(who.failures.empty());
         EXPECT_THAT(who.failures.back().reason.toStdString(), HasSubstr("changed"));
@@ -66,7 +66,7 @@ TEST_P(VersionTest, ACopyThatWasMovedIsStillRemembered)
 {
     ASSERT_NO_FATAL_FAILURE(EditOnBothSides());
     ASSERT_TRUE(QFile::rename(path, Local("moved.pdf")));
-    client.Protocol()->copyMoved(id, path, Local("moved.pdf"));
+    Protocol().copyMoved(id, path, Local("moved.pdf"));
     ASSERT_TRUE(client.List()->Succeeds());
     EXPECT_TRUE(client.Upload(Local("moved.pdf"), id)->Fails());
     ExpectConflict(client);
@@ -76,7 +76,7 @@ TEST_P(VersionTest, WhoHasSeenTheOtherVersionMayReplaceIt)
 {
     ASSERT_NO_FATAL_FAILURE(EditOnBothSides());
     ASSERT_TRUE(client.List()->Succeeds());
-    client.Protocol()->acceptListedVersion(id, path);
+    Protocol().acceptListedVersion(id, path);
     EXPECT_TRUE(client.Upload(path, id)->Succeeds());
     EXPECT_EQ(cloud->Get("report.pdf"), QByteArray("ours, edited"));
 }
@@ -85,14 +85,14 @@ TEST_P(VersionTest, WhoHasSeenYetAnotherVersionMayNotReplaceIt)
 {
     ASSERT_NO_FATAL_FAILURE(EditOnBothSides());
     ASSERT_TRUE(client.List()->Succeeds());
-    client.Protocol()->acceptListedVersion(id, path, Md5Of("what was listed before"));
+    Protocol().acceptListedVersion(id, path, Md5Of("what was listed before"));
     EXPECT_TRUE(client.Upload(path, id)->Fails());
     ExpectConflict(client);
 }
 
 TEST_P(VersionTest, CopiesAreRememberedBetweenRuns)
 {
-    auto settings = cloud->Settings();
+    auto settings = Service().Settings();
     settings.dataFolder = Local("data");
     path = LocalFile("report.pdf", "first");
     {

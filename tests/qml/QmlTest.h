@@ -1,7 +1,7 @@
 #pragma once
 
+#include <testkit/contract/Printing.h>
 #include <tests/support/Files.h>
-#include <tests/support/Printing.h>
 #include <tests/support/Waiting.h>
 
 #include <QQmlApplicationEngine>

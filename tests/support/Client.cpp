@@ -1,218 +1,50 @@
 #include "Client.h"
 
-#include <QLoggingCategory>
-#include <QPixmap>
+#include <host/session/ProtocolAdapter.h>
 
-#include <gtest/gtest.h>
+#include <QPixmap>
 
 namespace Norlis::Test {
 
 namespace {
 
-/// What a user reads; for programs that check all of it.
-Q_LOGGING_CATEGORY(failureLog, "norlis.test.failure", QtInfoMsg)
-
-/// A completion callback that fills an answer.
-template <typename Payload>
-auto DoneInto(const AnswerPtr<Payload>& answer, Client* client, const bool* isInsideACall)
+Social::OAuth2::AuthInfo WithTransferredInto(std::vector<Social::OAuth2::TransferredFile>* transferred,
+                                             Social::OAuth2::AuthInfo authInfo)
 {
-    return [answer, client, isInsideACall](qint64 id, Social::RequestResult result, const auto&... payload) {
-        ++answer->count;
-        answer->id = id;
-        answer->result = result;
-        if constexpr (sizeof...(payload) > 0) {
-            answer->payload = (payload, ...);
-        }
-        answer->thread = QThread::currentThread();
-        answer->cameInsideACall = *isInsideACall;
-        client->journal.push_back("done " + std::to_string(id));
-        if (answer->onDone) {
-            answer->onDone();
-        }
+    authInfo.onTransferred = [transferred](const Social::OAuth2::TransferredFile& file) {
+        transferred->push_back(file);
     };
-}
-
-template <typename Payload>
-auto ProgressInto(const AnswerPtr<Payload>& answer, Client* client)
-{
-    return [answer, client](qint64 id, int percent) {
-        EXPECT_EQ(id, answer->operation);
-        EXPECT_FALSE(answer->Came());
-        answer->percents.push_back(percent);
-        client->journal.push_back("progress " + std::to_string(id));
-        if (answer->onProgress) {
-            answer->onProgress(percent);
-        }
-    };
+    return authInfo;
 }
 
 } // namespace
 
-Client::Client(Social::OAuth2::AuthInfo authInfo, QString token) : token(std::move(token))
+Client::Client(const Social::OAuth2::AuthInfo& authInfo, const QString& token)
+    : TestKit::Client(MakeProtocol(WithTransferredInto(&transferred, authInfo)), token)
 {
-    authInfo.onFailure = [this](const Social::OAuth2::Failure& failure) {
-        qCDebug(failureLog).noquote() << failure.what << failure.document << failure.reason << failure.advice;
-        failures.push_back(failure);
-        journal.push_back("failure " + std::to_string(failure.operation));
-        if (onFailure) {
-            onFailure(failure);
-        }
-    };
-    authInfo.onTransferred = [this](const Social::OAuth2::TransferredFile& file) { transferred.push_back(file); };
-    protocol = std::make_unique<NorlisCloudProtocol>(authInfo, "tests");
-}
-
-Client::~Client() = default;
-
-template <typename Payload, typename Call>
-AnswerPtr<Payload> Client::Start(Call call)
-{
-    const auto answer = std::make_shared<Answer<Payload>>();
-    isInsideACall = true;
-    answer->operation = call(answer);
-    isInsideACall = false;
-    return answer;
-}
-
-bool Client::SignIn()
-{
-    return Authorize()->Succeeds() && protocol->loggedIn();
-}
-
-AnswerPtr<> Client::Authorize()
-{
-    return Authorize(token);
-}
-
-AnswerPtr<> Client::Authorize(const QString& otherToken)
-{
-    return Start<NoPayload>([&](const AnswerPtr<>& answer) {
-        return protocol->auth({{NorlisCloudProtocol::SSO_TOKEN, otherToken},
-                               {NorlisCloudProtocol::APP_ID_ON_CLOUD, "pdf"},
-                               {NorlisCloudProtocol::API_VERSION, "2"}},
-                              DoneInto(answer, this, &isInsideACall));
-    });
-}
-
-AnswerPtr<QString> Client::UserName()
-{
-    return Start<QString>(
-        [&](const AnswerPtr<QString>& answer) { return protocol->userName(DoneInto(answer, this, &isInsideACall)); });
-}
-
-AnswerPtr<QUrl> Client::UserProfile()
-{
-    return Start<QUrl>(
-        [&](const AnswerPtr<QUrl>& answer) { return protocol->userProfile(DoneInto(answer, this, &isInsideACall)); });
-}
-
-AnswerPtr<QString> Client::UserPicAddress()
-{
-    return Start<QString>([&](const AnswerPtr<QString>& answer) {
-        return protocol->userPic(
-            std::function<void(qint64, Social::RequestResult, QString)>(DoneInto(answer, this, &isInsideACall)));
-    });
-}
-
-AnswerPtr<QPixmap> Client::UserPic()
-{
-    return Start<QPixmap>([&](const AnswerPtr<QPixmap>& answer) {
-        return protocol->userPic(
-            std::function<void(qint64, Social::RequestResult, QPixmap)>(DoneInto(answer, this, &isInsideACall)));
-    });
-}
-
-AnswerPtr<CloudFile> Client::Info(const QString& id)
-{
-    return Start<CloudFile>([&](const AnswerPtr<CloudFile>& answer) {
-        return protocol->retriveFileInfo({{{NorlisCloudProtocol::ID, id}}, {}}, DoneInto(answer, this, &isInsideACall));
-    });
-}
-
-AnswerPtr<QList<CloudFile>> Client::List()
-{
-    return Start<QList<CloudFile>>([&](const AnswerPtr<QList<CloudFile>>& answer) {
-        return protocol->retriveFileList({}, DoneInto(answer, this, &isInsideACall));
-    });
-}
-
-AnswerPtr<> Client::Download(const QString& id, const QString& path)
-{
-    return Start<NoPayload>([&](const AnswerPtr<>& answer) {
-        return protocol->downloadFile({{{NorlisCloudProtocol::ID, id}, {NorlisCloudProtocol::FILE_NAME, path}}, {}},
-                                      DoneInto(answer, this, &isInsideACall), ProgressInto(answer, this));
-    });
-}
-
-AnswerPtr<> Client::Remove(const QString& id)
-{
-    return Start<NoPayload>([&](const AnswerPtr<>& answer) {
-        return protocol->deleteFile({{{NorlisCloudProtocol::ID, id}}, {}}, DoneInto(answer, this, &isInsideACall));
-    });
-}
-
-AnswerPtr<Social::NorlisCloudSharingResult> Client::Upload(const QString& path, const QString& id, const QString& md5)
-{
-    using Result = Social::NorlisCloudSharingResult;
-    QMap<QString, QString> fields = {{NorlisCloudProtocol::FILE_MIME_TYPE, "application/pdf"},
-                                     {NorlisCloudProtocol::CHUNK_MIME_TYPE, "application/pdf"},
-                                     {NorlisCloudProtocol::MD5_HASH, md5}};
-    if (!id.isEmpty()) {
-        fields.insert(NorlisCloudProtocol::ID, id);
-    }
-    return Start<Result>([&](const AnswerPtr<Result>& answer) {
-        return protocol->uploadFile(path, fields, DoneInto(answer, this, &isInsideACall), ProgressInto(answer, this));
-    });
-}
-
-AnswerPtr<QuotaMap> Client::Quota()
-{
-    return Start<QuotaMap>(
-        [&](const AnswerPtr<QuotaMap>& answer) { return protocol->userQuota(DoneInto(answer, this, &isInsideACall)); });
-}
-
-AnswerPtr<QPixmap> Client::Preview(const QString& id, const QSize& box)
-{
-    return Start<QPixmap>([&](const AnswerPtr<QPixmap>& answer) {
-        return protocol->retrievePreview({{NorlisCloudProtocol::ID, id},
-                                          {NorlisCloudProtocol::FILE_PREVIEW_WIDTH, QString::number(box.width())},
-                                          {NorlisCloudProtocol::FILE_PREVIEW_HEIGHT, QString::number(box.height())}},
-                                         DoneInto(answer, this, &isInsideACall));
-    });
 }
 
 AnswerPtr<NorlisCloudProtocol::ServiceCapabilities> Client::Probe()
 {
     using Capabilities = NorlisCloudProtocol::ServiceCapabilities;
-    return Start<Capabilities>([&](const AnswerPtr<Capabilities>& answer) {
-        return protocol->probeService(DoneInto(answer, this, &isInsideACall));
-    });
+    return Start<Capabilities>(
+        [&](const AnswerPtr<Capabilities>& answer) { return Protocol()->probeService(DoneInto(answer)); });
 }
 
-void Client::Cancel(qint64 id)
+NorlisCloudProtocol* Client::Protocol() const
 {
-    isInsideACall = true;
-    protocol->cancelOperation(id);
-    isInsideACall = false;
+    auto* const protocol = TestKit::Client::Protocol();
+    return protocol ? &ProtocolObject(*protocol) : nullptr;
 }
 
-void Client::Destroy()
+std::unique_ptr<PDF::Cloud::ICloudProtocol> MakeProtocol(const Social::OAuth2::AuthInfo& authInfo)
 {
-    isInsideACall = true;
-    protocol.reset();
-    isInsideACall = false;
+    return std::make_unique<Host::ProtocolAdapter>(authInfo, "tests");
 }
 
-CloudFile Client::Entry(const QString& name)
+NorlisCloudProtocol& ProtocolObject(PDF::Cloud::ICloudProtocol& protocol)
 {
-    const auto list = List();
-    EXPECT_TRUE(list->Succeeds());
-    for (const CloudFile& file : qAsConst(list->payload)) {
-        if (file.name == name) {
-            return file;
-        }
-    }
-    return {};
+    return dynamic_cast<Host::ProtocolAdapter&>(protocol).Protocol();
 }
 
 } // namespace Norlis::Test

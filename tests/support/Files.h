@@ -1,34 +1,22 @@
 #pragma once
 
-#include <QByteArray>
-#include <QString>
-#include <QStringList>
-
-#include <optional>
+#include <testkit/contract/Files.h>
 
 namespace Norlis::Test {
 
+using TestKit::FilesBelow;
+using TestKit::MakeFolder;
+using TestKit::MakeLink;
+using TestKit::MakeNamedPipe;
+using TestKit::Md5Of;
+using TestKit::ReadFile;
+using TestKit::WriteFile;
+using TestKit::WriteSparseFile;
+
 constexpr qint64 MiB = 1024 * 1024;
 
-/// All of these expect success; a failure is a failure of the test.
-void WriteFile(const QString& path, const QByteArray& content);
-void MakeFolder(const QString& path);
+/// Expects success; a failure is a failure of the test.
 void RemoveFolder(const QString& path);
-
-/// A file of that many zero bytes that takes no space on the disk.
-void WriteSparseFile(const QString& path, qint64 size);
-
-void MakeLink(const QString& target, const QString& path);
-void MakeNamedPipe(const QString& path);
-
-/// Nothing when there is no such file.
-std::optional<QByteArray> ReadFile(const QString& path);
-
-/// Hexadecimal, lower case.
-QString Md5Of(const QByteArray& content);
-
-/// Paths, relative to a folder and sorted, of everything below it that is not a folder, hidden things included.
-QStringList FilesBelow(const QString& folder);
 
 /// Drops the privileges of the process, if it has any, while this exists: nothing is forbidden to root.
 class WithoutPrivileges {

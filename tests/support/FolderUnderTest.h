@@ -1,7 +1,7 @@
 #pragma once
 
-#include "CloudUnderTest.h"
 #include "Files.h"
+#include "ServiceUnderTest.h"
 
 #include <QTemporaryDir>
 #include <QUrl>
@@ -9,7 +9,7 @@
 namespace Norlis::Test {
 
 /// A folder as a cloud.
-class FolderUnderTest : public CloudUnderTest {
+class FolderUnderTest : public ServiceUnderTest {
 public:
     FolderUnderTest();
 

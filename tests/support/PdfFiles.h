@@ -1,30 +1,15 @@
 #pragma once
 
-#include <QByteArray>
-#include <QColor>
-#include <QSizeF>
+#include <testkit/contract/PdfFiles.h>
 
 namespace Norlis::Test {
 
-/// A document with one page of that size, in points, filled with a color.
-QByteArray PdfOfColor(const QColor& color, const QSizeF& size = {595, 842});
-
-/// A document with that text on every page.
-QByteArray PdfOfText(const QString& text, int pages = 1);
-
-/// A document written object by object: one page with that media box ("0 0 595 842") and content.
-QByteArray PdfOfContent(const QByteArray& mediaBox, const QByteArray& content);
-
-/// A document of more than that many bytes, few of which belong to its one page, which is filled with a color.
-QByteArray PdfWithMuchElse(const QColor& color, int bytes);
-
-/// A document without pages.
-QByteArray PdfWithoutPages();
-
-/// A document that needs a password.
-QByteArray PdfWithPassword();
-
-/// A document whose page takes very long to paint.
-QByteArray PdfThatTakesLong();
+using TestKit::PdfOfColor;
+using TestKit::PdfOfContent;
+using TestKit::PdfOfText;
+using TestKit::PdfThatTakesLong;
+using TestKit::PdfWithMuchElse;
+using TestKit::PdfWithoutPages;
+using TestKit::PdfWithPassword;
 
 } // namespace Norlis::Test

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Printing.h"
 #include "SecretWatch.h"
+#include <testkit/contract/Printing.h>
 #include <tests/support/Client.h>
 #include <tests/support/Files.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Printing.h"
+#include <testkit/contract/Printing.h>
 #include <tests/support/Client.h>
 #include <tests/support/Files.h>
 

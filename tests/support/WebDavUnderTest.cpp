@@ -3,6 +3,8 @@
 #include "Files.h"
 #include "Waiting.h"
 
+#include <files/AtomicFile.h>
+
 #include <QDir>
 #include <QFile>
 #include <QNetworkAccessManager>
@@ -174,7 +176,7 @@ bool WebDavUnderTest::ReportsCreationTime() const
                    ServerKind::NpmWebdav, ServerKind::Chezdav});
 }
 
-CloudUnderTest::QuotaOf WebDavUnderTest::CountsInQuota() const
+TestKit::CloudUnderTest::QuotaOf WebDavUnderTest::CountsInQuota() const
 {
     return IsKind({ServerKind::Sabre, ServerKind::Nephele, ServerKind::Chezdav}) ? QuotaOf::Disk : QuotaOf::Nothing;
 }
@@ -187,7 +189,7 @@ bool WebDavUnderTest::ListsNamesThatBeginWithADot() const
 int WebDavUnderTest::LongestName() const
 {
     // nephele adds twelve bytes for the file with the properties.
-    return IsKind({ServerKind::Nephele}) ? 239 : CloudUnderTest::LongestName();
+    return IsKind({ServerKind::Nephele}) ? 239 : ServiceUnderTest::LongestName();
 }
 
 bool WebDavUnderTest::ListsPercentSignsAndAmpersands() const
@@ -199,6 +201,11 @@ bool WebDavUnderTest::ListsControlCharacters() const
 {
     // rclone shows other characters in their place, and the listings of the others are no XML then.
     return !IsKind({ServerKind::Nginx, ServerKind::Rclone, ServerKind::NpmWebdav, ServerKind::Chezdav});
+}
+
+bool WebDavUnderTest::MayListWhileUploading(const QString& name) const
+{
+    return !Files::AtomicFile::IsTemporaryName(name); // a server may list unfinished files of its own
 }
 
 bool WebDavUnderTest::AcceptsRepeatedRemoval() const
@@ -236,7 +243,7 @@ int WebDavUnderTest::ManyDocuments() const
 {
     // Without its cache, rclone reads the folder for each entry, and the others read several files.
     return IsKind({ServerKind::Rclone, ServerKind::Nephele, ServerKind::NpmWebdav}) ? 300
-                                                                                    : CloudUnderTest::ManyDocuments();
+                                                                                    : ServiceUnderTest::ManyDocuments();
 }
 
 QByteArray WebDavUnderTest::Log() const

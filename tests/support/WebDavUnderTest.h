@@ -1,7 +1,7 @@
 #pragma once
 
-#include "CloudUnderTest.h"
 #include "Files.h"
+#include "ServiceUnderTest.h"
 
 #include <tests/servers/WebDavServer.h>
 
@@ -13,7 +13,7 @@ namespace Norlis::Test {
 WebDavServer& SharedServer(ServerKind kind);
 
 /// A collection of a WebDAV server as a cloud, new for each test. Tests reach its documents on the server's disk.
-class WebDavUnderTest : public CloudUnderTest {
+class WebDavUnderTest : public ServiceUnderTest {
 public:
     explicit WebDavUnderTest(WebDavServer& server);
     ~WebDavUnderTest() override;
@@ -37,6 +37,7 @@ public:
     int LongestName() const override;
     bool ListsControlCharacters() const override;
     bool ListsPercentSignsAndAmpersands() const override;
+    bool MayListWhileUploading(const QString& name) const override;
     bool AcceptsRepeatedRemoval() const override;
     bool RestartsDownloadOnChange() const override;
     bool NoticesChangesByItself() const override;

@@ -1,7 +1,7 @@
 #include "WindowTest.h"
+#include <testkit/contract/Printing.h>
 #include <tests/support/Files.h>
 #include <tests/support/PdfFiles.h>
-#include <tests/support/Printing.h>
 #include <tests/support/Waiting.h>
 
 #include <contracts/FileInfo.h>

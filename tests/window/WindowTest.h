@@ -3,9 +3,9 @@
 #include <apps/window/MainWindow.h>
 #include <apps/window/Transfers.h>
 #include <host/CloudDocumentsModel.h>
+#include <testkit/contract/Printing.h>
 #include <tests/support/Files.h>
 #include <tests/support/PdfFiles.h>
-#include <tests/support/Printing.h>
 #include <tests/support/Waiting.h>
 
 #include <QAction>

@@ -1,5 +1,5 @@
+#include <testkit/contract/Printing.h>
 #include <tests/support/Files.h>
-#include <tests/support/Printing.h>
 
 #include <host/session/StagingFolder.h>
 

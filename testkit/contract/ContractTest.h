@@ -1,9 +1,10 @@
 #pragma once
 
 #include "Client.h"
-#include "CloudUnderTest.h"
 #include "Files.h"
 #include "Printing.h"
+
+#include <NorlisTestKit/CloudUnderTest.h>
 
 #include <QTemporaryDir>
 
@@ -14,13 +15,20 @@
 #include <iostream>
 #include <ostream>
 
-namespace Norlis::Test {
+namespace Norlis::TestKit {
 
 /// A cloud, a client that is about to use it, and a local folder for uploads and downloads. What holds for every kind
 /// of cloud is tested with this.
 class ContractTest : public testing::TestWithParam<KindOfCloud> {
 protected:
-    ContractTest() : cloud(GetParam().make()), client(Settings(), cloud->Token()) {}
+    using MakeProtocol = std::unique_ptr<PDF::Cloud::ICloudProtocol> (CloudUnderTest::*)();
+
+    /// \param make of the cloud: what makes the client's protocol
+    explicit ContractTest(MakeProtocol make = &CloudUnderTest::MakeProtocol)
+        : cloud(GetParam().make()),
+          client((*cloud.*make)(), cloud->Token())
+    {
+    }
 
     void TearDown() override
     {
@@ -33,15 +41,6 @@ protected:
             }
             std::cerr << cloud->Log().constData();
         }
-    }
-
-    /// As of the client.
-    Social::OAuth2::AuthInfo Settings() const
-    {
-        auto settings = cloud->Settings();
-        settings.dataFolder = data.path();
-        settings.replaceExistingFiles = true;
-        return settings;
     }
 
     QString Local(const QString& name) const
@@ -61,6 +60,12 @@ protected:
     {
         ASSERT_TRUE(client.Info("a document that is not there")->Fails());
         QCoreApplication::processEvents();
+    }
+
+    /// Another user of the cloud.
+    std::unique_ptr<Client> Another() const
+    {
+        return std::make_unique<Client>(cloud->MakeProtocol(), cloud->Token());
     }
 
     /// The size of a file whose transfer is to take a while.
@@ -90,7 +95,7 @@ protected:
     {
         const auto isClean = [&] { return cloud->Content().isEmpty() || cloud->Content() == QStringList(whole); };
         if (!cloud->IsQuietAfterDestruction()) {
-            Client next(Settings(), cloud->Token());
+            Client next(cloud->MakeProtocolOfNextRun(), cloud->Token());
             ASSERT_TRUE(next.SignIn());
             EXPECT_TRUE(WaitUntil(isClean));
         }
@@ -98,7 +103,6 @@ protected:
     }
 
     std::unique_ptr<CloudUnderTest> cloud;
-    QTemporaryDir data;
     Client client;
     QTemporaryDir folder;
 };
@@ -106,6 +110,8 @@ protected:
 /// The client is signed in.
 class SignedInContractTest : public ContractTest {
 protected:
+    using ContractTest::ContractTest;
+
     void SetUp() override
     {
         ASSERT_TRUE(client.SignIn());
@@ -114,15 +120,12 @@ protected:
 
 /// Runs the tests of a fixture over every kind of cloud that the program tests.
 #define NORLIS_FOR_EVERY_CLOUD(Fixture)                                                                                \
-    INSTANTIATE_TEST_SUITE_P(Clouds, Fixture, testing::ValuesIn(Norlis::Test::KindsOfClouds()),                        \
+    INSTANTIATE_TEST_SUITE_P(Clouds, Fixture, testing::ValuesIn(Norlis::TestKit::KindsOfClouds()),                     \
                              [](const auto& info) { return info.param.name; })
 
-} // namespace Norlis::Test
-
-/// How GoogleTest prints texts and kinds of clouds.
-namespace Norlis::Test {
+/// How GoogleTest prints it.
 inline void PrintTo(const KindOfCloud& kind, std::ostream* stream)
 {
     *stream << kind.name;
 }
-} // namespace Norlis::Test
+} // namespace Norlis::TestKit

@@ -6,7 +6,7 @@
 #include <QPdfWriter>
 #include <QVector>
 
-namespace Norlis::Test {
+namespace Norlis::TestKit {
 
 namespace {
 
@@ -115,4 +115,4 @@ QByteArray PdfThatTakesLong()
     return PdfOfContent("0 0 595 842", content + "f*\n");
 }
 
-} // namespace Norlis::Test
+} // namespace Norlis::TestKit

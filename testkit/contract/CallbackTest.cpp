@@ -1,11 +1,11 @@
-#include <tests/support/ContractTest.h>
-#include <tests/support/Rounds.h>
+#include "ContractTest.h"
+#include "Rounds.h"
 
 #include <QPixmap>
 
 #include <set>
 
-namespace Norlis::Test {
+namespace Norlis::TestKit {
 
 namespace {
 
@@ -111,15 +111,15 @@ TEST_P(CallbackTest, NothingIsAnsweredAfterCancellation)
 TEST_P(CallbackTest, NothingIsAnsweredAfterDestruction)
 {
     for (int turns = 0; turns < 4; ++turns) {
-        Client other(cloud->Settings(), cloud->Token());
-        ASSERT_TRUE(other.SignIn());
-        const auto list = other.List();
-        const auto upload = other.Upload(Local("new.pdf"));
-        const auto preview = other.Preview(id, {100, 100});
+        const auto other = Another();
+        ASSERT_TRUE(other->SignIn());
+        const auto list = other->List();
+        const auto upload = other->Upload(Local("new.pdf"));
+        const auto preview = other->Preview(id, {100, 100});
         for (int turn = 0; turn < turns; ++turn) {
             QCoreApplication::processEvents();
         }
-        other.Destroy();
+        other->Destroy();
         const int before = list->count + upload->count + preview->count;
         LetThingsSettle();
         EXPECT_EQ(list->count + upload->count + preview->count, before);
@@ -195,4 +195,4 @@ TEST_P(CallbackTest, ThousandsOfAnswersLeaveTheEventLoopRoom)
     EXPECT_GT(turnsBetween, 5);
 }
 
-} // namespace Norlis::Test
+} // namespace Norlis::TestKit

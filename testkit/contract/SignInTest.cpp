@@ -1,8 +1,8 @@
-#include <tests/support/ContractTest.h>
+#include "ContractTest.h"
 
 #include <QPixmap>
 
-namespace Norlis::Test {
+namespace Norlis::TestKit {
 
 using testing::IsEmpty;
 
@@ -25,10 +25,12 @@ TEST_P(SignInTest, AnUnreachableCloudFailsAndCanBeTriedAgain)
     const auto answer = client.Authorize();
     EXPECT_TRUE(answer->Fails());
     EXPECT_FALSE(client.Protocol()->loggedIn());
-    ASSERT_EQ(client.failures.size(), 1U);
-    EXPECT_EQ(client.failures[0].operation, answer->operation);
-    EXPECT_NE(client.failures[0].reason, QString());
-    EXPECT_NE(client.failures[0].advice, QString());
+    if (client.TellsFailures()) {
+        ASSERT_EQ(client.failures.size(), 1U);
+        EXPECT_EQ(client.failures[0].operation, answer->operation);
+        EXPECT_NE(client.failures[0].reason, QString());
+        EXPECT_NE(client.failures[0].advice, QString());
+    }
 
     cloud->Restore();
     EXPECT_TRUE(client.SignIn());
@@ -67,11 +69,12 @@ TEST_P(SignInTest, CanceledSignInLogsNobodyIn)
 {
     const auto canceled = client.Authorize();
     QCoreApplication::processEvents();
+    const int before = canceled->count; // 1 if it was in time
     client.Cancel(canceled->operation);
     const auto other = client.Authorize();
     client.Protocol()->logout();
     ASSERT_TRUE(WaitUntil([&] { return other->Came(); }));
-    EXPECT_FALSE(canceled->Came());
+    EXPECT_EQ(canceled->count, before);
     EXPECT_FALSE(client.Protocol()->loggedIn());
 }
 
@@ -89,7 +92,7 @@ TEST_P(SignInTest, WithoutSignInNothingStarts)
     EXPECT_EQ(client.Upload(file)->operation, -1);
     EXPECT_EQ(client.Quota()->operation, -1);
     EXPECT_EQ(client.Preview("id", {100, 100})->operation, -1);
-    EXPECT_EQ(client.failures.size(), 11U);
+    EXPECT_EQ(client.failures.size(), client.TellsFailures() ? 11U : 0U);
 
     ASSERT_TRUE(client.SignIn());
     LetThingsSettle();
@@ -121,4 +124,4 @@ TEST_P(SignInTest, BothPicturesOfTheUserAreAnswered)
     EXPECT_EQ(address->payload.isEmpty(), picture->payload.isNull());
 }
 
-} // namespace Norlis::Test
+} // namespace Norlis::TestKit

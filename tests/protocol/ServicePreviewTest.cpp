@@ -1,7 +1,7 @@
-#include <tests/support/ContractTest.h>
 #include <tests/support/PdfFiles.h>
 #include <tests/support/Renderers.h>
 #include <tests/support/Rounds.h>
+#include <tests/support/ServiceContractTest.h>
 
 #include <QPixmap>
 
@@ -9,7 +9,8 @@ namespace Norlis::Test {
 
 using testing::IsEmpty;
 
-class PreviewTest : public SignedInContractTest {
+/// Of pictures: where they are kept, who draws them, and who waits for them.
+class ServicePreviewTest : public ServiceContractTest {
 protected:
     static QColor ColorOf(const QPixmap& picture)
     {
@@ -22,29 +23,11 @@ protected:
         return client.Entry(name).id;
     }
 };
-NORLIS_FOR_EVERY_CLOUD(PreviewTest);
+NORLIS_FOR_EVERY_CLOUD(ServicePreviewTest);
 
-TEST_P(PreviewTest, APictureOfEachSizeIsDelivered)
+TEST_P(ServicePreviewTest, ChangedContentHasANewPictureInTheCacheToo)
 {
-    const QString id = Put("a.pdf", PdfOfColor(Qt::red, {300, 600}));
-    const auto small = client.Preview(id, {64, 64});
-    const auto middle = client.Preview(id, {191, 191});
-    const auto large = client.Preview(id, {600, 600});
-    ASSERT_TRUE(small->Succeeds());
-    ASSERT_TRUE(middle->Succeeds());
-    ASSERT_TRUE(large->Succeeds());
-    EXPECT_EQ(small->payload.size(), QSize(32, 64));
-    EXPECT_NEAR(middle->payload.width(), 96, 1);
-    EXPECT_EQ(middle->payload.height(), 191);
-    EXPECT_EQ(large->payload.size(), QSize(300, 600));
-    for (const auto& answer : {small, middle, large}) {
-        EXPECT_EQ(ColorOf(answer->payload), QColor(Qt::red));
-    }
-}
-
-TEST_P(PreviewTest, ChangedContentHasANewPicture)
-{
-    auto settings = cloud->Settings();
+    auto settings = Service().Settings();
     settings.cacheFolder = Local("cache");
     Client other(settings, cloud->Token());
     ASSERT_TRUE(other.SignIn());
@@ -66,10 +49,10 @@ TEST_P(PreviewTest, ChangedContentHasANewPicture)
     EXPECT_EQ(ColorOf(preview->payload), QColor(Qt::green));
 }
 
-TEST_P(PreviewTest, PicturesAreKeptForTheNextTime)
+TEST_P(ServicePreviewTest, PicturesAreKeptForTheNextTime)
 {
     const QString id = Put("a.pdf", PdfOfColor(Qt::red));
-    auto settings = cloud->Settings();
+    auto settings = Service().Settings();
     settings.cacheFolder = Local("cache");
     {
         Client first(settings, cloud->Token());
@@ -89,36 +72,7 @@ TEST_P(PreviewTest, PicturesAreKeptForTheNextTime)
     EXPECT_NE(ReadFile(Local("cache/" + kept[0])), QByteArray("damaged"));
 }
 
-TEST_P(PreviewTest, ABrokenDocumentIsAnErrorWithAReason)
-{
-    for (const auto& [name, content] : QMap<QString, QByteArray>{
-             {"empty.pdf", {}},
-             {"text.txt", "text"},
-             {"password.pdf", PdfWithPassword()},
-             {"no pages.pdf",
-              PdfWithoutPages()}}.toStdMap()) {
-        client.failures.clear();
-        const auto preview = client.Preview(Put(name, content), {100, 100});
-        EXPECT_TRUE(preview->Fails()) << qPrintable(name);
-        EXPECT_TRUE(preview->payload.isNull());
-        ASSERT_EQ(client.failures.size(), 1U);
-        EXPECT_EQ(client.failures[0].document, name);
-        EXPECT_NE(client.failures[0].reason, QString());
-    }
-}
-
-TEST_P(PreviewTest, APictureWithoutASizeIsAnError)
-{
-    const QString id = Put("a.pdf", PdfOfColor(Qt::red));
-    for (const QSize& box : {QSize(0, 0), QSize(-1, 100), QSize(100, 0)}) {
-        EXPECT_TRUE(client.Preview(id, box)->Fails());
-    }
-    const auto huge = client.Preview(id, {2'000'000'000, 2'000'000'000});
-    EXPECT_TRUE(huge->Succeeds());
-    EXPECT_LE(huge->payload.height(), 2048);
-}
-
-TEST_P(PreviewTest, ListsAndTransfersDoNotWaitBehindPreviews)
+TEST_P(ServicePreviewTest, ListsAndTransfersDoNotWaitBehindPreviews)
 {
     const int many = IsThorough() ? 200 : 80;
     for (int number = 0; number < many; ++number) {
@@ -142,32 +96,7 @@ TEST_P(PreviewTest, ListsAndTransfersDoNotWaitBehindPreviews)
     }
 }
 
-TEST_P(PreviewTest, ThousandsCanBeAskedForAndCanceledAtOnce)
-{
-    const QString id = Put("a.pdf", PdfOfColor(Qt::red));
-    for (int round = 0; round < 2; ++round) {
-        std::vector<AnswerPtr<QPixmap>> previews;
-        for (int count = 0; count < 5000; ++count) {
-            previews.push_back(client.Preview(id, {100 + count % 3, 100}));
-        }
-        if (round == 1) {
-            ASSERT_TRUE(WaitUntil([&] { return previews[0]->Came(); }));
-        }
-        int before = 0;
-        for (const auto& preview : previews) {
-            before += preview->count;
-            client.Cancel(preview->operation);
-        }
-        ASSERT_TRUE(client.Preview(id, {50, 50})->Succeeds());
-        int after = 0;
-        for (const auto& preview : previews) {
-            after += preview->count;
-        }
-        EXPECT_EQ(after, before);
-    }
-}
-
-TEST_P(PreviewTest, DestructionWithThousandsWaitingLeavesNoRenderer)
+TEST_P(ServicePreviewTest, DestructionWithThousandsWaitingLeavesNoRenderer)
 {
     for (int number = 0; number < 50; ++number) {
         cloud->Put(QString::number(number) + ".pdf", PdfOfText(QString::number(number)));
@@ -182,6 +111,13 @@ TEST_P(PreviewTest, DestructionWithThousandsWaitingLeavesNoRenderer)
     EXPECT_FALSE(ChildProcesses("norlis-preview-renderer").empty());
     client.Destroy();
     EXPECT_THAT(ChildProcesses("norlis-preview-renderer"), IsEmpty());
+}
+
+TEST_P(ServicePreviewTest, NoPictureIsHuge)
+{
+    const auto picture = client.Preview(Put("a.pdf", PdfOfColor(Qt::red)), {2'000'000'000, 2'000'000'000});
+    EXPECT_TRUE(picture->Succeeds());
+    EXPECT_LE(picture->payload.height(), 2048);
 }
 
 } // namespace Norlis::Test

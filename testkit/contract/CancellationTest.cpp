@@ -1,7 +1,7 @@
-#include <tests/support/ContractTest.h>
-#include <tests/support/Rounds.h>
+#include "ContractTest.h"
+#include "Rounds.h"
 
-namespace Norlis::Test {
+namespace Norlis::TestKit {
 
 using testing::IsEmpty;
 
@@ -39,6 +39,9 @@ TEST_P(CancellationTest, AnUploadCanceledMidwayLeavesNothing)
 
 TEST_P(CancellationTest, AnUploadCanceledAfterItWasPutInPlaceIsTakenBack)
 {
+    if (!cloud->WorksInTheBackground()) {
+        GTEST_SKIP() << "Nothing can come in between";
+    }
     const auto upload = client.Upload(LocalFile("report.pdf", "content"));
     QCoreApplication::processEvents();
     ASSERT_TRUE(BlockUntil([&] { return cloud->Content() == QStringList("report.pdf"); }));
@@ -62,6 +65,9 @@ TEST_P(CancellationTest, AnUploadCanceledAtItsLastProgressIsTakenBack)
 
 TEST_P(CancellationTest, AnUploadCutOffByDestructionAfterItWasPutInPlaceIsTakenBackOrWhole)
 {
+    if (!cloud->WorksInTheBackground()) {
+        GTEST_SKIP() << "Nothing can come in between";
+    }
     const auto upload = client.Upload(LocalFile("report.pdf", "content"));
     QCoreApplication::processEvents();
     ASSERT_TRUE(BlockUntil([&] { return cloud->Content() == QStringList("report.pdf"); }));
@@ -82,6 +88,9 @@ TEST_P(CancellationTest, AnUploadCutOffByDestructionLeavesNothing)
 
 TEST_P(CancellationTest, ACanceledReplacementNeverTakesTheDocumentAway)
 {
+    if (!cloud->WorksInTheBackground()) {
+        GTEST_SKIP() << "Nothing can come in between";
+    }
     cloud->Put("report.pdf", "old");
     const QString id = client.Entry("report.pdf").id;
     const auto upload = client.Upload(LocalFile("report.pdf", "new"), id);
@@ -97,11 +106,11 @@ TEST_P(CancellationTest, ACanceledUploadTellsNothingAboutTheDocumentOfItsName)
 {
     cloud->Put("report.pdf", "somebody else's");
     ASSERT_THAT(client.Entry("report.pdf").md5Hash, IsForeignHash("somebody else's"));
-    WriteSparseFile(Local("report.pdf"), 32 * 1024 * 1024);
+    WriteSparseFile(Local("report.pdf"), Large(32 * 1024 * 1024));
     const auto upload = client.Upload(Local("report.pdf"));
     ASSERT_TRUE(WaitUntil([&] { return upload->percents.size() > 1; }));
     client.Cancel(upload->operation);
-    ASSERT_TRUE(BlockUntil([&] { return cloud->Content() == QStringList("report.pdf"); })); // it came to its end
+    ASSERT_TRUE(WaitUntil([&] { return cloud->Content() == QStringList("report.pdf"); })); // it came to its end
     EXPECT_THAT(client.Entry("report.pdf").md5Hash, IsForeignHash("somebody else's"));
 }
 
@@ -151,24 +160,6 @@ TEST_P(CancellationTest, NothingAppearsAtTheTargetAfterCancellation)
     EXPECT_THAT(FilesBelow(folder.path()), IsEmpty()) << written << " were written in time";
 }
 
-TEST_P(CancellationTest, ADownloadCanceledMidwayLeavesTheOldFile)
-{
-    cloud->PutLarge("large.pdf", Large(512 * 1024 * 1024));
-    const auto info = client.List();
-    client.Cancel(info->operation);
-    Client other(cloud->Settings(), cloud->Token());
-    ASSERT_TRUE(other.SignIn());
-    const auto list = client.List();
-    ASSERT_TRUE(list->Succeeds());
-    LocalFile("target.pdf", "old");
-    const auto download = client.Download(list->payload[0].id, Local("target.pdf"));
-    ASSERT_TRUE(WaitUntil([&] { return download->percents.size() > 2; }));
-    client.Cancel(download->operation);
-    EXPECT_TRUE(WaitUntil([&] { return FilesBelow(folder.path()) == QStringList("target.pdf"); }));
-    EXPECT_EQ(ReadFile(Local("target.pdf")), QByteArray("old"));
-    EXPECT_FALSE(download->Came());
-}
-
 TEST_P(CancellationTest, ManyTransfersCanceledAtOnceLeaveNothing)
 {
     cloud->Put("there.pdf", QByteArray(300'000, 'x'));
@@ -185,7 +176,12 @@ TEST_P(CancellationTest, ManyTransfersCanceledAtOnceLeaveNothing)
     }
     ASSERT_TRUE(client.List()->Succeeds());
     EXPECT_TRUE(WaitUntil([&] { return cloud->Content() == QStringList("there.pdf"); }));
-    EXPECT_TRUE(WaitUntil([&] { return FilesBelow(folder.path()).filter(".part").isEmpty(); }));
+    EXPECT_TRUE(WaitUntil([&] {
+        QStringList files = FilesBelow(folder.path());
+        files.removeAll("report.pdf");
+        files.removeAll("target.pdf"); // there if a download was in time
+        return files.isEmpty();
+    }));
 }
 
-} // namespace Norlis::Test
+} // namespace Norlis::TestKit
