@@ -71,6 +71,7 @@ protected:
     {
         Social::OAuth2::AuthInfo settings;
         settings.serviceUrl = QUrl::fromLocalFile(folder + "/cloud");
+        settings.replaceExistingFiles = true;
         return settings;
     }
 

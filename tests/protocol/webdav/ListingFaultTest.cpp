@@ -215,6 +215,7 @@ TEST_F(ListingFaultTest, DirectMembersWithSafeNamesAreListed)
         server.Put(name, name.toUtf8());
         ASSERT_TRUE(client.Download(client.Entry(name).id, Local("target"))->Succeeds());
         EXPECT_EQ(ReadFile(Local("target")), name.toUtf8());
+        ASSERT_TRUE(QFile::remove(Local("target")));
     }
 }
 

@@ -197,7 +197,7 @@ TEST_F(SignInFaultTest, NobodyNeedsAPasswordWhereNoneIsAskedFor)
         settings.serviceUrl.setUserName(user);
         Client client(settings, {});
         ASSERT_TRUE(client.SignIn());
-        EXPECT_TRUE(client.Download(client.Entry("a.pdf").id, Local("a.pdf"))->Succeeds());
+        EXPECT_TRUE(client.Download(client.Entry("a.pdf").id, Local(user + "a.pdf"))->Succeeds());
         EXPECT_TRUE(client.Upload(LocalFile("b.pdf", "content"))->Succeeds());
     }
     for (const SeenRequest& request : open.Requests()) {
