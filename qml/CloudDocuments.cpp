@@ -199,6 +199,7 @@ void CloudDocuments::ConnectSession()
 {
     connect(session.get(), &CloudSession::ListRefreshed, this, &CloudDocuments::refreshed);
     connect(session.get(), &CloudSession::ManyDocumentsGone, this, &CloudDocuments::manyDocumentsGone);
+    connect(session.get(), &CloudSession::LocalCopyRead, this, &CloudDocuments::localCopyRead);
     connect(session.get(), &CloudSession::DocumentUploaded, this, &CloudDocuments::uploaded);
     connect(session.get(), &CloudSession::UploadCanceled, this, &CloudDocuments::uploadCanceled);
     connect(session.get(), &CloudSession::DocumentDownloaded, this, &CloudDocuments::downloaded);
@@ -331,6 +332,13 @@ void CloudDocuments::showPreviews(const QStringList& ids)
 {
     if (session) {
         session->ShowPreviews(ids);
+    }
+}
+
+void CloudDocuments::readLocalCopy(const QUrl& file)
+{
+    if (session) {
+        session->ReadLocalCopy(LocalPath(file));
     }
 }
 

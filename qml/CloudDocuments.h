@@ -82,6 +82,9 @@ public:
     Q_INVOKABLE void remove(const QString& id);
     Q_INVOKABLE void showPreviews(const QStringList& ids);
 
+    /// Ends in `localCopyRead`: of several copies of a document, this is the one that the requests by id are about now.
+    Q_INVOKABLE void readLocalCopy(const QUrl& file);
+
     /// Id of the document that a file is a copy of; empty when there is none.
     Q_INVOKABLE QString documentAt(const QUrl& file) const;
 
@@ -99,6 +102,7 @@ signals:
 
     void refreshed(const QStringList& added, const QStringList& changed, const QStringList& removed);
     void manyDocumentsGone(int gone, int before);
+    void localCopyRead(const QString& path, const QString& id);
     void uploadProgress(const QString& path, int percent);
     void uploaded(const QString& path, const QString& id);
     void uploadCanceled(const QString& path);

@@ -79,6 +79,9 @@ QUrl ServerAddress(QUrl url, const QString& user)
 
 QUrl ServiceAddress(const QString& text, const QString& user)
 {
+    if (text.trimmed().isEmpty()) { // no folder: that would be the one in which the program happens to run
+        throw Refusal("There is no address. Give the path of a folder, or the address of a WebDAV server");
+    }
     const QUrl url =
         IsAddress(text) ? Parsed(text) : QUrl::fromLocalFile(QDir::cleanPath(QDir().absoluteFilePath(text)));
     if (!IsFolder(url) && Social::NorlisCloudProtocol::serviceSchemes().contains(url.scheme())) {

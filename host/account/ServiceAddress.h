@@ -8,9 +8,9 @@
 namespace Norlis::Host {
 
 /// The service that the user names: a folder by its path, a folder or a WebDAV server by its address. The address comes
-/// in the form in which it is remembered, whose path ends in a slash.
+/// in the form in which it is remembered; the path of a server's ends in a slash.
 /// \param user who signs in to the server; empty leaves it to the address
-/// Throws std::invalid_argument with a text for the user. It repeats no password.
+/// Throws std::invalid_argument with a text for the user, for an empty one too. It repeats no password.
 NORLIS_HOST_EXPORT QUrl ServiceAddress(const QString& text, const QString& user = {});
 
 /// The percent-encoded path of a service without "." and ".." (RFC 3986, 5.2.4), with one slash between its segments

@@ -43,6 +43,7 @@ public:
 
 private:
     void AskForPassword();
+    void Send(const QString& path, const QString& id);
     bool MayReplace(const QString& name);
     void Tell(const QString& text)
     {
@@ -70,6 +71,7 @@ EditorWindow::EditorWindow(User& user, const QString& dataFolder, const QString&
     const auto& cloud = session.Cloud();
     connect(&cloud, &AbstractCloudManager::AuthorizationCompleted, &session, &Host::CloudSession::Refresh);
     connect(&cloud, &AbstractCloudManager::AuthorizationRequired, this, &EditorWindow::AskForPassword);
+    connect(&session, &Host::CloudSession::LocalCopyRead, this, &EditorWindow::Send);
     connect(&session, &Host::CloudSession::Failed, this, [this](const Host::CloudProblem& problem) {
         Tell(problem.message + ": " + problem.cause.reason + ". " + problem.cause.advice);
     });
@@ -99,7 +101,11 @@ bool EditorWindow::MayReplace(const QString&)
 
 void EditorWindow::Save(const QString& path)
 {
-    const QString id = session.DocumentAt(path);
+    session.ReadLocalCopy(path); // of several copies, this is the one
+}
+
+void EditorWindow::Send(const QString& path, const QString& id)
+{
     if (id.isEmpty()) {
         session.Upload({path});
     } else if (StateOf(id) != Status::ChangedOnBothSides) {
@@ -112,7 +118,7 @@ void EditorWindow::Save(const QString& path)
 void EditorWindow::Fetch(const QString& id, const QString& folder)
 {
     if (StateOf(id) == Status::ChangedLocally || StateOf(id) == Status::ChangedOnBothSides) {
-        Tell("Your copy has changes. The one in the cloud is put beside it.");
+        Tell("Your copy has changes, and stays. The one in the cloud is put into another folder.");
     }
     session.Download(id, folder);
 }
@@ -203,11 +209,26 @@ TEST_F(HostGuideTest, WhatSomebodyElseHasChangedIsReplacedOnlyIfTheUserSaysSo)
     EXPECT_EQ(Read("cloud/plan.pdf"), "somebody's plan");
 
     Refresh();
+    QSignalSpy read(&editor->session, &Host::CloudSession::LocalCopyRead);
     editor->Save(path);
+    ASSERT_TRUE(read.wait(timeout));
     EXPECT_EQ(Read("cloud/plan.pdf"), "somebody's plan");
     user.replaces = true;
     Save(path);
     EXPECT_EQ(Read("cloud/plan.pdf"), "a better plan");
+}
+
+TEST_F(HostGuideTest, OfTwoCopiesTheOneThatIsSavedIsSent)
+{
+    const auto first = Write("here/plan.pdf", "plan");
+    Save(first);
+    QSignalSpy downloaded(&editor->session, &Host::CloudSession::DocumentDownloaded);
+    editor->Fetch(editor->session.DocumentAt(first), root.filePath("there"));
+    ASSERT_TRUE(downloaded.wait(timeout));
+    Write("here/plan.pdf", "a better plan");
+    Save(first);
+    EXPECT_EQ(Read("cloud/plan.pdf"), "a better plan");
+    EXPECT_EQ(editor->documents.rowCount(), 1);
 }
 
 TEST_F(HostGuideTest, TheVersionInTheCloudIsPutBesideACopyThatHasChanges)

@@ -176,6 +176,20 @@ TEST_F(CloudDocumentsTest, WhatSomebodyElseHasChangedIsReplacedOnlyOnPurpose)
     EXPECT_EQ(ReadFile(Local("cloud/plan.pdf")), "a better plan");
 }
 
+TEST_F(CloudDocumentsTest, OfTwoCopiesTheOneThatWasReadIsSent)
+{
+    WriteFile(Local("cloud/plan.pdf"), "plan");
+    OpenSignedIn();
+    EndOf(Download(Local("here")), "downloaded");
+    EndOf(Download(Local("there")), "downloaded");
+    WriteFile(Local("here/plan.pdf"), "a better plan");
+    const auto id = IdOfOnly();
+    EXPECT_EQ(EndOf("readLocalCopy('" + Local("here/plan.pdf") + "')", "localCopyRead"),
+              QVariantList({Local("here/plan.pdf"), id}));
+    EndOf(Call("uploadChanges"), "uploaded");
+    EXPECT_EQ(ReadFile(Local("cloud/plan.pdf")), "a better plan");
+}
+
 TEST_F(CloudDocumentsTest, RemovesADocumentFromTheCloud)
 {
     WriteFile(Local("cloud/plan.pdf"), "plan");

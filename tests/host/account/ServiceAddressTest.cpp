@@ -77,6 +77,8 @@ TEST(ServiceAddressTest, OtherSchemesAreRefusedWithTheOneThatHelps)
 
 TEST(ServiceAddressTest, WhatCannotBeMeantIsRefused)
 {
+    EXPECT_THAT(Refusal(""), HasSubstr("no address"));
+    EXPECT_THAT(Refusal("  "), HasSubstr("no address"));
     EXPECT_THAT(Refusal("https:"), HasSubstr("no server"));
     EXPECT_THAT(Refusal("https:///dav/"), HasSubstr("no server"));
     EXPECT_THAT(Refusal("https://cloud.example/?room=1"), HasSubstr("%3F"));
