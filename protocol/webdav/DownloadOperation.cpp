@@ -231,7 +231,9 @@ void DownloadOperation::OnWritten()
         FailToWrite(sink->ErrorText());
         return;
     }
-    const bool isSameVersion = etag.isEmpty() || EntityTag{etag}.SameIgnoringWeakness({document.etag});
+    // There are servers that give another document the old tag.
+    const bool hasSameSize = document.size.value_or(sink->Position()) == sink->Position();
+    const bool isSameVersion = hasSameSize && (etag.isEmpty() || EntityTag{etag}.SameIgnoringWeakness({document.etag}));
     if (isSameVersion && !document.md5.isEmpty() && sink->Md5().toLatin1() != document.md5) {
         Fail("The document that arrived does not have the hash that the server gives for it",
              "Refresh the list and try again. If this happens again, the document is damaged on the server.");

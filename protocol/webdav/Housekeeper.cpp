@@ -25,7 +25,8 @@ Housekeeper::Housekeeper(WebDavSession& session) : session(session), requests(se
 
 Housekeeper::~Housekeeper()
 {
-    for (const QByteArray& name : undeleted - leftovers) {
+    const auto left = undeleted - leftovers;
+    for (const QByteArray& name : left) {
         LeaveForNextTime(name);
     }
 }
@@ -74,7 +75,8 @@ void Housekeeper::LeaveForNextTime(const QByteArray& name)
 
 void Housekeeper::DeleteLeftovers()
 {
-    for (const QString& noted : session.versions.DocumentsBeginningWith(leftoverPrefix)) {
+    const QStringList left = session.versions.DocumentsBeginningWith(leftoverPrefix);
+    for (const QString& noted : left) {
         const QString name = noted.mid(leftoverPrefix.size());
         if (Files::AtomicFile::IsTemporaryName(name)) { // nothing else is ours
             leftovers.insert(name.toUtf8());

@@ -175,6 +175,14 @@ TEST_F(DownloadFaultTest, AHashOfAnEarlierVersionDoesNotCount)
     EXPECT_EQ(ReadFile(Local("target.pdf")), QByteArray("somebody else's"));
 }
 
+TEST_F(DownloadFaultTest, NorDoesItWhereAServerGivesAnotherVersionTheOldTag)
+{
+    ASSERT_TRUE(client.Upload(LocalFile("target.pdf", content), id)->Succeeds());
+    server.With([](MemoryTree& tree) { tree.Find("/documents/report.pdf")->content = "somebody else's"; });
+    ASSERT_TRUE(Download()->Succeeds());
+    EXPECT_EQ(ReadFile(Local("target.pdf")), QByteArray("somebody else's"));
+}
+
 TEST_F(DownloadFaultTest, AFolderThatVanishesMeanwhileIsAnError)
 {
     MakeFolder(Local("folder"));
