@@ -114,6 +114,13 @@ private:
     using Sharing = Social::NorlisCloudSharingResult;
     using Upload = AnswerPtr<Sharing>;
 
+    std::unique_ptr<Client> NewClient()
+    {
+        auto settings = cloud.Settings();
+        settings.replaceExistingFiles = true; // all downloads have one target
+        return std::make_unique<Client>(settings);
+    }
+
     void Do(const FolderAction& action)
     {
         const QString name = Names().at(action.name);
@@ -156,7 +163,7 @@ private:
         case FolderAction::SomebodyRenames:
             return Rename(name, Names().at(action.content % Names().size()));
         case FolderAction::SignInAnew:
-            client = std::make_unique<Client>(cloud.Settings());
+            client = NewClient();
             RC_ASSERT(client->SignIn());
             sent.clear();
             unsure.clear();
@@ -410,7 +417,7 @@ private:
     }
 
     FolderUnderTest cloud;
-    std::unique_ptr<Client> client = std::make_unique<Client>(cloud.Settings());
+    std::unique_ptr<Client> client = NewClient();
     QTemporaryDir local;
     QMap<QString, QByteArray> documents; ///< the model
     QMap<QString, QString> ids;          ///< by name, of all documents that ever were
