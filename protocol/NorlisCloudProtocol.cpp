@@ -209,7 +209,7 @@ qint64 NorlisCloudProtocol::downloadFile(const FileFieldData& data, std::functio
 {
     const QString document = data.fields.value(ID);
     const QString localPath = data.fields.value(FILE_NAME);
-    const auto replaceable = d->delivered.ReplaceableAt(document, localPath);
+    const auto replaceable = d->isLoggedIn ? d->delivered.ReplaceableAt(document, localPath) : std::nullopt;
     if (d->isLoggedIn && !replaceable) {
         const auto problem = Files::ForeignFileProblem(localPath);
         const QString name = QFileInfo(localPath).fileName();

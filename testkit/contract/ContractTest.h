@@ -116,6 +116,13 @@ protected:
     {
         ASSERT_TRUE(client.SignIn());
     }
+
+    /// Puts a document into the cloud and returns its id.
+    QString Put(const QString& name, const QByteArray& content)
+    {
+        cloud->Put(name, content);
+        return client.Entry(name).id;
+    }
 };
 
 /// Runs the tests of a fixture over every kind of cloud that the program tests.

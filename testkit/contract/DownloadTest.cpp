@@ -2,15 +2,7 @@
 
 namespace Norlis::TestKit {
 
-class DownloadTest : public SignedInContractTest {
-protected:
-    /// Puts a document into the cloud and returns its id.
-    QString Put(const QString& name, const QByteArray& content)
-    {
-        cloud->Put(name, content);
-        return client.Entry(name).id;
-    }
-};
+class DownloadTest : public SignedInContractTest {};
 NORLIS_FOR_EVERY_CLOUD(DownloadTest);
 
 TEST_P(DownloadTest, TheDocumentIsWrittenToTheTarget)

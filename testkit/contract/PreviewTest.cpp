@@ -21,12 +21,6 @@ protected:
     {
         return picture.toImage().pixelColor(picture.width() / 2, picture.height() / 2);
     }
-
-    QString Put(const QString& name, const QByteArray& content)
-    {
-        cloud->Put(name, content);
-        return client.Entry(name).id;
-    }
 };
 NORLIS_FOR_EVERY_CLOUD(PreviewTest);
 

@@ -17,13 +17,6 @@ protected:
         }
         SignedInContractTest::SetUp();
     }
-
-    /// Puts a document into the cloud and returns its id.
-    QString Put(const QString& name, const QByteArray& content)
-    {
-        cloud->Put(name, content);
-        return client.Entry(name).id;
-    }
 };
 NORLIS_FOR_EVERY_CLOUD(ReplacingDownloadTest);
 
