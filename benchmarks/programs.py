@@ -273,17 +273,20 @@ def peak_memory(process):
 
 
 def open_window(bench, account, environment):
-    """Once it has done what it does at the start. The process, and how long that took."""
     environment = {**os.environ, "QT_QPA_PLATFORM": "offscreen", **environment}
+    return subprocess.Popen([bench.window, "--data", account.data], stderr=subprocess.DEVNULL, env=environment)
+
+
+def wait_until_still(bench, process):
+    """Until it has done what it does at the start. How long that took."""
     begin = time.monotonic()
-    process = subprocess.Popen([bench.window, "--data", account.data], stderr=subprocess.DEVNULL, env=environment)
     used = 0
     while time.monotonic() - begin < bench.limit:
         time.sleep(2)
         before, used = used, processor_seconds(process)
         if used > 0.05 and used - before < 0.02:
             break
-    return process, time.monotonic() - begin
+    return time.monotonic() - begin
 
 
 def window(bench):
@@ -297,7 +300,8 @@ def window(bench):
     places = {"empty folder": bench.new_folder("empty"), f"folder of {count:,}": folder, f"{count:,} on the server": url}
     for label, service in places.items():
         account = Account(bench, service)
-        process, ready = open_window(bench, account, {})
+        process = open_window(bench, account, {})
+        ready = wait_until_still(bench, process)
         used = processor_seconds(process)
         time.sleep(idle)
         share = (processor_seconds(process) - used) / idle
@@ -305,7 +309,8 @@ def window(bench):
         process.terminate()
         process.wait()
         noted = bench.folder / "slice"
-        watched, _ = open_window(bench, account, bench.watch(noted))
+        watched = open_window(bench, account, bench.watch(noted))
+        time.sleep(ready)  # whoever watches is never still
         watched.terminate()
         watched.wait()
         print_line(
@@ -321,7 +326,7 @@ ROWS = {row.__name__: row for row in (start, large, small, lists, many, picture,
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
-    parser.add_argument("build", type=Path, help="the build with the programs and the benchmarks, as build/bench")
+    parser.add_argument("build", type=Path, help="the build with the programs and the benchmarks, as build/release")
     parser.add_argument("rows", nargs="*", help="all if none is named: " + ", ".join(ROWS))
     parser.add_argument("--programs", type=Path, help="a folder with other programs, such as installed ones")
     parser.add_argument("--rounds", type=int, default=3)

@@ -37,6 +37,7 @@ set(CPACK_DEBIAN_TOOLS_DESCRIPTION "cloud documents for desktop PDF editors - pr
 Send, list, fetch and remove documents in a folder or on a WebDAV server, from
 a terminal or in a window.")
 
+set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/cmake/debian/documents.cmake)
 if(TARGET NorlisCloudQml)
     set(CPACK_DEBIAN_QML_PACKAGE_NAME qml-module-norlis-cloud)
     set(CPACK_DEBIAN_QML_PACKAGE_SECTION libs)
@@ -45,7 +46,7 @@ if(TARGET NorlisCloudQml)
     set(CPACK_DEBIAN_QML_DESCRIPTION "cloud documents for desktop PDF editors - QML module
 The documents of a folder or of a WebDAV server as an element for interfaces in
 Qt Quick.")
-    set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/cmake/debian/qml-folder.cmake)
+    list(APPEND CPACK_PRE_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/cmake/debian/qml-folder.cmake)
     set(CPACK_NORLIS_QML_MODULES ${CMAKE_INSTALL_LIBDIR}/qt5)
     set(CPACK_NORLIS_ARCHITECTURE ${CMAKE_LIBRARY_ARCHITECTURE})
 endif()

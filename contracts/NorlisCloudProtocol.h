@@ -117,6 +117,13 @@ public:
     // NOLINTNEXTLINE(readability-identifier-naming)
     qint64 awaitChange(std::function<void(qint64, RequestResult)>&& done);
 
+    /// Page one of a PDF file on this computer, drawn as retrievePreview draws those of documents. Nobody has to be
+    /// signed in.
+    /// \param box in pixels; the picture fits into it without being distorted
+    // NOLINTNEXTLINE(readability-identifier-naming)
+    qint64 previewLocalFile(const QString& localPath, const QSize& box,
+                            std::function<void(qint64, RequestResult, QPixmap)>&& done);
+
     /// \name Copies on this computer
     /// The object remembers which version of a document it delivered to a local path, or took from it: what an upload
     /// of that path replaces, it must not replace something newer. These report what it cannot see. Without effect

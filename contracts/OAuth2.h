@@ -8,13 +8,24 @@
 
 namespace Norlis::Social::OAuth2 {
 
+/// What a program can do about a failure, beside showing it.
+enum class FailureKind {
+    Other,
+    Conflict,    ///< what was to be replaced or removed is not the version that was seen: the user has to choose
+    NameTaken,   ///< another file stands where a download was to go
+    Unavailable, ///< the service cannot be reached at the moment: the same request may succeed later
+    NotSignedIn, ///< nobody is signed in, or the service does not accept the token
+};
+
 /// Why a request failed, in words for the user. The texts never hold a token or a password.
 struct Failure {
-    qint64 operation = -1; ///< id of the request that failed; -1 when it was not started
-    QString what;          ///< what was tried, for instance "Upload"
-    QString document;      ///< name of the document concerned; empty when there is none
-    QString reason;        ///< what the service or the system said
-    QString advice;        ///< what the user can do; empty when there is nothing to say
+    qint64 operation = -1;                 ///< id of the request that failed; -1 when it was not started
+    QString what;                          ///< what was tried, for instance "Upload"
+    QString document;                      ///< name of the document concerned; empty when there is none
+    QString reason;                        ///< why, in plain words, or what the service said
+    QString advice;                        ///< what the user can do; empty when there is nothing to say
+    FailureKind kind = FailureKind::Other; ///< for programs
+    QString details = {};                  ///< for experts: what a library below said (libcurl, OpenSSL); may be empty
 };
 
 /// A file on this computer of which a transfer has seen every byte.

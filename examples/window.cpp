@@ -3,6 +3,7 @@
 //   window FOLDER
 //   PASSWORD=... window https://anna@cloud.example/dav/
 
+#include <host/account/CloudAccount.h>
 #include <host/account/ServiceAddress.h>
 #include <host/CloudDocumentsModel.h>
 #include <host/session/CloudSession.h>
@@ -10,7 +11,6 @@
 #include <QApplication>
 #include <QDir>
 #include <QListView>
-#include <QMessageBox>
 #include <QStandardPaths>
 
 #include <cstdio>
@@ -20,9 +20,10 @@ using namespace Norlis;
 int main(int argc, char** argv)
 try {
     QApplication application(argc, argv);
-    Social::OAuth2::AuthInfo service;
-    service.serviceUrl = Host::ServiceAddress(application.arguments().value(1));
-    Host::CloudSession session(QStandardPaths::writableLocation(QStandardPaths::AppDataLocation), service);
+    const QString data = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
+    const Host::CloudAccount account(std::make_shared<Host::CloudAccountSettings>(data),
+                                     Host::ServiceAddress(application.arguments().value(1)));
+    Host::CloudSession session(account.DataFolder(), account.AuthInfo());
     Host::CloudDocumentsModel documents(session.Documents(), session.LargeSizes());
     QListView view;
     view.setModel(&documents);
@@ -31,9 +32,8 @@ try {
     QObject::connect(&view, &QListView::activated, &session, [&](const QModelIndex& row) {
         session.Download(row.data(Host::CloudDocumentsModel::IdRole).toString(), QDir::currentPath());
     });
-    QObject::connect(&session, &Host::CloudSession::Failed, &view, [&](const Host::CloudProblem& problem) {
-        QMessageBox::warning(&view, problem.message, problem.cause.reason + ". " + problem.cause.advice);
-    });
+    QObject::connect(&session, &Host::CloudSession::Failed, &view,
+                     [&](const Host::CloudProblem& problem) { view.setWindowTitle(problem.Text()); });
     QObject::connect(&session.Cloud(), &PDF::Cloud::AbstractCloudManager::AuthorizationCompleted, &session,
                      &Host::CloudSession::Refresh);
     session.RefreshEvery(std::chrono::minutes(1));

@@ -22,7 +22,7 @@ std::optional<TargetProblem> ValidateTarget(const QString& localPath)
 TargetProblem ForeignFileProblem(const QString& localPath)
 {
     return {QStringLiteral("%1 is there already, and is not an unchanged copy of the document").arg(localPath),
-            "Choose another folder, or move that file away first."};
+            "Choose another folder, or move that file away first.", true};
 }
 
 std::optional<TargetProblem> PutInPlace(AtomicFile& file, const QString& localPath, const ReplaceableFile& replaceable)

@@ -11,8 +11,9 @@ namespace Norlis::Files {
 
 /// Why a download cannot be written to a path, and what to do about it. Both are for the user.
 struct TargetProblem {
-    QString reason; ///< without a full stop
-    QString advice; ///< a sentence; empty when there is nothing to say
+    QString reason;           ///< without a full stop
+    QString advice;           ///< a sentence; empty when there is nothing to say
+    bool isNameTaken = false; ///< by a file that must stay
 };
 
 /// Nothing when a download may be written to the path: its name is that of a document, and nothing but a file stands

@@ -38,6 +38,26 @@ int CloudDocumentsModel::RowOf(const QString& id) const
     return found == rows.end() ? -1 : static_cast<int>(found - rows.begin());
 }
 
+int CloudDocumentsModel::VisibleCount() const
+{
+    return hidden.isEmpty() ? Count()
+                            : static_cast<int>(std::count_if(rows.begin(), rows.end(), [this](const Row& row) {
+                                  return !hidden.contains(row.id);
+                              }));
+}
+
+void CloudDocumentsModel::SetHidden(const QString& id, bool isHidden)
+{
+    if (isHidden) {
+        hidden.insert(id);
+    } else {
+        hidden.remove(id);
+    }
+    if (const int row = RowOf(id); row >= 0) {
+        emit dataChanged(index(row), index(row), {HiddenRole});
+    }
+}
+
 int CloudDocumentsModel::rowCount(const QModelIndex& parent) const
 {
     return parent.isValid() ? 0 : Count();
@@ -58,6 +78,8 @@ QVariant CloudDocumentsModel::data(const QModelIndex& modelIndex, int role) cons
         return row.size;
     case ModifiedRole:
         return row.modified;
+    case HiddenRole:
+        return hidden.contains(row.id);
     case NameRole:
         return isHeld ? documents->GetDocumentName(index) : QVariant();
     case PathRole:
@@ -73,9 +95,9 @@ QVariant CloudDocumentsModel::data(const QModelIndex& modelIndex, int role) cons
 
 QHash<int, QByteArray> CloudDocumentsModel::roleNames() const
 {
-    return {{NameRole, "name"},        {IdRole, "id"},     {PathRole, "path"},
-            {StateRole, "state"},      {SizeRole, "size"}, {ModifiedRole, "modified"},
-            {PreviewsRole, "previews"}};
+    return {{NameRole, "name"},         {IdRole, "id"},        {PathRole, "path"},
+            {StateRole, "state"},       {SizeRole, "size"},    {ModifiedRole, "modified"},
+            {PreviewsRole, "previews"}, {HiddenRole, "hidden"}};
 }
 
 void CloudDocumentsModel::OnAdded(FileInfo& file)

@@ -5,6 +5,7 @@
 
 #include <QAbstractListModel>
 #include <QPointer>
+#include <QSet>
 
 #include <deque>
 
@@ -28,7 +29,8 @@ public:
         StateRole,                  ///< int, a PDF::FileInfo::CloudStatus
         SizeRole,                   ///< qint64, bytes; of the local copy, else of the cloud copy
         ModifiedRole,               ///< QDateTime, of the cloud copy
-        PreviewsRole                ///< QMap<QString, QVariant>: file URLs by "small", "medium" and "large"
+        PreviewsRole,               ///< QMap<QString, QVariant>: file URLs by "small", "medium" and "large"
+        HiddenRole                  ///< bool, see SetHidden
     };
     Q_ENUM(Role)
 
@@ -37,8 +39,14 @@ public:
     explicit CloudDocumentsModel(PDF::AbstractFileManager& documents, const QHash<QString, quint64>& largeSizes = {},
                                  QObject* parent = nullptr);
 
+    /// Rows that are not hidden.
+    int VisibleCount() const;
+
     /// Of the first row of the id; -1 when there is none.
     int RowOf(const QString& id) const;
+
+    /// Has views leave a document out, whose removal is pending. They do it: with a filter, for instance.
+    void SetHidden(const QString& id, bool isHidden);
 
     /// None below a row.
     int rowCount(const QModelIndex& parent = {}) const override;
@@ -81,6 +89,7 @@ private:
 
     QPointer<PDF::AbstractFileManager> documents;
     std::deque<Row> rows;
+    QSet<QString> hidden; ///< ids
     Difference pending;
 };
 

@@ -45,8 +45,8 @@ public:
     template <typename Answer>
     qint64 Send(const Request::Any& request, Answer answer, ProgressCallback&& progress = {})
     {
-        if (!isLoggedIn && !std::holds_alternative<Request::SignIn>(request)) {
-            Report(notStarted, FailureReply("The request", {}, "Nobody is signed in", "Sign in first.").failure);
+        if (!isLoggedIn && Request::NeedsSignIn(request)) {
+            Report(notStarted, SignedOutReply("The request").failure);
             return notStarted;
         }
         auto onReply = [this, answer = std::move(answer)](qint64 id, Reply&& reply) {
@@ -213,7 +213,7 @@ qint64 NorlisCloudProtocol::downloadFile(const FileFieldData& data, std::functio
     if (d->isLoggedIn && !replaceable) {
         const auto problem = Files::ForeignFileProblem(localPath);
         const QString name = QFileInfo(localPath).fileName();
-        d->Report(notStarted, FailureReply("Download", name, problem.reason, problem.advice).failure);
+        d->Report(notStarted, TargetReply("Download", name, problem).failure);
         return notStarted;
     }
     const Request::Download request{document, localPath, replaceable.value_or(Files::ReplaceableFile()),
@@ -291,6 +291,12 @@ qint64 NorlisCloudProtocol::awaitChange(std::function<void(qint64, RequestResult
 {
     return d->Send(Request::Change{},
                    [done = std::move(done)](qint64 id, RequestResult result, Reply&&) { done(id, result); });
+}
+
+qint64 NorlisCloudProtocol::previewLocalFile(const QString& localPath, const QSize& box,
+                                             std::function<void(qint64, RequestResult, QPixmap)>&& done)
+{
+    return d->SendForPixmap(Request::LocalPreview{localPath, box}, std::move(done));
 }
 
 void NorlisCloudProtocol::copyMoved(const QString& id, const QString& fromPath, const QString& toPath)

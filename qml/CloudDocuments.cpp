@@ -3,6 +3,7 @@
 #include <host/account/CloudAccount.h>
 #include <host/account/ServiceAddress.h>
 
+#include <QDir>
 #include <QPointer>
 #include <QStandardPaths>
 
@@ -16,8 +17,9 @@ namespace Norlis::Qml {
 using Host::CloudAccount;
 using Host::CloudProblem;
 using Host::CloudSession;
-using PDF::FileInfo;
 using PDF::Cloud::AbstractCloudManager;
+using Social::OAuth2::Failure;
+using Social::OAuth2::FailureKind;
 
 namespace {
 
@@ -43,23 +45,46 @@ QString NameOf(CloudProblem::Request request)
     return {};
 }
 
-QVariantMap ProblemOf(const QString& request, const QString& subject, const QString& message, const QString& reason,
-                      const QString& advice)
+QString NameOf(FailureKind kind)
 {
+    switch (kind) {
+    case FailureKind::Other:
+        return QStringLiteral("other");
+    case FailureKind::Conflict:
+        return QStringLiteral("conflict");
+    case FailureKind::NameTaken:
+        return QStringLiteral("nameTaken");
+    case FailureKind::Unavailable:
+        return QStringLiteral("unavailable");
+    case FailureKind::NotSignedIn:
+        return QStringLiteral("notSignedIn");
+    }
+    return {};
+}
+
+QVariantMap ProblemOf(const QString& request, const CloudProblem& problem)
+{
+    const Failure& cause = problem.cause;
     return {
-        {"request", request}, {"subject", subject}, {"message", message}, {"reason", reason}, {"advice", advice},
+        {"request", request},         {"subject", problem.subject}, {"text", problem.Text()},
+        {"message", problem.message}, {"reason", cause.reason},     {"advice", cause.advice},
+        {"details", cause.details},   {"kind", NameOf(cause.kind)},
     };
+}
+
+QVariantMap ProblemOf(const QString& request, const QString& subject, const QString& message, const QString& reason)
+{
+    CloudProblem problem;
+    problem.subject = subject;
+    problem.message = message;
+    problem.cause.reason = reason;
+    return ProblemOf(request, problem);
 }
 
 /// Of what QML gives for a file: a path counts as one.
 QString LocalPath(const QUrl& file)
 {
     return file.isLocalFile() ? file.toLocalFile() : file.toString();
-}
-
-QString IdOf(const FileInfo& file)
-{
-    return QString::fromStdString(FileInfo(file).GetId()); // whose getters are not const
 }
 
 } // namespace
@@ -131,6 +156,16 @@ bool CloudDocuments::IsSignedIn() const
     return isSignedIn;
 }
 
+int CloudDocuments::ConnectionState() const
+{
+    return static_cast<int>(session ? session->ConnectionState() : CloudSession::Connection::SignedOut);
+}
+
+QDateTime CloudDocuments::NextAttempt() const
+{
+    return session ? session->NextAttempt() : QDateTime();
+}
+
 QAbstractItemModel* CloudDocuments::Documents() const
 {
     return model;
@@ -160,7 +195,7 @@ void CloudDocuments::Open()
     const QPointer former(std::exchange(model, nullptr));
     obstacle.clear();
     if (service.isEmpty()) {
-        obstacle = QStringLiteral("no service is set");
+        obstacle = QStringLiteral("No service is set");
     } else {
         OpenSession();
     }
@@ -168,6 +203,10 @@ void CloudDocuments::Open()
     if (former) {
         former->deleteLater(); // a view may be in the middle of it
     }
+    if (!guard) {
+        return;
+    }
+    emit connectionChanged();
     if (guard) {
         NoteSignIn();
     }
@@ -187,7 +226,7 @@ void CloudDocuments::OpenSession()
         if (obstacle.endsWith('.')) { // as in other problems
             obstacle.chop(1);
         }
-        FailLater(ProblemOf("open", {}, QStringLiteral("The cloud cannot be opened"), obstacle, {}));
+        FailLater(ProblemOf("open", {}, QStringLiteral("The cloud cannot be opened"), obstacle));
         return;
     }
     model = new Host::CloudDocumentsModel(session->Documents(), session->LargeSizes(), this);
@@ -200,17 +239,22 @@ void CloudDocuments::ConnectSession()
     connect(session.get(), &CloudSession::ListRefreshed, this, &CloudDocuments::refreshed);
     connect(session.get(), &CloudSession::ManyDocumentsGone, this, &CloudDocuments::manyDocumentsGone);
     connect(session.get(), &CloudSession::LocalCopyRead, this, &CloudDocuments::localCopyRead);
+    connect(session.get(), &CloudSession::LocalCopyChanged, this, &CloudDocuments::localCopyChanged);
+    connect(session.get(), &CloudSession::ReadyToClose, this, &CloudDocuments::readyToClose);
     connect(session.get(), &CloudSession::DocumentUploaded, this, &CloudDocuments::uploaded);
     connect(session.get(), &CloudSession::UploadCanceled, this, &CloudDocuments::uploadCanceled);
+    connect(session.get(), &CloudSession::UploadWaiting, this, &CloudDocuments::uploadWaiting);
     connect(session.get(), &CloudSession::DocumentDownloaded, this, &CloudDocuments::downloaded);
     connect(session.get(), &CloudSession::DownloadCanceled, this, &CloudDocuments::downloadCanceled);
+    connect(session.get(), &CloudSession::DownloadWaiting, this, &CloudDocuments::downloadWaiting);
+    connect(session.get(), &CloudSession::ConnectionChanged, this, &CloudDocuments::connectionChanged);
     connect(session.get(), &CloudSession::DocumentRemoved, this, &CloudDocuments::removed);
+    connect(session.get(), &CloudSession::RemovalPendingChanged, model, &Host::CloudDocumentsModel::SetHidden);
     connect(session.get(), &CloudSession::Failed, this, [this](const CloudProblem& problem) {
         const QPointer guard(this);
         NoteSignIn(); // a password that is taken no longer
         if (guard) {
-            emit failed(ProblemOf(NameOf(problem.request), problem.subject, problem.message, problem.cause.reason,
-                                  problem.cause.advice));
+            emit failed(ProblemOf(NameOf(problem.request), problem));
         }
     });
 
@@ -227,11 +271,8 @@ void CloudDocuments::ConnectSession()
         }
     });
     connect(&cloud, &AbstractCloudManager::LoggedOut, this, &CloudDocuments::NoteSignIn);
-    connect(&cloud, &AbstractCloudManager::UploadingProgressValueChanged, this, &CloudDocuments::uploadProgress);
-    connect(&cloud, &AbstractCloudManager::DownloadingProgressValueChanged, this,
-            [this](const std::shared_ptr<const FileInfo>& file, int percent) {
-                emit downloadProgress(IdOf(*file), percent);
-            });
+    connect(session.get(), &CloudSession::UploadProgress, this, &CloudDocuments::uploadProgress);
+    connect(session.get(), &CloudSession::DownloadProgress, this, &CloudDocuments::downloadProgress);
 }
 
 void CloudDocuments::NoteSignIn()
@@ -245,7 +286,7 @@ void CloudDocuments::NoteSignIn()
 CloudSession* CloudDocuments::SessionFor(Request request, const QString& subject)
 {
     if (!session) {
-        FailLater(ProblemOf(NameOf(request), subject, QStringLiteral("No cloud is open"), obstacle, {}));
+        FailLater(ProblemOf(NameOf(request), subject, QStringLiteral("No cloud is open"), obstacle));
     }
     return session.get();
 }
@@ -259,14 +300,21 @@ void CloudDocuments::FailLater(const QVariantMap& problem)
 void CloudDocuments::signIn(const QString& password)
 {
     if (const auto cloud = SessionFor(Request::SignIn)) {
-        cloud->Cloud().Authorization(password.isEmpty() ? CloudAccount::TokenForNone() : password);
+        cloud->StaySignedIn(password.isEmpty() ? CloudAccount::TokenForNone() : password);
+    }
+}
+
+void CloudDocuments::tryNow()
+{
+    if (session) {
+        session->TryNow();
     }
 }
 
 void CloudDocuments::signOut()
 {
     if (session) {
-        session->Cloud().Logout();
+        session->SignOut();
     }
 }
 
@@ -300,6 +348,27 @@ void CloudDocuments::replaceInCloud(const QString& id)
     }
 }
 
+void CloudDocuments::replaceWith(const QString& id, const QUrl& file)
+{
+    if (const auto cloud = SessionFor(Request::Upload, LocalPath(file))) {
+        cloud->ReplaceWith(id, LocalPath(file));
+    }
+}
+
+void CloudDocuments::keepBoth(const QString& id)
+{
+    if (const auto cloud = SessionFor(Request::Upload, id)) {
+        cloud->KeepBoth(id);
+    }
+}
+
+void CloudDocuments::useCloudVersion(const QString& id)
+{
+    if (const auto cloud = SessionFor(Request::Download, id)) {
+        cloud->UseCloudVersion(id);
+    }
+}
+
 void CloudDocuments::download(const QString& id, const QUrl& folder)
 {
     if (const auto cloud = SessionFor(Request::Download, id)) {
@@ -328,6 +397,20 @@ void CloudDocuments::remove(const QString& id)
     }
 }
 
+void CloudDocuments::removeLater(const QStringList& ids, int milliseconds)
+{
+    if (const auto cloud = SessionFor(Request::Remove, ids.value(0))) {
+        cloud->RemoveLater(ids, std::chrono::milliseconds(qMax(0, milliseconds)));
+    }
+}
+
+void CloudDocuments::undoRemoval(const QStringList& ids)
+{
+    if (session) {
+        session->UndoRemoval(ids);
+    }
+}
+
 void CloudDocuments::showPreviews(const QStringList& ids)
 {
     if (session) {
@@ -340,6 +423,33 @@ void CloudDocuments::readLocalCopy(const QUrl& file)
     if (session) {
         session->ReadLocalCopy(LocalPath(file));
     }
+}
+
+void CloudDocuments::watchLocalCopy(const QUrl& file)
+{
+    if (session) {
+        session->WatchLocalCopy(LocalPath(file));
+    }
+}
+
+void CloudDocuments::prepareToClose()
+{
+    if (session) {
+        session->PrepareToClose();
+    } else {
+        QMetaObject::invokeMethod(this, &CloudDocuments::readyToClose, Qt::QueuedConnection);
+    }
+}
+
+QUrl CloudDocuments::viewingFolder(const QString& id) const
+{
+    const QString folder = session ? session->ViewingFolder(id) : QString();
+    return !folder.isEmpty() && QDir().mkpath(folder) ? QUrl::fromLocalFile(folder) : QUrl();
+}
+
+QString CloudDocuments::documentNamed(const QString& name) const
+{
+    return session ? session->DocumentNamed(name) : QString();
 }
 
 QString CloudDocuments::documentAt(const QUrl& file) const

@@ -35,6 +35,12 @@ class CloudDocuments : public QObject, public QQmlParserStatus {
 
     Q_PROPERTY(bool signedIn READ IsSignedIn NOTIFY signedInChanged)
 
+    /// A Connection.
+    Q_PROPERTY(int connection READ ConnectionState NOTIFY connectionChanged)
+
+    /// When the service is asked again; invalid unless that is to happen.
+    Q_PROPERTY(QDateTime nextAttempt READ NextAttempt NOTIFY connectionChanged)
+
     /// A CloudDocumentsModel, the element's own; null without a session.
     Q_PROPERTY(QAbstractItemModel* documents READ Documents NOTIFY documentsChanged)
 
@@ -50,6 +56,15 @@ public:
     };
     Q_ENUM(State)
 
+    /// See CloudSession::StaySignedIn.
+    enum Connection {
+        SignedOut = static_cast<int>(Host::CloudSession::Connection::SignedOut),
+        Connecting = static_cast<int>(Host::CloudSession::Connection::Connecting),
+        Online = static_cast<int>(Host::CloudSession::Connection::Online),
+        Offline = static_cast<int>(Host::CloudSession::Connection::Offline),
+    };
+    Q_ENUM(Connection)
+
     explicit CloudDocuments(QObject* parent = nullptr);
     ~CloudDocuments() override;
 
@@ -60,6 +75,8 @@ public:
     int RefreshInterval() const;
     void SetRefreshInterval(int milliseconds);
     bool IsSignedIn() const;
+    int ConnectionState() const;
+    QDateTime NextAttempt() const;
     QAbstractItemModel* Documents() const;
 
     void classBegin() override;
@@ -69,21 +86,39 @@ public:
 
     // The requests of CloudSession, which tells how each of them ends.
 
-    /// Signs in and refreshes. A service that asks for no password, as a folder, takes an empty one.
+    /// Signs in, stays signed in, and refreshes. A service that asks for no password, as a folder, takes an empty one.
     Q_INVOKABLE void signIn(const QString& password = {});
+    Q_INVOKABLE void tryNow();
     Q_INVOKABLE void signOut();
     Q_INVOKABLE void refresh();
     Q_INVOKABLE void upload(const QList<QUrl>& files);
     Q_INVOKABLE void uploadChanges(const QString& id);
     Q_INVOKABLE void replaceInCloud(const QString& id);
+    Q_INVOKABLE void replaceWith(const QString& id, const QUrl& file);
+    Q_INVOKABLE void keepBoth(const QString& id);
+    Q_INVOKABLE void useCloudVersion(const QString& id);
     Q_INVOKABLE void download(const QString& id, const QUrl& folder);
     Q_INVOKABLE void cancelUpload(const QString& path);
     Q_INVOKABLE void cancelDownload(const QString& id);
     Q_INVOKABLE void remove(const QString& id);
+    Q_INVOKABLE void removeLater(const QStringList& ids, int milliseconds);
+    Q_INVOKABLE void undoRemoval(const QStringList& ids);
     Q_INVOKABLE void showPreviews(const QStringList& ids);
 
     /// Ends in `localCopyRead`: of several copies of a document, this is the one that the requests by id are about now.
     Q_INVOKABLE void readLocalCopy(const QUrl& file);
+
+    /// From now on each save of a file with changes ends in `localCopyChanged`.
+    Q_INVOKABLE void watchLocalCopy(const QUrl& file);
+
+    /// Sends removals that wait; ends in `readyToClose`.
+    Q_INVOKABLE void prepareToClose();
+
+    /// A folder for a document that is only to be looked at, which is created here; empty without a cloud.
+    Q_INVOKABLE QUrl viewingFolder(const QString& id) const;
+
+    /// Id of the document of that name; empty when there is none.
+    Q_INVOKABLE QString documentNamed(const QString& name) const;
 
     /// Id of the document that a file is a copy of; empty when there is none.
     Q_INVOKABLE QString documentAt(const QUrl& file) const;
@@ -93,6 +128,7 @@ signals:
     void dataFolderChanged();
     void refreshIntervalChanged();
     void signedInChanged();
+    void connectionChanged();
     void documentsChanged();
 
     /// Something was asked for while nobody is signed in, or the service takes the password no longer.
@@ -103,16 +139,21 @@ signals:
     void refreshed(const QStringList& added, const QStringList& changed, const QStringList& removed);
     void manyDocumentsGone(int gone, int before);
     void localCopyRead(const QString& path, const QString& id);
+    void localCopyChanged(const QString& path, const QString& id);
+    void readyToClose();
     void uploadProgress(const QString& path, int percent);
     void uploaded(const QString& path, const QString& id);
     void uploadCanceled(const QString& path);
+    void uploadWaiting(const QString& path);
     void downloadProgress(const QString& id, int percent);
     void downloaded(const QString& id, const QString& path);
     void downloadCanceled(const QString& id);
+    void downloadWaiting(const QString& id);
     void removed(const QString& id);
 
-    /// \param problem texts by these names: request ("open", "signIn", "list", "upload", "download", "remove",
-    ///                "preview", "quota"), subject, message, reason, advice; see CloudProblem
+    /// \param problem texts by these names: text, request ("open", "signIn", "list", "upload", "download", "remove",
+    ///                "preview", "quota"), subject, message, reason, advice, details, kind ("other", "conflict",
+    ///                "nameTaken", "unavailable", "notSignedIn"); see CloudProblem
     void failed(const QVariantMap& problem);
 
     // NOLINTEND(readability-identifier-naming)

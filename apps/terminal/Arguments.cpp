@@ -1,6 +1,7 @@
 #include "Arguments.h"
 
 #include "Help.h"
+#include "Options.h"
 
 #include <host/account/ServiceAddress.h>
 
@@ -17,63 +18,6 @@ namespace {
 
 constexpr int maxInterval = 24 * 60 * 60; // seconds
 
-/// Options that all commands have.
-QList<QCommandLineOption> CommonOptions()
-{
-    return {
-        {"service",
-         "Cloud service: a folder, as a path or a file: URL, or a WebDAV server, as https://user@host/path/ (default: "
-         "the one that you last signed in to).",
-         "URL"},
-        {"data",
-         "Folder for credentials, lists and previews (default: " +
-             QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) + ").",
-         "DIR"},
-        {"json", "Print results as JSON, one document or object per line."},
-        {"help", "Show this help."},
-    };
-}
-
-QList<QCommandLineOption> SpecialOptions()
-{
-    return {
-        {"user", "User name on the server, if the address contains none.", "NAME"},
-        {"token-file", "File that contains the password or token.", "FILE"},
-        {"ca-file", "PEM file with the certificate authorities to trust instead of the system's.", "FILE"},
-        {"allow-plain-http",
-         "Allow an unencrypted http: connection to another machine. Anyone on the network path can then read and "
-         "change the password and the documents."},
-        {"offline", "Do not contact the cloud."},
-        {"new", "Create a new document even if the file is the local copy of one."},
-        {"force", "Remove documents even if they have changed since the list was last shown."},
-        {"to", "Folder to save the documents in (default: the current one).", "DIR"},
-        {"interval", "Polling interval in seconds (default: 30).", "SECONDS"},
-    };
-}
-
-const QCommandLineOption& VersionOption()
-{
-    static const QCommandLineOption option("version", "Show the version.");
-    return option;
-}
-
-QString NameOf(const QCommandLineOption& option)
-{
-    return option.names().constFirst();
-}
-
-QList<QCommandLineOption> OptionsOf(const CommandEntry& command)
-{
-    QList<QCommandLineOption> options;
-    const auto special = SpecialOptions();
-    for (const auto& option : special) {
-        if (command.options.contains(NameOf(option))) {
-            options << option;
-        }
-    }
-    return options + CommonOptions();
-}
-
 int Interval(const QString& text)
 {
     bool isNumber = false;
@@ -83,6 +27,15 @@ int Interval(const QString& text)
             QStringLiteral("--interval must be a whole number of seconds from 1 to %1").arg(maxInterval).toStdString());
     }
     return seconds;
+}
+
+OnConflict ConflictChoice(const QString& text)
+{
+    const int index = ConflictChoices().indexOf(text);
+    if (index < 0) {
+        throw std::invalid_argument("--on-conflict must be one of " + ConflictChoices().join(", ").toStdString());
+    }
+    return static_cast<OnConflict>(index);
 }
 
 void CheckOperands(const CommandEntry& command, const QStringList& operands)
@@ -131,8 +84,15 @@ Arguments ReadArguments(const CommandEntry& command, const QCommandLineParser& p
     }
     arguments.json = parser.isSet("json");
     arguments.offline = parser.isSet("offline");
+    arguments.namesOnly = parser.isSet("names");
+    if (arguments.namesOnly && arguments.json) {
+        throw std::invalid_argument("--names and --json cannot be combined");
+    }
     arguments.asNew = parser.isSet("new");
     arguments.force = parser.isSet("force");
+    if (parser.isSet("on-conflict")) {
+        arguments.onConflict = ConflictChoice(parser.value("on-conflict"));
+    }
     return arguments;
 }
 

@@ -4,7 +4,12 @@
 #include <QStringList>
 #include <QUrl>
 
+#include <optional>
+
 namespace Norlis::Terminal {
+
+/// What to do when two versions of a document, or two documents of one name, stand against each other.
+enum class OnConflict { Ask, Both, Mine, Theirs, Fail };
 
 /// What the user asked for.
 struct Arguments {
@@ -18,8 +23,10 @@ struct Arguments {
     int interval = 30;       ///< seconds
     bool json = false;
     bool offline = false;
+    bool namesOnly = false;
     bool asNew = false;
     bool force = false;
+    std::optional<OnConflict> onConflict; ///< nothing: what is usual
     bool allowPlainHttp = false;
 };
 

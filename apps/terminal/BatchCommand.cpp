@@ -13,8 +13,10 @@ constexpr int redrawInterval = 80; // milliseconds
 
 BatchCommand::BatchCommand(const Environment& environment, const QString& verb)
     : SessionCommand(environment),
+      conflicts(environment.arguments, environment.output),
       bars(verb)
 {
+    clock.start();
     redraw.setSingleShot(true);
     connect(&redraw, &QTimer::timeout, this, &BatchCommand::DrawBars);
 }
@@ -46,10 +48,10 @@ void BatchCommand::OnFailed(const Host::CloudProblem& problem)
     }
 }
 
-void BatchCommand::Expect(const QString& key, const QString& name)
+void BatchCommand::Expect(const QString& key, const QString& name, qint64 size)
 {
     jobs.insert(key, name);
-    bars.Add(key, name);
+    bars.Add(key, name, size);
     redraw.start(redrawInterval);
 }
 
@@ -92,10 +94,30 @@ void BatchCommand::EndIfDone()
 
 void BatchCommand::ShowProgress(const QString& key, int percent)
 {
-    bars.SetProgress(key, percent);
+    bars.SetProgress(key, percent, clock.elapsed());
     if (!redraw.isActive()) {
         redraw.start(redrawInterval);
     }
+}
+
+void BatchCommand::Decide(const QString& key, const QString& question, OnConflict usual,
+                          const Conflicts::Decision& decided)
+{
+    undecided.insert(key);
+    conflicts.Decide(question, usual, [this, key, decided](OnConflict choice) {
+        if (undecided.remove(key)) {
+            decided(choice);
+        }
+    });
+}
+
+bool BatchCommand::CancelDecision(const QString& key)
+{
+    const bool wasUndecided = undecided.remove(key);
+    if (wasUndecided) {
+        OnCanceled(key);
+    }
+    return wasUndecided;
 }
 
 void BatchCommand::Settle(const QString& key)
@@ -110,9 +132,9 @@ void BatchCommand::Settle(const QString& key)
 
 void BatchCommand::DrawBars()
 {
-    if (!IsFinishing()) {
+    if (!IsFinishing() && !conflicts.IsAsking()) {
         areBarsShown = true;
-        output.SetStatus(bars.Lines(output.Columns(), output.Rows()));
+        output.SetStatus(bars.Lines(output.Columns(), output.Rows(), clock.elapsed()));
     }
 }
 

@@ -1,9 +1,12 @@
 #pragma once
 
+#include "Conflicts.h"
 #include "SessionCommand.h"
 #include "TransferBars.h"
 
+#include <QElapsedTimer>
 #include <QMap>
+#include <QSet>
 #include <QTimer>
 
 namespace Norlis::Terminal {
@@ -26,8 +29,9 @@ protected:
     void OnFailed(const Host::CloudProblem& problem) override;
 
     /// Adds a job.
-    /// \param key the subject by which the session refers to it
-    void Expect(const QString& key, const QString& name);
+    /// \param key  the subject by which the session refers to it
+    /// \param size of what is transferred, in bytes
+    void Expect(const QString& key, const QString& name, qint64 size = 0);
     bool IsExpected(const QString& key) const;
 
     /// Ends a job successfully. To be called before its result is shown.
@@ -55,13 +59,23 @@ protected:
 
     void ShowProgress(const QString& key, int percent);
 
+    /// Decides about a conflict of a job; see Conflicts. Nothing happens when the job has been cancelled meanwhile.
+    void Decide(const QString& key, const QString& question, OnConflict usual, const Conflicts::Decision& decided);
+
+    /// Cancels the job if it waits for a decision.
+    bool CancelDecision(const QString& key);
+
+    Conflicts conflicts;
+
 private:
     void Settle(const QString& key);
     void DrawBars();
 
     QMap<QString, QString> jobs; ///< names by key
     TransferBars bars;
-    QTimer redraw; ///< limits how often the bars are drawn, however often progress is reported
+    QElapsedTimer clock;
+    QSet<QString> undecided; ///< keys
+    QTimer redraw;           ///< limits how often the bars are drawn, however often progress is reported
     bool areBarsShown = false;
     bool hasFailures = false;
     bool isInterrupted = false;

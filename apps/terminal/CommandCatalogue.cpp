@@ -36,9 +36,7 @@ const std::vector<CommandEntry>& CommandCatalogue()
          "where the path is that of the collection that holds the documents. A folder needs no password. The password "
          "for a server is asked for, or read from --token-file, or from standard input if that is not a terminal; "
          "without a user name the server is sent a bearer token. Enter nothing for a server that needs no password. "
-         "The "
-         "password and these options are kept in the data "
-         "folder, readable by you alone, until you log out.",
+         "The password and these options are kept in the data folder, readable by you alone, until you log out.",
          {"user", "token-file", "ca-file", "allow-plain-http"},
          {"norlis-cloud login --service ~/Cloud", "norlis-cloud login --service https://anna@cloud.example/dav/"}},
         {"logout",
@@ -54,24 +52,29 @@ const std::vector<CommandEntry>& CommandCatalogue()
          "List the documents in the cloud",
          "The state compares the local copy with the one in the cloud. --offline shows the list as it was last "
          "fetched, without contacting the cloud.",
-         {"offline"},
+         {"offline", "names"},
          {"norlis-cloud list", "norlis-cloud list --offline --json"}},
         {"upload",
          Make<UploadCommand>,
          "FILE...",
          "Upload files to the cloud",
          "A file that is the local copy of a document updates that document if it has changed; with --new it becomes a "
-         "new document instead. A name that is already taken in the cloud gets a number.",
-         {"new"},
-         {"norlis-cloud upload report.pdf notes.pdf", "norlis-cloud upload -- -strange-name.pdf"}},
+         "new document instead. If the document was changed in the cloud too, --on-conflict decides: both uploads the "
+         "file as a new document, mine replaces the version in the cloud, theirs replaces the file, and fail, which is "
+         "usual where nobody can be asked, does nothing. Of a new file whose name is taken in the cloud, both gives it "
+         "a number, which is usual, mine replaces that document, and theirs leaves it alone.",
+         {"new", "on-conflict"},
+         {"norlis-cloud upload report.pdf notes.pdf", "norlis-cloud upload --on-conflict=both report.pdf",
+          "norlis-cloud upload -- -strange-name.pdf"}},
         {"download",
          Make<DownloadCommand>,
          "DOCUMENT...",
          "Download documents to a folder",
-         "An existing file is replaced only if it is an unchanged copy of the same document. A local copy with changes "
-         "in "
-         "another folder stays the one that the list shows.",
-         {"to"},
+         "An existing file is replaced only if it is an unchanged copy of the same document. Otherwise --on-conflict "
+         "decides: both gives the file another name, mine keeps it and fetches nothing, theirs replaces it if it is a "
+         "copy of the document, whose changes are lost, and fail, which is usual where nobody can be asked, does "
+         "nothing. A local copy with changes in another folder stays the one that the list shows.",
+         {"to", "on-conflict"},
          {"norlis-cloud download report.pdf --to ~/Documents"}},
         {"remove",
          Make<RemoveCommand>,

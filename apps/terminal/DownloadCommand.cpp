@@ -5,11 +5,15 @@
 #include "ExitStatus.h"
 #include "Text.h"
 
+#include <host/session/CloudFacts.h>
+#include <host/session/OtherName.h>
+
+#include <QDir>
+#include <QFile>
 #include <QFileInfo>
+#include <QSysInfo>
 
 namespace Norlis::Terminal {
-
-using PDF::Cloud::AbstractCloudManager;
 
 DownloadCommand::DownloadCommand(const Environment& environment) : BatchCommand(environment, "Downloading") {}
 
@@ -23,16 +27,15 @@ void DownloadCommand::Work()
     }
     connect(&Session(), &Host::CloudSession::DocumentDownloaded, this, &DownloadCommand::OnDownloaded);
     connect(&Session(), &Host::CloudSession::DownloadCanceled, this, &DownloadCommand::OnCanceled);
-    connect(&Session().Cloud(), &AbstractCloudManager::DownloadingProgressValueChanged, this,
-            [this](const std::shared_ptr<const PDF::FileInfo>& file, int percent) {
-                ShowProgress(QString::fromStdString(PDF::FileInfo(*file).GetId()), percent);
-            });
+    connect(&Session(), &Host::CloudSession::DownloadProgress, this, &DownloadCommand::ShowProgress);
     WithFreshList([this] { Begin(); });
 }
 
 bool DownloadCommand::CancelJob(const QString& id)
 {
-    Session().CancelDownload(id);
+    if (!CancelDecision(id)) {
+        Session().CancelDownload(id);
+    }
     return true;
 }
 
@@ -43,10 +46,57 @@ void DownloadCommand::Begin()
         ReportFailure(problem);
     }
     for (const auto& document : found.documents) {
-        Expect(document.id, document.name);
+        const auto* facts = Session().Facts(document.id);
+        Expect(document.id, document.name, facts ? static_cast<qint64>(facts->size) : 0);
         Session().Download(document.id, arguments.targetFolder);
     }
     EndIfDone();
+}
+
+void DownloadCommand::OnFailed(const Host::CloudProblem& problem)
+{
+    using Kind = Social::OAuth2::FailureKind;
+    const bool isConflict = problem.cause.kind == Kind::Conflict || problem.cause.kind == Kind::NameTaken;
+    if (!isConflict || !IsExpected(problem.subject) || decided.contains(problem.subject)) {
+        BatchCommand::OnFailed(problem);
+        return;
+    }
+    decided.insert(problem.subject);
+    Decide(problem.subject, QStringLiteral("\"%1\": %2").arg(problem.cause.document, problem.cause.reason),
+           OnConflict::Fail, [this, problem](OnConflict choice) { DecideAbout(problem, choice); });
+}
+
+void DownloadCommand::DecideAbout(const Host::CloudProblem& problem, OnConflict choice)
+{
+    const QString& id = problem.subject;
+    const auto entry = EntryOf(Session(), id);
+    const QDir folder(arguments.targetFolder);
+    const QString target = entry ? folder.filePath(entry->name) : QString();
+    const bool isCopy = entry && QFileInfo(target).canonicalFilePath() == entry->path;
+    if (entry && choice == OnConflict::Both) {
+        const QString other = Host::OtherNameOf(entry->name, QSysInfo::machineHostName(), QDate::currentDate(),
+                                                [&](const QString& name) { return folder.exists(name); });
+        if (QFile::rename(target, folder.filePath(other))) {
+            Session().Download(id, arguments.targetFolder);
+            return;
+        }
+    }
+    if (entry && choice == OnConflict::Mine) {
+        Succeed(id);
+        if (output.IsJson()) {
+            QJsonObject result = JsonOf(*entry);
+            result["action"] = "skipped";
+            output.Json(QJsonDocument(result));
+        } else {
+            output.Line("skipped " + Printable(target));
+        }
+        return;
+    }
+    if (isCopy && choice == OnConflict::Theirs) {
+        Session().UseCloudVersion(id);
+        return;
+    }
+    BatchCommand::OnFailed(problem);
 }
 
 void DownloadCommand::OnDownloaded(const QString& id, const QString& path)

@@ -14,10 +14,14 @@ public:
 protected:
     void Work() override;
     bool CancelJob(const QString& id) override;
+    void OnFailed(const Host::CloudProblem& problem) override;
 
 private:
     void Begin();
+    void DecideAbout(const Host::CloudProblem& problem, OnConflict choice);
     void OnDownloaded(const QString& id, const QString& path);
+
+    QSet<QString> decided; ///< ids of documents that are tried a second time
 };
 
 } // namespace Norlis::Terminal

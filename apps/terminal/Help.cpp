@@ -43,21 +43,26 @@ QString ExamplesText(const QStringList& examples)
 
 } // namespace
 
+QString PurposeText()
+{
+    return "Keeps PDF documents in the cloud: in a folder, for instance on a network drive, or on a WebDAV server.";
+}
+
+QString ConventionsText()
+{
+    return "DOCUMENT is an id or a name from the list. Results go to standard output and errors to standard error, one "
+           "per line, even with --json. The exit status is 0 on success, 1 if something failed, 2 after a usage error, "
+           "and 130 after Ctrl-C.";
+}
+
 QString OverviewText(const QList<QCommandLineOption>& options)
 {
-    QString text =
-        Wrapped(
-            "Keeps PDF documents in the cloud: in a folder, for instance on a network drive, or on a WebDAV server.") +
-        "\n\nUsage: norlis-cloud COMMAND [OPTION]...\n\nCommands:\n";
+    QString text = Wrapped(PurposeText()) + "\n\nUsage: norlis-cloud COMMAND [OPTION]...\n\nCommands:\n";
     for (const auto& command : CommandCatalogue()) {
         text += "  " + PadRight(command.name + ' ' + command.operands, 22) + command.summary + '\n';
     }
     text += OptionsText(options);
-    text += '\n' +
-            Wrapped("DOCUMENT is an id or a name from the list. Results go to standard output and errors to standard "
-                    "error, one per line, even with --json. The exit status is 0 on success, 1 if something failed, "
-                    "2 after a usage error, and 130 after Ctrl-C.") +
-            '\n';
+    text += '\n' + Wrapped(ConventionsText()) + '\n';
     text += ExamplesText({"norlis-cloud login --service ~/Cloud", "norlis-cloud upload report.pdf"});
     return text + "\nMore about a command: norlis-cloud COMMAND --help\n";
 }

@@ -8,6 +8,12 @@
 
 namespace Norlis::Terminal {
 
+/// What the program is for: a sentence.
+QString PurposeText();
+
+/// What holds for all commands: operands, output, exit status.
+QString ConventionsText();
+
 /// The help text of the program.
 QString OverviewText(const QList<QCommandLineOption>& options);
 

@@ -90,6 +90,13 @@ void ListCommand::Work()
 void ListCommand::Show()
 {
     const auto entries = AllEntries(Session());
+    if (arguments.namesOnly) { // which shows nobody what versions there are
+        for (const auto& entry : entries) {
+            output.Line(Printable(entry.name));
+        }
+        Finish(ExitStatus::success);
+        return;
+    }
     if (output.IsJson()) {
         output.Lines(JsonList(entries));
     } else if (entries.empty()) {

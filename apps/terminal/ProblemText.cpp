@@ -54,6 +54,9 @@ QString FailureText(const QString& what, const Social::OAuth2::Failure& cause)
     if (!cause.reason.isEmpty()) {
         text += ": " + WithoutPeriod(cause.reason);
     }
+    if (!cause.details.isEmpty()) {
+        text += " (" + WithoutPeriod(cause.details) + ')';
+    }
     if (!cause.advice.isEmpty()) {
         text += ". " + WithoutPeriod(cause.advice);
     }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <apps/common/TransferMeter.h>
+
 #include <QString>
 #include <QStringList>
 
@@ -14,21 +16,29 @@ public:
     /// \param verb what the transfers do, as in "Uploading"
     explicit TransferBars(const QString& verb);
 
+    // Times are those of any clock that runs evenly, in milliseconds.
+
     /// Adds a transfer. Its name is made printable.
-    void Add(const QString& key, const QString& name);
+    /// \param size in bytes; 0 where speed and time left are of no interest
+    void Add(const QString& key, const QString& name, qint64 size = 0);
 
     /// \param percent clamped to 0 to 100
-    void SetProgress(const QString& key, int percent);
+    void SetProgress(const QString& key, int percent, qint64 time = 0);
     void Remove(const QString& key);
 
     /// Lines that are narrower than the window and leave some of its rows free. Empty if there is no room.
-    QStringList Lines(int columns, int rows) const;
+    /// A wide window has room for speed and time left too.
+    QStringList Lines(int columns, int rows, qint64 time = 0) const;
 
 private:
     struct Transfer {
         QString key;
         QString name;
         int percent;
+        qint64 size;
+        Apps::TransferMeter meter = {};
+
+        qint64 Transferred() const;
     };
 
     std::vector<Transfer>::iterator Find(const QString& key);
@@ -36,6 +46,9 @@ private:
     QString verb;
     std::vector<Transfer> running;
     int addedCount = 0;
+    qint64 addedSize = 0;   ///< bytes
+    qint64 transferred = 0; ///< bytes, of those that have ended too
+    Apps::TransferMeter meter;
 };
 
 } // namespace Norlis::Terminal

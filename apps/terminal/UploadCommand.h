@@ -21,7 +21,14 @@ private:
     void Begin();
     void BeginKnown(const QString& path, const QString& id);
     void BeginNew(const QStringList& files);
+    void OfferNew(const QString& path);
+    void DecideNew(const QString& path, const QString& id, OnConflict choice);
+    void DecideKnown(const QString& path, const QString& id, const QString& problem, OnConflict choice);
+
+    /// The session names the upload of a local copy by the path in the list.
+    QString JobOfCopy(const QString& path, const QString& id);
     void OnUploaded(const QString& path, const QString& id);
+    void OnFetched(const QString& id);
     void Show(const QString& action, const QString& path, const QString& id);
     bool IsKnown(const QString& path);
 

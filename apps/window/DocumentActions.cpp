@@ -35,8 +35,13 @@ DocumentActions::DocumentActions(QWidget& widget)
                 tr("Open the selected documents, downloading them first if necessary"))),
       uploadChanges(Make(widget, tr("Upload &Changes"), Glyph::UploadChanges, QKeySequence::Save,
                          tr("Update the documents in the cloud with the changes you made on this computer"))),
+      copy(Make(widget, tr("Cop&y"), Glyph::Copy, QKeySequence::Copy,
+                tr("Copy the selected documents to the clipboard, downloading them first if necessary"))),
+      paste(Make(widget, tr("&Paste"), Glyph::Paste, QKeySequence::Paste, tr("Upload the PDF files on the clipboard"))),
       remove(Make(widget, tr("&Remove…"), Glyph::Remove, QKeySequence::Delete,
                   tr("Remove the selected documents from the cloud"))),
+      undoRemoval(
+          Make(widget, tr("U&ndo Removal"), Glyph::Refresh, QKeySequence::Undo, tr("Take back the last removal"))),
       refresh(Make(widget, tr("&Refresh"), Glyph::Refresh, QKeySequence::Refresh, tr("Reload the list of documents"))),
       thumbnails(
           Make(widget, tr("&Thumbnails"), Glyph::Thumbnails, Qt::CTRL + Qt::Key_1, tr("Show documents as thumbnails"))),
@@ -65,8 +70,8 @@ void DocumentActions::AddMenusTo(QMenuBar& bar) const
         }
         bar.insertMenu(bar.actions().value(bar.actions().size() - 1), menu); // the last one is the application menu
     };
-    add(tr("&Documents"),
-        {upload, nullptr, open, download, downloadTo, uploadChanges, nullptr, remove, nullptr, signOut});
+    add(tr("&Documents"), {upload, paste, nullptr, open, download, downloadTo, uploadChanges, copy, nullptr, remove,
+                           undoRemoval, nullptr, signOut});
     add(tr("&View"), {thumbnails, list, nullptr, find, refresh});
 }
 
@@ -81,17 +86,34 @@ void DocumentActions::AddTo(QToolBar& bar) const
     }
 }
 
+void DocumentActions::AddDocumentEntriesTo(QMenu& menu) const
+{
+    menu.addActions({open, download, downloadTo, uploadChanges, copy});
+    menu.addSeparator();
+    menu.addAction(remove);
+}
+
+void DocumentActions::AddGeneralEntriesTo(QMenu& menu) const
+{
+    menu.addActions({upload, paste});
+    menu.addSeparator();
+    menu.addActions({thumbnails, list, refresh});
+}
+
 void DocumentActions::Update(const Situation& situation)
 {
-    const bool canAct = situation.isSignedIn && situation.isAnySelected;
-    upload->setEnabled(situation.isSignedIn);
-    download->setEnabled(canAct);
-    downloadTo->setEnabled(canAct);
+    const bool canTransfer = situation.isSignedIn || situation.isOffline;
+    upload->setEnabled(canTransfer);
+    download->setEnabled(canTransfer && situation.isAnySelected);
+    downloadTo->setEnabled(canTransfer && situation.isAnySelected);
     open->setEnabled(situation.isAnySelected);
-    uploadChanges->setEnabled(situation.isSignedIn && situation.isAnySelectedChangedHere);
-    remove->setEnabled(canAct);
+    uploadChanges->setEnabled(canTransfer && situation.isAnySelectedChangedHere);
+    copy->setEnabled(situation.isAnySelected);
+    paste->setEnabled(canTransfer);
+    remove->setEnabled(situation.isSignedIn && !situation.isOffline && situation.isAnySelected);
+    undoRemoval->setEnabled(situation.isRemovalPending);
     // The library does not refresh during transfers.
-    refresh->setEnabled(situation.isSignedIn && !situation.hasRunningTransfers);
+    refresh->setEnabled(canTransfer && !situation.hasRunningTransfers);
 }
 
 } // namespace Norlis::Window

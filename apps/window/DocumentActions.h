@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 
 class QAction;
+class QMenu;
 class QMenuBar;
 class QToolBar;
 class QWidget;
@@ -17,9 +18,11 @@ public:
     /// Decides which actions are enabled.
     struct Situation {
         bool isSignedIn = false;
+        bool isOffline = false; ///< and transfers wait
         bool hasRunningTransfers = false;
         bool isAnySelected = false;
         bool isAnySelectedChangedHere = false;
+        bool isRemovalPending = false;
     };
 
     /// \param widget owns the actions; their shortcuts work inside it
@@ -29,6 +32,12 @@ public:
     void AddMenusTo(QMenuBar& bar) const;
     void AddTo(QToolBar& bar) const;
 
+    /// What can be done with the selected documents.
+    void AddDocumentEntriesTo(QMenu& menu) const;
+
+    /// What can be done where there is no document.
+    void AddGeneralEntriesTo(QMenu& menu) const;
+
     void Update(const Situation& situation);
 
     QAction* const upload;
@@ -36,7 +45,10 @@ public:
     QAction* const downloadTo;
     QAction* const open;
     QAction* const uploadChanges;
+    QAction* const copy;
+    QAction* const paste;
     QAction* const remove;
+    QAction* const undoRemoval;
     QAction* const refresh;
     QAction* const thumbnails;
     QAction* const list;

@@ -1,21 +1,29 @@
 #include "DocumentCommands.h"
 
+#include "ConflictPictures.h"
 #include "DocumentsView.h"
 #include "MessageBar.h"
 #include "Questions.h"
+#include "Texts.h"
 #include "Transfers.h"
 
 #include <apps/common/PrintableText.h>
 #include <host/CloudDocumentsModel.h>
+#include <host/session/CloudFacts.h>
 #include <host/session/CloudSession.h>
 
+#include <QClipboard>
 #include <QDesktopServices>
 #include <QDir>
 #include <QFileDialog>
-#include <QMimeDatabase>
+#include <QGuiApplication>
 #include <QSettings>
 #include <QStandardPaths>
 #include <QUrl>
+
+#include <algorithm>
+#include <filesystem>
+#include <utility>
 
 namespace Norlis::Window {
 
@@ -24,18 +32,40 @@ using State = PDF::FileInfo::CloudStatus;
 
 namespace {
 
-const auto downloadFolderKey = QStringLiteral("downloadFolder");
+// Documents with which is done at once what the user wants.
+constexpr int maxRemovals = 10;
+constexpr int maxUploadsOfFolders = 50;
 
-bool IsPdf(const QString& path)
-{
-    return QFileInfo(path).isFile() && QMimeDatabase().mimeTypeForFile(path).inherits("application/pdf");
-}
+const auto downloadFolderKey = QStringLiteral("downloadFolder");
 
 } // namespace
 
-DocumentCommands::DocumentCommands(const Parts& parts, QWidget& widget) : parts(parts), widget(widget)
+DocumentCommands::DocumentCommands(const Parts& parts, QWidget& widget)
+    : parts(parts),
+      widget(widget),
+      removals(parts.session, parts.message),
+      copied(parts.session, parts.transfers)
 {
-    connect(&parts.transfers, &Transfers::OpenRequested, this, &DocumentCommands::OpenFile);
+    connect(&search, &PdfSearch::Found, this, &DocumentCommands::OnFound);
+    connect(&parts.transfers, &Transfers::OpenRequested, this, &DocumentCommands::OnFetched);
+    // Later, since it may change the list of transfers.
+    connect(&parts.transfers, &Transfers::DecisionNeeded, this, &DocumentCommands::Decide, Qt::QueuedConnection);
+    connect(&parts.session, &Host::CloudSession::Failed, this, &DocumentCommands::OnFailed);
+    connect(&parts.session, &Host::CloudSession::ListRefreshed, this, &DocumentCommands::OnListRefreshed);
+    connect(&parts.session, &Host::CloudSession::LocalCopyChanged, this, &DocumentCommands::OnEdited);
+    connect(&parts.session, &Host::CloudSession::DocumentUploaded, this,
+            [this] { this->parts.message.Close(Topic::edited); });
+}
+
+DocumentCommands::~DocumentCommands()
+{
+    for (const QString& kept : qAsConst(older)) {
+        offered.append(kept);
+    }
+    for (const QString& kept : qAsConst(offered)) {
+        QFile::remove(kept);
+        QDir().rmdir(QFileInfo(kept).path());
+    }
 }
 
 void DocumentCommands::ChooseUploads()
@@ -47,8 +77,31 @@ void DocumentCommands::ChooseUploads()
     dialog->open();
 }
 
+void DocumentCommands::Paste()
+{
+    const QStringList paths = LocalPaths(QGuiApplication::clipboard()->mimeData());
+    if (paths.isEmpty()) {
+        parts.message.Show(Topic::files, tr("There are no files on the clipboard."), {});
+    } else {
+        Upload(paths);
+    }
+}
+
+void DocumentCommands::OfferUpload(const QStringList& paths)
+{
+    QStringList names;
+    for (const QString& path : paths) {
+        names.append(Apps::Printable(QFileInfo(path).fileName()));
+    }
+    AskToUpload(widget, names, [this, paths] { Upload(paths); });
+}
+
 void DocumentCommands::Upload(const QStringList& paths)
 {
+    if (std::any_of(paths.begin(), paths.end(), [](const QString& path) { return QFileInfo(path).isDir(); })) {
+        search.Start(paths);
+        return;
+    }
     QHash<QString, QString> idByPath;
     for (int row = 0; row < parts.model.rowCount(); ++row) {
         const QString path = parts.model.index(row).data(Model::PathRole).toString();
@@ -70,7 +123,7 @@ void DocumentCommands::Upload(const QStringList& paths)
         }
     }
     ReplaceInCloud(changed);
-    parts.transfers.Upload(fresh);
+    UploadNew(fresh);
     if (refused.isEmpty()) {
         parts.message.Close(Topic::files);
     } else {
@@ -79,8 +132,53 @@ void DocumentCommands::Upload(const QStringList& paths)
             refused.size() == 1
                 ? tr("“%1” is not a PDF document and was not uploaded.").arg(refused.first())
                 : tr("%n of the files are not PDF documents and were not uploaded.", nullptr, refused.size()),
-            {});
+            refused.size() == 1 ? QString() : SomeOf(refused));
     }
+}
+
+void DocumentCommands::OnFound(const QStringList& paths)
+{
+    if (paths.isEmpty()) {
+        parts.message.Show(Topic::files, tr("There are no PDF documents in the folder."), {});
+    } else if (paths.size() > PdfSearch::maxFound) {
+        parts.message.Show(Topic::files,
+                           tr("There are more than %n PDF documents in the folder.", nullptr, PdfSearch::maxFound),
+                           tr("Nothing was uploaded. Choose a folder with fewer."));
+    } else if (paths.size() > maxUploadsOfFolders) {
+        OfferUpload(paths);
+    } else {
+        Upload(paths);
+    }
+}
+
+void DocumentCommands::UploadNew(const QStringList& paths)
+{
+    QStringList free;
+    QStringList taken;
+    for (const QString& path : paths) {
+        (parts.session.DocumentNamed(QFileInfo(path).fileName()).isEmpty() ? free : taken).append(path);
+    }
+    parts.transfers.Upload(free);
+    if (taken.isEmpty()) {
+        return;
+    }
+    QStringList names;
+    QStringList ids;
+    for (const QString& path : qAsConst(taken)) {
+        names.append(Apps::Printable(QFileInfo(path).fileName()));
+        ids.append(parts.session.DocumentNamed(QFileInfo(path).fileName()));
+    }
+    AskAboutTakenNames(widget, names, [this, taken, ids, asked = VersionsOf(ids)](bool replaces) {
+        if (!replaces) {
+            parts.transfers.Upload(taken);
+        } else if (VersionsOf(ids) != asked) {
+            UploadNew(taken); // asks again: the list has learned of versions that the question was not about
+        } else {
+            for (int index = 0; index < taken.size(); ++index) {
+                parts.transfers.ReplaceWith(ids[index], taken[index]);
+            }
+        }
+    });
 }
 
 QString DocumentCommands::DownloadFolder() const
@@ -106,11 +204,13 @@ void DocumentCommands::Download(const QString& folder)
 {
     const auto indexes = parts.view.selectionModel()->selectedIndexes();
     for (const auto& index : indexes) {
+        const QString id = index.data(Model::IdRole).toString();
         const QString path = index.data(Model::PathRole).toString();
-        const QString usual = path.isEmpty() ? DownloadFolder() : QFileInfo(path).absolutePath();
+        const bool isTheUsers = !path.isEmpty() && !path.startsWith(parts.session.ViewingFolder(id));
+        const QString usual = isTheUsers ? QFileInfo(path).absolutePath() : DownloadFolder();
         const QString target = folder.isEmpty() ? usual : folder;
         QDir().mkpath(target);
-        parts.transfers.Download(index.data(Model::IdRole).toString(), target);
+        parts.transfers.Download(id, target);
     }
 }
 
@@ -118,18 +218,62 @@ void DocumentCommands::Open()
 {
     const QStringList ids = parts.view.SelectedIds();
     for (const QString& id : ids) {
-        const QString path = parts.model.index(parts.model.RowOf(id)).data(Model::PathRole).toString();
-        if (QFileInfo::exists(path)) {
+        const auto index = parts.model.index(parts.model.RowOf(id));
+        const QString path = index.data(Model::PathRole).toString();
+        const bool isOlder = index.data(Model::StateRole).toInt() == static_cast<int>(State::ChangedInCloud);
+        const bool isHere = QFileInfo::exists(path);
+        if (isHere && !(isOlder && parts.session.IsSignedIn())) {
             OpenFile(path);
-        } else {
-            QDir().mkpath(DownloadFolder());
-            parts.transfers.Download(id, DownloadFolder(), true);
+            continue;
         }
+        // What is only to be opened does not come among the user's own files.
+        const QString folder = isHere ? QFileInfo(path).path() : parts.session.ViewingFolder(id);
+        QDir().mkpath(folder);
+        if (isHere) {
+            KeepOlder(id, path);
+        }
+        parts.transfers.Download(id, folder, true);
     }
+}
+
+void DocumentCommands::KeepOlder(const QString& id, const QString& path)
+{
+    // A second name for the file, which keeps its content when the download takes the first one.
+    const QString folder = parts.session.ViewingFolder(id) + "/older";
+    const QString kept = folder + '/' + QFileInfo(path).fileName();
+    QDir().mkpath(folder);
+    QFile::remove(kept);
+    std::error_code failure;
+    std::filesystem::create_hard_link(QFile::encodeName(path).constData(), QFile::encodeName(kept).constData(),
+                                      failure);
+    if (!failure) {
+        older.insert(path, kept);
+    }
+}
+
+void DocumentCommands::OnFetched(const QString& path)
+{
+    OpenFile(path);
+    const QString kept = older.take(path);
+    if (!kept.isEmpty()) {
+        QFile::setPermissions(kept, QFile::ReadOwner); // changes would go nowhere
+        offered.append(kept);
+        parts.message.Show(
+            Topic::edited, tr("A newer version of “%1” was fetched.").arg(Apps::Printable(QFileInfo(path).fileName())),
+            {}, {{tr("Open the Older One"), [kept] { QDesktopServices::openUrl(QUrl::fromLocalFile(kept)); }}},
+            MessageBar::Kind::Notice);
+    }
+}
+
+void DocumentCommands::OnEdited(const QString& path, const QString& id)
+{
+    parts.message.Show(Topic::edited, tr("“%1” was changed.").arg(Apps::Printable(QFileInfo(path).fileName())), {},
+                       {{tr("Upload Changes"), [this, id] { ReplaceInCloud({id}); }}}, MessageBar::Kind::Notice);
 }
 
 void DocumentCommands::OpenFile(const QString& path)
 {
+    parts.session.WatchLocalCopy(path);
     if (!QDesktopServices::openUrl(QUrl::fromLocalFile(path))) {
         parts.message.Show(Topic::files, tr("“%1” cannot be opened.").arg(Apps::Printable(QFileInfo(path).fileName())),
                            tr("No program for opening PDF documents was found. The document is at %1.")
@@ -170,15 +314,109 @@ void DocumentCommands::ReplaceInCloud(const QStringList& ids)
         return;
     }
     // While the question waits for its answer, the list may learn of versions that it is not about.
-    AskToReplace(widget, NamesOf(conflicts), [this, conflicts, asked = VersionsOf(conflicts)] {
-        if (VersionsOf(conflicts) != asked) {
+    const auto answer = [this, conflicts, asked = VersionsOf(conflicts)](ConflictChoice choice) {
+        if (choice == ConflictChoice::UseMine && VersionsOf(conflicts) != asked) {
             ReplaceInCloud(conflicts);
             return;
         }
         for (const QString& id : conflicts) {
-            parts.transfers.ReplaceInCloud(id);
+            Settle(id, choice);
         }
-    });
+    };
+    const bool isOnlyOne = conflicts.size() == 1;
+    QMessageBox& question =
+        AskAboutConflicts(widget, NamesOf(conflicts), isOnlyOne ? VersionsText(conflicts.first()) : QString(), answer);
+    if (isOnlyOne) {
+        const QString path = parts.model.index(parts.model.RowOf(conflicts.first())).data(Model::PathRole).toString();
+        new ConflictPictures(parts.session, conflicts.first(), path, question);
+    }
+}
+
+void DocumentCommands::Settle(const QString& id, ConflictChoice choice)
+{
+    switch (choice) {
+    case ConflictChoice::KeepBoth:
+        parts.transfers.KeepBoth(id);
+        break;
+    case ConflictChoice::UseMine:
+        parts.transfers.ReplaceInCloud(id);
+        break;
+    case ConflictChoice::UseCloud:
+        parts.transfers.UseCloudVersion(id);
+        break;
+    }
+}
+
+void DocumentCommands::Decide(const QString& id, const QString& file, const QString& folder)
+{
+    if (!file.isEmpty()) {
+        UploadNew({file});
+        return;
+    }
+    const int state = parts.model.index(parts.model.RowOf(id)).data(Model::StateRole).toInt();
+    if (folder.isEmpty() || state == static_cast<int>(State::ChangedOnBothSides)) {
+        ReplaceInCloud({id});
+    } else if (state == static_cast<int>(State::ChangedLocally)) {
+        AskAboutLocalChanges(widget, NameOf(id), [this, id](ConflictChoice choice) {
+            if (choice == ConflictChoice::UseMine) {
+                ReplaceInCloud({id});
+            } else {
+                Settle(id, choice);
+            }
+        });
+    } else {
+        parts.transfers.Download(id, folder);
+    }
+}
+
+QString DocumentCommands::VersionsText(const QString& id) const
+{
+    const auto* facts = parts.session.Facts(id);
+    const QFileInfo file(parts.model.index(parts.model.RowOf(id)).data(Model::PathRole).toString());
+    if (!facts || !file.exists()) {
+        return {};
+    }
+    return tr("Here: %1, %2").arg(SizeText(file.size()), DateText(file.lastModified())) + '\n' +
+           tr("In the cloud: %1, %2").arg(SizeText(static_cast<qint64>(facts->size)), DateText(facts->modifiedAt));
+}
+
+void DocumentCommands::OnFailed(const Host::CloudProblem& problem)
+{
+    if (problem.request == Host::CloudProblem::Request::Upload &&
+        problem.cause.kind == Social::OAuth2::FailureKind::Conflict) {
+        conflicted.append(problem.subject);
+        parts.session.Refresh(); // what stands in the cloud has to be known before anybody is asked
+    }
+}
+
+void DocumentCommands::OnListRefreshed()
+{
+    QStringList ids;
+    const QStringList paths = std::exchange(conflicted, {});
+    for (const QString& path : paths) {
+        const QString id = parts.session.DocumentAt(path);
+        if (parts.model.index(parts.model.RowOf(id)).data(Model::StateRole).toInt() ==
+            static_cast<int>(State::ChangedOnBothSides)) {
+            ids.append(id);
+        }
+    }
+    ReplaceInCloud(ids);
+}
+
+void DocumentCommands::Copy()
+{
+    QStringList present;
+    QSet<QString> absent;
+    const QStringList ids = parts.view.SelectedIds();
+    for (const QString& id : ids) {
+        const QString path = parts.model.index(parts.model.RowOf(id)).data(Model::PathRole).toString();
+        if (QFileInfo(path).isFile()) {
+            present.append(path);
+        } else {
+            absent.insert(id);
+        }
+    }
+    copied.Copy(present, absent);
 }
 
 void DocumentCommands::Remove()
@@ -187,18 +425,41 @@ void DocumentCommands::Remove()
     if (ids.isEmpty()) {
         return;
     }
+    if (ids.size() <= maxRemovals) {
+        RemoveLater(ids);
+        return;
+    }
     AskToRemove(widget, NamesOf(ids), [this, ids, asked = VersionsOf(ids)] {
         parts.message.Close(Topic::removal);
         const QStringList now = VersionsOf(ids); // see above
+        QStringList unchanged;
+        QString changed;
         for (int index = 0; index < ids.size(); ++index) {
             if (now[index] == asked[index]) {
-                parts.session.Remove(ids[index]);
+                unchanged.append(ids[index]);
             } else {
-                parts.message.Show(Topic::removal, tr("“%1” was not removed.").arg(NameOf(ids[index])),
-                                   tr("It has changed in the cloud since you were asked."));
+                changed = ids[index];
             }
         }
+        RemoveLater(unchanged);
+        if (!changed.isEmpty()) {
+            parts.message.Show(Topic::removal, tr("“%1” was not removed.").arg(NameOf(changed)),
+                               tr("It has changed in the cloud since you were asked."));
+        }
     });
+}
+
+void DocumentCommands::RemoveLater(const QStringList& ids)
+{
+    if (!ids.isEmpty()) {
+        removals.Remove(ids, ids.size() == 1 ? tr("“%1” was removed.").arg(NameOf(ids.first()))
+                                             : tr("%n documents were removed.", nullptr, ids.size()));
+    }
+}
+
+RemovalUndo& DocumentCommands::Removals()
+{
+    return removals;
 }
 
 QString DocumentCommands::NameOf(const QString& id) const

@@ -1,5 +1,10 @@
 #pragma once
 
+#include "CopiedDocuments.h"
+#include "PdfSearch.h"
+#include "RemovalUndo.h"
+
+#include <QHash>
 #include <QObject>
 #include <QStringList>
 
@@ -9,6 +14,7 @@ class QWidget;
 namespace Norlis::Host {
 class CloudDocumentsModel;
 class CloudSession;
+struct CloudProblem;
 } // namespace Norlis::Host
 
 namespace Norlis::Window {
@@ -16,6 +22,7 @@ namespace Norlis::Window {
 class DocumentsView;
 class MessageBar;
 class Transfers;
+enum class ConflictChoice;
 
 /// Carries out what the user chooses to do with documents, and asks before anything would be lost.
 class DocumentCommands : public QObject {
@@ -34,10 +41,16 @@ public:
 
     /// \param widget parent of the dialogs
     DocumentCommands(const Parts& parts, QWidget& widget);
+    ~DocumentCommands() override;
 
-    /// Uploads PDF files. Local copies of documents replace those documents; all others become new documents.
+    /// Uploads PDF files, and those in folders. Local copies of documents replace those documents; all others become
+    /// new documents.
     void Upload(const QStringList& paths);
     void ChooseUploads();
+    void Paste();
+
+    /// Uploads them if the user agrees.
+    void OfferUpload(const QStringList& paths);
 
     // These act on the selected documents.
 
@@ -46,7 +59,10 @@ public:
     void ChooseDownloadFolder();
     void Open();
     void UploadChanges();
+    void Copy();
     void Remove();
+
+    RemovalUndo& Removals();
 
     /// Ids of the selected documents whose local copies have changed.
     QStringList ChangedHere() const;
@@ -55,16 +71,38 @@ public:
     QString NameOf(const QString& id) const;
 
 private:
+    /// At once for the view, with Undo.
+    void RemoveLater(const QStringList& ids);
     void OpenFile(const QString& path);
+
+    /// See Transfers::DecisionNeeded.
+    void Decide(const QString& id, const QString& file, const QString& folder);
+    void OnFound(const QStringList& paths);
+    void UploadNew(const QStringList& paths);
     void ReplaceInCloud(const QStringList& ids);
+    void Settle(const QString& id, ConflictChoice choice);
+    QString VersionsText(const QString& id) const;
+    void OnFailed(const Host::CloudProblem& problem);
+    void OnListRefreshed();
+    void OnFetched(const QString& path);
+    void OnEdited(const QString& path, const QString& id);
     QString DownloadFolder() const;
     QStringList NamesOf(const QStringList& ids) const;
 
     /// Of the cloud copies, as the list shows them now.
     QStringList VersionsOf(const QStringList& ids) const;
 
+    /// Keeps the content of a local copy that is about to be replaced; not if it is on another file system.
+    void KeepOlder(const QString& id, const QString& path);
+
     const Parts parts;
     QWidget& widget;
+    RemovalUndo removals;
+    CopiedDocuments copied;
+    PdfSearch search;
+    QHash<QString, QString> older; ///< where what is about to be replaced is, by path of the local copy
+    QStringList offered;           ///< such files that can be opened; deleted at the end
+    QStringList conflicted;        ///< paths of uploads that met another version; asked about when the list is there
 };
 
 } // namespace Norlis::Window

@@ -52,7 +52,9 @@ QPalette::ColorRole TextRole(const QStyleOptionViewItem& option)
 QColor MutedColor(const QStyleOptionViewItem& option)
 {
     QColor color = option.palette.color(TextRole(option));
-    color.setAlphaF(0.7);
+    if (!(option.state & QStyle::State_Selected)) { // whose colours have no contrast to spare
+        color.setAlphaF(0.7);
+    }
     return color;
 }
 
@@ -96,6 +98,15 @@ DocumentDelegate::DocumentDelegate(Thumbnails& thumbnails, QObject* parent)
 void DocumentDelegate::SetMode(DisplayMode newMode)
 {
     mode = newMode;
+}
+
+void DocumentDelegate::SetUnreadable(const QString& id, bool isUnreadable)
+{
+    if (isUnreadable) {
+        unreadable.insert(id);
+    } else {
+        unreadable.remove(id);
+    }
 }
 
 QSize DocumentDelegate::CellSize(const QFontMetrics& metrics, int viewWidth) const
@@ -208,7 +219,9 @@ QRect DocumentDelegate::PaintPreview(QPainter& painter, const QRect& box, const 
         painter.setBrush(option.palette.color(QPalette::Base));
         painter.drawRect(target.adjusted(0, 0, -1, -1));
         const int inset = target.width() / 4;
-        PaintGlyph(painter, target.adjusted(inset, inset, -inset, -inset), Glyph::Document, rim);
+        const bool isTorn = unreadable.contains(index.data(Model::IdRole).toString());
+        PaintGlyph(painter, target.adjusted(inset, inset, -inset, -inset), isTorn ? Glyph::Unreadable : Glyph::Document,
+                   rim);
         return target;
     }
     painter.drawPixmap(target, preview);

@@ -15,6 +15,9 @@ class DocumentDelegate : public QStyledItemDelegate {
 public:
     explicit DocumentDelegate(Thumbnails& thumbnails, QObject* parent = nullptr);
 
+    /// Whether the page in the place of a missing preview is a torn one.
+    void SetUnreadable(const QString& id, bool isUnreadable);
+
     void SetMode(DisplayMode newMode);
 
     /// The size of one document, for a view of that width.
@@ -30,6 +33,7 @@ private:
                        const QModelIndex& index) const;
 
     Thumbnails& thumbnails;
+    QSet<QString> unreadable; ///< ids
     DisplayMode mode = DisplayMode::Thumbnails;
 };
 

@@ -5,7 +5,10 @@
 #include <apps/common/PrintableText.h>
 #include <host/CloudDocumentsModel.h>
 
+#include <QFileInfo>
+#include <QMimeData>
 #include <QRegularExpression>
+#include <QUrl>
 
 #include <algorithm>
 
@@ -86,13 +89,41 @@ QVariant DocumentsFilter::data(const QModelIndex& index, int role) const
     return role == Qt::ToolTipRole ? ToolTipText(lines) : lines.join(", ");
 }
 
+Qt::ItemFlags DocumentsFilter::flags(const QModelIndex& index) const
+{
+    const Qt::ItemFlags common = QSortFilterProxyModel::flags(index);
+    return index.data(Model::PathRole).toString().isEmpty() ? common : common | Qt::ItemIsDragEnabled;
+}
+
+QStringList DocumentsFilter::mimeTypes() const
+{
+    return {"text/uri-list"};
+}
+
+QMimeData* DocumentsFilter::mimeData(const QModelIndexList& indexes) const
+{
+    QList<QUrl> urls;
+    for (const auto& index : indexes) {
+        const QString path = index.data(Model::PathRole).toString();
+        if (QFileInfo(path).isFile()) {
+            urls.append(QUrl::fromLocalFile(path));
+        }
+    }
+    const auto dragged = new QMimeData; // which the caller takes
+    dragged->setUrls(urls);
+    return dragged;
+}
+
 bool DocumentsFilter::filterAcceptsRow(int sourceRow, const QModelIndex& sourceParent) const
 {
+    const auto index = sourceModel()->index(sourceRow, 0, sourceParent);
+    if (index.data(Model::HiddenRole).toBool()) {
+        return false;
+    }
     if (words.isEmpty()) {
         return true;
     }
-    const auto name = sourceModel()->index(sourceRow, 0, sourceParent).data(Model::NameRole).toString();
-    const QString& folded = NameOf(name).folded;
+    const QString& folded = NameOf(index.data(Model::NameRole).toString()).folded;
     return std::all_of(words.begin(), words.end(), [&](const QString& word) { return folded.contains(word); });
 }
 

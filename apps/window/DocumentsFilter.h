@@ -9,7 +9,8 @@
 
 namespace Norlis::Window {
 
-/// The documents that match the search, in the order that the user chose, with texts for tooltips and screen readers.
+/// The documents that match the search and are not to be removed, in the order that the user chose, with texts for
+/// tooltips and screen readers.
 class DocumentsFilter : public QSortFilterProxyModel {
     Q_OBJECT
 
@@ -25,6 +26,12 @@ public:
     void SortBy(Order newOrder, Qt::SortOrder direction);
 
     QVariant data(const QModelIndex& index, int role) const override;
+
+    // Documents can be dragged to other programs when they have a local copy.
+
+    Qt::ItemFlags flags(const QModelIndex& index) const override;
+    QStringList mimeTypes() const override;
+    QMimeData* mimeData(const QModelIndexList& indexes) const override;
 
 protected:
     bool filterAcceptsRow(int sourceRow, const QModelIndex& sourceParent) const override;

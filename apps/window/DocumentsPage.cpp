@@ -1,9 +1,10 @@
 #include "DocumentsPage.h"
 
 #include "DocumentsView.h"
+#include "DropHint.h"
 #include "EmptyPage.h"
 #include "MessageBar.h"
-#include "StorageBar.h"
+#include "StatusLine.h"
 #include "Texts.h"
 #include "TransfersPanel.h"
 
@@ -12,8 +13,8 @@
 #include <QAction>
 #include <QComboBox>
 #include <QDragEnterEvent>
-#include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMimeData>
 #include <QShortcut>
 #include <QSplitter>
@@ -52,18 +53,6 @@ constexpr std::array<OrderChoice, 4> orderChoices = {{
     {DocumentsFilter::Order::Size, Qt::DescendingOrder},
 }};
 
-QStringList LocalPaths(const QMimeData& data)
-{
-    QStringList paths;
-    const auto urls = data.urls();
-    for (const QUrl& url : urls) {
-        if (url.isLocalFile()) {
-            paths.append(url.toLocalFile());
-        }
-    }
-    return paths;
-}
-
 } // namespace
 
 DocumentsPage::DocumentsPage(CloudSession& session, QSettings& settings, QWidget* parent)
@@ -80,8 +69,8 @@ DocumentsPage::DocumentsPage(CloudSession& session, QSettings& settings, QWidget
       stack(new QStackedWidget),
       view(new DocumentsView),
       empty(new EmptyPage),
-      status(new QLabel),
-      storage(new StorageBar),
+      dropHint(new DropHint(*stack)),
+      status(new StatusLine),
       commands({session, settings, model, *view, transfers, *message}, *this)
 {
     setObjectName("documentsPage");
@@ -108,7 +97,7 @@ DocumentsPage::~DocumentsPage()
 void DocumentsPage::SignIn(const QString& newToken)
 {
     token = newToken;
-    session.Cloud().Authorization(token);
+    session.StaySignedIn(token);
     UpdateStatus();
 }
 
@@ -125,6 +114,11 @@ void DocumentsPage::OnSignedIn()
 void DocumentsPage::FocusDocuments()
 {
     stack->currentWidget()->setFocus(); // the view is given the focus later if the page is empty now
+}
+
+void DocumentsPage::OfferUpload(const QStringList& files)
+{
+    commands.OfferUpload(files);
 }
 
 void DocumentsPage::AddMenusTo(QMenuBar& bar)
@@ -151,13 +145,22 @@ void DocumentsPage::Arrange()
     splitter->setStretchFactor(0, 1);
     const int line = fontMetrics().lineSpacing();
     splitter->setSizes({line * 40, line * 9});
+    connect(panel, &TransfersPanel::Collapsed, splitter, [splitter, panel, large = line * 9](bool isCollapsed) mutable {
+        const QList<int> sizes = splitter->sizes();
+        const int all = sizes.first() + sizes.last();
+        if (isCollapsed) {
+            large = sizes.last();
+        }
+        const int wanted = isCollapsed ? panel->maximumHeight() : large;
+        splitter->setSizes({all - wanted, wanted}); // it does not give away by itself what the panel does not take
+    });
 
     const auto layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     layout->addWidget(Tools());
     layout->addWidget(splitter, 1);
-    layout->addWidget(Status());
+    layout->addWidget(status);
 }
 
 QWidget* DocumentsPage::Tools()
@@ -174,7 +177,7 @@ QWidget* DocumentsPage::Tools()
     connect(clear, &QAction::triggered, search, &QLineEdit::clear);
     connect(search, &QLineEdit::textChanged, clear,
             [clear](const QString& text) { clear->setVisible(!text.isEmpty()); });
-    search->addAction(GlyphIcon(Glyph::Search), QLineEdit::LeadingPosition);
+    search->addAction(GlyphIcon(Glyph::Search), QLineEdit::LeadingPosition)->setText(search->accessibleName());
     order->setObjectName("order");
     order->setAccessibleName(tr("Sort order"));
     order->setToolTip(order->accessibleName());
@@ -193,19 +196,6 @@ QWidget* DocumentsPage::Tools()
     return both;
 }
 
-QWidget* DocumentsPage::Status()
-{
-    const auto row = new QFrame;
-    status->setObjectName("status");
-    status->setTextFormat(Qt::PlainText);
-    const auto layout = new QHBoxLayout(row);
-    const int gap = fontMetrics().height() / 3;
-    layout->setContentsMargins(2 * gap, gap, 2 * gap, gap);
-    layout->addWidget(status, 1);
-    layout->addWidget(storage);
-    return row;
-}
-
 void DocumentsPage::ConnectSession()
 {
     const auto& cloud = session.Cloud();
@@ -214,7 +204,7 @@ void DocumentsPage::ConnectSession()
         isRefreshing = true;
         UpdateStatus();
     });
-    connect(&cloud, &AbstractCloudManager::RetrievingUserQuotaFinished, storage, &StorageBar::Show);
+    connect(&cloud, &AbstractCloudManager::RetrievingUserQuotaFinished, &status->Storage(), &StorageBar::Show);
     connect(&session, &CloudSession::ListRefreshed, this, [this] {
         isRefreshing = false;
         refreshedAt = QDateTime::currentDateTime();
@@ -225,10 +215,21 @@ void DocumentsPage::ConnectSession()
         UpdateEmptyPage();
         UpdateStatus();
     });
+    connect(&session, &CloudSession::RemovalPendingChanged, &model, &Host::CloudDocumentsModel::SetHidden);
     connect(&session, &CloudSession::ManyDocumentsGone, this, &DocumentsPage::OnManyGone);
     connect(&session, &CloudSession::PreviewStored, this,
-            [this](const QString&, const QString&, const QString& path) { view->ForgetPreview(path); });
+            [this](const QString& id, const QString&, const QString& path) {
+                view->ForgetPreview(path);
+                view->SetUnreadable(id, false);
+            });
+    connect(&session, &CloudSession::PreviewMissing, view,
+            [this](const QString& id) { view->SetUnreadable(id, true); });
     connect(&session, &CloudSession::Failed, this, &DocumentsPage::OnFailed);
+    connect(&session, &CloudSession::ConnectionChanged, this, [this] {
+        UpdateStatus();
+        UpdateActions();
+    });
+    connect(status, &StatusLine::TryNowChosen, &session, &CloudSession::TryNow);
 }
 
 void DocumentsPage::ConnectDocuments()
@@ -246,7 +247,10 @@ void DocumentsPage::ConnectDocuments()
     actionsUpdate.setSingleShot(true);
     connect(&actionsUpdate, &QTimer::timeout, this, &DocumentsPage::UpdateActions);
     connect(&filter, &QAbstractItemModel::dataChanged, &actionsUpdate, qOverload<>(&QTimer::start));
-    connect(view, &DocumentsView::SelectionChanged, this, &DocumentsPage::UpdateActions);
+    connect(view, &DocumentsView::SelectionChanged, this, [this] {
+        UpdateActions();
+        UpdateStatus();
+    });
     connect(view, &DocumentsView::ShownChanged, &session, &CloudSession::ShowPreviews);
     connect(view, &DocumentsView::activated, &commands, &DocumentCommands::Open);
     connect(&transfers, &Transfers::CountsChanged, this, &DocumentsPage::UpdateActions);
@@ -256,10 +260,17 @@ void DocumentsPage::ConnectSearch()
 {
     connect(search, &QLineEdit::textChanged, this, [this](const QString& text) {
         filter.Search(text);
+        view->scrollToTop();
         UpdateEmptyPage();
         UpdateStatus();
+        UpdateActions();
     });
-    connect(search, &QLineEdit::returnPressed, this, [this] { view->setFocus(); });
+    connect(search, &QLineEdit::returnPressed, this, [this] {
+        view->setFocus();
+        if (view->SelectedIds().isEmpty()) {
+            view->setCurrentIndex(filter.index(0, 0));
+        }
+    });
     const auto escape = new QShortcut(Qt::Key_Escape, search, nullptr, nullptr, Qt::WidgetShortcut);
     connect(escape, &QShortcut::activated, this, [this] {
         search->clear();
@@ -292,8 +303,16 @@ void DocumentsPage::ConnectActions()
     connectTo(actions.downloadTo, [this] { commands.ChooseDownloadFolder(); });
     connectTo(actions.open, [this] { commands.Open(); });
     connectTo(actions.uploadChanges, [this] { commands.UploadChanges(); });
+    connectTo(actions.copy, [this] { commands.Copy(); });
+    connectTo(actions.paste, [this] { commands.Paste(); });
     connectTo(actions.remove, [this] { commands.Remove(); });
+    connectTo(actions.undoRemoval, [this] { commands.Removals().Undo(); });
+    connect(&commands.Removals(), &RemovalUndo::PossibleChanged, this, &DocumentsPage::UpdateActions);
     connectTo(actions.refresh, [this] {
+        if (IsOffline()) {
+            session.TryNow();
+            return;
+        }
         session.Refresh();
         session.Cloud().UserQuota();
     });
@@ -304,7 +323,7 @@ void DocumentsPage::ConnectActions()
         search->selectAll();
     });
     connectTo(actions.signOut, [this] { emit SignOutRequested(); });
-    view->addActions({actions.open, actions.download, actions.downloadTo, actions.uploadChanges, actions.remove});
+    connect(view, &DocumentsView::MenuRequested, this, &DocumentsPage::ShowMenu);
 }
 
 void DocumentsPage::Restore()
@@ -316,7 +335,7 @@ void DocumentsPage::Restore()
 
 bool DocumentsPage::HasRunningTransfers() const
 {
-    return transfers.CountOf(Transfers::Status::Running) > 0;
+    return transfers.CountOfActive() > 0;
 }
 
 void DocumentsPage::ShowProblem(const QString& title, const QString& detail)
@@ -326,17 +345,50 @@ void DocumentsPage::ShowProblem(const QString& title, const QString& detail)
 
 void DocumentsPage::dragEnterEvent(QDragEnterEvent* event)
 {
-    if (!LocalPaths(*event->mimeData()).isEmpty()) {
-        event->setDropAction(Qt::CopyAction);
-        event->accept();
+    const QStringList paths = LocalPaths(event->mimeData());
+    if (!paths.isEmpty() && !event->source()) { // which is the view when documents are dragged to another program
+        event->setDropAction(dropHint->Show(paths) ? Qt::CopyAction : Qt::IgnoreAction);
+        event->accept(); // otherwise nobody would tell when they have left
     }
+}
+
+void DocumentsPage::dragMoveEvent(QDragMoveEvent* event)
+{
+    event->setDropAction(dropHint->IsUseful() ? Qt::CopyAction : Qt::IgnoreAction);
+    event->accept();
+}
+
+void DocumentsPage::dragLeaveEvent(QDragLeaveEvent*)
+{
+    dropHint->hide();
 }
 
 void DocumentsPage::dropEvent(QDropEvent* event)
 {
+    dropHint->hide();
     event->setDropAction(Qt::CopyAction);
     event->accept();
-    commands.Upload(LocalPaths(*event->mimeData()));
+    commands.Upload(LocalPaths(event->mimeData()));
+}
+
+void DocumentsPage::ShowMenu(const QPoint& place, bool isOnDocument)
+{
+    const auto menu = new QMenu(this);
+    menu->setObjectName("contextMenu");
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    if (isOnDocument) {
+        actions.AddDocumentEntriesTo(*menu);
+    } else {
+        actions.AddGeneralEntriesTo(*menu);
+        const auto sorting = menu->addMenu(tr("&Sort By"));
+        for (int choice = 0; choice < order->count(); ++choice) {
+            const auto entry = sorting->addAction(order->itemText(choice));
+            entry->setCheckable(true);
+            entry->setChecked(choice == order->currentIndex());
+            connect(entry, &QAction::triggered, order, [this, choice] { order->setCurrentIndex(choice); });
+        }
+    }
+    menu->popup(place);
 }
 
 void DocumentsPage::SetMode(DisplayMode mode)
@@ -349,6 +401,7 @@ void DocumentsPage::SetMode(DisplayMode mode)
 void DocumentsPage::SortBy(int choice)
 {
     filter.SortBy(orderChoices.at(choice).order, orderChoices.at(choice).direction);
+    view->scrollToTop();
     settings.setValue(Key::order, choice);
 }
 
@@ -358,6 +411,12 @@ void DocumentsPage::OnFailed(const CloudProblem& problem)
     if (problem.request == CloudProblem::Request::List) {
         isRefreshing = false;
         UpdateStatus();
+    }
+    const bool isConnecting =
+        problem.request == CloudProblem::Request::SignIn || problem.request == CloudProblem::Request::List;
+    if (isConnecting && IsOffline()) {
+        status->Explain({ProblemDetail(problem), TechnicalText(problem)});
+        return; // the line at the bottom says so, and counts the seconds
     }
     if (problem.request != CloudProblem::Request::SignIn && !session.IsSignedIn()) {
         if (isSignedIn) { // otherwise an earlier request has reported it
@@ -372,17 +431,20 @@ void DocumentsPage::OnFailed(const CloudProblem& problem)
     switch (problem.request) {
     case CloudProblem::Request::SignIn:
         message->Show(Topic::signIn, title, detail, {{tr("Try Again"), [this] { SignIn(token); }}, signInAgain});
+        message->SetDetails(TechnicalText(problem));
         UpdateStatus();
         break;
     case CloudProblem::Request::List:
         message->Show(Topic::list, title, detail, {{tr("Try Again"), [this] { session.Refresh(); }}});
+        message->SetDetails(TechnicalText(problem));
         break;
     case CloudProblem::Request::Remove:
         message->Show(Topic::removal, title, detail,
                       {{tr("Try Again"), [this, id = problem.subject] { session.Remove(id); }}});
+        message->SetDetails(TechnicalText(problem));
         break;
     case CloudProblem::Request::Quota:
-        storage->Show(Social::NorlisCloudProtocol::unknownQuota, Social::NorlisCloudProtocol::unknownQuota);
+        status->Storage().Show(Social::NorlisCloudProtocol::unknownQuota, Social::NorlisCloudProtocol::unknownQuota);
         break;
     case CloudProblem::Request::Upload:
     case CloudProblem::Request::Download:
@@ -402,13 +464,16 @@ void DocumentsPage::OnManyGone(int gone, int before)
 void DocumentsPage::UpdateActions()
 {
     const bool isAnySelected = !view->SelectedIds().isEmpty();
-    actions.Update({isSignedIn, HasRunningTransfers(), isAnySelected, !commands.ChangedHere().isEmpty()});
+    const bool isTransferring =
+        transfers.CountOfActive() > transfers.CountOf(Transfers::Status::Waiting); // which keep nothing busy
+    actions.Update({isSignedIn, IsOffline(), isTransferring, isAnySelected, !commands.ChangedHere().isEmpty(),
+                    commands.Removals().IsPossible()});
 }
 
 void DocumentsPage::UpdateEmptyPage()
 {
     const bool isEmpty = filter.rowCount() == 0;
-    if (isEmpty && model.rowCount() > 0) {
+    if (isEmpty && model.VisibleCount() > 0) {
         empty->Show(Glyph::Search, tr("No matching documents"), tr("You searched for “%1”.").arg(search->text()),
                     tr("Clear Search"));
     } else if (isEmpty && refreshedAt.isNull()) {
@@ -422,14 +487,25 @@ void DocumentsPage::UpdateEmptyPage()
 
 void DocumentsPage::UpdateStatus()
 {
-    const int shown = filter.rowCount();
-    const QString count = shown == model.rowCount() ? tr("%n document(s)", nullptr, shown)
-                                                    : tr("%1 of %n document(s)", nullptr, model.rowCount()).arg(shown);
-    const QString when = isRefreshing           ? tr("refreshing…")
-                         : !token.isEmpty()     ? tr("signing in…")
-                         : refreshedAt.isNull() ? QString()
-                                                : tr("as of %1").arg(TimeText(refreshedAt.time()));
-    status->setText(when.isEmpty() ? count : count + " · " + when);
+    StatusLine::Situation situation;
+    situation.shown = filter.rowCount();
+    situation.all = model.VisibleCount();
+    const auto selected = view->selectionModel()->selectedIndexes();
+    situation.selected = selected.size();
+    for (const auto& index : selected) {
+        situation.selectedSize += index.data(Host::CloudDocumentsModel::SizeRole).toLongLong();
+    }
+    situation.isRefreshing = isRefreshing;
+    situation.isSigningIn = !token.isEmpty();
+    situation.refreshedAt = refreshedAt;
+    situation.isOffline = IsOffline();
+    situation.nextAttempt = session.NextAttempt();
+    status->Show(situation);
+}
+
+bool DocumentsPage::IsOffline() const
+{
+    return session.ConnectionState() == CloudSession::Connection::Offline;
 }
 
 } // namespace Norlis::Window

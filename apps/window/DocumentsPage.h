@@ -13,7 +13,6 @@
 #include <QWidget>
 
 class QComboBox;
-class QLabel;
 class QLineEdit;
 class QMenuBar;
 class QStackedWidget;
@@ -23,9 +22,10 @@ namespace Norlis::Window {
 
 class DocumentsView;
 enum class DisplayMode;
+class DropHint;
 class EmptyPage;
 class MessageBar;
-class StorageBar;
+class StatusLine;
 
 /// Shows the documents of one session, and what can be done with them.
 class DocumentsPage : public QWidget {
@@ -45,6 +45,9 @@ public:
     /// The menus live as long as the page.
     void AddMenusTo(QMenuBar& bar);
 
+    /// See MainWindow.
+    void OfferUpload(const QStringList& files);
+
     /// Gives the documents the keyboard focus.
     void FocusDocuments();
 
@@ -59,12 +62,13 @@ signals:
 
 protected:
     void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dragLeaveEvent(QDragLeaveEvent* event) override;
     void dropEvent(QDropEvent* event) override;
 
 private:
     void Arrange();
     QWidget* Tools();
-    QWidget* Status();
     void ConnectSession();
     void ConnectDocuments();
     void ConnectSearch();
@@ -74,12 +78,14 @@ private:
 
     void SetMode(DisplayMode mode);
     void SortBy(int choice);
+    void ShowMenu(const QPoint& place, bool isOnDocument);
 
     void OnFailed(const Host::CloudProblem& problem);
     void OnManyGone(int gone, int before);
     void UpdateActions();
     void UpdateEmptyPage();
     void UpdateStatus();
+    bool IsOffline() const;
 
     Host::CloudSession& session;
     QSettings& settings;
@@ -95,8 +101,8 @@ private:
     QStackedWidget* const stack;
     DocumentsView* const view;
     EmptyPage* const empty;
-    QLabel* const status;
-    StorageBar* const storage;
+    DropHint* const dropHint;
+    StatusLine* const status;
     DocumentCommands commands;
 
     QTimer actionsUpdate; ///< combines many changes into one update

@@ -1,8 +1,9 @@
 #include "DocumentsView.h"
 
+#include "QuietScrollBar.h"
 #include <host/CloudDocumentsModel.h>
 
-#include <QEvent>
+#include <QContextMenuEvent>
 #include <QScrollBar>
 
 #include <algorithm>
@@ -29,9 +30,11 @@ DocumentsView::DocumentsView(QWidget* parent) : QListView(parent)
     setMovement(Static);
     setVerticalScrollMode(ScrollPerPixel);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    // A scroll bar that appears and disappears changes the width, which can make it appear again.
+    setVerticalScrollBar(new QuietScrollBar(this));
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
-    setContextMenuPolicy(Qt::ActionsContextMenu);
+    setDragEnabled(true); // which setMovement has taken away
+    setDragDropMode(DragOnly);
+    setDefaultDropAction(Qt::CopyAction);
     setMouseTracking(true);
     setFrameShape(NoFrame);
     // Whichever document it belongs to, only what is visible is repainted.
@@ -75,6 +78,23 @@ void DocumentsView::ForgetPreview(const QString& path)
 {
     thumbnails.Forget(path);
     viewport()->update();
+}
+
+void DocumentsView::SetUnreadable(const QString& id, bool isUnreadable)
+{
+    delegate.SetUnreadable(id, isUnreadable);
+    viewport()->update();
+}
+
+void DocumentsView::contextMenuEvent(QContextMenuEvent* event)
+{
+    if (event->reason() == QContextMenuEvent::Keyboard) {
+        const bool isOnDocument = selectionModel()->hasSelection();
+        const QPoint place = isOnDocument ? visualRect(currentIndex()).center() : viewport()->rect().center();
+        emit MenuRequested(viewport()->mapToGlobal(place), isOnDocument);
+    } else {
+        emit MenuRequested(event->globalPos(), indexAt(event->pos()).isValid());
+    }
 }
 
 QStringList DocumentsView::ShownIds() const

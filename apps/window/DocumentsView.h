@@ -22,13 +22,20 @@ public:
     /// To be called when the preview in that file has changed.
     void ForgetPreview(const QString& path);
 
+    /// To be called when the service has no preview of a document, or has one again.
+    void SetUnreadable(const QString& id, bool isUnreadable);
+
 signals:
     void SelectionChanged();
+
+    /// The user asks for a menu, at this place on the screen.
+    void MenuRequested(const QPoint& place, bool isOnDocument);
 
     /// Which documents are in view has changed. Emitted a few times a second while the user scrolls.
     void ShownChanged(const QStringList& ids);
 
 protected:
+    void contextMenuEvent(QContextMenuEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;

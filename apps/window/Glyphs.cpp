@@ -68,6 +68,10 @@ QPainterPath PathOf(Glyph glyph)
         Line(path, {{12, 5}, {12, 13}});
         Line(path, {{12, 18}, {12, 18.2}});
         break;
+    case Glyph::Copy:
+        Line(path, {{8, 8}, {20, 8}, {20, 21}, {8, 21}, {8, 8}});
+        Line(path, {{5, 16}, {4, 16}, {4, 3}, {16, 3}, {16, 5}});
+        break;
     case Glyph::Document:
         Line(path, {{14, 3}, {6, 3}, {6, 21}, {18, 21}, {18, 7}, {14, 3}, {14, 7}, {18, 7}});
         break;
@@ -94,6 +98,10 @@ QPainterPath PathOf(Glyph glyph)
         Line(path, {{11, 5}, {5, 5}, {5, 19}, {19, 19}, {19, 13}});
         Line(path, {{11, 13}, {20, 4}});
         Line(path, {{14, 4}, {20, 4}, {20, 10}});
+        break;
+    case Glyph::Paste:
+        Line(path, {{9, 4}, {5, 4}, {5, 21}, {19, 21}, {19, 4}, {15, 4}});
+        path.addRect(9, 2.5, 6, 3.5);
         break;
     case Glyph::Refresh:
         path.arcMoveTo(QRectF(4, 4, 16, 16), 45);
@@ -123,6 +131,10 @@ QPainterPath PathOf(Glyph glyph)
                 path.addRect(x, y, 6, 6);
             }
         }
+        break;
+    case Glyph::Unreadable: // a page torn in two
+        Line(path, {{6, 10}, {6, 3}, {14, 3}, {18, 7}, {18, 9}, {15, 12}, {12, 9}, {9, 12}, {6, 10}});
+        Line(path, {{6, 15}, {6, 21}, {18, 21}, {18, 14}, {15, 17}, {12, 14}, {9, 17}, {6, 15}});
         break;
     case Glyph::Upload:
         AddArrow(path, {12, 15}, {12, 4});

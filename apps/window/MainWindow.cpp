@@ -10,11 +10,13 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScreen>
 #include <QStackedWidget>
 
 #include <glog/logging.h>
 
 #include <chrono>
+#include <utility>
 
 namespace Norlis::Window {
 
@@ -42,15 +44,18 @@ MainWindow::MainWindow(const QString& dataFolder)
     setCentralWidget(pages);
     const auto program = menuBar()->addMenu(tr("&Application"));
     const auto quit = program->addAction(tr("&Quit"), this, &MainWindow::close);
-    quit->setShortcut(QKeySequence::Quit);
+    quit->setShortcuts({QKeySequence::Quit, QKeySequence::Close});
     quit->setMenuRole(QAction::QuitRole);
     connect(welcome, &WelcomePage::Chosen, this, &MainWindow::SignIn);
     connect(welcome, &WelcomePage::Canceled, this, [this] {
         CloseSession();
         welcome->SetBusy(false);
     });
-    resize(fontMetrics().averageCharWidth() * 170, fontMetrics().lineSpacing() * 52);
-    restoreGeometry(settings.value(Key::geometry).toByteArray());
+    if (!restoreGeometry(settings.value(Key::geometry).toByteArray())) {
+        const QRect available = screen()->availableGeometry();
+        resize(QSize(1100, 760).boundedTo(available.size() * 85 / 100));
+        move(available.center() - rect().center());
+    }
 }
 
 MainWindow::~MainWindow()
@@ -129,7 +134,7 @@ void MainWindow::SignIn(const QUrl& service, const QString& token, const Host::S
     const bool isTokenGiven = Host::IsFolder(service) || token != Host::CloudAccount::TokenForNone();
     connect(session.get(), &CloudSession::Failed, welcome,
             [this, isTokenGiven](const Host::CloudProblem& problem) { OnSignInFailed(problem, isTokenGiven); });
-    session->Cloud().Authorization(used);
+    session->StaySignedIn(used);
 }
 
 void MainWindow::OnSignInFailed(const Host::CloudProblem& problem, bool isTokenGiven)
@@ -137,8 +142,12 @@ void MainWindow::OnSignInFailed(const Host::CloudProblem& problem, bool isTokenG
     const auto failed = problem; // the original is destroyed with the session
     CloseSession();
     welcome->SetBusy(false);
-    const QString missing = isTokenGiven ? QString() : tr("No password or token was given.") + ' ';
-    welcome->ShowProblem(ProblemTitle(failed, {}), missing + ProblemDetail(failed));
+    const bool isRefused = failed.cause.kind == Social::OAuth2::FailureKind::NotSignedIn;
+    const QString missing = isTokenGiven || !isRefused ? QString() : tr("No password or token was given.") + ' ';
+    if (!isRefused) {
+        welcome->FocusService(); // rather than the password, which is not what is wrong
+    }
+    welcome->ShowProblem(ProblemTitle(failed, {}), missing + ProblemDetail(failed), TechnicalText(failed));
 }
 
 void MainWindow::ShowDocuments()
@@ -165,11 +174,43 @@ void MainWindow::ShowDocuments()
             AskForService(again);
         },
         Qt::QueuedConnection);
+    OfferUpload({});
+}
+
+void MainWindow::Settle(const std::function<void()>& action)
+{
+    connect(
+        session.get(), &CloudSession::ReadyToClose, this,
+        [this, action] {
+            isSettled = true;
+            action();
+        },
+        Qt::QueuedConnection); // the session must not be destroyed while it emits
+    session->PrepareToClose();
+}
+
+void MainWindow::ComeToFront()
+{
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+    raise();
+    activateWindow();
+}
+
+void MainWindow::OfferUpload(const QStringList& files)
+{
+    offered += files;
+    if (documents && !offered.isEmpty()) {
+        documents->OfferUpload(std::exchange(offered, {}));
+    }
 }
 
 void MainWindow::SignOut()
 {
-    session->Cloud().Logout();
+    if (session->HasPendingRemovals() && !isSettled) {
+        Settle([this] { SignOut(); });
+        return;
+    }
+    session->SignOut();
     QString problem;
     try {
         account->Forget();
@@ -179,8 +220,9 @@ void MainWindow::SignOut()
     QMetaObject::invokeMethod(
         this,
         [this, problem] {
+            const QUrl last = account->Service();
             CloseSession();
-            AskForService({});
+            AskForService(last);
             if (!problem.isEmpty()) {
                 welcome->ShowProblem(tr("The settings could not be saved."), problem);
             }
@@ -215,6 +257,7 @@ void MainWindow::CloseSession()
     setWindowTitle(tr("Documents"));
     session.reset();
     account.reset();
+    isSettled = false;
 }
 
 void MainWindow::CloseWithoutAsking()
@@ -231,6 +274,12 @@ void MainWindow::closeEvent(QCloseEvent* event)
             isCloseConfirmed = true;
             close();
         });
+        return;
+    }
+    if (session && session->HasPendingRemovals() && !isSettled) {
+        event->ignore();
+        setEnabled(false);
+        Settle([this] { close(); });
         return;
     }
     settings.setValue(Key::geometry, saveGeometry());

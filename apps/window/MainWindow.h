@@ -31,6 +31,12 @@ public:
     /// Signs in to that service, or asks for its password.
     void OpenService(const QUrl& service);
 
+    void ComeToFront();
+
+    /// Asks whether to upload the files, as soon as there are documents to add them to.
+    /// \param files absolute paths
+    void OfferUpload(const QStringList& files);
+
     /// Closes without question or message box: transfers are cancelled, and a failure to save the list is only logged.
     void CloseWithoutAsking();
 
@@ -43,6 +49,9 @@ private:
     void OnSignInFailed(const Host::CloudProblem& problem, bool isTokenGiven);
     void ShowDocuments();
     void SignOut();
+
+    /// Sends what the user could still have taken back, then runs the action.
+    void Settle(const std::function<void()>& action);
 
     /// Runs the action, if need be when the user has agreed.
     void RunConfirmed(bool needsConfirmation, const QString& question, const QString& consent,
@@ -59,8 +68,10 @@ private:
     QStackedWidget* const pages;
     WelcomePage* const welcome;
     DocumentsPage* documents = nullptr; ///< while there is a list to show
+    QStringList offered;                ///< files
     bool isCloseConfirmed = false;
     bool isClosingWithoutAsking = false;
+    bool isSettled = false; ///< there is nothing left to send
 };
 
 } // namespace Norlis::Window

@@ -8,10 +8,17 @@
 #include <QPushButton>
 #include <QStyle>
 #include <QToolButton>
+#include <QVBoxLayout>
 
 namespace Norlis::Window {
 
-MessageBar::MessageBar(QWidget* parent) : QFrame(parent), text(new QLabel), buttonRow(new QHBoxLayout)
+MessageBar::MessageBar(QWidget* parent)
+    : QFrame(parent),
+      icon(new QLabel),
+      text(new QLabel),
+      details(new QLabel),
+      showDetails(new QToolButton),
+      buttonRow(new QHBoxLayout)
 {
     setObjectName("message");
     setFrameShape(StyledPanel);
@@ -20,23 +27,32 @@ MessageBar::MessageBar(QWidget* parent) : QFrame(parent), text(new QLabel), butt
     setForegroundRole(QPalette::ToolTipText);
     setAccessibleName(tr("Message"));
 
-    const auto icon = new QLabel;
-    const int edge = style()->pixelMetric(QStyle::PM_SmallIconSize);
-    icon->setPixmap(style()->standardIcon(QStyle::SP_MessageBoxWarning).pixmap(edge, edge));
     text->setObjectName("messageText");
-    text->setTextFormat(Qt::PlainText); // parts come from the server
-    text->setWordWrap(true);
-    text->setForegroundRole(QPalette::ToolTipText);
-    text->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    details->setObjectName("messageDetails");
+    for (QLabel* const label : {text, details}) {
+        label->setTextFormat(Qt::PlainText); // parts come from the server
+        label->setWordWrap(true);
+        label->setForegroundRole(QPalette::ToolTipText);
+        label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    }
+    showDetails->setObjectName("showDetails");
+    showDetails->setText(tr("Details"));
+    showDetails->setAutoRaise(true);
+    showDetails->setCheckable(true);
+    connect(showDetails, &QToolButton::toggled, details, &QWidget::setVisible);
     const auto close = new QToolButton;
     close->setIcon(GlyphIcon(Glyph::Cancel));
     close->setAutoRaise(true);
     close->setToolTip(tr("Close the message"));
     close->setAccessibleName(close->toolTip());
 
+    const auto texts = new QVBoxLayout;
+    texts->addWidget(text);
+    texts->addWidget(details);
     const auto layout = new QHBoxLayout(this);
     layout->addWidget(icon);
-    layout->addWidget(text, 1);
+    layout->addLayout(texts, 1);
+    layout->addWidget(showDetails);
     layout->addLayout(buttonRow);
     layout->addWidget(close);
     connect(close, &QToolButton::clicked, this, [this] { Close(topic); });
@@ -44,11 +60,15 @@ MessageBar::MessageBar(QWidget* parent) : QFrame(parent), text(new QLabel), butt
 }
 
 void MessageBar::Show(const QString& newTopic, const QString& title, const QString& detail,
-                      const QVector<Remedy>& remedies)
+                      const QVector<Remedy>& remedies, Kind kind)
 {
     topic = newTopic;
+    const auto picture = kind == Kind::Problem ? QStyle::SP_MessageBoxWarning : QStyle::SP_MessageBoxInformation;
+    const int edge = style()->pixelMetric(QStyle::PM_SmallIconSize);
+    icon->setPixmap(style()->standardIcon(picture).pixmap(edge, edge));
     text->setText(detail.isEmpty() ? title : title + ' ' + detail);
     text->setAccessibleName(text->text());
+    SetDetails({});
     for (const auto old : qAsConst(buttons)) {
         old->hide();
         old->deleteLater(); // it may have been clicked just now
@@ -66,6 +86,14 @@ void MessageBar::Show(const QString& newTopic, const QString& title, const QStri
     show();
     QAccessibleEvent event(text, QAccessible::Alert);
     QAccessible::updateAccessibility(&event);
+}
+
+void MessageBar::SetDetails(const QString& newDetails)
+{
+    details->setText(newDetails);
+    details->hide();
+    showDetails->setChecked(false);
+    showDetails->setVisible(!newDetails.isEmpty());
 }
 
 void MessageBar::Close(const QString& closed)

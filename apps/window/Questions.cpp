@@ -1,5 +1,7 @@
 #include "Questions.h"
 
+#include "Texts.h"
+
 #include <QCoreApplication>
 #include <QMessageBox>
 #include <QPushButton>
@@ -13,37 +15,81 @@ struct Questions {
     Q_DECLARE_TR_FUNCTIONS(Norlis::Window::Questions)
 };
 
-/// \param consent the title of the box and the text of the button that confirms
-void Ask(QWidget& widget, const QString& name, const QString& question, const QString& explanation,
-         const QString& consent, const std::function<void()>& action)
+struct Answer {
+    QString text;
+    std::function<void()> action;
+};
+
+/// \param answers beside Cancel, the first of which is the default unless it destroys something
+QMessageBox& Ask(QWidget& widget, const QString& name, const QString& question, const QString& explanation,
+                 const QVector<Answer>& answers, bool isDestructive)
 {
-    const auto box = new QMessageBox(QMessageBox::Question, consent, question, QMessageBox::Cancel, &widget);
+    const auto box =
+        new QMessageBox(QMessageBox::Question, widget.window()->windowTitle(), question, QMessageBox::Cancel, &widget);
     box->setObjectName(name);
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->setTextFormat(Qt::PlainText); // names come from the server
     box->setInformativeText(explanation);
-    const QAbstractButton* const yes = box->addButton(consent, QMessageBox::DestructiveRole);
     box->setDefaultButton(QMessageBox::Cancel);
-    QObject::connect(box, &QMessageBox::buttonClicked, &widget, [yes, action](const QAbstractButton* button) {
-        if (button == yes) {
-            action();
+    for (const Answer& answer : answers) {
+        const auto button =
+            box->addButton(answer.text, isDestructive ? QMessageBox::DestructiveRole : QMessageBox::AcceptRole);
+        QObject::connect(button, &QAbstractButton::clicked, &widget, answer.action);
+        if (!isDestructive && &answer == &answers.first()) {
+            box->setDefaultButton(button);
         }
-    });
+    }
     box->open();
+    return *box;
 }
 
 } // namespace
 
-void AskToReplace(QWidget& widget, const QStringList& names, const std::function<void()>& action)
+QMessageBox& AskAboutConflicts(QWidget& widget, const QStringList& names, const QString& versions,
+                               const std::function<void(ConflictChoice)>& action)
 {
     const QString question =
         names.size() == 1
-            ? Questions::tr("“%1” has changed in the cloud too. Replace it?").arg(names.first())
-            : Questions::tr("%n documents have changed in the cloud too. Replace them?", nullptr, names.size());
-    Ask(widget, "confirmReplacement", question,
-        Questions::tr("The changes made in the cloud will be lost. To keep both versions, download the one in the "
-                      "cloud to another folder first."),
-        Questions::tr("Replace"), action);
+            ? Questions::tr("“%1” was changed both here and in the cloud.").arg(names.first())
+            : Questions::tr("%n documents were changed both here and in the cloud.", nullptr, names.size());
+    const QString explanation =
+        Questions::tr("Keep Both uploads yours as a new document with another name. With Use Mine the version in the "
+                      "cloud is lost, with Use the Cloud’s the one on this computer.");
+    const auto choose = [action](ConflictChoice choice) { return [action, choice] { action(choice); }; };
+    return Ask(widget, "conflict", question, (versions.isEmpty() ? SomeOf(names) : versions) + "\n\n" + explanation,
+               {{Questions::tr("Keep Both"), choose(ConflictChoice::KeepBoth)},
+                {Questions::tr("Use Mine"), choose(ConflictChoice::UseMine)},
+                {Questions::tr("Use the Cloud’s"), choose(ConflictChoice::UseCloud)}},
+               false);
+}
+
+void AskAboutLocalChanges(QWidget& widget, const QString& name, const std::function<void(ConflictChoice)>& action)
+{
+    Ask(widget, "localChanges", Questions::tr("“%1” has changes on this computer that are not in the cloud.").arg(name),
+        Questions::tr("With Use the Cloud’s they are lost."),
+        {{Questions::tr("Upload Changes"), [action] { action(ConflictChoice::UseMine); }},
+         {Questions::tr("Use the Cloud’s"), [action] { action(ConflictChoice::UseCloud); }}},
+        false);
+}
+
+void AskAboutTakenNames(QWidget& widget, const QStringList& names, const std::function<void(bool)>& action)
+{
+    const QString question = names.size() == 1
+                                 ? Questions::tr("There is a document “%1” in the cloud already.").arg(names.first())
+                                 : Questions::tr("There are documents with the names of %n files in the cloud already.",
+                                                 nullptr, names.size());
+    Ask(widget, "takenNames", question,
+        Questions::tr("Keep Both gives what is uploaded another name. With Replace the version in the cloud is lost."),
+        {{Questions::tr("Keep Both"), [action] { action(false); }},
+         {Questions::tr("Replace"), [action] { action(true); }}},
+        false);
+}
+
+void AskToUpload(QWidget& widget, const QStringList& names, const std::function<void()>& action)
+{
+    const QString question = names.size() == 1 ? Questions::tr("Upload “%1”?").arg(names.first())
+                                               : Questions::tr("Upload %n files?", nullptr, names.size());
+    Ask(widget, "confirmUpload", question, {}, {{Questions::tr("Upload"), action}}, false);
 }
 
 void AskToRemove(QWidget& widget, const QStringList& names, const std::function<void()>& action)
@@ -51,8 +97,10 @@ void AskToRemove(QWidget& widget, const QStringList& names, const std::function<
     const QString question = names.size() == 1
                                  ? Questions::tr("Remove “%1” from the cloud?").arg(names.first())
                                  : Questions::tr("Remove %n documents from the cloud?", nullptr, names.size());
-    Ask(widget, "confirmRemoval", question, Questions::tr("This cannot be undone. Copies on this computer are kept."),
-        Questions::tr("Remove"), action);
+    Ask(widget, "confirmRemoval", question,
+        SomeOf(names) + "\n\n" +
+            Questions::tr("Copies on this computer are kept. For ten seconds, Undo takes it back."),
+        {{Questions::tr("Remove"), action}}, true);
 }
 
 } // namespace Norlis::Window

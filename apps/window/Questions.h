@@ -4,14 +4,31 @@
 
 #include <functional>
 
+class QMessageBox;
 class QWidget;
 
 namespace Norlis::Window {
 
 // Each opens a dialog over the widget and returns at once; the action runs if the user agrees while the widget exists.
 
-/// Before documents are replaced that have changed in the cloud too.
-void AskToReplace(QWidget& widget, const QStringList& names, const std::function<void()>& action);
+/// What to do about a document that was changed both here and in the cloud.
+enum class ConflictChoice { KeepBoth, UseMine, UseCloud };
+
+/// About documents that were changed both here and in the cloud. Returns the question, which deletes itself.
+/// \param versions what is known of the two versions of a single document, for the user; may be empty
+QMessageBox& AskAboutConflicts(QWidget& widget, const QStringList& names, const QString& versions,
+                               const std::function<void(ConflictChoice)>& action);
+
+/// Before a document is downloaded whose local copy has changes.
+/// \param action told UseMine or UseCloud
+void AskAboutLocalChanges(QWidget& widget, const QString& name, const std::function<void(ConflictChoice)>& action);
+
+/// Before files are uploaded whose names documents in the cloud have.
+/// \param action told whether the documents are to be replaced; otherwise the new ones get other names
+void AskAboutTakenNames(QWidget& widget, const QStringList& names, const std::function<void(bool)>& action);
+
+/// Before files are uploaded that another program has named.
+void AskToUpload(QWidget& widget, const QStringList& names, const std::function<void()>& action);
 
 /// Before documents are removed from the cloud.
 void AskToRemove(QWidget& widget, const QStringList& names, const std::function<void()>& action);

@@ -1,5 +1,7 @@
 #include "Texts.h"
 
+#include "ServiceTexts.h"
+
 #include <apps/common/PrintableText.h>
 #include <contracts/NorlisCloudProtocol.h>
 
@@ -20,6 +22,17 @@ struct Texts {
     Q_DECLARE_TR_FUNCTIONS(Texts)
 };
 
+QString TimeLeftText(qint64 seconds)
+{
+    constexpr qint64 minute = 60;
+    constexpr qint64 hour = 60 * minute;
+    if (seconds < 2 * minute) {
+        return Texts::tr("%1 s left").arg(seconds);
+    }
+    return seconds < 2 * hour ? Texts::tr("%1 min left").arg((seconds + minute - 1) / minute)
+                              : Texts::tr("%1 h left").arg((seconds + hour - 1) / hour);
+}
+
 QString AsSentence(QString text)
 {
     if (!text.isEmpty() && !text.endsWith('.')) {
@@ -35,8 +48,21 @@ QString SizeText(qint64 bytes)
     return QLocale().formattedDataSize(bytes, bytes < 1024 ? 0 : 1);
 }
 
-QString ToolTipText(const QStringList& lines)
+QString ProgressText(qint64 transferred, qint64 size, std::optional<double> rate, std::optional<qint64> left)
 {
+    QStringList parts = {Texts::tr("%1 of %2").arg(SizeText(transferred), SizeText(size))};
+    if (rate) {
+        parts.append(Texts::tr("%1/s").arg(SizeText(static_cast<qint64>(*rate))));
+    }
+    if (left) {
+        parts.append(TimeLeftText(*left));
+    }
+    return parts.join(" · ");
+}
+
+QString ToolTipText(QStringList lines)
+{
+    lines.removeAll(QString());
     return Qt::convertFromPlainText(lines.join('\n'), Qt::WhiteSpaceNormal);
 }
 
@@ -99,7 +125,20 @@ QString ProblemTitle(const Host::CloudProblem& problem, const QString& name)
 QString ProblemDetail(const Host::CloudProblem& problem)
 {
     const QString reason = problem.cause.reason.isEmpty() ? problem.message : problem.cause.reason;
-    return Apps::Printable((AsSentence(reason) + ' ' + AsSentence(problem.cause.advice)).trimmed());
+    const QString advice = InUsersLanguage(problem.cause.advice);
+    return Apps::Printable((AsSentence(InUsersLanguage(reason)) + ' ' + AsSentence(advice)).trimmed());
+}
+
+QString TechnicalText(const Host::CloudProblem& problem)
+{
+    return Apps::Printable(problem.cause.details);
+}
+
+QString SomeOf(const QStringList& names)
+{
+    constexpr int most = 5;
+    const QString first = names.mid(0, most).join(", ");
+    return names.size() <= most ? first : Texts::tr("%1 and %n more", nullptr, names.size() - most).arg(first);
 }
 
 QString StorageText(int usedMiB, int totalMiB)
@@ -108,7 +147,9 @@ QString StorageText(int usedMiB, int totalMiB)
     if (usedMiB < 0) {
         return isLimited ? Texts::tr("%1 of storage").arg(SizeText(totalMiB * bytesPerMiB)) : QString();
     }
-    const QString used = SizeText(usedMiB * bytesPerMiB);
+    // Used storage is rounded up: of so little no more is known.
+    const QString used =
+        usedMiB == 1 ? Texts::tr("Up to %1").arg(SizeText(bytesPerMiB)) : SizeText(usedMiB * bytesPerMiB);
     return isLimited ? Texts::tr("%1 of %2 used").arg(used, SizeText(totalMiB * bytesPerMiB))
                      : Texts::tr("%1 used").arg(used);
 }

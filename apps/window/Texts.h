@@ -5,14 +5,21 @@
 #include <QDateTime>
 #include <QStringList>
 
+#include <optional>
+
 namespace Norlis::Window {
 
 // Texts and figures in the user's language.
 
 QString SizeText(qint64 bytes);
 
-/// Escaped for a tooltip, which would otherwise interpret markup.
-QString ToolTipText(const QStringList& lines);
+/// How far a transfer is, or several together, as in "115 of 500 MB · 8.1 MB/s · 47 s left".
+/// \param rate in bytes per second; with the next, nothing while it is not known
+/// \param left in seconds
+QString ProgressText(qint64 transferred, qint64 size, std::optional<double> rate, std::optional<qint64> left);
+
+/// Escaped for a tooltip, which would otherwise interpret markup. Empty lines are left out.
+QString ToolTipText(QStringList lines);
 
 /// In local time; empty for an invalid one.
 QString DateText(const QDateTime& date);
@@ -29,6 +36,12 @@ QString ProblemTitle(const Host::CloudProblem& problem, const QString& name);
 
 /// The reason and what to do, in the service's own words.
 QString ProblemDetail(const Host::CloudProblem& problem);
+
+/// What the libraries below said of it, for experts; often empty.
+QString TechnicalText(const Host::CloudProblem& problem);
+
+/// Names, as many as can be read at a glance, as in "a.pdf, b.pdf and 3 more".
+QString SomeOf(const QStringList& names);
 
 /// Figures of a quota in MiB; NorlisCloudProtocol::unknownQuota and unlimitedQuota are allowed too.
 QString StorageText(int usedMiB, int totalMiB);

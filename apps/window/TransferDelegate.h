@@ -4,7 +4,7 @@
 
 namespace Norlis::Window {
 
-/// Paints a transfer: direction, name, progress or outcome, and at the end a button to cancel or retry it.
+/// Paints a transfer: direction, name, progress or outcome, and at the end a button for what can be done about it.
 class TransferDelegate : public QStyledItemDelegate {
     Q_OBJECT
 
@@ -18,7 +18,10 @@ public:
 
 signals:
     /// The button at the end of the row was clicked.
-    void Clicked(int row);
+    void Clicked(const QModelIndex& index);
+
+private:
+    QPersistentModelIndex pressed; ///< the row whose button was pressed last
 };
 
 } // namespace Norlis::Window

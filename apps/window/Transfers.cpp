@@ -4,38 +4,33 @@
 
 #include <apps/common/PrintableText.h>
 #include <base/Utf8.h>
+#include <host/session/CloudFacts.h>
 
 #include <QDir>
 #include <QFileInfo>
 
 #include <algorithm>
+#include <utility>
 
 namespace Norlis::Window {
 
 using Host::CloudProblem;
 using Host::CloudSession;
-using PDF::Cloud::AbstractCloudManager;
+using Social::OAuth2::FailureKind;
 
 namespace {
 
 constexpr int maxFinished = 50; // older ones are dropped
 
-QString IdOf(const PDF::FileInfo& file)
-{
-    return QString::fromStdString(PDF::FileInfo(file).GetId()); // a copy, because its getters are not const
-}
-
 } // namespace
 
 Transfers::Transfers(CloudSession& session, QObject* parent) : QAbstractListModel(parent), session(session)
 {
-    const auto& cloud = session.Cloud();
-    connect(&cloud, &AbstractCloudManager::UploadingProgressValueChanged, this,
+    clock.start();
+    connect(&session, &CloudSession::UploadProgress, this,
             [this](const QString& path, int percent) { SetPercent(Find(false, path), percent); });
-    connect(&cloud, &AbstractCloudManager::DownloadingProgressValueChanged, this,
-            [this](const std::shared_ptr<const PDF::FileInfo>& file, int percent) {
-                SetPercent(Find(true, IdOf(*file)), percent);
-            });
+    connect(&session, &CloudSession::DownloadProgress, this,
+            [this](const QString& id, int percent) { SetPercent(Find(true, id), percent); });
     connect(&session, &CloudSession::DocumentUploaded, this,
             [this](const QString& path) { Finish(Find(false, path), {}); });
     connect(&session, &CloudSession::DocumentDownloaded, this, [this](const QString& id, const QString& path) {
@@ -46,8 +41,13 @@ Transfers::Transfers(CloudSession& session, QObject* parent) : QAbstractListMode
             emit OpenRequested(path);
         }
     });
-    connect(&session, &CloudSession::UploadCanceled, this, [this](const QString& path) { Remove(Find(false, path)); });
-    connect(&session, &CloudSession::DownloadCanceled, this, [this](const QString& id) { Remove(Find(true, id)); });
+    connect(&session, &CloudSession::UploadWaiting, this,
+            [this](const QString& path) { SetWaiting(Find(false, path)); });
+    connect(&session, &CloudSession::DownloadWaiting, this, [this](const QString& id) { SetWaiting(Find(true, id)); });
+    connect(&session, &CloudSession::UploadCanceled, this,
+            [this](const QString& path) { EndWithout(Find(false, path), Status::Canceled); });
+    connect(&session, &CloudSession::DownloadCanceled, this,
+            [this](const QString& id) { EndWithout(Find(true, id), Status::Canceled); });
     connect(&session, &CloudSession::Failed, this, &Transfers::OnFailed);
 }
 
@@ -77,11 +77,29 @@ void Transfers::ReplaceInCloud(const QString& id)
 
 void Transfers::StartChanges(Kind kind, const QString& id)
 {
-    const auto record = session.Documents().GetFileInfo(id);
-    const QString path = record ? QString::fromStdString(record->GetPath().utf8string()) : QString();
-    const QString subject = path.isEmpty() ? id : path;
-    if (Find(false, subject) < 0) {
-        const Transfer transfer = {kind, subject, id, NameOf(id), {}, false};
+    const QString path = PathOf(id);
+    Enter({kind, path.isEmpty() ? id : path, id, NameOf(id), {}, false});
+}
+
+void Transfers::ReplaceWith(const QString& id, const QString& path)
+{
+    Enter({Kind::ReplaceWith, path, id, NameOf(id), {}, false});
+}
+
+void Transfers::KeepBoth(const QString& id)
+{
+    StartChanges(Kind::KeepBoth, id);
+}
+
+void Transfers::UseCloudVersion(const QString& id)
+{
+    const QString path = PathOf(id);
+    Enter({Kind::UseCloudVersion, id, id, NameOf(id), path.isEmpty() ? QString() : QFileInfo(path).path(), false});
+}
+
+void Transfers::Enter(const Transfer& transfer)
+{
+    if (Find(IsDownload(transfer), transfer.subject) < 0) {
         AddRow(transfer);
         Start(transfer);
     }
@@ -89,20 +107,16 @@ void Transfers::StartChanges(Kind kind, const QString& id)
 
 void Transfers::Download(const QString& id, const QString& folder, bool opensWhenDone)
 {
-    if (Find(true, id) < 0) {
-        const Transfer transfer = {Kind::Download, id, id, NameOf(id), folder, opensWhenDone};
-        AddRow(transfer);
-        Start(transfer);
-    }
+    Enter({Kind::Download, id, id, NameOf(id), folder, opensWhenDone});
 }
 
 void Transfers::Cancel(int row)
 {
     const Transfer& transfer = transfers.at(static_cast<std::size_t>(row));
-    if (transfer.status != Status::Running) {
+    if (HasEnded(transfer)) {
         return;
     }
-    if (transfer.kind == Kind::Download) {
+    if (IsDownload(transfer)) {
         session.CancelDownload(QString(transfer.subject)); // a copy, because cancelling changes the list
     } else {
         session.CancelUpload(QString(transfer.subject));
@@ -112,16 +126,28 @@ void Transfers::Cancel(int row)
 void Transfers::TryAgain(int row)
 {
     Transfer& transfer = transfers.at(static_cast<std::size_t>(row));
-    if (transfer.status != Status::Failed || Find(transfer.kind == Kind::Download, transfer.subject) >= 0) {
+    if ((transfer.status != Status::Failed && transfer.status != Status::Canceled) ||
+        Find(IsDownload(transfer), transfer.subject) >= 0) {
         return;
     }
-    if (transfer.kind == Kind::ReplaceInCloud) {
-        // What the user has agreed to is known, and by now there may be yet another version in the cloud.
-        transfer.kind = Kind::UploadChanges;
+    const bool hasLeftOut = transfer.kind == Kind::ReplaceInCloud || transfer.kind == Kind::ReplaceWith ||
+                            transfer.kind == Kind::UseCloudVersion; // a version that the user gave up
+    if ((transfer.status == Status::Failed && transfer.failure == FailureKind::Conflict) ||
+        (hasLeftOut && transfer.versions != VersionsOf(transfer.id))) {
+        const QString file = transfer.kind == Kind::ReplaceWith ? transfer.subject : QString();
+        emit DecisionNeeded(QString(transfer.id), file, QString(transfer.folder)); // copies: the list may change
+        return;
     }
-    transfer.status = Status::Running;
+    if (CountOfActive() == 0) {
+        batch = {};
+    }
+    ++batch.count;
+    batch.size += transfer.size;
+    transfer.status = Status::Queued;
     transfer.percent = 0;
+    transfer.meter = {};
     transfer.detail.clear();
+    transfer.details.clear();
     const Transfer again = transfer;
     Changed(row);
     emit CountsChanged();
@@ -131,7 +157,7 @@ void Transfers::TryAgain(int row)
 void Transfers::Clear()
 {
     for (int row = rowCount() - 1; row >= 0; --row) {
-        if (transfers[row].status != Status::Running) {
+        if (HasEnded(transfers[row])) {
             Remove(row);
         }
     }
@@ -141,6 +167,39 @@ int Transfers::CountOf(Status status) const
 {
     return static_cast<int>(
         std::count_if(transfers.begin(), transfers.end(), [=](const Transfer& each) { return each.status == status; }));
+}
+
+int Transfers::CountOfActive() const
+{
+    return static_cast<int>(
+        std::count_if(transfers.begin(), transfers.end(), [](const Transfer& each) { return !HasEnded(each); }));
+}
+
+QString Transfers::SuccessText() const
+{
+    int uploads = 0;
+    int downloads = 0;
+    for (const Transfer& each : transfers) {
+        if (each.status == Status::Finished) {
+            ++(IsDownload(each) ? downloads : uploads);
+        }
+    }
+    QStringList parts;
+    if (uploads > 0) {
+        parts.append(tr("%n document(s) uploaded", nullptr, uploads));
+    }
+    if (downloads > 0) {
+        parts.append(tr("%n document(s) downloaded", nullptr, downloads));
+    }
+    return parts.join(", ");
+}
+
+QString Transfers::ProgressOfAll() const
+{
+    const qint64 now = clock.elapsed();
+    return tr("%1 of %2").arg(batch.done).arg(batch.count) + " · " +
+           ProgressText(batch.transferred, batch.size, batch.meter.Rate(now),
+                        batch.meter.TimeLeft(batch.size - batch.transferred, now));
 }
 
 int Transfers::rowCount(const QModelIndex& parent) const
@@ -158,13 +217,15 @@ QVariant Transfers::data(const QModelIndex& index, int role) const
     case Qt::DisplayRole:
         return transfer.name;
     case Qt::ToolTipRole:
-        return ToolTipText(transfer.detail.isEmpty() ? QStringList(transfer.name)
-                                                     : QStringList({transfer.name, transfer.detail}));
+        return ToolTipText({transfer.name, transfer.detail, transfer.details});
     case Qt::AccessibleTextRole: {
         const QString state = transfer.status == Status::Failed     ? tr("failed")
                               : transfer.status == Status::Finished ? tr("finished")
+                              : transfer.status == Status::Canceled ? tr("canceled")
+                              : transfer.status == Status::Queued   ? tr("waiting for its turn")
+                              : transfer.status == Status::Waiting  ? tr("waiting for the cloud")
                                                                     : tr("%1%").arg(transfer.percent);
-        const QString text = transfer.kind == Kind::Download ? tr("Download of %1: %2") : tr("Upload of %1: %2");
+        const QString text = IsDownload(transfer) ? tr("Download of %1: %2") : tr("Upload of %1: %2");
         return text.arg(transfer.name, state) + (transfer.detail.isEmpty() ? QString() : ". " + transfer.detail);
     }
     case KindRole:
@@ -173,8 +234,15 @@ QVariant Transfers::data(const QModelIndex& index, int role) const
         return static_cast<int>(transfer.status);
     case PercentRole:
         return transfer.percent;
+    case ProgressRole:
+        return transfer.status == Status::Running
+                   ? ProgressText(transfer.Transferred(), transfer.size, transfer.meter.Rate(clock.elapsed()),
+                                  transfer.meter.TimeLeft(transfer.size - transfer.Transferred(), clock.elapsed()))
+                   : QString();
     case DetailRole:
         return transfer.detail;
+    case ActionRole:
+        return static_cast<int>(ActionFor(transfer));
     default:
         return {};
     }
@@ -182,16 +250,24 @@ QVariant Transfers::data(const QModelIndex& index, int role) const
 
 void Transfers::AddRow(const Transfer& transfer)
 {
-    // This replaces an earlier attempt that failed.
+    // This replaces an earlier attempt.
     for (int row = rowCount() - 1; row >= 0; --row) {
         const Transfer& old = transfers[row];
-        if (old.status == Status::Failed && old.kind == transfer.kind && old.subject == transfer.subject) {
+        if ((old.status == Status::Failed || old.status == Status::Canceled) &&
+            IsDownload(old) == IsDownload(transfer) && old.subject == transfer.subject) {
             Remove(row);
         }
     }
+    if (CountOfActive() == 0) {
+        batch = {};
+    }
     beginInsertRows({}, 0, 0);
     transfers.push_front(transfer);
+    transfers.front().size = SizeOf(transfer);
+    transfers.front().versions = VersionsOf(transfer.id);
     endInsertRows();
+    ++batch.count;
+    batch.size += transfers.front().size;
     emit CountsChanged();
 }
 
@@ -207,8 +283,17 @@ void Transfers::Start(const Transfer& transfer)
     case Kind::ReplaceInCloud:
         session.ReplaceInCloud(transfer.id);
         break;
+    case Kind::ReplaceWith:
+        session.ReplaceWith(transfer.id, transfer.subject);
+        break;
+    case Kind::KeepBoth:
+        session.KeepBoth(transfer.id);
+        break;
     case Kind::Download:
         session.Download(transfer.id, transfer.folder);
+        break;
+    case Kind::UseCloudVersion:
+        session.UseCloudVersion(transfer.id);
         break;
     }
 }
@@ -216,16 +301,70 @@ void Transfers::Start(const Transfer& transfer)
 int Transfers::Find(bool isDownload, const QString& subject) const
 {
     const auto found = std::find_if(transfers.begin(), transfers.end(), [&](const Transfer& each) {
-        return each.status == Status::Running && (each.kind == Kind::Download) == isDownload && each.subject == subject;
+        return !HasEnded(each) && IsDownload(each) == isDownload && each.subject == subject;
     });
     return found == transfers.end() ? -1 : static_cast<int>(found - transfers.begin());
 }
 
+qint64 Transfers::Transfer::Transferred() const
+{
+    return Apps::TransferMeter::BytesAt(percent, size);
+}
+
+qint64 Transfers::SizeOf(const Transfer& transfer) const
+{
+    if (!IsDownload(transfer)) {
+        return QFileInfo(transfer.subject).size();
+    }
+    const auto* facts = session.Facts(transfer.id);
+    return facts ? static_cast<qint64>(facts->size) : 0;
+}
+
+void Transfers::LeaveBatch(const Transfer& transfer)
+{
+    --batch.count;
+    batch.size -= transfer.size;
+    batch.transferred -= transfer.Transferred();
+}
+
+bool Transfers::IsDownload(const Transfer& transfer)
+{
+    return transfer.kind >= Kind::Download;
+}
+
+bool Transfers::HasEnded(const Transfer& transfer)
+{
+    return transfer.status == Status::Finished || transfer.status == Status::Failed ||
+           transfer.status == Status::Canceled;
+}
+
 void Transfers::SetPercent(int row, int percent)
 {
-    if (row >= 0 && transfers[row].percent != percent) {
-        transfers[row].percent = percent;
+    if (row < 0 || (transfers[row].percent == percent && transfers[row].status == Status::Running)) {
+        return;
+    }
+    Transfer& transfer = transfers[row];
+    const bool isNew = std::exchange(transfer.status, Status::Running) != Status::Running;
+    batch.transferred -= transfer.Transferred();
+    transfer.percent = percent;
+    batch.transferred += transfer.Transferred();
+    transfer.meter.Note(transfer.Transferred(), clock.elapsed());
+    batch.meter.Note(batch.transferred, clock.elapsed());
+    Changed(row);
+    if (isNew) {
+        emit CountsChanged();
+    }
+}
+
+void Transfers::SetWaiting(int row)
+{
+    if (row >= 0) {
+        batch.transferred -= transfers[row].Transferred();
+        transfers[row].status = Status::Waiting;
+        transfers[row].percent = 0;
+        transfers[row].meter = {};
         Changed(row);
+        emit CountsChanged();
     }
 }
 
@@ -234,6 +373,8 @@ void Transfers::Finish(int row, const QString& detail)
     if (row < 0) {
         return;
     }
+    batch.transferred += transfers[row].size - transfers[row].Transferred();
+    ++batch.done;
     transfers[row].status = Status::Finished;
     transfers[row].percent = 100;
     transfers[row].detail = detail;
@@ -265,13 +406,22 @@ void Transfers::OnFailed(const CloudProblem& problem)
         return;
     }
     const int row = Find(isDownload, problem.subject);
-    if (row < 0) {
-        return;
+    if (row >= 0) {
+        transfers[row].detail = ProblemDetail(problem);
+        transfers[row].details = TechnicalText(problem);
+        transfers[row].failure = problem.cause.kind;
+        EndWithout(row, Status::Failed);
     }
-    transfers[row].status = Status::Failed;
-    transfers[row].detail = ProblemDetail(problem);
-    Changed(row);
-    emit CountsChanged();
+}
+
+void Transfers::EndWithout(int row, Status status)
+{
+    if (row >= 0) {
+        LeaveBatch(transfers[row]);
+        transfers[row].status = status;
+        Changed(row);
+        emit CountsChanged();
+    }
 }
 
 void Transfers::Changed(int row)
@@ -285,6 +435,33 @@ QString Transfers::NameOf(const QString& id) const
     auto cloudInfo =
         record ? record->GetRedactableCloudInfo() : std::nullopt; // a copy, because its getters are not const
     return Apps::Printable(cloudInfo ? FromUtf8(cloudInfo->GetFileName()) : id);
+}
+
+QString Transfers::PathOf(const QString& id) const
+{
+    const auto record = session.Documents().GetFileInfo(id);
+    return record ? QString::fromStdString(record->GetPath().utf8string()) : QString();
+}
+
+QString Transfers::VersionsOf(const QString& id) const
+{
+    const auto record = session.Documents().GetFileInfo(id);
+    auto cloudInfo = record ? record->GetRedactableCloudInfo() : std::nullopt;
+    return cloudInfo ? QString::fromStdString(record->GetMd5Hash() + ' ' + cloudInfo->GetMd5Hash()) : QString();
+}
+
+Transfers::Action Transfers::ActionFor(const Transfer& transfer)
+{
+    switch (transfer.status) {
+    case Status::Failed:
+        return transfer.failure == FailureKind::Conflict ? Action::Decide : Action::TryAgain;
+    case Status::Canceled:
+        return Action::StartAgain;
+    case Status::Finished:
+        return Action::None;
+    default:
+        return Action::Cancel;
+    }
 }
 
 } // namespace Norlis::Window

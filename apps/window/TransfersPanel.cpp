@@ -8,12 +8,16 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <utility>
 
 namespace Norlis::Window {
 
+using Action = Transfers::Action;
 using Status = Transfers::Status;
 
 namespace {
+
+constexpr int headInterval = 250; // milliseconds
 
 QPushButton* Button(const QString& text, const char* name)
 {
@@ -27,6 +31,26 @@ Status StatusOf(const QModelIndex& index)
     return static_cast<Status>(index.data(Transfers::StatusRole).toInt());
 }
 
+Action ActionOf(const QModelIndex& index)
+{
+    return static_cast<Action>(index.data(Transfers::ActionRole).toInt());
+}
+
+/// Keeps its place while it is hidden: no other button comes under the pointer.
+void KeepPlace(QPushButton& button, const QString& longestText)
+{
+    QSizePolicy policy = button.sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    button.setSizePolicy(policy);
+    const QString text = button.text();
+    button.setText(longestText);
+    button.setMinimumWidth(qMax(button.sizeHint().width(), button.minimumWidth()));
+    button.setText(text);
+}
+
+const QVector<Action> active = {Action::Cancel};
+const QVector<Action> ended = {Action::TryAgain, Action::StartAgain, Action::Decide};
+
 } // namespace
 
 TransfersPanel::TransfersPanel(Transfers& transfers, QWidget* parent)
@@ -34,32 +58,54 @@ TransfersPanel::TransfersPanel(Transfers& transfers, QWidget* parent)
       transfers(transfers),
       title(new QLabel),
       list(new QListView),
+      details(Button(tr("Details"), "transferDetails")),
       cancel(Button(tr("Cancel All"), "cancelTransfers")),
       tryAgain(Button(tr("Try Again"), "tryAgain")),
       clear(Button(tr("Clear"), "clearTransfers"))
 {
     setObjectName("transfersPanel");
-    list->setModel(&transfers);
+    order.setSourceModel(&transfers);
+    order.sort(0);
+    list->setModel(&order);
     Arrange();
     Connect();
     Refresh();
 }
 
+bool TransfersPanel::Order::lessThan(const QModelIndex& left, const QModelIndex& right) const
+{
+    const Status leftStatus = StatusOf(left);
+    const Status rightStatus = StatusOf(right);
+    if (leftStatus != rightStatus) {
+        return leftStatus < rightStatus;
+    }
+    return leftStatus == Status::Finished ? left.row() < right.row() : left.row() > right.row();
+}
+
 void TransfersPanel::Arrange()
 {
     setFrameShape(StyledPanel);
+    title->setObjectName("transfersTitle");
     list->setObjectName("transfers");
     list->setAccessibleName(tr("Transfers"));
-    list->setAccessibleDescription(tr("Press Delete to cancel the selected transfers, Return to retry failed ones"));
+    list->setAccessibleDescription(
+        tr("Press Delete to cancel the selected transfers, Return to begin failed and canceled ones again"));
     list->setFrameShape(NoFrame);
     list->setUniformItemSizes(true);
     list->setSelectionMode(QListView::ExtendedSelection);
     list->setVerticalScrollMode(QListView::ScrollPerPixel);
     list->setItemDelegate(&delegate);
-    clear->setToolTip(tr("Remove finished and failed transfers from the list"));
+    clear->setToolTip(tr("Remove the transfers that have ended from the list"));
+    details->setToolTip(tr("Show each transfer"));
+    details->setCheckable(true);
+    KeepPlace(*tryAgain, tr("Try Again"));
+    KeepPlace(*cancel, tr("Cancel Selected"));
+    KeepPlace(*clear, tr("Clear"));
 
     const auto head = new QHBoxLayout;
-    head->addWidget(title, 1);
+    head->addWidget(title);
+    head->addWidget(details);
+    head->addStretch(1);
     head->addWidget(tryAgain);
     head->addWidget(cancel);
     head->addWidget(clear);
@@ -70,46 +116,77 @@ void TransfersPanel::Arrange()
 
 void TransfersPanel::Connect()
 {
-    connect(&delegate, &TransferDelegate::Clicked, this, [this](int row) {
-        if (StatusOf(transfers.index(row)) == Status::Failed) {
-            transfers.TryAgain(row);
-        } else {
+    connect(&delegate, &TransferDelegate::Clicked, this, [this](const QModelIndex& index) {
+        const int row = order.mapToSource(index).row();
+        if (ActionOf(index) == Action::Cancel) {
             transfers.Cancel(row);
+        } else {
+            transfers.TryAgain(row);
         }
     });
-    connect(cancel, &QPushButton::clicked, this, [this] { Cancel(SelectedOrAll(Status::Running)); });
-    connect(tryAgain, &QPushButton::clicked, this, [this] { TryAgain(SelectedOrAll(Status::Failed)); });
+    connect(cancel, &QPushButton::clicked, this, [this] { Cancel(SelectedOrAll(active)); });
+    connect(tryAgain, &QPushButton::clicked, this, [this] {
+        const QList<int> selected = Selected(ended);
+        TryAgain(selected.isEmpty() ? All({Action::TryAgain, Action::Decide}) : selected);
+    });
     connect(clear, &QPushButton::clicked, &transfers, &Transfers::Clear);
+    connect(details, &QPushButton::toggled, this, &TransfersPanel::Refresh);
     const auto onDelete = new QShortcut(Qt::Key_Delete, list, nullptr, nullptr, Qt::WidgetShortcut);
-    connect(onDelete, &QShortcut::activated, this, [this] { Cancel(Selected(Status::Running)); });
+    connect(onDelete, &QShortcut::activated, this, [this] { Cancel(Selected(active)); });
     const auto onReturn = new QShortcut(Qt::Key_Return, list, nullptr, nullptr, Qt::WidgetShortcut);
-    connect(onReturn, &QShortcut::activated, this, [this] { TryAgain(Selected(Status::Failed)); });
+    connect(onReturn, &QShortcut::activated, this, [this] { TryAgain(Selected(ended)); });
     connect(&transfers, &Transfers::CountsChanged, this, &TransfersPanel::Refresh);
+    headUpdate.setSingleShot(true);
+    headUpdate.setInterval(headInterval);
+    connect(&headUpdate, &QTimer::timeout, this, &TransfersPanel::Refresh);
+    connect(&transfers, &QAbstractItemModel::dataChanged, this, [this] {
+        if (!headUpdate.isActive()) {
+            headUpdate.start();
+        }
+    });
     connect(list->selectionModel(), &QItemSelectionModel::selectionChanged, this, &TransfersPanel::Refresh);
 }
 
 void TransfersPanel::Refresh()
 {
-    const int running = transfers.CountOf(Status::Running);
-    const int failed = transfers.CountOf(Status::Failed);
-    title->setText(TitleText(running, failed));
-    cancel->setText(Selected(Status::Running).isEmpty() ? tr("Cancel All") : tr("Cancel Selected"));
+    const int all = transfers.rowCount();
+    const int running = transfers.CountOfActive();
+    const bool isSuccess = all > 0 && transfers.CountOf(Status::Finished) == all;
+    title->setText(TitleText());
+    cancel->setText(Selected(active).isEmpty() ? tr("Cancel All") : tr("Cancel Selected"));
     cancel->setVisible(running > 0);
-    tryAgain->setVisible(failed > 0);
-    clear->setVisible(transfers.rowCount() > running);
-    setVisible(transfers.rowCount() > 0);
+    tryAgain->setVisible(transfers.CountOf(Status::Failed) > 0 || !Selected(ended).isEmpty());
+    clear->setVisible(all > running);
+    details->setVisible(isSuccess);
+    if (!isSuccess) {
+        details->setChecked(false);
+    }
+    const bool isOneLine = isSuccess && !details->isChecked();
+    list->setVisible(!isOneLine);
+    setMaximumHeight(isOneLine ? sizeHint().height() : QWIDGETSIZE_MAX);
+    setVisible(all > 0);
+    if (std::exchange(isCollapsed, isOneLine) != isOneLine) {
+        emit Collapsed(isCollapsed);
+    }
 }
 
-QString TransfersPanel::TitleText(int running, int failed)
+QString TransfersPanel::TitleText() const
 {
     QStringList parts;
+    const int running = transfers.CountOf(Status::Running) + transfers.CountOf(Status::Queued);
     if (running > 0) {
-        parts.append(tr("%n transfer(s) running", nullptr, running));
+        parts.append(transfers.ProgressOfAll());
     }
-    if (failed > 0) {
+    if (const int waiting = transfers.CountOf(Status::Waiting)) {
+        parts.append(tr("%n waiting for the cloud", nullptr, waiting));
+    }
+    if (const int failed = transfers.CountOf(Status::Failed)) {
         parts.append(tr("%n failed", nullptr, failed));
     }
-    return parts.isEmpty() ? tr("All transfers have finished") : parts.join(", ");
+    if (const int canceled = transfers.CountOf(Status::Canceled)) {
+        parts.append(tr("%n canceled", nullptr, canceled));
+    }
+    return parts.isEmpty() ? QStringLiteral("✓ ") + transfers.SuccessText() : parts.join(" · ");
 }
 
 void TransfersPanel::Cancel(const QList<int>& rows)
@@ -126,29 +203,31 @@ void TransfersPanel::TryAgain(const QList<int>& rows)
     }
 }
 
-QList<int> TransfersPanel::Selected(Status status) const
+QList<int> TransfersPanel::Selected(const QVector<Action>& actions) const
 {
-    QList<int> rows = All(status);
-    const auto isLeftOut = [this](int row) { return !list->selectionModel()->isSelected(transfers.index(row)); };
+    QList<int> rows = All(actions);
+    const auto isLeftOut = [this](int row) {
+        return !list->selectionModel()->isSelected(order.mapFromSource(transfers.index(row)));
+    };
     rows.erase(std::remove_if(rows.begin(), rows.end(), isLeftOut), rows.end());
     return rows;
 }
 
-QList<int> TransfersPanel::All(Status status) const
+QList<int> TransfersPanel::All(const QVector<Action>& actions) const
 {
     QList<int> rows;
     for (int row = transfers.rowCount() - 1; row >= 0; --row) {
-        if (StatusOf(transfers.index(row)) == status) {
+        if (actions.contains(ActionOf(transfers.index(row)))) {
             rows.append(row);
         }
     }
     return rows;
 }
 
-QList<int> TransfersPanel::SelectedOrAll(Status status) const
+QList<int> TransfersPanel::SelectedOrAll(const QVector<Action>& actions) const
 {
-    const QList<int> selected = Selected(status);
-    return selected.isEmpty() ? All(status) : selected;
+    const QList<int> selected = Selected(actions);
+    return selected.isEmpty() ? All(actions) : selected;
 }
 
 } // namespace Norlis::Window

@@ -4,6 +4,8 @@
 #include "Transfers.h"
 
 #include <QFrame>
+#include <QSortFilterProxyModel>
+#include <QTimer>
 
 class QLabel;
 class QListView;
@@ -11,34 +13,50 @@ class QPushButton;
 
 namespace Norlis::Window {
 
-/// Shows the transfers, and lets the user cancel and retry them. Hidden while there are none.
+/// Shows the transfers, what needs attention first, and lets the user cancel them and begin them again. Hidden while
+/// there are none, and a single line once all have succeeded.
 class TransfersPanel : public QFrame {
     Q_OBJECT
 
 public:
     explicit TransfersPanel(Transfers& transfers, QWidget* parent = nullptr);
 
+signals:
+    /// It has become a single line, or is larger again.
+    void Collapsed(bool isCollapsed);
+
 private:
+    /// Running ones first, and of these those that were begun first.
+    class Order : public QSortFilterProxyModel {
+    protected:
+        bool lessThan(const QModelIndex& left, const QModelIndex& right) const override;
+    };
+
     void Arrange();
     void Connect();
     void Refresh();
-    static QString TitleText(int running, int failed);
+    QString TitleText() const;
 
     void Cancel(const QList<int>& rows);
     void TryAgain(const QList<int>& rows);
 
-    // Rows with a status, the last one first, because cancelled transfers leave the list.
-    QList<int> Selected(Transfers::Status status) const;
-    QList<int> All(Transfers::Status status) const;
-    QList<int> SelectedOrAll(Transfers::Status status) const;
+    // Rows of the transfers on which the user may act so, in the order in which they were begun.
+
+    QList<int> Selected(const QVector<Transfers::Action>& actions) const;
+    QList<int> All(const QVector<Transfers::Action>& actions) const;
+    QList<int> SelectedOrAll(const QVector<Transfers::Action>& actions) const;
 
     Transfers& transfers;
+    Order order;
     TransferDelegate delegate;
     QLabel* const title;
     QListView* const list;
+    QPushButton* const details;
     QPushButton* const cancel;
     QPushButton* const tryAgain;
     QPushButton* const clear;
+    bool isCollapsed = false;
+    QTimer headUpdate; ///< combines many changes into one update
 };
 
 } // namespace Norlis::Window

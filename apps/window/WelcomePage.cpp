@@ -177,7 +177,7 @@ QWidget* WelcomePage::ServerChoice()
         }
     });
     connect(signIn, &QPushButton::clicked, this, &WelcomePage::ChooseServer);
-    for (QLineEdit* const field : {address, user, password}) {
+    for (QLineEdit* const field : {address, user, password, certificates}) {
         connect(field, &QLineEdit::returnPressed, this, &WelcomePage::ChooseServer);
     }
     return box;
@@ -209,9 +209,17 @@ void WelcomePage::SetBusy(bool isBusy)
     }
 }
 
-void WelcomePage::ShowProblem(const QString& title, const QString& detail)
+void WelcomePage::FocusService()
+{
+    QLineEdit* const tried = lastTried == password ? address : lastTried;
+    tried->setFocus();
+    tried->selectAll();
+}
+
+void WelcomePage::ShowProblem(const QString& title, const QString& detail, const QString& technical)
 {
     message->Show(problemTopic, title, detail);
+    message->SetDetails(technical);
 }
 
 void WelcomePage::ForgetPassword()

@@ -26,7 +26,10 @@ public:
 
     /// While signing in, only the Cancel button is shown.
     void SetBusy(bool isBusy);
-    void ShowProblem(const QString& title, const QString& detail);
+    /// Has the folder or the address that was tried last edited.
+    void FocusService();
+
+    void ShowProblem(const QString& title, const QString& detail, const QString& technical = {});
     void ForgetPassword();
 
 signals:

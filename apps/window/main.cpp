@@ -1,4 +1,6 @@
 #include "MainWindow.h"
+#include "ProgramOptions.h"
+#include "SingleInstance.h"
 #include "Translations.h"
 
 #include <apps/common/Interrupts.h>
@@ -9,9 +11,9 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
+#include <QFileInfo>
 #include <QLocale>
 #include <QMessageBox>
-#include <QStandardPaths>
 
 #include <algorithm>
 #include <cstdio>
@@ -23,18 +25,27 @@ using namespace Norlis;
 
 constexpr int usageError = 2;
 
-int Run(const QString& dataFolder, const QUrl& service)
+int Run(const QString& dataFolder, const QUrl& service, const QStringList& files)
 {
+    Window::SingleInstance instance(dataFolder);
+    if (!instance.IsFirst(files)) {
+        return EXIT_SUCCESS;
+    }
     const Apps::LogFile log(dataFolder + "/log", "norlis-documents");
     const Apps::Interrupts interrupts;
     Window::MainWindow window(dataFolder);
     QObject::connect(&interrupts, &Apps::Interrupts::Interrupted, &window, &Window::MainWindow::CloseWithoutAsking);
+    QObject::connect(&instance, &Window::SingleInstance::Called, &window, [&window](const QStringList& handedOver) {
+        window.ComeToFront();
+        window.OfferUpload(handedOver);
+    });
     if (service.isEmpty()) {
         window.Open();
     } else {
         window.OpenService(service);
     }
     window.show();
+    window.OfferUpload(files);
     return QApplication::exec();
 }
 
@@ -63,21 +74,21 @@ int main(int argc, char** argv)
     Window::InstallTranslations(application, QLocale());
 
     QCommandLineParser parser;
-    parser.setApplicationDescription(
-        QCoreApplication::translate("main", "Shows and manages PDF documents in the cloud."));
+    parser.setApplicationDescription(Window::ProgramPurpose());
     parser.addHelpOption();
     parser.addVersionOption();
-    const QCommandLineOption data(
-        "data", QCoreApplication::translate("main", "Folder for settings, the list of documents and previews."),
-        "folder", QStandardPaths::writableLocation(QStandardPaths::AppDataLocation));
-    const QCommandLineOption service(
-        "service",
-        QCoreApplication::translate("main", "Folder or WebDAV server to sign in to (default: the last one)."), "url");
-    parser.addOptions({data, service});
+    parser.addOptions(Window::ProgramOptions());
+    parser.addPositionalArgument("files", QCoreApplication::translate("main", "PDF documents to upload."),
+                                 "[files...]");
     parser.process(application);
+    QStringList files;
+    const auto operands = parser.positionalArguments();
+    for (const QString& file : operands) {
+        files.append(QFileInfo(file).absoluteFilePath());
+    }
     try {
-        return Run(QDir().absoluteFilePath(parser.value(data)),
-                   parser.isSet(service) ? Host::ServiceAddress(parser.value(service)) : QUrl());
+        return Run(QDir().absoluteFilePath(parser.value("data")),
+                   parser.isSet("service") ? Host::ServiceAddress(parser.value("service")) : QUrl(), files);
     } catch (const std::invalid_argument& problem) {
         std::fprintf(stderr, "norlis-documents: %s\n", problem.what());
         return usageError;

@@ -29,7 +29,7 @@ ApplicationWindow {
     CloudDocuments {
         id: cloud
         onFailed: function(problem) {
-            status.text = [problem.message, problem.reason, problem.advice].filter(text => text).join(". ")
+            status.text = problem.text
         }
         onUploadProgress: function(path, percent) { status.text = path + ": " + percent + " %" }
         onUploaded: function(path) { status.text = path + " is in the cloud." }

@@ -12,7 +12,7 @@ Window {
 
     CloudDocuments {
         id: cloud
-        onFailed: function(problem) { status.text = problem.message + ": " + problem.reason + ". " + problem.advice }
+        onFailed: function(problem) { status.text = problem.text }
         onDownloaded: function(id, path) { status.text = path }
         Component.onCompleted: signIn()
     }

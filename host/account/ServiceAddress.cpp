@@ -53,6 +53,22 @@ void CheckUser(const QString& user)
     }
 }
 
+QUrl FolderAddress(const QUrl& url)
+{
+    if (!url.host().isEmpty() && url.host() != "localhost") {
+        throw Refusal(
+            "The address is that of a folder on another machine. Give the path where it is mounted on this one");
+    }
+    const QString path = QDir::cleanPath(url.path(QUrl::FullyDecoded));
+    if (!path.startsWith('/')) {
+        throw Refusal("The address has no path; it should look like file:///home/me/Cloud");
+    }
+    if (path.contains(QChar::Null)) {
+        throw Refusal("The path of a folder cannot contain null characters");
+    }
+    return QUrl::fromLocalFile(path); // in which the same characters are percent-encoded for every spelling
+}
+
 QUrl ServerAddress(QUrl url, const QString& user)
 {
     if (url.host().isEmpty()) {
@@ -95,8 +111,7 @@ QUrl ServiceAddress(const QString& text, const QString& user)
     if (!user.isEmpty()) {
         throw Refusal("--user is for servers; a folder does not need a user name");
     }
-    return QUrl::fromLocalFile(
-        url.toLocalFile()); // in which the same characters are percent-encoded for every spelling
+    return FolderAddress(url);
 }
 
 QString NormalizedPath(const QString& path)

@@ -1,8 +1,11 @@
 #include "CloudSession.h"
 
+#include "Later.h"
 #include "ListMerge.h"
+#include "LocalCopyWatch.h"
 #include "ProtocolAdapter.h"
 #include "Records.h"
+#include "SessionConnection.h"
 #include "SessionContext.h"
 #include "SessionDownloads.h"
 #include "SessionLists.h"
@@ -12,11 +15,16 @@
 
 #include <base/Lifetime.h>
 
+#include <QDateTime>
 #include <QDir>
+#include <QDirIterator>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
 #include <QPointer>
+#include <QSaveFile>
 #include <QTimer>
+#include <QUrl>
 
 #include <glog/logging.h>
 
@@ -28,6 +36,8 @@ using PDF::Cloud::ICloudProtocol;
 
 namespace {
 
+constexpr auto longestSettling = std::chrono::seconds(3); // somebody waits for the program to end
+constexpr int daysToView = 30;
 constexpr qint64 sliceMilliseconds = 6; // with the last step less than half a frame, so the loop stays free for input
 
 QString ReadyFolder(const QString& folder)
@@ -38,6 +48,42 @@ QString ReadyFolder(const QString& folder)
     }
     QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     return folder;
+}
+
+/// Keeps what is known of one service from being taken for that of another one.
+void ClaimFolder(const QString& folder, const Social::OAuth2::AuthInfo& authInfo)
+{
+    const QUrl service = authInfo.serviceUrl.adjusted(QUrl::RemovePassword | QUrl::StripTrailingSlash);
+    const QByteArray mark = service.toEncoded() + '\n' + authInfo.userName.toUtf8() + '\n';
+    QFile file(folder + "/service");
+    if (file.open(QFile::ReadOnly) && file.size() > 0) {
+        if (file.readAll() != mark) {
+            throw std::runtime_error("The folder \"" + folder.toStdString() +
+                                     "\" has the documents of another service. Give each service a folder of its own.");
+        }
+        return;
+    }
+    QSaveFile written(file.fileName()); // a part of it would be that of another service at the next start
+    if (!written.open(QFile::WriteOnly) || written.write(mark) != mark.size() || !written.commit()) {
+        throw std::runtime_error("Nothing can be written to the folder \"" + folder.toStdString() +
+                                 "\": " + written.errorString().toStdString());
+    }
+}
+
+/// The files in the folders of a folder that nobody has read or written for some time.
+QStringList LongUntouched(const QString& folder)
+{
+    const auto limit = QDateTime::currentDateTime().addDays(-daysToView);
+    QStringList paths;
+    const QString place = QFileInfo(folder).canonicalFilePath(); // empty when it does not exist
+    QDirIterator files(place, QDir::Files, QDirIterator::Subdirectories);
+    while (!place.isEmpty() && files.hasNext()) {
+        const QFileInfo file(files.next());
+        if (file.lastModified() < limit && file.lastRead() < limit) {
+            paths.append(file.filePath());
+        }
+    }
+    return paths;
 }
 
 } // namespace
@@ -53,6 +99,19 @@ public:
 
     void WorkForASlice();
 
+    /// Has the list look at a local copy that was saved, and tells of its changes.
+    void OnSaved(const QString& path);
+
+    /// Deletes what was fetched to be looked at only, unless somebody has done so lately.
+    void SweepViewed();
+
+    /// Deletes a local copy without changes.
+    void DeleteIfUnchanged(const QString& path);
+
+    CloudSession& session;
+    const QString viewingFolder;
+    const QStringList longUntouched; ///< in that folder, before anything of this is read
+
     const std::shared_ptr<LocalFileSystem> fileSystem = std::make_shared<LocalFileSystem>();
     const std::shared_ptr<Md5HashCalculator> hashes;
     const PictureFolder pictures;
@@ -61,29 +120,85 @@ public:
     ChangeJournal journal;
     const SessionContext context;
     QTimer slices; ///< runs while there is work that is done piece by piece
-    SessionUploads uploads{context};
+    SessionUploads uploads;
     SessionDownloads downloads;
-    SessionRemovals removals{context};
+    SessionRemovals removals;
     ListMerge merge;
     SessionLists lists;
     SessionPreviews previews;
+    SessionConnection connection;
+    LocalCopyWatch watch;
     Lifetime lifetime;
 };
 
 CloudSession::Private::Private(CloudSession& session, const QString& dataFolder,
                                const std::shared_ptr<ICloudProtocol>& protocol)
-    : hashes(std::make_shared<Md5HashCalculator>(dataFolder + "/hashes.sqlite")),
+    : session(session),
+      viewingFolder(dataFolder + "/viewing"),
+      longUntouched(LongUntouched(viewingFolder)),
+      hashes(std::make_shared<Md5HashCalculator>(dataFolder + "/hashes.sqlite")),
       pictures(dataFolder + "/pictures"),
       documents(dataFolder + "/documents.sqlite", pictures, fileSystem, hashes),
       cloud(session, protocol, hashes, fileSystem, pictures),
       context{session, cloud, documents, pictures, journal, *hashes, *fileSystem},
+      uploads(context, dataFolder + "/links"),
       downloads(context, dataFolder + "/downloads"),
+      removals(context, [this] { return lists.IsUnderWay(); }),
       merge(context, [this] { slices.start(); }),
       lists(context, merge),
-      previews(context, [this] { slices.start(); })
+      previews(context, [this] { slices.start(); }),
+      connection(context,
+                 [this](bool wasAway) {
+                     uploads.Resume(wasAway);
+                     downloads.Resume(wasAway);
+                 }),
+      watch([this](const QString& path) { OnSaved(path); })
 {
     slices.setInterval(0);
     connect(&slices, &QTimer::timeout, &slices, [this] { WorkForASlice(); });
+    Later(&documents, [this] { SweepViewed(); });
+}
+
+void CloudSession::Private::SweepViewed()
+{
+    const auto deleteThem = [this] {
+        const auto guard = lifetime.Watch();
+        const auto paths = longUntouched; // which a slot may delete, with the session
+        for (const auto& path : paths) {
+            if (guard) {
+                DeleteIfUnchanged(path);
+            }
+        }
+    };
+    hashes->Prepare(longUntouched, &documents, deleteThem, Md5HashCalculator::Reading::Always);
+}
+
+void CloudSession::Private::DeleteIfUnchanged(const QString& path)
+{
+    const auto id = documents.DocumentAt(path);
+    const auto cloudHash = documents.SyncHashAt(id, path);
+    if (!cloudHash || cloudHash->empty() || hashes->CalculateHash(ToPath(path)) != *cloudHash ||
+        documents.IsTransferring(id) || !QFile::remove(path)) {
+        return;
+    }
+    QDir().rmdir(QFileInfo(path).path());
+    if (documents.LocalPath(id) == path) {
+        documents.ForgetCopy(id);
+    }
+}
+
+void CloudSession::Private::OnSaved(const QString& path)
+{
+    const auto tell = [this, path] {
+        const auto id = documents.DocumentAt(path);
+        const auto guard = lifetime.Watch();
+        documents.ShowCopy(id, path);
+        const auto* document = guard ? documents.Find(id) : nullptr;
+        if (document && document->localPath == path && document->localHash != document->syncHash) {
+            emit session.LocalCopyChanged(path, id);
+        }
+    };
+    hashes->Prepare({path}, &documents, tell, Md5HashCalculator::Reading::Always);
 }
 
 CloudSession::Private::~Private()
@@ -119,10 +234,24 @@ void CloudSession::Private::WorkForASlice()
     }
 }
 
+QString CloudProblem::Text() const
+{
+    const auto withoutPeriod = [](const QString& text) { return text.endsWith('.') ? text.chopped(1) : text; };
+    QString text = withoutPeriod(message);
+    if (!cause.reason.isEmpty()) {
+        text += ": " + withoutPeriod(cause.reason);
+    }
+    text += '.';
+    if (!cause.advice.isEmpty()) {
+        text += ' ' + withoutPeriod(cause.advice) + '.';
+    }
+    return text;
+}
+
 CloudSession::CloudSession(const QString& dataFolder, const Social::OAuth2::AuthInfo& authInfo)
 {
     qRegisterMetaType<CloudProblem>();
-    ReadyFolder(dataFolder);
+    ClaimFolder(ReadyFolder(dataFolder), authInfo);
     auto completed = authInfo;
     completed.cacheFolder = dataFolder + "/previews";
     completed.dataFolder = dataFolder;
@@ -180,6 +309,35 @@ bool CloudSession::IsSignedIn()
     return d->cloud.IsSignedIn();
 }
 
+void CloudSession::StaySignedIn(const QString& token)
+{
+    d->connection.Start(token);
+}
+
+void CloudSession::TryNow()
+{
+    d->connection.TryNow();
+}
+
+void CloudSession::SignOut()
+{
+    const auto guard = d->lifetime.Watch();
+    d->connection.Stop();
+    if (guard) {
+        d->cloud.Manager().Logout();
+    }
+}
+
+CloudSession::Connection CloudSession::ConnectionState() const
+{
+    return d->connection.State();
+}
+
+QDateTime CloudSession::NextAttempt() const
+{
+    return d->connection.NextAttempt();
+}
+
 QString CloudSession::DocumentAt(const QString& path)
 {
     return d->documents.DocumentAt(ToText(d->fileSystem->NormalizePath(ToPath(path))));
@@ -203,6 +361,16 @@ void CloudSession::ReadLocalCopy(const QString& path)
     d->hashes->Prepare({normalizedPath}, &d->documents, show, Md5HashCalculator::Reading::Always);
 }
 
+void CloudSession::WatchLocalCopy(const QString& path)
+{
+    d->watch.Add(ToText(d->fileSystem->NormalizePath(ToPath(path))));
+}
+
+QString CloudSession::ViewingFolder(const QString& id) const
+{
+    return d->viewingFolder + '/' + QString::fromLatin1(QUrl::toPercentEncoding(id));
+}
+
 void CloudSession::Upload(const QStringList& paths)
 {
     d->uploads.Start(paths);
@@ -216,6 +384,26 @@ void CloudSession::UploadChanges(const QString& id)
 void CloudSession::ReplaceInCloud(const QString& id)
 {
     d->uploads.StartChanges(id, true);
+}
+
+void CloudSession::ReplaceWith(const QString& id, const QString& path)
+{
+    d->uploads.StartReplacement(id, path);
+}
+
+void CloudSession::KeepBoth(const QString& id)
+{
+    d->uploads.StartKeepingBoth(id);
+}
+
+void CloudSession::UseCloudVersion(const QString& id)
+{
+    d->downloads.StartInPlace(id);
+}
+
+QString CloudSession::DocumentNamed(const QString& name) const
+{
+    return d->documents.DocumentNamed(name);
 }
 
 void CloudSession::Download(const QString& id, const QString& folder)
@@ -238,6 +426,31 @@ void CloudSession::Remove(const QString& id)
     d->removals.Start(id);
 }
 
+void CloudSession::RemoveLater(const QStringList& ids, std::chrono::milliseconds delay)
+{
+    d->removals.StartLater(ids, delay);
+}
+
+void CloudSession::UndoRemoval(const QStringList& ids)
+{
+    d->removals.Undo(ids);
+}
+
+bool CloudSession::IsRemovalPending(const QString& id) const
+{
+    return d->removals.IsPending(id);
+}
+
+bool CloudSession::HasPendingRemovals() const
+{
+    return d->removals.IsAnyPending();
+}
+
+void CloudSession::PrepareToClose()
+{
+    d->removals.Settle(longestSettling);
+}
+
 void CloudSession::ShowPreviews(const QStringList& ids)
 {
     d->previews.Show(ids);
@@ -246,6 +459,13 @@ void CloudSession::ShowPreviews(const QStringList& ids)
 void CloudSession::FetchPreviews(const QString& id)
 {
     d->previews.Fetch(id);
+}
+
+void CloudSession::DrawLocalPreview(const QString& path, const QSize& box)
+{
+    d->cloud.PreviewLocalFile(path, box, [this, path](const QPixmap& picture) {
+        Later(this, [this, path, picture] { emit LocalPreviewDrawn(path, picture); });
+    });
 }
 
 void CloudSession::RefreshEvery(std::chrono::milliseconds interval)

@@ -6,8 +6,10 @@
 #include <contracts/OAuth2.h>
 #include <host/Export.h>
 
+#include <QDateTime>
 #include <QHash>
 #include <QObject>
+#include <QPixmap>
 #include <QStringList>
 
 #include <chrono>
@@ -18,7 +20,7 @@ namespace Norlis::Host {
 struct CloudFacts;
 
 /// Why something failed, ready to be shown.
-struct CloudProblem {
+struct NORLIS_HOST_EXPORT CloudProblem {
     /// What was asked for.
     enum class Request { SignIn, List, Upload, Download, Remove, Preview, Quota };
 
@@ -27,6 +29,9 @@ struct CloudProblem {
                      ///< of a download, removal or preview; else empty
     QString message; ///< the library's fixed text, or the session's own when the cloud was not asked
     Social::OAuth2::Failure cause; ///< what the service said, or the session found; its texts may be empty
+
+    /// What is known of these for the user: message, reason and advice as sentences. English.
+    QString Text() const;
 };
 
 /// What an editor is to the library: owns the record store, the file list, the cloud manager and its protocol, and puts
@@ -47,11 +52,12 @@ class NORLIS_HOST_EXPORT CloudSession : public QObject {
     Q_OBJECT
 
 public:
-    /// \param dataFolder where what is known of this service is kept, private to the user; created when missing
+    /// \param dataFolder where what is known of this service, and of no other one, is kept, private to the user;
+    ///                   created when missing. CloudAccount gives each service a folder of its own
     /// \param authInfo   the service; what a session keeps for itself is set by it: folders, observers and what
     ///                   a download may replace
-    /// Throws std::runtime_error, with a text for the user, when the records cannot be read, and std::invalid_argument
-    /// when there is no such service.
+    /// Throws std::runtime_error, with a text for the user, when the records cannot be read or are those of another
+    /// service, and std::invalid_argument when there is no such service.
     CloudSession(const QString& dataFolder, const Social::OAuth2::AuthInfo& authInfo);
 
     /// As above, over another protocol. If it is a PDF::Cloud::IFailureSource, the session is its observer.
@@ -80,6 +86,28 @@ public:
     /// Whether the service has been signed in to.
     bool IsSignedIn();
 
+    /// Signs in, and stays signed in although the service may not be there at times: it is asked again after 5, 15, 60
+    /// seconds and so on, and whenever the network of this computer changes. Uploads and downloads that break off
+    /// meanwhile, or are begun, do not fail: they wait (UploadWaiting, DownloadWaiting) and go on when it answers
+    /// again, unless they alone break off several times. Ends with SignOut, or when the token is refused;
+    /// what waits then fails.
+    void StaySignedIn(const QString& token);
+
+    /// Asks the service at once, when it is Offline.
+    void TryNow();
+
+    /// Signs out, and ends StaySignedIn.
+    void SignOut();
+
+    /// Of a session that is to stay signed in.
+    enum class Connection { SignedOut, Connecting, Online, Offline };
+
+    /// SignedOut, too, when somebody was signed in otherwise than by StaySignedIn.
+    Connection ConnectionState() const;
+
+    /// When the service is asked again; invalid unless that is to happen.
+    QDateTime NextAttempt() const;
+
     /// The document in the list that a file is a copy of; empty when there is none. A document may have several copies;
     /// the list shows the one that was used last, and ReadLocalCopy lets one use another.
     QString DocumentAt(const QString& path);
@@ -92,6 +120,15 @@ public:
     /// in LocalCopyRead.
     void ReadLocalCopy(const QString& path);
 
+    /// Has an eye on the local copy of a document, which is open in another program, until the session ends: each time
+    /// it is saved with changes, LocalCopyChanged. The list shows the copy then.
+    void WatchLocalCopy(const QString& path);
+
+    /// A folder in the session's data folder for a document that is only to be looked at; whoever downloads it there
+    /// creates it. A copy in it that has no changes is deleted when nobody has read it for a month.
+    /// \param id each document has one of its own
+    QString ViewingFolder(const QString& id) const;
+
     /// Sends local files as new documents; each ends in DocumentUploaded, UploadCanceled or Failed. An empty list ends
     /// in Failed too, and so does a file that is already being uploaded.
     void Upload(const QStringList& paths);
@@ -102,6 +139,21 @@ public:
 
     /// As UploadChanges, also where the cloud copy that the list shows is another version: the user knows and wants it.
     void ReplaceInCloud(const QString& id);
+
+    /// Sends a file in the place of a document, whose version in the list the user knows; ends as Upload does. The file
+    /// becomes its local copy.
+    void ReplaceWith(const QString& id, const QString& path);
+
+    /// Sends the local copy of a document as a new one, as in "plan (from HOST, 2026-11-22).pdf"; ends as Upload does.
+    /// The file becomes the local copy of the new document, and the old one is in the cloud only.
+    void KeepBoth(const QString& id);
+
+    /// Fetches a document in the place of its local copy, whose changes are lost: the user knows and wants it. Ends as
+    /// Download does. What has been saved to the file since the list looked at it stays, and the download fails.
+    void UseCloudVersion(const QString& id);
+
+    /// A document of that name in the list; empty when there is none.
+    QString DocumentNamed(const QString& name) const;
 
     /// Fetches a document into a folder; ends in DocumentDownloaded, DownloadCanceled or Failed. A file of that name
     /// which stands there already is replaced only if it is a copy of the document and has not been changed; otherwise
@@ -116,17 +168,40 @@ public:
     /// As above.
     void CancelDownload(const QString& id);
 
-    /// Deletes a document from the cloud; ends in DocumentRemoved or Failed. Its local copy stays.
+    /// Deletes a document from the cloud; ends in DocumentRemoved or Failed. Its local copy stays. Only the version is
+    /// removed that the list shows when this is called.
     void Remove(const QString& id);
 
+    /// As Remove, for each of the documents, when a delay is over, so that the user can think again: until then, and
+    /// until it has ended, IsRemovalPending. What has changed in the cloud meanwhile is not removed, and what has not
+    /// been sent when the session ends is still there.
+    void RemoveLater(const QStringList& ids, std::chrono::milliseconds delay);
+
+    /// Takes back those of the documents whose removal has not been sent.
+    void UndoRemoval(const QStringList& ids);
+
+    /// Whether a document is to be removed: it is in the list, but views do not show it.
+    bool IsRemovalPending(const QString& id) const;
+
+    /// Whether IsRemovalPending of any document.
+    bool HasPendingRemovals() const;
+
+    /// Sends the pending removals now. Ends in ReadyToClose, when they have ended or after three seconds.
+    void PrepareToClose();
+
     /// Has the list show the previews of these documents, which a view shows just now. Each ends in PreviewStored,
-    /// unless it cannot be had or the list shows it already. Those that are not on disk are fetched, a few at a time:
+    /// unless the list shows it already, or in PreviewMissing. Those that are not on disk are fetched, a few at a time:
     /// of the documents that were not shown before first, and the medium size first. What has not been sent is dropped
     /// when its document is shown no longer.
     void ShowPreviews(const QStringList& ids);
 
     /// Fetches the three previews of a document anew; each ends in PreviewStored or Failed.
     void FetchPreviews(const QString& id);
+
+    /// Draws page one of a PDF file on this computer; ends in LocalPreviewDrawn. Nobody has to be signed in. Over a
+    /// protocol of another kind there are no such pictures.
+    /// \param box in pixels; the picture fits into it
+    void DrawLocalPreview(const QString& path, const QSize& box);
 
     /// Fetches the list and no previews; ends in ListRefreshed or Failed. Skipped without a signal while a transfer
     /// runs. A preview whose document has other content by now is shown no longer: its path in the list is empty until
@@ -154,8 +229,27 @@ signals:
     /// \param id of the document that the file is a copy of; empty when there is none (any more)
     void LocalCopyRead(const QString& path, const QString& id);
 
+    /// By WatchLocalCopy. The local copy has changes that are not in the cloud.
+    void LocalCopyChanged(const QString& path, const QString& id);
+
+    /// The first one comes when the upload begins to be sent, for which others may have to end before.
+    /// \param percent of its bytes, 0 to 100
+    void UploadProgress(const QString& path, int percent);
+
+    /// The same of a download.
+    void DownloadProgress(const QString& id, int percent);
+
     /// The document of this id is in the list, with its local copy.
     void DocumentUploaded(const QString& path, const QString& id);
+
+    /// The service is not there at the moment, see StaySignedIn. The transfer goes on later, and can be cancelled.
+    void UploadWaiting(const QString& path);
+
+    /// The same of a download.
+    void DownloadWaiting(const QString& id);
+
+    /// ConnectionState or NextAttempt has changed.
+    void ConnectionChanged();
 
     /// By CancelUpload, or by the service.
     void UploadCanceled(const QString& path);
@@ -169,9 +263,22 @@ signals:
     /// The document has left the cloud and the list.
     void DocumentRemoved(const QString& id);
 
+    /// By RemoveLater and UndoRemoval, and when a removal has failed. For CloudDocumentsModel::SetHidden.
+    void RemovalPendingChanged(const QString& id, bool isPending);
+
+    /// By PrepareToClose.
+    void ReadyToClose();
+
     /// The list shows a preview, by ShowPreviews or FetchPreviews.
     /// \param size one of "small", "medium", "large"; \param path a PNG file
     void PreviewStored(const QString& id, const QString& size, const QString& path);
+
+    /// By DrawLocalPreview.
+    /// \param picture null when the file cannot be drawn
+    void LocalPreviewDrawn(const QString& path, const QPixmap& picture);
+
+    /// By ShowPreviews. The service cannot make a preview of the document as it is now.
+    void PreviewMissing(const QString& id);
 
     /// Also ends sign-in and quota requests made through Cloud(), beside the cloud manager's own signal, to say why.
     void Failed(const Norlis::Host::CloudProblem& problem);

@@ -216,6 +216,17 @@ QString DocumentIndex::DocumentAt(const QString& path) const
     return entries.contains(id) ? id : QString();
 }
 
+QString DocumentIndex::DocumentNamed(const QString& name) const
+{
+    const auto wanted = name.toStdString();
+    for (auto entry = entries.begin(); entry != entries.end(); ++entry) {
+        if (entry->facts.name == wanted) {
+            return entry.key();
+        }
+    }
+    return {};
+}
+
 bool DocumentIndex::IsCopy(const QString& path) const
 {
     return idsByPath.contains(path) || copies.At(path);
@@ -350,7 +361,8 @@ bool DocumentIndex::Replace(const Record& record)
         }
     }
     record->SetIsSyncingInProgress(IsTransferring(id));
-    if (held && held->GetPath() != record->GetPath() && QFileInfo(LocalPath(id)).isFile()) {
+    if (held && !record->GetPath().empty() && held->GetPath() != record->GetPath() &&
+        QFileInfo(LocalPath(id)).isFile()) {
         copies.Keep(CopyOf(*held));
     }
     SetEntry(id, entry);
@@ -364,6 +376,14 @@ bool DocumentIndex::Replace(const Record& record)
         list->Add(record);
     }
     return static_cast<bool>(guard);
+}
+
+void DocumentIndex::ForgetCopy(const QString& id)
+{
+    if (const auto record = RecordOf(id)) {
+        record->SetPath({}, {}, {});
+        Replace(record);
+    }
 }
 
 void DocumentIndex::ShowCopy(const QString& id, const QString& path)

@@ -83,6 +83,9 @@ public:
     /// \param path as NormalizePath gives it, as in the following
     QString DocumentAt(const QString& path) const;
 
+    /// A document of that name in the list; empty when there is none. Goes through all.
+    QString DocumentNamed(const QString& name) const;
+
     /// Whether a file is a copy of a document in the list, or of one that has gone from it lately.
     bool IsCopy(const QString& path) const;
 
@@ -129,6 +132,9 @@ public:
     /// Puts a record in the place of the held one, or adds it. Unlike an update this carries the hash of the last
     /// synchronisation, and previews of other content do not stay. False when the session is gone.
     bool Replace(const Record& record);
+
+    /// Forgets the local copy that the list shows of a document. The file stays.
+    void ForgetCopy(const QString& id);
 
     /// Has the list show this copy of the document, as it is now.
     void ShowCopy(const QString& id, const QString& path);

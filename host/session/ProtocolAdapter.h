@@ -3,12 +3,13 @@
 #include <contracts/ICloudProtocol.h>
 #include <contracts/IFailureSource.h>
 #include <contracts/NorlisCloudProtocol.h>
+#include <host/Export.h>
 
 namespace Norlis::Host {
 
 /// A protocol object as an ICloudProtocol that also reaches what that interface has no operations for. Lives on the
 /// thread that constructs it, where the callbacks arrive too.
-class ProtocolAdapter : public PDF::Cloud::ICloudProtocol, public PDF::Cloud::IFailureSource {
+class NORLIS_HOST_EXPORT ProtocolAdapter : public PDF::Cloud::ICloudProtocol, public PDF::Cloud::IFailureSource {
 public:
     /// See NorlisCloudProtocol.
     ProtocolAdapter(const Social::OAuth2::AuthInfo& authInfo, const std::string& name);

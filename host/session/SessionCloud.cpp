@@ -13,20 +13,7 @@ using PDF::Cloud::AbstractCloudManager;
 using PDF::Cloud::ICloudProtocol;
 using Request = CloudProblem::Request;
 using Social::OAuth2::Failure;
-
-namespace {
-
-Failure FailureOf(const QString& what, const QString& document, const QString& reason, const QString& advice)
-{
-    Failure failure;
-    failure.what = what;
-    failure.document = document;
-    failure.reason = reason;
-    failure.advice = advice;
-    return failure;
-}
-
-} // namespace
+using Social::OAuth2::FailureKind;
 
 SessionCloud::SessionCloud(CloudSession& session, const std::shared_ptr<ICloudProtocol>& protocol,
                            const std::shared_ptr<PDF::IHashCalculator>& hashes,
@@ -106,9 +93,38 @@ void SessionCloud::AwaitChange(std::function<void(bool)> done)
     }
 }
 
+void SessionCloud::PreviewLocalFile(const QString& path, const QSize& box, std::function<void(const QPixmap&)> done)
+{
+    if (!adapter) {
+        done({});
+        return;
+    }
+    adapter->Protocol().previewLocalFile(path, box,
+                                         [this, guard = lifetime.Watch(), done = std::move(done)](
+                                             qint64, Social::RequestResult result, const QPixmap& picture) {
+                                             if (!guard) {
+                                                 return;
+                                             }
+                                             if (result == Social::Error) {
+                                                 failures.Take(); // nobody else's
+                                             }
+                                             done(picture);
+                                         });
+}
+
 bool SessionCloud::IsSignedIn() const
 {
     return protocol->loggedIn();
+}
+
+void SessionCloud::SetPatient(bool isPatientNow)
+{
+    isPatient = isPatientNow;
+}
+
+bool SessionCloud::IsPatient() const
+{
+    return isPatient;
 }
 
 void SessionCloud::AskToSignIn()
@@ -134,27 +150,28 @@ bool SessionCloud::RequireSignIn(Request request, const Subject& about)
 void SessionCloud::RefuseSignedOut(Request request, const Subject& about)
 {
     Fail(request, about.subject, "Not signed in",
-         FailureOf("Sign-in", about.document, "nobody is signed in to the cloud", "Sign in and try again."));
+         {-1, "Sign-in", about.document, "Nobody is signed in to the cloud", "Sign in and try again.",
+          FailureKind::NotSignedIn});
 }
 
-void SessionCloud::Refuse(Request request, const Subject& about, const QString& reason, const QString& advice)
+void SessionCloud::Refuse(Request request, const Subject& about, const QString& reason, const QString& advice,
+                          FailureKind kind)
 {
+    const auto fail = [&](const QString& what, const QString& message) {
+        Fail(request, about.subject, message, {-1, what, about.document, reason, advice, kind});
+    };
     switch (request) {
     case Request::Upload:
-        Fail(request, about.subject, "The document was not uploaded",
-             FailureOf("Upload", about.document, reason, advice));
+        fail("Upload", "The document was not uploaded");
         break;
     case Request::Download:
-        Fail(request, about.subject, "The document was not downloaded",
-             FailureOf("Download", about.document, reason, advice));
+        fail("Download", "The document was not downloaded");
         break;
     case Request::Remove:
-        Fail(request, about.subject, "The document was not removed",
-             FailureOf("Remove", about.document, reason, advice));
+        fail("Remove", "The document was not removed");
         break;
     case Request::Preview:
-        Fail(request, about.subject, "The preview was not fetched",
-             FailureOf("Preview", about.document, reason, advice));
+        fail("Preview", "The preview was not fetched");
         break;
     case Request::SignIn:
     case Request::List:

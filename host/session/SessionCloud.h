@@ -36,6 +36,10 @@ public:
 
     bool IsSignedIn() const;
 
+    /// Whether transfers wait that the service is not there for; otherwise they fail.
+    void SetPatient(bool isPatientNow);
+    bool IsPatient() const;
+
     /// Whether CloudSession is told the hashes of files that are transferred. If not, they are read beforehand and
     /// afterwards.
     bool TellsHashes() const;
@@ -55,6 +59,10 @@ public:
     /// See NorlisCloudProtocol::awaitChange. Only while somebody is signed in; done may be called at once.
     void AwaitChange(std::function<void(bool hasChanged)> done);
 
+    /// See NorlisCloudProtocol::previewLocalFile.
+    /// \param done told a null picture when there is none; may be called at once
+    void PreviewLocalFile(const QString& path, const QSize& box, std::function<void(const QPixmap& picture)> done);
+
     // Those below emit as the last thing that they do, so the session may be gone afterwards.
 
     /// Has the cloud manager emit AuthorizationRequired.
@@ -70,7 +78,8 @@ public:
     /// \param request Upload, Download, Remove or Preview
     /// \param reason  without a full stop
     /// \param advice  a sentence
-    void Refuse(CloudProblem::Request request, const Subject& about, const QString& reason, const QString& advice);
+    void Refuse(CloudProblem::Request request, const Subject& about, const QString& reason, const QString& advice,
+                Social::OAuth2::FailureKind kind = Social::OAuth2::FailureKind::Other);
 
     /// Ends a request that the cloud manager has reported as failed.
     void Fail(CloudProblem::Request request, const QString& subject, const QString& message,
@@ -82,6 +91,7 @@ private:
     std::shared_ptr<PDF::Cloud::ICloudProtocol> protocol;
     ProtocolAdapter* const adapter; ///< the protocol, if it is one; null otherwise
     std::unique_ptr<SessionCloudManager> manager;
+    bool isPatient = false;
     Lifetime lifetime;
 };
 

@@ -7,6 +7,10 @@
 
 namespace Norlis::Host {
 
+/// How often a transfer is begun again that breaks off while the service answers all else: it may be the transfer that
+/// is too much for it.
+constexpr int mostBreaks = 3;
+
 /// What the parts of a session work with. All of it is the session's and outlives the parts, which know nothing of each
 /// other.
 ///

@@ -17,6 +17,7 @@ namespace Norlis::Host {
 
 using PDF::FileInfo;
 using PDF::Cloud::AbstractCloudManager;
+using Social::OAuth2::FailureKind;
 
 namespace {
 
@@ -44,6 +45,10 @@ SessionDownloads::SessionDownloads(const SessionContext& context, const QString&
     connect(&manager, &AbstractCloudManager::DownloadingFinished, this, &SessionDownloads::OnFinished);
     connect(&manager, &AbstractCloudManager::DownloadingFileRequestError, this, &SessionDownloads::OnError);
     connect(&manager, &AbstractCloudManager::DownloadingCanceled, this, &SessionDownloads::OnCanceled);
+    connect(&manager, &AbstractCloudManager::DownloadingProgressValueChanged, this,
+            [this](const std::shared_ptr<const FileInfo>& file, int percent) {
+                emit this->context.session.DownloadProgress(IdOf(*file), percent);
+            });
 }
 
 void SessionDownloads::Start(const QString& id, const QString& folder)
@@ -51,11 +56,28 @@ void SessionDownloads::Start(const QString& id, const QString& folder)
     const auto download = std::make_shared<ActiveDownload>();
     download->id = id;
     download->folder = folder;
+    Enter(download);
+}
+
+void SessionDownloads::StartInPlace(const QString& id)
+{
+    const auto download = std::make_shared<ActiveDownload>();
+    download->id = id;
+    download->isInPlace = true;
+    if (const auto* document = context.documents.Find(id)) {
+        download->discardedHash = document->localHash;
+    }
+    Enter(download);
+}
+
+void SessionDownloads::Enter(const DownloadPointer& download)
+{
+    const QString& id = download->id;
     download->name = id; // until the document is found
     if (downloads.contains(id)) {
         download->name = downloads[id]->name;
         Later(this, [this, download] {
-            Refuse(download, "it is already being downloaded", "Wait until that is done, or cancel it.");
+            Refuse(download, "It is already being downloaded", "Wait until that is done, or cancel it.");
         });
         return;
     }
@@ -88,6 +110,17 @@ void SessionDownloads::Cancel(const QString& id)
     });
 }
 
+void SessionDownloads::Resume(bool wasAway)
+{
+    for (const auto& download : qAsConst(downloads)) {
+        if (download->isWaiting) {
+            download->isWaiting = false;
+            download->breaks = wasAway ? 0 : download->breaks;
+            Later(this, [this, download = download] { Begin(download); });
+        }
+    }
+}
+
 void SessionDownloads::Begin(const DownloadPointer& download)
 {
     if (!IsCurrent(download)) {
@@ -95,7 +128,7 @@ void SessionDownloads::Begin(const DownloadPointer& download)
     }
     const auto* document = context.documents.Find(download->id);
     if (!document) {
-        EndWithFailure(download, "it is not in the list of documents", "Refresh the list.");
+        EndWithFailure(download, "It is not in the list of documents", "Refresh the list.");
         return;
     }
     const QString localPath = document->localPath;
@@ -104,9 +137,16 @@ void SessionDownloads::Begin(const DownloadPointer& download)
         EndWithFailure(download, "its name in the cloud is not valid as a file name", "Rename it in the cloud.");
         return;
     }
+    if (download->isInPlace && localPath.isEmpty()) {
+        EndWithFailure(download, "It has no local copy", "Download the document.");
+        return;
+    }
+    if (download->isInPlace) {
+        download->folder = QFileInfo(localPath).path();
+    }
     const QFileInfo folder(download->folder);
     if (download->folder.isEmpty() || !folder.isDir()) {
-        EndWithFailure(download, "there is no folder \"" + download->folder + '"', "Choose another folder.");
+        EndWithFailure(download, "There is no folder \"" + download->folder + '"', "Choose another folder.");
         return;
     }
     if (!folder.isWritable()) {
@@ -114,7 +154,8 @@ void SessionDownloads::Begin(const DownloadPointer& download)
                        "Choose another folder.");
         return;
     }
-    download->target = QDir::cleanPath(QDir(download->folder).absoluteFilePath(download->name));
+    download->target =
+        download->isInPlace ? localPath : QDir::cleanPath(QDir(download->folder).absoluteFilePath(download->name));
     QStringList paths;
     for (const auto& path : {download->target, localPath}) {
         if (!path.isEmpty() && QFileInfo(path).isFile()) {
@@ -135,10 +176,14 @@ void SessionDownloads::Request(const DownloadPointer& download)
     }
     const auto record = context.documents.CloudRecordOf(download->id);
     if (!record) {
-        EndWithFailure(download, "it is no longer in the list of documents", "Refresh the list.");
+        EndWithFailure(download, "It is no longer in the list of documents", "Refresh the list.");
         return;
     }
     if (!MayTakeTarget(download)) {
+        return;
+    }
+    if (!context.cloud.IsSignedIn() && context.cloud.IsPatient()) {
+        Wait(download);
         return;
     }
     if (!context.cloud.IsSignedIn()) {
@@ -188,12 +233,17 @@ bool SessionDownloads::MayTakeTarget(const DownloadPointer& download)
                                       : context.documents.SyncHashAt(download->id, NormalizedTarget(download));
     if (!synchronizedHash) {
         EndWithFailure(download, "the folder already contains something else with this name",
-                       "Choose another folder, or move that file away.");
+                       "Choose another folder, or move that file away.", FailureKind::NameTaken);
         return false;
     }
-    if (synchronizedHash->empty() || context.hashes.CalculateHash(target) != *synchronizedHash) {
+    const auto hash = context.hashes.CalculateHash(target);
+    const auto& mayGo = download->isInPlace ? download->discardedHash : *synchronizedHash;
+    if (mayGo.empty() || hash != mayGo) {
+        // The user decides by what the list shows.
+        Later(&context.documents, [&documents = context.documents, id = download->id,
+                                   path = NormalizedTarget(download)] { documents.ShowCopy(id, path); });
         EndWithFailure(download, "the local copy has changes that are not in the cloud",
-                       "Upload the changes, or choose another folder.");
+                       "Upload the changes, or choose another folder.", FailureKind::Conflict);
         return false;
     }
     download->replaces = true;
@@ -294,9 +344,22 @@ SessionDownloads::DownloadPointer SessionDownloads::FindRequested(const std::sha
     return download && download->state == State::Requested ? download : nullptr;
 }
 
+void SessionDownloads::Wait(const DownloadPointer& download)
+{
+    TakeBack(download);
+    download->arrivedAs = {};
+    download->isWaiting = true;
+    emit context.session.DownloadWaiting(download->id);
+}
+
 void SessionDownloads::End(const DownloadPointer& download)
 {
     downloads.remove(download->id);
+    TakeBack(download);
+}
+
+void SessionDownloads::TakeBack(const DownloadPointer& download)
+{
     if (download->staging) {
         staged.remove(download->stagedPath);
         if (download->state != State::Placed && !download->stagedPath.isEmpty()) {
@@ -318,17 +381,20 @@ void SessionDownloads::End(const DownloadPointer& download)
     if (download->state != State::Preparing) {
         context.documents.EndTransfer(download->id);
     }
+    download->state = State::Preparing;
 }
 
-void SessionDownloads::EndWithFailure(const DownloadPointer& download, const QString& reason, const QString& advice)
+void SessionDownloads::EndWithFailure(const DownloadPointer& download, const QString& reason, const QString& advice,
+                                      FailureKind kind)
 {
     End(download);
-    Refuse(download, reason, advice);
+    Refuse(download, reason, advice, kind);
 }
 
-void SessionDownloads::Refuse(const DownloadPointer& download, const QString& reason, const QString& advice)
+void SessionDownloads::Refuse(const DownloadPointer& download, const QString& reason, const QString& advice,
+                              FailureKind kind)
 {
-    context.cloud.Refuse(CloudProblem::Request::Download, {download->id, download->name}, reason, advice);
+    context.cloud.Refuse(CloudProblem::Request::Download, {download->id, download->name}, reason, advice, kind);
 }
 
 void SessionDownloads::RemoveStaging()
@@ -374,7 +440,10 @@ void SessionDownloads::OnError(const std::shared_ptr<const FileInfo>& file, cons
 {
     const auto cause = context.cloud.Failures().Take();
     const auto download = FindRequested(file);
-    if (download) {
+    if (download && context.cloud.IsPatient() && cause.kind == FailureKind::Unavailable &&
+        ++download->breaks <= mostBreaks) {
+        Wait(download);
+    } else if (download) {
         End(download);
         context.cloud.Fail(CloudProblem::Request::Download, download->id, message, cause);
     }

@@ -21,7 +21,14 @@ public:
     SessionDownloads(const SessionContext& context, const QString& stagingList);
 
     void Start(const QString& id, const QString& folder);
+
+    /// See CloudSession::UseCloudVersion.
+    void StartInPlace(const QString& id);
     void Cancel(const QString& id);
+
+    /// Goes on with those that wait for the service.
+    /// \param wasAway since they broke off
+    void Resume(bool wasAway);
 
     /// What the protocol object tells of a file that it has written, just before the download finishes.
     void NoteArrived(const Social::OAuth2::TransferredFile& file);
@@ -34,8 +41,12 @@ private:
         QString folder;
         QString name;
         QString target;
-        bool replaces = false; ///< the document's own local copy, unchanged, stands at the target
+        bool isInPlace = false;    ///< the changes of the local copy are to be lost
+        std::string discardedHash; ///< of the local copy with these changes, as the list has shown it
+        bool replaces = false;     ///< the document's own local copy, unchanged, stands at the target
         State state = State::Preparing;
+        bool isWaiting = false;
+        int breaks = 0; ///< that the service was there for
         std::shared_ptr<StagingFolder> staging;
         std::shared_ptr<PDF::FileInfo> record; ///< a copy that the cloud manager writes to
         std::string listedHash;                ///< see CloudInfo::GetMd5Hash, when it was requested
@@ -53,6 +64,7 @@ private:
     };
     using DownloadPointer = std::shared_ptr<ActiveDownload>;
 
+    void Enter(const DownloadPointer& download);
     std::shared_ptr<StagingFolder> StagingFor(const ActiveDownload& download);
     void Begin(const DownloadPointer& download);
     void Request(const DownloadPointer& download);
@@ -74,10 +86,18 @@ private:
     bool IsCurrent(const DownloadPointer& download) const;
     DownloadPointer FindRequested(const std::shared_ptr<const PDF::FileInfo>& file) const;
 
+    /// Removes what has arrived.
+    void TakeBack(const DownloadPointer& download);
+
+    /// Keeps the download until the service is there again. Emits as the last thing that it does.
+    void Wait(const DownloadPointer& download);
+
     /// Forgets the download and removes what has arrived of it.
     void End(const DownloadPointer& download);
-    void EndWithFailure(const DownloadPointer& download, const QString& reason, const QString& advice);
-    void Refuse(const DownloadPointer& download, const QString& reason, const QString& advice);
+    void EndWithFailure(const DownloadPointer& download, const QString& reason, const QString& advice,
+                        Social::OAuth2::FailureKind kind = Social::OAuth2::FailureKind::Other);
+    void Refuse(const DownloadPointer& download, const QString& reason, const QString& advice,
+                Social::OAuth2::FailureKind kind = Social::OAuth2::FailureKind::Other);
     void RemoveStaging();
 
     void OnFinished(const std::shared_ptr<const PDF::FileInfo>& file);

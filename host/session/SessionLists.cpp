@@ -49,6 +49,11 @@ void SessionLists::Refresh()
     });
 }
 
+bool SessionLists::IsUnderWay() const
+{
+    return !requestedAt.isEmpty() || merge.IsActive();
+}
+
 void SessionLists::OnStarted()
 {
     if (requestedAt.isEmpty() && !merge.IsActive()) {

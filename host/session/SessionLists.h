@@ -26,6 +26,9 @@ public:
 
     void Refresh();
 
+    /// Whether a list has been requested, or has come and is not merged yet.
+    bool IsUnderWay() const;
+
 private:
     void OnStarted();
     void OnFinished(const ListMerge::Files& files);

@@ -153,7 +153,7 @@ void SessionPreviews::Fetch(const QString& id, Size size, int edge)
 {
     const auto record = context.documents.CloudRecordOf(id);
     if (!record) {
-        context.cloud.Refuse(Request::Preview, {id, id}, "it is not in the list of documents", "Refresh the list.");
+        context.cloud.Refuse(Request::Preview, {id, id}, "It is not in the list of documents", "Refresh the list.");
         return;
     }
     if (!context.cloud.RequireSignIn(Request::Preview, {id, NameOf(*record)})) {
@@ -188,7 +188,7 @@ void SessionPreviews::PutIntoList(const QString& id, const Previews& previews)
         context.documents.Forget(id);
         for (const auto& preview : previews) {
             if (guard && preview.wasAskedFor) {
-                context.cloud.Refuse(Request::Preview, {id, id}, "the document is no longer in the list", {});
+                context.cloud.Refuse(Request::Preview, {id, id}, "The document is no longer in the list", {});
             }
         }
         return;
@@ -246,10 +246,13 @@ void SessionPreviews::OnFinished(const Record& record, Size size)
 
 void SessionPreviews::OnError(const std::shared_ptr<const FileInfo>& record, Size, const QString& message)
 {
+    using Kind = Social::OAuth2::FailureKind;
     const auto cause = context.cloud.Failures().Take();
     OnFailed(record.get());
     if (wanted.remove(record.get()) != 0) {
         context.cloud.Fail(Request::Preview, IdOf(*record), message, cause);
+    } else if (cause.kind != Kind::Unavailable && cause.kind != Kind::NotSignedIn) {
+        emit context.session.PreviewMissing(IdOf(*record));
     }
 }
 

@@ -1,11 +1,15 @@
 #include "SessionUploads.h"
 
 #include "Later.h"
+#include "OtherName.h"
 #include "Records.h"
 
+#include <base/Utf8.h>
 #include <files/FileIdentity.h>
 
+#include <QDir>
 #include <QFileInfo>
+#include <QSysInfo>
 #include <QTimer>
 
 #include <algorithm>
@@ -15,9 +19,12 @@ namespace Norlis::Host {
 
 using PDF::FileInfo;
 using PDF::Cloud::AbstractCloudManager;
+using Social::OAuth2::FailureKind;
 
 namespace {
 
+const auto notListed = QStringLiteral("It is not in the list of documents");
+const auto refreshTheList = QStringLiteral("Refresh the list.");
 constexpr std::chrono::nanoseconds longestWait = std::chrono::seconds(3); // some files are written all the time
 
 QString FileNameOf(const QString& path)
@@ -33,13 +40,13 @@ std::pair<QString, QString> Obstacle(const QString& path)
         return {"no file was given", "Choose a PDF file."};
     }
     if (!file.exists()) {
-        return {"there is no such file", "Check the name, or whether the file was moved."};
+        return {"There is no such file", "Check the name, or whether the file was moved."};
     }
     if (file.isDir()) {
-        return {"it is a folder", "Choose the PDF files in it."};
+        return {"It is a folder", "Choose the PDF files in it."};
     }
     if (!file.isFile()) {
-        return {"it is not a regular file", "Choose a PDF file."};
+        return {"It is not a regular file", "Choose a PDF file."};
     }
     if (!file.isReadable()) {
         return {"you do not have permission to read the file", "Check its permissions."};
@@ -49,12 +56,20 @@ std::pair<QString, QString> Obstacle(const QString& path)
 
 } // namespace
 
-SessionUploads::SessionUploads(const SessionContext& context) : context(context)
+SessionUploads::SessionUploads(const SessionContext& context, const QString& linkFolder)
+    : context(context),
+      linkFolder(linkFolder)
 {
     const auto& manager = context.cloud.Manager();
     connect(&manager, &AbstractCloudManager::UploadingFinished, this, &SessionUploads::OnFinished);
     connect(&manager, &AbstractCloudManager::UploadingFileRequestError, this, &SessionUploads::OnError);
     connect(&manager, &AbstractCloudManager::UploadingCanceled, this, &SessionUploads::OnCanceled);
+    connect(&manager, &AbstractCloudManager::UploadingProgressValueChanged, this,
+            [this](const QString& path, int percent) {
+                if (const auto upload = FindSent(path)) {
+                    emit this->context.session.UploadProgress(upload->subject, percent);
+                }
+            });
 }
 
 void SessionUploads::Start(const QStringList& paths)
@@ -63,6 +78,7 @@ void SessionUploads::Start(const QStringList& paths)
     for (const auto& path : paths.isEmpty() ? QStringList(QString()) : paths) {
         const auto upload = std::make_shared<ActiveUpload>();
         upload->path = path;
+        upload->subject = path;
         Enter(upload);
     }
 }
@@ -71,17 +87,14 @@ void SessionUploads::StartChanges(const QString& id, bool isNewerSeen)
 {
     const auto held = context.documents.RecordOf(id);
     if (!held || held->GetPath().empty()) {
-        const QString reason = held ? "it has no local copy" : "it is not in the list of documents";
-        const QString advice = held ? "Download the document first." : "Refresh the list.";
-        const QString name = held ? NameOf(*held) : id;
-        Later(this, [this, id, name, reason, advice] {
-            context.cloud.Refuse(CloudProblem::Request::Upload, {id, name}, reason, advice);
-        });
+        RefuseWithoutCopy(id);
         return;
     }
     const auto upload = std::make_shared<ActiveUpload>();
     upload->path = ToText(held->GetPath());
+    upload->subject = upload->path;
     upload->document = id;
+    upload->isNewerSeen = isNewerSeen;
     if (isNewerSeen) {
         // Now: while the file is read, a list may come that shows yet another version.
         context.cloud.AcceptListedVersion(id, upload->path, held->GetRedactableCloudInfo()->GetMd5Hash());
@@ -90,13 +103,88 @@ void SessionUploads::StartChanges(const QString& id, bool isNewerSeen)
     Enter(upload);
 }
 
+void SessionUploads::StartReplacement(const QString& id, const QString& path)
+{
+    const auto* document = context.documents.Find(id);
+    if (!document) {
+        RefuseLater({path, FileNameOf(path)}, notListed, refreshTheList);
+        return;
+    }
+    const auto upload = std::make_shared<ActiveUpload>();
+    upload->path = path;
+    upload->subject = path;
+    upload->document = id;
+    upload->isCopy = false;
+    context.cloud.AcceptListedVersion(id, path, document->facts.hash);
+    AskToSignIn();
+    Enter(upload);
+}
+
+void SessionUploads::StartKeepingBoth(const QString& id)
+{
+    const auto* document = context.documents.Find(id);
+    if (!document || document->localPath.isEmpty()) {
+        RefuseWithoutCopy(id);
+        return;
+    }
+    const auto upload = std::make_shared<ActiveUpload>();
+    QDir().mkpath(linkFolder);
+    upload->link = std::make_unique<QTemporaryDir>(linkFolder + "/XXXXXX");
+    const QString name = OtherNameOf(FromUtf8(document->facts.name), QSysInfo::machineHostName(), QDate::currentDate(),
+                                     [this](const QString& other) { return IsNameTaken(other); });
+    upload->path = upload->link->filePath(name);
+    upload->subject = document->localPath;
+    upload->origin = id;
+    if (!upload->link->isValid() || !QFile::link(upload->subject, upload->path)) {
+        RefuseLater({upload->subject, FromUtf8(document->facts.name)}, "Nothing can be written to " + linkFolder,
+                    "Check its permissions, and the disk that it is on.");
+        return;
+    }
+    AskToSignIn();
+    Enter(upload);
+}
+
+bool SessionUploads::IsNameTaken(const QString& name) const
+{
+    return !context.documents.DocumentNamed(name).isEmpty() ||
+           std::any_of(uploads.begin(), uploads.end(),
+                       [&](const UploadPointer& upload) { return FileNameOf(upload->path) == name; });
+}
+
+void SessionUploads::RefuseWithoutCopy(const QString& id)
+{
+    if (const auto* document = context.documents.Find(id)) {
+        RefuseLater({id, FromUtf8(document->facts.name)}, "It has no local copy", "Download the document first.");
+    } else {
+        RefuseLater({id, id}, notListed, refreshTheList);
+    }
+}
+
+void SessionUploads::RefuseLater(const SessionCloud::Subject& about, const QString& reason, const QString& advice)
+{
+    Later(this, [this, about, reason, advice] {
+        context.cloud.Refuse(CloudProblem::Request::Upload, about, reason, advice);
+    });
+}
+
 void SessionUploads::AskToSignIn()
 {
     Later(this, [this] {
-        if (!context.cloud.IsSignedIn()) {
+        if (!context.cloud.IsSignedIn() && !context.cloud.IsPatient()) {
             context.cloud.AskToSignIn();
         }
     });
+}
+
+void SessionUploads::Resume(bool wasAway)
+{
+    for (const auto& upload : uploads) {
+        if (upload->isWaiting) {
+            upload->isWaiting = false;
+            upload->breaks = wasAway ? 0 : upload->breaks;
+            Later(this, [this, upload = upload] { Begin(upload); });
+        }
+    }
 }
 
 void SessionUploads::Cancel(const QString& path)
@@ -109,7 +197,7 @@ void SessionUploads::Cancel(const QString& path)
         if (upload->isSent) {
             context.cloud.Manager().CancelUploading(upload->path);
         } else if (End(upload)) {
-            emit context.session.UploadCanceled(upload->path);
+            emit context.session.UploadCanceled(upload->subject);
         }
     });
 }
@@ -119,7 +207,7 @@ void SessionUploads::Enter(const UploadPointer& upload)
     upload->normalizedPath = ToText(context.fileSystem.NormalizePath(ToPath(upload->path)));
     if (uploadsByFile.contains(upload->normalizedPath)) {
         Later(this, [this, upload] {
-            Refuse(upload, "it is already being uploaded", "Wait until that is done, or cancel it.");
+            Refuse(upload, "It is already being uploaded", "Wait until that is done, or cancel it.");
         });
         return;
     }
@@ -141,9 +229,13 @@ void SessionUploads::Begin(const UploadPointer& upload)
         Refuse(upload, reason, advice);
         return;
     }
+    if (!context.cloud.IsSignedIn() && context.cloud.IsPatient()) {
+        Wait(upload);
+        return;
+    }
     if (!context.cloud.IsSignedIn()) {
         End(upload);
-        context.cloud.RefuseSignedOut(CloudProblem::Request::Upload, {upload->path, FileNameOf(upload->path)});
+        context.cloud.RefuseSignedOut(CloudProblem::Request::Upload, {upload->subject, FileNameOf(upload->path)});
         return;
     }
     const auto send = [this, upload] { Send(upload); };
@@ -178,22 +270,40 @@ void SessionUploads::Send(const UploadPointer& upload)
     }
     if (upload->sentHash.empty() && !upload->isHashExpected) {
         End(upload);
-        Refuse(upload, "the file could not be read", "Check its permissions, and the disk that it is on.");
+        Refuse(upload, "The file could not be read", "Check its permissions, and the disk that it is on.");
         return;
     }
     std::shared_ptr<FileInfo> replaced;
     if (!upload->document.isEmpty()) {
         replaced = context.documents.RecordOf(upload->document);
-        if (!replaced || replaced->GetPath() != ToPath(upload->path)) {
+        if (!replaced || (upload->isCopy && replaced->GetPath() != ToPath(upload->path))) {
             End(upload);
-            Refuse(upload, "it is no longer the local copy of a document in the list",
+            Refuse(upload, "It is no longer the local copy of a document in the list",
                    "Upload it as a new document, or refresh the list.");
             return;
         }
+        // The protocol knows that too, unless its memory of the copy is lost.
+        const auto status = replaced->GetCloudStatus();
+        const bool isNewerThere =
+            status == FileInfo::CloudStatus::ChangedInCloud || status == FileInfo::CloudStatus::ChangedOnBothSides;
+        if (upload->isCopy && !upload->isNewerSeen && isNewerThere) {
+            End(upload);
+            Refuse(upload, "The document in the cloud has changed since you last saw it",
+                   "Look at the version in the cloud first. To keep both, upload yours under another name.",
+                   FailureKind::Conflict);
+            return;
+        }
+        if (!upload->isCopy) {
+            replaced->SetPath(ToPath(upload->normalizedPath), upload->sentHash, {});
+        }
+    }
+    if (!context.cloud.IsSignedIn() && context.cloud.IsPatient()) {
+        Wait(upload);
+        return;
     }
     if (!context.cloud.IsSignedIn()) {
         End(upload);
-        context.cloud.RequireSignIn(CloudProblem::Request::Upload, {upload->path, FileNameOf(upload->path)});
+        context.cloud.RequireSignIn(CloudProblem::Request::Upload, {upload->subject, FileNameOf(upload->path)});
         return;
     }
     upload->isSent = true;
@@ -212,12 +322,8 @@ void SessionUploads::Send(const UploadPointer& upload)
     }
 }
 
-bool SessionUploads::End(const UploadPointer& upload)
+void SessionUploads::TakeBack(const UploadPointer& upload)
 {
-    if (uploads.erase(upload) == 0) {
-        return false;
-    }
-    uploadsByFile.remove(upload->normalizedPath);
     sentUploads.remove(upload->path);
     if (upload->isHashExpected) {
         const auto paths = PathsOf(*upload);
@@ -228,6 +334,23 @@ bool SessionUploads::End(const UploadPointer& upload)
     if (upload->isSent && !upload->document.isEmpty()) {
         context.documents.EndTransfer(upload->document);
     }
+    upload->isSent = false;
+}
+
+void SessionUploads::Wait(const UploadPointer& upload)
+{
+    TakeBack(upload);
+    upload->isWaiting = true;
+    emit context.session.UploadWaiting(upload->subject);
+}
+
+bool SessionUploads::End(const UploadPointer& upload)
+{
+    if (uploads.erase(upload) == 0) {
+        return false;
+    }
+    uploadsByFile.remove(upload->normalizedPath);
+    TakeBack(upload);
     return true;
 }
 
@@ -249,9 +372,10 @@ SessionUploads::UploadPointer SessionUploads::FindSent(const ioPath& normalizedP
     return found == sentUploads.end() ? nullptr : *found;
 }
 
-void SessionUploads::Refuse(const UploadPointer& upload, const QString& reason, const QString& advice)
+void SessionUploads::Refuse(const UploadPointer& upload, const QString& reason, const QString& advice, FailureKind kind)
 {
-    context.cloud.Refuse(CloudProblem::Request::Upload, {upload->path, FileNameOf(upload->path)}, reason, advice);
+    context.cloud.Refuse(CloudProblem::Request::Upload, {upload->subject, FileNameOf(upload->path)}, reason, advice,
+                         kind);
 }
 
 void SessionUploads::NoteSent(const Social::OAuth2::TransferredFile& file)
@@ -278,7 +402,7 @@ void SessionUploads::OnFinished(const std::shared_ptr<FileInfo>& uploaded)
     End(upload);
     const auto id = IdOf(*uploaded);
     if (id.isEmpty()) {
-        Refuse(upload, "the service did not report the id of the document", "Refresh the list.");
+        Refuse(upload, "The service did not report the id of the document", "Refresh the list.");
         return;
     }
     // The record describes the file as it is now. The cloud has what was sent, which is something else when the file
@@ -290,8 +414,18 @@ void SessionUploads::OnFinished(const std::shared_ptr<FileInfo>& uploaded)
     record->SetPath(uploaded->GetPath(), uploaded->GetMd5Hash(), upload->sentHash);
 
     context.journal.NoteUpload(id);
-    if (context.documents.Replace(record)) {
-        emit context.session.DocumentUploaded(upload->path, id);
+    if (upload->link) {
+        context.cloud.NoteCopyMoved(id, upload->path, upload->normalizedPath);
+    }
+    const auto guard = lifetime.Watch();
+    if (!context.documents.Replace(record)) {
+        return;
+    }
+    if (!upload->origin.isEmpty()) {
+        context.documents.ForgetCopy(upload->origin);
+    }
+    if (guard) {
+        emit context.session.DocumentUploaded(upload->subject, id);
     }
 }
 
@@ -299,8 +433,11 @@ void SessionUploads::OnError(const QString& path, const QString& message)
 {
     const auto cause = context.cloud.Failures().Take();
     const auto upload = FindSent(path);
-    if (upload && End(upload)) {
-        context.cloud.Fail(CloudProblem::Request::Upload, path, message, cause);
+    if (upload && context.cloud.IsPatient() && cause.kind == Social::OAuth2::FailureKind::Unavailable &&
+        ++upload->breaks <= mostBreaks) {
+        Wait(upload);
+    } else if (upload && End(upload)) {
+        context.cloud.Fail(CloudProblem::Request::Upload, upload->subject, message, cause);
     }
 }
 
@@ -308,7 +445,7 @@ void SessionUploads::OnCanceled(const QString& path)
 {
     const auto upload = FindSent(path);
     if (upload && End(upload)) {
-        emit context.session.UploadCanceled(upload->path);
+        emit context.session.UploadCanceled(upload->subject);
     }
 }
 

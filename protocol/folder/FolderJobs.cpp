@@ -163,10 +163,16 @@ Reply ListJob::Listed()
     return {Success, files, {}};
 }
 
+Reply UnavailableReply(const QString& what, const QString& document, const QString& reason)
+{
+    return FailureReply(what, document, reason,
+                        "Make the folder available again, for instance by connecting its drive.",
+                        OAuth2::FailureKind::Unavailable);
+}
+
 Reply ListJob::Unusable() const
 {
-    return FailureReply("Fetching the list of documents", {}, store.Validate().value_or(QString()),
-                        "Make the folder available again, for instance by connecting its drive.");
+    return UnavailableReply("Fetching the list of documents", {}, store.Validate().value_or(QString()));
 }
 
 CopyJob::CopyJob(Task task) : task(std::move(task)) {}

@@ -15,6 +15,9 @@
 
 namespace Norlis::Social {
 
+/// The reply to a request that cannot be carried out because the folder is not there.
+Reply UnavailableReply(const QString& what, const QString& document, const QString& reason);
+
 /// Work on a folder that takes longer than a few milliseconds, cut into steps that do not. Destroying an unfinished job
 /// gives it up and leaves nothing behind.
 class FolderJob {

@@ -16,20 +16,6 @@ constexpr int lookInterval = 10;     // milliseconds
 const auto applicationId = QStringLiteral("pdf");
 const auto example = QStringLiteral("a folder, such as file:///home/me/Cloud");
 
-/// A document, which is rendered where it is.
-class DocumentFile : public PreviewSource::File {
-public:
-    explicit DocumentFile(const QString& path) : path(path) {}
-
-    QString Path() const override
-    {
-        return path;
-    }
-
-private:
-    const QString path;
-};
-
 } // namespace
 
 ServiceKind FolderService::Kind()
@@ -88,13 +74,15 @@ Reply FolderService::Handle(const Request::SignIn&)
 {
     if (const auto reason = store.Open()) {
         return FailureReply("Sign-in", {}, *reason,
-                            "Create the folder, or make its drive available, and sign in again.");
+                            "Create the folder, or make its drive available, and sign in again.",
+                            OAuth2::FailureKind::Unavailable);
     }
     if (const auto reason = store.CompareWithMemory(authInfo.dataFolder)) {
         store.Close();
         return FailureReply("Sign-in", {}, *reason,
                             "Make its drive available and sign in again. If this is the right folder, delete " +
-                                store.MemoryFile(authInfo.dataFolder) + " first.");
+                                store.MemoryFile(authInfo.dataFolder) + " first.",
+                            OAuth2::FailureKind::Unavailable);
     }
     store.RemoveLeftovers();
     return {};
@@ -155,7 +143,7 @@ Reply FolderService::Handle(const Request::AcceptVersion& request)
 Reply FolderService::Quota()
 {
     if (const auto reason = store.Validate()) {
-        return FailureReply("Fetching the storage usage", {}, *reason, "Make the folder available again.");
+        return UnavailableReply("Fetching the storage usage", {}, *reason);
     }
     const qint64 used = store.UsedBytes();
     const qint64 total = authInfo.storageLimit > 0 ? authInfo.storageLimit : used + store.FreeBytes();
@@ -228,10 +216,15 @@ void FolderService::Begin(qint64 id, const Request::Preview& request)
     previews.Add(id, {document->id, document->name, document->version.ToString()}, request.box);
 }
 
+void FolderService::Begin(qint64 id, const Request::LocalPreview& request)
+{
+    previews.AddLocal(id, request.localPath, request.box);
+}
+
 std::unique_ptr<PreviewSource::Fetch> FolderService::FetchForPreview(const PreviewSubject& subject, const QSize&,
                                                                      Done done)
 {
-    const Result result{std::make_shared<DocumentFile>(store.PathOf(subject.name)), {}, {}};
+    const Result result{std::make_shared<FileInPlace>(store.PathOf(subject.name)), {}, {}};
     return std::make_unique<CompletedFetch>(result, std::move(done));
 }
 

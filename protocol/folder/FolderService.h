@@ -52,6 +52,7 @@ private:
     void Begin(qint64 id, const Request::Download& request);
     void Begin(qint64 id, const Request::Upload& request);
     void Begin(qint64 id, const Request::Preview& request);
+    void Begin(qint64 id, const Request::LocalPreview& request);
     void Begin(qint64 id, const Request::Remove& request);
     void Begin(qint64 id, const Request::Quota& request);
 

@@ -55,10 +55,11 @@ Reply NotChanged(DocumentChange::Outcome outcome, const QString& what, const QSt
 {
     switch (outcome) {
     case DocumentChange::Outcome::Gone:
-        return FailureReply(what, name, "The document is no longer in the cloud", "Refresh the list.");
+        return FailureReply(what, name, "The document is no longer in the cloud", "Refresh the list.",
+                            OAuth2::FailureKind::Conflict);
     case DocumentChange::Outcome::Changed:
-        return FailureReply(what, name, "The document in the cloud has changed since you last saw it",
-                            adviceOnConflict);
+        return FailureReply(what, name, "The document in the cloud has changed since you last saw it", adviceOnConflict,
+                            OAuth2::FailureKind::Conflict);
     case DocumentChange::Outcome::Busy:
         return Busy(what, name);
     case DocumentChange::Outcome::Failed:
@@ -93,7 +94,7 @@ public:
             return Reply(); // nobody waits for it
         }
         if (problem) {
-            return FailureReply(download, document.name, problem->reason, problem->advice);
+            return TargetReply(download, document.name, *problem);
         }
         Files::AtomicFile::SyncFolderOf(request.localPath);
         const bool isCertain = source.IsLasting();
@@ -281,7 +282,7 @@ FolderTransfers::Plan FolderTransfers::Download(const Request::Download& request
         return NoSuchDocument(download, store);
     }
     if (const auto problem = Files::ValidateTarget(request.localPath)) {
-        return FailureReply(download, document->name, problem->reason, problem->advice);
+        return TargetReply(download, document->name, *problem);
     }
     CopyJob::Task task;
     task.what = download;
@@ -301,14 +302,14 @@ FolderTransfers::Plan FolderTransfers::Upload(const Request::Upload& request)
 {
     QString name = QFileInfo(request.localPath).fileName();
     if (const auto reason = store.Validate()) {
-        return FailureReply(upload, name, *reason, "Make the folder available again.");
+        return UnavailableReply(upload, name, *reason);
     }
     std::optional<FolderDocument> replaced;
     if (!request.document.isEmpty()) {
         replaced = store.Find(request.document);
         if (!replaced) {
             return FailureReply(upload, name, "The document to replace is no longer in the cloud",
-                                "Upload the file as a new document.");
+                                "Upload the file as a new document.", OAuth2::FailureKind::Conflict);
         }
         name = replaced->name;
     }
@@ -357,7 +358,7 @@ SeenVersion FolderTransfers::Expected(const std::optional<QString>& seenVersion,
 std::optional<Reply> FolderTransfers::Refusal(const QString& name, qint64 size, const QString& replacedDocument)
 {
     if (const auto reason = store.Validate()) {
-        return FailureReply(upload, name, *reason, "Make the folder available again.");
+        return UnavailableReply(upload, name, *reason);
     }
     if (const auto reason = ValidateSize(size, replacedDocument)) {
         return FailureReply(upload, name, *reason, freeSpace);
@@ -396,8 +397,7 @@ std::optional<QString> FolderTransfers::ValidateSize(qint64 size, const QString&
 Reply NoSuchDocument(const QString& what, const FolderStore& store)
 {
     if (const auto reason = store.Validate()) {
-        return FailureReply(what, {}, *reason,
-                            "Make the folder available again, for instance by connecting its drive.");
+        return UnavailableReply(what, {}, *reason);
     }
     return FailureReply(what, {}, "The document is no longer in the cloud", "Refresh the list.");
 }

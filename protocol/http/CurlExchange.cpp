@@ -48,19 +48,26 @@ HttpResponse::Fault UsualFaultOf(CURLcode code)
     }
 }
 
-/// For the user.
-QString TextOf(CURLcode code, const char* detail)
+/// For the user: what the kind of the fault does not say.
+QString TextOf(CURLcode code)
 {
     switch (code) {
-    case CURLE_OK:
-        return {};
+    case CURLE_COULDNT_RESOLVE_HOST:
+    case CURLE_COULDNT_RESOLVE_PROXY:
+        return QStringLiteral("no address is known for its name");
+    case CURLE_COULDNT_CONNECT:
+        return QStringLiteral("it does not accept connections, or no network leads there");
+    case CURLE_OPERATION_TIMEDOUT:
+        return QStringLiteral("it does not answer");
+    case CURLE_SSL_CONNECT_ERROR:
+        return QStringLiteral("no secure connection could be established");
     case CURLE_UNSUPPORTED_PROTOCOL:
     case CURLE_WEIRD_SERVER_REPLY:
         return QStringLiteral("the answer is not HTTP");
-    case CURLE_SSL_CONNECT_ERROR:
-        return QStringLiteral("no secure connection could be established (%1)").arg(QString::fromUtf8(detail));
+    case CURLE_SSL_CACERT_BADFILE:
+        return QStringLiteral("the certificate file cannot be read");
     default:
-        return QString::fromUtf8(detail[0] != '\0' ? detail : curl_easy_strerror(code));
+        return {};
     }
 }
 
@@ -113,6 +120,10 @@ void CurlExchange::SetUp(const Settings& settings)
     curl_easy_setopt(handle, CURLOPT_WRITEDATA, this);
     if (!settings.isProxied) {
         curl_easy_setopt(handle, CURLOPT_PROXY, "");
+    } else if (!proxy.isEmpty() && !request.isRepeatable && request.url.startsWith("http:")) {
+        // Simple proxies close each connection after its answer, and not always say so: a request that happens to go
+        // out on one that is about to be closed cannot be told from one that was carried out.
+        curl_easy_setopt(handle, CURLOPT_FRESH_CONNECT, 1L);
     }
     if (!settings.certificateFile.isEmpty()) {
         curl_easy_setopt(handle, CURLOPT_CAINFO, settings.certificateFile.constData());
@@ -351,11 +362,51 @@ void CurlExchange::Finish(CURLcode code)
     } else if (response.head.status == proxyAsks || ProxyStatus() == proxyAsks) {
         Fail(Fault::NoProxy, QStringLiteral("The proxy %1 asks for a password (407)").arg(proxy).simplified());
     } else if (const Fault fault = FaultOf(code); fault == Fault::NoProxy) {
-        Fail(fault, QStringLiteral("The proxy %1 cannot be used: %2").arg(proxy, TextOf(code, errorText)));
+        const QString why = ProxyStatus() >= 300 ? QStringLiteral("it refuses (%1)").arg(ProxyStatus()) : TextOf(code);
+        Fail(fault, QStringLiteral("The proxy %1 cannot be used").arg(proxy) + (why.isEmpty() ? why : ": " + why),
+             DetailOf(code));
+    } else if (fault == Fault::Silent) {
+        Fail(fault, QStringLiteral("The server has stopped answering"), DetailOf(code));
+    } else if (fault == Fault::Untrusted) {
+        Fail(fault, code == CURLE_SSL_CACERT_BADFILE ? TextOf(code) : CertificateText(), DetailOf(code));
     } else if ((fault == Fault::Broken || isTooLong) && response.head.status >= 300) {
         Fail(Fault::None, {}); // a response that comes while the body is still being sent counts, however it ends
     } else {
-        Fail(fault, TextOf(code, errorText));
+        Fail(fault, TextOf(code), DetailOf(code));
+    }
+}
+
+QString CurlExchange::DetailOf(CURLcode code) const
+{
+    return code == CURLE_OK ? QString()
+                            : QString::fromUtf8(errorText[0] != '\0' ? errorText : curl_easy_strerror(code));
+}
+
+QString CurlExchange::CertificateText() const
+{
+    // As OpenSSL numbers them, X509_verify_cert_error.
+    constexpr long notYetValid = 9;
+    constexpr long expired = 10;
+    constexpr long selfSigned = 18;
+    constexpr long selfSignedAuthority = 19;
+    constexpr long noIssuer = 20;
+    constexpr long noIssuerOfTheOnlyOne = 21;
+    long problem = 0;
+    curl_easy_getinfo(handle, CURLINFO_SSL_VERIFYRESULT, &problem);
+    switch (problem) {
+    case notYetValid:
+        return QStringLiteral("its certificate is not valid yet, or the clock of this computer is wrong");
+    case expired:
+        return QStringLiteral("its certificate has expired");
+    case selfSigned:
+    case selfSignedAuthority:
+    case noIssuer:
+    case noIssuerOfTheOnlyOne:
+        return QStringLiteral("its certificate comes from an authority that this computer does not know");
+    default:
+        return DetailOf(CURLE_PEER_FAILED_VERIFICATION).contains("subject name")
+                   ? QStringLiteral("its certificate is that of another server")
+                   : QStringLiteral("its certificate is not accepted");
     }
 }
 
@@ -378,10 +429,11 @@ HttpResponse::Fault CurlExchange::FaultOf(CURLcode code) const
     return isProxyDead || (code != CURLE_OK && ProxyStatus() >= 300) ? Fault::NoProxy : UsualFaultOf(code);
 }
 
-void CurlExchange::Fail(HttpResponse::Fault fault, const QString& text)
+void CurlExchange::Fail(HttpResponse::Fault fault, const QString& text, const QString& detail)
 {
     response.fault = fault;
     response.faultText = WithoutProxyPasswords(text);
+    response.faultDetail = WithoutProxyPasswords(detail);
     CallOnce(done, std::move(response)); // it destroys this object
 }
 

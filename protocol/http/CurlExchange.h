@@ -73,7 +73,12 @@ private:
     bool BeginSink();
     std::function<void()> Resumer();
     void Finish(CURLcode code);
-    void Fail(HttpResponse::Fault fault, const QString& text);
+    /// What libcurl says of an error.
+    QString DetailOf(CURLcode code) const;
+
+    /// What is wrong with the server's certificate, for the user.
+    QString CertificateText() const;
+    void Fail(HttpResponse::Fault fault, const QString& text, const QString& detail = {});
 
     CurlLoop& loop;
     const HttpRequest request;

@@ -333,13 +333,14 @@ int HttpClient::PauseBeforeRepeating(Pending& pending, const HttpResponse& respo
 
 void HttpClient::Log(qint64 id, const Pending& pending, const HttpResponse& response) const
 {
+    const QString fault = response.faultDetail.isEmpty() ? response.faultText : response.faultDetail;
     qCDebug(httpLog).noquote() << secrets.Redact(
         QStringLiteral("#%1.%2 %3 %4 -> %5%6, %7 sent, %8 received, %9 ms")
             .arg(id)
             .arg(pending.attempts)
             .arg(QString::fromLatin1(pending.request.method), LoggedUrl(pending.request.url))
             .arg(response.head.status)
-            .arg(response.faultText.isEmpty() ? QString() : " (" + response.faultText + ')')
+            .arg(fault.isEmpty() ? QString() : " (" + fault + ')')
             .arg(pending.exchange->SentBytes())
             .arg(pending.exchange->ReceivedBytes())
             .arg(pending.sinceStart.elapsed()));

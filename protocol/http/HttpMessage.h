@@ -105,7 +105,8 @@ struct HttpResponse {
     QByteArray url;              ///< that answered, after redirects
     bool hadCredentials = false; ///< the request went out with a password or token
     Fault fault = Fault::None;
-    QString faultText;
+    QString faultText;   ///< the fault in plain words, where there are more of them than its kind says
+    QString faultDetail; ///< what libcurl says of it
 
     bool HasSucceeded() const
     {

@@ -1,5 +1,9 @@
 #include "PreviewQueue.h"
 
+#include <files/FileIdentity.h>
+
+#include <QCryptographicHash>
+#include <QFileInfo>
 #include <QThread>
 
 #include <algorithm>
@@ -15,6 +19,13 @@ constexpr std::size_t maxFetches = 2; // fetched files that wait for a renderer 
 QString VersionKey(const QString& document, const QString& version)
 {
     return document + '/' + version;
+}
+
+/// Stands for a file as ids do for documents: it becomes part of a file's name.
+QString IdOf(const QString& localPath)
+{
+    const auto hash = QCryptographicHash::hash(localPath.toUtf8(), QCryptographicHash::Sha1);
+    return "local-" + QString::fromLatin1(hash.toHex());
 }
 
 QString VersionKey(const PreviewSubject& subject)
@@ -54,6 +65,21 @@ void PreviewQueue::Add(qint64 id, const PreviewSubject& subject, const QSize& bo
     job.subject = subject; // the newest version
     job.wanted.push_back({id, box});
     nextTimer.start();
+}
+
+void PreviewQueue::AddLocal(qint64 id, const QString& localPath, const QSize& box)
+{
+    const QFileInfo file(localPath);
+    const QString path = file.canonicalFilePath(); // the renderer is given no links
+    const auto identity = Files::FileIdentity::OfPath(path);
+    const QString obstacle = !identity.IsFile() ? QStringLiteral("There is no such file")
+                             : box.isEmpty()    ? QStringLiteral("The requested size is empty")
+                                                : QString();
+    if (obstacle.isEmpty()) {
+        Add(id, {IdOf(path), file.fileName(), identity.ToString(), path}, box);
+    } else {
+        reply(id, FailureReply("Making a preview", file.fileName(), obstacle));
+    }
 }
 
 void PreviewQueue::Cancel(qint64 id)
@@ -139,6 +165,11 @@ bool PreviewQueue::AnswerFromCache(const Job& job)
 
 void PreviewQueue::StartFetch(Job job)
 {
+    if (!job.subject.localPath.isEmpty()) {
+        job.file = std::make_shared<FileInPlace>(job.subject.localPath);
+        fetched.push_back(std::move(job));
+        return;
+    }
     const int number = ++lastFetch;
     Fetching& fetching = fetches[number];
     fetching.job = std::move(job);

@@ -29,6 +29,9 @@ public:
 
     void Add(qint64 id, const PreviewSubject& subject, const QSize& box);
 
+    /// The same of a file on this computer.
+    void AddLocal(qint64 id, const QString& localPath, const QSize& box);
+
     /// No reply follows. Unknown ids are ignored.
     void Cancel(qint64 id);
 

@@ -14,9 +14,10 @@ namespace Norlis::Social {
 
 /// A version of a PDF document.
 struct PreviewSubject {
-    QString document; ///< id
-    QString name;     ///< for error texts
-    QString version;  ///< changes whenever the content does
+    QString document;       ///< id
+    QString name;           ///< for error texts
+    QString version;        ///< changes whenever the content does
+    QString localPath = {}; ///< of a file on this computer, which no source is asked for
 };
 
 /// Where a PreviewQueue gets documents from. Used on the queue's thread.
@@ -48,6 +49,20 @@ public:
     /// Fetches a document, or a preview of it for a box. Calls done once, from the event loop, unless the fetch is
     /// destroyed before; done may destroy it.
     virtual std::unique_ptr<Fetch> FetchForPreview(const PreviewSubject& subject, const QSize& box, Done done) = 0;
+};
+
+/// A document that is rendered where it is.
+class FileInPlace : public PreviewSource::File {
+public:
+    explicit FileInPlace(const QString& path) : path(path) {}
+
+    QString Path() const override
+    {
+        return path;
+    }
+
+private:
+    const QString path;
 };
 
 /// A fetch whose result is known from the start.

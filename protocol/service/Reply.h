@@ -4,6 +4,7 @@
 #include <contracts/NorlisCloudSharingResult.h>
 #include <contracts/OAuth2.h>
 #include <files/FileIdentity.h>
+#include <files/LocalTarget.h>
 
 #include <QImage>
 
@@ -38,6 +39,13 @@ OAuth2::TransferredFile DeliveredFileOf(const QString& localPath, const QString&
                                         const Files::FileIdentity& identity);
 
 /// A reply that says what went wrong.
-Reply FailureReply(const QString& what, const QString& document, const QString& reason, const QString& advice = {});
+Reply FailureReply(const QString& what, const QString& document, const QString& reason, const QString& advice = {},
+                   OAuth2::FailureKind kind = OAuth2::FailureKind::Other);
+
+/// The reply to a download that cannot be written to its target.
+Reply TargetReply(const QString& what, const QString& document, const Files::TargetProblem& problem);
+
+/// The reply to a request that needs somebody to be signed in.
+Reply SignedOutReply(const QString& what);
 
 } // namespace Norlis::Social

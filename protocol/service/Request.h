@@ -61,8 +61,21 @@ struct Preview {
     QString document;
     QSize box; ///< the picture fits into it without being distorted
 };
+/// See NorlisCloudProtocol::previewLocalFile.
+struct LocalPreview {
+    QString localPath;
+    QSize box;
+};
 
-using Any = std::variant<SignIn, SignOut, UserName, UserPage, UserPictureAddress, UserPicture, Info, List, Change,
-                         Download, Upload, Remove, CopyMoved, AcceptVersion, Quota, Capabilities, Preview>;
+using Any =
+    std::variant<SignIn, SignOut, UserName, UserPage, UserPictureAddress, UserPicture, Info, List, Change, Download,
+                 Upload, Remove, CopyMoved, AcceptVersion, Quota, Capabilities, Preview, LocalPreview>;
+
+/// Whether somebody has to be signed in for it.
+inline bool NeedsSignIn(const Any& request)
+{
+    return !std::holds_alternative<SignIn>(request) && !std::holds_alternative<SignOut>(request) &&
+           !std::holds_alternative<LocalPreview>(request);
+}
 
 } // namespace Norlis::Social::Request

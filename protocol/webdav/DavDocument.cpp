@@ -89,7 +89,7 @@ DavDocument FileOf(const DavEntry& entry, const QByteArray& name)
 Reply ConflictReply(const QString& what, const DavDocument& document)
 {
     return FailureReply(what, document.Name(), "Somebody has changed or removed the document in the cloud since",
-                        "Refresh the list, and look at the newer version first.");
+                        "Refresh the list, and look at the newer version first.", OAuth2::FailureKind::Conflict);
 }
 
 bool IsSameVersion(const DavDocument& left, const DavDocument& right)

@@ -58,7 +58,7 @@ void DownloadOperation::Start()
         }
         document = *found;
         if (const auto problem = Files::ValidateTarget(request.localPath)) {
-            Fail(problem->reason, problem->advice);
+            End(TargetReply(what, document.Name(), *problem));
             return;
         }
         const QString folder = QFileInfo(request.localPath).path();
@@ -208,7 +208,9 @@ void DownloadOperation::AskForSize(std::function<void(qint64)> onSize)
     const HttpRequest look = OnLane(HttpRequest::Lane::Transfer, PropFind(session->collection.UrlOf(document.name)));
     requests.Send(look, [this, onSize = std::move(onSize)](HttpResponse&& response) {
         const auto entry = EntryOfDepth0(response, session->PathOf(document.name));
-        if (!entry || !entry->size) {
+        if (response.fault != HttpResponse::Fault::None) {
+            End(session->FailureReplyTo(what, document.Name(), response));
+        } else if (!entry || !entry->size) {
             Fail("The server does not report the size of the document", "Try again.");
         } else {
             onSize(*entry->size);
@@ -262,7 +264,7 @@ void DownloadOperation::PutInPlace()
     if (!isWanted) {
         End({});
     } else if (problem) {
-        Fail(problem->reason, problem->advice);
+        End(TargetReply(what, document.Name(), *problem));
     } else {
         RememberVersion();
         const auto end = [this, guard = lifetime.Watch()](const QString&) {

@@ -74,6 +74,42 @@ OAuth2::Failure MeaningOfChallenge(const HttpHead& head)
     return failure;
 }
 
+/// Whether the same request may succeed later, without anybody doing anything about it.
+bool IsTemporary(const HttpResponse& response)
+{
+    switch (response.fault) {
+    case HttpResponse::Fault::Unreachable:
+    case HttpResponse::Fault::NoProxy:
+    case HttpResponse::Fault::Silent:
+    case HttpResponse::Fault::Broken:
+        return true;
+    case HttpResponse::Fault::None:
+        break;
+    default:
+        return false;
+    }
+    const int status = response.head.status;
+    return status == 429 || (status >= 502 && status <= 504);
+}
+
+OAuth2::FailureKind KindOf(const HttpResponse& response)
+{
+    if (IsTemporary(response)) {
+        return OAuth2::FailureKind::Unavailable;
+    }
+    if (response.fault != HttpResponse::Fault::None) {
+        return OAuth2::FailureKind::Other;
+    }
+    switch (response.head.status) {
+    case 401:
+        return OAuth2::FailureKind::NotSignedIn;
+    case 412:
+        return OAuth2::FailureKind::Conflict;
+    default:
+        return OAuth2::FailureKind::Other;
+    }
+}
+
 QString AdviceFor(HttpResponse::Fault fault)
 {
     switch (fault) {
@@ -100,18 +136,25 @@ QString AdviceFor(HttpResponse::Fault fault)
     return {};
 }
 
+QString WhatWentWrong(HttpResponse::Fault fault)
+{
+    switch (fault) {
+    case HttpResponse::Fault::Unreachable:
+        return QStringLiteral("The server cannot be reached");
+    case HttpResponse::Fault::Untrusted:
+        return QStringLiteral("The server's identity cannot be verified");
+    case HttpResponse::Fault::Broken:
+        return QStringLiteral("The connection broke");
+    default:
+        return {};
+    }
+}
+
 QString ReasonFor(const HttpResponse& response)
 {
-    switch (response.fault) {
-    case HttpResponse::Fault::Unreachable:
-        return QStringLiteral("The server cannot be reached: %1").arg(response.faultText);
-    case HttpResponse::Fault::Untrusted:
-        return QStringLiteral("The server's identity cannot be verified: %1").arg(response.faultText);
-    case HttpResponse::Fault::Broken:
-        return QStringLiteral("The connection broke: %1").arg(response.faultText);
-    default:
-        return response.faultText;
-    }
+    QStringList parts = {WhatWentWrong(response.fault), response.faultText};
+    parts.removeAll(QString());
+    return parts.join(": ");
 }
 
 } // namespace
@@ -119,13 +162,16 @@ QString ReasonFor(const HttpResponse& response)
 OAuth2::Failure ExplainFailure(const HttpResponse& response, const Secrets& secrets)
 {
     OAuth2::Failure failure;
+    failure.kind = KindOf(response);
     if (response.fault != HttpResponse::Fault::None) {
         failure.reason = secrets.Redact(ReasonFor(response));
         failure.advice = AdviceFor(response.fault);
+        failure.details = secrets.Redact(response.faultDetail);
         return failure;
     }
     if (response.head.status == 401 && !response.hadCredentials) {
         failure = MeaningOfChallenge(response.head);
+        failure.kind = KindOf(response);
     } else {
         const Meaning meaning = MeaningOf(response.head.status);
         failure.reason = QString::fromUtf8(meaning.reason);

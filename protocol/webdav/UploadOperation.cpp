@@ -90,7 +90,7 @@ void UploadOperation::LookAtReplaced(const QString& expectedVersion)
                           }
                       } else if (entry || IsMissing(response.Status())) {
                           End(FailureReply(what, Name(), "The document to replace is no longer in the cloud",
-                                           "Upload the file as a new document."));
+                                           "Upload the file as a new document.", OAuth2::FailureKind::Conflict));
                       } else {
                           End(session->FailureReplyTo(what, Name(), response));
                       }

@@ -127,10 +127,8 @@ ServiceKind WebDavService::Kind()
 
 void WebDavService::Start(qint64 id, const Request::Any& request)
 {
-    const bool needsSession =
-        !std::holds_alternative<Request::SignIn>(request) && !std::holds_alternative<Request::SignOut>(request);
-    if (needsSession && !session) {
-        listener.reply(id, FailureReply("The request", {}, "Nobody is signed in", "Sign in first."));
+    if (Request::NeedsSignIn(request) && !session) {
+        listener.reply(id, SignedOutReply("The request"));
         return;
     }
     std::visit([&](const auto& known) { Begin(id, known); }, request);
@@ -294,7 +292,7 @@ void WebDavService::Begin(qint64 id, const Request::Quota&)
 void WebDavService::FindQuota(const std::function<void(Reply)>& found)
 {
     if (!session) { // signed out while it waited
-        found(FailureReply("Fetching the storage usage", {}, "Nobody is signed in", "Sign in first."));
+        found(SignedOutReply("Fetching the storage usage"));
         return;
     }
     quota = std::make_unique<QuotaOperation>(session, [this, asked = session, found](Reply&& reply) {
@@ -326,6 +324,11 @@ void WebDavService::Begin(qint64 id, const Request::Preview& request)
         }
     };
     session->lookup.Find(id, request.document, what, found);
+}
+
+void WebDavService::Begin(qint64 id, const Request::LocalPreview& request)
+{
+    previews.AddLocal(id, request.localPath, request.box);
 }
 
 std::unique_ptr<PreviewSource::Fetch> WebDavService::FetchForPreview(const PreviewSubject& subject, const QSize& box,

@@ -61,6 +61,7 @@ private:
     void Begin(qint64 id, const Request::Quota& request);
     void Begin(qint64 id, const Request::Capabilities& request);
     void Begin(qint64 id, const Request::Preview& request);
+    void Begin(qint64 id, const Request::LocalPreview& request);
 
     std::shared_ptr<WebDavSession> NewSession(const QString& token);
 

@@ -34,7 +34,8 @@ WebDavSession::WebDavSession(const Collection& collection, const HttpClient::Set
 Reply WebDavSession::FailureReplyTo(const QString& what, const QString& document, const HttpResponse& response) const
 {
     const OAuth2::Failure failure = ExplainFailure(response, secrets);
-    Reply reply = FailureReply(what, document, failure.reason, failure.advice);
+    Reply reply = FailureReply(what, document, failure.reason, failure.advice, failure.kind);
+    reply.failure.details = failure.details;
     reply.isSignedOut = response.Status() == 401;
     return reply;
 }

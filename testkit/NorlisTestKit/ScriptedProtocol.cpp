@@ -67,11 +67,12 @@ std::set<qint64> ScriptedProtocol::Running() const
     return running;
 }
 
-void ScriptedProtocol::Fail(qint64 id, const QString& reason)
+void ScriptedProtocol::Fail(qint64 id, const QString& reason, Social::OAuth2::FailureKind kind)
 {
     Social::OAuth2::Failure failure;
     failure.operation = id;
     failure.reason = reason;
+    failure.kind = kind;
     TellFailure(failure);
     Answer(id, Social::Error);
 }

@@ -100,7 +100,7 @@ public:
     }
 
     /// Tells the failure observer the reason, and answers the request with an error.
-    void Fail(qint64 id, const QString& reason);
+    void Fail(qint64 id, const QString& reason, Social::OAuth2::FailureKind kind = Social::OAuth2::FailureKind::Other);
 
     /// Calls the failure observer, if there is one, and nothing else.
     void TellFailure(const Social::OAuth2::Failure& failure) const;

@@ -93,6 +93,9 @@ TEST_P(SignInTest, WithoutSignInNothingStarts)
     EXPECT_EQ(client.Quota()->operation, -1);
     EXPECT_EQ(client.Preview("id", {100, 100})->operation, -1);
     EXPECT_EQ(client.failures.size(), client.TellsFailures() ? 11U : 0U);
+    for (const auto& failure : client.failures) {
+        EXPECT_EQ(failure.kind, Social::OAuth2::FailureKind::NotSignedIn);
+    }
 
     ASSERT_TRUE(client.SignIn());
     LetThingsSettle();

@@ -83,7 +83,7 @@ qint64 MemoryProtocol::Start(const QString& what, const std::function<void(qint6
 {
     const bool isSignIn = what == "Sign-in";
     if (!isSignedIn && !isSignIn) {
-        Tell({-1, what, {}, "Nobody is signed in", "Sign in"});
+        Tell({-1, what, {}, "Nobody is signed in", "Sign in", OAuth2::FailureKind::NotSignedIn});
         return -1;
     }
     const qint64 id = ++lastId;

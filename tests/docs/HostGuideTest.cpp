@@ -72,9 +72,8 @@ EditorWindow::EditorWindow(User& user, const QString& dataFolder, const QString&
     connect(&cloud, &AbstractCloudManager::AuthorizationCompleted, &session, &Host::CloudSession::Refresh);
     connect(&cloud, &AbstractCloudManager::AuthorizationRequired, this, &EditorWindow::AskForPassword);
     connect(&session, &Host::CloudSession::LocalCopyRead, this, &EditorWindow::Send);
-    connect(&session, &Host::CloudSession::Failed, this, [this](const Host::CloudProblem& problem) {
-        Tell(problem.message + ": " + problem.cause.reason + ". " + problem.cause.advice);
-    });
+    connect(&session, &Host::CloudSession::Failed, this,
+            [this](const Host::CloudProblem& problem) { Tell(problem.Text()); });
     session.RefreshEvery(std::chrono::minutes(1));
 }
 

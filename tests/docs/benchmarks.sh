@@ -9,7 +9,7 @@ run_session docs/working-on-the-code.md bench \
     's|^.*StorageBenchmark|& --benchmark_min_time=0.001 --benchmark_filter=documents:1000/|' \
     's/^.*PreviewBenchmark/& 5 1/' \
     's/^.*WebDavBenchmark/& 4 10 100 1/' \
-    's|^.*programs.py build/bench$|& --share 0.002 --rounds 1|' | tee shown
+    's|^.*programs.py build/release$|& --share 0.002 --rounds 1|' | tee shown
 if grep "ERROR OCCURRED" shown; then
     fail "A benchmark has failed"
 fi

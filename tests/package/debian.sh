@@ -34,7 +34,12 @@ for package in "$runtime" libnorlis-cloud-dev norlis-cloud-tools qml-module-norl
     expect $package Description '^cloud documents for desktop PDF editors - '
     expect $package Section '^(libs|libdevel|utils)$'
     dpkg-deb -x "${package}_${version}_$architecture.deb" root
+    for document in copyright changelog.gz; do
+        [ -s "root/usr/share/doc/$package/$document" ] || fail "$package has no $document."
+    done
 done
+[ -z "$(dpkg-deb -c "norlis-cloud-tools_${version}_$architecture.deb" | grep -v ' \./$\| \./usr/')" ] ||
+    fail "norlis-cloud-tools has files outside of /usr."
 dpkg-deb -e "${runtime}_${version}_$architecture.deb" control
 grep -qx "activate-noawait ldconfig" control/triggers || fail "$runtime does not tell the system of its libraries."
 for library in NorlisContracts NorlisSocial NorlisCloud NorlisHost; do
@@ -49,6 +54,8 @@ modules=$(qmake -qt=5 -query QT_INSTALL_QML)
 [ -f "root$modules/Norlis/Cloud/qmldir" ] || fail "The QML module is not in $modules."
 mv "root$(dirname "$modules")" root/usr/lib/qt5
 rmdir "root$(dirname "$modules" | xargs dirname)"
+rm -r root/usr/share/doc
+gunzip root/usr/share/man/man1/*.gz
 diff -r --no-dereference root/usr "$prefix" || fail "The packages (<) are not what is installed from the build (>)."
 "$tree/tests/package/consumer-cmake.sh" "$tree" "$folder" "$folder/root/usr"
 "$tree/tests/package/programs.sh" "$tree" "$folder" "$folder/root/usr"

@@ -25,6 +25,7 @@ protected:
         ASSERT_EQ(by.failures.size(), failures + 1);
         EXPECT_EQ(by.failures.back().operation, -1);
         EXPECT_EQ(by.failures.back().what, "Download");
+        EXPECT_EQ(by.failures.back().kind, Social::OAuth2::FailureKind::NameTaken);
         EXPECT_EQ(by.failures.back().reason, path + " is there already, and is not an unchanged copy of the document");
         EXPECT_NE(by.failures.back().advice, QString());
         ASSERT_TRUE(by.List()->Succeeds());

@@ -257,6 +257,24 @@ TEST_F(FolderCloudTest, AReadOnlyDriveIsCalledThat)
     EXPECT_THAT(LastReason(), HasSubstr("Read-only file system"));
 }
 
+TEST_F(FolderCloudTest, AFolderThatIsNotThereAtTheMomentIsUnavailable)
+{
+    cloud.Put("document.pdf", "content");
+    ASSERT_TRUE(client.SignIn());
+    const QString id = client.Entry("document.pdf").id;
+    cloud.Withdraw();
+    EXPECT_TRUE(client.List()->Fails());
+    EXPECT_TRUE(client.Quota()->Fails());
+    EXPECT_TRUE(client.Upload(Local("new.pdf", "content"))->Fails());
+    EXPECT_TRUE(client.Download(id, folder.filePath("target.pdf"))->Fails());
+    EXPECT_TRUE(client.Remove(id)->Fails());
+    EXPECT_TRUE(client.Authorize()->Fails());
+    ASSERT_EQ(client.failures.size(), 6U);
+    for (const auto& failure : client.failures) {
+        EXPECT_EQ(failure.kind, Social::OAuth2::FailureKind::Unavailable) << qPrintable(failure.what);
+    }
+}
+
 TEST_F(FolderCloudTest, LeftoversOfACrashAreRemovedADayLater)
 {
     MakeFolder(cloud.PathOf(".norlis-cloud"));

@@ -27,24 +27,13 @@ public:
         if (!fetches) {
             const QString path = folder.filePath(subject.name);
             WriteFile(path, "content");
-            return std::make_unique<CompletedFetch>(Result{std::make_shared<DocumentFile>(path), {}, {}}, done);
+            return std::make_unique<CompletedFetch>(Result{std::make_shared<FileInPlace>(path), {}, {}}, done);
         }
         fetches->push_back(std::move(done));
         return std::make_unique<Fetch>();
     }
 
 private:
-    struct DocumentFile : File {
-        explicit DocumentFile(const QString& path) : path(path) {}
-
-        QString Path() const override
-        {
-            return path;
-        }
-
-        const QString path;
-    };
-
     const QTemporaryDir folder;
 };
 
@@ -105,6 +94,39 @@ TEST_F(PreviewQueueTest, SizesOfOneDocumentComeFromOneRendering)
     EXPECT_EQ(SizeOf(2), QSize(100, 100));
     EXPECT_EQ(SizeOf(3), QSize(50, 50));
     EXPECT_EQ(fakes.Requests(), QStringList("100x100 id1.pdf"));
+}
+
+TEST_F(PreviewQueueTest, AFileOnThisComputerIsRenderedWhereItIsAndAgainWhenItHasChanged)
+{
+    Use("answer", folder.filePath("cache"));
+    WriteFile(folder.filePath("mine.pdf"), "content");
+    ASSERT_TRUE(QFile::link(folder.filePath("mine.pdf"), folder.filePath("link.pdf")));
+    queue->AddLocal(1, folder.filePath("mine.pdf"), {50, 50});
+    ASSERT_TRUE(Came(1));
+    EXPECT_EQ(SizeOf(1), QSize(50, 50));
+    queue->AddLocal(2, folder.filePath("link.pdf"), {50, 50}); // the same file
+    ASSERT_TRUE(Came(2));
+    EXPECT_EQ(fakes.Requests(), QStringList("50x50 mine.pdf"));
+    WriteFile(folder.filePath("mine.pdf"), "other content");
+    queue->AddLocal(3, folder.filePath("mine.pdf"), {50, 50});
+    ASSERT_TRUE(Came(3));
+    EXPECT_EQ(fakes.Requests(), QStringList({"50x50 mine.pdf", "50x50 mine.pdf"}));
+}
+
+TEST_F(PreviewQueueTest, AFileThatCannotBeDrawnIsRefusedAtOnce)
+{
+    Use("answer");
+    WriteFile(folder.filePath("mine.pdf"), "content");
+    queue->AddLocal(1, folder.filePath("none.pdf"), {50, 50});
+    queue->AddLocal(2, folder.path(), {50, 50});
+    queue->AddLocal(3, {}, {50, 50});
+    queue->AddLocal(4, folder.filePath("mine.pdf"), {});
+    ASSERT_EQ(replies.size(), 4U);
+    EXPECT_EQ(replies[1].failure.reason, "There is no such file");
+    EXPECT_EQ(replies[2].failure.reason, "There is no such file");
+    EXPECT_EQ(replies[3].failure.reason, "There is no such file");
+    EXPECT_EQ(replies[4].failure.reason, "The requested size is empty");
+    EXPECT_THAT(fakes.Requests(), IsEmpty());
 }
 
 TEST_F(PreviewQueueTest, AKeptPictureIsNotRenderedAgain)

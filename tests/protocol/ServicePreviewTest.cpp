@@ -5,6 +5,8 @@
 
 #include <QPixmap>
 
+#include <optional>
+
 namespace Norlis::Test {
 
 using testing::IsEmpty;
@@ -41,6 +43,25 @@ TEST_P(ServicePreviewTest, ChangedContentHasANewPictureInTheCacheToo)
     preview = other.Preview(id, {100, 100});
     ASSERT_TRUE(preview->Succeeds());
     EXPECT_EQ(ColorOf(preview->payload), QColor(Qt::green));
+}
+
+TEST_P(ServicePreviewTest, AFileOnThisComputerIsDrawnWithoutASignIn)
+{
+    const Client nobody(Service().Settings(), cloud->Token());
+    const auto draw = [&](const QString& path) {
+        std::optional<QPixmap> drawn;
+        const qint64 id = nobody.Protocol()->previewLocalFile(
+            path, {100, 100}, [&](qint64, Social::RequestResult, const QPixmap& picture) { drawn = picture; });
+        EXPECT_GE(id, 0);
+        EXPECT_TRUE(WaitUntil([&] { return drawn.has_value(); }));
+        return drawn.value_or(QPixmap());
+    };
+    const QPixmap picture = draw(LocalFile("mine.pdf", PdfOfColor(Qt::red)));
+    ASSERT_FALSE(picture.isNull());
+    EXPECT_EQ(ColorOf(picture), QColor(Qt::red));
+    EXPECT_LE(qMax(picture.width(), picture.height()), 100);
+    EXPECT_TRUE(draw(LocalFile("text.pdf", "text")).isNull());
+    EXPECT_EQ(nobody.failures.back().document, "text.pdf");
 }
 
 TEST_P(ServicePreviewTest, PicturesAreKeptForTheNextTime)

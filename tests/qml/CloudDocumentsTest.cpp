@@ -2,6 +2,7 @@
 
 #include "QmlTest.h"
 
+#include <NorlisTestKit/FaultServer.h>
 #include <tests/support/SlotRunner.h>
 
 #include <QAbstractItemModel>
@@ -37,6 +38,9 @@ protected:
                      "'; refreshInterval: 0\n"
                      "readonly property int onlyInCloud: CloudDocuments.OnlyInCloud\n"
                      "readonly property int inSync: CloudDocuments.InSync\n"
+                     "readonly property int signedOut: CloudDocuments.SignedOut\n"
+                     "readonly property int online: CloudDocuments.Online\n"
+                     "readonly property int offline: CloudDocuments.Offline\n"
                      "readonly property int changedOnBothSides: CloudDocuments.ChangedOnBothSides }");
     }
 
@@ -200,13 +204,32 @@ TEST_F(CloudDocumentsTest, RemovesADocumentFromTheCloud)
     EXPECT_EQ(ReadFile(Local("cloud/plan.pdf")), std::nullopt);
 }
 
+TEST_F(CloudDocumentsTest, ADelayedRemovalHidesTheDocumentAndCanBeTakenBack)
+{
+    WriteFile(Local("cloud/plan.pdf"), "plan");
+    OpenSignedIn();
+    const QString ids = "(['" + IdOfOnly() + "']";
+    const auto isHidden = [this](const char* answer) {
+        return WaitUntil([&] { return Column("hidden") == QStringList(answer); });
+    };
+    Do("removeLater" + ids + ", 3600000)");
+    EXPECT_TRUE(isHidden("true"));
+    Do("undoRemoval" + ids + ")");
+    EXPECT_TRUE(isHidden("false"));
+    EndOf("removeLater" + ids + ", 1)", "removed");
+    EXPECT_EQ(Names(), QStringList());
+    EXPECT_EQ(ReadFile(Local("cloud/plan.pdf")), std::nullopt);
+}
+
 TEST_F(CloudDocumentsTest, AsksForSignInWhereNobodyIsSignedIn)
 {
     OpenSignedIn();
     EndOf("signOut()", "signedInChanged");
     EXPECT_FALSE(cloud->property("signedIn").toBool());
     QSignalSpy required(cloud.get(), SignalOf(*cloud, "signInRequired"));
-    EXPECT_EQ(FailureOf("refresh()")["request"], "list");
+    const auto failure = FailureOf("refresh()");
+    EXPECT_EQ(failure["request"], "list");
+    EXPECT_EQ(failure["kind"], "notSignedIn");
     EXPECT_EQ(required.count(), 1);
 }
 
@@ -217,6 +240,55 @@ TEST_F(CloudDocumentsTest, FolderThatIsNotThereIsAFailureOfSignIn)
     EXPECT_EQ(problem["request"], "signIn");
     EXPECT_THAT(problem["reason"].toString().toStdString(), HasSubstr("missing"));
     EXPECT_FALSE(cloud->property("signedIn").toBool());
+}
+
+TEST_F(CloudDocumentsTest, SettlesConflictsInEachWay)
+{
+    OpenSignedIn();
+    WriteFile(Local("here/plan.pdf"), "plan");
+    EndOf(Upload(Local("here/plan.pdf")), "uploaded");
+    const auto change = [this](const QByteArray& theirs) {
+        WriteFile(Local("here/plan.pdf"), "mine");
+        WriteFile(Local("cloud/plan.pdf"), theirs);
+        EndOf("readLocalCopy('" + Local("here/plan.pdf") + "')", "localCopyRead");
+        Do("refresh()");
+        EXPECT_TRUE(WaitUntil([&] { return Column("state") == Do("[changedOnBothSides]").toStringList(); }));
+    };
+    change("theirs");
+    const QString id = IdOfOnly();
+    EXPECT_EQ(FailureOf(Call("uploadChanges"))["kind"], "conflict");
+    EXPECT_EQ(ReadFile(Local("cloud/plan.pdf")), "theirs");
+    EndOf(Call("useCloudVersion"), "downloaded");
+    EXPECT_EQ(ReadFile(Local("here/plan.pdf")), "theirs");
+    change("theirs, newer");
+    EndOf(Call("keepBoth"), "uploaded");
+    EXPECT_EQ(Names().size(), 2);
+    EXPECT_EQ(Do("documentNamed('plan.pdf')"), id);
+    WriteFile(Local("there/better.pdf"), "better");
+    EndOf("replaceWith('" + id + "', '" + Local("there/better.pdf") + "')", "uploaded");
+    EXPECT_EQ(ReadFile(Local("cloud/plan.pdf")), "better");
+    EXPECT_TRUE(QDir(Do("viewingFolder('" + id + "')").toUrl().toLocalFile()).exists());
+    EndOf("removeLater(['" + id + "'], 60000); prepareToClose()", "readyToClose");
+    EXPECT_FALSE(ReadFile(Local("cloud/plan.pdf")));
+}
+
+TEST_F(CloudDocumentsTest, StaysSignedInWhileTheServerIsAway)
+{
+    TestKit::FaultServer server;
+    WriteFile(Local("here/plan.pdf"), "plan");
+    Open(server.Address().toString());
+    EndOf("signIn('" + server.Password() + "')", "refreshed");
+    EXPECT_TRUE(Do("connection === online").toBool());
+    server.Stop();
+    EXPECT_EQ(EndOf(Upload(Local("here/plan.pdf")), "uploadWaiting").value(0), Local("here/plan.pdf"));
+    EXPECT_TRUE(WaitUntil([&] { return Do("connection === offline").toBool(); }));
+    EXPECT_TRUE(Do("nextAttempt > new Date()").toBool());
+    server.Start();
+    EndOf("tryNow()", "uploaded");
+    EXPECT_EQ(server.Names(), QStringList("plan.pdf"));
+    EXPECT_TRUE(WaitUntil([&] { return Do("connection === online").toBool(); }));
+    Do("signOut()");
+    EXPECT_TRUE(Do("connection === signedOut").toBool());
 }
 
 TEST_F(CloudDocumentsTest, WhatIsNoServiceIsAFailureAndNotAnException)

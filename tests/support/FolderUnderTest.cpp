@@ -1,7 +1,10 @@
 #include "FolderUnderTest.h"
 
+#include <testkit/contract/Waiting.h>
+
 #include <QDir>
 #include <QFile>
+#include <QRegularExpression>
 
 #include <gtest/gtest.h>
 
@@ -41,7 +44,15 @@ void FolderUnderTest::Take(const QString& name)
 
 QStringList FolderUnderTest::Content()
 {
-    QStringList files = FilesBelow(Folder());
+    // It replaces them at any moment; what stays of that is a leftover.
+    constexpr int longestReplacement = 500; // milliseconds
+    QStringList files;
+    TestKit::BlockUntil(
+        [&] {
+            files = FilesBelow(Folder());
+            return files.filter(QRegularExpression("^\\.norlis-cloud/norlis-.*\\.part$")).isEmpty();
+        },
+        longestReplacement);
     for (const char* own : {"hashes.json", "journal", "mark"}) { // what the service keeps there is no leftover
         files.removeAll(QStringLiteral(".norlis-cloud/") + own);
     }

@@ -107,6 +107,13 @@ void SessionTest::Open()
                      [=](const QString& id) { note("DownloadCanceled", {id}); });
     QObject::connect(context, &CloudSession::DocumentRemoved, context,
                      [=](const QString& id) { note("DocumentRemoved", {id}); });
+    QObject::connect(context, &CloudSession::RemovalPendingChanged, context,
+                     [=](const QString& id, bool isPending) { note(isPending ? "Hidden" : "Shown", {id}); });
+    QObject::connect(context, &CloudSession::ReadyToClose, context, [=] { note("ReadyToClose", {}); });
+    QObject::connect(context, &CloudSession::UploadWaiting, context,
+                     [=](const QString& path) { note("UploadWaiting", {QFileInfo(path).fileName()}); });
+    QObject::connect(context, &CloudSession::DownloadWaiting, context,
+                     [=](const QString& id) { note("DownloadWaiting", {id}); });
     QObject::connect(context, &CloudSession::PreviewStored, context,
                      [=](const QString& id, const QString& size, const QString& path) {
                          note("PreviewStored", {id, size, QFileInfo(path).fileName()});
@@ -249,9 +256,9 @@ QStringList SessionTest::Ids()
     return ids;
 }
 
-void SessionTest::AnswerError(const std::string& operation, const QString& reason)
+void SessionTest::AnswerError(const std::string& operation, const QString& reason, Social::OAuth2::FailureKind kind)
 {
-    protocol->Fail(protocol->LastId(operation), reason);
+    protocol->Fail(protocol->LastId(operation), reason, kind);
 }
 
 } // namespace Norlis::Test

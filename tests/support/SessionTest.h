@@ -83,7 +83,8 @@ protected:
     }
 
     /// As Answer with an error of which the service says why.
-    void AnswerError(const std::string& operation, const QString& reason);
+    void AnswerError(const std::string& operation, const QString& reason,
+                     Social::OAuth2::FailureKind kind = Social::OAuth2::FailureKind::Other);
 
     const QTemporaryDir root;
     const QString dataFolder = root.filePath("data");

@@ -95,6 +95,36 @@ TEST_F(DownloadTest, ForeignFileIsNotOverwritten)
     EXPECT_EQ(ContentOf(Home() + "/out/report.pdf"), "mine");
 }
 
+TEST_F(DownloadTest, AFileInTheWayCanGetAnotherNameOrBeLeftAlone)
+{
+    MakeFile("Cloud/report.pdf", "from the cloud");
+    MakeFile("out/report.pdf", "mine");
+    EXPECT_EQ(Run({"download", "report.pdf", "--to", "out", "--on-conflict=theirs"}).exitStatus, 1);
+    EXPECT_TRUE(Run({"download", "report.pdf", "--to", "out", "--on-conflict=mine"}).output.startsWith("skipped "));
+    EXPECT_EQ(ContentOf(Home() + "/out/report.pdf"), "mine");
+    const Outcome outcome = Run({"download", "report.pdf", "--to", "out", "--on-conflict=both"});
+    EXPECT_EQ(outcome.exitStatus, 0) << outcome.errors.toStdString();
+    EXPECT_EQ(ContentOf(Home() + "/out/report.pdf"), "from the cloud");
+    QStringList names = QDir(Home() + "/out").entryList(QDir::Files);
+    ASSERT_EQ(names.size(), 2);
+    names.removeAll("report.pdf");
+    EXPECT_TRUE(names.first().startsWith("report (from ")) << names.first().toStdString();
+    EXPECT_EQ(ContentOf(Home() + "/out/" + names.first()), "mine");
+}
+
+TEST_F(DownloadTest, ACopyWithChangesCanBeReplaced)
+{
+    MakeFile("Cloud/report.pdf", "old");
+    ASSERT_EQ(Run({"download", "report.pdf", "--to", "."}).exitStatus, 0);
+    MakeFile("report.pdf", "mine");
+    MakeFile("Cloud/report.pdf", "theirs");
+    EXPECT_EQ(Run({"download", "report.pdf", "--on-conflict=fail"}).exitStatus, 1);
+    EXPECT_EQ(ContentOf(Home() + "/report.pdf"), "mine");
+    const Outcome outcome = Run({"download", "report.pdf", "--on-conflict=theirs"});
+    EXPECT_EQ(outcome.exitStatus, 0) << outcome.errors.toStdString();
+    EXPECT_EQ(ContentOf(Home() + "/report.pdf"), "theirs");
+}
+
 TEST_F(DownloadTest, UnchangedLocalCopyIsBroughtUpToDate)
 {
     MakeFile("report.pdf", "old");

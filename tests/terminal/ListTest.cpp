@@ -93,6 +93,19 @@ TEST_F(ListTest, OfflineShowsWhatTheLastRunSaw)
     }
 }
 
+TEST_F(ListTest, NamesAloneShowNobodyWhatVersionsThereAre)
+{
+    SignIn();
+    MakeFile("Cloud/b.pdf", "one");
+    MakeFile("Cloud/a b.pdf", "two");
+    ASSERT_EQ(Run({"list"}).exitStatus, 0);
+    EXPECT_EQ(Run({"list", "--offline", "--names"}).output, "a b.pdf\nb.pdf\n");
+    MakeFile("Cloud/b.pdf", "another version");
+    EXPECT_EQ(Run({"list", "--names"}).output, "a b.pdf\nb.pdf\n");
+    EXPECT_EQ(Run({"remove", "b.pdf"}).exitStatus, 1) << "nobody has seen that version";
+    EXPECT_EQ(Run({"list", "--names", "--json"}).exitStatus, 2);
+}
+
 TEST_F(ListTest, StateTellsHowTheCopiesDiffer)
 {
     SignIn();

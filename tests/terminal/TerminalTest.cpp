@@ -93,6 +93,36 @@ TEST_F(TerminalTest, PipeGetsPlainLines)
     EXPECT_EQ(outcome.output.count('\n'), 1);
 }
 
+TEST_F(TerminalTest, AConflictIsAskedAbout)
+{
+    const QString file = MakeFile("report.pdf", "old");
+    ASSERT_EQ(Run({"upload", file}).exitStatus, 0);
+    MakeFile("Cloud/report.pdf", "theirs");
+    MakeFile("report.pdf", "mine");
+    const QByteArray question = "was changed both here and in the cloud. Type both, mine, theirs or none";
+    {
+        PseudoTerminal terminal(NORLIS_CLOUD_PROGRAM, {"upload", file}, environment);
+        ASSERT_TRUE(terminal.WaitFor(question));
+        terminal.Type("none\n");
+        EXPECT_EQ(terminal.WaitForEnd(), 1);
+    }
+    {
+        PseudoTerminal terminal(NORLIS_CLOUD_PROGRAM, {"upload", file}, environment);
+        ASSERT_TRUE(terminal.WaitFor(question));
+        terminal.Type("\x03");
+        EXPECT_EQ(terminal.WaitForEnd(), 130);
+    }
+    EXPECT_EQ(ContentOf(Cloud() + "/report.pdf"), "theirs");
+    PseudoTerminal terminal(NORLIS_CLOUD_PROGRAM, {"upload", file}, environment);
+    ASSERT_TRUE(terminal.WaitFor(question));
+    terminal.Type("what?\nmi");
+    ASSERT_TRUE(terminal.WaitFor("what?"));
+    terminal.Type("ne\n");
+    EXPECT_EQ(terminal.WaitForEnd(), 0) << terminal.Written().toStdString();
+    EXPECT_EQ(terminal.Written().count(question), 2);
+    EXPECT_EQ(ContentOf(Cloud() + "/report.pdf"), "mine");
+}
+
 TEST_F(TerminalTest, ProblemsTakeTheBarsAwayAndPutThemBack)
 {
     const QString first = MakeFile("first.pdf");

@@ -53,6 +53,23 @@ TEST(TransferBarsTest, ManyTransfersShareOneLine)
     EXPECT_TRUE(lines[0].endsWith("]  75%")) << lines[0].toStdString();
 }
 
+TEST(TransferBarsTest, AWideWindowShowsSpeedAndTimeLeft)
+{
+    TransferBars bars("Uploading");
+    bars.Add("a", "first.pdf", 100 * 1024 * 1024);
+    bars.SetProgress("a", 0, 0);
+    bars.SetProgress("a", 20, 2000);
+    EXPECT_TRUE(bars.Lines(columns, rows, 2000)[0].endsWith(" 20%"));
+    const QString line = bars.Lines(100, rows, 2000)[0];
+    EXPECT_TRUE(line.endsWith(" 20%     10 MiB/s       8 s")) << line.toStdString();
+    EXPECT_LT(Terminal::DisplayWidth(line), 100);
+    for (int number = 0; number < 10; ++number) {
+        bars.Add(QString::number(number), "report.pdf", 10 * 1024 * 1024);
+    }
+    EXPECT_TRUE(bars.Lines(100, rows, 2000)[0].endsWith("10 MiB/s      18 s"))
+        << bars.Lines(100, rows, 2000)[0].toStdString();
+}
+
 TEST(TransferBarsTest, LowWindowGetsOneLineOrNone)
 {
     TransferBars bars("Uploading");

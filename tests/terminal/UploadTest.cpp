@@ -118,6 +118,76 @@ TEST_F(UploadTest, NewerDocumentInTheCloudIsNotOverwritten)
     EXPECT_EQ(ContentOf(Cloud() + "/report.pdf"), "from elsewhere");
 }
 
+/// A document that was changed on both sides.
+class UploadConflictTest : public UploadTest {
+protected:
+    void SetUp() override
+    {
+        UploadTest::SetUp();
+        MakeFile("report.pdf", "old");
+        ASSERT_EQ(Run({"upload", "report.pdf"}).exitStatus, 0);
+        MakeFile("Cloud/report.pdf", "theirs");
+        MakeFile("report.pdf", "mine");
+    }
+};
+
+TEST_F(UploadConflictTest, BothAreKept)
+{
+    const Outcome outcome = Run({"upload", "--on-conflict=both", "report.pdf"});
+    EXPECT_EQ(outcome.exitStatus, 0) << outcome.errors.toStdString();
+    EXPECT_TRUE(outcome.output.startsWith("uploaded report.pdf as report (from ")) << outcome.output.toStdString();
+    QStringList names = CloudNames();
+    ASSERT_EQ(names.size(), 2);
+    names.removeAll("report.pdf");
+    EXPECT_EQ(ContentOf(Cloud() + '/' + names.first()), "mine");
+    EXPECT_EQ(ContentOf(Cloud() + "/report.pdf"), "theirs");
+    EXPECT_EQ(ContentOf(Home() + "/report.pdf"), "mine");
+    EXPECT_TRUE(Run({"upload", "report.pdf"}).output.contains("unchanged")); // the copy of the new document
+}
+
+TEST_F(UploadConflictTest, MineReplacesTheirs)
+{
+    const Outcome outcome = Run({"upload", "--on-conflict=mine", "report.pdf"});
+    EXPECT_EQ(outcome.exitStatus, 0) << outcome.errors.toStdString();
+    EXPECT_TRUE(outcome.output.startsWith("updated report.pdf  ")) << outcome.output.toStdString();
+    EXPECT_EQ(ContentOf(Cloud() + "/report.pdf"), "mine");
+    EXPECT_EQ(CloudNames(), QStringList("report.pdf"));
+}
+
+TEST_F(UploadConflictTest, TheirsReplacesMine)
+{
+    const Outcome outcome = Run({"upload", "--on-conflict=theirs", "report.pdf"});
+    EXPECT_EQ(outcome.exitStatus, 0) << outcome.errors.toStdString();
+    EXPECT_TRUE(outcome.output.startsWith("downloaded report.pdf  ")) << outcome.output.toStdString();
+    EXPECT_EQ(ContentOf(Home() + "/report.pdf"), "theirs");
+    EXPECT_EQ(ContentOf(Cloud() + "/report.pdf"), "theirs");
+}
+
+TEST_F(UploadConflictTest, WhereNobodyCanBeAskedItFails)
+{
+    for (const char* const choice : {"--on-conflict=fail", "--json"}) {
+        EXPECT_EQ(Run({"upload", choice, "report.pdf"}).exitStatus, 1);
+    }
+    EXPECT_EQ(ContentOf(Home() + "/report.pdf"), "mine");
+    EXPECT_EQ(ContentOf(Cloud() + "/report.pdf"), "theirs");
+    const Outcome outcome = Run({"upload", "--on-conflict=perhaps", "report.pdf"});
+    EXPECT_EQ(outcome.exitStatus, 2);
+    EXPECT_TRUE(outcome.errors.contains("ask, both, mine, theirs, fail")) << outcome.errors.toStdString();
+}
+
+TEST_F(UploadConflictTest, ATakenNameIsDecidedToo)
+{
+    const QString file = MakeFile("other/report.pdf", "another");
+    EXPECT_EQ(Run({"upload", "--on-conflict=fail", file}).exitStatus, 1);
+    EXPECT_TRUE(Run({"upload", "--on-conflict=theirs", file}).output.startsWith("skipped report.pdf"));
+    EXPECT_EQ(CloudNames(), QStringList("report.pdf"));
+    EXPECT_TRUE(Run({"upload", "--on-conflict=both", file}).output.startsWith("uploaded report.pdf as report (2).pdf"));
+    EXPECT_EQ(ContentOf(Cloud() + "/report.pdf"), "theirs");
+    const QString third = MakeFile("third/report.pdf", "a third");
+    EXPECT_TRUE(Run({"upload", "--on-conflict=mine", third}).output.startsWith("updated report.pdf"));
+    EXPECT_EQ(ContentOf(Cloud() + "/report.pdf"), "a third");
+}
+
 TEST_F(UploadTest, FilesOfAListThatWasWrongForAMomentAreNotSentAgain)
 {
     const QStringList names = {"a.pdf", "b.pdf", "c.pdf"};

@@ -5,11 +5,15 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QComboBox>
+#include <QContextMenuEvent>
 #include <QDateTime>
+#include <QDir>
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
+#include <QMenu>
+#include <QScrollBar>
 #include <QTest>
 #include <QTextBlock>
 #include <QTextDocument>
@@ -36,6 +40,11 @@ TEST_F(DocumentsViewTest, SearchNarrowsAsOneTypes)
     EXPECT_EQ(Names().size(), 2);
     QTest::keyClicks(QApplication::focusWidget(), "VOICE ju");
     EXPECT_EQ(Names(), QStringList{"Invoice June.pdf"});
+    EXPECT_FALSE(Action("Download")->isEnabled());
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    EXPECT_TRUE(Action("Download")->isEnabled()) << "the first one is selected";
+    QTest::keyClick(Documents(), Qt::Key_F, Qt::ControlModifier);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_End);
     EXPECT_THAT(Status().toStdString(), HasSubstr("1"));
     QTest::keyClicks(QApplication::focusWidget(), "x");
     EXPECT_EQ(EmptyTitle(), "No matching documents");
@@ -82,8 +91,88 @@ TEST_F(DocumentsViewTest, ANameIsNoMarkup)
     Select({"<b>bold<br>.pdf"});
     Action("Download")->trigger();
     ASSERT_TRUE(WaitUntil([&] { return Transfers() == QStringList{"<b>bold<br>.pdf finished"}; }));
-    shown.setHtml(Find<QListView>("transfers")->model()->index(0, 0).data(Qt::ToolTipRole).toString());
+    const auto transfers = window->findChild<QListView*>("transfers")->model();
+    shown.setHtml(transfers->index(0, 0).data(Qt::ToolTipRole).toString());
     EXPECT_EQ(shown.firstBlock().text().section(QChar::LineSeparator, 0, 0), "<b>bold<br>.pdf");
+}
+
+TEST_F(DocumentsViewTest, AScrollBarIsSeenOnlyWhereThereIsSomethingToScroll)
+{
+    PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
+    OpenCloud();
+    ASSERT_TRUE(Shows({"a.pdf"}));
+    const auto isPlain = [this] {
+        const QImage bar = Documents()->verticalScrollBar()->grab().toImage();
+        for (int line = 0; line < bar.height(); ++line) {
+            if (bar.pixelColor(bar.width() / 2, line) != Documents()->palette().color(QPalette::Base)) {
+                return false;
+            }
+        }
+        return true;
+    };
+    EXPECT_TRUE(isPlain());
+    const int width = Documents()->viewport()->width();
+    window->resize(window->width(), 1);
+    ASSERT_TRUE(WaitUntil([&] { return Documents()->verticalScrollBar()->maximum() > 0; }));
+    EXPECT_FALSE(isPlain());
+    EXPECT_EQ(Documents()->viewport()->width(), width);
+}
+
+TEST_F(DocumentsViewTest, TheMenuIsAboutWhatWasClicked)
+{
+    PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
+    OpenCloud();
+    ASSERT_TRUE(Shows({"a.pdf"}));
+    Select({"a.pdf"});
+    const auto entriesAt = [this](const QPoint& place) {
+        QContextMenuEvent event(QContextMenuEvent::Mouse, place, Documents()->viewport()->mapToGlobal(place));
+        QCoreApplication::sendEvent(Documents()->viewport(), &event);
+        QStringList entries;
+        const auto menu = Find<QMenu>("contextMenu");
+        for (QAction* const entry : menu ? menu->actions() : QList<QAction*>()) {
+            if (!entry->isSeparator() && entry->isEnabled()) {
+                entries.append(entry->text().remove('&'));
+            }
+        }
+        if (menu) {
+            menu->close();
+        }
+        return entries;
+    };
+    const QRect document = Documents()->visualRect(Documents()->model()->index(0, 0));
+    EXPECT_EQ(entriesAt(document.center()), QStringList({"Open", "Download", "Download To…", "Copy", "Remove…"}));
+    EXPECT_EQ(entriesAt(document.center() + QPoint(0, 2 * document.height())),
+              QStringList({"Upload…", "Paste", "Thumbnails", "List", "Refresh", "Sort By"}));
+}
+
+TEST_F(DocumentsViewTest, TheLineAtTheBottomTellsHowMuchIsSelected)
+{
+    PutIntoCloud("a.pdf", QByteArray("%PDF-").leftJustified(1024, ' '));
+    PutIntoCloud("b.pdf", QByteArray("%PDF-").leftJustified(2048, ' '));
+    OpenCloud();
+    ASSERT_TRUE(Shows({"a.pdf", "b.pdf"}));
+    Select({"a.pdf", "b.pdf"});
+    EXPECT_TRUE(Status().startsWith("2 documents · 2 selected, 3.0 KiB · as of")) << qPrintable(Status());
+    Select({});
+    EXPECT_TRUE(Status().startsWith("2 documents · as of")) << qPrintable(Status());
+}
+
+TEST_F(DocumentsViewTest, ADocumentThatCannotBeShownLooksTorn)
+{
+    PutIntoCloud("bad.pdf", "%PDF- and nothing else");
+    OpenCloud();
+    ASSERT_TRUE(Shows({"bad.pdf"}));
+    const auto picture = [this] {
+        return Documents()->grab(Documents()->visualRect(Documents()->model()->index(0, 0))).toImage();
+    };
+    Close();
+    ASSERT_TRUE(QDir().rename(Cloud(), Local("away")));
+    Open();
+    const QImage unknown = picture(); // nobody can look
+    Close();
+    ASSERT_TRUE(QDir().rename(Local("away"), Cloud()));
+    Open();
+    EXPECT_TRUE(WaitUntil([&] { return picture() != unknown; }));
 }
 
 TEST_F(DocumentsViewTest, NumbersInNamesAreSortedByValueAndCaseDoesNotCount)

@@ -1,10 +1,8 @@
 #include "WindowTest.h"
 
-#include <contracts/FileInfo.h>
 #include <host/CloudDocumentsModel.h>
 
 #include <QAbstractButton>
-#include <QDesktopServices>
 #include <QDir>
 #include <QLabel>
 #include <QListView>
@@ -18,50 +16,9 @@ namespace {
 
 using testing::HasSubstr;
 using testing::IsEmpty;
-using State = PDF::FileInfo::CloudStatus;
-
-/// Takes what would be opened by another program.
-class OpenedFiles : public QObject {
-    Q_OBJECT
-
-public:
-    OpenedFiles()
-    {
-        QDesktopServices::setUrlHandler("file", this, "Open");
-    }
-
-    ~OpenedFiles() override
-    {
-        QDesktopServices::unsetUrlHandler("file");
-    }
-
-    QStringList paths;
-
-public slots:
-    void Open(const QUrl& url)
-    {
-        paths.append(url.toLocalFile());
-    }
-};
 
 class DocumentsWindowTest : public WindowTest {
 protected:
-    bool IsUpToDate(const QString& name)
-    {
-        return WaitUntil([&] { return StateOf(name) == static_cast<int>(State::InSync); });
-    }
-
-    /// A document in the cloud whose local copy is the same and in the folder for downloads; it is selected.
-    void OpenWithLocalCopy()
-    {
-        PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
-        OpenCloud();
-        ASSERT_TRUE(Shows({"a.pdf"}));
-        Select({"a.pdf"});
-        Action("Download")->trigger();
-        ASSERT_TRUE(IsUpToDate("a.pdf"));
-    }
-
     /// A document in the cloud whose download found somebody's own file of its name.
     void FailToDownload()
     {
@@ -165,8 +122,6 @@ TEST_F(DocumentsWindowTest, WhatIsNoPdfIsRefusedByNameAndTheRestIsUploaded)
     Drop({LocalFile("notes.txt", "text"), LocalFile("a.pdf", PdfOfColor(Qt::red))});
     EXPECT_THAT(Message().toStdString(), HasSubstr("“notes.txt” is not a PDF document"));
     EXPECT_TRUE(Shows({"a.pdf"}));
-    Drop({folder.path()});
-    EXPECT_THAT(Message().toStdString(), HasSubstr("is not a PDF document"));
     ClickButton("Close the message");
     EXPECT_EQ(Message(), "");
 }
@@ -249,9 +204,9 @@ TEST_F(DocumentsWindowTest, TryAgainIsForWhatFailedWhateverIsSelected)
     WriteFile(Local("downloads/a.pdf"), "somebody's own");
     Select({"a.pdf", "b.pdf"});
     Action("Download")->trigger();
-    ASSERT_TRUE(WaitUntil([&] { return Transfers() == QStringList({"b.pdf finished", "a.pdf failed"}); }));
+    ASSERT_TRUE(WaitUntil([&] { return Transfers() == QStringList({"a.pdf failed", "b.pdf finished"}); }));
     const auto list = Find<QListView>("transfers");
-    list->setCurrentIndex(list->model()->index(0, 0));
+    list->setCurrentIndex(list->model()->index(1, 0));
     ASSERT_TRUE(QFile::remove(Local("downloads/a.pdf")));
     ClickButton("Try Again");
     EXPECT_TRUE(WaitUntil([&] { return Transfers() == QStringList({"b.pdf finished", "a.pdf finished"}); }));
@@ -268,22 +223,6 @@ TEST_F(DocumentsWindowTest, ADownloadOfADocumentThatHasGoneSaysSoWhenItIsTriedAg
     EXPECT_TRUE(WaitUntil(
         [&] { return transfer.data(Window::Transfers::DetailRole).toString().startsWith("It is not in the list"); }));
     EXPECT_EQ(Transfers(), QStringList{"a.pdf failed"});
-}
-
-TEST_F(DocumentsWindowTest, OpeningFetchesWhatIsNotHere)
-{
-    OpenedFiles opened;
-    PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
-    OpenCloud();
-    ASSERT_TRUE(Shows({"a.pdf"}));
-    Select({"a.pdf"});
-    QTest::keyClick(Documents(), Qt::Key_Return);
-    ASSERT_TRUE(WaitUntil([&] { return opened.paths == QStringList{Local("downloads/a.pdf")}; }));
-    ASSERT_TRUE(IsUpToDate("a.pdf"));
-    EXPECT_EQ(Documents()->selectionModel()->selectedIndexes().size(), 1);
-    ClickButton("Open");
-    EXPECT_EQ(opened.paths.size(), 2);
-    EXPECT_EQ(Transfers().size(), 1); // it is here now
 }
 
 TEST_F(DocumentsWindowTest, WhatWasChangedHereCanBeUploaded)
@@ -312,11 +251,11 @@ TEST_F(DocumentsWindowTest, WhatChangedOnBothSidesIsNotReplacedWithoutAQuestion)
     ASSERT_TRUE(WaitUntil([&] { return Action("Upload Changes")->isEnabled(); }));
     Action("Upload Changes")->trigger();
     ASSERT_EQ(Questions().size(), 1);
-    EXPECT_THAT(Questions().first()->text().toStdString(), HasSubstr("“a.pdf” has changed in the cloud too"));
+    EXPECT_THAT(Questions().first()->text().toStdString(), HasSubstr("“a.pdf” was changed both here and in the cloud"));
     Answer("Cancel");
     EXPECT_EQ(ReadFile(Cloud("a.pdf")), theirs);
     Drop({Local("downloads/a.pdf")});
-    Answer("Replace");
+    Answer("Use Mine");
     EXPECT_TRUE(IsUpToDate("a.pdf"));
     EXPECT_EQ(ReadFile(Cloud("a.pdf")), ours);
 }
@@ -332,59 +271,6 @@ TEST_F(DocumentsWindowTest, WhatChangedInTheCloudIsFetchedToWhereTheCopyIs)
     Action("Download")->trigger();
     EXPECT_TRUE(WaitUntil([&] { return ReadFile(Local("downloads/a.pdf")) == changed; }));
     EXPECT_TRUE(IsUpToDate("a.pdf"));
-}
-
-TEST_F(DocumentsWindowTest, RemovalAsksOnceAndNamesTheDocument)
-{
-    PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
-    PutIntoCloud("b.pdf", PdfOfColor(Qt::red));
-    OpenCloud();
-    ASSERT_TRUE(Shows({"a.pdf", "b.pdf"}));
-    Select({"b.pdf"});
-    QTest::keyClick(Documents(), Qt::Key_Delete);
-    ASSERT_EQ(Questions().size(), 1);
-    EXPECT_THAT(Questions().first()->text().toStdString(), HasSubstr("“b.pdf”"));
-    Answer("Cancel");
-    EXPECT_TRUE(ReadFile(Cloud("b.pdf")));
-    QTest::keyClick(Documents(), Qt::Key_Delete);
-    Answer("Remove");
-    EXPECT_TRUE(Shows({"a.pdf"}));
-    EXPECT_THAT(Find<QLabel>("status")->text().toStdString(), testing::StartsWith("1 document ·"));
-    EXPECT_FALSE(ReadFile(Cloud("b.pdf")));
-    EXPECT_THAT(Questions(), IsEmpty());
-}
-
-TEST_F(DocumentsWindowTest, TheListOfTheLastTimeIsThereBeforeTheCloudAnswers)
-{
-    PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
-    OpenCloud();
-    ASSERT_TRUE(Shows({"a.pdf"}));
-    Close();
-    ASSERT_TRUE(QDir().rename(Cloud(), Local("away")));
-    Open();
-    EXPECT_EQ(Names(), QStringList{"a.pdf"});
-    ASSERT_TRUE(WaitUntil([&] { return !Message().isEmpty(); }));
-    EXPECT_FALSE(Action("Upload…")->isEnabled());
-    ASSERT_TRUE(QFile::remove(Local("away/a.pdf")) && QDir().rename(Local("away"), Cloud()));
-    PutIntoCloud("b.pdf", PdfOfColor(Qt::red));
-    ClickButton("Try Again");
-    EXPECT_TRUE(Shows({"b.pdf"}));
-    EXPECT_EQ(Message(), "");
-}
-
-TEST_F(DocumentsWindowTest, AListThatCannotBeFetchedIsToldOnceAndTheDocumentsStay)
-{
-    PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
-    OpenCloud();
-    ASSERT_TRUE(Shows({"a.pdf"}));
-    ASSERT_TRUE(QDir().rename(Cloud(), Local("away")));
-    Refresh();
-    ASSERT_TRUE(WaitUntil([&] { return !Message().isEmpty(); }));
-    EXPECT_EQ(Names(), QStringList{"a.pdf"});
-    EXPECT_THAT(Questions(), IsEmpty());
-    ASSERT_TRUE(QDir().rename(Local("away"), Cloud()));
-    Refresh();
-    EXPECT_TRUE(WaitUntil([&] { return Message().isEmpty(); })); // what failed has succeeded
 }
 
 TEST_F(DocumentsWindowTest, ASizeBeyondFourGigabytesIsShownBeforeTheCloudAnswers)
@@ -438,5 +324,3 @@ TEST_F(DocumentsWindowTest, TheStorageInUseIsShown)
 } // namespace
 
 } // namespace Norlis::Test
-
-#include "DocumentsWindowTest.moc"

@@ -137,8 +137,8 @@ TEST_F(PicturesTest, OfTransfersAndAnError)
     }
     ASSERT_TRUE(WaitUntil([&] { return !Transfers().contains("large.pdf running"); }));
     Refresh();
-    ASSERT_TRUE(WaitUntil([&] { return !Message().isEmpty(); }));
-    Take("error");
+    ASSERT_TRUE(WaitUntil([&] { return Status().startsWith("Offline"); }));
+    Take("offline");
 }
 
 TEST_F(PicturesTest, OfADarkWindowWithLargeLetters)

@@ -1,7 +1,5 @@
-#include "WindowTest.h"
+#include "ServerWindowTest.h"
 #include <tests/support/FileSizeLimit.h>
-
-#include <NorlisTestKit/FaultServer.h>
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -19,24 +17,8 @@ using namespace TestKit;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-/// The window over a server.
-class SignInWindowTest : public WindowTest {
+class SignInWindowTest : public ServerWindowTest {
 protected:
-    void FillIn(const QString& password)
-    {
-        Type(Find<QLineEdit>("address"), server.Address().toDisplayString(QUrl::RemoveUserInfo));
-        Type(Find<QLineEdit>("user"), server.User());
-        Type(Find<QLineEdit>("password"), password);
-    }
-
-    void SignIn()
-    {
-        Open();
-        FillIn(server.Password());
-        ClickButton("Sign In");
-        ASSERT_TRUE(WaitUntil([&] { return Action("Upload…") && Action("Upload…")->isEnabled(); }));
-    }
-
     bool IsWelcome() const
     {
         return Find<QWidget>("welcomePage") != nullptr;
@@ -46,8 +28,6 @@ protected:
     {
         return Host::CloudAccountSettings(Local("data")).Token(server.Address());
     }
-
-    FaultServer server;
 };
 
 TEST_F(SignInWindowTest, TheFirstStartExplainsItselfAndOffersAFolder)
@@ -91,6 +71,33 @@ TEST_F(SignInWindowTest, AWrongPasswordIsSaidWhereItWasTypedAndNothingIsKept)
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
     EXPECT_TRUE(WaitUntil([&] { return !IsWelcome(); }));
     EXPECT_TRUE(WaitUntil([&] { return Documents()->hasFocus() || Find<QWidget>("emptyPage"); }));
+}
+
+TEST_F(SignInWindowTest, ReturnSignsInFromEachField)
+{
+    for (const char* field : {"address", "user", "password", "certificates"}) {
+        Open();
+        FillIn("wrong");
+        QTest::keyClick(Find<QLineEdit>(field), Qt::Key_Return);
+        EXPECT_TRUE(WaitUntil([&] { return IsWelcome() && !Message().isEmpty(); })) << field;
+        Close();
+    }
+}
+
+TEST_F(SignInWindowTest, WhatLibrariesSayIsShownToWhoeverAsksForDetails)
+{
+    server.Stop();
+    Open();
+    FillIn({});
+    ClickButton("Sign In");
+    ASSERT_TRUE(WaitUntil([&] { return IsWelcome() && !Message().isEmpty(); }));
+    EXPECT_EQ(Message(), "Signing in failed. The server cannot be reached: it does not accept connections, or no "
+                         "network leads there. Check the network and the address of the service, and try again.");
+    EXPECT_TRUE(Find<QLineEdit>("address")->hasFocus()) << "the password is not what is wrong";
+    EXPECT_FALSE(Find<QLabel>("messageDetails"));
+    ClickButton("Details");
+    ASSERT_TRUE(Find<QLabel>("messageDetails"));
+    EXPECT_THAT(Find<QLabel>("messageDetails")->text().toStdString(), HasSubstr("connect to 127.0.0.1"));
 }
 
 TEST_F(SignInWindowTest, TheListHasTheKeyboardAfterTheSignIn)
@@ -209,10 +216,10 @@ TEST_F(SignInWindowTest, ARunningUploadCanBeCanceledAndLeavesNothing)
     list->setFocus();
     list->setCurrentIndex(list->model()->index(0, 0));
     QTest::keyClick(list, Qt::Key_Delete);
-    EXPECT_TRUE(WaitUntil([&] { return Transfers().size() == 1; }));
+    EXPECT_TRUE(WaitUntil([&] { return Transfers().filter("canceled").size() == 1; }));
     list->clearSelection();
     ClickButton("Cancel All");
-    EXPECT_TRUE(WaitUntil([&] { return Transfers().isEmpty(); }));
+    EXPECT_TRUE(WaitUntil([&] { return Transfers().filter("canceled").size() == 2; }));
     server.BehaveAgain();
     EXPECT_TRUE(WaitUntil([&] { return server.Names().isEmpty(); }));
     EXPECT_EQ(Message(), "");
@@ -267,7 +274,7 @@ TEST_F(SignInWindowTest, AListThatCannotBeSavedKeepsOpenNoProgramThatMustEnd)
     EXPECT_EQ(Names(), QStringList()) << "it could be saved";
 }
 
-TEST_F(SignInWindowTest, TheSignAtTheEndOfATransferCancelsIt)
+TEST_F(SignInWindowTest, TheButtonAtTheEndOfATransferCancelsIt)
 {
     SignIn();
     server.Misbehave(When("PUT").Always(), HangsInTheRequest(10));
@@ -277,8 +284,8 @@ TEST_F(SignInWindowTest, TheSignAtTheEndOfATransferCancelsIt)
     const QRect row = list->visualRect(list->model()->index(0, 0));
     QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, {row.left() + 20, row.center().y()});
     EXPECT_EQ(Transfers().size(), 1);
-    QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, {row.right() - 12, row.center().y()});
-    EXPECT_TRUE(WaitUntil([&] { return Transfers().isEmpty(); }));
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, {row.right() - 20, row.center().y()});
+    EXPECT_TRUE(WaitUntil([&] { return Transfers() == QStringList{"a.pdf canceled"}; }));
 }
 
 TEST_F(SignInWindowTest, AFailedUploadSaysWhyAndIsTriedAgain)

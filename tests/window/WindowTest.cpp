@@ -15,6 +15,8 @@
 #include <QTranslator>
 #include <QUrl>
 
+#include <utility>
+
 namespace Norlis::Test {
 
 using Host::CloudDocumentsModel;
@@ -45,6 +47,9 @@ void WindowTest::Open()
 {
     window = std::make_unique<Window::MainWindow>(Local("data"));
     window->Open();
+    if (!std::exchange(wasOpened, true)) {
+        window->resize(1100, 760); // whatever the screen: what is out of sight has no pictures
+    }
     window->show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
 }
@@ -53,6 +58,21 @@ void WindowTest::OpenCloud()
 {
     Host::CloudAccountSettings(Local("data")).SetServiceUrl(QUrl::fromLocalFile(Cloud()));
     Open();
+}
+
+bool WindowTest::IsUpToDate(const QString& name) const
+{
+    return WaitUntil([&] { return StateOf(name) == static_cast<int>(State::InSync); });
+}
+
+void WindowTest::OpenWithLocalCopy()
+{
+    PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
+    OpenCloud();
+    ASSERT_TRUE(Shows({"a.pdf"}));
+    Select({"a.pdf"});
+    Action("Download")->trigger();
+    ASSERT_TRUE(IsUpToDate("a.pdf"));
 }
 
 void WindowTest::Close()
@@ -229,7 +249,8 @@ QStringList WindowTest::Transfers() const
     for (int row = 0; view && row < view->model()->rowCount(); ++row) {
         const auto index = view->model()->index(row, 0);
         const int status = index.data(Window::Transfers::StatusRole).toInt();
-        rows.append(index.data().toString() + ' ' + QStringList{"running", "finished", "failed"}.value(status));
+        rows.append(index.data().toString() + ' ' +
+                    QStringList{"running", "failed", "queued", "waiting", "canceled", "finished"}.value(status));
     }
     return rows;
 }

@@ -2,6 +2,7 @@
 
 #include <apps/window/MainWindow.h>
 #include <apps/window/Transfers.h>
+#include <contracts/FileInfo.h>
 #include <host/CloudDocumentsModel.h>
 #include <testkit/contract/Printing.h>
 #include <tests/support/Files.h>
@@ -22,6 +23,8 @@ namespace Norlis::Test {
 /// The whole window over a folder that plays the cloud.
 class WindowTest : public testing::Test {
 protected:
+    using State = PDF::FileInfo::CloudStatus;
+
     WindowTest();
     ~WindowTest() override;
 
@@ -42,6 +45,12 @@ protected:
     void Refresh();
     QStringList Names() const;
     int StateOf(const QString& name) const;
+
+    /// Waits until the local copy of a document is that of the cloud.
+    bool IsUpToDate(const QString& name) const;
+
+    /// A document in the cloud, "a.pdf", whose local copy is the same and in the folder for downloads; it is selected.
+    void OpenWithLocalCopy();
 
     void Select(const QStringList& names);
 
@@ -86,6 +95,9 @@ protected:
 
     QTemporaryDir folder;
     std::unique_ptr<Window::MainWindow> window;
+
+private:
+    bool wasOpened = false;
 };
 
 } // namespace Norlis::Test

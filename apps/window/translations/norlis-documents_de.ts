@@ -2,6 +2,17 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de" sourcelanguage="en">
 <context>
+    <name>Norlis::Window::ConflictPictures</name>
+    <message>
+        <source>Here</source>
+        <translation>Hier</translation>
+    </message>
+    <message>
+        <source>In the cloud</source>
+        <translation>In der Cloud</translation>
+    </message>
+</context>
+<context>
     <name>Norlis::Window::DocumentActions</name>
     <message>
         <source>&amp;Download</source>
@@ -99,6 +110,30 @@
         <source>Forget the password and choose another cloud</source>
         <translation>Das Passwort löschen und eine andere Cloud wählen</translation>
     </message>
+    <message>
+        <source>U&amp;ndo Removal</source>
+        <translation>Entfernen &amp;rückgängig machen</translation>
+    </message>
+    <message>
+        <source>Take back the last removal</source>
+        <translation>Das letzte Entfernen zurücknehmen</translation>
+    </message>
+    <message>
+        <source>Cop&amp;y</source>
+        <translation>&amp;Kopieren</translation>
+    </message>
+    <message>
+        <source>Copy the selected documents to the clipboard, downloading them first if necessary</source>
+        <translation>Die ausgewählten Dokumente in die Zwischenablage kopieren und sie vorher herunterladen, falls nötig</translation>
+    </message>
+    <message>
+        <source>&amp;Paste</source>
+        <translation>E&amp;infügen</translation>
+    </message>
+    <message>
+        <source>Upload the PDF files on the clipboard</source>
+        <translation>Die PDF-Dateien in der Zwischenablage hochladen</translation>
+    </message>
 </context>
 <context>
     <name>Norlis::Window::DocumentCommands</name>
@@ -141,6 +176,60 @@
         <source>It has changed in the cloud since you were asked.</source>
         <translation>Es hat sich in der Cloud geändert, seit Sie gefragt wurden.</translation>
     </message>
+    <message>
+        <source>“%1” was changed.</source>
+        <translation>„%1“ wurde geändert.</translation>
+    </message>
+    <message>
+        <source>Upload Changes</source>
+        <translation>Änderungen hochladen</translation>
+    </message>
+    <message>
+        <source>Here: %1, %2</source>
+        <translation>Hier: %1, %2</translation>
+    </message>
+    <message>
+        <source>In the cloud: %1, %2</source>
+        <translation>In der Cloud: %1, %2</translation>
+    </message>
+    <message>
+        <source>“%1” was removed.</source>
+        <translation>„%1“ wurde entfernt.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n documents were removed.</source>
+        <translation>
+            <numerusform>%n Dokument wurde entfernt.</numerusform>
+            <numerusform>%n Dokumente wurden entfernt.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>There are no files on the clipboard.</source>
+        <translation>In der Zwischenablage sind keine Dateien.</translation>
+    </message>
+    <message>
+        <source>There are no PDF documents in the folder.</source>
+        <translation>In dem Ordner sind keine PDF-Dokumente.</translation>
+    </message>
+    <message numerus="yes">
+        <source>There are more than %n PDF documents in the folder.</source>
+        <translation>
+            <numerusform>In dem Ordner ist mehr als %n PDF-Dokument.</numerusform>
+            <numerusform>In dem Ordner sind mehr als %n PDF-Dokumente.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Nothing was uploaded. Choose a folder with fewer.</source>
+        <translation>Es wurde nichts hochgeladen. Wählen Sie einen Ordner mit weniger Dokumenten.</translation>
+    </message>
+    <message>
+        <source>A newer version of “%1” was fetched.</source>
+        <translation>Eine neuere Version von „%1“ wurde geholt.</translation>
+    </message>
+    <message>
+        <source>Open the Older One</source>
+        <translation>Die ältere öffnen</translation>
+    </message>
 </context>
 <context>
     <name>Norlis::Window::DocumentsPage</name>
@@ -175,24 +264,6 @@
     <message>
         <source>No documents yet</source>
         <translation>Noch keine Dokumente</translation>
-    </message>
-    <message numerus="yes">
-        <source>%n document(s)</source>
-        <translation>
-            <numerusform>%n Dokument</numerusform>
-            <numerusform>%n Dokumente</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>%1 of %n document(s)</source>
-        <translation>
-            <numerusform>%1 von %n Dokument</numerusform>
-            <numerusform>%1 von %n Dokumenten</numerusform>
-        </translation>
-    </message>
-    <message>
-        <source>as of %1</source>
-        <translation>Stand %1</translation>
     </message>
     <message>
         <source>Toolbar</source>
@@ -235,14 +306,6 @@
         <translation>Hochladen …</translation>
     </message>
     <message>
-        <source>refreshing…</source>
-        <translation>wird aktualisiert …</translation>
-    </message>
-    <message>
-        <source>signing in…</source>
-        <translation>Anmeldung läuft …</translation>
-    </message>
-    <message>
         <source>%1 of the %2 documents are gone from the list.</source>
         <translation>%1 der %2 Dokumente stehen nicht mehr in der Liste.</translation>
     </message>
@@ -250,12 +313,34 @@
         <source>If nobody removed them, check the cloud. Their local copies are remembered for a month.</source>
         <translation>Wenn niemand sie entfernt hat, prüfen Sie die Cloud. Zu welchen Dateien hier sie gehören, bleibt einen Monat lang bekannt.</translation>
     </message>
+    <message>
+        <source>&amp;Sort By</source>
+        <translation>&amp;Sortieren nach</translation>
+    </message>
 </context>
 <context>
     <name>Norlis::Window::DocumentsView</name>
     <message>
         <source>Documents</source>
         <translation>Dokumente</translation>
+    </message>
+</context>
+<context>
+    <name>Norlis::Window::DropHint</name>
+    <message>
+        <source>Drop to upload the documents in the folder</source>
+        <translation>Loslassen, um die Dokumente im Ordner hochzuladen</translation>
+    </message>
+    <message numerus="yes">
+        <source>Drop to upload %n document(s)</source>
+        <translation>
+            <numerusform>Loslassen, um %n Dokument hochzuladen</numerusform>
+            <numerusform>Loslassen, um %n Dokumente hochzuladen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Only PDF documents can be uploaded</source>
+        <translation>Nur PDF-Dokumente können hochgeladen werden</translation>
     </message>
 </context>
 <context>
@@ -323,6 +408,10 @@
         <source>Close the message</source>
         <translation>Meldung schließen</translation>
     </message>
+    <message>
+        <source>Details</source>
+        <translation>Details</translation>
+    </message>
 </context>
 <context>
     <name>Norlis::Window::Questions</name>
@@ -342,27 +431,147 @@
         </translation>
     </message>
     <message>
-        <source>“%1” has changed in the cloud too. Replace it?</source>
-        <translation>„%1“ hat sich auch in der Cloud geändert. Trotzdem ersetzen?</translation>
-    </message>
-    <message numerus="yes">
-        <source>%n documents have changed in the cloud too. Replace them?</source>
-        <translation>
-            <numerusform>%n Dokument hat sich auch in der Cloud geändert. Trotzdem ersetzen?</numerusform>
-            <numerusform>%n Dokumente haben sich auch in der Cloud geändert. Trotzdem ersetzen?</numerusform>
-        </translation>
-    </message>
-    <message>
         <source>Replace</source>
         <translation>Ersetzen</translation>
     </message>
     <message>
-        <source>The changes made in the cloud will be lost. To keep both versions, download the one in the cloud to another folder first.</source>
-        <translation>Die Änderungen in der Cloud gehen dabei verloren. Um beide Fassungen zu behalten, laden Sie die aus der Cloud zuerst in einen anderen Ordner herunter.</translation>
+        <source>“%1” was changed both here and in the cloud.</source>
+        <translation>„%1“ wurde hier und in der Cloud geändert.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n documents were changed both here and in the cloud.</source>
+        <translation>
+            <numerusform>%n Dokument wurde hier und in der Cloud geändert.</numerusform>
+            <numerusform>%n Dokumente wurden hier und in der Cloud geändert.</numerusform>
+        </translation>
     </message>
     <message>
-        <source>This cannot be undone. Copies on this computer are kept.</source>
-        <translation>Das lässt sich nicht rückgängig machen. Kopien auf diesem Computer bleiben erhalten.</translation>
+        <source>Keep Both uploads yours as a new document with another name. With Use Mine the version in the cloud is lost, with Use the Cloud’s the one on this computer.</source>
+        <translation>„Beide behalten“ lädt Ihre Fassung als neues Dokument unter einem anderen Namen hoch. Mit „Meine verwenden“ geht die Fassung in der Cloud verloren, mit „Die der Cloud verwenden“ die auf diesem Computer.</translation>
+    </message>
+    <message>
+        <source>Keep Both</source>
+        <translation>Beide behalten</translation>
+    </message>
+    <message>
+        <source>Use Mine</source>
+        <translation>Meine verwenden</translation>
+    </message>
+    <message>
+        <source>Use the Cloud’s</source>
+        <translation>Die der Cloud verwenden</translation>
+    </message>
+    <message>
+        <source>There is a document “%1” in the cloud already.</source>
+        <translation>In der Cloud gibt es schon ein Dokument „%1“.</translation>
+    </message>
+    <message numerus="yes">
+        <source>There are documents with the names of %n files in the cloud already.</source>
+        <translation>
+            <numerusform>In der Cloud gibt es schon ein Dokument mit dem Namen von %n Datei.</numerusform>
+            <numerusform>In der Cloud gibt es schon Dokumente mit den Namen von %n Dateien.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Keep Both gives what is uploaded another name. With Replace the version in the cloud is lost.</source>
+        <translation>„Beide behalten“ gibt dem, was hochgeladen wird, einen anderen Namen. Mit „Ersetzen“ geht die Fassung in der Cloud verloren.</translation>
+    </message>
+    <message>
+        <source>Upload “%1”?</source>
+        <translation>„%1“ hochladen?</translation>
+    </message>
+    <message numerus="yes">
+        <source>Upload %n files?</source>
+        <translation>
+            <numerusform>%n Datei hochladen?</numerusform>
+            <numerusform>%n Dateien hochladen?</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Upload</source>
+        <translation>Hochladen</translation>
+    </message>
+    <message>
+        <source>“%1” has changes on this computer that are not in the cloud.</source>
+        <translation>„%1“ hat auf diesem Computer Änderungen, die nicht in der Cloud sind.</translation>
+    </message>
+    <message>
+        <source>With Use the Cloud’s they are lost.</source>
+        <translation>Mit „Die der Cloud verwenden“ gehen sie verloren.</translation>
+    </message>
+    <message>
+        <source>Upload Changes</source>
+        <translation>Änderungen hochladen</translation>
+    </message>
+    <message>
+        <source>Copies on this computer are kept. For ten seconds, Undo takes it back.</source>
+        <translation>Kopien auf diesem Computer bleiben. Zehn Sekunden lang lässt es sich rückgängig machen.</translation>
+    </message>
+</context>
+<context>
+    <name>Norlis::Window::RemovalUndo</name>
+    <message>
+        <source>Undo</source>
+        <translation>Rückgängig</translation>
+    </message>
+</context>
+<context>
+    <name>Norlis::Window::StatusLine</name>
+    <message>
+        <source>Try Now</source>
+        <translation>Jetzt versuchen</translation>
+    </message>
+    <message>
+        <source>Connect to the cloud now</source>
+        <translation>Jetzt mit der Cloud verbinden</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n document(s)</source>
+        <translation>
+            <numerusform>%n Dokument</numerusform>
+            <numerusform>%n Dokumente</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 of %n document(s)</source>
+        <translation>
+            <numerusform>%1 von %n Dokument</numerusform>
+            <numerusform>%1 von %n Dokumenten</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n selected, %1</source>
+        <translation>
+            <numerusform>%n ausgewählt, %1</numerusform>
+            <numerusform>%n ausgewählt, %1</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>refreshing…</source>
+        <translation>wird aktualisiert …</translation>
+    </message>
+    <message>
+        <source>signing in…</source>
+        <translation>Anmeldung läuft …</translation>
+    </message>
+    <message>
+        <source>as of %1</source>
+        <translation>Stand %1</translation>
+    </message>
+    <message>
+        <source>Offline</source>
+        <translation>Offline</translation>
+    </message>
+    <message>
+        <source>list of %1</source>
+        <translation>Liste von %1</translation>
+    </message>
+    <message numerus="yes">
+        <source>trying again in %n s</source>
+        <translation>
+            <numerusform>neuer Versuch in %n s</numerusform>
+            <numerusform>neuer Versuch in %n s</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -381,6 +590,34 @@
     <message>
         <source>%1%</source>
         <translation>%1 %</translation>
+    </message>
+    <message>
+        <source>Waiting for the cloud</source>
+        <translation>Wartet auf die Cloud</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Try Again</source>
+        <translation>Erneut versuchen</translation>
+    </message>
+    <message>
+        <source>Start Again</source>
+        <translation>Neu starten</translation>
+    </message>
+    <message>
+        <source>Choose…</source>
+        <translation>Auswählen …</translation>
+    </message>
+    <message>
+        <source>Waiting for its turn</source>
+        <translation>Wartet, bis es an der Reihe ist</translation>
+    </message>
+    <message>
+        <source>Canceled</source>
+        <translation>Abgebrochen</translation>
     </message>
 </context>
 <context>
@@ -409,6 +646,36 @@
         <source>%1%</source>
         <translation>%1 %</translation>
     </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 von %2</translation>
+    </message>
+    <message>
+        <source>waiting for the cloud</source>
+        <translation>wartet auf die Cloud</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n document(s) uploaded</source>
+        <translation>
+            <numerusform>%n Dokument hochgeladen</numerusform>
+            <numerusform>%n Dokumente hochgeladen</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n document(s) downloaded</source>
+        <translation>
+            <numerusform>%n Dokument heruntergeladen</numerusform>
+            <numerusform>%n Dokumente heruntergeladen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>canceled</source>
+        <translation>abgebrochen</translation>
+    </message>
+    <message>
+        <source>waiting for its turn</source>
+        <translation>wartet, bis es an der Reihe ist</translation>
+    </message>
 </context>
 <context>
     <name>Norlis::Window::TransfersPanel</name>
@@ -435,28 +702,39 @@
             <numerusform>%n fehlgeschlagen</numerusform>
         </translation>
     </message>
-    <message numerus="yes">
-        <source>%n transfer(s) running</source>
-        <translation>
-            <numerusform>%n Übertragung läuft</numerusform>
-            <numerusform>%n Übertragungen laufen</numerusform>
-        </translation>
-    </message>
-    <message>
-        <source>All transfers have finished</source>
-        <translation>Alle Übertragungen sind abgeschlossen</translation>
-    </message>
     <message>
         <source>Cancel Selected</source>
         <translation>Ausgewählte abbrechen</translation>
     </message>
     <message>
-        <source>Press Delete to cancel the selected transfers, Return to retry failed ones</source>
-        <translation>Mit Entf brechen Sie die ausgewählten Übertragungen ab, mit der Eingabetaste versuchen Sie fehlgeschlagene erneut</translation>
+        <source>Details</source>
+        <translation>Details</translation>
     </message>
     <message>
-        <source>Remove finished and failed transfers from the list</source>
-        <translation>Fertige und fehlgeschlagene Übertragungen aus der Liste entfernen</translation>
+        <source>Press Delete to cancel the selected transfers, Return to begin failed and canceled ones again</source>
+        <translation>Entf bricht die ausgewählten Übertragungen ab, die Eingabetaste beginnt fehlgeschlagene und abgebrochene von neuem</translation>
+    </message>
+    <message>
+        <source>Remove the transfers that have ended from the list</source>
+        <translation>Beendete Übertragungen aus der Liste entfernen</translation>
+    </message>
+    <message>
+        <source>Show each transfer</source>
+        <translation>Jede Übertragung zeigen</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n waiting for the cloud</source>
+        <translation>
+            <numerusform>%n wartet auf die Cloud</numerusform>
+            <numerusform>%n warten auf die Cloud</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n canceled</source>
+        <translation>
+            <numerusform>%n abgebrochen</numerusform>
+            <numerusform>%n abgebrochen</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -591,6 +869,217 @@
     </message>
 </context>
 <context>
+    <name>ServiceTexts</name>
+    <message>
+        <source>The server cannot be reached</source>
+        <translation>Der Server ist nicht erreichbar</translation>
+    </message>
+    <message>
+        <source>no address is known for its name</source>
+        <translation>zu seinem Namen ist keine Adresse bekannt</translation>
+    </message>
+    <message>
+        <source>it does not accept connections, or no network leads there</source>
+        <translation>er nimmt keine Verbindungen an, oder kein Netz führt dorthin</translation>
+    </message>
+    <message>
+        <source>it does not answer</source>
+        <translation>er antwortet nicht</translation>
+    </message>
+    <message>
+        <source>no secure connection could be established</source>
+        <translation>es kam keine sichere Verbindung zustande</translation>
+    </message>
+    <message>
+        <source>the answer is not HTTP</source>
+        <translation>die Antwort ist kein HTTP</translation>
+    </message>
+    <message>
+        <source>The server&apos;s identity cannot be verified</source>
+        <translation>Die Identität des Servers lässt sich nicht prüfen</translation>
+    </message>
+    <message>
+        <source>its certificate has expired</source>
+        <translation>sein Zertifikat ist abgelaufen</translation>
+    </message>
+    <message>
+        <source>its certificate is not valid yet, or the clock of this computer is wrong</source>
+        <translation>sein Zertifikat gilt noch nicht, oder die Uhr dieses Computers geht falsch</translation>
+    </message>
+    <message>
+        <source>its certificate comes from an authority that this computer does not know</source>
+        <translation>sein Zertifikat stammt von einer Stelle, die dieser Computer nicht kennt</translation>
+    </message>
+    <message>
+        <source>its certificate is that of another server</source>
+        <translation>sein Zertifikat ist das eines anderen Servers</translation>
+    </message>
+    <message>
+        <source>its certificate is not accepted</source>
+        <translation>sein Zertifikat wird nicht anerkannt</translation>
+    </message>
+    <message>
+        <source>the certificate file cannot be read</source>
+        <translation>die Zertifikatsdatei kann nicht gelesen werden</translation>
+    </message>
+    <message>
+        <source>The connection broke</source>
+        <translation>Die Verbindung ist abgebrochen</translation>
+    </message>
+    <message>
+        <source>The server has stopped answering</source>
+        <translation>Der Server antwortet nicht mehr</translation>
+    </message>
+    <message>
+        <source>The server does not accept the user name or the password</source>
+        <translation>Der Server nimmt den Benutzernamen oder das Passwort nicht an</translation>
+    </message>
+    <message>
+        <source>The server asks for a user name and a password</source>
+        <translation>Der Server verlangt einen Benutzernamen und ein Passwort</translation>
+    </message>
+    <message>
+        <source>The server asks for a token</source>
+        <translation>Der Server verlangt ein Token</translation>
+    </message>
+    <message>
+        <source>The server does not allow it</source>
+        <translation>Der Server erlaubt es nicht</translation>
+    </message>
+    <message>
+        <source>There is nothing at that address</source>
+        <translation>Unter dieser Adresse ist nichts</translation>
+    </message>
+    <message>
+        <source>There is no collection at that address</source>
+        <translation>Unter dieser Adresse ist keine Sammlung</translation>
+    </message>
+    <message>
+        <source>The server cannot do this at that address</source>
+        <translation>Der Server kann das unter dieser Adresse nicht</translation>
+    </message>
+    <message>
+        <source>The server cannot do this</source>
+        <translation>Der Server kann das nicht</translation>
+    </message>
+    <message>
+        <source>What is at that address does not speak WebDAV</source>
+        <translation>Was unter dieser Adresse ist, versteht kein WebDAV</translation>
+    </message>
+    <message>
+        <source>The address is that of a document, not of a collection</source>
+        <translation>Die Adresse ist die eines Dokuments, nicht die einer Sammlung</translation>
+    </message>
+    <message>
+        <source>The document is larger than the server accepts</source>
+        <translation>Das Dokument ist größer, als der Server annimmt</translation>
+    </message>
+    <message>
+        <source>The document is locked by somebody</source>
+        <translation>Das Dokument ist von jemandem gesperrt</translation>
+    </message>
+    <message>
+        <source>The document is no longer in the cloud</source>
+        <translation>Das Dokument ist nicht mehr in der Cloud</translation>
+    </message>
+    <message>
+        <source>The document in the cloud has changed since you last saw it</source>
+        <translation>Das Dokument in der Cloud hat sich geändert, seit Sie es zuletzt gesehen haben</translation>
+    </message>
+    <message>
+        <source>The server has failed</source>
+        <translation>Der Server hat einen Fehler</translation>
+    </message>
+    <message>
+        <source>The server has no room left</source>
+        <translation>Der Server hat keinen Platz mehr</translation>
+    </message>
+    <message>
+        <source>The server is not available at the moment, perhaps for maintenance</source>
+        <translation>Der Server ist zurzeit nicht verfügbar, vielleicht wegen Wartung</translation>
+    </message>
+    <message>
+        <source>The server has received too many requests</source>
+        <translation>Der Server hat zu viele Anfragen erhalten</translation>
+    </message>
+    <message>
+        <source>There is no such file</source>
+        <translation>Es gibt keine solche Datei</translation>
+    </message>
+    <message>
+        <source>Check the network and the address of the service, and try again.</source>
+        <translation>Prüfen Sie das Netz und die Adresse des Dienstes und versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>Check the address of the service.</source>
+        <translation>Prüfen Sie die Adresse des Dienstes.</translation>
+    </message>
+    <message>
+        <source>Check that the address is that of a WebDAV server.</source>
+        <translation>Prüfen Sie, ob die Adresse die eines WebDAV-Servers ist.</translation>
+    </message>
+    <message>
+        <source>Check that the address is that of a WebDAV collection.</source>
+        <translation>Prüfen Sie, ob die Adresse die einer WebDAV-Sammlung ist.</translation>
+    </message>
+    <message>
+        <source>Do not enter a password there unless you know why. If the server&apos;s certificate comes from an authority of your own, specify its file when you sign in.</source>
+        <translation>Geben Sie dort kein Passwort ein, wenn Sie nicht wissen, warum. Stammt das Zertifikat des Servers von einer eigenen Stelle, geben Sie deren Datei beim Anmelden an.</translation>
+    </message>
+    <message>
+        <source>Sign in again.</source>
+        <translation>Melden Sie sich noch einmal an.</translation>
+    </message>
+    <message>
+        <source>Sign in with both.</source>
+        <translation>Melden Sie sich mit beidem an.</translation>
+    </message>
+    <message>
+        <source>Sign in with a token, and leave out the user name.</source>
+        <translation>Melden Sie sich mit einem Token an, ohne Benutzernamen.</translation>
+    </message>
+    <message>
+        <source>Ask whoever runs the server for permission.</source>
+        <translation>Bitten Sie den Betreiber des Servers um Erlaubnis.</translation>
+    </message>
+    <message>
+        <source>Ask whoever runs the server to raise its limit.</source>
+        <translation>Bitten Sie den Betreiber des Servers, die Grenze zu erhöhen.</translation>
+    </message>
+    <message>
+        <source>Refresh the list.</source>
+        <translation>Aktualisieren Sie die Liste.</translation>
+    </message>
+    <message>
+        <source>Refresh the list and try again.</source>
+        <translation>Aktualisieren Sie die Liste und versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>Try again.</source>
+        <translation>Versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>Try again later.</source>
+        <translation>Versuchen Sie es später noch einmal.</translation>
+    </message>
+    <message>
+        <source>Try again in a few minutes.</source>
+        <translation>Versuchen Sie es in einigen Minuten noch einmal.</translation>
+    </message>
+    <message>
+        <source>Free some space in the cloud and try again.</source>
+        <translation>Schaffen Sie Platz in der Cloud und versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>Free some space on the drive and try again.</source>
+        <translation>Schaffen Sie Platz auf dem Laufwerk und versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>Check the name, or whether the file was moved.</source>
+        <translation>Prüfen Sie den Namen, oder ob die Datei verschoben wurde.</translation>
+    </message>
+</context>
+<context>
     <name>Texts</name>
     <message>
         <source>Today, %1</source>
@@ -660,6 +1149,37 @@
         <source>The cloud does not report how much storage is used.</source>
         <translation>Die Cloud teilt nicht mit, wie viel Speicher belegt ist.</translation>
     </message>
+    <message>
+        <source>%1 s left</source>
+        <translation>noch %1 s</translation>
+    </message>
+    <message>
+        <source>%1 min left</source>
+        <translation>noch %1 min</translation>
+    </message>
+    <message>
+        <source>%1 h left</source>
+        <translation>noch %1 h</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 von %2</translation>
+    </message>
+    <message>
+        <source>%1/s</source>
+        <translation>%1/s</translation>
+    </message>
+    <message>
+        <source>Up to %1</source>
+        <translation>Bis zu %1</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 and %n more</source>
+        <translation>
+            <numerusform>%1 und %n weitere</numerusform>
+            <numerusform>%1 und %n weitere</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>main</name>
@@ -674,6 +1194,10 @@
     <message>
         <source>Folder or WebDAV server to sign in to (default: the last one).</source>
         <translation>Ordner oder WebDAV-Server, an dem man sich anmeldet (Standard: der letzte).</translation>
+    </message>
+    <message>
+        <source>PDF documents to upload.</source>
+        <translation>PDF-Dokumente zum Hochladen.</translation>
     </message>
 </context>
 </TS>

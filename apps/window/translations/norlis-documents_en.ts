@@ -10,9 +10,64 @@
             <numerusform>%n of the files are not PDF documents and were not uploaded.</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>%n documents were removed.</source>
+        <translation>
+            <numerusform>%n document was removed.</numerusform>
+            <numerusform>%n documents were removed.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>There are more than %n PDF documents in the folder.</source>
+        <translation>
+            <numerusform>There is more than %n PDF document in the folder.</numerusform>
+            <numerusform>There are more than %n PDF documents in the folder.</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
-    <name>Norlis::Window::DocumentsPage</name>
+    <name>Norlis::Window::DropHint</name>
+    <message numerus="yes">
+        <source>Drop to upload %n document(s)</source>
+        <translation>
+            <numerusform>Drop to upload %n document</numerusform>
+            <numerusform>Drop to upload %n documents</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>Norlis::Window::Questions</name>
+    <message numerus="yes">
+        <source>Remove %n documents from the cloud?</source>
+        <translation>
+            <numerusform>Remove %n document from the cloud?</numerusform>
+            <numerusform>Remove %n documents from the cloud?</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n documents were changed both here and in the cloud.</source>
+        <translation>
+            <numerusform>%n document was changed both here and in the cloud.</numerusform>
+            <numerusform>%n documents were changed both here and in the cloud.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>There are documents with the names of %n files in the cloud already.</source>
+        <translation>
+            <numerusform>There is a document with the name of %n file in the cloud already.</numerusform>
+            <numerusform>There are documents with the names of %n files in the cloud already.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Upload %n files?</source>
+        <translation>
+            <numerusform>Upload %n file?</numerusform>
+            <numerusform>Upload %n files?</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>Norlis::Window::StatusLine</name>
     <message numerus="yes">
         <source>%n document(s)</source>
         <translation>
@@ -27,21 +82,35 @@
             <numerusform>%1 of %n documents</numerusform>
         </translation>
     </message>
-</context>
-<context>
-    <name>Norlis::Window::Questions</name>
     <message numerus="yes">
-        <source>Remove %n documents from the cloud?</source>
+        <source>%n selected, %1</source>
         <translation>
-            <numerusform>Remove %n document from the cloud?</numerusform>
-            <numerusform>Remove %n documents from the cloud?</numerusform>
+            <numerusform>%n selected, %1</numerusform>
+            <numerusform>%n selected, %1</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>%n documents have changed in the cloud too. Replace them?</source>
+        <source>trying again in %n s</source>
         <translation>
-            <numerusform>%n document has changed in the cloud too. Replace it?</numerusform>
-            <numerusform>%n documents have changed in the cloud too. Replace them?</numerusform>
+            <numerusform>trying again in %n s</numerusform>
+            <numerusform>trying again in %n s</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>Norlis::Window::Transfers</name>
+    <message numerus="yes">
+        <source>%n document(s) uploaded</source>
+        <translation>
+            <numerusform>%n document uploaded</numerusform>
+            <numerusform>%n documents uploaded</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n document(s) downloaded</source>
+        <translation>
+            <numerusform>%n document downloaded</numerusform>
+            <numerusform>%n documents downloaded</numerusform>
         </translation>
     </message>
 </context>
@@ -55,10 +124,27 @@
         </translation>
     </message>
     <message numerus="yes">
-        <source>%n transfer(s) running</source>
+        <source>%n waiting for the cloud</source>
         <translation>
-            <numerusform>%n transfer running</numerusform>
-            <numerusform>%n transfers running</numerusform>
+            <numerusform>%n waiting for the cloud</numerusform>
+            <numerusform>%n waiting for the cloud</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n canceled</source>
+        <translation>
+            <numerusform>%n canceled</numerusform>
+            <numerusform>%n canceled</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>Texts</name>
+    <message numerus="yes">
+        <source>%1 and %n more</source>
+        <translation>
+            <numerusform>%1 and %n more</numerusform>
+            <numerusform>%1 and %n more</numerusform>
         </translation>
     </message>
 </context>

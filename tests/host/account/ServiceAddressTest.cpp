@@ -35,7 +35,10 @@ TEST(ServiceAddressTest, PathsAndFileAddressesNameFolders)
     EXPECT_EQ(ServiceAddress("/srv/Cloud/"), QUrl("file:///srv/Cloud"));
     EXPECT_EQ(ServiceAddress("a/../Zoë & co"), QUrl::fromLocalFile(QDir().absoluteFilePath("Zoë & co")));
     EXPECT_EQ(ServiceAddress("notes: 2026"), QUrl::fromLocalFile(QDir().absoluteFilePath("notes: 2026")));
-    EXPECT_EQ(ServiceAddress("file:///srv/Cloud"), QUrl("file:///srv/Cloud"));
+    for (const QString address : {"file:///srv/Cloud", "file:/srv/Cloud", "file:///srv/x/..//Cloud/",
+                                  "file://localhost/srv/Clou%64", "file:////srv/Cloud"}) {
+        EXPECT_EQ(ServiceAddress(address), QUrl("file:///srv/Cloud")) << address.toStdString();
+    }
     EXPECT_TRUE(IsFolder(ServiceAddress("Cloud")));
 }
 
@@ -89,6 +92,12 @@ TEST(ServiceAddressTest, WhatCannotBeMeantIsRefused)
     EXPECT_THAT(Refusal("https://cloud.example/", "an:na"), HasSubstr("colon"));
     EXPECT_THAT(Refusal("https://an%0D%0Ana@cloud.example/"), HasSubstr("control"));
     EXPECT_THAT(Refusal("/srv/Cloud", "anna"), HasSubstr("--user"));
+    EXPECT_THAT(Refusal("file://nas/share"), HasSubstr("mounted"));
+    EXPECT_THAT(Refusal(QString("file://") + QChar::Null + "nas/share/"), Not(""));
+    EXPECT_THAT(Refusal("file:///srv/a%00b"), HasSubstr("null"));
+    EXPECT_THAT(Refusal(QString("/srv/a") + QChar::Null + "b"), HasSubstr("null"));
+    EXPECT_THAT(Refusal("file:"), HasSubstr("no path"));
+    EXPECT_THAT(Refusal("file:folder"), HasSubstr("no path"));
 }
 
 TEST(ServiceAddressTest, PasswordIsRefusedAndNeverRepeated)

@@ -81,9 +81,9 @@ TEST_F(CloudSessionDownloadTest, WhatCannotBeginFailsWithoutAskingTheCloud)
 
     EXPECT_THAT(
         Events(),
-        ElementsAre("Failed(Download, unknown, The document was not downloaded, it is not in the list of documents)",
-                    HasSubstr("there is no folder \"" + PathOf("missing").toStdString()),
-                    HasSubstr("there is no folder \"\""), HasSubstr("there is no folder \"" + file.toStdString())));
+        ElementsAre("Failed(Download, unknown, The document was not downloaded, It is not in the list of documents)",
+                    HasSubstr("There is no folder \"" + PathOf("missing").toStdString()),
+                    HasSubstr("There is no folder \"\""), HasSubstr("There is no folder \"" + file.toStdString())));
     EXPECT_EQ(problem.cause.document, "2.pdf");
     EXPECT_FALSE(problem.cause.advice.isEmpty());
     EXPECT_EQ(protocol->calls.size(), calls);
@@ -347,7 +347,7 @@ TEST_F(CloudSessionDownloadTest, SecondDownloadOfTheSameDocumentFailsAndTheFirst
     Request("1");
     session->Download("1", root.path());
     ASSERT_TRUE(WaitForEvent("Failed"));
-    EXPECT_EQ(problem.cause.reason, "it is already being downloaded");
+    EXPECT_EQ(problem.cause.reason, "It is already being downloaded");
     Events();
     Deliver("text");
     ASSERT_TRUE(WaitForEvent("DocumentDownloaded"));

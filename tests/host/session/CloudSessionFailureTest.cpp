@@ -28,7 +28,7 @@ TEST_F(CloudSessionFailureTest, SignedOutEveryRequestEndsInFailedAndAsksForTheSi
     QSignalSpy asked(&session->Cloud(), &AbstractCloudManager::AuthorizationRequired);
     const auto expectFailure = [&](const char* request, const std::string& subject) {
         const auto line =
-            std::string("Failed(") + request + ", " + subject + ", Not signed in, nobody is signed in to the cloud)";
+            std::string("Failed(") + request + ", " + subject + ", Not signed in, Nobody is signed in to the cloud)";
         EXPECT_THAT(Events(), IsEmpty()) << request;
         ASSERT_TRUE(WaitForEvent("Failed")) << request;
         EXPECT_THAT(Events(), ElementsAre(line));
@@ -53,6 +53,18 @@ TEST_F(CloudSessionFailureTest, SignedOutEveryRequestEndsInFailedAndAsksForTheSi
     session->FetchPreviews("1");
     ASSERT_TRUE(WaitForEvent("Failed(Preview, 1, Not signed in", 3));
     EXPECT_EQ(Events().size(), 3u);
+}
+
+TEST(CloudProblemTest, TextHasWhatIsKnownInSentences)
+{
+    Host::CloudProblem problem;
+    problem.message = "Auth failed";
+    EXPECT_EQ(problem.Text(), "Auth failed.");
+    problem.cause.reason = "The server has no room left (507)";
+    EXPECT_EQ(problem.Text(), "Auth failed: The server has no room left (507).");
+    problem.cause.advice = "Free some space.";
+    problem.message += '.'; // as it comes from elsewhere
+    EXPECT_EQ(problem.Text(), "Auth failed: The server has no room left (507). Free some space.");
 }
 
 TEST_F(CloudSessionFailureTest, SignedOutSeveralUploadsAskForTheSignInOnce)

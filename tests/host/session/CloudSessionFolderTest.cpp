@@ -6,6 +6,8 @@
 #include <QImage>
 #include <QPainter>
 #include <QPdfWriter>
+#include <QPixmap>
+#include <QSignalSpy>
 #include <QTest>
 
 namespace Norlis::Test {
@@ -78,6 +80,65 @@ qint64 BytesRead()
     QFile file("/proc/self/io");
     EXPECT_TRUE(file.open(QFile::ReadOnly));
     return QString::fromLatin1(file.readAll()).section("rchar: ", 1, 1).section('\n', 0, 0).toLongLong();
+}
+
+TEST_F(CloudSessionFolderTest, AVersionThatTheListShowsAsNewerIsNotReplacedWhoeverForgotWhichOneTheCopyIs)
+{
+    Put("plan.pdf", "first");
+    RefreshNow();
+    const auto id = session->DocumentNamed("plan.pdf");
+    session->Download(id, folder);
+    ASSERT_TRUE(WaitForEvent("DocumentDownloaded"));
+    session.reset();
+    const auto memories = QDir(dataFolder).entryList({"versions-*"}, QDir::Files);
+    ASSERT_FALSE(memories.isEmpty());
+    for (const QString& memory : memories) {
+        QFile::remove(dataFolder + '/' + memory);
+    }
+    Put("plan.pdf", "theirs");
+    Reopen();
+    SignIn();
+    RefreshNow();
+    Write("plan.pdf", "mine");
+    QSignalSpy read(session.get(), &Host::CloudSession::LocalCopyRead);
+    session->ReadLocalCopy(PathOf("plan.pdf"));
+    ASSERT_TRUE(read.wait(20'000));
+    session->UploadChanges(id);
+    ASSERT_TRUE(WaitForEvent("Failed"));
+    EXPECT_EQ(problem.cause.kind, Social::OAuth2::FailureKind::Conflict);
+    QFile cloudCopy(cloud + "/plan.pdf");
+    ASSERT_TRUE(cloudCopy.open(QFile::ReadOnly));
+    EXPECT_EQ(cloudCopy.readAll(), "theirs");
+}
+
+TEST_F(CloudSessionFolderTest, AFolderOfAnotherServiceIsRefused)
+{
+    session.reset();
+    auto other = service;
+    other.serviceUrl = QUrl::fromLocalFile(folder);
+    try {
+        const Host::CloudSession wrong(dataFolder, other);
+        FAIL() << "it was taken";
+    } catch (const std::runtime_error& refusal) {
+        EXPECT_THAT(refusal.what(), HasSubstr("another service"));
+    }
+    const Host::CloudSession same(dataFolder, service);
+}
+
+TEST_F(CloudSessionFolderTest, AFileOnThisComputerIsDrawn)
+{
+    QSignalSpy drawn(session.get(), &Host::CloudSession::LocalPreviewDrawn);
+    const auto failures = CountOf("Failed");
+    session->DrawLocalPreview(Put("mine.pdf", PdfOf(Qt::red)), {50, 50});
+    session->DrawLocalPreview(cloud + "/none.pdf", {50, 50});
+    ASSERT_TRUE(QTest::qWaitFor([&] { return drawn.count() == 2; }, 20'000));
+    for (const auto& each : drawn) {
+        const auto picture = each.at(1).value<QPixmap>();
+        const bool isThere = each.at(0).toString().endsWith("mine.pdf");
+        EXPECT_EQ(picture.isNull(), !isThere);
+        EXPECT_TRUE(!isThere || picture.toImage().pixelColor(picture.rect().center()) == QColor(Qt::red));
+    }
+    EXPECT_EQ(CountOf("Failed"), failures);
 }
 
 TEST_F(CloudSessionFolderTest, NewDocumentIsReadOnceWhenItIsSentAndOnceWhenItComesBack)

@@ -214,7 +214,7 @@ TEST_F(CloudSessionPreviewTest, FetchingIsRefusedOnceForEachSize)
     LetWorkFinish();
     const std::string refused = "Failed(Preview, 1, Retrieve file preview failed, )";
     const std::string unknown =
-        "Failed(Preview, unknown, The preview was not fetched, it is not in the list of documents)";
+        "Failed(Preview, unknown, The preview was not fetched, It is not in the list of documents)";
     EXPECT_THAT(Events(), ElementsAre(refused, refused, refused, unknown, unknown, unknown));
 }
 
@@ -412,7 +412,7 @@ TEST_F(CloudSessionPreviewTest, PictureOfADocumentThatIsGoneIsIgnoredUnlessSomeb
     protocol->Answer(fetched.front().id, Social::Success, Picture());
     ASSERT_TRUE(WaitForEvent("Failed"));
     EXPECT_THAT(Events(),
-                ElementsAre("Failed(Preview, 1, The preview was not fetched, the document is no longer in the list)"));
+                ElementsAre("Failed(Preview, 1, The preview was not fetched, The document is no longer in the list)"));
     EXPECT_EQ(session->Documents().FilesCount(), 0);
 }
 

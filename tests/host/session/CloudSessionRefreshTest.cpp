@@ -225,9 +225,9 @@ TEST_F(CloudSessionRefreshTest, ListFromBeforeAnUploadDoesNotBringTheOldContentB
 TEST_F(CloudSessionRefreshTest, DocumentRemovedAfterTheListWasRequestedDoesNotComeBack)
 {
     Refresh({EntryOf("1"), EntryOf("2")});
-    const auto list = Request();
     session->Remove("1");
     ASSERT_TRUE(WaitForCalls("deleteFile", 1));
+    const auto list = Request();
     Answer("deleteFile", Social::Success);
     Events();
     protocol->Answer(list, Social::Success, Entries({EntryOf("1"), EntryOf("2")}));

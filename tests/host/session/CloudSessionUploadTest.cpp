@@ -49,7 +49,7 @@ TEST_F(CloudSessionUploadTest, EveryFileOfAListEndsByItself)
     LetWorkFinish();
 
     EXPECT_THAT(Events(),
-                ElementsAre("Failed(Upload, missing.pdf, The document was not uploaded, there is no such file)",
+                ElementsAre("Failed(Upload, missing.pdf, The document was not uploaded, There is no such file)",
                             "DocumentUploaded(b.pdf, 2)", "DocumentUploaded(a.pdf, 1)"));
     EXPECT_EQ(Ids(), QStringList({"1", "2"}));
 }
@@ -109,9 +109,9 @@ TEST_F(CloudSessionUploadTest, WhatCannotBeSentFailsWithoutAskingTheCloud)
     EXPECT_THAT(Events(),
                 ElementsAre("Failed(Upload, , The document was not uploaded, no file was given)",
                             "Failed(Upload, , The document was not uploaded, no file was given)",
-                            "Failed(Upload, folder.pdf, The document was not uploaded, it is a folder)",
-                            "Failed(Upload, pipe.pdf, The document was not uploaded, it is not a regular file)",
-                            "Failed(Upload, link.pdf, The document was not uploaded, there is no such file)"));
+                            "Failed(Upload, folder.pdf, The document was not uploaded, It is a folder)",
+                            "Failed(Upload, pipe.pdf, The document was not uploaded, It is not a regular file)",
+                            "Failed(Upload, link.pdf, The document was not uploaded, There is no such file)"));
     EXPECT_EQ(problem.cause.what, "Upload");
     EXPECT_EQ(problem.cause.document, "link.pdf");
     EXPECT_FALSE(problem.cause.advice.isEmpty());
@@ -126,7 +126,7 @@ TEST_F(CloudSessionUploadTest, FileThatVanishesBeforeItIsSentFails)
     QMetaObject::invokeMethod(
         session.get(), [&] { QFile::remove(path); }, Qt::QueuedConnection);
     ASSERT_TRUE(WaitForEvent("Failed"));
-    EXPECT_EQ(problem.cause.reason, "the file could not be read");
+    EXPECT_EQ(problem.cause.reason, "The file could not be read");
 }
 
 TEST_F(CloudSessionUploadTest, SecondUploadOfTheSameFileFailsAndTheFirstGoesOn)
@@ -283,8 +283,8 @@ TEST_F(CloudSessionUploadTest, ChangesNeedADocumentWithALocalCopy)
     session->UploadChanges("2");
     LetWorkFinish();
     EXPECT_THAT(Events(),
-                ElementsAre("Failed(Upload, 1, The document was not uploaded, it has no local copy)",
-                            "Failed(Upload, 2, The document was not uploaded, it is not in the list of documents)"));
+                ElementsAre("Failed(Upload, 1, The document was not uploaded, It has no local copy)",
+                            "Failed(Upload, 2, The document was not uploaded, It is not in the list of documents)"));
 }
 
 TEST_F(CloudSessionUploadTest, DocumentIsMarkedAsSyncingWhileItsChangesAreSent)

@@ -75,6 +75,19 @@ TEST_F(ServerErrorTest, EveryStatusIsSaidInWordsWithAdvice)
     EXPECT_TRUE(client.Protocol()->loggedIn());
 }
 
+TEST_F(ServerErrorTest, AStatusTellsWhatAProgramCanDo)
+{
+    using Kind = Social::OAuth2::FailureKind;
+    const std::vector<std::pair<int, Kind>> statuses = {
+        {403, Kind::Other}, {412, Kind::Conflict},    {423, Kind::Other},       {429, Kind::Unavailable},
+        {500, Kind::Other}, {502, Kind::Unavailable}, {503, Kind::Unavailable}, {504, Kind::Unavailable},
+        {507, Kind::Other}, {401, Kind::NotSignedIn}, // the last, since it signs out
+    };
+    for (const auto& [status, kind] : statuses) {
+        EXPECT_EQ(FailureOf(AnswersWith(status, {{"Retry-After", "0"}})).kind, kind) << status;
+    }
+}
+
 TEST_F(ServerErrorTest, MessageOfTheServerIsQuoted)
 {
     EXPECT_THAT(ReasonFor(Refuses(403, "Sabre\\DAV\\Exception\\Forbidden", "Zoë works on it, until 17:00")),

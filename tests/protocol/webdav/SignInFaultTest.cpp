@@ -268,8 +268,11 @@ TEST_F(SignInFaultTest, UnreachableServerIsSaid)
 {
     server.Stop();
     const auto failure = FailureOfSignIn();
-    EXPECT_THAT(failure.reason.toStdString(), HasSubstr("cannot be reached"));
+    EXPECT_EQ(failure.reason,
+              "The server cannot be reached: it does not accept connections, or no network leads there");
+    EXPECT_THAT(failure.details.toStdString(), HasSubstr("connect"));
     EXPECT_THAT(failure.advice.toStdString(), HasSubstr("network"));
+    EXPECT_EQ(failure.kind, Social::OAuth2::FailureKind::Unavailable);
     server.Start();
     EXPECT_TRUE(SignsIn());
 }

@@ -6,7 +6,6 @@ namespace Norlis::Test {
 
 namespace {
 
-using testing::AllOf;
 using testing::HasSubstr;
 
 /// Made once for all tests, since that takes a moment.
@@ -29,10 +28,12 @@ protected:
     }
 
     /// He is not let in, nor heard.
-    void ExpectNoTrust(const FaultServer& server, const std::string& reason)
+    /// \param details what OpenSSL or libcurl says
+    void ExpectNoTrust(const FaultServer& server, const std::string& reason, const std::string& details)
     {
         EXPECT_FALSE(isSignedIn);
-        EXPECT_THAT(LastReason(*client), AllOf(HasSubstr("identity cannot be verified"), HasSubstr(reason)));
+        EXPECT_EQ(LastReason(*client), "The server's identity cannot be verified: its certificate " + reason);
+        EXPECT_THAT(LastFailure(*client).details.toStdString(), HasSubstr(details));
         EXPECT_THAT(LastAdvice(*client), HasSubstr("authority of your own"));
         EXPECT_TRUE(server.Requests().empty());
     }
@@ -74,24 +75,25 @@ TEST_F(TlsTest, UnknownAuthorityIsNotTrusted)
 {
     FaultServer server(Authority().Issue());
     Visit(server, {});
-    ExpectNoTrust(server, "certificate");
+    const std::string reason = "comes from an authority that this computer does not know";
+    ExpectNoTrust(server, reason, "issuer certificate");
     const CertificateAuthority another;
     Visit(server, another.File());
-    ExpectNoTrust(server, "certificate");
+    ExpectNoTrust(server, reason, "certificate");
 }
 
 TEST_F(TlsTest, ExpiredCertificateIsNotTrusted)
 {
     FaultServer server(Authority().Issue("127.0.0.1", -1));
     Visit(server, Authority().File());
-    ExpectNoTrust(server, "expired");
+    ExpectNoTrust(server, "has expired", "expired");
 }
 
 TEST_F(TlsTest, CertificateOfAnotherHostIsNotTrusted)
 {
     FaultServer server(Authority().Issue("127.0.0.2"));
     Visit(server, Authority().File());
-    ExpectNoTrust(server, "127.0.0.1");
+    ExpectNoTrust(server, "is that of another server", "127.0.0.1");
 }
 
 TEST_F(TlsTest, MissingCertificateFileIsNamed)
@@ -99,7 +101,8 @@ TEST_F(TlsTest, MissingCertificateFileIsNamed)
     FaultServer server(Authority().Issue());
     Visit(server, "/nowhere/authorities.pem");
     EXPECT_FALSE(isSignedIn);
-    EXPECT_THAT(LastReason(*client), HasSubstr("/nowhere/authorities.pem"));
+    EXPECT_THAT(LastReason(*client), HasSubstr("the certificate file cannot be read"));
+    EXPECT_THAT(LastFailure(*client).details.toStdString(), HasSubstr("/nowhere/authorities.pem"));
     EXPECT_TRUE(server.Requests().empty());
 }
 

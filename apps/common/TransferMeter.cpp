@@ -1,0 +1,49 @@
+#include "TransferMeter.h"
+
+#include <cmath>
+
+namespace Norlis::Apps {
+
+namespace {
+
+constexpr qint64 window = 10'000;  // milliseconds that the rate is taken from, or more when little comes
+constexpr qint64 shortest = 1'000; // less tells nothing
+constexpr double milliseconds = 1000;
+
+} // namespace
+
+void TransferMeter::Note(qint64 transferred, qint64 time)
+{
+    if (!samples.empty() && transferred < samples.back().transferred) {
+        samples.clear();
+    }
+    if (samples.empty() || transferred > samples.back().transferred) {
+        samples.push_back({time, transferred});
+    }
+    while (samples.size() > 2 && samples[1].time <= time - window) {
+        samples.pop_front();
+    }
+}
+
+qint64 TransferMeter::BytesAt(int percent, qint64 size)
+{
+    constexpr int whole = 100;
+    return size / whole * percent + size % whole * percent / whole;
+}
+
+std::optional<double> TransferMeter::Rate(qint64 time) const
+{
+    if (samples.size() < 2 || time - samples.front().time < shortest) {
+        return std::nullopt;
+    }
+    const auto bytes = static_cast<double>(samples.back().transferred - samples.front().transferred);
+    return bytes * milliseconds / static_cast<double>(time - samples.front().time);
+}
+
+std::optional<qint64> TransferMeter::TimeLeft(qint64 remaining, qint64 time) const
+{
+    const auto rate = Rate(time);
+    return rate ? std::optional(static_cast<qint64>(std::ceil(static_cast<double>(remaining) / *rate))) : std::nullopt;
+}
+
+} // namespace Norlis::Apps

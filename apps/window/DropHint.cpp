@@ -1,0 +1,60 @@
+#include "DropHint.h"
+
+#include <QFileInfo>
+#include <QLabel>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace Norlis::Window {
+
+DropHint::DropHint(QWidget& covered) : QFrame(&covered), text(new QLabel)
+{
+    setObjectName("dropHint");
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    setAutoFillBackground(true);
+    setFrameShape(Box);
+    setLineWidth(fontMetrics().height() / 6);
+    QFont large = font();
+    large.setPointSizeF(large.pointSizeF() * 1.5);
+    text->setFont(large);
+    text->setAlignment(Qt::AlignCenter);
+    text->setWordWrap(true);
+    (new QVBoxLayout(this))->addWidget(text);
+    hide();
+}
+
+bool DropHint::Show(const QStringList& paths)
+{
+    // By name alone: the files are read when they are dropped.
+    const auto isFolder = [](const QString& path) { return QFileInfo(path).isDir(); };
+    const auto isDocument = [](const QString& path) { return path.endsWith(".pdf", Qt::CaseInsensitive); };
+    const bool isAnyFolder = std::any_of(paths.begin(), paths.end(), isFolder);
+    const auto documents = static_cast<int>(std::count_if(paths.begin(), paths.end(), isDocument));
+    isUseful = isAnyFolder || documents > 0;
+    text->setText(isAnyFolder     ? tr("Drop to upload the documents in the folder")
+                  : documents > 0 ? tr("Drop to upload %n document(s)", nullptr, documents)
+                                  : tr("Only PDF documents can be uploaded"));
+
+    QPalette colors = parentWidget()->palette();
+    QColor background = colors.color(QPalette::Base);
+    background.setAlphaF(0.85);
+    colors.setColor(QPalette::Window, background);
+    colors.setColor(QPalette::WindowText,
+                    isUseful ? colors.color(QPalette::Highlight) : colors.color(QPalette::Disabled, QPalette::Text));
+    setPalette(colors);
+    colors.setColor(QPalette::WindowText,
+                    parentWidget()->palette().color(isUseful ? QPalette::Normal : QPalette::Disabled, QPalette::Text));
+    text->setPalette(colors);
+    setGeometry(parentWidget()->rect());
+    raise();
+    show();
+    return isUseful;
+}
+
+bool DropHint::IsUseful() const
+{
+    return isUseful;
+}
+
+} // namespace Norlis::Window

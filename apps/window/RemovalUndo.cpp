@@ -1,0 +1,72 @@
+#include "RemovalUndo.h"
+
+#include "MessageBar.h"
+
+#include <host/session/CloudSession.h>
+
+#include <QTimer>
+
+#include <algorithm>
+#include <chrono>
+
+namespace Norlis::Window {
+
+namespace {
+
+constexpr auto timeToThink = std::chrono::seconds(10);
+
+} // namespace
+
+RemovalUndo::RemovalUndo(Host::CloudSession& session, MessageBar& message) : session(session), message(message) {}
+
+void RemovalUndo::Remove(const QStringList& ids, const QString& text)
+{
+    const int number = ++lastNumber;
+    session.RemoveLater(ids, timeToThink);
+    removals.push_back({number, ids, text});
+    QTimer::singleShot(timeToThink, this, [this, number] { End(number); });
+    Offer();
+    emit PossibleChanged();
+}
+
+void RemovalUndo::Undo()
+{
+    if (removals.empty()) {
+        return;
+    }
+    session.UndoRemoval(removals.back().ids);
+    removals.pop_back();
+    Offer();
+    emit PossibleChanged();
+}
+
+bool RemovalUndo::IsPossible() const
+{
+    return !removals.empty();
+}
+
+void RemovalUndo::Offer()
+{
+    if (removals.empty()) {
+        message.Close(Topic::undo);
+        return;
+    }
+    message.Show(Topic::undo, removals.back().text, {}, {{tr("Undo"), [this] { Undo(); }}}, MessageBar::Kind::Notice);
+}
+
+void RemovalUndo::End(int number)
+{
+    const auto found = std::find_if(removals.begin(), removals.end(),
+                                    [number](const Removal& removal) { return removal.number == number; });
+    if (found == removals.end()) {
+        return;
+    }
+    const bool wasOffered = found + 1 == removals.end();
+    removals.erase(found);
+    if (wasOffered) {
+        message.Close(Topic::undo);
+    }
+    emit PossibleChanged();
+}
+
+} // namespace Norlis::Window

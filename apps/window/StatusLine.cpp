@@ -1,0 +1,91 @@
+#include "StatusLine.h"
+
+#include "Texts.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+
+namespace Norlis::Window {
+
+StatusLine::StatusLine(QWidget* parent)
+    : QFrame(parent),
+      text(new QLabel),
+      tryNow(new QPushButton(tr("Try Now"))),
+      storage(new StorageBar)
+{
+    text->setObjectName("status");
+    text->setTextFormat(Qt::PlainText);
+    tryNow->setObjectName("tryNow");
+    tryNow->setToolTip(tr("Connect to the cloud now"));
+    const auto layout = new QHBoxLayout(this);
+    const int gap = fontMetrics().height() / 3;
+    layout->setContentsMargins(2 * gap, gap, 2 * gap, gap);
+    layout->addWidget(text);
+    layout->addWidget(tryNow);
+    layout->addStretch(1);
+    layout->addWidget(storage);
+    connect(tryNow, &QPushButton::clicked, this, &StatusLine::TryNowChosen);
+    countdown.setInterval(1000);
+    connect(&countdown, &QTimer::timeout, this, &StatusLine::Update);
+}
+
+void StatusLine::Show(const Situation& newSituation)
+{
+    situation = newSituation;
+    tryNow->setVisible(situation.isOffline);
+    if (situation.isOffline) {
+        countdown.start();
+    } else {
+        countdown.stop();
+        text->setToolTip({});
+    }
+    Update();
+}
+
+void StatusLine::Explain(const QStringList& problem)
+{
+    text->setToolTip(ToolTipText(problem));
+}
+
+StorageBar& StatusLine::Storage()
+{
+    return *storage;
+}
+
+void StatusLine::Update()
+{
+    text->setText(situation.isOffline ? OfflineText() : OnlineText());
+}
+
+QString StatusLine::OnlineText() const
+{
+    const int all = situation.all;
+    QStringList parts = {situation.shown == all ? tr("%n document(s)", nullptr, all)
+                                                : tr("%1 of %n document(s)", nullptr, all).arg(situation.shown)};
+    if (situation.selected > 0) {
+        parts.append(tr("%n selected, %1", nullptr, situation.selected).arg(SizeText(situation.selectedSize)));
+    }
+    if (situation.isRefreshing) {
+        parts.append(tr("refreshing…"));
+    } else if (situation.isSigningIn) {
+        parts.append(tr("signing in…"));
+    } else if (situation.refreshedAt.isValid()) {
+        parts.append(tr("as of %1").arg(TimeText(situation.refreshedAt.time())));
+    }
+    return parts.join(" · ");
+}
+
+QString StatusLine::OfflineText() const
+{
+    QStringList parts = {tr("Offline")};
+    if (situation.refreshedAt.isValid()) {
+        parts.append(tr("list of %1").arg(TimeText(situation.refreshedAt.time())));
+    }
+    const qint64 wait = QDateTime::currentDateTime().msecsTo(situation.nextAttempt);
+    constexpr qint64 second = 1000;
+    parts.append(tr("trying again in %n s", nullptr, static_cast<int>(qMax(wait + second - 1, second) / second)));
+    return parts.join(" · ");
+}
+
+} // namespace Norlis::Window

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "StorageBar.h"
+
+#include <QDateTime>
+#include <QFrame>
+#include <QTimer>
+
+class QLabel;
+class QPushButton;
+
+namespace Norlis::Window {
+
+/// The line at the bottom: how many documents there are, how old the list is or when the cloud is asked next, and how
+/// much of the storage is used.
+class StatusLine : public QFrame {
+    Q_OBJECT
+
+public:
+    struct Situation {
+        int shown = 0; ///< documents that match the search
+        int all = 0;
+        int selected = 0;
+        qint64 selectedSize = 0; ///< bytes
+        bool isRefreshing = false;
+        bool isSigningIn = false;
+        QDateTime refreshedAt; ///< invalid when there was no list yet
+        bool isOffline = false;
+        QDateTime nextAttempt; ///< while it is offline
+    };
+
+    explicit StatusLine(QWidget* parent = nullptr);
+
+    /// Counts the seconds down by itself while it is offline.
+    void Show(const Situation& newSituation);
+
+    /// Why it is offline, for whoever wants to know.
+    void Explain(const QStringList& problem);
+
+    StorageBar& Storage();
+
+signals:
+    void TryNowChosen();
+
+private:
+    void Update();
+    QString OnlineText() const;
+    QString OfflineText() const;
+
+    Situation situation;
+    QLabel* const text;
+    QPushButton* const tryNow;
+    StorageBar* const storage;
+    QTimer countdown;
+};
+
+} // namespace Norlis::Window

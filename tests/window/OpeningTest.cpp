@@ -1,0 +1,111 @@
+#include "WindowTest.h"
+
+#include <QDesktopServices>
+#include <QDir>
+#include <QFileInfo>
+#include <QListView>
+#include <QTest>
+#include <QUrl>
+
+#include <cstdio>
+
+namespace Norlis::Test {
+
+namespace {
+
+/// Takes what would be opened by another program.
+class OpenedFiles : public QObject {
+    Q_OBJECT
+
+public:
+    OpenedFiles()
+    {
+        QDesktopServices::setUrlHandler("file", this, "Open");
+    }
+
+    ~OpenedFiles() override
+    {
+        QDesktopServices::unsetUrlHandler("file");
+    }
+
+    QStringList paths;
+
+public slots:
+    void Open(const QUrl& url)
+    {
+        paths.append(url.toLocalFile());
+    }
+};
+
+/// Documents that are opened in another program.
+class OpeningTest : public WindowTest {
+protected:
+    void PressReturn()
+    {
+        Select({"a.pdf"});
+        QTest::keyClick(Documents(), Qt::Key_Return);
+        ASSERT_TRUE(WaitUntil([&] { return opened.paths.size() == 1; }));
+    }
+
+    /// The only document, which is not here.
+    void OpenFromCloud()
+    {
+        PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
+        OpenCloud();
+        ASSERT_TRUE(Shows({"a.pdf"}));
+        PressReturn();
+    }
+
+    OpenedFiles opened;
+};
+
+TEST_F(OpeningTest, OpeningFetchesWhatIsNotHere)
+{
+    ASSERT_NO_FATAL_FAILURE(OpenFromCloud());
+    EXPECT_EQ(QFileInfo(opened.paths.first()).fileName(), "a.pdf");
+    EXPECT_FALSE(QDir(Local("downloads")).exists()) << "it was to be looked at only";
+    ASSERT_TRUE(IsUpToDate("a.pdf"));
+    EXPECT_EQ(Documents()->selectionModel()->selectedIndexes().size(), 1);
+    ClickButton("Open");
+    EXPECT_EQ(opened.paths.size(), 2);
+    EXPECT_EQ(Transfers().size(), 1); // it is here now
+}
+
+TEST_F(OpeningTest, WhatIsSavedInAnotherProgramCanBeSentAtOnce)
+{
+    ASSERT_NO_FATAL_FAILURE(OpenFromCloud());
+    const QByteArray changed = PdfOfText("changed");
+    WriteFile(opened.paths.first() + ".new", changed); // as editors save
+    ASSERT_EQ(std::rename(qPrintable(opened.paths.first() + ".new"), qPrintable(opened.paths.first())), 0);
+    ASSERT_TRUE(WaitUntil([&] { return Message() == "“a.pdf” was changed."; }));
+    ClickButton("Upload Changes");
+    EXPECT_TRUE(WaitUntil([&] { return ReadFile(Cloud("a.pdf")) == changed; }));
+    EXPECT_TRUE(IsUpToDate("a.pdf"));
+    EXPECT_EQ(Message(), "");
+}
+
+TEST_F(OpeningTest, AnOlderCopyIsNotOpenedInThePlaceOfANewerVersion)
+{
+    ASSERT_NO_FATAL_FAILURE(OpenWithLocalCopy());
+    const QByteArray old = *ReadFile(Local("downloads/a.pdf"));
+    const QByteArray newer = PdfOfText("newer");
+    PutIntoCloud("a.pdf", newer);
+    Refresh();
+    ASSERT_TRUE(WaitUntil([&] { return StateOf("a.pdf") == static_cast<int>(State::ChangedInCloud); }));
+    ASSERT_NO_FATAL_FAILURE(PressReturn());
+    EXPECT_EQ(opened.paths.first(), Local("downloads/a.pdf"));
+    EXPECT_EQ(ReadFile(opened.paths.first()), newer);
+    EXPECT_EQ(Message(), "A newer version of “a.pdf” was fetched.");
+    ClickButton("Open the Older One");
+    ASSERT_EQ(opened.paths.size(), 2);
+    const QString older = opened.paths.last();
+    EXPECT_EQ(ReadFile(older), old);
+    Close();
+    EXPECT_FALSE(QFileInfo::exists(older)) << "nobody sees it any more";
+}
+
+} // namespace
+
+} // namespace Norlis::Test
+
+#include "OpeningTest.moc"

@@ -1,0 +1,105 @@
+#include "WindowTest.h"
+
+#include <QListView>
+#include <QMessageBox>
+#include <QTest>
+
+namespace Norlis::Test {
+
+namespace {
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+using RemovalWindowTest = WindowTest;
+
+TEST_F(RemovalWindowTest, RemovalOfManyDocumentsAsksOnce)
+{
+    QStringList names;
+    for (int number = 10; number <= 20; ++number) {
+        names.append(QStringLiteral("%1.pdf").arg(number));
+        PutIntoCloud(names.back(), PdfOfColor(Qt::red));
+    }
+    OpenCloud();
+    ASSERT_TRUE(Shows(names));
+    Select(names);
+    QTest::keyClick(Documents(), Qt::Key_Delete);
+    ASSERT_EQ(Questions().size(), 1);
+    EXPECT_THAT(Questions().first()->text().toStdString(), HasSubstr("11 documents"));
+    Answer("Cancel");
+    EXPECT_TRUE(ReadFile(Cloud("10.pdf")));
+    QTest::keyClick(Documents(), Qt::Key_Delete);
+    EXPECT_THAT(Questions().first()->informativeText().toStdString(), HasSubstr(".pdf and 6 more"));
+    Answer("Remove");
+    ASSERT_TRUE(Shows({}));
+    EXPECT_THAT(Questions(), IsEmpty());
+    ClickButton("Undo");
+    ASSERT_TRUE(Shows(names));
+    EXPECT_TRUE(ReadFile(Cloud("10.pdf")));
+    Select(names);
+    Action("Remove…")->trigger();
+    Answer("Remove");
+    window->close(); // which does not wait any longer
+    EXPECT_TRUE(WaitUntil([&] { return !window->isVisible(); }));
+    EXPECT_FALSE(ReadFile(Cloud("10.pdf")));
+}
+
+TEST_F(RemovalWindowTest, ARemovalCanBeTakenBack)
+{
+    PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
+    PutIntoCloud("b.pdf", PdfOfColor(Qt::red));
+    OpenCloud();
+    ASSERT_TRUE(Shows({"a.pdf", "b.pdf"}));
+    Select({"b.pdf"});
+    QTest::keyClick(Documents(), Qt::Key_Delete);
+    EXPECT_THAT(Questions(), IsEmpty());
+    ASSERT_TRUE(Shows({"a.pdf"}));
+    EXPECT_EQ(Message(), "“b.pdf” was removed.");
+    EXPECT_THAT(Status().toStdString(), testing::StartsWith("1 document ·"));
+    Select({"a.pdf"});
+    QTest::keyClick(Documents(), Qt::Key_Delete);
+    ASSERT_TRUE(Shows({}));
+    EXPECT_EQ(EmptyTitle(), "No documents yet");
+    Refresh();
+    EXPECT_TRUE(Shows({})); // a list does not bring back what is to be removed
+
+    ClickButton("Undo"); // the last one first
+    ASSERT_TRUE(Shows({"a.pdf"}));
+    EXPECT_EQ(Message(), "“b.pdf” was removed.");
+    Action("Undo Removal")->trigger();
+    ASSERT_TRUE(Shows({"a.pdf", "b.pdf"}));
+    EXPECT_EQ(Message(), "");
+    EXPECT_FALSE(Action("Undo Removal")->isEnabled());
+    EXPECT_TRUE(ReadFile(Cloud("a.pdf")) && ReadFile(Cloud("b.pdf")));
+}
+
+TEST_F(RemovalWindowTest, ARemovalIsSentWhenTheWindowCloses)
+{
+    PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
+    PutIntoCloud("b.pdf", PdfOfColor(Qt::red));
+    OpenCloud();
+    ASSERT_TRUE(Shows({"a.pdf", "b.pdf"}));
+    Select({"a.pdf"});
+    QTest::keyClick(Documents(), Qt::Key_Delete);
+    ASSERT_TRUE(Shows({"b.pdf"}));
+    EXPECT_TRUE(ReadFile(Cloud("a.pdf")));
+    window->close();
+    EXPECT_TRUE(WaitUntil([&] { return !window->isVisible(); }));
+    EXPECT_FALSE(ReadFile(Cloud("a.pdf")));
+    EXPECT_TRUE(ReadFile(Cloud("b.pdf")));
+}
+
+TEST_F(RemovalWindowTest, ARemovalIsSentWhenTheUserSignsOut)
+{
+    PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
+    OpenCloud();
+    ASSERT_TRUE(Shows({"a.pdf"}));
+    Select({"a.pdf"});
+    QTest::keyClick(Documents(), Qt::Key_Delete);
+    ASSERT_TRUE(Shows({}));
+    Action("Sign Out")->trigger();
+    EXPECT_TRUE(WaitUntil([&] { return !ReadFile(Cloud("a.pdf")); }));
+}
+
+} // namespace
+
+} // namespace Norlis::Test

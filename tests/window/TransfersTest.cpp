@@ -1,0 +1,129 @@
+#include "ServerWindowTest.h"
+
+#include <QAbstractButton>
+#include <QLabel>
+#include <QListView>
+#include <QSplitter>
+#include <QTest>
+
+namespace Norlis::Test {
+
+namespace {
+
+using namespace TestKit;
+using testing::HasSubstr;
+
+/// The panel of the transfers, over a server whose answers take as long as a test wants.
+class TransfersTest : public ServerWindowTest {
+protected:
+    void SetUp() override
+    {
+        SignIn();
+    }
+
+    void DropSlowly(const QStringList& names)
+    {
+        server.Misbehave(When("PUT").Always(), HangsInTheRequest(10));
+        QStringList paths;
+        for (const QString& name : names) {
+            paths.append(LocalFile(name, PdfOfText(name.toUtf8())));
+        }
+        Drop(paths);
+        ASSERT_TRUE(WaitUntil([&] { return server.Count("PUT") == names.size(); }));
+    }
+
+    QString Title() const
+    {
+        return Find<QLabel>("transfersTitle")->text();
+    }
+};
+
+TEST_F(TransfersTest, WhatWasCanceledCanBeStartedAgain)
+{
+    ASSERT_NO_FATAL_FAILURE(DropSlowly({"a.pdf"}));
+    ClickButton("Cancel All");
+    ASSERT_TRUE(WaitUntil([&] { return Transfers() == QStringList{"a.pdf canceled"}; }));
+    EXPECT_EQ(Title(), "1 canceled");
+    EXPECT_FALSE(Button("Try Again")) << "nothing has failed";
+    server.BehaveAgain();
+    const auto list = Find<QListView>("transfers");
+    const QRect row = list->visualRect(list->model()->index(0, 0));
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, {row.right() - 20, row.center().y()});
+    EXPECT_TRUE(WaitUntil([&] { return Transfers() == QStringList{"a.pdf finished"}; }));
+    EXPECT_EQ(server.Names(), QStringList{"a.pdf"});
+}
+
+TEST_F(TransfersTest, WhatNeedsAttentionStandsBeforeWhatHasEnded)
+{
+    Drop({LocalFile("done.pdf", PdfOfColor(Qt::red))});
+    ASSERT_TRUE(WaitUntil([&] { return Transfers() == QStringList{"done.pdf finished"}; }));
+    server.Misbehave(When("PUT").Always(), IsOutOfSpace());
+    Drop({LocalFile("bad.pdf", PdfOfColor(Qt::blue))});
+    ASSERT_TRUE(WaitUntil([&] { return Transfers() == QStringList({"bad.pdf failed", "done.pdf finished"}); }));
+    const int before = server.Count("PUT");
+    server.BehaveAgain();
+    server.Misbehave(When("PUT").Always(), HangsInTheRequest(10));
+    Drop({LocalFile("first.pdf", PdfOfColor(Qt::red)), LocalFile("second.pdf", PdfOfColor(Qt::red))});
+    ASSERT_TRUE(WaitUntil([&] { return server.Count("PUT") == before + 2; }));
+    const auto names = [this] {
+        QStringList each = Transfers();
+        for (QString& row : each) {
+            row = row.section(' ', 0, 0);
+        }
+        return each;
+    };
+    EXPECT_TRUE(WaitUntil([&] {
+        return names() == QStringList({"first.pdf", "second.pdf", "bad.pdf", "done.pdf"}) ||
+               names() == QStringList({"second.pdf", "first.pdf", "bad.pdf", "done.pdf"});
+    }));
+    EXPECT_THAT(Title().toStdString(), HasSubstr("1 failed"));
+}
+
+TEST_F(TransfersTest, OneLineIsLeftWhenAllHaveSucceeded)
+{
+    Drop({LocalFile("a.pdf", PdfOfColor(Qt::red)), LocalFile("b.pdf", PdfOfColor(Qt::blue))});
+    ASSERT_TRUE(WaitUntil([&] { return Transfers() == QStringList({"b.pdf finished", "a.pdf finished"}); }));
+    EXPECT_EQ(Title(), "✓ 2 documents uploaded");
+    EXPECT_FALSE(Find<QListView>("transfers"));
+    const auto panel = Find<QWidget>("transfersPanel");
+    EXPECT_TRUE(WaitUntil([&] { return panel->height() < 4 * panel->fontMetrics().height(); })) << panel->height();
+    const auto split = Find<QSplitter>("split");
+    EXPECT_EQ(split->widget(0)->height() + split->handleWidth() + panel->height(), split->height());
+    ClickButton("Details");
+    EXPECT_TRUE(Find<QListView>("transfers"));
+    EXPECT_TRUE(WaitUntil([&] { return panel->height() > 5 * panel->fontMetrics().height(); })) << panel->height();
+    ClickButton("Clear");
+    EXPECT_FALSE(Find<QWidget>("transfersPanel"));
+}
+
+TEST_F(TransfersTest, ADoubleClickCancelsOneTransfer)
+{
+    ASSERT_NO_FATAL_FAILURE(DropSlowly({"a.pdf", "b.pdf"}));
+    const auto list = Find<QListView>("transfers");
+    const QRect row = list->visualRect(list->model()->index(0, 0));
+    const QPoint button(row.right() - 20, row.center().y());
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, button);
+    ASSERT_TRUE(WaitUntil([&] { return Transfers().filter("canceled").size() == 1; })); // the other one is first now
+    QTest::mouseDClick(list->viewport(), Qt::LeftButton, {}, button);
+    EXPECT_EQ(Transfers().filter("running").size(), 1);
+}
+
+TEST_F(TransfersTest, NoButtonComesToWhereAnotherOneWas)
+{
+    server.Misbehave(When("PUT").Always(), IsOutOfSpace());
+    Drop({LocalFile("a.pdf", PdfOfColor(Qt::red))});
+    ASSERT_TRUE(WaitUntil([&] { return Transfers() == QStringList{"a.pdf failed"}; }));
+    const QRect before = Button("Try Again")->geometry();
+    const int sent = server.Count("PUT");
+    server.BehaveAgain();
+    server.Misbehave(When("PUT").Always(), HangsInTheRequest(10));
+    ClickButton("Try Again");
+    ASSERT_TRUE(WaitUntil([&] { return server.Count("PUT") > sent && Button("Cancel All"); }));
+    EXPECT_FALSE(Button("Cancel All")->geometry().intersects(before));
+    ClickButton("Cancel All");
+    ASSERT_TRUE(WaitUntil([&] { return Transfers() == QStringList{"a.pdf canceled"}; }));
+}
+
+} // namespace
+
+} // namespace Norlis::Test
