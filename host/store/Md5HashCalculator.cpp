@@ -2,10 +2,9 @@
 
 #include "HashCache.h"
 
-#include <base/Lifetime.h>
 #include <files/FileReader.h>
 
-#include <QRunnable>
+#include <QPointer>
 #include <QThreadPool>
 #include <QTimer>
 
@@ -63,36 +62,16 @@ public:
     HashCache cache;
     std::unordered_set<std::string> expected;      ///< paths
     std::unordered_map<std::string, Told> passing; ///< by path, until they are read
-    QTimer reading;                                ///< of those, when nothing new has been told for a while
-    std::mutex mutex;                              ///< guards isStopping
+    QTimer reading;   ///< of those, when nothing new has been told for a while; receives what the pool reports
+    std::mutex mutex; ///< guards isStopping
     std::condition_variable stopped;
     bool isStopping = false;
     QThreadPool pool;
-    Lifetime lifetime;
 };
 
 namespace {
 
 constexpr auto calm = 1s;
-
-/// Hashes some files on the pool's thread.
-class Batch : public QObject, public QRunnable {
-    Q_OBJECT
-
-public:
-    explicit Batch(std::function<void(Batch&)> work) : work(std::move(work)) {}
-
-    void run() override
-    {
-        work(*this);
-    }
-
-signals:
-    void Finished();
-
-private:
-    std::function<void(Batch&)> work;
-};
 
 } // namespace
 
@@ -194,7 +173,13 @@ void Md5HashCalculator::Tell(const QString& path, const QString& identityText, c
 
 void Md5HashCalculator::Prepare(const QStringList& paths, QObject* context, std::function<void()> done, Reading reading)
 {
-    auto batch = std::make_unique<Batch>([d = d.get(), paths, reading](Batch& batch) {
+    // The context is looked at on this thread alone, where it may end at any time.
+    auto report = [context = QPointer<QObject>(context), done = std::move(done)] {
+        if (context && done) {
+            done();
+        }
+    };
+    d->pool.start([d = d.get(), paths, reading, report = std::move(report)]() mutable {
         for (const auto& path : paths) {
             if (d->IsStopping()) {
                 return;
@@ -204,20 +189,8 @@ void Md5HashCalculator::Prepare(const QStringList& paths, QObject* context, std:
             d->Hash(bytes, reading);
         }
         d->cache.Flush();
-        emit batch.Finished();
+        QMetaObject::invokeMethod(&d->reading, std::move(report), Qt::QueuedConnection);
     });
-    if (context && done) {
-        // The connection knows when the context goes; the calculator may still go before the call arrives.
-        const auto finish = [guard = d->lifetime.Watch(), done = std::move(done)] {
-            if (guard) {
-                done();
-            }
-        };
-        QObject::connect(batch.get(), &Batch::Finished, context, finish, Qt::QueuedConnection);
-    }
-    d->pool.start(batch.release());
 }
 
 } // namespace Norlis::Host
-
-#include "Md5HashCalculator.moc"

@@ -43,8 +43,9 @@ public:
         Always,    ///< all: a program that changes a file through a memory map leaves its time stamps as they were
     };
 
-    /// Hashes files on another thread, so that CalculateHash answers at once afterwards. Calls done on the thread of
-    /// the context when all are ready; not at all when the context or the calculator is gone by then.
+    /// Hashes files on another thread, so that CalculateHash answers at once afterwards. Calls done on this thread,
+    /// from its event loop, when all are ready; not at all when the context or the calculator is gone by then. \param
+    /// context lives on this thread
     void Prepare(const QStringList& paths, QObject* context, std::function<void()> done,
                  Reading reading = Reading::IfChanged);
 

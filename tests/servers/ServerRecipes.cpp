@@ -147,7 +147,7 @@ QStringList Variables(const ServerPlan& plan)
 ProgramStart Sabre(const ServerPlan& plan)
 {
     return {Find("php"),
-            {"-q", "-d", "display_errors=stderr", "-d", "memory_limit=-1", "-S",
+            {"-q", "-d", "display_errors=0", "-d", "log_errors=1", "-d", "memory_limit=-1", "-S",
              "127.0.0.1:" + QString::number(plan.port), NORLIS_SERVER_CONFIGURATIONS "/sabre.php"},
             QStringList{"PHP_CLI_SERVER_WORKERS=8"} + Variables(plan),
             plan.state};
