@@ -1,11 +1,27 @@
 #include "CloudDocumentsModel.h"
 
+#include <QUrl>
+
 #include <algorithm>
+#include <iterator>
 
 namespace Norlis::Host {
 
 using PDF::AbstractFileManager;
 using PDF::FileInfo;
+
+namespace {
+
+/// Without the sizes whose address is empty, since their picture was of other content.
+QVariantMap StoredPreviews(QVariantMap previews)
+{
+    for (auto preview = previews.begin(); preview != previews.end();) {
+        preview = preview->toUrl().isEmpty() ? previews.erase(preview) : std::next(preview);
+    }
+    return previews;
+}
+
+} // namespace
 
 CloudDocumentsModel::CloudDocumentsModel(AbstractFileManager& documents, const QHash<QString, quint64>& largeSizes,
                                          QObject* parent)
@@ -87,7 +103,7 @@ QVariant CloudDocumentsModel::data(const QModelIndex& modelIndex, int role) cons
     case StateRole:
         return isHeld ? documents->GetDocumentState(index) : QVariant();
     case PreviewsRole:
-        return isHeld ? documents->GetPreviewsSet(index) : QVariant();
+        return isHeld ? StoredPreviews(documents->GetPreviewsSet(index)) : QVariant();
     default:
         return {};
     }

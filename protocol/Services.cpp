@@ -35,9 +35,8 @@ CloudServiceFactory ServiceFor(const OAuth2::AuthInfo& authInfo, const std::stri
         problem = "give the address of " + examples.join(", or of ");
     }
     if (problem) {
-        throw std::invalid_argument("There is no cloud service at \"" +
-                                    url.toDisplayString(QUrl::RemoveUserInfo).toStdString() +
-                                    "\": " + problem->toStdString());
+        throw std::invalid_argument('"' + url.toDisplayString(QUrl::RemoveUserInfo).toStdString() +
+                                    "\" cannot be used as a cloud service: " + problem->toStdString());
     }
     return [make = kind->make, authInfo, programName](const CloudService::Listener& listener) {
         return make(authInfo, programName, listener);

@@ -35,6 +35,8 @@ DocumentActions::DocumentActions(QWidget& widget)
                 tr("Open the selected documents, downloading them first if necessary"))),
       uploadChanges(Make(widget, tr("Upload &Changes"), Glyph::UploadChanges, QKeySequence::Save,
                          tr("Update the documents in the cloud with the changes you made on this computer"))),
+      resolve(Make(widget, tr("Resolve Con&flict…"), Glyph::UploadChanges, {},
+                   tr("Choose what becomes of documents that were changed both here and in the cloud"))),
       copy(Make(widget, tr("Cop&y"), Glyph::Copy, QKeySequence::Copy,
                 tr("Copy the selected documents to the clipboard, downloading them first if necessary"))),
       paste(Make(widget, tr("&Paste"), Glyph::Paste, QKeySequence::Paste, tr("Upload the PDF files on the clipboard"))),
@@ -70,8 +72,8 @@ void DocumentActions::AddMenusTo(QMenuBar& bar) const
         }
         bar.insertMenu(bar.actions().value(bar.actions().size() - 1), menu); // the last one is the application menu
     };
-    add(tr("&Documents"), {upload, paste, nullptr, open, download, downloadTo, uploadChanges, copy, nullptr, remove,
-                           undoRemoval, nullptr, signOut});
+    add(tr("&Documents"), {upload, paste, nullptr, open, download, downloadTo, uploadChanges, resolve, copy, nullptr,
+                           remove, undoRemoval, nullptr, signOut});
     add(tr("&View"), {thumbnails, list, nullptr, find, refresh});
 }
 
@@ -88,7 +90,7 @@ void DocumentActions::AddTo(QToolBar& bar) const
 
 void DocumentActions::AddDocumentEntriesTo(QMenu& menu) const
 {
-    menu.addActions({open, download, downloadTo, uploadChanges, copy});
+    menu.addActions({resolve, open, download, downloadTo, uploadChanges, copy});
     menu.addSeparator();
     menu.addAction(remove);
 }
@@ -108,6 +110,8 @@ void DocumentActions::Update(const Situation& situation)
     downloadTo->setEnabled(canTransfer && situation.isAnySelected);
     open->setEnabled(situation.isAnySelected);
     uploadChanges->setEnabled(canTransfer && situation.isAnySelectedChangedHere);
+    resolve->setVisible(situation.isAnySelectedInConflict);
+    resolve->setEnabled(canTransfer);
     copy->setEnabled(situation.isAnySelected);
     paste->setEnabled(canTransfer);
     remove->setEnabled(situation.isSignedIn && !situation.isOffline && situation.isAnySelected);

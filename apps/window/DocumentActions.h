@@ -22,6 +22,7 @@ public:
         bool hasRunningTransfers = false;
         bool isAnySelected = false;
         bool isAnySelectedChangedHere = false;
+        bool isAnySelectedInConflict = false;
         bool isRemovalPending = false;
     };
 
@@ -45,6 +46,7 @@ public:
     QAction* const downloadTo;
     QAction* const open;
     QAction* const uploadChanges;
+    QAction* const resolve; ///< shown where there is a conflict
     QAction* const copy;
     QAction* const paste;
     QAction* const remove;

@@ -267,8 +267,14 @@ void DocumentCommands::OnFetched(const QString& path)
 
 void DocumentCommands::OnEdited(const QString& path, const QString& id)
 {
-    parts.message.Show(Topic::edited, tr("“%1” was changed.").arg(Apps::Printable(QFileInfo(path).fileName())), {},
-                       {{tr("Upload Changes"), [this, id] { ReplaceInCloud({id}); }}}, MessageBar::Kind::Notice);
+    const QString name = Apps::Printable(QFileInfo(path).fileName());
+    const bool isConflict = parts.model.index(parts.model.RowOf(id)).data(Model::StateRole).toInt() ==
+                            static_cast<int>(State::ChangedOnBothSides);
+    parts.message.Show(Topic::edited,
+                       isConflict ? tr("“%1” was changed, and in the cloud too.").arg(name)
+                                  : tr("“%1” was changed.").arg(name),
+                       {}, {{isConflict ? tr("Resolve…") : tr("Upload Changes"), [this, id] { ReplaceInCloud({id}); }}},
+                       MessageBar::Kind::Notice);
 }
 
 void DocumentCommands::OpenFile(const QString& path)
@@ -281,17 +287,32 @@ void DocumentCommands::OpenFile(const QString& path)
     }
 }
 
-QStringList DocumentCommands::ChangedHere() const
+QStringList DocumentCommands::SelectedIn(std::initializer_list<State> states) const
 {
     QStringList ids;
     const auto selected = parts.view.selectionModel()->selectedIndexes();
     for (const auto& index : selected) {
-        const int state = index.data(Model::StateRole).toInt();
-        if (state == static_cast<int>(State::ChangedLocally) || state == static_cast<int>(State::ChangedOnBothSides)) {
+        const auto state = static_cast<State>(index.data(Model::StateRole).toInt());
+        if (std::find(states.begin(), states.end(), state) != states.end()) {
             ids.append(index.data(Model::IdRole).toString());
         }
     }
     return ids;
+}
+
+QStringList DocumentCommands::ChangedHere() const
+{
+    return SelectedIn({State::ChangedLocally, State::ChangedOnBothSides});
+}
+
+QStringList DocumentCommands::InConflict() const
+{
+    return SelectedIn({State::ChangedOnBothSides});
+}
+
+void DocumentCommands::ResolveConflicts()
+{
+    ReplaceInCloud(InConflict());
 }
 
 void DocumentCommands::UploadChanges()

@@ -4,6 +4,8 @@
 #include "PdfSearch.h"
 #include "RemovalUndo.h"
 
+#include <contracts/FileInfo.h>
+
 #include <QHash>
 #include <QObject>
 #include <QStringList>
@@ -59,6 +61,7 @@ public:
     void ChooseDownloadFolder();
     void Open();
     void UploadChanges();
+    void ResolveConflicts();
     void Copy();
     void Remove();
 
@@ -67,10 +70,15 @@ public:
     /// Ids of the selected documents whose local copies have changed.
     QStringList ChangedHere() const;
 
+    /// Ids of the selected documents that have changed on both sides.
+    QStringList InConflict() const;
+
     /// The id itself if the list has no such document.
     QString NameOf(const QString& id) const;
 
 private:
+    QStringList SelectedIn(std::initializer_list<PDF::FileInfo::CloudStatus> states) const;
+
     /// At once for the view, with Undo.
     void RemoveLater(const QStringList& ids);
     void OpenFile(const QString& path);

@@ -7,6 +7,7 @@
 
 #include <QPainter>
 #include <QPainterPath>
+#include <QTextLayout>
 #include <QUrl>
 
 namespace Norlis::Window {
@@ -80,6 +81,23 @@ void PaintBackground(QPainter& painter, const QStyleOptionViewItem& option)
     }
 }
 
+/// How much of a name is put in the first of two lines.
+int EndOfFirstLine(const QString& name, const QFontMetrics& metrics, int width)
+{
+    if (metrics.horizontalAdvance(name) <= width) {
+        return name.size();
+    }
+    QTextLayout layout(name);
+    QTextOption option;
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    layout.setTextOption(option);
+    layout.beginLayout();
+    QTextLine line = layout.createLine();
+    line.setLineWidth(width);
+    layout.endLayout();
+    return line.textLength();
+}
+
 QString Details(const QModelIndex& index)
 {
     const QString date = DateText(index.data(Model::ModifiedRole).toDateTime());
@@ -117,7 +135,7 @@ QSize DocumentDelegate::CellSize(const QFontMetrics& metrics, int viewWidth) con
     const int width = qMax(previewEdge, metrics.averageCharWidth() * 22) + 2 * margin;
     const int columns = qMax(1, viewWidth / width);
     // The columns share what is left over, so that there is no gap at the right edge.
-    return {viewWidth / columns, previewEdge + 2 * metrics.lineSpacing() + 4 * margin};
+    return {viewWidth / columns, previewEdge + 3 * metrics.lineSpacing() + 4 * margin};
 }
 
 QSize DocumentDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const
@@ -146,15 +164,21 @@ void DocumentDelegate::PaintThumbnail(QPainter& painter, const QStyleOptionViewI
     const QRect badge(preview.right() - badgeEdge / 2 - 2, preview.bottom() - badgeEdge / 2 - 2, badgeEdge, badgeEdge);
     PaintBadge(painter, badge, index.data(Model::StateRole).toInt(), option.palette);
 
-    const int line = option.fontMetrics.lineSpacing();
-    const QRect nameArea(area.left(), box.bottom() + margin + 2, area.width(), line);
+    QRect line(area.left(), box.bottom() + margin + 2, area.width(), option.fontMetrics.lineSpacing());
+    const auto draw = [&](const QString& text, Qt::TextElideMode elide) {
+        painter.drawText(line, Qt::AlignCenter | Qt::TextSingleLine,
+                         option.fontMetrics.elidedText(text, elide, line.width()));
+        line.translate(0, line.height());
+    };
     const QString name = index.data(Model::NameRole).toString();
+    const int split = EndOfFirstLine(name, option.fontMetrics, line.width());
     painter.setPen(option.palette.color(TextRole(option)));
-    painter.drawText(nameArea, Qt::AlignCenter | Qt::TextSingleLine,
-                     option.fontMetrics.elidedText(name, Qt::ElideMiddle, nameArea.width()));
+    draw(name.left(split), Qt::ElideNone);
+    if (split < name.size()) {
+        draw(name.mid(split).trimmed(), Qt::ElideMiddle);
+    }
     painter.setPen(MutedColor(option));
-    painter.drawText(nameArea.translated(0, line), Qt::AlignCenter | Qt::TextSingleLine,
-                     option.fontMetrics.elidedText(Details(index), Qt::ElideRight, nameArea.width()));
+    draw(Details(index), Qt::ElideRight);
 }
 
 void DocumentDelegate::PaintLine(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index) const

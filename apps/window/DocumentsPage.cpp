@@ -12,10 +12,8 @@
 
 #include <QAction>
 #include <QComboBox>
-#include <QDragEnterEvent>
 #include <QLineEdit>
 #include <QMenu>
-#include <QMimeData>
 #include <QShortcut>
 #include <QSplitter>
 #include <QStackedWidget>
@@ -23,6 +21,7 @@
 #include <QVBoxLayout>
 
 #include <array>
+#include <utility>
 
 namespace Norlis::Window {
 
@@ -69,12 +68,11 @@ DocumentsPage::DocumentsPage(CloudSession& session, QSettings& settings, QWidget
       stack(new QStackedWidget),
       view(new DocumentsView),
       empty(new EmptyPage),
-      dropHint(new DropHint(*stack)),
+      dropHint(new DropHint(*this, *stack)),
       status(new StatusLine),
       commands({session, settings, model, *view, transfers, *message}, *this)
 {
     setObjectName("documentsPage");
-    setAcceptDrops(true);
     filter.setSourceModel(&model);
     view->setModel(&filter);
     Arrange();
@@ -226,6 +224,8 @@ void DocumentsPage::ConnectSession()
             [this](const QString& id) { view->SetUnreadable(id, true); });
     connect(&session, &CloudSession::Failed, this, &DocumentsPage::OnFailed);
     connect(&session, &CloudSession::ConnectionChanged, this, [this] {
+        // Also while it is tried again, which may be over in a moment.
+        isAway = IsOffline() || (isAway && session.ConnectionState() == CloudSession::Connection::Connecting);
         UpdateStatus();
         UpdateActions();
     });
@@ -253,7 +253,23 @@ void DocumentsPage::ConnectDocuments()
     });
     connect(view, &DocumentsView::ShownChanged, &session, &CloudSession::ShowPreviews);
     connect(view, &DocumentsView::activated, &commands, &DocumentCommands::Open);
-    connect(&transfers, &Transfers::CountsChanged, this, &DocumentsPage::UpdateActions);
+    connect(dropHint, &DropHint::Dropped, &commands, &DocumentCommands::Upload);
+    connect(&transfers, &Transfers::CountsChanged, this, [this] {
+        UpdateActions();
+        if (transfers.CountOfActive() == 0) {
+            view->Reveal(std::exchange(added, {}));
+        }
+    });
+    connect(&transfers, &Transfers::DocumentAdded, this, [this](const QString& id) { added.append(id); });
+    quotaUpdate.setSingleShot(true);
+    quotaUpdate.setInterval(1000);
+    connect(&quotaUpdate, &QTimer::timeout, this, [this] {
+        if (session.IsSignedIn()) {
+            session.Cloud().UserQuota();
+        }
+    });
+    connect(&session, &CloudSession::DocumentUploaded, &quotaUpdate, qOverload<>(&QTimer::start));
+    connect(&session, &CloudSession::DocumentRemoved, &quotaUpdate, qOverload<>(&QTimer::start));
 }
 
 void DocumentsPage::ConnectSearch()
@@ -303,6 +319,7 @@ void DocumentsPage::ConnectActions()
     connectTo(actions.downloadTo, [this] { commands.ChooseDownloadFolder(); });
     connectTo(actions.open, [this] { commands.Open(); });
     connectTo(actions.uploadChanges, [this] { commands.UploadChanges(); });
+    connectTo(actions.resolve, [this] { commands.ResolveConflicts(); });
     connectTo(actions.copy, [this] { commands.Copy(); });
     connectTo(actions.paste, [this] { commands.Paste(); });
     connectTo(actions.remove, [this] { commands.Remove(); });
@@ -341,34 +358,6 @@ bool DocumentsPage::HasRunningTransfers() const
 void DocumentsPage::ShowProblem(const QString& title, const QString& detail)
 {
     message->Show(Topic::save, title, detail);
-}
-
-void DocumentsPage::dragEnterEvent(QDragEnterEvent* event)
-{
-    const QStringList paths = LocalPaths(event->mimeData());
-    if (!paths.isEmpty() && !event->source()) { // which is the view when documents are dragged to another program
-        event->setDropAction(dropHint->Show(paths) ? Qt::CopyAction : Qt::IgnoreAction);
-        event->accept(); // otherwise nobody would tell when they have left
-    }
-}
-
-void DocumentsPage::dragMoveEvent(QDragMoveEvent* event)
-{
-    event->setDropAction(dropHint->IsUseful() ? Qt::CopyAction : Qt::IgnoreAction);
-    event->accept();
-}
-
-void DocumentsPage::dragLeaveEvent(QDragLeaveEvent*)
-{
-    dropHint->hide();
-}
-
-void DocumentsPage::dropEvent(QDropEvent* event)
-{
-    dropHint->hide();
-    event->setDropAction(Qt::CopyAction);
-    event->accept();
-    commands.Upload(LocalPaths(event->mimeData()));
 }
 
 void DocumentsPage::ShowMenu(const QPoint& place, bool isOnDocument)
@@ -415,8 +404,9 @@ void DocumentsPage::OnFailed(const CloudProblem& problem)
     const bool isConnecting =
         problem.request == CloudProblem::Request::SignIn || problem.request == CloudProblem::Request::List;
     if (isConnecting && IsOffline()) {
-        status->Explain({ProblemDetail(problem), TechnicalText(problem)});
-        return; // the line at the bottom says so, and counts the seconds
+        status->Explain(ProblemReason(problem), TechnicalText(problem)); // which counts the seconds: no advice
+        UpdateStatus();
+        return;
     }
     if (problem.request != CloudProblem::Request::SignIn && !session.IsSignedIn()) {
         if (isSignedIn) { // otherwise an earlier request has reported it
@@ -467,7 +457,7 @@ void DocumentsPage::UpdateActions()
     const bool isTransferring =
         transfers.CountOfActive() > transfers.CountOf(Transfers::Status::Waiting); // which keep nothing busy
     actions.Update({isSignedIn, IsOffline(), isTransferring, isAnySelected, !commands.ChangedHere().isEmpty(),
-                    commands.Removals().IsPossible()});
+                    !commands.InConflict().isEmpty(), commands.Removals().IsPossible()});
 }
 
 void DocumentsPage::UpdateEmptyPage()
@@ -498,7 +488,7 @@ void DocumentsPage::UpdateStatus()
     situation.isRefreshing = isRefreshing;
     situation.isSigningIn = !token.isEmpty();
     situation.refreshedAt = refreshedAt;
-    situation.isOffline = IsOffline();
+    situation.isOffline = isAway;
     situation.nextAttempt = session.NextAttempt();
     status->Show(situation);
 }

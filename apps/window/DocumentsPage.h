@@ -60,12 +60,6 @@ signals:
     void SignInRequested();
     void SignOutRequested();
 
-protected:
-    void dragEnterEvent(QDragEnterEvent* event) override;
-    void dragMoveEvent(QDragMoveEvent* event) override;
-    void dragLeaveEvent(QDragLeaveEvent* event) override;
-    void dropEvent(QDropEvent* event) override;
-
 private:
     void Arrange();
     QWidget* Tools();
@@ -106,9 +100,12 @@ private:
     DocumentCommands commands;
 
     QTimer actionsUpdate; ///< combines many changes into one update
+    QTimer quotaUpdate;   ///< as above
+    QStringList added;    ///< ids of new documents, until all transfers have ended
     QString token;        ///< of the sign-in in progress, for another attempt; empty otherwise
     bool isSignedIn = false;
     bool isRefreshing = false;
+    bool isAway = false;     ///< whether the cloud has not answered since it was found offline
     int countBeforeLoss = 0; ///< of the documents, when many were gone at once; they may come back
     QDateTime refreshedAt;
 };

@@ -74,6 +74,28 @@ QStringList DocumentsView::SelectedIds() const
     return ids;
 }
 
+void DocumentsView::Reveal(const QStringList& ids)
+{
+    if (ids.isEmpty() || SelectedIds() != revealed) {
+        return;
+    }
+    QItemSelection selection;
+    for (int row = 0; row < model()->rowCount(); ++row) {
+        const auto index = model()->index(row, 0);
+        if (ids.contains(index.data(Host::CloudDocumentsModel::IdRole).toString())) {
+            selection.select(index, index);
+        }
+    }
+    if (selection.isEmpty()) { // the search hides them
+        return;
+    }
+    const auto first = selection.indexes().first();
+    selectionModel()->setCurrentIndex(first, QItemSelectionModel::NoUpdate);
+    selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+    scrollTo(first);
+    revealed = SelectedIds();
+}
+
 void DocumentsView::ForgetPreview(const QString& path)
 {
     thumbnails.Forget(path);

@@ -19,6 +19,10 @@ public:
     /// Ids of the selected documents, in the order of the view.
     QStringList SelectedIds() const;
 
+    /// Selects documents and scrolls to the first, unless the user has selected others: what was revealed before is
+    /// none of theirs.
+    void Reveal(const QStringList& ids);
+
     /// To be called when the preview in that file has changed.
     void ForgetPreview(const QString& path);
 
@@ -56,7 +60,8 @@ private:
     QString removedCurrent;
     QTimer forgetTimer;
 
-    QStringList shown; ///< ids, as last emitted
+    QStringList shown;    ///< ids, as last emitted
+    QStringList revealed; ///< ids that the user has not selected
     QTimer shownTimer;
 };
 

@@ -1,5 +1,8 @@
 #include "DropHint.h"
 
+#include "CopiedDocuments.h"
+
+#include <QDropEvent>
 #include <QFileInfo>
 #include <QLabel>
 #include <QVBoxLayout>
@@ -8,8 +11,10 @@
 
 namespace Norlis::Window {
 
-DropHint::DropHint(QWidget& covered) : QFrame(&covered), text(new QLabel)
+DropHint::DropHint(QWidget& target, QWidget& covered) : QFrame(&covered), text(new QLabel)
 {
+    target.setAcceptDrops(true);
+    target.installEventFilter(this);
     setObjectName("dropHint");
     setAttribute(Qt::WA_TransparentForMouseEvents);
     setAutoFillBackground(true);
@@ -24,7 +29,48 @@ DropHint::DropHint(QWidget& covered) : QFrame(&covered), text(new QLabel)
     hide();
 }
 
-bool DropHint::Show(const QStringList& paths)
+bool DropHint::eventFilter(QObject*, QEvent* event)
+{
+    const auto action = [this] { return isUseful ? Qt::CopyAction : Qt::IgnoreAction; };
+    switch (event->type()) {
+    case QEvent::DragEnter:
+        OnEntered(static_cast<QDragEnterEvent&>(*event));
+        return true;
+    case QEvent::DragMove: {
+        auto& move = static_cast<QDragMoveEvent&>(*event);
+        move.setDropAction(action());
+        move.accept();
+        return true;
+    }
+    case QEvent::DragLeave:
+        hide();
+        return true;
+    case QEvent::Drop: {
+        auto& drop = static_cast<QDropEvent&>(*event);
+        hide();
+        drop.setDropAction(Qt::CopyAction);
+        drop.accept();
+        emit Dropped(LocalPaths(drop.mimeData()));
+        return true;
+    }
+    default:
+        return false;
+    }
+}
+
+void DropHint::OnEntered(QDragEnterEvent& event)
+{
+    const QStringList paths = LocalPaths(event.mimeData());
+    if (paths.isEmpty() || event.source()) { // which is the view when documents are dragged to another program
+        event.ignore();
+        return;
+    }
+    Show(paths);
+    event.setDropAction(isUseful ? Qt::CopyAction : Qt::IgnoreAction);
+    event.accept(); // otherwise nobody would tell when they have left
+}
+
+void DropHint::Show(const QStringList& paths)
 {
     // By name alone: the files are read when they are dropped.
     const auto isFolder = [](const QString& path) { return QFileInfo(path).isDir(); };
@@ -49,12 +95,6 @@ bool DropHint::Show(const QStringList& paths)
     setGeometry(parentWidget()->rect());
     raise();
     show();
-    return isUseful;
-}
-
-bool DropHint::IsUseful() const
-{
-    return isUseful;
 }
 
 } // namespace Norlis::Window

@@ -6,22 +6,27 @@ class QLabel;
 
 namespace Norlis::Window {
 
-/// Covers another widget while files hover over it, and says what dropping them would do. It lets all events through.
+/// Takes the files that are dropped on a widget. While they hover over it, it covers another one and says what dropping
+/// them would do.
 class DropHint : public QFrame {
     Q_OBJECT
 
 public:
-    explicit DropHint(QWidget& covered);
+    /// \param target  gets accepting drops; this has to end before it
+    /// \param covered owns this
+    DropHint(QWidget& target, QWidget& covered);
 
-    /// \param paths of the files
-    /// \return IsUseful
-    bool Show(const QStringList& paths);
+signals:
+    void Dropped(const QStringList& paths);
 
-    /// Whether dropping what was shown last would do anything.
-    bool IsUseful() const;
+protected:
+    bool eventFilter(QObject* target, QEvent* event) override;
 
 private:
-    bool isUseful = false;
+    void OnEntered(QDragEnterEvent& event);
+    void Show(const QStringList& paths);
+
+    bool isUseful = false; ///< whether dropping what was shown last would do anything
     QLabel* const text;
 };
 

@@ -38,14 +38,15 @@ void StatusLine::Show(const Situation& newSituation)
         countdown.start();
     } else {
         countdown.stop();
-        text->setToolTip({});
+        Explain({}, {});
     }
     Update();
 }
 
-void StatusLine::Explain(const QStringList& problem)
+void StatusLine::Explain(const QString& newReason, const QString& technical)
 {
-    text->setToolTip(ToolTipText(problem));
+    reason = newReason;
+    text->setToolTip(ToolTipText({reason, technical}));
 }
 
 StorageBar& StatusLine::Storage()
@@ -78,13 +79,22 @@ QString StatusLine::OnlineText() const
 
 QString StatusLine::OfflineText() const
 {
-    QStringList parts = {tr("Offline")};
+    constexpr int mostLetters = 60; // the rest is in the tool tip
+    QString shortReason = reason;
+    shortReason.chop(reason.endsWith('.') ? 1 : 0);
+    shortReason =
+        fontMetrics().elidedText(shortReason, Qt::ElideMiddle, mostLetters * fontMetrics().averageCharWidth());
+    QStringList parts = {shortReason.isEmpty() ? tr("Offline") : tr("Offline: %1").arg(shortReason)};
     if (situation.refreshedAt.isValid()) {
         parts.append(tr("list of %1").arg(TimeText(situation.refreshedAt.time())));
     }
-    const qint64 wait = QDateTime::currentDateTime().msecsTo(situation.nextAttempt);
-    constexpr qint64 second = 1000;
-    parts.append(tr("trying again in %n s", nullptr, static_cast<int>(qMax(wait + second - 1, second) / second)));
+    if (situation.nextAttempt.isValid()) {
+        const qint64 wait = QDateTime::currentDateTime().msecsTo(situation.nextAttempt);
+        constexpr qint64 second = 1000;
+        parts.append(tr("trying again in %n s", nullptr, static_cast<int>(qMax(wait + second - 1, second) / second)));
+    } else {
+        parts.append(tr("trying again…"));
+    }
     return parts.join(" · ");
 }
 

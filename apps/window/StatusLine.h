@@ -26,7 +26,7 @@ public:
         bool isSigningIn = false;
         QDateTime refreshedAt; ///< invalid when there was no list yet
         bool isOffline = false;
-        QDateTime nextAttempt; ///< while it is offline
+        QDateTime nextAttempt; ///< while it is offline; invalid while it is being attempted
     };
 
     explicit StatusLine(QWidget* parent = nullptr);
@@ -34,8 +34,9 @@ public:
     /// Counts the seconds down by itself while it is offline.
     void Show(const Situation& newSituation);
 
-    /// Why it is offline, for whoever wants to know.
-    void Explain(const QStringList& problem);
+    /// Why it is offline.
+    /// \param technical for experts
+    void Explain(const QString& newReason, const QString& technical);
 
     StorageBar& Storage();
 
@@ -48,6 +49,7 @@ private:
     QString OfflineText() const;
 
     Situation situation;
+    QString reason; ///< a sentence
     QLabel* const text;
     QPushButton* const tryNow;
     StorageBar* const storage;

@@ -63,7 +63,7 @@ QString ProgressText(qint64 transferred, qint64 size, std::optional<double> rate
 QString ToolTipText(QStringList lines)
 {
     lines.removeAll(QString());
-    return Qt::convertFromPlainText(lines.join('\n'), Qt::WhiteSpaceNormal);
+    return lines.isEmpty() ? QString() : Qt::convertFromPlainText(lines.join('\n'), Qt::WhiteSpaceNormal);
 }
 
 QString DateText(const QDateTime& date)
@@ -122,11 +122,16 @@ QString ProblemTitle(const Host::CloudProblem& problem, const QString& name)
     return {};
 }
 
-QString ProblemDetail(const Host::CloudProblem& problem)
+QString ProblemReason(const Host::CloudProblem& problem)
 {
     const QString reason = problem.cause.reason.isEmpty() ? problem.message : problem.cause.reason;
-    const QString advice = InUsersLanguage(problem.cause.advice);
-    return Apps::Printable((AsSentence(InUsersLanguage(reason)) + ' ' + AsSentence(advice)).trimmed());
+    return Apps::Printable(AsSentence(InUsersLanguage(reason)));
+}
+
+QString ProblemDetail(const Host::CloudProblem& problem)
+{
+    const QString advice = Apps::Printable(AsSentence(InUsersLanguage(problem.cause.advice)));
+    return (ProblemReason(problem) + ' ' + advice).trimmed();
 }
 
 QString TechnicalText(const Host::CloudProblem& problem)

@@ -35,6 +35,7 @@ QString StateText(int state);
 QString ProblemTitle(const Host::CloudProblem& problem, const QString& name);
 
 /// The reason and what to do, in the service's own words.
+QString ProblemReason(const Host::CloudProblem& problem);
 QString ProblemDetail(const Host::CloudProblem& problem);
 
 /// What the libraries below said of it, for experts; often empty.

@@ -31,8 +31,13 @@ Transfers::Transfers(CloudSession& session, QObject* parent) : QAbstractListMode
             [this](const QString& path, int percent) { SetPercent(Find(false, path), percent); });
     connect(&session, &CloudSession::DownloadProgress, this,
             [this](const QString& id, int percent) { SetPercent(Find(true, id), percent); });
-    connect(&session, &CloudSession::DocumentUploaded, this,
-            [this](const QString& path) { Finish(Find(false, path), {}); });
+    connect(&session, &CloudSession::DocumentUploaded, this, [this](const QString& path, const QString& id) {
+        const int row = Find(false, path);
+        if (row >= 0 && (transfers[row].kind == Kind::Upload || transfers[row].kind == Kind::KeepBoth)) {
+            emit DocumentAdded(id);
+        }
+        Finish(row, {});
+    });
     connect(&session, &CloudSession::DocumentDownloaded, this, [this](const QString& id, const QString& path) {
         const int row = Find(true, id);
         const bool opensWhenDone = row >= 0 && transfers[row].opensWhenDone;

@@ -81,6 +81,9 @@ signals:
     /// The number of transfers with some status has changed.
     void CountsChanged();
 
+    /// A file has become a new document.
+    void DocumentAdded(const QString& id);
+
     /// A document that was downloaded to be opened has arrived.
     void OpenRequested(const QString& path);
 

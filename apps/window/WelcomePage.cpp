@@ -85,6 +85,7 @@ void WelcomePage::ArrangeWaiting()
 {
     const auto cancel = new QPushButton(tr("Cancel"));
     cancel->setObjectName("cancelSignIn");
+    cancel->setShortcut(Qt::Key_Escape);
     const auto busy = new QProgressBar;
     busy->setRange(0, 0);
     busy->setAccessibleName(tr("Signing in"));
@@ -112,8 +113,12 @@ QWidget* WelcomePage::Column()
     layout->addStretch();
     layout->addWidget(title);
     layout->addWidget(intro);
-    layout->addWidget(message);
-    layout->addSpacing(fontMetrics().height());
+    const auto place = new QWidget;
+    place->setMinimumHeight(fontMetrics().lineSpacing() * 3); // what is being filled in stays where it is
+    const auto placeLayout = new QVBoxLayout(place);
+    placeLayout->setContentsMargins(0, 0, 0, 0);
+    placeLayout->addWidget(message, 0, Qt::AlignBottom);
+    layout->addWidget(place);
     layout->addWidget(choices);
     layout->addWidget(waiting);
     layout->addStretch();
@@ -159,7 +164,7 @@ QWidget* WelcomePage::ServerChoice()
     certificateRow->addWidget(browse);
     const auto layout = new QFormLayout(box);
     layout->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
-    layout->addRow(tr("&Address:"), address);
+    layout->addRow(tr("Add&ress:"), address);
     layout->addRow(tr("&User name:"), user);
     layout->addRow(tr("&Password or token:"), password);
     const auto certificateLabel = new QLabel(tr("&Certificate file:"));

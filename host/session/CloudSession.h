@@ -277,7 +277,8 @@ signals:
     /// \param picture null when the file cannot be drawn
     void LocalPreviewDrawn(const QString& path, const QPixmap& picture);
 
-    /// By ShowPreviews. The service cannot make a preview of the document as it is now.
+    /// By ShowPreviews: the service cannot make a preview of the document as it is now. Told once while the document
+    /// is shown; it is asked for again when it has changed, or is shown again after it was not.
     void PreviewMissing(const QString& id);
 
     /// Also ends sign-in and quota requests made through Cloud(), beside the cloud manager's own signal, to say why.

@@ -6,7 +6,8 @@ using Social::NorlisCloudSharingResult;
 using Social::RequestResult;
 
 ProtocolAdapter::ProtocolAdapter(const Social::OAuth2::AuthInfo& authInfo, const std::string& name)
-    : protocol(authInfo, name)
+    : isFolder(authInfo.serviceUrl.isLocalFile()),
+      protocol(authInfo, name)
 {
 }
 

@@ -20,6 +20,12 @@ public:
         return protocol;
     }
 
+    /// Whether the service is a folder.
+    bool IsFolder() const
+    {
+        return isFolder;
+    }
+
     // Passed on to the protocol object: see Ability.h.
     qint64 auth(const QMap<QString, QString>& fields,
                 std::function<void(qint64, Social::RequestResult)>&& done) override;
@@ -50,6 +56,7 @@ public:
     void SetFailureObserver(FailureObserver observer) override;
 
 private:
+    const bool isFolder;
     Social::NorlisCloudProtocol protocol;
 };
 

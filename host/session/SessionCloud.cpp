@@ -58,6 +58,11 @@ FailureInbox& SessionCloud::Failures()
     return failures;
 }
 
+bool SessionCloud::IsFolder() const
+{
+    return adapter && adapter->IsFolder();
+}
+
 bool SessionCloud::TellsHashes() const
 {
     return adapter != nullptr;

@@ -36,6 +36,9 @@ public:
 
     bool IsSignedIn() const;
 
+    /// Whether the service is a folder.
+    bool IsFolder() const;
+
     /// Whether transfers wait that the service is not there for; otherwise they fail.
     void SetPatient(bool isPatientNow);
     bool IsPatient() const;

@@ -13,6 +13,7 @@ namespace {
 
 constexpr std::chrono::seconds delays[] = {std::chrono::seconds(5), std::chrono::seconds(15), std::chrono::seconds(60)};
 constexpr int lastDelay = static_cast<int>(std::size(delays)) - 1;
+constexpr int lastDelayOfFolders = 0; // to look for one costs next to nothing
 
 } // namespace
 
@@ -153,7 +154,7 @@ void SessionConnection::SetState(Connection newState)
 
 void SessionConnection::TryLater()
 {
-    retry.start(delays[qBound(0, failedAttempts - 1, lastDelay)]);
+    retry.start(delays[qBound(0, failedAttempts - 1, context.cloud.IsFolder() ? lastDelayOfFolders : lastDelay)]);
     state = Connection::Offline;
     emit context.session.ConnectionChanged(); // of the next attempt, at least
 }

@@ -44,8 +44,8 @@ SessionPreviews::SessionPreviews(const SessionContext& context, std::function<vo
     connect(&manager, &AbstractCloudManager::RetrieveFilePreviewCanceled, this, &SessionPreviews::OnCanceled);
     connect(&manager, &AbstractCloudManager::AuthorizationCompleted, this, &SessionPreviews::SendSoon);
     connect(&context.session, &CloudSession::ListRefreshed, this, [this](const auto&, const QStringList& changed) {
-        for (const auto& id : changed) {
-            failed.remove(id);
+        for (auto each = failed.begin(); each != failed.end();) {
+            each = *each && !changed.contains(each.key()) ? std::next(each) : failed.erase(each);
         }
         SendSoon();
     });
@@ -56,7 +56,10 @@ void SessionPreviews::Show(const QStringList& ids)
     const QSet<QString> wereShown(shown.begin(), shown.end());
     shown = ids;
     std::stable_partition(shown.begin(), shown.end(), [&](const QString& id) { return !wereShown.contains(id); });
-    failed.intersect(QSet<QString>(ids.begin(), ids.end()));
+    const QSet<QString> areShown(ids.begin(), ids.end());
+    for (auto each = failed.begin(); each != failed.end();) {
+        each = areShown.contains(each.key()) ? std::next(each) : failed.erase(each);
+    }
     for (const auto& id : ids) {
         EnqueueStored(id);
     }
@@ -248,33 +251,36 @@ void SessionPreviews::OnError(const std::shared_ptr<const FileInfo>& record, Siz
 {
     using Kind = Social::OAuth2::FailureKind;
     const auto cause = context.cloud.Failures().Take();
-    OnFailed(record.get());
+    const bool isLasting = cause.kind != Kind::Unavailable && cause.kind != Kind::NotSignedIn;
+    const bool isFirst = OnFailed(record.get(), isLasting);
     if (wanted.remove(record.get()) != 0) {
         context.cloud.Fail(Request::Preview, IdOf(*record), message, cause);
-    } else if (cause.kind != Kind::Unavailable && cause.kind != Kind::NotSignedIn) {
+    } else if (isLasting && isFirst) {
         emit context.session.PreviewMissing(IdOf(*record));
     }
 }
 
 void SessionPreviews::OnCanceled(const std::shared_ptr<const FileInfo>& record)
 {
-    OnFailed(record.get());
+    OnFailed(record.get(), false);
     if (wanted.remove(record.get()) != 0) {
         context.cloud.Fail(Request::Preview, IdOf(*record), "Retrieving file preview canceled", {});
     }
 }
 
-void SessionPreviews::OnFailed(const FileInfo* record)
+bool SessionPreviews::OnFailed(const FileInfo* record, bool isLasting)
 {
     const auto found = running.find(record);
     if (found == running.end()) {
-        return;
+        return false;
     }
-    if (shown.contains(found->id)) {
-        failed.insert(found->id);
+    const bool isFirst = shown.contains(found->id) && !failed.value(found->id, false);
+    if (isFirst) {
+        failed[found->id] = isLasting;
     }
     running.erase(found);
     SendSoon();
+    return isFirst;
 }
 
 } // namespace Norlis::Host

@@ -77,14 +77,16 @@ private:
     void OnFinished(const Record& record, Size size);
     void OnError(const std::shared_ptr<const PDF::FileInfo>& record, Size size, const QString& message);
     void OnCanceled(const std::shared_ptr<const PDF::FileInfo>& record);
-    void OnFailed(const PDF::FileInfo* record);
+
+    /// \return whether this is the first failure about a document that is shown
+    bool OnFailed(const PDF::FileInfo* record, bool isLasting);
 
     const SessionContext context;
     const std::function<void()> onWork;
     QHash<const PDF::FileInfo*, Record> wanted; ///< one record for each request that somebody waits for
 
     QStringList shown;                            ///< the latest first
-    QSet<QString> failed;                         ///< of those that are shown
+    QHash<QString, bool> failed;                  ///< of those that are shown; whether another attempt is useless
     QHash<const PDF::FileInfo*, Running> running; ///< requests for what is or was shown
     bool isSendingSoon = false;
 

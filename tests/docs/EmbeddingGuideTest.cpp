@@ -1,12 +1,7 @@
 // What docs/embedding.md shows, as an editor would have it, over a folder as the cloud.
 
-#include <host/session/ProtocolAdapter.h>
-#include <host/session/Records.h>
-#include <host/store/LocalFileSystem.h>
-#include <host/store/Md5HashCalculator.h>
-#include <NorlisCloud/NorlisCloudFilesManager.h>
-#include <NorlisCloud/NorlisCloudManager.h>
-#include <NorlisTestKit/FixedAccountSettings.h>
+#include "EmbeddingEditor.h"
+
 #include <NorlisTestKit/RecordingStore.h>
 #include <tests/support/Waiting.h>
 
@@ -16,244 +11,13 @@
 #include <QRegularExpression>
 #include <QSet>
 #include <QSignalSpy>
-#include <QTemporaryDir>
-#include <QTimer>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdio>
-#include <map>
-#include <utility>
-
 namespace Norlis::Test {
 
 namespace {
-
-using Cloud = PDF::Cloud::NorlisCloudManager;
-using Documents = PDF::Cloud::NorlisCloudFilesManager;
-using Settings = TestKit::FixedAccountSettings;
-using Status = PDF::FileInfo::CloudStatus;
-
-class Editor : public QObject {
-public:
-    Editor(const std::shared_ptr<PDF::Cloud::ICloudInfoStorage>& store, const QString& dataFolder, const QUrl& service);
-
-    void SignIn(const QString& password);
-    void Save(const QString& path);
-    void ReplaceInCloud(const QString& id);
-    void Fetch(const QString& id, const QString& folder);
-    void CancelFetching(const QString& id);
-
-    std::shared_ptr<PDF::FileInfo> Document(const QString& name) const;
-
-    std::shared_ptr<PDF::IHashCalculator> hashes = std::make_shared<Host::Md5HashCalculator>();
-    QString reason;
-    int asked = 0; ///< how often for the password
-
-    struct Fetching {
-        std::shared_ptr<PDF::FileInfo> record; ///< a copy, whose path is that of what arrives
-        QString folder;
-        std::unique_ptr<QTemporaryDir> staging;
-    };
-    std::map<QString, Fetching> fetching; ///< by id
-
-    // Destroyed from the last to the first.
-    std::unique_ptr<Documents> documents;
-    std::unique_ptr<Cloud> cloud;
-    QTimer refresh;
-
-private:
-    void StartRefreshing();
-    void AskForPassword();
-    void OpenPasswordDialog()
-    {
-        ++asked;
-    }
-    void MergeFilesList(const QList<std::shared_ptr<PDF::FileInfo>>& files);
-    void TakeUploaded(const std::shared_ptr<PDF::FileInfo>& record);
-    void TakeDownloaded(const std::shared_ptr<const PDF::FileInfo>& record);
-    void EndFetching(const std::shared_ptr<const PDF::FileInfo>& record);
-    void TakePreview(const std::shared_ptr<PDF::FileInfo>& record, PDF::FileInfo::PreviewSize size);
-    void Replace(const std::shared_ptr<PDF::FileInfo>& record);
-    bool HasChanges(PDF::FileInfo& held) const;
-
-    bool isAsking = false;
-    Social::NorlisCloudProtocol* protocol = nullptr; ///< the cloud manager holds its adapter
-};
-
-Editor::Editor(const std::shared_ptr<PDF::Cloud::ICloudInfoStorage>& store, const QString& dataFolder,
-               const QUrl& service)
-{
-    const auto fileSystem = std::make_shared<Host::LocalFileSystem>();
-    documents = std::make_unique<Documents>(store, fileSystem, hashes);
-
-    Social::OAuth2::AuthInfo authInfo;
-    authInfo.serviceUrl = service;
-    authInfo.cacheFolder = dataFolder + "/previews";
-    authInfo.dataFolder = dataFolder;
-    authInfo.onFailure = [this](const auto& failure) { reason = failure.reason; };
-    const auto adapter = std::make_shared<Host::ProtocolAdapter>(authInfo, "editor");
-    protocol = &adapter->Protocol();
-    cloud = std::make_unique<Cloud>(adapter, hashes, fileSystem, std::make_shared<Settings>());
-
-    connect(cloud.get(), &Cloud::AuthorizationCompleted, this, &Editor::StartRefreshing);
-    connect(cloud.get(), &Cloud::AuthorizationRequired, this, &Editor::AskForPassword);
-    connect(cloud.get(), &Cloud::RetrievingFilesListFinished, this, &Editor::MergeFilesList);
-    connect(cloud.get(), &Cloud::UploadingFinished, this, &Editor::TakeUploaded);
-    connect(cloud.get(), &Cloud::DownloadingFinished, this, &Editor::TakeDownloaded);
-    connect(cloud.get(), &Cloud::DownloadingFileRequestError, this, &Editor::EndFetching);
-    connect(cloud.get(), &Cloud::DownloadingCanceled, this, &Editor::EndFetching);
-    connect(cloud.get(), &Cloud::RetrieveFilePreviewFinished, this, &Editor::TakePreview);
-    connect(cloud.get(), &Cloud::RemoveFileFinished, documents.get(), &Documents::Remove);
-
-    refresh.setInterval(60'000);
-    connect(&refresh, &QTimer::timeout, cloud.get(), &Cloud::RetrieveFilesList);
-}
-
-void Editor::SignIn(const QString& password)
-{
-    isAsking = false;
-    cloud->Authorization(password);
-}
-
-void Editor::StartRefreshing()
-{
-    cloud->RetrieveFilesList();
-    refresh.start();
-}
-
-void Editor::AskForPassword()
-{
-    refresh.stop(); // each list would ask again
-    if (!std::exchange(isAsking, true)) {
-        OpenPasswordDialog(); // which calls SignIn
-    }
-}
-
-void Editor::MergeFilesList(const QList<std::shared_ptr<PDF::FileInfo>>& files)
-{
-    QStringList gone;
-    for (int row = 0; row < documents->FilesCount(); ++row) {
-        gone << documents->GetDocumentId(row);
-    }
-    for (const auto& record : files) {
-        const auto id = QString::fromStdString(record->GetId());
-        gone.removeOne(id);
-        if (const auto held = documents->GetFileInfo(id)) {
-            record->SetPath(held->GetPath(), held->GetMd5Hash(), held->GetCloudHashBeforeChange());
-            documents->Update(record);
-        } else {
-            documents->Add(record);
-        }
-    }
-    for (const QString& id : qAsConst(gone)) {
-        documents->Remove(documents->GetFileInfo(id));
-    }
-}
-
-void Editor::Save(const QString& path)
-{
-    const auto id = QString::fromStdString(documents->GetIdByPath(Host::ToPath(path)));
-    if (const auto held = documents->GetFileInfo(id)) {
-        documents->Update(held); // hashes the file, and shows that it has changed
-        cloud->Upload(held);
-    } else {
-        cloud->Upload(path);
-    }
-}
-
-void Editor::TakeUploaded(const std::shared_ptr<PDF::FileInfo>& record)
-{
-    record->SetPath(record->GetPath(), record->GetMd5Hash(), record->GetMd5Hash());
-    Replace(record);
-}
-
-void Editor::Replace(const std::shared_ptr<PDF::FileInfo>& record)
-{
-    documents->Remove(record);
-    documents->Add(record);
-}
-
-void Editor::ReplaceInCloud(const QString& id)
-{
-    const auto held = documents->GetFileInfo(id);
-    protocol->acceptListedVersion(id, Host::ToText(held->GetPath()));
-    cloud->Upload(held);
-}
-
-void Editor::Fetch(const QString& id, const QString& folder)
-{
-    const auto record = documents->GetFileInfo(id); // a copy
-    auto staging = std::make_unique<QTemporaryDir>(folder + "/.editor-XXXXXX");
-    if (record && staging->isValid() && protocol->loggedIn() && fetching.count(id) == 0) {
-        const QString path = staging->path();
-        fetching[id] = {record, folder, std::move(staging)};
-        cloud->Download(record, path);
-    }
-}
-
-void Editor::CancelFetching(const QString& id)
-{
-    if (fetching.count(id) != 0) {
-        cloud->CancelDownloading(fetching[id].record);
-    }
-}
-
-void Editor::TakeDownloaded(const std::shared_ptr<const PDF::FileInfo>& record)
-{
-    const QString id = Host::IdOf(*record);
-    const QString arrived = Host::ToText(PDF::FileInfo(*record).GetPath());
-    const Fetching ended = std::move(fetching[id]);
-    fetching.erase(id);
-
-    const QString target = ended.folder + '/' + QFileInfo(arrived).fileName();
-    const auto path = Host::ToPath(target);
-    const auto held = documents->GetFileInfo(id); // null if it was removed meanwhile
-    const bool hasChanges = held && HasChanges(*held);
-    const bool isCopy = held && documents->GetIdByPath(path) == held->GetId();
-    const bool isTaken = QFileInfo::exists(target) && (hasChanges || !isCopy);
-    if (isTaken || std::rename(QFile::encodeName(arrived), QFile::encodeName(target)) != 0) {
-        return; // let the user choose another folder
-    }
-    protocol->copyMoved(id, arrived, target);
-    if (held && !hasChanges) {
-        const auto hash = hashes->CalculateHash(path);
-        held->SetPath(path, hash, hash);
-        Replace(held);
-    }
-}
-
-bool Editor::HasChanges(PDF::FileInfo& held) const
-{
-    const auto hash = hashes->CalculateHash(held.GetPath());
-    return !hash.empty() && hash != held.GetCloudHashBeforeChange();
-}
-
-void Editor::EndFetching(const std::shared_ptr<const PDF::FileInfo>& record)
-{
-    fetching.erase(Host::IdOf(*record)); // and the staging folder
-}
-
-void Editor::TakePreview(const std::shared_ptr<PDF::FileInfo>& record, PDF::FileInfo::PreviewSize size)
-{
-    const auto held = documents->GetFileInfo(QString::fromStdString(record->GetId()));
-    if (held) {
-        auto previews = record->GetRedactableCloudInfo()->GetPreviewsSet();
-        held->GetRedactableCloudInfo()->SetPreviewPathBySize(previews[size], size);
-        documents->Update(held);
-    }
-}
-
-std::shared_ptr<PDF::FileInfo> Editor::Document(const QString& name) const
-{
-    for (int row = 0; row < documents->FilesCount(); ++row) {
-        if (documents->GetDocumentName(row) == name) {
-            return documents->GetFileInfo(documents->GetDocumentId(row));
-        }
-    }
-    return nullptr;
-}
 
 class EmbeddingGuideTest : public testing::Test {
 protected:
@@ -519,6 +283,29 @@ TEST_F(EmbeddingGuideTest, UploadIsRefusedIfTheDocumentHasChangedSinceUntilTheUs
     Run(&Cloud::UploadingFinished, [&] { editor->ReplaceInCloud(IdOf("plan.pdf")); });
     EXPECT_EQ(Read("cloud/plan.pdf"), "a better plan");
     EXPECT_EQ(StatusOf("plan.pdf"), Status::InSync);
+}
+
+TEST_F(EmbeddingGuideTest, TheVersionInTheCloudTakesThePlaceOfTheLocalOneWhichIsKept)
+{
+    Write("here/plan.pdf", "plan");
+    Save("plan.pdf");
+    Write("cloud/plan.pdf", "somebody's plan");
+    Write("here/plan.pdf", "a better plan");
+    Refresh();
+    ASSERT_EQ(StatusOf("plan.pdf"), Status::ChangedOnBothSides);
+    Run(&Cloud::DownloadingFinished, [&] { editor->UseCloudVersion(IdOf("plan.pdf")); });
+    EXPECT_EQ(Read("here/plan.pdf"), "somebody's plan");
+    EXPECT_EQ(Read("here/plan.pdf.mine"), "a better plan");
+    EXPECT_EQ(StatusOf("plan.pdf"), Status::InSync);
+}
+
+TEST_F(EmbeddingGuideTest, ASavedDocumentGetsItsNewPicture)
+{
+    ASSERT_TRUE(QFile::copy(NORLIS_PROJECT "/samples/garden-year.pdf", PathOf("here/garden-year.pdf")));
+    Save("garden-year.pdf");
+    QSignalSpy drawn(editor->cloud.get(), &Cloud::RetrieveFilePreviewFinished);
+    ASSERT_TRUE(drawn.wait(30'000));
+    EXPECT_FALSE(editor->documents->GetPreviewsSet(0).isEmpty());
 }
 
 TEST_F(EmbeddingGuideTest, FileThatWasMovedOutOfTheStagingFolderReplacesOnlyTheVersionThatItIs)

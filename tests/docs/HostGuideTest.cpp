@@ -29,7 +29,7 @@ struct User {
 
 class EditorWindow : public QObject {
 public:
-    EditorWindow(User& user, const QString& dataFolder, const QString& service);
+    EditorWindow(User& user, const QString& programFolder, const QString& service);
 
     void SignIn();
     void Save(const QString& path);
@@ -61,9 +61,9 @@ private:
     }
 };
 
-EditorWindow::EditorWindow(User& user, const QString& dataFolder, const QString& service)
+EditorWindow::EditorWindow(User& user, const QString& programFolder, const QString& service)
     : user(user),
-      settings(std::make_shared<Host::CloudAccountSettings>(dataFolder)),
+      settings(std::make_shared<Host::CloudAccountSettings>(programFolder)),
       account(settings, Host::ServiceAddress(service)),
       session(account.DataFolder(), account.AuthInfo()),
       documents(session.Documents(), session.LargeSizes())

@@ -82,6 +82,7 @@ TEST_F(CloudDocumentsModelTest, EachValueOfADocumentHasItsRole)
     auto record = RecordOf("a");
     record->SetPath(ioPath("/local/a.pdf"), "hash");
     record->GetRedactableCloudInfo()->SetPreviewPathBySize(ioPath("/p/a small.png"), FileInfo::PreviewSize::Small);
+    record->GetRedactableCloudInfo()->SetPreviewPathBySize({}, FileInfo::PreviewSize::Large); // of older content
     list->Add(record);
     EXPECT_EQ(Value("a", CloudDocumentsModel::NameRole).toString(), "a.pdf");
     EXPECT_EQ(Value("a", Qt::DisplayRole).toString(), "a.pdf");
@@ -92,6 +93,7 @@ TEST_F(CloudDocumentsModelTest, EachValueOfADocumentHasItsRole)
     EXPECT_EQ(Value("a", CloudDocumentsModel::ModifiedRole).toDateTime(), QDateTime({2025, 3, 1}, {6, 7, 8}, Qt::UTC));
     EXPECT_EQ(Value("a", CloudDocumentsModel::PreviewsRole).toMap().value("small"),
               QVariant(QUrl::fromLocalFile("/p/a small.png")));
+    EXPECT_FALSE(Value("a", CloudDocumentsModel::PreviewsRole).toMap().contains("large"));
     EXPECT_FALSE(Value("a", Qt::DecorationRole).isValid());
     EXPECT_EQ(model.roleNames().value(CloudDocumentsModel::StateRole), "state");
 }

@@ -157,6 +157,50 @@ TEST_F(DocumentsViewTest, TheLineAtTheBottomTellsHowMuchIsSelected)
     EXPECT_TRUE(Status().startsWith("2 documents · as of")) << qPrintable(Status());
 }
 
+TEST_F(DocumentsViewTest, ALongNameHasTwoLines)
+{
+    const QString begin = "Minutes of the General Assembly ";
+    const QStringList names = {begin + "in May, second.pdf", begin + "in May.pdf"};
+    for (const QString& name : names) {
+        PutIntoCloud(name, PdfOfColor(Qt::red));
+    }
+    OpenCloud();
+    ASSERT_TRUE(Shows(names));
+    const auto textOf = [this](int row) {
+        QRect cell = Documents()->visualRect(Documents()->model()->index(row, 0));
+        cell.setTop(cell.bottom() - 3 * Documents()->fontMetrics().lineSpacing() - 10); // below the picture
+        return Documents()->grab(cell).toImage();
+    };
+    EXPECT_NE(textOf(0), textOf(1)); // in one line only the same beginning and end are left
+}
+
+TEST_F(DocumentsViewTest, NewDocumentsAreSelectedAndInViewUnlessTheUserHasSelectedOthers)
+{
+    for (int number = 0; number < 60; ++number) {
+        PutIntoCloud(QString("document %1.pdf").arg(number), PdfOfColor(Qt::red));
+    }
+    OpenCloud();
+    ASSERT_TRUE(WaitUntil([&] { return Names().size() == 60; }));
+    const auto selected = [this] {
+        QStringList names;
+        for (const auto& index : Documents()->selectionModel()->selectedIndexes()) {
+            names.append(index.data(Host::CloudDocumentsModel::NameRole).toString());
+        }
+        names.sort();
+        return names;
+    };
+    Drop({LocalFile("x 1.pdf", PdfOfColor(Qt::red)), LocalFile("x 2.pdf", PdfOfColor(Qt::blue))});
+    ASSERT_TRUE(WaitUntil([&] { return selected() == QStringList({"x 1.pdf", "x 2.pdf"}); }));
+    const QRect shown = Documents()->viewport()->rect();
+    EXPECT_TRUE(shown.intersects(Documents()->visualRect(Documents()->currentIndex())));
+    Drop({LocalFile("x 3.pdf", PdfOfColor(Qt::green))});
+    ASSERT_TRUE(WaitUntil([&] { return selected() == QStringList("x 3.pdf"); }));
+    Select({"document 1.pdf"});
+    Drop({LocalFile("x 4.pdf", PdfOfColor(Qt::green))});
+    ASSERT_TRUE(WaitUntil([&] { return Names().contains("x 4.pdf") && Transfers().first() == "x 4.pdf finished"; }));
+    EXPECT_EQ(selected(), QStringList("document 1.pdf"));
+}
+
 TEST_F(DocumentsViewTest, ADocumentThatCannotBeShownLooksTorn)
 {
     PutIntoCloud("bad.pdf", "%PDF- and nothing else");

@@ -249,6 +249,10 @@ TEST_F(DocumentsWindowTest, WhatChangedOnBothSidesIsNotReplacedWithoutAQuestion)
     Refresh();
     ASSERT_TRUE(WaitUntil([&] { return StateOf("a.pdf") == static_cast<int>(State::ChangedOnBothSides); }));
     ASSERT_TRUE(WaitUntil([&] { return Action("Upload Changes")->isEnabled(); }));
+    ASSERT_TRUE(WaitUntil([&] { return Action("Resolve Conflict…")->isVisible(); }));
+    Action("Resolve Conflict…")->trigger();
+    ASSERT_EQ(Questions().size(), 1);
+    Answer("Cancel");
     Action("Upload Changes")->trigger();
     ASSERT_EQ(Questions().size(), 1);
     EXPECT_THAT(Questions().first()->text().toStdString(), HasSubstr("“a.pdf” was changed both here and in the cloud"));
@@ -258,6 +262,7 @@ TEST_F(DocumentsWindowTest, WhatChangedOnBothSidesIsNotReplacedWithoutAQuestion)
     Answer("Use Mine");
     EXPECT_TRUE(IsUpToDate("a.pdf"));
     EXPECT_EQ(ReadFile(Cloud("a.pdf")), ours);
+    EXPECT_TRUE(WaitUntil([&] { return !Action("Resolve Conflict…")->isVisible(); }));
 }
 
 TEST_F(DocumentsWindowTest, WhatChangedInTheCloudIsFetchedToWhereTheCopyIs)
@@ -319,6 +324,11 @@ TEST_F(DocumentsWindowTest, TheStorageInUseIsShown)
 {
     OpenCloud();
     EXPECT_TRUE(WaitUntil([&] { return Find<QWidget>("storage"); }));
+    const auto used = [this] { return Find<QWidget>("storage")->findChild<QLabel*>()->text(); };
+    const QString before = used();
+    const QByteArray large = PdfOfColor(Qt::red).leftJustified(5 << 20, ' ');
+    Drop({LocalFile("large.pdf", large)});
+    EXPECT_TRUE(WaitUntil([&] { return used() != before; })) << "without a refresh";
 }
 
 } // namespace

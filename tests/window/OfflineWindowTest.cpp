@@ -20,7 +20,8 @@ TEST_F(OfflineWindowTest, TheListOfTheLastTimeIsThereBeforeTheCloudAnswers)
     ASSERT_TRUE(QDir().rename(Cloud(), Local("away")));
     Open();
     EXPECT_EQ(Names(), QStringList{"a.pdf"});
-    ASSERT_TRUE(WaitUntil([&] { return Status().startsWith("Offline · trying again in "); }));
+    ASSERT_TRUE(WaitUntil([&] { return Status().contains(" · trying again in "); }));
+    EXPECT_THAT(Status().toStdString(), testing::MatchesRegex("Offline: The folder .* does not exist · .*"));
     EXPECT_EQ(Message(), "");
     EXPECT_TRUE(Action("Upload…")->isEnabled()); // it will wait
     ASSERT_TRUE(QFile::remove(Local("away/a.pdf")) && QDir().rename(Local("away"), Cloud()));
@@ -52,7 +53,7 @@ TEST_F(OfflineWindowTest, AListThatCannotBeFetchedIsToldAndTheDocumentsStay)
     ASSERT_TRUE(Shows({"a.pdf"}));
     ASSERT_TRUE(QDir().rename(Cloud(), Local("away")));
     Refresh();
-    ASSERT_TRUE(WaitUntil([&] { return Status().startsWith("Offline · list of "); }));
+    ASSERT_TRUE(WaitUntil([&] { return Status().contains(" · list of "); }));
     EXPECT_THAT(Find<QLabel>("status")->toolTip().toStdString(), HasSubstr("does not exist"));
     EXPECT_EQ(Names(), QStringList{"a.pdf"});
     EXPECT_THAT(Questions(), IsEmpty());

@@ -84,6 +84,19 @@ TEST_F(OpeningTest, WhatIsSavedInAnotherProgramCanBeSentAtOnce)
     EXPECT_EQ(Message(), "");
 }
 
+TEST_F(OpeningTest, WhatIsSavedWhileTheCloudHasAnotherVersionAsksWhatToDo)
+{
+    ASSERT_NO_FATAL_FAILURE(OpenFromCloud());
+    PutIntoCloud("a.pdf", PdfOfText("theirs"));
+    Refresh();
+    ASSERT_TRUE(WaitUntil([&] { return StateOf("a.pdf") == static_cast<int>(State::ChangedInCloud); }));
+    WriteFile(opened.paths.first(), PdfOfText("ours"));
+    ASSERT_TRUE(WaitUntil([&] { return Message() == "“a.pdf” was changed, and in the cloud too."; }));
+    ClickButton("Resolve…");
+    EXPECT_EQ(Questions().size(), 1);
+    Answer("Cancel");
+}
+
 TEST_F(OpeningTest, AnOlderCopyIsNotOpenedInThePlaceOfANewerVersion)
 {
     ASSERT_NO_FATAL_FAILURE(OpenWithLocalCopy());

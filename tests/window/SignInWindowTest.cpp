@@ -145,8 +145,10 @@ TEST_F(SignInWindowTest, AFileIsNotTakenForAFolder)
 TEST_F(SignInWindowTest, WhatCannotBeAnAddressIsRefusedBeforeAnybodyIsAsked)
 {
     Open();
+    const QPoint place = Find<QLineEdit>("address")->mapTo(window.get(), QPoint());
     ClickButton("Sign In");
     EXPECT_THAT(Message().toStdString(), HasSubstr("Something is missing."));
+    EXPECT_EQ(Find<QLineEdit>("address")->mapTo(window.get(), QPoint()), place) << "the form does not move";
     Type(Find<QLineEdit>("address"), "ftp://example.org/");
     Type(Find<QLineEdit>("password"), "x");
     ClickButton("Sign In");
@@ -166,8 +168,12 @@ TEST_F(SignInWindowTest, ASignInThatHangsCanBeCanceled)
     ASSERT_TRUE(WaitUntil([&] { return server.Connections() > 0; }));
     ClickButton("Cancel");
     EXPECT_TRUE(IsWelcome());
-    EXPECT_TRUE(Find<QLineEdit>("address"));
+    ASSERT_TRUE(Find<QLineEdit>("address"));
     EXPECT_EQ(KeptToken(), "");
+    ClickButton("Sign In");
+    ASSERT_TRUE(WaitUntil([&] { return !Find<QLineEdit>("address"); }));
+    QTest::keyClick(window.get(), Qt::Key_Escape);
+    EXPECT_TRUE(WaitUntil([&] { return Find<QLineEdit>("address"); }));
 }
 
 TEST_F(SignInWindowTest, APasswordThatIsNotTakenAnyMoreIsToldOnceAndAskedForAgain)

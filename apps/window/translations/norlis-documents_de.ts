@@ -134,6 +134,14 @@
         <source>Upload the PDF files on the clipboard</source>
         <translation>Die PDF-Dateien in der Zwischenablage hochladen</translation>
     </message>
+    <message>
+        <source>Resolve Con&amp;flict…</source>
+        <translation>K&amp;onflikt lösen …</translation>
+    </message>
+    <message>
+        <source>Choose what becomes of documents that were changed both here and in the cloud</source>
+        <translation>Entscheiden, was aus Dokumenten wird, die hier und in der Cloud geändert wurden</translation>
+    </message>
 </context>
 <context>
     <name>Norlis::Window::DocumentCommands</name>
@@ -229,6 +237,14 @@
     <message>
         <source>Open the Older One</source>
         <translation>Die ältere öffnen</translation>
+    </message>
+    <message>
+        <source>“%1” was changed, and in the cloud too.</source>
+        <translation>„%1“ wurde geändert, in der Cloud aber auch.</translation>
+    </message>
+    <message>
+        <source>Resolve…</source>
+        <translation>Lösen …</translation>
     </message>
 </context>
 <context>
@@ -573,6 +589,14 @@
             <numerusform>neuer Versuch in %n s</numerusform>
         </translation>
     </message>
+    <message>
+        <source>Offline: %1</source>
+        <translation>Offline: %1</translation>
+    </message>
+    <message>
+        <source>trying again…</source>
+        <translation>neuer Versuch läuft …</translation>
+    </message>
 </context>
 <context>
     <name>Norlis::Window::StorageBar</name>
@@ -780,10 +804,6 @@
         <translation>Auf einem WebDAV-Server</translation>
     </message>
     <message>
-        <source>&amp;Address:</source>
-        <translation>&amp;Adresse:</translation>
-    </message>
-    <message>
         <source>&amp;User name:</source>
         <translation>&amp;Benutzername:</translation>
     </message>
@@ -821,7 +841,7 @@
     </message>
     <message>
         <source>Only needed for private or self-signed certificates</source>
-        <translation>Nur für private oder selbstsignierte Zertifikate nötig</translation>
+        <translation>Nur für private Zertifikate nötig</translation>
     </message>
     <message>
         <source>This program manages the PDF documents that you keep in the cloud: it uploads and downloads them and shows which ones have changed. The cloud can be any folder or a WebDAV server.</source>
@@ -866,6 +886,10 @@
     <message>
         <source>Enter the address of the server.</source>
         <translation>Geben Sie die Adresse des Servers ein.</translation>
+    </message>
+    <message>
+        <source>Add&amp;ress:</source>
+        <translation>A&amp;dresse:</translation>
     </message>
 </context>
 <context>

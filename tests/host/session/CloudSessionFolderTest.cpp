@@ -74,6 +74,21 @@ protected:
     const QString cloud = root.filePath("cloud");
 };
 
+TEST_F(CloudSessionFolderTest, AFolderThatIsGoneIsLookedForEveryFiveSeconds)
+{
+    session->StaySignedIn("token");
+    const auto isOnline = [&] { return session->ConnectionState() == Host::CloudSession::Connection::Online; };
+    ASSERT_TRUE(QTest::qWaitFor(isOnline, 20'000));
+    ASSERT_TRUE(QDir().rename(cloud, cloud + " away"));
+    for (int attempt = 0; attempt < 4; ++attempt) {
+        const auto failures = CountOf("Failed");
+        session->TryNow();
+        ASSERT_TRUE(WaitForEvent("Failed", failures + 1));
+        EXPECT_LE(QDateTime::currentDateTime().msecsTo(session->NextAttempt()), 5250);
+    }
+    ASSERT_TRUE(QDir().rename(cloud + " away", cloud));
+}
+
 /// Bytes that this process has read, from files and everything else.
 qint64 BytesRead()
 {

@@ -146,6 +146,44 @@ TEST_F(CloudSessionPreviewTest, PictureThatCannotBeHadIsNotFetchedAgainWhileItsD
     EXPECT_EQ(TextsOf(TakePreviewCalls()), QStringList({"1 100", "1 191", "1 40"}));
 }
 
+TEST_F(CloudSessionPreviewTest, APictureThatCannotBeMadeIsToldOnceWhileItsDocumentIsInView)
+{
+    Refresh({EntryOf("1"), EntryOf("2")});
+    QSignalSpy missing(session.get(), &Host::CloudSession::PreviewMissing);
+    const auto failAll = [&](const QStringList& shown) {
+        session->ShowPreviews(shown);
+        LetWorkFinish();
+        for (const auto& call : TakePreviewCalls()) {
+            protocol->Fail(call.id, "no pages");
+        }
+        LetWorkFinish();
+    };
+    failAll({"1"});
+    EXPECT_EQ(missing.count(), 1);
+    failAll({"1", "2"});
+    EXPECT_EQ(missing.count(), 2);
+    failAll({"2"});
+    failAll({"2", "1"});
+    EXPECT_EQ(missing.count(), 3);
+}
+
+TEST_F(CloudSessionPreviewTest, APictureThatTheServiceWasAwayForIsFetchedAfterTheNextList)
+{
+    Refresh({EntryOf("1")});
+    QSignalSpy missing(session.get(), &Host::CloudSession::PreviewMissing);
+    session->ShowPreviews({"1"});
+    ASSERT_TRUE(WaitForCalls("retrievePreview", 3));
+    for (const auto& call : TakePreviewCalls()) {
+        protocol->Fail(call.id, "the line is cut", Social::OAuth2::FailureKind::Unavailable);
+    }
+    LetWorkFinish();
+    EXPECT_THAT(TakePreviewCalls(), IsEmpty());
+    EXPECT_EQ(missing.count(), 0);
+    Refresh({EntryOf("1")});
+    LetWorkFinish();
+    EXPECT_EQ(TextsOf(TakePreviewCalls()), QStringList({"1 100", "1 191", "1 40"}));
+}
+
 TEST_F(CloudSessionPreviewTest, PicturesAreFetchedWhenSomebodyHasSignedIn)
 {
     Refresh({EntryOf("1")});
