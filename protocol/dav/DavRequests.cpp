@@ -60,6 +60,14 @@ HttpRequest With(HttpRequest request, const QByteArray& field, const QByteArray&
     return request;
 }
 
+/// Before those who still wait for a lock: one that is held soon runs out.
+HttpRequest ToFrontOfLocks(HttpRequest request)
+{
+    request.lane = HttpRequest::Lane::Lock;
+    request.isFirst = true;
+    return request;
+}
+
 } // namespace
 
 HttpRequest Options(const QByteArray& url)
@@ -134,19 +142,19 @@ HttpRequest Lock(const QByteArray& url)
                    R"(<d:locktype><d:write/></d:locktype>)"
                    R"(<d:owner>norlis-cloud</d:owner></d:lockinfo>)"; // some servers insist on an owner
     request.isRepeatable = false;
-    return request;
+    return OnLane(HttpRequest::Lane::Lock, request);
 }
 
 HttpRequest Unlock(const QByteArray& url, const QByteArray& token)
 {
-    return With(Request("UNLOCK", url), "Lock-Token", token);
+    return ToFrontOfLocks(With(Request("UNLOCK", url), "Lock-Token", token));
 }
 
 HttpRequest WithLock(const HttpRequest& request, const QByteArray& lockedUrl, const QByteArray& token)
 {
     // Tagged, since it is not always the resource of the request that is locked.
     const QByteArray condition = '<' + lockedUrl + "> (" + token + ')';
-    HttpRequest allowed = request;
+    HttpRequest allowed = ToFrontOfLocks(request);
     for (auto& field : allowed.fields) {
         if (field.first == "If") {
             field.second += ' ' + condition;

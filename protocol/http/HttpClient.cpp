@@ -33,6 +33,7 @@ int MaxRunning(HttpRequest::Lane lane)
     switch (lane) {
     case HttpRequest::Lane::Listing: // answered in the order in which they were sent
     case HttpRequest::Lane::Background:
+    case HttpRequest::Lane::Lock: // several at once corrupt the table of Apache's locks, and every request fails then
         return 1;
     case HttpRequest::Lane::Preview:
         return 2;
@@ -130,13 +131,15 @@ qint64 HttpClient::Send(const HttpRequest& request, Done done)
     Pending& pending = requests[id];
     pending.request = request;
     pending.done = std::move(done);
-    Queue(id, request.lane);
+    Queue(id);
     return id;
 }
 
-void HttpClient::Queue(qint64 id, HttpRequest::Lane lane)
+void HttpClient::Queue(qint64 id)
 {
-    waiting[lane].push_back(id);
+    const HttpRequest& request = requests.at(id).request;
+    auto& queue = waiting[request.lane];
+    queue.insert(request.isFirst ? queue.begin() : queue.end(), id);
     // Not at once: the caller may be inside a callback of libcurl.
     QMetaObject::invokeMethod(
         this, [this] { StartNext(); }, Qt::QueuedConnection);
@@ -238,13 +241,13 @@ void HttpClient::OnEnded(qint64 id, HttpResponse&& response)
     if (isAnsweredTooEarly) {
         expectsContinue = false;
         --pending.attempts;
-        Queue(id, lane);
+        Queue(id);
     } else if (SignIn(pending, response) || Follow(pending, response)) {
-        Queue(id, lane);
+        Queue(id);
     } else if (pause >= 0) {
-        QTimer::singleShot(pause, this, [this, id, lane] {
+        QTimer::singleShot(pause, this, [this, id] {
             if (requests.count(id) != 0) {
-                Queue(id, lane);
+                Queue(id);
             }
         });
     } else {

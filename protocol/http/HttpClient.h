@@ -71,7 +71,7 @@ private:
 
     /// The pause before another attempt, in milliseconds; -1 when there is none.
     int PauseBeforeRepeating(Pending& pending, const HttpResponse& response);
-    void Queue(qint64 id, HttpRequest::Lane lane);
+    void Queue(qint64 id);
     void Log(qint64 id, const Pending& pending, const HttpResponse& response) const;
 
     const Settings settings;

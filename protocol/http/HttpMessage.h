@@ -68,7 +68,14 @@ public:
 
 struct HttpRequest {
     /// Requests wait only for others in the same lane.
-    enum class Lane { Listing, Control, Transfer, Preview, Background };
+    enum class Lane {
+        Listing,
+        Control,
+        Transfer,
+        Preview,
+        Background,
+        Lock, ///< what makes, uses or ends a lock
+    };
 
     QByteArray method;
     QByteArray url; ///< absolute, percent-encoded, without user and fragment; of the client's origin
@@ -77,6 +84,7 @@ struct HttpRequest {
     std::shared_ptr<HttpSource> source; ///< in place of the body
     std::shared_ptr<HttpSink> sink;     ///< without one, the response's body is kept, up to a limit
     Lane lane = Lane::Control;
+    bool isFirst = false;     ///< overtakes the others of its lane
     bool isRepeatable = true; ///< carrying it out twice does no harm
 };
 

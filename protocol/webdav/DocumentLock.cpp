@@ -52,7 +52,7 @@ void DocumentLock::GiveUp(std::function<void()> whenDone)
         QTimer::singleShot(0, this, whenDone);
         return;
     }
-    const HttpRequest unlock = OnLane(lane, Unlock(url, std::exchange(token, {})));
+    const HttpRequest unlock = Unlock(url, std::exchange(token, {}));
     requests.Send(unlock, [done = std::move(whenDone)](HttpResponse&&) { done(); });
 }
 
@@ -60,7 +60,7 @@ void DocumentLock::Try()
 {
     ++attempts;
     askedAt = std::chrono::system_clock::now();
-    requests.Send(OnLane(lane, Lock(url)), [this](HttpResponse&& response) { OnResponse(std::move(response)); });
+    requests.Send(Lock(url), [this](HttpResponse&& response) { OnResponse(std::move(response)); });
 }
 
 void DocumentLock::OnResponse(HttpResponse&& response)
@@ -110,7 +110,7 @@ void DocumentLock::LookWhatWasLocked()
 
 void DocumentLock::RemoveWhatWasMade()
 {
-    requests.Send(OnLane(lane, Allow(Delete(url))), [this](HttpResponse&&) {
+    requests.Send(Allow(OnLane(lane, Delete(url))), [this](HttpResponse&&) {
         token.clear(); // has gone with it
         End(Outcome::Missing);
     });

@@ -79,7 +79,8 @@ void FileRequests::MoveInForms(std::vector<DestinationForm> forms, const QByteAr
 {
     const DestinationForm form = forms.front();
     forms.erase(forms.begin());
-    HttpRequest move = Social::Move(session.collection.UrlOf(from), session.collection.UrlOf(to), mayOverwrite, form);
+    HttpRequest move =
+        OnLane(lane, Social::Move(session.collection.UrlOf(from), session.collection.UrlOf(to), mayOverwrite, form));
     for (const DocumentLock* const lock : locks) {
         move = lock->Allow(move);
     }
@@ -95,7 +96,7 @@ void FileRequests::MoveInForms(std::vector<DestinationForm> forms, const QByteAr
         }
         changed(result);
     };
-    requests.Send(OnLane(lane, move), onResponse);
+    requests.Send(move, onResponse);
 }
 
 } // namespace Norlis::Social

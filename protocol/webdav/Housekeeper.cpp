@@ -88,7 +88,7 @@ void Housekeeper::DeleteLeftovers()
 void Housekeeper::ReleaseLock(const QByteArray& url, const QByteArray& token)
 {
     ++tasks;
-    requests.Send(OnLane(HttpRequest::Lane::Control, Unlock(url, token)), [this](HttpResponse&&) { --tasks; });
+    requests.Send(Unlock(url, token), [this](HttpResponse&&) { --tasks; });
 }
 
 void Housekeeper::StoreHash(const DavDocument& document)

@@ -2,6 +2,7 @@
 
 #include <QThread>
 
+#include <algorithm>
 #include <atomic>
 
 namespace Norlis::Test {
@@ -80,6 +81,43 @@ TEST_F(DocumentLockTest, WhatIsLockedLongEnoughIsReplacedUnderThatLock)
     EXPECT_TRUE(client.Upload(LocalFile("report.pdf", "new"), id)->Succeeds());
     EXPECT_EQ(server.Count("LOCK"), 1);
     EXPECT_THAT(server.Requests("MOVE").at(0).headers.Value("If").toStdString(), testing::HasSubstr("(<urn:1>)"));
+}
+
+TEST_F(DocumentLockTest, OneLockIsAskedForAtATime)
+{
+    server.Misbehave(When("LOCK").Always(), Hangs());
+    const QStringList ids = {id, Put("a.pdf", "a"), Put("b.pdf", "b")};
+    std::vector<AnswerPtr<>> removals;
+    for (const QString& each : ids) {
+        removals.push_back(client.Remove(each));
+    }
+    ASSERT_TRUE(WaitUntil([&] { return server.Count("LOCK") > 0; }));
+    ASSERT_TRUE(client.List()->Succeeds()); // others do not wait
+    ASSERT_TRUE(client.List()->Succeeds());
+    EXPECT_EQ(server.Count("LOCK"), 1);
+}
+
+TEST_F(DocumentLockTest, WhatIsLockedIsDoneBeforeMoreIsLocked)
+{
+    server.Misbehave(When("LOCK").Always(), Locks("urn:1", "Second-60"));
+    QStringList ids;
+    for (int number = 0; number < 12; ++number) {
+        ids.append(Put(QString("%1.pdf").arg(number), "content"));
+    }
+    std::vector<AnswerPtr<>> removals;
+    for (const QString& each : ids) {
+        removals.push_back(client.Remove(each));
+    }
+    for (const auto& removal : removals) {
+        EXPECT_TRUE(removal->Succeeds());
+    }
+    int held = 0;
+    int mostHeld = 0;
+    for (const auto& request : server.Requests()) {
+        held += request.method == "LOCK" ? 1 : request.method == "DELETE" ? -1 : 0;
+        mostHeld = std::max(mostHeld, held);
+    }
+    EXPECT_LE(mostHeld, 3);
 }
 
 TEST_F(DocumentLockTest, AServerThatHasLocksIsNotTakenForOneWithout)
