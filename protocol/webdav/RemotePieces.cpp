@@ -3,8 +3,10 @@
 #include <base/Lifetime.h>
 #include <protocol/dav/ContentRange.h>
 #include <protocol/dav/EntityTag.h>
+#include <protocol/http/HttpDate.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace Norlis::Social {
 
@@ -14,8 +16,17 @@ namespace {
 constexpr int maxRounds = 24;
 constexpr qint64 maxFetched = 8 * 1024 * 1024; // bytes
 
+constexpr int weakPeriod = 1'100; // milliseconds for which Apache says that a document may still change without a trace
 const auto what = QStringLiteral("Fetching a preview");
 const auto otherVersion = QStringLiteral("The document has changed meanwhile");
+
+/// Whether it was less than two seconds old, by the server's clock. RFC 9110, 8.8.1.
+bool WasJustWritten(const HttpHead& head)
+{
+    const QDateTime now = ParseHttpDate(head.Field("date"));
+    const QDateTime written = ParseHttpDate(head.Field("last-modified"));
+    return now.isValid() && written.isValid() && written.secsTo(now) < 2;
+}
 
 } // namespace
 
@@ -57,6 +68,13 @@ RemotePieces::RemotePieces(const std::shared_ptr<WebDavSession>& session, const 
       size(document.size.value_or(0)),
       requests(session->http)
 {
+    strongTag.setSingleShot(true);
+    strongTag.setInterval(weakPeriod);
+    QObject::connect(&strongTag, &QTimer::timeout, &strongTag, [this] {
+        if (done) {
+            Read(offset, length, std::exchange(done, nullptr));
+        }
+    });
 }
 
 void RemotePieces::ReadEnd(Done whenDone)
@@ -140,6 +158,10 @@ void RemotePieces::OnFetched(qint64 first, const PartSink& part, const HttpRespo
     }
     const QByteArray partEtag = response.head.Field("etag");
     const bool isFirst = etag.isEmpty();
+    if (isFirst && !EntityTag{partEtag}.IsStrong() && WasJustWritten(response.head) && rounds == 1) {
+        strongTag.start();
+        return;
+    }
     if (isFirst && !EntityTag{partEtag}.IsStrong()) {
         isWithoutRanges = true; // what would prove that the next part is one of the same document?
         Refuse({});

@@ -5,6 +5,7 @@
 #include <protocol/preview/DocumentPieces.h>
 
 #include <QHash>
+#include <QTimer>
 
 namespace Norlis::Social {
 
@@ -48,6 +49,7 @@ private:
     qint64 fetched = 0; ///< bytes
     bool isFetching = false;
     bool isWithoutRanges = false;
+    QTimer strongTag; ///< runs until the server has one for a document that was just written
     Reply failure;
     HttpRequestGroup requests;
 };

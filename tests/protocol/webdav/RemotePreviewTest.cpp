@@ -179,6 +179,24 @@ TEST_F(LargeRemotePreviewTest, ServerThatSendsNoPartsIsAskedForTheWholeDocument)
     EXPECT_EQ(server.Count("GET"), 2);
 }
 
+TEST_F(LargeRemotePreviewTest, ADocumentThatWasJustWrittenIsReadByPartsToo)
+{
+    const auto tagsWeakly = [](Wire& wire) { // as Apache does for a second
+        auto answer = wire.Do(wire.Request());
+        answer.headers.Set("ETag", "W/" + answer.headers.Value("ETag"));
+        answer.headers.Set("Last-Modified", "Mon, 04 May 2026 09:30:00 GMT");
+        answer.headers.Set("Date", "Mon, 04 May 2026 09:30:01 GMT");
+        wire.Send(answer.Bytes());
+        wire.Finish();
+    };
+    const QString id = Put("a.pdf", LargePdf(Qt::red));
+    server.Misbehave("GET", Misbehaviour{tagsWeakly});
+    EXPECT_EQ(ColorOf(client.Preview(id, {64, 64})), QColor(Qt::red));
+    for (const auto& request : server.Requests("GET")) {
+        EXPECT_TRUE(request.headers.Has("Range"));
+    }
+}
+
 TEST_F(LargeRemotePreviewTest, PartsOfTwoVersionsAreNotMixed)
 {
     const QString id = Put("a.pdf", LargePdf(Qt::red));
