@@ -236,7 +236,7 @@ protected:
         person.listed.remove(command.name);
     }
 
-    /// Each command lists, at some moment while it runs; a killed one does not always keep what it has listed.
+    /// Other commands list at some moment while they run; a killed one does not always keep what it has listed.
     void NoteSeen(const Command& command)
     {
         Person& person = *command.person;
@@ -252,7 +252,9 @@ protected:
             }
             always.intersect(now);
         }
-        person.listed = command.isKilled ? person.listed.intersect(always) : always;
+        // What is sent as a new document needs no list.
+        const bool mayNotHaveListed = command.isKilled || command.verb == "upload";
+        person.listed = mayNotHaveListed ? person.listed.intersect(always) : always;
     }
 
     bool HasStood(const Command& command) const
