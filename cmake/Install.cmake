@@ -1,6 +1,6 @@
 # What `cmake --install` puts where, by component:
 #   Runtime      the four libraries, and the program that renders previews
-#   Development  their headers, and what CMake and pkg-config need to find them
+#   Development  their headers, the examples, and what CMake and pkg-config need to find them
 #   Tools        the programs for a user
 #   Qml          the QML module Norlis.Cloud, where it is built
 #   TestKit      the static library that tests of a host application link, with its headers, and the contract tests as sources
@@ -29,6 +29,9 @@ foreach(program norlis-cloud norlis-documents)
         install(TARGETS ${program} DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT Tools)
     endif()
 endforeach()
+
+install(FILES examples/minimal.cpp examples/window.cpp DESTINATION ${CMAKE_INSTALL_DATADIR}/norlis-cloud/examples COMPONENT Development)
+install(DIRECTORY examples/quick DESTINATION ${CMAKE_INSTALL_DATADIR}/norlis-cloud/examples COMPONENT Development)
 
 if(TARGET describe)
     set(described ${PROJECT_BINARY_DIR}/apps/described)
