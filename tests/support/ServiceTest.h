@@ -22,7 +22,7 @@ using namespace TestKit;
 template <typename Server = FaultServer>
 class ServiceTest : public testing::Test {
 protected:
-    static constexpr int shortTimeout = 300; ///< milliseconds; for servers that hang
+    static constexpr int shortTimeout = 600; ///< milliseconds; for servers that hang
 
     ServiceTest()
     {

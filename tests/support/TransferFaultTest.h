@@ -35,7 +35,7 @@ template <typename Server = FaultServer>
 class TransferFaultTest : public testing::Test {
 protected:
     static constexpr int usualTimeout = 60'000;
-    static constexpr int shortTimeout = 300; ///< for servers that hang
+    static constexpr int shortTimeout = 600; ///< for servers that hang
 
     /// \param timeout in milliseconds
     explicit TransferFaultTest(int timeout = usualTimeout) : client(Settings(timeout), server.Password()) {}

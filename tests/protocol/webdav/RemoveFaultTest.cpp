@@ -158,7 +158,7 @@ TEST_F(RemoveHangTest, ASilentServerIsGivenUp)
 {
     server.Misbehave("DELETE", Hangs());
     EXPECT_TRUE(client.Remove(id)->Fails());
-    EXPECT_EQ(Reason(), "The server has been silent for 0.3 seconds");
+    EXPECT_EQ(Reason(), "The server has been silent for 0.6 seconds");
 }
 
 } // namespace Norlis::Test
