@@ -270,7 +270,6 @@ private:
         if (from.isEmpty()) {
             return; // it would start from whatever it finds
         }
-        ++mayGo[from];
         const QByteArray foreign = hasExchange && Any(2) == 0 ? Know(NewContent()) : QByteArray();
         const int disturbance = Any(moment + 1);
         Tell(QString("somebody is killed, who %1 %2 from %3 to %4, at %5, disturbed at %6 by %7")
@@ -285,13 +284,20 @@ private:
             qputenv("TMPDIR", remains.path().toLocal8Bit());
             FolderUser killed(cloud.Settings());
             killed.SignIn();
-            killed.List();
+            const auto say = [&](const QByteArray& text) {
+                return write(report[1], text.constData(), static_cast<std::size_t>(text.size())) == text.size();
+            };
+            for (const auto& entry : killed.List()) { // which may end what somebody was killed in the middle of
+                if (entry.name == name && !say('=' + contentOfHash.value(entry.md5Hash, from) + '\n')) {
+                    _exit(1);
+                }
+            }
             const auto die = [] { _exit(0); };
             const auto disturb = [&] {
-                const QByteArray gone = '!' + cloud.Get(name).value_or(QByteArray());
+                const QByteArray gone = '!' + cloud.Get(name).value_or(QByteArray()) + '\n';
                 cloud.Put(name, foreign);
                 FileMoment::Next(moment - disturbance, die);
-                if (write(report[1], gone.constData(), static_cast<std::size_t>(gone.size())) < 0) {
+                if (!say(gone)) {
                     die();
                 }
             };
@@ -306,14 +312,18 @@ private:
             _exit(0);
         }
         close(report[1]);
-        QByteArray gone(10'000, '\0');
-        gone.resize(static_cast<int>(qMax<ssize_t>(read(report[0], gone.data(), 10'000), 0)));
-        close(report[0]);
+        QFile said;
+        ASSERT_TRUE(said.open(report[0], QFile::ReadOnly, QFile::AutoCloseHandle));
+        const auto lines = said.readAll().split('\n');
         int status = 0;
         ASSERT_EQ(waitpid(child, &status, 0), child);
-        if (!gone.isEmpty()) {
-            ForeignGone(gone.mid(1));
-            acknowledged.insert(foreign);
+        for (const QByteArray& line : lines) {
+            if (line.startsWith('=')) {
+                ++mayGo[line.mid(1)];
+            } else if (line.startsWith('!')) {
+                ForeignGone(line.mid(1));
+                acknowledged.insert(foreign);
+            }
         }
         ++kills;
     }
