@@ -52,7 +52,7 @@ nanoseconds FileIdentity::TimeUntilSettled() const
 
 bool FileIdentity::HasContentOf(const FileIdentity& other) const
 {
-    return device == other.device && inode == other.inode && size == other.size &&
+    return IsFile() && other.IsFile() && device == other.device && inode == other.inode && size == other.size &&
            modifiedNanoseconds == other.modifiedNanoseconds;
 }
 

@@ -4,7 +4,12 @@
 #include <QMetaObject>
 
 #include <algorithm>
+#include <chrono>
+#include <thread>
 #include <utility>
+
+#include <sys/syscall.h>
+#include <unistd.h>
 
 namespace Norlis::Social {
 
@@ -23,6 +28,16 @@ std::shared_ptr<TransferToken> TokenOf(const Request::Any& request)
     return nullptr;
 }
 
+/// QThread says that a thread has ended a little too early: what libraries keep for each thread is destroyed after
+/// that, and must not meet the end of the program, which destroys it too (OpenSSL).
+void AwaitEndOf(pid_t thread)
+{
+    constexpr int most = 1'000;
+    for (int look = 0; look < most && syscall(SYS_tgkill, getpid(), thread, 0) == 0; ++look) {
+        std::this_thread::sleep_for(std::chrono::microseconds(100));
+    }
+}
+
 } // namespace
 
 ServiceConnection::ServiceConnection(const CloudServiceFactory& makeService)
@@ -39,7 +54,10 @@ ServiceConnection::ServiceConnection(const CloudServiceFactory& makeService)
             Post({id, percent, {}});
         },
     };
-    QMetaObject::invokeMethod(worker, [this, makeService, listener] { service = makeService(listener); });
+    QMetaObject::invokeMethod(worker, [this, makeService, listener] {
+        threadId = static_cast<pid_t>(syscall(SYS_gettid));
+        service = makeService(listener);
+    });
 }
 
 ServiceConnection::~ServiceConnection()
@@ -56,6 +74,7 @@ ServiceConnection::~ServiceConnection()
         });
     });
     thread.wait();
+    AwaitEndOf(threadId);
 }
 
 qint64 ServiceConnection::Send(const Request::Any& request, ReplyHandler onReply, ProgressHandler onProgress)

@@ -13,6 +13,8 @@
 #include <unordered_map>
 #include <vector>
 
+#include <sys/types.h>
+
 namespace Norlis::Social {
 
 /// Runs a service on a worker thread and carries requests there and replies back.
@@ -77,6 +79,7 @@ private:
     std::vector<Message> delivering;  ///< what has been taken from there, in reverse order
 
     QThread thread;
+    pid_t threadId = 0;                    ///< as the kernel knows it; set by the thread itself
     QObject* worker = nullptr;             ///< lives on the thread; a context for what runs there
     std::unique_ptr<CloudService> service; ///< touched on the thread only
 

@@ -1,5 +1,6 @@
 #include "TransferMeter.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace Norlis::Apps {
@@ -8,6 +9,7 @@ namespace {
 
 constexpr qint64 window = 10'000;  // milliseconds that the rate is taken from, or more when little comes
 constexpr qint64 shortest = 1'000; // less tells nothing
+constexpr qint64 longestPause = 5'000;
 constexpr double milliseconds = 1000;
 
 } // namespace
@@ -34,6 +36,11 @@ qint64 TransferMeter::BytesAt(int percent, qint64 size)
 std::optional<double> TransferMeter::Rate(qint64 time) const
 {
     if (samples.size() < 2 || time - samples.front().time < shortest) {
+        return std::nullopt;
+    }
+    // What has come to a halt has no rate; where little comes, it comes in large steps.
+    const qint64 usual = (samples.back().time - samples.front().time) / static_cast<qint64>(samples.size() - 1);
+    if (time - samples.back().time > std::max(longestPause, 4 * usual)) {
         return std::nullopt;
     }
     const auto bytes = static_cast<double>(samples.back().transferred - samples.front().transferred);

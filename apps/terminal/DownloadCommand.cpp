@@ -73,13 +73,10 @@ void DownloadCommand::DecideAbout(const Host::CloudProblem& problem, OnConflict 
     const QDir folder(arguments.targetFolder);
     const QString target = entry ? folder.filePath(entry->name) : QString();
     const bool isCopy = entry && QFileInfo(target).canonicalFilePath() == entry->path;
-    if (entry && choice == OnConflict::Both) {
-        const QString other = Host::OtherNameOf(entry->name, QSysInfo::machineHostName(), QDate::currentDate(),
-                                                [&](const QString& name) { return folder.exists(name); });
-        if (QFile::rename(target, folder.filePath(other))) {
-            Session().Download(id, arguments.targetFolder);
-            return;
-        }
+    if (entry && choice == OnConflict::Both &&
+        !Host::MoveToOtherName(target, QSysInfo::machineHostName(), QDate::currentDate()).isEmpty()) {
+        Session().Download(id, arguments.targetFolder);
+        return;
     }
     if (entry && choice == OnConflict::Mine) {
         Succeed(id);

@@ -50,6 +50,9 @@ bool RemoveCommand::MayRemove(const QString& id)
     if (!seen && held != before.constEnd()) {
         seen = {held->size, held->version};
     }
+    if (Shown().IsDamaged()) {
+        return false;
+    }
     if (!seen || !now) {
         return true; // whoever names a document that no list has shown means it as it is
     }

@@ -13,13 +13,21 @@ ShownVersions::ShownVersions(const QString& dataFolder) : path(dataFolder + "/sh
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
+        isDamaged = file.exists();
         return;
     }
-    const QJsonObject saved = QJsonDocument::fromJson(file.readAll()).object();
+    const QJsonDocument document = QJsonDocument::fromJson(file.readAll());
+    isDamaged = !document.isObject();
+    const QJsonObject saved = document.object();
     for (auto entry = saved.begin(); entry != saved.end(); ++entry) {
         const QJsonArray fields = entry->toArray();
         versions.insert(entry.key(), {fields[0].toString().toULongLong(), fields[1].toString()});
     }
+}
+
+bool ShownVersions::IsDamaged() const
+{
+    return isDamaged;
 }
 
 std::optional<ShownVersions::Version> ShownVersions::Of(const QString& id) const
@@ -34,7 +42,8 @@ void ShownVersions::Show(const std::vector<DocumentEntry>& entries)
     for (const DocumentEntry& entry : entries) {
         versions.insert(entry.id, {entry.size, entry.version});
     }
-    isChanged = isChanged || versions != before;
+    isChanged = isChanged || isDamaged || versions != before;
+    isDamaged = false;
 }
 
 void ShownVersions::Note(const DocumentEntry& entry)
@@ -57,7 +66,7 @@ void ShownVersions::Forget(const QString& id)
 
 void ShownVersions::Save()
 {
-    if (!isChanged) {
+    if (!isChanged || isDamaged) {
         return;
     }
     QJsonObject saved;

@@ -26,6 +26,9 @@ public:
     /// \param dataFolder where they are kept between runs
     explicit ShownVersions(const QString& dataFolder);
 
+    /// What was kept cannot be read, so what the user has seen is not known until the next list.
+    bool IsDamaged() const;
+
     /// Nothing for a document that was never shown.
     std::optional<Version> Of(const QString& id) const;
 
@@ -47,6 +50,7 @@ private:
     const QString path;
     QHash<QString, Version> versions;
     bool isChanged = false;
+    bool isDamaged = false;
 };
 
 } // namespace Norlis::Terminal

@@ -48,6 +48,9 @@ ConflictPictures::ConflictPictures(CloudSession& session, const QString& id, con
                     Show();
                 }
             });
+    Show(); // at once, so that the question does not grow under the pointer
+    box.adjustSize();
+    box.move(box.parentWidget()->window()->geometry().center() - box.rect().center());
     const int pixels = qCeil(edge * box.devicePixelRatioF());
     session.DrawLocalPreview(path, {pixels, pixels});
     session.FetchPreviews(id);

@@ -40,7 +40,7 @@ DocumentActions::DocumentActions(QWidget& widget)
       copy(Make(widget, tr("Cop&y"), Glyph::Copy, QKeySequence::Copy,
                 tr("Copy the selected documents to the clipboard, downloading them first if necessary"))),
       paste(Make(widget, tr("&Paste"), Glyph::Paste, QKeySequence::Paste, tr("Upload the PDF files on the clipboard"))),
-      remove(Make(widget, tr("&Remove…"), Glyph::Remove, QKeySequence::Delete,
+      remove(Make(widget, tr("&Remove"), Glyph::Remove, QKeySequence::Delete,
                   tr("Remove the selected documents from the cloud"))),
       undoRemoval(
           Make(widget, tr("U&ndo Removal"), Glyph::Refresh, QKeySequence::Undo, tr("Take back the last removal"))),

@@ -35,6 +35,9 @@ namespace {
 // Documents with which is done at once what the user wants.
 constexpr int maxRemovals = 10;
 constexpr int maxUploadsOfFolders = 50;
+constexpr int maxOpened = 10;
+
+constexpr int changesInterval = 300; // milliseconds
 
 const auto downloadFolderKey = QStringLiteral("downloadFolder");
 
@@ -52,9 +55,19 @@ DocumentCommands::DocumentCommands(const Parts& parts, QWidget& widget)
     connect(&parts.transfers, &Transfers::DecisionNeeded, this, &DocumentCommands::Decide, Qt::QueuedConnection);
     connect(&parts.session, &Host::CloudSession::Failed, this, &DocumentCommands::OnFailed);
     connect(&parts.session, &Host::CloudSession::ListRefreshed, this, &DocumentCommands::OnListRefreshed);
-    connect(&parts.session, &Host::CloudSession::LocalCopyChanged, this, &DocumentCommands::OnEdited);
-    connect(&parts.session, &Host::CloudSession::DocumentUploaded, this,
-            [this] { this->parts.message.Close(Topic::edited); });
+    connect(&parts.session, &Host::CloudSession::CopyLeftBehind, this, &DocumentCommands::OnCopyLeft);
+    changesUpdate.setSingleShot(true);
+    changesUpdate.setInterval(changesInterval);
+    connect(&changesUpdate, &QTimer::timeout, this, &DocumentCommands::TellChanges);
+    connect(&parts.session, &Host::CloudSession::LocalCopyChanged, this, [this](const QString&, const QString& id) {
+        toldChanges.remove(id); // once more
+        TellChanges();
+    });
+    for (const auto signal : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved}) {
+        connect(&parts.model, signal, &changesUpdate, qOverload<>(&QTimer::start));
+    }
+    connect(&parts.model, &QAbstractItemModel::dataChanged, &changesUpdate, qOverload<>(&QTimer::start));
+    connect(&parts.session, &Host::CloudSession::DocumentUploaded, &changesUpdate, qOverload<>(&QTimer::start));
 }
 
 DocumentCommands::~DocumentCommands()
@@ -217,6 +230,15 @@ void DocumentCommands::Download(const QString& folder)
 void DocumentCommands::Open()
 {
     const QStringList ids = parts.view.SelectedIds();
+    if (ids.size() <= maxOpened) {
+        Open(ids);
+    } else {
+        AskToOpen(widget, ids.size(), [this, ids] { Open(ids); });
+    }
+}
+
+void DocumentCommands::Open(const QStringList& ids)
+{
     for (const QString& id : ids) {
         const auto index = parts.model.index(parts.model.RowOf(id));
         const QString path = index.data(Model::PathRole).toString();
@@ -259,22 +281,66 @@ void DocumentCommands::OnFetched(const QString& path)
         QFile::setPermissions(kept, QFile::ReadOwner); // changes would go nowhere
         offered.append(kept);
         parts.message.Show(
-            Topic::edited, tr("A newer version of “%1” was fetched.").arg(Apps::Printable(QFileInfo(path).fileName())),
+            Topic::fetched, tr("A newer version of “%1” was fetched.").arg(Apps::Printable(QFileInfo(path).fileName())),
             {}, {{tr("Open the Older One"), [kept] { QDesktopServices::openUrl(QUrl::fromLocalFile(kept)); }}},
             MessageBar::Kind::Notice);
     }
 }
 
-void DocumentCommands::OnEdited(const QString& path, const QString& id)
+void DocumentCommands::TellChanges()
+{
+    const QStringList changed = AllIn({State::ChangedLocally, State::ChangedOnBothSides});
+    const QSet<QString> known(changed.begin(), changed.end());
+    const bool isNews = !toldChanges.contains(known);
+    const bool isShown = parts.message.Shown() == Topic::edited;
+    if (changed.isEmpty()) {
+        parts.message.Close(Topic::edited);
+    }
+    if (changed.isEmpty() || (!isNews && !isShown)) { // the user has closed it
+        toldChanges = known;
+        return;
+    }
+    if (!isShown && !parts.message.Shown().isEmpty()) {
+        return; // what is shown comes first
+    }
+    toldChanges = known;
+    const bool isOne = changed.size() == 1;
+    const bool isConflict = isOne && !AllIn({State::ChangedOnBothSides}).isEmpty();
+    const QString text = isConflict ? tr("“%1” was changed, and in the cloud too.").arg(NameOf(changed.first()))
+                         : isOne    ? tr("“%1” was changed.").arg(NameOf(changed.first()))
+                                 : tr("%n documents have changes that are not in the cloud.", nullptr, changed.size());
+    parts.message.Show(
+        Topic::edited, text, {},
+        {{isConflict ? tr("Resolve…") : tr("Upload Changes"), [this, changed] { ReplaceInCloud(changed); }}},
+        MessageBar::Kind::Notice);
+}
+
+void DocumentCommands::OnCopyLeft(const QString& path)
 {
     const QString name = Apps::Printable(QFileInfo(path).fileName());
-    const bool isConflict = parts.model.index(parts.model.RowOf(id)).data(Model::StateRole).toInt() ==
-                            static_cast<int>(State::ChangedOnBothSides);
-    parts.message.Show(Topic::edited,
-                       isConflict ? tr("“%1” was changed, and in the cloud too.").arg(name)
-                                  : tr("“%1” was changed.").arg(name),
-                       {}, {{isConflict ? tr("Resolve…") : tr("Upload Changes"), [this, id] { ReplaceInCloud({id}); }}},
-                       MessageBar::Kind::Notice);
+    parts.message.Show(
+        Topic::left, tr("“%1” is no longer in the cloud.").arg(name),
+        tr("Your changes to it are in the file %1.").arg(Apps::Printable(QDir::toNativeSeparators(path))),
+        {{tr("Upload as New"), [this, path] { UploadNew({path}); }}}, MessageBar::Kind::Problem);
+}
+
+QStringList DocumentCommands::AllIn(std::initializer_list<State> states) const
+{
+    QStringList ids;
+    for (int row = 0; row < parts.model.rowCount(); ++row) {
+        const auto index = parts.model.index(row);
+        const auto state = static_cast<State>(index.data(Model::StateRole).toInt());
+        const QString id = index.data(Model::IdRole).toString();
+        if (std::find(states.begin(), states.end(), state) != states.end() && !parts.transfers.IsActive(id)) {
+            ids.append(id);
+        }
+    }
+    return ids;
+}
+
+int DocumentCommands::CountOfChanges() const
+{
+    return AllIn({State::ChangedLocally, State::ChangedOnBothSides}).size();
 }
 
 void DocumentCommands::OpenFile(const QString& path)

@@ -8,7 +8,9 @@
 
 #include <QHash>
 #include <QObject>
+#include <QSet>
 #include <QStringList>
+#include <QTimer>
 
 class QSettings;
 class QWidget;
@@ -70,6 +72,9 @@ public:
     /// Ids of the selected documents whose local copies have changed.
     QStringList ChangedHere() const;
 
+    /// How many documents have changes that are not in the cloud.
+    int CountOfChanges() const;
+
     /// Ids of the selected documents that have changed on both sides.
     QStringList InConflict() const;
 
@@ -81,6 +86,7 @@ private:
 
     /// At once for the view, with Undo.
     void RemoveLater(const QStringList& ids);
+    void Open(const QStringList& ids);
     void OpenFile(const QString& path);
 
     /// See Transfers::DecisionNeeded.
@@ -93,7 +99,9 @@ private:
     void OnFailed(const Host::CloudProblem& problem);
     void OnListRefreshed();
     void OnFetched(const QString& path);
-    void OnEdited(const QString& path, const QString& id);
+    void OnCopyLeft(const QString& path);
+    void TellChanges();
+    QStringList AllIn(std::initializer_list<PDF::FileInfo::CloudStatus> states) const;
     QString DownloadFolder() const;
     QStringList NamesOf(const QStringList& ids) const;
 
@@ -110,6 +118,8 @@ private:
     PdfSearch search;
     QHash<QString, QString> older; ///< where what is about to be replaced is, by path of the local copy
     QStringList offered;           ///< such files that can be opened; deleted at the end
+    QTimer changesUpdate;          ///< combines many changes into one message
+    QSet<QString> toldChanges;     ///< ids of the documents of which the user knows
     QStringList conflicted;        ///< paths of uploads that met another version; asked about when the list is there
 };
 

@@ -98,13 +98,6 @@ int EndOfFirstLine(const QString& name, const QFontMetrics& metrics, int width)
     return line.textLength();
 }
 
-QString Details(const QModelIndex& index)
-{
-    const QString date = DateText(index.data(Model::ModifiedRole).toDateTime());
-    const QString size = SizeText(index.data(Model::SizeRole).toLongLong());
-    return date.isEmpty() ? size : size + " · " + date;
-}
-
 } // namespace
 
 DocumentDelegate::DocumentDelegate(Thumbnails& thumbnails, QObject* parent)
@@ -178,7 +171,17 @@ void DocumentDelegate::PaintThumbnail(QPainter& painter, const QStyleOptionViewI
         draw(name.mid(split).trimmed(), Qt::ElideMiddle);
     }
     painter.setPen(MutedColor(option));
-    draw(Details(index), Qt::ElideRight);
+    const QString date = DateText(index.data(Model::ModifiedRole).toDateTime());
+    const QString size = SizeText(index.data(Model::SizeRole).toLongLong());
+    const QString both = date.isEmpty() ? size : size + " · " + date;
+    if (option.fontMetrics.horizontalAdvance(both) <= line.width()) {
+        draw(both, Qt::ElideNone);
+    } else if (split < name.size()) { // there is one line left
+        draw(date, Qt::ElideRight);
+    } else {
+        draw(size, Qt::ElideRight);
+        draw(date, Qt::ElideRight);
+    }
 }
 
 void DocumentDelegate::PaintLine(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index) const
@@ -200,9 +203,9 @@ void DocumentDelegate::PaintLine(QPainter& painter, const QStyleOptionViewItem& 
     };
     // A narrow window leaves out the least important columns.
     const int nameWidth = 24 * letter;
-    const int room = area.width() - smallEdge - 2 * margin - nameWidth;
-    const bool hasDate = room > (sizeColumn + dateColumn) * letter;
-    const bool hasState = room > (sizeColumn + dateColumn + stateColumn) * letter;
+    const int room = area.width() - smallEdge - badgeEdge - 4 * margin - nameWidth;
+    const bool hasDate = room > (sizeColumn + dateColumn) * letter + 2 * margin;
+    const bool hasState = room > (sizeColumn + dateColumn + stateColumn) * letter + 3 * margin;
 
     painter.setPen(MutedColor(option));
     if (hasDate) {

@@ -252,11 +252,15 @@ void DocumentsPage::ConnectDocuments()
         UpdateStatus();
     });
     connect(view, &DocumentsView::ShownChanged, &session, &CloudSession::ShowPreviews);
-    connect(view, &DocumentsView::activated, &commands, &DocumentCommands::Open);
+    connect(view, &DocumentsView::activated, &commands, [this] { commands.Open(); });
+    connect(message, &MessageBar::KeyboardLeft, this, &DocumentsPage::FocusDocuments);
     connect(dropHint, &DropHint::Dropped, &commands, &DocumentCommands::Upload);
     connect(&transfers, &Transfers::CountsChanged, this, [this] {
         UpdateActions();
-        if (transfers.CountOfActive() == 0) {
+        const bool wasTransferring = std::exchange(areTransfersActive, transfers.CountOfActive() > 0);
+        if (areTransfersActive && !wasTransferring) {
+            view->NoteSelection();
+        } else if (!areTransfersActive) {
             view->Reveal(std::exchange(added, {}));
         }
     });
@@ -275,8 +279,15 @@ void DocumentsPage::ConnectDocuments()
 void DocumentsPage::ConnectSearch()
 {
     connect(search, &QLineEdit::textChanged, this, [this](const QString& text) {
+        if (!text.isEmpty()) {
+            view->clearSelection(); // what follows is about what is found
+        }
         filter.Search(text);
-        view->scrollToTop();
+        if (text.isEmpty() && view->currentIndex().isValid()) {
+            view->scrollTo(view->currentIndex());
+        } else {
+            view->scrollToTop();
+        }
         UpdateEmptyPage();
         UpdateStatus();
         UpdateActions();
@@ -348,6 +359,16 @@ void DocumentsPage::Restore()
     SetMode(settings.value(Key::mode).toInt() == listMode ? DisplayMode::List : DisplayMode::Thumbnails);
     order->setCurrentIndex(qBound(0, settings.value(Key::order).toInt(), order->count() - 1));
     findChild<QSplitter*>("split")->restoreState(settings.value(Key::split).toByteArray());
+}
+
+QStringList DocumentsPage::UnsentFiles() const
+{
+    return transfers.UnsentFiles();
+}
+
+int DocumentsPage::CountOfChanges() const
+{
+    return commands.CountOfChanges();
 }
 
 bool DocumentsPage::HasRunningTransfers() const

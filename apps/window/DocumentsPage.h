@@ -53,6 +53,12 @@ public:
 
     bool HasRunningTransfers() const;
 
+    /// Paths of files that were to become new documents, and have not.
+    QStringList UnsentFiles() const;
+
+    /// How many documents have changes that are not in the cloud.
+    int CountOfChanges() const;
+
     /// Shows a problem above the documents.
     void ShowProblem(const QString& title, const QString& detail);
 
@@ -105,6 +111,7 @@ private:
     QString token;        ///< of the sign-in in progress, for another attempt; empty otherwise
     bool isSignedIn = false;
     bool isRefreshing = false;
+    bool areTransfersActive = false;
     bool isAway = false;     ///< whether the cloud has not answered since it was found offline
     int countBeforeLoss = 0; ///< of the documents, when many were gone at once; they may come back
     QDateTime refreshedAt;

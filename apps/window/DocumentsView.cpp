@@ -76,7 +76,7 @@ QStringList DocumentsView::SelectedIds() const
 
 void DocumentsView::Reveal(const QStringList& ids)
 {
-    if (ids.isEmpty() || SelectedIds() != revealed) {
+    if (ids.isEmpty() || SelectedIds() != noted) {
         return;
     }
     QItemSelection selection;
@@ -93,7 +93,11 @@ void DocumentsView::Reveal(const QStringList& ids)
     selectionModel()->setCurrentIndex(first, QItemSelectionModel::NoUpdate);
     selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
     scrollTo(first);
-    revealed = SelectedIds();
+}
+
+void DocumentsView::NoteSelection()
+{
+    noted = SelectedIds();
 }
 
 void DocumentsView::ForgetPreview(const QString& path)

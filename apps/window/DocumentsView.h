@@ -19,9 +19,9 @@ public:
     /// Ids of the selected documents, in the order of the view.
     QStringList SelectedIds() const;
 
-    /// Selects documents and scrolls to the first, unless the user has selected others: what was revealed before is
-    /// none of theirs.
+    /// Selects documents and scrolls to the first, unless the user has selected others since NoteSelection.
     void Reveal(const QStringList& ids);
+    void NoteSelection();
 
     /// To be called when the preview in that file has changed.
     void ForgetPreview(const QString& path);
@@ -60,8 +60,8 @@ private:
     QString removedCurrent;
     QTimer forgetTimer;
 
-    QStringList shown;    ///< ids, as last emitted
-    QStringList revealed; ///< ids that the user has not selected
+    QStringList shown; ///< ids, as last emitted
+    QStringList noted; ///< ids; see NoteSelection
     QTimer shownTimer;
 };
 

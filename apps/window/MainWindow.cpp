@@ -162,19 +162,26 @@ void MainWindow::ShowDocuments()
     const QUrl& service = account->Service();
     setWindowTitle(tr("Documents — %1").arg(Host::ServiceText(service)));
     connect(documents, &DocumentsPage::SignOutRequested, this, [this] {
-        RunConfirmed(documents->HasRunningTransfers(), tr("Transfers are still running. Sign out anyway?"),
-                     tr("Sign Out"), [this] { SignOut(); });
+        const int changes = documents->CountOfChanges();
+        const bool isRunning = documents->HasRunningTransfers();
+        RunConfirmed(
+            isRunning || changes > 0,
+            isRunning ? tr("Transfers are still running. Sign out anyway?")
+                      : tr("%n document(s) have changes that are not in the cloud. Sign out anyway?", nullptr, changes),
+            tr("Sign Out"), [this] { SignOut(); });
     });
     // Queued, because the page must not be destroyed while it emits.
     connect(
         documents, &DocumentsPage::SignInRequested, this,
         [this] {
             const QUrl again = account->Service();
+            interrupted = again;
+            unsent = documents->UnsentFiles();
             CloseSession();
             AskForService(again);
         },
         Qt::QueuedConnection);
-    OfferUpload({});
+    OfferUpload(service == interrupted ? std::exchange(unsent, {}) : QStringList());
 }
 
 void MainWindow::Settle(const std::function<void()>& action)

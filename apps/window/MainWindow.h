@@ -69,6 +69,8 @@ private:
     WelcomePage* const welcome;
     DocumentsPage* documents = nullptr; ///< while there is a list to show
     QStringList offered;                ///< files
+    QUrl interrupted;                   ///< the service that no longer took the password
+    QStringList unsent;                 ///< files that were to be uploaded there
     bool isCloseConfirmed = false;
     bool isClosingWithoutAsking = false;
     bool isSettled = false; ///< there is nothing left to send

@@ -3,6 +3,7 @@
 #include "Glyphs.h"
 
 #include <QAccessible>
+#include <QApplication>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -100,8 +101,17 @@ void MessageBar::Close(const QString& closed)
 {
     if (closed == topic) {
         topic.clear();
+        const bool hadKeyboard = isAncestorOf(QApplication::focusWidget());
         hide();
+        if (hadKeyboard) {
+            emit KeyboardLeft();
+        }
     }
+}
+
+QString MessageBar::Shown() const
+{
+    return topic;
 }
 
 } // namespace Norlis::Window

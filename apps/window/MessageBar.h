@@ -16,6 +16,8 @@ namespace Norlis::Window {
 namespace Topic {
 const auto files = QStringLiteral("files");
 const auto edited = QStringLiteral("edited");
+const auto fetched = QStringLiteral("fetched");
+const auto left = QStringLiteral("left");
 const auto list = QStringLiteral("list");
 const auto loss = QStringLiteral("loss");
 const auto removal = QStringLiteral("removal");
@@ -50,6 +52,13 @@ public:
 
     /// Closes the message if it is about that topic.
     void Close(const QString& topic);
+
+    /// What the message is about; empty when there is none.
+    QString Shown() const;
+
+signals:
+    /// A message is closed that had the keyboard.
+    void KeyboardLeft();
 
 private:
     QString topic;

@@ -92,6 +92,12 @@ void AskToUpload(QWidget& widget, const QStringList& names, const std::function<
     Ask(widget, "confirmUpload", question, {}, {{Questions::tr("Upload"), action}}, false);
 }
 
+void AskToOpen(QWidget& widget, int number, const std::function<void()>& action)
+{
+    Ask(widget, "confirmOpening", Questions::tr("Open %n documents?", nullptr, number), {},
+        {{Questions::tr("Open"), action}}, false);
+}
+
 void AskToRemove(QWidget& widget, const QStringList& names, const std::function<void()>& action)
 {
     const QString question = names.size() == 1

@@ -31,6 +31,7 @@ void AskAboutTakenNames(QWidget& widget, const QStringList& names, const std::fu
 void AskToUpload(QWidget& widget, const QStringList& names, const std::function<void()>& action);
 
 /// Before documents are removed from the cloud.
+void AskToOpen(QWidget& widget, int number, const std::function<void()>& action);
 void AskToRemove(QWidget& widget, const QStringList& names, const std::function<void()>& action);
 
 } // namespace Norlis::Window

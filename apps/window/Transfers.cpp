@@ -168,6 +168,23 @@ void Transfers::Clear()
     }
 }
 
+QStringList Transfers::UnsentFiles() const
+{
+    QStringList paths;
+    for (const Transfer& each : transfers) {
+        if (each.kind == Kind::Upload && each.status != Status::Finished && each.status != Status::Canceled) {
+            paths.append(each.subject);
+        }
+    }
+    return paths;
+}
+
+bool Transfers::IsActive(const QString& id) const
+{
+    return std::any_of(transfers.begin(), transfers.end(),
+                       [&](const Transfer& each) { return !HasEnded(each) && each.id == id; });
+}
+
 int Transfers::CountOf(Status status) const
 {
     return static_cast<int>(
@@ -182,19 +199,12 @@ int Transfers::CountOfActive() const
 
 QString Transfers::SuccessText() const
 {
-    int uploads = 0;
-    int downloads = 0;
-    for (const Transfer& each : transfers) {
-        if (each.status == Status::Finished) {
-            ++(IsDownload(each) ? downloads : uploads);
-        }
-    }
     QStringList parts;
-    if (uploads > 0) {
-        parts.append(tr("%n document(s) uploaded", nullptr, uploads));
+    if (batch.uploads > 0) {
+        parts.append(tr("%n document(s) uploaded", nullptr, batch.uploads));
     }
-    if (downloads > 0) {
-        parts.append(tr("%n document(s) downloaded", nullptr, downloads));
+    if (batch.downloads > 0) {
+        parts.append(tr("%n document(s) downloaded", nullptr, batch.downloads));
     }
     return parts.join(", ");
 }
@@ -380,6 +390,7 @@ void Transfers::Finish(int row, const QString& detail)
     }
     batch.transferred += transfers[row].size - transfers[row].Transferred();
     ++batch.done;
+    ++(IsDownload(transfers[row]) ? batch.downloads : batch.uploads);
     transfers[row].status = Status::Finished;
     transfers[row].percent = 100;
     transfers[row].detail = detail;

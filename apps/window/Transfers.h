@@ -62,6 +62,12 @@ public:
     /// Drops the transfers that have ended.
     void Clear();
 
+    /// Paths of files that were to become new documents, and have not.
+    QStringList UnsentFiles() const;
+
+    /// Whether a transfer of the document has not ended.
+    bool IsActive(const QString& id) const;
+
     int CountOf(Status status) const;
 
     /// Of those that have not ended.
@@ -117,6 +123,8 @@ private:
     struct Batch {
         int count = 0;
         int done = 0;
+        int uploads = 0;   ///< that have succeeded
+        int downloads = 0; ///< as above
         qint64 size = 0;
         qint64 transferred = 0;
         Apps::TransferMeter meter = {};

@@ -161,6 +161,10 @@ void TransfersPanel::Refresh()
     if (!isSuccess) {
         details->setChecked(false);
     }
+    if (running > 0) { // what stands still tells nothing by itself
+        headUpdate.start();
+        list->viewport()->update();
+    }
     const bool isOneLine = isSuccess && !details->isChecked();
     list->setVisible(!isOneLine);
     setMaximumHeight(isOneLine ? sizeHint().height() : QWIDGETSIZE_MAX);

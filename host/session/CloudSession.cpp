@@ -102,6 +102,8 @@ public:
     /// Has the list look at a local copy that was saved, and tells of its changes.
     void OnSaved(const QString& path);
 
+    ListState State();
+
     /// Deletes what was fetched to be looked at only, unless somebody has done so lately.
     void SweepViewed();
 
@@ -141,9 +143,9 @@ CloudSession::Private::Private(CloudSession& session, const QString& dataFolder,
       documents(dataFolder + "/documents.sqlite", pictures, fileSystem, hashes),
       cloud(session, protocol, hashes, fileSystem, pictures),
       context{session, cloud, documents, pictures, journal, *hashes, *fileSystem},
-      uploads(context, dataFolder + "/links"),
+      uploads(context, State(), dataFolder + "/links"),
       downloads(context, dataFolder + "/downloads"),
-      removals(context, [this] { return lists.IsUnderWay(); }),
+      removals(context, State()),
       merge(context, [this] { slices.start(); }),
       lists(context, merge),
       previews(context, [this] { slices.start(); }),
@@ -157,6 +159,13 @@ CloudSession::Private::Private(CloudSession& session, const QString& dataFolder,
     slices.setInterval(0);
     connect(&slices, &QTimer::timeout, &slices, [this] { WorkForASlice(); });
     Later(&documents, [this] { SweepViewed(); });
+    documents.TellOfCopiesLeft([this](const QString& path) { emit this->session.CopyLeftBehind(path); });
+}
+
+ListState CloudSession::Private::State()
+{
+    return {[this] { return lists.IsCurrent(); }, [this] { return lists.IsMerged(); },
+            [this](std::function<void(bool)> then) { lists.WhenCurrent(std::move(then)); }};
 }
 
 void CloudSession::Private::SweepViewed()

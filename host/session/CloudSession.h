@@ -263,6 +263,10 @@ signals:
     /// The document has left the cloud and the list.
     void DocumentRemoved(const QString& id);
 
+    /// The document of this local copy is no longer in the cloud, and the copy has changes that never were. It stays
+    /// where it is, and belongs to no document any more: Upload makes it a new one.
+    void CopyLeftBehind(const QString& path);
+
     /// By RemoveLater and UndoRemoval, and when a removal has failed. For CloudDocumentsModel::SetHidden.
     void RemovalPendingChanged(const QString& id, bool isPending);
 

@@ -456,11 +456,30 @@ void DocumentIndex::Lose(const QString& id)
 
 void DocumentIndex::TakeOut(const QString& id)
 {
+    if (const auto* known = Find(id); known && !known->localPath.isEmpty() && onCopyLeft) {
+        LookAtCopyLeft(known->localPath, known->syncHash);
+    }
     const auto held = CloudRecordOf(id);
     Forget(id);
     if (held) {
         list->Remove(held);
     }
+}
+
+void DocumentIndex::LookAtCopyLeft(const QString& path, const std::string& syncHash)
+{
+    const auto look = [this, path, syncHash] {
+        const auto hash = hashes->CalculateHash(ToPath(path));
+        if (!hash.empty() && hash != syncHash && DocumentAt(path).isEmpty()) {
+            onCopyLeft(path);
+        }
+    };
+    hashes->Prepare({path}, this, look, Md5HashCalculator::Reading::Always);
+}
+
+void DocumentIndex::TellOfCopiesLeft(std::function<void(const QString&)> tell)
+{
+    onCopyLeft = std::move(tell);
 }
 
 void DocumentIndex::Forget(const QString& id)

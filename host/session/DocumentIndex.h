@@ -18,6 +18,7 @@
 #include <QObject>
 #include <QStringList>
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -55,6 +56,9 @@ public:
     /// Writes the list to disk. Throws std::runtime_error when it cannot be saved. Nothing but this may be called
     /// afterwards.
     void Close();
+
+    /// Of local copies with changes that are not in the cloud, some time after their document has left the list.
+    void TellOfCopiesLeft(std::function<void(const QString& path)> tell);
 
     /// For views; it is changed through the index only.
     PDF::AbstractFileManager& List();
@@ -167,6 +171,7 @@ private:
     const KeptCopy* KeptCopyOf(const Record& record) const;
     void SetEntry(const QString& id, const Entry& entry);
     void TakeOut(const QString& id);
+    void LookAtCopyLeft(const QString& path, const std::string& syncHash);
 
     /// Has the list take over what the record says. Emits.
     void UpdateList(const Record& record);
@@ -191,6 +196,7 @@ private:
     QHash<QString, Entry> entries;          ///< of every document of the list
     QMultiHash<QString, QString> idsByPath; ///< of those with a local copy
     QHash<QString, int> transfers;
+    std::function<void(const QString&)> onCopyLeft;
     Lifetime lifetime;
 };
 

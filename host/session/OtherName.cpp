@@ -1,5 +1,8 @@
 #include "OtherName.h"
 
+#include <files/FilePlacing.h>
+
+#include <QDir>
 #include <QFileInfo>
 #include <QRegularExpression>
 
@@ -42,6 +45,28 @@ QString OtherNameOf(const QString& name, const QString& host, const QDate& date,
             return other;
         }
     }
+}
+
+QString MoveToOtherName(const QString& path, const QString& host, const QDate& date)
+{
+    constexpr int most = 100;
+    const QFileInfo file(path);
+    QStringList taken; // by what nobody has seen before
+    while (file.isFile() && !file.isSymLink() && taken.size() < most) {
+        const QString name = OtherNameOf(file.fileName(), host, date, [&](const QString& other) {
+            const QFileInfo there(file.dir().filePath(other));
+            return taken.contains(other) || there.exists() || there.isSymLink(); // which may lead nowhere
+        });
+        const auto failure = Files::MoveUnlessTaken(path, file.dir().filePath(name));
+        if (!failure) {
+            return file.dir().filePath(name);
+        }
+        if (failure != std::errc::file_exists) {
+            return {};
+        }
+        taken.append(name);
+    }
+    return {};
 }
 
 } // namespace Norlis::Host

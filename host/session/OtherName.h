@@ -16,4 +16,8 @@ namespace Norlis::Host {
 NORLIS_HOST_EXPORT QString OtherNameOf(const QString& name, const QString& host, const QDate& date,
                                        const std::function<bool(const QString&)>& isTaken);
 
+/// Gives a file such a name in its folder. Nothing is replaced by it, and nothing but a file is moved.
+/// \return the new path; empty when the file keeps its name
+NORLIS_HOST_EXPORT QString MoveToOtherName(const QString& path, const QString& host, const QDate& date);
+
 } // namespace Norlis::Host

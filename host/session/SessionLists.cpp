@@ -2,6 +2,8 @@
 
 #include "Later.h"
 
+#include <utility>
+
 namespace Norlis::Host {
 
 using PDF::Cloud::AbstractCloudManager;
@@ -19,6 +21,14 @@ SessionLists::SessionLists(const SessionContext& context, ListMerge& merge) : co
     connect(&manager, &AbstractCloudManager::RetrievingFilesListFinished, this, &SessionLists::OnFinished);
     connect(&manager, &AbstractCloudManager::RetrievingFilesListErrorRequested, this, &SessionLists::OnError);
     connect(&manager, &AbstractCloudManager::RetrievingFilesListCanceled, this, &SessionLists::OnCanceled);
+
+    connect(&manager, &AbstractCloudManager::AuthorizationCompleted, this, [this] { isMerged = false; });
+    connect(&context.session, &CloudSession::ListRefreshed, this, [this] {
+        isMerged = true;
+        if (!IsUnderWay()) {
+            TellWaiting(true);
+        }
+    });
 
     poll.setSingleShot(true);
     connect(&poll, &QTimer::timeout, this, &SessionLists::Poll);
@@ -54,6 +64,37 @@ bool SessionLists::IsUnderWay() const
     return !requestedAt.isEmpty() || merge.IsActive();
 }
 
+bool SessionLists::IsCurrent() const
+{
+    return isMerged && !IsUnderWay();
+}
+
+bool SessionLists::IsMerged() const
+{
+    return isMerged;
+}
+
+void SessionLists::WhenCurrent(std::function<void(bool)> then)
+{
+    if (IsCurrent()) {
+        then(true);
+        return;
+    }
+    waiting.push_back(std::move(then));
+    if (!IsUnderWay()) {
+        isOutdated = true;
+        CatchUp(); // again and again while a transfer is under way
+    }
+}
+
+void SessionLists::TellWaiting(bool isCurrentNow)
+{
+    const auto told = std::exchange(waiting, {});
+    for (const auto& then : told) {
+        Later(this, [then, isCurrentNow] { then(isCurrentNow); });
+    }
+}
+
 void SessionLists::OnStarted()
 {
     if (requestedAt.isEmpty() && !merge.IsActive()) {
@@ -75,12 +116,14 @@ void SessionLists::OnFinished(const ListMerge::Files& files)
 void SessionLists::OnError(const QString& message)
 {
     End();
+    TellWaiting(isMerged);
     context.cloud.Fail(CloudProblem::Request::List, {}, message, context.cloud.Failures().Take());
 }
 
 void SessionLists::OnCanceled()
 {
     End();
+    TellWaiting(isMerged);
     context.cloud.Fail(CloudProblem::Request::List, {}, "Files list request canceled", {});
 }
 
@@ -130,6 +173,7 @@ void SessionLists::CatchUp()
 {
     if (!isOutdated || !context.cloud.IsSignedIn()) {
         isOutdated = false; // whoever signs in asks for the list
+        TellWaiting(isMerged);
         return;
     }
     catchUp.start();

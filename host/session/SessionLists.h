@@ -9,6 +9,8 @@
 #include <QTimer>
 
 #include <chrono>
+#include <functional>
+#include <vector>
 
 namespace Norlis::Host {
 
@@ -26,8 +28,11 @@ public:
 
     void Refresh();
 
-    /// Whether a list has been requested, or has come and is not merged yet.
-    bool IsUnderWay() const;
+    // See ListState.
+
+    bool IsCurrent() const;
+    bool IsMerged() const;
+    void WhenCurrent(std::function<void(bool isCurrent)> then);
 
 private:
     void OnStarted();
@@ -37,6 +42,10 @@ private:
 
     /// When the list was requested that has just ended; lists arrive in the order of their requests.
     ChangeJournal::Time End();
+
+    /// Whether a list has been requested, or has come and is not merged yet.
+    bool IsUnderWay() const;
+    void TellWaiting(bool isCurrentNow);
 
     void AwaitChange();
     void StartPolling();
@@ -49,6 +58,8 @@ private:
     const SessionContext context;
     ListMerge& merge;
     QQueue<ChangeJournal::Time> requestedAt;
+    std::vector<std::function<void(bool)>> waiting; ///< see WhenCurrent
+    bool isMerged = true;                           ///< a list, since the sign-in
     bool isAutomatic = false;
     bool isAwaitingChange = false; ///< the service will tell
     bool isOutdated = false;       ///< it has told of a change since the last list was requested

@@ -11,12 +11,8 @@ using PDF::FileInfo;
 using PDF::Cloud::AbstractCloudManager;
 using Social::OAuth2::FailureKind;
 
-SessionRemovals::SessionRemovals(const SessionContext& context, std::function<bool()> isListing)
-    : context(context),
-      isListing(std::move(isListing))
+SessionRemovals::SessionRemovals(const SessionContext& context, const ListState& list) : context(context), list(list)
 {
-    connect(&context.session, &CloudSession::ListRefreshed, this, &SessionRemovals::GoOn);
-    connect(&context.session, &CloudSession::Failed, this, &SessionRemovals::GoOn);
     const auto& manager = context.cloud.Manager();
     connect(&manager, &AbstractCloudManager::RemoveFileFinished, this, &SessionRemovals::OnFinished);
     connect(&manager, &AbstractCloudManager::RemovingFileError, this, &SessionRemovals::OnError);
@@ -94,10 +90,23 @@ void SessionRemovals::Send(const QString& id, quint64 turn)
 
 void SessionRemovals::Request(const QString& id, const std::optional<CloudFacts>& seen)
 {
-    if (isListing()) {
-        waiting.push_back([this, id, seen] { Request(id, seen); });
+    if (!context.cloud.IsSignedIn()) {
+        RequestNow(id, seen); // which fails, and says why
         return;
     }
+    list.whenCurrent([this, guard = lifetime.Watch(), id, seen](bool isCurrent) {
+        if (guard && isCurrent) {
+            RequestNow(id, seen);
+        } else if (guard) {
+            const auto* document = context.documents.Find(id);
+            Refuse(id, document ? FromUtf8(document->facts.name) : id, "The list of documents is not up to date",
+                   "Refresh the list, and remove it again.", FailureKind::Unavailable);
+        }
+    });
+}
+
+void SessionRemovals::RequestNow(const QString& id, const std::optional<CloudFacts>& seen)
+{
     const auto* document = context.documents.Find(id);
     if (!document && pending.contains(id)) {
         EndWithSuccess(id); // somebody else was faster
@@ -120,16 +129,6 @@ void SessionRemovals::Request(const QString& id, const std::optional<CloudFacts>
         const auto record = context.documents.CloudRecordOf(id);
         requested[record.get()] = record;
         context.cloud.Manager().RemoveFile(record);
-    }
-}
-
-void SessionRemovals::GoOn()
-{
-    if (!isListing()) {
-        const auto requests = std::exchange(waiting, {});
-        for (const auto& request : requests) {
-            Later(this, request);
-        }
     }
 }
 

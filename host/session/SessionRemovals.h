@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ListState.h"
 #include "SessionContext.h"
 
 #include <QTimer>
@@ -14,12 +15,10 @@ namespace Norlis::Host {
 /// The session's removals of documents from the cloud. Each ends in DocumentRemoved or Failed, unless it is taken back
 /// in time.
 ///
-/// Only the version is removed that the list showed when it was asked for. The service compares with what it has listed
-/// last; while a list is on its way to the session, that may be one which nobody has seen, so the request waits for it.
+/// Only the version is removed that the list showed when it was asked for.
 class SessionRemovals : public QObject {
 public:
-    /// \param isListing whether a list has been requested that the session does not have yet
-    SessionRemovals(const SessionContext& context, std::function<bool()> isListing);
+    SessionRemovals(const SessionContext& context, const ListState& list);
 
     void Start(const QString& id);
 
@@ -47,7 +46,7 @@ private:
 
     /// Unless the document has another version by now than the one that was seen.
     void Request(const QString& id, const std::optional<CloudFacts>& seen);
-    void GoOn();
+    void RequestNow(const QString& id, const std::optional<CloudFacts>& seen);
 
     // Both emit as the last thing that they do, so the session may be gone afterwards.
 
@@ -63,8 +62,7 @@ private:
     void OnError(const std::shared_ptr<const PDF::FileInfo>& record, const QString& message);
 
     const SessionContext context;
-    const std::function<bool()> isListing;
-    std::vector<std::function<void()>> waiting; ///< for a list
+    const ListState list;
 
     /// The records whose removal was requested. The cloud manager also removes, without being asked, what a failed
     /// upload may have left behind; nobody wants to hear of that.

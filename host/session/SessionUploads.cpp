@@ -56,8 +56,9 @@ std::pair<QString, QString> Obstacle(const QString& path)
 
 } // namespace
 
-SessionUploads::SessionUploads(const SessionContext& context, const QString& linkFolder)
+SessionUploads::SessionUploads(const SessionContext& context, const ListState& list, const QString& linkFolder)
     : context(context),
+      list(list),
       linkFolder(linkFolder)
 {
     const auto& manager = context.cloud.Manager();
@@ -94,10 +95,8 @@ void SessionUploads::StartChanges(const QString& id, bool isNewerSeen)
     upload->path = ToText(held->GetPath());
     upload->subject = upload->path;
     upload->document = id;
-    upload->isNewerSeen = isNewerSeen;
-    if (isNewerSeen) {
-        // Now: while the file is read, a list may come that shows yet another version.
-        context.cloud.AcceptListedVersion(id, upload->path, held->GetRedactableCloudInfo()->GetMd5Hash());
+    if (const auto* document = context.documents.Find(id); document && isNewerSeen) {
+        upload->seen = document->facts;
     }
     AskToSignIn();
     Enter(upload);
@@ -115,7 +114,7 @@ void SessionUploads::StartReplacement(const QString& id, const QString& path)
     upload->subject = path;
     upload->document = id;
     upload->isCopy = false;
-    context.cloud.AcceptListedVersion(id, path, document->facts.hash);
+    upload->seen = document->facts;
     AskToSignIn();
     Enter(upload);
 }
@@ -286,7 +285,9 @@ void SessionUploads::Send(const UploadPointer& upload)
         const auto status = replaced->GetCloudStatus();
         const bool isNewerThere =
             status == FileInfo::CloudStatus::ChangedInCloud || status == FileInfo::CloudStatus::ChangedOnBothSides;
-        if (upload->isCopy && !upload->isNewerSeen && isNewerThere) {
+        const auto* document = context.documents.Find(upload->document);
+        const bool isOther = upload->seen && document && !document->facts.IsSameVersionAs(*upload->seen);
+        if (isOther || (!upload->seen && upload->isCopy && isNewerThere)) {
             End(upload);
             Refuse(upload, "The document in the cloud has changed since you last saw it",
                    "Look at the version in the cloud first. To keep both, upload yours under another name.",
@@ -305,6 +306,21 @@ void SessionUploads::Send(const UploadPointer& upload)
         End(upload);
         context.cloud.RequireSignIn(CloudProblem::Request::Upload, {upload->subject, FileNameOf(upload->path)});
         return;
+    }
+    // What the copy was made from is remembered by the protocol; what the user has seen is in the list.
+    if (replaced && !(upload->seen ? list.isCurrent() : list.isMerged())) {
+        list.whenCurrent([this, guard = lifetime.Watch(), upload](bool isCurrent) {
+            if (guard && isCurrent) {
+                Begin(upload);
+            } else if (guard && End(upload)) {
+                Refuse(upload, "The list of documents is not up to date", "Refresh the list, and upload it again.",
+                       FailureKind::Unavailable);
+            }
+        });
+        return;
+    }
+    if (replaced && upload->seen) {
+        context.cloud.AcceptListedVersion(upload->document, upload->path, upload->seen->hash);
     }
     upload->isSent = true;
     sentUploads[upload->path] = upload;

@@ -1,10 +1,12 @@
 #pragma once
 
+#include "ListState.h"
 #include "SessionContext.h"
 
 #include <QHash>
 #include <QTemporaryDir>
 
+#include <optional>
 #include <unordered_set>
 
 namespace Norlis::Host {
@@ -15,7 +17,7 @@ namespace Norlis::Host {
 class SessionUploads : public QObject {
 public:
     /// \param linkFolder where files get other names; created when it is needed
-    SessionUploads(const SessionContext& context, const QString& linkFolder);
+    SessionUploads(const SessionContext& context, const ListState& list, const QString& linkFolder);
 
     void Start(const QStringList& paths);
     /// \param isNewerSeen the user knows of the version in the cloud, and wants it replaced
@@ -38,10 +40,10 @@ private:
         QString path;    ///< that is sent
         QString subject; ///< the path by which the session's signals name it
         QString normalizedPath;
-        QString document;         ///< the one that is replaced; empty for a new one
-        bool isCopy = true;       ///< the file is the local copy of that document
-        bool isNewerSeen = false; ///< a newer version of the document is to be replaced, too
-        QString origin;           ///< the document of which it ceases to be the local copy; empty when there is none
+        QString document;               ///< the one that is replaced; empty for a new one
+        bool isCopy = true;             ///< the file is the local copy of that document
+        std::optional<CloudFacts> seen; ///< the version that the user wants replaced; nothing for the copy's own
+        QString origin; ///< the document of which it ceases to be the local copy; empty when there is none
         std::unique_ptr<QTemporaryDir> link; ///< in which the file has another name
         bool isSent = false;
         bool isWaiting = false;
@@ -83,6 +85,7 @@ private:
     void OnCanceled(const QString& path);
 
     const SessionContext context;
+    const ListState list;
     const QString linkFolder;
     std::unordered_set<UploadPointer> uploads;
     QHash<QString, UploadPointer> uploadsByFile; ///< by normalised path

@@ -3,6 +3,7 @@
 #include <NorlisCloud/RecordKeys.h>
 
 #include <QByteArray>
+#include <QFileInfo>
 
 #include <utility>
 
@@ -64,6 +65,12 @@ std::map<std::string, std::map<std::string, std::string>> ListStorage::ReadAll()
         own.syncHash = Text(fields, RecordKey::lastSyncFileHash);
         own.pictures = Text(fields, RecordKey::previewPath);
         fields.erase(RecordKey::previewPath); // of which the list takes only two for what they are
+        // The list would follow a link that has taken the copy's place, and take what it leads to for the copy.
+        KeepIf(fields, RecordKey::filePath, [](const QByteArray& text) {
+            const QString path = QString::fromUtf8(text);
+            const QString real = QFileInfo(path).canonicalFilePath();
+            return real.isEmpty() || real == path;
+        });
         KeepIf(fields, RecordKey::cloudSize, [&own](const QByteArray& text) {
             bool fits = false;
             text.toUInt(&fits);

@@ -49,6 +49,10 @@ Reply Busy(const QString& what, const QString& name)
                         "Try again in a moment. If that does not help, end the other program.");
 }
 
+const auto beforeReplacing =
+    QStringLiteral("Look at the version in the cloud first. To keep both, upload yours under another name.");
+const auto beforeRemoving = QStringLiteral("Refresh the list, and remove it again if you still want to.");
+
 /// The reply to a change that was not made.
 Reply NotChanged(DocumentChange::Outcome outcome, const QString& what, const QString& name, const QString& error,
                  const QString& adviceOnConflict)
@@ -147,8 +151,7 @@ public:
         if (outcome == DocumentChange::Outcome::Done) {
             return transfers.Uploaded(request, name, change->Version(), source);
         }
-        return NotChanged(*outcome, upload, name, change->ErrorText(),
-                          "Look at the version in the cloud first. To keep both, upload yours under another name.");
+        return NotChanged(*outcome, upload, name, change->ErrorText(), beforeReplacing);
     }
 
     bool IsWaiting() const override
@@ -254,8 +257,7 @@ public:
         }
         return outcome == DocumentChange::Outcome::Done
                    ? Reply()
-                   : NotChanged(*outcome, removal, name, change.ErrorText(),
-                                "Refresh the list, and remove it again if you still want to.");
+                   : NotChanged(*outcome, removal, name, change.ErrorText(), beforeRemoving);
     }
 
     bool IsWaiting() const override
@@ -328,8 +330,12 @@ FolderTransfers::Plan FolderTransfers::Upload(const Request::Upload& request)
     task.permissions = PermissionsOf(replaced ? replaced->path : request.localPath);
     task.expectedMd5 = request.md5Hash.toLower();
     if (replaced) {
-        const auto expected = Expected(seen.ForUpload(replaced->id, request.localPath), *replaced);
-        task.target = std::make_unique<Replacement>(*this, request, name, expected);
+        const auto ofFile = seen.ForUpload(replaced->id, request.localPath);
+        const auto expected = Expected(ofFile ? ofFile : seen.ForRemoval(replaced->id));
+        if (!expected) {
+            return NotChanged(DocumentChange::Outcome::Changed, upload, name, {}, beforeReplacing);
+        }
+        task.target = std::make_unique<Replacement>(*this, request, name, *expected);
     } else {
         task.target = std::make_unique<NewDocument>(*this, request, name);
     }
@@ -345,14 +351,16 @@ std::variant<std::unique_ptr<FolderJob>, Reply> FolderTransfers::Remove(const Re
     if (const auto reason = store.PrepareOwnFolder()) {
         return FailureReply(removal, document->name, *reason, checkWriting);
     }
-    const auto expected = Expected(seen.ForRemoval(document->id), *document);
-    return std::make_unique<Removal>(store, document->name, expected);
+    const auto expected = Expected(seen.ForRemoval(document->id));
+    if (!expected) {
+        return NotChanged(DocumentChange::Outcome::Changed, removal, document->name, {}, beforeRemoving);
+    }
+    return std::make_unique<Removal>(store, document->name, *expected);
 }
 
-SeenVersion FolderTransfers::Expected(const std::optional<QString>& seenVersion, const FolderDocument& document) const
+std::optional<SeenVersion> FolderTransfers::Expected(const std::optional<QString>& seenVersion)
 {
-    const auto version = SeenVersion::FromText(seenVersion.value_or(QString()));
-    return version ? *version : SeenVersion{document.version, store.HashOf(document).md5Hash, document.isSettled};
+    return SeenVersion::FromText(seenVersion.value_or(QString()));
 }
 
 std::optional<Reply> FolderTransfers::Refusal(const QString& name, qint64 size, const QString& replacedDocument)

@@ -31,8 +31,8 @@ private:
     class NewDocument;
     class Removal;
 
-    /// The version of a document that a request starts from: the one that was seen, or else the one that is there now.
-    SeenVersion Expected(const std::optional<QString>& seenVersion, const FolderDocument& document) const;
+    /// The version of a document that a request starts from: the one that was seen.
+    static std::optional<SeenVersion> Expected(const std::optional<QString>& seenVersion);
 
     /// The reason when a document of a size, in bytes, would exceed the storage limit.
     std::optional<QString> ValidateSize(qint64 size, const QString& replacedDocument);

@@ -189,8 +189,7 @@ std::error_code FolderTurn::PutBack(const Change& change) const
     if (!mayGo() && change.fresh.IsFile() && FileIdentity::OfPath(path).HasContentOf(change.fresh)) {
         Files::Exchange(aside, path);
     }
-    if (mayGo()) {
-        QFile::remove(aside);
+    if (mayGo() && QFile::remove(aside)) {
         return {};
     }
     constexpr int maxNumber = 10'000;

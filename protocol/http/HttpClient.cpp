@@ -81,12 +81,13 @@ bool IsSafe(const QByteArray& method)
     return method == "GET" || method == "HEAD" || method == "OPTIONS" || method == "PROPFIND";
 }
 
-/// What changes a file may be meant for the same file elsewhere. Portals redirect whatever they are asked to a page of
-/// theirs, or to the collection, and that must not be deleted in the place of a file.
-bool IsOfSameName(const QByteArray& url, const QByteArray& otherUrl)
+/// What changes a file is meant for that file, and for none of the same name in another folder. Portals redirect
+/// whatever they are asked to a page of theirs, or to the collection, and that must not be deleted in the place of a
+/// file.
+bool IsOfSamePath(const QByteArray& url, const QByteArray& otherUrl)
 {
-    const auto nameIn = [](const QByteArray& each) { return QUrl::fromEncoded(each).fileName(QUrl::FullyDecoded); };
-    return nameIn(url) == nameIn(otherUrl);
+    const auto pathIn = [](const QByteArray& each) { return QUrl::fromEncoded(each).path(QUrl::FullyDecoded); };
+    return pathIn(url) == pathIn(otherUrl);
 }
 
 bool IsRedirect(int status)
@@ -293,7 +294,7 @@ bool HttpClient::Follow(Pending& pending, HttpResponse& response)
         const QByteArray origin = OriginOfUrl(target);
         response.faultText = QStringLiteral("The server redirects to another address: %1")
                                  .arg(QString::fromUtf8(origin.isEmpty() ? "not a web address" : origin));
-    } else if (!IsSafe(pending.request.method) && !IsOfSameName(target, pending.request.url)) {
+    } else if (!IsSafe(pending.request.method) && !IsOfSamePath(target, pending.request.url)) {
         response.faultText = QStringLiteral("The server redirects to something else");
     } else if (++pending.redirects > maxRedirects) {
         response.faultText = QStringLiteral("The server redirects in circles");

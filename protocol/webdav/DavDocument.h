@@ -21,6 +21,7 @@ struct DavDocument {
     QDateTime createdAt;
     QString fileId;          ///< the server's own; empty when it has none
     bool hasPreview = false; ///< the server renders previews of it
+    bool wasShown = true;    ///< somebody was told of this version
 
     QString Name() const
     {

@@ -14,9 +14,10 @@ constexpr int maxAttempts = 10; // together five seconds
 
 } // namespace
 
-DocumentLock::DocumentLock(WebDavSession& session, const QByteArray& name, HttpRequest::Lane lane)
+DocumentLock::DocumentLock(WebDavSession& session, const DavDocument& document, HttpRequest::Lane lane)
     : session(session),
-      url(session.collection.UrlOf(name)),
+      url(session.collection.UrlOf(document.name)),
+      wasEmpty(document.size.value_or(0) == 0),
       lane(lane),
       files(session, lane),
       requests(session.http)
@@ -95,7 +96,7 @@ void DocumentLock::LookWhatWasLocked()
     // What a lock makes is empty. There are servers that say "created" of the lock, and it is a document that they have
     // locked.
     files.LookAt(url, [this](const HttpResponse& response, const std::optional<DavEntry>& entry) {
-        if (entry && entry->size == 0) {
+        if (entry && entry->size == 0 && !wasEmpty) {
             RemoveWhatWasMade();
         } else if (entry) {
             End(IsHeld() ? Outcome::Locked : Outcome::Unsupported);
@@ -110,7 +111,9 @@ void DocumentLock::LookWhatWasLocked()
 
 void DocumentLock::RemoveWhatWasMade()
 {
-    requests.Send(Allow(OnLane(lane, Delete(url))), [this](HttpResponse&&) {
+    HttpRequest remove = Allow(OnLane(lane, Delete(url)));
+    remove.isRepeatable = false; // the second time it may meet somebody's new document
+    requests.Send(remove, [this](HttpResponse&&) {
         token.clear(); // has gone with it
         End(Outcome::Missing);
     });

@@ -26,8 +26,8 @@ public:
     };
     using Done = std::function<void(Outcome)>;
 
-    /// \param name of a document that has just been seen: some servers make one of a name that is free
-    DocumentLock(WebDavSession& session, const QByteArray& name, HttpRequest::Lane lane);
+    /// \param document that has just been seen: some servers make one of a name that is free
+    DocumentLock(WebDavSession& session, const DavDocument& document, HttpRequest::Lane lane);
 
     /// Gives back the lock, in the background.
     ~DocumentLock() override;
@@ -65,6 +65,7 @@ private:
 
     WebDavSession& session;
     const QByteArray url;
+    const bool wasEmpty; ///< the document, so that it looks like one that a lock has made
     const HttpRequest::Lane lane;
     QByteArray token;                              ///< with its angle brackets; empty without a lock
     std::chrono::system_clock::time_point askedAt; ///< by a clock that goes on while the computer sleeps

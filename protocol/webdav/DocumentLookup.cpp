@@ -59,6 +59,9 @@ void DocumentLookup::FetchList()
 void DocumentLookup::Adopt(DavDocuments&& found)
 {
     // Nobody is shown this list: of a document that is known, the version to replace or remove is the one that was.
+    for (DavDocument& each : found) {
+        each.wasShown = false;
+    }
     for (const DavDocument& known : qAsConst(session.documents)) {
         const auto now = found.find(known.id);
         if (now != found.end() && now->name == known.name) {

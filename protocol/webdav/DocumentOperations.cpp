@@ -3,10 +3,14 @@
 #include <contracts/NorlisCloudProtocol.h>
 #include <protocol/dav/EntityTag.h>
 
+#include <QTimer>
+
 namespace Norlis::Social {
 
 namespace {
 
+constexpr int maxAttempts = 3; // of a removal that breaks off
+constexpr int pause = 400;     // milliseconds between them
 constexpr qint64 bytesPerMiB = 1024 * 1024;
 constexpr qint64 unlimited = -3; // as Nextcloud writes it
 
@@ -111,6 +115,10 @@ RemoveOperation::RemoveOperation(qint64 id, const QString& document, const std::
 void RemoveOperation::OnFound(const DavDocument& known)
 {
     isUnderWay = true;
+    if (!known.wasShown) {
+        End(ConflictReply(what, known));
+        return;
+    }
     const auto onLooked = [this, known](const HttpResponse& response, const std::optional<DavEntry>& entry) {
         if (IsMissing(response.Status())) { // deleted by somebody else
             Succeed(known);
@@ -127,20 +135,18 @@ void RemoveOperation::LockAndLook(const DavDocument& known)
 {
     announcement.emplace(session->looks);
     if (!lock) {
-        lock = std::make_unique<DocumentLock>(*session, known.name, HttpRequest::Lane::Control);
+        lock = std::make_unique<DocumentLock>(*session, known, HttpRequest::Lane::Control);
     }
     lock->Acquire([this, known](DocumentLock::Outcome outcome) {
         switch (outcome) {
         case DocumentLock::Outcome::Locked:
         case DocumentLock::Outcome::Unsupported:
+        case DocumentLock::Outcome::Missing: // which there are servers that say of the method
             LookAtVersion(known);
             break;
         case DocumentLock::Outcome::Taken:
             End(FailureReply(what, known.Name(), "Somebody else is changing the document at this moment: it is locked",
                              "Try again in a minute."));
-            break;
-        case DocumentLock::Outcome::Missing:
-            Succeed(known);
             break;
         case DocumentLock::Outcome::Failed:
             Fail(known, lock->Failure());
@@ -172,12 +178,11 @@ void RemoveOperation::SendDelete(const DavDocument& known, const DavEntry& entry
     if (!lock->IsHeld() && EntityTag{entry.etag}.IsStrong()) {
         request = IfMatch(request, entry.etag);
     }
+    request.isRepeatable = false; // the second time it may meet somebody's new document
+    ++attempts;
     requests.Send(request, [this, known](HttpResponse&& response) {
         const ChangeResult result = JudgeChange(response);
-        if (IsMissing(result.response.Status())) { // deleted by somebody else
-            Succeed(known);
-        } else if (result.response.Status() == 412 &&
-                   lock->IsHeld()) { // some servers take no lock that they have given
+        if (result.response.Status() == 412 && lock->IsHeld()) { // some servers take no lock that they have given
             lock->GiveUp([this, known] { LookAtVersion(known); });
         } else if (result.outcome == ChangeResult::Outcome::Refused) {
             Fail(known, result.response);
@@ -192,11 +197,15 @@ void RemoveOperation::LookWhetherGone(const DavDocument& known, const ChangeResu
     const auto onLooked = [this, known, result](const HttpResponse& response, const std::optional<DavEntry>& entry) {
         if (IsMissing(response.Status())) {
             Succeed(known);
+        } else if (!result.IsDone() && entry && MayTryAgain(result.response)) {
+            QTimer::singleShot(pause, lock.get(), [this, known] { LockAndLook(known); });
+        } else if (!result.IsDone() && entry) { // whatever it was called: it is there
+            End(session->FailureReplyTo(what, known.Name(), result.response));
         } else if (!result.IsDone()) {
             Fail(known, result.response);
         } else if (!entry) {
             Fail(known, response);
-        } else if (!FileOf(*entry, known.name).IsVersion(known.Version())) {
+        } else if (entry->size != known.size) {
             Succeed(known); // what stands there now is somebody's new document, or the trace of somebody's lock
         } else {
             End(FailureReply(what, known.Name(), "There is still a document of that name in the cloud",
@@ -204,12 +213,21 @@ void RemoveOperation::LookWhetherGone(const DavDocument& known, const ChangeResu
         }
     };
     announcement.reset();
-    if (result.IsDone() && result.response.url == session->collection.UrlOf(known.name)) {
+    if (result.IsDone()) {
         session->looks.Look(known.name, GroupedLooks::Expected::Gone, GroupedLooks::Wait::ForAnnounced,
                             lifetime.Watch(), onLooked);
     } else {
-        files.LookAt(result.response.url, onLooked);
+        files.Look(known.name, onLooked);
     }
+}
+
+bool RemoveOperation::MayTryAgain(const HttpResponse& response) const
+{
+    const int status = response.Status();
+    const bool isPassing = response.fault == HttpResponse::Fault::Broken ||
+                           response.fault == HttpResponse::Fault::Unreachable || status == 423 || status == 502 ||
+                           status == 503 || status == 504;
+    return isPassing && attempts < maxAttempts;
 }
 
 void RemoveOperation::Succeed(const DavDocument& removed)

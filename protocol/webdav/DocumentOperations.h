@@ -63,11 +63,15 @@ private:
     void LookAtVersion(const DavDocument& known);
     void SendDelete(const DavDocument& known, const DavEntry& entry);
     void LookWhetherGone(const DavDocument& known, const ChangeResult& result);
+
+    /// Whether it may come to another end the next time.
+    bool MayTryAgain(const HttpResponse& response) const;
     void Succeed(const DavDocument& removed);
 
     FileRequests files;
     std::unique_ptr<DocumentLock> lock;
     std::optional<GroupedLooks::Announcement> announcement;
+    int attempts = 0;
     bool isUnderWay = false;
     Lifetime lifetime; ///< a look that others wait for goes on
 };

@@ -67,7 +67,7 @@ void Publication::Replace(const DavDocument& old)
     replaced = old;
     wantedName = old.name;
     name = old.name;
-    lock = std::make_unique<DocumentLock>(session, name, HttpRequest::Lane::Transfer);
+    lock = std::make_unique<DocumentLock>(session, old, HttpRequest::Lane::Transfer);
     LockReplaced();
 }
 
@@ -82,14 +82,12 @@ void Publication::OnLocked(DocumentLock::Outcome outcome)
     switch (outcome) {
     case DocumentLock::Outcome::Locked:
     case DocumentLock::Outcome::Unsupported:
+    case DocumentLock::Outcome::Missing: // which there are servers that say of the method
         LookAtReplaced();
         break;
     case DocumentLock::Outcome::Taken:
         Fail(Failure("Somebody else is changing the document at this moment: it is locked", "Try again in a minute."),
              uploaded.name);
-        break;
-    case DocumentLock::Outcome::Missing:
-        GiveWay();
         break;
     case DocumentLock::Outcome::Failed:
         Fail(session.FailureReplyTo(what, FromUtf8(wantedName), lock->Failure()), uploaded.name);
@@ -118,7 +116,7 @@ void Publication::LookAtReplaced()
 
 void Publication::LockUploaded()
 {
-    uploadedLock = std::make_unique<DocumentLock>(session, uploaded.name, HttpRequest::Lane::Transfer);
+    uploadedLock = std::make_unique<DocumentLock>(session, uploaded, HttpRequest::Lane::Transfer);
     uploadedLock->Acquire([this](DocumentLock::Outcome) { Move(); });
 }
 

@@ -67,7 +67,11 @@ void UploadOperation::Start()
         if (document) {
             name = document->name;
             const auto copy = session->versions.Find(request.document, request.localPath);
-            LookAtReplaced(copy ? copy->version : document->Version());
+            if (copy || document->wasShown) {
+                LookAtReplaced(copy ? copy->version : document->Version());
+            } else {
+                End(ConflictReply(what, *document));
+            }
         } else {
             failure.failure.document = Name();
             End(std::move(failure));

@@ -226,7 +226,7 @@ TEST_F(RendererProcessTest, ADocumentThatTakesTooLongIsGivenUp)
 {
     RendererProcess renderer(fakes.Make("hang"), 300);
     const Outcome outcome = Render(renderer);
-    EXPECT_THAT(outcome.reason, HasSubstr("longer than 0.6 seconds"));
+    EXPECT_THAT(outcome.reason, HasSubstr("longer than 0.3 seconds"));
     EXPECT_THAT(ChildProcesses("FakeRenderer"), IsEmpty());
     EXPECT_THAT(Render(renderer, "b.pdf").reason, HasSubstr("longer"));
 }

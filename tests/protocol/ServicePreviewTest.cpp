@@ -38,6 +38,7 @@ TEST_P(ServicePreviewTest, ChangedContentHasANewPictureInTheCacheToo)
     preview = other.Preview(id, {100, 100});
     ASSERT_TRUE(preview->Succeeds());
     EXPECT_EQ(ColorOf(preview->payload), QColor(Qt::blue));
+    ASSERT_TRUE(other.List()->Succeeds()); // what is to be replaced has to be seen
     const auto upload = other.Upload(LocalFile("b.pdf", PdfOfColor(Qt::green)), id);
     ASSERT_TRUE(upload->Succeeds());
     preview = other.Preview(id, {100, 100});

@@ -1,7 +1,10 @@
+#include <host/session/OtherName.h>
 #include <tests/support/ProgramTest.h>
 
+#include <QDate>
 #include <QDir>
 #include <QFileInfo>
+#include <QSysInfo>
 
 namespace Norlis::Test {
 
@@ -110,6 +113,30 @@ TEST_F(DownloadTest, AFileInTheWayCanGetAnotherNameOrBeLeftAlone)
     names.removeAll("report.pdf");
     EXPECT_TRUE(names.first().startsWith("report (from ")) << names.first().toStdString();
     EXPECT_EQ(ContentOf(Home() + "/out/" + names.first()), "mine");
+}
+
+TEST_F(DownloadTest, NothingIsWrittenThroughALinkInTheWay)
+{
+    MakeFile("Cloud/report.pdf", "from the cloud");
+    MakeFile("out/report.pdf", "mine");
+    const QString other = Host::OtherNameOf("report.pdf", QSysInfo::machineHostName(), QDate::currentDate(),
+                                            [](const QString&) { return false; });
+    ASSERT_TRUE(QFile::link(Home() + "/victim.pdf", Home() + "/out/" + other)); // which leads nowhere
+    EXPECT_EQ(Run({"download", "report.pdf", "--to", "out", "--on-conflict=both"}).exitStatus, 0);
+    EXPECT_FALSE(QFile::exists(Home() + "/victim.pdf"));
+    EXPECT_EQ(ContentOf(Home() + "/out/report.pdf"), "from the cloud");
+}
+
+TEST_F(DownloadTest, ALinkInThePlaceOfACopyIsNotTheCopy)
+{
+    MakeFile("Cloud/report.pdf", "from the cloud");
+    ASSERT_EQ(Run({"download", "report.pdf", "--to", "."}).exitStatus, 0);
+    MakeFile("elsewhere/secret.txt", "a secret");
+    ASSERT_TRUE(QFile::remove(Home() + "/report.pdf"));
+    ASSERT_TRUE(QFile::link(Home() + "/elsewhere/secret.txt", Home() + "/report.pdf"));
+    EXPECT_EQ(Run({"download", "report.pdf", "--to", ".", "--on-conflict=theirs"}).exitStatus, 1);
+    EXPECT_EQ(ContentOf(Home() + "/elsewhere/secret.txt"), "a secret");
+    EXPECT_FALSE(Run({"list", "--json"}).output.contains("secret"));
 }
 
 TEST_F(DownloadTest, ACopyWithChangesCanBeReplaced)

@@ -148,7 +148,7 @@ TEST_F(DocumentsWindowTest, WhatActsOnDocumentsNeedsASelectedOne)
     ASSERT_TRUE(Shows({"a.pdf"}));
     const auto enabled = [this] {
         QStringList actions;
-        for (const char* const text : {"Upload…", "Download", "Download To…", "Open", "Upload Changes", "Remove…"}) {
+        for (const char* const text : {"Upload…", "Download", "Download To…", "Open", "Upload Changes", "Remove"}) {
             if (Action(text)->isEnabled()) {
                 actions.append(text);
             }
@@ -157,7 +157,7 @@ TEST_F(DocumentsWindowTest, WhatActsOnDocumentsNeedsASelectedOne)
     };
     EXPECT_EQ(enabled(), QStringList{"Upload…"});
     Select({"a.pdf"});
-    EXPECT_EQ(enabled(), QStringList({"Upload…", "Download", "Download To…", "Open", "Remove…"}));
+    EXPECT_EQ(enabled(), QStringList({"Upload…", "Download", "Download To…", "Open", "Remove"}));
     Select({});
     EXPECT_EQ(enabled(), QStringList{"Upload…"});
 }

@@ -81,7 +81,20 @@ TEST_F(OpeningTest, WhatIsSavedInAnotherProgramCanBeSentAtOnce)
     ClickButton("Upload Changes");
     EXPECT_TRUE(WaitUntil([&] { return ReadFile(Cloud("a.pdf")) == changed; }));
     EXPECT_TRUE(IsUpToDate("a.pdf"));
-    EXPECT_EQ(Message(), "");
+    EXPECT_TRUE(WaitUntil([&] { return Message() == ""; }));
+}
+
+TEST_F(OpeningTest, WhatIsSavedAfterItsDocumentHasGoneCanBecomeANewOne)
+{
+    ASSERT_NO_FATAL_FAILURE(OpenFromCloud());
+    const QByteArray changed = PdfOfText("changed");
+    WriteFile(opened.paths.first(), changed);
+    ASSERT_TRUE(WaitUntil([&] { return Message() == "“a.pdf” was changed."; }));
+    ASSERT_TRUE(QFile::remove(Cloud("a.pdf")));
+    Refresh();
+    ASSERT_TRUE(WaitUntil([&] { return Message().startsWith("“a.pdf” is no longer in the cloud."); }));
+    ClickButton("Upload as New");
+    EXPECT_TRUE(WaitUntil([&] { return ReadFile(Cloud("a.pdf")) == changed; }));
 }
 
 TEST_F(OpeningTest, WhatIsSavedWhileTheCloudHasAnotherVersionAsksWhatToDo)

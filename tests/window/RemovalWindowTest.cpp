@@ -36,7 +36,7 @@ TEST_F(RemovalWindowTest, RemovalOfManyDocumentsAsksOnce)
     ASSERT_TRUE(Shows(names));
     EXPECT_TRUE(ReadFile(Cloud("10.pdf")));
     Select(names);
-    Action("Remove…")->trigger();
+    Action("Remove")->trigger();
     Answer("Remove");
     window->close(); // which does not wait any longer
     EXPECT_TRUE(WaitUntil([&] { return !window->isVisible(); }));

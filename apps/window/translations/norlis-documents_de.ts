@@ -87,10 +87,6 @@
         <translation>Die Dokumente in der Cloud mit Ihren Änderungen auf diesem Computer aktualisieren</translation>
     </message>
     <message>
-        <source>&amp;Remove…</source>
-        <translation>&amp;Entfernen …</translation>
-    </message>
-    <message>
         <source>Reload the list of documents</source>
         <translation>Die Dokumentliste neu laden</translation>
     </message>
@@ -141,6 +137,10 @@
     <message>
         <source>Choose what becomes of documents that were changed both here and in the cloud</source>
         <translation>Entscheiden, was aus Dokumenten wird, die hier und in der Cloud geändert wurden</translation>
+    </message>
+    <message>
+        <source>&amp;Remove</source>
+        <translation>&amp;Entfernen</translation>
     </message>
 </context>
 <context>
@@ -245,6 +245,25 @@
     <message>
         <source>Resolve…</source>
         <translation>Lösen …</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n documents have changes that are not in the cloud.</source>
+        <translation>
+            <numerusform>%n Dokument hat Änderungen, die nicht in der Cloud sind.</numerusform>
+            <numerusform>%n Dokumente haben Änderungen, die nicht in der Cloud sind.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>“%1” is no longer in the cloud.</source>
+        <translation>„%1“ ist nicht mehr in der Cloud.</translation>
+    </message>
+    <message>
+        <source>Your changes to it are in the file %1.</source>
+        <translation>Ihre Änderungen stehen in der Datei %1.</translation>
+    </message>
+    <message>
+        <source>Upload as New</source>
+        <translation>Als neu hochladen</translation>
     </message>
 </context>
 <context>
@@ -413,6 +432,13 @@
         <source>No password or token was given.</source>
         <translation>Es wurde kein Passwort oder Token angegeben.</translation>
     </message>
+    <message numerus="yes">
+        <source>%n document(s) have changes that are not in the cloud. Sign out anyway?</source>
+        <translation>
+            <numerusform>%n Dokument hat Änderungen, die nicht in der Cloud sind. Trotzdem abmelden?</numerusform>
+            <numerusform>%n Dokumente haben Änderungen, die nicht in der Cloud sind. Trotzdem abmelden?</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>Norlis::Window::MessageBar</name>
@@ -522,6 +548,17 @@
     <message>
         <source>Copies on this computer are kept. For ten seconds, Undo takes it back.</source>
         <translation>Kopien auf diesem Computer bleiben. Zehn Sekunden lang lässt es sich rückgängig machen.</translation>
+    </message>
+    <message numerus="yes">
+        <source>Open %n documents?</source>
+        <translation>
+            <numerusform>%n Dokument öffnen?</numerusform>
+            <numerusform>%n Dokumente öffnen?</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <translation>Öffnen</translation>
     </message>
 </context>
 <context>

@@ -24,6 +24,13 @@
             <numerusform>There are more than %n PDF documents in the folder.</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>%n documents have changes that are not in the cloud.</source>
+        <translation>
+            <numerusform>%n document has changes that are not in the cloud.</numerusform>
+            <numerusform>%n documents have changes that are not in the cloud.</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>Norlis::Window::DropHint</name>
@@ -32,6 +39,16 @@
         <translation>
             <numerusform>Drop to upload %n document</numerusform>
             <numerusform>Drop to upload %n documents</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>Norlis::Window::MainWindow</name>
+    <message numerus="yes">
+        <source>%n document(s) have changes that are not in the cloud. Sign out anyway?</source>
+        <translation>
+            <numerusform>%n document has changes that are not in the cloud. Sign out anyway?</numerusform>
+            <numerusform>%n documents have changes that are not in the cloud. Sign out anyway?</numerusform>
         </translation>
     </message>
 </context>
@@ -63,6 +80,13 @@
         <translation>
             <numerusform>Upload %n file?</numerusform>
             <numerusform>Upload %n files?</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Open %n documents?</source>
+        <translation>
+            <numerusform>Open %n document?</numerusform>
+            <numerusform>Open %n documents?</numerusform>
         </translation>
     </message>
 </context>

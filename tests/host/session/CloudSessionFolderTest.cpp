@@ -1,3 +1,4 @@
+#include <tests/support/Files.h>
 #include <tests/support/SessionTest.h>
 
 #include <QBuffer>
@@ -73,6 +74,61 @@ protected:
 
     const QString cloud = root.filePath("cloud");
 };
+
+TEST_F(CloudSessionFolderTest, WhatIsToBeReplacedIsTheVersionThatWasSeenWheneverItIsSent)
+{
+    Put("plan.pdf", "seen");
+    RefreshNow();
+    const QString id = IdOf("plan.pdf");
+    ASSERT_TRUE(QDir().rename(cloud, cloud + " away"));
+    Reopen(); // with the stored list
+    session->StaySignedIn("token");
+    ASSERT_TRUE(WaitForEvent("Failed"));
+    session->ReplaceWith(id, Write("mine.pdf", "mine"));
+    ASSERT_TRUE(WaitForEvent("UploadWaiting"));
+    ASSERT_TRUE(QDir().rename(cloud + " away", cloud));
+    Put("plan.pdf", "somebody's work");
+    const auto failures = CountOf("Failed");
+    session->TryNow();
+    ASSERT_TRUE(WaitForEvent("Failed", failures + 1));
+    EXPECT_EQ(problem.cause.kind, Social::OAuth2::FailureKind::Conflict);
+    EXPECT_EQ(ReadFile(cloud + "/plan.pdf"), QByteArray("somebody's work"));
+    session->ReplaceWith(id, Write("mine.pdf", "mine"));
+    ASSERT_TRUE(WaitForEvent("DocumentUploaded")); // now that the list shows it
+}
+
+TEST_F(CloudSessionFolderTest, NothingIsRemovedThatNoListOfThisSignInHasShown)
+{
+    Put("plan.pdf", "seen");
+    RefreshNow();
+    const QString id = IdOf("plan.pdf");
+    Put("plan.pdf", "somebody's work");
+    Reopen();
+    SignIn();
+    session->Remove(id);
+    ASSERT_TRUE(WaitForEvent("Failed"));
+    EXPECT_EQ(problem.cause.kind, Social::OAuth2::FailureKind::Conflict);
+    EXPECT_TRUE(QFile::exists(cloud + "/plan.pdf"));
+}
+
+TEST_F(CloudSessionFolderTest, ACopyWithChangesWhoseDocumentIsGoneIsMentioned)
+{
+    Put("plan.pdf", "plan");
+    Put("bill.pdf", "bill");
+    RefreshNow();
+    QSignalSpy left(session.get(), &Host::CloudSession::CopyLeftBehind);
+    for (const char* const name : {"plan.pdf", "bill.pdf"}) {
+        session->Download(IdOf(name), QFileInfo(PathOf(name)).path());
+        ASSERT_TRUE(WaitForEvent(std::string("DocumentDownloaded")));
+        Events();
+    }
+    Write("plan.pdf", "a better plan"); // of which the list does not know
+    ASSERT_TRUE(QFile::remove(cloud + "/plan.pdf") && QFile::remove(cloud + "/bill.pdf"));
+    RefreshNow();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return left.count() > 0; }, 20'000));
+    EXPECT_EQ(left.first().first().toString(), PathOf("plan.pdf"));
+    EXPECT_EQ(left.count(), 1);
+}
 
 TEST_F(CloudSessionFolderTest, AFolderThatIsGoneIsLookedForEveryFiveSeconds)
 {

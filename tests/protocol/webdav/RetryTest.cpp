@@ -83,7 +83,7 @@ TEST_F(RetryTest, BrokenConnectionIsTriedAgain)
     EXPECT_TRUE(client.Info(id)->Succeeds());
     server.Misbehave("DELETE", DoesItAndCloses());
     EXPECT_TRUE(client.Remove(id)->Succeeds());
-    EXPECT_GE(server.Count("DELETE"), 2);
+    EXPECT_EQ(server.Count("DELETE"), 1); // the second one might meet somebody's new document
 }
 
 TEST_F(RetryTest, TriesAreBounded)
