@@ -240,6 +240,7 @@ void CloudDocuments::ConnectSession()
     connect(session.get(), &CloudSession::ManyDocumentsGone, this, &CloudDocuments::manyDocumentsGone);
     connect(session.get(), &CloudSession::LocalCopyRead, this, &CloudDocuments::localCopyRead);
     connect(session.get(), &CloudSession::LocalCopyChanged, this, &CloudDocuments::localCopyChanged);
+    connect(session.get(), &CloudSession::CopyLeftBehind, this, &CloudDocuments::copyLeftBehind);
     connect(session.get(), &CloudSession::ReadyToClose, this, &CloudDocuments::readyToClose);
     connect(session.get(), &CloudSession::DocumentUploaded, this, &CloudDocuments::uploaded);
     connect(session.get(), &CloudSession::UploadCanceled, this, &CloudDocuments::uploadCanceled);

@@ -140,6 +140,7 @@ signals:
     void manyDocumentsGone(int gone, int before);
     void localCopyRead(const QString& path, const QString& id);
     void localCopyChanged(const QString& path, const QString& id);
+    void copyLeftBehind(const QString& path);
     void readyToClose();
     void uploadProgress(const QString& path, int percent);
     void uploaded(const QString& path, const QString& id);

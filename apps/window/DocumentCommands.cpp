@@ -127,7 +127,7 @@ void DocumentCommands::Upload(const QStringList& paths)
     QStringList changed;
     for (const QString& path : paths) {
         const QString known = idByPath.value(QFileInfo(path).canonicalFilePath());
-        if (!IsPdf(path)) {
+        if (QFileInfo::exists(path) && !IsPdf(path)) {
             refused.append(Apps::Printable(QFileInfo(path).fileName()));
         } else if (known.isEmpty()) {
             fresh.append(QFileInfo(path).absoluteFilePath());

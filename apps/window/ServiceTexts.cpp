@@ -34,7 +34,7 @@ constexpr const char* known[] = {
     QT_TRANSLATE_NOOP("ServiceTexts", "The server asks for a token"),
     QT_TRANSLATE_NOOP("ServiceTexts", "The server does not allow it"),
     QT_TRANSLATE_NOOP("ServiceTexts", "There is nothing at that address"),
-    QT_TRANSLATE_NOOP("ServiceTexts", "There is no collection at that address"),
+    QT_TRANSLATE_NOOP("ServiceTexts", "There is no folder at that address"),
     QT_TRANSLATE_NOOP("ServiceTexts", "The server cannot do this at that address"),
     QT_TRANSLATE_NOOP("ServiceTexts", "The server cannot do this"),
     QT_TRANSLATE_NOOP("ServiceTexts", "What is at that address does not speak WebDAV"),

@@ -106,11 +106,11 @@ QString StatusLine::OnlineText() const
 
 QString StatusLine::OfflineText() const
 {
-    constexpr int mostLetters = 60; // the rest is in the tool tip
+    // All of it is in the tool tip.
+    const int room = qMax(60 * fontMetrics().averageCharWidth(), width() * 6 / 10);
     QString shortReason = reason;
     shortReason.chop(reason.endsWith('.') ? 1 : 0);
-    shortReason =
-        fontMetrics().elidedText(shortReason, Qt::ElideMiddle, mostLetters * fontMetrics().averageCharWidth());
+    shortReason = fontMetrics().elidedText(shortReason, Qt::ElideMiddle, room);
     QStringList parts = {shortReason.isEmpty() ? tr("Offline") : tr("Offline: %1").arg(shortReason)};
     if (situation.refreshedAt.isValid()) {
         parts.append(tr("list of %1").arg(TimeText(situation.refreshedAt.time())));

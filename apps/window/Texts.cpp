@@ -33,6 +33,13 @@ QString TimeLeftText(qint64 seconds)
                               : Texts::tr("%1 h left").arg((seconds + hour - 1) / hour);
 }
 
+/// The short one, with all of the year.
+QString DateFormat()
+{
+    const QString format = QLocale().dateFormat(QLocale::ShortFormat);
+    return format.contains("yyyy") ? format : QString(format).replace("yy", "yyyy");
+}
+
 QString AsSentence(QString text)
 {
     if (!text.isEmpty() && !text.endsWith('.')) {
@@ -73,7 +80,7 @@ QString DateText(const QDateTime& date)
         return {};
     }
     return local.date() == QDate::currentDate() ? Texts::tr("Today, %1").arg(TimeText(local.time()))
-                                                : QLocale().toString(local.date(), QLocale::ShortFormat);
+                                                : QLocale().toString(local.date(), DateFormat());
 }
 
 QString TimeText(const QTime& time)

@@ -43,7 +43,7 @@ void SignInOperation::OnResponse(const HttpResponse& response)
         Reply failure = session->FailureReplyTo(signIn, {}, response);
         failure.isSignedOut = false; // nobody was signed in
         if (IsMissing(response.Status())) {
-            failure.failure.reason = QStringLiteral("There is no collection at that address (404)");
+            failure.failure.reason = QStringLiteral("There is no folder at that address (404)");
             failure.failure.advice = checkAddress;
         }
         End(std::move(failure));

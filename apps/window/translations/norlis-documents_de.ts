@@ -1012,8 +1012,8 @@
         <translation>Unter dieser Adresse ist nichts</translation>
     </message>
     <message>
-        <source>There is no collection at that address</source>
-        <translation>Unter dieser Adresse ist keine Sammlung</translation>
+        <source>There is no folder at that address</source>
+        <translation>Unter dieser Adresse ist kein Ordner</translation>
     </message>
     <message>
         <source>The server cannot do this at that address</source>

@@ -230,8 +230,8 @@ TEST_F(SignInFaultTest, AnswerAboutAnotherPathNamesBoth)
 TEST_F(SignInFaultTest, WhatIsNoCollectionIsRefused)
 {
     const std::vector<std::pair<Misbehaviour, std::string>> answers = {
-        {AnswersWith(404), "There is no collection at that address (404)"},
-        {AnswersWith(410), "There is no collection at that address (404)"},
+        {AnswersWith(404), "There is no folder at that address (404)"},
+        {AnswersWith(410), "There is no folder at that address (404)"},
         {AnswersWith(405), "(405)"},
         {AnswersWith(501), "(501)"},
         {AnswersWith(304), "(304)"},
