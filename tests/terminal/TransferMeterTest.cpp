@@ -35,14 +35,26 @@ TEST(TransferMeterTest, SaysTheRateOfTheLastSecondsAndTheTimeLeft)
     EXPECT_EQ(meter.TimeLeft(0, 60'000), 0);
 }
 
-TEST(TransferMeterTest, GetsSlowerWhileNothingComes)
+TEST(TransferMeterTest, GetsSlowerWhileNothingComesAndThenCannotTell)
 {
     TransferMeter meter;
     meter.Note(0, 0);
     meter.Note(1'000'000, 1000);
     EXPECT_EQ(meter.Rate(1000), 1'000'000);
-    meter.Note(1'000'000, 10'000);
-    EXPECT_EQ(meter.Rate(10'000), 100'000);
+    meter.Note(1'000'000, 5'000);
+    EXPECT_EQ(meter.Rate(5'000), 200'000);
+    EXPECT_EQ(meter.Rate(10'000), std::nullopt);
+    EXPECT_EQ(meter.TimeLeft(1'000'000, 10'000), std::nullopt);
+}
+
+TEST(TransferMeterTest, WaitsLongerForWhatComesInLargeSteps)
+{
+    TransferMeter meter;
+    for (qint64 step = 0; step <= 4; ++step) {
+        meter.Note(step * 10'000'000, step * 8'000); // one per cent of a large document at a time
+    }
+    EXPECT_TRUE(meter.Rate(50'000).has_value());
+    EXPECT_EQ(meter.Rate(80'000), std::nullopt);
 }
 
 TEST(TransferMeterTest, BeginsAnewWithATransferThatBeginsAnew)
