@@ -252,6 +252,7 @@ QRect DocumentDelegate::PaintPreview(QPainter& painter, const QRect& box, const 
         return target;
     }
     painter.drawPixmap(target, preview);
+    painter.setRenderHint(QPainter::Antialiasing, false); // the rim is straight
     painter.setPen(rim);
     painter.setBrush(Qt::NoBrush);
     painter.drawRect(target.adjusted(0, 0, -1, -1));

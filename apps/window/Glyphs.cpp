@@ -7,6 +7,7 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QPalette>
+#include <QPixmapCache>
 
 namespace Norlis::Window {
 
@@ -225,15 +226,32 @@ QIcon GlyphIcon(Glyph glyph)
 void PaintBadge(QPainter& painter, const QRectF& target, int state, const QPalette& palette)
 {
     const Badge badge = BadgeOf(state, palette);
-    const qreal rim = target.width() / 12;
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(palette.color(QPalette::Base), rim));
-    painter.setBrush(badge.color);
-    painter.drawEllipse(target.adjusted(rim, rim, -rim, -rim));
-    painter.restore();
-    const qreal inset = target.width() * 0.22;
-    PaintGlyph(painter, target.adjusted(inset, inset, -inset, -inset), badge.glyph, Qt::white);
+    const QColor rimColor = palette.color(QPalette::Base);
+    const qreal scale = painter.device()->devicePixelRatioF();
+    const QString key = QStringLiteral("badge %1 %2 %3 %4 %5")
+                            .arg(static_cast<int>(badge.glyph))
+                            .arg(badge.color.rgba())
+                            .arg(rimColor.rgba())
+                            .arg(target.width())
+                            .arg(scale);
+    QPixmap picture; // drawn once: hundreds are in view on a large screen
+    if (!QPixmapCache::find(key, &picture)) {
+        const QRectF area(QPointF(), target.size());
+        const qreal rim = area.width() / 12;
+        const qreal inset = area.width() * 0.22;
+        picture = QPixmap((area.size() * scale).toSize());
+        picture.setDevicePixelRatio(scale);
+        picture.fill(Qt::transparent);
+        QPainter canvas(&picture);
+        canvas.setRenderHint(QPainter::Antialiasing);
+        canvas.setPen(QPen(rimColor, rim));
+        canvas.setBrush(badge.color);
+        canvas.drawEllipse(area.adjusted(rim, rim, -rim, -rim));
+        PaintGlyph(canvas, area.adjusted(inset, inset, -inset, -inset), badge.glyph, Qt::white);
+        canvas.end();
+        QPixmapCache::insert(key, picture);
+    }
+    painter.drawPixmap(target.topLeft(), picture);
 }
 
 } // namespace Norlis::Window
