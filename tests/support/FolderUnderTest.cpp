@@ -50,7 +50,7 @@ QStringList FolderUnderTest::Content()
     TestKit::BlockUntil(
         [&] {
             files = FilesBelow(Folder());
-            return files.filter(QRegularExpression("^\\.norlis-cloud/norlis-.*\\.part$")).isEmpty();
+            return files.filter(QRegularExpression("^\\.norlis-cloud/\\.?norlis-.*\\.part$")).isEmpty();
         },
         longestReplacement);
     for (const char* own : {"hashes.json", "journal", "mark"}) { // what the service keeps there is no leftover
