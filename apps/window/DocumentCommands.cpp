@@ -37,8 +37,6 @@ constexpr int maxRemovals = 10;
 constexpr int maxUploadsOfFolders = 50;
 constexpr int maxOpened = 10;
 
-constexpr int changesInterval = 300; // milliseconds
-
 const auto downloadFolderKey = QStringLiteral("downloadFolder");
 
 } // namespace
@@ -47,7 +45,8 @@ DocumentCommands::DocumentCommands(const Parts& parts, QWidget& widget)
     : parts(parts),
       widget(widget),
       removals(parts.session, parts.message),
-      copied(parts.session, parts.transfers)
+      copied(parts.session, parts.transfers),
+      changes(parts.session, parts.model, parts.transfers, parts.message)
 {
     connect(&search, &PdfSearch::Found, this, &DocumentCommands::OnFound);
     connect(&parts.transfers, &Transfers::OpenRequested, this, &DocumentCommands::OnFetched);
@@ -55,19 +54,8 @@ DocumentCommands::DocumentCommands(const Parts& parts, QWidget& widget)
     connect(&parts.transfers, &Transfers::DecisionNeeded, this, &DocumentCommands::Decide, Qt::QueuedConnection);
     connect(&parts.session, &Host::CloudSession::Failed, this, &DocumentCommands::OnFailed);
     connect(&parts.session, &Host::CloudSession::ListRefreshed, this, &DocumentCommands::OnListRefreshed);
-    connect(&parts.session, &Host::CloudSession::CopyLeftBehind, this, &DocumentCommands::OnCopyLeft);
-    changesUpdate.setSingleShot(true);
-    changesUpdate.setInterval(changesInterval);
-    connect(&changesUpdate, &QTimer::timeout, this, &DocumentCommands::TellChanges);
-    connect(&parts.session, &Host::CloudSession::LocalCopyChanged, this, [this](const QString&, const QString& id) {
-        toldChanges.remove(id); // once more
-        TellChanges();
-    });
-    for (const auto signal : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved}) {
-        connect(&parts.model, signal, &changesUpdate, qOverload<>(&QTimer::start));
-    }
-    connect(&parts.model, &QAbstractItemModel::dataChanged, &changesUpdate, qOverload<>(&QTimer::start));
-    connect(&parts.session, &Host::CloudSession::DocumentUploaded, &changesUpdate, qOverload<>(&QTimer::start));
+    connect(&changes, &UnsentChanges::UploadChosen, this, &DocumentCommands::ReplaceInCloud);
+    connect(&changes, &UnsentChanges::UploadAsNewChosen, this, [this](const QString& path) { UploadNew({path}); });
 }
 
 DocumentCommands::~DocumentCommands()
@@ -287,62 +275,6 @@ void DocumentCommands::OnFetched(const QString& path)
     }
 }
 
-void DocumentCommands::TellChanges()
-{
-    const QStringList changed = AllIn({State::ChangedLocally, State::ChangedOnBothSides});
-    const QSet<QString> known(changed.begin(), changed.end());
-    const bool isNews = !toldChanges.contains(known);
-    const bool isShown = parts.message.Shown() == Topic::edited;
-    if (changed.isEmpty()) {
-        parts.message.Close(Topic::edited);
-    }
-    if (changed.isEmpty() || (!isNews && !isShown)) { // the user has closed it
-        toldChanges = known;
-        return;
-    }
-    if (!isShown && !parts.message.Shown().isEmpty()) {
-        return; // what is shown comes first
-    }
-    toldChanges = known;
-    const bool isOne = changed.size() == 1;
-    const bool isConflict = isOne && !AllIn({State::ChangedOnBothSides}).isEmpty();
-    const QString text = isConflict ? tr("“%1” was changed, and in the cloud too.").arg(NameOf(changed.first()))
-                         : isOne    ? tr("“%1” was changed.").arg(NameOf(changed.first()))
-                                 : tr("%n documents have changes that are not in the cloud.", nullptr, changed.size());
-    parts.message.Show(
-        Topic::edited, text, {},
-        {{isConflict ? tr("Resolve…") : tr("Upload Changes"), [this, changed] { ReplaceInCloud(changed); }}},
-        MessageBar::Kind::Notice);
-}
-
-void DocumentCommands::OnCopyLeft(const QString& path)
-{
-    const QString name = Apps::Printable(QFileInfo(path).fileName());
-    parts.message.Show(
-        Topic::left, tr("“%1” is no longer in the cloud.").arg(name),
-        tr("Your changes to it are in the file %1.").arg(Apps::Printable(QDir::toNativeSeparators(path))),
-        {{tr("Upload as New"), [this, path] { UploadNew({path}); }}}, MessageBar::Kind::Problem);
-}
-
-QStringList DocumentCommands::AllIn(std::initializer_list<State> states) const
-{
-    QStringList ids;
-    for (int row = 0; row < parts.model.rowCount(); ++row) {
-        const auto index = parts.model.index(row);
-        const auto state = static_cast<State>(index.data(Model::StateRole).toInt());
-        const QString id = index.data(Model::IdRole).toString();
-        if (std::find(states.begin(), states.end(), state) != states.end() && !parts.transfers.IsActive(id)) {
-            ids.append(id);
-        }
-    }
-    return ids;
-}
-
-int DocumentCommands::CountOfChanges() const
-{
-    return AllIn({State::ChangedLocally, State::ChangedOnBothSides}).size();
-}
-
 void DocumentCommands::OpenFile(const QString& path)
 {
     parts.session.WatchLocalCopy(path);
@@ -542,6 +474,11 @@ void DocumentCommands::RemoveLater(const QStringList& ids)
         removals.Remove(ids, ids.size() == 1 ? tr("“%1” was removed.").arg(NameOf(ids.first()))
                                              : tr("%n documents were removed.", nullptr, ids.size()));
     }
+}
+
+int DocumentCommands::CountOfChanges() const
+{
+    return changes.Count();
 }
 
 RemovalUndo& DocumentCommands::Removals()

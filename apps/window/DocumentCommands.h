@@ -3,14 +3,13 @@
 #include "CopiedDocuments.h"
 #include "PdfSearch.h"
 #include "RemovalUndo.h"
+#include "UnsentChanges.h"
 
 #include <contracts/FileInfo.h>
 
 #include <QHash>
 #include <QObject>
-#include <QSet>
 #include <QStringList>
-#include <QTimer>
 
 class QSettings;
 class QWidget;
@@ -99,9 +98,6 @@ private:
     void OnFailed(const Host::CloudProblem& problem);
     void OnListRefreshed();
     void OnFetched(const QString& path);
-    void OnCopyLeft(const QString& path);
-    void TellChanges();
-    QStringList AllIn(std::initializer_list<PDF::FileInfo::CloudStatus> states) const;
     QString DownloadFolder() const;
     QStringList NamesOf(const QStringList& ids) const;
 
@@ -115,11 +111,10 @@ private:
     QWidget& widget;
     RemovalUndo removals;
     CopiedDocuments copied;
+    UnsentChanges changes;
     PdfSearch search;
     QHash<QString, QString> older; ///< where what is about to be replaced is, by path of the local copy
     QStringList offered;           ///< such files that can be opened; deleted at the end
-    QTimer changesUpdate;          ///< combines many changes into one message
-    QSet<QString> toldChanges;     ///< ids of the documents of which the user knows
     QStringList conflicted;        ///< paths of uploads that met another version; asked about when the list is there
 };
 

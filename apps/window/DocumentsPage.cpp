@@ -202,7 +202,7 @@ void DocumentsPage::ConnectSession()
         isRefreshing = true;
         UpdateStatus();
     });
-    connect(&cloud, &AbstractCloudManager::RetrievingUserQuotaFinished, &status->Storage(), &StorageBar::Show);
+    status->Storage().Follow(session);
     connect(&session, &CloudSession::ListRefreshed, this, [this] {
         isRefreshing = false;
         refreshedAt = QDateTime::currentDateTime();
@@ -265,15 +265,6 @@ void DocumentsPage::ConnectDocuments()
         }
     });
     connect(&transfers, &Transfers::DocumentAdded, this, [this](const QString& id) { added.append(id); });
-    quotaUpdate.setSingleShot(true);
-    quotaUpdate.setInterval(1000);
-    connect(&quotaUpdate, &QTimer::timeout, this, [this] {
-        if (session.IsSignedIn()) {
-            session.Cloud().UserQuota();
-        }
-    });
-    connect(&session, &CloudSession::DocumentUploaded, &quotaUpdate, qOverload<>(&QTimer::start));
-    connect(&session, &CloudSession::DocumentRemoved, &quotaUpdate, qOverload<>(&QTimer::start));
 }
 
 void DocumentsPage::ConnectSearch()

@@ -106,7 +106,6 @@ private:
     DocumentCommands commands;
 
     QTimer actionsUpdate; ///< combines many changes into one update
-    QTimer quotaUpdate;   ///< as above
     QStringList added;    ///< ids of new documents, until all transfers have ended
     QString token;        ///< of the sign-in in progress, for another attempt; empty otherwise
     bool isSignedIn = false;

@@ -79,10 +79,11 @@ void DocumentsView::Reveal(const QStringList& ids)
     if (ids.isEmpty() || SelectedIds() != noted) {
         return;
     }
+    const QSet<QString> wanted(ids.begin(), ids.end());
     QItemSelection selection;
     for (int row = 0; row < model()->rowCount(); ++row) {
         const auto index = model()->index(row, 0);
-        if (ids.contains(index.data(Host::CloudDocumentsModel::IdRole).toString())) {
+        if (wanted.contains(index.data(Host::CloudDocumentsModel::IdRole).toString())) {
             selection.select(index, index);
         }
     }

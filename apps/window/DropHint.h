@@ -12,7 +12,7 @@ class DropHint : public QFrame {
     Q_OBJECT
 
 public:
-    /// \param target  gets accepting drops; this has to end before it
+    /// \param target  takes drops from now on
     /// \param covered owns this
     DropHint(QWidget& target, QWidget& covered);
 

@@ -2,11 +2,19 @@
 
 #include "Texts.h"
 
+#include <host/session/CloudSession.h>
+
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QProgressBar>
 
 namespace Norlis::Window {
+
+namespace {
+
+constexpr int updateInterval = 1000; // milliseconds
+
+} // namespace
 
 StorageBar::StorageBar(QWidget* parent) : QWidget(parent), bar(new QProgressBar), text(new QLabel)
 {
@@ -21,6 +29,21 @@ StorageBar::StorageBar(QWidget* parent) : QWidget(parent), bar(new QProgressBar)
     layout->addWidget(text);
     layout->addWidget(bar);
     hide();
+    update.setSingleShot(true);
+    update.setInterval(updateInterval);
+}
+
+void StorageBar::Follow(Host::CloudSession& session)
+{
+    using Host::CloudSession;
+    connect(&session.Cloud(), &PDF::Cloud::AbstractCloudManager::RetrievingUserQuotaFinished, this, &StorageBar::Show);
+    connect(&session, &CloudSession::DocumentUploaded, &update, qOverload<>(&QTimer::start));
+    connect(&session, &CloudSession::DocumentRemoved, &update, qOverload<>(&QTimer::start));
+    connect(&update, &QTimer::timeout, &session, [&session] {
+        if (session.IsSignedIn()) {
+            session.Cloud().UserQuota();
+        }
+    });
 }
 
 void StorageBar::Show(int usedMiB, int totalMiB)

@@ -185,14 +185,6 @@
         <translation>Es hat sich in der Cloud geändert, seit Sie gefragt wurden.</translation>
     </message>
     <message>
-        <source>“%1” was changed.</source>
-        <translation>„%1“ wurde geändert.</translation>
-    </message>
-    <message>
-        <source>Upload Changes</source>
-        <translation>Änderungen hochladen</translation>
-    </message>
-    <message>
         <source>Here: %1, %2</source>
         <translation>Hier: %1, %2</translation>
     </message>
@@ -237,33 +229,6 @@
     <message>
         <source>Open the Older One</source>
         <translation>Die ältere öffnen</translation>
-    </message>
-    <message>
-        <source>“%1” was changed, and in the cloud too.</source>
-        <translation>„%1“ wurde geändert, in der Cloud aber auch.</translation>
-    </message>
-    <message>
-        <source>Resolve…</source>
-        <translation>Lösen …</translation>
-    </message>
-    <message numerus="yes">
-        <source>%n documents have changes that are not in the cloud.</source>
-        <translation>
-            <numerusform>%n Dokument hat Änderungen, die nicht in der Cloud sind.</numerusform>
-            <numerusform>%n Dokumente haben Änderungen, die nicht in der Cloud sind.</numerusform>
-        </translation>
-    </message>
-    <message>
-        <source>“%1” is no longer in the cloud.</source>
-        <translation>„%1“ ist nicht mehr in der Cloud.</translation>
-    </message>
-    <message>
-        <source>Your changes to it are in the file %1.</source>
-        <translation>Ihre Änderungen stehen in der Datei %1.</translation>
-    </message>
-    <message>
-        <source>Upload as New</source>
-        <translation>Als neu hochladen</translation>
     </message>
 </context>
 <context>
@@ -796,6 +761,44 @@
             <numerusform>%n abgebrochen</numerusform>
             <numerusform>%n abgebrochen</numerusform>
         </translation>
+    </message>
+</context>
+<context>
+    <name>Norlis::Window::UnsentChanges</name>
+    <message>
+        <source>“%1” was changed, and in the cloud too.</source>
+        <translation>„%1“ wurde geändert, in der Cloud aber auch.</translation>
+    </message>
+    <message>
+        <source>“%1” was changed.</source>
+        <translation>„%1“ wurde geändert.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n documents have changes that are not in the cloud.</source>
+        <translation>
+            <numerusform>%n Dokument hat Änderungen, die nicht in der Cloud sind.</numerusform>
+            <numerusform>%n Dokumente haben Änderungen, die nicht in der Cloud sind.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Resolve…</source>
+        <translation>Lösen …</translation>
+    </message>
+    <message>
+        <source>Upload Changes</source>
+        <translation>Änderungen hochladen</translation>
+    </message>
+    <message>
+        <source>“%1” is no longer in the cloud.</source>
+        <translation>„%1“ ist nicht mehr in der Cloud.</translation>
+    </message>
+    <message>
+        <source>Your changes to it are in the file %1.</source>
+        <translation>Ihre Änderungen stehen in der Datei %1.</translation>
+    </message>
+    <message>
+        <source>Upload as New</source>
+        <translation>Als neu hochladen</translation>
     </message>
 </context>
 <context>

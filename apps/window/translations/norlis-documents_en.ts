@@ -24,13 +24,6 @@
             <numerusform>There are more than %n PDF documents in the folder.</numerusform>
         </translation>
     </message>
-    <message numerus="yes">
-        <source>%n documents have changes that are not in the cloud.</source>
-        <translation>
-            <numerusform>%n document has changes that are not in the cloud.</numerusform>
-            <numerusform>%n documents have changes that are not in the cloud.</numerusform>
-        </translation>
-    </message>
 </context>
 <context>
     <name>Norlis::Window::DropHint</name>
@@ -159,6 +152,16 @@
         <translation>
             <numerusform>%n canceled</numerusform>
             <numerusform>%n canceled</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>Norlis::Window::UnsentChanges</name>
+    <message numerus="yes">
+        <source>%n documents have changes that are not in the cloud.</source>
+        <translation>
+            <numerusform>%n document has changes that are not in the cloud.</numerusform>
+            <numerusform>%n documents have changes that are not in the cloud.</numerusform>
         </translation>
     </message>
 </context>

@@ -1,5 +1,4 @@
-#include <tests/support/Files.h>
-#include <tests/support/SessionTest.h>
+#include "FolderSessionTest.h"
 
 #include <QBuffer>
 #include <QDir>
@@ -30,86 +29,7 @@ QByteArray PdfOf(const QColor& color)
     return content;
 }
 
-/// A session over a folder that plays the cloud.
-class CloudSessionFolderTest : public SessionTest {
-protected:
-    CloudSessionFolderTest()
-    {
-        QDir().mkpath(cloud);
-        service.serviceUrl = QUrl::fromLocalFile(cloud);
-        Reopen();
-        SignIn();
-    }
-
-    void SignIn()
-    {
-        QSignalSpy signedIn(&session->Cloud(), &AbstractCloudManager::AuthorizationCompleted);
-        session->Cloud().Authorization("token");
-        ASSERT_TRUE(signedIn.wait(20'000));
-    }
-
-    QString Put(const QString& name, const QByteArray& content)
-    {
-        QFile file(cloud + '/' + name);
-        EXPECT_TRUE(file.open(QFile::WriteOnly) && file.write(content) == content.size());
-        return file.fileName();
-    }
-
-    void RefreshNow()
-    {
-        const auto refreshes = CountOf("ListRefreshed");
-        session->Refresh();
-        ASSERT_TRUE(WaitForEvent("ListRefreshed", refreshes + 1));
-    }
-
-    QString IdOf(const QString& name)
-    {
-        for (int index = 0; index < session->Documents().FilesCount(); ++index) {
-            if (session->Documents().GetDocumentName(index) == name) {
-                return session->Documents().GetDocumentId(index);
-            }
-        }
-        return {};
-    }
-
-    const QString cloud = root.filePath("cloud");
-};
-
-TEST_F(CloudSessionFolderTest, WhatIsToBeReplacedIsTheVersionThatWasSeenWheneverItIsSent)
-{
-    Put("plan.pdf", "seen");
-    RefreshNow();
-    const QString id = IdOf("plan.pdf");
-    ASSERT_TRUE(QDir().rename(cloud, cloud + " away"));
-    Reopen(); // with the stored list
-    session->StaySignedIn("token");
-    ASSERT_TRUE(WaitForEvent("Failed"));
-    session->ReplaceWith(id, Write("mine.pdf", "mine"));
-    ASSERT_TRUE(WaitForEvent("UploadWaiting"));
-    ASSERT_TRUE(QDir().rename(cloud + " away", cloud));
-    Put("plan.pdf", "somebody's work");
-    const auto failures = CountOf("Failed");
-    session->TryNow();
-    ASSERT_TRUE(WaitForEvent("Failed", failures + 1));
-    EXPECT_EQ(problem.cause.kind, Social::OAuth2::FailureKind::Conflict);
-    EXPECT_EQ(ReadFile(cloud + "/plan.pdf"), QByteArray("somebody's work"));
-    session->ReplaceWith(id, Write("mine.pdf", "mine"));
-    ASSERT_TRUE(WaitForEvent("DocumentUploaded")); // now that the list shows it
-}
-
-TEST_F(CloudSessionFolderTest, NothingIsRemovedThatNoListOfThisSignInHasShown)
-{
-    Put("plan.pdf", "seen");
-    RefreshNow();
-    const QString id = IdOf("plan.pdf");
-    Put("plan.pdf", "somebody's work");
-    Reopen();
-    SignIn();
-    session->Remove(id);
-    ASSERT_TRUE(WaitForEvent("Failed"));
-    EXPECT_EQ(problem.cause.kind, Social::OAuth2::FailureKind::Conflict);
-    EXPECT_TRUE(QFile::exists(cloud + "/plan.pdf"));
-}
+using CloudSessionFolderTest = FolderSessionTest;
 
 TEST_F(CloudSessionFolderTest, ACopyWithChangesWhoseDocumentIsGoneIsMentioned)
 {

@@ -1,0 +1,107 @@
+#include "UnsentChanges.h"
+
+#include "MessageBar.h"
+#include "Transfers.h"
+
+#include <apps/common/PrintableText.h>
+#include <host/CloudDocumentsModel.h>
+#include <host/session/CloudSession.h>
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace Norlis::Window {
+
+using Host::CloudSession;
+using Model = Host::CloudDocumentsModel;
+using State = PDF::FileInfo::CloudStatus;
+
+namespace {
+
+constexpr int updateInterval = 300; // milliseconds
+
+} // namespace
+
+UnsentChanges::UnsentChanges(CloudSession& session, const Model& model, const Transfers& transfers, MessageBar& message)
+    : model(model),
+      transfers(transfers),
+      message(message)
+{
+    update.setSingleShot(true);
+    update.setInterval(updateInterval);
+    connect(&update, &QTimer::timeout, this, &UnsentChanges::Tell);
+    for (const auto signal : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved}) {
+        connect(&model, signal, &update, qOverload<>(&QTimer::start));
+    }
+    connect(&model, &QAbstractItemModel::dataChanged, &update, qOverload<>(&QTimer::start));
+    connect(&session, &CloudSession::DocumentUploaded, &update, qOverload<>(&QTimer::start));
+    connect(&session, &CloudSession::LocalCopyChanged, this, [this](const QString&, const QString& id) {
+        told.remove(id); // once more
+        Tell();
+    });
+    connect(&session, &CloudSession::CopyLeftBehind, this, &UnsentChanges::OnCopyLeft);
+}
+
+int UnsentChanges::Count() const
+{
+    return Find().ids.size();
+}
+
+UnsentChanges::Changes UnsentChanges::Find() const
+{
+    Changes found;
+    for (int row = 0; row < model.rowCount(); ++row) {
+        const auto index = model.index(row);
+        const auto state = static_cast<State>(index.data(Model::StateRole).toInt());
+        if (state != State::ChangedLocally && state != State::ChangedOnBothSides) {
+            continue;
+        }
+        const QString id = index.data(Model::IdRole).toString();
+        if (!transfers.IsActive(id)) {
+            found.ids.append(id);
+            found.conflicts += state == State::ChangedOnBothSides ? 1 : 0;
+        }
+    }
+    return found;
+}
+
+void UnsentChanges::Tell()
+{
+    const auto [ids, conflicts] = Find();
+    const QSet<QString> known(ids.begin(), ids.end());
+    const bool isNews = !told.contains(known);
+    const bool isShown = message.Shown() == Topic::edited;
+    if (ids.isEmpty()) {
+        message.Close(Topic::edited);
+    }
+    if (ids.isEmpty() || (!isNews && !isShown)) { // the user has closed it
+        told = known;
+        return;
+    }
+    if (!isShown && !message.Shown().isEmpty()) {
+        return; // what is shown comes first
+    }
+    told = known;
+    const bool isConflict = ids.size() == 1 && conflicts == 1;
+    const QString text = isConflict ? tr("“%1” was changed, and in the cloud too.").arg(NameOf(ids.first()))
+                         : ids.size() == 1
+                             ? tr("“%1” was changed.").arg(NameOf(ids.first()))
+                             : tr("%n documents have changes that are not in the cloud.", nullptr, ids.size());
+    message.Show(Topic::edited, text, {},
+                 {{isConflict ? tr("Resolve…") : tr("Upload Changes"), [this, ids = ids] { emit UploadChosen(ids); }}},
+                 MessageBar::Kind::Notice);
+}
+
+void UnsentChanges::OnCopyLeft(const QString& path)
+{
+    message.Show(Topic::left, tr("“%1” is no longer in the cloud.").arg(Apps::Printable(QFileInfo(path).fileName())),
+                 tr("Your changes to it are in the file %1.").arg(Apps::Printable(QDir::toNativeSeparators(path))),
+                 {{tr("Upload as New"), [this, path] { emit UploadAsNewChosen(path); }}}, MessageBar::Kind::Problem);
+}
+
+QString UnsentChanges::NameOf(const QString& id) const
+{
+    return Apps::Printable(model.index(model.RowOf(id)).data(Model::NameRole).toString());
+}
+
+} // namespace Norlis::Window

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QObject>
+#include <QSet>
+#include <QStringList>
+#include <QTimer>
+
+namespace Norlis::Host {
+class CloudDocumentsModel;
+class CloudSession;
+} // namespace Norlis::Host
+
+namespace Norlis::Window {
+
+class MessageBar;
+class Transfers;
+
+/// Tells the user of documents with changes that are not in the cloud, and of changed files whose document is gone, and
+/// offers to upload them. What the user has closed is told again when there is another change.
+class UnsentChanges : public QObject {
+    Q_OBJECT
+
+public:
+    UnsentChanges(Host::CloudSession& session, const Host::CloudDocumentsModel& model, const Transfers& transfers,
+                  MessageBar& message);
+
+    /// Of documents.
+    int Count() const;
+
+signals:
+    void UploadChosen(const QStringList& ids);
+    void UploadAsNewChosen(const QString& path);
+
+private:
+    struct Changes {
+        QStringList ids;
+        int conflicts = 0; ///< how many of them have changed in the cloud too
+    };
+
+    /// Without those that are being transferred.
+    Changes Find() const;
+    void Tell();
+    void OnCopyLeft(const QString& path);
+    QString NameOf(const QString& id) const;
+
+    const Host::CloudDocumentsModel& model;
+    const Transfers& transfers;
+    MessageBar& message;
+    QTimer update;      ///< combines many changes into one message
+    QSet<QString> told; ///< ids of the documents of which the user knows
+};
+
+} // namespace Norlis::Window
