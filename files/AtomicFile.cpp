@@ -97,10 +97,19 @@ std::error_code AtomicFile::CommitExchanging(const QString& path)
     return failure;
 }
 
+AtomicFile::Outcome AtomicFile::CommitReplacing(const QString& path, const FileIdentity& known)
+{
+    return Commit([&] { return MoveReplacing(temporaryPath, path, known); });
+}
+
 AtomicFile::Outcome AtomicFile::CommitNew(const QString& path)
 {
-    const auto failure =
-        IsInPlace() ? MoveUnlessTaken(temporaryPath, path) : std::make_error_code(std::errc::no_such_file_or_directory);
+    return Commit([&] { return MoveUnlessTaken(temporaryPath, path); });
+}
+
+AtomicFile::Outcome AtomicFile::Commit(const std::function<std::error_code()>& move)
+{
+    const auto failure = IsInPlace() ? move() : std::make_error_code(std::errc::no_such_file_or_directory);
     if (failure == std::errc::file_exists) {
         return Outcome::NameTaken;
     }

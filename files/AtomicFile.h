@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QString>
 
+#include <functional>
 #include <system_error>
 
 namespace Norlis::Files {
@@ -34,6 +35,9 @@ public:
 
     /// Gives the file its name; what stood there is replaced in one step, and its permissions are kept.
     bool CommitReplacing(const QString& path);
+
+    /// The same, if the version that is known still stands there; NameTaken otherwise. See Files::MoveReplacing.
+    Outcome CommitReplacing(const QString& path, const FileIdentity& known);
 
     /// Gives the file the name of another, and that one the temporary name, in one step; permissions as above. What
     /// came out is the caller's from then on. See Files::Exchange.
@@ -69,6 +73,7 @@ public:
 
 private:
     bool Fail(int errorNumber);
+    Outcome Commit(const std::function<std::error_code()>& move);
 
     /// Whether what has the temporary name is this file, and not what somebody else has put there.
     bool IsInPlace() const;

@@ -18,6 +18,23 @@ std::error_code LastError()
     return {errno, std::generic_category()};
 }
 
+std::error_code Rename(const QString& source, const QString& target)
+{
+    const int result = std::rename(QFile::encodeName(source).constData(), QFile::encodeName(target).constData());
+    return result == 0 ? std::error_code() : LastError();
+}
+
+std::error_code CopyPermissions(const QString& from, const QString& to)
+{
+    const int descriptor = open(QFile::encodeName(to).constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+    if (descriptor < 0) {
+        return LastError();
+    }
+    const auto failure = Files::CopyPermissions(from, descriptor);
+    close(descriptor);
+    return failure;
+}
+
 } // namespace
 
 std::error_code MoveUnlessTaken(const QString& source, const QString& target)
@@ -43,22 +60,46 @@ std::error_code MoveUnlessTaken(const QString& source, const QString& target)
     if (lstat(to.constData(), &taken) == 0) {
         return std::make_error_code(std::errc::file_exists);
     }
-    return std::rename(from.constData(), to.constData()) == 0 ? std::error_code() : LastError();
+    return Rename(source, target);
 }
 
 std::error_code MoveReplacing(const QString& source, const QString& target)
 {
-    const int descriptor = open(QFile::encodeName(source).constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
-    if (descriptor < 0) {
-        return LastError();
+    if (const auto failure = CopyPermissions(target, source)) {
+        return failure;
     }
-    const auto failure = CopyPermissions(target, descriptor);
-    close(descriptor);
+    return Rename(source, target);
+}
+
+std::error_code MoveReplacing(const QString& source, const QString& target, const FileIdentity& known)
+{
+    const auto fresh = FileIdentity::OfPath(source);
+    if (FileIdentity::OfPath(target) != known) {
+        return std::make_error_code(std::errc::file_exists);
+    }
+    if (const auto failure = CopyPermissions(target, source)) {
+        return failure;
+    }
+    const auto failure = Exchange(source, target);
+    if (IsUnknownCall(failure)) {
+        return FileIdentity::OfPath(target) == known ? Rename(source, target)
+                                                     : std::make_error_code(std::errc::file_exists);
+    }
+    if (failure == std::errc::no_such_file_or_directory) {
+        return MoveUnlessTaken(source, target);
+    }
     if (failure) {
         return failure;
     }
-    const int result = std::rename(QFile::encodeName(source).constData(), QFile::encodeName(target).constData());
-    return result == 0 ? std::error_code() : LastError();
+    if (FileIdentity::OfPath(source).HasContentOf(known)) {
+        unlink(QFile::encodeName(source).constData());
+        return {};
+    }
+    // What came out is an edit. Should another one have taken its place meanwhile, that one is the newer.
+    if (!Exchange(source, target) && !FileIdentity::OfPath(source).HasContentOf(fresh)) {
+        Exchange(source, target);
+    }
+    return std::make_error_code(std::errc::file_exists);
 }
 
 std::error_code Exchange(const QString& first, const QString& second)

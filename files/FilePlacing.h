@@ -1,5 +1,7 @@
 #pragma once
 
+#include "FileIdentity.h"
+
 #include <QString>
 
 #include <system_error>
@@ -13,6 +15,11 @@ std::error_code MoveUnlessTaken(const QString& source, const QString& target);
 /// Renames a file within its file system, in one step. A file at the target is replaced, and its permissions are kept:
 /// a private one does not become public by a newer version.
 std::error_code MoveReplacing(const QString& source, const QString& target);
+
+/// The same, if what stands at the target is the version that is known, also in the moment in which it is replaced:
+/// std::errc::file_exists otherwise, and everything is as it was. Where names cannot be exchanged, an edit in the
+/// microseconds between the look and the renaming goes unseen.
+std::error_code MoveReplacing(const QString& source, const QString& target, const FileIdentity& known);
 
 /// Gives each of two files of one file system the name of the other, in one step. Most network drives cannot: the error
 /// is then one that IsUnknownCall takes.

@@ -27,13 +27,13 @@ TargetProblem ForeignFileProblem(const QString& localPath)
 
 std::optional<TargetProblem> PutInPlace(AtomicFile& file, const QString& localPath, const ReplaceableFile& replaceable)
 {
-    const bool mayReplace =
-        replaceable.isAny || (replaceable.only.IsFile() && FileIdentity::OfPath(localPath) == replaceable.only);
     auto outcome = AtomicFile::Outcome::Done;
-    if (!mayReplace) {
+    if (replaceable.isAny) {
+        outcome = file.CommitReplacing(localPath) ? outcome : AtomicFile::Outcome::Failed;
+    } else if (replaceable.only.IsFile() && FileIdentity::OfPath(localPath).IsFile()) {
+        outcome = file.CommitReplacing(localPath, replaceable.only);
+    } else {
         outcome = file.CommitNew(localPath);
-    } else if (!file.CommitReplacing(localPath)) {
-        outcome = AtomicFile::Outcome::Failed;
     }
     switch (outcome) {
     case AtomicFile::Outcome::Done:

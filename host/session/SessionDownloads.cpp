@@ -232,22 +232,35 @@ bool SessionDownloads::MayTakeTarget(const DownloadPointer& download)
                                       ? std::nullopt
                                       : context.documents.SyncHashAt(download->id, NormalizedTarget(download));
     if (!synchronizedHash) {
-        EndWithFailure(download, "the folder already contains something else with this name",
-                       "Choose another folder, or move that file away.", FailureKind::NameTaken);
+        EndWithNameTaken(download);
         return false;
     }
+    const auto version = Files::FileIdentity::OfPath(download->target);
     const auto hash = context.hashes.CalculateHash(target);
     const auto& mayGo = download->isInPlace ? download->discardedHash : *synchronizedHash;
     if (mayGo.empty() || hash != mayGo) {
-        // The user decides by what the list shows.
-        Later(&context.documents, [&documents = context.documents, id = download->id,
-                                   path = NormalizedTarget(download)] { documents.ShowCopy(id, path); });
-        EndWithFailure(download, "the local copy has changes that are not in the cloud",
-                       "Upload the changes, or choose another folder.", FailureKind::Conflict);
+        EndWithChangedCopy(download);
         return false;
     }
     download->replaces = true;
+    download->replaced = version;
     return true;
+}
+
+void SessionDownloads::EndWithNameTaken(const DownloadPointer& download)
+{
+    EndWithFailure(download, "the folder already contains something else with this name",
+                   "Choose another folder, or move that file away.", FailureKind::NameTaken);
+}
+
+void SessionDownloads::EndWithChangedCopy(const DownloadPointer& download)
+{
+    // The user decides by what the list shows.
+    Later(&context.documents, [&documents = context.documents, id = download->id, path = NormalizedTarget(download)] {
+        documents.ShowCopy(id, path);
+    });
+    EndWithFailure(download, "the local copy has changes that are not in the cloud",
+                   "Upload the changes, or choose another folder.", FailureKind::Conflict);
 }
 
 void SessionDownloads::Place(const DownloadPointer& download)
@@ -273,8 +286,13 @@ void SessionDownloads::Place(const DownloadPointer& download)
     if (!MayTakeTarget(download)) { // it may have changed while the document came
         return;
     }
-    const auto error = download->replaces ? Files::MoveReplacing(download->stagedPath, download->target)
-                                          : Files::MoveUnlessTaken(download->stagedPath, download->target);
+    const auto error = download->replaces
+                           ? Files::MoveReplacing(download->stagedPath, download->target, download->replaced)
+                           : Files::MoveUnlessTaken(download->stagedPath, download->target);
+    if (error == std::errc::file_exists) {
+        download->replaces ? EndWithChangedCopy(download) : EndWithNameTaken(download);
+        return;
+    }
     if (error) {
         EndWithFailure(download, "it could not be moved into the folder: " + QString::fromStdString(error.message()),
                        "Choose another folder.");

@@ -44,6 +44,7 @@ private:
         bool isInPlace = false;    ///< the changes of the local copy are to be lost
         std::string discardedHash; ///< of the local copy with these changes, as the list has shown it
         bool replaces = false;     ///< the document's own local copy, unchanged, stands at the target
+        Files::FileIdentity replaced; ///< that copy, while it is known to be unchanged
         State state = State::Preparing;
         bool isWaiting = false;
         int breaks = 0; ///< that the service was there for
@@ -73,6 +74,9 @@ private:
 
     /// Decides whether the file at the target may be replaced. Otherwise ends the download and says why.
     bool MayTakeTarget(const DownloadPointer& download);
+
+    void EndWithNameTaken(const DownloadPointer& download);
+    void EndWithChangedCopy(const DownloadPointer& download);
 
     /// Whether the document has a local copy with changes elsewhere.
     bool HasOtherChangedCopy(const DownloadPointer& download) const;

@@ -36,6 +36,13 @@ qint64 EnsureFile(const QByteArray& path)
     return status.st_size;
 }
 
+/// 0 for a file that is not there.
+qint64 SizeOf(const QByteArray& path)
+{
+    struct stat status {};
+    return ::stat(path.constData(), &status) == 0 ? status.st_size : 0;
+}
+
 } // namespace
 
 SqliteError::SqliteError(int code, const std::string& text) : std::runtime_error(text), code(code & 0xff) {}
@@ -71,7 +78,7 @@ SqliteConnection::SqliteConnection(const QString& file, quint32 applicationId) :
             throw SqliteError(SQLITE_READONLY, std::strerror(EACCES));
         }
         if (size > 0) {
-            content = IsOwn() ? Content::Own : Content::Foreign;
+            content = Inspect(path);
         }
     } catch (...) {
         sqlite3_close(handle);
@@ -134,7 +141,7 @@ void SqliteConnection::SetReadOnlyClose(bool readOnly)
     sqlite3_db_config(handle, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, readOnly ? 1 : 0, nullptr);
 }
 
-bool SqliteConnection::IsOwn() const
+SqliteConnection::Content SqliteConnection::Inspect(const QByteArray& path) const
 {
     // Read below SQL, which would first recover what another program left unfinished. Opening the file once more would
     // be worse: closing it would drop all locks that this process holds on it.
@@ -147,8 +154,20 @@ bool SqliteConnection::IsOwn() const
     }
     constexpr char magic[] = "SQLite format 3";
     constexpr std::size_t applicationIdAt = 68;
-    return std::memcmp(header.data(), magic, sizeof(magic)) == 0 &&
-           qFromBigEndian<quint32>(header.data() + applicationIdAt) == applicationId;
+    if (std::memcmp(header.data(), magic, sizeof(magic)) != 0 ||
+        qFromBigEndian<quint32>(header.data() + applicationIdAt) != applicationId) {
+        return Content::Foreign;
+    }
+    // SQLite fills the rest of a last page that was cut off with zeros, and finds empty values there. While there is a
+    // log, it may hold that page whole.
+    constexpr std::size_t pageSizeAt = 16;
+    const qint64 pageSize = qFromBigEndian<quint16>(header.data() + pageSizeAt);
+    qint64 size = 0;
+    file->pMethods->xFileSize(file, &size);
+    if (pageSize > 1 && size % pageSize != 0 && SizeOf(path + "-wal") == 0 && SizeOf(path + "-journal") == 0) {
+        throw SqliteError(SQLITE_CORRUPT, "its last page is not whole");
+    }
+    return Content::Own;
 }
 
 void SqliteConnection::Throw() const

@@ -69,7 +69,7 @@ public:
 private:
     friend class SqliteStatement;
 
-    bool IsOwn() const;
+    Content Inspect(const QByteArray& path) const;
     [[noreturn]] void Throw() const;
 
     const quint32 applicationId;

@@ -8,7 +8,10 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <cstdio>
 #include <memory>
+#include <thread>
 
 namespace Norlis::Files {
 
@@ -82,6 +85,57 @@ TEST_P(FilePlacingTest, PrivateFileStaysPrivateWhenItIsReplaced)
     ASSERT_TRUE(QFile::setPermissions(target, permissions));
     EXPECT_FALSE(MoveReplacing(source, target));
     EXPECT_EQ(QFile::permissions(target) & ~(QFile::ReadUser | QFile::WriteUser), permissions);
+}
+
+TEST_P(FilePlacingTest, OnlyTheKnownVersionIsReplaced)
+{
+    WriteFile(target, "old");
+    const auto known = FileIdentity::OfPath(target);
+    WriteFile(target, "edited");
+    EXPECT_EQ(MoveReplacing(source, target, known), std::errc::file_exists);
+    EXPECT_EQ(ReadFile(target), QByteArray("edited"));
+    EXPECT_EQ(ReadFile(source), QByteArray("new"));
+    EXPECT_FALSE(MoveReplacing(source, target, FileIdentity::OfPath(target)));
+    EXPECT_EQ(ReadFile(target), QByteArray("new"));
+    EXPECT_FALSE(QFile::exists(source));
+}
+
+TEST(MoveReplacingTest, AnEditInThatMomentKeepsItsName)
+{
+    const QTemporaryDir folder;
+    const QString source = folder.filePath("source");
+    const QString target = folder.filePath("target");
+    const QByteArray edit = folder.filePath("edit").toUtf8();
+    std::atomic<int> begun = 0;
+    std::atomic<int> saved = 0;
+    constexpr int rounds = 1500;
+    std::thread editor([&] { // saves as most editors do, when the other one looks
+        for (int round = 1; round <= rounds; ++round) {
+            while (begun < round) {
+            }
+            for (volatile int spins = round * 12; spins > 0; spins = spins - 1) {
+            }
+            std::rename(edit.constData(), target.toUtf8().constData());
+            saved = round;
+        }
+    });
+    int late = 0;
+    for (int round = 1; round <= rounds; ++round) {
+        WriteFile(source, "new");
+        WriteFile(target, "old");
+        WriteFile(QString::fromUtf8(edit), "edited");
+        const auto known = FileIdentity::OfPath(target);
+        begun = round;
+        const auto failure = MoveReplacing(source, target, known);
+        late += failure ? 0 : 1;
+        while (saved < round) {
+            std::this_thread::yield();
+        }
+        EXPECT_EQ(ReadFile(target), QByteArray("edited")) << round << (failure ? ": refused" : ": replaced");
+        EXPECT_EQ(QFile::exists(source), failure == std::errc::file_exists) << round;
+    }
+    editor.join();
+    RecordProperty("savedAfterwards", late);
 }
 
 TEST(ExchangeTest, TwoFilesChangePlaces)

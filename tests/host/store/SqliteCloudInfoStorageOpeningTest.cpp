@@ -108,6 +108,24 @@ TEST_F(SqliteCloudInfoStorageOpeningTest, StoreThatLostItsEndIsRefused)
     ExpectRefused("is damaged");
 }
 
+TEST_F(SqliteCloudInfoStorageOpeningTest, StoreWithoutTheEndOfItsLastPageIsRefused)
+{
+    MakeStore();
+    const QByteArray content = ContentOf(file);
+    for (const int missing : {1, 100, 2048, 4095}) {
+        WriteFile(file, content.chopped(missing));
+        ExpectRefused("is damaged (its last page is not whole)");
+    }
+}
+
+TEST_F(SqliteCloudInfoStorageOpeningTest, StoreWhoseLogHoldsTheLastPageIsWhole)
+{
+    MakeStore();
+    RunSql(file, "PRAGMA wal_autocheckpoint = 0; UPDATE records SET value = CAST(value || 'y' AS BLOB)", true);
+    ASSERT_TRUE(QFile::resize(file, QFileInfo(file).size() - 100)); // as by a crash while the log is taken over
+    EXPECT_EQ(SqliteCloudInfoStorage(file).ReadAll().size(), 1000u);
+}
+
 TEST_F(SqliteCloudInfoStorageOpeningTest, StoreWithoutItsTableIsRefused)
 {
     MakeStore();
