@@ -14,6 +14,7 @@
 #include "SessionUploads.h"
 
 #include <base/Lifetime.h>
+#include <files/PrivateFolder.h>
 
 #include <QDateTime>
 #include <QDir>
@@ -42,7 +43,7 @@ constexpr qint64 sliceMilliseconds = 6; // with the last step less than half a f
 
 QString ReadyFolder(const QString& folder)
 {
-    if (folder.isEmpty() || !QDir().mkpath(folder)) {
+    if (!Files::MakePrivateFolder(folder)) {
         throw std::runtime_error("The folder \"" + folder.toStdString() +
                                  "\" cannot be created. Check that you have permission to write to its parent folder.");
     }

@@ -1,9 +1,9 @@
 #include "PictureFolder.h"
 
 #include <files/AtomicFile.h>
+#include <files/PrivateFolder.h>
 
 #include <QBuffer>
-#include <QDir>
 #include <QFile>
 
 namespace Norlis::Host {
@@ -11,7 +11,6 @@ namespace Norlis::Host {
 namespace {
 
 constexpr unsigned permissions = 0600;
-constexpr auto folderPermissions = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
 
 } // namespace
 
@@ -30,9 +29,7 @@ bool PictureFolder::Save(const QPixmap& picture, const QString& id, Size size) c
     if (!content.open(QIODevice::WriteOnly) || !picture.save(&content, "PNG")) {
         return false;
     }
-    if (!QFile::exists(folder) && QDir().mkpath(folder)) {
-        QFile::setPermissions(folder, folderPermissions);
-    }
+    Files::MakePrivateFolder(folder);
     Files::AtomicFile file;
     return file.Open(folder, permissions) && file.Write(content.data(), content.size()) &&
            file.CommitReplacing(PathOf(id, size));

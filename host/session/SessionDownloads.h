@@ -41,9 +41,9 @@ private:
         QString folder;
         QString name;
         QString target;
-        bool isInPlace = false;    ///< the changes of the local copy are to be lost
-        std::string discardedHash; ///< of the local copy with these changes, as the list has shown it
-        bool replaces = false;     ///< the document's own local copy, unchanged, stands at the target
+        bool isInPlace = false;       ///< the changes of the local copy are to be lost
+        std::string discardedHash;    ///< of the local copy with these changes, as the list has shown it
+        bool replaces = false;        ///< the document's own local copy, unchanged, stands at the target
         Files::FileIdentity replaced; ///< that copy, while it is known to be unchanged
         State state = State::Preparing;
         bool isWaiting = false;

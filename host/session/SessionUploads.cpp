@@ -6,8 +6,8 @@
 
 #include <base/Utf8.h>
 #include <files/FileIdentity.h>
+#include <files/PrivateFolder.h>
 
-#include <QDir>
 #include <QFileInfo>
 #include <QSysInfo>
 #include <QTimer>
@@ -127,7 +127,7 @@ void SessionUploads::StartKeepingBoth(const QString& id)
         return;
     }
     const auto upload = std::make_shared<ActiveUpload>();
-    QDir().mkpath(linkFolder);
+    Files::MakePrivateFolder(linkFolder);
     upload->link = std::make_unique<QTemporaryDir>(linkFolder + "/XXXXXX");
     const QString name = OtherNameOf(FromUtf8(document->facts.name), QSysInfo::machineHostName(), QDate::currentDate(),
                                      [this](const QString& other) { return IsNameTaken(other); });

@@ -1,6 +1,7 @@
 #include "StagingFolder.h"
 
 #include <files/AbandonedFolder.h>
+#include <files/PrivateFolder.h>
 
 #include <QDateTime>
 #include <QDir>
@@ -43,7 +44,7 @@ StagingFolder::StagingFolder(const QString& parent, const QString& list)
     : path(QDir(parent).absoluteFilePath(prefix + NewName())),
       entry(list + '/' + QFileInfo(path).fileName())
 {
-    QDir().mkpath(list);
+    Files::MakePrivateFolder(list);
     QFile::link(path, entry); // without which it works just as well
     isThere = ::mkdir(QFile::encodeName(path).constData(), S_IRWXU) == 0;
     if (!isThere) {

@@ -4,6 +4,7 @@
 #include <files/AtomicFile.h>
 #include <files/DocumentNames.h>
 #include <files/FilePlacing.h>
+#include <files/PrivateFolder.h>
 
 #include <QDateTime>
 #include <QDir>
@@ -297,7 +298,7 @@ std::optional<QString> FolderStore::CompareWithMemory(const QString& dataFolder)
     }
     if (remembered != QStringList{mark, identity}) {
         const QFileInfo file(MemoryFile(dataFolder));
-        QDir().mkpath(file.path());
+        Files::MakePrivateFolder(file.path());
         WriteLines(file.path(), file.fileName(), {mark, identity});
     }
     return std::nullopt;

@@ -1,5 +1,7 @@
 #include "PreviewCache.h"
 
+#include <files/PrivateFolder.h>
+
 #include <QBuffer>
 #include <QCryptographicHash>
 #include <QDir>
@@ -34,7 +36,7 @@ PreviewCache::PreviewCache(const QString& folder, qint64 limit) : folder(folder)
     if (folder.isEmpty()) {
         return;
     }
-    QDir().mkpath(folder);
+    Files::MakePrivateFolder(folder);
     const auto entries = Entries(folder);
     for (const QFileInfo& entry : entries) {
         used += entry.size();

@@ -2,6 +2,7 @@
 
 #include <files/AtomicFile.h>
 #include <files/FileIdentity.h>
+#include <files/PrivateFolder.h>
 
 #include <QCryptographicHash>
 #include <QDir>
@@ -189,7 +190,7 @@ bool VersionMemory::OpenCurrent()
         }
         file.close();
     }
-    QDir().mkpath(QFileInfo(path).path());
+    Files::MakePrivateFolder(QFileInfo(path).path());
     file.setFileName(path);
     if (!file.open(QIODevice::ReadWrite | QIODevice::Append)) {
         return false; // what is known stays known

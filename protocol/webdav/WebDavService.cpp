@@ -7,6 +7,7 @@
 #include "UploadOperation.h"
 #include <base/Lifetime.h>
 #include <files/AbandonedFolder.h>
+#include <files/PrivateFolder.h>
 #include <protocol/http/Origin.h>
 
 #include <QDir>
@@ -57,7 +58,7 @@ QString PreviewFolderTemplate(const QString& cacheFolder)
 {
     const auto prefix = QStringLiteral("norlis-preview-");
     const QString parent = cacheFolder.isEmpty() ? QDir::tempPath() : cacheFolder;
-    QDir().mkpath(parent);
+    Files::MakePrivateFolder(parent);
     if (!cacheFolder.isEmpty()) {
         const auto folders = QDir(cacheFolder).entryInfoList({prefix + "??????"}, QDir::Dirs);
         for (const auto& folder : folders) {
@@ -346,7 +347,7 @@ std::unique_ptr<PreviewSource::Fetch> WebDavService::FetchForPreview(const Previ
         result.isSignedOut = result.isSignedOut && EndSession(asked.lock());
         done(std::move(result));
     };
-    QDir().mkpath(previewFolder.path()); // it may have been unused for so long that another program removed it
+    Files::MakePrivateFolder(previewFolder.path()); // it may have been unused for so long that another program removed it
     return std::make_unique<PreviewFetch>(session, session->documents.value(subject.document), box,
                                           previewFolder.path(), pool, whenFetched);
 }

@@ -119,7 +119,13 @@ bool WebDavUnderTest::PutAsOthers(const QString& name, const QByteArray& content
     QNetworkAccessManager network;
     const std::unique_ptr<QNetworkReply> reply(network.put(QNetworkRequest(address), content));
     EXPECT_TRUE(WaitUntil([&] { return reply->isFinished(); }));
-    return reply->error() == QNetworkReply::NoError;
+    const bool isTaken = reply->error() == QNetworkReply::NoError;
+    // One server answers some milliseconds before the content is in place.
+    constexpr int longest = 1000;
+    if (isTaken) {
+        WaitUntil([&] { return Get(name) == content; }, longest);
+    }
+    return isTaken;
 }
 
 void WebDavUnderTest::PutLarge(const QString& name, qint64 size)
