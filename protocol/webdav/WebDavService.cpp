@@ -347,7 +347,8 @@ std::unique_ptr<PreviewSource::Fetch> WebDavService::FetchForPreview(const Previ
         result.isSignedOut = result.isSignedOut && EndSession(asked.lock());
         done(std::move(result));
     };
-    Files::MakePrivateFolder(previewFolder.path()); // it may have been unused for so long that another program removed it
+    // It may have been unused for so long that another program removed it.
+    Files::MakePrivateFolder(previewFolder.path());
     return std::make_unique<PreviewFetch>(session, session->documents.value(subject.document), box,
                                           previewFolder.path(), pool, whenFetched);
 }
