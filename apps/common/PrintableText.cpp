@@ -30,8 +30,16 @@ bool IsTreacherous(uint codePoint)
     }
 }
 
+bool IsPlain(const QString& text)
+{
+    return std::all_of(text.begin(), text.end(), [](QChar character) { return character >= ' ' && character <= '~'; });
+}
+
 QString Printable(const QString& text)
 {
+    if (IsPlain(text)) {
+        return text;
+    }
     auto codePoints = text.toUcs4();
     std::replace_if(codePoints.begin(), codePoints.end(), IsTreacherous, replacement);
     return QString::fromUcs4(codePoints.constData(), codePoints.size());

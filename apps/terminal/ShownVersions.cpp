@@ -1,28 +1,42 @@
 #include "ShownVersions.h"
 
+#include <QDataStream>
 #include <QFile>
-#include <QJsonArray>
-#include <QJsonDocument>
 #include <QSaveFile>
 
 #include <utility>
 
 namespace Norlis::Terminal {
 
-ShownVersions::ShownVersions(const QString& dataFolder) : path(dataFolder + "/shown.json")
+namespace {
+
+// Ten thousand versions are read and compared by each list, which JSON would take a tenth of.
+constexpr quint32 mark = 0x4E524C56; // "NRLV", then a QDataStream: count; of each id, size, version
+constexpr auto streamVersion = QDataStream::Qt_5_15;
+
+} // namespace
+
+ShownVersions::ShownVersions(const QString& dataFolder) : path(dataFolder + "/shown-versions")
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
         isDamaged = file.exists();
         return;
     }
-    const QJsonDocument document = QJsonDocument::fromJson(file.readAll());
-    isDamaged = !document.isObject();
-    const QJsonObject saved = document.object();
-    for (auto entry = saved.begin(); entry != saved.end(); ++entry) {
-        const QJsonArray fields = entry->toArray();
-        versions.insert(entry.key(), {fields[0].toString().toULongLong(), fields[1].toString()});
+    QDataStream stream(file.readAll());
+    stream.setVersion(streamVersion);
+    quint32 foundMark = 0;
+    quint32 count = 0;
+    stream >> foundMark >> count;
+    isDamaged = foundMark != mark;
+    for (; count > 0 && !isDamaged; --count) {
+        QString id;
+        Version version;
+        stream >> id >> version.size >> version.version;
+        versions.insert(id, version);
+        isDamaged = stream.status() != QDataStream::Ok;
     }
+    isDamaged = isDamaged || !stream.atEnd();
 }
 
 bool ShownVersions::IsDamaged() const
@@ -69,13 +83,14 @@ void ShownVersions::Save()
     if (!isChanged || isDamaged) {
         return;
     }
-    QJsonObject saved;
-    for (auto version = versions.constBegin(); version != versions.constEnd(); ++version) {
-        saved[version.key()] = QJsonArray{QString::number(version->size), version->version};
-    }
     QSaveFile file(path);
     if (file.open(QIODevice::WriteOnly) && file.setPermissions(QFile::ReadOwner | QFile::WriteOwner)) {
-        file.write(QJsonDocument(saved).toJson(QJsonDocument::Compact));
+        QDataStream stream(&file);
+        stream.setVersion(streamVersion);
+        stream << mark << static_cast<quint32>(versions.size());
+        for (auto version = versions.constBegin(); version != versions.constEnd(); ++version) {
+            stream << version.key() << version->size << version->version;
+        }
         isChanged = !file.commit();
     }
 }

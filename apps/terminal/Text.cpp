@@ -21,9 +21,13 @@ int WidthOf(uint codePoint)
 
 QString JsonText(const QJsonDocument& document)
 {
+    const QString json = QString::fromUtf8(document.toJson(QJsonDocument::Compact));
+    if (Apps::IsPlain(json)) {
+        return json;
+    }
     QString text;
     const auto escape = [&](ushort unit) { text += QStringLiteral("\\u%1").arg(unit, 4, 16, QLatin1Char('0')); };
-    const auto codePoints = QString::fromUtf8(document.toJson(QJsonDocument::Compact)).toUcs4();
+    const auto codePoints = json.toUcs4();
     for (const uint codePoint : codePoints) {
         if (!Apps::IsTreacherous(codePoint)) {
             text += QString::fromUcs4(&codePoint, 1);
@@ -39,6 +43,9 @@ QString JsonText(const QJsonDocument& document)
 
 int DisplayWidth(const QString& text)
 {
+    if (Apps::IsPlain(text)) {
+        return text.size();
+    }
     int width = 0;
     const auto codePoints = text.toUcs4();
     for (const uint codePoint : codePoints) {

@@ -101,11 +101,27 @@ TEST_F(DocumentCommandsTest, WhereNoListWasShownTheOneThatIsKeptCounts)
 {
     MakeFile("Cloud/a.pdf", "seen");
     ASSERT_EQ(Run({"list"}).exitStatus, 0);
-    ASSERT_TRUE(QFile::remove(FileBelow(Data(), "shown.json"))); // as if another program had shown it
+    ASSERT_TRUE(QFile::remove(FileBelow(Data(), "shown-versions"))); // as if another program had shown it
     MakeFile("Cloud/a.pdf", "newer");
     EXPECT_EQ(Run({"remove", "a.pdf"}).exitStatus, 1);
     EXPECT_EQ(Run({"remove", "a.pdf"}).exitStatus, 1);
     EXPECT_EQ(CloudNames(), QStringList("a.pdf"));
+}
+
+TEST_F(DocumentCommandsTest, WhenItIsNotKnownWhatWasShownTheUserHasToLookAgain)
+{
+    MakeFile("Cloud/a.pdf", "seen");
+    ASSERT_EQ(Run({"list"}).exitStatus, 0);
+    const QString path = FileBelow(Data(), "shown-versions");
+    const QByteArray whole = ContentOf(path);
+    for (const QByteArray& damaged : {QByteArray(), QByteArray("{}"), whole.chopped(1), whole + 'x',
+                                      whole.left(4) + "\xff\xff\xff\xff" + whole.mid(8)}) {
+        WriteFile(path, damaged);
+        EXPECT_EQ(Run({"remove", "a.pdf"}).exitStatus, 1) << damaged.toHex().toStdString();
+        EXPECT_EQ(CloudNames(), QStringList("a.pdf"));
+    }
+    ASSERT_EQ(Run({"list"}).exitStatus, 0);
+    EXPECT_EQ(Run({"remove", "a.pdf"}).exitStatus, 0);
 }
 
 TEST_F(DocumentCommandsTest, PicturesComeInThreeSizesAndLieInTheDataFolder)
