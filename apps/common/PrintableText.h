@@ -7,7 +7,8 @@ namespace Norlis::Apps {
 /// Whether a terminal obeys a character, or a person does not see it.
 bool IsTreacherous(uint codePoint);
 
-/// Whether a text consists of printable ASCII characters, as nearly all do: each takes one column and stands for itself.
+/// Whether a text consists of printable ASCII characters, as nearly all do: each takes one column and stands for
+/// itself.
 bool IsPlain(const QString& text);
 
 /// The text on one line, as a person may read it: characters that move the cursor, change the terminal's state or the
