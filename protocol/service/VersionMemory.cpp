@@ -119,24 +119,13 @@ QString VersionMemory::HashOf(const QString& document, const std::function<bool(
 void VersionMemory::Remember(const QString& document, const QString& localPath, const Version& version)
 {
     Refresh();
-    const QString key = KeyOf(localPath);
-    const Copies known = copiesOf.value(document);
-    for (auto copy = known.begin(); copy != known.end(); ++copy) {
-        if (copy.key() != key && copy->version == version.version && copy->md5Hash != version.md5Hash) {
-            Set(document, copy.key(), Version{copy->version, {}});
-            Append(LineOf(document, copy.key(), Version{copy->version, {}}));
-        }
-    }
-    Set(document, key, version);
-    Append(LineOf(document, key, version));
+    Append(Note(document, KeyOf(localPath), version));
 }
 
 void VersionMemory::Move(const QString& document, const QString& from, const QString& to)
 {
     if (const auto version = Find(document, from)) {
-        Remember(document, to, *version);
-        Set(document, KeyOf(from), std::nullopt);
-        Append(LineOf(document, KeyOf(from), std::nullopt));
+        Append(Note(document, KeyOf(to), *version) + Change(document, KeyOf(from), std::nullopt));
     }
 }
 
@@ -155,11 +144,30 @@ QStringList VersionMemory::DocumentsBeginningWith(const QString& prefix)
 void VersionMemory::Forget(const QString& document)
 {
     Refresh();
-    const QStringList paths = copiesOf.value(document).keys();
-    for (const QString& copy : paths) {
-        Set(document, copy, std::nullopt);
-        Append(LineOf(document, copy, std::nullopt));
+    const QStringList keys = copiesOf.value(document).keys();
+    QByteArray changes;
+    for (const QString& key : keys) {
+        changes += Change(document, key, std::nullopt);
     }
+    Append(changes);
+}
+
+QByteArray VersionMemory::Note(const QString& document, const QString& key, const Version& version)
+{
+    QByteArray changes;
+    const Copies known = copiesOf.value(document);
+    for (auto copy = known.begin(); copy != known.end(); ++copy) {
+        if (copy.key() != key && copy->version == version.version && copy->md5Hash != version.md5Hash) {
+            changes += Change(document, copy.key(), Version{copy->version, {}});
+        }
+    }
+    return changes + Change(document, key, version);
+}
+
+QByteArray VersionMemory::Change(const QString& document, const QString& key, const std::optional<Version>& version)
+{
+    Set(document, key, version);
+    return LineOf(document, key, version);
 }
 
 void VersionMemory::Refresh()
@@ -177,7 +185,6 @@ void VersionMemory::Refresh()
         position += line.size();
         Apply(line);
     }
-    Compact();
 }
 
 bool VersionMemory::OpenCurrent()
@@ -228,9 +235,9 @@ void VersionMemory::Set(const QString& document, const QString& localPath, const
     }
 }
 
-void VersionMemory::Append(const QByteArray& line)
+void VersionMemory::Append(const QByteArray& changes)
 {
-    if (path.isEmpty()) {
+    if (path.isEmpty() || changes.isEmpty()) {
         return;
     }
     for (int attempt = 0; attempt < 3 && OpenCurrent(); ++attempt) {
@@ -240,12 +247,17 @@ void VersionMemory::Append(const QByteArray& line)
             continue; // has just been compacted
         }
         char last = '\n';
-        pread(file.handle(), &last, 1, file.size() - 1);
-        file.write(last == '\n' ? line : '\n' + line); // a program may have been killed in the middle of one
-        file.flush();
+        const qint64 size = file.size();
+        pread(file.handle(), &last, 1, size - 1);
+        const bool isWritten = file.write(last == '\n' ? changes : '\n' + changes) >= changes.size() && file.flush();
+        if (isWritten && last == '\n' && size > 0 && size == position) { // what stands there is known
+            position += changes.size();
+            lines += changes.count('\n');
+        }
         break;
     }
     Refresh(); // the file may have been opened only now, and others have written to it
+    Compact();
 }
 
 void VersionMemory::Compact()

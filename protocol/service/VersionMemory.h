@@ -55,7 +55,11 @@ private:
     bool OpenCurrent();
     void Apply(const QByteArray& line);
     void Set(const QString& document, const QString& localPath, const std::optional<Version>& version);
-    void Append(const QByteArray& line);
+
+    /// As Remember. Like Change, it gives the lines that are to be appended.
+    QByteArray Note(const QString& document, const QString& key, const Version& version);
+    QByteArray Change(const QString& document, const QString& key, const std::optional<Version>& version);
+    void Append(const QByteArray& changes);
 
     /// Writes the file anew when most of its lines are outdated.
     void Compact();
