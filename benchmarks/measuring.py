@@ -1,5 +1,7 @@
 """Runs programs and measures what they take: for programs.py."""
 
+import base64
+import http.client
 import math
 import os
 import random
@@ -10,6 +12,7 @@ import subprocess
 import sys
 import threading
 import time
+import urllib.parse
 from collections import defaultdict
 from dataclasses import dataclass
 
@@ -17,6 +20,9 @@ ROW_SECONDS = 60
 PROPFIND = (
     '<d:propfind xmlns:d="DAV:"><d:prop><d:resourcetype/><d:getcontentlength/><d:getlastmodified/><d:getetag/></d:prop>'
     "</d:propfind>"
+)
+LOCKINFO = (
+    '<d:lockinfo xmlns:d="DAV:"><d:lockscope><d:exclusive/></d:lockscope><d:locktype><d:write/></d:locktype></d:lockinfo>'
 )
 
 
@@ -80,6 +86,26 @@ class Server:
         """A new one. Where its files are, and the address for curl."""
         self.curl("-X", "MKCOL", f"{self.plain}{name}/", limit=limit)
         return self.folder / name, f"{self.plain}{name}/"
+
+    def locked_removals(self, url, count):
+        """What removing a document for sure needs of the protocol, and nothing else: LOCK and DELETE in turn."""
+        parts = urllib.parse.urlsplit(url)
+        secret = base64.b64encode(f"{self.user}:{self.password}".encode()).decode()
+        connection = http.client.HTTPConnection(parts.hostname, parts.port)
+
+        def request(method, address, status, body=None, **fields):
+            path = urllib.parse.urlsplit(address).path
+            connection.request(method, path, body, {"Authorization": f"Basic {secret}", **fields})
+            response = connection.getresponse()
+            response.read()
+            assert response.status == status, f"{method}: {response.status}"
+            return response
+
+        begin = time.monotonic()
+        for number in range(count):
+            lock = request("LOCK", f"{url}{number}", 200, LOCKINFO, Timeout="Second-60")
+            request("DELETE", f"{url}{number}", 204, If=f"<{url}{number}> ({lock.getheader('Lock-Token')})")
+        return time.monotonic() - begin
 
     def stop(self):
         self.process.send_signal(signal.SIGTERM)
@@ -162,6 +188,10 @@ class Bench:
         config.write_text("".join(lines.format(url=f"{url}{number}", path=path) for number, path in enumerate(paths)))
         return self.curl("-Z", "--parallel-max", "8", "-K", config)
 
+    def flushed(self, seconds, files):
+        """The time of a transfer and that of getting its files to the disk."""
+        return seconds + run("sync", *files, limit=self.limit).seconds
+
     def curl_list(self, url):
         return self.curl("-X", "PROPFIND", "-H", "Depth: 1", "--data", PROPFIND, "-o", "/dev/null", url)
 
@@ -216,9 +246,11 @@ class Row:
         except TooLong:
             pass  # the line says so
 
-    def line(self, work, aim=None, limit_of=min, aim_seconds=None):
-        """limit_of: of the medians of several peers, the one to compare with."""
-        peers = {name: statistics.median(times) for name, times in self.peers[work].items()}
+    def line(self, work, aim=None, limit_of=min, aim_seconds=None, beside=None, label=None):
+        """limit_of: of the medians of several peers, the one to compare with. beside: those peers, where not all."""
+        peers = {
+            name: statistics.median(times) for name, times in self.peers[work].items() if not beside or name in beside
+        }
         shown = ", ".join(f"{name} {format_seconds(seconds)}" for name, seconds in peers.items())
         ratio = ""
         if self.ours[work]:
@@ -230,7 +262,7 @@ class Row:
         aimed = f"{aim:.2f}" if aim else format_seconds(aim_seconds) if aim_seconds else ""
         spent = self.watched.get(work)
         print_line(
-            work, ours, shown, ratio, aimed, f"{spent.memory:.0f} MiB" if spent else "",
+            label or work, ours, shown, ratio, aimed, f"{spent.memory:.0f} MiB" if spent else "",
             f"{spent.slice:.0f} ms" if spent and not math.isnan(spent.slice) else "",
         )
 

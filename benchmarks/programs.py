@@ -55,7 +55,9 @@ def large(bench):
         row.ours_takes(upload, lambda watched: account.command("upload", source, watched=watched))
         reader = Account(bench, url)
         target = bench.new_folder("down")
-        row.peer_takes(download, "curl", bench.curl("-o", target / "curl.pdf", f"{theirs}large.pdf"))
+        curl = bench.curl("-o", target / "curl.pdf", f"{theirs}large.pdf")
+        row.peer_takes(download, "curl", curl)
+        row.peer_takes(download, "curl, sync", bench.flushed(curl, [target / "curl.pdf"]))
         row.peer_takes(download, "md5sum", md5)
         options = ["--to", target]
         row.ours_takes(download, lambda watched: reader.command("download", "large.pdf", options=options, watched=watched))
@@ -66,7 +68,8 @@ def large(bench):
 
     row.repeat(one_round)
     row.line(upload, aim=1.2, limit_of=max)
-    row.line(download, aim=1.2, limit_of=max)
+    row.line(download, aim=1.2, limit_of=max, beside=("curl", "md5sum"))
+    row.line(download, beside=("curl, sync",), label="the same, beside the disk")
     source.unlink()
 
 
@@ -88,19 +91,25 @@ def small(bench):
         account.remove()
         reader = Account(bench, url)
         to_target = 'url = "{url}"\noutput = "' + str(target) + '/{path.name}.curl"\n'
-        row.peer_takes(works["download"], "curl", bench.curl_each(to_target, theirs, paths))
+        curl = bench.curl_each(to_target, theirs, paths)
+        row.peer_takes(works["download"], "curl", curl)
+        row.peer_takes(works["download"], "curl, sync", bench.flushed(curl, target.glob("*.curl")))
         options = ["--to", target]
         row.ours_takes(
             works["download"], lambda watched: reader.command("download", *names, options=options, watched=watched)
         )
         deletion = 'url = "{url}"\nrequest = "DELETE"\n'
         row.peer_takes(works["remove"], "curl", bench.curl_each(deletion, theirs, paths))
+        bench.curl_each('upload-file = "{path}"\nurl = "{url}"\n', theirs, paths)
+        row.peer_takes(works["remove"], "LOCK, DELETE", bench.server.locked_removals(theirs, count))
         row.ours_takes(works["remove"], lambda watched: reader.command("remove", *names, watched=watched))
         reader.remove()
 
     row.repeat(one_round)
     for what, aim in (("upload", 3.0), ("download", 2.0), ("remove", 2.0)):
-        row.line(works[what], aim=aim)
+        row.line(works[what], aim=aim, beside=("curl",))
+    row.line(works["download"], beside=("curl, sync",), label="the download, beside the disk")
+    row.line(works["remove"], beside=("LOCK, DELETE",), label="the removal, beside LOCK and DELETE in turn")
 
 
 def measure_lists(bench, row, service, files, label, peers):

@@ -26,7 +26,9 @@ DocumentLock::DocumentLock(WebDavSession& session, const DavDocument& document, 
 
 DocumentLock::~DocumentLock()
 {
-    if (!token.isEmpty()) {
+    if (isRemoved && IsHeld()) {
+        session.housekeeper.ReleaseLockOfRemoved(url, token);
+    } else if (IsHeld()) {
         session.housekeeper.ReleaseLock(url, token);
     }
 }
@@ -122,6 +124,11 @@ void DocumentLock::RemoveWhatWasMade()
 void DocumentLock::End(Outcome outcome)
 {
     CallOnce(done, outcome); // it may destroy this object
+}
+
+void DocumentLock::NoteRemoval()
+{
+    isRemoved = true;
 }
 
 bool DocumentLock::HasRunOut() const

@@ -39,6 +39,9 @@ public:
     /// event loop; nothing is locked from then on, and Acquire says that there are no locks.
     void GiveUp(std::function<void()> done);
 
+    /// The document was removed under it.
+    void NoteRemoval();
+
     /// It may soon run out, or has done so: what was looked at under it may no longer be true. So it is when this
     /// program, or the computer, has stood still for a while.
     bool HasRunOut() const;
@@ -74,6 +77,7 @@ private:
     Done done;
     int attempts = 0;
     bool isGivenUp = false;
+    bool isRemoved = false;
     FileRequests files;
     HttpRequestGroup requests;
 };

@@ -187,6 +187,9 @@ void RemoveOperation::SendDelete(const DavDocument& known, const DavEntry& entry
         } else if (result.outcome == ChangeResult::Outcome::Refused) {
             Fail(known, result.response);
         } else {
+            if (result.IsDone()) {
+                lock->NoteRemoval();
+            }
             LookWhetherGone(known, result);
         }
     });

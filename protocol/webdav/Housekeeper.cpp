@@ -91,6 +91,19 @@ void Housekeeper::ReleaseLock(const QByteArray& url, const QByteArray& token)
     requests.Send(Unlock(url, token), [this](HttpResponse&&) { --tasks; });
 }
 
+void Housekeeper::ReleaseLockOfRemoved(const QByteArray& url, const QByteArray& token)
+{
+    if (session.removesLocks) {
+        return;
+    }
+    ++tasks;
+    requests.Send(Unlock(url, token), [this](HttpResponse&& response) {
+        const int status = response.Status();
+        session.removesLocks = IsMissing(status) || status == 400 || status == 409 || status == 412;
+        --tasks;
+    });
+}
+
 void Housekeeper::StoreHash(const DavDocument& document)
 {
     if (session.isNextcloudLike || document.etag.isEmpty() || document.md5.isEmpty() ||

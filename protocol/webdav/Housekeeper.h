@@ -35,6 +35,10 @@ public:
     /// \param token with its angle brackets
     void ReleaseLock(const QByteArray& url, const QByteArray& token);
 
+    /// The same after the document was removed. Its locks should have gone with it (RFC 4918, 9.6): nothing is sent to
+    /// a server that has been seen to do so.
+    void ReleaseLockOfRemoved(const QByteArray& url, const QByteArray& token);
+
     /// Stores the hash of an uploaded document, for the lists of later sign-ins and other machines. Nothing happens
     /// where the server does not store such properties, or the version has no ETag. Not part of the upload, since some
     /// servers take longer for it than for the document.

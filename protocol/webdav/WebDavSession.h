@@ -54,6 +54,7 @@ struct WebDavSession {
     bool isNextcloudLike = false;
     std::optional<bool> storesProperties;           ///< nullopt until tested
     std::optional<bool> hasLocks;                   ///< nullopt until tried
+    bool removesLocks = false;                      ///< with their document, as has been seen
     std::optional<bool> refusesToOverwrite;         ///< whether the server honours `Overwrite: F`; nullopt until tested
     std::optional<DestinationForm> destinationForm; ///< that the server understands; nullopt until tested
     std::optional<bool> takesHiddenNames;           ///< names with a leading dot; nullopt until tested

@@ -120,6 +120,30 @@ TEST_F(DocumentLockTest, WhatIsLockedIsDoneBeforeMoreIsLocked)
     EXPECT_LE(mostHeld, ids.size() / 2); // some more while a look takes its time
 }
 
+TEST_F(DocumentLockTest, LocksThatGoWithTheirDocumentsAreNotGivenBack)
+{
+    server.Misbehave(When("LOCK").Always(), Locks("urn:1", "Second-60"));
+    server.Misbehave(When("UNLOCK").Always(), AnswersWith(409));
+    for (const QString& each : {id, Put("a.pdf", "a"), Put("b.pdf", "b")}) {
+        ASSERT_TRUE(client.Remove(each)->Succeeds());
+        ASSERT_TRUE(WaitUntil([&] { return server.Count("UNLOCK") == 1; })); // this server shows it once
+    }
+    EXPECT_EQ(server.Count("LOCK"), 3);
+    EXPECT_EQ(server.Count("UNLOCK"), 1);
+}
+
+TEST_F(DocumentLockTest, LocksThatOutliveTheirDocumentsAreGivenBack)
+{
+    server.Misbehave(When("LOCK").Always(), Locks("urn:1", "Second-60"));
+    server.Misbehave(When("UNLOCK").Always(), AnswersWith(204));
+    int removed = 0;
+    for (const QString& each : {id, Put("a.pdf", "a"), Put("b.pdf", "b")}) {
+        ASSERT_TRUE(client.Remove(each)->Succeeds());
+        ++removed;
+        EXPECT_TRUE(WaitUntil([&] { return server.Count("UNLOCK") == removed; }));
+    }
+}
+
 TEST_F(DocumentLockTest, AServerThatHasLocksIsNotTakenForOneWithout)
 {
     server.Misbehave("LOCK", Locks("urn:1", "Second-60"));
