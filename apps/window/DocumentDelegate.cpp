@@ -7,6 +7,7 @@
 
 #include <QPainter>
 #include <QPainterPath>
+#include <QPixmapCache>
 #include <QTextLayout>
 #include <QUrl>
 
@@ -81,28 +82,52 @@ void PaintBackground(QPainter& painter, const QStyleOptionViewItem& option)
     }
 }
 
-/// How much of a name is put in the first of two lines.
-int EndOfFirstLine(const QString& name, const QFontMetrics& metrics, int width)
+/// As much of a text as is put in the first of several lines, which are centred.
+QTextLine FirstLine(QTextLayout& layout, int width)
 {
-    if (metrics.horizontalAdvance(name) <= width) {
-        return name.size();
-    }
-    QTextLayout layout(name);
-    QTextOption option;
+    QTextOption option(Qt::AlignHCenter);
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     layout.setTextOption(option);
     layout.beginLayout();
     QTextLine line = layout.createLine();
     line.setLineWidth(width);
     layout.endLayout();
-    return line.textLength();
+    return line;
+}
+
+/// The page in the place of a picture, drawn once: hundreds are in view on a large screen.
+QPixmap Placeholder(const QSize& size, qreal scale, bool isTorn, const QColor& paper, const QColor& ink)
+{
+    const QString key = QStringLiteral("page %1 %2 %3 %4 %5 %6")
+                            .arg(size.width())
+                            .arg(size.height())
+                            .arg(scale)
+                            .arg(isTorn)
+                            .arg(paper.rgba())
+                            .arg(ink.rgba());
+    QPixmap page;
+    if (!QPixmapCache::find(key, &page)) {
+        page = QPixmap(size * scale);
+        page.setDevicePixelRatio(scale);
+        page.fill(paper);
+        QPainter painter(&page);
+        painter.setPen(ink);
+        painter.drawRect(QRect({}, size).adjusted(0, 0, -1, -1));
+        const int inset = size.width() / 4;
+        PaintGlyph(painter, QRect({}, size).adjusted(inset, inset, -inset, -inset),
+                   isTorn ? Glyph::Unreadable : Glyph::Document, ink);
+        painter.end();
+        QPixmapCache::insert(key, page);
+    }
+    return page;
 }
 
 } // namespace
 
 DocumentDelegate::DocumentDelegate(Thumbnails& thumbnails, QObject* parent)
     : QStyledItemDelegate(parent),
-      thumbnails(thumbnails)
+      thumbnails(thumbnails),
+      awaiting(Thumbnails::maxWanted)
 {
 }
 
@@ -120,6 +145,22 @@ void DocumentDelegate::SetUnreadable(const QString& id, bool isUnreadable)
     }
 }
 
+QModelIndex DocumentDelegate::TakeAwaiting(const QString& picture)
+{
+    const std::unique_ptr<QPersistentModelIndex> index(awaiting.take(picture));
+    return index ? QModelIndex(*index) : QModelIndex();
+}
+
+void DocumentDelegate::PaintOnly(const QRegion& region)
+{
+    toBePainted = region;
+}
+
+bool DocumentDelegate::IsToBePainted(const QRect& part) const
+{
+    return toBePainted.isEmpty() || toBePainted.intersects(part);
+}
+
 QSize DocumentDelegate::CellSize(const QFontMetrics& metrics, int viewWidth) const
 {
     if (mode == DisplayMode::List) {
@@ -131,6 +172,19 @@ QSize DocumentDelegate::CellSize(const QFontMetrics& metrics, int viewWidth) con
     return {viewWidth / columns, previewEdge + 3 * metrics.lineSpacing() + 4 * margin};
 }
 
+QRect DocumentDelegate::PictureBox(const QRect& cell) const
+{
+    const QRect area = cell.adjusted(margin, margin, -margin, -margin);
+    return mode == DisplayMode::List
+               ? QRect(area.left(), area.top() + (area.height() - smallEdge) / 2, smallEdge, smallEdge)
+               : QRect(area.left() + (area.width() - previewEdge) / 2, area.top(), previewEdge, previewEdge);
+}
+
+QRect DocumentDelegate::PictureArea(const QRect& cell) const
+{
+    return PictureBox(cell).adjusted(0, 0, margin, margin); // with the badge at its corner
+}
+
 QSize DocumentDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const
 {
     return CellSize(option.fontMetrics, option.rect.width());
@@ -138,6 +192,9 @@ QSize DocumentDelegate::sizeHint(const QStyleOptionViewItem& option, const QMode
 
 void DocumentDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const
 {
+    if (!IsToBePainted(option.rect)) {
+        return;
+    }
     painter->save();
     PaintBackground(*painter, option);
     if (mode == DisplayMode::List) {
@@ -151,32 +208,54 @@ void DocumentDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
 void DocumentDelegate::PaintThumbnail(QPainter& painter, const QStyleOptionViewItem& option,
                                       const QModelIndex& index) const
 {
-    const QRect area = option.rect.adjusted(margin, margin, -margin, -margin);
-    const QRect box(area.left() + (area.width() - previewEdge) / 2, area.top(), previewEdge, previewEdge);
-    const QRect preview = PaintPreview(painter, box, option, index);
-    const QRect badge(preview.right() - badgeEdge / 2 - 2, preview.bottom() - badgeEdge / 2 - 2, badgeEdge, badgeEdge);
-    PaintBadge(painter, badge, index.data(Model::StateRole).toInt(), option.palette);
-
-    QRect line(area.left(), box.bottom() + margin + 2, area.width(), option.fontMetrics.lineSpacing());
+    const QRect box = PictureBox(option.rect);
+    if (IsToBePainted(PictureArea(option.rect))) {
+        const QRect preview = PaintPreview(painter, box, option, index);
+        const QRect badge(preview.right() - badgeEdge / 2 - 2, preview.bottom() - badgeEdge / 2 - 2, badgeEdge,
+                          badgeEdge);
+        PaintBadge(painter, badge, index.data(Model::StateRole).toInt(), option.palette);
+    }
+    QRect line(option.rect.left() + margin, box.bottom() + margin + 2, option.rect.width() - 2 * margin,
+               option.fontMetrics.lineSpacing());
+    const auto isDone = [&] { return !IsToBePainted({line.topLeft(), option.rect.bottomRight()}); };
+    if (isDone()) {
+        return;
+    }
     const auto draw = [&](const QString& text, Qt::TextElideMode elide) {
         painter.drawText(line, Qt::AlignCenter | Qt::TextSingleLine,
                          option.fontMetrics.elidedText(text, elide, line.width()));
         line.translate(0, line.height());
     };
+    // What fits, as most does, is laid out only once.
+    const auto drawIfItFits = [&](const QString& text) {
+        QTextLayout layout(text, option.font, painter.device());
+        const QTextLine all = FirstLine(layout, line.width());
+        if (all.textLength() == text.size()) {
+            if (IsToBePainted(line)) {
+                all.draw(&painter, line.topLeft() + QPointF(0, (line.height() - all.height()) / 2));
+            }
+            line.translate(0, line.height());
+        }
+        return all.textLength();
+    };
     const QString name = index.data(Model::NameRole).toString();
-    const int split = EndOfFirstLine(name, option.fontMetrics, line.width());
     painter.setPen(option.palette.color(TextRole(option)));
-    draw(name.left(split), Qt::ElideNone);
+    const int split = drawIfItFits(name);
     if (split < name.size()) {
+        draw(name.left(split), Qt::ElideNone);
         draw(name.mid(split).trimmed(), Qt::ElideMiddle);
+    }
+    if (isDone()) {
+        return;
     }
     painter.setPen(MutedColor(option));
     const QString date = DateText(index.data(Model::ModifiedRole).toDateTime());
     const QString size = SizeText(index.data(Model::SizeRole).toLongLong());
     const QString both = date.isEmpty() ? size : size + " · " + date;
-    if (option.fontMetrics.horizontalAdvance(both) <= line.width()) {
-        draw(both, Qt::ElideNone);
-    } else if (split < name.size()) { // there is one line left
+    if (drawIfItFits(both) == both.size()) {
+        return;
+    }
+    if (split < name.size()) { // there is one line left
         draw(date, Qt::ElideRight);
     } else {
         draw(size, Qt::ElideRight);
@@ -188,7 +267,7 @@ void DocumentDelegate::PaintLine(QPainter& painter, const QStyleOptionViewItem& 
 {
     const QRect area = option.rect.adjusted(margin, margin, -margin, -margin);
     const int letter = option.fontMetrics.averageCharWidth();
-    const QRect box(area.left(), area.top() + (area.height() - smallEdge) / 2, smallEdge, smallEdge);
+    const QRect box = PictureBox(option.rect);
     PaintPreview(painter, box, option, index);
 
     const auto elided = [&](const QRect& cell, const QString& text, Qt::TextElideMode elide, Qt::Alignment alignment) {
@@ -238,19 +317,18 @@ QRect DocumentDelegate::PaintPreview(QPainter& painter, const QRect& box, const 
     QRect target({}, size);
     target.moveCenter(box.center());
 
-    painter.setRenderHint(QPainter::SmoothPixmapTransform);
     QColor rim = option.palette.color(QPalette::Text);
     rim.setAlphaF(0.25);
     if (preview.isNull()) {
-        painter.setPen(rim);
-        painter.setBrush(option.palette.color(QPalette::Base));
-        painter.drawRect(target.adjusted(0, 0, -1, -1));
-        const int inset = target.width() / 4;
+        if (!path.isEmpty()) {
+            awaiting.insert(path, new QPersistentModelIndex(index));
+        }
         const bool isTorn = unreadable.contains(index.data(Model::IdRole).toString());
-        PaintGlyph(painter, target.adjusted(inset, inset, -inset, -inset), isTorn ? Glyph::Unreadable : Glyph::Document,
-                   rim);
+        painter.drawPixmap(target.topLeft(),
+                           Placeholder(size, scale, isTorn, option.palette.color(QPalette::Base), rim));
         return target;
     }
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
     painter.drawPixmap(target, preview);
     painter.setRenderHint(QPainter::Antialiasing, false); // the rim is straight
     painter.setPen(rim);

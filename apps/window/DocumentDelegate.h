@@ -2,6 +2,8 @@
 
 #include "Thumbnails.h"
 
+#include <QCache>
+#include <QPersistentModelIndex>
 #include <QStyledItemDelegate>
 
 namespace Norlis::Window {
@@ -20,8 +22,18 @@ public:
 
     void SetMode(DisplayMode newMode);
 
+    /// Leaves out parts of documents that lie outside of a region, until the next call. An empty one means everything.
+    void PaintOnly(const QRegion& region);
+
+    /// The document that was painted without the picture in that file, which was not loaded yet; invalid if none was.
+    /// It awaits the picture no longer.
+    QModelIndex TakeAwaiting(const QString& picture);
+
     /// The size of one document, for a view of that width.
     QSize CellSize(const QFontMetrics& metrics, int viewWidth) const;
+
+    /// Where the picture of a document is painted, for any picture.
+    QRect PictureArea(const QRect& cell) const;
 
     void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
@@ -29,11 +41,15 @@ public:
 private:
     void PaintThumbnail(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index) const;
     void PaintLine(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index) const;
+    QRect PictureBox(const QRect& cell) const;
+    bool IsToBePainted(const QRect& part) const;
     QRect PaintPreview(QPainter& painter, const QRect& box, const QStyleOptionViewItem& option,
                        const QModelIndex& index) const;
 
     Thumbnails& thumbnails;
-    QSet<QString> unreadable; ///< ids
+    QSet<QString> unreadable;                                ///< ids
+    QRegion toBePainted;                                     ///< see PaintOnly
+    mutable QCache<QString, QPersistentModelIndex> awaiting; ///< by the path of the picture
     DisplayMode mode = DisplayMode::Thumbnails;
 };
 

@@ -37,8 +37,11 @@ DocumentsView::DocumentsView(QWidget* parent) : QListView(parent)
     setDefaultDropAction(Qt::CopyAction);
     setMouseTracking(true);
     setFrameShape(NoFrame);
-    // Whichever document it belongs to, only what is visible is repainted.
-    connect(&thumbnails, &Thumbnails::Loaded, viewport(), qOverload<>(&QWidget::update));
+    connect(&thumbnails, &Thumbnails::Loaded, this, [this](const QString& path) {
+        if (const QModelIndex index = delegate.TakeAwaiting(path); index.isValid()) {
+            viewport()->update(delegate.PictureArea(visualRect(index)));
+        }
+    });
     forgetTimer.setSingleShot(true);
     connect(&forgetTimer, &QTimer::timeout, this, [this] {
         removedSelection.clear();
@@ -141,7 +144,9 @@ QStringList DocumentsView::ShownIds() const
 
 void DocumentsView::paintEvent(QPaintEvent* event)
 {
+    delegate.PaintOnly(event->region()); // the list view paints all that touches its bounding rectangle
     QListView::paintEvent(event);
+    delegate.PaintOnly({});
     if (!shownTimer.isActive()) {
         shownTimer.start();
     }

@@ -9,6 +9,8 @@
 #include <QLocale>
 #include <QTextDocument>
 
+#include <ctime>
+
 namespace Norlis::Window {
 
 using Request = Host::CloudProblem::Request;
@@ -75,12 +77,19 @@ QString ToolTipText(QStringList lines)
 
 QString DateText(const QDateTime& date)
 {
-    const QDateTime local = date.toLocalTime();
-    if (!local.isValid()) {
+    if (!date.isValid()) {
         return {};
     }
-    return local.date() == QDate::currentDate() ? Texts::tr("Today, %1").arg(TimeText(local.time()))
-                                                : QLocale().toString(local.date(), DateFormat());
+    // Qt would look twice whether the time zone has changed, which takes longer than painting the text.
+    const std::time_t seconds = date.toSecsSinceEpoch();
+    std::tm local = {};
+    localtime_r(&seconds, &local);
+    const QDate day(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday);
+    constexpr qint64 twoDays = 48 * 60 * 60;
+    const bool isNear = qAbs(QDateTime::currentSecsSinceEpoch() - seconds) < twoDays; // otherwise nobody need look
+    return isNear && day == QDate::currentDate()
+               ? Texts::tr("Today, %1").arg(TimeText(QTime(local.tm_hour, local.tm_min)))
+               : QLocale().toString(day, DateFormat());
 }
 
 QString TimeText(const QTime& time)

@@ -9,7 +9,6 @@ namespace Norlis::Window {
 
 namespace {
 
-constexpr std::size_t maxWanted = 400; // several screenfuls
 constexpr int threads = 2;
 
 /// In KiB, because QCache uses int.
@@ -39,7 +38,7 @@ QPixmap Thumbnails::Find(const QString& path)
     if (!reading.contains(path)) {
         wanted.erase(std::remove(wanted.begin(), wanted.end(), path), wanted.end());
         wanted.push_front(path);
-        if (wanted.size() > maxWanted) {
+        if (wanted.size() > std::size_t{maxWanted}) {
             wanted.pop_back();
         }
         ReadNext();

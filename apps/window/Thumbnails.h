@@ -16,6 +16,8 @@ class Thumbnails : public QObject {
     Q_OBJECT
 
 public:
+    static constexpr int maxWanted = 400; ///< several screenfuls
+
     /// \param limit size of the cache, in bytes
     explicit Thumbnails(qsizetype limit = 64 * 1024 * 1024, QObject* parent = nullptr);
     ~Thumbnails() override;
