@@ -21,6 +21,8 @@
 
 #include <benchmark/benchmark.h>
 
+#include <vector>
+
 namespace {
 
 using namespace Norlis;
@@ -39,11 +41,10 @@ public:
         if (role != Qt::DecorationRole) {
             return QIdentityProxyModel::data(index, role);
         }
-        const auto previews = index.data(Host::CloudDocumentsModel::PreviewsRole).toMap();
-        return pictures.value(previews.value("large").toUrl().toLocalFile());
+        return pictures.value(index.data(Host::CloudDocumentsModel::IdRole).toString());
     }
 
-    QHash<QString, QPixmap> pictures; ///< by path
+    QHash<QString, QPixmap> pictures; ///< by id
 };
 
 /// Documents with pictures, and the widgets over them.
@@ -52,14 +53,16 @@ public:
     Desk()
     {
         QImage picture(135, 191, QImage::Format_RGB32);
+        std::vector<QPixmap> pictures;
         for (int number = 0; number < pictureCount; ++number) {
             picture.fill(QColor::fromHsv(number % 360, 100, 230));
             picture.save(PicturePath(number), "PNG");
-            ready.pictures.insert(PicturePath(number), QPixmap::fromImage(picture.scaled(
-                                                           edge, edge, Qt::KeepAspectRatio, Qt::SmoothTransformation)));
+            pictures.push_back(
+                QPixmap::fromImage(picture.scaled(edge, edge, Qt::KeepAspectRatio, Qt::SmoothTransformation)));
         }
         for (int number = 0; number < documentCount; ++number) {
             Add(number);
+            ready.pictures.insert("id" + QString::number(number), pictures[number % pictureCount]);
         }
         filter.setSourceModel(&model);
         view.setModel(&filter);
