@@ -127,7 +127,8 @@ QPixmap Placeholder(const QSize& size, qreal scale, bool isTorn, const QColor& p
 DocumentDelegate::DocumentDelegate(Thumbnails& thumbnails, QObject* parent)
     : QStyledItemDelegate(parent),
       thumbnails(thumbnails),
-      awaiting(Thumbnails::maxWanted)
+      awaiting(Thumbnails::maxWanted),
+      last(Thumbnails::maxWanted)
 {
 }
 
@@ -310,8 +311,20 @@ QRect DocumentDelegate::PaintPreview(QPainter& painter, const QRect& box, const 
                                      const QModelIndex& index) const
 {
     const qreal scale = painter.device()->devicePixelRatioF();
+    const QString id = index.data(Model::IdRole).toString();
+    const bool isTorn = unreadable.contains(id);
     const QString path = PreviewPath(index, qRound(box.height() * scale));
-    const QPixmap preview = path.isEmpty() ? QPixmap() : thumbnails.Find(path);
+    QPixmap preview = path.isEmpty() ? QPixmap() : thumbnails.Find(path);
+    if (preview.isNull()) {
+        if (!path.isEmpty()) {
+            awaiting.insert(path, new QPersistentModelIndex(index));
+        }
+        if (const auto former = last.object(id); former && !isTorn) { // until the picture of the new version is there
+            preview = *former;
+        }
+    } else {
+        last.insert(id, new QPixmap(preview));
+    }
     const QSize size = preview.isNull() ? QSize(qRound(box.height() * paperAspectRatio), box.height())
                                         : preview.size().scaled(box.size(), Qt::KeepAspectRatio);
     QRect target({}, size);
@@ -320,10 +333,6 @@ QRect DocumentDelegate::PaintPreview(QPainter& painter, const QRect& box, const 
     QColor rim = option.palette.color(QPalette::Text);
     rim.setAlphaF(0.25);
     if (preview.isNull()) {
-        if (!path.isEmpty()) {
-            awaiting.insert(path, new QPersistentModelIndex(index));
-        }
-        const bool isTorn = unreadable.contains(index.data(Model::IdRole).toString());
         painter.drawPixmap(target.topLeft(),
                            Placeholder(size, scale, isTorn, option.palette.color(QPalette::Base), rim));
         return target;

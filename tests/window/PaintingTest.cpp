@@ -111,6 +111,23 @@ TEST_F(PaintingTest, EachChangeOfADocumentIsSeen)
     EXPECT_TRUE(isSeen([this] { Action("List")->trigger(); })) << "list";
 }
 
+TEST_F(PaintingTest, AChangedDocumentKeepsItsPictureUntilTheNewOneIsThere)
+{
+    PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
+    OpenCloud();
+    ASSERT_TRUE(Shows({"a.pdf"}));
+    ASSERT_TRUE(HasPicture(0, Qt::red));
+    PutIntoCloud("a.pdf", PdfOfColor(Qt::blue));
+    Refresh();
+    QStringList seen;
+    ASSERT_TRUE(WaitUntil([&] {
+        seen.append(Picture(0).name());
+        return Picture(0) == Qt::blue;
+    }));
+    seen.removeDuplicates();
+    EXPECT_EQ(seen, QStringList({QColor(Qt::red).name(), QColor(Qt::blue).name()}));
+}
+
 TEST_F(PaintingTest, WhatIsScrolledIntoViewIsPaintedBesideWhatIsLeftInView)
 {
     for (int number = 10; number < 60; ++number) {
