@@ -168,7 +168,7 @@ void MainWindow::ShowDocuments()
             isRunning || changes > 0,
             isRunning ? tr("Transfers are still running. Sign out anyway?")
                       : tr("%n document(s) have changes that are not in the cloud. Sign out anyway?", nullptr, changes),
-            tr("Sign Out"), [this] { SignOut(); });
+            isRunning ? FateOfTransfers() : QString(), tr("Sign Out"), [this] { SignOut(); });
     });
     // Queued, because the page must not be destroyed while it emits.
     connect(
@@ -237,8 +237,14 @@ void MainWindow::SignOut()
         Qt::QueuedConnection);
 }
 
-void MainWindow::RunConfirmed(bool needsConfirmation, const QString& question, const QString& consent,
-                              const std::function<void()>& action)
+QString MainWindow::FateOfTransfers()
+{
+    return tr("They are canceled and do not go on later. The files on this computer and the documents in the cloud "
+              "stay as they are.");
+}
+
+void MainWindow::RunConfirmed(bool needsConfirmation, const QString& question, const QString& detail,
+                              const QString& consent, const std::function<void()>& action)
 {
     if (!needsConfirmation) {
         action();
@@ -246,6 +252,7 @@ void MainWindow::RunConfirmed(bool needsConfirmation, const QString& question, c
     }
     const auto box = new QMessageBox(QMessageBox::Question, windowTitle(), question, QMessageBox::NoButton, this);
     box->setObjectName("confirmEnd");
+    box->setInformativeText(detail);
     box->setAttribute(Qt::WA_DeleteOnClose);
     const auto go = box->addButton(consent, QMessageBox::DestructiveRole);
     box->setDefaultButton(box->addButton(tr("Cancel"), QMessageBox::RejectRole));
@@ -277,7 +284,7 @@ void MainWindow::closeEvent(QCloseEvent* event)
 {
     if (documents && documents->HasRunningTransfers() && !isCloseConfirmed && !isClosingWithoutAsking) {
         event->ignore();
-        RunConfirmed(true, tr("Transfers are still running. Quit anyway?"), tr("Quit"), [this] {
+        RunConfirmed(true, tr("Transfers are still running. Quit anyway?"), FateOfTransfers(), tr("Quit"), [this] {
             isCloseConfirmed = true;
             close();
         });

@@ -54,8 +54,10 @@ private:
     void Settle(const std::function<void()>& action);
 
     /// Runs the action, if need be when the user has agreed.
-    void RunConfirmed(bool needsConfirmation, const QString& question, const QString& consent,
+    /// \param detail says what becomes of what is under way; may be empty
+    void RunConfirmed(bool needsConfirmation, const QString& question, const QString& detail, const QString& consent,
                       const std::function<void()>& action);
+    static QString FateOfTransfers();
 
     /// Opens the records. On failure returns false, after telling the user.
     bool OpenSession(const Host::CloudAccount& wanted);

@@ -105,7 +105,7 @@ void AskToRemove(QWidget& widget, const QStringList& names, const std::function<
                                  : Questions::tr("Remove %n documents from the cloud?", nullptr, names.size());
     Ask(widget, "confirmRemoval", question,
         SomeOf(names) + "\n\n" +
-            Questions::tr("Copies on this computer are kept. For ten seconds, Undo takes it back."),
+            Questions::tr("Copies on this computer are kept. For half a minute, Undo takes it back."),
         {{Questions::tr("Remove"), action}}, true);
 }
 

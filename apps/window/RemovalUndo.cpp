@@ -13,7 +13,7 @@ namespace Norlis::Window {
 
 namespace {
 
-constexpr auto timeToThink = std::chrono::seconds(10);
+constexpr auto timeToThink = std::chrono::seconds(30);
 
 } // namespace
 
@@ -34,9 +34,19 @@ void RemovalUndo::Undo()
     if (removals.empty()) {
         return;
     }
-    session.UndoRemoval(removals.back().ids);
+    const QStringList ids = removals.back().ids;
     removals.pop_back();
+    session.UndoRemoval(ids);
     Offer();
+    const auto tooLate = std::count_if(ids.begin(), ids.end(), [this](const QString& id) {
+        return session.IsRemovalPending(id) || !session.Documents().GetFileInfo(id); // sent, or done
+    });
+    if (tooLate > 0) {
+        message.Show(
+            Topic::undo,
+            tr("It is too late to undo: %n document(s) had already been removed.", nullptr, static_cast<int>(tooLate)),
+            {});
+    }
     emit PossibleChanged();
 }
 

@@ -1,4 +1,4 @@
-#include "WindowTest.h"
+#include "ServerWindowTest.h"
 
 #include <QListView>
 #include <QMessageBox>
@@ -11,6 +11,7 @@ namespace {
 using testing::HasSubstr;
 using testing::IsEmpty;
 using RemovalWindowTest = WindowTest;
+using RemovalOverAServerTest = ServerWindowTest;
 
 TEST_F(RemovalWindowTest, RemovalOfManyDocumentsAsksOnce)
 {
@@ -98,6 +99,23 @@ TEST_F(RemovalWindowTest, ARemovalIsSentWhenTheUserSignsOut)
     ASSERT_TRUE(Shows({}));
     Action("Sign Out")->trigger();
     EXPECT_TRUE(WaitUntil([&] { return !ReadFile(Cloud("a.pdf")); }));
+}
+
+TEST_F(RemovalOverAServerTest, UndoTellsThatTheRemovalHasBeenSent)
+{
+    server.Put("a.pdf", PdfOfColor(Qt::red));
+    SignIn();
+    ASSERT_TRUE(Shows({"a.pdf"}));
+    Select({"a.pdf"});
+    QTest::keyClick(Documents(), Qt::Key_Delete);
+    ASSERT_TRUE(Shows({}));
+    server.Misbehave(TestKit::When("DELETE").Always(), TestKit::HangsInTheAnswer(0));
+    Action("Sign Out")->trigger(); // sends it
+    ASSERT_TRUE(WaitUntil([&] { return server.Count("DELETE") == 1; }));
+    Action("Undo Removal")->trigger();
+    EXPECT_EQ(Message(), "It is too late to undo: 1 document had already been removed.");
+    EXPECT_EQ(Names(), QStringList());
+    EXPECT_FALSE(Action("Undo Removal")->isEnabled());
 }
 
 } // namespace

@@ -394,6 +394,10 @@
         <translation>Es laufen noch Übertragungen. Trotzdem beenden?</translation>
     </message>
     <message>
+        <source>They are canceled and do not go on later. The files on this computer and the documents in the cloud stay as they are.</source>
+        <translation>Sie werden abgebrochen und später nicht fortgesetzt. Die Dateien auf diesem Computer und die Dokumente in der Cloud bleiben, wie sie sind.</translation>
+    </message>
+    <message>
         <source>No password or token was given.</source>
         <translation>Es wurde kein Passwort oder Token angegeben.</translation>
     </message>
@@ -511,8 +515,8 @@
         <translation>Änderungen hochladen</translation>
     </message>
     <message>
-        <source>Copies on this computer are kept. For ten seconds, Undo takes it back.</source>
-        <translation>Kopien auf diesem Computer bleiben. Zehn Sekunden lang lässt es sich rückgängig machen.</translation>
+        <source>Copies on this computer are kept. For half a minute, Undo takes it back.</source>
+        <translation>Kopien auf diesem Computer bleiben. Eine halbe Minute lang lässt es sich rückgängig machen.</translation>
     </message>
     <message numerus="yes">
         <source>Open %n documents?</source>
@@ -531,6 +535,13 @@
     <message>
         <source>Undo</source>
         <translation>Rückgängig</translation>
+    </message>
+    <message numerus="yes">
+        <source>It is too late to undo: %n document(s) had already been removed.</source>
+        <translation>
+            <numerusform>Dafür ist es zu spät: %n Dokument war schon entfernt.</numerusform>
+            <numerusform>Dafür ist es zu spät: %n Dokumente waren schon entfernt.</numerusform>
+        </translation>
     </message>
 </context>
 <context>

@@ -84,6 +84,16 @@
     </message>
 </context>
 <context>
+    <name>Norlis::Window::RemovalUndo</name>
+    <message numerus="yes">
+        <source>It is too late to undo: %n document(s) had already been removed.</source>
+        <translation>
+            <numerusform>It is too late to undo: %n document had already been removed.</numerusform>
+            <numerusform>It is too late to undo: %n documents had already been removed.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>Norlis::Window::StatusLine</name>
     <message numerus="yes">
         <source>%n document(s)</source>
