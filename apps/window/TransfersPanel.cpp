@@ -19,6 +19,16 @@ namespace {
 
 constexpr int headInterval = 250; // milliseconds
 
+/// Shows its rows even while others are removed all the time, which would have it lay them out later and later.
+class PromptListView : public QListView {
+protected:
+    void paintEvent(QPaintEvent* event) override
+    {
+        executeDelayedItemsLayout();
+        QListView::paintEvent(event);
+    }
+};
+
 QPushButton* Button(const QString& text, const char* name)
 {
     const auto button = new QPushButton(text);
@@ -57,7 +67,7 @@ TransfersPanel::TransfersPanel(Transfers& transfers, QWidget* parent)
     : QFrame(parent),
       transfers(transfers),
       title(new QLabel),
-      list(new QListView),
+      list(new PromptListView),
       details(Button(tr("Details"), "transferDetails")),
       cancel(Button(tr("Cancel All"), "cancelTransfers")),
       tryAgain(Button(tr("Try Again"), "tryAgain")),
@@ -158,9 +168,6 @@ void TransfersPanel::Refresh()
     tryAgain->setVisible(transfers.CountOf(Status::Failed) > 0 || !Selected(ended).isEmpty());
     clear->setVisible(all > running);
     details->setVisible(isSuccess);
-    if (!isSuccess) {
-        details->setChecked(false);
-    }
     if (running > 0) { // what stands still tells nothing by itself
         headUpdate.start();
         list->viewport()->update();

@@ -3,6 +3,8 @@
 #include <QAbstractButton>
 #include <QLabel>
 #include <QListView>
+#include <QMessageBox>
+#include <QScreen>
 #include <QSplitter>
 #include <QTest>
 
@@ -94,6 +96,63 @@ TEST_F(TransfersTest, OneLineIsLeftWhenAllHaveSucceeded)
     EXPECT_TRUE(WaitUntil([&] { return panel->height() > 5 * panel->fontMetrics().height(); })) << panel->height();
     ClickButton("Clear");
     EXPECT_FALSE(Find<QWidget>("transfersPanel"));
+}
+
+TEST_F(TransfersTest, ThePanelStaysAsLargeAsTheUserHasMadeIt)
+{
+    Drop({LocalFile("a.pdf", PdfOfColor(Qt::red))});
+    ASSERT_TRUE(WaitUntil([&] { return Transfers() == QStringList{"a.pdf finished"}; }));
+    ClickButton("Details");
+    ASSERT_TRUE(Find<QListView>("transfers"));
+    Drop({LocalFile("b.pdf", PdfOfColor(Qt::blue))});
+    ASSERT_TRUE(WaitUntil([&] { return Transfers() == QStringList({"b.pdf finished", "a.pdf finished"}); }));
+    EXPECT_TRUE(Find<QListView>("transfers"));
+}
+
+TEST_F(TransfersTest, WhoQuitsIsToldWhatBecomesOfRunningTransfers)
+{
+    ASSERT_NO_FATAL_FAILURE(DropSlowly({"a.pdf"}));
+    window->close();
+    ASSERT_EQ(Questions().size(), 1);
+    EXPECT_THAT(Questions().first()->informativeText().toStdString(), HasSubstr("canceled and do not go on later"));
+    Answer("Quit");
+    ASSERT_TRUE(WaitUntil([&] { return !window->isVisible(); }));
+    server.BehaveAgain();
+    Open();
+    ASSERT_TRUE(WaitUntil([&] { return Status().contains("as of"); }));
+    EXPECT_EQ(Transfers(), QStringList());
+    EXPECT_EQ(server.Names(), QStringList());
+    EXPECT_TRUE(ReadFile(Local("a.pdf")));
+}
+
+TEST_F(TransfersTest, RowsStayInSightWhileManyOthersEnd)
+{
+    constexpr int count = 100; // more than are listed when they have ended
+    for (int number = 0; number < count; ++number) {
+        server.Put(QString("%1.pdf").arg(number), PdfOfColor(Qt::red));
+    }
+    Refresh();
+    ASSERT_TRUE(WaitUntil([&] { return Names().size() == count; }));
+    Documents()->selectAll();
+    Action("Download")->trigger();
+    const auto isBlank = [this] {
+        const auto list = Find<QListView>("transfers");
+        const QRect part(list->viewport()->mapTo(window.get(), QPoint()), list->viewport()->size());
+        const QImage seen = window->screen()->grabWindow(window->winId()).toImage().copy(part);
+        QImage blank = seen;
+        blank.fill(seen.pixelColor(0, 0));
+        return seen == blank;
+    };
+    int blanks = 0;
+    ASSERT_TRUE(WaitUntil([&] {
+        const int finished = Transfers().filter("finished").size();
+        if (finished == Transfers().size()) {
+            return true;
+        }
+        blanks += finished > 10 && isBlank() ? 1 : 0;
+        return false;
+    }));
+    EXPECT_EQ(blanks, 0);
 }
 
 TEST_F(TransfersTest, ADoubleClickCancelsOneTransfer)
