@@ -3,6 +3,7 @@
 #include "DocumentsView.h"
 #include "DropHint.h"
 #include "EmptyPage.h"
+#include "FittingToolBar.h"
 #include "MessageBar.h"
 #include "StatusLine.h"
 #include "Texts.h"
@@ -17,7 +18,6 @@
 #include <QShortcut>
 #include <QSplitter>
 #include <QStackedWidget>
-#include <QToolBar>
 #include <QVBoxLayout>
 
 #include <array>
@@ -61,7 +61,7 @@ DocumentsPage::DocumentsPage(CloudSession& session, QSettings& settings, QWidget
       model(session.Documents(), session.LargeSizes()),
       transfers(session),
       actions(*this),
-      tools(new QToolBar),
+      tools(new FittingToolBar),
       search(new QLineEdit),
       order(new QComboBox),
       message(new MessageBar),
@@ -164,7 +164,6 @@ void DocumentsPage::Arrange()
 QWidget* DocumentsPage::Tools()
 {
     tools->setAccessibleName(tr("Toolbar"));
-    tools->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
     actions.AddTo(*tools);
     search->setObjectName("search");
     search->setPlaceholderText(tr("Search"));

@@ -14,6 +14,7 @@
 #include <QMenuBar>
 #include <QRegularExpression>
 #include <QTest>
+#include <QToolBar>
 #include <QTranslator>
 #include <QXmlStreamReader>
 
@@ -127,6 +128,34 @@ TEST_F(AccessibilityTest, EveryControlHasANameForAScreenReader)
     Drop({LocalFile("b.pdf", PdfOfColor(Qt::red)), LocalFile("c.txt", "text")});
     ASSERT_TRUE(WaitUntil([&] { return Transfers() == QStringList{"b.pdf finished"}; }));
     EXPECT_THAT(Nameless(), IsEmpty());
+}
+
+TEST_F(AccessibilityTest, LargeLettersLeaveEveryToolInSight)
+{
+    const QFont before = QApplication::font();
+    PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
+    OpenCloud();
+    ASSERT_TRUE(Shows({"a.pdf"}));
+    const auto tools = Find<QToolBar>();
+    const auto isEachInSight = [tools] {
+        const auto actions = tools->actions();
+        return std::all_of(actions.begin(), actions.end(), [&](QAction* action) {
+            const QWidget& tool = *tools->widgetForAction(action);
+            return tool.isVisible() && tools->rect().contains(tool.geometry()) &&
+                   tool.width() >= tool.sizeHint().width();
+        });
+    };
+    EXPECT_TRUE(isEachInSight());
+    EXPECT_EQ(tools->toolButtonStyle(), Qt::ToolButtonTextUnderIcon);
+    QFont large = before;
+    large.setPointSize(18);
+    QApplication::setFont(large);
+    window->resize(800, 600);
+    EXPECT_TRUE(WaitUntil(isEachInSight));
+    window->resize(3000, 600);
+    EXPECT_TRUE(WaitUntil([&] { return isEachInSight() && tools->toolButtonStyle() == Qt::ToolButtonTextUnderIcon; }));
+    window.reset();
+    QApplication::setFont(before);
 }
 
 TEST_F(AccessibilityTest, DocumentsAndTransfersSayWhatTheyAre)
