@@ -320,10 +320,10 @@ QRect DocumentDelegate::PaintPreview(QPainter& painter, const QRect& box, const 
             awaiting.insert(path, new QPersistentModelIndex(index));
         }
         if (const auto former = last.object(id); former && !isTorn) { // until the picture of the new version is there
-            preview = *former;
+            preview = thumbnails.Known(*former);
         }
     } else {
-        last.insert(id, new QPixmap(preview));
+        last.insert(id, new QString(path));
     }
     const QSize size = preview.isNull() ? QSize(qRound(box.height() * paperAspectRatio), box.height())
                                         : preview.size().scaled(box.size(), Qt::KeepAspectRatio);

@@ -50,7 +50,7 @@ private:
     QSet<QString> unreadable;                                ///< ids
     QRegion toBePainted;                                     ///< see PaintOnly
     mutable QCache<QString, QPersistentModelIndex> awaiting; ///< by the path of the picture
-    mutable QCache<QString, QPixmap> last;                   ///< pictures that were painted, by id
+    mutable QCache<QString, QString> last;                   ///< paths of the pictures that were painted, by id
     DisplayMode mode = DisplayMode::Thumbnails;
 };
 

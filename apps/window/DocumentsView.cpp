@@ -38,9 +38,8 @@ DocumentsView::DocumentsView(QWidget* parent) : QListView(parent)
     setMouseTracking(true);
     setFrameShape(NoFrame);
     connect(&thumbnails, &Thumbnails::Loaded, this, [this](const QString& path) {
-        if (const QModelIndex index = delegate.TakeAwaiting(path); index.isValid()) {
-            viewport()->update(delegate.PictureArea(visualRect(index)));
-        }
+        const QModelIndex index = delegate.TakeAwaiting(path);
+        viewport()->update(index.isValid() ? delegate.PictureArea(visualRect(index)) : viewport()->rect());
     });
     forgetTimer.setSingleShot(true);
     connect(&forgetTimer, &QTimer::timeout, this, [this] {
@@ -106,7 +105,7 @@ void DocumentsView::NoteSelection()
 
 void DocumentsView::ForgetPreview(const QString& path)
 {
-    thumbnails.Forget(path);
+    thumbnails.NoteChange(path);
     viewport()->update();
 }
 

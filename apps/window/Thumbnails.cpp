@@ -32,8 +32,8 @@ Thumbnails::~Thumbnails()
 
 QPixmap Thumbnails::Find(const QString& path)
 {
-    if (const auto known = previews.object(path)) {
-        return *known;
+    if (previews.contains(path) && !changed.contains(path)) {
+        return Known(path);
     }
     if (!reading.contains(path)) {
         wanted.erase(std::remove(wanted.begin(), wanted.end(), path), wanted.end());
@@ -43,14 +43,19 @@ QPixmap Thumbnails::Find(const QString& path)
         }
         ReadNext();
     }
-    return {};
+    return Known(path);
 }
 
-void Thumbnails::Forget(const QString& path)
+QPixmap Thumbnails::Known(const QString& path) const
 {
-    previews.remove(path);
-    if (reading.contains(path)) {
-        outdated.insert(path);
+    const auto known = previews.object(path);
+    return known ? *known : QPixmap();
+}
+
+void Thumbnails::NoteChange(const QString& path)
+{
+    if (previews.contains(path) || reading.contains(path)) {
+        changed.insert(path);
     }
 }
 
@@ -60,6 +65,7 @@ void Thumbnails::ReadNext()
         const QString path = wanted.front();
         wanted.pop_front();
         reading.insert(path);
+        changed.remove(path);
         pool.start([this, path] { // the destructor waits for it
             const QImage image = QImageReader(path).read();
             QMetaObject::invokeMethod(
@@ -71,9 +77,7 @@ void Thumbnails::ReadNext()
 void Thumbnails::Keep(const QString& path, const QImage& image)
 {
     reading.remove(path);
-    if (!outdated.remove(path)) {
-        previews.insert(path, new QPixmap(QPixmap::fromImage(image)), CostOf(image));
-    }
+    previews.insert(path, new QPixmap(QPixmap::fromImage(image)), CostOf(image));
     ReadNext();
     emit Loaded(path);
 }

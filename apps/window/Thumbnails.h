@@ -22,11 +22,15 @@ public:
     explicit Thumbnails(qsizetype limit = 64 * 1024 * 1024, QObject* parent = nullptr);
     ~Thumbnails() override;
 
-    /// The preview; null if it cannot be read or is not loaded yet, in which case Loaded follows.
+    /// The preview; null if it cannot be read or is not loaded yet, in which case Loaded follows. Also, until that, the
+    /// former one of a file that has changed.
     QPixmap Find(const QString& path);
 
+    /// The same, without having it loaded.
+    QPixmap Known(const QString& path) const;
+
     /// To be called when the preview in the file has changed.
-    void Forget(const QString& path);
+    void NoteChange(const QString& path);
 
 signals:
     void Loaded(const QString& path);
@@ -38,7 +42,7 @@ private:
     QCache<QString, QPixmap> previews; ///< a null one for a file that cannot be read
     std::deque<QString> wanted;        ///< the latest request first
     QSet<QString> reading;
-    QSet<QString> outdated; ///< those being read whose files have changed since
+    QSet<QString> changed; ///< paths of files that have changed since they were read
     QThreadPool pool;
 };
 
