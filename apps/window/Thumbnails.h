@@ -19,7 +19,7 @@ public:
     static constexpr int maxWanted = 400; ///< several screenfuls
 
     /// \param limit size of the cache, in bytes
-    explicit Thumbnails(qsizetype limit = 64 * 1024 * 1024, QObject* parent = nullptr);
+    explicit Thumbnails(qsizetype limit = 40 * 1024 * 1024, QObject* parent = nullptr);
     ~Thumbnails() override;
 
     /// The preview; null if it cannot be read or is not loaded yet, in which case Loaded follows. Also, until that, the
