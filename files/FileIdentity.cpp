@@ -58,12 +58,10 @@ bool FileIdentity::HasContentOf(const FileIdentity& other) const
 
 QString FileIdentity::ToString() const
 {
-    return QStringLiteral("%1-%2-%3-%4-%5")
-        .arg(device, 0, 16)
-        .arg(inode, 0, 16)
-        .arg(size, 0, 16)
-        .arg(modifiedNanoseconds, 0, 16)
-        .arg(changedNanoseconds, 0, 16);
+    const auto hexadecimal = [](auto number) { return QString::number(static_cast<quint64>(number), 16); };
+    return QStringList{hexadecimal(device), hexadecimal(inode), hexadecimal(size), hexadecimal(modifiedNanoseconds),
+                       hexadecimal(changedNanoseconds)}
+        .join('-');
 }
 
 FileIdentity FileIdentity::FromString(const QString& text)

@@ -1,22 +1,21 @@
 #include "PrintableText.h"
 
-#include <QVector>
-
 #include <algorithm>
+#include <string>
 
 namespace Norlis::Apps {
 
 namespace {
 
-constexpr uint replacement = 0xfffd;
+constexpr char32_t replacement = 0xfffd;
 
 // Some languages cannot be spelled without these two, nor some pictures.
-constexpr uint zeroWidthNonJoiner = 0x200c;
-constexpr uint zeroWidthJoiner = 0x200d;
+constexpr char32_t zeroWidthNonJoiner = 0x200c;
+constexpr char32_t zeroWidthJoiner = 0x200d;
 
 } // namespace
 
-bool IsTreacherous(uint codePoint)
+bool IsTreacherous(char32_t codePoint)
 {
     switch (QChar::category(codePoint)) {
     case QChar::Other_Control:
@@ -40,9 +39,9 @@ QString Printable(const QString& text)
     if (IsPlain(text)) {
         return text;
     }
-    auto codePoints = text.toUcs4();
+    auto codePoints = text.toStdU32String();
     std::replace_if(codePoints.begin(), codePoints.end(), IsTreacherous, replacement);
-    return QString::fromUcs4(codePoints.constData(), codePoints.size());
+    return QString::fromStdU32String(codePoints);
 }
 
 } // namespace Norlis::Apps

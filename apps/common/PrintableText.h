@@ -5,7 +5,7 @@
 namespace Norlis::Apps {
 
 /// Whether a terminal obeys a character, or a person does not see it.
-bool IsTreacherous(uint codePoint);
+bool IsTreacherous(char32_t codePoint);
 
 /// Whether a text consists of printable ASCII characters, as nearly all do: each takes one column and stands for
 /// itself.

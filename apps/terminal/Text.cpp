@@ -28,7 +28,7 @@ QString JsonText(const QJsonDocument& document)
     QString text;
     const auto escape = [&](ushort unit) { text += QStringLiteral("\\u%1").arg(unit, 4, 16, QLatin1Char('0')); };
     const auto codePoints = json.toUcs4();
-    for (const uint codePoint : codePoints) {
+    for (const char32_t codePoint : codePoints) {
         if (!Apps::IsTreacherous(codePoint)) {
             text += QString::fromUcs4(&codePoint, 1);
         } else if (QChar::requiresSurrogates(codePoint)) {
@@ -48,7 +48,7 @@ int DisplayWidth(const QString& text)
     }
     int width = 0;
     const auto codePoints = text.toUcs4();
-    for (const uint codePoint : codePoints) {
+    for (const char32_t codePoint : codePoints) {
         width += WidthOf(codePoint);
     }
     return width;
@@ -67,7 +67,7 @@ QString Shorten(const QString& text, int columns)
     QString shortened;
     int width = 1; // the ellipsis
     const auto codePoints = text.toUcs4();
-    for (const uint codePoint : codePoints) {
+    for (const char32_t codePoint : codePoints) {
         width += WidthOf(codePoint);
         if (width > columns) {
             break;

@@ -37,7 +37,7 @@ EmptyPage::EmptyPage(QWidget* parent)
 void EmptyPage::Show(Glyph glyph, const QString& newTitle, const QString& newHint, const QString& action)
 {
     const int edge = fontMetrics().height() * 4;
-    picture->setPixmap(GlyphIcon(glyph).pixmap(window()->windowHandle(), {edge, edge}, QIcon::Disabled));
+    picture->setPixmap(GlyphIcon(glyph).pixmap(QSize(edge, edge), QIcon::Disabled));
     title->setText(newTitle);
     hint->setText(newHint);
     button->setText(action);

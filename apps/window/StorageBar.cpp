@@ -8,6 +8,8 @@
 #include <QLabel>
 #include <QProgressBar>
 
+#include <algorithm>
+
 namespace Norlis::Window {
 
 namespace {
@@ -53,7 +55,8 @@ void StorageBar::Show(int usedMiB, int totalMiB)
     bar->setAccessibleDescription(words);
     bar->setVisible(usedMiB >= 0 && totalMiB > 0);
     if (totalMiB > 0) {
-        bar->setValue(static_cast<int>(qBound<qint64>(0, qint64(usedMiB) * bar->maximum() / totalMiB, bar->maximum())));
+        bar->setValue(
+            static_cast<int>(std::clamp<qint64>(qint64(usedMiB) * bar->maximum() / totalMiB, 0, bar->maximum())));
     }
     setVisible(!words.isEmpty());
 }

@@ -13,6 +13,19 @@ static void LoadResource()
 
 namespace Norlis::Window {
 
+namespace {
+
+QString TranslationsOfQt()
+{
+#if QT_VERSION_MAJOR < 6
+    return QLibraryInfo::location(QLibraryInfo::TranslationsPath);
+#else
+    return QLibraryInfo::path(QLibraryInfo::TranslationsPath);
+#endif
+}
+
+} // namespace
+
 void InstallTranslations(QCoreApplication& application, const QLocale& locale)
 {
     LoadResource();
@@ -24,7 +37,7 @@ void InstallTranslations(QCoreApplication& application, const QLocale& locale)
     };
     const QString own = ":/translations";
     install(QLocale::English, "norlis-documents", own); // for its plurals
-    install(locale, "qtbase", QLibraryInfo::location(QLibraryInfo::TranslationsPath));
+    install(locale, "qtbase", TranslationsOfQt());
     install(locale, "norlis-documents", own);
 }
 

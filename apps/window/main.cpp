@@ -1,5 +1,6 @@
 #include "MainWindow.h"
 #include "ProgramOptions.h"
+#include "Sharpness.h"
 #include "SingleInstance.h"
 #include "Translations.h"
 
@@ -66,8 +67,7 @@ int main(int argc, char** argv)
 {
     Apps::PrepareProgram("norlis-documents");
     AllowHelpWithoutDisplay(argc, argv);
-    QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
-    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    Window::UseAllPixels();
     QApplication application(argc, argv);
     QCoreApplication::setApplicationName("norlis-documents");
     QCoreApplication::setApplicationVersion(NORLIS_VERSION);

@@ -88,13 +88,13 @@ bool Read(QIODevice& device, QSettings::SettingsMap& values)
 {
     QString group;
     while (!device.atEnd()) {
-        const QString line = QString::fromLatin1(device.readLine()).trimmed();
+        const QString line = QString::fromUtf8(device.readLine()).trimmed(); // as Qt 6 writes; Qt 5 keeps to ASCII
         const int equals = line.indexOf('=');
         if (line.startsWith('[') && line.endsWith(']')) {
             group = line.mid(1, line.size() - 2);
         } else if (equals > 0 && !line.startsWith(';') && !line.startsWith('#')) {
             const QString name = (group == "General" ? QString() : group + '/') + line.left(equals).trimmed();
-            values[QUrl::fromPercentEncoding(name.toLatin1().replace('\\', '/'))] =
+            values[QUrl::fromPercentEncoding(name.toUtf8().replace('\\', '/'))] =
                 Unquoted(line.mid(equals + 1).trimmed());
         }
     }

@@ -33,14 +33,14 @@ bool IsAscii(char character)
 /// The number after "HTTP/x"; 0 when there is none. The reason may be missing.
 int StatusOf(const QString& text)
 {
-    const QStringRef line = QStringRef(&text).trimmed();
+    const QStringView line = QStringView(text).trimmed();
     const int blank = line.indexOf(' ');
     if (blank < 0 || !line.startsWith(QLatin1String("HTTP/"), Qt::CaseInsensitive)) {
         return 0;
     }
-    const QStringRef rest = line.mid(blank).trimmed();
+    const QStringView rest = line.mid(blank).trimmed();
     const int end = rest.indexOf(' ');
-    const QStringRef number = end < 0 ? rest : rest.left(end);
+    const QStringView number = end < 0 ? rest : rest.left(end);
     const int status = number.size() == 3 ? number.toInt() : 0;
     return status >= 100 ? status : 0;
 }
@@ -49,7 +49,7 @@ int StatusOf(const QString& text)
 /// such characters, which are escaped in nearly all listings, come apart from what precedes them.
 int SliceSize(const QByteArray& bytes, int begin)
 {
-    const int size = std::min(sliceSize, bytes.size() - begin);
+    const int size = std::min(sliceSize, static_cast<int>(bytes.size()) - begin);
     const char* first = bytes.constData() + begin;
     unsigned char all = 0;
     for (int position = 0; position < size; ++position) {
@@ -198,8 +198,8 @@ void MultiStatusParser::StartElement()
 /// False for an element that does not matter in its place.
 bool MultiStatusParser::Enter()
 {
-    const QStringRef name = reader.name();
-    const QStringRef namespaceUri = reader.namespaceUri();
+    const QStringView name = reader.name();
+    const QStringView namespaceUri = reader.namespaceUri();
     const bool isDav = namespaceUri == davNamespace;
     const auto is = [&](const char* davName) { return isDav && name == QLatin1String(davName); };
     const auto enter = [&](Place inner) {
@@ -240,7 +240,7 @@ bool MultiStatusParser::Enter()
         if (depth == Level(Place::Property) + 1) {
             property.Child(namespaceUri, name, entry);
         }
-        AddText(QStringRef(&separator)); // between the texts of children
+        AddText(separator); // between the texts of children
         return true;
     default:
         return false;
@@ -295,7 +295,7 @@ void MultiStatusParser::EndElement()
     }
 }
 
-void MultiStatusParser::AddText(const QStringRef& piece)
+void MultiStatusParser::AddText(QStringView piece)
 {
     const bool isValue = place == Place::Href || place == Place::ResponseStatus || place == Place::PropstatStatus ||
                          place == Place::Property;
@@ -304,7 +304,7 @@ void MultiStatusParser::AddText(const QStringRef& piece)
     }
     isTextTooLong = isTextTooLong || text.size() + piece.size() > maximumTextLength;
     if (!isTextTooLong) {
-        text += piece;
+        text.append(piece.data(), static_cast<int>(piece.size()));
     }
 }
 

@@ -110,7 +110,7 @@ private:
     void StartElement();
     bool Enter();
     void EndElement();
-    void AddText(const QStringRef& piece);
+    void AddText(QStringView piece);
     void EndPropstat();
     void EndResponse();
     void Fail(const char* message);

@@ -18,20 +18,20 @@ bool IsControl(QChar character)
     return character.unicode() < 0x20 || character.unicode() == 0x7f;
 }
 
-std::optional<qint64> Number(const QStringRef& text)
+std::optional<qint64> Number(QStringView text)
 {
     bool isNumber = false;
     const qint64 number = text.toLongLong(&isNumber);
     return isNumber ? std::optional(number) : std::nullopt;
 }
 
-std::optional<qint64> Length(const QStringRef& text)
+std::optional<qint64> Length(QStringView text)
 {
     const std::optional<qint64> number = Number(text);
     return number && *number >= 0 ? number : std::nullopt;
 }
 
-std::optional<bool> Truth(const QStringRef& text)
+std::optional<bool> Truth(QStringView text)
 {
     if (text.compare(QLatin1String("true"), Qt::CaseInsensitive) == 0 || text == QLatin1String("1")) {
         return true;
@@ -44,7 +44,7 @@ std::optional<bool> Truth(const QStringRef& text)
 
 /// One that cannot be sent in a header field is useless, and dangerous. Some servers leave out the quotes here, and
 /// only here.
-QByteArray Etag(const QStringRef& text)
+QByteArray Etag(QStringView text)
 {
     if (std::any_of(text.begin(), text.end(), IsControl)) {
         return {};
@@ -54,7 +54,7 @@ QByteArray Etag(const QStringRef& text)
 }
 
 /// In lower case; empty when it is not an MD5.
-QByteArray Md5(const QStringRef& text)
+QByteArray Md5(QStringView text)
 {
     const QByteArray hash = text.toLatin1().toLower();
     const auto isHexadecimal = [](char c) { return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f'); };
@@ -65,8 +65,8 @@ QByteArray Md5(const QStringRef& text)
 QByteArray Md5OfChecksums(const QString& text)
 {
     const QString plain = text.simplified();
-    const auto items = plain.splitRef(' ');
-    for (const QStringRef& item : items) {
+    const auto items = QStringView(plain).split(' ');
+    for (const QStringView item : items) {
         if (item.startsWith(QLatin1String("MD5:"), Qt::CaseInsensitive)) {
             return Md5(item.mid(4));
         }
@@ -82,7 +82,7 @@ struct PropertyReader::Known {
     Kind kind;
 };
 
-bool PropertyReader::Begin(const QStringRef& namespaceUri, const QStringRef& name)
+bool PropertyReader::Begin(QStringView namespaceUri, QStringView name)
 {
     static const Known knownProperties[] = {
         {davNamespace, QLatin1String("resourcetype"), Kind::ResourceType},
@@ -106,7 +106,7 @@ bool PropertyReader::Begin(const QStringRef& namespaceUri, const QStringRef& nam
     return false;
 }
 
-void PropertyReader::Child(const QStringRef& namespaceUri, const QStringRef& name, DavEntry& entry) const
+void PropertyReader::Child(QStringView namespaceUri, QStringView name, DavEntry& entry) const
 {
     if (kind == Kind::ResourceType && name == QLatin1String("collection") && namespaceUri == davNamespace) {
         entry.isCollection = true;
@@ -115,7 +115,7 @@ void PropertyReader::Child(const QStringRef& namespaceUri, const QStringRef& nam
 
 void PropertyReader::End(const QString& text, DavEntry& entry) const
 {
-    const QStringRef value = QStringRef(&text).trimmed();
+    const QStringView value = QStringView(text).trimmed();
     switch (kind) {
     case Kind::ResourceType:
         break;

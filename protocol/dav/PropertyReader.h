@@ -3,7 +3,7 @@
 #include "DavEntry.h"
 
 #include <QString>
-#include <QStringRef>
+#include <QStringView>
 
 namespace Norlis::Social {
 
@@ -11,10 +11,10 @@ namespace Norlis::Social {
 class PropertyReader {
 public:
     /// A property begins, by the name of its element. False when it is of no interest; it is not begun then.
-    bool Begin(const QStringRef& namespaceUri, const QStringRef& name);
+    bool Begin(QStringView namespaceUri, QStringView name);
 
     /// A child of its element begins.
-    void Child(const QStringRef& namespaceUri, const QStringRef& name, DavEntry& entry) const;
+    void Child(QStringView namespaceUri, QStringView name, DavEntry& entry) const;
 
     /// It ends: what all text inside its element means goes into the entry.
     void End(const QString& text, DavEntry& entry) const;

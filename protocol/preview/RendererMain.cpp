@@ -17,14 +17,28 @@ namespace {
 
 using namespace Norlis::Social;
 
-QString ReasonOf(QPdfDocument::DocumentError error)
+#if QT_VERSION_MAJOR < 6
+constexpr auto noError = QPdfDocument::NoError;
+constexpr auto incorrectPassword = QPdfDocument::IncorrectPasswordError;
+constexpr auto unsupportedSecurityScheme = QPdfDocument::UnsupportedSecuritySchemeError;
+constexpr auto invalidFileFormat = QPdfDocument::InvalidFileFormatError;
+constexpr auto sizeOfPage = &QPdfDocument::pageSize;
+#else
+constexpr auto noError = QPdfDocument::Error::None;
+constexpr auto incorrectPassword = QPdfDocument::Error::IncorrectPassword;
+constexpr auto unsupportedSecurityScheme = QPdfDocument::Error::UnsupportedSecurityScheme;
+constexpr auto invalidFileFormat = QPdfDocument::Error::InvalidFileFormat;
+constexpr auto sizeOfPage = &QPdfDocument::pagePointSize;
+#endif
+
+QString ReasonOf(decltype(noError) error)
 {
     switch (error) {
-    case QPdfDocument::IncorrectPasswordError:
+    case incorrectPassword:
         return "It is protected by a password";
-    case QPdfDocument::UnsupportedSecuritySchemeError:
+    case unsupportedSecurityScheme:
         return "It is encrypted in a way that cannot be read";
-    case QPdfDocument::InvalidFileFormatError:
+    case invalidFileFormat:
         return "It is not a PDF document, or is damaged";
     default:
         return "It cannot be read";
@@ -36,11 +50,11 @@ QImage RenderFirstPage(QIODevice& file, const QSize& box, QString& reason)
 {
     QPdfDocument document;
     document.load(&file);
-    if (document.error() != QPdfDocument::NoError) {
+    if (document.error() != noError) {
         reason = ReasonOf(document.error());
         return {};
     }
-    QSizeF size = document.pageCount() > 0 ? document.pageSize(0) : QSizeF();
+    QSizeF size = document.pageCount() > 0 ? (document.*sizeOfPage)(0) : QSizeF();
     if (!(size.width() > 0 && size.height() > 0)) {
         reason = "It has no page that can be shown";
         return {};
@@ -54,7 +68,11 @@ QImage RenderFirstPage(QIODevice& file, const QSize& box, QString& reason)
     // Where a page paints nothing it is transparent; paper is white.
     QImage picture(page.size(), QImage::Format_RGB32);
     picture.fill(Qt::white);
-    QPainter(&picture).drawImage(0, 0, page);
+    QPainter painter(&picture);
+    constexpr int strip = 64; // lines; for more at once Qt 6 waits for threads, which the sandbox does not allow
+    for (int y = 0; y < page.height(); y += strip) {
+        painter.drawImage(0, y, page, 0, y, page.width(), strip);
+    }
     return picture;
 }
 

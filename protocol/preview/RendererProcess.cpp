@@ -60,6 +60,15 @@ QString FindRenderer()
     return {};
 }
 
+SocketProcess::SocketProcess()
+    : PreparedProcess([this] {
+          dup2(theirs, STDIN_FILENO);
+          close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC);
+      })
+{
+    ForgetEnvironment();
+}
+
 SocketProcess::~SocketProcess()
 {
     ::close(ours);
@@ -81,14 +90,6 @@ void SocketProcess::Start(const QString& program)
 int SocketProcess::Socket() const
 {
     return ours;
-}
-
-/// Runs in the new process, where only what signal handlers may call is safe.
-void SocketProcess::setupChildProcess()
-{
-    dup2(theirs, STDIN_FILENO);
-    close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC);
-    environ = nullptr;
 }
 
 RendererProcess::RendererProcess(const QString& program, int timeLimit) : program(program), timeLimit(timeLimit)

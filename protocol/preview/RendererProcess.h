@@ -1,10 +1,10 @@
 #pragma once
 
 #include "DocumentPieces.h"
+#include <base/PreparedProcess.h>
 
 #include <QFile>
 #include <QImage>
-#include <QProcess>
 #include <QSize>
 #include <QString>
 #include <QTimer>
@@ -17,8 +17,9 @@ namespace Norlis::Social {
 
 /// A process with a socket as its standard input. Of this process it inherits neither the environment nor anything
 /// open: it is handed what it needs.
-class SocketProcess : public QProcess {
+class SocketProcess : public PreparedProcess {
 public:
+    SocketProcess();
     ~SocketProcess() override;
 
     /// Starts it. What was sent before it runs is waiting for it.
@@ -26,9 +27,6 @@ public:
 
     /// Ours; -1 before the first start.
     int Socket() const;
-
-protected:
-    void setupChildProcess() override;
 
 private:
     int ours = -1;

@@ -46,7 +46,7 @@ void GroupedLooks::Decide(bool isOverdue)
         return;
     }
     const auto count = static_cast<int>(waiting.size());
-    const int worthAList = std::max(minGroup, session.documents.size() / entriesPerLook);
+    const int worthAList = std::max(minGroup, static_cast<int>(session.documents.size()) / entriesPerLook);
     const bool mayWait =
         std::all_of(waiting.begin(), waiting.end(), [](const Item& item) { return item.wait == Wait::ForAnnounced; });
     const bool isWorthWaiting = announced > 0 && count < maxGroup && worthAList <= maxGroup;

@@ -162,7 +162,7 @@ TEST_F(FilesListQueryTest, PreviewsAreFileUrlsByTheNameOfTheirSize)
         {"large", QUrl::fromLocalFile(QStringLiteral("/tmp/groß 100%.png"))},
     };
     EXPECT_EQ(manager->GetPreviewsSet(0), expected);
-    EXPECT_EQ(manager->GetPreviewsSet(0)["small"].type(), QVariant::Url);
+    EXPECT_EQ(manager->GetPreviewsSet(0)["small"].userType(), QMetaType::QUrl);
 }
 
 TEST_F(FilesListQueryTest, PreviewsOfSizesWithTheSameNameReplaceEachOther)

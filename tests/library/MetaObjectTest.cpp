@@ -1,5 +1,6 @@
 #include "CloudManagerBench.h"
 #include "FilesManagerBench.h"
+#include <tests/support/TypeNamed.h>
 
 #include <QCoreApplication>
 #include <QSignalSpy>
@@ -51,7 +52,7 @@ TEST_F(UndeclaredStringTest, ReachesSpies)
     manager->Update(RecordOf("a"));
     ASSERT_EQ(updated.size(), 1);
     const QVariant id = updated[0][0];
-    EXPECT_STREQ(id.typeName(), "std::string");
+    EXPECT_EQ(id.userType(), TypeNamed("std::string"));
     EXPECT_EQ(*static_cast<const std::string*>(id.constData()), "a");
 }
 

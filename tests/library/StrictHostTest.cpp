@@ -60,6 +60,7 @@ static_assert(Success == 0 && Success == Norlis::Social::RequestResult(0));
 #include <NorlisTestKit/RecordingStore.h>
 #include <NorlisTestKit/Records.h>
 #include <NorlisTestKit/ScriptedProtocol.h>
+#include <tests/support/TypeNamed.h>
 
 namespace Norlis::Test {
 
@@ -127,8 +128,8 @@ TEST_F(StrictHostTest, QueuedSlotsAreDelivered)
 TEST_F(StrictHostTest, TypesAreKnownByTheirQualifiedNamesAndByThoseThatTheSignalsUse)
 {
     const auto expectSame = [](const char* qualified, const char* asInTheSignal, int type) {
-        EXPECT_EQ(QMetaType::type(qualified), type) << qualified;
-        EXPECT_EQ(QMetaType::type(asInTheSignal), type) << asInTheSignal;
+        EXPECT_EQ(TypeNamed(qualified), type) << qualified;
+        EXPECT_EQ(TypeNamed(asInTheSignal), type) << asInTheSignal;
     };
     expectSame("std::string", "std::string", qMetaTypeId<std::string>());
     expectSame("std::shared_ptr<Norlis::PDF::FileInfo>", "std::shared_ptr<FileInfo>", qMetaTypeId<Record>());

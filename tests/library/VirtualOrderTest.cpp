@@ -1,3 +1,5 @@
+#include <QStringList>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -8,6 +10,7 @@
 #include <memory>
 #include <regex>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 namespace Norlis::Test {
@@ -98,12 +101,15 @@ Slots TableAfterObject(const std::string& className)
     return Slots(own, table.end());
 }
 
+// A class in Qt 5, another name in Qt 6.
+const std::string stringList = std::is_same_v<QStringList, QList<QString>> ? "QList<QString>" : "QStringList";
+
 const Slots fileManagerOperations = {
     "SetImageGetCallback(std::function<QImage (QString const&)> const&)",
     "GetIdByPath(Norlis::ioPath const&) const",
     "Add(std::shared_ptr<FileInfo> const&)",
     "Remove(std::shared_ptr<FileInfo> const&)",
-    "Rename(QStringList const&, QString const&)",
+    "Rename(" + stringList + " const&, QString const&)",
     "Clear()",
     "Update(std::shared_ptr<FileInfo const> const&)",
     "FilesCount() const",

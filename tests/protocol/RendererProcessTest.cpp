@@ -88,6 +88,7 @@ TEST_F(RendererProcessTest, NothingOfThisProcessIsInherited)
     const int open = dup(STDIN_FILENO); // a copy is not closed when another program is started
     RendererProcess renderer(NORLIS_FAKE_RENDERER);
     EXPECT_EQ(Render(renderer).reason, "; 0 1 2");
+    EXPECT_EQ(qgetenv("NORLIS_TEST_SECRET"), "secret"); // here it stays
     close(open);
     qunsetenv("NORLIS_TEST_SECRET");
 }

@@ -1,7 +1,7 @@
+#include <base/PreparedProcess.h>
 #include <tests/support/RunTests.h>
 
 #include <QGuiApplication>
-#include <QProcess>
 
 #include <csignal>
 
@@ -11,24 +11,21 @@
 // too, and so do the textures of pictures whose window is destroyed before its next frame.
 extern "C" Q_DECL_EXPORT const char* __lsan_default_suppressions()
 {
-    return "leak:libfontconfig\nleak:libdbus\nleak:libQt5Quick\n";
+    return "leak:libfontconfig\nleak:libdbus\nleak:libQt*Quick\n";
 }
 
 namespace {
 
 /// Ends with the tests, however they end.
-class DisplayServer : public QProcess {
-protected:
-    void setupChildProcess() override
-    {
-        prctl(PR_SET_PDEATHSIG, SIGTERM);
-    }
+class DisplayServer : public Norlis::PreparedProcess {
+public:
+    DisplayServer() : PreparedProcess([] { prctl(PR_SET_PDEATHSIG, SIGTERM); }) {}
 };
 
 /// A display of the tests' own, which nobody sees: the offscreen platform shows nothing of Qt Quick.
-class Display {
+class HiddenDisplay {
 public:
-    Display()
+    HiddenDisplay()
     {
         server.setProcessChannelMode(QProcess::ForwardedErrorChannel);
         // It chooses a free number and tells it on its standard output when it takes connections.
@@ -44,14 +41,14 @@ public:
         qputenv("DISPLAY", ':' + number.trimmed());
     }
 
-    ~Display()
+    ~HiddenDisplay()
     {
         server.terminate();
         server.waitForFinished();
     }
 
-    Display(const Display&) = delete;
-    Display& operator=(const Display&) = delete;
+    HiddenDisplay(const HiddenDisplay&) = delete;
+    HiddenDisplay& operator=(const HiddenDisplay&) = delete;
 
 private:
     DisplayServer server;
@@ -61,7 +58,7 @@ private:
 
 int main(int argc, char** argv)
 {
-    const Display display;
+    const HiddenDisplay display;
     qputenv("QT_QUICK_BACKEND", "software");
     qputenv("QT_XCB_GL_INTEGRATION", "none");
     return Norlis::Test::RunTests<QGuiApplication>(argc, argv, "xcb");

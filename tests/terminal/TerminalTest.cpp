@@ -1,3 +1,4 @@
+#include <base/PreparedProcess.h>
 #include <tests/support/Files.h>
 #include <tests/support/ProgramTest.h>
 #include <tests/support/PseudoTerminal.h>
@@ -30,16 +31,18 @@ protected:
 };
 
 /// A process whose standard output nobody reads.
-class WithoutReader : public QProcess {
-protected:
-    void setupChildProcess() override
+class WithoutReader : public PreparedProcess {
+public:
+    WithoutReader()
+        : PreparedProcess([] {
+              int ends[2];
+              if (pipe(ends) == 0) {
+                  ::close(ends[0]);
+                  dup2(ends[1], STDOUT_FILENO);
+                  ::close(ends[1]);
+              }
+          })
     {
-        int ends[2];
-        if (pipe(ends) == 0) {
-            ::close(ends[0]);
-            dup2(ends[1], STDOUT_FILENO);
-            ::close(ends[1]);
-        }
     }
 };
 

@@ -204,7 +204,7 @@ TEST_F(AccessibilityTest, EveryTextIsTranslated)
         QXmlStreamReader reader(&file);
         int texts = 0;
         while (!reader.atEnd()) {
-            if (reader.readNext() == QXmlStreamReader::StartElement && reader.name() == "translation") {
+            if (reader.readNext() == QXmlStreamReader::StartElement && reader.name() == QLatin1String("translation")) {
                 EXPECT_FALSE(reader.attributes().hasAttribute("type")) << language << ", line " << reader.lineNumber();
                 ++texts;
             }
@@ -244,9 +244,9 @@ TEST_F(AccessibilityTest, WhatIsTranslatedForTheServiceIsWhatItSays)
     bool isService = false;
     int texts = 0;
     while (!reader.atEnd()) {
-        if (reader.readNext() == QXmlStreamReader::StartElement && reader.name() == "name") {
+        if (reader.readNext() == QXmlStreamReader::StartElement && reader.name() == QLatin1String("name")) {
             isService = reader.readElementText() == "ServiceTexts";
-        } else if (isService && reader.isStartElement() && reader.name() == "source") {
+        } else if (isService && reader.isStartElement() && reader.name() == QLatin1String("source")) {
             const QString text = reader.readElementText();
             EXPECT_TRUE(said.contains('"' + text) || said.contains(": " + text)) << qPrintable(text);
             ++texts;

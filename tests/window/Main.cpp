@@ -1,3 +1,4 @@
+#include <Sharpness.h>
 #include <tests/support/RunTests.h>
 
 #include <QApplication>
@@ -10,7 +11,6 @@ extern "C" Q_DECL_EXPORT const char* __lsan_default_suppressions()
 
 int main(int argc, char** argv)
 {
-    QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
-    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    Norlis::Window::UseAllPixels();
     return Norlis::Test::RunTests<QApplication>(argc, argv);
 }

@@ -179,6 +179,15 @@ TEST_F(CloudAccountSettingsTest, WhatQtWroteIsRead)
     EXPECT_TRUE(CloudAccountSettings(folder).Access(service).allowPlainHttp);
 }
 
+TEST_F(CloudAccountSettingsTest, TextsInUtf8AreReadAsTheyAre)
+{
+    CloudAccountSettings(folder).SetAccess(service, {QStringLiteral("/etc/ssl/Zo\u00eb.pem"), false});
+    QByteArray stored = ContentOf(folder + "/settings.ini");
+    ASSERT_TRUE(stored.contains("Zo\\xeb"));
+    WriteSettings(stored.replace("Zo\\xeb", "Zo\u00eb"));
+    EXPECT_EQ(CloudAccountSettings(folder).Access(service).certificateFile, QStringLiteral("/etc/ssl/Zo\u00eb.pem"));
+}
+
 TEST_F(CloudAccountSettingsTest, EachServiceHasItsOwnWay)
 {
     CloudAccountSettings settings(folder);

@@ -89,7 +89,7 @@ TEST_F(Md5HashCalculatorTest, FileOfManyPiecesIsHashedWhole)
     for (int number = 0; number < 500'000; ++number) {
         content += QByteArray::number(number);
     }
-    for (const int size : {262'143, 262'144, 262'145, 524'288, content.size()}) {
+    for (const int size : {262'143, 262'144, 262'145, 524'288, static_cast<int>(content.size())}) {
         const QByteArray part = content.left(size);
         EXPECT_EQ(Hash(calculator, NewFile("large.pdf", part)), Md5(part)) << size;
     }

@@ -442,7 +442,7 @@ TEST(MultiStatusParserTest, BytesThatTheCallerKeepsAreNotNeededLater)
     QByteArray buffer = Listing(self);
     MultiStatusParser parser(collection);
     for (int begin = 0; begin < buffer.size(); begin += 10) {
-        QByteArray piece(buffer.constData() + begin, std::min(10, buffer.size() - begin));
+        QByteArray piece(buffer.constData() + begin, std::min(10, static_cast<int>(buffer.size()) - begin));
         EXPECT_TRUE(parser.Add(QByteArray::fromRawData(piece.constData(), piece.size())));
         piece.fill('x');
     }

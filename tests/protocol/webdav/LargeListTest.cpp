@@ -1,6 +1,6 @@
-#include <tests/support/MemoryInUse.h>
 #include <tests/support/Rounds.h>
 #include <tests/support/ServiceTest.h>
+#include <tests/support/UsedHeap.h>
 
 #include <QElapsedTimer>
 
@@ -67,11 +67,11 @@ TEST_F(LargeListTest, TakesNoMoreMemoryEachTime)
 {
     server.Misbehave(When("PROPFIND").Always(), SendsXml(LargeListing(20'000)));
     ASSERT_TRUE(client.List()->Succeeds());
-    const qint64 before = MemoryInUse();
+    const qint64 before = UsedHeap();
     for (int round = 0; round < 3; ++round) {
         ASSERT_TRUE(client.List()->Succeeds());
     }
-    EXPECT_LT(MemoryInUse() - before, 8 * MiB);
+    EXPECT_LT(UsedHeap() - before, 8 * MiB);
 }
 
 TEST_F(LargeListTest, ListWithoutEndCanBeCanceledAtOnce)
