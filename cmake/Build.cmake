@@ -3,7 +3,7 @@
 if(NORLIS_PRECOMPILE_HEADERS)
     file(WRITE ${PROJECT_BINARY_DIR}/precompiled.cpp "")
     add_library(NorlisPrecompiled OBJECT ${PROJECT_BINARY_DIR}/precompiled.cpp)
-    target_link_libraries(NorlisPrecompiled PRIVATE Qt5::Core Qt5::Gui)
+    target_link_libraries(NorlisPrecompiled PRIVATE Qt${NORLIS_QT}::Core Qt${NORLIS_QT}::Gui)
     target_precompile_headers(NorlisPrecompiled PRIVATE
         <QtCore/QtCore> <QtGui/QImage> <algorithm> <deque> <functional> <map> <memory> <mutex> <optional> <set> <string> <variant>
         <vector>)

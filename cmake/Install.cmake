@@ -45,14 +45,16 @@ if(TARGET describe)
 endif()
 
 if(TARGET NorlisCloudQml)
-    set(qmlModule ${CMAKE_INSTALL_LIBDIR}/qt5/qml/Norlis/Cloud)
+    set(qmlModule ${CMAKE_INSTALL_LIBDIR}/qt${NORLIS_QT}/qml/Norlis/Cloud)
     set_target_properties(NorlisCloudQml PROPERTIES INSTALL_RPATH $ORIGIN/../../../..)
     install(TARGETS NorlisCloudQml LIBRARY DESTINATION ${qmlModule} COMPONENT Qml)
     install(FILES qml/qmldir qml/plugins.qmltypes DESTINATION ${qmlModule} COMPONENT Qml)
 endif()
 
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/NorlisCloudConfigVersion.cmake COMPATIBILITY SameMajorVersion)
-install(FILES cmake/NorlisCloudConfig.cmake ${PROJECT_BINARY_DIR}/NorlisCloudConfigVersion.cmake
+math(EXPR otherQt "11 - ${NORLIS_QT}") # of 5 and 6
+configure_file(cmake/NorlisCloudConfig.cmake.in ${PROJECT_BINARY_DIR}/NorlisCloudConfig.cmake @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/NorlisCloudConfig.cmake ${PROJECT_BINARY_DIR}/NorlisCloudConfigVersion.cmake
     DESTINATION ${cmakeFiles} COMPONENT Development)
 install(EXPORT NorlisCloudTargets NAMESPACE NorlisCloud:: DESTINATION ${cmakeFiles} COMPONENT Development)
 
@@ -63,7 +65,7 @@ function(norlis_install_pkg_config name library description requires privateRequ
     install(FILES ${PROJECT_BINARY_DIR}/${name}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT Development)
 endfunction()
 norlis_install_pkg_config(norlis-contracts NorlisContracts
-    "Records, interfaces and signals that an editor and its cloud library agree on" "Qt5Core Qt5Gui" "")
+    "Records, interfaces and signals that an editor and its cloud library agree on" "Qt${NORLIS_QT}Core Qt${NORLIS_QT}Gui" "")
 norlis_install_pkg_config(norlis-social NorlisSocial
     "The cloud service's protocol object, over folders and WebDAV servers" norlis-contracts "")
 norlis_install_pkg_config(norlis-cloud NorlisCloud

@@ -243,6 +243,7 @@ build_options = {
     name: "`ON`, `OFF`" if default == "${PROJECT_IS_TOP_LEVEL}" else f"`{default}`"
     for text in lists.values()
     for name, default in re.findall(r'^option\((NORLIS_\w+) "[^"]*" (\S+)\)', text, re.M)
+    + re.findall(r"^set\((NORLIS_\w+) (\S+) CACHE ", text, re.M)
 }
 described = dict(re.findall(r"^\| `(NORLIS_\w+)` \| ([^|]*) \|", (project / "docs/packaging.md").read_text(), re.M))
 if described != build_options:

@@ -9,7 +9,7 @@ cmake -B build -G Ninja -DCMAKE_PREFIX_PATH="$prefix"
 cmake --build build
 PKG_CONFIG_PATH=$prefix/lib/pkgconfig
 export PKG_CONFIG_PATH
-g++ -std=c++17 -fPIC window.cpp -o window $(pkg-config --cflags --libs norlis-host Qt5Widgets) -Wl,-rpath,"$prefix/lib"
+g++ -std=c++17 -fPIC window.cpp -o window $(pkg-config --cflags --libs norlis-host "Qt$(pkg-config --variable=qt norlis-host)Widgets") -Wl,-rpath,"$prefix/lib"
 
 mkdir home cloud
 cp "$tree"/samples/*.pdf cloud
