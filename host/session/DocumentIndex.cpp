@@ -207,7 +207,7 @@ QString DocumentIndex::LocalPath(const QString& id) const
 
 QString DocumentIndex::DocumentAt(const QString& path) const
 {
-    const auto shown = idsByPath.value(path); // the one that took the file last
+    const auto shown = idsByPath.value(path);
     if (!shown.isEmpty()) {
         return shown;
     }
@@ -269,11 +269,26 @@ bool DocumentIndex::AttachKeptCopy(const Record& record) const
     return copy != nullptr;
 }
 
-void DocumentIndex::KeepCopy(const QString& id, const QString& path, const std::string& syncHash)
+bool DocumentIndex::KeepCopy(const QString& id, const QString& path, const std::string& syncHash)
 {
-    if (const auto* known = Find(id)) {
-        copies.Keep({path.toStdString(), id.toStdString(), known->facts.name, syncHash});
+    const auto* known = Find(id);
+    if (!known) {
+        return true;
     }
+    copies.Keep({path.toStdString(), id.toStdString(), known->facts.name, syncHash});
+    return TakeFromOthers(id, path);
+}
+
+bool DocumentIndex::TakeFromOthers(const QString& id, const QString& path)
+{
+    const auto guard = lifetime.Watch();
+    const QStringList holders = path.isEmpty() ? QStringList() : idsByPath.values(path);
+    for (const auto& holder : holders) {
+        if (guard && holder != id) {
+            ForgetCopy(holder);
+        }
+    }
+    return static_cast<bool>(guard);
 }
 
 void DocumentIndex::LearnHash(const QString& id, const std::string& hash)
@@ -310,7 +325,11 @@ void DocumentIndex::Add(const Record& record)
     SetEntry(id, EntryOf(record));
     copies.NoteFound(id);
     listStorage->NoteChange(id.toStdString());
+    const auto guard = lifetime.Watch();
     list->Add(record);
+    if (guard) {
+        TakeFromOthers(id, ToText(record->GetPath()));
+    }
 }
 
 void DocumentIndex::Update(const Record& record, bool isSameVersion, const std::string& copyHash)
@@ -375,7 +394,7 @@ bool DocumentIndex::Replace(const Record& record)
     if (guard) {
         list->Add(record);
     }
-    return static_cast<bool>(guard);
+    return guard && TakeFromOthers(id, entry.localPath);
 }
 
 void DocumentIndex::ForgetCopy(const QString& id)

@@ -108,8 +108,9 @@ public:
     /// Gives a record that has no local copy the kept one of its document, if there is one.
     bool AttachKeptCopy(const Record& record) const;
 
-    /// Remembers a further copy of a document in the list, which shows another one.
-    void KeepCopy(const QString& id, const QString& path, const std::string& syncHash);
+    /// Remembers a further copy of a document in the list, which shows another one. Emits, if the file was the copy of
+    /// another document: false when the session is gone.
+    bool KeepCopy(const QString& id, const QString& path, const std::string& syncHash);
 
     /// Takes over the MD5 of a cloud copy that has become known. The list has it from the next start on.
     void LearnHash(const QString& id, const std::string& hash);
@@ -122,6 +123,9 @@ public:
 
     /// Deletes a preview that is not that of the document as it is now.
     void DropPreview(const QString& id, Size size);
+
+    // A file is the copy of one document, the one that took or gave it last: with its copy gone, another one is only in
+    // the cloud.
 
     // Those that change the list emit as the last thing that they do, so the session may be gone afterwards.
 
@@ -170,6 +174,7 @@ private:
     unsigned PicturesIn(const std::string& stored, const QString& id) const;
     const KeptCopy* KeptCopyOf(const Record& record) const;
     void SetEntry(const QString& id, const Entry& entry);
+    bool TakeFromOthers(const QString& id, const QString& path);
     void TakeOut(const QString& id);
     void LookAtCopyLeft(const QString& path, const std::string& syncHash);
 
@@ -194,7 +199,7 @@ private:
     KeptCopies copies;
     std::unique_ptr<PDF::Cloud::NorlisCloudFilesManager> list;
     QHash<QString, Entry> entries;          ///< of every document of the list
-    QMultiHash<QString, QString> idsByPath; ///< of those with a local copy
+    QMultiHash<QString, QString> idsByPath; ///< of those with a local copy; two only while one takes it from another
     QHash<QString, int> transfers;
     std::function<void(const QString&)> onCopyLeft;
     Lifetime lifetime;

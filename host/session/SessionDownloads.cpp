@@ -336,7 +336,9 @@ void SessionDownloads::Complete(const DownloadPointer& download)
     // Read again: the list may have learned something meanwhile, and may even have lost the document.
     const auto held = context.documents.RecordOf(download->id);
     if (HasOtherChangedCopy(download)) {
-        context.documents.KeepCopy(download->id, download->place, download->hash);
+        if (!context.documents.KeepCopy(download->id, download->place, download->hash)) {
+            return;
+        }
     } else if (held) {
         const auto path = ToPath(download->place);
         held->SetPath(path, context.hashes.CalculateHash(path), download->hash);

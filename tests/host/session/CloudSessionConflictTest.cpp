@@ -54,6 +54,25 @@ TEST_F(CloudSessionConflictTest, KeepingBothSendsTheLocalCopyUnderAnotherName)
     EXPECT_EQ(StatusOf("1"), Status::OnlyInCloud);
 }
 
+TEST_F(CloudSessionConflictTest, AFileIsTheCopyOfTheDocumentThatWasFetchedThereLast)
+{
+    session->KeepBoth("1");
+    ASSERT_TRUE(WaitForCalls("uploadFile", 2));
+    Answer("uploadFile", Social::Success, SharingOf("0", "1 (from desk).pdf"));
+    ASSERT_TRUE(WaitForEvent("DocumentUploaded(1.pdf, 0)"));
+    ASSERT_TRUE(QFile::remove(path)); // it is safe in the cloud
+    session->Download("1", QFileInfo(path).path());
+    ASSERT_TRUE(WaitForCalls("downloadFile", 1));
+    Deliver("theirs");
+    ASSERT_TRUE(WaitForEvent("DocumentDownloaded(1"));
+    for (int run = 0; run < 2; ++run) {
+        EXPECT_EQ(session->DocumentAt(path), "1");
+        EXPECT_EQ(StatusOf("1"), Status::InSync);
+        EXPECT_EQ(StatusOf("0"), Status::OnlyInCloud);
+        Reopen();
+    }
+}
+
 TEST_F(CloudSessionConflictTest, ProgressIsToldByThePathThatTheUserKnows)
 {
     session->KeepBoth("1");
