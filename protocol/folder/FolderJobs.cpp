@@ -96,6 +96,7 @@ ListJob::ListJob(FolderStore& store, SeenVersions& seen, Unhashed onUnhashed)
     : store(store),
       seen(seen),
       onUnhashed(std::move(onUnhashed)),
+      begin(seen.Now()),
       hashing(store)
 {
 }
@@ -155,7 +156,7 @@ Reply ListJob::Listed()
         return Unusable(); // it vanished while the documents were read
     }
     for (std::size_t index = 0; index < documents->size(); ++index) {
-        seen.Show((*documents)[index].id, shown[index]);
+        seen.ShowInList((*documents)[index].id, shown[index], begin);
     }
     store.KeepHashesOf(*documents);
     store.SaveHashes();

@@ -103,7 +103,7 @@ public:
         Files::AtomicFile::SyncFolderOf(request.localPath);
         const bool isCertain = source.IsLasting();
         transfers.store.RememberHash(document.id, source.Version(), source.Md5(), isCertain);
-        transfers.seen.Pass(document.id, request.localPath, {source.Version(), source.Md5(), isCertain});
+        transfers.seen.Deliver(document.id, request.localPath, {source.Version(), source.Md5(), isCertain});
         const auto file = DeliveredFileOf(request.localPath, source.Md5(), copy.CommittedVersion());
         return Reply{Success, {}, {}, false, false, file};
     }
@@ -381,7 +381,7 @@ Reply FolderTransfers::Uploaded(const Request::Upload& request, const QString& n
     const FolderDocument document{Files::IdOfName(name), name, store.PathOf(name),
                                   Files::FileIdentity::OfPath(store.PathOf(name)), false};
     store.RememberHash(document.id, version, md5Hash, false); // not of what may have replaced it by now
-    seen.Pass(document.id, request.localPath, {version, md5Hash, false});
+    seen.Upload(document.id, request.localPath, {version, md5Hash, false});
     const CloudFile entry = EntryOf(document, md5Hash);
     NorlisCloudSharingResult result;
     result.id = document.id;

@@ -39,9 +39,27 @@ void SeenVersions::Show(const QString& id, const SeenVersion& version)
     shown[id] = version;
 }
 
-void SeenVersions::Pass(const QString& id, const QString& localPath, const SeenVersion& version)
+void SeenVersions::ShowInList(const QString& id, const SeenVersion& version, UploadOrder::Time begin)
 {
+    if (!uploads.WasUploadedAfter(begin, id)) {
+        Show(id, version);
+    }
+}
+
+void SeenVersions::Upload(const QString& id, const QString& localPath, const SeenVersion& version)
+{
+    uploads.Note(id);
     Show(id, version);
+    Deliver(id, localPath, version);
+}
+
+UploadOrder::Time SeenVersions::Now() const
+{
+    return uploads.Now();
+}
+
+void SeenVersions::Deliver(const QString& id, const QString& localPath, const SeenVersion& version)
+{
     copies.Remember(id, localPath, {version.ToText(), version.md5Hash});
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <files/FileIdentity.h>
+#include <protocol/service/UploadOrder.h>
 #include <protocol/service/VersionMemory.h>
 
 #include <QHash>
@@ -36,11 +37,19 @@ public:
     /// \param copies outlives this object
     explicit SeenVersions(VersionMemory& copies);
 
-    /// A list or an entry has shown it.
+    /// An entry has shown it.
     void Show(const QString& id, const SeenVersion& version);
 
-    /// A local file was made from it, or it from that file.
-    void Pass(const QString& id, const QString& localPath, const SeenVersion& version);
+    /// A list has shown it that was begun at some time.
+    void ShowInList(const QString& id, const SeenVersion& version, UploadOrder::Time begin);
+
+    /// It was made from a local file.
+    void Upload(const QString& id, const QString& localPath, const SeenVersion& version);
+
+    /// A local file was made from it. Whether somebody gets to see that is not known.
+    void Deliver(const QString& id, const QString& localPath, const SeenVersion& version);
+
+    UploadOrder::Time Now() const;
 
     /// The version that was last shown is the one that a local file may replace.
     /// \param md5Hash of the version that is meant; empty for whichever it is
@@ -49,7 +58,7 @@ public:
     /// The version that a local file comes from; else the last one that was shown. Nothing when there is neither.
     std::optional<QString> ForUpload(const QString& id, const QString& localPath);
 
-    /// The version that was last shown or passed on; nothing when there is none.
+    /// The version that was last shown or uploaded; nothing when there is none.
     std::optional<QString> ForRemoval(const QString& id) const;
 
     /// What was shown. Where copies come from stays known.
@@ -58,6 +67,7 @@ public:
 private:
     VersionMemory& copies;
     QHash<QString, SeenVersion> shown; ///< by id
+    UploadOrder uploads;
 };
 
 } // namespace Norlis::Social

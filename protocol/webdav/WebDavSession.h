@@ -7,6 +7,7 @@
 #include <protocol/dav/Collection.h>
 #include <protocol/dav/DavRequests.h>
 #include <protocol/http/HttpClient.h>
+#include <protocol/service/UploadOrder.h>
 #include <protocol/service/VersionMemory.h>
 
 #include <QSet>
@@ -60,6 +61,7 @@ struct WebDavSession {
     std::optional<bool> takesHiddenNames;           ///< names with a leading dot; nullopt until tested
 
     DavDocuments documents; ///< as of the last list and what was done since
+    UploadOrder uploads;
 
     /// Names that new documents are being given. Some servers let two of them have the same one at the same moment.
     QSet<QByteArray> reservedNames;

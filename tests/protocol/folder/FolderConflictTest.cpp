@@ -5,6 +5,7 @@
 
 #include <files/DocumentNames.h>
 #include <protocol/folder/FolderTurn.h>
+#include <protocol/folder/SeenVersions.h>
 
 #include <QDir>
 #include <QJsonDocument>
@@ -130,6 +131,35 @@ TEST_F(FolderConflictTest, ARemovalOfAnotherVersionThanTheOneSeenIsRefused)
     anna.List();
     EXPECT_EQ(anna.Do(Social::Request::Remove{reportId}).result, Social::Success);
     EXPECT_EQ(cloud.Content(), QStringList());
+}
+
+TEST_F(FolderConflictTest, AVersionThatWasOnlyDeliveredIsNotRemoved)
+{
+    ASSERT_EQ(ben.Do(ben.Upload("b.pdf", "Ben's", reportId)).result, Social::Success);
+    ASSERT_EQ(anna.Do(anna.Download(reportId, "a.pdf")).result, Social::Success); // and thrown away, for all we know
+    ExpectConflict(anna.Do(Social::Request::Remove{reportId}));
+    ExpectConflict(anna.Do(anna.Upload("other.pdf", "Anna's", reportId)));
+    EXPECT_EQ(cloud.Get(report), QByteArray("Ben's"));
+}
+
+TEST(SeenVersionsTest, AListThatWasBegunBeforeAnUploadShowsNothingInItsPlace)
+{
+    Social::VersionMemory copies({});
+    Social::SeenVersions seen(copies);
+    const auto versionOf = [](const QString& md5Hash) {
+        Social::SeenVersion version;
+        version.identity.size = 1;
+        version.md5Hash = md5Hash;
+        return version;
+    };
+    const auto begin = seen.Now();
+    seen.Upload("1", "a.pdf", versionOf("uploaded"));
+    seen.ShowInList("1", versionOf("listed"), begin);
+    seen.ShowInList("2", versionOf("listed"), begin);
+    EXPECT_EQ(seen.ForRemoval("1"), versionOf("uploaded").ToText());
+    EXPECT_EQ(seen.ForRemoval("2"), versionOf("listed").ToText());
+    seen.ShowInList("1", versionOf("listed"), seen.Now());
+    EXPECT_EQ(seen.ForRemoval("1"), versionOf("listed").ToText());
 }
 
 TEST_F(FolderConflictTest, OtherPermissionsAreNoOtherVersion)

@@ -2,6 +2,8 @@
 
 #include <NorlisTestKit/NextcloudLikeServer.h>
 
+#include <atomic>
+
 namespace Norlis::Test {
 
 /// What somebody else does while a document is replaced, removed or given its name.
@@ -47,6 +49,32 @@ TEST_F(MeantimeTest, AListThatNobodyWasShownAcceptsNoVersion)
     EXPECT_TRUE(client.Remove(id)->Fails());
     ExpectFailure(client.Upload(LocalFile("other.pdf", "mine"), id));
     EXPECT_EQ(server.Get("report.pdf"), QByteArray("not seen"));
+    ASSERT_TRUE(client.List()->Succeeds());
+    EXPECT_TRUE(client.Remove(id)->Succeeds());
+}
+
+TEST_F(MeantimeTest, AListThatWasBegunBeforeAnUploadShowsNobodyWhatHasReplacedIt)
+{
+    const QString id = Put("report.pdf", "seen");
+    std::atomic<Wire*> held = nullptr;
+    server.Misbehave("PROPFIND", {[&](Wire& wire) { held = &wire; }});
+    const auto list = client.List();
+    ASSERT_TRUE(WaitUntil([&] { return held.load() != nullptr; }));
+    ASSERT_TRUE(client.Upload(LocalFile("report.pdf", "mine"), id)->Succeeds());
+    server.Put("report.pdf", "hers, not seen");
+    const auto answer = [](Wire& wire) {
+        wire.Send(wire.Do(wire.Request()).Bytes());
+        wire.Finish();
+    };
+    server.Misbehave("PROPFIND", {[&](Wire& wire) {
+                         answer(*held);
+                         answer(wire);
+                     }});
+    EXPECT_TRUE(client.Remove(id)->Fails());
+    ASSERT_TRUE(
+        list->Succeeds()); // whoever gets it knows of the upload, and does not take this version for a newer one
+    EXPECT_TRUE(client.Remove(id)->Fails());
+    EXPECT_EQ(server.Get("report.pdf"), QByteArray("hers, not seen"));
     ASSERT_TRUE(client.List()->Succeeds());
     EXPECT_TRUE(client.Remove(id)->Succeeds());
 }
