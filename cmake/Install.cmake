@@ -1,7 +1,7 @@
 # What `cmake --install` puts where, by component:
 #   Runtime      the four libraries, and the program that renders previews
 #   Development  their headers, the examples, and what CMake and pkg-config need to find them
-#   Tools        the programs for a user
+#   Tools        the programs for a user, and the entry of the window for desktops
 #   Qml          the QML module Norlis.Cloud, where it is built
 #   TestKit      the static library that tests of a host application link, with its headers, and the contract tests as sources
 # Nothing installed knows where it was built or where it lies: the whole can be moved.
@@ -13,11 +13,16 @@ set(cmakeFiles ${CMAKE_INSTALL_LIBDIR}/cmake/NorlisCloud)
 
 set_target_properties(NorlisContracts PROPERTIES EXPORT_NAME Contracts)
 set_target_properties(NorlisSocial PROPERTIES EXPORT_NAME Social)
-set_target_properties(NorlisHost PROPERTIES EXPORT_NAME Host)
+set(libraries NorlisContracts NorlisSocial NorlisCloud)
+if(TARGET NorlisHost)
+    list(APPEND libraries NorlisHost)
+    set_target_properties(NorlisHost PROPERTIES EXPORT_NAME Host)
+endif()
 
-install(TARGETS NorlisContracts NorlisSocial NorlisCloud NorlisHost EXPORT NorlisCloudTargets
+install(TARGETS ${libraries} EXPORT NorlisCloudTargets
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Runtime NAMELINK_COMPONENT Development
     FILE_SET HEADERS DESTINATION ${headers} COMPONENT Development
+    FILE_SET generated DESTINATION ${headers} COMPONENT Development
 )
 # Beside libNorlisSocial, which looks for it there.
 install(TARGETS norlis-preview-renderer DESTINATION ${CMAKE_INSTALL_LIBDIR}/norlis-cloud COMPONENT Runtime)
@@ -30,8 +35,18 @@ foreach(program norlis-cloud norlis-documents)
     endif()
 endforeach()
 
-install(FILES examples/minimal.cpp examples/window.cpp DESTINATION ${CMAKE_INSTALL_DATADIR}/norlis-cloud/examples COMPONENT Development)
-install(DIRECTORY examples/quick DESTINATION ${CMAKE_INSTALL_DATADIR}/norlis-cloud/examples COMPONENT Development)
+if(TARGET norlis-documents)
+    set(desktop apps/window/desktop/org.norlis.Documents)
+    install(FILES ${desktop}.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications COMPONENT Tools)
+    install(FILES ${desktop}.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo COMPONENT Tools)
+    install(FILES ${desktop}.svg DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps COMPONENT Tools)
+endif()
+
+if(TARGET NorlisHost)
+    set(examples ${CMAKE_INSTALL_DATADIR}/norlis-cloud/examples)
+    install(FILES examples/minimal.cpp examples/window.cpp DESTINATION ${examples} COMPONENT Development)
+    install(DIRECTORY examples/quick DESTINATION ${examples} COMPONENT Development)
+endif()
 
 if(TARGET describe)
     set(described ${PROJECT_BINARY_DIR}/apps/described)
@@ -52,6 +67,10 @@ if(TARGET NorlisCloudQml)
 endif()
 
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/NorlisCloudConfigVersion.cmake COMPATIBILITY SameMajorVersion)
+set(hasHost FALSE)
+if(TARGET NorlisHost)
+    set(hasHost TRUE)
+endif()
 math(EXPR otherQt "11 - ${NORLIS_QT}") # of 5 and 6
 configure_file(cmake/NorlisCloudConfig.cmake.in ${PROJECT_BINARY_DIR}/NorlisCloudConfig.cmake @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/NorlisCloudConfig.cmake ${PROJECT_BINARY_DIR}/NorlisCloudConfigVersion.cmake
@@ -70,9 +89,11 @@ norlis_install_pkg_config(norlis-social NorlisSocial
     "The cloud service's protocol object, over folders and WebDAV servers" norlis-contracts "")
 norlis_install_pkg_config(norlis-cloud NorlisCloud
     "Cloud documents for a desktop PDF editor" norlis-contracts norlis-social)
-norlis_install_pkg_config(norlis-host NorlisHost
-    "Cloud documents for a desktop PDF editor, with a record store, hashing, settings and a model for views" "norlis-cloud norlis-social"
-    "")
+if(TARGET NorlisHost)
+    norlis_install_pkg_config(norlis-host NorlisHost
+        "Cloud documents for a desktop PDF editor, with a record store, hashing, settings and a model for views" "norlis-cloud norlis-social"
+        "")
+endif()
 
 if(TARGET NorlisTestKit)
     set_target_properties(NorlisTestKit PROPERTIES EXPORT_NAME TestKit)

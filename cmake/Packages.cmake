@@ -46,9 +46,6 @@ if(TARGET NorlisCloudQml)
     set(CPACK_DEBIAN_QML_DESCRIPTION "cloud documents for desktop PDF editors - QML module
 The documents of a folder or of a WebDAV server as an element for interfaces in
 Qt Quick.")
-    list(APPEND CPACK_PRE_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/cmake/debian/qml-folder.cmake)
-    set(CPACK_NORLIS_QML_MODULES ${CMAKE_INSTALL_LIBDIR}/qt5)
-    set(CPACK_NORLIS_ARCHITECTURE ${CMAKE_LIBRARY_ARCHITECTURE})
 endif()
 
 # Where the libraries of the runtime package are while those of others are made.

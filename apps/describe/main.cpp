@@ -4,6 +4,8 @@
 #include "Completion.h"
 #include "ManualPage.h"
 
+#include <contracts/Version.h>
+
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QFile>
@@ -33,7 +35,7 @@ int main(int argc, char** argv)
     const QCoreApplication application(argc, argv);
     const QString folder = QCoreApplication::arguments().value(1, ".") + '/';
     QCoreApplication::setApplicationName("norlis-documents");
-    const Release release = {NORLIS_VERSION, QDateTime::fromString(NORLIS_RELEASED, Qt::RFC2822Date).date()};
+    const Release release = {NORLIS_CLOUD_VERSION_STR, QDateTime::fromString(NORLIS_RELEASED, Qt::RFC2822Date).date()};
     const QString window = WindowManual(release);
     QCoreApplication::setApplicationName("norlis-cloud"); // as it is in the names of its folders
     const bool isWritten =

@@ -8,6 +8,7 @@
 #include <apps/common/LogFile.h>
 #include <apps/common/ProgramStart.h>
 #include <base/Utf8.h>
+#include <contracts/Version.h>
 
 #include <QGuiApplication>
 
@@ -86,7 +87,7 @@ int main(int argc, char** argv)
     Norlis::Apps::PrepareProgram("norlis-cloud");
     PrepareEnvironment();
     QCoreApplication::setApplicationName("norlis-cloud");
-    QCoreApplication::setApplicationVersion(NORLIS_VERSION);
+    QCoreApplication::setApplicationVersion(NORLIS_CLOUD_VERSION_STR);
 
     QStringList words;
     for (int index = 0; index < argc; ++index) {

@@ -7,6 +7,7 @@
 #include <apps/common/Interrupts.h>
 #include <apps/common/LogFile.h>
 #include <apps/common/ProgramStart.h>
+#include <contracts/Version.h>
 #include <host/account/ServiceAddress.h>
 
 #include <QApplication>
@@ -70,7 +71,8 @@ int main(int argc, char** argv)
     Window::UseAllPixels();
     QApplication application(argc, argv);
     QCoreApplication::setApplicationName("norlis-documents");
-    QCoreApplication::setApplicationVersion(NORLIS_VERSION);
+    QGuiApplication::setDesktopFileName("org.norlis.Documents"); // by which desktops find the window's icon
+    QCoreApplication::setApplicationVersion(NORLIS_CLOUD_VERSION_STR);
     Window::InstallTranslations(application, QLocale());
 
     QCommandLineParser parser;

@@ -8,6 +8,7 @@ work=$2
 sources=$work/norlis-cloud
 build=$sources/build/release
 prefix=${3:-$work/prefix}
+libraries=lib/$(gcc -print-multiarch)
 version=$(sed -n 's/^project(.* VERSION \([0-9.]*\).*/\1/p' "$tree/CMakeLists.txt")
 export LC_ALL=C.UTF-8 QT_QPA_PLATFORM=offscreen
 

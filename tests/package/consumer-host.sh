@@ -7,9 +7,9 @@ cp "$tree"/tests/package/consumer-host/* "$tree/examples/window.cpp" "$folder"
 cd "$folder"
 cmake -B build -G Ninja -DCMAKE_PREFIX_PATH="$prefix"
 cmake --build build
-PKG_CONFIG_PATH=$prefix/lib/pkgconfig
+PKG_CONFIG_PATH=$prefix/$libraries/pkgconfig
 export PKG_CONFIG_PATH
-g++ -std=c++17 -fPIC window.cpp -o window $(pkg-config --cflags --libs norlis-host "Qt$(pkg-config --variable=qt norlis-host)Widgets") -Wl,-rpath,"$prefix/lib"
+g++ -std=c++17 -fPIC window.cpp -o window $(pkg-config --cflags --libs norlis-host "Qt$(pkg-config --variable=qt norlis-host)Widgets") -Wl,-rpath,"$prefix/$libraries"
 
 mkdir home cloud
 cp "$tree"/samples/*.pdf cloud

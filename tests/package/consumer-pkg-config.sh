@@ -5,8 +5,9 @@
 folder=$(new_folder consumer-pkg-config)
 cp "$tree/tests/package/consumer/main.cpp" "$folder"
 cd "$folder"
-export PKG_CONFIG_PATH="$prefix/lib/pkgconfig"
-export LD_LIBRARY_PATH="$prefix/lib"
+lib="$prefix/lib/$(gcc -print-multiarch)"
+export PKG_CONFIG_PATH="$lib/pkgconfig"
+export LD_LIBRARY_PATH="$lib"
 g++ -fPIC main.cpp -o consumer $(pkg-config --cflags --libs norlis-cloud)
 runs_from "$prefix" ./consumer
 expect_samples ./consumer

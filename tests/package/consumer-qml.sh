@@ -10,8 +10,8 @@ cp "$tree"/samples/*.pdf cloud
 export HOME=$folder/home QT_QUICK_BACKEND=software
 run_session docs/qml.md quick "s|^QML2_IMPORT_PATH=.*||"
 
-runs_from "$(realpath "$prefix")" "$prefix/lib/qt5/qml/Norlis/Cloud/libNorlisCloudQml.so"
-export QML2_IMPORT_PATH=$prefix/lib/qt5/qml
+runs_from "$(realpath "$prefix")" "$prefix/$libraries/qt5/qml/Norlis/Cloud/libNorlisCloudQml.so"
+export QML2_IMPORT_PATH=$prefix/$libraries/qt5/qml
 for window in list.qml documents.qml; do
     status=0
     timeout 5 build/quick $window cloud 2>errors.txt || status=$?
@@ -23,4 +23,4 @@ if QML2_IMPORT_PATH= timeout 5 build/quick list.qml cloud 2>errors.txt || ! grep
 fi
 
 # An editor of widgets has nothing of it to ship.
-! ldd "$prefix"/lib/libNorlis*.so | grep libQt5Qml || fail "These libraries load QML."
+! ldd "$prefix/$libraries"/libNorlis*.so | grep libQt5Qml || fail "These libraries load QML."

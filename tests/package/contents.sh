@@ -5,7 +5,7 @@
 for component in Runtime Development Tools Qml TestKit; do
     folder=$(new_folder "components/$component")
     cmake --install "$build" --prefix "$folder" --component $component >/dev/null
-    (cd "$folder" && find . -not -type d) | sed -e "s|^\.|$component |" -e "s/\.so\.${version//./\\.}$/.so.VERSION/" \
+    (cd "$folder" && find . -not -type d) | sed -e "s|^\.|$component |" -e "s|/$libraries/|/LIBRARIES/|" -e "s/\.so\.${version//./\\.}$/.so.VERSION/" \
         -e "s/\.so\.${version%%.*}$/.so.MAJOR/"
 done | LC_ALL=C sort >"$work/contents.txt"
 diff "$tree/tests/package/contents.txt" "$work/contents.txt" ||

@@ -49,11 +49,9 @@ done
 
 apt-get install ./*.deb --simulate >/dev/null || fail "The packages ask for what Debian does not have."
 
-# Where Debian's Qt looks for it, whatever the folder of the libraries; then where the installed copy has it.
+# Where Debian's Qt looks for it.
 modules=$(qmake -qt=5 -query QT_INSTALL_QML)
 [ -f "root$modules/Norlis/Cloud/qmldir" ] || fail "The QML module is not in $modules."
-mv "root$(dirname "$modules")" root/usr/lib/qt5
-rmdir "root$(dirname "$modules" | xargs dirname)"
 rm -r root/usr/share/doc
 gunzip root/usr/share/man/man1/*.gz
 diff -r --no-dereference root/usr "$prefix" || fail "The packages (<) are not what is installed from the build (>)."

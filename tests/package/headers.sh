@@ -2,7 +2,7 @@
 # Each installed header can be included first and alone.
 . "$(dirname "$0")/common.sh"
 
-export PKG_CONFIG_PATH="$prefix/lib/pkgconfig"
+export PKG_CONFIG_PATH="$prefix/$libraries/pkgconfig"
 read -ra flags <<<"$(pkg-config --cflags norlis-cloud Qt5Network)"
 cd "$prefix/include/norlis-cloud"
 find . -name '*.h' -print0 |

@@ -8,10 +8,10 @@ export built
 # The build of these tests stands in for the one of the page.
 (cd "$tree" && HOME=$home run_session docs/packaging.md qt6 '/^tools/d' '/^cmake --preset/d' '/^cmake --build/d' 's|build/for-qt6|"$built"|')
 prefix=$home/norlis-qt6
-for consumer in cmake pkg-config host; do
-    "$tree/tests/package/consumer-$consumer.sh" "$tree" "$work" "$prefix"
+for program in consumer-{cmake,pkg-config,host,testkit} tour; do
+    "$tree/tests/package/$program.sh" "$tree" "$work" "$prefix"
 done
-! ldd "$prefix"/lib/libNorlis*.so | grep libQt5 || fail "These libraries load Qt 5."
+! ldd "$prefix/$libraries"/libNorlis*.so | grep libQt5 || fail "These libraries load Qt 5."
 
 folder=$(new_folder other-qt)
 printf '%s\n' "cmake_minimum_required(VERSION 3.16)" "project(other CXX)" "find_package(Qt5 REQUIRED COMPONENTS Core)" \

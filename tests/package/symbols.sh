@@ -3,8 +3,8 @@
 . "$(dirname "$0")/common.sh"
 
 for library in NorlisContracts NorlisSocial NorlisCloud NorlisHost; do
-    file=$prefix/lib/lib$library.so
-    [ "$(readlink -f "$file")" = "$(realpath "$prefix")/lib/lib$library.so.$version" ] ||
+    file=$prefix/$libraries/lib$library.so
+    [ "$(readlink -f "$file")" = "$(realpath "$prefix")/$libraries/lib$library.so.$version" ] ||
         fail "$file is not version $version"
     readelf -d "$file" | grep -qF "Library soname: [lib$library.so.${version%%.*}]" || fail "$file has the wrong SONAME"
 

@@ -10,7 +10,8 @@ cmake -B build -G Ninja -DCMAKE_PREFIX_PATH="$prefix"
 cmake --build build
 
 mkdir home cloud
-export HOME=$folder/home QT_QUICK_BACKEND=software QML2_IMPORT_PATH=$prefix/lib/qt5/qml
+qt=$(PKG_CONFIG_PATH=$prefix/$libraries/pkgconfig pkg-config --variable=qt norlis-cloud)
+export HOME=$folder/home QT_QUICK_BACKEND=software QML2_IMPORT_PATH=$prefix/$libraries/qt$qt/qml
 build/tour cloud work "$tree"/samples/{ferry-ticket,garden-year,scanned-letter}.pdf
 build/quick tour.qml cloud
 [ -z "$(ls cloud)" ] || fail "The tours have left something in the cloud:" "$(ls cloud)"
