@@ -47,12 +47,13 @@ for library in NorlisContracts NorlisSocial NorlisCloud NorlisHost; do
         fail "$runtime does not say what needs lib$library."
 done
 
+lintian --allow-root --fail-on error,warning ./*.deb || fail "There is something wrong with the packages."
 apt-get install ./*.deb --simulate >/dev/null || fail "The packages ask for what Debian does not have."
 
 # Where Debian's Qt looks for it.
 modules=$(qmake -qt=5 -query QT_INSTALL_QML)
 [ -f "root$modules/Norlis/Cloud/qmldir" ] || fail "The QML module is not in $modules."
-rm -r root/usr/share/doc
+rm -r root/usr/share/{doc,lintian}
 gunzip root/usr/share/man/man1/*.gz
 diff -r --no-dereference root/usr "$prefix" || fail "The packages (<) are not what is installed from the build (>)."
 "$tree/tests/package/consumer-cmake.sh" "$tree" "$folder" "$folder/root/usr"
