@@ -73,7 +73,7 @@ public:
                            std::function<void(qint64, RequestResult, QList<File::FileInfo>)>&& done) override;
 
     /// A file at the target that is not the copy which was delivered there, unchanged, is left alone, and -1 returned;
-    /// see OAuth2::AuthInfo::replaceExistingFiles.
+    /// see OAuth2::ReplaceableFiles.
     qint64 downloadFile(const File::FileFieldData& data, std::function<void(qint64, RequestResult)>&& done,
                         std::function<void(qint64, int)>&& progress) override;
 

@@ -43,6 +43,15 @@ struct TransferredFile {
     bool isLasting = false;
 };
 
+/// Which files a download may replace; at any other at its target, -1 is returned.
+enum class ReplaceableFiles {
+    /// One that the protocol object has delivered there, or sent from there, as that document, and that nobody has
+    /// changed since. Without a `dataFolder` it knows of those of its own lifetime.
+    OwnCopies,
+    All,     ///< whichever it is
+    Nothing, ///< for a program that looks after its files itself
+};
+
 /// Settings with which a NorlisCloudProtocol is constructed.
 struct AuthInfo {
     /// Where the cloud is: `file:` names a folder, `https:` a collection of a WebDAV server (RFC 4918). Plain `http:`
@@ -73,10 +82,7 @@ struct AuthInfo {
     /// remembers for the lifetime of the object.
     QString dataFolder = {};
 
-    /// Lets a download replace whatever file is at its target. Otherwise it replaces only a file that the protocol
-    /// object has delivered there, or sent from there, as that document, and that nobody has changed since; for any
-    /// other, -1 is returned. Without a `dataFolder` it knows of those of its own lifetime.
-    bool replaceExistingFiles = false;
+    ReplaceableFiles replaceableFiles = ReplaceableFiles::OwnCopies;
 
     /// The first failure observer: see PDF::Cloud::IFailureSource.
     std::function<void(const Failure&)> onFailure = {};

@@ -91,7 +91,7 @@ std::error_code MoveReplacing(const QString& source, const QString& target, cons
     if (failure) {
         return failure;
     }
-    if (FileIdentity::OfPath(source).HasContentOf(known)) {
+    if (FileIdentity::OfPath(source).HasContentOf(known) && !IsOpenForWriting(source)) {
         unlink(QFile::encodeName(source).constData());
         return {};
     }
@@ -107,6 +107,18 @@ std::error_code Exchange(const QString& first, const QString& second)
     const int result = renameat2(AT_FDCWD, QFile::encodeName(first).constData(), AT_FDCWD,
                                  QFile::encodeName(second).constData(), RENAME_EXCHANGE);
     return result == 0 ? std::error_code() : LastError();
+}
+
+bool IsOpenForWriting(const QString& path)
+{
+    const int descriptor = open(QFile::encodeName(path).constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+    if (descriptor < 0) {
+        return false;
+    }
+    const bool isOpen =
+        fcntl(descriptor, F_SETLEASE, F_RDLCK) != 0 && errno == EAGAIN; // a lease is given without writers
+    close(descriptor);
+    return isOpen;
 }
 
 bool IsUnknownCall(const std::error_code& error)

@@ -16,14 +16,18 @@ std::error_code MoveUnlessTaken(const QString& source, const QString& target);
 /// a private one does not become public by a newer version.
 std::error_code MoveReplacing(const QString& source, const QString& target);
 
-/// The same, if what stands at the target is the version that is known, also in the moment in which it is replaced:
-/// std::errc::file_exists otherwise, and everything is as it was. Where names cannot be exchanged, an edit in the
-/// microseconds between the look and the renaming goes unseen.
+/// The same, if what stands at the target is the version that is known, also in the moment in which it is replaced, and
+/// no program is about to write to it: std::errc::file_exists otherwise, and everything is as it was. Where names
+/// cannot be exchanged, an edit in the microseconds between the look and the renaming goes unseen.
 std::error_code MoveReplacing(const QString& source, const QString& target, const FileIdentity& known);
 
 /// Gives each of two files of one file system the name of the other, in one step. Most network drives cannot: the error
 /// is then one that IsUnknownCall takes.
 std::error_code Exchange(const QString& first, const QString& second);
+
+/// Whether some program has the file open to write to it, so that it may change although it has lost its name. False
+/// where the system does not tell: of files of other users, and on network drives.
+bool IsOpenForWriting(const QString& path);
 
 /// Whether the file system does not know the call that has failed.
 bool IsUnknownCall(const std::error_code& error);

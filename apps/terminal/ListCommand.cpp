@@ -109,6 +109,7 @@ void ListCommand::Show()
         output.Lines(Table(std::move(rows), output));
     }
     Shown().Show(entries);
+    Shown().Save(); // now, whatever becomes of this program while it ends
     Finish(ExitStatus::success);
 }
 

@@ -199,7 +199,9 @@ void UploadCommand::Show(const QString& action, const QString& path, const QStri
     if (!entry) {
         return;
     }
-    Shown().Note(*entry);
+    if (action != "skipped") { // nobody has looked at that
+        Shown().Note(*entry);
+    }
     if (output.IsJson()) {
         QJsonObject result = JsonOf(*entry);
         result["action"] = action;

@@ -265,7 +265,7 @@ CloudSession::CloudSession(const QString& dataFolder, const Social::OAuth2::Auth
     auto completed = authInfo;
     completed.cacheFolder = dataFolder + "/previews";
     completed.dataFolder = dataFolder;
-    completed.replaceExistingFiles = true; // in the session's own folder for downloads
+    completed.replaceableFiles = Social::OAuth2::ReplaceableFiles::Nothing; // downloads arrive in folders of their own
     completed.onTransferred = [session = QPointer(this)](const Social::OAuth2::TransferredFile& file) {
         if (session && session->d) {
             session->d->uploads.NoteSent(file);

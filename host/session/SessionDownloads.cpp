@@ -28,6 +28,12 @@ bool IsFileName(const QString& name)
            name == QFileInfo(name).fileName();
 }
 
+/// Equal for names that some file system takes for the same.
+QString KeyOf(const QString& name)
+{
+    return name.normalized(QString::NormalizationForm_C).toCaseFolded();
+}
+
 bool IsTaken(const QString& path)
 {
     const QFileInfo file(path);
@@ -214,10 +220,10 @@ std::shared_ptr<StagingFolder> SessionDownloads::StagingFor(const ActiveDownload
     if (!folder) {
         folder = std::make_shared<StagingFolder>(download.folder, stagingList);
         shared = {folder, {}};
-    } else if (shared.names.contains(download.name)) { // another document of the same name
+    } else if (shared.names.contains(KeyOf(download.name))) { // another document of the same name
         return std::make_shared<StagingFolder>(download.folder, stagingList);
     }
-    shared.names.insert(download.name);
+    shared.names.insert(KeyOf(download.name));
     return folder;
 }
 
@@ -268,10 +274,11 @@ void SessionDownloads::Place(const DownloadPointer& download)
     if (!IsCurrent(download)) {
         return;
     }
-    const auto arrived = Files::FileIdentity::OfPath(download->stagedPath);
+    const auto arrivedPath = download->staging->PathOf(download->name);
+    const auto arrived = Files::FileIdentity::OfPath(arrivedPath);
     const bool isTold = arrived.IsFile() && arrived == download->arrivedAs;
     if (!isTold) {
-        download->hash = context.hashes.CalculateHash(ToPath(download->stagedPath));
+        download->hash = context.hashes.CalculateHash(ToPath(arrivedPath));
     }
     const auto cloudHash = download->record->GetRedactableCloudInfo()->GetMd5Hash();
     if (download->hash.empty()) {
@@ -286,9 +293,8 @@ void SessionDownloads::Place(const DownloadPointer& download)
     if (!MayTakeTarget(download)) { // it may have changed while the document came
         return;
     }
-    const auto error = download->replaces
-                           ? Files::MoveReplacing(download->stagedPath, download->target, download->replaced)
-                           : Files::MoveUnlessTaken(download->stagedPath, download->target);
+    const auto error = download->replaces ? Files::MoveReplacing(arrivedPath, download->target, download->replaced)
+                                          : Files::MoveUnlessTaken(arrivedPath, download->target);
     if (error == std::errc::file_exists) {
         download->replaces ? EndWithChangedCopy(download) : EndWithNameTaken(download);
         return;
@@ -383,11 +389,11 @@ void SessionDownloads::TakeBack(const DownloadPointer& download)
     if (download->staging) {
         staged.remove(download->stagedPath);
         if (download->state != State::Placed && !download->stagedPath.isEmpty()) {
-            QFile::remove(download->stagedPath);
+            QFile::remove(download->staging->PathOf(download->name));
         }
         auto& shared = stagingIn[download->folder];
         if (shared.folder.lock() == download->staging) {
-            shared.names.remove(download->name);
+            shared.names.remove(KeyOf(download->name));
         }
         if (shared.names.isEmpty()) {
             stagingIn.remove(download->folder);
@@ -442,7 +448,7 @@ void SessionDownloads::OnFinished(const std::shared_ptr<const FileInfo>& file)
     download->state = State::Arrived;
     QStringList paths = {context.documents.LocalPath(download->id)};
     if (!download->arrivedAs.IsFile()) {
-        paths.append(download->stagedPath);
+        paths.append(download->staging->PathOf(download->name));
     }
     if (download->replaces) {
         paths.append(download->target);

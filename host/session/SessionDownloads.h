@@ -61,7 +61,7 @@ private:
     /// Where the downloads into one folder arrive, as long as there are any.
     struct Staging {
         std::weak_ptr<StagingFolder> folder;
-        QSet<QString> names; ///< of what arrives in it
+        QSet<QString> names; ///< of what arrives in it, without the differences that some file systems do not make
     };
     using DownloadPointer = std::shared_ptr<ActiveDownload>;
 

@@ -52,15 +52,16 @@ StagingFolder::StagingFolder(const QString& parent, const QString& list)
         QFile::remove(entry);
         return;
     }
-    struct stat status = {};
-    lstat(QFile::encodeName(path).constData(), &status);
-    device = status.st_dev;
-    inode = status.st_ino;
+    folder = open(QFile::encodeName(path).constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+    if (folder < 0) {
+        error = QString::fromLocal8Bit(std::strerror(errno));
+    }
 }
 
 StagingFolder::~StagingFolder()
 {
     Remove();
+    close(folder);
 }
 
 bool StagingFolder::IsValid() const
@@ -78,6 +79,11 @@ QString StagingFolder::Path() const
     return path;
 }
 
+QString StagingFolder::PathOf(const QString& name) const
+{
+    return QStringLiteral("/proc/self/fd/%1/%2").arg(folder).arg(name);
+}
+
 bool StagingFolder::Remove()
 {
     if (isThere && RemoveFiles()) {
@@ -89,20 +95,18 @@ bool StagingFolder::Remove()
 
 bool StagingFolder::RemoveFiles() const
 {
-    // Others who may write to the parent can put another folder, or a link to one, in the place of this one.
     const QByteArray native = QFile::encodeName(path);
-    const int folder = open(native.constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
-    if (folder < 0) {
-        return errno == ENOENT || errno == ENOTDIR || errno == ELOOP;
+    struct stat own = {};
+    struct stat found = {};
+    if (fstat(folder, &own) != 0 || lstat(native.constData(), &found) != 0) {
+        return errno == ENOENT || errno == ENOTDIR || folder < 0;
     }
-    const std::unique_ptr<DIR, int (*)(DIR*)> entries(fdopendir(folder), &closedir);
+    if (found.st_dev != own.st_dev || found.st_ino != own.st_ino) {
+        return true; // somebody has put something else in its place
+    }
+    const std::unique_ptr<DIR, int (*)(DIR*)> entries(fdopendir(openat(folder, ".", O_RDONLY | O_CLOEXEC)), &closedir);
     if (!entries) {
-        close(folder);
         return false;
-    }
-    struct stat status = {};
-    if (fstat(folder, &status) != 0 || status.st_dev != device || status.st_ino != inode) {
-        return true;
     }
     while (const dirent* const each = readdir(entries.get())) {
         unlinkat(folder, each->d_name, 0); // no folder: there are none but the two that every folder has

@@ -21,6 +21,10 @@ public:
     QString ErrorText() const;
     QString Path() const;
 
+    /// Of a file in it, whatever name somebody else who may write to the parent has given to the folder, or to a link
+    /// to another one.
+    QString PathOf(const QString& name) const;
+
     /// Removes the folder and what is in it. False when that fails; it is tried again on destruction.
     bool Remove();
 
@@ -34,8 +38,7 @@ private:
     const QString entry; ///< of the list: a link to the path
     QString error;
     bool isThere = false;
-    quint64 device = 0; ///< with the next by which the folder is known
-    quint64 inode = 0;
+    int folder = -1; ///< open for as long as this object lives
 };
 
 } // namespace Norlis::Host

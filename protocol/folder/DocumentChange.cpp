@@ -142,6 +142,9 @@ DocumentChange::Outcome DocumentChange::PutInPlace(Files::AtomicFile* fresh)
 std::optional<DocumentChange::Outcome> DocumentChange::LookAtWhatCameOut()
 {
     const auto cameOut = FileIdentity::OfPath(aside);
+    if (Files::IsOpenForWriting(aside)) {
+        return Undo(); // an edit would come into a file without a name
+    }
     const bool isSame = cameOut.HasContentOf(before);
     if (isSame && (isBeforeSettled || task.expected.md5Hash.isEmpty())) {
         return Finish();

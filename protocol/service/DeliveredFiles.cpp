@@ -6,9 +6,10 @@ namespace Norlis::Social {
 
 using Files::FileIdentity;
 using Files::ReplaceableFile;
+using OAuth2::ReplaceableFiles;
 
 DeliveredFiles::DeliveredFiles(const OAuth2::AuthInfo& authInfo)
-    : isAnyReplaceable(authInfo.replaceExistingFiles),
+    : may(authInfo.replaceableFiles),
       identities(MemoryFile("delivered", authInfo))
 {
 }
@@ -16,11 +17,14 @@ DeliveredFiles::DeliveredFiles(const OAuth2::AuthInfo& authInfo)
 std::optional<ReplaceableFile> DeliveredFiles::ReplaceableAt(const QString& document, const QString& localPath)
 {
     ReplaceableFile replaceable;
-    replaceable.isAny = isAnyReplaceable;
+    replaceable.isAny = may == ReplaceableFiles::All;
     const QFileInfo target(localPath);
     const bool isTaken = target.isFile() || target.isSymLink(); // what else may be there is refused in any case
-    if (isAnyReplaceable || !isTaken) {
+    if (replaceable.isAny || !isTaken) {
         return replaceable;
+    }
+    if (may == ReplaceableFiles::Nothing) {
+        return std::nullopt;
     }
     const auto known = identities.Find(document, localPath);
     replaceable.only = FileIdentity::OfPath(localPath);
@@ -30,14 +34,14 @@ std::optional<ReplaceableFile> DeliveredFiles::ReplaceableAt(const QString& docu
 
 void DeliveredFiles::Note(const QString& document, const OAuth2::TransferredFile& file)
 {
-    if (!isAnyReplaceable) {
+    if (may == ReplaceableFiles::OwnCopies) {
         identities.Remember(document, file.localPath, {file.identity, file.md5Hash});
     }
 }
 
 void DeliveredFiles::Move(const QString& document, const QString& from, const QString& to)
 {
-    const auto known = isAnyReplaceable ? std::nullopt : identities.Find(document, from);
+    const auto known = may == ReplaceableFiles::OwnCopies ? identities.Find(document, from) : std::nullopt;
     if (!known) {
         return;
     }

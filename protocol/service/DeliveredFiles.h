@@ -25,7 +25,7 @@ public:
     void Move(const QString& document, const QString& from, const QString& to);
 
 private:
-    const bool isAnyReplaceable;
+    const OAuth2::ReplaceableFiles may;
     VersionMemory identities;
 };
 

@@ -71,7 +71,7 @@ protected:
     {
         Social::OAuth2::AuthInfo settings;
         settings.serviceUrl = QUrl::fromLocalFile(folder + "/cloud");
-        settings.replaceExistingFiles = true;
+        settings.replaceableFiles = Social::OAuth2::ReplaceableFiles::All;
         return settings;
     }
 

@@ -52,7 +52,7 @@ protected:
             server.Put("report.pdf", test.before);
             WriteFile(file, test.after);
             settings.serviceUrl = server.Address();
-            settings.replaceExistingFiles = true;
+            settings.replaceableFiles = Social::OAuth2::ReplaceableFiles::All;
         }
 
         FaultServer server;

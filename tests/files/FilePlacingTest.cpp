@@ -100,11 +100,29 @@ TEST_P(FilePlacingTest, OnlyTheKnownVersionIsReplaced)
     EXPECT_FALSE(QFile::exists(source));
 }
 
-TEST(MoveReplacingTest, AnEditInThatMomentKeepsItsName)
-{
+class MoveReplacingTest : public testing::Test {
+protected:
     const QTemporaryDir folder;
     const QString source = folder.filePath("source");
     const QString target = folder.filePath("target");
+};
+
+TEST_F(MoveReplacingTest, AFileThatSomebodyIsAboutToWriteToStays)
+{
+    WriteFile(source, "new");
+    WriteFile(target, "old");
+    QFile editor(target);
+    ASSERT_TRUE(editor.open(QFile::ReadWrite));
+    EXPECT_EQ(MoveReplacing(source, target, FileIdentity::OfPath(target)), std::errc::file_exists);
+    EXPECT_EQ(ReadFile(target), QByteArray("old"));
+    editor.close();
+    ASSERT_TRUE(editor.open(QFile::ReadOnly)); // a reader keeps what it has opened
+    EXPECT_FALSE(MoveReplacing(source, target, FileIdentity::OfPath(target)));
+    EXPECT_EQ(ReadFile(target), QByteArray("new"));
+}
+
+TEST_F(MoveReplacingTest, AnEditInThatMomentKeepsItsName)
+{
     const QByteArray edit = folder.filePath("edit").toUtf8();
     std::atomic<int> begun = 0;
     std::atomic<int> saved = 0;

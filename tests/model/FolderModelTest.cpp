@@ -117,7 +117,7 @@ private:
     std::unique_ptr<Client> NewClient()
     {
         auto settings = cloud.Settings();
-        settings.replaceExistingFiles = true; // all downloads have one target
+        settings.replaceableFiles = Social::OAuth2::ReplaceableFiles::All; // all downloads have one target
         return std::make_unique<Client>(settings);
     }
 

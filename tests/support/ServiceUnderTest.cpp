@@ -27,7 +27,7 @@ std::unique_ptr<PDF::Cloud::ICloudProtocol> ServiceUnderTest::MakeProtocolOfNext
 std::unique_ptr<PDF::Cloud::ICloudProtocol> ServiceUnderTest::MakeReplacingProtocol()
 {
     auto settings = SettingsOf(QString::number(++users));
-    settings.replaceExistingFiles = true;
+    settings.replaceableFiles = Social::OAuth2::ReplaceableFiles::All;
     return Test::MakeProtocol(settings);
 }
 

@@ -67,7 +67,7 @@ protected:
         settings.serviceUrl = server.Address();
         settings.silenceTimeout = timeout;
         settings.dataFolder = data.path();
-        settings.replaceExistingFiles = true;
+        settings.replaceableFiles = Social::OAuth2::ReplaceableFiles::All;
         return settings;
     }
 

@@ -42,7 +42,7 @@ int main(int argc, char** argv)
     const QStringList arguments = QCoreApplication::arguments();
     OAuth2::AuthInfo authInfo;
     authInfo.serviceUrl = QUrl::fromLocalFile(arguments.value(2));
-    authInfo.replaceExistingFiles = true; // those of a loop that was killed
+    authInfo.replaceableFiles = OAuth2::ReplaceableFiles::All; // those of a loop that was killed
     NorlisCloudProtocol protocol(authInfo, "transfer-loop");
     const QString path = arguments.value(3);
     protocol.auth({}, [&](qint64, RequestResult) {

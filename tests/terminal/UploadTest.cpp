@@ -175,6 +175,16 @@ TEST_F(UploadConflictTest, WhereNobodyCanBeAskedItFails)
     EXPECT_TRUE(outcome.errors.contains("ask, both, mine, theirs, fail")) << outcome.errors.toStdString();
 }
 
+TEST_F(UploadConflictTest, WhatWasSkippedHasNotBeenSeen)
+{
+    ASSERT_EQ(Run({"list"}).exitStatus, 0);
+    MakeFile("Cloud/report.pdf", "theirs, and newer");
+    ASSERT_TRUE(Run({"upload", "--on-conflict=theirs", MakeFile("other/report.pdf", "another")})
+                    .output.startsWith("skipped report.pdf"));
+    EXPECT_EQ(Run({"remove", "report.pdf"}).exitStatus, 1);
+    EXPECT_EQ(ContentOf(Cloud() + "/report.pdf"), "theirs, and newer");
+}
+
 TEST_F(UploadConflictTest, ATakenNameIsDecidedToo)
 {
     const QString file = MakeFile("other/report.pdf", "another");

@@ -273,6 +273,42 @@ TEST_F(CloudSessionDownloadTest, SuccessWithoutAFileIsAFailure)
     EXPECT_THAT(FilesIn(folder), IsEmpty());
 }
 
+TEST_F(CloudSessionDownloadTest, WhatSomebodyPutsInThePlaceOfTheStagingFolderIsNotTaken)
+{
+    ASSERT_TRUE(QDir().mkdir(elsewhere));
+    QFile own(elsewhere + "/1.pdf");
+    for (const bool isCanceled : {true, false}) {
+        ASSERT_TRUE(own.open(QFile::WriteOnly) && own.write("private") == 7);
+        own.close();
+        Request("1");
+        const QFileInfo staged(protocol->LastCall("downloadFile").fields[NorlisCloudProtocol::FILE_NAME]);
+        ASSERT_TRUE(QDir().rename(staged.path(), root.filePath(isCanceled ? "moved" : "moved too")));
+        ASSERT_TRUE(QFile::link(elsewhere, staged.path()));
+        if (isCanceled) {
+            session->CancelDownload("1");
+            ASSERT_TRUE(WaitForEvent("DownloadCanceled"));
+        } else {
+            Answer("downloadFile", Social::Success);
+            ASSERT_TRUE(WaitForEvent("Failed"));
+        }
+        EXPECT_EQ(Read(own.fileName()), "private");
+        EXPECT_FALSE(QFile::exists(folder + "/1.pdf"));
+        ASSERT_TRUE(QFile::remove(staged.path()));
+    }
+}
+
+TEST_F(CloudSessionDownloadTest, NamesThatSomeFileSystemsTakeForOneArriveApart)
+{
+    auto upper = EntryOf("2");
+    upper.name = "1.PDF";
+    Refresh({EntryOf("1"), upper});
+    Request("1");
+    const QFileInfo first(protocol->LastCall("downloadFile").fields[NorlisCloudProtocol::FILE_NAME]);
+    Request("2");
+    const QFileInfo second(protocol->LastCall("downloadFile").fields[NorlisCloudProtocol::FILE_NAME]);
+    EXPECT_NE(first.path(), second.path());
+}
+
 TEST_F(CloudSessionDownloadTest, FailureOfTheServiceLeavesNothingBehind)
 {
     Request("1");

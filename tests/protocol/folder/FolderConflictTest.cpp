@@ -162,6 +162,17 @@ TEST(SeenVersionsTest, AListThatWasBegunBeforeAnUploadShowsNothingInItsPlace)
     EXPECT_EQ(seen.ForRemoval("1"), versionOf("listed").ToText());
 }
 
+TEST_F(FolderConflictTest, ADocumentThatSomebodyIsAboutToWriteToStays)
+{
+    QFile editor(cloud.PathOf(report));
+    ASSERT_TRUE(editor.open(QFile::ReadWrite));
+    ExpectConflict(anna.Do(anna.Upload("a.pdf", "Anna's", reportId)));
+    ExpectConflict(ben.Do(Social::Request::Remove{reportId}));
+    editor.write("an edit");
+    editor.close();
+    EXPECT_EQ(cloud.Get(report), QByteArray("an edit"));
+}
+
 TEST_F(FolderConflictTest, OtherPermissionsAreNoOtherVersion)
 {
     ASSERT_TRUE(QFile::setPermissions(cloud.PathOf(report), QFile::ReadOwner | QFile::WriteOwner));
