@@ -3,6 +3,7 @@
 #include <contracts/NorlisCloudProtocol.h>
 
 #include <QDir>
+#include <QFileInfo>
 #include <QRegularExpression>
 
 #include <algorithm>
@@ -25,6 +26,15 @@ bool IsAddress(const QString& text)
     return text.contains(beginning);
 }
 
+/// Whether the text is an address whose scheme is missing, and no path: it may have a password in it.
+bool LacksScheme(const QString& text)
+{
+    static const QRegularExpression path("^([/~]|\\.\\.?(/|$))");
+    static const QRegularExpression host("^/*[^/\\s]*[.:][^/\\s]*(/|$)");
+    const bool isPath = (text.contains(path) && !text.startsWith("//")) || QFileInfo(text).isDir();
+    return !isPath && (text.contains('@') || text.contains(host));
+}
+
 QUrl Parsed(const QString& text)
 {
     const QUrl url(text, QUrl::StrictMode);
@@ -32,7 +42,11 @@ QUrl Parsed(const QString& text)
         // Behind the semicolon it repeats the address, which may have a password in it.
         throw Refusal("The address is not valid: " + url.errorString().section(';', 0, 0));
     }
-    if (!url.password().isEmpty()) {
+    static const QRegularExpression twoSchemes("^[^/]*//[^/]*://");
+    if (text.contains(twoSchemes)) { // a user and a password would be part of its path
+        throw Refusal("The address begins with two schemes");
+    }
+    if (url.userInfo(QUrl::FullyEncoded).contains(':')) { // also where the password stands before it
         // Other users of the machine can read the command line.
         throw Refusal("Leave the password out of the address; you will be asked for it");
     }
@@ -97,6 +111,10 @@ QUrl ServiceAddress(const QString& text, const QString& user)
 {
     if (text.trimmed().isEmpty()) { // no folder: that would be the one in which the program happens to run
         throw Refusal("There is no address. Give the path of a folder, or the address of a WebDAV server");
+    }
+    if (!IsAddress(text) && LacksScheme(text)) {
+        throw Refusal(
+            "The address has no scheme: write https:// before it. If it is the path of a folder, write ./ before it");
     }
     const QUrl url =
         IsAddress(text) ? Parsed(text) : QUrl::fromLocalFile(QDir::cleanPath(QDir().absoluteFilePath(text)));
