@@ -18,12 +18,6 @@ std::error_code LastError()
     return {errno, std::generic_category()};
 }
 
-std::error_code Rename(const QString& source, const QString& target)
-{
-    const int result = std::rename(QFile::encodeName(source).constData(), QFile::encodeName(target).constData());
-    return result == 0 ? std::error_code() : LastError();
-}
-
 std::error_code CopyPermissions(const QString& from, const QString& to)
 {
     const int descriptor = open(QFile::encodeName(to).constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
@@ -36,6 +30,12 @@ std::error_code CopyPermissions(const QString& from, const QString& to)
 }
 
 } // namespace
+
+std::error_code Move(const QString& source, const QString& target)
+{
+    const int result = std::rename(QFile::encodeName(source).constData(), QFile::encodeName(target).constData());
+    return result == 0 ? std::error_code() : LastError();
+}
 
 std::error_code MoveUnlessTaken(const QString& source, const QString& target)
 {
@@ -60,7 +60,7 @@ std::error_code MoveUnlessTaken(const QString& source, const QString& target)
     if (lstat(to.constData(), &taken) == 0) {
         return std::make_error_code(std::errc::file_exists);
     }
-    return Rename(source, target);
+    return Move(source, target);
 }
 
 std::error_code MoveReplacing(const QString& source, const QString& target)
@@ -68,7 +68,7 @@ std::error_code MoveReplacing(const QString& source, const QString& target)
     if (const auto failure = CopyPermissions(target, source)) {
         return failure;
     }
-    return Rename(source, target);
+    return Move(source, target);
 }
 
 std::error_code MoveReplacing(const QString& source, const QString& target, const FileIdentity& known)
@@ -82,7 +82,7 @@ std::error_code MoveReplacing(const QString& source, const QString& target, cons
     }
     const auto failure = Exchange(source, target);
     if (IsUnknownCall(failure)) {
-        return FileIdentity::OfPath(target) == known ? Rename(source, target)
+        return FileIdentity::OfPath(target) == known ? Move(source, target)
                                                      : std::make_error_code(std::errc::file_exists);
     }
     if (failure == std::errc::no_such_file_or_directory) {

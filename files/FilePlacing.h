@@ -8,6 +8,9 @@
 
 namespace Norlis::Files {
 
+/// Renames a file within its file system, in one step. To be used for a new name that nothing else can have.
+std::error_code Move(const QString& source, const QString& target);
+
 /// Renames a file within its file system, unless something has the new name already: std::errc::file_exists then. In
 /// one step, but for file systems that know neither such a renaming nor second names.
 std::error_code MoveUnlessTaken(const QString& source, const QString& target);

@@ -126,7 +126,7 @@ DocumentChange::Outcome DocumentChange::PutInPlace(Files::AtomicFile* fresh)
     if (!turn.Begin(change) && fresh) { // on a full disk a removal is what helps
         return Fail(turn.ErrorText());
     }
-    auto failure = fresh ? fresh->CommitExchanging(path) : Files::MoveUnlessTaken(path, aside);
+    auto failure = fresh ? fresh->CommitExchanging(path) : Files::Move(path, aside);
     if (fresh && Files::IsUnknownCall(failure)) {
         if (FileIdentity::OfPath(path) != before) {
             return Outcome::Changed;

@@ -19,7 +19,7 @@ std::function<void()> action;
 int callsLeft = -1;
 bool hasCome = false;
 std::atomic<int> secondsAhead{0};
-bool exchanges = true;
+bool knowsFlags = true; // of renameat2
 bool hasWholeSeconds = false;
 
 void Call()
@@ -103,7 +103,7 @@ int rename(const char* from, const char* to) noexcept
 int renameat2(int fromFolder, const char* from, int toFolder, const char* to, unsigned flags) noexcept
 {
     static const auto next = Next<int(int, const char*, int, const char*, unsigned)>("renameat2");
-    if (flags == RENAME_EXCHANGE && !exchanges) {
+    if (flags != 0 && !knowsFlags) {
         errno = EINVAL;
         return -1;
     }
@@ -179,12 +179,12 @@ LaterClock::~LaterClock()
 
 WithoutExchange::WithoutExchange()
 {
-    exchanges = false;
+    knowsFlags = false;
 }
 
 WithoutExchange::~WithoutExchange()
 {
-    exchanges = true;
+    knowsFlags = true;
 }
 
 WholeSeconds::WholeSeconds()

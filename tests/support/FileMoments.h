@@ -32,7 +32,7 @@ public:
     LaterClock& operator=(const LaterClock&) = delete;
 };
 
-/// While it lives, no file system can exchange two files.
+/// While it lives, no file system can exchange two files or rename without replacing, as most network drives.
 class WithoutExchange {
 public:
     WithoutExchange();

@@ -323,6 +323,25 @@ TEST_F(FolderConflictTest, WhereFilesCannotBeExchangedADifferenceIsSeenBeforeThe
     EXPECT_TRUE(std::get<Social::ServiceCapabilities>(reply.payload).contains({"exchanges files", "no"}));
 }
 
+TEST_F(FolderConflictTest, WhereFilesCannotBeExchangedWhatSomebodySavesInTheMiddleOfARemovalIsKept)
+{
+    const WithoutExchange old;
+    AtEveryMoment(
+        0, [](FolderUser& user) { return user.Do(Social::Request::Remove{reportId}); },
+        [](FolderUnderTest& place) {
+            const bool isThere = place.Get(report) == QByteArray("first");
+            if (isThere) {
+                place.Put(".other", "hers!");
+                std::rename(qPrintable(place.PathOf(".other")), qPrintable(place.PathOf(report)));
+            }
+            return isThere;
+        },
+        [](FolderUnderTest& place, bool isDisturbed, const Social::Reply& reply) {
+            EXPECT_EQ(reply.result, isDisturbed ? Social::Error : Social::Success) << ReasonOf(reply);
+            EXPECT_EQ(Contents(place), isDisturbed ? QList<QByteArray>{"hers!"} : QList<QByteArray>());
+        });
+}
+
 TEST_F(FolderConflictTest, CapabilitiesTellWhetherFilesCanBeExchanged)
 {
     const auto reply = anna.Do(Social::Request::Capabilities{});
