@@ -1,11 +1,14 @@
 #include "AbandonedFolder.h"
 
+#include "OpenFolder.h"
+
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
 
 #include <algorithm>
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -15,24 +18,28 @@ namespace {
 
 constexpr qint64 minAge = 24 * 60 * 60; // seconds; no transfer that runs leaves its file alone for so long
 
-bool Look(const QString& path, struct stat& status)
+/// Of a file, or with an empty name of the folder itself.
+bool Look(const OpenFolder& folder, const QString& name, struct stat& status)
 {
-    return lstat(QFile::encodeName(path).constData(), &status) == 0 && status.st_uid == geteuid();
+    const int result =
+        fstatat(folder.Descriptor(), QFile::encodeName(name).constData(), &status, AT_SYMLINK_NOFOLLOW | AT_EMPTY_PATH);
+    return result == 0 && status.st_uid == geteuid();
 }
 
 } // namespace
 
-bool RemoveAbandonedFolder(const QString& folder)
+bool RemoveAbandonedFolder(const QString& folder, const QString& identity)
 {
+    const OpenFolder opened(folder);
     struct stat status = {};
-    if (!Look(folder, status) || !S_ISDIR(status.st_mode)) {
+    if (!Look(opened, {}, status) || (!identity.isEmpty() && opened.Identity() != identity)) {
         return false;
     }
     qint64 newest = status.st_mtime;
     const QStringList names =
-        QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+        QDir(opened.Path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
     for (const QString& name : names) {
-        if (!Look(folder + '/' + name, status) || !S_ISREG(status.st_mode)) {
+        if (!Look(opened, name, status) || !S_ISREG(status.st_mode)) {
             return false;
         }
         newest = std::max<qint64>(newest, status.st_mtime);
@@ -41,7 +48,7 @@ bool RemoveAbandonedFolder(const QString& folder)
         return false;
     }
     for (const QString& name : names) {
-        QFile::remove(folder + '/' + name);
+        unlinkat(opened.Descriptor(), QFile::encodeName(name).constData(), 0);
     }
     return rmdir(QFile::encodeName(folder).constData()) == 0;
 }

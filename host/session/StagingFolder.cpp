@@ -1,6 +1,7 @@
 #include "StagingFolder.h"
 
 #include <files/AbandonedFolder.h>
+#include <files/OpenFolder.h>
 #include <files/PrivateFolder.h>
 
 #include <QDateTime>
@@ -9,11 +10,9 @@
 #include <QRandomGenerator>
 
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
-#include <memory>
 
-#include <dirent.h>
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -24,6 +23,8 @@ namespace {
 const auto prefix = QStringLiteral(".norlis-download-");
 
 constexpr qint64 maxAge = 30 * 24 * 60 * 60; // seconds; a drive that is not there may come back until then
+
+constexpr auto everything = QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
 
 QString NewName()
 {
@@ -52,16 +53,22 @@ StagingFolder::StagingFolder(const QString& parent, const QString& list)
         QFile::remove(entry);
         return;
     }
-    folder = open(QFile::encodeName(path).constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
-    if (folder < 0) {
-        error = QString::fromLocal8Bit(std::strerror(errno));
+    folder = std::make_unique<Files::OpenFolder>(path);
+    isThere = folder->IsOpen() && QDir(folder->Path()).isEmpty(everything);
+    if (!isThere) {
+        error = folder->IsOpen() ? QStringLiteral("another folder has taken the place of the one for the download")
+                                 : QString::fromLocal8Bit(std::strerror(errno));
+        return;
+    }
+    const QString known = entry + '.' + folder->Identity();
+    if (std::rename(QFile::encodeName(entry).constData(), QFile::encodeName(known).constData()) == 0) {
+        entry = known;
     }
 }
 
 StagingFolder::~StagingFolder()
 {
     Remove();
-    close(folder);
 }
 
 bool StagingFolder::IsValid() const
@@ -81,7 +88,7 @@ QString StagingFolder::Path() const
 
 QString StagingFolder::PathOf(const QString& name) const
 {
-    return QStringLiteral("/proc/self/fd/%1/%2").arg(folder).arg(name);
+    return folder ? folder->Path() + '/' + name : QString();
 }
 
 bool StagingFolder::Remove()
@@ -96,20 +103,16 @@ bool StagingFolder::Remove()
 bool StagingFolder::RemoveFiles() const
 {
     const QByteArray native = QFile::encodeName(path);
-    struct stat own = {};
-    struct stat found = {};
-    if (fstat(folder, &own) != 0 || lstat(native.constData(), &found) != 0) {
-        return errno == ENOENT || errno == ENOTDIR || folder < 0;
+    const Files::OpenFolder found(path);
+    if (!found.IsOpen()) {
+        return errno == ENOENT || errno == ENOTDIR || errno == ELOOP;
     }
-    if (found.st_dev != own.st_dev || found.st_ino != own.st_ino) {
-        return true; // somebody has put something else in its place
+    if (found.Identity() != folder->Identity()) {
+        return true;
     }
-    const std::unique_ptr<DIR, int (*)(DIR*)> entries(fdopendir(openat(folder, ".", O_RDONLY | O_CLOEXEC)), &closedir);
-    if (!entries) {
-        return false;
-    }
-    while (const dirent* const each = readdir(entries.get())) {
-        unlinkat(folder, each->d_name, 0); // no folder: there are none but the two that every folder has
+    const auto names = QDir(folder->Path()).entryList(everything);
+    for (const QString& name : names) {
+        unlinkat(folder->Descriptor(), QFile::encodeName(name).constData(), 0); // no folder: none was made there
     }
     return rmdir(native.constData()) == 0 || errno == ENOENT;
 }
@@ -119,13 +122,16 @@ void StagingFolder::Sweep(const QString& list)
     const auto entries = QDir(list).entryInfoList(QDir::AllEntries | QDir::System | QDir::Hidden);
     for (const auto& entry : entries) {
         const QString path = entry.symLinkTarget();
-        // The name is random and stands in both places, so no other folder can be meant.
-        if (!entry.isSymLink() || !entry.fileName().startsWith(prefix) ||
-            QFileInfo(path).fileName() != entry.fileName()) {
+        const QString name = QFileInfo(path).fileName();
+        if (!entry.isSymLink() || !name.startsWith(prefix) || !entry.fileName().startsWith(name)) {
             continue;
         }
+        const QString identity = entry.fileName().mid(name.size() + 1);
         const bool isOld = QDateTime::currentSecsSinceEpoch() - ModifiedAt(entry.filePath()) > maxAge;
-        if (Files::RemoveAbandonedFolder(path) || (isOld && !QFileInfo::exists(path))) {
+        const bool isRemoved = identity.isEmpty() // nothing came into it yet
+                                   ? isOld && rmdir(QFile::encodeName(path).constData()) == 0
+                                   : Files::RemoveAbandonedFolder(path, identity);
+        if (isRemoved || (isOld && !QFileInfo::exists(path))) {
             QFile::remove(entry.filePath());
         }
     }

@@ -1,11 +1,16 @@
 #pragma once
 
+#include <files/OpenFolder.h>
+
 #include <QString>
+
+#include <memory>
 
 namespace Norlis::Host {
 
 /// A hidden folder, for the user alone, in which a download arrives next to its target. It is noted in a list from
-/// before it is made until it is gone, so that the next start finds what a crash leaves behind.
+/// before it is made until it is gone, so that the next start finds what a crash leaves behind: this folder, and none
+/// that has got its name.
 class StagingFolder {
 public:
     /// \param parent made in this folder
@@ -35,10 +40,10 @@ private:
     bool RemoveFiles() const;
 
     const QString path;
-    const QString entry; ///< of the list: a link to the path
+    QString entry; ///< of the list: a link to the path, with the identity behind its name once the folder is there
     QString error;
     bool isThere = false;
-    int folder = -1; ///< open for as long as this object lives
+    std::unique_ptr<Files::OpenFolder> folder; ///< null if it could not be made
 };
 
 } // namespace Norlis::Host
