@@ -118,7 +118,7 @@ std::optional<DocumentChange::Outcome> DocumentChange::Change(Files::AtomicFile*
 
 DocumentChange::Outcome DocumentChange::PutInPlace(Files::AtomicFile* fresh)
 {
-    aside = fresh ? fresh->Path() : task.ownFolder + '/' + Files::AtomicFile::NewTemporaryName();
+    aside = fresh ? fresh->Path() : task.ownFolder->PathOf(Files::AtomicFile::NewTemporaryName());
     const bool isFreshSettled = fresh && fresh->Version().TimeUntilSettled().count() <= 0;
     const FolderTurn::Change change{task.name, QFileInfo(aside).fileName(), fresh ? fresh->Version() : FileIdentity(),
                                     isBeforeSettled ? before : FileIdentity(),

@@ -31,9 +31,9 @@ public:
     };
 
     struct Task {
-        QString folder;    ///< of the document
-        QString ownFolder; ///< see FolderTurn
-        QString name;      ///< of the document
+        QString folder; ///< of the document
+        std::shared_ptr<OwnFolder> ownFolder;
+        QString name; ///< of the document
         SeenVersion expected;
         QString freshMd5; ///< of what takes its place
 

@@ -206,10 +206,10 @@ std::optional<Reply> CopyJob::Open()
                             QStringLiteral("%1 cannot be read: %2").arg(task.source, copy->source.ErrorText()),
                             "Check that the file is there and that you may read it.");
     }
-    if (const auto problem = task.prepare ? task.prepare() : std::nullopt) {
+    if (const auto problem = task.ownFolder ? task.ownFolder->Prepare() : std::nullopt) {
         return FailureReply(task.what, task.document, *problem, "Check that you may write to the folder.");
     }
-    if (!copy->file.Open(task.temporaryFolder, task.permissions)) {
+    if (!copy->file.Open(task.ownFolder ? task.ownFolder->Path() : task.temporaryFolder, task.permissions)) {
         return FailureReply(
             task.what, task.document,
             QStringLiteral("Nothing can be written to %1: %2").arg(task.temporaryFolder, copy->file.ErrorText()),

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "FolderStore.h"
+#include "OwnFolder.h"
 #include "SeenVersions.h"
 #include <files/AtomicFile.h>
 #include <files/FileReader.h>
@@ -105,12 +106,12 @@ public:
         QString what;     ///< for error texts
         QString document; ///< for error texts
         QString source;
-        QString temporaryFolder;     ///< on the file system that the copy shall be on
+        QString temporaryFolder;     ///< on the file system that the copy shall be on; for error texts, too
         unsigned permissions = 0666; ///< of the copy
         QString expectedMd5;         ///< of the source; empty when unknown
 
-        /// Makes the temporary folder usable. Returns the reason when that fails. Empty when there is nothing to do.
-        std::function<std::optional<QString>()> prepare;
+        /// Of the temporary folder, to be used in its place; null where there is none.
+        std::shared_ptr<OwnFolder> ownFolder;
 
         /// What is expected turned out to be wrong, not the source: it is read again. Empty refuses the source.
         std::function<void()> onWrongExpectation;

@@ -1,6 +1,7 @@
 #include "FolderStore.h"
 
 #include "FolderTurn.h"
+#include "OwnFolder.h"
 #include <files/AtomicFile.h>
 #include <files/DocumentNames.h>
 #include <files/FilePlacing.h>
@@ -13,20 +14,15 @@
 #include <QUuid>
 
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
 #include <filesystem>
 #include <utility>
 
-#include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace Norlis::Social {
 
 namespace {
 
-const auto ownFolder = QStringLiteral(".norlis-cloud");
 const auto hashesFile = QStringLiteral("hashes.json");
 const auto markFile = QStringLiteral("mark");
 constexpr qint64 leftoverAge = Q_INT64_C(24) * 60 * 60 * 1'000'000'000; // nanoseconds
@@ -209,7 +205,8 @@ void FolderStore::KeepHashesOf(const std::vector<FolderDocument>& documents)
 
 void FolderStore::SaveHashes()
 {
-    if (!hasNewHashes || Validate() || PrepareOwnFolder()) {
+    OwnFolder own(folder);
+    if (!hasNewHashes || Validate() || own.Prepare()) {
         return;
     }
     QJsonObject saved;
@@ -219,8 +216,8 @@ void FolderStore::SaveHashes()
     }
     const QByteArray text = QJsonDocument(saved).toJson(QJsonDocument::Compact);
     Files::AtomicFile file;
-    hasNewHashes = !(file.Open(OwnFolder()) && file.Write(text.constData(), text.size()) &&
-                     file.CommitReplacing(OwnFolder() + '/' + hashesFile));
+    hasNewHashes = !(file.Open(own.Path()) && file.Write(text.constData(), text.size()) &&
+                     file.CommitReplacing(own.PathOf(hashesFile)));
 }
 
 const QString& FolderStore::Folder() const
@@ -228,54 +225,20 @@ const QString& FolderStore::Folder() const
     return folder;
 }
 
-QString FolderStore::OwnFolder() const
-{
-    return folder + '/' + ownFolder;
-}
-
-bool FolderStore::HasOwnFolder() const
-{
-    struct stat status = {};
-    return lstat(QFile::encodeName(OwnFolder()).constData(), &status) == 0 && S_ISDIR(status.st_mode);
-}
-
-std::optional<QString> FolderStore::PrepareOwnFolder()
-{
-    const QByteArray path = QFile::encodeName(OwnFolder());
-    if (mkdir(path.constData(), 0777) == 0) {
-        struct stat status = {};
-        const int made = open(path.constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
-        if (made >= 0 && stat(QFile::encodeName(folder).constData(), &status) == 0) {
-            fchmod(made, status.st_mode & 0777); // whoever may change documents may change them safely
-        }
-        if (made >= 0) {
-            close(made);
-        }
-        return std::nullopt;
-    }
-    if (errno != EEXIST) {
-        return QStringLiteral("Nothing can be written to %1: %2")
-            .arg(folder, QString::fromLocal8Bit(std::strerror(errno)));
-    }
-    if (!HasOwnFolder()) {
-        return QStringLiteral("Nothing can be written to %1: %2 is in the place of a folder that is needed there")
-            .arg(folder, ownFolder);
-    }
-    return std::nullopt;
-}
-
 void FolderStore::FinishChange()
 {
-    if (HasOwnFolder() && FolderTurn::IsChangePending(OwnFolder())) {
-        FolderTurn(folder, OwnFolder()).Take(); // else it is under way, or somebody finishes it just now
+    const auto own = std::make_shared<OwnFolder>(folder);
+    if (own->Open() && FolderTurn::IsChangePending(own->Path())) {
+        FolderTurn(folder, own).Take(); // else it is under way, or somebody finishes it just now
     }
 }
 
 bool FolderStore::CanExchange()
 {
+    OwnFolder own(folder);
     Files::AtomicFile first;
     Files::AtomicFile second;
-    return !PrepareOwnFolder() && first.Open(OwnFolder()) && second.Open(OwnFolder()) &&
+    return !own.Prepare() && first.Open(own.Path()) && second.Open(own.Path()) &&
            !Files::Exchange(first.Path(), second.Path());
 }
 
@@ -286,13 +249,14 @@ std::optional<QString> FolderStore::CompareWithMemory(const QString& dataFolder)
     }
     const QStringList remembered = ReadLines(MemoryFile(dataFolder));
     const bool isSameFolder = remembered.value(1) == identity;
-    QString mark = HasOwnFolder() ? ReadLines(OwnFolder() + '/' + markFile).value(0) : QString();
+    OwnFolder own(folder);
+    QString mark = own.Open() ? ReadLines(own.PathOf(markFile)).value(0) : QString();
     if (!remembered.isEmpty() && !isSameFolder && remembered[0] != mark) {
         return QStringLiteral("The folder %1 is not the one that was used before").arg(folder);
     }
     if (mark.isEmpty()) {
         mark = remembered.value(0, QUuid::createUuid().toString(QUuid::WithoutBraces));
-        if (PrepareOwnFolder() || !WriteLines(OwnFolder(), markFile, {mark})) {
+        if (own.Prepare() || !WriteLines(own.Path(), markFile, {mark})) {
             return std::nullopt; // nothing can be lost in a folder that takes nothing
         }
     }
@@ -311,18 +275,19 @@ QString FolderStore::MemoryFile(const QString& dataFolder) const
 
 void FolderStore::RemoveLeftovers()
 {
-    FolderTurn turn(folder, OwnFolder());
-    if (!HasOwnFolder() || turn.Take() != FolderTurn::Outcome::Taken) {
+    const auto own = std::make_shared<OwnFolder>(folder);
+    FolderTurn turn(folder, own);
+    if (!own->Open() || turn.Take() != FolderTurn::Outcome::Taken) {
         return; // what is there may be part of a change
     }
     Files::AtomicFile justNow; // has the time of the drive, of which this computer's may be days ahead
-    if (!justNow.Open(OwnFolder())) {
+    if (!justNow.Open(own->Path())) {
         return;
     }
     const qint64 yesterday = justNow.Version().modifiedNanoseconds - leftoverAge;
-    const auto names = QDir(OwnFolder()).entryList(QDir::Files | QDir::Hidden | QDir::NoSymLinks);
+    const auto names = QDir(own->Path()).entryList(QDir::Files | QDir::Hidden | QDir::NoSymLinks);
     for (const QString& name : names) {
-        const QString path = OwnFolder() + '/' + name;
+        const QString path = own->PathOf(name);
         const qint64 writtenAt = Files::FileIdentity::OfPath(path).modifiedNanoseconds;
         if (Files::AtomicFile::IsTemporaryName(name) && writtenAt != Files::FileIdentity::unknownTime &&
             writtenAt < yesterday) {
@@ -333,7 +298,11 @@ void FolderStore::RemoveLeftovers()
 
 void FolderStore::LoadHashes()
 {
-    QFile file(OwnFolder() + '/' + hashesFile);
+    OwnFolder own(folder);
+    if (!own.Open()) {
+        return;
+    }
+    QFile file(own.PathOf(hashesFile));
     if (!Files::FileIdentity::OfPath(file.fileName()).IsFile() || file.size() > maxHashesFileSize ||
         !file.open(QIODevice::ReadOnly)) {
         return;

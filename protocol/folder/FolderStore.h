@@ -21,8 +21,7 @@ struct FolderDocument {
 
 /// The documents of a folder: its regular files, without links and names that are unsafe on other systems.
 ///
-/// A hidden sub-folder of its own holds the hashes of files that have not changed since, and uploads until they get
-/// their names.
+/// Its OwnFolder holds the hashes of files that have not changed since, and uploads until they get their names.
 class FolderStore {
 public:
     explicit FolderStore(const QString& folder);
@@ -76,12 +75,6 @@ public:
 
     const QString& Folder() const;
 
-    /// Sub-folder for files of its own and files that are being written; it need not exist.
-    QString OwnFolder() const;
-
-    /// Makes sure that it is there. Returns the reason when it cannot be, or is a link, which is never followed.
-    std::optional<QString> PrepareOwnFolder();
-
     /// Deletes what crashed uploads left behind a day ago or earlier.
     void RemoveLeftovers();
 
@@ -99,7 +92,6 @@ public:
 private:
     void LoadHashes();
     void FinishChange();
-    bool HasOwnFolder() const;
     FolderDocument DocumentOf(const QString& name) const;
 
     QString folder;

@@ -29,11 +29,12 @@ unsigned PermissionsOf(const QString& path)
     return isKnown ? status.st_mode & 0666 : 0600;
 }
 
-DocumentChange::Task ChangeOf(const FolderStore& store, const QString& name, const SeenVersion& expected)
+DocumentChange::Task ChangeOf(const FolderStore& store, const std::shared_ptr<OwnFolder>& ownFolder,
+                              const QString& name, const SeenVersion& expected)
 {
     DocumentChange::Task task;
     task.folder = store.Folder();
-    task.ownFolder = store.OwnFolder();
+    task.ownFolder = ownFolder;
     task.name = name;
     task.expected = expected;
     task.commit = [](const std::function<void()>& change) {
@@ -117,9 +118,10 @@ private:
 /// Gives an upload the name of the document that it replaces.
 class FolderTransfers::Replacement : public CopyTarget {
 public:
-    Replacement(FolderTransfers& transfers, const Request::Upload& request, const QString& name,
-                const SeenVersion& expected)
+    Replacement(FolderTransfers& transfers, const std::shared_ptr<OwnFolder>& ownFolder, const Request::Upload& request,
+                const QString& name, const SeenVersion& expected)
         : transfers(transfers),
+          ownFolder(ownFolder),
           request(request),
           name(name),
           expected(expected)
@@ -134,7 +136,7 @@ public:
             }
         }
         if (!change) {
-            auto task = ChangeOf(transfers.store, name, expected);
+            auto task = ChangeOf(transfers.store, ownFolder, name, expected);
             task.freshMd5 = source.Md5();
             task.commit = [this](const std::function<void()>& publish) {
                 return request.token->Commit([&] {
@@ -161,6 +163,7 @@ public:
 
 private:
     FolderTransfers& transfers;
+    const std::shared_ptr<OwnFolder> ownFolder; ///< that holds the copy
     const Request::Upload request;
     const QString name;
     const SeenVersion expected;
@@ -170,11 +173,12 @@ private:
 /// Gives an upload the first free name.
 class FolderTransfers::NewDocument : public CopyTarget {
 public:
-    NewDocument(FolderTransfers& transfers, const Request::Upload& request, const QString& name)
+    NewDocument(FolderTransfers& transfers, const std::shared_ptr<OwnFolder>& ownFolder, const Request::Upload& request,
+                const QString& name)
         : transfers(transfers),
           request(request),
           wantedName(name),
-          turn(transfers.store.Folder(), transfers.store.OwnFolder())
+          turn(transfers.store.Folder(), ownFolder)
     {
     }
 
@@ -245,7 +249,7 @@ class FolderTransfers::Removal : public FolderJob {
 public:
     Removal(const FolderStore& store, const QString& name, const SeenVersion& expected)
         : name(name),
-          change(ChangeOf(store, name, expected))
+          change(ChangeOf(store, std::make_shared<OwnFolder>(store.Folder()), name, expected))
     {
     }
 
@@ -325,8 +329,8 @@ FolderTransfers::Plan FolderTransfers::Upload(const Request::Upload& request)
     task.what = upload;
     task.document = name;
     task.source = request.localPath;
-    task.temporaryFolder = store.OwnFolder();
-    task.prepare = [this] { return store.PrepareOwnFolder(); };
+    task.temporaryFolder = store.Folder();
+    task.ownFolder = std::make_shared<OwnFolder>(store.Folder());
     task.permissions = PermissionsOf(replaced ? replaced->path : request.localPath);
     task.expectedMd5 = request.md5Hash.toLower();
     if (replaced) {
@@ -335,9 +339,9 @@ FolderTransfers::Plan FolderTransfers::Upload(const Request::Upload& request)
         if (!expected) {
             return NotChanged(DocumentChange::Outcome::Changed, upload, name, {}, beforeReplacing);
         }
-        task.target = std::make_unique<Replacement>(*this, request, name, *expected);
+        task.target = std::make_unique<Replacement>(*this, task.ownFolder, request, name, *expected);
     } else {
-        task.target = std::make_unique<NewDocument>(*this, request, name);
+        task.target = std::make_unique<NewDocument>(*this, task.ownFolder, request, name);
     }
     return task;
 }
@@ -347,9 +351,6 @@ std::variant<std::unique_ptr<FolderJob>, Reply> FolderTransfers::Remove(const Re
     const auto document = store.Find(request.document);
     if (!document) {
         return NoSuchDocument(removal, store);
-    }
-    if (const auto reason = store.PrepareOwnFolder()) {
-        return FailureReply(removal, document->name, *reason, checkWriting);
     }
     const auto expected = Expected(seen.ForRemoval(document->id));
     if (!expected) {

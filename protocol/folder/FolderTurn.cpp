@@ -59,18 +59,13 @@ QString Md5OfFile(const QString& path, qint64 size)
     return reader.Failed() || !reader.IsUnchanged() ? QString() : reader.Md5();
 }
 
-/// Others who may change documents may take turns too.
-void ShareWithUsersOf(const QString& folder, int descriptor)
-{
-    struct stat status = {};
-    if (stat(QFile::encodeName(folder).constData(), &status) == 0) {
-        fchmod(descriptor, status.st_mode & 0666);
-    }
-}
-
 } // namespace
 
-FolderTurn::FolderTurn(const QString& folder, const QString& ownFolder) : folder(folder), ownFolder(ownFolder) {}
+FolderTurn::FolderTurn(const QString& folder, const std::shared_ptr<OwnFolder>& ownFolder)
+    : folder(folder),
+      ownFolder(ownFolder)
+{
+}
 
 FolderTurn::~FolderTurn()
 {
@@ -82,11 +77,15 @@ FolderTurn::~FolderTurn()
 
 FolderTurn::Outcome FolderTurn::Take()
 {
-    const QByteArray path = QFile::encodeName(JournalPath(ownFolder));
+    if (const auto problem = ownFolder->Prepare()) {
+        error = *problem;
+        return Outcome::Failed;
+    }
+    const QByteArray path = QFile::encodeName(JournalPath(ownFolder->Path()));
     constexpr int flags = O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
     journal = open(path.constData(), flags | O_CREAT | O_EXCL, 0666);
     if (journal >= 0) {
-        ShareWithUsersOf(folder, journal);
+        ownFolder->Share(journal);
     } else if (errno == EEXIST) {
         journal = open(path.constData(), flags);
     }
@@ -175,7 +174,7 @@ bool FolderTurn::Recover()
 
 std::error_code FolderTurn::PutBack(const Change& change) const
 {
-    const QString aside = ownFolder + '/' + change.aside;
+    const QString aside = ownFolder->PathOf(change.aside);
     const QString path = folder + '/' + change.document;
     const auto mayGo = [&] {
         const auto found = FileIdentity::OfPath(aside);
@@ -209,7 +208,8 @@ bool FolderTurn::IsOld() const
 
 bool FolderTurn::IsInPlace() const
 {
-    return FileIdentity::OfDescriptor(journal).inode == FileIdentity::OfPath(JournalPath(ownFolder)).inode;
+    const auto found = FileIdentity::OfPath(JournalPath(ownFolder->Path()));
+    return FileIdentity::OfDescriptor(journal).inode == found.inode && ownFolder->IsInPlace();
 }
 
 void FolderTurn::GiveBack()

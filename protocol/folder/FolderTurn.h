@@ -1,10 +1,12 @@
 #pragma once
 
+#include "OwnFolder.h"
 #include <files/FileIdentity.h>
 
 #include <QElapsedTimer>
 #include <QString>
 
+#include <memory>
 #include <optional>
 #include <system_error>
 
@@ -34,8 +36,8 @@ public:
     };
 
     /// \param folder    holds the documents
-    /// \param ownFolder its sub-folder for files of its own, which exists when a turn is taken
-    FolderTurn(const QString& folder, const QString& ownFolder);
+    /// \param ownFolder of the same folder
+    FolderTurn(const QString& folder, const std::shared_ptr<OwnFolder>& ownFolder);
 
     /// Gives the turn back, after Recover.
     ~FolderTurn();
@@ -65,6 +67,7 @@ public:
     QString ErrorText() const;
 
     /// Whether a change was begun and did not end, or is under way.
+    /// \param ownFolder its path
     static bool IsChangePending(const QString& ownFolder);
 
 private:
@@ -76,7 +79,7 @@ private:
     void GiveBack();
 
     const QString folder;
-    const QString ownFolder;
+    const std::shared_ptr<OwnFolder> ownFolder;
     std::optional<Change> underWay;
     QElapsedTimer waiting;
     int journal = -1; ///< descriptor, locked while the turn lasts

@@ -22,7 +22,17 @@ std::atomic<int> accessesLeft{0};
 
 bool Fails(const char* path)
 {
-    if (!isWatching || std::strncmp(path, folder, std::strlen(folder)) != 0 || accessesLeft.fetch_sub(1) != 0) {
+    if (!isWatching) {
+        return false;
+    }
+    int descriptor = -1;
+    char target[PATH_MAX + 1] = {};
+    if (std::sscanf(path, "/proc/self/fd/%d", &descriptor) == 1) { // an open file, or one in an open folder
+        char entry[32];
+        std::snprintf(entry, sizeof(entry), "/proc/self/fd/%d", descriptor);
+        path = readlink(entry, target, PATH_MAX) > 0 ? target : path;
+    }
+    if (std::strncmp(path, folder, std::strlen(folder)) != 0 || accessesLeft.fetch_sub(1) != 0) {
         return false;
     }
     errno = EIO;
@@ -31,13 +41,9 @@ bool Fails(const char* path)
 
 bool Fails(int descriptor)
 {
-    if (!isWatching) {
-        return false;
-    }
-    char entry[32];
-    char path[PATH_MAX + 1] = {};
-    std::snprintf(entry, sizeof(entry), "/proc/self/fd/%d", descriptor);
-    return readlink(entry, path, PATH_MAX) > 0 && Fails(path);
+    char path[32];
+    std::snprintf(path, sizeof(path), "/proc/self/fd/%d", descriptor);
+    return Fails(path);
 }
 
 /// The function of the C library that one of those below stands before.

@@ -416,6 +416,46 @@ TEST_F(FolderConflictTest, ALinkInThePlaceOfTheOwnFolderIsNotFollowed)
     EXPECT_EQ(cloud.Get(report), QByteArray("first"));
 }
 
+TEST_F(FolderConflictTest, ALinkThatTakesThePlaceOfTheOwnFolderInTheMiddleIsNotFollowed)
+{
+    const QTemporaryDir elsewhere;
+    const auto reset = [&] {
+        for (const QString& name : FilesBelow(elsewhere.path())) {
+            QFile::remove(elsewhere.filePath(name));
+        }
+        for (const QString name : {"hashes.json", "journal", "mark"}) {
+            WriteFile(elsewhere.filePath(name), "hers");
+        }
+    };
+    const auto isReplaced = [&](const FolderUnderTest& place) {
+        reset();
+        const QByteArray own = QFile::encodeName(place.PathOf(".norlis-cloud"));
+        std::rename(own.constData(), qPrintable(place.PathOf("away")));
+        MakeLink(elsewhere.path(), place.PathOf(".norlis-cloud"));
+        return true;
+    };
+    const auto expectUntouched = [&](FolderUnderTest& place, bool, const Social::Reply&) {
+        QStringList expected{"hashes.json", "journal", "mark"};
+        EXPECT_EQ(FilesBelow(elsewhere.path()), expected);
+        for (const QString& name : qAsConst(expected)) {
+            EXPECT_EQ(ReadFile(elsewhere.filePath(name)), QByteArray("hers")) << name.toStdString();
+        }
+        QFile::remove(place.PathOf(".norlis-cloud")); // or the temporary folder would not be removed
+    };
+    const auto list = [](FolderUser& user) {
+        user.List();
+        return Social::Reply();
+    };
+    AtEveryMoment(
+        0, [](FolderUser& user) { return user.Do(user.Upload("a.pdf", "mine", reportId)); }, isReplaced,
+        expectUntouched);
+    AtEveryMoment(
+        0, [](FolderUser& user) { return user.Do(user.Upload("a.pdf", "mine")); }, isReplaced, expectUntouched);
+    AtEveryMoment(
+        0, [](FolderUser& user) { return user.Do(Social::Request::Remove{reportId}); }, isReplaced, expectUntouched);
+    AtEveryMoment(0, list, isReplaced, expectUntouched);
+}
+
 TEST_F(FolderConflictTest, ADocumentThatIsWrittenAgainInTheSameSecondGetsItsNewHash)
 {
     const WholeSeconds old;
