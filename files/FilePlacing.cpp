@@ -131,11 +131,19 @@ std::error_code CopyPermissions(const QString& from, int to)
 {
     struct stat wanted = {};
     struct stat found = {};
-    if (stat(QFile::encodeName(from).constData(), &wanted) != 0 || !S_ISREG(wanted.st_mode) || fstat(to, &found) != 0 ||
-        (wanted.st_mode & 0777) == (found.st_mode & 0777)) {
+    if (stat(QFile::encodeName(from).constData(), &wanted) != 0 || !S_ISREG(wanted.st_mode)) {
+        return {};
+    }
+    ChangeGroup(to, wanted.st_gid);
+    if (fstat(to, &found) != 0 || (wanted.st_mode & 0777) == (found.st_mode & 0777)) {
         return {}; // nothing to keep; some file systems refuse even what would change nothing
     }
     return fchmod(to, wanted.st_mode & 0777) == 0 ? std::error_code() : LastError();
+}
+
+void ChangeGroup(int descriptor, gid_t group)
+{
+    [[maybe_unused]] const int refused = fchown(descriptor, static_cast<uid_t>(-1), group);
 }
 
 } // namespace Norlis::Files

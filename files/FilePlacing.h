@@ -6,6 +6,8 @@
 
 #include <system_error>
 
+#include <sys/types.h>
+
 namespace Norlis::Files {
 
 /// Renames a file within its file system, in one step. To be used for a new name that nothing else can have.
@@ -35,8 +37,11 @@ bool IsOpenForWriting(const QString& path);
 /// Whether the file system does not know the call that has failed.
 bool IsUnknownCall(const std::error_code& error);
 
-/// Gives an open file the permissions of another one, if that is a regular file. By its descriptor: whoever may write
-/// to a folder can put a link to somebody's private file in the place of any name there.
+/// Gives an open file the permissions and, if possible, the group of another one, if that is a regular file. By its
+/// descriptor: whoever may write to a folder can put a link to somebody's private file in the place of any name there.
 std::error_code CopyPermissions(const QString& from, int to);
+
+/// Of an open file or folder. It keeps its own where the user is not in that group.
+void ChangeGroup(int descriptor, gid_t group);
 
 } // namespace Norlis::Files

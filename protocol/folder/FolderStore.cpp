@@ -55,12 +55,11 @@ QStringList ReadLines(const QString& path)
     return isOpen ? QString::fromUtf8(file.read(maxSize)).split('\n', Qt::SkipEmptyParts) : QStringList();
 }
 
-bool WriteLines(const QString& folder, const QString& name, const QStringList& lines)
+/// \param file one that has just been opened
+bool WriteLines(Files::AtomicFile& file, const QString& path, const QStringList& lines)
 {
     const QByteArray text = lines.join('\n').toUtf8() + '\n';
-    Files::AtomicFile file;
-    return file.Open(folder) && file.Write(text.constData(), text.size()) && file.Sync() &&
-           file.CommitReplacing(folder + '/' + name);
+    return file.Write(text.constData(), text.size()) && file.Sync() && file.CommitReplacing(path);
 }
 
 } // namespace
@@ -216,7 +215,7 @@ void FolderStore::SaveHashes()
     }
     const QByteArray text = QJsonDocument(saved).toJson(QJsonDocument::Compact);
     Files::AtomicFile file;
-    hasNewHashes = !(file.Open(own.Path()) && file.Write(text.constData(), text.size()) &&
+    hasNewHashes = !(own.Create(file) && file.Write(text.constData(), text.size()) &&
                      file.CommitReplacing(own.PathOf(hashesFile)));
 }
 
@@ -256,14 +255,18 @@ std::optional<QString> FolderStore::CompareWithMemory(const QString& dataFolder)
     }
     if (mark.isEmpty()) {
         mark = remembered.value(0, QUuid::createUuid().toString(QUuid::WithoutBraces));
-        if (own.Prepare() || !WriteLines(own.Path(), markFile, {mark})) {
+        Files::AtomicFile file;
+        if (own.Prepare() || !own.Create(file) || !WriteLines(file, own.PathOf(markFile), {mark})) {
             return std::nullopt; // nothing can be lost in a folder that takes nothing
         }
     }
     if (remembered != QStringList{mark, identity}) {
-        const QFileInfo file(MemoryFile(dataFolder));
-        Files::MakePrivateFolder(file.path());
-        WriteLines(file.path(), file.fileName(), {mark, identity});
+        const QString path = MemoryFile(dataFolder);
+        Files::MakePrivateFolder(QFileInfo(path).path());
+        Files::AtomicFile file;
+        if (file.Open(QFileInfo(path).path())) {
+            WriteLines(file, path, {mark, identity});
+        }
     }
     return std::nullopt;
 }

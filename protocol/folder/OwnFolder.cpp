@@ -1,5 +1,7 @@
 #include "OwnFolder.h"
 
+#include <files/FilePlacing.h>
+
 #include <QFile>
 
 #include <cerrno>
@@ -15,11 +17,12 @@ namespace {
 const auto ownName = QStringLiteral(".norlis-cloud");
 
 /// Whoever may change documents may change them safely.
-/// \param wanted which permissions of the folder something that is open gets
+/// \param wanted which permissions of the folder something that is open gets, beside its group
 void ShareWithUsersOf(const QString& folder, int descriptor, mode_t wanted)
 {
     struct stat status = {};
     if (stat(QFile::encodeName(folder).constData(), &status) == 0) {
+        Files::ChangeGroup(descriptor, status.st_gid); // first, since it may take permissions away
         fchmod(descriptor, status.st_mode & wanted);
     }
 }
@@ -49,7 +52,7 @@ std::optional<QString> OwnFolder::Prepare()
             return cannot.arg(folder, QString::fromLocal8Bit(std::strerror(errno)));
         }
         if (opened && isNew) {
-            ShareWithUsersOf(folder, opened->Descriptor(), 0777);
+            ShareWithUsersOf(folder, opened->Descriptor(), 0777 | S_ISGID);
         }
     }
     if (!opened || !IsInPlace()) {
@@ -72,6 +75,15 @@ QString OwnFolder::Path() const
 QString OwnFolder::PathOf(const QString& name) const
 {
     return Path() + '/' + name;
+}
+
+bool OwnFolder::Create(Files::AtomicFile& file) const
+{
+    if (!file.Open(Path())) {
+        return false;
+    }
+    Share(file.Descriptor());
+    return true;
 }
 
 void OwnFolder::Share(int descriptor) const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <files/AtomicFile.h>
 #include <files/OpenFolder.h>
 
 #include <QString>
@@ -29,7 +30,10 @@ public:
     QString Path() const;
     QString PathOf(const QString& name) const;
 
-    /// Lets those who may change documents change an open file, too.
+    /// Opens a file in it that those who may change documents may change, too.
+    bool Create(Files::AtomicFile& file) const;
+
+    /// Lets those who may change documents change an open file of it, too.
     void Share(int descriptor) const;
 
 private:

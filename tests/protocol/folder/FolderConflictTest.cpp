@@ -14,11 +14,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <tuple>
 #include <utility>
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -31,6 +34,27 @@ using testing::HasSubstr;
 constexpr int mostMoments = 200;
 const QString report = QStringLiteral("report.pdf");
 const QString reportId = Files::IdOfName(report);
+
+/// One that the user is in, if possible other than that which new files get.
+gid_t OtherGroup()
+{
+    if (geteuid() == 0) {
+        return 61100;
+    }
+    std::array<gid_t, 64> groups{};
+    const int count = getgroups(static_cast<int>(groups.size()), groups.data());
+    const auto end = groups.cbegin() + qMax(count, 0);
+    const auto other = std::find_if(groups.cbegin(), end, [](gid_t group) { return group != getegid(); });
+    return other == end ? getegid() : *other;
+}
+
+/// Group and mode.
+std::pair<gid_t, mode_t> AccessTo(const QString& path)
+{
+    struct stat status = {};
+    EXPECT_EQ(stat(QFile::encodeName(path).constData(), &status), 0) << path.toStdString();
+    return {status.st_gid, status.st_mode & 07777};
+}
 
 /// Two users of a folder with one document.
 class FolderConflictTest : public testing::Test {
@@ -454,6 +478,36 @@ TEST_F(FolderConflictTest, ALinkThatTakesThePlaceOfTheOwnFolderInTheMiddleIsNotF
     AtEveryMoment(
         0, [](FolderUser& user) { return user.Do(Social::Request::Remove{reportId}); }, isReplaced, expectUntouched);
     AtEveryMoment(0, list, isReplaced, expectUntouched);
+}
+
+TEST_F(FolderConflictTest, WhoeverMayChangeAFolderOfAGroupMayChangeItsOwnFolderToo)
+{
+    for (const mode_t mode : {02770, 02775, 0770}) {
+        SCOPED_TRACE(mode);
+        FolderUnderTest place;
+        place.Put(report, "first");
+        const QTemporaryDir data;
+        auto settings = place.Settings();
+        settings.dataFolder = data.path();
+        for (const auto& [name, permissions] : {std::pair<QString, mode_t>(".", mode), {report, 0660}}) {
+            const QByteArray path = QFile::encodeName(place.PathOf(name));
+            ASSERT_EQ(chown(path.constData(), static_cast<uid_t>(-1), OtherGroup()), 0);
+            ASSERT_EQ(chmod(path.constData(), permissions), 0);
+        }
+        const mode_t before = umask(077);
+        FolderUser user(settings);
+        EXPECT_TRUE(user.SignIn());
+        user.List();
+        EXPECT_EQ(user.Do(user.Upload("a.pdf", "mine", reportId)).result, Social::Success);
+        user.List();
+        umask(before);
+        EXPECT_EQ(AccessTo(place.PathOf(".norlis-cloud")), std::pair(OtherGroup(), mode));
+        for (const QString name : {"journal", "hashes.json", "mark"}) {
+            EXPECT_EQ(AccessTo(place.PathOf(".norlis-cloud/" + name)), std::pair(OtherGroup(), mode & 0666))
+                << name.toStdString();
+        }
+        EXPECT_EQ(AccessTo(place.PathOf(report)), std::pair(OtherGroup(), mode_t(0660)));
+    }
 }
 
 TEST_F(FolderConflictTest, ADocumentThatIsWrittenAgainInTheSameSecondGetsItsNewHash)
