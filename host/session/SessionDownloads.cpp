@@ -210,7 +210,9 @@ void SessionDownloads::Request(const DownloadPointer& download)
     download->stagedPath = download->staging->Path() + '/' + download->name;
     staged[download->stagedPath] = download;
     context.documents.BeginTransfer(download->id);
-    context.cloud.Manager().Download(download->record, download->staging->Path());
+    const auto stagedPath = ToPath(download->stagedPath);
+    context.cloud.Manager().Download(record, download->staging->Path()); // the session may be gone afterwards
+    record->SetPath(stagedPath, {}, {}); // what is cancelled is removed there, not where the folder once was
 }
 
 std::shared_ptr<StagingFolder> SessionDownloads::StagingFor(const ActiveDownload& download)
@@ -274,11 +276,10 @@ void SessionDownloads::Place(const DownloadPointer& download)
     if (!IsCurrent(download)) {
         return;
     }
-    const auto arrivedPath = download->staging->PathOf(download->name);
-    const auto arrived = Files::FileIdentity::OfPath(arrivedPath);
+    const auto arrived = Files::FileIdentity::OfPath(download->stagedPath);
     const bool isTold = arrived.IsFile() && arrived == download->arrivedAs;
     if (!isTold) {
-        download->hash = context.hashes.CalculateHash(ToPath(arrivedPath));
+        download->hash = context.hashes.CalculateHash(ToPath(download->stagedPath));
     }
     const auto cloudHash = download->record->GetRedactableCloudInfo()->GetMd5Hash();
     if (download->hash.empty()) {
@@ -293,8 +294,9 @@ void SessionDownloads::Place(const DownloadPointer& download)
     if (!MayTakeTarget(download)) { // it may have changed while the document came
         return;
     }
-    const auto error = download->replaces ? Files::MoveReplacing(arrivedPath, download->target, download->replaced)
-                                          : Files::MoveUnlessTaken(arrivedPath, download->target);
+    const auto error = download->replaces
+                           ? Files::MoveReplacing(download->stagedPath, download->target, download->replaced)
+                           : Files::MoveUnlessTaken(download->stagedPath, download->target);
     if (error == std::errc::file_exists) {
         download->replaces ? EndWithChangedCopy(download) : EndWithNameTaken(download);
         return;
@@ -389,7 +391,7 @@ void SessionDownloads::TakeBack(const DownloadPointer& download)
     if (download->staging) {
         staged.remove(download->stagedPath);
         if (download->state != State::Placed && !download->stagedPath.isEmpty()) {
-            QFile::remove(download->staging->PathOf(download->name));
+            QFile::remove(download->stagedPath);
         }
         auto& shared = stagingIn[download->folder];
         if (shared.folder.lock() == download->staging) {
@@ -448,7 +450,7 @@ void SessionDownloads::OnFinished(const std::shared_ptr<const FileInfo>& file)
     download->state = State::Arrived;
     QStringList paths = {context.documents.LocalPath(download->id)};
     if (!download->arrivedAs.IsFile()) {
-        paths.append(download->staging->PathOf(download->name));
+        paths.append(download->stagedPath);
     }
     if (download->replaces) {
         paths.append(download->target);
@@ -464,8 +466,11 @@ void SessionDownloads::OnFinished(const std::shared_ptr<const FileInfo>& file)
 
 void SessionDownloads::OnError(const std::shared_ptr<const FileInfo>& file, const QString& message)
 {
-    const auto cause = context.cloud.Failures().Take();
+    auto cause = context.cloud.Failures().Take();
     const auto download = FindRequested(file);
+    if (download) { // the user knows of the target only
+        cause.reason.replace(download->stagedPath, download->target);
+    }
     if (download && context.cloud.IsPatient() && cause.kind == FailureKind::Unavailable &&
         ++download->breaks <= mostBreaks) {
         Wait(download);

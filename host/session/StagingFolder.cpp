@@ -83,12 +83,7 @@ QString StagingFolder::ErrorText() const
 
 QString StagingFolder::Path() const
 {
-    return path;
-}
-
-QString StagingFolder::PathOf(const QString& name) const
-{
-    return folder ? folder->Path() + '/' + name : QString();
+    return folder && QFileInfo(folder->Path()).isDir() ? folder->Path() : path;
 }
 
 bool StagingFolder::Remove()

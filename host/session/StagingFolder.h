@@ -24,11 +24,10 @@ public:
     /// False when it could not be made; ErrorText says why.
     bool IsValid() const;
     QString ErrorText() const;
-    QString Path() const;
 
-    /// Of a file in it, whatever name somebody else who may write to the parent has given to the folder, or to a link
-    /// to another one.
-    QString PathOf(const QString& name) const;
+    /// Leads to it, whatever name somebody else who may write to the parent gives to the folder, or to a link to
+    /// another one: by the open folder, where the system has /proc.
+    QString Path() const;
 
     /// Removes the folder and what is in it. False when that fails; it is tried again on destruction.
     bool Remove();

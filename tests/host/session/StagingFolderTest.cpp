@@ -25,6 +25,11 @@ protected:
     const QString other = folder.filePath("other");
     const QString list = folder.filePath("list");
 
+    static QString PlaceOf(const StagingFolder& staging)
+    {
+        return QFileInfo(staging.Path()).canonicalFilePath();
+    }
+
     StagingFolderTest()
     {
         MakeFolder(target);
@@ -38,7 +43,7 @@ protected:
         QString path;
         {
             const StagingFolder staging(target, list);
-            path = staging.Path();
+            path = PlaceOf(staging);
             MakeFolder(path + "/obstacle");
         }
         RemoveFolder(path + "/obstacle");
@@ -85,17 +90,22 @@ TEST_F(StagingFolderTest, TakesItsFilesWithIt)
 
 TEST_F(StagingFolderTest, LeavesAloneWhatOthersPutInItsPlace)
 {
-    StagingFolder linked(target, list);
-    ASSERT_TRUE(QDir().rename(linked.Path(), folder.filePath("moved")));
-    ASSERT_TRUE(QFile::link(other, linked.Path()));
+    StagingFolder linked(target, folder.filePath("list"));
+    const QString first = PlaceOf(linked);
+    ASSERT_TRUE(QDir().rename(first, folder.filePath("moved")));
+    ASSERT_TRUE(QFile::link(other, first));
+    EXPECT_FALSE(QFile::exists(linked.Path() + "/thesis.pdf"));
+    WriteFile(linked.Path() + "/a.pdf", "arrived");
+    EXPECT_EQ(ReadFile(folder.filePath("moved/a.pdf")), QByteArray("arrived"));
     EXPECT_TRUE(linked.Remove());
-    EXPECT_EQ(ReadFile(other + "/thesis.pdf"), QByteArray("years of work"));
+    EXPECT_EQ(FilesBelow(other), QStringList("thesis.pdf"));
 
-    StagingFolder exchanged(target, list);
-    ASSERT_TRUE(QDir().rename(exchanged.Path(), folder.filePath("moved too")));
-    ASSERT_TRUE(QDir().rename(other, exchanged.Path()));
+    StagingFolder exchanged(target, folder.filePath("list"));
+    const QString second = PlaceOf(exchanged);
+    ASSERT_TRUE(QDir().rename(second, folder.filePath("moved too")));
+    ASSERT_TRUE(QDir().rename(other, second));
     EXPECT_TRUE(exchanged.Remove());
-    EXPECT_EQ(ReadFile(exchanged.Path() + "/thesis.pdf"), QByteArray("years of work"));
+    EXPECT_EQ(ReadFile(second + "/thesis.pdf"), QByteArray("years of work"));
 }
 
 TEST_F(StagingFolderTest, SweepRemovesWhatWasLeftBehind)
