@@ -14,6 +14,8 @@ set(sameVersion "libnorlis-cloud${PROJECT_VERSION_MAJOR} (= ${PROJECT_VERSION})"
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME libnorlis-cloud${PROJECT_VERSION_MAJOR})
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
+# What is used by number, such as CURLOPT_PROTOCOLS_STR, is in no table of symbols.
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_DEPENDS "libcurl4 (>= 7.85)")
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA ${PROJECT_SOURCE_DIR}/cmake/debian/triggers)
 # A program that was built against a version runs with every later one of the same SONAME.
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)

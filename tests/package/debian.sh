@@ -25,7 +25,7 @@ expect() {
     done
 }
 same="$runtime \(= ${version//./\\.}\)"
-expect "$runtime" Depends 'libqt5core5a \(>= 5\.15' libqt5gui5 libqt5pdf5 libcurl4 libsqlite3-0 libgoogle-glog libc6 'libstdc\+\+6'
+expect "$runtime" Depends 'libqt5core5a \(>= 5\.15' libqt5gui5 libqt5pdf5 'libcurl4 \(>= 7\.85\)' libsqlite3-0 libgoogle-glog libc6 'libstdc\+\+6'
 expect libnorlis-cloud-dev Depends "$same" 'qtbase5-dev \(>= 5\.15\)'
 expect norlis-cloud-tools Depends "$same" libqt5core5a libgoogle-glog
 expect qml-module-norlis-cloud Depends "$same" libqt5core5a libqt5qml5
