@@ -82,6 +82,7 @@ struct AuthInfo {
     /// remembers for the lifetime of the object.
     QString dataFolder = {};
 
+    /// What a download may take the place of.
     ReplaceableFiles replaceableFiles = ReplaceableFiles::OwnCopies;
 
     /// The first failure observer: see PDF::Cloud::IFailureSource.

@@ -126,12 +126,13 @@ TEST_F(MoveReplacingTest, AnEditInThatMomentKeepsItsName)
     const QByteArray edit = folder.filePath("edit").toUtf8();
     std::atomic<int> begun = 0;
     std::atomic<int> saved = 0;
-    constexpr int rounds = 1500;
+    constexpr int rounds = 600;
     std::thread editor([&] { // saves as most editors do, when the other one looks
         for (int round = 1; round <= rounds; ++round) {
             while (begun < round) {
+                std::this_thread::yield();
             }
-            for (volatile int spins = round * 12; spins > 0; spins = spins - 1) {
+            for (volatile int spins = round * 30; spins > 0; spins = spins - 1) {
             }
             std::rename(edit.constData(), target.toUtf8().constData());
             saved = round;
