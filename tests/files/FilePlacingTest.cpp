@@ -132,8 +132,6 @@ TEST_F(MoveReplacingTest, AnEditInThatMomentKeepsItsName)
             while (begun < round) {
                 std::this_thread::yield();
             }
-            for (volatile int spins = round * 30; spins > 0; spins = spins - 1) {
-            }
             std::rename(edit.constData(), target.toUtf8().constData());
             saved = round;
         }
@@ -145,6 +143,8 @@ TEST_F(MoveReplacingTest, AnEditInThatMomentKeepsItsName)
         WriteFile(QString::fromUtf8(edit), "edited");
         const auto known = FileIdentity::OfPath(target);
         begun = round;
+        for (volatile int spins = round * 30; spins > 0; spins = spins - 1) { // a different moment each time
+        }
         const auto failure = MoveReplacing(source, target, known);
         late += failure ? 0 : 1;
         while (saved < round) {
