@@ -70,7 +70,8 @@ QString Quoted(QString text)
 /// The first sentence, without the full stop: the shells show a line.
 QString Brief(const QString& text)
 {
-    return text.section(QRegularExpression("[.:] |\\.$| \\("), 0, 0);
+    static const QRegularExpression end("[.:] |\\.$| \\(");
+    return text.section(end, 0, 0);
 }
 
 /// For a list of alternatives in a case of a shell, by what their operands are.

@@ -26,10 +26,10 @@ QAction* Make(QWidget& widget, const QString& text, Glyph glyph, const QKeySeque
 } // namespace
 
 DocumentActions::DocumentActions(QWidget& widget)
-    : upload(Make(widget, tr("&Upload…"), Glyph::Upload, Qt::CTRL | Qt::Key_U, tr("Upload PDF files to the cloud"))),
-      download(Make(widget, tr("&Download"), Glyph::Download, Qt::CTRL | Qt::Key_D,
+    : upload(Make(widget, tr("&Upload…"), Glyph::Upload, QString("Ctrl+U"), tr("Upload PDF files to the cloud"))),
+      download(Make(widget, tr("&Download"), Glyph::Download, QString("Ctrl+D"),
                     tr("Download the selected documents to the downloads folder"))),
-      downloadTo(Make(widget, tr("Download &To…"), Glyph::Folder, Qt::CTRL | Qt::SHIFT | Qt::Key_D,
+      downloadTo(Make(widget, tr("Download &To…"), Glyph::Folder, QString("Ctrl+Shift+D"),
                       tr("Download the selected documents to a folder of your choice"))),
       open(Make(widget, tr("&Open"), Glyph::Open, QKeySequence::Open,
                 tr("Open the selected documents, downloading them first if necessary"))),
@@ -46,8 +46,8 @@ DocumentActions::DocumentActions(QWidget& widget)
           Make(widget, tr("U&ndo Removal"), Glyph::Refresh, QKeySequence::Undo, tr("Take back the last removal"))),
       refresh(Make(widget, tr("&Refresh"), Glyph::Refresh, QKeySequence::Refresh, tr("Reload the list of documents"))),
       thumbnails(
-          Make(widget, tr("&Thumbnails"), Glyph::Thumbnails, Qt::CTRL | Qt::Key_1, tr("Show documents as thumbnails"))),
-      list(Make(widget, tr("&List"), Glyph::List, Qt::CTRL | Qt::Key_2, tr("Show documents as a list"))),
+          Make(widget, tr("&Thumbnails"), Glyph::Thumbnails, QString("Ctrl+1"), tr("Show documents as thumbnails"))),
+      list(Make(widget, tr("&List"), Glyph::List, QString("Ctrl+2"), tr("Show documents as a list"))),
       find(Make(widget, tr("&Find"), Glyph::Search, QKeySequence::Find, tr("Find documents by name"))),
       signOut(Make(widget, tr("Si&gn Out"), Glyph::Cancel, {}, tr("Forget the password and choose another cloud"))),
       widget(widget)

@@ -39,7 +39,7 @@ std::vector<int> ChildProcesses(const QString& name)
         const int end = text.lastIndexOf(')');
         const QStringList rest = text.mid(end + 2).split(' ');
         const bool isChild = rest.value(1).toInt() == getpid() && rest.value(0) != "Z";
-        if (isChild && text.mid(text.indexOf('(') + 1).startsWith(QString(name.left(15) + ')'))) {
+        if (isChild && QStringView(text).mid(text.indexOf('(') + 1).startsWith(QString(name.left(15) + ')'))) {
             found.push_back(entry.toInt());
         }
     }
