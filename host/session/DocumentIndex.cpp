@@ -109,6 +109,8 @@ DocumentIndex::DocumentIndex(const QString& file, const PictureFolder& pictures,
         if (!entry.localPath.isEmpty()) {
             entry.localHash = listHashes->Told(entry.localPath.toStdString());
             entry.syncHash = std::move(rest.syncHash);
+        } else if (!rest.path.empty()) {
+            missingCopies.insert(QString::fromStdString(rest.path), id);
         }
         entry.storedPreviews = PicturesIn(rest.pictures, id);
         SetEntry(id, entry);
@@ -282,7 +284,9 @@ bool DocumentIndex::KeepCopy(const QString& id, const QString& path, const std::
 bool DocumentIndex::TakeFromOthers(const QString& id, const QString& path)
 {
     const auto guard = lifetime.Watch();
-    const QStringList holders = path.isEmpty() ? QStringList() : idsByPath.values(path);
+    const QStringList holders =
+        path.isEmpty() ? QStringList() : QStringList(idsByPath.values(path)) + missingCopies.values(path);
+    missingCopies.remove(path);
     for (const auto& holder : holders) {
         if (guard && holder != id) {
             ForgetCopy(holder);

@@ -200,6 +200,7 @@ private:
     std::unique_ptr<PDF::Cloud::NorlisCloudFilesManager> list;
     QHash<QString, Entry> entries;          ///< of every document of the list
     QMultiHash<QString, QString> idsByPath; ///< of those with a local copy; two only while one takes it from another
+    QMultiHash<QString, QString> missingCopies; ///< ids by path, of copies that were not there at the start
     QHash<QString, int> transfers;
     std::function<void(const QString&)> onCopyLeft;
     Lifetime lifetime;

@@ -294,6 +294,8 @@ void SessionDownloads::Place(const DownloadPointer& download)
     if (!MayTakeTarget(download)) { // it may have changed while the document came
         return;
     }
+    // As the service knows it, which hears of the move when the folder may be gone.
+    const auto arrivedAt = QFileInfo(download->staging->Path()).canonicalFilePath() + '/' + download->name;
     const auto error = download->replaces
                            ? Files::MoveReplacing(download->stagedPath, download->target, download->replaced)
                            : Files::MoveUnlessTaken(download->stagedPath, download->target);
@@ -306,7 +308,7 @@ void SessionDownloads::Place(const DownloadPointer& download)
                        "Choose another folder.");
         return;
     }
-    context.cloud.NoteCopyMoved(download->id, download->stagedPath, download->target);
+    context.cloud.NoteCopyMoved(download->id, arrivedAt, download->target);
     download->state = State::Placed;
     download->place = NormalizedTarget(download);
     const auto placed = Files::FileIdentity::OfPath(download->target);

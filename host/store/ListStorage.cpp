@@ -71,6 +71,7 @@ std::map<std::string, std::map<std::string, std::string>> ListStorage::ReadAll()
             const QString real = QFileInfo(path).canonicalFilePath();
             return real.isEmpty() || real == path;
         });
+        own.path = Text(fields, RecordKey::filePath);
         KeepIf(fields, RecordKey::cloudSize, [&own](const QByteArray& text) {
             bool fits = false;
             text.toUInt(&fits);

@@ -27,6 +27,7 @@ public:
         std::string hash;     ///< as the list knows it
         std::string syncHash; ///< as the list knows it
         std::string pictures; ///< paths, each followed by ';'
+        std::string path;     ///< of the local copy, also where there is no file now
     };
     using RestById = std::unordered_map<std::string, Rest>; ///< by id of the document
 

@@ -61,6 +61,8 @@ TEST_F(CloudSessionConflictTest, AFileIsTheCopyOfTheDocumentThatWasFetchedThereL
     Answer("uploadFile", Social::Success, SharingOf("0", "1 (from desk).pdf"));
     ASSERT_TRUE(WaitForEvent("DocumentUploaded(1.pdf, 0)"));
     ASSERT_TRUE(QFile::remove(path)); // it is safe in the cloud
+    Reopen();
+    Refresh({EntryOf("1", "theirs"), EntryOf("0", "ours")});
     session->Download("1", QFileInfo(path).path());
     ASSERT_TRUE(WaitForCalls("downloadFile", 1));
     Deliver("theirs");
