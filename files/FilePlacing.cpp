@@ -3,6 +3,7 @@
 #include <QFile>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 
 #include <fcntl.h>
@@ -115,8 +116,8 @@ bool IsOpenForWriting(const QString& path)
     if (descriptor < 0) {
         return false;
     }
-    const bool isOpen =
-        fcntl(descriptor, F_SETLEASE, F_RDLCK) != 0 && errno == EAGAIN; // a lease is given without writers
+    fcntl(descriptor, F_SETSIG, SIGURG); // nobody minds it, where SIGIO ends a program whose lease is asked back
+    const bool isOpen = fcntl(descriptor, F_SETLEASE, F_RDLCK) != 0 && errno == EAGAIN; // given where nobody writes
     close(descriptor);
     return isOpen;
 }

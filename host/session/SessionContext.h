@@ -1,9 +1,10 @@
 #pragma once
 
-#include "ChangeJournal.h"
 #include "CloudSession.h"
 #include "DocumentIndex.h"
 #include "SessionCloud.h"
+
+#include <base/ChangeJournal.h>
 
 namespace Norlis::Host {
 

@@ -74,7 +74,7 @@ private:
     FolderStore& store;
     SeenVersions& seen;
     const Unhashed onUnhashed;
-    const UploadOrder::Time begin;
+    const ChangeJournal::Time begin;
     std::optional<std::vector<FolderDocument>> documents;
     std::size_t position = 0;             ///< of the next document
     std::vector<FolderDocument> unhashed; ///< of those before

@@ -39,23 +39,23 @@ void SeenVersions::Show(const QString& id, const SeenVersion& version)
     shown[id] = version;
 }
 
-void SeenVersions::ShowInList(const QString& id, const SeenVersion& version, UploadOrder::Time begin)
+void SeenVersions::ShowInList(const QString& id, const SeenVersion& version, ChangeJournal::Time begin)
 {
-    if (!uploads.WasUploadedAfter(begin, id)) {
+    if (!journal.WasUploadedAfter(begin, id)) {
         Show(id, version);
     }
 }
 
 void SeenVersions::Upload(const QString& id, const QString& localPath, const SeenVersion& version)
 {
-    uploads.Note(id);
+    journal.NoteUpload(id);
     Show(id, version);
     Deliver(id, localPath, version);
 }
 
-UploadOrder::Time SeenVersions::Now() const
+ChangeJournal::Time SeenVersions::Now() const
 {
-    return uploads.Now();
+    return journal.Now();
 }
 
 void SeenVersions::Deliver(const QString& id, const QString& localPath, const SeenVersion& version)

@@ -1,7 +1,7 @@
 #pragma once
 
+#include <base/ChangeJournal.h>
 #include <files/FileIdentity.h>
-#include <protocol/service/UploadOrder.h>
 #include <protocol/service/VersionMemory.h>
 
 #include <QHash>
@@ -41,7 +41,7 @@ public:
     void Show(const QString& id, const SeenVersion& version);
 
     /// A list has shown it that was begun at some time.
-    void ShowInList(const QString& id, const SeenVersion& version, UploadOrder::Time begin);
+    void ShowInList(const QString& id, const SeenVersion& version, ChangeJournal::Time begin);
 
     /// It was made from a local file.
     void Upload(const QString& id, const QString& localPath, const SeenVersion& version);
@@ -49,7 +49,7 @@ public:
     /// A local file was made from it. Whether somebody gets to see that is not known.
     void Deliver(const QString& id, const QString& localPath, const SeenVersion& version);
 
-    UploadOrder::Time Now() const;
+    ChangeJournal::Time Now() const;
 
     /// The version that was last shown is the one that a local file may replace.
     /// \param md5Hash of the version that is meant; empty for whichever it is
@@ -67,7 +67,7 @@ public:
 private:
     VersionMemory& copies;
     QHash<QString, SeenVersion> shown; ///< by id
-    UploadOrder uploads;
+    ChangeJournal journal;
 };
 
 } // namespace Norlis::Social

@@ -34,13 +34,13 @@ Ability::Quota::QuotaValue QuotaOf(const DavEntry& entry)
 
 void ListOperation::Start()
 {
-    listing = std::make_unique<Listing>(*session, [this, begin = session->uploads.Now()](Listing::Result&& result) {
+    listing = std::make_unique<Listing>(*session, [this, begin = session->journal.Now()](Listing::Result&& result) {
         if (result.failure) {
             End(*std::move(result.failure));
             return;
         }
         for (const DavDocument& known : qAsConst(session->documents)) {
-            if (session->uploads.WasUploadedAfter(begin, known.id)) {
+            if (session->journal.WasUploadedAfter(begin, known.id)) {
                 result.documents.insert(known.id, known);
             }
         }

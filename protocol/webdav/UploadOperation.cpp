@@ -281,7 +281,7 @@ void UploadOperation::OnPublished(const Publication::Outcome& outcome)
     }
     const DavDocument made = outcome.made; // the outcome's may not live as long
     session->documents.insert(made.id, made);
-    session->uploads.Note(made.id);
+    session->journal.NoteUpload(made.id);
     session->versions.Remember(made.id, request.localPath, {made.Version(), QString::fromLatin1(made.md5)});
     tools.published(made);
     const bool isWanted = request.token->Commit([&] { return replaced ? QString() : made.id; });

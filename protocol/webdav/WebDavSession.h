@@ -4,10 +4,10 @@
 #include "DocumentLookup.h"
 #include "GroupedLooks.h"
 #include "Housekeeper.h"
+#include <base/ChangeJournal.h>
 #include <protocol/dav/Collection.h>
 #include <protocol/dav/DavRequests.h>
 #include <protocol/http/HttpClient.h>
-#include <protocol/service/UploadOrder.h>
 #include <protocol/service/VersionMemory.h>
 
 #include <QSet>
@@ -61,7 +61,7 @@ struct WebDavSession {
     std::optional<bool> takesHiddenNames;           ///< names with a leading dot; nullopt until tested
 
     DavDocuments documents; ///< as of the last list and what was done since
-    UploadOrder uploads;
+    ChangeJournal journal;
 
     /// Names that new documents are being given. Some servers let two of them have the same one at the same moment.
     QSet<QByteArray> reservedNames;

@@ -71,7 +71,7 @@ TEST_F(ListMergeTest, LocalCopyIsAskedForOncePerListAndReadOnlyWhenItHasChanged)
     const Host::PictureFolder pictures(root.filePath("pictures"));
     Host::DocumentIndex documents(root.filePath("counted.sqlite"), pictures, files, hashes);
     Host::SessionCloud cloud(*session, protocol, hashes, files, pictures);
-    Host::ChangeJournal journal;
+    ChangeJournal journal;
     Host::ListMerge merge({*session, cloud, documents, pictures, journal, *hashes, *files}, [] {});
     const auto recordOf = [](const QString& id, const QByteArray& content) {
         const auto entry = EntryOf(id, content);

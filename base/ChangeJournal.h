@@ -3,10 +3,11 @@
 #include <QHash>
 #include <QString>
 
-namespace Norlis::Host {
+namespace Norlis {
 
 /// Which documents were uploaded and removed, in the order in which that and the requests of files lists happened: a
-/// list that was requested before an upload or a removal ended may not know of it yet.
+/// list that was requested before an upload or a removal ended may not know of it yet. Whoever gets that list does not
+/// take the version that it tells of such a document for the newer one, so it shows that version to nobody.
 class ChangeJournal {
 public:
     /// Larger for what happened later.
@@ -56,4 +57,4 @@ private:
     QHash<QString, Time> removedAt;
 };
 
-} // namespace Norlis::Host
+} // namespace Norlis
