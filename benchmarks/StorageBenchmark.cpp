@@ -31,8 +31,8 @@ public:
         Check(sqlite3_open(file.toUtf8().constData(), &handle));
         Check(sqlite3_exec(handle,
                            "PRAGMA locking_mode = EXCLUSIVE; PRAGMA journal_mode = WAL; PRAGMA synchronous = FULL;"
-                           "CREATE TABLE IF NOT EXISTS records (file_id BLOB NOT NULL, key BLOB NOT NULL, value BLOB "
-                           "NOT NULL, PRIMARY KEY (file_id, key)) WITHOUT ROWID",
+                           "CREATE TABLE IF NOT EXISTS records (file_id BLOB NOT NULL PRIMARY KEY, fields BLOB NOT "
+                           "NULL) WITHOUT ROWID",
                            nullptr, nullptr, nullptr));
     }
 
@@ -48,15 +48,16 @@ public:
     {
         sqlite3_exec(handle, "BEGIN", nullptr, nullptr, nullptr);
         sqlite3_stmt* insert = nullptr;
-        Check(sqlite3_prepare_v2(handle, "INSERT OR REPLACE INTO records VALUES (?, ?, ?)", -1, &insert, nullptr));
+        Check(sqlite3_prepare_v2(handle, "INSERT OR REPLACE INTO records VALUES (?, ?)", -1, &insert, nullptr));
         for (const auto& [id, fields] : records) {
+            std::string all;
             for (const auto& [key, value] : fields) {
-                sqlite3_bind_blob(insert, 1, id.data(), static_cast<int>(id.size()), SQLITE_STATIC);
-                sqlite3_bind_blob(insert, 2, key.data(), static_cast<int>(key.size()), SQLITE_STATIC);
-                sqlite3_bind_blob(insert, 3, value.data(), static_cast<int>(value.size()), SQLITE_STATIC);
-                sqlite3_step(insert);
-                sqlite3_reset(insert);
+                all.append(key).append(1, '\n').append(value).append(1, '\n');
             }
+            sqlite3_bind_blob(insert, 1, id.data(), static_cast<int>(id.size()), SQLITE_STATIC);
+            sqlite3_bind_blob(insert, 2, all.data(), static_cast<int>(all.size()), SQLITE_STATIC);
+            sqlite3_step(insert);
+            sqlite3_reset(insert);
         }
         sqlite3_finalize(insert);
         Check(sqlite3_exec(handle, "COMMIT", nullptr, nullptr, nullptr));
@@ -67,10 +68,9 @@ public:
     {
         std::size_t bytes = 0;
         sqlite3_stmt* select = nullptr;
-        Check(sqlite3_prepare_v2(handle, "SELECT file_id, key, value FROM records ORDER BY file_id, key", -1, &select,
-                                 nullptr));
+        Check(sqlite3_prepare_v2(handle, "SELECT file_id, fields FROM records ORDER BY file_id", -1, &select, nullptr));
         while (sqlite3_step(select) == SQLITE_ROW) {
-            for (int column = 0; column < 3; ++column) {
+            for (int column = 0; column < 2; ++column) {
                 const std::string text(static_cast<const char*>(sqlite3_column_blob(select, column)),
                                        static_cast<std::size_t>(sqlite3_column_bytes(select, column)));
                 benchmark::DoNotOptimize(text.data());

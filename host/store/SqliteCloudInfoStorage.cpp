@@ -2,12 +2,15 @@
 
 #include "SqliteConnection.h"
 
+#include <QtEndian>
+
 #include <glog/logging.h>
 #include <sqlite3.h>
 
 #include <algorithm>
 #include <optional>
 #include <set>
+#include <string_view>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -19,9 +22,9 @@ constexpr quint32 applicationId = 0x4E524C53; // "NRLS", in the header of every 
 constexpr int formatVersion = 1;
 constexpr int lockTimeout = 10'000; // milliseconds; in which another program saves any list
 
-// Blobs keep the bytes as they are and sort like std::string.
-constexpr auto tables = "CREATE TABLE records (file_id BLOB NOT NULL, key BLOB NOT NULL, value BLOB NOT NULL, "
-                        "PRIMARY KEY (file_id, key)) WITHOUT ROWID";
+// Blobs keep the bytes as they are and sort like std::string. A row for each record, not for each field: there are
+// ten times as many of those.
+constexpr auto tables = "CREATE TABLE records (file_id BLOB NOT NULL PRIMARY KEY, fields BLOB NOT NULL) WITHOUT ROWID";
 
 // Made when the first one is kept. Versions that do not know it leave it alone.
 constexpr auto copiesTable =
@@ -95,6 +98,52 @@ std::unique_ptr<SqliteConnection> Open(const QString& file)
     }
 }
 
+using Fields = std::map<std::string, std::string>;
+
+void AppendText(std::string& bytes, const std::string& text)
+{
+    const quint32 length = qToBigEndian(static_cast<quint32>(text.size()));
+    bytes.append(reinterpret_cast<const char*>(&length), sizeof(length));
+    bytes.append(text);
+}
+
+/// Takes the text off that the bytes begin with. Throws SqliteError when there is none.
+std::string_view TakeText(std::string_view& bytes)
+{
+    quint32 length = sizeof(length);
+    if (bytes.size() >= length) {
+        length = qFromBigEndian<quint32>(bytes.data());
+        bytes.remove_prefix(sizeof(length));
+    }
+    if (bytes.size() < length) {
+        throw SqliteError(SQLITE_CORRUPT, "a record is not whole");
+    }
+    const std::string_view text = bytes.substr(0, length);
+    bytes.remove_prefix(length);
+    return text;
+}
+
+/// As docs/record-format.md says.
+std::string Encoded(const Fields& fields)
+{
+    std::string bytes;
+    for (const auto& [key, value] : fields) {
+        AppendText(bytes, key);
+        AppendText(bytes, value);
+    }
+    return bytes;
+}
+
+Fields Decoded(std::string_view bytes)
+{
+    Fields fields;
+    while (!bytes.empty()) {
+        const std::string_view key = TakeText(bytes);
+        fields.emplace_hint(fields.end(), key, TakeText(bytes));
+    }
+    return fields;
+}
+
 } // namespace
 
 /// What this program has last read or written, to tell what it changes. Values are known by their hash values, so that
@@ -148,14 +197,9 @@ public:
         : file(file),
           connection(Open(file)),
           remove(*connection, "DELETE FROM records WHERE file_id = ?1"),
-          // Another program may have removed the record: a part of it would be none.
-          change(*connection, "INSERT INTO records (file_id, key, value) SELECT ?1, ?2, ?3 "
-                              "WHERE EXISTS (SELECT 1 FROM records WHERE file_id = ?1) "
-                              "ON CONFLICT DO UPDATE SET value = excluded.value WHERE value <> excluded.value"),
-          // Another program may have added the record too, and know more of it: what is empty says nothing.
-          add(*connection, "INSERT INTO records (file_id, key, value) VALUES (?1, ?2, ?3) ON CONFLICT DO UPDATE "
-                           "SET value = excluded.value WHERE value <> excluded.value AND length(excluded.value) > 0"),
-          readAll(*connection, "SELECT file_id, key, value FROM records ORDER BY file_id, key")
+          read(*connection, "SELECT fields FROM records WHERE file_id = ?1"),
+          write(*connection, "INSERT OR REPLACE INTO records (file_id, fields) VALUES (?1, ?2)"),
+          readAll(*connection, "SELECT file_id, fields FROM records ORDER BY file_id")
     {
         readAll.Step(); // reads the first pages, which shows most kinds of damage
         readAll.Reset();
@@ -191,6 +235,9 @@ public:
         statement.Step();
     }
 
+    /// Writes what was set of a record.
+    void Flush();
+    void WriteChange();
     void WriteCopies();
 
     void Rollback()
@@ -204,14 +251,15 @@ public:
     {
         removed.clear();
         added.clear();
+        change.clear();
         copies.clear();
     }
 
     QString file;
     std::unique_ptr<SqliteConnection> connection;
     SqliteStatement remove;
-    SqliteStatement change;
-    SqliteStatement add;
+    SqliteStatement read;
+    SqliteStatement write;
     SqliteStatement readAll;
     std::optional<std::runtime_error> failure; ///< the first one since the last commit
     Known known;
@@ -219,8 +267,41 @@ public:
     // Since the last commit.
     std::set<std::string> removed; ///< records, before the transaction began
     std::unordered_set<std::string> added;
+    std::string changedId;                                 ///< of the record to which the change belongs
+    Fields change;                                         ///< what was set and is not written yet
     std::map<std::string, std::optional<KeptCopy>> copies; ///< by path; none for one that is dropped
 };
+
+void SqliteCloudInfoStorage::Private::Flush()
+{
+    if (!change.empty()) {
+        Write([this] { WriteChange(); });
+        change.clear();
+    }
+}
+
+void SqliteCloudInfoStorage::Private::WriteChange()
+{
+    read.Bind(1, changedId);
+    const bool isStored = read.Step();
+    const std::string before(isStored ? read.Bytes(0) : std::string_view());
+    read.Reset();
+    const bool isAdded = added.count(changedId) != 0;
+    if (!isStored && !isAdded) {
+        return; // another program has removed it, and a part of a record would be none
+    }
+    Fields fields = Decoded(before);
+    for (const auto& [key, value] : change) {
+        // Another program may have added the record too, and know more of it: what is empty says nothing.
+        if (!isAdded || !value.empty() || fields.count(key) == 0) {
+            fields[key] = value;
+        }
+    }
+    const std::string after = Encoded(fields);
+    if (after != before) {
+        Run(write, changedId, after);
+    }
+}
 
 void SqliteCloudInfoStorage::Private::WriteCopies()
 {
@@ -255,6 +336,7 @@ SqliteCloudInfoStorage::~SqliteCloudInfoStorage()
 void SqliteCloudInfoStorage::RemoveRecord(const std::string& fileId)
 {
     d->known.Forget(fileId);
+    d->Flush();
     if (d->connection->InTransaction()) {
         d->Write([&] { d->Run(d->remove, fileId); });
     } else {
@@ -267,33 +349,32 @@ void SqliteCloudInfoStorage::SetValue(const std::string& fileId, const std::stri
     if (d->known.HasValue(fileId, key, value)) {
         return;
     }
-    d->Write([&] {
-        if (!d->known.HasRecord(fileId)) {
-            d->added.insert(fileId);
-        }
-        d->Run(d->added.count(fileId) != 0 ? d->add : d->change, fileId, key, value);
-        d->known.Note(fileId, key, value);
-    });
+    if (d->changedId != fileId) {
+        d->Flush();
+        d->changedId = fileId;
+    }
+    if (!d->known.HasRecord(fileId)) {
+        d->added.insert(fileId);
+    }
+    d->change[key] = value;
+    d->known.Note(fileId, key, value);
 }
 
 std::map<std::string, std::map<std::string, std::string>> SqliteCloudInfoStorage::ReadAll()
 {
-    std::map<std::string, std::map<std::string, std::string>> records;
-    auto record = records.end();
+    d->Flush();
+    std::map<std::string, Fields> records;
     d->known.Clear();
     try {
-        // The rows come sorted, so that every field belongs to the end of the last record or begins a new one.
         while (d->readAll.Step()) {
             const std::string id(d->readAll.Bytes(0));
             if (d->removed.count(id) != 0 && !d->connection->InTransaction()) {
                 continue;
             }
-            if (record == records.end() || record->first != id) {
-                record = records.emplace_hint(records.end(), id, std::map<std::string, std::string>());
+            const auto record = records.emplace_hint(records.end(), id, Decoded(d->readAll.Bytes(1)));
+            for (const auto& [key, value] : record->second) {
+                d->known.Note(id, key, value);
             }
-            auto& fields = record->second;
-            const auto field = fields.emplace_hint(fields.end(), d->readAll.Bytes(1), d->readAll.Bytes(2));
-            d->known.Note(id, field->first, field->second);
         }
     } catch (const SqliteError& error) {
         throw Problem(d->file, error);
@@ -331,6 +412,7 @@ void SqliteCloudInfoStorage::DropCopy(const std::string& path)
 
 void SqliteCloudInfoStorage::Commit()
 {
+    d->Flush();
     if (!d->copies.empty()) {
         d->Write([this] { d->WriteCopies(); });
     } else if (!d->removed.empty()) {

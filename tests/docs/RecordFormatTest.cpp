@@ -9,6 +9,7 @@
 #include <NorlisTestKit/RecordingStore.h>
 #include <NorlisTestKit/Records.h>
 
+#include <QDataStream>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
@@ -142,7 +143,14 @@ TEST_F(RecordFormatTest, SchemaInThePageIsThatOfAStore)
     EXPECT_EQ(schema[0].simplified(), ask("SELECT sql FROM sqlite_master WHERE type = 'table'").simplified());
     EXPECT_EQ(Matches(Page(), "^PRAGMA application_id = (\\d+);"), QStringList(ask("PRAGMA application_id")));
     EXPECT_EQ(Matches(Page(), "^PRAGMA user_version = (\\d+);"), QStringList(ask("PRAGMA user_version")));
-    EXPECT_EQ(ask("SELECT value FROM records"), "plan.pdf");
+
+    QDataStream fields(QByteArray::fromHex(ask("SELECT hex(fields) FROM records").toLatin1()));
+    QByteArray key;
+    QByteArray value;
+    fields >> key >> value;
+    EXPECT_EQ(key, "file_name");
+    EXPECT_EQ(value, "plan.pdf");
+    EXPECT_TRUE(fields.atEnd());
 }
 
 } // namespace

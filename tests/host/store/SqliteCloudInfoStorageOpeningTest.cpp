@@ -121,7 +121,7 @@ TEST_F(SqliteCloudInfoStorageOpeningTest, StoreWithoutTheEndOfItsLastPageIsRefus
 TEST_F(SqliteCloudInfoStorageOpeningTest, StoreWhoseLogHoldsTheLastPageIsWhole)
 {
     MakeStore();
-    RunSql(file, "PRAGMA wal_autocheckpoint = 0; UPDATE records SET value = CAST(value || 'y' AS BLOB)", true);
+    RunSql(file, "PRAGMA wal_autocheckpoint = 0; UPDATE records SET file_id = CAST(file_id || 'y' AS BLOB)", true);
     ASSERT_TRUE(QFile::resize(file, QFileInfo(file).size() - 100)); // as by a crash while the log is taken over
     EXPECT_EQ(SqliteCloudInfoStorage(file).ReadAll().size(), 1000u);
 }
@@ -131,6 +131,17 @@ TEST_F(SqliteCloudInfoStorageOpeningTest, StoreWithoutItsTableIsRefused)
     MakeStore();
     RunSql(file, "DROP TABLE records");
     ExpectRefused("is damaged");
+}
+
+TEST_F(SqliteCloudInfoStorageOpeningTest, RecordThatIsNotWholeIsReportedByReading)
+{
+    for (const char* const fields : {"x'00'", "x'00000001'", "x'ffffffff'", "x'0000000161'", "x'000000016100000002'",
+                                     "x'0000000161000000026161ff'"}) {
+        QFile::remove(file);
+        SqliteCloudInfoStorage(file).SetValue("a", "name", "A");
+        RunSql(file, QByteArray("UPDATE records SET fields = ") + fields);
+        ExpectRefused("is damaged (a record is not whole)");
+    }
 }
 
 TEST_F(SqliteCloudInfoStorageOpeningTest, DamagedPageIsReportedByReading)
@@ -185,7 +196,7 @@ TEST_F(SqliteCloudInfoStorageOpeningTest, ClosedStoreIsFreeAgain)
 {
     SqliteCloudInfoStorage(file).SetValue("a", "name", "A");
     EXPECT_EQ(Problem(file), "");
-    EXPECT_EQ(RunSql(file, "SELECT CAST(value AS TEXT) FROM records"), "A");
+    EXPECT_EQ(RunSql(file, "SELECT CAST(file_id AS TEXT) FROM records"), "a");
 }
 
 TEST_F(SqliteCloudInfoStorageOpeningTest, MissingFolderIsReported)
