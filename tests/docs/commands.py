@@ -27,6 +27,7 @@ NOT_RUN = {
     "tools/valgrind-tests": "takes longer than everything else",
     "tools/thread-sanitizer": "takes longer than everything else",
     "tools/fresh-machine": "needs root and another system in a folder",
+    "tools/window-pictures": "has one look taken by the window's tests, and all take minutes",
     "tools/update-abi": "changes what the tests compare with",
 }
 
