@@ -37,6 +37,7 @@ constexpr int maxRemovals = 10;
 constexpr int maxUploadsOfFolders = 50;
 constexpr int maxOpened = 10;
 
+const auto uploadFolderKey = QStringLiteral("uploadFolder"); // where files were chosen last
 const auto downloadFolderKey = QStringLiteral("downloadFolder");
 
 } // namespace
@@ -55,7 +56,7 @@ DocumentCommands::DocumentCommands(const Parts& parts, QWidget& widget)
     connect(&parts.session, &Host::CloudSession::Failed, this, &DocumentCommands::OnFailed);
     connect(&parts.session, &Host::CloudSession::ListRefreshed, this, &DocumentCommands::OnListRefreshed);
     connect(&changes, &UnsentChanges::UploadChosen, this, &DocumentCommands::ReplaceInCloud);
-    connect(&changes, &UnsentChanges::UploadAsNewChosen, this, [this](const QString& path) { UploadNew({path}); });
+    connect(&changes, &UnsentChanges::UploadAsNewChosen, this, &DocumentCommands::UploadNew);
 }
 
 DocumentCommands::~DocumentCommands()
@@ -71,10 +72,16 @@ DocumentCommands::~DocumentCommands()
 
 void DocumentCommands::ChooseUploads()
 {
-    const auto dialog = new QFileDialog(&widget, tr("Upload PDF Documents"), {}, tr("PDF documents (*.pdf *.PDF)"));
+    const QString usual = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    const auto dialog =
+        new QFileDialog(&widget, tr("Upload PDF Documents"), parts.settings.value(uploadFolderKey, usual).toString(),
+                        tr("PDF documents (*.pdf *.PDF)"));
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setFileMode(QFileDialog::ExistingFiles);
-    connect(dialog, &QFileDialog::filesSelected, this, &DocumentCommands::Upload);
+    connect(dialog, &QFileDialog::filesSelected, this, [this](const QStringList& paths) {
+        parts.settings.setValue(uploadFolderKey, QFileInfo(paths.first()).path());
+        Upload(paths);
+    });
     dialog->open();
 }
 
@@ -90,11 +97,28 @@ void DocumentCommands::Paste()
 
 void DocumentCommands::OfferUpload(const QStringList& paths)
 {
-    QStringList names;
+    QStringList missing;
+    QStringList all = uploadQuestion ? askedUploads : QStringList();
     for (const QString& path : paths) {
+        if (!QFileInfo::exists(path)) {
+            missing.append(Apps::Printable(QDir::toNativeSeparators(path)));
+        } else if (!all.contains(path)) {
+            all.append(path);
+        }
+    }
+    if (!missing.isEmpty()) {
+        parts.message.Show(Topic::files, tr("There is no file %1.").arg(SomeOf(missing)), {});
+    }
+    if (all.isEmpty() || (uploadQuestion && all == askedUploads)) {
+        return;
+    }
+    delete uploadQuestion; // one question about all, instead of one behind the other
+    QStringList names;
+    for (const QString& path : qAsConst(all)) {
         names.append(Apps::Printable(QFileInfo(path).fileName()));
     }
-    AskToUpload(widget, names, [this, paths] { Upload(paths); });
+    askedUploads = all;
+    uploadQuestion = &AskToUpload(widget, names, [this, all] { Upload(all); });
 }
 
 void DocumentCommands::Upload(const QStringList& paths)
@@ -278,8 +302,11 @@ void DocumentCommands::OnFetched(const QString& path)
 void DocumentCommands::OpenFile(const QString& path)
 {
     parts.session.WatchLocalCopy(path);
-    if (!QDesktopServices::openUrl(QUrl::fromLocalFile(path))) {
-        parts.message.Show(Topic::files, tr("“%1” cannot be opened.").arg(Apps::Printable(QFileInfo(path).fileName())),
+    if (QDesktopServices::openUrl(QUrl::fromLocalFile(path))) {
+        parts.message.Close(Topic::opening);
+    } else {
+        parts.message.Show(Topic::opening,
+                           tr("“%1” cannot be opened.").arg(Apps::Printable(QFileInfo(path).fileName())),
                            tr("No program for opening PDF documents was found. The document is at %1.")
                                .arg(QDir::toNativeSeparators(path)));
     }
@@ -395,8 +422,14 @@ QString DocumentCommands::VersionsText(const QString& id) const
     if (!facts || !file.exists()) {
         return {};
     }
-    return tr("Here: %1, %2").arg(SizeText(file.size()), DateText(file.lastModified())) + '\n' +
-           tr("In the cloud: %1, %2").arg(SizeText(static_cast<qint64>(facts->size)), DateText(facts->modifiedAt));
+    const auto marked = [](const QString& text, const QDateTime& time, const QDateTime& other) {
+        return time.toSecsSinceEpoch() > other.toSecsSinceEpoch() ? tr("%1 (newer)").arg(text) : text;
+    };
+    const QDateTime here = file.lastModified();
+    const QDateTime there = facts->modifiedAt;
+    return marked(tr("Here: %1, %2").arg(SizeText(file.size()), DateText(here)), here, there) + '\n' +
+           marked(tr("In the cloud: %1, %2").arg(SizeText(static_cast<qint64>(facts->size)), DateText(there)), there,
+                  here);
 }
 
 void DocumentCommands::OnFailed(const Host::CloudProblem& problem)
@@ -444,11 +477,12 @@ void DocumentCommands::Remove()
     if (ids.isEmpty()) {
         return;
     }
-    if (ids.size() <= maxRemovals) {
+    const int changed = ChangedHere().size();
+    if (ids.size() <= maxRemovals && changed == 0) {
         RemoveLater(ids);
         return;
     }
-    AskToRemove(widget, NamesOf(ids), [this, ids, asked = VersionsOf(ids)] {
+    AskToRemove(widget, NamesOf(ids), changed, [this, ids, asked = VersionsOf(ids)] {
         parts.message.Close(Topic::removal);
         const QStringList now = VersionsOf(ids); // see above
         QStringList unchanged;

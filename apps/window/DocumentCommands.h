@@ -8,7 +8,9 @@
 #include <contracts/FileInfo.h>
 
 #include <QHash>
+#include <QMessageBox>
 #include <QObject>
+#include <QPointer>
 #include <QStringList>
 
 class QSettings;
@@ -52,7 +54,7 @@ public:
     void ChooseUploads();
     void Paste();
 
-    /// Uploads them if the user agrees.
+    /// Uploads them if the user agrees, together with those about which the question is open.
     void OfferUpload(const QStringList& paths);
 
     // These act on the selected documents.
@@ -113,9 +115,11 @@ private:
     CopiedDocuments copied;
     UnsentChanges changes;
     PdfSearch search;
-    QHash<QString, QString> older; ///< where what is about to be replaced is, by path of the local copy
-    QStringList offered;           ///< such files that can be opened; deleted at the end
-    QStringList conflicted;        ///< paths of uploads that met another version; asked about when the list is there
+    QHash<QString, QString> older;        ///< where what is about to be replaced is, by path of the local copy
+    QStringList offered;                  ///< such files that can be opened; deleted at the end
+    QPointer<QMessageBox> uploadQuestion; ///< while it is open
+    QStringList askedUploads;             ///< paths that it is about
+    QStringList conflicted; ///< paths of uploads that met another version; asked about when the list is there
 };
 
 } // namespace Norlis::Window

@@ -144,7 +144,8 @@ const DocumentsFilter::Name& DocumentsFilter::NameOf(const QString& text) const
         if (names.size() > 2 * sourceModel()->rowCount() + slack) {
             names.clear(); // drops those of removed documents
         }
-        found = names.insert(text, {collator.sortKey(text), Folded(text)});
+        // Without ".pdf": "plan" comes before "plan (2)".
+        found = names.insert(text, {collator.sortKey(QFileInfo(text).completeBaseName()), Folded(text)});
     }
     return *found;
 }

@@ -228,6 +228,7 @@ void DocumentsPage::ConnectSession()
         UpdateStatus();
         UpdateActions();
     });
+    connect(status, &StatusLine::KeyboardLeft, this, &DocumentsPage::FocusDocuments);
     connect(status, &StatusLine::TryNowChosen, &session, &CloudSession::TryNow);
 }
 
@@ -260,10 +261,34 @@ void DocumentsPage::ConnectDocuments()
         if (areTransfersActive && !wasTransferring) {
             view->NoteSelection();
         } else if (!areTransfersActive) {
-            view->Reveal(std::exchange(added, {}));
+            RevealAdded();
         }
     });
     connect(&transfers, &Transfers::DocumentAdded, this, [this](const QString& id) { added.append(id); });
+}
+
+void DocumentsPage::RevealAdded()
+{
+    const QStringList ids = std::exchange(added, {});
+    if (view->Reveal(ids)) {
+        return;
+    }
+    message->Show(Topic::hidden, tr("What was uploaded does not match the search."), {},
+                  {{tr("Clear Search"),
+                    [this, ids] {
+                        search->clear();
+                        view->Reveal(ids);
+                    }}},
+                  MessageBar::Kind::Notice);
+}
+
+bool DocumentsPage::event(QEvent* event)
+{
+    // The user comes from other programs, in which files may have been changed.
+    if (event->type() == QEvent::WindowActivate && isSignedIn && !IsOffline()) {
+        session.Refresh();
+    }
+    return QWidget::event(event);
 }
 
 void DocumentsPage::ConnectSearch()
@@ -273,6 +298,7 @@ void DocumentsPage::ConnectSearch()
             view->clearSelection(); // what follows is about what is found
         }
         filter.Search(text);
+        message->Close(Topic::hidden);
         if (text.isEmpty() && view->currentIndex().isValid()) {
             view->scrollTo(view->currentIndex());
         } else {
@@ -282,12 +308,15 @@ void DocumentsPage::ConnectSearch()
         UpdateStatus();
         UpdateActions();
     });
-    connect(search, &QLineEdit::returnPressed, this, [this] {
+    const auto goToFound = [this] {
         view->setFocus();
         if (view->SelectedIds().isEmpty()) {
             view->setCurrentIndex(filter.index(0, 0));
         }
-    });
+    };
+    connect(search, &QLineEdit::returnPressed, this, goToFound);
+    const auto down = new QShortcut(Qt::Key_Down, search, nullptr, nullptr, Qt::WidgetShortcut);
+    connect(down, &QShortcut::activated, this, goToFound);
     const auto escape = new QShortcut(Qt::Key_Escape, search, nullptr, nullptr, Qt::WidgetShortcut);
     connect(escape, &QShortcut::activated, this, [this] {
         search->clear();

@@ -66,6 +66,9 @@ signals:
     void SignInRequested();
     void SignOutRequested();
 
+protected:
+    bool event(QEvent* event) override;
+
 private:
     void Arrange();
     QWidget* Tools();
@@ -76,6 +79,8 @@ private:
     void ConnectActions();
     void Restore();
 
+    /// Shows the new documents.
+    void RevealAdded();
     void SetMode(DisplayMode mode);
     void SortBy(int choice);
     void ShowMenu(const QPoint& place, bool isOnDocument);

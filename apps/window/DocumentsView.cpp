@@ -76,10 +76,10 @@ QStringList DocumentsView::SelectedIds() const
     return ids;
 }
 
-void DocumentsView::Reveal(const QStringList& ids)
+bool DocumentsView::Reveal(const QStringList& ids)
 {
     if (ids.isEmpty() || SelectedIds() != noted) {
-        return;
+        return true;
     }
     const QSet<QString> wanted(ids.begin(), ids.end());
     QItemSelection selection;
@@ -89,13 +89,14 @@ void DocumentsView::Reveal(const QStringList& ids)
             selection.select(index, index);
         }
     }
-    if (selection.isEmpty()) { // the search hides them
-        return;
+    if (selection.isEmpty()) {
+        return false;
     }
     const auto first = selection.indexes().first();
     selectionModel()->setCurrentIndex(first, QItemSelectionModel::NoUpdate);
     selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
     scrollTo(first);
+    return true;
 }
 
 void DocumentsView::NoteSelection()

@@ -19,8 +19,9 @@ public:
     /// Ids of the selected documents, in the order of the view.
     QStringList SelectedIds() const;
 
-    /// Selects documents and scrolls to the first, unless the user has selected others since NoteSelection.
-    void Reveal(const QStringList& ids);
+    /// Selects documents and scrolls to the first, unless the user has selected others since NoteSelection. False when
+    /// the search hides them.
+    bool Reveal(const QStringList& ids);
     void NoteSelection();
 
     /// To be called when the preview in that file has changed.

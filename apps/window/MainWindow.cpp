@@ -6,6 +6,7 @@
 
 #include <host/account/ServiceAddress.h>
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QMenuBar>
 #include <QMessageBox>
@@ -168,7 +169,8 @@ void MainWindow::ShowDocuments()
             isRunning || changes > 0,
             isRunning ? tr("Transfers are still running. Sign out anyway?")
                       : tr("%n document(s) have changes that are not in the cloud. Sign out anyway?", nullptr, changes),
-            isRunning ? FateOfTransfers() : QString(), tr("Sign Out"), [this] { SignOut(); });
+            isRunning ? FateOfTransfers() : tr("The changes stay in the files on this computer."), tr("Sign Out"),
+            [this] { SignOut(); });
     });
     // Queued, because the page must not be destroyed while it emits.
     connect(
@@ -200,7 +202,8 @@ void MainWindow::ComeToFront()
 {
     setWindowState(windowState() & ~Qt::WindowMinimized);
     raise();
-    activateWindow();
+    QWidget* const question = QApplication::activeModalWidget(); // which has to keep the keyboard
+    (question ? question : this)->activateWindow();
 }
 
 void MainWindow::OfferUpload(const QStringList& files)
@@ -292,6 +295,7 @@ void MainWindow::closeEvent(QCloseEvent* event)
     }
     if (session && session->HasPendingRemovals() && !isSettled) {
         event->ignore();
+        documents->ShowProblem(tr("The removal is being sent to the cloud."), tr("Then the window closes."));
         setEnabled(false);
         Settle([this] { close(); });
         return;

@@ -11,6 +11,8 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace Norlis::Window {
 
 MessageBar::MessageBar(QWidget* parent)
@@ -19,7 +21,8 @@ MessageBar::MessageBar(QWidget* parent)
       text(new QLabel),
       details(new QLabel),
       showDetails(new QToolButton),
-      buttonRow(new QHBoxLayout)
+      buttonRow(new QHBoxLayout),
+      close(new QToolButton)
 {
     setObjectName("message");
     setFrameShape(StyledPanel);
@@ -41,7 +44,6 @@ MessageBar::MessageBar(QWidget* parent)
     showDetails->setAutoRaise(true);
     showDetails->setCheckable(true);
     connect(showDetails, &QToolButton::toggled, details, &QWidget::setVisible);
-    const auto close = new QToolButton;
     close->setIcon(GlyphIcon(Glyph::Cancel));
     close->setAutoRaise(true);
     close->setToolTip(tr("Close the message"));
@@ -56,62 +58,95 @@ MessageBar::MessageBar(QWidget* parent)
     layout->addWidget(showDetails);
     layout->addLayout(buttonRow);
     layout->addWidget(close);
-    connect(close, &QToolButton::clicked, this, [this] { Close(topic); });
+    connect(close, &QToolButton::clicked, this, [this] { Close(messages.front().topic); });
     hide();
 }
 
-void MessageBar::Show(const QString& newTopic, const QString& title, const QString& detail,
+void MessageBar::Show(const QString& topic, const QString& title, const QString& detail,
                       const QVector<Remedy>& remedies, Kind kind)
 {
-    topic = newTopic;
-    const auto picture = kind == Kind::Problem ? QStyle::SP_MessageBoxWarning : QStyle::SP_MessageBoxInformation;
-    const int edge = style()->pixelMetric(QStyle::PM_SmallIconSize);
-    icon->setPixmap(style()->standardIcon(picture).pixmap(edge, edge));
-    text->setText(detail.isEmpty() ? title : title + ' ' + detail);
-    text->setAccessibleName(text->text());
-    SetDetails({});
+    Take(topic);
+    messages.insert(kind == Kind::Reminder ? messages.end() : messages.begin(),
+                    {topic, detail.isEmpty() ? title : title + ' ' + detail, {}, remedies, kind});
+    ShowFirst();
+}
+
+void MessageBar::SetDetails(const QString& newDetails)
+{
+    messages.front().details = newDetails;
+    ShowDetails(newDetails);
+}
+
+void MessageBar::Close(const QString& topic)
+{
+    if (!Has(topic)) {
+        return;
+    }
+    const bool hadKeyboard = isAncestorOf(QApplication::focusWidget());
+    Take(topic);
+    ShowFirst();
+    if (hadKeyboard) {
+        emit KeyboardLeft();
+    }
+}
+
+bool MessageBar::Has(const QString& topic) const
+{
+    return std::any_of(messages.begin(), messages.end(),
+                       [&topic](const Message& message) { return message.topic == topic; });
+}
+
+void MessageBar::Take(const QString& topic)
+{
+    messages.erase(std::remove_if(messages.begin(), messages.end(),
+                                  [&topic](const Message& message) { return message.topic == topic; }),
+                   messages.end());
+}
+
+void MessageBar::ShowFirst()
+{
     for (const auto old : qAsConst(buttons)) {
         old->hide();
         old->deleteLater(); // it may have been clicked just now
     }
     buttons.clear();
-    for (const Remedy& remedy : remedies) {
+    if (messages.empty()) {
+        hide();
+        return;
+    }
+    const Message& message = messages.front();
+    const bool isNew = isHidden() || text->text() != message.text;
+    const auto picture =
+        message.kind == Kind::Problem ? QStyle::SP_MessageBoxWarning : QStyle::SP_MessageBoxInformation;
+    const int edge = style()->pixelMetric(QStyle::PM_SmallIconSize);
+    icon->setPixmap(style()->standardIcon(picture).pixmap(edge, edge));
+    text->setText(message.text);
+    text->setAccessibleName(message.text);
+    ShowDetails(message.details);
+    for (const Remedy& remedy : message.remedies) {
         const auto button = new QPushButton(remedy.text);
-        connect(button, &QPushButton::clicked, this, [this, action = remedy.action] {
+        connect(button, &QPushButton::clicked, this, [this, topic = message.topic, action = remedy.action] {
             Close(topic);
             action();
         });
         buttonRow->addWidget(button);
+        setTabOrder(buttons.isEmpty() ? static_cast<QWidget*>(showDetails) : buttons.last(), button);
         buttons.append(button);
     }
+    setTabOrder(buttons.isEmpty() ? static_cast<QWidget*>(showDetails) : buttons.last(), close);
     show();
-    QAccessibleEvent event(text, QAccessible::Alert);
-    QAccessible::updateAccessibility(&event);
+    if (isNew) {
+        QAccessibleEvent event(text, QAccessible::Alert);
+        QAccessible::updateAccessibility(&event);
+    }
 }
 
-void MessageBar::SetDetails(const QString& newDetails)
+void MessageBar::ShowDetails(const QString& newDetails)
 {
     details->setText(newDetails);
     details->hide();
     showDetails->setChecked(false);
     showDetails->setVisible(!newDetails.isEmpty());
-}
-
-void MessageBar::Close(const QString& closed)
-{
-    if (closed == topic) {
-        topic.clear();
-        const bool hadKeyboard = isAncestorOf(QApplication::focusWidget());
-        hide();
-        if (hadKeyboard) {
-            emit KeyboardLeft();
-        }
-    }
-}
-
-QString MessageBar::Shown() const
-{
-    return topic;
 }
 
 } // namespace Norlis::Window

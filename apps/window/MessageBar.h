@@ -4,6 +4,7 @@
 #include <QVector>
 
 #include <functional>
+#include <vector>
 
 class QHBoxLayout;
 class QLabel;
@@ -17,24 +18,30 @@ namespace Topic {
 const auto files = QStringLiteral("files");
 const auto edited = QStringLiteral("edited");
 const auto fetched = QStringLiteral("fetched");
+const auto hidden = QStringLiteral("hidden");
 const auto left = QStringLiteral("left");
 const auto list = QStringLiteral("list");
 const auto loss = QStringLiteral("loss");
+const auto opening = QStringLiteral("opening");
 const auto removal = QStringLiteral("removal");
 const auto save = QStringLiteral("save");
 const auto signIn = QStringLiteral("signIn");
 const auto undo = QStringLiteral("undo");
 } // namespace Topic
 
-/// Shows one problem or notice above what it concerns, and offers remedies. It takes no focus and stays until it is
-/// closed or until what failed succeeds.
+/// Shows one problem or notice above what it concerns, and offers remedies. It takes no focus. A message stays until it
+/// is closed or until what failed succeeds; the ones that it hides come back then.
 class MessageBar : public QFrame {
     Q_OBJECT
 
 public:
     explicit MessageBar(QWidget* parent = nullptr);
 
-    enum class Kind { Problem, Notice };
+    enum class Kind {
+        Problem,
+        Notice,
+        Reminder ///< a notice that waits behind what is shown already
+    };
 
     /// A button that offers to do something about it.
     struct Remedy {
@@ -42,7 +49,7 @@ public:
         std::function<void()> action; ///< called after the message has been closed
     };
 
-    /// Replaces the current message.
+    /// Takes the place of the message about the same topic.
     /// \param topic to be passed to Close
     void Show(const QString& topic, const QString& title, const QString& detail, const QVector<Remedy>& remedies = {},
               Kind kind = Kind::Problem);
@@ -50,23 +57,36 @@ public:
     /// Gives the message that is shown technical details, which the user sees on request. Empty is none.
     void SetDetails(const QString& newDetails);
 
-    /// Closes the message if it is about that topic.
+    /// Closes the message about that topic, if there is one.
     void Close(const QString& topic);
 
-    /// What the message is about; empty when there is none.
-    QString Shown() const;
+    /// Whether there is a message about that topic, shown or waiting.
+    bool Has(const QString& topic) const;
 
 signals:
     /// A message is closed that had the keyboard.
     void KeyboardLeft();
 
 private:
-    QString topic;
+    struct Message {
+        QString topic;
+        QString text;
+        QString details;
+        QVector<Remedy> remedies;
+        Kind kind = Kind::Problem;
+    };
+
+    void Take(const QString& topic);
+    void ShowFirst();
+    void ShowDetails(const QString& newDetails);
+
+    std::vector<Message> messages; ///< the first one is shown
     QLabel* const icon;
     QLabel* const text;
     QLabel* const details;
     QToolButton* const showDetails;
     QHBoxLayout* const buttonRow;
+    QToolButton* const close;
     QVector<QPushButton*> buttons;
 };
 

@@ -57,9 +57,9 @@ QMessageBox& AskAboutConflicts(QWidget& widget, const QStringList& names, const 
                       "cloud is lost, with Use the Cloud’s the one on this computer.");
     const auto choose = [action](ConflictChoice choice) { return [action, choice] { action(choice); }; };
     return Ask(widget, "conflict", question, (versions.isEmpty() ? SomeOf(names) : versions) + "\n\n" + explanation,
-               {{Questions::tr("Keep Both"), choose(ConflictChoice::KeepBoth)},
-                {Questions::tr("Use Mine"), choose(ConflictChoice::UseMine)},
-                {Questions::tr("Use the Cloud’s"), choose(ConflictChoice::UseCloud)}},
+               {{Questions::tr("&Keep Both"), choose(ConflictChoice::KeepBoth)},
+                {Questions::tr("Use &Mine"), choose(ConflictChoice::UseMine)},
+                {Questions::tr("Use the C&loud’s"), choose(ConflictChoice::UseCloud)}},
                false);
 }
 
@@ -67,8 +67,8 @@ void AskAboutLocalChanges(QWidget& widget, const QString& name, const std::funct
 {
     Ask(widget, "localChanges", Questions::tr("“%1” has changes on this computer that are not in the cloud.").arg(name),
         Questions::tr("With Use the Cloud’s they are lost."),
-        {{Questions::tr("Upload Changes"), [action] { action(ConflictChoice::UseMine); }},
-         {Questions::tr("Use the Cloud’s"), [action] { action(ConflictChoice::UseCloud); }}},
+        {{Questions::tr("&Upload Changes"), [action] { action(ConflictChoice::UseMine); }},
+         {Questions::tr("Use the C&loud’s"), [action] { action(ConflictChoice::UseCloud); }}},
         false);
 }
 
@@ -79,34 +79,42 @@ void AskAboutTakenNames(QWidget& widget, const QStringList& names, const std::fu
                                  : Questions::tr("There are documents with the names of %n files in the cloud already.",
                                                  nullptr, names.size());
     Ask(widget, "takenNames", question,
-        Questions::tr("Keep Both gives what is uploaded another name. With Replace the version in the cloud is lost."),
-        {{Questions::tr("Keep Both"), [action] { action(false); }},
-         {Questions::tr("Replace"), [action] { action(true); }}},
+        (names.size() == 1 ? QString() : SomeOf(names) + "\n\n") +
+            Questions::tr(
+                "Keep Both gives what is uploaded another name. With Replace the version in the cloud is lost."),
+        {{Questions::tr("&Keep Both"), [action] { action(false); }},
+         {Questions::tr("&Replace"), [action] { action(true); }}},
         false);
 }
 
-void AskToUpload(QWidget& widget, const QStringList& names, const std::function<void()>& action)
+QMessageBox& AskToUpload(QWidget& widget, const QStringList& names, const std::function<void()>& action)
 {
     const QString question = names.size() == 1 ? Questions::tr("Upload “%1”?").arg(names.first())
                                                : Questions::tr("Upload %n files?", nullptr, names.size());
-    Ask(widget, "confirmUpload", question, {}, {{Questions::tr("Upload"), action}}, false);
+    return Ask(widget, "confirmUpload", question, names.size() == 1 ? QString() : SomeOf(names),
+               {{Questions::tr("&Upload"), action}}, false);
 }
 
 void AskToOpen(QWidget& widget, int number, const std::function<void()>& action)
 {
     Ask(widget, "confirmOpening", Questions::tr("Open %n documents?", nullptr, number), {},
-        {{Questions::tr("Open"), action}}, false);
+        {{Questions::tr("&Open"), action}}, true);
 }
 
-void AskToRemove(QWidget& widget, const QStringList& names, const std::function<void()>& action)
+void AskToRemove(QWidget& widget, const QStringList& names, int changed, const std::function<void()>& action)
 {
     const QString question = names.size() == 1
                                  ? Questions::tr("Remove “%1” from the cloud?").arg(names.first())
                                  : Questions::tr("Remove %n documents from the cloud?", nullptr, names.size());
     Ask(widget, "confirmRemoval", question,
-        SomeOf(names) + "\n\n" +
+        (names.size() == 1 ? QString() : SomeOf(names) + "\n\n") +
+            (changed == 0 ? QString()
+                          : Questions::tr("%n document(s) have changes that are not in the cloud. These will be in the "
+                                          "files on this computer only.",
+                                          nullptr, changed) +
+                                "\n\n") +
             Questions::tr("Copies on this computer are kept. For half a minute, Undo takes it back."),
-        {{Questions::tr("Remove"), action}}, true);
+        {{Questions::tr("&Remove"), action}}, true);
 }
 
 } // namespace Norlis::Window

@@ -28,10 +28,13 @@ void AskAboutLocalChanges(QWidget& widget, const QString& name, const std::funct
 void AskAboutTakenNames(QWidget& widget, const QStringList& names, const std::function<void(bool)>& action);
 
 /// Before files are uploaded that another program has named.
-void AskToUpload(QWidget& widget, const QStringList& names, const std::function<void()>& action);
+QMessageBox& AskToUpload(QWidget& widget, const QStringList& names, const std::function<void()>& action);
+
+/// Before many documents are opened.
+void AskToOpen(QWidget& widget, int number, const std::function<void()>& action);
 
 /// Before documents are removed from the cloud.
-void AskToOpen(QWidget& widget, int number, const std::function<void()>& action);
-void AskToRemove(QWidget& widget, const QStringList& names, const std::function<void()>& action);
+/// \param changed how many of them have changes that are not in the cloud
+void AskToRemove(QWidget& widget, const QStringList& names, int changed, const std::function<void()>& action);
 
 } // namespace Norlis::Window

@@ -60,7 +60,11 @@ StatusLine::StatusLine(QWidget* parent)
 void StatusLine::Show(const Situation& newSituation)
 {
     situation = newSituation;
+    const bool hadKeyboard = tryNow->hasFocus();
     tryNow->setVisible(situation.isOffline);
+    if (hadKeyboard && !situation.isOffline) {
+        emit KeyboardLeft();
+    }
     if (situation.isOffline) {
         countdown.start();
     } else {

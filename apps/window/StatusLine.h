@@ -43,6 +43,9 @@ public:
 signals:
     void TryNowChosen();
 
+    /// The button goes that had the keyboard.
+    void KeyboardLeft();
+
 private:
     void Update();
     QString OnlineText() const;

@@ -1,6 +1,7 @@
 #include "UnsentChanges.h"
 
 #include "MessageBar.h"
+#include "Texts.h"
 #include "Transfers.h"
 
 #include <apps/common/PrintableText.h>
@@ -23,7 +24,8 @@ constexpr int updateInterval = 300; // milliseconds
 } // namespace
 
 UnsentChanges::UnsentChanges(CloudSession& session, const Model& model, const Transfers& transfers, MessageBar& message)
-    : model(model),
+    : session(session),
+      model(model),
       transfers(transfers),
       message(message)
 {
@@ -70,16 +72,12 @@ void UnsentChanges::Tell()
     const auto [ids, conflicts] = Find();
     const QSet<QString> known(ids.begin(), ids.end());
     const bool isNews = !told.contains(known);
-    const bool isShown = message.Shown() == Topic::edited;
     if (ids.isEmpty()) {
         message.Close(Topic::edited);
     }
-    if (ids.isEmpty() || (!isNews && !isShown)) { // the user has closed it
+    if (ids.isEmpty() || (!isNews && !message.Has(Topic::edited))) { // the user has closed it
         told = known;
         return;
-    }
-    if (!isShown && !message.Shown().isEmpty()) {
-        return; // what is shown comes first
     }
     told = known;
     const bool isConflict = ids.size() == 1 && conflicts == 1;
@@ -89,14 +87,38 @@ void UnsentChanges::Tell()
                              : tr("%n documents have changes that are not in the cloud.", nullptr, ids.size());
     message.Show(Topic::edited, text, {},
                  {{isConflict ? tr("Resolve…") : tr("Upload Changes"), [this, ids = ids] { emit UploadChosen(ids); }}},
-                 MessageBar::Kind::Notice);
+                 MessageBar::Kind::Reminder);
 }
 
 void UnsentChanges::OnCopyLeft(const QString& path)
 {
-    message.Show(Topic::left, tr("“%1” is no longer in the cloud.").arg(Apps::Printable(QFileInfo(path).fileName())),
-                 tr("Your changes to it are in the file %1.").arg(Apps::Printable(QDir::toNativeSeparators(path))),
-                 {{tr("Upload as New"), [this, path] { emit UploadAsNewChosen(path); }}}, MessageBar::Kind::Problem);
+    if (!message.Has(Topic::left)) {
+        left.clear(); // the user has closed it
+    }
+    left.removeOne(path);
+    left.append(path);
+    TellOfCopiesLeft();
+}
+
+void UnsentChanges::TellOfCopiesLeft()
+{
+    const bool isOnlyOne = left.size() == 1;
+    QStringList places;
+    for (const QString& path : qAsConst(left)) {
+        places.append(Apps::Printable(QDir::toNativeSeparators(path)));
+    }
+    message.Show(Topic::left,
+                 isOnlyOne
+                     ? tr("“%1” is no longer in the cloud.").arg(Apps::Printable(QFileInfo(left.first()).fileName()))
+                     : tr("%n documents with changes of yours are no longer in the cloud.", nullptr, left.size()),
+                 isOnlyOne ? tr("Your changes to it are in the file %1.").arg(places.first())
+                           : tr("Your changes are in the files %1.").arg(SomeOf(places)),
+                 {{tr("Upload as New"), [this, paths = left] { emit UploadAsNewChosen(paths); }},
+                  {tr("Do Not Tell Again"), [this, paths = left] {
+                       for (const QString& path : paths) {
+                           session.ForgetCopyLeft(path);
+                       }
+                   }}});
 }
 
 QString UnsentChanges::NameOf(const QString& id) const

@@ -29,7 +29,7 @@ public:
 
 signals:
     void UploadChosen(const QStringList& ids);
-    void UploadAsNewChosen(const QString& path);
+    void UploadAsNewChosen(const QStringList& paths);
 
 private:
     struct Changes {
@@ -41,13 +41,16 @@ private:
     Changes Find() const;
     void Tell();
     void OnCopyLeft(const QString& path);
+    void TellOfCopiesLeft();
     QString NameOf(const QString& id) const;
 
+    Host::CloudSession& session;
     const Host::CloudDocumentsModel& model;
     const Transfers& transfers;
     MessageBar& message;
     QTimer update;      ///< combines many changes into one message
     QSet<QString> told; ///< ids of the documents of which the user knows
+    QStringList left;   ///< paths of files whose documents are gone
 };
 
 } // namespace Norlis::Window

@@ -3,6 +3,7 @@
 #include "Glyphs.h"
 #include "MessageBar.h"
 
+#include <apps/common/PrintableText.h>
 #include <host/account/CloudAccount.h>
 #include <host/account/ServiceAddress.h>
 
@@ -16,6 +17,7 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QScrollArea>
+#include <QStandardPaths>
 #include <QVBoxLayout>
 
 #include <stdexcept>
@@ -137,7 +139,7 @@ QWidget* WelcomePage::FolderChoice()
     row->addWidget(browse);
     const auto layout = new QVBoxLayout(box);
     layout->addWidget(
-        Hint(tr("This can be a folder that another program synchronises, a folder on a network drive, or a new one. If "
+        Hint(tr("This can be a folder that another program synchronizes, a folder on a network drive, or a new one. If "
                 "it does not exist, it will be created.")));
     layout->addLayout(row);
     layout->addWidget(useFolder, 0, Qt::AlignRight);
@@ -242,6 +244,13 @@ void WelcomePage::ChooseFolder()
     }
     if (QFileInfo(path).isFile()) {
         ShowProblem(tr("This is not a folder."), tr("There is a file with that name. Choose a folder."));
+        return;
+    }
+    const QString parent = QFileInfo(path).path();
+    if (!QFileInfo::exists(path) && !QFileInfo::exists(parent) &&
+        parent != QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)) {
+        ShowProblem(tr("There is no folder %1.").arg(Apps::Printable(QDir::toNativeSeparators(parent))),
+                    tr("Check the path, or create that folder first."));
         return;
     }
     if (!QDir().mkpath(path)) {

@@ -161,6 +161,7 @@ CloudSession::Private::Private(CloudSession& session, const QString& dataFolder,
     connect(&slices, &QTimer::timeout, &slices, [this] { WorkForASlice(); });
     Later(&documents, [this] { SweepViewed(); });
     documents.TellOfCopiesLeft([this](const QString& path) { emit this->session.CopyLeftBehind(path); });
+    connect(&session, &CloudSession::ListRefreshed, &documents, [this] { documents.LookAtCopiesLeft(); });
 }
 
 ListState CloudSession::Private::State()
@@ -369,6 +370,11 @@ void CloudSession::ReadLocalCopy(const QString& path)
         }
     };
     d->hashes->Prepare({normalizedPath}, &d->documents, show, Md5HashCalculator::Reading::Always);
+}
+
+void CloudSession::ForgetCopyLeft(const QString& path)
+{
+    d->documents.ForgetCopyLeft(path);
 }
 
 void CloudSession::WatchLocalCopy(const QString& path)

@@ -120,6 +120,9 @@ public:
     /// in LocalCopyRead.
     void ReadLocalCopy(const QString& path);
 
+    /// The user wants to hear of it no more, see CopyLeftBehind. The file stays.
+    void ForgetCopyLeft(const QString& path);
+
     /// Has an eye on the local copy of a document, which is open in another program, until the session ends: each time
     /// it is saved with changes, LocalCopyChanged. The list shows the copy then.
     void WatchLocalCopy(const QString& path);
@@ -264,7 +267,8 @@ signals:
     void DocumentRemoved(const QString& id);
 
     /// The document of this local copy is no longer in the cloud, and the copy has changes that never were. It stays
-    /// where it is, and belongs to no document any more: Upload makes it a new one.
+    /// where it is, and belongs to no document any more: Upload makes it a new one. Told again after the first list of
+    /// each session, for a month or until ForgetCopyLeft.
     void CopyLeftBehind(const QString& path);
 
     /// By RemoveLater and UndoRemoval, and when a removal has failed. For CloudDocumentsModel::SetHidden.

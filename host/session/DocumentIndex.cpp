@@ -9,7 +9,10 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
+#include <iterator>
 #include <limits>
+#include <utility>
 
 namespace Norlis::Host {
 
@@ -95,6 +98,9 @@ DocumentIndex::DocumentIndex(const QString& file, const PictureFolder& pictures,
       copies(storage),
       list(std::make_unique<PDF::Cloud::NorlisCloudFilesManager>(listStorage, fileSystem, listHashes))
 {
+    const auto paths = copies.Paths();
+    std::copy_if(paths.begin(), paths.end(), std::back_inserter(leftEarlier),
+                 [this](const QString& path) { return copies.At(path)->lostAt != 0; });
     auto stored = listStorage->TakeRest();
     entries.reserve(list->FilesCount());
     for (int index = list->FilesCount() - 1; index >= 0; --index) {
@@ -503,6 +509,22 @@ void DocumentIndex::LookAtCopyLeft(const QString& path, const std::string& syncH
 void DocumentIndex::TellOfCopiesLeft(std::function<void(const QString&)> tell)
 {
     onCopyLeft = std::move(tell);
+}
+
+void DocumentIndex::LookAtCopiesLeft()
+{
+    for (const auto& path : std::exchange(leftEarlier, {})) {
+        if (const auto copy = copies.At(path); copy && copy->lostAt != 0) {
+            LookAtCopyLeft(path, copy->syncHash);
+        }
+    }
+}
+
+void DocumentIndex::ForgetCopyLeft(const QString& path)
+{
+    if (const auto copy = copies.At(path); copy && copy->lostAt != 0) {
+        copies.Drop(path);
+    }
 }
 
 void DocumentIndex::Forget(const QString& id)

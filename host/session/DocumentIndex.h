@@ -60,6 +60,10 @@ public:
     /// Of local copies with changes that are not in the cloud, some time after their document has left the list.
     void TellOfCopiesLeft(std::function<void(const QString& path)> tell);
 
+    /// The same of those whose documents left it in an earlier session, and have not come back. Once.
+    void LookAtCopiesLeft();
+    void ForgetCopyLeft(const QString& path);
+
     /// For views; it is changed through the index only.
     PDF::AbstractFileManager& List();
 
@@ -203,6 +207,7 @@ private:
     QMultiHash<QString, QString> missingCopies; ///< ids by path, of copies that were not there at the start
     QHash<QString, int> transfers;
     std::function<void(const QString&)> onCopyLeft;
+    QStringList leftEarlier; ///< paths of copies whose documents had left the list before it was loaded
     Lifetime lifetime;
 };
 

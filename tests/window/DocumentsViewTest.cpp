@@ -157,10 +157,32 @@ TEST_F(DocumentsViewTest, TheLineAtTheBottomTellsHowMuchIsSelected)
     EXPECT_TRUE(Status().startsWith("2 documents · as of")) << qPrintable(Status());
 }
 
+TEST_F(DocumentsViewTest, NumberedNamesFollowTheOneWithoutANumber)
+{
+    for (const char* const name : {"plan (10).pdf", "plan (2).pdf", "plan.pdf"}) {
+        PutIntoCloud(name, PdfOfColor(Qt::red));
+    }
+    OpenCloud();
+    EXPECT_TRUE(Shows({"plan.pdf", "plan (2).pdf", "plan (10).pdf"}));
+}
+
+TEST_F(DocumentsViewTest, WhatIsUploadedDuringASearchThatHidesItIsShownOnRequest)
+{
+    PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
+    OpenCloud();
+    ASSERT_TRUE(Shows({"a.pdf"}));
+    Type(Find<QLineEdit>("search"), "a");
+    Drop({LocalFile("b.pdf", PdfOfColor(Qt::blue))});
+    ASSERT_TRUE(WaitUntil([&] { return Message() == "What was uploaded does not match the search."; }));
+    ClickButton("Clear Search");
+    EXPECT_TRUE(Shows({"a.pdf", "b.pdf"}));
+    EXPECT_TRUE(WaitUntil([&] { return Documents()->currentIndex().row() == 1; }));
+}
+
 TEST_F(DocumentsViewTest, ALongNameHasTwoLines)
 {
     const QString begin = "Minutes of the General Assembly ";
-    const QStringList names = {begin + "in May, second.pdf", begin + "in May.pdf"};
+    const QStringList names = {begin + "in May.pdf", begin + "in May, second.pdf"};
     for (const QString& name : names) {
         PutIntoCloud(name, PdfOfColor(Qt::red));
     }

@@ -1,5 +1,6 @@
 #include "WindowTest.h"
 
+#include <QApplication>
 #include <QDesktopServices>
 #include <QDir>
 #include <QFileInfo>
@@ -82,6 +83,29 @@ TEST_F(OpeningTest, WhatIsSavedInAnotherProgramCanBeSentAtOnce)
     EXPECT_TRUE(WaitUntil([&] { return ReadFile(Cloud("a.pdf")) == changed; }));
     EXPECT_TRUE(IsUpToDate("a.pdf"));
     EXPECT_TRUE(WaitUntil([&] { return Message() == ""; }));
+}
+
+TEST_F(OpeningTest, WhatWasToldBeforeAnotherMessageIsToldAgainAfterIt)
+{
+    ASSERT_NO_FATAL_FAILURE(OpenFromCloud());
+    PutIntoCloud("b.pdf", PdfOfColor(Qt::blue));
+    ASSERT_TRUE(Shows({"a.pdf", "b.pdf"}));
+    WriteFile(opened.paths.first(), PdfOfText("changed"));
+    ASSERT_TRUE(WaitUntil([&] { return Message() == "“a.pdf” was changed."; }));
+    Select({"b.pdf"});
+    QTest::keyClick(Documents(), Qt::Key_Delete);
+    EXPECT_EQ(Message(), "“b.pdf” was removed.");
+    ClickButton("Undo");
+    EXPECT_EQ(Message(), "“a.pdf” was changed.");
+}
+
+TEST_F(OpeningTest, ChangesOfAnotherProgramAreSeenWhenTheUserComesBack)
+{
+    ASSERT_NO_FATAL_FAILURE(OpenWithLocalCopy());
+    WriteFile(Local("downloads/a.pdf"), PdfOfText("changed"));
+    QEvent activation(QEvent::WindowActivate);
+    QApplication::sendEvent(window->findChild<QWidget*>("documentsPage"), &activation);
+    EXPECT_TRUE(WaitUntil([&] { return StateOf("a.pdf") == static_cast<int>(State::ChangedLocally); }));
 }
 
 TEST_F(OpeningTest, WhatIsSavedAfterItsDocumentHasGoneCanBecomeANewOne)

@@ -7,6 +7,7 @@
 #include <host/CloudDocumentsModel.h>
 
 #include <QAction>
+#include <QApplication>
 #include <QListView>
 #include <QMessageBox>
 #include <QPushButton>
@@ -171,10 +172,38 @@ TEST_F(QuestionsTest, ATakenNameIsAskedAbout)
     EXPECT_EQ(Names().filter("b").size(), 1);
 }
 
+TEST_F(QuestionsTest, FilesOfSeveralStartsAreAskedAboutTogetherAndTheQuestionKeepsTheKeyboard)
+{
+    OpenCloud();
+    ASSERT_TRUE(WaitUntil([&] { return Action("Upload…")->isEnabled(); }));
+    window->OfferUpload({LocalFile("a.pdf", ours)});
+    window->ComeToFront();
+    window->OfferUpload({LocalFile("b.pdf", theirs), Local("a.pdf")});
+    window->ComeToFront();
+    ASSERT_TRUE(WaitUntil([&] { return Questions().size() == 1; }));
+    EXPECT_EQ(Questions().first()->text(), "Upload 2 files?");
+    EXPECT_TRUE(WaitUntil([&] { return QApplication::activeWindow() == Questions().first(); }));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    EXPECT_TRUE(Shows({"a.pdf", "b.pdf"}));
+}
+
+TEST_F(QuestionsTest, NobodyIsAskedAboutAFileThatIsNotThere)
+{
+    OpenCloud();
+    ASSERT_TRUE(WaitUntil([&] { return Action("Upload…")->isEnabled(); }));
+    window->OfferUpload({Local("no such.pdf")});
+    EXPECT_TRUE(Questions().isEmpty());
+    EXPECT_EQ(Message(), "There is no file " + Local("no such.pdf") + ".");
+}
+
 TEST_F(QuestionsTest, AVersionThatCameAfterTheRemovalIsNotRemoved)
 {
     ASSERT_NO_FATAL_FAILURE(OpenWithConflict());
     QTest::keyClick(Documents(), Qt::Key_Delete);
+    ASSERT_EQ(Questions().size(), 1);
+    EXPECT_THAT(Questions().first()->informativeText().toStdString(),
+                testing::HasSubstr("1 document has changes that are not in the cloud."));
+    Answer("Remove");
     ASSERT_TRUE(Shows({}));
     PutIntoCloud("a.pdf", newer);
     Refresh();

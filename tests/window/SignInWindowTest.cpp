@@ -36,10 +36,10 @@ TEST_F(SignInWindowTest, TheFirstStartExplainsItselfAndOffersAFolder)
     ASSERT_TRUE(IsWelcome());
     EXPECT_THAT(Find<QLineEdit>("folder")->text().toStdString(), HasSubstr("Cloud Documents"));
     EXPECT_FALSE(Find<QListView>("documents"));
-    Type(Find<QLineEdit>("folder"), Local("new/cloud"));
+    Type(Find<QLineEdit>("folder"), Local("new"));
     ClickButton("Use This Folder");
     ASSERT_TRUE(WaitUntil([&] { return Find<QWidget>("emptyPage") && Action("Upload…")->isEnabled(); }));
-    EXPECT_TRUE(QDir(Local("new/cloud")).exists());
+    EXPECT_TRUE(QDir(Local("new")).exists());
     Close();
     Open();
     EXPECT_FALSE(IsWelcome());
@@ -140,6 +140,15 @@ TEST_F(SignInWindowTest, AFileIsNotTakenForAFolder)
     ClickButton("Use This Folder");
     EXPECT_THAT(Message().toStdString(), HasSubstr("There is a file with that name"));
     EXPECT_TRUE(IsWelcome());
+}
+
+TEST_F(SignInWindowTest, AFolderInAFolderThatDoesNotExistIsNotMade)
+{
+    Open();
+    Type(Find<QLineEdit>("folder"), Local("mistyped/cloud"));
+    ClickButton("Use This Folder");
+    EXPECT_EQ(Message(), "There is no folder " + Local("mistyped") + ". Check the path, or create that folder first.");
+    EXPECT_FALSE(QDir(Local("mistyped")).exists());
 }
 
 TEST_F(SignInWindowTest, WhatCannotBeAnAddressIsRefusedBeforeAnybodyIsAsked)

@@ -50,6 +50,34 @@ TEST_F(CloudSessionFolderTest, ACopyWithChangesWhoseDocumentIsGoneIsMentioned)
     EXPECT_EQ(left.count(), 1);
 }
 
+TEST_F(CloudSessionFolderTest, ACopyWithChangesWhoseDocumentIsGoneIsMentionedAtEachStartUntilItIsForgotten)
+{
+    Put("plan.pdf", "plan");
+    Put("bill.pdf", "bill");
+    RefreshNow();
+    for (const char* const name : {"plan.pdf", "bill.pdf"}) {
+        session->Download(IdOf(name), QFileInfo(PathOf(name)).path());
+        ASSERT_TRUE(WaitForEvent(std::string("DocumentDownloaded")));
+        Events();
+    }
+    Write("plan.pdf", "a better plan");
+    ASSERT_TRUE(QFile::remove(cloud + "/plan.pdf") && QFile::remove(cloud + "/bill.pdf"));
+    RefreshNow();
+    const auto mentioned = [this](int milliseconds) {
+        Reopen();
+        SignIn();
+        QSignalSpy left(session.get(), &Host::CloudSession::CopyLeftBehind);
+        RefreshNow();
+        RefreshNow();
+        const bool isAny = QTest::qWaitFor([&] { return left.count() > 0; }, milliseconds);
+        return isAny && left.count() == 1 ? left.first().first().toString() : QString();
+    };
+    EXPECT_EQ(mentioned(20'000), PathOf("plan.pdf"));
+    EXPECT_EQ(mentioned(20'000), PathOf("plan.pdf"));
+    session->ForgetCopyLeft(PathOf("plan.pdf"));
+    EXPECT_EQ(mentioned(500), "");
+}
+
 TEST_F(CloudSessionFolderTest, AFolderThatIsGoneIsLookedForEveryFiveSeconds)
 {
     session->StaySignedIn("token");
