@@ -2,6 +2,7 @@
 
 #include "CopiedDocuments.h"
 #include "PdfSearch.h"
+#include "Preferences.h"
 #include "RemovalUndo.h"
 #include "UnsentChanges.h"
 
@@ -11,7 +12,6 @@
 #include <QObject>
 #include <QStringList>
 
-class QSettings;
 class QWidget;
 
 namespace Norlis::Host {
@@ -35,7 +35,7 @@ public:
     /// What the commands need; all of it outlives them.
     struct Parts {
         Host::CloudSession& session;
-        QSettings& settings;
+        Preferences preferences;
         const Host::CloudDocumentsModel& model;
         const DocumentsView& view;
         Transfers& transfers;
@@ -61,12 +61,19 @@ public:
     void Download(const QString& folder = {});
     void ChooseDownloadFolder();
     void Open();
+    void ShowInFolder();
     void UploadChanges();
     void ResolveConflicts();
+
+    /// After a question.
+    void UseCloud();
     void Copy();
     void Remove();
 
     RemovalUndo& Removals();
+
+    /// Whether any of the selected documents has a local copy.
+    bool IsAnyHere() const;
 
     /// Ids of the selected documents whose local copies have changed.
     QStringList ChangedHere() const;
@@ -98,7 +105,6 @@ private:
     void OnFailed(const Host::CloudProblem& problem);
     void OnListRefreshed();
     void OnFetched(const QString& path);
-    QString DownloadFolder() const;
     QStringList NamesOf(const QStringList& ids) const;
 
     /// Of the cloud copies, as the list shows them now.
@@ -107,7 +113,7 @@ private:
     /// Keeps the content of a local copy that is about to be replaced; not if it is on another file system.
     void KeepOlder(const QString& id, const QString& path);
 
-    const Parts parts;
+    Parts parts;
     QWidget& widget;
     RemovalUndo removals;
     CopiedDocuments copied;

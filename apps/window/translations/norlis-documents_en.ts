@@ -82,6 +82,13 @@
             <numerusform>Open %n documents?</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>Use the cloud’s versions of %n documents?</source>
+        <translation>
+            <numerusform>Use the cloud’s version of %n document?</numerusform>
+            <numerusform>Use the cloud’s versions of %n documents?</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>Norlis::Window::RemovalUndo</name>
@@ -121,6 +128,16 @@
         <translation>
             <numerusform>trying again in %n s</numerusform>
             <numerusform>trying again in %n s</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>Norlis::Window::TransferNotice</name>
+    <message numerus="yes">
+        <source>%n failed</source>
+        <translation>
+            <numerusform>%n failed</numerusform>
+            <numerusform>%n failed</numerusform>
         </translation>
     </message>
 </context>
