@@ -293,9 +293,9 @@ PDF::AbstractFileManager& CloudSession::Documents()
     return d->documents.List();
 }
 
-QHash<QString, quint64> CloudSession::LargeSizes() const
+QHash<QString, quint64> CloudSession::CloudSizes() const
 {
-    return d->documents.LargeSizes();
+    return d->documents.CloudSizes();
 }
 
 const CloudFacts* CloudSession::Facts(const QString& id)

@@ -68,9 +68,8 @@ public:
     /// it goes through all documents before it.
     PDF::AbstractFileManager& Documents();
 
-    /// Sizes of the documents in the list that have 4 GiB and more in the cloud, in bytes, by id; of the local copy
-    /// where there is one. For CloudDocumentsModel.
-    QHash<QString, quint64> LargeSizes() const;
+    /// Sizes of the documents in the list, as they are in the cloud, in bytes, by id. For CloudDocumentsModel.
+    QHash<QString, quint64> CloudSizes() const;
 
     /// What the cloud has last told of a document in the list, found at once; null when there is no such document.
     /// Valid until the event loop comes round.
