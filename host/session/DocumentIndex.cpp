@@ -9,7 +9,6 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include <limits>
 
 namespace Norlis::Host {
 
