@@ -39,7 +39,7 @@ DocumentsPage::DocumentsPage(CloudSession& session, QSettings& settings, QWidget
     : QWidget(parent),
       session(session),
       settings(settings),
-      model(session.Documents(), session.LargeSizes()),
+      model(session.Documents(), session.CloudSizes()),
       transfers(session),
       actions(*this),
       tools(new FittingToolBar),
