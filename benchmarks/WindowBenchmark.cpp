@@ -192,14 +192,14 @@ void Search(benchmark::State& state)
 
 void Sort(benchmark::State& state)
 {
-    using Order = Window::DocumentsFilter::Order;
+    using Window::Column;
     Desk& desk = TheDesk();
     desk.view.show();
     double longest = 0;
     for ([[maybe_unused]] auto _ : state) {
-        for (const auto order : {Order::Modified, Order::Size, Order::Name}) {
-            longest = std::max(longest, Slice([&] { desk.filter.SortBy(order, Qt::DescendingOrder); }));
-            longest = std::max(longest, Slice([&] { desk.filter.SortBy(order, Qt::AscendingOrder); }));
+        for (const auto column : {Column::Modified, Column::Size, Column::State, Column::Folder, Column::Name}) {
+            longest = std::max(longest, Slice([&] { desk.filter.SortBy(column, Qt::DescendingOrder); }));
+            longest = std::max(longest, Slice([&] { desk.filter.SortBy(column, Qt::AscendingOrder); }));
         }
     }
     desk.view.hide();

@@ -11,7 +11,7 @@ endif()
 
 set(components Core Gui Pdf)
 if(NOT NORLIS_LIBRARY_ALONE)
-    list(APPEND components Network Widgets LinguistTools)
+    list(APPEND components DBus Network Widgets LinguistTools)
     if(NORLIS_BUILD_TESTS)
         list(APPEND components Test)
     endif()

@@ -24,7 +24,7 @@ try {
     const Host::CloudAccount account(std::make_shared<Host::CloudAccountSettings>(data),
                                      Host::ServiceAddress(application.arguments().value(1)));
     Host::CloudSession session(account.DataFolder(), account.AuthInfo());
-    Host::CloudDocumentsModel documents(session.Documents(), session.LargeSizes());
+    Host::CloudDocumentsModel documents(session.Documents(), session.CloudSizes());
     QListView view;
     view.setModel(&documents);
     view.show();

@@ -23,7 +23,7 @@ QVariantMap StoredPreviews(QVariantMap previews)
 
 } // namespace
 
-CloudDocumentsModel::CloudDocumentsModel(AbstractFileManager& documents, const QHash<QString, quint64>& largeSizes,
+CloudDocumentsModel::CloudDocumentsModel(AbstractFileManager& documents, const QHash<QString, quint64>& cloudSizes,
                                          QObject* parent)
     : QAbstractListModel(parent),
       documents(&documents)
@@ -41,9 +41,9 @@ CloudDocumentsModel::CloudDocumentsModel(AbstractFileManager& documents, const Q
         endResetModel();
     });
     for (int index = 0; index < documents.FilesCount(); ++index) {
-        // The list would search for every document to tell its whole size.
+        // The list would search for every document to tell more of its size.
         const QString id = documents.GetDocumentId(index);
-        const quint64 size = largeSizes.value(id, static_cast<quint32>(documents.GetFileSize(index)));
+        const quint64 size = cloudSizes.value(id, static_cast<quint32>(documents.GetFileSize(index)));
         rows.push_back({id, static_cast<qint64>(size), documents.GetModifiedDateTime(index)});
     }
 }
@@ -224,7 +224,7 @@ int CloudDocumentsModel::Count() const
 CloudDocumentsModel::Row CloudDocumentsModel::RowOf(FileInfo& file)
 {
     auto& cloudInfo = file.GetRedactableCloudInfo();
-    const quint64 size = file.GetSize() != 0 || !cloudInfo ? file.GetSize() : cloudInfo->GetSize();
+    const quint64 size = cloudInfo ? cloudInfo->GetSize() : file.GetSize();
     return {QString::fromStdString(file.GetId()), static_cast<qint64>(size),
             cloudInfo ? cloudInfo->GetModifyTime() : QDateTime()};
 }

@@ -27,7 +27,7 @@ public:
         IdRole = Qt::UserRole,      ///< QString
         PathRole,                   ///< QString; of the local copy, empty when there is none
         StateRole,                  ///< int, a PDF::FileInfo::CloudStatus
-        SizeRole,                   ///< qint64, bytes; of the local copy, else of the cloud copy
+        SizeRole,                   ///< qint64, bytes; of the cloud copy, as all but the path
         ModifiedRole,               ///< QDateTime, of the cloud copy
         PreviewsRole,               ///< QMap<QString, QVariant>: file URLs by "small", "medium" and "large"
         HiddenRole                  ///< bool, see SetHidden
@@ -35,8 +35,9 @@ public:
     Q_ENUM(Role)
 
     /// \param documents  stays its owner's and may go first
-    /// \param largeSizes of documents that are in it already and have 4 GiB and more, in bytes, by id
-    explicit CloudDocumentsModel(PDF::AbstractFileManager& documents, const QHash<QString, quint64>& largeSizes = {},
+    /// \param cloudSizes of documents that are in it already, in bytes, by id. Without them, and until such a document
+    ///                   is updated, its size is that of the local copy where there is one, and the low 32 bits of it
+    explicit CloudDocumentsModel(PDF::AbstractFileManager& documents, const QHash<QString, quint64>& cloudSizes = {},
                                  QObject* parent = nullptr);
 
     /// Rows that are not hidden.
@@ -60,7 +61,7 @@ public:
 private:
     struct Row {
         QString id;
-        qint64 size;        ///< of which the list answers the low 32 bits
+        qint64 size;        ///< which the list tells with a whole record only
         QDateTime modified; ///< asked for again and again when views sort by it
     };
 

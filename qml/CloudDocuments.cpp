@@ -229,7 +229,7 @@ void CloudDocuments::OpenSession()
         FailLater(ProblemOf("open", {}, QStringLiteral("The cloud cannot be opened"), obstacle));
         return;
     }
-    model = new Host::CloudDocumentsModel(session->Documents(), session->LargeSizes(), this);
+    model = new Host::CloudDocumentsModel(session->Documents(), session->CloudSizes(), this);
     ConnectSession();
     session->RefreshEvery(std::chrono::milliseconds(refreshInterval));
 }

@@ -23,6 +23,11 @@ QAction* Make(QWidget& widget, const QString& text, Glyph glyph, const QKeySeque
     return action;
 }
 
+QMenu* MakeMenu(QWidget& widget, const QString& title)
+{
+    return new QMenu(title, &widget);
+}
+
 } // namespace
 
 DocumentActions::DocumentActions(QWidget& widget)
@@ -33,10 +38,14 @@ DocumentActions::DocumentActions(QWidget& widget)
                       tr("Download the selected documents to a folder of your choice"))),
       open(Make(widget, tr("&Open"), Glyph::Open, QKeySequence::Open,
                 tr("Open the selected documents, downloading them first if necessary"))),
+      showInFolder(Make(widget, tr("Sho&w in Folder"), Glyph::Folder, QString("Ctrl+Shift+O"),
+                        tr("Show the copies on this computer in the file manager"))),
       uploadChanges(Make(widget, tr("Upload &Changes"), Glyph::UploadChanges, QKeySequence::Save,
                          tr("Update the documents in the cloud with the changes you made on this computer"))),
       resolve(Make(widget, tr("Resolve Con&flict…"), Glyph::UploadChanges, {},
                    tr("Choose what becomes of documents that were changed both here and in the cloud"))),
+      useCloud(Make(widget, tr("Use the Cloud’s &Version…"), Glyph::ChangedInCloud, QString("Ctrl+Shift+R"),
+                    tr("Give up the changes you made on this computer"))),
       copy(Make(widget, tr("Cop&y"), Glyph::Copy, QKeySequence::Copy,
                 tr("Copy the selected documents to the clipboard, downloading them first if necessary"))),
       paste(Make(widget, tr("&Paste"), Glyph::Paste, QKeySequence::Paste, tr("Upload the PDF files on the clipboard"))),
@@ -48,10 +57,16 @@ DocumentActions::DocumentActions(QWidget& widget)
       thumbnails(
           Make(widget, tr("&Thumbnails"), Glyph::Thumbnails, QString("Ctrl+1"), tr("Show documents as thumbnails"))),
       list(Make(widget, tr("&List"), Glyph::List, QString("Ctrl+2"), tr("Show documents as a list"))),
+      zoomIn(Make(widget, tr("Zoom &In"), Glyph::ZoomIn, QKeySequence::ZoomIn, tr("Show larger thumbnails"))),
+      zoomOut(Make(widget, tr("Zoom &Out"), Glyph::ZoomOut, QKeySequence::ZoomOut, tr("Show smaller thumbnails"))),
+      usualSize(Make(widget, tr("&Usual Size"), Glyph::Thumbnails, QString("Ctrl+0"),
+                     tr("Show thumbnails of the usual size"))),
+      sortBy(MakeMenu(widget, tr("&Sort By"))),
       find(Make(widget, tr("&Find"), Glyph::Search, QKeySequence::Find, tr("Find documents by name"))),
       signOut(Make(widget, tr("Si&gn Out"), Glyph::Cancel, {}, tr("Forget the password and choose another cloud"))),
       widget(widget)
 {
+    zoomIn->setShortcuts({QString("Ctrl++"), QString("Ctrl+=")}); // where + needs Shift
     const auto modes = new QActionGroup(&widget);
     for (QAction* const action : {thumbnails, list}) {
         action->setCheckable(true);
@@ -61,8 +76,9 @@ DocumentActions::DocumentActions(QWidget& widget)
 
 void DocumentActions::AddMenusTo(QMenuBar& bar) const
 {
+    QAction* const programs = bar.actions().value(0); // its own menus come last
     const auto add = [&](const QString& title, const QList<QAction*>& entries) {
-        const auto menu = new QMenu(title, &widget);
+        const auto menu = MakeMenu(widget, title);
         for (QAction* const entry : entries) {
             if (entry) {
                 menu->addAction(entry);
@@ -70,11 +86,12 @@ void DocumentActions::AddMenusTo(QMenuBar& bar) const
                 menu->addSeparator();
             }
         }
-        bar.insertMenu(bar.actions().value(bar.actions().size() - 1), menu); // the last one is the application menu
+        bar.insertMenu(programs, menu);
     };
-    add(tr("&Documents"), {upload, paste, nullptr, open, download, downloadTo, uploadChanges, resolve, copy, nullptr,
-                           remove, undoRemoval, nullptr, signOut});
-    add(tr("&View"), {thumbnails, list, nullptr, find, refresh});
+    add(tr("&Documents"), {upload, paste, nullptr, open, showInFolder, download, downloadTo, uploadChanges, resolve,
+                           useCloud, copy, nullptr, remove, undoRemoval, nullptr, signOut});
+    add(tr("&View"),
+        {thumbnails, list, nullptr, zoomIn, zoomOut, usualSize, nullptr, sortBy->menuAction(), nullptr, find, refresh});
 }
 
 void DocumentActions::AddTo(QToolBar& bar) const
@@ -90,7 +107,9 @@ void DocumentActions::AddTo(QToolBar& bar) const
 
 void DocumentActions::AddDocumentEntriesTo(QMenu& menu) const
 {
-    menu.addActions({resolve, open, download, downloadTo, uploadChanges, copy});
+    menu.addActions({resolve, open, showInFolder});
+    menu.addSeparator();
+    menu.addActions({download, downloadTo, uploadChanges, useCloud, copy});
     menu.addSeparator();
     menu.addAction(remove);
 }
@@ -99,7 +118,12 @@ void DocumentActions::AddGeneralEntriesTo(QMenu& menu) const
 {
     menu.addActions({upload, paste});
     menu.addSeparator();
-    menu.addActions({thumbnails, list, refresh});
+    menu.addMenu(sortBy);
+    const auto view = menu.addMenu(tr("&View"));
+    view->addActions({thumbnails, list});
+    view->addSeparator();
+    view->addActions({zoomIn, zoomOut, usualSize});
+    menu.addAction(refresh);
 }
 
 void DocumentActions::Update(const Situation& situation)
@@ -109,6 +133,9 @@ void DocumentActions::Update(const Situation& situation)
     download->setEnabled(canTransfer && situation.isAnySelected);
     downloadTo->setEnabled(canTransfer && situation.isAnySelected);
     open->setEnabled(situation.isAnySelected);
+    showInFolder->setEnabled(situation.isAnySelectedHere);
+    useCloud->setVisible(situation.isAnySelectedChangedHere);
+    useCloud->setEnabled(canTransfer);
     uploadChanges->setEnabled(canTransfer && situation.isAnySelectedChangedHere);
     resolve->setVisible(situation.isAnySelectedInConflict);
     resolve->setEnabled(canTransfer);

@@ -21,6 +21,7 @@ public:
         bool isOffline = false; ///< and transfers wait
         bool hasRunningTransfers = false;
         bool isAnySelected = false;
+        bool isAnySelectedHere = false;
         bool isAnySelectedChangedHere = false;
         bool isAnySelectedInConflict = false;
         bool isRemovalPending = false;
@@ -45,8 +46,10 @@ public:
     QAction* const download;
     QAction* const downloadTo;
     QAction* const open;
+    QAction* const showInFolder;
     QAction* const uploadChanges;
-    QAction* const resolve; ///< shown where there is a conflict
+    QAction* const resolve;  ///< shown where there is a conflict
+    QAction* const useCloud; ///< shown where there are changes that could be given up
     QAction* const copy;
     QAction* const paste;
     QAction* const remove;
@@ -54,6 +57,10 @@ public:
     QAction* const refresh;
     QAction* const thumbnails;
     QAction* const list;
+    QAction* const zoomIn;
+    QAction* const zoomOut;
+    QAction* const usualSize;
+    QMenu* const sortBy; ///< whoever sorts adds the entries
     QAction* const find;
     QAction* const signOut;
 

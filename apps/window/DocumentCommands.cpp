@@ -2,6 +2,7 @@
 
 #include "ConflictPictures.h"
 #include "DocumentsView.h"
+#include "FileManager.h"
 #include "MessageBar.h"
 #include "Questions.h"
 #include "Texts.h"
@@ -17,7 +18,6 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QGuiApplication>
-#include <QSettings>
 #include <QStandardPaths>
 #include <QUrl>
 
@@ -37,9 +37,6 @@ constexpr int maxRemovals = 10;
 constexpr int maxUploadsOfFolders = 50;
 constexpr int maxOpened = 10;
 
-const auto uploadFolderKey = QStringLiteral("uploadFolder"); // where files were chosen last
-const auto downloadFolderKey = QStringLiteral("downloadFolder");
-
 } // namespace
 
 DocumentCommands::DocumentCommands(const Parts& parts, QWidget& widget)
@@ -47,7 +44,8 @@ DocumentCommands::DocumentCommands(const Parts& parts, QWidget& widget)
       widget(widget),
       removals(parts.session, parts.message),
       copied(parts.session, parts.transfers),
-      changes(parts.session, parts.model, parts.transfers, parts.message)
+      changes(parts.session, parts.model, parts.transfers, parts.message, parts.preferences),
+      uploadFolder(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation))
 {
     connect(&search, &PdfSearch::Found, this, &DocumentCommands::OnFound);
     connect(&parts.transfers, &Transfers::OpenRequested, this, &DocumentCommands::OnFetched);
@@ -72,14 +70,12 @@ DocumentCommands::~DocumentCommands()
 
 void DocumentCommands::ChooseUploads()
 {
-    const QString usual = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
     const auto dialog =
-        new QFileDialog(&widget, tr("Upload PDF Documents"), parts.settings.value(uploadFolderKey, usual).toString(),
-                        tr("PDF documents (*.pdf *.PDF)"));
+        new QFileDialog(&widget, tr("Upload PDF Documents"), uploadFolder, tr("PDF documents (*.pdf *.PDF)"));
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setFileMode(QFileDialog::ExistingFiles);
     connect(dialog, &QFileDialog::filesSelected, this, [this](const QStringList& paths) {
-        parts.settings.setValue(uploadFolderKey, QFileInfo(paths.first()).path());
+        uploadFolder = QFileInfo(paths.first()).path();
         Upload(paths);
     });
     dialog->open();
@@ -206,20 +202,14 @@ void DocumentCommands::UploadNew(const QStringList& paths)
     });
 }
 
-QString DocumentCommands::DownloadFolder() const
-{
-    return parts.settings.value(downloadFolderKey, QStandardPaths::writableLocation(QStandardPaths::DownloadLocation))
-        .toString();
-}
-
 void DocumentCommands::ChooseDownloadFolder()
 {
-    const auto dialog = new QFileDialog(&widget, tr("Download To"), DownloadFolder());
+    const auto dialog = new QFileDialog(&widget, tr("Download To"), parts.preferences.DownloadFolder());
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setFileMode(QFileDialog::Directory);
     dialog->setOption(QFileDialog::ShowDirsOnly);
     connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& folder) {
-        parts.settings.setValue(downloadFolderKey, folder);
+        parts.preferences.SetDownloadFolder(folder);
         Download(folder);
     });
     dialog->open();
@@ -232,7 +222,7 @@ void DocumentCommands::Download(const QString& folder)
         const QString id = index.data(Model::IdRole).toString();
         const QString path = index.data(Model::PathRole).toString();
         const bool isTheUsers = !path.isEmpty() && !path.startsWith(parts.session.ViewingFolder(id));
-        const QString usual = isTheUsers ? QFileInfo(path).absolutePath() : DownloadFolder();
+        const QString usual = isTheUsers ? QFileInfo(path).absolutePath() : parts.preferences.DownloadFolder();
         const QString target = folder.isEmpty() ? usual : folder;
         QDir().mkpath(target);
         parts.transfers.Download(id, target);
@@ -260,8 +250,11 @@ void DocumentCommands::Open(const QStringList& ids)
             OpenFile(path);
             continue;
         }
-        // What is only to be opened does not come among the user's own files.
-        const QString folder = isHere ? QFileInfo(path).path() : parts.session.ViewingFolder(id);
+        // What is only to be opened does not come among the user's own files, unless the user wants it.
+        const QString chosen = parts.preferences.OpenedFolder();
+        const QString folder = isHere             ? QFileInfo(path).path()
+                               : chosen.isEmpty() ? parts.session.ViewingFolder(id)
+                                                  : chosen;
         QDir().mkpath(folder);
         if (isHere) {
             KeepOlder(id, path);
@@ -312,6 +305,24 @@ void DocumentCommands::OpenFile(const QString& path)
     }
 }
 
+void DocumentCommands::ShowInFolder()
+{
+    QStringList files;
+    const auto selected = parts.view.selectionModel()->selectedIndexes();
+    for (const auto& index : selected) {
+        files.append(index.data(Model::PathRole).toString());
+    }
+    files.removeAll({});
+    Window::ShowInFolder(files);
+}
+
+bool DocumentCommands::IsAnyHere() const
+{
+    const auto selected = parts.view.selectionModel()->selectedIndexes();
+    return std::any_of(selected.begin(), selected.end(),
+                       [](const auto& index) { return !index.data(Model::PathRole).toString().isEmpty(); });
+}
+
 QStringList DocumentCommands::SelectedIn(std::initializer_list<State> states) const
 {
     QStringList ids;
@@ -338,6 +349,18 @@ QStringList DocumentCommands::InConflict() const
 void DocumentCommands::ResolveConflicts()
 {
     ReplaceInCloud(InConflict());
+}
+
+void DocumentCommands::UseCloud()
+{
+    const QStringList ids = ChangedHere();
+    if (!ids.isEmpty()) {
+        AskToUseCloud(widget, NamesOf(ids), [this, ids] {
+            for (const QString& id : ids) {
+                parts.transfers.UseCloudVersion(id);
+            }
+        });
+    }
 }
 
 void DocumentCommands::UploadChanges()

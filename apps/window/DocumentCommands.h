@@ -2,6 +2,7 @@
 
 #include "CopiedDocuments.h"
 #include "PdfSearch.h"
+#include "Preferences.h"
 #include "RemovalUndo.h"
 #include "UnsentChanges.h"
 
@@ -13,7 +14,6 @@
 #include <QPointer>
 #include <QStringList>
 
-class QSettings;
 class QWidget;
 
 namespace Norlis::Host {
@@ -37,7 +37,7 @@ public:
     /// What the commands need; all of it outlives them.
     struct Parts {
         Host::CloudSession& session;
-        QSettings& settings;
+        Preferences preferences;
         const Host::CloudDocumentsModel& model;
         const DocumentsView& view;
         Transfers& transfers;
@@ -63,12 +63,19 @@ public:
     void Download(const QString& folder = {});
     void ChooseDownloadFolder();
     void Open();
+    void ShowInFolder();
     void UploadChanges();
     void ResolveConflicts();
+
+    /// After a question.
+    void UseCloud();
     void Copy();
     void Remove();
 
     RemovalUndo& Removals();
+
+    /// Whether any of the selected documents has a local copy.
+    bool IsAnyHere() const;
 
     /// Ids of the selected documents whose local copies have changed.
     QStringList ChangedHere() const;
@@ -100,7 +107,6 @@ private:
     void OnFailed(const Host::CloudProblem& problem);
     void OnListRefreshed();
     void OnFetched(const QString& path);
-    QString DownloadFolder() const;
     QStringList NamesOf(const QStringList& ids) const;
 
     /// Of the cloud copies, as the list shows them now.
@@ -109,12 +115,13 @@ private:
     /// Keeps the content of a local copy that is about to be replaced; not if it is on another file system.
     void KeepOlder(const QString& id, const QString& path);
 
-    const Parts parts;
+    Parts parts;
     QWidget& widget;
     RemovalUndo removals;
     CopiedDocuments copied;
     UnsentChanges changes;
     PdfSearch search;
+    QString uploadFolder;                 ///< where files were chosen last
     QHash<QString, QString> older;        ///< where what is about to be replaced is, by path of the local copy
     QStringList offered;                  ///< such files that can be opened; deleted at the end
     QPointer<QMessageBox> uploadQuestion; ///< while it is open

@@ -3,6 +3,7 @@
 #include "Glyphs.h"
 #include "Texts.h"
 
+#include <apps/common/PrintableText.h>
 #include <host/CloudDocumentsModel.h>
 
 #include <QPainter>
@@ -18,16 +19,11 @@ using Model = Host::CloudDocumentsModel;
 namespace {
 
 constexpr int margin = 10;
-constexpr int previewEdge = 144; // in thumbnail mode; the largest preview has 191 pixels
-constexpr int smallEdge = 32;    // in list mode
+constexpr int smallEdge = 32; // in list mode
 constexpr int badgeEdge = 22;
 constexpr qreal cornerRadius = 6;
 constexpr qreal paperAspectRatio = 0.71; // of the placeholder for a page without a preview
-
-// Widths of the columns to the right of the name, in average characters.
-constexpr int stateColumn = 28;
-constexpr int sizeColumn = 12;
-constexpr int dateColumn = 18;
+constexpr int columnInset = 6;           // of what stands in a column of the list
 
 QString PreviewPath(const QModelIndex& index, int devicePixels)
 {
@@ -124,9 +120,10 @@ QPixmap Placeholder(const QSize& size, qreal scale, bool isTorn, const QColor& p
 
 } // namespace
 
-DocumentDelegate::DocumentDelegate(Thumbnails& thumbnails, QObject* parent)
+DocumentDelegate::DocumentDelegate(Thumbnails& thumbnails, const ListHeader& header, QObject* parent)
     : QStyledItemDelegate(parent),
       thumbnails(thumbnails),
+      header(header),
       awaiting(Thumbnails::maxWanted),
       last(Thumbnails::maxWanted)
 {
@@ -135,6 +132,11 @@ DocumentDelegate::DocumentDelegate(Thumbnails& thumbnails, QObject* parent)
 void DocumentDelegate::SetMode(DisplayMode newMode)
 {
     mode = newMode;
+}
+
+void DocumentDelegate::SetThumbnailEdge(int edge)
+{
+    previewEdge = edge;
 }
 
 void DocumentDelegate::SetUnreadable(const QString& id, bool isUnreadable)
@@ -167,7 +169,8 @@ QSize DocumentDelegate::CellSize(const QFontMetrics& metrics, int viewWidth) con
     if (mode == DisplayMode::List) {
         return {viewWidth, qMax(smallEdge, metrics.height()) + 2 * margin};
     }
-    const int width = qMax(previewEdge, metrics.averageCharWidth() * 22) + 2 * margin;
+    const int letters = qBound(15, previewEdge * 2 / 13, 22); // of the name, on a line
+    const int width = qMax(previewEdge, metrics.averageCharWidth() * letters) + 2 * margin;
     const int columns = qMax(1, viewWidth / width);
     // The columns share what is left over, so that there is no gap at the right edge.
     return {viewWidth / columns, previewEdge + 3 * metrics.lineSpacing() + 4 * margin};
@@ -177,7 +180,8 @@ QRect DocumentDelegate::PictureBox(const QRect& cell) const
 {
     const QRect area = cell.adjusted(margin, margin, -margin, -margin);
     return mode == DisplayMode::List
-               ? QRect(area.left(), area.top() + (area.height() - smallEdge) / 2, smallEdge, smallEdge)
+               ? QStyle::visualRect(header.layoutDirection(), area,
+                                    {area.left(), area.top() + (area.height() - smallEdge) / 2, smallEdge, smallEdge})
                : QRect(area.left() + (area.width() - previewEdge) / 2, area.top(), previewEdge, previewEdge);
 }
 
@@ -197,6 +201,7 @@ void DocumentDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
         return;
     }
     painter->save();
+    painter->setLayoutDirection(Qt::LayoutDirectionAuto); // "12 KiB" is read from the left, wherever it stands
     PaintBackground(*painter, option);
     if (mode == DisplayMode::List) {
         PaintLine(*painter, option, index);
@@ -266,45 +271,52 @@ void DocumentDelegate::PaintThumbnail(QPainter& painter, const QStyleOptionViewI
 
 void DocumentDelegate::PaintLine(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index) const
 {
-    const QRect area = option.rect.adjusted(margin, margin, -margin, -margin);
-    const int letter = option.fontMetrics.averageCharWidth();
     const QRect box = PictureBox(option.rect);
     PaintPreview(painter, box, option, index);
 
-    const auto elided = [&](const QRect& cell, const QString& text, Qt::TextElideMode elide, Qt::Alignment alignment) {
-        painter.drawText(cell, alignment | Qt::AlignVCenter | Qt::TextSingleLine,
+    const auto elided = [&](const QRect& cell, const QString& text, Qt::TextElideMode elide,
+                            Qt::Alignment alignment = Qt::AlignLeft) {
+        const auto side = QStyle::visualAlignment(option.direction, alignment | Qt::AlignVCenter);
+        painter.drawText(cell, static_cast<int>(side) | Qt::TextSingleLine,
                          option.fontMetrics.elidedText(text, elide, cell.width()));
     };
-    int right = area.right();
-    const auto takeColumn = [&](int letters) {
-        const int width = letters * letter;
-        right -= width + margin;
-        return QRect(right + margin, area.top(), width, area.height());
+    // Without the first pixels, counted from where one begins to read.
+    const auto without = [&](int pixels, const QRect& cell) {
+        return QStyle::visualRect(option.direction, cell, cell.adjusted(pixels, 0, 0, 0));
     };
-    // A narrow window leaves out the least important columns.
-    const int nameWidth = 24 * letter;
-    const int room = area.width() - smallEdge - badgeEdge - 4 * margin - nameWidth;
-    const bool hasDate = room > (sizeColumn + dateColumn) * letter + 2 * margin;
-    const bool hasState = room > (sizeColumn + dateColumn + stateColumn) * letter + 3 * margin;
+    const auto cellOf = [&](Column column) {
+        return header.CellOf(column, option.rect).adjusted(columnInset, 0, -columnInset, 0);
+    };
+    const int state = index.data(Model::StateRole).toInt();
+    const auto paintBadge = [&](QRect cell) {
+        cell.setSize({badgeEdge, badgeEdge});
+        PaintBadge(painter, cell.translated(0, (option.rect.height() - badgeEdge) / 2), state, option.palette);
+    };
+    const QRect name = without(smallEdge + 2 * margin - columnInset, cellOf(Column::Name));
+    const int badgeRoom = header.Has(Column::State) ? 0 : badgeEdge + columnInset;
+    painter.setPen(option.palette.color(TextRole(option)));
+    elided(QStyle::visualRect(option.direction, name, name.adjusted(0, 0, -badgeRoom, 0)),
+           index.data(Model::NameRole).toString(), Qt::ElideMiddle);
 
     painter.setPen(MutedColor(option));
-    if (hasDate) {
-        elided(takeColumn(dateColumn), DateText(index.data(Model::ModifiedRole).toDateTime()), Qt::ElideRight,
+    if (header.Has(Column::Folder)) {
+        elided(cellOf(Column::Folder), Apps::Printable(FolderOf(index.data(Model::PathRole).toString())),
+               Qt::ElideMiddle);
+    }
+    if (header.Has(Column::State)) {
+        const QRect cell = cellOf(Column::State);
+        elided(without(badgeEdge + columnInset, cell), StateText(state), Qt::ElideRight);
+        paintBadge(QStyle::visualRect(option.direction, cell, {cell.topLeft(), QSize(badgeEdge, cell.height())}));
+    } else {
+        paintBadge(without(name.width() - badgeEdge, name));
+    }
+    if (header.Has(Column::Size)) {
+        elided(cellOf(Column::Size), SizeText(index.data(Model::SizeRole).toLongLong()), Qt::ElideRight,
                Qt::AlignRight);
     }
-    elided(takeColumn(sizeColumn), SizeText(index.data(Model::SizeRole).toLongLong()), Qt::ElideRight, Qt::AlignRight);
-    const int state = index.data(Model::StateRole).toInt();
-    if (hasState) {
-        elided(takeColumn(stateColumn), StateText(state), Qt::ElideRight, Qt::AlignLeft);
+    if (header.Has(Column::Modified)) {
+        elided(cellOf(Column::Modified), DateText(index.data(Model::ModifiedRole).toDateTime()), Qt::ElideRight);
     }
-    right -= badgeEdge + margin;
-    const QRect badge(right + margin, area.top() + (area.height() - badgeEdge) / 2, badgeEdge, badgeEdge);
-    PaintBadge(painter, badge, state, option.palette);
-
-    painter.setPen(option.palette.color(TextRole(option)));
-    const int nameLeft = box.right() + 2 * margin;
-    elided({nameLeft, area.top(), right - nameLeft, area.height()}, index.data(Model::NameRole).toString(),
-           Qt::ElideMiddle, Qt::AlignLeft);
 }
 
 QRect DocumentDelegate::PaintPreview(QPainter& painter, const QRect& box, const QStyleOptionViewItem& option,

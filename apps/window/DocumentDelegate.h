@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ListHeader.h"
 #include "Thumbnails.h"
 
 #include <QCache>
@@ -10,17 +11,21 @@ namespace Norlis::Window {
 
 enum class DisplayMode { Thumbnails, List };
 
-/// Paints documents: as thumbnails with the name below, or on one line with name, state, size and date.
+/// Paints documents: as thumbnails with the name below, or on one line, in columns.
 class DocumentDelegate : public QStyledItemDelegate {
     Q_OBJECT
 
 public:
-    explicit DocumentDelegate(Thumbnails& thumbnails, QObject* parent = nullptr);
+    /// \param header has the columns of a line
+    DocumentDelegate(Thumbnails& thumbnails, const ListHeader& header, QObject* parent = nullptr);
 
     /// Whether the page in the place of a missing preview is a torn one.
     void SetUnreadable(const QString& id, bool isUnreadable);
 
     void SetMode(DisplayMode newMode);
+
+    /// \param edge of a thumbnail's larger side, in pixels
+    void SetThumbnailEdge(int edge);
 
     /// Leaves out parts of documents that lie outside of a region, until the next call. An empty one means everything.
     void PaintOnly(const QRegion& region);
@@ -47,11 +52,13 @@ private:
                        const QModelIndex& index) const;
 
     Thumbnails& thumbnails;
+    const ListHeader& header;
     QSet<QString> unreadable;                                ///< ids
     QRegion toBePainted;                                     ///< see PaintOnly
     mutable QCache<QString, QPersistentModelIndex> awaiting; ///< by the path of the picture
     mutable QCache<QString, QString> last;                   ///< paths of the pictures that were painted, by id
     DisplayMode mode = DisplayMode::Thumbnails;
+    int previewEdge = 144; ///< of a thumbnail
 };
 
 } // namespace Norlis::Window

@@ -3,6 +3,7 @@
 #include "Texts.h"
 
 #include <apps/common/PrintableText.h>
+#include <contracts/FileInfo.h>
 #include <host/CloudDocumentsModel.h>
 
 #include <QFileInfo>
@@ -15,6 +16,7 @@
 namespace Norlis::Window {
 
 using Model = Host::CloudDocumentsModel;
+using Status = PDF::FileInfo::CloudStatus;
 
 namespace {
 
@@ -23,6 +25,14 @@ QString Folded(const QString& text)
 {
     static const QRegularExpression accents("[\\x{0300}-\\x{036F}]");
     return text.normalized(QString::NormalizationForm_KD).remove(accents).toCaseFolded();
+}
+
+/// The place of a state when documents are sorted by it: what needs the user most comes first.
+qint64 Urgency(int state)
+{
+    static const QVector<Status> byUrgency = {Status::ChangedOnBothSides, Status::ChangedLocally,
+                                              Status::ChangedInCloud, Status::OnlyInCloud, Status::InSync};
+    return byUrgency.indexOf(static_cast<Status>(state));
 }
 
 } // namespace
@@ -43,16 +53,39 @@ void DocumentsFilter::setSourceModel(QAbstractItemModel* model)
     Rearrange([this] { invalidate(); });
 }
 
+bool DocumentsFilter::IsOfKind(int state, Kind kind)
+{
+    const auto status = static_cast<Status>(state);
+    switch (kind) {
+    case Kind::All:
+        break;
+    case Kind::NotHere:
+        return status == Status::OnlyInCloud;
+    case Kind::Changed:
+        return status == Status::ChangedLocally || status == Status::ChangedInCloud ||
+               status == Status::ChangedOnBothSides;
+    case Kind::InConflict:
+        return status == Status::ChangedOnBothSides;
+    }
+    return true;
+}
+
+void DocumentsFilter::Show(Kind newKind)
+{
+    kind = newKind;
+    Rearrange([this] { invalidate(); });
+}
+
 void DocumentsFilter::Search(const QString& text)
 {
     words = Folded(text).split(' ', Qt::SkipEmptyParts);
     Rearrange([this] { invalidate(); }); // invalidateFilter would report each run of removed rows separately
 }
 
-void DocumentsFilter::SortBy(Order newOrder, Qt::SortOrder direction)
+void DocumentsFilter::SortBy(Column column, Qt::SortOrder direction)
 {
     const bool isSameDirection = direction == sortOrder();
-    order = newOrder;
+    order = column;
     Rearrange([&] {
         if (isSameDirection) {
             invalidate();
@@ -117,7 +150,7 @@ QMimeData* DocumentsFilter::mimeData(const QModelIndexList& indexes) const
 bool DocumentsFilter::filterAcceptsRow(int sourceRow, const QModelIndex& sourceParent) const
 {
     const auto index = sourceModel()->index(sourceRow, 0, sourceParent);
-    if (index.data(Model::HiddenRole).toBool()) {
+    if (index.data(Model::HiddenRole).toBool() || !IsOfKind(index.data(Model::StateRole).toInt(), kind)) {
         return false;
     }
     if (words.isEmpty()) {
@@ -152,10 +185,23 @@ const DocumentsFilter::Name& DocumentsFilter::NameOf(const QString& text) const
 
 DocumentsFilter::Rank DocumentsFilter::RankOf(const QModelIndex& index) const
 {
-    const qint64 number = order == Order::Modified ? index.data(Model::ModifiedRole).toDateTime().toMSecsSinceEpoch()
-                          : order == Order::Size   ? index.data(Model::SizeRole).toLongLong()
-                                                   : 0;
-    return {number, NameOf(index.data(Model::NameRole).toString()).key, index.data(Model::IdRole).toString()};
+    const QString name = index.data(Model::NameRole).toString();
+    const QString id = index.data(Model::IdRole).toString();
+    switch (order) {
+    case Column::Name:
+        break;
+    case Column::Folder: {
+        const QString folder = FolderOf(index.data(Model::PathRole).toString());
+        return {folder.isEmpty() ? 0 : 1, NameOf(folder + '/' + name).key, id};
+    }
+    case Column::State:
+        return {Urgency(index.data(Model::StateRole).toInt()), NameOf(name).key, id};
+    case Column::Size:
+        return {index.data(Model::SizeRole).toLongLong(), NameOf(name).key, id};
+    case Column::Modified:
+        return {index.data(Model::ModifiedRole).toDateTime().toMSecsSinceEpoch(), NameOf(name).key, id};
+    }
+    return {0, NameOf(name).key, id};
 }
 
 } // namespace Norlis::Window

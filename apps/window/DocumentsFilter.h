@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Column.h"
+
 #include <QCollator>
 #include <QHash>
 #include <QSortFilterProxyModel>
@@ -9,21 +11,28 @@
 
 namespace Norlis::Window {
 
-/// The documents that match the search and are not to be removed, in the order that the user chose, with texts for
-/// tooltips and screen readers.
+/// The documents of a kind that match the search and are not to be removed, in the order that the user chose, with
+/// texts for tooltips and screen readers.
 class DocumentsFilter : public QSortFilterProxyModel {
     Q_OBJECT
 
 public:
-    enum class Order { Name, Modified, Size };
-
     explicit DocumentsFilter(QObject* parent = nullptr);
+
+    /// By what is to be done about them.
+    enum class Kind { All, NotHere, Changed, InConflict };
+
+    /// \param state a PDF::FileInfo::CloudStatus
+    static bool IsOfKind(int state, Kind kind);
 
     void setSourceModel(QAbstractItemModel* model) override;
 
+    /// Shows only documents of a kind.
+    void Show(Kind newKind);
+
     /// Shows the documents whose names contain all words of the text, ignoring case and accents.
     void Search(const QString& text);
-    void SortBy(Order newOrder, Qt::SortOrder direction);
+    void SortBy(Column column, Qt::SortOrder direction);
 
     QVariant data(const QModelIndex& index, int role) const override;
 
@@ -46,7 +55,7 @@ private:
 
     /// What documents are compared by.
     struct Rank {
-        qint64 number; ///< milliseconds or bytes; 0 when sorting by name
+        qint64 number; ///< as milliseconds or bytes; 0 when sorting by name
         QCollatorSortKey name;
         QString id;
     };
@@ -58,7 +67,8 @@ private:
     void Rearrange(const std::function<void()>& rearrange);
 
     QStringList words;
-    Order order = Order::Name;
+    Kind kind = Kind::All;
+    Column order = Column::Name;
     QCollator collator;
     mutable QHash<QString, Name> names;
     std::vector<Rank> ranks; ///< by source row, while everything is sorted again; otherwise empty

@@ -3,8 +3,10 @@
 #include "DocumentsView.h"
 #include "DropHint.h"
 #include "EmptyPage.h"
+#include "FilterChips.h"
 #include "FittingToolBar.h"
 #include "MessageBar.h"
+#include "SearchField.h"
 #include "StatusLine.h"
 #include "Texts.h"
 #include "TransfersPanel.h"
@@ -13,14 +15,13 @@
 
 #include <QAction>
 #include <QComboBox>
-#include <QLineEdit>
+#include <QGridLayout>
 #include <QMenu>
 #include <QShortcut>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
-#include <array>
 #include <utility>
 
 namespace Norlis::Window {
@@ -31,26 +32,7 @@ using PDF::Cloud::AbstractCloudManager;
 
 namespace {
 
-namespace Key {
-const auto mode = QStringLiteral("view/mode");
-const auto order = QStringLiteral("view/order");
-const auto split = QStringLiteral("view/split");
-} // namespace Key
-
-constexpr int thumbnailsMode = 0; // in the settings
-constexpr int listMode = 1;
-
-struct OrderChoice {
-    DocumentsFilter::Order order;
-    Qt::SortOrder direction;
-};
-
-constexpr std::array<OrderChoice, 4> orderChoices = {{
-    {DocumentsFilter::Order::Name, Qt::AscendingOrder},
-    {DocumentsFilter::Order::Name, Qt::DescendingOrder},
-    {DocumentsFilter::Order::Modified, Qt::DescendingOrder},
-    {DocumentsFilter::Order::Size, Qt::DescendingOrder},
-}};
+const auto splitKey = QStringLiteral("view/split");
 
 } // namespace
 
@@ -58,19 +40,22 @@ DocumentsPage::DocumentsPage(CloudSession& session, QSettings& settings, QWidget
     : QWidget(parent),
       session(session),
       settings(settings),
-      model(session.Documents(), session.LargeSizes()),
+      model(session.Documents(), session.CloudSizes()),
       transfers(session),
       actions(*this),
       tools(new FittingToolBar),
-      search(new QLineEdit),
-      order(new QComboBox),
+      search(new SearchField),
+      chips(new FilterChips(model)),
       message(new MessageBar),
       stack(new QStackedWidget),
       view(new DocumentsView),
       empty(new EmptyPage),
       dropHint(new DropHint(*this, *stack)),
       status(new StatusLine),
-      commands({session, settings, model, *view, transfers, *message}, *this)
+      order(filter, view->Header(), *actions.sortBy, settings),
+      arrangement(*view, actions, settings),
+      commands({session, Preferences(settings), model, *view, transfers, *message}, *this),
+      notice(transfers, Preferences(settings), *this)
 {
     setObjectName("documentsPage");
     filter.setSourceModel(&model);
@@ -79,7 +64,6 @@ DocumentsPage::DocumentsPage(CloudSession& session, QSettings& settings, QWidget
     ConnectSession();
     ConnectDocuments();
     ConnectSearch();
-    ConnectLayout();
     ConnectActions();
     Restore();
     UpdateActions();
@@ -165,31 +149,21 @@ QWidget* DocumentsPage::Tools()
 {
     tools->setAccessibleName(tr("Toolbar"));
     actions.AddTo(*tools);
-    search->setObjectName("search");
-    search->setPlaceholderText(tr("Search"));
-    search->setAccessibleName(tr("Search by name"));
-    const auto clear = search->addAction(GlyphIcon(Glyph::Cancel), QLineEdit::TrailingPosition);
-    clear->setToolTip(tr("Clear Search"));
-    clear->setVisible(false);
-    connect(clear, &QAction::triggered, search, &QLineEdit::clear);
-    connect(search, &QLineEdit::textChanged, clear,
-            [clear](const QString& text) { clear->setVisible(!text.isEmpty()); });
-    search->addAction(GlyphIcon(Glyph::Search), QLineEdit::LeadingPosition)->setText(search->accessibleName());
-    order->setObjectName("order");
-    order->setAccessibleName(tr("Sort order"));
-    order->setToolTip(order->accessibleName());
-    order->addItems({tr("Name, A to Z"), tr("Name, Z to A"), tr("Newest first"), tr("Largest first")});
+    QSizePolicy policy = order.Box().sizePolicy();
+    policy.setRetainSizeWhenHidden(true); // what is below stays where it is
+    order.Box().setSizePolicy(policy);
     const auto both = new QWidget;
-    const auto row = new QHBoxLayout;
+    const auto grid = new QGridLayout;
     const int gap = fontMetrics().height() / 3;
-    row->setContentsMargins(2 * gap, 0, 2 * gap, gap);
-    row->addWidget(search, 1);
-    row->addWidget(order);
+    grid->setContentsMargins(2 * gap, 0, 2 * gap, gap);
+    grid->addWidget(search, 0, 0, 1, 2);
+    grid->addWidget(chips, 1, 0, Qt::AlignLeft);
+    grid->addWidget(&order.Box(), 1, 1, Qt::AlignRight);
     const auto layout = new QVBoxLayout(both);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     layout->addWidget(tools);
-    layout->addLayout(row);
+    layout->addLayout(grid);
     return both;
 }
 
@@ -254,6 +228,7 @@ void DocumentsPage::ConnectDocuments()
     connect(view, &DocumentsView::ShownChanged, &session, &CloudSession::ShowPreviews);
     connect(view, &DocumentsView::activated, &commands, [this] { commands.Open(); });
     connect(message, &MessageBar::KeyboardLeft, this, &DocumentsPage::FocusDocuments);
+    connect(&notice, &TransferNotice::Activated, this, &DocumentsPage::FrontRequested);
     connect(dropHint, &DropHint::Dropped, &commands, &DocumentCommands::Upload);
     connect(&transfers, &Transfers::CountsChanged, this, [this] {
         UpdateActions();
@@ -273,10 +248,10 @@ void DocumentsPage::RevealAdded()
     if (view->Reveal(ids)) {
         return;
     }
-    message->Show(Topic::hidden, tr("What was uploaded does not match the search."), {},
-                  {{tr("Clear Search"),
+    message->Show(Topic::hidden, tr("What was uploaded does not match what is searched for."), {},
+                  {{tr("Show All"),
                     [this, ids] {
-                        search->clear();
+                        ShowAll();
                         view->Reveal(ids);
                     }}},
                   MessageBar::Kind::Notice);
@@ -298,15 +273,12 @@ void DocumentsPage::ConnectSearch()
             view->clearSelection(); // what follows is about what is found
         }
         filter.Search(text);
-        message->Close(Topic::hidden);
-        if (text.isEmpty() && view->currentIndex().isValid()) {
-            view->scrollTo(view->currentIndex());
-        } else {
-            view->scrollToTop();
-        }
-        UpdateEmptyPage();
-        UpdateStatus();
-        UpdateActions();
+        OnNarrowed();
+    });
+    connect(chips, &FilterChips::ChosenChanged, this, [this] {
+        view->clearSelection();
+        filter.Show(chips->Chosen());
+        OnNarrowed();
     });
     const auto goToFound = [this] {
         view->setFocus();
@@ -317,26 +289,35 @@ void DocumentsPage::ConnectSearch()
     connect(search, &QLineEdit::returnPressed, this, goToFound);
     const auto down = new QShortcut(Qt::Key_Down, search, nullptr, nullptr, Qt::WidgetShortcut);
     connect(down, &QShortcut::activated, this, goToFound);
-    const auto escape = new QShortcut(Qt::Key_Escape, search, nullptr, nullptr, Qt::WidgetShortcut);
-    connect(escape, &QShortcut::activated, this, [this] {
-        search->clear();
-        view->setFocus();
-    });
+    connect(search, &SearchField::Left, this, [this] { view->setFocus(); });
     connect(empty, &EmptyPage::ActionChosen, this, [this] {
-        if (search->text().isEmpty()) {
+        if (model.VisibleCount() == 0) {
             commands.ChooseUploads();
         } else {
-            search->clear();
+            ShowAll();
         }
     });
+    connect(&order, &DocumentsOrder::Changed, view, &DocumentsView::scrollToTop);
 }
 
-void DocumentsPage::ConnectLayout()
+void DocumentsPage::ShowAll()
 {
-    connect(order, qOverload<int>(&QComboBox::currentIndexChanged), this, &DocumentsPage::SortBy);
-    const auto splitter = findChild<QSplitter*>("split");
-    connect(splitter, &QSplitter::splitterMoved, this,
-            [this, splitter] { settings.setValue(Key::split, splitter->saveState()); });
+    search->clear();
+    chips->Choose(DocumentsFilter::Kind::All);
+}
+
+void DocumentsPage::OnNarrowed()
+{
+    message->Close(Topic::hidden);
+    const bool isWhole = search->text().isEmpty() && chips->Chosen() == DocumentsFilter::Kind::All;
+    if (isWhole && view->currentIndex().isValid()) {
+        view->scrollTo(view->currentIndex());
+    } else {
+        view->scrollToTop();
+    }
+    UpdateEmptyPage();
+    UpdateStatus();
+    UpdateActions();
 }
 
 void DocumentsPage::ConnectActions()
@@ -348,8 +329,10 @@ void DocumentsPage::ConnectActions()
     connectTo(actions.download, [this] { commands.Download(); });
     connectTo(actions.downloadTo, [this] { commands.ChooseDownloadFolder(); });
     connectTo(actions.open, [this] { commands.Open(); });
+    connectTo(actions.showInFolder, [this] { commands.ShowInFolder(); });
     connectTo(actions.uploadChanges, [this] { commands.UploadChanges(); });
     connectTo(actions.resolve, [this] { commands.ResolveConflicts(); });
+    connectTo(actions.useCloud, [this] { commands.UseCloud(); });
     connectTo(actions.copy, [this] { commands.Copy(); });
     connectTo(actions.paste, [this] { commands.Paste(); });
     connectTo(actions.remove, [this] { commands.Remove(); });
@@ -363,8 +346,6 @@ void DocumentsPage::ConnectActions()
         session.Refresh();
         session.Cloud().UserQuota();
     });
-    connectTo(actions.thumbnails, [this] { SetMode(DisplayMode::Thumbnails); });
-    connectTo(actions.list, [this] { SetMode(DisplayMode::List); });
     connectTo(actions.find, [this] {
         search->setFocus(Qt::ShortcutFocusReason);
         search->selectAll();
@@ -375,9 +356,14 @@ void DocumentsPage::ConnectActions()
 
 void DocumentsPage::Restore()
 {
-    SetMode(settings.value(Key::mode).toInt() == listMode ? DisplayMode::List : DisplayMode::Thumbnails);
-    order->setCurrentIndex(qBound(0, settings.value(Key::order).toInt(), order->count() - 1));
-    findChild<QSplitter*>("split")->restoreState(settings.value(Key::split).toByteArray());
+    connect(&arrangement, &DocumentsLayout::ModeChanged, this,
+            [this](DisplayMode mode) { order.Box().setVisible(mode == DisplayMode::Thumbnails); });
+    arrangement.Restore();
+    order.Restore();
+    const auto splitter = findChild<QSplitter*>("split");
+    splitter->restoreState(settings.value(splitKey).toByteArray());
+    connect(splitter, &QSplitter::splitterMoved, this,
+            [this, splitter] { settings.setValue(splitKey, splitter->saveState()); });
 }
 
 QStringList DocumentsPage::UnsentFiles() const
@@ -409,29 +395,8 @@ void DocumentsPage::ShowMenu(const QPoint& place, bool isOnDocument)
         actions.AddDocumentEntriesTo(*menu);
     } else {
         actions.AddGeneralEntriesTo(*menu);
-        const auto sorting = menu->addMenu(tr("&Sort By"));
-        for (int choice = 0; choice < order->count(); ++choice) {
-            const auto entry = sorting->addAction(order->itemText(choice));
-            entry->setCheckable(true);
-            entry->setChecked(choice == order->currentIndex());
-            connect(entry, &QAction::triggered, order, [this, choice] { order->setCurrentIndex(choice); });
-        }
     }
     menu->popup(place);
-}
-
-void DocumentsPage::SetMode(DisplayMode mode)
-{
-    view->SetMode(mode);
-    (mode == DisplayMode::List ? actions.list : actions.thumbnails)->setChecked(true);
-    settings.setValue(Key::mode, mode == DisplayMode::List ? listMode : thumbnailsMode);
-}
-
-void DocumentsPage::SortBy(int choice)
-{
-    filter.SortBy(orderChoices.at(choice).order, orderChoices.at(choice).direction);
-    view->scrollToTop();
-    settings.setValue(Key::order, choice);
 }
 
 void DocumentsPage::OnFailed(const CloudProblem& problem)
@@ -496,16 +461,21 @@ void DocumentsPage::UpdateActions()
     const bool isAnySelected = !view->SelectedIds().isEmpty();
     const bool isTransferring =
         transfers.CountOfActive() > transfers.CountOf(Transfers::Status::Waiting); // which keep nothing busy
-    actions.Update({isSignedIn, IsOffline(), isTransferring, isAnySelected, !commands.ChangedHere().isEmpty(),
-                    !commands.InConflict().isEmpty(), commands.Removals().IsPossible()});
+    actions.Update({isSignedIn, IsOffline(), isTransferring, isAnySelected, commands.IsAnyHere(),
+                    !commands.ChangedHere().isEmpty(), !commands.InConflict().isEmpty(),
+                    commands.Removals().IsPossible()});
 }
 
 void DocumentsPage::UpdateEmptyPage()
 {
     const bool isEmpty = filter.rowCount() == 0;
     if (isEmpty && model.VisibleCount() > 0) {
-        empty->Show(Glyph::Search, tr("No matching documents"), tr("You searched for “%1”.").arg(search->text()),
-                    tr("Clear Search"));
+        QStringList reasons = {chips->Explanation()};
+        if (!search->text().isEmpty()) {
+            reasons.append(tr("You searched for “%1”.").arg(search->text()));
+        }
+        reasons.removeAll({});
+        empty->Show(Glyph::Search, tr("No matching documents"), reasons.join('\n'), tr("Show All Documents"));
     } else if (isEmpty && refreshedAt.isNull()) {
         empty->Show(Glyph::Cloud, tr("Loading documents…"), {});
     } else if (isEmpty) {

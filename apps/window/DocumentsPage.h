@@ -3,6 +3,9 @@
 #include "DocumentActions.h"
 #include "DocumentCommands.h"
 #include "DocumentsFilter.h"
+#include "DocumentsLayout.h"
+#include "DocumentsOrder.h"
+#include "TransferNotice.h"
 #include "Transfers.h"
 
 #include <host/CloudDocumentsModel.h>
@@ -12,8 +15,6 @@
 #include <QTimer>
 #include <QWidget>
 
-class QComboBox;
-class QLineEdit;
 class QMenuBar;
 class QStackedWidget;
 class QToolBar;
@@ -21,10 +22,11 @@ class QToolBar;
 namespace Norlis::Window {
 
 class DocumentsView;
-enum class DisplayMode;
 class DropHint;
 class EmptyPage;
+class FilterChips;
 class MessageBar;
+class SearchField;
 class StatusLine;
 
 /// Shows the documents of one session, and what can be done with them.
@@ -66,6 +68,9 @@ signals:
     void SignInRequested();
     void SignOutRequested();
 
+    /// The user wants to see the window.
+    void FrontRequested();
+
 protected:
     bool event(QEvent* event) override;
 
@@ -75,14 +80,16 @@ private:
     void ConnectSession();
     void ConnectDocuments();
     void ConnectSearch();
-    void ConnectLayout();
     void ConnectActions();
+
+    void ShowAll();
+
+    /// To be called when other documents are to be shown.
+    void OnNarrowed();
     void Restore();
 
     /// Shows the new documents.
     void RevealAdded();
-    void SetMode(DisplayMode mode);
-    void SortBy(int choice);
     void ShowMenu(const QPoint& place, bool isOnDocument);
 
     void OnFailed(const Host::CloudProblem& problem);
@@ -100,15 +107,18 @@ private:
     DocumentActions actions;
 
     QToolBar* const tools;
-    QLineEdit* const search;
-    QComboBox* const order;
+    SearchField* const search;
+    FilterChips* const chips;
     MessageBar* const message;
     QStackedWidget* const stack;
     DocumentsView* const view;
     EmptyPage* const empty;
     DropHint* const dropHint;
     StatusLine* const status;
+    DocumentsOrder order;
+    DocumentsLayout arrangement;
     DocumentCommands commands;
+    TransferNotice notice;
 
     QTimer actionsUpdate; ///< combines many changes into one update
     QStringList added;    ///< ids of new documents, until all transfers have ended

@@ -5,6 +5,7 @@
 
 #include <QContextMenuEvent>
 #include <QScrollBar>
+#include <QWheelEvent>
 
 #include <algorithm>
 #include <utility>
@@ -17,7 +18,7 @@ constexpr int shownInterval = 100; // milliseconds; what passes by faster is not
 
 } // namespace
 
-DocumentsView::DocumentsView(QWidget* parent) : QListView(parent)
+DocumentsView::DocumentsView(QWidget* parent) : QListView(parent), header(new ListHeader(this))
 {
     setObjectName("documents");
     setAccessibleName(tr("Documents"));
@@ -37,6 +38,8 @@ DocumentsView::DocumentsView(QWidget* parent) : QListView(parent)
     setDefaultDropAction(Qt::CopyAction);
     setMouseTracking(true);
     setFrameShape(NoFrame);
+    header->hide();
+    connect(header, &ListHeader::Arranged, viewport(), qOverload<>(&QWidget::update));
     connect(&thumbnails, &Thumbnails::Loaded, this, [this](const QString& path) {
         const QModelIndex index = delegate.TakeAwaiting(path);
         viewport()->update(index.isValid() ? delegate.PictureArea(visualRect(index)) : viewport()->rect());
@@ -61,8 +64,25 @@ void DocumentsView::SetMode(DisplayMode newMode)
 {
     mode = newMode;
     delegate.SetMode(mode);
+    header->setVisible(mode == DisplayMode::List);
+    updateGeometries();
     UpdateGridSize();
     scrollTo(currentIndex());
+}
+
+void DocumentsView::SetThumbnailEdge(int edge)
+{
+    const QModelIndex middle = indexAt(viewport()->rect().center());
+    delegate.SetThumbnailEdge(edge);
+    UpdateGridSize();
+    if (middle.isValid()) {
+        scrollTo(middle, PositionAtCenter);
+    }
+}
+
+ListHeader& DocumentsView::Header()
+{
+    return *header;
 }
 
 QStringList DocumentsView::SelectedIds() const
@@ -120,6 +140,9 @@ void DocumentsView::contextMenuEvent(QContextMenuEvent* event)
 {
     if (event->reason() == QContextMenuEvent::Keyboard) {
         const bool isOnDocument = selectionModel()->hasSelection();
+        if (isOnDocument) {
+            scrollTo(currentIndex()); // the menu is beside it
+        }
         const QPoint place = isOnDocument ? visualRect(currentIndex()).center() : viewport()->rect().center();
         emit MenuRequested(viewport()->mapToGlobal(place), isOnDocument);
     } else {
@@ -158,12 +181,36 @@ void DocumentsView::resizeEvent(QResizeEvent* event)
     QListView::resizeEvent(event);
 }
 
+void DocumentsView::wheelEvent(QWheelEvent* event)
+{
+    if (!(event->modifiers() & Qt::ControlModifier)) {
+        QListView::wheelEvent(event);
+        return;
+    }
+    turned += event->angleDelta().y();
+    const int steps = turned / QWheelEvent::DefaultDeltasPerStep;
+    turned -= steps * QWheelEvent::DefaultDeltasPerStep;
+    if (steps != 0) {
+        emit ZoomRequested(steps);
+    }
+    event->accept();
+}
+
 void DocumentsView::changeEvent(QEvent* event)
 {
     QListView::changeEvent(event);
     if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
         UpdateGridSize();
     }
+}
+
+void DocumentsView::updateGeometries()
+{
+    const int height = mode == DisplayMode::List ? header->sizeHint().height() : 0;
+    setViewportMargins(0, height, 0, 0);
+    QListView::updateGeometries();
+    const QRect area = viewport()->geometry();
+    header->setGeometry(area.left(), area.top() - height, area.width(), height);
 }
 
 void DocumentsView::rowsAboutToBeRemoved(const QModelIndex& parent, int first, int last)

@@ -16,6 +16,12 @@ public:
 
     void SetMode(DisplayMode newMode);
 
+    /// Seen above the list.
+    ListHeader& Header();
+
+    /// \param edge of a thumbnail's larger side, in pixels. What is in the middle of the view stays there.
+    void SetThumbnailEdge(int edge);
+
     /// Ids of the selected documents, in the order of the view.
     QStringList SelectedIds() const;
 
@@ -33,6 +39,9 @@ public:
 signals:
     void SelectionChanged();
 
+    /// The user turns the wheel to have larger thumbnails, or smaller ones.
+    void ZoomRequested(int steps);
+
     /// The user asks for a menu, at this place on the screen.
     void MenuRequested(const QPoint& place, bool isOnDocument);
 
@@ -43,7 +52,9 @@ protected:
     void contextMenuEvent(QContextMenuEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void updateGeometries() override;
     void rowsAboutToBeRemoved(const QModelIndex& parent, int first, int last) override;
     void rowsInserted(const QModelIndex& parent, int first, int last) override;
     void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
@@ -52,8 +63,9 @@ private:
     void UpdateGridSize();
     QStringList ShownIds() const;
 
+    ListHeader* const header;
     Thumbnails thumbnails;
-    DocumentDelegate delegate{thumbnails};
+    DocumentDelegate delegate{thumbnails, *header};
     DisplayMode mode = DisplayMode::Thumbnails;
 
     // Ids of rows that were removed just now: after a transfer a document leaves the list and enters it again at once.
@@ -64,6 +76,7 @@ private:
     QStringList shown; ///< ids, as last emitted
     QStringList noted; ///< ids; see NoteSelection
     QTimer shownTimer;
+    int turned = 0; ///< eighths of a degree of the wheel, that are less than a step
 };
 
 } // namespace Norlis::Window

@@ -120,6 +120,14 @@ QPainterPath PathOf(Glyph glyph)
         path.addEllipse(QRectF(4, 4, 12, 12));
         Line(path, {{14.5, 14.5}, {20, 20}});
         break;
+    case Glyph::ZoomIn:
+        Line(path, {{10, 7}, {10, 13}});
+        [[fallthrough]];
+    case Glyph::ZoomOut:
+        Line(path, {{7, 10}, {13, 10}});
+        path.addEllipse(QRectF(4, 4, 12, 12));
+        Line(path, {{14.5, 14.5}, {20, 20}});
+        break;
     case Glyph::Server:
         path.addRoundedRect(QRectF(4, 4, 16, 7), 2, 2);
         path.addRoundedRect(QRectF(4, 13, 16, 7), 2, 2);

@@ -33,6 +33,8 @@ enum class Glyph {
     Upload,
     UploadChanges,
     UpToDate,
+    ZoomIn,
+    ZoomOut,
 };
 
 void PaintGlyph(QPainter& painter, const QRectF& target, Glyph glyph, const QColor& color);

@@ -1,6 +1,9 @@
 #include "MainWindow.h"
 
+#include "AboutDialog.h"
 #include "DocumentsPage.h"
+#include "SettingsDialog.h"
+#include "ShortcutsDialog.h"
 #include "Texts.h"
 #include "WelcomePage.h"
 
@@ -16,7 +19,6 @@
 
 #include <glog/logging.h>
 
-#include <chrono>
 #include <utility>
 
 namespace Norlis::Window {
@@ -30,7 +32,12 @@ namespace Key {
 const auto geometry = QStringLiteral("window/geometry");
 } // namespace Key
 
-constexpr auto refreshInterval = std::chrono::minutes(1);
+/// Shows a dialog that deletes itself.
+void OpenDialog(QDialog& dialog)
+{
+    dialog.setAttribute(Qt::WA_DeleteOnClose);
+    dialog.open();
+}
 
 } // namespace
 
@@ -43,10 +50,7 @@ MainWindow::MainWindow(const QString& dataFolder)
     setWindowTitle(tr("Documents"));
     pages->addWidget(welcome);
     setCentralWidget(pages);
-    const auto program = menuBar()->addMenu(tr("&Application"));
-    const auto quit = program->addAction(tr("&Quit"), this, &MainWindow::close);
-    quit->setShortcuts({QKeySequence::Quit, QKeySequence::Close});
-    quit->setMenuRole(QAction::QuitRole);
+    AddMenus();
     connect(welcome, &WelcomePage::Chosen, this, &MainWindow::SignIn);
     connect(welcome, &WelcomePage::Canceled, this, [this] {
         CloseSession();
@@ -57,6 +61,35 @@ MainWindow::MainWindow(const QString& dataFolder)
         resize(QSize(1100, 760).boundedTo(available.size() * 85 / 100));
         move(available.center() - rect().center());
     }
+}
+
+void MainWindow::AddMenus()
+{
+    const auto program = menuBar()->addMenu(tr("&Application"));
+    const auto change = program->addAction(tr("&Settings…"), this, &MainWindow::ShowSettings);
+    change->setShortcut(QString("Ctrl+,"));
+    change->setMenuRole(QAction::PreferencesRole);
+    program->addSeparator();
+    const auto quit = program->addAction(tr("&Quit"), this, &MainWindow::close);
+    quit->setShortcuts({QString("Ctrl+Q"), QString("Ctrl+W")}); // on all desktops
+    quit->setMenuRole(QAction::QuitRole);
+    const auto help = menuBar()->addMenu(tr("&Help"));
+    const auto keys = help->addAction(tr("&Keyboard Shortcuts"), this,
+                                      [this] { OpenDialog(*new ShortcutsDialog(*menuBar(), this)); });
+    keys->setShortcut(QKeySequence::HelpContents);
+    const auto about = help->addAction(tr("&About Documents"), this, [this] { OpenDialog(*new AboutDialog(this)); });
+    about->setMenuRole(QAction::AboutRole);
+}
+
+void MainWindow::ShowSettings()
+{
+    const auto dialog = new SettingsDialog(preferences, this);
+    connect(dialog, &QDialog::accepted, this, [this] {
+        if (session) {
+            session->RefreshEvery(preferences.RefreshInterval());
+        }
+    });
+    OpenDialog(*dialog);
 }
 
 MainWindow::~MainWindow()
@@ -102,7 +135,7 @@ bool MainWindow::OpenSession(const Host::CloudAccount& wanted)
     CloseSession();
     try {
         session = std::make_unique<CloudSession>(wanted.DataFolder(), wanted.AuthInfo());
-        session->RefreshEvery(refreshInterval);
+        session->RefreshEvery(preferences.RefreshInterval());
     } catch (const std::exception& problem) {
         AskForService(wanted.Service());
         welcome->ShowProblem(tr("The documents cannot be shown."), QString::fromUtf8(problem.what()));
@@ -162,6 +195,7 @@ void MainWindow::ShowDocuments()
     documents->FocusDocuments();
     const QUrl& service = account->Service();
     setWindowTitle(tr("Documents — %1").arg(Host::ServiceText(service)));
+    connect(documents, &DocumentsPage::FrontRequested, this, &MainWindow::ComeToFront);
     connect(documents, &DocumentsPage::SignOutRequested, this, [this] {
         const int changes = documents->CountOfChanges();
         const bool isRunning = documents->HasRunningTransfers();

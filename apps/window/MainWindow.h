@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Preferences.h"
+
 #include <host/account/CloudAccount.h>
 #include <host/session/CloudSession.h>
 
@@ -44,6 +46,8 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
+    void AddMenus();
+    void ShowSettings();
     void AskForService(const QUrl& suggestion);
     void SignIn(const QUrl& service, const QString& token, const Host::ServiceAccess& access);
     void OnSignInFailed(const Host::CloudProblem& problem, bool isTokenGiven);
@@ -65,6 +69,7 @@ private:
 
     std::shared_ptr<Host::CloudAccountSettings> accounts;
     QSettings settings;
+    Preferences preferences{settings};
     std::optional<Host::CloudAccount> account;
     std::unique_ptr<Host::CloudSession> session;
     QStackedWidget* const pages;

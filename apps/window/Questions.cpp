@@ -72,6 +72,15 @@ void AskAboutLocalChanges(QWidget& widget, const QString& name, const std::funct
         false);
 }
 
+void AskToUseCloud(QWidget& widget, const QStringList& names, const std::function<void()>& action)
+{
+    const QString question = names.size() == 1
+                                 ? Questions::tr("Use the cloud’s version of “%1”?").arg(names.first())
+                                 : Questions::tr("Use the cloud’s versions of %n documents?", nullptr, names.size());
+    Ask(widget, "confirmUseCloud", question, Questions::tr("The changes on this computer are lost."),
+        {{Questions::tr("Use the Cloud’s"), action}}, true);
+}
+
 void AskAboutTakenNames(QWidget& widget, const QStringList& names, const std::function<void(bool)>& action)
 {
     const QString question = names.size() == 1

@@ -23,6 +23,9 @@ QMessageBox& AskAboutConflicts(QWidget& widget, const QStringList& names, const 
 /// \param action told UseMine or UseCloud
 void AskAboutLocalChanges(QWidget& widget, const QString& name, const std::function<void(ConflictChoice)>& action);
 
+/// Before the changes of local copies are given up.
+void AskToUseCloud(QWidget& widget, const QStringList& names, const std::function<void()>& action);
+
 /// Before files are uploaded whose names documents in the cloud have.
 /// \param action told whether the documents are to be replaced; otherwise the new ones get other names
 void AskAboutTakenNames(QWidget& widget, const QStringList& names, const std::function<void(bool)>& action);

@@ -6,6 +6,7 @@
 #include <contracts/NorlisCloudProtocol.h>
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QLocale>
 #include <QTextDocument>
 
@@ -95,6 +96,11 @@ QString DateText(const QDateTime& date)
 QString TimeText(const QTime& time)
 {
     return QLocale().toString(time, QLocale().timeFormat(QLocale::ShortFormat).remove(":ss"));
+}
+
+QString FolderOf(const QString& path)
+{
+    return QDir::toNativeSeparators(path.left(qMax(0, path.lastIndexOf('/'))));
 }
 
 QString StateText(int state)

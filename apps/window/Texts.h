@@ -27,6 +27,9 @@ QString DateText(const QDateTime& date);
 /// In local format, without seconds.
 QString TimeText(const QTime& time);
 
+/// The folder of a local copy; empty if there is none.
+QString FolderOf(const QString& path);
+
 /// \param state a PDF::FileInfo::CloudStatus
 QString StateText(int state);
 

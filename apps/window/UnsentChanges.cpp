@@ -23,11 +23,13 @@ constexpr int updateInterval = 300; // milliseconds
 
 } // namespace
 
-UnsentChanges::UnsentChanges(CloudSession& session, const Model& model, const Transfers& transfers, MessageBar& message)
+UnsentChanges::UnsentChanges(CloudSession& session, const Model& model, const Transfers& transfers, MessageBar& message,
+                             const Preferences& preferences)
     : session(session),
       model(model),
       transfers(transfers),
-      message(message)
+      message(message),
+      preferences(preferences)
 {
     update.setSingleShot(true);
     update.setInterval(updateInterval);
@@ -37,16 +39,25 @@ UnsentChanges::UnsentChanges(CloudSession& session, const Model& model, const Tr
     }
     connect(&model, &QAbstractItemModel::dataChanged, &update, qOverload<>(&QTimer::start));
     connect(&session, &CloudSession::DocumentUploaded, &update, qOverload<>(&QTimer::start));
-    connect(&session, &CloudSession::LocalCopyChanged, this, [this](const QString&, const QString& id) {
-        told.remove(id); // once more
-        Tell();
-    });
+    connect(&session, &CloudSession::LocalCopyChanged, this,
+            [this](const QString&, const QString& id) { OnSaved(id); });
     connect(&session, &CloudSession::CopyLeftBehind, this, &UnsentChanges::OnCopyLeft);
 }
 
 int UnsentChanges::Count() const
 {
     return Find().ids.size();
+}
+
+void UnsentChanges::OnSaved(const QString& id)
+{
+    told.remove(id); // once more
+    const int state = model.index(model.RowOf(id)).data(Model::StateRole).toInt();
+    const bool isSimple = state == static_cast<int>(State::ChangedLocally); // otherwise the user has to decide
+    if (preferences.UploadsByItself() && isSimple && !transfers.IsActive(id)) {
+        emit UploadChosen({id});
+    }
+    Tell();
 }
 
 UnsentChanges::Changes UnsentChanges::Find() const

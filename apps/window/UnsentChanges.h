@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Preferences.h"
+
 #include <QObject>
 #include <QSet>
 #include <QStringList>
@@ -16,13 +18,14 @@ class MessageBar;
 class Transfers;
 
 /// Tells the user of documents with changes that are not in the cloud, and of changed files whose document is gone, and
-/// offers to upload them. What the user has closed is told again when there is another change.
+/// offers to upload them; what was opened and is saved is uploaded at once, if the user prefers that. What the user has
+/// closed is told again when there is another change.
 class UnsentChanges : public QObject {
     Q_OBJECT
 
 public:
     UnsentChanges(Host::CloudSession& session, const Host::CloudDocumentsModel& model, const Transfers& transfers,
-                  MessageBar& message);
+                  MessageBar& message, const Preferences& preferences);
 
     /// Of documents.
     int Count() const;
@@ -39,6 +42,7 @@ private:
 
     /// Without those that are being transferred.
     Changes Find() const;
+    void OnSaved(const QString& id);
     void Tell();
     void OnCopyLeft(const QString& path);
     void TellOfCopiesLeft();
@@ -48,6 +52,7 @@ private:
     const Host::CloudDocumentsModel& model;
     const Transfers& transfers;
     MessageBar& message;
+    const Preferences preferences;
     QTimer update;      ///< combines many changes into one message
     QSet<QString> told; ///< ids of the documents of which the user knows
     QStringList left;   ///< paths of files whose documents are gone

@@ -1,3 +1,4 @@
+#include "Glyphs.h"
 #include "MainWindow.h"
 #include "ProgramOptions.h"
 #include "Sharpness.h"
@@ -73,6 +74,8 @@ int main(int argc, char** argv)
     QCoreApplication::setApplicationName("norlis-documents");
     QGuiApplication::setDesktopFileName("org.norlis.Documents"); // by which desktops find the window's icon
     QCoreApplication::setApplicationVersion(NORLIS_CLOUD_VERSION_STR);
+    QApplication::setWindowIcon(
+        QIcon::fromTheme(QGuiApplication::desktopFileName(), Window::GlyphIcon(Window::Glyph::Cloud)));
     Window::InstallTranslations(application, QLocale());
 
     QCommandLineParser parser;

@@ -11,7 +11,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <limits>
 #include <utility>
 
 namespace Norlis::Host {
@@ -189,15 +188,12 @@ QStringList DocumentIndex::Ids() const
     return entries.keys();
 }
 
-QHash<QString, quint64> DocumentIndex::LargeSizes() const
+QHash<QString, quint64> DocumentIndex::CloudSizes() const
 {
     QHash<QString, quint64> sizes;
+    sizes.reserve(entries.size());
     for (auto entry = entries.begin(); entry != entries.end(); ++entry) {
-        const quint64 size = entry->facts.size;
-        const auto record = size > std::numeric_limits<quint32>::max() ? RecordOf(entry.key()) : nullptr;
-        if (record) {
-            sizes.insert(entry.key(), record->GetSize() != 0 ? record->GetSize() : size);
-        }
+        sizes.insert(entry.key(), entry->facts.size);
     }
     return sizes;
 }

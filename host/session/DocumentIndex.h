@@ -76,9 +76,8 @@ public:
     int Count() const;
     QStringList Ids() const;
 
-    /// Sizes of the documents of 4 GiB and more, in bytes, by id; of the local copy where there is one. The list tells
-    /// them with a whole record only.
-    QHash<QString, quint64> LargeSizes() const;
+    /// Sizes of all documents in the cloud, in bytes, by id. The list tells them with a whole record only.
+    QHash<QString, quint64> CloudSizes() const;
 
     /// Of all copies, kept ones included.
     QStringList LocalPaths() const;

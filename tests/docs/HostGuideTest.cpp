@@ -66,7 +66,7 @@ EditorWindow::EditorWindow(User& user, const QString& programFolder, const QStri
       settings(std::make_shared<Host::CloudAccountSettings>(programFolder)),
       account(settings, Host::ServiceAddress(service)),
       session(account.DataFolder(), account.AuthInfo()),
-      documents(session.Documents(), session.LargeSizes())
+      documents(session.Documents(), session.CloudSizes())
 {
     const auto& cloud = session.Cloud();
     connect(&cloud, &AbstractCloudManager::AuthorizationCompleted, &session, &Host::CloudSession::Refresh);

@@ -10,6 +10,7 @@
 #include <QRandomGenerator>
 #include <QSignalSpy>
 #include <QSortFilterProxyModel>
+#include <QTemporaryFile>
 #include <QUrl>
 
 #include <gmock/gmock.h>
@@ -96,6 +97,18 @@ TEST_F(CloudDocumentsModelTest, EachValueOfADocumentHasItsRole)
     EXPECT_FALSE(Value("a", CloudDocumentsModel::PreviewsRole).toMap().contains("large"));
     EXPECT_FALSE(Value("a", Qt::DecorationRole).isValid());
     EXPECT_EQ(model.roleNames().value(CloudDocumentsModel::StateRole), "state");
+}
+
+TEST_F(CloudDocumentsModelTest, SizeIsThatOfTheCloudCopyAsTheDateIs)
+{
+    QTemporaryFile copy;
+    ASSERT_TRUE(copy.open() && copy.write("changed") > 0 && copy.flush());
+    auto record = RecordOf("a");
+    record->SetPath(ioPath(copy.fileName().toStdString()), "hash");
+    list->Add(record);
+    EXPECT_EQ(Value("a", CloudDocumentsModel::SizeRole).toLongLong(), 1234);
+    EXPECT_EQ(CloudDocumentsModel(*list, {{"a", 1234}}).index(0).data(CloudDocumentsModel::SizeRole).toLongLong(),
+              1234);
 }
 
 TEST_F(CloudDocumentsModelTest, DocumentsThatWereThereBeforeAreRows)

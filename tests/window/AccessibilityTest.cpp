@@ -4,8 +4,10 @@
 #include <apps/window/Translations.h>
 
 #include <QAbstractButton>
+#include <QAbstractSpinBox>
 #include <QAccessible>
 #include <QApplication>
+#include <QButtonGroup>
 #include <QComboBox>
 #include <QDirIterator>
 #include <QLineEdit>
@@ -13,6 +15,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QRegularExpression>
+#include <QSet>
 #include <QTest>
 #include <QToolBar>
 #include <QTranslator>
@@ -27,14 +30,43 @@ using testing::IsEmpty;
 bool CanBeUsed(const QWidget& widget)
 {
     return qobject_cast<const QAbstractButton*>(&widget) || qobject_cast<const QLineEdit*>(&widget) ||
-           qobject_cast<const QComboBox*>(&widget) || qobject_cast<const QListView*>(&widget);
+           qobject_cast<const QComboBox*>(&widget) || qobject_cast<const QListView*>(&widget) ||
+           qobject_cast<const QAbstractSpinBox*>(&widget);
 }
 
 /// Parts of Qt's own widgets.
 bool IsPartOfAnother(const QWidget& widget)
 {
     return qobject_cast<const QLineEdit*>(widget.parentWidget()) ||
-           qobject_cast<const QComboBox*>(widget.parentWidget()) || widget.objectName().startsWith("qt_");
+           qobject_cast<const QComboBox*>(widget.parentWidget()) ||
+           qobject_cast<const QAbstractSpinBox*>(widget.parentWidget()) || widget.objectName().startsWith("qt_");
+}
+
+/// Whether the Tab key leads there, or the arrow keys from where it leads.
+bool IsReached(QWidget& widget, const QSet<QWidget*>& byTab)
+{
+    const auto button = qobject_cast<QAbstractButton*>(&widget);
+    const auto together =
+        button && button->group() ? button->group()->buttons() : QList<QAbstractButton*>(); // one is checked
+    return byTab.contains(&widget) ||
+           std::any_of(together.begin(), together.end(), [&](QAbstractButton* each) { return byTab.contains(each); });
+}
+
+/// The entries of a menu and of those below it that the keyboard reaches, by letters all the way or by a key.
+QSet<const QAction*> InReach(const QMenu& menu, bool isOpenedByLetters)
+{
+    QSet<const QAction*> found;
+    const auto entries = menu.actions();
+    for (const QAction* const entry : entries) {
+        const bool hasLetter = isOpenedByLetters && entry->text().contains('&');
+        if (entry->menu()) {
+            found += InReach(*entry->menu(), hasLetter);
+        }
+        if (hasLetter || !entry->shortcut().isEmpty()) {
+            found.insert(entry);
+        }
+    }
+    return found;
 }
 
 /// The letters that are pressed with Alt.
@@ -107,7 +139,7 @@ protected:
         for (QWidget* const widget : window->findChildren<QWidget*>()) {
             const bool isWanted =
                 widget->isVisible() && widget->isEnabled() && CanBeUsed(*widget) && !IsPartOfAnother(*widget);
-            if (isWanted && !reached.contains(widget)) {
+            if (isWanted && !IsReached(*widget, reached)) {
                 const auto button = qobject_cast<QAbstractButton*>(widget);
                 missed.append(QString(widget->metaObject()->className()) + ' ' + widget->objectName() + ' ' +
                               (button ? button->text() : QString()));
@@ -194,6 +226,96 @@ TEST_F(AccessibilityTest, TheTabKeyReachesEveryControl)
     Drop({LocalFile("b.pdf", PdfOfColor(Qt::red)), LocalFile("c.txt", "text")});
     ASSERT_TRUE(WaitUntil([&] { return Transfers() == QStringList{"b.pdf finished"}; }));
     EXPECT_THAT(Unreached(), IsEmpty());
+}
+
+TEST_F(AccessibilityTest, EveryActionIsInAMenuAndHasAKeyOrALetter)
+{
+    for (const auto language : {QLocale::English, QLocale::German}) {
+        Window::InstallTranslations(*qApp, QLocale(language));
+        OpenCloud();
+        QSet<const QAction*> inReach;
+        const auto menus = window->menuBar()->actions();
+        for (const QAction* const menu : menus) {
+            inReach.insert(menu);
+            inReach += InReach(*menu->menu(), menu->text().contains('&'));
+        }
+        int actions = 0;
+        for (const QAction* const action : window->findChildren<QAction*>()) {
+            const bool isPartOfAField = qobject_cast<QLineEdit*>(action->parent());
+            if (!action->isSeparator() && !action->text().isEmpty() && !isPartOfAField) {
+                EXPECT_TRUE(inReach.contains(action)) << qPrintable(action->text());
+                ++actions;
+            }
+        }
+        EXPECT_GT(actions, 30);
+        window.reset();
+        qDeleteAll(qApp->findChildren<QTranslator*>());
+    }
+}
+
+TEST_F(AccessibilityTest, TheDialogsCanBeUsedByKeyboardAndScreenReader)
+{
+    OpenCloud();
+    for (const auto name : {"Settings…", "Keyboard Shortcuts", "About Documents"}) {
+        Action(name)->trigger();
+        ASSERT_TRUE(WaitUntil([&] {
+            const auto opened = QApplication::activeModalWidget();
+            return opened && opened->isActiveWindow() && QApplication::focusWidget();
+        }));
+        EXPECT_THAT(Nameless(), IsEmpty()) << name;
+        QWidget* const dialog = QApplication::activeModalWidget();
+        QSet<QWidget*> reached;
+        for (int step = 0; step < 30; ++step) {
+            reached.insert(QApplication::focusWidget());
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        }
+        for (QWidget* const widget : dialog->findChildren<QWidget*>()) {
+            const bool isWanted =
+                widget->isVisible() && widget->isEnabled() && CanBeUsed(*widget) && !IsPartOfAnother(*widget);
+            EXPECT_TRUE(!isWanted || IsReached(*widget, reached))
+                << name << ": " << widget->metaObject()->className() << ' ' << qPrintable(widget->objectName());
+        }
+        QTest::keyClick(dialog, Qt::Key_Escape);
+        EXPECT_FALSE(dialog->isVisible()) << name;
+        window->activateWindow();
+    }
+}
+
+TEST_F(AccessibilityTest, TheKeyboardAloneDoesTheMainJob)
+{
+    PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
+    PutIntoCloud("b.pdf", PdfOfColor(Qt::blue));
+    Open();
+    const auto press = [](int key, Qt::KeyboardModifiers modifiers = {}) {
+        QTest::keyClick(QApplication::focusWidget(), static_cast<Qt::Key>(key), modifiers);
+    };
+    for (int step = 0; step < 10 && QApplication::focusWidget() != Find<QLineEdit>("folder"); ++step) {
+        press(Qt::Key_Tab);
+    }
+    press(Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClicks(QApplication::focusWidget(), Cloud());
+    press(Qt::Key_Return);
+    ASSERT_TRUE(Documents() || WaitUntil([&] { return Documents(); }));
+    ASSERT_TRUE(Shows({"a.pdf", "b.pdf"}));
+    ASSERT_TRUE(WaitUntil([&] { return Action("Upload…")->isEnabled(); }));
+    press(Qt::Key_F, Qt::ControlModifier);
+    QTest::keyClicks(QApplication::focusWidget(), "b");
+    ASSERT_TRUE(Shows({"b.pdf"}));
+    press(Qt::Key_Return);
+    press(Qt::Key_D, Qt::ControlModifier);
+    ASSERT_TRUE(IsUpToDate("b.pdf"));
+    const QByteArray changed = PdfOfColor(Qt::green);
+    WriteFile(Local("downloads/b.pdf"), changed);
+    press(Qt::Key_F5);
+    ASSERT_TRUE(WaitUntil([&] { return Action("Upload Changes")->isEnabled(); }));
+    press(Qt::Key_S, Qt::ControlModifier);
+    EXPECT_TRUE(WaitUntil([&] { return ReadFile(Cloud("b.pdf")) == changed; }));
+    ASSERT_TRUE(IsUpToDate("b.pdf"));
+    ASSERT_TRUE(WaitUntil([&] { return Action("Remove")->isEnabled(); }));
+    press(Qt::Key_Delete);
+    EXPECT_TRUE(Shows({}));
+    press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_TRUE(Shows({"b.pdf"}));
 }
 
 TEST_F(AccessibilityTest, EveryTextIsTranslated)

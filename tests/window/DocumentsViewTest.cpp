@@ -48,7 +48,7 @@ TEST_F(DocumentsViewTest, SearchNarrowsAsOneTypes)
     EXPECT_THAT(Status().toStdString(), HasSubstr("1"));
     QTest::keyClicks(QApplication::focusWidget(), "x");
     EXPECT_EQ(EmptyTitle(), "No matching documents");
-    ClickButton("Clear Search");
+    ClickButton("Show All Documents");
     EXPECT_EQ(Names().size(), 3);
     QTest::keyClick(Documents(), Qt::Key_F, Qt::ControlModifier);
     Type(QApplication::focusWidget(), "letter");
@@ -142,7 +142,7 @@ TEST_F(DocumentsViewTest, TheMenuIsAboutWhatWasClicked)
     const QRect document = Documents()->visualRect(Documents()->model()->index(0, 0));
     EXPECT_EQ(entriesAt(document.center()), QStringList({"Open", "Download", "Download To…", "Copy", "Remove"}));
     EXPECT_EQ(entriesAt(document.center() + QPoint(0, 2 * document.height())),
-              QStringList({"Upload…", "Paste", "Thumbnails", "List", "Refresh", "Sort By"}));
+              QStringList({"Upload…", "Paste", "Sort By", "View", "Refresh"}));
 }
 
 TEST_F(DocumentsViewTest, TheLineAtTheBottomTellsHowMuchIsSelected)
@@ -173,8 +173,8 @@ TEST_F(DocumentsViewTest, WhatIsUploadedDuringASearchThatHidesItIsShownOnRequest
     ASSERT_TRUE(Shows({"a.pdf"}));
     Type(Find<QLineEdit>("search"), "a");
     Drop({LocalFile("b.pdf", PdfOfColor(Qt::blue))});
-    ASSERT_TRUE(WaitUntil([&] { return Message() == "What was uploaded does not match the search."; }));
-    ClickButton("Clear Search");
+    ASSERT_TRUE(WaitUntil([&] { return Message() == "What was uploaded does not match what is searched for."; }));
+    ClickButton("Show All");
     EXPECT_TRUE(Shows({"a.pdf", "b.pdf"}));
     EXPECT_TRUE(WaitUntil([&] { return Documents()->currentIndex().row() == 1; }));
 }
@@ -262,9 +262,14 @@ TEST_F(DocumentsViewTest, SizeAndDateGiveAnOrderToo)
     old.close();
     OpenCloud();
     ASSERT_TRUE(Shows({"new and small.pdf", "old and large.pdf"}));
-    Find<QComboBox>("order")->setCurrentIndex(3);
+    const auto choose = [this](const QString& order) { Find<QComboBox>("order")->setCurrentText(order); };
+    choose("Largest First");
     EXPECT_EQ(Names().first(), "old and large.pdf");
-    Find<QComboBox>("order")->setCurrentIndex(2);
+    choose("Newest First");
+    EXPECT_EQ(Names().first(), "new and small.pdf");
+    choose("Oldest First");
+    EXPECT_EQ(Names().first(), "old and large.pdf");
+    choose("Smallest First");
     EXPECT_EQ(Names().first(), "new and small.pdf");
 }
 

@@ -1,42 +1,17 @@
+#include "OpenedFiles.h"
 #include "WindowTest.h"
 
 #include <QApplication>
-#include <QDesktopServices>
 #include <QDir>
 #include <QFileInfo>
 #include <QListView>
 #include <QTest>
-#include <QUrl>
 
 #include <cstdio>
 
 namespace Norlis::Test {
 
 namespace {
-
-/// Takes what would be opened by another program.
-class OpenedFiles : public QObject {
-    Q_OBJECT
-
-public:
-    OpenedFiles()
-    {
-        QDesktopServices::setUrlHandler("file", this, "Open");
-    }
-
-    ~OpenedFiles() override
-    {
-        QDesktopServices::unsetUrlHandler("file");
-    }
-
-    QStringList paths;
-
-public slots:
-    void Open(const QUrl& url)
-    {
-        paths.append(url.toLocalFile());
-    }
-};
 
 /// Documents that are opened in another program.
 class OpeningTest : public WindowTest {
@@ -157,5 +132,3 @@ TEST_F(OpeningTest, AnOlderCopyIsNotOpenedInThePlaceOfANewerVersion)
 } // namespace
 
 } // namespace Norlis::Test
-
-#include "OpeningTest.moc"

@@ -2,6 +2,25 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de" sourcelanguage="en">
 <context>
+    <name>Norlis::Window::AboutDialog</name>
+    <message>
+        <source>About Documents</source>
+        <translation>Über Dokumente</translation>
+    </message>
+    <message>
+        <source>Documents</source>
+        <translation>Dokumente</translation>
+    </message>
+    <message>
+        <source>Version %1</source>
+        <translation>Version %1</translation>
+    </message>
+    <message>
+        <source>Made with:</source>
+        <translation>Erstellt mit:</translation>
+    </message>
+</context>
+<context>
     <name>Norlis::Window::ConflictPictures</name>
     <message>
         <source>Here</source>
@@ -142,6 +161,50 @@
         <source>&amp;Remove</source>
         <translation>&amp;Entfernen</translation>
     </message>
+    <message>
+        <source>Sho&amp;w in Folder</source>
+        <translation>Im Ordner &amp;zeigen</translation>
+    </message>
+    <message>
+        <source>Show the copies on this computer in the file manager</source>
+        <translation>Die Kopien auf diesem Computer in der Dateiverwaltung zeigen</translation>
+    </message>
+    <message>
+        <source>Use the Cloud’s &amp;Version…</source>
+        <translation>&amp;Version der Cloud verwenden …</translation>
+    </message>
+    <message>
+        <source>Give up the changes you made on this computer</source>
+        <translation>Die Änderungen auf diesem Computer aufgeben</translation>
+    </message>
+    <message>
+        <source>Zoom &amp;In</source>
+        <translation>Ver&amp;größern</translation>
+    </message>
+    <message>
+        <source>Show larger thumbnails</source>
+        <translation>Größere Vorschaubilder zeigen</translation>
+    </message>
+    <message>
+        <source>Zoom &amp;Out</source>
+        <translation>Verkle&amp;inern</translation>
+    </message>
+    <message>
+        <source>Show smaller thumbnails</source>
+        <translation>Kleinere Vorschaubilder zeigen</translation>
+    </message>
+    <message>
+        <source>&amp;Usual Size</source>
+        <translation>&amp;Normale Größe</translation>
+    </message>
+    <message>
+        <source>Show thumbnails of the usual size</source>
+        <translation>Vorschaubilder in normaler Größe zeigen</translation>
+    </message>
+    <message>
+        <source>&amp;Sort By</source>
+        <translation>S&amp;ortieren nach</translation>
+    </message>
 </context>
 <context>
     <name>Norlis::Window::DocumentCommands</name>
@@ -230,33 +293,64 @@
         <source>Open the Older One</source>
         <translation>Die ältere öffnen</translation>
     </message>
+    <message>
+        <source>There is no file %1.</source>
+        <translation>Die Datei %1 gibt es nicht.</translation>
+    </message>
+    <message>
+        <source>%1 (newer)</source>
+        <translation>%1 (neuer)</translation>
+    </message>
+</context>
+<context>
+    <name>Norlis::Window::DocumentsOrder</name>
+    <message>
+        <source>&amp;Name, A to Z</source>
+        <translation>&amp;Name, A bis Z</translation>
+    </message>
+    <message>
+        <source>Name, &amp;Z to A</source>
+        <translation>Name, &amp;Z bis A</translation>
+    </message>
+    <message>
+        <source>Ne&amp;west First</source>
+        <translation>Neu&amp;este zuerst</translation>
+    </message>
+    <message>
+        <source>&amp;Oldest First</source>
+        <translation>Älte&amp;ste zuerst</translation>
+    </message>
+    <message>
+        <source>&amp;Largest First</source>
+        <translation>&amp;Größte zuerst</translation>
+    </message>
+    <message>
+        <source>&amp;Smallest First</source>
+        <translation>&amp;Kleinste zuerst</translation>
+    </message>
+    <message>
+        <source>&amp;Folder, A to Z</source>
+        <translation>&amp;Ordner, A bis Z</translation>
+    </message>
+    <message>
+        <source>Fol&amp;der, Z to A</source>
+        <translation>O&amp;rdner, Z bis A</translation>
+    </message>
+    <message>
+        <source>State, &amp;Conflicts First</source>
+        <translation>Zustand, Kon&amp;flikte zuerst</translation>
+    </message>
+    <message>
+        <source>State, Conflicts L&amp;ast</source>
+        <translation>Zustand, Konflikte zu&amp;letzt</translation>
+    </message>
+    <message>
+        <source>Sort order</source>
+        <translation>Sortierung</translation>
+    </message>
 </context>
 <context>
     <name>Norlis::Window::DocumentsPage</name>
-    <message>
-        <source>Search</source>
-        <translation>Suchen</translation>
-    </message>
-    <message>
-        <source>Search by name</source>
-        <translation>Nach Namen suchen</translation>
-    </message>
-    <message>
-        <source>Name, A to Z</source>
-        <translation>Name, A bis Z</translation>
-    </message>
-    <message>
-        <source>Name, Z to A</source>
-        <translation>Name, Z bis A</translation>
-    </message>
-    <message>
-        <source>Newest first</source>
-        <translation>Neueste zuerst</translation>
-    </message>
-    <message>
-        <source>Largest first</source>
-        <translation>Größte zuerst</translation>
-    </message>
     <message>
         <source>Try Again</source>
         <translation>Erneut versuchen</translation>
@@ -268,14 +362,6 @@
     <message>
         <source>Toolbar</source>
         <translation>Symbolleiste</translation>
-    </message>
-    <message>
-        <source>Clear Search</source>
-        <translation>Suche löschen</translation>
-    </message>
-    <message>
-        <source>Sort order</source>
-        <translation>Sortierung</translation>
     </message>
     <message>
         <source>Sign In…</source>
@@ -314,8 +400,16 @@
         <translation>Wenn niemand sie entfernt hat, prüfen Sie die Cloud. Zu welchen Dateien hier sie gehören, bleibt einen Monat lang bekannt.</translation>
     </message>
     <message>
-        <source>&amp;Sort By</source>
-        <translation>&amp;Sortieren nach</translation>
+        <source>Show All Documents</source>
+        <translation>Alle Dokumente zeigen</translation>
+    </message>
+    <message>
+        <source>What was uploaded does not match what is searched for.</source>
+        <translation>Was hochgeladen wurde, passt nicht zu dem, was gesucht wird.</translation>
+    </message>
+    <message>
+        <source>Show All</source>
+        <translation>Alle zeigen</translation>
     </message>
 </context>
 <context>
@@ -341,6 +435,91 @@
     <message>
         <source>Only PDF documents can be uploaded</source>
         <translation>Nur PDF-Dokumente können hochgeladen werden</translation>
+    </message>
+</context>
+<context>
+    <name>Norlis::Window::FilterChips</name>
+    <message>
+        <source>Shown documents</source>
+        <translation>Gezeigte Dokumente</translation>
+    </message>
+    <message>
+        <source>Documents without a copy on this computer</source>
+        <translation>Dokumente ohne Kopie auf diesem Computer</translation>
+    </message>
+    <message>
+        <source>Documents that were changed here or in the cloud since both were the same</source>
+        <translation>Dokumente, die hier oder in der Cloud geändert wurden, seit beide gleich waren</translation>
+    </message>
+    <message>
+        <source>Documents that were changed both here and in the cloud</source>
+        <translation>Dokumente, die sowohl hier als auch in der Cloud geändert wurden</translation>
+    </message>
+    <message>
+        <source>Only documents without a copy on this computer are shown.</source>
+        <translation>Es werden nur Dokumente ohne Kopie auf diesem Computer gezeigt.</translation>
+    </message>
+    <message>
+        <source>Only changed documents are shown.</source>
+        <translation>Es werden nur geänderte Dokumente gezeigt.</translation>
+    </message>
+    <message>
+        <source>Only documents that were changed both here and in the cloud are shown.</source>
+        <translation>Es werden nur Dokumente gezeigt, die sowohl hier als auch in der Cloud geändert wurden.</translation>
+    </message>
+    <message>
+        <source>All</source>
+        <translation>Alle</translation>
+    </message>
+    <message>
+        <source>Not Here</source>
+        <translation>Nicht hier</translation>
+    </message>
+    <message>
+        <source>Changed</source>
+        <translation>Geändert</translation>
+    </message>
+    <message>
+        <source>Conflicts</source>
+        <translation>Konflikte</translation>
+    </message>
+</context>
+<context>
+    <name>Norlis::Window::FolderField</name>
+    <message>
+        <source>Choose a Folder</source>
+        <translation>Ordner wählen</translation>
+    </message>
+    <message>
+        <source>Choose a folder: %1</source>
+        <translation>Ordner wählen: %1</translation>
+    </message>
+</context>
+<context>
+    <name>Norlis::Window::ListHeader</name>
+    <message>
+        <source>Columns</source>
+        <translation>Spalten</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Folder</source>
+        <translation>Ordner</translation>
+    </message>
+    <message>
+        <source>State</source>
+        <translation>Zustand</translation>
+    </message>
+    <message>
+        <source>Size</source>
+        <translation>Größe</translation>
+    </message>
+    <message>
+        <source>Modified</source>
+        <translation>Geändert am</translation>
     </message>
 </context>
 <context>
@@ -408,6 +587,34 @@
             <numerusform>%n Dokumente haben Änderungen, die nicht in der Cloud sind. Trotzdem abmelden?</numerusform>
         </translation>
     </message>
+    <message>
+        <source>&amp;Settings…</source>
+        <translation>&amp;Einstellungen …</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>&amp;Hilfe</translation>
+    </message>
+    <message>
+        <source>&amp;Keyboard Shortcuts</source>
+        <translation>&amp;Tastenkürzel</translation>
+    </message>
+    <message>
+        <source>&amp;About Documents</source>
+        <translation>Ü&amp;ber Dokumente</translation>
+    </message>
+    <message>
+        <source>The changes stay in the files on this computer.</source>
+        <translation>Die Änderungen bleiben in den Dateien auf diesem Computer.</translation>
+    </message>
+    <message>
+        <source>The removal is being sent to the cloud.</source>
+        <translation>Das Entfernen wird an die Cloud gesendet.</translation>
+    </message>
+    <message>
+        <source>Then the window closes.</source>
+        <translation>Danach schließt sich das Fenster.</translation>
+    </message>
 </context>
 <context>
     <name>Norlis::Window::MessageBar</name>
@@ -425,11 +632,14 @@
     </message>
 </context>
 <context>
-    <name>Norlis::Window::Questions</name>
+    <name>Norlis::Window::Notifications</name>
     <message>
-        <source>Remove</source>
-        <translation>Entfernen</translation>
+        <source>Show</source>
+        <translation>Anzeigen</translation>
     </message>
+</context>
+<context>
+    <name>Norlis::Window::Questions</name>
     <message>
         <source>Remove “%1” from the cloud?</source>
         <translation>„%1“ aus der Cloud entfernen?</translation>
@@ -440,10 +650,6 @@
             <numerusform>%n Dokument aus der Cloud entfernen?</numerusform>
             <numerusform>%n Dokumente aus der Cloud entfernen?</numerusform>
         </translation>
-    </message>
-    <message>
-        <source>Replace</source>
-        <translation>Ersetzen</translation>
     </message>
     <message>
         <source>“%1” was changed both here and in the cloud.</source>
@@ -459,14 +665,6 @@
     <message>
         <source>Keep Both uploads yours as a new document with another name. With Use Mine the version in the cloud is lost, with Use the Cloud’s the one on this computer.</source>
         <translation>„Beide behalten“ lädt Ihre Fassung als neues Dokument unter einem anderen Namen hoch. Mit „Meine verwenden“ geht die Fassung in der Cloud verloren, mit „Die der Cloud verwenden“ die auf diesem Computer.</translation>
-    </message>
-    <message>
-        <source>Keep Both</source>
-        <translation>Beide behalten</translation>
-    </message>
-    <message>
-        <source>Use Mine</source>
-        <translation>Meine verwenden</translation>
     </message>
     <message>
         <source>Use the Cloud’s</source>
@@ -499,20 +697,12 @@
         </translation>
     </message>
     <message>
-        <source>Upload</source>
-        <translation>Hochladen</translation>
-    </message>
-    <message>
         <source>“%1” has changes on this computer that are not in the cloud.</source>
         <translation>„%1“ hat auf diesem Computer Änderungen, die nicht in der Cloud sind.</translation>
     </message>
     <message>
         <source>With Use the Cloud’s they are lost.</source>
         <translation>Mit „Die der Cloud verwenden“ gehen sie verloren.</translation>
-    </message>
-    <message>
-        <source>Upload Changes</source>
-        <translation>Änderungen hochladen</translation>
     </message>
     <message>
         <source>Copies on this computer are kept. For half a minute, Undo takes it back.</source>
@@ -526,8 +716,58 @@
         </translation>
     </message>
     <message>
-        <source>Open</source>
-        <translation>Öffnen</translation>
+        <source>Use the cloud’s version of “%1”?</source>
+        <translation>Die Version der Cloud von „%1“ verwenden?</translation>
+    </message>
+    <message numerus="yes">
+        <source>Use the cloud’s versions of %n documents?</source>
+        <translation>
+            <numerusform>Die Version der Cloud von %n Dokument verwenden?</numerusform>
+            <numerusform>Die Versionen der Cloud von %n Dokumenten verwenden?</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The changes on this computer are lost.</source>
+        <translation>Die Änderungen auf diesem Computer gehen verloren.</translation>
+    </message>
+    <message>
+        <source>&amp;Keep Both</source>
+        <translation>&amp;Beide behalten</translation>
+    </message>
+    <message>
+        <source>Use &amp;Mine</source>
+        <translation>&amp;Meine verwenden</translation>
+    </message>
+    <message>
+        <source>Use the C&amp;loud’s</source>
+        <translation>&amp;Die der Cloud verwenden</translation>
+    </message>
+    <message>
+        <source>&amp;Upload Changes</source>
+        <translation>Ä&amp;nderungen hochladen</translation>
+    </message>
+    <message>
+        <source>&amp;Replace</source>
+        <translation>&amp;Ersetzen</translation>
+    </message>
+    <message>
+        <source>&amp;Upload</source>
+        <translation>&amp;Hochladen</translation>
+    </message>
+    <message>
+        <source>&amp;Open</source>
+        <translation>Ö&amp;ffnen</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n document(s) have changes that are not in the cloud. These will be in the files on this computer only.</source>
+        <translation>
+            <numerusform>%n Dokument hat Änderungen, die nicht in der Cloud sind. Sie stehen dann nur noch in der Datei auf diesem Computer.</numerusform>
+            <numerusform>%n Dokumente haben Änderungen, die nicht in der Cloud sind. Sie stehen dann nur noch in den Dateien auf diesem Computer.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>&amp;Remove</source>
+        <translation>&amp;Entfernen</translation>
     </message>
 </context>
 <context>
@@ -542,6 +782,103 @@
             <numerusform>Dafür ist es zu spät: %n Dokument war schon entfernt.</numerusform>
             <numerusform>Dafür ist es zu spät: %n Dokumente waren schon entfernt.</numerusform>
         </translation>
+    </message>
+</context>
+<context>
+    <name>Norlis::Window::SearchField</name>
+    <message>
+        <source>Search</source>
+        <translation>Suchen</translation>
+    </message>
+    <message>
+        <source>Search by name</source>
+        <translation>Nach Namen suchen</translation>
+    </message>
+    <message>
+        <source>Clear Search</source>
+        <translation>Suche löschen</translation>
+    </message>
+</context>
+<context>
+    <name>Norlis::Window::SettingsDialog</name>
+    <message>
+        <source>Downloads</source>
+        <translation>Downloads</translation>
+    </message>
+    <message>
+        <source>Opened documents</source>
+        <translation>Geöffnete Dokumente</translation>
+    </message>
+    <message>
+        <source>A private folder that is tidied up</source>
+        <translation>Ein privater Ordner, der aufgeräumt wird</translation>
+    </message>
+    <message>
+        <source>&amp;Upload the changes of an opened document whenever it is saved</source>
+        <translation>Änderungen eines geöffneten Dokuments beim Speichern &amp;hochladen</translation>
+    </message>
+    <message>
+        <source>&amp;Tell on the desktop when transfers have ended</source>
+        <translation>Auf dem Desktop &amp;melden, wenn Übertragungen beendet sind</translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation>Einstellungen</translation>
+    </message>
+    <message>
+        <source>Look for changes in the cloud</source>
+        <translation>Nach Änderungen in der Cloud sehen</translation>
+    </message>
+    <message>
+        <source>Only when asked</source>
+        <translation>Nur auf Wunsch</translation>
+    </message>
+    <message>
+        <source>Every </source>
+        <translation>Alle </translation>
+    </message>
+    <message>
+        <source> min</source>
+        <translation> min</translation>
+    </message>
+    <message>
+        <source>If they took longer than</source>
+        <translation>Wenn sie länger dauerten als</translation>
+    </message>
+    <message>
+        <source> s</source>
+        <translation> s</translation>
+    </message>
+    <message>
+        <source>&amp;Downloads:</source>
+        <translation>&amp;Downloads:</translation>
+    </message>
+    <message>
+        <source>&amp;Opened documents:</source>
+        <translation>&amp;Geöffnete Dokumente:</translation>
+    </message>
+    <message>
+        <source>&amp;Look for changes in the cloud:</source>
+        <translation>&amp;Nach Änderungen in der Cloud sehen:</translation>
+    </message>
+    <message>
+        <source>&amp;If they took longer than:</source>
+        <translation>&amp;Wenn sie länger dauerten als:</translation>
+    </message>
+    <message>
+        <source>Choose a folder for downloads.</source>
+        <translation>Wählen Sie einen Ordner für Downloads.</translation>
+    </message>
+    <message>
+        <source>Files cannot be put into “%1”. Choose another folder.</source>
+        <translation>In „%1“ können keine Dateien abgelegt werden. Wählen Sie einen anderen Ordner.</translation>
+    </message>
+</context>
+<context>
+    <name>Norlis::Window::ShortcutsDialog</name>
+    <message>
+        <source>Keyboard Shortcuts</source>
+        <translation>Tastenkürzel</translation>
     </message>
 </context>
 <context>
@@ -655,6 +992,24 @@
     <message>
         <source>Canceled</source>
         <translation>Abgebrochen</translation>
+    </message>
+</context>
+<context>
+    <name>Norlis::Window::TransferNotice</name>
+    <message numerus="yes">
+        <source>%n failed</source>
+        <translation>
+            <numerusform>%n fehlgeschlagen</numerusform>
+            <numerusform>%n fehlgeschlagen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Some transfers have failed</source>
+        <translation>Einige Übertragungen sind fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>All transfers have finished</source>
+        <translation>Alle Übertragungen sind abgeschlossen</translation>
     </message>
 </context>
 <context>
@@ -811,6 +1166,21 @@
         <source>Upload as New</source>
         <translation>Als neu hochladen</translation>
     </message>
+    <message numerus="yes">
+        <source>%n documents with changes of yours are no longer in the cloud.</source>
+        <translation>
+            <numerusform>%n Dokument mit Ihren Änderungen ist nicht mehr in der Cloud.</numerusform>
+            <numerusform>%n Dokumente mit Ihren Änderungen sind nicht mehr in der Cloud.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Your changes are in the files %1.</source>
+        <translation>Ihre Änderungen sind in den Dateien %1.</translation>
+    </message>
+    <message>
+        <source>Do Not Tell Again</source>
+        <translation>Nicht mehr melden</translation>
+    </message>
 </context>
 <context>
     <name>Norlis::Window::WelcomePage</name>
@@ -907,10 +1277,6 @@
         <translation>Auswählen …</translation>
     </message>
     <message>
-        <source>This can be a folder that another program synchronises, a folder on a network drive, or a new one. If it does not exist, it will be created.</source>
-        <translation>Das kann ein Ordner sein, den ein anderes Programm synchronisiert, einer auf einem Netzlaufwerk oder ein neuer. Fehlt der Ordner, wird er angelegt.</translation>
-    </message>
-    <message>
         <source>This is not a folder.</source>
         <translation>Das ist kein Ordner.</translation>
     </message>
@@ -941,6 +1307,18 @@
     <message>
         <source>Add&amp;ress:</source>
         <translation>A&amp;dresse:</translation>
+    </message>
+    <message>
+        <source>This can be a folder that another program synchronizes, a folder on a network drive, or a new one. If it does not exist, it will be created.</source>
+        <translation>Das kann ein Ordner sein, den ein anderes Programm synchronisiert, einer auf einem Netzlaufwerk oder ein neuer. Fehlt der Ordner, wird er angelegt.</translation>
+    </message>
+    <message>
+        <source>There is no folder %1.</source>
+        <translation>Den Ordner %1 gibt es nicht.</translation>
+    </message>
+    <message>
+        <source>Check the path, or create that folder first.</source>
+        <translation>Prüfen Sie den Pfad, oder legen Sie diesen Ordner zuerst an.</translation>
     </message>
 </context>
 <context>

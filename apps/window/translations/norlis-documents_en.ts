@@ -82,6 +82,20 @@
             <numerusform>Open %n documents?</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>Use the cloud’s versions of %n documents?</source>
+        <translation>
+            <numerusform>Use the cloud’s version of %n document?</numerusform>
+            <numerusform>Use the cloud’s versions of %n documents?</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n document(s) have changes that are not in the cloud. These will be in the files on this computer only.</source>
+        <translation>
+            <numerusform>%n document has changes that are not in the cloud. These will be in the file on this computer only.</numerusform>
+            <numerusform>%n documents have changes that are not in the cloud. These will be in the files on this computer only.</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>Norlis::Window::RemovalUndo</name>
@@ -121,6 +135,16 @@
         <translation>
             <numerusform>trying again in %n s</numerusform>
             <numerusform>trying again in %n s</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>Norlis::Window::TransferNotice</name>
+    <message numerus="yes">
+        <source>%n failed</source>
+        <translation>
+            <numerusform>%n failed</numerusform>
+            <numerusform>%n failed</numerusform>
         </translation>
     </message>
 </context>
@@ -172,6 +196,13 @@
         <translation>
             <numerusform>%n document has changes that are not in the cloud.</numerusform>
             <numerusform>%n documents have changes that are not in the cloud.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n documents with changes of yours are no longer in the cloud.</source>
+        <translation>
+            <numerusform>%n document with changes of yours is no longer in the cloud.</numerusform>
+            <numerusform>%n documents with changes of yours are no longer in the cloud.</numerusform>
         </translation>
     </message>
 </context>

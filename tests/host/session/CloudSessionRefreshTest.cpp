@@ -371,13 +371,13 @@ TEST_F(CloudSessionRefreshTest, SizeOfAVeryLargeDocumentSurvivesRestarts)
     entry.size = size;
     Refresh({entry, EntryOf("2")});
     for (int restart = 0; restart < 2; ++restart) {
-        EXPECT_EQ(session->LargeSizes(), (QHash<QString, quint64>{{"1", size}}));
+        EXPECT_EQ(session->CloudSizes(), (QHash<QString, quint64>{{"1", size}, {"2", 7}}));
         Reopen();
     }
     Refresh({entry, EntryOf("2")});
     Download("1", "text");
     for (int restart = 0; restart < 2; ++restart) {
-        EXPECT_EQ(session->LargeSizes(), (QHash<QString, quint64>{{"1", 4}})); // of the local copy
+        EXPECT_EQ(session->CloudSizes().value("1"), quint64{size}) << "not that of the local copy";
         Reopen();
         EXPECT_EQ(Held("1")->GetRedactableCloudInfo()->GetSize(), static_cast<quint64>(size));
         EXPECT_EQ(Held("1")->GetPath().utf8string(), PathOf("1.pdf").toStdString());

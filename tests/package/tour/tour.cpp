@@ -53,7 +53,7 @@ struct Person {
     Person(const QString& folder, const Social::OAuth2::AuthInfo& service)
         : files(folder + "/files"),
           session(folder + "/data", service),
-          documents(session.Documents(), session.LargeSizes())
+          documents(session.Documents(), session.CloudSizes())
     {
         QDir().mkpath(files);
         QObject::connect(&session, &CloudSession::Failed, &session,

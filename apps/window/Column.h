@@ -1,0 +1,10 @@
+#pragma once
+
+namespace Norlis::Window {
+
+/// What the list shows of a document, from the left; documents can be sorted by each.
+enum class Column { Name, Folder, State, Size, Modified };
+
+constexpr int columnCount = 5;
+
+} // namespace Norlis::Window

@@ -1,0 +1,68 @@
+#include "ShortcutsDialog.h"
+
+#include <QAction>
+#include <QDialogButtonBox>
+#include <QHeaderView>
+#include <QMenu>
+#include <QMenuBar>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+namespace Norlis::Window {
+
+namespace {
+
+/// As it reads when no letter is marked.
+QString Plain(QString text)
+{
+    return text.remove('&').remove(QStringLiteral("…"));
+}
+
+void AddKeysOf(const QMenu& menu, QTreeWidgetItem& group)
+{
+    const auto entries = menu.actions();
+    for (const QAction* const entry : entries) {
+        if (entry->menu()) {
+            AddKeysOf(*entry->menu(), group);
+        } else if (!entry->shortcut().isEmpty()) {
+            const auto keys = QKeySequence::listToString(entry->shortcuts(), QKeySequence::NativeText);
+            new QTreeWidgetItem(&group, {Plain(entry->text()), QString(keys).replace("; ", ", ")});
+        }
+    }
+}
+
+} // namespace
+
+ShortcutsDialog::ShortcutsDialog(const QMenuBar& bar, QWidget* parent) : QDialog(parent)
+{
+    setObjectName("shortcuts");
+    setWindowTitle(tr("Keyboard Shortcuts"));
+    const auto list = new QTreeWidget;
+    list->setObjectName("keys");
+    list->setAccessibleName(windowTitle());
+    list->setColumnCount(2);
+    list->setHeaderHidden(true);
+    list->setRootIsDecorated(false);
+    list->setItemsExpandable(false);
+    list->setSelectionMode(QTreeWidget::SingleSelection);
+    const auto menus = bar.actions();
+    for (const QAction* const each : menus) {
+        const auto group = new QTreeWidgetItem(list, {Plain(each->text())});
+        QFont bold = font();
+        bold.setBold(true);
+        group->setFont(0, bold);
+        AddKeysOf(*each->menu(), *group);
+    }
+    list->expandAll();
+    list->resizeColumnToContents(0);
+    list->header()->resizeSection(0, list->columnWidth(0) + 3 * fontMetrics().averageCharWidth());
+    list->setCurrentItem(list->topLevelItem(0));
+    const auto buttons = new QDialogButtonBox(QDialogButtonBox::Close);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    const auto layout = new QVBoxLayout(this);
+    layout->addWidget(list);
+    layout->addWidget(buttons);
+    resize(fontMetrics().averageCharWidth() * 70, fontMetrics().lineSpacing() * 30);
+}
+
+} // namespace Norlis::Window

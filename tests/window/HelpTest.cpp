@@ -1,0 +1,94 @@
+#include "WindowTest.h"
+
+#include <contracts/Version.h>
+
+#include <QDialog>
+#include <QLabel>
+#include <QListView>
+#include <QMenu>
+#include <QTest>
+#include <QTreeWidget>
+
+namespace Norlis::Test {
+
+namespace {
+
+using testing::Contains;
+
+/// What the help menu has, and the menus that appear in the view.
+class HelpTest : public WindowTest {};
+
+TEST_F(HelpTest, ThePageOfKeysHasEachKeyOfTheMenus)
+{
+    OpenCloud();
+    QTest::keyClick(window.get(), Qt::Key_F1);
+    ASSERT_TRUE(WaitUntil([&] { return Find<QTreeWidget>("keys"); }));
+    QStringList keys;
+    for (const auto item : Find<QTreeWidget>("keys")->findItems("*", Qt::MatchWildcard | Qt::MatchRecursive, 1)) {
+        keys.append(item->text(0) + ": " + item->text(1));
+    }
+    for (const auto key : {"Upload: Ctrl+U", "Open: Ctrl+O", "List: Ctrl+2", "Keyboard Shortcuts: F1",
+                           "Settings: Ctrl+,", "Quit: Ctrl+Q, Ctrl+W"}) {
+        EXPECT_THAT(keys, Contains(QString(key)));
+    }
+    for (const QAction* const action : window->findChildren<QAction*>()) {
+        const QString key = action->shortcut().toString(QKeySequence::NativeText);
+        const bool isListed = std::any_of(keys.begin(), keys.end(), [&](const QString& each) {
+            return each.section(": ", 1).split(", ").contains(key) || key == ',';
+        });
+        EXPECT_TRUE(key.isEmpty() || isListed || action->text().isEmpty()) << qPrintable(action->text() + ' ' + key);
+    }
+    QTest::keyClick(Find<QTreeWidget>("keys"), Qt::Key_Escape);
+    EXPECT_FALSE(Find<QTreeWidget>("keys"));
+}
+
+TEST_F(HelpTest, TheProgramTellsWhatItIs)
+{
+    Open();
+    Action("About Documents")->trigger();
+    ASSERT_TRUE(WaitUntil([&] { return Find<QLabel>("aboutText"); }));
+    const QString text = Find<QLabel>("aboutText")->text();
+    EXPECT_TRUE(text.contains(NORLIS_CLOUD_VERSION_STR)) << qPrintable(text);
+    EXPECT_TRUE(text.contains(qVersion())) << qPrintable(text);
+    EXPECT_TRUE(text.contains("LGPL")) << qPrintable(text);
+}
+
+TEST_F(HelpTest, TheMenuKeyOpensTheMenuBesideTheDocument)
+{
+    for (int number = 10; number < 70; ++number) {
+        PutIntoCloud(QString("document %1.pdf").arg(number), PdfOfColor(Qt::red));
+    }
+    OpenCloud();
+    ASSERT_TRUE(WaitUntil([&] { return Names().size() == 60; }));
+    Select({"document 69.pdf"}); // which is out of sight
+    Documents()->scrollToTop();
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, {});
+    QCoreApplication::sendEvent(Documents(), &event);
+    const auto menu = Find<QMenu>("contextMenu");
+    ASSERT_TRUE(menu);
+    EXPECT_THAT(menu->actions(), Contains(Action("Open")));
+    const QRect view(Documents()->viewport()->mapToGlobal(QPoint()), Documents()->viewport()->size());
+    EXPECT_TRUE(view.contains(menu->pos()) || view.contains(menu->geometry().bottomLeft()));
+    menu->close();
+}
+
+TEST_F(HelpTest, ChangesAreGivenUpAfterAQuestionOnly)
+{
+    OpenWithLocalCopy();
+    EXPECT_FALSE(Action("Use the Cloud’s Version…")->isVisible()) << "there is nothing to give up";
+    const auto original = ReadFile(Cloud("a.pdf"));
+    const QByteArray changed = PdfOfColor(Qt::blue);
+    WriteFile(Local("downloads/a.pdf"), changed);
+    Refresh();
+    ASSERT_TRUE(WaitUntil([&] { return Action("Use the Cloud’s Version…")->isVisible(); }));
+    Action("Use the Cloud’s Version…")->trigger();
+    Answer("Cancel");
+    EXPECT_EQ(ReadFile(Local("downloads/a.pdf")), changed);
+    Action("Use the Cloud’s Version…")->trigger();
+    Answer("Use the Cloud’s");
+    EXPECT_TRUE(WaitUntil([&] { return ReadFile(Local("downloads/a.pdf")) == original; }));
+}
+
+} // namespace
+
+} // namespace Norlis::Test

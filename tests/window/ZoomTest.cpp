@@ -1,0 +1,106 @@
+#include "WindowTest.h"
+
+#include <QListView>
+#include <QScrollBar>
+#include <QTest>
+#include <QWheelEvent>
+
+namespace Norlis::Test {
+
+namespace {
+
+/// Thumbnails of the size that the user likes.
+class ZoomTest : public WindowTest {
+protected:
+    void OpenWith(int number)
+    {
+        for (int each = 0; each < number; ++each) {
+            PutIntoCloud(QString("document %1.pdf").arg(each), PdfOfColor(Qt::red));
+        }
+        OpenCloud();
+        ASSERT_TRUE(WaitUntil([&] { return Names().size() == number; }));
+    }
+
+    int LineHeight() const
+    {
+        return Documents()->gridSize().height();
+    }
+
+    void Wheel(int steps, Qt::KeyboardModifiers modifiers)
+    {
+        const QPoint place = Documents()->viewport()->rect().center();
+        QWheelEvent event(place, Documents()->viewport()->mapToGlobal(place), {}, {0, 120 * steps}, Qt::NoButton,
+                          modifiers, Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(Documents()->viewport(), &event);
+    }
+};
+
+TEST_F(ZoomTest, KeysMakeThumbnailsLargerAndSmallerWithinLimits)
+{
+    OpenWith(1);
+    const int usual = LineHeight();
+    QTest::keyClick(Documents(), Qt::Key_Plus, Qt::ControlModifier);
+    EXPECT_EQ(LineHeight(), usual + 32);
+    QTest::keyClick(Documents(), Qt::Key_Minus, Qt::ControlModifier);
+    EXPECT_EQ(LineHeight(), usual);
+    for (int press = 0; press < 20; ++press) {
+        QTest::keyClick(Documents(), Qt::Key_Plus, Qt::ControlModifier);
+    }
+    EXPECT_EQ(LineHeight(), usual - 144 + 320);
+    EXPECT_FALSE(Action("Zoom In")->isEnabled());
+    for (int press = 0; press < 20; ++press) {
+        QTest::keyClick(Documents(), Qt::Key_Minus, Qt::ControlModifier);
+    }
+    EXPECT_EQ(LineHeight(), usual - 144 + 96);
+    EXPECT_FALSE(Action("Zoom Out")->isEnabled());
+    QTest::keyClick(Documents(), Qt::Key_0, Qt::ControlModifier);
+    EXPECT_EQ(LineHeight(), usual);
+    EXPECT_FALSE(Action("Usual Size")->isEnabled());
+}
+
+TEST_F(ZoomTest, TheWheelDoesItWithCtrlAndScrollsWithout)
+{
+    OpenWith(60);
+    const int usual = LineHeight();
+    Wheel(1, Qt::ControlModifier);
+    EXPECT_EQ(LineHeight(), usual + 32);
+    Wheel(-2, Qt::ControlModifier);
+    EXPECT_EQ(LineHeight(), usual - 24);
+    Documents()->scrollToTop();
+    Wheel(-1, Qt::NoModifier);
+    EXPECT_EQ(LineHeight(), usual - 24);
+    EXPECT_GT(Documents()->verticalScrollBar()->value(), 0);
+}
+
+TEST_F(ZoomTest, TheDocumentInTheMiddleStaysInView)
+{
+    OpenWith(100);
+    Documents()->verticalScrollBar()->setValue(Documents()->verticalScrollBar()->maximum() / 2);
+    const QPersistentModelIndex middle = Documents()->indexAt(Documents()->viewport()->rect().center());
+    ASSERT_TRUE(middle.isValid());
+    for (const int key : {Qt::Key_Plus, Qt::Key_Plus, Qt::Key_Minus, Qt::Key_Minus, Qt::Key_Minus}) {
+        QTest::keyClick(Documents(), key, Qt::ControlModifier);
+        EXPECT_TRUE(Documents()->viewport()->rect().contains(Documents()->visualRect(middle).center())) << key;
+    }
+}
+
+TEST_F(ZoomTest, TheSizeIsRememberedAndTheListHasNone)
+{
+    OpenWith(1);
+    QTest::keyClick(Documents(), Qt::Key_Plus, Qt::ControlModifier);
+    const int large = LineHeight();
+    Action("List")->trigger();
+    EXPECT_FALSE(Action("Zoom In")->isEnabled());
+    const int line = LineHeight();
+    Wheel(1, Qt::ControlModifier);
+    EXPECT_EQ(LineHeight(), line);
+    Action("Thumbnails")->trigger();
+    EXPECT_EQ(LineHeight(), large);
+    Close();
+    Open();
+    EXPECT_EQ(LineHeight(), large);
+}
+
+} // namespace
+
+} // namespace Norlis::Test
