@@ -40,6 +40,7 @@ DocumentsPage::DocumentsPage(CloudSession& session, QSettings& settings, QWidget
       session(session),
       settings(settings),
       model(session.Documents(), session.CloudSizes()),
+      pictures(session),
       transfers(session),
       actions(*this),
       tools(new FittingToolBar),
@@ -59,6 +60,7 @@ DocumentsPage::DocumentsPage(CloudSession& session, QSettings& settings, QWidget
     setObjectName("documentsPage");
     filter.setSourceModel(&model);
     view->setModel(&filter);
+    view->SetLargePictures(pictures);
     Arrange();
     ConnectSession();
     ConnectDocuments();
@@ -224,6 +226,7 @@ void DocumentsPage::ConnectDocuments()
         UpdateStatus();
     });
     connect(view, &DocumentsView::ShownChanged, &session, &CloudSession::ShowPreviews);
+    connect(view, &DocumentsView::ShownChanged, &pictures, &LargePictures::Show);
     connect(view, &DocumentsView::activated, &commands, [this] { commands.Open(); });
     connect(message, &MessageBar::KeyboardLeft, this, &DocumentsPage::FocusDocuments);
     connect(&notice, &TransferNotice::Activated, this, &DocumentsPage::FrontRequested);

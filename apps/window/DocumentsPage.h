@@ -5,6 +5,7 @@
 #include "DocumentsFilter.h"
 #include "DocumentsLayout.h"
 #include "DocumentsOrder.h"
+#include "LargePictures.h"
 #include "TransferNotice.h"
 #include "Transfers.h"
 
@@ -96,6 +97,7 @@ private:
     QSettings& settings;
     Host::CloudDocumentsModel model;
     DocumentsFilter filter;
+    LargePictures pictures;
     Transfers transfers;
     DocumentActions actions;
 
