@@ -1,6 +1,7 @@
 #include "DocumentDelegate.h"
 
 #include "Glyphs.h"
+#include "LargePictures.h"
 #include "Texts.h"
 
 #include <apps/common/PrintableText.h>
@@ -82,6 +83,7 @@ void PaintBackground(QPainter& painter, const QStyleOptionViewItem& option)
 QTextLine FirstLine(QTextLayout& layout, int width)
 {
     QTextOption option(Qt::AlignHCenter);
+    option.setTextDirection(Qt::LayoutDirectionAuto); // that of the text, not of the window
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     layout.setTextOption(option);
     layout.beginLayout();
@@ -132,6 +134,16 @@ DocumentDelegate::DocumentDelegate(Thumbnails& thumbnails, const ListHeader& hea
 void DocumentDelegate::SetMode(DisplayMode newMode)
 {
     mode = newMode;
+}
+
+void DocumentDelegate::SetLargePictures(const LargePictures* newPictures)
+{
+    largePictures = newPictures;
+}
+
+int DocumentDelegate::PictureEdge() const
+{
+    return mode == DisplayMode::List ? smallEdge : previewEdge;
 }
 
 void DocumentDelegate::SetThumbnailEdge(int edge)
@@ -327,7 +339,10 @@ QRect DocumentDelegate::PaintPreview(QPainter& painter, const QRect& box, const 
     const bool isTorn = unreadable.contains(id);
     const QString path = PreviewPath(index, qRound(box.height() * scale));
     QPixmap preview = path.isEmpty() ? QPixmap() : thumbnails.Find(path);
-    if (preview.isNull()) {
+    const QPixmap large = largePictures && mode == DisplayMode::Thumbnails ? largePictures->Find(id) : QPixmap();
+    if (!large.isNull()) {
+        preview = large;
+    } else if (preview.isNull()) {
         if (!path.isEmpty()) {
             awaiting.insert(path, new QPersistentModelIndex(index));
         }

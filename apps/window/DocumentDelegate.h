@@ -9,6 +9,7 @@
 
 namespace Norlis::Window {
 
+class LargePictures;
 enum class DisplayMode { Thumbnails, List };
 
 /// Paints documents: as thumbnails with the name below, or on one line, in columns.
@@ -18,6 +19,9 @@ class DocumentDelegate : public QStyledItemDelegate {
 public:
     /// \param header has the columns of a line
     DocumentDelegate(Thumbnails& thumbnails, const ListHeader& header, QObject* parent = nullptr);
+
+    /// \param newPictures for thumbnails that are larger than the previews; outlive this
+    void SetLargePictures(const LargePictures* newPictures);
 
     /// Whether the page in the place of a missing preview is a torn one.
     void SetUnreadable(const QString& id, bool isUnreadable);
@@ -33,6 +37,9 @@ public:
     /// The document that was painted without the picture in that file, which was not loaded yet; invalid if none was.
     /// It awaits the picture no longer.
     QModelIndex TakeAwaiting(const QString& picture);
+
+    /// Of the pictures, in pixels.
+    int PictureEdge() const;
 
     /// The size of one document, for a view of that width.
     QSize CellSize(const QFontMetrics& metrics, int viewWidth) const;
@@ -53,6 +60,7 @@ private:
 
     Thumbnails& thumbnails;
     const ListHeader& header;
+    const LargePictures* largePictures = nullptr;
     QSet<QString> unreadable;                                ///< ids
     QRegion toBePainted;                                     ///< see PaintOnly
     mutable QCache<QString, QPersistentModelIndex> awaiting; ///< by the path of the picture

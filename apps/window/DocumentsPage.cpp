@@ -41,6 +41,7 @@ DocumentsPage::DocumentsPage(CloudSession& session, QSettings& settings, QWidget
       session(session),
       settings(settings),
       model(session.Documents(), session.CloudSizes()),
+      pictures(session),
       transfers(session),
       actions(*this),
       tools(new FittingToolBar),
@@ -60,6 +61,7 @@ DocumentsPage::DocumentsPage(CloudSession& session, QSettings& settings, QWidget
     setObjectName("documentsPage");
     filter.setSourceModel(&model);
     view->setModel(&filter);
+    view->SetLargePictures(pictures);
     Arrange();
     ConnectSession();
     ConnectDocuments();
@@ -226,6 +228,7 @@ void DocumentsPage::ConnectDocuments()
         UpdateStatus();
     });
     connect(view, &DocumentsView::ShownChanged, &session, &CloudSession::ShowPreviews);
+    connect(view, &DocumentsView::ShownChanged, &pictures, &LargePictures::Show);
     connect(view, &DocumentsView::activated, &commands, [this] { commands.Open(); });
     connect(message, &MessageBar::KeyboardLeft, this, &DocumentsPage::FocusDocuments);
     connect(&notice, &TransferNotice::Activated, this, &DocumentsPage::FrontRequested);

@@ -5,6 +5,7 @@
 #include "DocumentsFilter.h"
 #include "DocumentsLayout.h"
 #include "DocumentsOrder.h"
+#include "LargePictures.h"
 #include "TransferNotice.h"
 #include "Transfers.h"
 
@@ -103,6 +104,7 @@ private:
     QSettings& settings;
     Host::CloudDocumentsModel model;
     DocumentsFilter filter;
+    LargePictures pictures;
     Transfers transfers;
     DocumentActions actions;
 

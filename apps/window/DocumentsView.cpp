@@ -1,5 +1,6 @@
 #include "DocumentsView.h"
 
+#include "LargePictures.h"
 #include "QuietScrollBar.h"
 #include <host/CloudDocumentsModel.h>
 
@@ -53,8 +54,9 @@ DocumentsView::DocumentsView(QWidget* parent) : QListView(parent), header(new Li
     shownTimer.setInterval(shownInterval);
     connect(&shownTimer, &QTimer::timeout, this, [this] {
         const auto before = std::exchange(shown, ShownIds());
-        if (shown != before) {
-            emit ShownChanged(shown);
+        const int edgeBefore = std::exchange(shownEdge, qRound(delegate.PictureEdge() * devicePixelRatioF()));
+        if (shown != before || shownEdge != edgeBefore) {
+            emit ShownChanged(shown, shownEdge);
         }
     });
     UpdateGridSize();
@@ -78,6 +80,12 @@ void DocumentsView::SetThumbnailEdge(int edge)
     if (middle.isValid()) {
         scrollTo(middle, PositionAtCenter);
     }
+}
+
+void DocumentsView::SetLargePictures(const LargePictures& pictures)
+{
+    delegate.SetLargePictures(&pictures);
+    connect(&pictures, &LargePictures::Drawn, viewport(), qOverload<>(&QWidget::update));
 }
 
 ListHeader& DocumentsView::Header()

@@ -16,6 +16,9 @@ public:
 
     void SetMode(DisplayMode newMode);
 
+    /// \param pictures for large thumbnails; outlive this
+    void SetLargePictures(const LargePictures& pictures);
+
     /// Seen above the list.
     ListHeader& Header();
 
@@ -45,8 +48,9 @@ signals:
     /// The user asks for a menu, at this place on the screen.
     void MenuRequested(const QPoint& place, bool isOnDocument);
 
-    /// Which documents are in view has changed. Emitted a few times a second while the user scrolls.
-    void ShownChanged(const QStringList& ids);
+    /// Which documents are in view has changed, or how large. Emitted a few times a second while the user scrolls.
+    /// \param edge of their pictures, in pixels of the screen
+    void ShownChanged(const QStringList& ids, int edge);
 
 protected:
     void contextMenuEvent(QContextMenuEvent* event) override;
@@ -74,6 +78,7 @@ private:
     QTimer forgetTimer;
 
     QStringList shown; ///< ids, as last emitted
+    int shownEdge = 0; ///< as last emitted
     QStringList noted; ///< ids; see NoteSelection
     QTimer shownTimer;
     int turned = 0; ///< eighths of a degree of the wheel, that are less than a step

@@ -25,8 +25,10 @@ void AddKeysOf(const QMenu& menu, QTreeWidgetItem& group)
         if (entry->menu()) {
             AddKeysOf(*entry->menu(), group);
         } else if (!entry->shortcut().isEmpty()) {
-            const auto keys = QKeySequence::listToString(entry->shortcuts(), QKeySequence::NativeText);
-            new QTreeWidgetItem(&group, {Plain(entry->text()), QString(keys).replace("; ", ", ")});
+            const QString keys = QKeySequence::listToString(entry->shortcuts(), QKeySequence::NativeText);
+            const QString mark =
+                menu.isRightToLeft() ? QString(QChar(0x200E)) : QString(); // keys are read from the left
+            new QTreeWidgetItem(&group, {Plain(entry->text()), mark + QString(keys).replace("; ", ", ") + mark});
         }
     }
 }

@@ -26,6 +26,7 @@ protected:
     void paintEvent(QPaintEvent*) override
     {
         QPainter painter(this);
+        painter.setLayoutDirection(Qt::LayoutDirectionAuto); // that of the text, not of the window
         const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, width());
         style()->drawItemText(&painter, rect(),
                               Qt::AlignVCenter | QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft), palette(),

@@ -84,6 +84,33 @@ TEST_F(ZoomTest, TheDocumentInTheMiddleStaysInView)
     }
 }
 
+TEST_F(ZoomTest, LargeThumbnailsAreAsSharpAsTheScreen)
+{
+    QByteArray lines = "0 g ";
+    for (int line = 0; line < 400; line += 4) { // black ones between white ones
+        lines += "0 " + QByteArray::number(line) + " 400 2 re f ";
+    }
+    PutIntoCloud("lines.pdf", PdfOfContent("0 0 400 400", lines));
+    OpenCloud();
+    ASSERT_TRUE(Shows({"lines.pdf"}));
+    const auto isSharp = [this] {
+        const QRect cell = Documents()->visualRect(Documents()->model()->index(0, 0));
+        const QImage image = Documents()->viewport()->grab(cell).toImage();
+        int black = 0;
+        int white = 0;
+        for (int y = image.height() / 4; y < image.height() / 2; ++y) {
+            const int light = image.pixelColor(image.width() / 2, y).lightness();
+            black += light < 60 ? 1 : 0;
+            white += light > 195 ? 1 : 0;
+        }
+        return black > image.height() / 20 && white > image.height() / 20;
+    };
+    for (int press = 0; press < 20; ++press) {
+        QTest::keyClick(Documents(), Qt::Key_Plus, Qt::ControlModifier);
+    }
+    EXPECT_TRUE(WaitUntil(isSharp));
+}
+
 TEST_F(ZoomTest, TheSizeIsRememberedAndTheListHasNone)
 {
     OpenWith(1);
