@@ -13,5 +13,6 @@ const QString NorlisCloudProtocol::APP_ID_ON_CLOUD = QStringLiteral("app_id_on_c
 const QString NorlisCloudProtocol::API_VERSION = QStringLiteral("api_version");
 const QString NorlisCloudProtocol::FILE_PREVIEW_WIDTH = QStringLiteral("file_preview_width");
 const QString NorlisCloudProtocol::FILE_PREVIEW_HEIGHT = QStringLiteral("file_preview_height");
+const QString NorlisCloudProtocol::FILE_PREVIEW_PAGE = QStringLiteral("file_preview_page");
 
 } // namespace Norlis::Social

@@ -39,6 +39,7 @@ public:
     static const QString API_VERSION;         ///< version of the service's interface
     static const QString FILE_PREVIEW_WIDTH;  ///< pixels, decimal
     static const QString FILE_PREVIEW_HEIGHT; ///< pixels, decimal
+    static const QString FILE_PREVIEW_PAGE;   ///< number of the page, decimal, from 1; page one without it
     // NOLINTEND(readability-identifier-naming)
 
     /// In place of a figure of the quota.
@@ -92,6 +93,8 @@ public:
     /// negative.
     qint64 userQuota(std::function<void(qint64, RequestResult, const QMap<QString, QuotaValue>&)>&& done) override;
 
+    /// As Ability.h says, of the page that FILE_PREVIEW_PAGE names. Pages after the first one are never those of the
+    /// service: the document is fetched as far as they need it, and drawn here. They are not kept.
     qint64 retrievePreview(const QMap<QString, QString>& fields,
                            std::function<void(qint64, RequestResult, QPixmap)>&& done) override;
 
@@ -117,12 +120,13 @@ public:
     // NOLINTNEXTLINE(readability-identifier-naming)
     qint64 awaitChange(std::function<void(qint64, RequestResult)>&& done);
 
-    /// Page one of a PDF file on this computer, drawn as retrievePreview draws those of documents. Nobody has to be
-    /// signed in.
-    /// \param box in pixels; the picture fits into it without being distorted
+    /// A page of a PDF file on this computer, drawn as retrievePreview draws those of documents, and how many pages the
+    /// file has. Nobody has to be signed in.
+    /// \param page from 1
+    /// \param box  in pixels; the picture fits into it without being distorted
     // NOLINTNEXTLINE(readability-identifier-naming)
-    qint64 previewLocalFile(const QString& localPath, const QSize& box,
-                            std::function<void(qint64, RequestResult, QPixmap)>&& done);
+    qint64 previewLocalFile(const QString& localPath, int page, const QSize& box,
+                            std::function<void(qint64, RequestResult, QPixmap, int pageCount)>&& done);
 
     /// \name Copies on this computer
     /// The object remembers which version of a document it delivered to a local path, or took from it: what an upload

@@ -83,22 +83,32 @@ public:
             std::move(progress));
     }
 
+    /// The callback takes the number of pages too.
     template <typename Callback>
-    qint64 SendForPixmap(const Request::Any& request, Callback&& done)
+    qint64 SendForPage(const Request::Any& request, Callback&& done)
     {
         return Send(
             request, [this, done = std::forward<Callback>(done)](qint64 id, RequestResult result, Reply&& reply) {
+                const int pageCount = reply.pageCount;
                 const QImage image = PayloadOf<QImage>(std::move(reply));
                 if (result == Success && !CanHavePixmaps()) {
                     const auto guard = lifetime.Watch();
                     Report(id, FailureReply("Fetching a picture", {}, "The program has no QGuiApplication").failure);
                     if (guard) {
-                        done(id, Error, {});
+                        done(id, Error, {}, 0);
                     }
                     return;
                 }
-                done(id, result, image.isNull() ? QPixmap() : QPixmap::fromImage(image));
+                done(id, result, image.isNull() ? QPixmap() : QPixmap::fromImage(image), pageCount);
             });
+    }
+
+    template <typename Callback>
+    qint64 SendForPixmap(const Request::Any& request, Callback&& done)
+    {
+        return SendForPage(request, [done = std::forward<Callback>(done)](qint64 id, RequestResult result,
+                                                                          const QPixmap& picture,
+                                                                          int) { done(id, result, picture); });
     }
 
     void Report(qint64 id, OAuth2::Failure failure)
@@ -265,7 +275,8 @@ qint64 NorlisCloudProtocol::retrievePreview(const QMap<QString, QString>& fields
                                             std::function<void(qint64, RequestResult, QPixmap)>&& done)
 {
     const QSize box(fields.value(FILE_PREVIEW_WIDTH).toInt(), fields.value(FILE_PREVIEW_HEIGHT).toInt());
-    return d->SendForPixmap(Request::Preview{fields.value(ID), box}, std::move(done));
+    const int page = fields.value(FILE_PREVIEW_PAGE, QStringLiteral("1")).toInt();
+    return d->SendForPixmap(Request::Preview{fields.value(ID), page, box}, std::move(done));
 }
 
 QStringList NorlisCloudProtocol::serviceSchemes()
@@ -293,10 +304,10 @@ qint64 NorlisCloudProtocol::awaitChange(std::function<void(qint64, RequestResult
                    [done = std::move(done)](qint64 id, RequestResult result, Reply&&) { done(id, result); });
 }
 
-qint64 NorlisCloudProtocol::previewLocalFile(const QString& localPath, const QSize& box,
-                                             std::function<void(qint64, RequestResult, QPixmap)>&& done)
+qint64 NorlisCloudProtocol::previewLocalFile(const QString& localPath, int page, const QSize& box,
+                                             std::function<void(qint64, RequestResult, QPixmap, int)>&& done)
 {
-    return d->SendForPixmap(Request::LocalPreview{localPath, box}, std::move(done));
+    return d->SendForPage(Request::LocalPreview{localPath, page, box}, std::move(done));
 }
 
 void NorlisCloudProtocol::copyMoved(const QString& id, const QString& fromPath, const QString& toPath)

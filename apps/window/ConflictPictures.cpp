@@ -34,13 +34,6 @@ ConflictPictures::ConflictPictures(CloudSession& session, const QString& id, con
     : QObject(&box),
       box(box)
 {
-    connect(&session, &CloudSession::LocalPreviewDrawn, this,
-            [this, path](const QString& drawn, const QPixmap& picture) {
-                if (drawn == path) {
-                    here = picture;
-                    Show();
-                }
-            });
     connect(&session, &CloudSession::PreviewStored, this,
             [this, id](const QString& stored, const QString& size, const QString& picture) {
                 if (stored == id && size == "large") {
@@ -52,7 +45,13 @@ ConflictPictures::ConflictPictures(CloudSession& session, const QString& id, con
     box.adjustSize();
     box.move(box.parentWidget()->window()->geometry().center() - box.rect().center());
     const int pixels = qCeil(edge * box.devicePixelRatioF());
-    session.DrawLocalPreview(path, {pixels, pixels});
+    const qint64 drawing = session.DrawLocalPreview(path, {pixels, pixels});
+    connect(&session, &CloudSession::PageDrawn, this, [this, drawing](qint64 drawn, const Host::DrawnPage& page) {
+        if (drawn == drawing) {
+            here = page.picture;
+            Show();
+        }
+    });
     session.FetchPreviews(id);
 }
 

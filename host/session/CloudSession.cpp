@@ -8,6 +8,7 @@
 #include "SessionConnection.h"
 #include "SessionContext.h"
 #include "SessionDownloads.h"
+#include "SessionDrawings.h"
 #include "SessionLists.h"
 #include "SessionPreviews.h"
 #include "SessionRemovals.h"
@@ -129,6 +130,7 @@ public:
     ListMerge merge;
     SessionLists lists;
     SessionPreviews previews;
+    SessionDrawings drawings;
     SessionConnection connection;
     LocalCopyWatch watch;
     Lifetime lifetime;
@@ -150,6 +152,7 @@ CloudSession::Private::Private(CloudSession& session, const QString& dataFolder,
       merge(context, [this] { slices.start(); }),
       lists(context, merge),
       previews(context, [this] { slices.start(); }),
+      drawings(context),
       connection(context,
                  [this](bool wasAway) {
                      uploads.Resume(wasAway);
@@ -261,6 +264,7 @@ QString CloudProblem::Text() const
 CloudSession::CloudSession(const QString& dataFolder, const Social::OAuth2::AuthInfo& authInfo)
 {
     qRegisterMetaType<CloudProblem>();
+    qRegisterMetaType<DrawnPage>();
     ClaimFolder(ReadyFolder(dataFolder), authInfo);
     auto completed = authInfo;
     completed.cacheFolder = dataFolder + "/previews";
@@ -279,6 +283,7 @@ CloudSession::CloudSession(const QString& dataFolder, const Social::OAuth2::Auth
 CloudSession::CloudSession(const QString& dataFolder, const std::shared_ptr<ICloudProtocol>& protocol)
 {
     qRegisterMetaType<CloudProblem>();
+    qRegisterMetaType<DrawnPage>();
     d = std::make_unique<Private>(*this, ReadyFolder(dataFolder), protocol);
 }
 
@@ -471,11 +476,19 @@ void CloudSession::FetchPreviews(const QString& id)
     d->previews.Fetch(id);
 }
 
-void CloudSession::DrawLocalPreview(const QString& path, const QSize& box)
+qint64 CloudSession::DrawPreview(const QString& id, const QSize& box)
 {
-    d->cloud.PreviewLocalFile(path, box, [this, path](const QPixmap& picture) {
-        Later(this, [this, path, picture] { emit LocalPreviewDrawn(path, picture); });
-    });
+    return d->drawings.DrawDocument(id, box);
+}
+
+qint64 CloudSession::DrawLocalPreview(const QString& path, const QSize& box, int page)
+{
+    return d->drawings.DrawFile(path, box, page);
+}
+
+void CloudSession::CancelDrawing(qint64 drawing)
+{
+    d->drawings.Cancel(drawing);
 }
 
 void CloudSession::RefreshEvery(std::chrono::milliseconds interval)

@@ -34,6 +34,13 @@ struct NORLIS_HOST_EXPORT CloudProblem {
     QString Text() const;
 };
 
+/// A page of a document as a picture, for a view that shows one.
+struct NORLIS_HOST_EXPORT DrawnPage {
+    QPixmap picture;   ///< null when it cannot be drawn
+    int pageCount = 0; ///< of the document; 0 when that is not known
+    QString reason;    ///< why there is no picture, without a full stop; English, may be empty
+};
+
 /// What an editor is to the library: owns the record store, the file list, the cloud manager and its protocol, and puts
 /// what the cloud manager reports into the file list.
 ///
@@ -197,10 +204,19 @@ public:
     /// Fetches the three previews of a document anew; each ends in PreviewStored or Failed.
     void FetchPreviews(const QString& id);
 
-    /// Draws page one of a PDF file on this computer; ends in LocalPreviewDrawn. Nobody has to be signed in. Over a
-    /// protocol of another kind there are no such pictures.
+    /// Draws page one of a document as it is in the cloud, at a size that the list has no previews of; ends in
+    /// PageDrawn. The list keeps its own.
     /// \param box in pixels; the picture fits into it
-    void DrawLocalPreview(const QString& path, const QSize& box);
+    /// \return a number for PageDrawn and CancelDrawing
+    qint64 DrawPreview(const QString& id, const QSize& box);
+
+    /// The same of any page of a PDF file on this computer. Nobody has to be signed in. Over a protocol of another kind
+    /// there are no such pictures.
+    /// \param page from 1
+    qint64 DrawLocalPreview(const QString& path, const QSize& box, int page = 1);
+
+    /// For whoever wants to see another page by now: no PageDrawn follows. Unknown numbers are ignored.
+    void CancelDrawing(qint64 drawing);
 
     /// Fetches the list and no previews; ends in ListRefreshed or Failed. Skipped without a signal while a transfer
     /// runs. A preview whose document has other content by now is shown no longer: its path in the list is empty until
@@ -276,9 +292,9 @@ signals:
     /// \param size one of "small", "medium", "large"; \param path a PNG file
     void PreviewStored(const QString& id, const QString& size, const QString& path);
 
-    /// By DrawLocalPreview.
-    /// \param picture null when the file cannot be drawn
-    void LocalPreviewDrawn(const QString& path, const QPixmap& picture);
+    /// By DrawPreview and DrawLocalPreview.
+    /// \param drawing what they returned
+    void PageDrawn(qint64 drawing, const Norlis::Host::DrawnPage& page);
 
     /// By ShowPreviews: the service cannot make a preview of the document as it is now. Told once while the document
     /// is shown; it is asked for again when it has changed, or is shown again after it was not.
@@ -295,3 +311,4 @@ private:
 } // namespace Norlis::Host
 
 Q_DECLARE_METATYPE(Norlis::Host::CloudProblem)
+Q_DECLARE_METATYPE(Norlis::Host::DrawnPage)

@@ -9,8 +9,6 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include <limits>
-
 namespace Norlis::Host {
 
 using PDF::FileInfo;

@@ -98,23 +98,11 @@ void SessionCloud::AwaitChange(std::function<void(bool)> done)
     }
 }
 
-void SessionCloud::PreviewLocalFile(const QString& path, const QSize& box, std::function<void(const QPixmap&)> done)
+qint64 SessionCloud::PreviewLocalFile(const QString& path, int page, const QSize& box,
+                                      std::function<void(qint64, Social::RequestResult, QPixmap, int)>&& done)
 {
-    if (!adapter) {
-        done({});
-        return;
-    }
-    adapter->Protocol().previewLocalFile(path, box,
-                                         [this, guard = lifetime.Watch(), done = std::move(done)](
-                                             qint64, Social::RequestResult result, const QPixmap& picture) {
-                                             if (!guard) {
-                                                 return;
-                                             }
-                                             if (result == Social::Error) {
-                                                 failures.Take(); // nobody else's
-                                             }
-                                             done(picture);
-                                         });
+    constexpr qint64 notStarted = -1;
+    return adapter ? adapter->Protocol().previewLocalFile(path, page, box, std::move(done)) : notStarted;
 }
 
 bool SessionCloud::IsSignedIn() const

@@ -63,8 +63,8 @@ public:
     void AwaitChange(std::function<void(bool hasChanged)> done);
 
     /// See NorlisCloudProtocol::previewLocalFile.
-    /// \param done told a null picture when there is none; may be called at once
-    void PreviewLocalFile(const QString& path, const QSize& box, std::function<void(const QPixmap& picture)> done);
+    qint64 PreviewLocalFile(const QString& path, int page, const QSize& box,
+                            std::function<void(qint64, Social::RequestResult, QPixmap, int pageCount)>&& done);
 
     // Those below emit as the last thing that they do, so the session may be gone afterwards.
 

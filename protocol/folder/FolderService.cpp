@@ -209,16 +209,12 @@ void FolderService::Begin(qint64 id, const Request::Preview& request)
         listener.reply(id, NoSuchDocument("Fetching a preview", store));
         return;
     }
-    if (request.box.isEmpty()) {
-        listener.reply(id, FailureReply("Fetching a preview", document->name, "The requested size is empty"));
-        return;
-    }
-    previews.Add(id, {document->id, document->name, document->version.ToString()}, request.box);
+    previews.Add(id, {document->id, document->name, document->version.ToString(), request.page}, request.box);
 }
 
 void FolderService::Begin(qint64 id, const Request::LocalPreview& request)
 {
-    previews.AddLocal(id, request.localPath, request.box);
+    previews.AddLocal(id, request.localPath, request.page, request.box);
 }
 
 std::unique_ptr<PreviewSource::Fetch> FolderService::FetchForPreview(const PreviewSubject& subject, const QSize&,

@@ -13,6 +13,7 @@ namespace {
 
 // The box is not the preview's size, which also depends on the page's proportions.
 const auto boxKey = QStringLiteral("Box");
+const auto pagesKey = QStringLiteral("Pages");
 
 QString BoxText(const QSize& box)
 {
@@ -43,21 +44,23 @@ PreviewCache::PreviewCache(const QString& folder, qint64 limit) : folder(folder)
     }
 }
 
-std::optional<QImage> PreviewCache::Find(const QString& document, const QString& version, const QSize& box)
+std::optional<RenderedPage> PreviewCache::Find(const QString& document, const QString& version, const QSize& box)
 {
     QImage image;
     if (folder.isEmpty() || !image.load(PathOf(document, version), "PNG") || !Covers(image.text(boxKey), box)) {
         return std::nullopt;
     }
-    return image;
+    return RenderedPage{image, image.text(pagesKey).toInt()};
 }
 
-void PreviewCache::Store(const QString& document, const QString& version, const QSize& box, QImage image)
+void PreviewCache::Store(const QString& document, const QString& version, const QSize& box, const RenderedPage& page)
 {
     if (folder.isEmpty()) {
         return;
     }
+    QImage image = page.image;
     image.setText(boxKey, BoxText(box));
+    image.setText(pagesKey, QString::number(page.pageCount));
     const QString path = PathOf(document, version);
     used -= QFileInfo(path).size();
     QBuffer png; // where there is always room: Qt's PNG writer leaks when there is none

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QImage>
+#include "RenderedPage.h"
+
 #include <QSize>
 #include <QString>
 
@@ -8,8 +9,8 @@
 
 namespace Norlis::Social {
 
-/// Previews on disk, one PNG file for each version of a document. When they take more room than they may, the oldest
-/// go.
+/// Previews of first pages on disk, one PNG file for each version of a document. When they take more room than they
+/// may, the oldest go.
 class PreviewCache {
 public:
     /// \param folder created when missing; an empty one keeps nothing
@@ -17,9 +18,9 @@ public:
     explicit PreviewCache(const QString& folder, qint64 limit = 256 * 1024 * 1024);
 
     /// The kept preview, if it was made for a box at least as large as the given one.
-    std::optional<QImage> Find(const QString& document, const QString& version, const QSize& box);
+    std::optional<RenderedPage> Find(const QString& document, const QString& version, const QSize& box);
 
-    void Store(const QString& document, const QString& version, const QSize& box, QImage image);
+    void Store(const QString& document, const QString& version, const QSize& box, const RenderedPage& page);
 
     void Remove(const QString& document, const QString& version);
 

@@ -53,32 +53,35 @@ PreviewQueue::~PreviewQueue() = default;
 
 void PreviewQueue::Add(qint64 id, const PreviewSubject& subject, const QSize& box)
 {
-    if (open.size() >= maxOpenRequests) {
-        reply(id, FailureReply("Fetching a preview", subject.name, "Too many previews have been requested at once"));
+    const QString obstacle = box.isEmpty()      ? QStringLiteral("The requested size is empty")
+                             : subject.page < 1 ? QStringLiteral("There is no such page")
+                             : open.size() >= maxOpenRequests
+                                 ? QStringLiteral("Too many previews have been requested at once")
+                                 : QString();
+    if (!obstacle.isEmpty()) {
+        reply(id, FailureReply("Fetching a preview", subject.name, obstacle));
         return;
     }
     open.insert(id);
-    Job& job = waiting[subject.document];
+    const Page page(subject.document, subject.page);
+    Job& job = waiting[page];
     if (job.wanted.empty()) {
-        order.push_back(subject.document);
+        order.push_back(page);
     }
     job.subject = subject; // the newest version
     job.wanted.push_back({id, box});
     nextTimer.start();
 }
 
-void PreviewQueue::AddLocal(qint64 id, const QString& localPath, const QSize& box)
+void PreviewQueue::AddLocal(qint64 id, const QString& localPath, int page, const QSize& box)
 {
     const QFileInfo file(localPath);
     const QString path = file.canonicalFilePath(); // the renderer is given no links
     const auto identity = Files::FileIdentity::OfPath(path);
-    const QString obstacle = !identity.IsFile() ? QStringLiteral("There is no such file")
-                             : box.isEmpty()    ? QStringLiteral("The requested size is empty")
-                                                : QString();
-    if (obstacle.isEmpty()) {
-        Add(id, {IdOf(path), file.fileName(), identity.ToString(), path}, box);
+    if (identity.IsFile()) {
+        Add(id, {IdOf(path), file.fileName(), identity.ToString(), page, path}, box);
     } else {
-        reply(id, FailureReply("Making a preview", file.fileName(), obstacle));
+        reply(id, FailureReply("Fetching a preview", file.fileName(), "There is no such file"));
     }
 }
 
@@ -151,6 +154,9 @@ bool PreviewQueue::IsStillWanted(Job& job) const
 
 bool PreviewQueue::AnswerFromCache(const Job& job)
 {
+    if (job.subject.page > 1) {
+        return false;
+    }
     const auto reason = unrenderable.constFind(VersionKey(job.subject));
     if (reason != unrenderable.constEnd()) {
         AnswerWithReason(job, *reason);
@@ -187,7 +193,7 @@ void PreviewQueue::OnFetched(int number, PreviewSource::Result&& result)
     nextTimer.start();
     Job& job = fetching.job;
     if (!result.image.isNull()) {
-        Finish(job, result.image, {});
+        Finish(job, {result.image}, {});
     } else if (result.file || result.pieces) {
         job.file = std::move(result.file);
         job.pieces = std::move(result.pieces);
@@ -199,47 +205,56 @@ void PreviewQueue::OnFetched(int number, PreviewSource::Result&& result)
 
 void PreviewQueue::Render(RendererProcess& renderer, Job job)
 {
+    const int number = job.subject.page;
     const QSize box = job.box;
     const auto file = job.file;
     const auto pieces = job.pieces;
-    auto done = [this, job = std::move(job)](const QImage& image, const QString& reason) {
+    auto done = [this, job = std::move(job)](const RenderedPage& page, const QString& reason) {
         nextTimer.start();
-        if (image.isNull() && job.pieces && job.pieces->HasFailed()) {
+        if (page.image.isNull() && job.pieces && job.pieces->HasFailed()) {
             AnswerWithReason(job, reason); // not remembered either
         } else {
-            Finish(job, image, reason);
+            Finish(job, page, reason);
         }
     };
     if (pieces) {
-        renderer.Render(pieces, box, std::move(done));
+        renderer.Render(pieces, number, box, std::move(done));
     } else {
-        renderer.Render(file->Path(), box, std::move(done));
+        renderer.Render(file->Path(), number, box, std::move(done));
     }
 }
 
-void PreviewQueue::Finish(const Job& job, const QImage& image, const QString& reason)
+void PreviewQueue::Finish(const Job& job, const RenderedPage& page, const QString& reason)
 {
-    if (!image.isNull()) {
-        cache.Store(job.subject.document, job.subject.version, job.box, image);
-        AnswerWithPreview(job, image);
+    const bool isKept = job.subject.page == 1;
+    if (!page.image.isNull()) {
+        if (isKept) {
+            cache.Store(job.subject.document, job.subject.version, job.box, page);
+        }
+        AnswerWithPreview(job, page);
         return;
     }
-    if (unrenderable.size() >= maxUnrenderable) {
-        unrenderable.clear();
+    if (isKept) {
+        if (unrenderable.size() >= maxUnrenderable) {
+            unrenderable.clear();
+        }
+        unrenderable.insert(VersionKey(job.subject), reason);
     }
-    unrenderable.insert(VersionKey(job.subject), reason);
     AnswerWithReason(job, reason);
 }
 
-void PreviewQueue::AnswerWithPreview(const Job& job, const QImage& image)
+void PreviewQueue::AnswerWithPreview(const Job& job, const RenderedPage& page)
 {
+    const QImage& image = page.image;
     for (const Wanted& wanted : job.wanted) {
         if (!open.remove(wanted.id)) {
             continue; // cancelled
         }
         const bool fits = image.width() <= wanted.box.width() && image.height() <= wanted.box.height();
-        reply(wanted.id,
-              {Success, fits ? image : image.scaled(wanted.box, Qt::KeepAspectRatio, Qt::SmoothTransformation), {}});
+        Reply answer{
+            Success, fits ? image : image.scaled(wanted.box, Qt::KeepAspectRatio, Qt::SmoothTransformation), {}};
+        answer.pageCount = page.pageCount;
+        reply(wanted.id, std::move(answer));
     }
 }
 

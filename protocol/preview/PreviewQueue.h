@@ -6,6 +6,7 @@
 #include <protocol/service/Reply.h>
 
 #include <QHash>
+#include <QPair>
 #include <QSet>
 #include <QTimer>
 
@@ -16,7 +17,8 @@
 
 namespace Norlis::Social {
 
-/// Requests for previews of PDF documents. Those for one document are answered by one rendering.
+/// Requests for previews of PDF documents. Those for one page of a document are answered by one rendering. Page one is
+/// kept, so that it can be shown again at once; later pages are not, and are drawn anew.
 class PreviewQueue {
 public:
     /// \param cacheFolder see AuthInfo
@@ -30,7 +32,7 @@ public:
     void Add(qint64 id, const PreviewSubject& subject, const QSize& box);
 
     /// The same of a file on this computer.
-    void AddLocal(qint64 id, const QString& localPath, const QSize& box);
+    void AddLocal(qint64 id, const QString& localPath, int page, const QSize& box);
 
     /// No reply follows. Unknown ids are ignored.
     void Cancel(qint64 id);
@@ -40,6 +42,8 @@ public:
     void Forget(const QString& document, const QString& version);
 
 private:
+    using Page = QPair<QString, int>; ///< id of the document, and which page
+
     struct Wanted {
         qint64 id;
         QSize box;
@@ -71,16 +75,16 @@ private:
     void Render(RendererProcess& renderer, Job job);
 
     /// Remembers the outcome and answers.
-    void Finish(const Job& job, const QImage& image, const QString& reason);
-    void AnswerWithPreview(const Job& job, const QImage& image);
+    void Finish(const Job& job, const RenderedPage& page, const QString& reason);
+    void AnswerWithPreview(const Job& job, const RenderedPage& page);
     void AnswerWithReason(const Job& job, const QString& reason, bool isSignedOut = false);
 
     PreviewSource& source;
     const std::function<void(qint64, Reply)> reply;
     PreviewCache cache;
     std::vector<std::unique_ptr<RendererProcess>> renderers;
-    std::deque<QString> order;   ///< ids of documents, the oldest first
-    QHash<QString, Job> waiting; ///< by id of the document
+    std::deque<Page> order; ///< the oldest first
+    QHash<Page, Job> waiting;
     std::map<int, Fetching> fetches;
     int lastFetch = 0;
     std::deque<Job> fetched;              ///< waiting for a renderer

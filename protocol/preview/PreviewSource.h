@@ -12,11 +12,12 @@
 
 namespace Norlis::Social {
 
-/// A version of a PDF document.
+/// A page of a version of a PDF document.
 struct PreviewSubject {
-    QString document;       ///< id
-    QString name;           ///< for error texts
-    QString version;        ///< changes whenever the content does
+    QString document; ///< id
+    QString name;     ///< for error texts
+    QString version;  ///< changes whenever the content does
+    int page = 1;
     QString localPath = {}; ///< of a file on this computer, which no source is asked for
 };
 
@@ -46,8 +47,8 @@ public:
 
     virtual ~PreviewSource() = default;
 
-    /// Fetches a document, or a preview of it for a box. Calls done once, from the event loop, unless the fetch is
-    /// destroyed before; done may destroy it.
+    /// Fetches a document, or a preview of its page for a box. Calls done once, from the event loop, unless the fetch
+    /// is destroyed before; done may destroy it.
     virtual std::unique_ptr<Fetch> FetchForPreview(const PreviewSubject& subject, const QSize& box, Done done) = 0;
 };
 

@@ -1,15 +1,17 @@
-// Renders first pages of PDF documents for RendererProcess: takes requests from standard input and writes answers to
+// Renders pages of PDF documents for RendererProcess: takes requests from standard input and writes answers to
 // standard output until the input ends. A process of its own, in a sandbox, because the documents may be hostile.
 
 #include "PieceDevice.h"
+#include "RenderedPage.h"
 #include "RendererProtocol.h"
 #include "Sandbox.h"
 
 #include <QCoreApplication>
 #include <QFile>
-#include <QImage>
 #include <QPainter>
 #include <QPdfDocument>
+
+#include <algorithm>
 
 #include <unistd.h>
 
@@ -46,7 +48,7 @@ QString ReasonOf(decltype(noError) error)
 }
 
 /// A null picture and the reason when there is nothing to show.
-QImage RenderFirstPage(QIODevice& file, const QSize& box, QString& reason)
+RenderedPage RenderPage(QIODevice& file, int page, const QSize& box, QString& reason)
 {
     QPdfDocument document;
     document.load(&file);
@@ -54,26 +56,31 @@ QImage RenderFirstPage(QIODevice& file, const QSize& box, QString& reason)
         reason = ReasonOf(document.error());
         return {};
     }
-    QSizeF size = document.pageCount() > 0 ? (document.*sizeOfPage)(0) : QSizeF();
+    const int pageCount = std::min(document.pageCount(), RendererProtocol::maxPages);
+    if (page > 1 && page > pageCount) {
+        reason = "There is no such page";
+        return {};
+    }
+    QSizeF size = pageCount > 0 ? (document.*sizeOfPage)(page - 1) : QSizeF();
     if (!(size.width() > 0 && size.height() > 0)) {
         reason = "It has no page that can be shown";
         return {};
     }
     size.scale(box, Qt::KeepAspectRatio);
-    const QImage page = document.render(0, size.toSize().expandedTo({1, 1}).boundedTo(box));
-    if (page.isNull()) {
-        reason = "Its first page cannot be shown";
+    const QImage drawn = document.render(page - 1, size.toSize().expandedTo({1, 1}).boundedTo(box));
+    if (drawn.isNull()) {
+        reason = "The page cannot be shown";
         return {};
     }
     // Where a page paints nothing it is transparent; paper is white.
-    QImage picture(page.size(), QImage::Format_RGB32);
+    QImage picture(drawn.size(), QImage::Format_RGB32);
     picture.fill(Qt::white);
     QPainter painter(&picture);
     constexpr int strip = 64; // lines; for more at once Qt 6 waits for threads, which the sandbox does not allow
-    for (int y = 0; y < page.height(); y += strip) {
-        painter.drawImage(0, y, page, 0, y, page.width(), strip);
+    for (int y = 0; y < drawn.height(); y += strip) {
+        painter.drawImage(0, y, drawn, 0, y, drawn.width(), strip);
     }
-    return picture;
+    return {picture, pageCount};
 }
 
 } // namespace
@@ -98,12 +105,13 @@ int main(int argc, char** argv)
         QString reason = QStringLiteral("Documents are not opened, because this kernel cannot filter system calls");
         PieceDevice pieces(request->size, answers, STDIN_FILENO);
         QIODevice& document = request->size > 0 ? static_cast<QIODevice&>(pieces) : file;
-        const QImage picture = isSafe ? RenderFirstPage(document, request->box, reason) : QImage();
+        const auto page = isSafe ? RenderPage(document, request->page, request->box, reason) : RenderedPage();
+        const QImage& picture = page.image;
         if (picture.isNull()) {
             answers << RendererProtocol::refused << reason.toUtf8();
         } else {
-            answers << RendererProtocol::rendered << static_cast<quint32>(picture.width())
-                    << static_cast<quint32>(picture.height())
+            answers << RendererProtocol::rendered << static_cast<quint32>(page.pageCount)
+                    << static_cast<quint32>(picture.width()) << static_cast<quint32>(picture.height())
                     << QByteArray::fromRawData(reinterpret_cast<const char*>(picture.constBits()),
                                                static_cast<int>(picture.sizeInBytes()));
         }

@@ -124,19 +124,21 @@ bool RendererProcess::IsIdle() const
     return !done;
 }
 
-void RendererProcess::Render(const QString& path, const QSize& wantedBox, Done whenDone)
+void RendererProcess::Render(const QString& path, int wantedPage, const QSize& wantedBox, Done whenDone)
 {
-    Begin(wantedBox, program.isEmpty() ? QString() : Open(document, path), std::move(whenDone));
+    Begin(wantedPage, wantedBox, program.isEmpty() ? QString() : Open(document, path), std::move(whenDone));
 }
 
-void RendererProcess::Render(const std::shared_ptr<DocumentPieces>& wanted, const QSize& wantedBox, Done whenDone)
+void RendererProcess::Render(const std::shared_ptr<DocumentPieces>& wanted, int wantedPage, const QSize& wantedBox,
+                             Done whenDone)
 {
     pieces = wanted;
-    Begin(wantedBox, pieces->Size() > 0 ? QString() : QStringLiteral("It is empty"), std::move(whenDone));
+    Begin(wantedPage, wantedBox, pieces->Size() > 0 ? QString() : QStringLiteral("It is empty"), std::move(whenDone));
 }
 
-void RendererProcess::Begin(const QSize& wantedBox, const QString& refusalOfDocument, Done whenDone)
+void RendererProcess::Begin(int wantedPage, const QSize& wantedBox, const QString& refusalOfDocument, Done whenDone)
 {
+    page = wantedPage;
     box = wantedBox.boundedTo({RendererProtocol::maxEdge, RendererProtocol::maxEdge}).expandedTo({1, 1});
     done = std::move(whenDone);
     idleTimer.stop();
@@ -162,9 +164,9 @@ void RendererProcess::Send()
 {
     // If this fails, the process has gone, which will be told.
     if (pieces) {
-        RendererProtocol::SendRequest(process.Socket(), {box, pieces->Size()});
+        RendererProtocol::SendRequest(process.Socket(), {page, box, pieces->Size()});
     } else {
-        RendererProtocol::SendRequest(process.Socket(), {box, 0}, document.handle());
+        RendererProtocol::SendRequest(process.Socket(), {page, box, 0}, document.handle());
     }
 }
 
@@ -200,7 +202,7 @@ void RendererProcess::Read()
     }
     const QImage view(reinterpret_cast<const uchar*>(content.constData()), static_cast<int>(head->width),
                       static_cast<int>(head->height), static_cast<int>(head->width * 4), QImage::Format_RGB32);
-    Answer(view.copy(), {});
+    Answer({view.copy(), static_cast<int>(head->pageCount)}, {});
 }
 
 void RendererProcess::ReadWanted()
@@ -235,28 +237,31 @@ void RendererProcess::ReadWanted()
 std::optional<RendererProcess::Head> RendererProcess::PeekHead()
 {
     constexpr qint64 reasonHead = 1 + sizeof(quint32);
-    constexpr qint64 pictureHead = 1 + 3 * sizeof(quint32);
+    constexpr qint64 pictureHead = 1 + 4 * sizeof(quint32);
     QDataStream stream(process.peek(pictureHead));
     quint8 kind = RendererProtocol::refused;
+    quint32 pageCount = 0;
     quint32 width = 0;
     quint32 height = 0;
     quint32 contentSize = 0;
     stream >> kind;
     const bool isPicture = kind == RendererProtocol::rendered;
     if (isPicture) {
-        stream >> width >> height;
+        stream >> pageCount >> width >> height;
     }
     stream >> contentSize;
     if (stream.status() != QDataStream::Ok) {
         return std::nullopt;
     }
-    return Head{isPicture, isPicture ? pictureHead : reasonHead, width, height, contentSize};
+    return Head{isPicture, isPicture ? pictureHead : reasonHead, pageCount, width, height, contentSize};
 }
 
 bool RendererProcess::IsAcceptable(const Head& head) const
 {
     constexpr quint32 maxReason = 4096; // bytes
-    return head.isPicture ? head.width > 0 && head.height > 0 && head.width <= static_cast<quint32>(box.width()) &&
+    return head.isPicture ? head.pageCount >= static_cast<quint32>(page) &&
+                                head.pageCount <= quint32{RendererProtocol::maxPages} && head.width > 0 &&
+                                head.height > 0 && head.width <= static_cast<quint32>(box.width()) &&
                                 head.height <= static_cast<quint32>(box.height()) &&
                                 head.contentSize == head.width * head.height * 4
                           : head.contentSize <= maxReason;
@@ -293,13 +298,13 @@ void RendererProcess::Stop()
     process.waitForFinished(1000);
 }
 
-void RendererProcess::Answer(const QImage& image, const QString& reason)
+void RendererProcess::Answer(const RenderedPage& answer, const QString& reason)
 {
     watchdog.stop();
     idleTimer.start();
     document.close();
     pieces.reset();
-    CallOnce(done, image, reason);
+    CallOnce(done, answer, reason);
 }
 
 } // namespace Norlis::Social

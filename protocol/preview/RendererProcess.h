@@ -1,10 +1,10 @@
 #pragma once
 
 #include "DocumentPieces.h"
+#include "RenderedPage.h"
 #include <base/PreparedProcess.h>
 
 #include <QFile>
-#include <QImage>
 #include <QSize>
 #include <QString>
 #include <QTimer>
@@ -33,7 +33,7 @@ private:
     int theirs = -1;
 };
 
-/// A renderer of first pages in a process of its own, so that a broken or hostile document harms nothing here. The
+/// A renderer of pages in a process of its own, so that a broken or hostile document harms nothing here. The
 /// process is started when there is something to render, serves one document after the other, and ends when it has been
 /// idle for a while.
 ///
@@ -42,8 +42,8 @@ class RendererProcess : public QObject {
     Q_OBJECT
 
 public:
-    /// The picture, or a null picture and the reason.
-    using Done = std::function<void(const QImage& image, const QString& reason)>;
+    /// The page, or a null picture and the reason.
+    using Done = std::function<void(const RenderedPage& page, const QString& reason)>;
 
     /// \param program the renderer
     /// \param timeLimit for one document, in milliseconds
@@ -52,25 +52,26 @@ public:
 
     bool IsIdle() const;
 
-    /// Renders page one of a PDF file, which must not be a link, so that it fits into the box. Only while idle. Calls
-    /// done once, from the event loop, unless this object is destroyed before.
-    void Render(const QString& path, const QSize& box, Done done);
+    /// Renders a page of a PDF file, which must not be a link, so that it fits into the box. Only while idle. Calls
+    /// done once, from the event loop, unless this object is destroyed before. \param page from 1
+    void Render(const QString& path, int page, const QSize& box, Done done);
 
     /// The same of a document that is elsewhere. The time that it takes to get at its pieces does not count.
-    void Render(const std::shared_ptr<DocumentPieces>& document, const QSize& box, Done done);
+    void Render(const std::shared_ptr<DocumentPieces>& document, int page, const QSize& box, Done done);
 
 private:
     /// What comes before the pixels of a picture, or before the text of a reason.
     struct Head {
         bool isPicture;
         qint64 length; ///< of the head itself, in bytes
+        quint32 pageCount;
         quint32 width;
         quint32 height;
         quint32 contentSize; ///< bytes
     };
 
     /// \param refusal why not; else empty
-    void Begin(const QSize& wantedBox, const QString& refusal, Done whenDone);
+    void Begin(int wantedPage, const QSize& wantedBox, const QString& refusal, Done whenDone);
     void Start();
     void Send();
     void Read();
@@ -89,7 +90,7 @@ private:
 
     /// Ends the process, whatever state it is in.
     void Stop();
-    void Answer(const QImage& image, const QString& reason);
+    void Answer(const RenderedPage& answer, const QString& reason);
 
     const QString program;
     const int timeLimit; ///< milliseconds
@@ -98,6 +99,7 @@ private:
     QTimer idleTimer;
     QFile document;
     std::shared_ptr<DocumentPieces> pieces; ///< in its place; null otherwise
+    int page = 1;
     QSize box;
     bool isUsed = false; ///< the process has served other documents before this one
     Done done;           ///< set while busy

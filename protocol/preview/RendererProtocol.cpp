@@ -11,9 +11,9 @@ namespace Norlis::Social::RendererProtocol {
 
 namespace {
 
-/// Width, height and size, and room for one descriptor beside them.
+/// Page, width, height and size, and room for one descriptor beside them.
 struct Message {
-    qint64 numbers[3] = {};
+    qint64 numbers[4] = {};
     alignas(cmsghdr) char control[CMSG_SPACE(sizeof(int))] = {};
     iovec content = {numbers, sizeof numbers};
     msghdr head = {};
@@ -34,9 +34,10 @@ struct Message {
 bool SendRequest(int socket, const Request& request, int document)
 {
     Message message;
-    message.numbers[0] = request.box.width();
-    message.numbers[1] = request.box.height();
-    message.numbers[2] = request.size;
+    message.numbers[0] = request.page;
+    message.numbers[1] = request.box.width();
+    message.numbers[2] = request.box.height();
+    message.numbers[3] = request.size;
     if (document < 0) {
         message.head.msg_controllen = 0;
     } else {
@@ -55,8 +56,9 @@ std::optional<Request> ReceiveRequest(int socket, QFile& document)
     if (recvmsg(socket, &message.head, MSG_CMSG_CLOEXEC) != sizeof message.numbers) {
         return std::nullopt;
     }
-    const Request request{QSize(static_cast<int>(message.numbers[0]), static_cast<int>(message.numbers[1])),
-                          message.numbers[2]};
+    const Request request{static_cast<int>(message.numbers[0]),
+                          QSize(static_cast<int>(message.numbers[1]), static_cast<int>(message.numbers[2])),
+                          message.numbers[3]};
     if (request.size > 0) {
         return request;
     }

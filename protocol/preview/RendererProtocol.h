@@ -11,8 +11,8 @@
 // for what it reads, and gets it over the socket, one piece (DocumentPieces.h) a message. Answers go to its standard
 // output, serialized by QDataStream in this version:
 //
-//   quint8 1; quint32 width, quint32 height of the picture; its rows as QByteArray, four bytes a pixel in the byte
-//             order of the machine (QImage::Format_RGB32)
+//   quint8 1; quint32 number of pages of the document; quint32 width, quint32 height of the picture; its rows as
+//             QByteArray, four bytes a pixel in the byte order of the machine (QImage::Format_RGB32)
 //   quint8 0; QByteArray reason in UTF-8
 //   quint8 2; qint64 offset of a piece, qint64 length of what is going to be read from there on. Another answer follows
 //             once the piece has come
@@ -26,7 +26,11 @@ constexpr quint8 wanted = 2;
 /// Of a box, in pixels.
 constexpr int maxEdge = 2048;
 
+/// Of a document; there are no pages after these.
+constexpr int maxPages = 1'000'000;
+
 struct Request {
+    int page = 1;    ///< to draw, from 1
     QSize box;       ///< to draw into
     qint64 size = 0; ///< of a document that comes in pieces, in bytes; 0 for one that came as a file
 };

@@ -27,6 +27,7 @@ struct Reply {
     bool isSignedOut = false;          ///< the service no longer accepts the token
     bool mayLackDocuments = false;     ///< of a list
     OAuth2::TransferredFile file = {}; ///< of a transfer that succeeded; without a path of any other request
+    int pageCount = 0;                 ///< of the document of a preview; 0 when it is not known
 };
 
 /// What a transfer tells of the local file.

@@ -59,11 +59,13 @@ struct Quota {};
 struct Capabilities {};
 struct Preview {
     QString document;
+    int page;  ///< from 1
     QSize box; ///< the picture fits into it without being distorted
 };
 /// See NorlisCloudProtocol::previewLocalFile.
 struct LocalPreview {
     QString localPath;
+    int page; ///< from 1
     QSize box;
 };
 

@@ -44,8 +44,8 @@ private:
 
 } // namespace
 
-PreviewFetch::PreviewFetch(const std::shared_ptr<WebDavSession>& session, const DavDocument& document, const QSize& box,
-                           const QString& folder, QThreadPool& pool, PreviewSource::Done done)
+PreviewFetch::PreviewFetch(const std::shared_ptr<WebDavSession>& session, const DavDocument& document, int page,
+                           const QSize& box, const QString& folder, QThreadPool& pool, PreviewSource::Done done)
     : session(session),
       document(document),
       done(std::move(done)),
@@ -54,7 +54,7 @@ PreviewFetch::PreviewFetch(const std::shared_ptr<WebDavSession>& session, const 
           [this](qint64 position) { CheckPosition(position); })),
       requests(session->http)
 {
-    if (document.hasPreview && !document.fileId.isEmpty()) {
+    if (page == 1 && document.hasPreview && !document.fileId.isEmpty()) {
         FetchServerPreview(box);
     } else {
         FetchDocument();

@@ -8,12 +8,12 @@
 
 namespace Norlis::Social {
 
-/// Fetches what a preview is made of: the server's own preview if it has one, otherwise the document, of which a large
-/// one is only begun to be read.
+/// Fetches what a preview is made of: the server's own preview, which is one of page one, if it has one, otherwise the
+/// document, of which a large one is only begun to be read.
 class PreviewFetch : public PreviewSource::Fetch {
 public:
     /// \param folder for the document while it is rendered
-    PreviewFetch(const std::shared_ptr<WebDavSession>& session, const DavDocument& document, const QSize& box,
+    PreviewFetch(const std::shared_ptr<WebDavSession>& session, const DavDocument& document, int page, const QSize& box,
                  const QString& folder, QThreadPool& pool, PreviewSource::Done done);
 
 private:

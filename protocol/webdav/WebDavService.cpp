@@ -318,10 +318,8 @@ void WebDavService::Begin(qint64 id, const Request::Preview& request)
         if (!document) {
             failure.isSignedOut = failure.isSignedOut && EndSession(asked.lock());
             listener.reply(id, std::move(failure));
-        } else if (request.box.isEmpty()) {
-            listener.reply(id, FailureReply(what, document->Name(), "The requested size is empty"));
         } else {
-            previews.Add(id, {document->id, document->Name(), document->Version()}, request.box);
+            previews.Add(id, {document->id, document->Name(), document->Version(), request.page}, request.box);
         }
     };
     session->lookup.Find(id, request.document, what, found);
@@ -329,7 +327,7 @@ void WebDavService::Begin(qint64 id, const Request::Preview& request)
 
 void WebDavService::Begin(qint64 id, const Request::LocalPreview& request)
 {
-    previews.AddLocal(id, request.localPath, request.box);
+    previews.AddLocal(id, request.localPath, request.page, request.box);
 }
 
 std::unique_ptr<PreviewSource::Fetch> WebDavService::FetchForPreview(const PreviewSubject& subject, const QSize& box,
@@ -349,7 +347,7 @@ std::unique_ptr<PreviewSource::Fetch> WebDavService::FetchForPreview(const Previ
     };
     // It may have been unused for so long that another program removed it.
     Files::MakePrivateFolder(previewFolder.path());
-    return std::make_unique<PreviewFetch>(session, session->documents.value(subject.document), box,
+    return std::make_unique<PreviewFetch>(session, session->documents.value(subject.document), subject.page, box,
                                           previewFolder.path(), pool, whenFetched);
 }
 

@@ -144,14 +144,16 @@ AnswerPtr<QuotaMap> Client::Quota()
     return Start<QuotaMap>([&](const AnswerPtr<QuotaMap>& answer) { return protocol->userQuota(DoneInto(answer)); });
 }
 
-AnswerPtr<QPixmap> Client::Preview(const QString& id, const QSize& box)
+AnswerPtr<QPixmap> Client::Preview(const QString& id, const QSize& box, const QString& page)
 {
-    return Start<QPixmap>([&](const AnswerPtr<QPixmap>& answer) {
-        return protocol->retrievePreview({{NorlisCloudProtocol::ID, id},
-                                          {NorlisCloudProtocol::FILE_PREVIEW_WIDTH, QString::number(box.width())},
-                                          {NorlisCloudProtocol::FILE_PREVIEW_HEIGHT, QString::number(box.height())}},
-                                         DoneInto(answer));
-    });
+    QMap<QString, QString> fields = {{NorlisCloudProtocol::ID, id},
+                                     {NorlisCloudProtocol::FILE_PREVIEW_WIDTH, QString::number(box.width())},
+                                     {NorlisCloudProtocol::FILE_PREVIEW_HEIGHT, QString::number(box.height())}};
+    if (!page.isNull()) {
+        fields.insert(NorlisCloudProtocol::FILE_PREVIEW_PAGE, page);
+    }
+    return Start<QPixmap>(
+        [&](const AnswerPtr<QPixmap>& answer) { return protocol->retrievePreview(fields, DoneInto(answer)); });
 }
 
 void Client::Cancel(qint64 id)

@@ -80,7 +80,8 @@ public:
     AnswerPtr<Social::NorlisCloudSharingResult> Upload(const QString& path, const QString& id = {},
                                                        const QString& md5 = {});
     AnswerPtr<QuotaMap> Quota();
-    AnswerPtr<QPixmap> Preview(const QString& id, const QSize& box);
+    /// \param page its number, for protocols that draw others than page one
+    AnswerPtr<QPixmap> Preview(const QString& id, const QSize& box, const QString& page = {});
 
     void Cancel(qint64 id);
 

@@ -4,7 +4,6 @@
 #include <QPageSize>
 #include <QPainter>
 #include <QPdfWriter>
-#include <QVector>
 
 namespace Norlis::TestKit {
 
@@ -58,6 +57,18 @@ QByteArray PdfOfColor(const QColor& color, const QSizeF& size)
 {
     return Written(size, [&](QPdfWriter& writer, QPainter& painter) {
         painter.fillRect(0, 0, writer.width(), writer.height(), color);
+    });
+}
+
+QByteArray PdfOfColors(const QVector<QColor>& colors)
+{
+    return Written({595, 842}, [&](QPdfWriter& writer, QPainter& painter) {
+        for (int page = 0; page < colors.size(); ++page) {
+            if (page > 0) {
+                writer.newPage();
+            }
+            painter.fillRect(0, 0, writer.width(), writer.height(), colors[page]);
+        }
     });
 }
 

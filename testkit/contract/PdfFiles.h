@@ -3,11 +3,15 @@
 #include <QByteArray>
 #include <QColor>
 #include <QSizeF>
+#include <QVector>
 
 namespace Norlis::TestKit {
 
 /// A document with one page of that size, in points, filled with a color.
 QByteArray PdfOfColor(const QColor& color, const QSizeF& size = {595, 842});
+
+/// A document with one page for each color, filled with it.
+QByteArray PdfOfColors(const QVector<QColor>& colors);
 
 /// A document with that text on every page.
 QByteArray PdfOfText(const QString& text, int pages = 1);

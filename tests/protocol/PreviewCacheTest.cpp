@@ -16,7 +16,7 @@ using namespace Norlis::Test;
 class PreviewCacheTest : public testing::Test {
 protected:
     /// A picture that does not compress.
-    static QImage Picture(const QSize& size, int seed = 1)
+    static RenderedPage Picture(const QSize& size, int seed = 1)
     {
         QImage image(size, QImage::Format_RGB32);
         quint32 state = static_cast<quint32>(seed);
@@ -26,7 +26,7 @@ protected:
                 image.setPixel(x, y, 0xff000000U | (state >> 8U));
             }
         }
-        return image;
+        return {image, 7};
     }
 
     qint64 UsedBytes() const
@@ -48,7 +48,8 @@ TEST_F(PreviewCacheTest, APictureComesBackAsItWas)
     cache.Store("id", "version", {100, 200}, Picture({100, 150}));
     const auto found = cache.Find("id", "version", {100, 200});
     ASSERT_TRUE(found);
-    EXPECT_EQ(found->convertToFormat(QImage::Format_RGB32), Picture({100, 150}));
+    EXPECT_EQ(found->image.convertToFormat(QImage::Format_RGB32), Picture({100, 150}).image);
+    EXPECT_EQ(found->pageCount, 7);
     EXPECT_TRUE(cache.Find("id", "version", {50, 200}));
 }
 

@@ -52,10 +52,10 @@ protected:
             behaviour.isEmpty() ? QString() : fakes.Make(behaviour));
     }
 
-    static PreviewSubject Document(int number, const QString& version = "1")
+    static PreviewSubject Document(int number, const QString& version = "1", int page = 1)
     {
         const QString id = "id" + QString::number(number);
-        return {id, id + ".pdf", version};
+        return {id, id + ".pdf", version, page};
     }
 
     static QImage Picture(int width, int height)
@@ -101,26 +101,72 @@ TEST_F(PreviewQueueTest, AFileOnThisComputerIsRenderedWhereItIsAndAgainWhenItHas
     Use("answer", folder.filePath("cache"));
     WriteFile(folder.filePath("mine.pdf"), "content");
     ASSERT_TRUE(QFile::link(folder.filePath("mine.pdf"), folder.filePath("link.pdf")));
-    queue->AddLocal(1, folder.filePath("mine.pdf"), {50, 50});
+    queue->AddLocal(1, folder.filePath("mine.pdf"), 1, {50, 50});
     ASSERT_TRUE(Came(1));
     EXPECT_EQ(SizeOf(1), QSize(50, 50));
-    queue->AddLocal(2, folder.filePath("link.pdf"), {50, 50}); // the same file
+    queue->AddLocal(2, folder.filePath("link.pdf"), 1, {50, 50}); // the same file
     ASSERT_TRUE(Came(2));
     EXPECT_EQ(fakes.Requests(), QStringList("50x50 mine.pdf"));
     WriteFile(folder.filePath("mine.pdf"), "other content");
-    queue->AddLocal(3, folder.filePath("mine.pdf"), {50, 50});
+    queue->AddLocal(3, folder.filePath("mine.pdf"), 1, {50, 50});
     ASSERT_TRUE(Came(3));
     EXPECT_EQ(fakes.Requests(), QStringList({"50x50 mine.pdf", "50x50 mine.pdf"}));
+}
+
+TEST_F(PreviewQueueTest, PagesOfOneDocumentAreRenderedOneByOneAndOnlyTheFirstIsKept)
+{
+    Use("answer", folder.filePath("cache"));
+    for (const int page : {1, 2, 3}) {
+        queue->Add(page, Document(1, "1", page), {50, 50});
+        queue->Add(10 + page, Document(1, "1", page), {20, 20});
+    }
+    ASSERT_TRUE(Came(6));
+    auto requests = fakes.Requests();
+    requests.sort();
+    EXPECT_EQ(requests, QStringList({"50x50 id1.pdf", "50x50 id1.pdf page 2", "50x50 id1.pdf page 3"}));
+    for (const int page : {1, 2, 3}) {
+        EXPECT_EQ(SizeOf(page), QSize(50, 50));
+        EXPECT_EQ(SizeOf(10 + page), QSize(20, 20));
+        EXPECT_EQ(replies.at(page).pageCount, 10);
+        queue->Add(20 + page, Document(1, "1", page), {50, 50});
+    }
+    ASSERT_TRUE(Came(9));
+    EXPECT_EQ(fakes.Requests().size(), 5);
+    EXPECT_EQ(replies.at(21).pageCount, 10) << "it is kept with the picture";
+    EXPECT_EQ(FilesBelow(folder.filePath("cache")).size(), 1);
+}
+
+TEST_F(PreviewQueueTest, APageThatCannotBeDrawnSaysNothingOfTheOthers)
+{
+    Use("too-many-pages");
+    queue->Add(1, Document(1, "1", 2), {50, 50});
+    ASSERT_TRUE(Came(1));
+    EXPECT_EQ(replies.at(1).result, Error);
+    queue->Add(2, Document(1), {50, 50});
+    ASSERT_TRUE(Came(2));
+    EXPECT_EQ(fakes.Requests().size(), 2) << "page one was tried";
+}
+
+TEST_F(PreviewQueueTest, ThereAreNoPagesBeforeTheFirst)
+{
+    Use("answer");
+    WriteFile(folder.filePath("mine.pdf"), "content");
+    queue->Add(1, Document(1, "1", 0), {50, 50});
+    queue->AddLocal(2, folder.filePath("mine.pdf"), -1, {50, 50});
+    ASSERT_EQ(replies.size(), 2U);
+    EXPECT_EQ(replies[1].failure.reason, "There is no such page");
+    EXPECT_EQ(replies[2].failure.reason, "There is no such page");
+    EXPECT_THAT(fakes.Requests(), IsEmpty());
 }
 
 TEST_F(PreviewQueueTest, AFileThatCannotBeDrawnIsRefusedAtOnce)
 {
     Use("answer");
     WriteFile(folder.filePath("mine.pdf"), "content");
-    queue->AddLocal(1, folder.filePath("none.pdf"), {50, 50});
-    queue->AddLocal(2, folder.path(), {50, 50});
-    queue->AddLocal(3, {}, {50, 50});
-    queue->AddLocal(4, folder.filePath("mine.pdf"), {});
+    queue->AddLocal(1, folder.filePath("none.pdf"), 1, {50, 50});
+    queue->AddLocal(2, folder.path(), 1, {50, 50});
+    queue->AddLocal(3, {}, 1, {50, 50});
+    queue->AddLocal(4, folder.filePath("mine.pdf"), 1, {});
     ASSERT_EQ(replies.size(), 4U);
     EXPECT_EQ(replies[1].failure.reason, "There is no such file");
     EXPECT_EQ(replies[2].failure.reason, "There is no such file");

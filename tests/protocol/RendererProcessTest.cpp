@@ -23,6 +23,7 @@ namespace {
 struct Outcome {
     int count = 0;
     QImage image;
+    int pageCount = 0;
     std::string reason;
 };
 
@@ -39,12 +40,14 @@ protected:
         return path;
     }
 
-    Outcome Render(RendererProcess& renderer, const QString& name = "a.pdf", const QSize& box = {20, 30})
+    Outcome Render(RendererProcess& renderer, const QString& name = "a.pdf", const QSize& box = {20, 30},
+                   int number = 1)
     {
         Outcome outcome;
-        renderer.Render(File(name), box, [&](const QImage& image, const QString& reason) {
+        renderer.Render(File(name), number, box, [&](const RenderedPage& page, const QString& reason) {
             ++outcome.count;
-            outcome.image = image;
+            outcome.image = page.image;
+            outcome.pageCount = page.pageCount;
             outcome.reason = reason.toStdString();
         });
         EXPECT_FALSE(renderer.IsIdle());
@@ -58,9 +61,9 @@ protected:
     static std::string ReasonOf(RendererProcess& renderer, const std::shared_ptr<DocumentPieces>& document)
     {
         Outcome outcome;
-        renderer.Render(document, {20, 30}, [&](const QImage& image, const QString& reason) {
+        renderer.Render(document, 1, {20, 30}, [&](const RenderedPage& page, const QString& reason) {
             ++outcome.count;
-            outcome.image = image;
+            outcome.image = page.image;
             outcome.reason = reason.toStdString();
         });
         EXPECT_TRUE(WaitUntil([&] { return outcome.count > 0; }));
@@ -82,6 +85,15 @@ TEST_F(RendererProcessTest, APictureIsHandedOver)
     EXPECT_EQ(fakes.Requests(), QStringList("20x30 a.pdf"));
 }
 
+TEST_F(RendererProcessTest, TheWantedPageIsAskedForAndTheNumberOfPagesHandedOver)
+{
+    RendererProcess renderer(fakes.Make("answer"));
+    const Outcome outcome = Render(renderer, "a.pdf", {20, 30}, 4);
+    EXPECT_EQ(outcome.image.size(), QSize(20, 30));
+    EXPECT_EQ(outcome.pageCount, 10);
+    EXPECT_EQ(fakes.Requests(), QStringList("20x30 a.pdf page 4"));
+}
+
 TEST_F(RendererProcessTest, NothingOfThisProcessIsInherited)
 {
     qputenv("NORLIS_TEST_SECRET", "secret");
@@ -100,9 +112,9 @@ TEST_F(RendererProcessTest, OnlyAFileIsHandedOver)
     MakeNamedPipe(folder.filePath("pipe.pdf"));
     for (const char* name : {"missing.pdf", "link.pdf", "pipe.pdf", "."}) {
         Outcome outcome;
-        renderer.Render(folder.filePath(name), {20, 30}, [&](const QImage& image, const QString& reason) {
+        renderer.Render(folder.filePath(name), 1, {20, 30}, [&](const RenderedPage& page, const QString& reason) {
             ++outcome.count;
-            outcome.image = image;
+            outcome.image = page.image;
             outcome.reason = reason.toStdString();
         });
         EXPECT_TRUE(WaitUntil([&] { return outcome.count > 0; })) << name;
@@ -164,8 +176,8 @@ TEST_F(RendererProcessTest, ARefusalBringsItsReason)
 
 TEST_F(RendererProcessTest, WhatIsNoPictureIsNotTaken)
 {
-    for (const char* behaviour :
-         {"garbage", "nonsense-length", "short", "too-large", "empty", "half", "refuse-at-length", "die"}) {
+    for (const char* behaviour : {"garbage", "nonsense-length", "short", "too-large", "too-few-pages", "too-many-pages",
+                                  "empty", "half", "refuse-at-length", "die"}) {
         RendererProcess renderer(fakes.Make(behaviour));
         const Outcome outcome = Render(renderer);
         EXPECT_TRUE(outcome.image.isNull()) << behaviour;
@@ -238,8 +250,8 @@ TEST_F(RendererProcessTest, NoProcessIsLeftAndNobodyCalledAfterDestruction)
     for (const char* behaviour : {"hang", "answer", "garbage"}) {
         for (int turns = 0; turns < 3; ++turns) {
             auto renderer = std::make_unique<RendererProcess>(fakes.Make(behaviour));
-            renderer->Render(File("a.pdf"), {20, 30},
-                             [&](const QImage&, const QString&) { calls += renderer ? 0 : 1; });
+            renderer->Render(File("a.pdf"), 1, {20, 30},
+                             [&](const RenderedPage&, const QString&) { calls += renderer ? 0 : 1; });
             for (int turn = 0; turn < turns; ++turn) {
                 QCoreApplication::processEvents();
             }

@@ -80,9 +80,9 @@ protected:
         WriteFile(path, content);
         bool isOver = false;
         QImage picture;
-        renderer.Render(path, box, [&](const QImage& image, const QString& why) {
+        renderer.Render(path, 1, box, [&](const RenderedPage& page, const QString& why) {
             isOver = true;
-            picture = image;
+            picture = page.image;
             reason = why.toStdString();
         });
         EXPECT_TRUE(WaitUntil([&] { return isOver; }));

@@ -10,6 +10,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <limits>
+
 namespace Norlis::Social {
 
 using namespace Norlis::Test;
@@ -20,6 +22,7 @@ namespace {
 struct Rendering {
     bool isOver = false;
     QImage image;
+    int pageCount = 0;
     std::string reason;
 };
 
@@ -28,18 +31,19 @@ struct Rendering {
 /// The renderer itself, fed with documents of all kinds.
 class RendererTest : public testing::Test {
 protected:
-    Rendering Render(const QByteArray& document, const QSize& box = {200, 200}, int timeLimit = 60'000)
+    Rendering Render(const QByteArray& document, const QSize& box = {200, 200}, int number = 1)
     {
-        RendererProcess renderer(NORLIS_RENDERER, timeLimit);
-        return Render(renderer, document, box);
+        RendererProcess renderer(NORLIS_RENDERER, 60'000);
+        return Render(renderer, document, box, number);
     }
 
-    Rendering Render(RendererProcess& renderer, const QByteArray& document, const QSize& box = {200, 200})
+    Rendering Render(RendererProcess& renderer, const QByteArray& document, const QSize& box = {200, 200},
+                     int number = 1)
     {
         WriteFile(path, document);
         Rendering outcome;
-        renderer.Render(path, box, [&](const QImage& image, const QString& reason) {
-            outcome = {true, image, reason.toStdString()};
+        renderer.Render(path, number, box, [&](const RenderedPage& page, const QString& reason) {
+            outcome = {true, page.image, page.pageCount, reason.toStdString()};
         });
         EXPECT_TRUE(WaitUntil([&] { return outcome.isOver; }));
         return outcome;
@@ -60,13 +64,36 @@ TEST_F(RendererTest, APageFillsTheBoxAsFarAsItsShapeAllows)
     EXPECT_EQ(landscape.image.pixelColor(50, 50), QColor(Qt::blue));
 }
 
+TEST_F(RendererTest, EachPageCanBeRenderedAndIsToldHowManyThereAre)
+{
+    const QVector<QColor> colors = {Qt::red, Qt::green, Qt::blue};
+    RendererProcess renderer(NORLIS_RENDERER, 60'000);
+    for (const int number : {3, 1, 2}) {
+        const Rendering outcome = Render(renderer, PdfOfColors(colors), {200, 200}, number);
+        ASSERT_FALSE(outcome.image.isNull()) << outcome.reason;
+        EXPECT_EQ(outcome.image.pixelColor(50, 100), colors[number - 1]);
+        EXPECT_EQ(outcome.pageCount, 3);
+    }
+}
+
+TEST_F(RendererTest, APageBeyondTheEndIsRefusedWithAReason)
+{
+    for (const int number : {2, 1000, std::numeric_limits<int>::max()}) {
+        const Rendering outcome = Render(PdfOfColor(Qt::red), {200, 200}, number);
+        EXPECT_TRUE(outcome.image.isNull()) << number;
+        EXPECT_EQ(outcome.reason, "There is no such page");
+    }
+    EXPECT_NE(Render(PdfWithoutPages(), {200, 200}, 2).reason, "");
+    EXPECT_THAT(Render(PdfWithPassword(), {200, 200}, 2).reason, HasSubstr("password"));
+}
+
 TEST_F(RendererTest, OfADocumentElsewhereOnlyWhatPageOneNeedsIsRead)
 {
     const auto document = std::make_shared<MemoryPieces>(PdfWithMuchElse(Qt::red, 4 * 1024 * 1024));
     RendererProcess renderer(NORLIS_RENDERER, 60'000);
     Rendering outcome;
-    renderer.Render(document, {200, 200}, [&](const QImage& image, const QString& reason) {
-        outcome = {true, image, reason.toStdString()};
+    renderer.Render(document, 1, {200, 200}, [&](const RenderedPage& page, const QString& reason) {
+        outcome = {true, page.image, page.pageCount, reason.toStdString()};
     });
     ASSERT_TRUE(WaitUntil([&] { return outcome.isOver; }));
     ASSERT_FALSE(outcome.image.isNull()) << outcome.reason;
@@ -180,8 +207,8 @@ TEST_F(RendererTest, AFileThatIsGoneIsAReason)
 {
     RendererProcess renderer(NORLIS_RENDERER, 60'000);
     Rendering outcome;
-    renderer.Render(folder.filePath("gone.pdf"), {100, 100}, [&](const QImage& image, const QString& reason) {
-        outcome = {true, image, reason.toStdString()};
+    renderer.Render(folder.filePath("gone.pdf"), 1, {100, 100}, [&](const RenderedPage& page, const QString& reason) {
+        outcome = {true, page.image, page.pageCount, reason.toStdString()};
     });
     ASSERT_TRUE(WaitUntil([&] { return outcome.isOver; }));
     EXPECT_TRUE(outcome.image.isNull());

@@ -52,7 +52,7 @@ TEST_P(ServicePreviewTest, AFileOnThisComputerIsDrawnWithoutASignIn)
     const auto draw = [&](const QString& path) {
         std::optional<QPixmap> drawn;
         const qint64 id = nobody.Protocol()->previewLocalFile(
-            path, {100, 100}, [&](qint64, Social::RequestResult, const QPixmap& picture) { drawn = picture; });
+            path, 1, {100, 100}, [&](qint64, Social::RequestResult, const QPixmap& picture, int) { drawn = picture; });
         EXPECT_GE(id, 0);
         EXPECT_TRUE(WaitUntil([&] { return drawn.has_value(); }));
         return drawn.value_or(QPixmap());
@@ -63,6 +63,43 @@ TEST_P(ServicePreviewTest, AFileOnThisComputerIsDrawnWithoutASignIn)
     EXPECT_LE(qMax(picture.width(), picture.height()), 100);
     EXPECT_TRUE(draw(LocalFile("text.pdf", "text")).isNull());
     EXPECT_EQ(nobody.failures.back().document, "text.pdf");
+}
+
+TEST_P(ServicePreviewTest, EveryPageOfAFileOnThisComputerIsDrawn)
+{
+    const Client nobody(Service().Settings(), cloud->Token());
+    const QVector<QColor> colors = {Qt::red, Qt::green, Qt::blue};
+    const QString path = LocalFile("mine.pdf", PdfOfColors(colors));
+    for (int page = 1; page <= 4; ++page) {
+        std::optional<QPixmap> drawn;
+        int pageCount = -1;
+        nobody.Protocol()->previewLocalFile(path, page, {100, 100},
+                                            [&](qint64, Social::RequestResult, const QPixmap& picture, int count) {
+                                                drawn = picture;
+                                                pageCount = count;
+                                            });
+        ASSERT_TRUE(WaitUntil([&] { return drawn.has_value(); }));
+        EXPECT_EQ(pageCount, page <= 3 ? 3 : 0);
+        EXPECT_TRUE(page == 4 ? drawn->isNull() : ColorOf(*drawn) == colors[page - 1]) << page;
+    }
+    EXPECT_EQ(nobody.failures.back().reason, "There is no such page");
+}
+
+TEST_P(ServicePreviewTest, EveryPageOfADocumentIsDrawn)
+{
+    const QVector<QColor> colors = {Qt::red, Qt::green, Qt::blue};
+    const QString id = Put("a.pdf", PdfOfColors(colors));
+    const auto second = client.Preview(id, {100, 100}, "2");
+    const auto third = client.Preview(id, {100, 100}, "3");
+    const auto first = client.Preview(id, {100, 100}, "1");
+    ASSERT_TRUE(first->Succeeds() && second->Succeeds() && third->Succeeds());
+    EXPECT_EQ(ColorOf(first->payload), colors[0]);
+    EXPECT_EQ(ColorOf(second->payload), colors[1]);
+    EXPECT_EQ(ColorOf(third->payload), colors[2]);
+    for (const char* page : {"4", "0", "-1", "one", ""}) {
+        EXPECT_TRUE(client.Preview(id, {100, 100}, page)->Fails()) << page;
+        EXPECT_EQ(client.failures.back().reason, "There is no such page");
+    }
 }
 
 TEST_P(ServicePreviewTest, PicturesAreKeptForTheNextTime)

@@ -17,14 +17,14 @@ namespace {
 
 namespace Protocol = Norlis::Social::RendererProtocol;
 
-/// A red picture.
-void AnswerWithPicture(QDataStream& answers, quint32 width, quint32 height, int bytes)
+/// A red picture, of a document of ten pages unless it is said to have others.
+void AnswerWithPicture(QDataStream& answers, quint32 width, quint32 height, int bytes, quint32 pageCount = 10)
 {
     QByteArray pixels(bytes, '\0');
     for (int index = 2; index < pixels.size(); index += 4) {
         pixels[index] = '\xff';
     }
-    answers << Protocol::rendered << width << height << pixels;
+    answers << Protocol::rendered << pageCount << width << height << pixels;
 }
 
 /// The environment and the open descriptors.
@@ -65,7 +65,8 @@ int main(int argc, char** argv)
         const auto height = static_cast<quint32>(request->box.height());
         const QString link = QFile::symLinkTarget(QStringLiteral("/proc/self/fd/%1").arg(document.handle()));
         const QByteArray name = QFileInfo(link).fileName().toUtf8();
-        log.write(QByteArray::number(width) + 'x' + QByteArray::number(height) + ' ' + name + '\n');
+        const QByteArray page = request->page == 1 ? QByteArray() : " page " + QByteArray::number(request->page);
+        log.write(QByteArray::number(width) + 'x' + QByteArray::number(height) + ' ' + name + page + '\n');
         const int bytes = static_cast<int>(width * height * 4);
         if (behaviour.isEmpty()) {
             answers << Protocol::refused << inheritance;
@@ -78,15 +79,19 @@ int main(int argc, char** argv)
         } else if (behaviour == "garbage") {
             output.write(QByteArray(5000, '\x5a'));
         } else if (behaviour == "nonsense-length") {
-            answers << Protocol::rendered << width << height << quint32(0xffffffffU);
+            answers << Protocol::rendered << quint32(10) << width << height << quint32(0xffffffffU);
         } else if (behaviour == "short") {
             AnswerWithPicture(answers, width, height, bytes - 4);
         } else if (behaviour == "too-large") {
             AnswerWithPicture(answers, width + 1, height, bytes);
+        } else if (behaviour == "too-few-pages") {
+            AnswerWithPicture(answers, width, height, bytes, static_cast<quint32>(request->page - 1));
+        } else if (behaviour == "too-many-pages") {
+            AnswerWithPicture(answers, width, height, bytes, 0xffffffffU);
         } else if (behaviour == "empty") {
             AnswerWithPicture(answers, 0, 0, 0);
         } else if (behaviour == "half") {
-            answers << Protocol::rendered << width << height << static_cast<quint32>(bytes);
+            answers << Protocol::rendered << quint32(10) << width << height << static_cast<quint32>(bytes);
             output.write(QByteArray(bytes / 2, '\0'));
             output.flush();
             return 0;

@@ -5,6 +5,7 @@
 namespace Norlis::Test {
 
 using TestKit::PdfOfColor;
+using TestKit::PdfOfColors;
 using TestKit::PdfOfContent;
 using TestKit::PdfOfText;
 using TestKit::PdfThatTakesLong;

@@ -14,7 +14,7 @@ public:
     /// The path of a program that behaves as FakeRenderer.cpp says.
     QString Make(const QString& behaviour) const;
 
-    /// What the programs were asked for, as "191x191 name.pdf".
+    /// What the programs were asked for, as "191x191 name.pdf", or "191x191 name.pdf page 2".
     QStringList Requests() const;
 
 private:

@@ -1,12 +1,10 @@
 #include "FolderSessionTest.h"
 
-#include <QBuffer>
+#include <tests/support/PdfFiles.h>
+
 #include <QDir>
 #include <QFile>
 #include <QImage>
-#include <QPainter>
-#include <QPdfWriter>
-#include <QPixmap>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -15,19 +13,6 @@ namespace Norlis::Test {
 namespace {
 
 using PDF::Cloud::AbstractCloudManager;
-
-/// A document of one page that is filled with a colour.
-QByteArray PdfOf(const QColor& color)
-{
-    QByteArray content;
-    QBuffer buffer(&content);
-    buffer.open(QBuffer::WriteOnly);
-    QPdfWriter writer(&buffer);
-    QPainter painter(&writer);
-    painter.fillRect(0, 0, writer.width(), writer.height(), color);
-    painter.end();
-    return content;
-}
 
 using CloudSessionFolderTest = FolderSessionTest;
 
@@ -116,22 +101,6 @@ TEST_F(CloudSessionFolderTest, AFolderOfAnotherServiceIsRefused)
     const Host::CloudSession same(dataFolder, service);
 }
 
-TEST_F(CloudSessionFolderTest, AFileOnThisComputerIsDrawn)
-{
-    QSignalSpy drawn(session.get(), &Host::CloudSession::LocalPreviewDrawn);
-    const auto failures = CountOf("Failed");
-    session->DrawLocalPreview(Put("mine.pdf", PdfOf(Qt::red)), {50, 50});
-    session->DrawLocalPreview(cloud + "/none.pdf", {50, 50});
-    ASSERT_TRUE(QTest::qWaitFor([&] { return drawn.count() == 2; }, 20'000));
-    for (const auto& each : drawn) {
-        const auto picture = each.at(1).value<QPixmap>();
-        const bool isThere = each.at(0).toString().endsWith("mine.pdf");
-        EXPECT_EQ(picture.isNull(), !isThere);
-        EXPECT_TRUE(!isThere || picture.toImage().pixelColor(picture.rect().center()) == QColor(Qt::red));
-    }
-    EXPECT_EQ(CountOf("Failed"), failures);
-}
-
 TEST_F(CloudSessionFolderTest, NewDocumentIsReadOnceWhenItIsSentAndOnceWhenItComesBack)
 {
     constexpr int size = 30'000'000;
@@ -194,8 +163,8 @@ TEST_F(CloudSessionFolderTest, ManyDocumentsArriveTogetherAndNothingElseStays)
 
 TEST_F(CloudSessionFolderTest, DocumentGoesUpIsEditedComesDownElsewhereAndIsRemoved)
 {
-    const auto first = PdfOf(Qt::red);
-    const auto second = PdfOf(Qt::blue);
+    const auto first = PdfOfColor(Qt::red);
+    const auto second = PdfOfColor(Qt::blue);
     const auto path = Write("report.pdf", first);
     session->Upload({path});
     ASSERT_TRUE(WaitForEvent("DocumentUploaded"));
@@ -230,14 +199,14 @@ TEST_F(CloudSessionFolderTest, DocumentGoesUpIsEditedComesDownElsewhereAndIsRemo
 
 TEST_F(CloudSessionFolderTest, ChangeInTheCloudIsNoticedAndFetched)
 {
-    Put("a.pdf", PdfOf(Qt::red));
+    Put("a.pdf", PdfOfColor(Qt::red));
     RefreshNow();
     const auto id = IdOf("a.pdf");
     session->Download(id, folder);
     ASSERT_TRUE(WaitForEvent("DocumentDownloaded"));
     EXPECT_EQ(StatusOf(id), Status::InSync);
 
-    const auto newer = PdfOf(Qt::blue) + "\n";
+    const auto newer = PdfOfColor(Qt::blue) + "\n";
     Put("a.pdf", newer);
     Put("b.pdf", "b");
     Events();
@@ -331,7 +300,7 @@ TEST_F(CloudSessionWatchTest, FolderThatIsGoneIsPolledUntilItIsBack)
 
 TEST_F(CloudSessionFolderTest, PreviewsShowThePage)
 {
-    Put("a.pdf", PdfOf(Qt::red));
+    Put("a.pdf", PdfOfColor(Qt::red));
     RefreshNow();
     session->ShowPreviews({IdOf("a.pdf")});
     ASSERT_TRUE(WaitForEvent("PreviewStored", 3));
@@ -361,7 +330,7 @@ TEST_F(CloudSessionFolderTest, DocumentThatIsNoPdfFailsOnlyForWhoAsks)
 
 TEST_F(CloudSessionFolderTest, FailuresSayWhatTheServiceFound)
 {
-    Put("a.pdf", PdfOf(Qt::red));
+    Put("a.pdf", PdfOfColor(Qt::red));
     RefreshNow();
     const auto id = IdOf("a.pdf");
     QFile::remove(cloud + "/a.pdf");

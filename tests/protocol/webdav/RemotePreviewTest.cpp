@@ -371,6 +371,15 @@ TEST_F(NextcloudPreviewTest, PictureOfTheServerIsTaken)
     EXPECT_EQ(server.Count("GET"), 1);
 }
 
+TEST_F(NextcloudPreviewTest, LaterPagesAreRenderedHereForTheServerHasPageOneOnly)
+{
+    server.Put("a.pdf", PdfOfColors({Qt::red, Qt::blue}));
+    server.SetPreview("a.pdf", PngOfColor(Qt::green));
+    const QString id = client.Entry("a.pdf").id;
+    EXPECT_EQ(ColorOf(client.Preview(id, {64, 64}, "2")), QColor(Qt::blue));
+    EXPECT_EQ(ColorOf(client.Preview(id, {64, 64}, "1")), QColor(Qt::green));
+}
+
 TEST_F(NextcloudPreviewTest, PicturesOfOtherDocumentsAreTakenToo)
 {
     server.Put("a.odt", "text");
