@@ -37,6 +37,8 @@ DocumentActions::DocumentActions(QWidget& widget)
                          tr("Update the documents in the cloud with the changes you made on this computer"))),
       resolve(Make(widget, tr("Resolve Con&flict…"), Glyph::UploadChanges, {},
                    tr("Choose what becomes of documents that were changed both here and in the cloud"))),
+      showInFolder(Make(widget, tr("Show &in Folder"), Glyph::Folder, QString("Ctrl+Return"),
+                        tr("Show where the local copies of the selected documents are"))),
       copy(Make(widget, tr("Cop&y"), Glyph::Copy, QKeySequence::Copy,
                 tr("Copy the selected documents to the clipboard, downloading them first if necessary"))),
       paste(Make(widget, tr("&Paste"), Glyph::Paste, QKeySequence::Paste, tr("Upload the PDF files on the clipboard"))),
@@ -48,6 +50,10 @@ DocumentActions::DocumentActions(QWidget& widget)
       thumbnails(
           Make(widget, tr("&Thumbnails"), Glyph::Thumbnails, QString("Ctrl+1"), tr("Show documents as thumbnails"))),
       list(Make(widget, tr("&List"), Glyph::List, QString("Ctrl+2"), tr("Show documents as a list"))),
+      quickLook(Make(widget, tr("&Quick Look"), Glyph::Search, QString("Space"),
+                     tr("Look at the pages of the selected document"))),
+      details(Make(widget, tr("&Details"), Glyph::Document, QString("F9"),
+                   tr("Show or hide what is known of the selected documents"))),
       find(Make(widget, tr("&Find"), Glyph::Search, QKeySequence::Find, tr("Find documents by name"))),
       signOut(Make(widget, tr("Si&gn Out"), Glyph::Cancel, {}, tr("Forget the password and choose another cloud"))),
       widget(widget)
@@ -57,6 +63,9 @@ DocumentActions::DocumentActions(QWidget& widget)
         action->setCheckable(true);
         modes->addAction(action);
     }
+    details->setCheckable(true);
+    quickLook->setAutoRepeat(false);
+    quickLook->setShortcutContext(Qt::WidgetShortcut); // elsewhere the key presses buttons
 }
 
 void DocumentActions::AddMenusTo(QMenuBar& bar) const
@@ -72,9 +81,9 @@ void DocumentActions::AddMenusTo(QMenuBar& bar) const
         }
         bar.insertMenu(bar.actions().value(bar.actions().size() - 1), menu); // the last one is the application menu
     };
-    add(tr("&Documents"), {upload, paste, nullptr, open, download, downloadTo, uploadChanges, resolve, copy, nullptr,
-                           remove, undoRemoval, nullptr, signOut});
-    add(tr("&View"), {thumbnails, list, nullptr, find, refresh});
+    add(tr("&Documents"), {upload, paste, nullptr, open, showInFolder, download, downloadTo, uploadChanges, resolve,
+                           copy, nullptr, remove, undoRemoval, nullptr, signOut});
+    add(tr("&View"), {thumbnails, list, nullptr, quickLook, details, nullptr, find, refresh});
 }
 
 void DocumentActions::AddTo(QToolBar& bar) const
@@ -90,7 +99,7 @@ void DocumentActions::AddTo(QToolBar& bar) const
 
 void DocumentActions::AddDocumentEntriesTo(QMenu& menu) const
 {
-    menu.addActions({resolve, open, download, downloadTo, uploadChanges, copy});
+    menu.addActions({resolve, open, quickLook, showInFolder, download, downloadTo, uploadChanges, copy});
     menu.addSeparator();
     menu.addAction(remove);
 }
@@ -112,6 +121,8 @@ void DocumentActions::Update(const Situation& situation)
     uploadChanges->setEnabled(canTransfer && situation.isAnySelectedChangedHere);
     resolve->setVisible(situation.isAnySelectedInConflict);
     resolve->setEnabled(canTransfer);
+    showInFolder->setEnabled(situation.isAnySelectedHere);
+    quickLook->setEnabled(situation.isAnySelected);
     copy->setEnabled(situation.isAnySelected);
     paste->setEnabled(canTransfer);
     remove->setEnabled(situation.isSignedIn && !situation.isOffline && situation.isAnySelected);

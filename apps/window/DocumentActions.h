@@ -21,6 +21,7 @@ public:
         bool isOffline = false; ///< and transfers wait
         bool hasRunningTransfers = false;
         bool isAnySelected = false;
+        bool isAnySelectedHere = false;
         bool isAnySelectedChangedHere = false;
         bool isAnySelectedInConflict = false;
         bool isRemovalPending = false;
@@ -47,6 +48,7 @@ public:
     QAction* const open;
     QAction* const uploadChanges;
     QAction* const resolve; ///< shown where there is a conflict
+    QAction* const showInFolder;
     QAction* const copy;
     QAction* const paste;
     QAction* const remove;
@@ -54,6 +56,8 @@ public:
     QAction* const refresh;
     QAction* const thumbnails;
     QAction* const list;
+    QAction* const quickLook; ///< its key works in the documents' view only
+    QAction* const details;
     QAction* const find;
     QAction* const signOut;
 

@@ -236,14 +236,48 @@ void DocumentCommands::Open(const QStringList& ids)
             OpenFile(path);
             continue;
         }
-        // What is only to be opened does not come among the user's own files.
-        const QString folder = isHere ? QFileInfo(path).path() : parts.session.ViewingFolder(id);
-        QDir().mkpath(folder);
         if (isHere) {
             KeepOlder(id, path);
         }
-        parts.transfers.Download(id, folder, true);
+        parts.transfers.Download(id, FolderToView(id, path), true);
     }
+}
+
+void DocumentCommands::Fetch(const QString& id)
+{
+    const QString path = parts.model.index(parts.model.RowOf(id)).data(Model::PathRole).toString();
+    parts.transfers.Download(id, FolderToView(id, path));
+}
+
+QString DocumentCommands::FolderToView(const QString& id, const QString& path) const
+{
+    const QString folder = QFileInfo::exists(path) ? QFileInfo(path).path() : parts.session.ViewingFolder(id);
+    QDir().mkpath(folder);
+    return folder;
+}
+
+void DocumentCommands::ShowInFolder()
+{
+    QStringList folders;
+    const auto selected = parts.view.selectionModel()->selectedIndexes();
+    for (const auto& index : selected) {
+        const QFileInfo copy(index.data(Model::PathRole).toString());
+        if (copy.isFile()) {
+            folders.append(copy.path());
+        }
+    }
+    folders.removeDuplicates();
+    for (const QString& folder : qAsConst(folders)) {
+        QDesktopServices::openUrl(QUrl::fromLocalFile(folder));
+    }
+}
+
+bool DocumentCommands::IsAnyHere() const
+{
+    const auto selected = parts.view.selectionModel()->selectedIndexes();
+    return std::any_of(selected.begin(), selected.end(), [](const QModelIndex& index) {
+        return QFileInfo(index.data(Model::PathRole).toString()).isFile();
+    });
 }
 
 void DocumentCommands::KeepOlder(const QString& id, const QString& path)

@@ -61,12 +61,21 @@ public:
     void Download(const QString& folder = {});
     void ChooseDownloadFolder();
     void Open();
+    void ShowInFolder();
     void UploadChanges();
     void ResolveConflicts();
     void Copy();
     void Remove();
 
+    void Open(const QStringList& ids);
+
+    /// Fetches a document to be looked at here.
+    void Fetch(const QString& id);
+
     RemovalUndo& Removals();
+
+    /// Whether the local copy of a selected document is there.
+    bool IsAnyHere() const;
 
     /// Ids of the selected documents whose local copies have changed.
     QStringList ChangedHere() const;
@@ -85,7 +94,6 @@ private:
 
     /// At once for the view, with Undo.
     void RemoveLater(const QStringList& ids);
-    void Open(const QStringList& ids);
     void OpenFile(const QString& path);
 
     /// See Transfers::DecisionNeeded.
@@ -99,6 +107,9 @@ private:
     void OnListRefreshed();
     void OnFetched(const QString& path);
     QString DownloadFolder() const;
+
+    /// Where a document comes that is only to be looked at: not among the user's own files, unless it is there.
+    QString FolderToView(const QString& id, const QString& path) const;
     QStringList NamesOf(const QStringList& ids) const;
 
     /// Of the cloud copies, as the list shows them now.

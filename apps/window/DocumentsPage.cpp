@@ -1,10 +1,12 @@
 #include "DocumentsPage.h"
 
+#include "DetailsPane.h"
 #include "DocumentsView.h"
 #include "DropHint.h"
 #include "EmptyPage.h"
 #include "FittingToolBar.h"
 #include "MessageBar.h"
+#include "QuickLook.h"
 #include "StatusLine.h"
 #include "Texts.h"
 #include "TransfersPanel.h"
@@ -12,6 +14,7 @@
 #include <contracts/NorlisCloudProtocol.h>
 
 #include <QAction>
+#include <QApplication>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QMenu>
@@ -35,6 +38,8 @@ namespace Key {
 const auto mode = QStringLiteral("view/mode");
 const auto order = QStringLiteral("view/order");
 const auto split = QStringLiteral("view/split");
+const auto details = QStringLiteral("view/details");
+const auto sides = QStringLiteral("view/sides");
 } // namespace Key
 
 constexpr int thumbnailsMode = 0; // in the settings
@@ -70,7 +75,8 @@ DocumentsPage::DocumentsPage(CloudSession& session, QSettings& settings, QWidget
       empty(new EmptyPage),
       dropHint(new DropHint(*this, *stack)),
       status(new StatusLine),
-      commands({session, settings, model, *view, transfers, *message}, *this)
+      commands({session, settings, model, *view, transfers, *message}, *this),
+      details(new DetailsPane(session, *view, actions))
 {
     setObjectName("documentsPage");
     filter.setSourceModel(&model);
@@ -81,6 +87,7 @@ DocumentsPage::DocumentsPage(CloudSession& session, QSettings& settings, QWidget
     ConnectSearch();
     ConnectLayout();
     ConnectActions();
+    ConnectLook();
     Restore();
     UpdateActions();
     UpdateEmptyPage();
@@ -134,7 +141,14 @@ void DocumentsPage::Arrange()
     upperLayout->setContentsMargins(0, 0, 0, 0);
     upperLayout->setSpacing(0);
     upperLayout->addWidget(message);
-    upperLayout->addWidget(stack, 1);
+    const auto sides = new QSplitter(Qt::Horizontal);
+    sides->setObjectName("sides");
+    sides->setChildrenCollapsible(false);
+    sides->addWidget(stack);
+    sides->addWidget(details);
+    sides->setStretchFactor(0, 1);
+    sides->setSizes({fontMetrics().averageCharWidth() * 100, fontMetrics().averageCharWidth() * 36});
+    upperLayout->addWidget(sides, 1);
     const auto splitter = new QSplitter(Qt::Vertical);
     splitter->setObjectName("split");
     splitter->setChildrenCollapsible(false);
@@ -319,6 +333,7 @@ void DocumentsPage::ConnectActions()
     connectTo(actions.download, [this] { commands.Download(); });
     connectTo(actions.downloadTo, [this] { commands.ChooseDownloadFolder(); });
     connectTo(actions.open, [this] { commands.Open(); });
+    connectTo(actions.showInFolder, [this] { commands.ShowInFolder(); });
     connectTo(actions.uploadChanges, [this] { commands.UploadChanges(); });
     connectTo(actions.resolve, [this] { commands.ResolveConflicts(); });
     connectTo(actions.copy, [this] { commands.Copy(); });
@@ -344,8 +359,31 @@ void DocumentsPage::ConnectActions()
     connect(view, &DocumentsView::MenuRequested, this, &DocumentsPage::ShowMenu);
 }
 
+void DocumentsPage::ConnectLook()
+{
+    quickLook = new QuickLook(session, *view, *this);
+    view->addAction(actions.quickLook);
+    connect(actions.quickLook, &QAction::triggered, quickLook, &QuickLook::Open);
+    connect(quickLook, &QuickLook::OpenRequested, &commands, [this](const QString& id) { commands.Open({id}); });
+    connect(quickLook, &QuickLook::FetchRequested, &commands, &DocumentCommands::Fetch);
+    connect(actions.details, &QAction::toggled, this, [this](bool isWanted) {
+        const bool hadKeyboard = details->isAncestorOf(QApplication::focusWidget());
+        details->setVisible(isWanted);
+        settings.setValue(Key::details, isWanted);
+        if (hadKeyboard) {
+            FocusDocuments();
+        }
+    });
+    const auto sides = findChild<QSplitter*>("sides");
+    connect(sides, &QSplitter::splitterMoved, this,
+            [this, sides] { settings.setValue(Key::sides, sides->saveState()); });
+}
+
 void DocumentsPage::Restore()
 {
+    actions.details->setChecked(settings.value(Key::details).toBool());
+    details->setVisible(actions.details->isChecked());
+    findChild<QSplitter*>("sides")->restoreState(settings.value(Key::sides).toByteArray());
     SetMode(settings.value(Key::mode).toInt() == listMode ? DisplayMode::List : DisplayMode::Thumbnails);
     order->setCurrentIndex(qBound(0, settings.value(Key::order).toInt(), order->count() - 1));
     findChild<QSplitter*>("split")->restoreState(settings.value(Key::split).toByteArray());
@@ -467,8 +505,10 @@ void DocumentsPage::UpdateActions()
     const bool isAnySelected = !view->SelectedIds().isEmpty();
     const bool isTransferring =
         transfers.CountOfActive() > transfers.CountOf(Transfers::Status::Waiting); // which keep nothing busy
-    actions.Update({isSignedIn, IsOffline(), isTransferring, isAnySelected, !commands.ChangedHere().isEmpty(),
-                    !commands.InConflict().isEmpty(), commands.Removals().IsPossible()});
+    actions.Update({isSignedIn, IsOffline(), isTransferring, isAnySelected, commands.IsAnyHere(),
+                    !commands.ChangedHere().isEmpty(), !commands.InConflict().isEmpty(),
+                    commands.Removals().IsPossible()});
+    details->Update();
 }
 
 void DocumentsPage::UpdateEmptyPage()

@@ -20,11 +20,13 @@ class QToolBar;
 
 namespace Norlis::Window {
 
+class DetailsPane;
 class DocumentsView;
 enum class DisplayMode;
 class DropHint;
 class EmptyPage;
 class MessageBar;
+class QuickLook;
 class StatusLine;
 
 /// Shows the documents of one session, and what can be done with them.
@@ -74,6 +76,7 @@ private:
     void ConnectSearch();
     void ConnectLayout();
     void ConnectActions();
+    void ConnectLook();
     void Restore();
 
     void SetMode(DisplayMode mode);
@@ -104,6 +107,8 @@ private:
     DropHint* const dropHint;
     StatusLine* const status;
     DocumentCommands commands;
+    DetailsPane* const details;
+    QuickLook* quickLook = nullptr; ///< set by ConnectLook, when there is a model
 
     QTimer actionsUpdate; ///< combines many changes into one update
     QStringList added;    ///< ids of new documents, until all transfers have ended

@@ -2,6 +2,7 @@
 
 #include "DocumentDelegate.h"
 
+#include <QElapsedTimer>
 #include <QListView>
 #include <QTimer>
 
@@ -29,6 +30,12 @@ public:
     /// To be called when the service has no preview of a document, or has one again.
     void SetUnreadable(const QString& id, bool isUnreadable);
 
+    /// Selects the document above or below the current one, or the one before or after it, which may be in another
+    /// line.
+    void SelectNeighbour(Qt::Key arrow);
+
+    void keyboardSearch(const QString& search) override;
+
 signals:
     void SelectionChanged();
 
@@ -39,6 +46,7 @@ signals:
     void ShownChanged(const QStringList& ids);
 
 protected:
+    bool event(QEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
@@ -63,6 +71,7 @@ private:
     QStringList shown; ///< ids, as last emitted
     QStringList noted; ///< ids; see NoteSelection
     QTimer shownTimer;
+    QElapsedTimer typed; ///< since the last letter of a name
 };
 
 } // namespace Norlis::Window

@@ -1,11 +1,13 @@
 #include "WindowTest.h"
 
+#include <apps/window/PagePicture.h>
 #include <NorlisTestKit/FaultServer.h>
 
 #include <QApplication>
 #include <QLineEdit>
 #include <QListView>
 #include <QSet>
+#include <QTest>
 
 namespace Norlis::Test {
 
@@ -109,6 +111,29 @@ TEST_F(PicturesTest, OfThumbnailsAndOfTheList)
     Take("list");
 }
 
+TEST_F(PicturesTest, OfTheDetailsAndOfTheQuickLook)
+{
+    PutSamples();
+    OpenCloud();
+    SettlePictures();
+    Action("Details")->trigger();
+    Select({"garden-year.pdf"});
+    Action("Download")->trigger();
+    ASSERT_TRUE(WaitUntil([&] { return StateOf("garden-year.pdf") == 1; }));
+    ClickButton("Clear");
+    const auto isDrawn = [this](const QString& part) {
+        const auto pictures = Find<QWidget>(part)->findChild<Window::PagePicture*>();
+        return WaitUntil([&] { return pictures->IsSettled(); });
+    };
+    SettlePictures();
+    ASSERT_TRUE(isDrawn("detailsPane"));
+    Take("details");
+    Action("Quick Look")->trigger();
+    QTest::keyClick(Find<QWidget>("quickLook"), Qt::Key_PageDown);
+    ASSERT_TRUE(isDrawn("quickLook"));
+    Take("quick-look");
+}
+
 TEST_F(PicturesTest, OfTransfersAndAnError)
 {
     FaultServer server;
@@ -165,6 +190,12 @@ TEST_F(PicturesTest, OfADarkWindowWithLargeLetters)
     SettlePictures();
     Select({"ferry-ticket.pdf"});
     Take("dark");
+    Action("Details")->trigger();
+    Action("Quick Look")->trigger();
+    QTest::keyClick(Find<QWidget>("quickLook"), Qt::Key_PageDown);
+    Take("dark-quick-look");
+    QTest::keyClick(Find<QWidget>("quickLook"), Qt::Key_Escape);
+    Take("dark-details");
     EXPECT_LT(window->grab().toImage().pixelColor(5, 5).lightness(), 100);
     window.reset();
     QApplication::setPalette(before);
