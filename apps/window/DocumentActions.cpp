@@ -62,6 +62,10 @@ DocumentActions::DocumentActions(QWidget& widget)
       usualSize(Make(widget, tr("&Usual Size"), Glyph::Thumbnails, QString("Ctrl+0"),
                      tr("Show thumbnails of the usual size"))),
       sortBy(MakeMenu(widget, tr("&Sort By"))),
+      quickLook(Make(widget, tr("&Quick Look"), Glyph::Search, QString("Space"),
+                     tr("Look at the pages of the selected document"))),
+      details(Make(widget, tr("&Details"), Glyph::Document, QString("F9"),
+                   tr("Show or hide what is known of the selected documents"))),
       find(Make(widget, tr("&Find"), Glyph::Search, QKeySequence::Find, tr("Find documents by name"))),
       signOut(Make(widget, tr("Si&gn Out"), Glyph::Cancel, {}, tr("Forget the password and choose another cloud"))),
       widget(widget)
@@ -72,6 +76,9 @@ DocumentActions::DocumentActions(QWidget& widget)
         action->setCheckable(true);
         modes->addAction(action);
     }
+    details->setCheckable(true);
+    quickLook->setAutoRepeat(false);
+    quickLook->setShortcutContext(Qt::WidgetShortcut); // elsewhere the key presses buttons
 }
 
 void DocumentActions::AddMenusTo(QMenuBar& bar) const
@@ -90,8 +97,8 @@ void DocumentActions::AddMenusTo(QMenuBar& bar) const
     };
     add(tr("&Documents"), {upload, paste, nullptr, open, showInFolder, download, downloadTo, uploadChanges, resolve,
                            useCloud, copy, nullptr, remove, undoRemoval, nullptr, signOut});
-    add(tr("&View"),
-        {thumbnails, list, nullptr, zoomIn, zoomOut, usualSize, nullptr, sortBy->menuAction(), nullptr, find, refresh});
+    add(tr("&View"), {thumbnails, list, nullptr, zoomIn, zoomOut, usualSize, nullptr, sortBy->menuAction(), nullptr,
+                      quickLook, details, nullptr, find, refresh});
 }
 
 void DocumentActions::AddTo(QToolBar& bar) const
@@ -107,7 +114,7 @@ void DocumentActions::AddTo(QToolBar& bar) const
 
 void DocumentActions::AddDocumentEntriesTo(QMenu& menu) const
 {
-    menu.addActions({resolve, open, showInFolder});
+    menu.addActions({resolve, open, quickLook, showInFolder});
     menu.addSeparator();
     menu.addActions({download, downloadTo, uploadChanges, useCloud, copy});
     menu.addSeparator();
@@ -133,12 +140,13 @@ void DocumentActions::Update(const Situation& situation)
     download->setEnabled(canTransfer && situation.isAnySelected);
     downloadTo->setEnabled(canTransfer && situation.isAnySelected);
     open->setEnabled(situation.isAnySelected);
-    showInFolder->setEnabled(situation.isAnySelectedHere);
     useCloud->setVisible(situation.isAnySelectedChangedHere);
     useCloud->setEnabled(canTransfer);
     uploadChanges->setEnabled(canTransfer && situation.isAnySelectedChangedHere);
     resolve->setVisible(situation.isAnySelectedInConflict);
     resolve->setEnabled(canTransfer);
+    showInFolder->setEnabled(situation.isAnySelectedHere);
+    quickLook->setEnabled(situation.isAnySelected);
     copy->setEnabled(situation.isAnySelected);
     paste->setEnabled(canTransfer);
     remove->setEnabled(situation.isSignedIn && !situation.isOffline && situation.isAnySelected);

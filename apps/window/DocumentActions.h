@@ -60,7 +60,9 @@ public:
     QAction* const zoomIn;
     QAction* const zoomOut;
     QAction* const usualSize;
-    QMenu* const sortBy; ///< whoever sorts adds the entries
+    QMenu* const sortBy;      ///< whoever sorts adds the entries
+    QAction* const quickLook; ///< its key works in the documents' view only
+    QAction* const details;
     QAction* const find;
     QAction* const signOut;
 

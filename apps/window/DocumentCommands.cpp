@@ -250,17 +250,27 @@ void DocumentCommands::Open(const QStringList& ids)
             OpenFile(path);
             continue;
         }
-        // What is only to be opened does not come among the user's own files, unless the user wants it.
-        const QString chosen = parts.preferences.OpenedFolder();
-        const QString folder = isHere             ? QFileInfo(path).path()
-                               : chosen.isEmpty() ? parts.session.ViewingFolder(id)
-                                                  : chosen;
-        QDir().mkpath(folder);
         if (isHere) {
             KeepOlder(id, path);
         }
-        parts.transfers.Download(id, folder, true);
+        parts.transfers.Download(id, FolderToView(id, path), true);
     }
+}
+
+void DocumentCommands::Fetch(const QString& id)
+{
+    const QString path = parts.model.index(parts.model.RowOf(id)).data(Model::PathRole).toString();
+    parts.transfers.Download(id, FolderToView(id, path));
+}
+
+QString DocumentCommands::FolderToView(const QString& id, const QString& path) const
+{
+    const QString chosen = parts.preferences.OpenedFolder();
+    const QString folder = QFileInfo::exists(path) ? QFileInfo(path).path()
+                           : chosen.isEmpty()      ? parts.session.ViewingFolder(id)
+                                                   : chosen;
+    QDir().mkpath(folder);
+    return folder;
 }
 
 void DocumentCommands::KeepOlder(const QString& id, const QString& path)

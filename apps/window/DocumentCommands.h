@@ -72,9 +72,14 @@ public:
     void Copy();
     void Remove();
 
+    void Open(const QStringList& ids);
+
+    /// Fetches a document to be looked at here.
+    void Fetch(const QString& id);
+
     RemovalUndo& Removals();
 
-    /// Whether any of the selected documents has a local copy.
+    /// Whether the local copy of a selected document is there.
     bool IsAnyHere() const;
 
     /// Ids of the selected documents whose local copies have changed.
@@ -94,7 +99,6 @@ private:
 
     /// At once for the view, with Undo.
     void RemoveLater(const QStringList& ids);
-    void Open(const QStringList& ids);
     void OpenFile(const QString& path);
 
     /// See Transfers::DecisionNeeded.
@@ -107,6 +111,10 @@ private:
     void OnFailed(const Host::CloudProblem& problem);
     void OnListRefreshed();
     void OnFetched(const QString& path);
+
+    /// Where a document comes that is only to be looked at: not among the user's own files, unless it is there or
+    /// the user wants it.
+    QString FolderToView(const QString& id, const QString& path) const;
     QStringList NamesOf(const QStringList& ids) const;
 
     /// Of the cloud copies, as the list shows them now.

@@ -1,11 +1,13 @@
 #include "DocumentsPage.h"
 
+#include "DetailsPane.h"
 #include "DocumentsView.h"
 #include "DropHint.h"
 #include "EmptyPage.h"
 #include "FilterChips.h"
 #include "FittingToolBar.h"
 #include "MessageBar.h"
+#include "QuickLook.h"
 #include "SearchField.h"
 #include "StatusLine.h"
 #include "Texts.h"
@@ -14,6 +16,7 @@
 #include <contracts/NorlisCloudProtocol.h>
 
 #include <QAction>
+#include <QApplication>
 #include <QComboBox>
 #include <QGridLayout>
 #include <QMenu>
@@ -32,7 +35,11 @@ using PDF::Cloud::AbstractCloudManager;
 
 namespace {
 
-const auto splitKey = QStringLiteral("view/split");
+namespace Key {
+const auto split = QStringLiteral("view/split");
+const auto details = QStringLiteral("view/details");
+const auto sides = QStringLiteral("view/sides");
+} // namespace Key
 
 } // namespace
 
@@ -56,6 +63,7 @@ DocumentsPage::DocumentsPage(CloudSession& session, QSettings& settings, QWidget
       order(filter, view->Header(), *actions.sortBy, settings),
       arrangement(*view, actions, settings),
       commands({session, Preferences(settings), model, *view, transfers, *message}, *this),
+      details(new DetailsPane(session, *view, actions)),
       notice(transfers, Preferences(settings), *this)
 {
     setObjectName("documentsPage");
@@ -67,6 +75,7 @@ DocumentsPage::DocumentsPage(CloudSession& session, QSettings& settings, QWidget
     ConnectDocuments();
     ConnectSearch();
     ConnectActions();
+    ConnectLook();
     Restore();
     UpdateActions();
     UpdateEmptyPage();
@@ -120,7 +129,14 @@ void DocumentsPage::Arrange()
     upperLayout->setContentsMargins(0, 0, 0, 0);
     upperLayout->setSpacing(0);
     upperLayout->addWidget(message);
-    upperLayout->addWidget(stack, 1);
+    const auto sides = new QSplitter(Qt::Horizontal);
+    sides->setObjectName("sides");
+    sides->setChildrenCollapsible(false);
+    sides->addWidget(stack);
+    sides->addWidget(details);
+    sides->setStretchFactor(0, 1);
+    sides->setSizes({fontMetrics().averageCharWidth() * 100, fontMetrics().averageCharWidth() * 36});
+    upperLayout->addWidget(sides, 1);
     const auto splitter = new QSplitter(Qt::Vertical);
     splitter->setObjectName("split");
     splitter->setChildrenCollapsible(false);
@@ -357,16 +373,39 @@ void DocumentsPage::ConnectActions()
     connect(view, &DocumentsView::MenuRequested, this, &DocumentsPage::ShowMenu);
 }
 
+void DocumentsPage::ConnectLook()
+{
+    quickLook = new QuickLook(session, *view, *this);
+    view->addAction(actions.quickLook);
+    connect(actions.quickLook, &QAction::triggered, quickLook, &QuickLook::Open);
+    connect(quickLook, &QuickLook::OpenRequested, &commands, [this](const QString& id) { commands.Open({id}); });
+    connect(quickLook, &QuickLook::FetchRequested, &commands, &DocumentCommands::Fetch);
+    connect(actions.details, &QAction::toggled, this, [this](bool isWanted) {
+        const bool hadKeyboard = details->isAncestorOf(QApplication::focusWidget());
+        details->setVisible(isWanted);
+        settings.setValue(Key::details, isWanted);
+        if (hadKeyboard) {
+            FocusDocuments();
+        }
+    });
+    const auto sides = findChild<QSplitter*>("sides");
+    connect(sides, &QSplitter::splitterMoved, this,
+            [this, sides] { settings.setValue(Key::sides, sides->saveState()); });
+}
+
 void DocumentsPage::Restore()
 {
+    actions.details->setChecked(settings.value(Key::details).toBool());
+    details->setVisible(actions.details->isChecked());
+    findChild<QSplitter*>("sides")->restoreState(settings.value(Key::sides).toByteArray());
     connect(&arrangement, &DocumentsLayout::ModeChanged, this,
             [this](DisplayMode mode) { order.Box().setVisible(mode == DisplayMode::Thumbnails); });
     arrangement.Restore();
     order.Restore();
     const auto splitter = findChild<QSplitter*>("split");
-    splitter->restoreState(settings.value(splitKey).toByteArray());
+    splitter->restoreState(settings.value(Key::split).toByteArray());
     connect(splitter, &QSplitter::splitterMoved, this,
-            [this, splitter] { settings.setValue(splitKey, splitter->saveState()); });
+            [this, splitter] { settings.setValue(Key::split, splitter->saveState()); });
 }
 
 QStringList DocumentsPage::UnsentFiles() const
@@ -467,6 +506,7 @@ void DocumentsPage::UpdateActions()
     actions.Update({isSignedIn, IsOffline(), isTransferring, isAnySelected, commands.IsAnyHere(),
                     !commands.ChangedHere().isEmpty(), !commands.InConflict().isEmpty(),
                     commands.Removals().IsPossible()});
+    details->Update();
 }
 
 void DocumentsPage::UpdateEmptyPage()

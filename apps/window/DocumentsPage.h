@@ -22,12 +22,14 @@ class QToolBar;
 
 namespace Norlis::Window {
 
+class DetailsPane;
 class DocumentsView;
 class DropHint;
 class EmptyPage;
 class FilterChips;
 class MessageBar;
 class SearchField;
+class QuickLook;
 class StatusLine;
 
 /// Shows the documents of one session, and what can be done with them.
@@ -87,6 +89,7 @@ private:
 
     /// To be called when other documents are to be shown.
     void OnNarrowed();
+    void ConnectLook();
     void Restore();
 
     /// Shows the new documents.
@@ -120,7 +123,9 @@ private:
     DocumentsOrder order;
     DocumentsLayout arrangement;
     DocumentCommands commands;
+    DetailsPane* const details;
     TransferNotice notice;
+    QuickLook* quickLook = nullptr; ///< set by ConnectLook, when there is a model
 
     QTimer actionsUpdate; ///< combines many changes into one update
     QStringList added;    ///< ids of new documents, until all transfers have ended

@@ -4,6 +4,7 @@
 #include "QuietScrollBar.h"
 #include <host/CloudDocumentsModel.h>
 
+#include <QApplication>
 #include <QContextMenuEvent>
 #include <QScrollBar>
 #include <QWheelEvent>
@@ -142,6 +143,35 @@ void DocumentsView::SetUnreadable(const QString& id, bool isUnreadable)
 {
     delegate.SetUnreadable(id, isUnreadable);
     viewport()->update();
+}
+
+void DocumentsView::SelectNeighbour(Qt::Key arrow)
+{
+    const bool isNext = (arrow == Qt::Key_Right) != isRightToLeft();
+    const auto neighbour = arrow == Qt::Key_Up ? moveCursor(MoveUp, Qt::NoModifier)
+                           : arrow == Qt::Key_Down
+                               ? moveCursor(MoveDown, Qt::NoModifier)
+                               : currentIndex().siblingAtRow(currentIndex().row() + (isNext ? 1 : -1));
+    if (neighbour.isValid()) {
+        selectionModel()->setCurrentIndex(neighbour, QItemSelectionModel::ClearAndSelect);
+    }
+}
+
+void DocumentsView::keyboardSearch(const QString& search)
+{
+    typed.start();
+    QListView::keyboardSearch(search);
+}
+
+bool DocumentsView::event(QEvent* event)
+{
+    // While a name is typed, a space is a part of it and no shortcut.
+    if (event->type() == QEvent::ShortcutOverride && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Space &&
+        typed.isValid() && !typed.hasExpired(QApplication::keyboardInputInterval())) {
+        event->accept();
+        return true;
+    }
+    return QListView::event(event);
 }
 
 void DocumentsView::contextMenuEvent(QContextMenuEvent* event)

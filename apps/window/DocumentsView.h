@@ -2,6 +2,7 @@
 
 #include "DocumentDelegate.h"
 
+#include <QElapsedTimer>
 #include <QListView>
 #include <QTimer>
 
@@ -39,6 +40,12 @@ public:
     /// To be called when the service has no preview of a document, or has one again.
     void SetUnreadable(const QString& id, bool isUnreadable);
 
+    /// Selects the document above or below the current one, or the one before or after it, which may be in another
+    /// line.
+    void SelectNeighbour(Qt::Key arrow);
+
+    void keyboardSearch(const QString& search) override;
+
 signals:
     void SelectionChanged();
 
@@ -53,6 +60,7 @@ signals:
     void ShownChanged(const QStringList& ids, int edge);
 
 protected:
+    bool event(QEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
@@ -81,7 +89,8 @@ private:
     int shownEdge = 0; ///< as last emitted
     QStringList noted; ///< ids; see NoteSelection
     QTimer shownTimer;
-    int turned = 0; ///< eighths of a degree of the wheel, that are less than a step
+    int turned = 0;      ///< eighths of a degree of the wheel, that are less than a step
+    QElapsedTimer typed; ///< since the last letter of a name
 };
 
 } // namespace Norlis::Window

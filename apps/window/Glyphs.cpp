@@ -62,6 +62,18 @@ QPainterPath PathOf(Glyph glyph)
     case Glyph::ChangedInCloud:
         AddArrow(path, {12, 6}, {12, 18});
         break;
+    case Glyph::ChevronDown:
+        Line(path, {{5, 9}, {12, 16}, {19, 9}});
+        break;
+    case Glyph::ChevronLeft:
+        Line(path, {{15, 5}, {8, 12}, {15, 19}});
+        break;
+    case Glyph::ChevronRight:
+        Line(path, {{9, 5}, {16, 12}, {9, 19}});
+        break;
+    case Glyph::ChevronUp:
+        Line(path, {{5, 15}, {12, 8}, {19, 15}});
+        break;
     case Glyph::Cloud:
         AddCloud(path);
         break;

@@ -1,40 +1,12 @@
 #include "StatusLine.h"
 
+#include "ElidedLabel.h"
 #include "Texts.h"
 
 #include <QHBoxLayout>
-#include <QLabel>
-#include <QPainter>
 #include <QPushButton>
-#include <QStyle>
 
 namespace Norlis::Window {
-
-namespace {
-
-/// Takes the room that is left, and ends in an ellipsis where that is too little.
-class ElidedLabel : public QLabel {
-public:
-    using QLabel::QLabel;
-
-protected:
-    QSize minimumSizeHint() const override
-    {
-        return {0, QLabel::minimumSizeHint().height()};
-    }
-
-    void paintEvent(QPaintEvent*) override
-    {
-        QPainter painter(this);
-        painter.setLayoutDirection(Qt::LayoutDirectionAuto); // that of the text, not of the window
-        const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, width());
-        style()->drawItemText(&painter, rect(),
-                              Qt::AlignVCenter | QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft), palette(),
-                              isEnabled(), shown, foregroundRole());
-    }
-};
-
-} // namespace
 
 StatusLine::StatusLine(QWidget* parent)
     : QFrame(parent),
@@ -43,7 +15,6 @@ StatusLine::StatusLine(QWidget* parent)
       storage(new StorageBar)
 {
     text->setObjectName("status");
-    text->setTextFormat(Qt::PlainText);
     tryNow->setObjectName("tryNow");
     tryNow->setToolTip(tr("Connect to the cloud now"));
     const auto layout = new QHBoxLayout(this);

@@ -140,7 +140,8 @@ TEST_F(DocumentsViewTest, TheMenuIsAboutWhatWasClicked)
         return entries;
     };
     const QRect document = Documents()->visualRect(Documents()->model()->index(0, 0));
-    EXPECT_EQ(entriesAt(document.center()), QStringList({"Open", "Download", "Download To…", "Copy", "Remove"}));
+    EXPECT_EQ(entriesAt(document.center()),
+              QStringList({"Open", "Quick Look", "Download", "Download To…", "Copy", "Remove"}));
     EXPECT_EQ(entriesAt(document.center() + QPoint(0, 2 * document.height())),
               QStringList({"Upload…", "Paste", "Sort By", "View", "Refresh"}));
 }

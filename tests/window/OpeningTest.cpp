@@ -47,6 +47,20 @@ TEST_F(OpeningTest, OpeningFetchesWhatIsNotHere)
     EXPECT_EQ(Transfers().size(), 1); // it is here now
 }
 
+TEST_F(OpeningTest, ReturnInTheQuickLookOpensTheDocument)
+{
+    PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
+    PutIntoCloud("b.pdf", PdfOfColor(Qt::red));
+    OpenCloud();
+    ASSERT_TRUE(Shows({"a.pdf", "b.pdf"}));
+    Select({"a.pdf", "b.pdf"});
+    Action("Quick Look")->trigger();
+    ASSERT_TRUE(Find<QWidget>("quickLook"));
+    QTest::keyClick(Find<QWidget>("quickLook"), Qt::Key_Return);
+    ASSERT_TRUE(WaitUntil([&] { return opened.paths.size() == 1; }));
+    EXPECT_EQ(QFileInfo(opened.paths.first()).fileName(), "b.pdf") << "which is the current one";
+}
+
 TEST_F(OpeningTest, WhatIsSavedInAnotherProgramCanBeSentAtOnce)
 {
     ASSERT_NO_FATAL_FAILURE(OpenFromCloud());

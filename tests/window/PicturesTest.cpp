@@ -1,10 +1,12 @@
 #include "WindowTest.h"
 
+#include <apps/window/PagePicture.h>
 #include <NorlisTestKit/FaultServer.h>
 
 #include <apps/window/Translations.h>
 
 #include <QApplication>
+#include <QContextMenuEvent>
 #include <QLineEdit>
 #include <QListView>
 #include <QPainter>
@@ -249,6 +251,46 @@ TEST_F(PicturesTest, OfADarkWindowWithLargeLetters)
     Select({"ferry-ticket.pdf"});
     Take("dark-and-large");
     EXPECT_LT(window->grab().toImage().pixelColor(5, 5).lightness(), 100);
+}
+
+TEST_F(PicturesTest, OfTheDetailsAndOfTheQuickLook)
+{
+    OpenSamples();
+    Press(QString("F9"));
+    Select({"garden-year.pdf"});
+    Press(QString("Ctrl+D"));
+    ASSERT_TRUE(WaitUntil([&] { return IsAs("garden-year.pdf", State::InSync); }));
+    const auto isDrawn = [this](const QString& part) {
+        const auto pictures = Find<QWidget>(part)->findChild<Window::PagePicture*>();
+        return WaitUntil([&] { return pictures->IsSettled(); });
+    };
+    ASSERT_TRUE(HasPictures());
+    ASSERT_TRUE(isDrawn("detailsPane"));
+    Take("details");
+    Documents()->setFocus();
+    Press(QString("Space"));
+    QTest::keyClick(Find<QWidget>("quickLook"), Qt::Key_PageDown);
+    ASSERT_TRUE(isDrawn("quickLook"));
+    Take("quick-look");
+}
+
+TEST_F(PicturesTest, OfTheDialogs)
+{
+    OpenSamples();
+    for (const char* const keys : {"Ctrl+,", "F1"}) {
+        Press(QString(keys));
+        ASSERT_TRUE(WaitUntil([] { return QApplication::activeModalWidget() != nullptr; })) << keys;
+        Take(QApplication::activeModalWidget()->objectName());
+        QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape);
+        ASSERT_TRUE(WaitUntil([] { return QApplication::activeModalWidget() == nullptr; }));
+        window->activateWindow(); // which window managers do
+    }
+    Select({"garden-year.pdf"});
+    QContextMenuEvent asked(QContextMenuEvent::Keyboard, {});
+    QApplication::sendEvent(Documents()->viewport(), &asked);
+    ASSERT_TRUE(WaitUntil([] { return QApplication::activePopupWidget() != nullptr; }));
+    Take("menu");
+    QApplication::activePopupWidget()->close();
 }
 
 TEST_F(PicturesTest, OfTransfersAndAnError)

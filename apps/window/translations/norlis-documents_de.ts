@@ -32,6 +32,36 @@
     </message>
 </context>
 <context>
+    <name>Norlis::Window::DetailsPane</name>
+    <message>
+        <source>Details</source>
+        <translation>Details</translation>
+    </message>
+    <message>
+        <source>In the cloud</source>
+        <translation>In der Cloud</translation>
+    </message>
+    <message>
+        <source>On this computer</source>
+        <translation>Auf diesem Computer</translation>
+    </message>
+    <message>
+        <source>Select a document to see its details.</source>
+        <translation>Wählen Sie ein Dokument aus, um Details zu sehen.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n documents</source>
+        <translation>
+            <numerusform>%n Dokument</numerusform>
+            <numerusform>%n Dokumente</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Folder: %1</source>
+        <translation>Ordner: %1</translation>
+    </message>
+</context>
+<context>
     <name>Norlis::Window::DocumentActions</name>
     <message>
         <source>&amp;Download</source>
@@ -204,6 +234,22 @@
     <message>
         <source>&amp;Sort By</source>
         <translation>S&amp;ortieren nach</translation>
+    </message>
+    <message>
+        <source>&amp;Quick Look</source>
+        <translation>S&amp;chnellansicht</translation>
+    </message>
+    <message>
+        <source>Look at the pages of the selected document</source>
+        <translation>Die Seiten des ausgewählten Dokuments ansehen</translation>
+    </message>
+    <message>
+        <source>&amp;Details</source>
+        <translation>&amp;Details</translation>
+    </message>
+    <message>
+        <source>Show or hide what is known of the selected documents</source>
+        <translation>Zeigen oder verbergen, was über die ausgewählten Dokumente bekannt ist</translation>
     </message>
 </context>
 <context>
@@ -768,6 +814,61 @@
     <message>
         <source>&amp;Remove</source>
         <translation>&amp;Entfernen</translation>
+    </message>
+</context>
+<context>
+    <name>Norlis::Window::QuickLook</name>
+    <message>
+        <source>Previous Page</source>
+        <translation>Vorherige Seite</translation>
+    </message>
+    <message>
+        <source>Next Page</source>
+        <translation>Nächste Seite</translation>
+    </message>
+    <message>
+        <source>Download</source>
+        <translation>Herunterladen</translation>
+    </message>
+    <message>
+        <source>Previous Document</source>
+        <translation>Vorheriges Dokument</translation>
+    </message>
+    <message>
+        <source>Next Document</source>
+        <translation>Nächstes Dokument</translation>
+    </message>
+    <message>
+        <source>Open the document</source>
+        <translation>Das Dokument öffnen</translation>
+    </message>
+    <message>
+        <source>Close Quick Look</source>
+        <translation>Schnellansicht schließen</translation>
+    </message>
+    <message>
+        <source>Quick look: %1, %2</source>
+        <translation>Schnellansicht: %1, %2</translation>
+    </message>
+    <message>
+        <source>Downloading… %1 %</source>
+        <translation>Wird heruntergeladen … %1 %</translation>
+    </message>
+    <message>
+        <source>To show the pages after the first one, the document has to be downloaded.</source>
+        <translation>Um weitere Seiten als die erste zu zeigen, muss das Dokument heruntergeladen werden.</translation>
+    </message>
+    <message>
+        <source>The page cannot be shown: %1.</source>
+        <translation>Die Seite kann nicht gezeigt werden: %1.</translation>
+    </message>
+    <message>
+        <source>Page %1 of %2</source>
+        <translation>Seite %1 von %2</translation>
+    </message>
+    <message>
+        <source>Page %1</source>
+        <translation>Seite %1</translation>
     </message>
 </context>
 <context>
@@ -1530,6 +1631,26 @@
     <message>
         <source>Check the name, or whether the file was moved.</source>
         <translation>Prüfen Sie den Namen, oder ob die Datei verschoben wurde.</translation>
+    </message>
+    <message>
+        <source>There is no such page</source>
+        <translation>Diese Seite gibt es nicht</translation>
+    </message>
+    <message>
+        <source>It is protected by a password</source>
+        <translation>Es ist durch ein Passwort geschützt</translation>
+    </message>
+    <message>
+        <source>It is encrypted in a way that cannot be read</source>
+        <translation>Es ist auf eine Weise verschlüsselt, die nicht gelesen werden kann</translation>
+    </message>
+    <message>
+        <source>It is not a PDF document, or is damaged</source>
+        <translation>Es ist kein PDF-Dokument oder ist beschädigt</translation>
+    </message>
+    <message>
+        <source>It has no page that can be shown</source>
+        <translation>Es hat keine Seite, die gezeigt werden kann</translation>
     </message>
 </context>
 <context>

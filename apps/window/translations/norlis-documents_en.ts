@@ -2,6 +2,16 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en" sourcelanguage="en">
 <context>
+    <name>Norlis::Window::DetailsPane</name>
+    <message numerus="yes">
+        <source>%n documents</source>
+        <translation>
+            <numerusform>%n document</numerusform>
+            <numerusform>%n documents</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>Norlis::Window::DocumentCommands</name>
     <message numerus="yes">
         <source>%n of the files are not PDF documents and were not uploaded.</source>

@@ -1,0 +1,187 @@
+#include "PagePicture.h"
+
+#include "Glyphs.h"
+
+#include <host/CloudDocumentsModel.h>
+#include <host/session/CloudFacts.h>
+
+#include <QDateTime>
+#include <QFileInfo>
+#include <QPainter>
+#include <QUrl>
+
+#include <utility>
+
+namespace Norlis::Window {
+
+using Host::CloudSession;
+using Model = Host::CloudDocumentsModel;
+
+namespace {
+
+constexpr int resizeInterval = 150; // milliseconds
+constexpr qreal paperAspectRatio = 0.71;
+
+/// In the middle of an area, on whole pixels of the screen.
+QRectF Centered(const QWidget& widget, const QSizeF& size)
+{
+    const qreal ratio = widget.devicePixelRatioF();
+    const QPointF origin = QPointF(widget.mapTo(widget.window(), QPoint())) * ratio;
+    const QPointF margin = QPointF(widget.width() - size.width(), widget.height() - size.height()) / 2;
+    const QPointF place = QPointF((margin * ratio + origin).toPoint()) - origin;
+    return {place / ratio, size};
+}
+
+} // namespace
+
+PagePicture::PagePicture(CloudSession& session, QWidget* parent) : QWidget(parent), session(session)
+{
+    setObjectName("pagePicture");
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    resized.setSingleShot(true);
+    connect(&resized, &QTimer::timeout, this, &PagePicture::Draw);
+    connect(&session, &CloudSession::PageDrawn, this, &PagePicture::OnDrawn);
+}
+
+PagePicture::~PagePicture()
+{
+    session.CancelDrawing(drawing);
+}
+
+PagePicture::Subject PagePicture::SubjectOf(const QModelIndex& document, int page) const
+{
+    Subject found;
+    found.id = document.data(Model::IdRole).toString();
+    const QFileInfo copy(document.data(Model::PathRole).toString());
+    const bool isOlder =
+        document.data(Model::StateRole).toInt() == static_cast<int>(PDF::FileInfo::CloudStatus::ChangedInCloud);
+    if (copy.isFile() && !isOlder) {
+        found.path = copy.filePath();
+        found.page = page;
+        found.version = QString::number(copy.size()) + '/' + QString::number(copy.lastModified().toMSecsSinceEpoch());
+    } else if (const auto* facts = session.Facts(found.id)) {
+        found.version = QString::fromStdString(facts->hash) + '/' + QString::number(facts->size) + '/' +
+                        facts->modifiedAt.toString(Qt::ISODateWithMs);
+    }
+    return found;
+}
+
+void PagePicture::Show(const QModelIndex& document, int page)
+{
+    const auto before = std::exchange(subject, SubjectOf(document, page));
+    const bool isSameDocument = subject.id == before.id;
+    const bool isSameContent = isSameDocument && subject.path == before.path && subject.version == before.version;
+    if (!isSameDocument) {
+        picture = {};
+    }
+    if (picture.isNull() && subject.page == 1) {
+        const auto previews = document.data(Model::PreviewsRole).toMap();
+        picture = QPixmap(previews.value("large").toUrl().toLocalFile());
+        update();
+    }
+    if (isSameContent && subject.page == before.page && reason.isEmpty()) {
+        return;
+    }
+    if (!isSameContent) {
+        pageCount = 0;
+        reason.clear();
+    }
+    Draw();
+}
+
+void PagePicture::Draw()
+{
+    session.CancelDrawing(std::exchange(drawing, 0));
+    box = WantedBox();
+    update();
+    if (!subject.id.isEmpty() && isVisible() && !box.isEmpty()) {
+        drawing = subject.path.isEmpty() ? session.DrawPreview(subject.id, box)
+                                         : session.DrawLocalPreview(subject.path, box, subject.page);
+    } else {
+        box = {}; // drawn when it is seen
+    }
+}
+
+void PagePicture::OnDrawn(qint64 number, const Host::DrawnPage& page)
+{
+    if (number != drawing) {
+        return;
+    }
+    drawing = 0;
+    reason = page.reason;
+    if (!page.picture.isNull()) {
+        picture = page.picture;
+        picture.setDevicePixelRatio(devicePixelRatioF());
+        pageCount = page.pageCount;
+    } else if (subject.page > 1) {
+        picture = {}; // it is of another page
+    }
+    update();
+    emit Settled();
+}
+
+bool PagePicture::IsHere() const
+{
+    return !subject.path.isEmpty();
+}
+
+int PagePicture::PageCount() const
+{
+    return pageCount;
+}
+
+bool PagePicture::IsSettled() const
+{
+    return drawing == 0 && !box.isEmpty();
+}
+
+const QString& PagePicture::Reason() const
+{
+    return reason;
+}
+
+QSize PagePicture::WantedBox() const
+{
+    return (QSizeF(size()) * devicePixelRatioF()).toSize();
+}
+
+void PagePicture::PaintPlaceholder(QPainter& painter) const
+{
+    const QRectF paper = Centered(*this, QSizeF(paperAspectRatio, 1).scaled(size(), Qt::KeepAspectRatio));
+    QColor ink = palette().color(QPalette::Text);
+    ink.setAlphaF(0.25);
+    painter.fillRect(paper, palette().color(QPalette::Base));
+    painter.setPen(ink);
+    painter.drawRect(paper.adjusted(0, 0, -1, -1));
+    const qreal inset = paper.width() / 3;
+    const bool isTorn = !reason.isEmpty() && (IsHere() || session.IsSignedIn());
+    PaintGlyph(painter, paper.adjusted(inset, inset, -inset, -inset), isTorn ? Glyph::Unreadable : Glyph::Document,
+               ink);
+}
+
+void PagePicture::paintEvent(QPaintEvent*)
+{
+    if (subject.id.isEmpty()) {
+        return;
+    }
+    if (box != WantedBox() && !resized.isActive()) {
+        resized.start(box.isEmpty() ? 0 : resizeInterval);
+    }
+    QPainter painter(this);
+    if (picture.isNull()) {
+        PaintPlaceholder(painter);
+        return;
+    }
+    // One that was drawn for this size has its pixels on those of the screen.
+    const QSizeF own = QSizeF(picture.size()) / picture.devicePixelRatio();
+    const bool isForThis = drawing == 0 && box == WantedBox() && reason.isEmpty();
+    const QRectF target = Centered(*this, isForThis ? own : own.scaled(size(), Qt::KeepAspectRatio));
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawPixmap(target, picture, picture.rect());
+    QColor rim = palette().color(QPalette::Text);
+    rim.setAlphaF(0.25);
+    painter.setPen(rim);
+    painter.drawRect(target.adjusted(0, 0, -1, -1));
+}
+
+} // namespace Norlis::Window
