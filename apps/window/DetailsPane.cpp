@@ -91,6 +91,7 @@ DetailsPane::DetailsPane(Host::CloudSession& session, DocumentsView& view, const
     layout->addSpacing(gap / 2);
     layout->addWidget(name);
     state = AddLine(*layout, {}, "detailsState", new QLabel);
+    state.text->setWordWrap(true);
     inCloud = AddLine(*layout, tr("In the cloud"), "detailsInCloud", new QLabel);
     here = AddLine(*layout, tr("On this computer"), "detailsHere", new QLabel);
     folder = AddLine(*layout, {}, "detailsFolder", new ElidedLabel(Qt::ElideMiddle));

@@ -29,6 +29,7 @@ using Model = Host::CloudDocumentsModel;
 namespace {
 
 constexpr qreal sheetAspectRatio = 1.1; // of width to height, at most: documents are mostly upright
+constexpr int sheetLetters = 60;        // at least, side by side: names are long
 constexpr int wheelStep = 120;          // of one notch
 
 /// A frame is no dialog by itself.
@@ -73,7 +74,7 @@ QuickLook::QuickLook(CloudSession& session, DocumentsView& view, QWidget& page)
       sheet(new QFrame),
       badge(new QLabel),
       name(new ElidedLabel(Qt::ElideMiddle)),
-      state(new QLabel),
+      state(new ElidedLabel),
       picture(new PagePicture(session)),
       previousPage(MakeButton("previousPage", Glyph::ChevronUp, tr("Previous Page"), QKeySequence::MoveToPreviousPage)),
       nextPage(MakeButton("nextPage", Glyph::ChevronDown, tr("Next Page"), QKeySequence::MoveToNextPage)),
@@ -124,8 +125,11 @@ void QuickLook::Arrange()
 
     const auto head = new QHBoxLayout;
     head->addWidget(badge);
-    head->addWidget(name, 1);
-    head->addWidget(state);
+    const auto titles = new QVBoxLayout;
+    titles->setSpacing(0);
+    titles->addWidget(name);
+    titles->addWidget(state);
+    head->addLayout(titles, 1);
     head->addWidget(open);
     head->addWidget(close);
     help->setFrameShape(StyledPanel);
@@ -357,7 +361,8 @@ void QuickLook::Fit()
     setGeometry(page.rect());
     const int margin = qMin(page.width(), page.height()) / 24;
     const int height = page.height() - 2 * margin;
-    const int width = qMin(page.width() - 2 * margin, qRound(height * sheetAspectRatio));
+    const int wanted = qMax(qRound(height * sheetAspectRatio), sheetLetters * fontMetrics().averageCharWidth());
+    const int width = qMin(page.width() - 2 * margin, wanted);
     const int side = (page.width() - width) / 2;
     layout()->setContentsMargins(side, margin, side, margin);
 }

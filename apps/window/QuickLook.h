@@ -71,7 +71,7 @@ private:
     QFrame* const sheet;
     QLabel* const badge;
     ElidedLabel* const name;
-    QLabel* const state;
+    ElidedLabel* const state;
     PagePicture* const picture;
     QToolButton* const previousPage;
     QToolButton* const nextPage;
