@@ -284,6 +284,8 @@ TEST_F(PicturesTest, OfTheDialogs)
         QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape);
         ASSERT_TRUE(WaitUntil([] { return QApplication::activeModalWidget() == nullptr; }));
         window->activateWindow(); // which window managers do
+        ASSERT_TRUE(WaitUntil([this] { return QApplication::activeWindow() == window.get(); }));
+        Documents()->setFocus();
     }
     Select({"garden-year.pdf"});
     QContextMenuEvent asked(QContextMenuEvent::Keyboard, {});
