@@ -86,7 +86,8 @@ void PagePicture::Show(const QModelIndex& document, int page)
         pageCount = 0;
         reason.clear();
     }
-    Draw();
+    session.CancelDrawing(std::exchange(drawing, 0));
+    resized.start(0); // when the layout has found its size
 }
 
 void PagePicture::Draw()
@@ -132,7 +133,7 @@ int PagePicture::PageCount() const
 
 bool PagePicture::IsSettled() const
 {
-    return drawing == 0 && !box.isEmpty();
+    return drawing == 0 && !resized.isActive() && !box.isEmpty();
 }
 
 const QString& PagePicture::Reason() const
@@ -174,14 +175,15 @@ void PagePicture::paintEvent(QPaintEvent*)
     }
     // One that was drawn for this size has its pixels on those of the screen.
     const QSizeF own = QSizeF(picture.size()) / picture.devicePixelRatio();
-    const bool isForThis = drawing == 0 && box == WantedBox() && reason.isEmpty();
+    const bool isForThis = IsSettled() && box == WantedBox() && reason.isEmpty();
     const QRectF target = Centered(*this, isForThis ? own : own.scaled(size(), Qt::KeepAspectRatio));
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     painter.drawPixmap(target, picture, picture.rect());
     QColor rim = palette().color(QPalette::Text);
     rim.setAlphaF(0.25);
-    painter.setPen(rim);
-    painter.drawRect(target.adjusted(0, 0, -1, -1));
+    painter.setPen(QPen(rim, 0)); // one pixel of the screen
+    const qreal pixel = 1 / devicePixelRatioF();
+    painter.drawRect(target.adjusted(0, 0, -pixel, -pixel));
 }
 
 } // namespace Norlis::Window
