@@ -5,7 +5,7 @@ namespace Norlis::Window {
 namespace {
 
 // Widths in average characters.
-constexpr std::array<int, columnCount> usualWidths = {0, 26, 32, 13, 20};
+constexpr std::array<int, columnCount> usualWidths = {0, 22, 36, 12, 18};
 constexpr int leastWidth = 8;
 constexpr int leastWidthOfName = 24; // with the picture
 
