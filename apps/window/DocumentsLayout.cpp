@@ -42,7 +42,8 @@ DocumentsLayout::DocumentsLayout(DocumentsView& view, const DocumentActions& act
     connect(&view, &DocumentsView::ZoomRequested, this, &DocumentsLayout::ZoomBy);
     connect(&view.Header(), &ListHeader::WidthsChanged, this, [this] {
         QVariantList widths;
-        for (const int width : this->view.Header().Widths()) {
+        const auto current = this->view.Header().Widths();
+        for (const int width : current) {
             widths.append(width);
         }
         this->settings.setValue(Key::columns, widths);
@@ -52,7 +53,8 @@ DocumentsLayout::DocumentsLayout(DocumentsView& view, const DocumentActions& act
 void DocumentsLayout::Restore()
 {
     QList<int> widths;
-    for (const QVariant& width : settings.value(Key::columns).toList()) {
+    const QVariantList kept = settings.value(Key::columns).toList();
+    for (const QVariant& width : kept) {
         widths.append(width.toInt());
     }
     view.Header().SetWidths(widths);

@@ -23,7 +23,7 @@ public:
     void Restore();
 
 signals:
-    void ModeChanged(DisplayMode mode);
+    void ModeChanged(Norlis::Window::DisplayMode mode);
 
 private:
     void SetMode(DisplayMode newMode);

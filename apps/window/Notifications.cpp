@@ -21,7 +21,9 @@ const auto clicked = QStringLiteral("default");
 Notifications::Notifications(QObject* parent) : QObject(parent)
 {
     // Whoever sends it: to name the service would be to wait until its owner is found.
-    QDBusConnection::sessionBus().connect({}, path, service, "ActionInvoked", this, SLOT(OnAction(uint, QString)));
+    // clang-format off
+    QDBusConnection::sessionBus().connect({}, path, service, "ActionInvoked", this, SLOT(OnAction(uint,QString)));
+    // clang-format on
 }
 
 void Notifications::Show(const QString& title, const QString& text)

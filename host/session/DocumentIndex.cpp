@@ -509,7 +509,8 @@ void DocumentIndex::TellOfCopiesLeft(std::function<void(const QString&)> tell)
 
 void DocumentIndex::LookAtCopiesLeft()
 {
-    for (const auto& path : std::exchange(leftEarlier, {})) {
+    const auto paths = std::exchange(leftEarlier, {});
+    for (const auto& path : paths) {
         if (const auto copy = copies.At(path); copy && copy->lostAt != 0) {
             LookAtCopyLeft(path, copy->syncHash);
         }
