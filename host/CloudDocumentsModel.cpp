@@ -40,6 +40,8 @@ CloudDocumentsModel::CloudDocumentsModel(AbstractFileManager& documents, const Q
         rows.clear();
         endResetModel();
     });
+    hiddenUpdate.setSingleShot(true);
+    connect(&hiddenUpdate, &QTimer::timeout, this, &CloudDocumentsModel::TellOfHidden);
     for (int index = 0; index < documents.FilesCount(); ++index) {
         // The list would search for every document to tell more of its size.
         const QString id = documents.GetDocumentId(index);
@@ -69,8 +71,23 @@ void CloudDocumentsModel::SetHidden(const QString& id, bool isHidden)
     } else {
         hidden.remove(id);
     }
-    if (const int row = RowOf(id); row >= 0) {
-        emit dataChanged(index(row), index(row), {HiddenRole});
+    hiddenChanges.insert(id);
+    hiddenUpdate.start();
+}
+
+void CloudDocumentsModel::TellOfHidden()
+{
+    int first = -1;
+    int last = -1;
+    for (int row = 0; row < rowCount(); ++row) {
+        if (hiddenChanges.contains(rows[row].id)) {
+            first = first < 0 ? row : first;
+            last = row;
+        }
+    }
+    hiddenChanges.clear();
+    if (first >= 0) {
+        emit dataChanged(index(first), index(last), {HiddenRole});
     }
 }
 

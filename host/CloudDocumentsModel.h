@@ -6,6 +6,7 @@
 #include <QAbstractListModel>
 #include <QPointer>
 #include <QSet>
+#include <QTimer>
 
 #include <deque>
 
@@ -46,7 +47,8 @@ public:
     /// Of the first row of the id; -1 when there is none.
     int RowOf(const QString& id) const;
 
-    /// Has views leave a document out, whose removal is pending. They do it: with a filter, for instance.
+    /// Has views leave a document out, whose removal is pending. They do it: with a filter, for instance. They are told
+    /// from the event loop, and once of all documents for which this was called meanwhile.
     void SetHidden(const QString& id, bool isHidden);
 
     /// None below a row.
@@ -75,6 +77,7 @@ private:
     void OnAdded(PDF::FileInfo& file);
     void OnRemoved(const QString& id);
     void OnUpdated(int index);
+    void TellOfHidden();
 
     /// Makes the rows those of the list, whatever happened to it.
     void CatchUp();
@@ -90,7 +93,9 @@ private:
 
     QPointer<PDF::AbstractFileManager> documents;
     std::deque<Row> rows;
-    QSet<QString> hidden; ///< ids
+    QSet<QString> hidden;        ///< ids
+    QSet<QString> hiddenChanges; ///< ids of those of which views have not been told
+    QTimer hiddenUpdate;
     Difference pending;
 };
 

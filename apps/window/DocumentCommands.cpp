@@ -310,8 +310,10 @@ void DocumentCommands::OpenFile(const QString& path)
     } else {
         parts.message.Show(Topic::opening,
                            tr("“%1” cannot be opened.").arg(Apps::Printable(QFileInfo(path).fileName())),
-                           tr("No program for opening PDF documents was found. The document is at %1.")
-                               .arg(QDir::toNativeSeparators(path)));
+                           path.startsWith(parts.session.ViewingFolder({}))
+                               ? tr("No program for opening PDF documents was found.")
+                               : tr("No program for opening PDF documents was found. The document is at %1.")
+                                     .arg(QDir::toNativeSeparators(path)));
     }
 }
 
@@ -555,8 +557,8 @@ RemovalUndo& DocumentCommands::Removals()
 
 QString DocumentCommands::NameOf(const QString& id) const
 {
-    const int row = parts.model.RowOf(id);
-    return Apps::Printable(row < 0 ? id : parts.model.index(row).data(Model::NameRole).toString());
+    const auto* facts = parts.session.Facts(id);
+    return Apps::Printable(facts ? QString::fromStdString(facts->name) : id);
 }
 
 QStringList DocumentCommands::NamesOf(const QStringList& ids) const
@@ -572,9 +574,8 @@ QStringList DocumentCommands::VersionsOf(const QStringList& ids) const
 {
     QStringList versions;
     for (const QString& id : ids) {
-        const auto record = parts.session.Documents().GetFileInfo(id);
-        auto cloudInfo = record ? record->GetRedactableCloudInfo() : std::nullopt;
-        versions.append(cloudInfo ? QString::fromStdString(cloudInfo->GetMd5Hash()) : QString());
+        const auto* facts = parts.session.Facts(id);
+        versions.append(facts ? QString::fromStdString(facts->hash) : QString());
     }
     return versions;
 }

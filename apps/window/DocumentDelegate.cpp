@@ -1,5 +1,6 @@
 #include "DocumentDelegate.h"
 
+#include "DocumentsFilter.h"
 #include "Glyphs.h"
 #include "LargePictures.h"
 #include "Texts.h"
@@ -312,8 +313,7 @@ void DocumentDelegate::PaintLine(QPainter& painter, const QStyleOptionViewItem& 
 
     painter.setPen(MutedColor(option));
     if (header.Has(Column::Folder)) {
-        elided(cellOf(Column::Folder), Apps::Printable(FolderOf(index.data(Model::PathRole).toString())),
-               Qt::ElideMiddle);
+        elided(cellOf(Column::Folder), index.data(DocumentsFilter::FolderRole).toString(), Qt::ElideMiddle);
     }
     if (header.Has(Column::State)) {
         const QRect cell = cellOf(Column::State);

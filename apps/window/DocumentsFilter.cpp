@@ -106,8 +106,21 @@ void DocumentsFilter::Rearrange(const std::function<void()>& rearrange)
     ranks.clear();
 }
 
+void DocumentsFilter::SetViewingFolder(const QString& folder)
+{
+    viewingFolder = folder;
+}
+
+QString DocumentsFilter::UsersFolder(const QString& path) const
+{
+    return !viewingFolder.isEmpty() && path.startsWith(viewingFolder) ? QString() : FolderOf(path);
+}
+
 QVariant DocumentsFilter::data(const QModelIndex& index, int role) const
 {
+    if (role == FolderRole) {
+        return Apps::Printable(UsersFolder(index.data(Model::PathRole).toString()));
+    }
     if (role == Model::NameRole) {
         return Apps::Printable(QSortFilterProxyModel::data(index, role).toString());
     }
@@ -191,7 +204,7 @@ DocumentsFilter::Rank DocumentsFilter::RankOf(const QModelIndex& index) const
     case Column::Name:
         break;
     case Column::Folder: {
-        const QString folder = FolderOf(index.data(Model::PathRole).toString());
+        const QString folder = UsersFolder(index.data(Model::PathRole).toString());
         return {folder.isEmpty() ? 0 : 1, NameOf(folder + '/' + name).key, id};
     }
     case Column::State:

@@ -25,7 +25,15 @@ public:
     /// \param state a PDF::FileInfo::CloudStatus
     static bool IsOfKind(int state, Kind kind);
 
+    /// What a view can ask of a row, beside the roles of the model.
+    enum Role {
+        FolderRole = Qt::UserRole + 100 ///< QString; of the local copy, empty when there is none that is the user's own
+    };
+
     void setSourceModel(QAbstractItemModel* model) override;
+
+    /// Copies in there are not the user's own: they were fetched to be looked at.
+    void SetViewingFolder(const QString& folder);
 
     /// Shows only documents of a kind.
     void Show(Kind newKind);
@@ -61,11 +69,15 @@ private:
     };
 
     const Name& NameOf(const QString& text) const;
+
+    /// \param path of a local copy
+    QString UsersFolder(const QString& path) const;
     Rank RankOf(const QModelIndex& index) const;
 
     /// Sorts and filters everything again, reading each rank only once.
     void Rearrange(const std::function<void()>& rearrange);
 
+    QString viewingFolder;
     QStringList words;
     Kind kind = Kind::All;
     Column order = Column::Name;

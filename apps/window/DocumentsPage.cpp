@@ -67,6 +67,7 @@ DocumentsPage::DocumentsPage(CloudSession& session, QSettings& settings, QWidget
       notice(transfers, Preferences(settings), *this)
 {
     setObjectName("documentsPage");
+    filter.SetViewingFolder(session.ViewingFolder({}));
     filter.setSourceModel(&model);
     view->setModel(&filter);
     view->SetLargePictures(pictures);
@@ -122,6 +123,8 @@ void DocumentsPage::AddMenusTo(QMenuBar& bar)
 void DocumentsPage::Arrange()
 {
     const auto panel = new TransfersPanel(transfers);
+    connect(panel, &TransfersPanel::KeyboardLeft, this, &DocumentsPage::FocusDocuments);
+    stack->setMinimumHeight(4 * fontMetrics().lineSpacing()); // the window does not grow by itself
     stack->addWidget(view);
     stack->addWidget(empty);
     const auto upper = new QWidget;
@@ -144,16 +147,17 @@ void DocumentsPage::Arrange()
     splitter->addWidget(panel);
     splitter->setStretchFactor(0, 1);
     const int line = fontMetrics().lineSpacing();
-    splitter->setSizes({line * 40, line * 9});
-    connect(panel, &TransfersPanel::Collapsed, splitter, [splitter, panel, large = line * 9](bool isCollapsed) mutable {
-        const QList<int> sizes = splitter->sizes();
-        const int all = sizes.first() + sizes.last();
-        if (isCollapsed) {
-            large = sizes.last();
-        }
-        const int wanted = isCollapsed ? panel->maximumHeight() : large;
-        splitter->setSizes({all - wanted, wanted}); // it does not give away by itself what the panel does not take
-    });
+    splitter->setSizes({line * 40, line * 12});
+    connect(
+        panel, &TransfersPanel::Collapsed, splitter, [splitter, panel, large = line * 12](bool isCollapsed) mutable {
+            const QList<int> sizes = splitter->sizes();
+            const int all = sizes.first() + sizes.last();
+            if (isCollapsed) {
+                large = sizes.last();
+            }
+            const int wanted = isCollapsed ? panel->maximumHeight() : large;
+            splitter->setSizes({all - wanted, wanted}); // it does not give away by itself what the panel does not take
+        });
 
     const auto layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -251,10 +255,7 @@ void DocumentsPage::ConnectDocuments()
     connect(dropHint, &DropHint::Dropped, &commands, &DocumentCommands::Upload);
     connect(&transfers, &Transfers::CountsChanged, this, [this] {
         UpdateActions();
-        const bool wasTransferring = std::exchange(areTransfersActive, transfers.CountOfActive() > 0);
-        if (areTransfersActive && !wasTransferring) {
-            view->NoteSelection();
-        } else if (!areTransfersActive) {
+        if (transfers.CountOfActive() == 0) {
             RevealAdded();
         }
     });
@@ -357,6 +358,13 @@ void DocumentsPage::ConnectActions()
     connectTo(actions.remove, [this] { commands.Remove(); });
     connectTo(actions.undoRemoval, [this] { commands.Removals().Undo(); });
     connect(&commands.Removals(), &RemovalUndo::PossibleChanged, this, &DocumentsPage::UpdateActions);
+    connect(&commands.Removals(), &RemovalUndo::Removed, view, &DocumentsView::GoOnAfterRemoval);
+    connect(&commands.Removals(), &RemovalUndo::TakenBack, this, [this](const QStringList& ids) { takenBack = ids; });
+    connect(&filter, &QAbstractItemModel::rowsInserted, this, [this] {
+        if (!takenBack.isEmpty() && view->Select(takenBack)) {
+            takenBack.clear();
+        }
+    });
     connectTo(actions.refresh, [this] {
         if (IsOffline()) {
             session.TryNow();

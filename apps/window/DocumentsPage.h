@@ -127,12 +127,12 @@ private:
     TransferNotice notice;
     QuickLook* quickLook = nullptr; ///< set by ConnectLook, when there is a model
 
-    QTimer actionsUpdate; ///< combines many changes into one update
-    QStringList added;    ///< ids of new documents, until all transfers have ended
-    QString token;        ///< of the sign-in in progress, for another attempt; empty otherwise
+    QTimer actionsUpdate;  ///< combines many changes into one update
+    QStringList takenBack; ///< ids of documents whose removal was, until the view has them
+    QStringList added;     ///< ids of new documents, until all transfers have ended
+    QString token;         ///< of the sign-in in progress, for another attempt; empty otherwise
     bool isSignedIn = false;
     bool isRefreshing = false;
-    bool areTransfersActive = false;
     bool isAway = false;     ///< whether the cloud has not answered since it was found offline
     int countBeforeLoss = 0; ///< of the documents, when many were gone at once; they may come back
     QDateTime refreshedAt;

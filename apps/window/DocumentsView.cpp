@@ -48,6 +48,9 @@ DocumentsView::DocumentsView(QWidget* parent) : QListView(parent), header(new Li
     });
     forgetTimer.setSingleShot(true);
     connect(&forgetTimer, &QTimer::timeout, this, [this] {
+        if (std::exchange(goesOn, false) && !removedSelection.isEmpty() && !selectionModel()->hasSelection()) {
+            setCurrentIndex(model()->index(qMin(removedRow, model()->rowCount() - 1), 0));
+        }
         removedSelection.clear();
         removedCurrent.clear();
     });
@@ -75,11 +78,13 @@ void DocumentsView::SetMode(DisplayMode newMode)
 
 void DocumentsView::SetThumbnailEdge(int edge)
 {
-    const QModelIndex middle = indexAt(viewport()->rect().center());
+    const QModelIndex current = currentIndex();
+    const bool isInView = selectionModel()->isSelected(current) && visualRect(current).intersects(viewport()->rect());
+    const QModelIndex held = isInView ? current : indexAt(viewport()->rect().center());
     delegate.SetThumbnailEdge(edge);
     UpdateGridSize();
-    if (middle.isValid()) {
-        scrollTo(middle, PositionAtCenter);
+    if (held.isValid()) {
+        scrollTo(held, PositionAtCenter);
     }
 }
 
@@ -107,9 +112,17 @@ QStringList DocumentsView::SelectedIds() const
 
 bool DocumentsView::Reveal(const QStringList& ids)
 {
-    if (ids.isEmpty() || SelectedIds() != noted) {
+    const QStringList selected = SelectedIds();
+    if (ids.isEmpty() || !(selected.isEmpty() || selected == revealed)) {
         return true;
     }
+    const bool areThere = Select(ids);
+    revealed = SelectedIds();
+    return areThere;
+}
+
+bool DocumentsView::Select(const QStringList& ids)
+{
     const QSet<QString> wanted(ids.begin(), ids.end());
     QItemSelection selection;
     for (int row = 0; row < model()->rowCount(); ++row) {
@@ -128,9 +141,9 @@ bool DocumentsView::Reveal(const QStringList& ids)
     return true;
 }
 
-void DocumentsView::NoteSelection()
+void DocumentsView::GoOnAfterRemoval()
 {
-    noted = SelectedIds();
+    goesOn = true;
 }
 
 void DocumentsView::ForgetPreview(const QString& path)
@@ -263,6 +276,7 @@ void DocumentsView::rowsAboutToBeRemoved(const QModelIndex& parent, int first, i
             removedCurrent = id;
         }
     }
+    removedRow = first;
     forgetTimer.start();
     QListView::rowsAboutToBeRemoved(parent, first, last);
 }

@@ -29,10 +29,15 @@ public:
     /// Ids of the selected documents, in the order of the view.
     QStringList SelectedIds() const;
 
-    /// Selects documents and scrolls to the first, unless the user has selected others since NoteSelection. False when
+    /// Selects documents and scrolls to the first of them. False when the view does not have them.
+    bool Select(const QStringList& ids);
+
+    /// The same with new documents, unless the user has selected others than those that were revealed last. False when
     /// the search hides them.
     bool Reveal(const QStringList& ids);
-    void NoteSelection();
+
+    /// Selects the next document when the selected ones, which the user removes, have gone.
+    void GoOnAfterRemoval();
 
     /// To be called when the preview in that file has changed.
     void ForgetPreview(const QString& path);
@@ -83,11 +88,13 @@ private:
     // Ids of rows that were removed just now: after a transfer a document leaves the list and enters it again at once.
     QSet<QString> removedSelection;
     QString removedCurrent;
+    int removedRow = 0;
+    bool goesOn = false; ///< see GoOnAfterRemoval
     QTimer forgetTimer;
 
-    QStringList shown; ///< ids, as last emitted
-    int shownEdge = 0; ///< as last emitted
-    QStringList noted; ///< ids; see NoteSelection
+    QStringList shown;    ///< ids, as last emitted
+    int shownEdge = 0;    ///< as last emitted
+    QStringList revealed; ///< ids; see Reveal
     QTimer shownTimer;
     int turned = 0;      ///< eighths of a degree of the wheel, that are less than a step
     QElapsedTimer typed; ///< since the last letter of a name

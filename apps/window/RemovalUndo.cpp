@@ -27,6 +27,7 @@ void RemovalUndo::Remove(const QStringList& ids, const QString& text)
     QTimer::singleShot(timeToThink, this, [this, number] { End(number); });
     Offer();
     emit PossibleChanged();
+    emit Removed();
 }
 
 void RemovalUndo::Undo()
@@ -48,6 +49,7 @@ void RemovalUndo::Undo()
             {});
     }
     emit PossibleChanged();
+    emit TakenBack(ids);
 }
 
 bool RemovalUndo::IsPossible() const

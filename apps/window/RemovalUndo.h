@@ -31,6 +31,8 @@ public:
 
 signals:
     void PossibleChanged();
+    void Removed();
+    void TakenBack(const QStringList& ids);
 
 private:
     struct Removal {

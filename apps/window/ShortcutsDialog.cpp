@@ -5,6 +5,7 @@
 #include <QHeaderView>
 #include <QMenu>
 #include <QMenuBar>
+#include <QScreen>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
@@ -46,7 +47,7 @@ ShortcutsDialog::ShortcutsDialog(const QMenuBar& bar, QWidget* parent) : QDialog
     list->setHeaderHidden(true);
     list->setRootIsDecorated(false);
     list->setItemsExpandable(false);
-    list->setSelectionMode(QTreeWidget::SingleSelection);
+    list->setSelectionMode(QTreeWidget::NoSelection);
     const auto menus = bar.actions();
     for (const QAction* const each : menus) {
         const auto group = new QTreeWidgetItem(list, {Plain(each->text())});
@@ -64,7 +65,8 @@ ShortcutsDialog::ShortcutsDialog(const QMenuBar& bar, QWidget* parent) : QDialog
     const auto layout = new QVBoxLayout(this);
     layout->addWidget(list);
     layout->addWidget(buttons);
-    resize(fontMetrics().averageCharWidth() * 70, fontMetrics().lineSpacing() * 30);
+    const QSize wanted(fontMetrics().averageCharWidth() * 70, fontMetrics().lineSpacing() * 34);
+    resize(wanted.boundedTo(screen()->availableGeometry().size() * 85 / 100));
 }
 
 } // namespace Norlis::Window

@@ -41,7 +41,9 @@ Transfers::Transfers(CloudSession& session, QObject* parent) : QAbstractListMode
     connect(&session, &CloudSession::DocumentDownloaded, this, [this](const QString& id, const QString& path) {
         const int row = Find(true, id);
         const bool opensWhenDone = row >= 0 && transfers[row].opensWhenDone;
-        Finish(row, tr("Saved in %1").arg(QDir::toNativeSeparators(QFileInfo(path).absolutePath())));
+        const bool isToBeViewed = path.startsWith(this->session.ViewingFolder({}));
+        Finish(row, isToBeViewed ? tr("Ready to be looked at")
+                                 : tr("Saved in %1").arg(QDir::toNativeSeparators(QFileInfo(path).absolutePath())));
         if (opensWhenDone) {
             emit OpenRequested(path);
         }

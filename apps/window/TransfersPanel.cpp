@@ -1,5 +1,6 @@
 #include "TransfersPanel.h"
 
+#include <QApplication>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QListView>
@@ -105,6 +106,7 @@ void TransfersPanel::Arrange()
     list->setSelectionMode(QListView::ExtendedSelection);
     list->setVerticalScrollMode(QListView::ScrollPerPixel);
     list->setItemDelegate(&delegate);
+    list->setMinimumHeight(3 * fontMetrics().lineSpacing()); // one row, where there is no room for more
     clear->setToolTip(tr("Remove the transfers that have ended from the list"));
     details->setToolTip(tr("Show each transfer"));
     details->setCheckable(true);
@@ -164,21 +166,30 @@ void TransfersPanel::Refresh()
     const bool isSuccess = all > 0 && transfers.CountOf(Status::Finished) == all;
     title->setText(TitleText());
     cancel->setText(Selected(active).isEmpty() ? tr("Cancel All") : tr("Cancel Selected"));
-    cancel->setVisible(running > 0);
-    tryAgain->setVisible(transfers.CountOf(Status::Failed) > 0 || !Selected(ended).isEmpty());
-    clear->setVisible(all > running);
-    details->setVisible(isSuccess);
+    ShowPart(*cancel, running > 0);
+    ShowPart(*tryAgain, transfers.CountOf(Status::Failed) > 0 || !Selected(ended).isEmpty());
+    ShowPart(*clear, all > running);
+    ShowPart(*details, isSuccess);
     if (running > 0) { // what stands still tells nothing by itself
         headUpdate.start();
         list->viewport()->update();
     }
     const bool isOneLine = isSuccess && !details->isChecked();
-    list->setVisible(!isOneLine);
+    ShowPart(*list, !isOneLine);
     setMaximumHeight(isOneLine ? sizeHint().height() : QWIDGETSIZE_MAX);
-    setVisible(all > 0);
+    ShowPart(*this, all > 0);
     if (std::exchange(isCollapsed, isOneLine) != isOneLine) {
         emit Collapsed(isCollapsed);
     }
+}
+
+void TransfersPanel::ShowPart(QWidget& part, bool isWanted)
+{
+    // Otherwise the next button would have it, and who presses a key does not expect that.
+    if (!isWanted && part.isVisible() && (part.hasFocus() || part.isAncestorOf(QApplication::focusWidget()))) {
+        emit KeyboardLeft();
+    }
+    part.setVisible(isWanted);
 }
 
 QString TransfersPanel::TitleText() const
@@ -187,6 +198,8 @@ QString TransfersPanel::TitleText() const
     const int running = transfers.CountOf(Status::Running) + transfers.CountOf(Status::Queued);
     if (running > 0) {
         parts.append(transfers.ProgressOfAll());
+    } else if (transfers.CountOf(Status::Finished) > 0) {
+        parts.append(QStringLiteral("✓ ") + transfers.SuccessText());
     }
     if (const int waiting = transfers.CountOf(Status::Waiting)) {
         parts.append(tr("%n waiting for the cloud", nullptr, waiting));
@@ -197,7 +210,7 @@ QString TransfersPanel::TitleText() const
     if (const int canceled = transfers.CountOf(Status::Canceled)) {
         parts.append(tr("%n canceled", nullptr, canceled));
     }
-    return parts.isEmpty() ? QStringLiteral("✓ ") + transfers.SuccessText() : parts.join(" · ");
+    return parts.join(" · ");
 }
 
 void TransfersPanel::Cancel(const QList<int>& rows)

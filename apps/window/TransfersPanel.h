@@ -25,6 +25,9 @@ signals:
     /// It has become a single line, or is larger again.
     void Collapsed(bool isCollapsed);
 
+    /// What has the keyboard is about to be hidden.
+    void KeyboardLeft();
+
 private:
     /// Running ones first, and of these those that were begun first.
     class Order : public QSortFilterProxyModel {
@@ -35,6 +38,7 @@ private:
     void Arrange();
     void Connect();
     void Refresh();
+    void ShowPart(QWidget& part, bool isWanted);
     QString TitleText() const;
 
     void Cancel(const QList<int>& rows);

@@ -158,6 +158,25 @@ TEST_F(DocumentsViewTest, TheLineAtTheBottomTellsHowMuchIsSelected)
     EXPECT_TRUE(Status().startsWith("2 documents · as of")) << qPrintable(Status());
 }
 
+TEST_F(DocumentsViewTest, WhatTheUserHasSelectedStaysWhenUploadsEnd)
+{
+    PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
+    OpenCloud();
+    ASSERT_TRUE(Shows({"a.pdf"}));
+    const auto selected = [this] {
+        const auto indexes = Documents()->selectionModel()->selectedIndexes();
+        return indexes.size() == 1 ? indexes.first().data(Host::CloudDocumentsModel::NameRole).toString() : QString();
+    };
+    Drop({LocalFile("b.pdf", PdfOfColor(Qt::blue))});
+    ASSERT_TRUE(WaitUntil([&] { return selected() == "b.pdf"; }));
+    Drop({LocalFile("c.pdf", PdfOfColor(Qt::blue))});
+    ASSERT_TRUE(WaitUntil([&] { return selected() == "c.pdf"; })) << "the selection was the program's";
+    Select({"a.pdf"});
+    Drop({LocalFile("d.pdf", PdfOfColor(Qt::blue))});
+    ASSERT_TRUE(WaitUntil([&] { return Transfers().contains("d.pdf finished"); }));
+    EXPECT_EQ(selected(), "a.pdf");
+}
+
 TEST_F(DocumentsViewTest, NumberedNamesFollowTheOneWithoutANumber)
 {
     for (const char* const name : {"plan (10).pdf", "plan (2).pdf", "plan.pdf"}) {

@@ -2,10 +2,12 @@
 
 #include <contracts/Version.h>
 
+#include <QApplication>
 #include <QDialog>
 #include <QLabel>
 #include <QListView>
 #include <QMenu>
+#include <QScreen>
 #include <QTest>
 #include <QTreeWidget>
 
@@ -40,6 +42,20 @@ TEST_F(HelpTest, ThePageOfKeysHasEachKeyOfTheMenus)
     }
     QTest::keyClick(Find<QTreeWidget>("keys"), Qt::Key_Escape);
     EXPECT_FALSE(Find<QTreeWidget>("keys"));
+}
+
+TEST_F(HelpTest, ThePageOfKeysFitsTheScreenWithLargeLettersToo)
+{
+    QFont large = QApplication::font();
+    large.setPointSizeF(large.pointSizeF() * 2);
+    QApplication::setFont(large);
+    OpenCloud();
+    QTest::keyClick(window.get(), Qt::Key_F1);
+    ASSERT_TRUE(WaitUntil([&] { return Find<QTreeWidget>("keys"); }));
+    const QWidget* const dialog = Find<QTreeWidget>("keys")->window();
+    EXPECT_LE(dialog->height(), dialog->screen()->availableGeometry().height());
+    large.setPointSizeF(large.pointSizeF() / 2);
+    QApplication::setFont(large);
 }
 
 TEST_F(HelpTest, TheProgramTellsWhatItIs)

@@ -1,6 +1,8 @@
 #include "OpenedFiles.h"
 #include "WindowTest.h"
 
+#include <apps/window/DocumentsFilter.h>
+
 #include <QApplication>
 #include <QDir>
 #include <QFileInfo>
@@ -40,6 +42,7 @@ TEST_F(OpeningTest, OpeningFetchesWhatIsNotHere)
     ASSERT_NO_FATAL_FAILURE(OpenFromCloud());
     EXPECT_EQ(QFileInfo(opened.paths.first()).fileName(), "a.pdf");
     EXPECT_FALSE(QDir(Local("downloads")).exists()) << "it was to be looked at only";
+    EXPECT_EQ(Documents()->model()->index(0, 0).data(Window::DocumentsFilter::FolderRole).toString(), "");
     ASSERT_TRUE(IsUpToDate("a.pdf"));
     EXPECT_EQ(Documents()->selectionModel()->selectedIndexes().size(), 1);
     ClickButton("Open");

@@ -44,6 +44,26 @@ TEST_F(RemovalWindowTest, RemovalOfManyDocumentsAsksOnce)
     EXPECT_FALSE(ReadFile(Cloud("10.pdf")));
 }
 
+TEST_F(RemovalWindowTest, TheNextDocumentIsSelectedAndAfterUndoTheOneThatIsBack)
+{
+    for (const char* const name : {"a.pdf", "b.pdf", "c.pdf"}) {
+        PutIntoCloud(name, PdfOfColor(Qt::red));
+    }
+    OpenCloud();
+    ASSERT_TRUE(Shows({"a.pdf", "b.pdf", "c.pdf"}));
+    const auto selected = [this] {
+        const auto indexes = Documents()->selectionModel()->selectedIndexes();
+        return indexes.size() == 1 ? indexes.first().data(Host::CloudDocumentsModel::NameRole).toString() : QString();
+    };
+    Select({"b.pdf"});
+    QTest::keyClick(Documents(), Qt::Key_Delete);
+    ASSERT_TRUE(Shows({"a.pdf", "c.pdf"}));
+    EXPECT_TRUE(WaitUntil([&] { return selected() == "c.pdf"; })) << qPrintable(selected());
+    Action("Undo Removal")->trigger();
+    ASSERT_TRUE(Shows({"a.pdf", "b.pdf", "c.pdf"}));
+    EXPECT_TRUE(WaitUntil([&] { return selected() == "b.pdf"; })) << qPrintable(selected());
+}
+
 TEST_F(RemovalWindowTest, ARemovalCanBeTakenBack)
 {
     PutIntoCloud("a.pdf", PdfOfColor(Qt::red));

@@ -1,6 +1,7 @@
 #include "ServerWindowTest.h"
 
 #include <QAbstractButton>
+#include <QApplication>
 #include <QLabel>
 #include <QListView>
 #include <QMessageBox>
@@ -53,6 +54,40 @@ TEST_F(TransfersTest, WhatWasCanceledCanBeStartedAgain)
     QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, {row.right() - 20, row.center().y()});
     EXPECT_TRUE(WaitUntil([&] { return Transfers() == QStringList{"a.pdf finished"}; }));
     EXPECT_EQ(server.Names(), QStringList{"a.pdf"});
+}
+
+TEST_F(TransfersTest, AButtonThatGoesLeavesTheKeyboardToTheDocumentsAndNotToTheNextButton)
+{
+    Drop({LocalFile("done.pdf", PdfOfColor(Qt::red))});
+    ASSERT_TRUE(WaitUntil([&] { return Transfers() == QStringList{"done.pdf finished"}; }));
+    Button("Details")->setFocus();
+    server.Misbehave(When("PUT").Always(), HangsInTheRequest(10));
+    Drop({LocalFile("a.pdf", PdfOfColor(Qt::blue))});
+    ASSERT_TRUE(WaitUntil([&] { return Button("Cancel All") != nullptr; }));
+    EXPECT_EQ(QApplication::focusWidget(), Documents());
+}
+
+TEST_F(TransfersTest, TheWindowStaysAsLargeAsItIs)
+{
+    QFont large = window->font();
+    large.setPointSizeF(large.pointSizeF() * 1.5);
+    window->setFont(large);
+    window->resize(window->minimumSizeHint());
+    const QSize before = window->size();
+    ASSERT_NO_FATAL_FAILURE(DropSlowly({"a.pdf"}));
+    ASSERT_TRUE(WaitUntil([&] { return Button("Cancel All") != nullptr; }));
+    EXPECT_LE(window->height(), before.height() + 8 * window->fontMetrics().lineSpacing());
+    window->resize(before.width(), window->screen()->availableGeometry().height() * 85 / 100);
+    QCoreApplication::processEvents();
+    EXPECT_LE(window->height(), window->screen()->availableGeometry().height());
+}
+
+TEST_F(TransfersTest, WhatSucceededIsToldOfBesideWhatFailed)
+{
+    server.Misbehave("PUT", IsOutOfSpace()); // the first that comes
+    Drop({LocalFile("a.pdf", PdfOfColor(Qt::red)), LocalFile("b.pdf", PdfOfColor(Qt::blue)),
+          LocalFile("c.pdf", PdfOfColor(Qt::green))});
+    EXPECT_TRUE(WaitUntil([&] { return Title() == "✓ 2 documents uploaded · 1 failed"; })) << qPrintable(Title());
 }
 
 TEST_F(TransfersTest, WhatNeedsAttentionStandsBeforeWhatHasEnded)
