@@ -94,16 +94,22 @@ void DocumentCommands::Paste()
 void DocumentCommands::OfferUpload(const QStringList& paths)
 {
     QStringList missing;
+    QStringList refused;
     QStringList all = uploadQuestion ? askedUploads : QStringList();
     for (const QString& path : paths) {
         if (!QFileInfo::exists(path)) {
             missing.append(Apps::Printable(QDir::toNativeSeparators(path)));
+        } else if (!QFileInfo(path).isDir() && !IsPdf(path)) {
+            refused.append(path);
         } else if (!all.contains(path)) {
             all.append(path);
         }
     }
     if (!missing.isEmpty()) {
         parts.message.Show(Topic::files, tr("There is no file %1.").arg(SomeOf(missing)), {});
+    }
+    if (!refused.isEmpty()) {
+        Upload(refused); // which says why not
     }
     if (all.isEmpty() || (uploadQuestion && all == askedUploads)) {
         return;

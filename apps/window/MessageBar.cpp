@@ -3,6 +3,7 @@
 #include "Glyphs.h"
 
 #include <QAccessible>
+#include <QAccessibleWidget>
 #include <QApplication>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -15,6 +16,17 @@
 
 namespace Norlis::Window {
 
+namespace {
+
+/// By which screen readers know that it is to be read aloud.
+QAccessibleInterface* MakeAlert(const QString&, QObject* object)
+{
+    const auto bar = qobject_cast<MessageBar*>(object);
+    return bar ? new QAccessibleWidget(bar, QAccessible::AlertMessage) : nullptr;
+}
+
+} // namespace
+
 MessageBar::MessageBar(QWidget* parent)
     : QFrame(parent),
       icon(new QLabel),
@@ -25,6 +37,8 @@ MessageBar::MessageBar(QWidget* parent)
       close(new QToolButton)
 {
     setObjectName("message");
+    static const bool isInstalled = (QAccessible::installFactory(MakeAlert), true);
+    Q_UNUSED(isInstalled);
     setFrameShape(StyledPanel);
     setAutoFillBackground(true);
     setBackgroundRole(QPalette::ToolTipBase);
@@ -136,7 +150,8 @@ void MessageBar::ShowFirst()
     setTabOrder(buttons.isEmpty() ? static_cast<QWidget*>(showDetails) : buttons.last(), close);
     show();
     if (isNew) {
-        QAccessibleEvent event(text, QAccessible::Alert);
+        setAccessibleName(message.text);
+        QAccessibleEvent event(this, QAccessible::Alert);
         QAccessible::updateAccessibility(&event);
     }
 }

@@ -277,7 +277,7 @@ void QuickLook::TurnTo(int wanted)
     Update();
     if (fetch->isVisible()) {
         fetch->setFocus(); // the next thing to do
-    } else if (!focusWidget() || focusWidget() == fetch) {
+    } else if (!focusWidget()) {
         setFocus();
     }
 }
@@ -338,7 +338,11 @@ void QuickLook::UpdatePage()
     const int shown = picture->IsHere() ? number : 1;
     previousPage->setEnabled(number > 1);
     nextPage->setEnabled(picture->IsHere() ? number < count : number == 1);
-    fetch->setVisible(number > 1 && !picture->IsHere() && !isFetching);
+    const bool isToBeFetched = number > 1 && !picture->IsHere() && !isFetching;
+    if (!isToBeFetched && fetch->hasFocus()) {
+        setFocus(); // otherwise the next button would have it
+    }
+    fetch->setVisible(isToBeFetched);
     if (isFetching && fetched > 0) {
         notice->setText(Notice()); // which nobody wants to hear a hundred times
     } else {

@@ -49,6 +49,13 @@ SessionPreviews::SessionPreviews(const SessionContext& context, std::function<vo
         }
         SendSoon();
     });
+    connect(&context.session, &CloudSession::ConnectionChanged, this, [this] {
+        const bool isAway = this->context.session.ConnectionState() == CloudSession::Connection::Offline;
+        if (std::exchange(wasAway, isAway) && !isAway) {
+            failed.clear(); // what is said of a document while its service goes is no word about the document
+            SendSoon();
+        }
+    });
 }
 
 void SessionPreviews::Show(const QStringList& ids)

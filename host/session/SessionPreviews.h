@@ -89,6 +89,7 @@ private:
     QHash<QString, bool> failed;                  ///< of those that are shown; whether another attempt is useless
     QHash<const PDF::FileInfo*, Running> running; ///< requests for what is or was shown
     bool isSendingSoon = false;
+    bool wasAway = false;
 
     QQueue<QString> waiting; ///< for Step
     QHash<QString, Previews> arrived;

@@ -187,10 +187,13 @@ TEST_F(QuestionsTest, FilesOfSeveralStartsAreAskedAboutTogetherAndTheQuestionKee
     EXPECT_TRUE(Shows({"a.pdf", "b.pdf"}));
 }
 
-TEST_F(QuestionsTest, NobodyIsAskedAboutAFileThatIsNotThere)
+TEST_F(QuestionsTest, NobodyIsAskedAboutWhatCannotBeUploaded)
 {
     OpenCloud();
     ASSERT_TRUE(WaitUntil([&] { return Action("Upload…")->isEnabled(); }));
+    window->OfferUpload({LocalFile("notes.txt", "notes")});
+    EXPECT_TRUE(Questions().isEmpty());
+    EXPECT_EQ(Message(), "“notes.txt” is not a PDF document and was not uploaded.");
     window->OfferUpload({Local("no such.pdf")});
     EXPECT_TRUE(Questions().isEmpty());
     EXPECT_EQ(Message(), "There is no file " + Local("no such.pdf") + ".");

@@ -187,6 +187,26 @@ TEST_F(QuickLookTest, LaterPagesOfWhatIsNotHereFollowItsDownload)
     EXPECT_FALSE(QDir(Local("downloads")).exists()) << "it was to be looked at only";
 }
 
+TEST_F(QuickLookTest, ANeighbourOfWhatCanBeDownloadedHasTheKeyboardOnTheSheet)
+{
+    for (const char* const name : {"a.pdf", "b.pdf"}) {
+        PutIntoCloud(name, PdfOfColor(Qt::red));
+    }
+    OpenCloud();
+    ASSERT_TRUE(Shows({"a.pdf", "b.pdf"}));
+    Select({"a.pdf"});
+    Documents()->setFocus();
+    QTest::keyClick(Documents(), Qt::Key_Space);
+    const auto sheet = Find<QWidget>("quickLook");
+    ASSERT_TRUE(sheet);
+    QTest::keyClick(sheet, Qt::Key_PageDown);
+    ASSERT_EQ(QApplication::focusWidget()->objectName(), "quickLookDownload");
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Right);
+    EXPECT_EQ(QApplication::focusWidget(), sheet);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
+    EXPECT_FALSE(Find<QWidget>("quickLook"));
+}
+
 TEST_F(QuickLookTest, ADownloadThatFailsSaysWhyAndCanBeTriedAgain)
 {
     LookAt({"a.pdf"}, PdfOfColors(threeColors));

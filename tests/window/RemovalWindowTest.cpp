@@ -2,6 +2,7 @@
 
 #include <QListView>
 #include <QMessageBox>
+#include <QSignalSpy>
 #include <QTest>
 
 namespace Norlis::Test {
@@ -30,8 +31,10 @@ TEST_F(RemovalWindowTest, RemovalOfManyDocumentsAsksOnce)
     EXPECT_TRUE(ReadFile(Cloud("10.pdf")));
     QTest::keyClick(Documents(), Qt::Key_Delete);
     EXPECT_THAT(Questions().first()->informativeText().toStdString(), HasSubstr(".pdf and 6 more"));
+    QSignalSpy removals(Documents()->model(), &QAbstractItemModel::rowsRemoved);
     Answer("Remove");
     ASSERT_TRUE(Shows({}));
+    EXPECT_EQ(removals.count(), 1) << "each takes time in proportion to all";
     EXPECT_THAT(Questions(), IsEmpty());
     ClickButton("Undo");
     ASSERT_TRUE(Shows(names));

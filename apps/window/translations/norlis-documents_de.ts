@@ -347,6 +347,10 @@
         <source>%1 (newer)</source>
         <translation>%1 (neuer)</translation>
     </message>
+    <message>
+        <source>No program for opening PDF documents was found.</source>
+        <translation>Es wurde kein Programm zum Öffnen von PDF-Dokumenten gefunden.</translation>
+    </message>
 </context>
 <context>
     <name>Norlis::Window::DocumentsOrder</name>
@@ -1168,6 +1172,10 @@
     <message>
         <source>waiting for its turn</source>
         <translation>wartet, bis es an der Reihe ist</translation>
+    </message>
+    <message>
+        <source>Ready to be looked at</source>
+        <translation>Bereit zum Ansehen</translation>
     </message>
 </context>
 <context>
