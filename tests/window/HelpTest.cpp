@@ -78,7 +78,7 @@ TEST_F(HelpTest, TheMenuKeyOpensTheMenuBesideTheDocument)
     ASSERT_TRUE(WaitUntil([&] { return Names().size() == 60; }));
     Select({"document 69.pdf"}); // which is out of sight
     Documents()->scrollToTop();
-    QContextMenuEvent event(QContextMenuEvent::Keyboard, {});
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, {}, {});
     QCoreApplication::sendEvent(Documents(), &event);
     const auto menu = Find<QMenu>("contextMenu");
     ASSERT_TRUE(menu);

@@ -62,7 +62,9 @@ protected:
         const QPoint edge(cell.right(), cell.center().y());
         QTest::mousePress(Header()->viewport(), Qt::LeftButton, {}, edge);
         for (const int step : {distance / 2, distance}) {
-            QMouseEvent move(QEvent::MouseMove, edge + QPoint(step, 0), Qt::LeftButton, Qt::LeftButton, {});
+            const QPoint place = edge + QPoint(step, 0);
+            QMouseEvent move(QEvent::MouseMove, place, Header()->viewport()->mapToGlobal(place), Qt::LeftButton,
+                             Qt::LeftButton, {});
             QCoreApplication::sendEvent(Header()->viewport(), &move);
         }
         QTest::mouseRelease(Header()->viewport(), Qt::LeftButton, {}, edge + QPoint(distance, 0));

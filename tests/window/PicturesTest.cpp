@@ -288,7 +288,7 @@ TEST_F(PicturesTest, OfTheDialogs)
         Documents()->setFocus();
     }
     Select({"garden-year.pdf"});
-    QContextMenuEvent asked(QContextMenuEvent::Keyboard, {});
+    QContextMenuEvent asked(QContextMenuEvent::Keyboard, {}, {});
     QApplication::sendEvent(Documents()->viewport(), &asked);
     ASSERT_TRUE(WaitUntil([] { return QApplication::activePopupWidget() != nullptr; }));
     Take("menu");
