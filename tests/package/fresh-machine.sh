@@ -1,6 +1,6 @@
 #!/bin/bash
-# On a new Debian that has nothing but the packages, the tour of an editor compiles and runs, and nothing is left when they
-# are removed.
+# On a new Debian that has nothing but the packages, they serve users and developers, and nothing is left when they are
+# removed.
 . "$(dirname "$0")/common.sh"
 
 [ "$(id -u)" -eq 0 ] || exit 77 # only root can create a machine
