@@ -24,6 +24,7 @@ StatusLine::StatusLine(QWidget* parent)
     layout->addWidget(tryNow);
     layout->addStretch(1);
     layout->addWidget(storage);
+    layout->addStrut(tryNow->sizeHint().height()); // nothing jumps when the button comes
     connect(tryNow, &QPushButton::clicked, this, &StatusLine::TryNowChosen);
     countdown.setInterval(1000);
     connect(&countdown, &QTimer::timeout, this, &StatusLine::Update);
@@ -52,6 +53,12 @@ void StatusLine::Explain(const QString& newReason, const QString& technical)
     text->setToolTip(ToolTipText({reason, technical}));
 }
 
+void StatusLine::resizeEvent(QResizeEvent* event)
+{
+    QFrame::resizeEvent(event);
+    Update();
+}
+
 StorageBar& StatusLine::Storage()
 {
     return *storage;
@@ -62,14 +69,20 @@ void StatusLine::Update()
     text->setText(situation.isOffline ? OfflineText() : OnlineText());
 }
 
-QString StatusLine::OnlineText() const
+QString StatusLine::NumbersText() const
 {
     const int all = situation.all;
-    QStringList parts = {situation.shown == all ? tr("%n document(s)", nullptr, all)
-                                                : tr("%1 of %n document(s)", nullptr, all).arg(situation.shown)};
-    if (situation.selected > 0) {
-        parts.append(tr("%n selected, %1", nullptr, situation.selected).arg(SizeText(situation.selectedSize)));
+    const QString documents = situation.shown == all ? tr("%n document(s)", nullptr, all)
+                                                     : tr("%1 of %n document(s)", nullptr, all).arg(situation.shown);
+    if (situation.selected == 0) {
+        return documents;
     }
+    return documents + " · " + tr("%n selected, %1", nullptr, situation.selected).arg(SizeText(situation.selectedSize));
+}
+
+QString StatusLine::OnlineText() const
+{
+    QStringList parts = {NumbersText()};
     if (situation.isRefreshing) {
         parts.append(tr("refreshing…"));
     } else if (situation.isSigningIn) {
@@ -82,21 +95,25 @@ QString StatusLine::OnlineText() const
 
 QString StatusLine::OfflineText() const
 {
-    // All of it is in the tool tip.
-    const int room = qMax(60 * fontMetrics().averageCharWidth(), width() * 6 / 10);
-    QString shortReason = reason;
-    shortReason.chop(reason.endsWith('.') ? 1 : 0);
-    shortReason = fontMetrics().elidedText(shortReason, Qt::ElideMiddle, room);
-    QStringList parts = {shortReason.isEmpty() ? tr("Offline") : tr("Offline: %1").arg(shortReason)};
-    if (situation.refreshedAt.isValid()) {
-        parts.append(tr("list of %1").arg(TimeText(situation.refreshedAt.time())));
-    }
+    QStringList parts = {tr("Offline")};
     if (situation.nextAttempt.isValid()) {
         const qint64 wait = QDateTime::currentDateTime().msecsTo(situation.nextAttempt);
         constexpr qint64 second = 1000;
         parts.append(tr("trying again in %n s", nullptr, static_cast<int>(qMax(wait + second - 1, second) / second)));
     } else {
         parts.append(tr("trying again…"));
+    }
+    if (situation.refreshedAt.isValid()) {
+        parts.append(tr("list of %1").arg(TimeText(situation.refreshedAt.time())));
+    }
+    const QStringList all = QStringList(NumbersText()) + parts;
+    const int room = contentsRect().width() - tryNow->sizeHint().width() - storage->sizeHint().width() -
+                     4 * layout()->contentsMargins().left();
+    if (fontMetrics().horizontalAdvance(all.join(" · ")) < room) {
+        parts = all;
+    }
+    if (!reason.isEmpty()) { // last, because the end of the line is what gives way; all of it is in the tool tip
+        parts.append(reason.chopped(reason.endsWith('.') ? 1 : 0));
     }
     return parts.join(" · ");
 }

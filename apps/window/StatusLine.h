@@ -46,8 +46,12 @@ signals:
     /// The button goes that had the keyboard.
     void KeyboardLeft();
 
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
 private:
     void Update();
+    QString NumbersText() const;
     QString OnlineText() const;
     QString OfflineText() const;
 

@@ -21,7 +21,8 @@ TEST_F(OfflineWindowTest, TheListOfTheLastTimeIsThereBeforeTheCloudAnswers)
     Open();
     EXPECT_EQ(Names(), QStringList{"a.pdf"});
     ASSERT_TRUE(WaitUntil([&] { return Status().contains(" · trying again in "); }));
-    EXPECT_THAT(Status().toStdString(), testing::MatchesRegex("Offline: The folder .* does not exist · .*"));
+    EXPECT_THAT(Status().toStdString(),
+                testing::MatchesRegex("1 document · Offline · trying again in .* s · The folder .* does not exist"));
     EXPECT_EQ(Message(), "");
     EXPECT_TRUE(Action("Upload…")->isEnabled()); // it will wait
     ASSERT_TRUE(QFile::remove(Local("away/a.pdf")) && QDir().rename(Local("away"), Cloud()));
@@ -31,6 +32,23 @@ TEST_F(OfflineWindowTest, TheListOfTheLastTimeIsThereBeforeTheCloudAnswers)
     EXPECT_EQ(Message(), "");
 }
 
+TEST_F(OfflineWindowTest, WhereThereIsLittleRoomTheNumbersGiveWayAndTheLineKeepsItsHeight)
+{
+    PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
+    OpenCloud();
+    ASSERT_TRUE(Shows({"a.pdf"}));
+    const int height = Find<QLabel>("status")->parentWidget()->height();
+    ASSERT_TRUE(QDir().rename(Cloud(), Local("away")));
+    Refresh();
+    ASSERT_TRUE(WaitUntil([&] { return Button("Try Now") && Status().startsWith("1 document · Offline · "); }));
+    EXPECT_EQ(Find<QLabel>("status")->parentWidget()->height(), height);
+    Select({"a.pdf"});
+    window->resize(window->minimumSizeHint());
+    EXPECT_TRUE(WaitUntil([&] { return Status().startsWith("Offline · trying again"); }));
+    window->resize(1100, 600);
+    EXPECT_TRUE(WaitUntil([&] { return Status().startsWith("1 document · 1 selected, "); }));
+}
+
 TEST_F(OfflineWindowTest, AnUploadThatIsBegunOfflineGoesOnByItself)
 {
     OpenCloud();
@@ -38,7 +56,7 @@ TEST_F(OfflineWindowTest, AnUploadThatIsBegunOfflineGoesOnByItself)
     Close();
     ASSERT_TRUE(QDir().rename(Cloud(), Local("away")));
     Open();
-    ASSERT_TRUE(WaitUntil([&] { return Status().startsWith("Offline"); }));
+    ASSERT_TRUE(WaitUntil([&] { return Status().contains("Offline"); }));
     Drop({LocalFile("a.pdf", PdfOfColor(Qt::red))});
     ASSERT_TRUE(WaitUntil([&] { return Transfers() == QStringList{"a.pdf waiting"}; }));
     ASSERT_TRUE(QDir().rename(Local("away"), Cloud()));
@@ -59,7 +77,7 @@ TEST_F(OfflineWindowTest, AListThatCannotBeFetchedIsToldAndTheDocumentsStay)
     EXPECT_THAT(Questions(), IsEmpty());
     ASSERT_TRUE(QDir().rename(Local("away"), Cloud()));
     Refresh();
-    EXPECT_TRUE(WaitUntil([&] { return Status().startsWith("1 document"); }));
+    EXPECT_TRUE(WaitUntil([&] { return Status().startsWith("1 document · as of "); }));
     EXPECT_EQ(Find<QLabel>("status")->toolTip(), "");
 }
 

@@ -1045,10 +1045,6 @@
         </translation>
     </message>
     <message>
-        <source>Offline: %1</source>
-        <translation>Offline: %1</translation>
-    </message>
-    <message>
         <source>trying again…</source>
         <translation>neuer Versuch läuft …</translation>
     </message>
