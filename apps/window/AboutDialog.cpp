@@ -25,9 +25,11 @@ AboutDialog::AboutDialog(QWidget* parent) : QDialog(parent)
     large.setPointSizeF(large.pointSizeF() * 1.5);
     name->setFont(large);
     // What the program is linked with; the names of licences are not translated.
-    const QString parts = QStringLiteral("Qt %1 — LGPL 3\nPDFium — Apache 2.0, BSD\ncurl — curl\nOpenSSL — Apache 2.0\n"
-                                         "SQLite — Public Domain\nglog — BSD")
-                              .arg(QString::fromLatin1(qVersion()));
+    const QString parts =
+        QStringLiteral(
+            "Qt %1 — LGPL 3\nPDFium — Apache 2.0, BSD\ncurl — curl licence (MIT-like)\nOpenSSL — Apache 2.0\n"
+            "SQLite — Public Domain\nglog — BSD")
+            .arg(QString::fromLatin1(qVersion()));
     const auto text = new QLabel(tr("Version %1").arg(NORLIS_CLOUD_VERSION_STR) + '\n' + ProgramPurpose() + "\n\n" +
                                  tr("Made with:") + '\n' + parts);
     text->setObjectName("aboutText");

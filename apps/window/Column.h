@@ -7,4 +7,7 @@ enum class Column { Name, Folder, State, Size, Modified };
 
 constexpr int columnCount = 5;
 
+constexpr int columnInset = 6; ///< of what stands in a column
+constexpr int badgeEdge = 22;  ///< of the picture of a state
+
 } // namespace Norlis::Window

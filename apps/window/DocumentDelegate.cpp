@@ -22,10 +22,8 @@ namespace {
 
 constexpr int margin = 10;
 constexpr int smallEdge = 32; // in list mode
-constexpr int badgeEdge = 22;
 constexpr qreal cornerRadius = 6;
 constexpr qreal paperAspectRatio = 0.71; // of the placeholder for a page without a preview
-constexpr int columnInset = 6;           // of what stands in a column of the list
 
 QString PreviewPath(const QModelIndex& index, int devicePixels)
 {

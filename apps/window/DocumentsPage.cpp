@@ -70,6 +70,7 @@ DocumentsPage::DocumentsPage(CloudSession& session, QSettings& settings, QWidget
     filter.SetViewingFolder(session.ViewingFolder({}));
     filter.setSourceModel(&model);
     view->setModel(&filter);
+    view->Header().Follow(model);
     view->SetLargePictures(pictures);
     Arrange();
     ConnectSession();
@@ -178,6 +179,8 @@ QWidget* DocumentsPage::Tools()
     const auto grid = new QGridLayout;
     const int gap = fontMetrics().height() / 3;
     grid->setContentsMargins(2 * gap, 0, 2 * gap, gap);
+    grid->setVerticalSpacing(gap);
+    grid->setHorizontalSpacing(2 * gap);
     grid->addWidget(search, 0, 0, 1, 2);
     grid->addWidget(chips, 1, 0, Qt::AlignLeft);
     grid->addWidget(&order.Box(), 1, 1, Qt::AlignRight);

@@ -259,6 +259,11 @@ void DocumentsView::updateGeometries()
 {
     const int height = mode == DisplayMode::List ? header->sizeHint().height() : 0;
     setViewportMargins(0, height, 0, 0);
+    // Lines are as high whatever their width: for them the bar may go. The layout would keep its place if it went by
+    // itself.
+    const bool isScrolled = mode != DisplayMode::List || !model() ||
+                            model()->rowCount() * gridSize().height() > maximumViewportSize().height();
+    setVerticalScrollBarPolicy(isScrolled ? Qt::ScrollBarAlwaysOn : Qt::ScrollBarAlwaysOff);
     QListView::updateGeometries();
     const QRect area = viewport()->geometry();
     header->setGeometry(area.left(), area.top() - height, area.width(), height);

@@ -1,16 +1,26 @@
 #include "ListHeader.h"
 
+#include "Texts.h"
+
+#include <host/CloudDocumentsModel.h>
+
+#include <QPainter>
+
 namespace Norlis::Window {
 
 namespace {
 
-// Widths in average characters.
-constexpr std::array<int, columnCount> usualWidths = {0, 22, 36, 12, 18};
+using Status = PDF::FileInfo::CloudStatus;
+
+// Widths in average characters; that of the state is as its texts need it.
+constexpr std::array<int, columnCount> usualWidths = {0, 22, 0, 12, 18};
 constexpr int leastWidth = 8;
 constexpr int leastWidthOfName = 24; // with the picture
 
 constexpr std::array<Column, columnCount - 1> byImportance = {Column::Size, Column::Modified, Column::State,
                                                               Column::Folder};
+
+constexpr int lookInterval = 300; // milliseconds
 
 } // namespace
 
@@ -32,7 +42,43 @@ ListHeader::ListHeader(QWidget* parent) : QHeaderView(Qt::Horizontal, parent)
     for (int section = 0; section < columnCount; ++section) {
         wanted.at(section) = usualWidths.at(section) * fontMetrics().averageCharWidth();
     }
+    for (const Status state : {Status::OnlyInCloud, Status::InSync, Status::ChangedLocally, Status::ChangedInCloud,
+                               Status::ChangedOnBothSides}) {
+        int& width = wanted.at(static_cast<int>(Column::State));
+        width = qMax(width,
+                     fontMetrics().horizontalAdvance(StateText(static_cast<int>(state))) + badgeEdge + 4 * columnInset);
+    }
     connect(this, &QHeaderView::sectionResized, this, &ListHeader::OnResized);
+    looking.setSingleShot(true);
+    looking.setInterval(lookInterval);
+    connect(&looking, &QTimer::timeout, this, &ListHeader::LookForFolders);
+}
+
+void ListHeader::Follow(const QAbstractItemModel& newDocuments)
+{
+    documents = &newDocuments;
+    const auto lookSoon = [this] {
+        if (!looking.isActive()) { // however long the changes go on
+            looking.start();
+        }
+    };
+    for (const auto signal : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved}) {
+        connect(documents, signal, this, lookSoon);
+    }
+    connect(documents, &QAbstractItemModel::dataChanged, this, lookSoon);
+    LookForFolders();
+}
+
+void ListHeader::LookForFolders()
+{
+    hasFolders = false;
+    for (int row = 0; row < documents->rowCount() && !hasFolders; ++row) {
+        const QString path = documents->index(row, 0).data(Host::CloudDocumentsModel::PathRole).toString();
+        hasFolders = !path.isEmpty();
+    }
+    if (hasFolders == isSectionHidden(static_cast<int>(Column::Folder))) {
+        Fit();
+    }
 }
 
 bool ListHeader::Has(Column column) const
@@ -67,6 +113,37 @@ void ListHeader::resizeEvent(QResizeEvent* event)
     Fit();
 }
 
+void ListHeader::paintSection(QPainter* painter, const QRect& rect, int section) const
+{
+    QStyleOptionHeader option;
+    initStyleOption(&option);
+    option.rect = rect;
+    option.section = section;
+    option.position = Next(section) < 0 ? QStyleOptionHeader::End : QStyleOptionHeader::Middle;
+    style()->drawControl(QStyle::CE_HeaderSection, &option, painter, this);
+
+    // Inset like the cells, with the arrow beside the title and not at the far end.
+    const QRect cell = rect.adjusted(columnInset, 0, -columnInset, 0);
+    const bool isSorted = section == sortIndicatorSection();
+    const int edge = isSorted ? style()->pixelMetric(QStyle::PM_HeaderMarkSize, &option, this) : 0;
+    const int gap = isSorted ? columnInset : 0;
+    const QString title = fontMetrics().elidedText(titles.horizontalHeaderItem(section)->text(), Qt::ElideRight,
+                                                   cell.width() - edge - gap);
+    const QSize size(fontMetrics().horizontalAdvance(title), cell.height());
+    const bool isAtEnd = titles.horizontalHeaderItem(section)->textAlignment() & Qt::AlignRight;
+    const auto side = isAtEnd ? Qt::AlignRight : Qt::AlignLeft;
+    const QRect words = QStyle::alignedRect(option.direction, side | Qt::AlignVCenter, size, cell);
+    style()->drawItemText(painter, words, Qt::AlignCenter, palette(), isEnabled(), title, QPalette::ButtonText);
+    if (isSorted) {
+        const bool isArrowLeft = isAtEnd != (option.direction == Qt::RightToLeft);
+        option.rect = {isArrowLeft ? words.left() - gap - edge : words.right() + 1 + gap, cell.center().y() - edge / 2,
+                       edge, edge};
+        option.sortIndicator =
+            sortIndicatorOrder() == Qt::AscendingOrder ? QStyleOptionHeader::SortDown : QStyleOptionHeader::SortUp;
+        style()->drawPrimitive(QStyle::PE_IndicatorHeaderArrow, &option, painter, this);
+    }
+}
+
 void ListHeader::Fit()
 {
     isFitting = true;
@@ -75,11 +152,14 @@ void ListHeader::Fit()
     bool hasRoom = true;
     for (const Column column : byImportance) {
         const int section = static_cast<int>(column);
-        hasRoom = hasRoom && wanted.at(section) <= room;
+        const bool isFolder = column == Column::Folder;
+        const int least = isFolder ? MinimumOf(section) : wanted.at(section); // it can be narrower than wanted
+        hasRoom = hasRoom && least <= room && (hasFolders || !isFolder);
         setSectionHidden(section, !hasRoom);
         if (hasRoom) {
-            resizeSection(section, wanted.at(section));
-            room -= wanted.at(section);
+            const int width = qMin(wanted.at(section), room);
+            resizeSection(section, width);
+            room -= width;
         }
     }
     resizeSection(name, MinimumOf(name) + room);

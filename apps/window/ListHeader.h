@@ -4,6 +4,7 @@
 
 #include <QHeaderView>
 #include <QStandardItemModel>
+#include <QTimer>
 
 #include <array>
 
@@ -16,6 +17,10 @@ class ListHeader : public QHeaderView {
 
 public:
     explicit ListHeader(QWidget* parent = nullptr);
+
+    /// The folder has a column while one of these has a local copy.
+    /// \param newDocuments a Host::CloudDocumentsModel, which outlives this
+    void Follow(const QAbstractItemModel& newDocuments);
 
     bool Has(Column column) const;
 
@@ -37,8 +42,11 @@ signals:
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
+    void paintSection(QPainter* painter, const QRect& rect, int section) const override;
 
 private:
+    void LookForFolders();
+
     /// Gives the columns their widths, as far as there is room.
     void Fit();
     void OnResized(int section, int before, int after);
@@ -48,7 +56,10 @@ private:
     int MinimumOf(int section) const;
 
     QStandardItemModel titles;
+    const QAbstractItemModel* documents = nullptr;
+    QTimer looking; ///< combines many changes into one look
     std::array<int, columnCount> wanted = {};
+    bool hasFolders = false;
     bool isFitting = false;
 };
 

@@ -335,7 +335,6 @@ QString QuickLook::Notice() const
 void QuickLook::UpdatePage()
 {
     const int count = picture->PageCount();
-    const int shown = picture->IsHere() ? number : 1;
     previousPage->setEnabled(number > 1);
     nextPage->setEnabled(picture->IsHere() ? number < count : number == 1);
     const bool isToBeFetched = number > 1 && !picture->IsHere() && !isFetching;
@@ -349,7 +348,7 @@ void QuickLook::UpdatePage()
         Announce(*notice, Notice());
     }
     help->setVisible(!notice->text().isEmpty());
-    Announce(*pageNumber, count > 0 ? tr("Page %1 of %2").arg(shown).arg(count) : tr("Page %1").arg(shown));
+    Announce(*pageNumber, count > 0 ? tr("Page %1 of %2").arg(number).arg(count) : tr("Page %1").arg(number));
 }
 
 bool QuickLook::eventFilter(QObject*, QEvent* event)

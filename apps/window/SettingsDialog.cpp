@@ -75,6 +75,7 @@ void SettingsDialog::Arrange()
     form->addRow(uploads);
     form->addRow(tells);
     addRow(tr("&If they took longer than:"), delay);
+    form->labelForField(delay)->setContentsMargins(tells->sizeHint().height(), 0, 0, 0); // it belongs to the box above
     const auto buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);

@@ -40,6 +40,15 @@ protected:
         ASSERT_TRUE(Header());
     }
 
+    /// The local copy has a folder.
+    void Download(const QString& name)
+    {
+        Select({name});
+        Action("Download")->trigger();
+        ASSERT_TRUE(IsUpToDate(name));
+        ASSERT_TRUE(WaitUntil([&] { return Header()->Has(Column::Folder); }));
+    }
+
     ListHeader* Header() const
     {
         return Find<ListHeader>();
@@ -112,9 +121,7 @@ TEST_F(ListHeaderTest, AClickSortsASecondOneTurnsItRoundAndMenuAndBoxKnowIt)
 TEST_F(ListHeaderTest, FolderAndStateGiveAnOrderToo)
 {
     OpenList();
-    Select({"c.pdf"});
-    Action("Download")->trigger();
-    ASSERT_TRUE(IsUpToDate("c.pdf"));
+    Download("c.pdf");
     ClickOn(Column::Folder);
     EXPECT_EQ(Names(), QStringList({"a.pdf", "b.pdf", "c.pdf"})) << "those without a copy come first";
     ClickOn(Column::Folder);
@@ -129,6 +136,7 @@ TEST_F(ListHeaderTest, FolderAndStateGiveAnOrderToo)
 TEST_F(ListHeaderTest, DraggedWidthsAreKeptAndFillTheWindow)
 {
     OpenList();
+    Download("c.pdf");
     const int state = WidthOf(Column::State);
     const int folder = WidthOf(Column::Folder);
     const int name = WidthOf(Column::Name);
@@ -155,6 +163,7 @@ TEST_F(ListHeaderTest, DraggedWidthsAreKeptAndFillTheWindow)
 TEST_F(ListHeaderTest, ANarrowWindowLeavesOutTheLeastImportantColumns)
 {
     OpenList();
+    Download("c.pdf");
     window->resize(window->minimumSizeHint().width(), 600);
     ASSERT_TRUE(WaitUntil([&] { return !Header()->Has(Column::Folder); }));
     EXPECT_TRUE(Header()->Has(Column::Name));
@@ -162,6 +171,39 @@ TEST_F(ListHeaderTest, ANarrowWindowLeavesOutTheLeastImportantColumns)
     EXPECT_LE(Header()->length(), Documents()->viewport()->width());
     window->resize(1100, 600);
     EXPECT_TRUE(WaitUntil([&] { return Header()->Has(Column::Folder); }));
+}
+
+TEST_F(ListHeaderTest, TheFolderTakesRoomOnlyWhileADocumentHasOneAndTheStateIsNeverCut)
+{
+    OpenList();
+    EXPECT_FALSE(Header()->Has(Column::Folder));
+    const QString longest = "Changed on this computer";
+    const int room = WidthOf(Column::State) - Window::badgeEdge - 3 * Window::columnInset;
+    EXPECT_EQ(Documents()->fontMetrics().elidedText(longest, Qt::ElideRight, room), longest);
+    const int state = WidthOf(Column::State);
+    Download("a.pdf");
+    EXPECT_EQ(WidthOf(Column::State), state);
+    const int folder = WidthOf(Column::Folder);
+    ASSERT_TRUE(WaitUntil([&] {
+        window->resize(window->width() - 20, 600);
+        return WidthOf(Column::Folder) < folder;
+    })) << "it gives way first";
+    EXPECT_EQ(WidthOf(Column::State), state);
+}
+
+TEST_F(ListHeaderTest, TheTitlesReachFromOneSideToTheOtherWhileThereIsNothingToScroll)
+{
+    OpenList();
+    EXPECT_EQ(Documents()->viewport()->width(), Documents()->width());
+    EXPECT_EQ(Header()->width(), Documents()->width());
+    EXPECT_EQ(Documents()->visualRect(Documents()->model()->index(0, 0)).top(), 0);
+    window->resize(window->width(), window->minimumSizeHint().height());
+    for (int number = 0; number < 10; ++number) {
+        PutIntoCloud(QString("%1.pdf").arg(number), PdfOfColor(Qt::red));
+    }
+    Refresh();
+    EXPECT_TRUE(WaitUntil([&] { return Documents()->viewport()->width() < Documents()->width(); }));
+    EXPECT_EQ(Header()->width(), Documents()->viewport()->width());
 }
 
 TEST_F(ListHeaderTest, FromRightToLeftTheListIsMirrored)
