@@ -332,7 +332,7 @@ void CloudSession::StaySignedIn(const QString& token)
 
 void CloudSession::TryNow()
 {
-    d->connection.TryNow();
+    d->connection.AskAtOnce();
 }
 
 void CloudSession::SignOut()

@@ -21,12 +21,14 @@ public:
     void Start(const QString& token);
     void Stop();
 
-    void TryNow();
+    /// See CloudSession::TryNow.
+    void AskAtOnce();
 
     CloudSession::Connection State() const;
     QDateTime NextAttempt() const;
 
 private:
+    void TryNow();
     void OnAnswered();
     void OnFailed(const CloudProblem& problem);
     void OnBroken();
