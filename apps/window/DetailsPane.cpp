@@ -1,5 +1,6 @@
 #include "DetailsPane.h"
 
+#include "DocumentCommands.h"
 #include "DocumentsView.h"
 #include "ElidedLabel.h"
 #include "PagePicture.h"
@@ -77,10 +78,7 @@ DetailsPane::DetailsPane(Host::CloudSession& session, DocumentsView& view, const
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setFocusPolicy(Qt::NoFocus);
     const int gap = fontMetrics().height() / 2;
-    QFont bold = font();
-    bold.setBold(true);
     name->setObjectName("detailsName");
-    name->setFont(bold);
     name->setWordWrap(true);
     Prepare(*name);
     const auto content = new QWidget;
@@ -177,6 +175,8 @@ void DetailsPane::ShowDocument(const QModelIndex& document)
     const QFileInfo copy(document.data(Model::PathRole).toString());
     const bool isHere = copy.isFile();
     Fill(state, StateText(static_cast<int>(StateOf(document))));
+    captions.first()->setVisible(StateOf(document) != State::OnlyInCloud); // which says it already
+    SetBold(true);
     Fill(inCloud,
          VersionText(document.data(Model::SizeRole).toLongLong(), document.data(Model::ModifiedRole).toDateTime()));
     Fill(here, isHere ? VersionText(copy.size(), copy.lastModified()) : QString());
@@ -197,11 +197,20 @@ void DetailsPane::ShowSeveral(const QModelIndexList& documents)
     name->setText(documents.isEmpty() ? tr("Select a document to see its details.")
                                       : tr("%n documents", nullptr, documents.size()));
     name->setAccessibleName(name->text());
+    captions.first()->setVisible(true);
+    SetBold(!documents.isEmpty());
     picture->setVisible(false);
     Fill(state, {});
     Fill(inCloud, documents.isEmpty() ? QString() : SizeText(size));
     Fill(here, {});
     Fill(folder, {});
+}
+
+void DetailsPane::SetBold(bool isName)
+{
+    QFont letters = font();
+    letters.setBold(isName);
+    name->setFont(letters);
 }
 
 void DetailsPane::OfferActions(const QModelIndexList& documents)
@@ -218,7 +227,7 @@ void DetailsPane::OfferActions(const QModelIndexList& documents)
             }
         }
     };
-    offer(actions.open, !documents.isEmpty());
+    offer(actions.open, !documents.isEmpty() && documents.size() <= DocumentCommands::maxOpened);
     offer(actions.download, isAny({State::OnlyInCloud, State::ChangedInCloud}));
     offer(actions.uploadChanges, isAny({State::ChangedLocally}));
     offer(actions.resolve, isAny({State::ChangedOnBothSides}));

@@ -46,6 +46,8 @@ private:
     void AddButtons(QVBoxLayout& layout);
     void MuteCaptions();
     static void Fill(const Line& line, const QString& text);
+    /// A hint in the place of a name is not.
+    void SetBold(bool isName);
     void ShowDocument(const QModelIndex& document);
     void ShowSeveral(const QModelIndexList& documents);
     void OfferActions(const QModelIndexList& documents);

@@ -35,7 +35,6 @@ namespace {
 // Documents with which is done at once what the user wants.
 constexpr int maxRemovals = 10;
 constexpr int maxUploadsOfFolders = 50;
-constexpr int maxOpened = 10;
 
 } // namespace
 

@@ -34,6 +34,8 @@ class DocumentCommands : public QObject {
     Q_OBJECT
 
 public:
+    static constexpr int maxOpened = 10; ///< documents without a question
+
     /// What the commands need; all of it outlives them.
     struct Parts {
         Host::CloudSession& session;

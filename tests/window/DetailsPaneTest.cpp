@@ -78,6 +78,9 @@ TEST_F(DetailsPaneTest, WhatIsInTheCloudOnlyHasOneVersion)
     Select({"a.pdf"});
     EXPECT_EQ(Text("detailsName"), "a.pdf");
     EXPECT_EQ(Text("detailsState"), "Only in the cloud");
+    for (const QLabel* const label : Pane()->findChildren<QLabel*>()) {
+        EXPECT_FALSE(label->isVisible() && label->text() == "In the cloud") << "it is said already";
+    }
     EXPECT_THAT(Text("detailsInCloud").toStdString(), HasSubstr(" · Today"));
     EXPECT_EQ(Text("detailsHere"), "");
     EXPECT_EQ(Text("detailsFolder"), "");
@@ -118,6 +121,24 @@ TEST_F(DetailsPaneTest, OfSeveralDocumentsTheNumberAndTheSizeAreTold)
     EXPECT_EQ(Text("detailsName"), "2 documents");
     EXPECT_EQ(Text("detailsInCloud"), "3.0 KiB");
     EXPECT_EQ(Text("detailsState"), "");
+    EXPECT_EQ(Buttons(), QStringList({"Open", "Download", "Remove"}));
+}
+
+TEST_F(DetailsPaneTest, OpeningIsOfferedForAsManyAsAreOpenedWithoutAQuestion)
+{
+    QStringList names;
+    for (int number = 10; number < 21; ++number) {
+        names.append(QString("%1.pdf").arg(number));
+        PutIntoCloud(names.last(), PdfOfColor(Qt::red));
+    }
+    OpenCloud();
+    ASSERT_TRUE(Shows(names));
+    ShowPane();
+    EXPECT_FALSE(Find<QLabel>("detailsName")->font().bold()) << "a hint is no name";
+    Select(names);
+    EXPECT_TRUE(Find<QLabel>("detailsName")->font().bold());
+    EXPECT_EQ(Buttons(), QStringList({"Download", "Remove"}));
+    Select(names.mid(1));
     EXPECT_EQ(Buttons(), QStringList({"Open", "Download", "Remove"}));
 }
 
