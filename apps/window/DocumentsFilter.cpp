@@ -163,13 +163,16 @@ QMimeData* DocumentsFilter::mimeData(const QModelIndexList& indexes) const
 bool DocumentsFilter::filterAcceptsRow(int sourceRow, const QModelIndex& sourceParent) const
 {
     const auto index = sourceModel()->index(sourceRow, 0, sourceParent);
-    if (index.data(Model::HiddenRole).toBool() || !IsOfKind(index.data(Model::StateRole).toInt(), kind)) {
-        return false;
-    }
+    return !index.data(Model::HiddenRole).toBool() && IsOfKind(index.data(Model::StateRole).toInt(), kind) &&
+           IsFound(index);
+}
+
+bool DocumentsFilter::IsFound(const QModelIndex& sourceIndex) const
+{
     if (words.isEmpty()) {
         return true;
     }
-    const QString& folded = NameOf(index.data(Model::NameRole).toString()).folded;
+    const QString& folded = NameOf(sourceIndex.data(Model::NameRole).toString()).folded;
     return std::all_of(words.begin(), words.end(), [&](const QString& word) { return folded.contains(word); });
 }
 

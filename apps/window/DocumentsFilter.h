@@ -40,6 +40,9 @@ public:
 
     /// Shows the documents whose names contain all words of the text, ignoring case and accents.
     void Search(const QString& text);
+
+    /// Whether a document of the model below is one that is searched for, of whatever kind.
+    bool IsFound(const QModelIndex& sourceIndex) const;
     void SortBy(Column column, Qt::SortOrder direction);
 
     QVariant data(const QModelIndex& index, int role) const override;

@@ -53,7 +53,7 @@ DocumentsPage::DocumentsPage(CloudSession& session, QSettings& settings, QWidget
       actions(*this),
       tools(new FittingToolBar),
       search(new SearchField),
-      chips(new FilterChips(model)),
+      chips(new FilterChips(model, filter)),
       message(new MessageBar),
       stack(new QStackedWidget),
       view(new DocumentsView),
@@ -296,6 +296,7 @@ void DocumentsPage::ConnectSearch()
             view->clearSelection(); // what follows is about what is found
         }
         filter.Search(text);
+        chips->Count();
         OnNarrowed();
     });
     connect(chips, &FilterChips::ChosenChanged, this, [this] {

@@ -55,9 +55,10 @@ protected:
 
 } // namespace
 
-FilterChips::FilterChips(const QAbstractItemModel& documents, QWidget* parent)
+FilterChips::FilterChips(const QAbstractItemModel& documents, const DocumentsFilter& filter, QWidget* parent)
     : QWidget(parent),
       documents(documents),
+      filter(filter),
       chips(new QButtonGroup(this))
 {
     setObjectName("filterChips");
@@ -127,7 +128,8 @@ void FilterChips::Count()
     std::array<int, kinds.size()> counts = {};
     for (int row = 0; row < documents.rowCount(); ++row) {
         const auto index = documents.index(row, 0);
-        for (std::size_t kind = 0; kind < kinds.size() && !index.data(Model::HiddenRole).toBool(); ++kind) {
+        const bool isCounted = !index.data(Model::HiddenRole).toBool() && filter.IsFound(index);
+        for (std::size_t kind = 0; kind < kinds.size() && isCounted; ++kind) {
             counts.at(kind) += DocumentsFilter::IsOfKind(index.data(Model::StateRole).toInt(), kinds.at(kind)) ? 1 : 0;
         }
     }

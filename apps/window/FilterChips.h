@@ -9,13 +9,17 @@ class QButtonGroup;
 
 namespace Norlis::Window {
 
-/// Lets the user see only documents of some state, and tells how many there are.
+/// Lets the user see only documents of some state, and tells how many of them the search finds.
 class FilterChips : public QWidget {
     Q_OBJECT
 
 public:
     /// \param documents without a filter; outlives this
-    explicit FilterChips(const QAbstractItemModel& documents, QWidget* parent = nullptr);
+    /// \param filter    knows which of them are searched for; outlives this
+    FilterChips(const QAbstractItemModel& documents, const DocumentsFilter& filter, QWidget* parent = nullptr);
+
+    /// To be called when others are searched for.
+    void Count();
 
     DocumentsFilter::Kind Chosen() const;
     void Choose(DocumentsFilter::Kind kind);
@@ -27,9 +31,8 @@ signals:
     void ChosenChanged();
 
 private:
-    void Count();
-
     const QAbstractItemModel& documents;
+    const DocumentsFilter& filter;
     QButtonGroup* const chips;
     QTimer counting; ///< combines many changes into one count
 };

@@ -52,6 +52,7 @@ TEST_F(FilterChipsTest, TheChoiceStaysWhileOneSearchesAndTheEmptyPageSaysWhy)
     ClickButton("Changed 2");
     Type(Find<QLineEdit>("search"), "b");
     EXPECT_EQ(Names(), QStringList("b.pdf"));
+    EXPECT_TRUE(Button("Changed 1") && Button("All 1") && Button("Not Here")) << "of what is searched for";
     Type(Find<QLineEdit>("search"), "a.pdf");
     EXPECT_EQ(EmptyTitle(), "No matching documents");
     EXPECT_EQ(Find<QWidget>("emptyPage")->findChildren<QLabel*>().value(2)->text(),
