@@ -104,6 +104,11 @@ QPainterPath PathOf(Glyph glyph)
             Line(path, {{9, qreal(y)}, {20, qreal(y)}});
         }
         break;
+    case Glyph::Notice:
+        path.addEllipse(QRectF(3, 3, 18, 18));
+        Line(path, {{12, 11}, {12, 16.5}});
+        Line(path, {{12, 7.5}, {12, 7.7}});
+        break;
     case Glyph::NotUploaded:
         Line(path, {{7, 12}, {17, 12}});
         break;
@@ -115,6 +120,11 @@ QPainterPath PathOf(Glyph glyph)
     case Glyph::Paste:
         Line(path, {{9, 4}, {5, 4}, {5, 21}, {19, 21}, {19, 4}, {15, 4}});
         path.addRect(9, 2.5, 6, 3.5);
+        break;
+    case Glyph::Problem:
+        Line(path, {{12, 3}, {22, 20.5}, {2, 20.5}, {12, 3}});
+        Line(path, {{12, 9.5}, {12, 14}});
+        Line(path, {{12, 17}, {12, 17.2}});
         break;
     case Glyph::Refresh:
         path.arcMoveTo(QRectF(4, 4, 16, 16), 45);

@@ -28,7 +28,7 @@ QAccessibleInterface* MakeAlert(const QString&, QObject* object)
 } // namespace
 
 MessageBar::MessageBar(QWidget* parent)
-    : QFrame(parent),
+    : TintedFrame(parent),
       icon(new QLabel),
       text(new QLabel),
       details(new QLabel),
@@ -37,12 +37,15 @@ MessageBar::MessageBar(QWidget* parent)
       close(new QToolButton)
 {
     setObjectName("message");
+<<<<<<< HEAD
     static const bool isInstalled = (QAccessible::installFactory(MakeAlert), true);
     Q_UNUSED(isInstalled);
     setFrameShape(StyledPanel);
     setAutoFillBackground(true);
     setBackgroundRole(QPalette::ToolTipBase);
     setForegroundRole(QPalette::ToolTipText);
+=======
+>>>>>>> 826af01 (Tint messages by what they are, and show them where they belong)
     setAccessibleName(tr("Message"));
 
     text->setObjectName("messageText");
@@ -50,7 +53,6 @@ MessageBar::MessageBar(QWidget* parent)
     for (QLabel* const label : {text, details}) {
         label->setTextFormat(Qt::PlainText); // parts come from the server
         label->setWordWrap(true);
-        label->setForegroundRole(QPalette::ToolTipText);
         label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     }
     showDetails->setObjectName("showDetails");
@@ -130,10 +132,7 @@ void MessageBar::ShowFirst()
     }
     const Message& message = messages.front();
     const bool isNew = isHidden() || text->text() != message.text;
-    const auto picture =
-        message.kind == Kind::Problem ? QStyle::SP_MessageBoxWarning : QStyle::SP_MessageBoxInformation;
-    const int edge = style()->pixelMetric(QStyle::PM_SmallIconSize);
-    icon->setPixmap(style()->standardIcon(picture).pixmap(edge, edge));
+    ShowKind();
     text->setText(message.text);
     text->setAccessibleName(message.text);
     ShowDetails(message.details);
@@ -153,6 +152,22 @@ void MessageBar::ShowFirst()
         setAccessibleName(message.text);
         QAccessibleEvent event(this, QAccessible::Alert);
         QAccessible::updateAccessibility(&event);
+    }
+}
+
+void MessageBar::ShowKind()
+{
+    const bool isProblem = messages.front().kind == Kind::Problem;
+    const int edge = fontMetrics().height();
+    icon->setPixmap(GlyphIcon(isProblem ? Glyph::Problem : Glyph::Notice).pixmap(edge, edge));
+    SetTint(isProblem ? Tint::Problem : Tint::Notice);
+}
+
+void MessageBar::changeEvent(QEvent* event)
+{
+    TintedFrame::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange && !messages.empty()) {
+        ShowKind(); // the picture is in the colour of the text
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QFrame>
+#include "TintedFrame.h"
+
 #include <QVector>
 
 #include <functional>
@@ -31,7 +32,7 @@ const auto undo = QStringLiteral("undo");
 
 /// Shows one problem or notice above what it concerns, and offers remedies. It takes no focus. A message stays until it
 /// is closed or until what failed succeeds; the ones that it hides come back then.
-class MessageBar : public QFrame {
+class MessageBar : public TintedFrame {
     Q_OBJECT
 
 public:
@@ -67,6 +68,9 @@ signals:
     /// A message is closed that had the keyboard.
     void KeyboardLeft();
 
+protected:
+    void changeEvent(QEvent* event) override;
+
 private:
     struct Message {
         QString topic;
@@ -78,6 +82,7 @@ private:
 
     void Take(const QString& topic);
     void ShowFirst();
+    void ShowKind();
     void ShowDetails(const QString& newDetails);
 
     std::vector<Message> messages; ///< the first one is shown

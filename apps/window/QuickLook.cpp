@@ -6,6 +6,7 @@
 #include "PagePicture.h"
 #include "ServiceTexts.h"
 #include "Texts.h"
+#include "TintedFrame.h"
 
 #include <host/CloudDocumentsModel.h>
 
@@ -79,7 +80,7 @@ QuickLook::QuickLook(CloudSession& session, DocumentsView& view, QWidget& page)
       previousPage(MakeButton("previousPage", Glyph::ChevronUp, tr("Previous Page"), QKeySequence::MoveToPreviousPage)),
       nextPage(MakeButton("nextPage", Glyph::ChevronDown, tr("Next Page"), QKeySequence::MoveToNextPage)),
       pageNumber(new QLabel),
-      help(new QFrame),
+      help(new TintedFrame),
       notice(new QLabel),
       fetch(new QPushButton(GlyphIcon(Glyph::Download), tr("Download")))
 {
@@ -132,10 +133,6 @@ void QuickLook::Arrange()
     head->addLayout(titles, 1);
     head->addWidget(open);
     head->addWidget(close);
-    help->setFrameShape(StyledPanel);
-    help->setAutoFillBackground(true);
-    help->setBackgroundRole(QPalette::ToolTipBase);
-    notice->setForegroundRole(QPalette::ToolTipText);
     const auto helpLayout = new QVBoxLayout(help);
     helpLayout->addWidget(notice);
     helpLayout->addWidget(fetch, 0, Qt::AlignHCenter);

@@ -113,15 +113,12 @@ void TransferDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
     const auto placed = [&](const QRect& rect) { return QStyle::visualRect(option.direction, option.rect, rect); };
 
     const QRect icon = placed({area.left(), area.center().y() - glyphEdge / 2, glyphEdge, glyphEdge});
-    if (status == Status::Failed) {
-        style.standardIcon(QStyle::SP_MessageBoxWarning).paint(painter, icon);
-    } else {
-        PaintGlyph(*painter, icon,
-                   status == Status::Finished ? Glyph::UpToDate
-                   : kind >= Kind::Download   ? Glyph::Download
-                                              : Glyph::Upload,
-                   color);
-    }
+    PaintGlyph(*painter, icon,
+               status == Status::Failed     ? Glyph::Problem
+               : status == Status::Finished ? Glyph::UpToDate
+               : kind >= Kind::Download     ? Glyph::Download
+                                            : Glyph::Upload,
+               color);
 
     const int line = option.fontMetrics.lineSpacing();
     const QRect first =

@@ -55,6 +55,8 @@ WelcomePage::WelcomePage(QWidget* parent)
       useFolder(new QPushButton(GlyphIcon(Glyph::Folder), tr("Use This Folder"))),
       signIn(new QPushButton(GlyphIcon(Glyph::Server), tr("Sign In"))),
       message(new MessageBar),
+      folderForm(new QVBoxLayout),
+      serverForm(new QVBoxLayout),
       choices(new QWidget),
       waiting(new QWidget)
 {
@@ -68,6 +70,7 @@ WelcomePage::WelcomePage(QWidget* parent)
     const auto scroll = new QScrollArea; // with a large font it may not fit
     scroll->setWidgetResizable(true);
     scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff); // all texts wrap
     scroll->setFocusPolicy(Qt::NoFocus);
     scroll->setWidget(centre);
     const auto layout = new QVBoxLayout(this);
@@ -105,6 +108,7 @@ QWidget* WelcomePage::Column()
     QFont large = font();
     large.setPointSizeF(large.pointSizeF() * 1.7);
     title->setFont(large);
+    title->setWordWrap(true);
     const auto intro =
         Hint(tr("This program manages the PDF documents that you keep in the cloud: it uploads and downloads them and "
                 "shows which ones have changed. The cloud can be any folder or a WebDAV server."));
@@ -112,15 +116,9 @@ QWidget* WelcomePage::Column()
     const auto column = new QWidget;
     column->setMaximumWidth(fontMetrics().averageCharWidth() * 90);
     const auto layout = new QVBoxLayout(column);
-    layout->addStretch();
+    layout->addSpacing(fontMetrics().lineSpacing() * 2); // no stretch: what is being filled in stays where it is
     layout->addWidget(title);
     layout->addWidget(intro);
-    const auto place = new QWidget;
-    place->setMinimumHeight(fontMetrics().lineSpacing() * 3); // what is being filled in stays where it is
-    const auto placeLayout = new QVBoxLayout(place);
-    placeLayout->setContentsMargins(0, 0, 0, 0);
-    placeLayout->addWidget(message, 0, Qt::AlignBottom);
-    layout->addWidget(place);
     layout->addWidget(choices);
     layout->addWidget(waiting);
     layout->addStretch();
@@ -137,12 +135,13 @@ QWidget* WelcomePage::FolderChoice()
     const auto row = new QHBoxLayout;
     row->addWidget(folder, 1);
     row->addWidget(browse);
-    const auto layout = new QVBoxLayout(box);
-    layout->addWidget(
+    box->setLayout(folderForm);
+    folderForm->addWidget(
         Hint(tr("This can be a folder that another program synchronizes, a folder on a network drive, or a new one. If "
                 "it does not exist, it will be created.")));
-    layout->addLayout(row);
-    layout->addWidget(useFolder, 0, Qt::AlignRight);
+    folderForm->addLayout(row);
+    folderForm->addWidget(useFolder, 0, Qt::AlignRight);
+    folderForm->addWidget(message);
     connect(browse, &QPushButton::clicked, this, [this] {
         const QString chosen = QFileDialog::getExistingDirectory(this, tr("Choose a folder"), folder->text());
         if (!chosen.isEmpty()) {
@@ -164,8 +163,11 @@ QWidget* WelcomePage::ServerChoice()
     const auto certificateRow = new QHBoxLayout;
     certificateRow->addWidget(certificates, 1);
     certificateRow->addWidget(browse);
-    const auto layout = new QFormLayout(box);
+    box->setLayout(serverForm);
+    const auto layout = new QFormLayout;
+    serverForm->addLayout(layout);
     layout->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+    layout->setRowWrapPolicy(QFormLayout::WrapLongRows);
     layout->addRow(tr("Add&ress:"), address);
     layout->addRow(tr("&User name:"), user);
     layout->addRow(tr("&Password or token:"), password);
@@ -196,6 +198,7 @@ void WelcomePage::Suggest(const QUrl& service, const Host::ServiceAccess& access
         folder->setText(QDir::toNativeSeparators(service.toLocalFile()));
         return;
     }
+    lastTried = password;
     address->setText(service.toDisplayString(QUrl::RemoveUserInfo));
     user->setText(service.userName(QUrl::FullyDecoded));
     certificates->setText(access.certificateFile);
@@ -225,6 +228,11 @@ void WelcomePage::FocusService()
 
 void WelcomePage::ShowProblem(const QString& title, const QString& detail, const QString& technical)
 {
+    QVBoxLayout* const form = lastTried == folder ? folderForm : serverForm;
+    if (message->parentWidget() != form->parentWidget()) {
+        message->parentWidget()->layout()->removeWidget(message);
+        form->addWidget(message);
+    }
     message->Show(problemTopic, title, detail);
     message->SetDetails(technical);
 }

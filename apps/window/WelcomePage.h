@@ -9,6 +9,7 @@ class QLabel;
 class QLineEdit;
 class QProgressBar;
 class QPushButton;
+class QVBoxLayout;
 
 namespace Norlis::Window {
 
@@ -54,7 +55,9 @@ private:
     QLineEdit* const certificates;
     QPushButton* const useFolder;
     QPushButton* const signIn;
-    MessageBar* const message;
+    MessageBar* const message; ///< in the form that it is about
+    QVBoxLayout* const folderForm;
+    QVBoxLayout* const serverForm;
     QWidget* const choices;
     QWidget* const waiting;
     QLineEdit* lastTried = folder; ///< where to retry when a sign-in fails

@@ -1,6 +1,7 @@
 #include "WindowTest.h"
 
 #include <apps/window/ServiceTexts.h>
+#include <apps/window/TintedFrame.h>
 #include <apps/window/Translations.h>
 
 #include <QAbstractButton>
@@ -20,6 +21,8 @@
 #include <QToolBar>
 #include <QTranslator>
 #include <QXmlStreamReader>
+
+#include <cmath>
 
 namespace Norlis::Test {
 
@@ -188,6 +191,29 @@ TEST_F(AccessibilityTest, LargeLettersLeaveEveryToolInSight)
     EXPECT_TRUE(WaitUntil([&] { return isEachInSight() && tools->toolButtonStyle() == Qt::ToolButtonTextUnderIcon; }));
     window.reset();
     QApplication::setFont(before);
+}
+
+TEST_F(AccessibilityTest, MessagesCanBeReadInEachPalette)
+{
+    const auto luminance = [](const QColor& color) {
+        const auto linear = [](qreal part) {
+            return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+        };
+        return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
+    };
+    for (const auto& [text, paper] :
+         {std::pair(Qt::black, QColor(239, 239, 239)), std::pair(Qt::white, QColor(45, 45, 45)),
+          std::pair(Qt::white, QColor(Qt::black)), std::pair(Qt::black, QColor(Qt::white))}) {
+        QPalette palette;
+        palette.setColor(QPalette::Window, paper);
+        for (const auto tint : {Window::Tint::Notice, Window::Tint::Problem}) {
+            const QColor behind = Window::TintOf(tint, palette);
+            EXPECT_NE(behind, paper);
+            const qreal one = luminance(text) + 0.05;
+            const qreal other = luminance(behind) + 0.05;
+            EXPECT_GE(qMax(one, other) / qMin(one, other), 4.5) << qPrintable(behind.name());
+        }
+    }
 }
 
 TEST_F(AccessibilityTest, DocumentsAndTransfersSayWhatTheyAre)

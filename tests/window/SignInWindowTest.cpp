@@ -64,6 +64,7 @@ TEST_F(SignInWindowTest, AWrongPasswordIsSaidWhereItWasTypedAndNothingIsKept)
     QTest::keyClick(Find<QLineEdit>("password"), Qt::Key_Return);
     ASSERT_TRUE(WaitUntil([&] { return IsWelcome() && !Message().isEmpty(); }));
     EXPECT_THAT(Message().toStdString(), HasSubstr("Signing in failed."));
+    EXPECT_EQ(Find<QWidget>("message")->parentWidget(), Find<QLineEdit>("password")->parentWidget());
     EXPECT_EQ(KeptToken(), "");
     EXPECT_EQ(Find<QLineEdit>("user")->text(), server.User());
     ASSERT_TRUE(Find<QLineEdit>("password")->hasFocus()) << "what is typed next may be read by others";

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QFrame>
+
+namespace Norlis::Window {
+
+/// How much a message matters.
+enum class Tint { Notice, Problem };
+
+/// The colour behind a message: the window's own, towards blue or amber, so that its text can be read on it.
+QColor TintOf(Tint tint, const QPalette& palette);
+
+/// A frame that is tinted, around a message.
+class TintedFrame : public QFrame {
+public:
+    explicit TintedFrame(QWidget* parent = nullptr);
+
+    void SetTint(Tint newTint);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    Tint tint = Tint::Notice;
+};
+
+} // namespace Norlis::Window
