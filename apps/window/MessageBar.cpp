@@ -37,15 +37,8 @@ MessageBar::MessageBar(QWidget* parent)
       close(new QToolButton)
 {
     setObjectName("message");
-<<<<<<< HEAD
     static const bool isInstalled = (QAccessible::installFactory(MakeAlert), true);
     Q_UNUSED(isInstalled);
-    setFrameShape(StyledPanel);
-    setAutoFillBackground(true);
-    setBackgroundRole(QPalette::ToolTipBase);
-    setForegroundRole(QPalette::ToolTipText);
-=======
->>>>>>> 826af01 (Tint messages by what they are, and show them where they belong)
     setAccessibleName(tr("Message"));
 
     text->setObjectName("messageText");

@@ -1,5 +1,6 @@
 #include "Glyphs.h"
 #include "MainWindow.h"
+#include "PlainButtons.h"
 #include "ProgramOptions.h"
 #include "Sharpness.h"
 #include "SingleInstance.h"
@@ -71,6 +72,7 @@ int main(int argc, char** argv)
     AllowHelpWithoutDisplay(argc, argv);
     Window::UseAllPixels();
     QApplication application(argc, argv);
+    QApplication::setStyle(new Window::PlainButtons);
     QCoreApplication::setApplicationName("norlis-documents");
     QGuiApplication::setDesktopFileName("org.norlis.Documents"); // by which desktops find the window's icon
     QCoreApplication::setApplicationVersion(NORLIS_CLOUD_VERSION_STR);

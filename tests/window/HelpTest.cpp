@@ -3,6 +3,7 @@
 #include <contracts/Version.h>
 
 #include <QApplication>
+#include <QAbstractButton>
 #include <QDialog>
 #include <QLabel>
 #include <QListView>
@@ -67,6 +68,7 @@ TEST_F(HelpTest, TheProgramTellsWhatItIs)
     EXPECT_TRUE(text.contains(NORLIS_CLOUD_VERSION_STR)) << qPrintable(text);
     EXPECT_TRUE(text.contains(qVersion())) << qPrintable(text);
     EXPECT_TRUE(text.contains("LGPL")) << qPrintable(text);
+    EXPECT_TRUE(Button("Close")->icon().isNull()) << "the buttons of dialogs have words alone";
 }
 
 TEST_F(HelpTest, TheMenuKeyOpensTheMenuBesideTheDocument)

@@ -1,5 +1,6 @@
 #include "WindowTest.h"
 
+#include <apps/window/PlainButtons.h>
 #include <apps/window/Translations.h>
 
 #include <QAbstractButton>
@@ -32,6 +33,8 @@ QString Plain(QString text)
 
 WindowTest::WindowTest()
 {
+    static const bool isStyled = (QApplication::setStyle(new Window::PlainButtons), true);
+    Q_UNUSED(isStyled)
     Window::InstallTranslations(*qApp, QLocale(QLocale::English)); // the plurals
     MakeFolder(Cloud());
     QSettings(Local("data/window.ini"), QSettings::IniFormat).setValue("downloadFolder", Local("downloads"));
