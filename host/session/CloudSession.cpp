@@ -332,7 +332,7 @@ void CloudSession::StaySignedIn(const QString& token)
 
 void CloudSession::TryNow()
 {
-    d->connection.AskAtOnce();
+    d->connection.TryNow();
 }
 
 void CloudSession::SignOut()

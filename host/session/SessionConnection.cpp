@@ -69,12 +69,6 @@ void SessionConnection::Stop()
     }
 }
 
-void SessionConnection::AskAtOnce()
-{
-    failedAttempts = qMin(failedAttempts, 1); // what the user tries does not make the next attempts rarer
-    TryNow();
-}
-
 void SessionConnection::TryNow()
 {
     if (token.isEmpty() || state == Connection::Connecting) {

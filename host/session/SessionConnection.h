@@ -21,14 +21,12 @@ public:
     void Start(const QString& token);
     void Stop();
 
-    /// See CloudSession::TryNow.
-    void AskAtOnce();
+    void TryNow();
 
     CloudSession::Connection State() const;
     QDateTime NextAttempt() const;
 
 private:
-    void TryNow();
     void OnAnswered();
     void OnFailed(const CloudProblem& problem);
     void OnBroken();
