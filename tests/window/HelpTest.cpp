@@ -2,8 +2,8 @@
 
 #include <contracts/Version.h>
 
-#include <QApplication>
 #include <QAbstractButton>
+#include <QApplication>
 #include <QDialog>
 #include <QLabel>
 #include <QListView>
