@@ -1,5 +1,6 @@
 #include "DocumentCommands.h"
 
+#include "CloudVersions.h"
 #include "ConflictPictures.h"
 #include "DocumentsView.h"
 #include "FileManager.h"
@@ -13,12 +14,9 @@
 #include <host/session/CloudFacts.h>
 #include <host/session/CloudSession.h>
 
-#include <QClipboard>
 #include <QDesktopServices>
 #include <QDir>
 #include <QFileDialog>
-#include <QGuiApplication>
-#include <QStandardPaths>
 #include <QUrl>
 
 #include <algorithm>
@@ -32,9 +30,7 @@ using State = PDF::FileInfo::CloudStatus;
 
 namespace {
 
-// Documents with which is done at once what the user wants.
-constexpr int maxRemovals = 10;
-constexpr int maxUploadsOfFolders = 50;
+constexpr int maxRemovals = 10; // without a question
 
 } // namespace
 
@@ -44,16 +40,16 @@ DocumentCommands::DocumentCommands(const Parts& parts, QWidget& widget)
       removals(parts.session, parts.message),
       copied(parts.session, parts.transfers),
       changes(parts.session, parts.model, parts.transfers, parts.message, parts.preferences),
-      uploadFolder(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation))
+      uploads({parts.session, parts.model, parts.transfers, parts.message}, widget)
 {
-    connect(&search, &PdfSearch::Found, this, &DocumentCommands::OnFound);
+    connect(&uploads, &UploadCommands::ReplacementChosen, this, &DocumentCommands::ReplaceInCloud);
     connect(&parts.transfers, &Transfers::OpenRequested, this, &DocumentCommands::OnFetched);
     // Later, since it may change the list of transfers.
     connect(&parts.transfers, &Transfers::DecisionNeeded, this, &DocumentCommands::Decide, Qt::QueuedConnection);
     connect(&parts.session, &Host::CloudSession::Failed, this, &DocumentCommands::OnFailed);
     connect(&parts.session, &Host::CloudSession::ListRefreshed, this, &DocumentCommands::OnListRefreshed);
     connect(&changes, &UnsentChanges::UploadChosen, this, &DocumentCommands::ReplaceInCloud);
-    connect(&changes, &UnsentChanges::UploadAsNewChosen, this, &DocumentCommands::UploadNew);
+    connect(&changes, &UnsentChanges::UploadAsNewChosen, &uploads, &UploadCommands::UploadNew);
 }
 
 DocumentCommands::~DocumentCommands()
@@ -65,146 +61,6 @@ DocumentCommands::~DocumentCommands()
         QFile::remove(kept);
         QDir().rmdir(QFileInfo(kept).path());
     }
-}
-
-void DocumentCommands::ChooseUploads()
-{
-    const auto dialog =
-        new QFileDialog(&widget, tr("Upload PDF Documents"), uploadFolder, tr("PDF documents (*.pdf *.PDF)"));
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setFileMode(QFileDialog::ExistingFiles);
-    connect(dialog, &QFileDialog::filesSelected, this, [this](const QStringList& paths) {
-        uploadFolder = QFileInfo(paths.first()).path();
-        Upload(paths);
-    });
-    dialog->open();
-}
-
-void DocumentCommands::Paste()
-{
-    const QStringList paths = LocalPaths(QGuiApplication::clipboard()->mimeData());
-    if (paths.isEmpty()) {
-        parts.message.Show(Topic::files, tr("There are no files on the clipboard."), {});
-    } else {
-        Upload(paths);
-    }
-}
-
-void DocumentCommands::OfferUpload(const QStringList& paths)
-{
-    QStringList missing;
-    QStringList refused;
-    QStringList all = uploadQuestion ? askedUploads : QStringList();
-    for (const QString& path : paths) {
-        if (!QFileInfo::exists(path)) {
-            missing.append(Apps::Printable(QDir::toNativeSeparators(path)));
-        } else if (!QFileInfo(path).isDir() && !IsPdf(path)) {
-            refused.append(path);
-        } else if (!all.contains(path)) {
-            all.append(path);
-        }
-    }
-    if (!missing.isEmpty()) {
-        parts.message.Show(Topic::files, tr("There is no file %1.").arg(SomeOf(missing)), {});
-    }
-    if (!refused.isEmpty()) {
-        Upload(refused); // which says why not
-    }
-    if (all.isEmpty() || (uploadQuestion && all == askedUploads)) {
-        return;
-    }
-    delete uploadQuestion; // one question about all, instead of one behind the other
-    QStringList names;
-    for (const QString& path : qAsConst(all)) {
-        names.append(Apps::Printable(QFileInfo(path).fileName()));
-    }
-    askedUploads = all;
-    uploadQuestion = &AskToUpload(widget, names, [this, all] { Upload(all); });
-}
-
-void DocumentCommands::Upload(const QStringList& paths)
-{
-    if (std::any_of(paths.begin(), paths.end(), [](const QString& path) { return QFileInfo(path).isDir(); })) {
-        search.Start(paths);
-        return;
-    }
-    QHash<QString, QString> idByPath;
-    for (int row = 0; row < parts.model.rowCount(); ++row) {
-        const QString path = parts.model.index(row).data(Model::PathRole).toString();
-        if (!path.isEmpty()) {
-            idByPath.insert(path, parts.model.index(row).data(Model::IdRole).toString());
-        }
-    }
-    QStringList refused;
-    QStringList fresh;
-    QStringList changed;
-    for (const QString& path : paths) {
-        const QString known = idByPath.value(QFileInfo(path).canonicalFilePath());
-        if (QFileInfo::exists(path) && !IsPdf(path)) {
-            refused.append(Apps::Printable(QFileInfo(path).fileName()));
-        } else if (known.isEmpty()) {
-            fresh.append(QFileInfo(path).absoluteFilePath());
-        } else {
-            changed.append(known);
-        }
-    }
-    ReplaceInCloud(changed);
-    UploadNew(fresh);
-    if (refused.isEmpty()) {
-        parts.message.Close(Topic::files);
-    } else {
-        parts.message.Show(
-            Topic::files,
-            refused.size() == 1
-                ? tr("“%1” is not a PDF document and was not uploaded.").arg(refused.first())
-                : tr("%n of the files are not PDF documents and were not uploaded.", nullptr, refused.size()),
-            refused.size() == 1 ? QString() : SomeOf(refused));
-    }
-}
-
-void DocumentCommands::OnFound(const QStringList& paths)
-{
-    if (paths.isEmpty()) {
-        parts.message.Show(Topic::files, tr("There are no PDF documents in the folder."), {});
-    } else if (paths.size() > PdfSearch::maxFound) {
-        parts.message.Show(Topic::files,
-                           tr("There are more than %n PDF documents in the folder.", nullptr, PdfSearch::maxFound),
-                           tr("Nothing was uploaded. Choose a folder with fewer."));
-    } else if (paths.size() > maxUploadsOfFolders) {
-        OfferUpload(paths);
-    } else {
-        Upload(paths);
-    }
-}
-
-void DocumentCommands::UploadNew(const QStringList& paths)
-{
-    QStringList free;
-    QStringList taken;
-    for (const QString& path : paths) {
-        (parts.session.DocumentNamed(QFileInfo(path).fileName()).isEmpty() ? free : taken).append(path);
-    }
-    parts.transfers.Upload(free);
-    if (taken.isEmpty()) {
-        return;
-    }
-    QStringList names;
-    QStringList ids;
-    for (const QString& path : qAsConst(taken)) {
-        names.append(Apps::Printable(QFileInfo(path).fileName()));
-        ids.append(parts.session.DocumentNamed(QFileInfo(path).fileName()));
-    }
-    AskAboutTakenNames(widget, names, [this, taken, ids, asked = VersionsOf(ids)](bool replaces) {
-        if (!replaces) {
-            parts.transfers.Upload(taken);
-        } else if (VersionsOf(ids) != asked) {
-            UploadNew(taken); // asks again: the list has learned of versions that the question was not about
-        } else {
-            for (int index = 0; index < taken.size(); ++index) {
-                parts.transfers.ReplaceWith(ids[index], taken[index]);
-            }
-        }
-    });
 }
 
 void DocumentCommands::ChooseDownloadFolder()
@@ -400,8 +256,8 @@ void DocumentCommands::ReplaceInCloud(const QStringList& ids)
         return;
     }
     // While the question waits for its answer, the list may learn of versions that it is not about.
-    const auto answer = [this, conflicts, asked = VersionsOf(conflicts)](ConflictChoice choice) {
-        if (choice == ConflictChoice::UseMine && VersionsOf(conflicts) != asked) {
+    const auto answer = [this, conflicts, asked = VersionsOf(parts.session, conflicts)](ConflictChoice choice) {
+        if (choice == ConflictChoice::UseMine && VersionsOf(parts.session, conflicts) != asked) {
             ReplaceInCloud(conflicts);
             return;
         }
@@ -436,7 +292,7 @@ void DocumentCommands::Settle(const QString& id, ConflictChoice choice)
 void DocumentCommands::Decide(const QString& id, const QString& file, const QString& folder)
 {
     if (!file.isEmpty()) {
-        UploadNew({file});
+        uploads.UploadNew({file});
         return;
     }
     const int state = parts.model.index(parts.model.RowOf(id)).data(Model::StateRole).toInt();
@@ -522,9 +378,9 @@ void DocumentCommands::Remove()
         RemoveLater(ids);
         return;
     }
-    AskToRemove(widget, NamesOf(ids), changed, [this, ids, asked = VersionsOf(ids)] {
+    AskToRemove(widget, NamesOf(ids), changed, [this, ids, asked = VersionsOf(parts.session, ids)] {
         parts.message.Close(Topic::removal);
-        const QStringList now = VersionsOf(ids); // see above
+        const QStringList now = VersionsOf(parts.session, ids); // see above
         QStringList unchanged;
         QString changed;
         for (int index = 0; index < ids.size(); ++index) {
@@ -555,6 +411,11 @@ int DocumentCommands::CountOfChanges() const
     return changes.Count();
 }
 
+UploadCommands& DocumentCommands::Uploads()
+{
+    return uploads;
+}
+
 RemovalUndo& DocumentCommands::Removals()
 {
     return removals;
@@ -573,16 +434,6 @@ QStringList DocumentCommands::NamesOf(const QStringList& ids) const
         names.append(NameOf(id));
     }
     return names;
-}
-
-QStringList DocumentCommands::VersionsOf(const QStringList& ids) const
-{
-    QStringList versions;
-    for (const QString& id : ids) {
-        const auto* facts = parts.session.Facts(id);
-        versions.append(facts ? QString::fromStdString(facts->hash) : QString());
-    }
-    return versions;
 }
 
 } // namespace Norlis::Window

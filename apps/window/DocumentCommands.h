@@ -1,17 +1,15 @@
 #pragma once
 
 #include "CopiedDocuments.h"
-#include "PdfSearch.h"
 #include "Preferences.h"
 #include "RemovalUndo.h"
 #include "UnsentChanges.h"
+#include "UploadCommands.h"
 
 #include <contracts/FileInfo.h>
 
 #include <QHash>
-#include <QMessageBox>
 #include <QObject>
-#include <QPointer>
 #include <QStringList>
 
 class QWidget;
@@ -50,14 +48,7 @@ public:
     DocumentCommands(const Parts& parts, QWidget& widget);
     ~DocumentCommands() override;
 
-    /// Uploads PDF files, and those in folders. Local copies of documents replace those documents; all others become
-    /// new documents.
-    void Upload(const QStringList& paths);
-    void ChooseUploads();
-    void Paste();
-
-    /// Uploads them if the user agrees, together with those about which the question is open.
-    void OfferUpload(const QStringList& paths);
+    UploadCommands& Uploads();
 
     // These act on the selected documents.
 
@@ -105,8 +96,6 @@ private:
 
     /// See Transfers::DecisionNeeded.
     void Decide(const QString& id, const QString& file, const QString& folder);
-    void OnFound(const QStringList& paths);
-    void UploadNew(const QStringList& paths);
     void ReplaceInCloud(const QStringList& ids);
     void Settle(const QString& id, ConflictChoice choice);
     QString VersionsText(const QString& id) const;
@@ -119,9 +108,6 @@ private:
     QString FolderToView(const QString& id, const QString& path) const;
     QStringList NamesOf(const QStringList& ids) const;
 
-    /// Of the cloud copies, as the list shows them now.
-    QStringList VersionsOf(const QStringList& ids) const;
-
     /// Keeps the content of a local copy that is about to be replaced; not if it is on another file system.
     void KeepOlder(const QString& id, const QString& path);
 
@@ -130,13 +116,10 @@ private:
     RemovalUndo removals;
     CopiedDocuments copied;
     UnsentChanges changes;
-    PdfSearch search;
-    QString uploadFolder;                 ///< where files were chosen last
-    QHash<QString, QString> older;        ///< where what is about to be replaced is, by path of the local copy
-    QStringList offered;                  ///< such files that can be opened; deleted at the end
-    QPointer<QMessageBox> uploadQuestion; ///< while it is open
-    QStringList askedUploads;             ///< paths that it is about
-    QStringList conflicted; ///< paths of uploads that met another version; asked about when the list is there
+    UploadCommands uploads;
+    QHash<QString, QString> older; ///< where what is about to be replaced is, by path of the local copy
+    QStringList offered;           ///< such files that can be opened; deleted at the end
+    QStringList conflicted;        ///< paths of uploads that met another version; asked about when the list is there
 };
 
 } // namespace Norlis::Window

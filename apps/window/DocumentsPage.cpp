@@ -113,7 +113,7 @@ void DocumentsPage::FocusDocuments()
 
 void DocumentsPage::OfferUpload(const QStringList& files)
 {
-    commands.OfferUpload(files);
+    commands.Uploads().Offer(files);
 }
 
 void DocumentsPage::AddMenusTo(QMenuBar& bar)
@@ -255,7 +255,7 @@ void DocumentsPage::ConnectDocuments()
     connect(view, &DocumentsView::activated, &commands, [this] { commands.Open(); });
     connect(message, &MessageBar::KeyboardLeft, this, &DocumentsPage::FocusDocuments);
     connect(&notice, &TransferNotice::Activated, this, &DocumentsPage::FrontRequested);
-    connect(dropHint, &DropHint::Dropped, &commands, &DocumentCommands::Upload);
+    connect(dropHint, &DropHint::Dropped, &commands.Uploads(), &UploadCommands::Upload);
     connect(&transfers, &Transfers::CountsChanged, this, [this] {
         UpdateActions();
         if (transfers.CountOfActive() == 0) {
@@ -316,7 +316,7 @@ void DocumentsPage::ConnectSearch()
     connect(search, &SearchField::Left, this, [this] { view->setFocus(); });
     connect(empty, &EmptyPage::ActionChosen, this, [this] {
         if (model.VisibleCount() == 0) {
-            commands.ChooseUploads();
+            commands.Uploads().Choose();
         } else {
             ShowAll();
         }
@@ -349,7 +349,7 @@ void DocumentsPage::ConnectActions()
     const auto connectTo = [this](const QAction* action, const auto& triggered) {
         connect(action, &QAction::triggered, this, triggered);
     };
-    connectTo(actions.upload, [this] { commands.ChooseUploads(); });
+    connectTo(actions.upload, [this] { commands.Uploads().Choose(); });
     connectTo(actions.download, [this] { commands.Download(); });
     connectTo(actions.downloadTo, [this] { commands.ChooseDownloadFolder(); });
     connectTo(actions.open, [this] { commands.Open(); });
@@ -358,17 +358,18 @@ void DocumentsPage::ConnectActions()
     connectTo(actions.resolve, [this] { commands.ResolveConflicts(); });
     connectTo(actions.useCloud, [this] { commands.UseCloud(); });
     connectTo(actions.copy, [this] { commands.Copy(); });
-    connectTo(actions.paste, [this] { commands.Paste(); });
+    connectTo(actions.paste, [this] { commands.Uploads().Paste(); });
     connectTo(actions.remove, [this] { commands.Remove(); });
     connectTo(actions.undoRemoval, [this] { commands.Removals().Undo(); });
     connect(&commands.Removals(), &RemovalUndo::PossibleChanged, this, &DocumentsPage::UpdateActions);
     connect(&commands.Removals(), &RemovalUndo::Removed, view, &DocumentsView::GoOnAfterRemoval);
     connect(&commands.Removals(), &RemovalUndo::TakenBack, this, [this](const QStringList& ids) { takenBack = ids; });
-    connect(&filter, &QAbstractItemModel::rowsInserted, this, [this] {
-        if (!takenBack.isEmpty() && view->Select(takenBack)) {
-            takenBack.clear();
-        }
-    });
+    connect(&model, &QAbstractItemModel::dataChanged, this,
+            [this](const QModelIndex&, const QModelIndex&, const QVector<int>& roles) {
+                if (!takenBack.isEmpty() && roles.contains(Host::CloudDocumentsModel::HiddenRole)) {
+                    view->Select(std::exchange(takenBack, {})); // the filter, which hears of it first, has them again
+                }
+            });
     connectTo(actions.refresh, [this] {
         if (IsOffline()) {
             session.TryNow();

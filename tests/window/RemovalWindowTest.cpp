@@ -65,6 +65,12 @@ TEST_F(RemovalWindowTest, TheNextDocumentIsSelectedAndAfterUndoTheOneThatIsBack)
     Action("Undo Removal")->trigger();
     ASSERT_TRUE(Shows({"a.pdf", "b.pdf", "c.pdf"}));
     EXPECT_TRUE(WaitUntil([&] { return selected() == "b.pdf"; })) << qPrintable(selected());
+    Select({"a.pdf", "c.pdf"}); // apart from each other
+    QTest::keyClick(Documents(), Qt::Key_Delete);
+    ASSERT_TRUE(Shows({"b.pdf"}));
+    Action("Undo Removal")->trigger();
+    ASSERT_TRUE(Shows({"a.pdf", "b.pdf", "c.pdf"}));
+    EXPECT_TRUE(WaitUntil([&] { return Documents()->selectionModel()->selectedIndexes().size() == 2; }));
 }
 
 TEST_F(RemovalWindowTest, ARemovalCanBeTakenBack)

@@ -41,6 +41,21 @@ protected:
     {
         return WaitUntil([&] { return !Find<Window::SettingsDialog>(); });
     }
+
+    /// "a.pdf", whose changes are uploaded without asking.
+    void OpenADocumentThatUploadsItself(const OpenedFiles& opened)
+    {
+        PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
+        OpenCloud();
+        ASSERT_TRUE(Shows({"a.pdf"}));
+        OpenSettings();
+        Click(Find<QCheckBox>("uploadsByItself"));
+        Accept();
+        ASSERT_TRUE(AreClosed());
+        Select({"a.pdf"});
+        Action("Open")->trigger();
+        ASSERT_TRUE(WaitUntil([&] { return !opened.paths.isEmpty(); }));
+    }
 };
 
 TEST_F(SettingsTest, FoldersDecideWhereDownloadsAndOpenedDocumentsGo)
@@ -117,16 +132,7 @@ TEST_F(SettingsTest, ChoicesAreKeptWhenTheyAreAcceptedOnly)
 TEST_F(SettingsTest, ChangesOfAnOpenedDocumentAreUploadedByThemselvesIfTheUserWantsThat)
 {
     const OpenedFiles opened;
-    PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
-    OpenCloud();
-    ASSERT_TRUE(Shows({"a.pdf"}));
-    OpenSettings();
-    Click(Find<QCheckBox>("uploadsByItself"));
-    Accept();
-    ASSERT_TRUE(AreClosed());
-    Select({"a.pdf"});
-    Action("Open")->trigger();
-    ASSERT_TRUE(WaitUntil([&] { return !opened.paths.isEmpty(); }));
+    ASSERT_NO_FATAL_FAILURE(OpenADocumentThatUploadsItself(opened));
     const QByteArray changed = PdfOfColor(Qt::blue);
     WriteFile(opened.paths.first(), changed);
     EXPECT_TRUE(WaitUntil([&] { return ReadFile(Cloud("a.pdf")) == changed; }));
@@ -138,16 +144,7 @@ TEST_F(SettingsTest, ChangesOfAnOpenedDocumentAreUploadedByThemselvesIfTheUserWa
 TEST_F(SettingsTest, AConflictIsNotUploadedByItself)
 {
     const OpenedFiles opened;
-    PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
-    OpenCloud();
-    ASSERT_TRUE(Shows({"a.pdf"}));
-    OpenSettings();
-    Click(Find<QCheckBox>("uploadsByItself"));
-    Accept();
-    ASSERT_TRUE(AreClosed());
-    Select({"a.pdf"});
-    Action("Open")->trigger();
-    ASSERT_TRUE(WaitUntil([&] { return !opened.paths.isEmpty(); }));
+    ASSERT_NO_FATAL_FAILURE(OpenADocumentThatUploadsItself(opened));
     const QByteArray other = PdfOfColor(Qt::green);
     PutIntoCloud("a.pdf", other);
     ASSERT_TRUE(WaitUntil([&] { return StateOf("a.pdf") == static_cast<int>(State::ChangedInCloud); }));

@@ -255,25 +255,6 @@
 <context>
     <name>Norlis::Window::DocumentCommands</name>
     <message>
-        <source>Upload PDF Documents</source>
-        <translation>PDF-Dokumente hochladen</translation>
-    </message>
-    <message>
-        <source>PDF documents (*.pdf *.PDF)</source>
-        <translation>PDF-Dokumente (*.pdf *.PDF)</translation>
-    </message>
-    <message>
-        <source>“%1” is not a PDF document and was not uploaded.</source>
-        <translation>„%1“ ist kein PDF-Dokument und wurde nicht hochgeladen.</translation>
-    </message>
-    <message numerus="yes">
-        <source>%n of the files are not PDF documents and were not uploaded.</source>
-        <translation>
-            <numerusform>%n der Dateien ist kein PDF-Dokument und wurde nicht hochgeladen.</numerusform>
-            <numerusform>%n der Dateien sind keine PDF-Dokumente und wurden nicht hochgeladen.</numerusform>
-        </translation>
-    </message>
-    <message>
         <source>Download To</source>
         <translation>Herunterladen nach</translation>
     </message>
@@ -313,35 +294,12 @@
         </translation>
     </message>
     <message>
-        <source>There are no files on the clipboard.</source>
-        <translation>In der Zwischenablage sind keine Dateien.</translation>
-    </message>
-    <message>
-        <source>There are no PDF documents in the folder.</source>
-        <translation>In dem Ordner sind keine PDF-Dokumente.</translation>
-    </message>
-    <message numerus="yes">
-        <source>There are more than %n PDF documents in the folder.</source>
-        <translation>
-            <numerusform>In dem Ordner ist mehr als %n PDF-Dokument.</numerusform>
-            <numerusform>In dem Ordner sind mehr als %n PDF-Dokumente.</numerusform>
-        </translation>
-    </message>
-    <message>
-        <source>Nothing was uploaded. Choose a folder with fewer.</source>
-        <translation>Es wurde nichts hochgeladen. Wählen Sie einen Ordner mit weniger Dokumenten.</translation>
-    </message>
-    <message>
         <source>A newer version of “%1” was fetched.</source>
         <translation>Eine neuere Version von „%1“ wurde geholt.</translation>
     </message>
     <message>
         <source>Open the Older One</source>
         <translation>Die ältere öffnen</translation>
-    </message>
-    <message>
-        <source>There is no file %1.</source>
-        <translation>Die Datei %1 gibt es nicht.</translation>
     </message>
     <message>
         <source>%1 (newer)</source>
@@ -1285,6 +1243,51 @@
     <message>
         <source>Do Not Tell Again</source>
         <translation>Nicht mehr melden</translation>
+    </message>
+</context>
+<context>
+    <name>Norlis::Window::UploadCommands</name>
+    <message>
+        <source>Upload PDF Documents</source>
+        <translation>PDF-Dokumente hochladen</translation>
+    </message>
+    <message>
+        <source>PDF documents (*.pdf *.PDF)</source>
+        <translation>PDF-Dokumente (*.pdf *.PDF)</translation>
+    </message>
+    <message>
+        <source>There are no files on the clipboard.</source>
+        <translation>In der Zwischenablage sind keine Dateien.</translation>
+    </message>
+    <message>
+        <source>There is no file %1.</source>
+        <translation>Die Datei %1 gibt es nicht.</translation>
+    </message>
+    <message>
+        <source>“%1” is not a PDF document and was not uploaded.</source>
+        <translation>„%1“ ist kein PDF-Dokument und wurde nicht hochgeladen.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n of the files are not PDF documents and were not uploaded.</source>
+        <translation>
+            <numerusform>%n der Dateien ist kein PDF-Dokument und wurde nicht hochgeladen.</numerusform>
+            <numerusform>%n der Dateien sind keine PDF-Dokumente und wurden nicht hochgeladen.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>There are no PDF documents in the folder.</source>
+        <translation>In dem Ordner sind keine PDF-Dokumente.</translation>
+    </message>
+    <message numerus="yes">
+        <source>There are more than %n PDF documents in the folder.</source>
+        <translation>
+            <numerusform>In dem Ordner ist mehr als %n PDF-Dokument.</numerusform>
+            <numerusform>In dem Ordner sind mehr als %n PDF-Dokumente.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Nothing was uploaded. Choose a folder with fewer.</source>
+        <translation>Es wurde nichts hochgeladen. Wählen Sie einen Ordner mit weniger Dokumenten.</translation>
     </message>
 </context>
 <context>

@@ -14,24 +14,10 @@
 <context>
     <name>Norlis::Window::DocumentCommands</name>
     <message numerus="yes">
-        <source>%n of the files are not PDF documents and were not uploaded.</source>
-        <translation>
-            <numerusform>%n of the files is not a PDF document and was not uploaded.</numerusform>
-            <numerusform>%n of the files are not PDF documents and were not uploaded.</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
         <source>%n documents were removed.</source>
         <translation>
             <numerusform>%n document was removed.</numerusform>
             <numerusform>%n documents were removed.</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>There are more than %n PDF documents in the folder.</source>
-        <translation>
-            <numerusform>There is more than %n PDF document in the folder.</numerusform>
-            <numerusform>There are more than %n PDF documents in the folder.</numerusform>
         </translation>
     </message>
 </context>
@@ -213,6 +199,23 @@
         <translation>
             <numerusform>%n document with changes of yours is no longer in the cloud.</numerusform>
             <numerusform>%n documents with changes of yours are no longer in the cloud.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>Norlis::Window::UploadCommands</name>
+    <message numerus="yes">
+        <source>%n of the files are not PDF documents and were not uploaded.</source>
+        <translation>
+            <numerusform>%n of the files is not a PDF document and was not uploaded.</numerusform>
+            <numerusform>%n of the files are not PDF documents and were not uploaded.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>There are more than %n PDF documents in the folder.</source>
+        <translation>
+            <numerusform>There is more than %n PDF document in the folder.</numerusform>
+            <numerusform>There are more than %n PDF documents in the folder.</numerusform>
         </translation>
     </message>
 </context>
