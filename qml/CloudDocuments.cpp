@@ -377,6 +377,13 @@ void CloudDocuments::download(const QString& id, const QUrl& folder)
     }
 }
 
+void CloudDocuments::downloadBeside(const QString& id, const QUrl& folder)
+{
+    if (const auto cloud = SessionFor(Request::Download, id)) {
+        cloud->DownloadBeside(id, LocalPath(folder));
+    }
+}
+
 void CloudDocuments::cancelUpload(const QString& path)
 {
     if (session) {

@@ -98,6 +98,7 @@ public:
     Q_INVOKABLE void keepBoth(const QString& id);
     Q_INVOKABLE void useCloudVersion(const QString& id);
     Q_INVOKABLE void download(const QString& id, const QUrl& folder);
+    Q_INVOKABLE void downloadBeside(const QString& id, const QUrl& folder);
     Q_INVOKABLE void cancelUpload(const QString& path);
     Q_INVOKABLE void cancelDownload(const QString& id);
     Q_INVOKABLE void remove(const QString& id);

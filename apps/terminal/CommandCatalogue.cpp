@@ -71,9 +71,10 @@ const std::vector<CommandEntry>& CommandCatalogue()
          "DOCUMENT...",
          "Download documents to a folder",
          "An existing file is replaced only if it is an unchanged copy of the same document. Otherwise --on-conflict "
-         "decides: both gives the file another name, mine keeps it and fetches nothing, theirs replaces it if it is a "
-         "copy of the document, whose changes are lost, and fail, which is usual where nobody can be asked, does "
-         "nothing. A local copy with changes in another folder stays the one that the list shows.",
+         "decides: both gives a copy with changes another name, and the document a number if the file is no copy of "
+         "it; mine keeps the file and fetches nothing, theirs replaces it if it is a copy of the document, whose "
+         "changes are lost, and fail, which is usual where nobody can be asked, does nothing. A local copy with "
+         "changes in another folder stays the one that the list shows.",
          {"to", "on-conflict"},
          {"norlis-cloud download report.pdf --to ~/Documents"}},
         {"remove",

@@ -73,6 +73,10 @@ void DownloadCommand::DecideAbout(const Host::CloudProblem& problem, OnConflict 
     const QDir folder(arguments.targetFolder);
     const QString target = entry ? folder.filePath(entry->name) : QString();
     const bool isCopy = entry && QFileInfo(target).canonicalFilePath() == entry->path;
+    if (entry && choice == OnConflict::Both && problem.cause.kind == Social::OAuth2::FailureKind::NameTaken) {
+        Session().DownloadBeside(id, arguments.targetFolder);
+        return;
+    }
     if (entry && choice == OnConflict::Both &&
         !Host::MoveToOtherName(target, QSysInfo::machineHostName(), QDate::currentDate()).isEmpty()) {
         Session().Download(id, arguments.targetFolder);

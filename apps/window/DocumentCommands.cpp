@@ -1,7 +1,6 @@
 #include "DocumentCommands.h"
 
 #include "CloudVersions.h"
-#include "ConflictPictures.h"
 #include "DocumentsView.h"
 #include "FileManager.h"
 #include "MessageBar.h"
@@ -16,7 +15,6 @@
 
 #include <QDesktopServices>
 #include <QDir>
-#include <QFileDialog>
 #include <QUrl>
 
 #include <algorithm>
@@ -39,17 +37,18 @@ DocumentCommands::DocumentCommands(const Parts& parts, QWidget& widget)
       widget(widget),
       removals(parts.session, parts.message),
       copied(parts.session, parts.transfers),
-      changes(parts.session, parts.model, parts.transfers, parts.message, parts.preferences),
+      unsent(parts.session, parts.model, parts.transfers, parts.message, parts.preferences),
+      changes({parts.session, parts.model, parts.transfers}, widget),
+      downloads({parts.session, parts.preferences, parts.model, parts.transfers, parts.message}, widget),
       uploads({parts.session, parts.model, parts.transfers, parts.message}, widget)
 {
-    connect(&uploads, &UploadCommands::ReplacementChosen, this, &DocumentCommands::ReplaceInCloud);
+    connect(&uploads, &UploadCommands::ReplacementChosen, &changes, &ChangesCommands::Upload);
+    connect(&downloads, &DownloadCommands::ChangesMet, &changes, &ChangesCommands::AskBeforeDownload);
     connect(&parts.transfers, &Transfers::OpenRequested, this, &DocumentCommands::OnFetched);
     // Later, since it may change the list of transfers.
     connect(&parts.transfers, &Transfers::DecisionNeeded, this, &DocumentCommands::Decide, Qt::QueuedConnection);
-    connect(&parts.session, &Host::CloudSession::Failed, this, &DocumentCommands::OnFailed);
-    connect(&parts.session, &Host::CloudSession::ListRefreshed, this, &DocumentCommands::OnListRefreshed);
-    connect(&changes, &UnsentChanges::UploadChosen, this, &DocumentCommands::ReplaceInCloud);
-    connect(&changes, &UnsentChanges::UploadAsNewChosen, &uploads, &UploadCommands::UploadNew);
+    connect(&unsent, &UnsentChanges::UploadChosen, &changes, &ChangesCommands::Upload);
+    connect(&unsent, &UnsentChanges::UploadAsNewChosen, &uploads, &UploadCommands::UploadNew);
 }
 
 DocumentCommands::~DocumentCommands()
@@ -63,31 +62,14 @@ DocumentCommands::~DocumentCommands()
     }
 }
 
-void DocumentCommands::ChooseDownloadFolder()
+void DocumentCommands::Download()
 {
-    const auto dialog = new QFileDialog(&widget, tr("Download To"), parts.preferences.DownloadFolder());
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setFileMode(QFileDialog::Directory);
-    dialog->setOption(QFileDialog::ShowDirsOnly);
-    connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& folder) {
-        parts.preferences.SetDownloadFolder(folder);
-        Download(folder);
-    });
-    dialog->open();
+    downloads.Download(parts.view.SelectedIds());
 }
 
-void DocumentCommands::Download(const QString& folder)
+void DocumentCommands::ChooseDownloadFolder()
 {
-    const auto indexes = parts.view.selectionModel()->selectedIndexes();
-    for (const auto& index : indexes) {
-        const QString id = index.data(Model::IdRole).toString();
-        const QString path = index.data(Model::PathRole).toString();
-        const bool isTheUsers = !path.isEmpty() && !path.startsWith(parts.session.ViewingFolder(id));
-        const QString usual = isTheUsers ? QFileInfo(path).absolutePath() : parts.preferences.DownloadFolder();
-        const QString target = folder.isEmpty() ? usual : folder;
-        QDir().mkpath(target);
-        parts.transfers.Download(id, target);
-    }
+    downloads.ChooseFolder(parts.view.SelectedIds());
 }
 
 void DocumentCommands::Open()
@@ -114,14 +96,14 @@ void DocumentCommands::Open(const QStringList& ids)
         if (isHere) {
             KeepOlder(id, path);
         }
-        parts.transfers.Download(id, FolderToView(id, path), true);
+        parts.transfers.DownloadBeside(id, FolderToView(id, path), true);
     }
 }
 
 void DocumentCommands::Fetch(const QString& id)
 {
     const QString path = parts.model.index(parts.model.RowOf(id)).data(Model::PathRole).toString();
-    parts.transfers.Download(id, FolderToView(id, path));
+    parts.transfers.DownloadBeside(id, FolderToView(id, path));
 }
 
 QString DocumentCommands::FolderToView(const QString& id, const QString& path) const
@@ -221,134 +203,28 @@ QStringList DocumentCommands::InConflict() const
 
 void DocumentCommands::ResolveConflicts()
 {
-    ReplaceInCloud(InConflict());
+    changes.Upload(InConflict());
 }
 
 void DocumentCommands::UseCloud()
 {
-    const QStringList ids = ChangedHere();
-    if (!ids.isEmpty()) {
-        AskToUseCloud(widget, NamesOf(ids), [this, ids] {
-            for (const QString& id : ids) {
-                parts.transfers.UseCloudVersion(id);
-            }
-        });
-    }
+    changes.GiveUp(ChangedHere());
 }
 
 void DocumentCommands::UploadChanges()
 {
-    ReplaceInCloud(ChangedHere());
-}
-
-void DocumentCommands::ReplaceInCloud(const QStringList& ids)
-{
-    QStringList conflicts;
-    for (const QString& id : ids) {
-        const int state = parts.model.index(parts.model.RowOf(id)).data(Model::StateRole).toInt();
-        if (state == static_cast<int>(State::ChangedOnBothSides) || state == static_cast<int>(State::ChangedInCloud)) {
-            conflicts.append(id);
-        } else {
-            parts.transfers.UploadChanges(id);
-        }
-    }
-    if (conflicts.isEmpty()) {
-        return;
-    }
-    // While the question waits for its answer, the list may learn of versions that it is not about.
-    const auto answer = [this, conflicts, asked = VersionsOf(parts.session, conflicts)](ConflictChoice choice) {
-        if (choice == ConflictChoice::UseMine && VersionsOf(parts.session, conflicts) != asked) {
-            ReplaceInCloud(conflicts);
-            return;
-        }
-        for (const QString& id : conflicts) {
-            Settle(id, choice);
-        }
-    };
-    const bool isOnlyOne = conflicts.size() == 1;
-    QMessageBox& question =
-        AskAboutConflicts(widget, NamesOf(conflicts), isOnlyOne ? VersionsText(conflicts.first()) : QString(), answer);
-    if (isOnlyOne) {
-        const QString path = parts.model.index(parts.model.RowOf(conflicts.first())).data(Model::PathRole).toString();
-        new ConflictPictures(parts.session, conflicts.first(), path, question);
-    }
-}
-
-void DocumentCommands::Settle(const QString& id, ConflictChoice choice)
-{
-    switch (choice) {
-    case ConflictChoice::KeepBoth:
-        parts.transfers.KeepBoth(id);
-        break;
-    case ConflictChoice::UseMine:
-        parts.transfers.ReplaceInCloud(id);
-        break;
-    case ConflictChoice::UseCloud:
-        parts.transfers.UseCloudVersion(id);
-        break;
-    }
+    changes.Upload(ChangedHere());
 }
 
 void DocumentCommands::Decide(const QString& id, const QString& file, const QString& folder)
 {
     if (!file.isEmpty()) {
         uploads.UploadNew({file});
-        return;
-    }
-    const int state = parts.model.index(parts.model.RowOf(id)).data(Model::StateRole).toInt();
-    if (folder.isEmpty() || state == static_cast<int>(State::ChangedOnBothSides)) {
-        ReplaceInCloud({id});
-    } else if (state == static_cast<int>(State::ChangedLocally)) {
-        AskAboutLocalChanges(widget, NameOf(id), [this, id](ConflictChoice choice) {
-            if (choice == ConflictChoice::UseMine) {
-                ReplaceInCloud({id});
-            } else {
-                Settle(id, choice);
-            }
-        });
+    } else if (folder.isEmpty()) {
+        changes.Upload({id});
     } else {
-        parts.transfers.Download(id, folder);
+        downloads.Download({id}, folder);
     }
-}
-
-QString DocumentCommands::VersionsText(const QString& id) const
-{
-    const auto* facts = parts.session.Facts(id);
-    const QFileInfo file(parts.model.index(parts.model.RowOf(id)).data(Model::PathRole).toString());
-    if (!facts || !file.exists()) {
-        return {};
-    }
-    const auto marked = [](const QString& text, const QDateTime& time, const QDateTime& other) {
-        return time.toSecsSinceEpoch() > other.toSecsSinceEpoch() ? tr("%1 (newer)").arg(text) : text;
-    };
-    const QDateTime here = file.lastModified();
-    const QDateTime there = facts->modifiedAt;
-    return marked(tr("Here: %1, %2").arg(SizeText(file.size()), DateText(here)), here, there) + '\n' +
-           marked(tr("In the cloud: %1, %2").arg(SizeText(static_cast<qint64>(facts->size)), DateText(there)), there,
-                  here);
-}
-
-void DocumentCommands::OnFailed(const Host::CloudProblem& problem)
-{
-    if (problem.request == Host::CloudProblem::Request::Upload &&
-        problem.cause.kind == Social::OAuth2::FailureKind::Conflict) {
-        conflicted.append(problem.subject);
-        parts.session.Refresh(); // what stands in the cloud has to be known before anybody is asked
-    }
-}
-
-void DocumentCommands::OnListRefreshed()
-{
-    QStringList ids;
-    const QStringList paths = std::exchange(conflicted, {});
-    for (const QString& path : paths) {
-        const QString id = parts.session.DocumentAt(path);
-        if (parts.model.index(parts.model.RowOf(id)).data(Model::StateRole).toInt() ==
-            static_cast<int>(State::ChangedOnBothSides)) {
-            ids.append(id);
-        }
-    }
-    ReplaceInCloud(ids);
 }
 
 void DocumentCommands::Copy()
@@ -408,7 +284,7 @@ void DocumentCommands::RemoveLater(const QStringList& ids)
 
 int DocumentCommands::CountOfChanges() const
 {
-    return changes.Count();
+    return unsent.Count();
 }
 
 UploadCommands& DocumentCommands::Uploads()

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "ChangesCommands.h"
 #include "CopiedDocuments.h"
+#include "DownloadCommands.h"
 #include "Preferences.h"
 #include "RemovalUndo.h"
 #include "UnsentChanges.h"
@@ -17,7 +19,6 @@ class QWidget;
 namespace Norlis::Host {
 class CloudDocumentsModel;
 class CloudSession;
-struct CloudProblem;
 } // namespace Norlis::Host
 
 namespace Norlis::Window {
@@ -25,7 +26,6 @@ namespace Norlis::Window {
 class DocumentsView;
 class MessageBar;
 class Transfers;
-enum class ConflictChoice;
 
 /// Carries out what the user chooses to do with documents, and asks before anything would be lost.
 class DocumentCommands : public QObject {
@@ -52,8 +52,7 @@ public:
 
     // These act on the selected documents.
 
-    /// \param folder if empty, that of the local copy or else the downloads folder
-    void Download(const QString& folder = {});
+    void Download();
     void ChooseDownloadFolder();
     void Open();
     void ShowInFolder();
@@ -96,11 +95,6 @@ private:
 
     /// See Transfers::DecisionNeeded.
     void Decide(const QString& id, const QString& file, const QString& folder);
-    void ReplaceInCloud(const QStringList& ids);
-    void Settle(const QString& id, ConflictChoice choice);
-    QString VersionsText(const QString& id) const;
-    void OnFailed(const Host::CloudProblem& problem);
-    void OnListRefreshed();
     void OnFetched(const QString& path);
 
     /// Where a document comes that is only to be looked at: not among the user's own files, unless it is there or
@@ -115,11 +109,12 @@ private:
     QWidget& widget;
     RemovalUndo removals;
     CopiedDocuments copied;
-    UnsentChanges changes;
+    UnsentChanges unsent;
+    ChangesCommands changes;
+    DownloadCommands downloads;
     UploadCommands uploads;
     QHash<QString, QString> older; ///< where what is about to be replaced is, by path of the local copy
     QStringList offered;           ///< such files that can be opened; deleted at the end
-    QStringList conflicted;        ///< paths of uploads that met another version; asked about when the list is there
 };
 
 } // namespace Norlis::Window

@@ -50,33 +50,58 @@ PagePicture::~PagePicture()
 
 PagePicture::Subject PagePicture::SubjectOf(const QModelIndex& document, int page) const
 {
-    Subject found;
-    found.id = document.data(Model::IdRole).toString();
-    const QFileInfo copy(document.data(Model::PathRole).toString());
+    const QString id = document.data(Model::IdRole).toString();
+    const QString path = document.data(Model::PathRole).toString();
     const bool isOlder =
         document.data(Model::StateRole).toInt() == static_cast<int>(PDF::FileInfo::CloudStatus::ChangedInCloud);
-    if (copy.isFile() && !isOlder) {
-        found.path = copy.filePath();
-        found.page = page;
-        found.version = QString::number(copy.size()) + '/' + QString::number(copy.lastModified().toMSecsSinceEpoch());
-    } else if (const auto* facts = session.Facts(found.id)) {
-        found.version = QString::fromStdString(facts->hash) + '/' + QString::number(facts->size) + '/' +
-                        facts->modifiedAt.toString(Qt::ISODateWithMs);
-    }
+    Subject found = QFileInfo(path).isFile() && !isOlder ? FileSubject(path) : CloudSubject(id);
+    found.id = id;
+    found.page = found.path.isEmpty() ? 1 : page;
     return found;
+}
+
+PagePicture::Subject PagePicture::FileSubject(const QString& path)
+{
+    const QFileInfo file(path);
+    return {path, file.filePath(),
+            QString::number(file.size()) + '/' + QString::number(file.lastModified().toMSecsSinceEpoch())};
+}
+
+PagePicture::Subject PagePicture::CloudSubject(const QString& id) const
+{
+    const auto* facts = session.Facts(id);
+    return {id,
+            {},
+            facts ? QString::fromStdString(facts->hash) + '/' + QString::number(facts->size) + '/' +
+                        facts->modifiedAt.toString(Qt::ISODateWithMs)
+                  : QString()};
 }
 
 void PagePicture::Show(const QModelIndex& document, int page)
 {
-    const auto before = std::exchange(subject, SubjectOf(document, page));
+    Show(SubjectOf(document, page), document.data(Model::PreviewsRole).toMap().value("large").toUrl().toLocalFile());
+}
+
+void PagePicture::ShowFile(const QString& path)
+{
+    Show(FileSubject(path), {});
+}
+
+void PagePicture::ShowInCloud(const QString& id)
+{
+    Show(CloudSubject(id), {});
+}
+
+void PagePicture::Show(const Subject& next, const QString& thumbnail)
+{
+    const auto before = std::exchange(subject, next);
     const bool isSameDocument = subject.id == before.id;
     const bool isSameContent = isSameDocument && subject.path == before.path && subject.version == before.version;
     if (!isSameDocument) {
         picture = {};
     }
     if (picture.isNull() && subject.page == 1) {
-        const auto previews = document.data(Model::PreviewsRole).toMap();
-        picture = QPixmap(previews.value("large").toUrl().toLocalFile());
+        picture = QPixmap(thumbnail);
         update();
     }
     if (isSameContent && subject.page == before.page && reason.isEmpty()) {

@@ -25,6 +25,12 @@ public:
     /// \param page     from 1; of what is not here, page one is shown whichever is wanted
     void Show(const QModelIndex& document, int page = 1);
 
+    /// Page one of a file on this computer.
+    void ShowFile(const QString& path);
+
+    /// Page one of a document as it is in the cloud, whether or not there is a local copy.
+    void ShowInCloud(const QString& id);
+
     /// Whether the local copy is shown, which has more than page one.
     bool IsHere() const;
 
@@ -53,6 +59,9 @@ private:
     };
 
     Subject SubjectOf(const QModelIndex& document, int page) const;
+    static Subject FileSubject(const QString& path);
+    Subject CloudSubject(const QString& id) const;
+    void Show(const Subject& next, const QString& thumbnail);
     void Draw();
     void OnDrawn(qint64 number, const Host::DrawnPage& page);
     QSize WantedBox() const;

@@ -45,33 +45,6 @@ QMessageBox& Ask(QWidget& widget, const QString& name, const QString& question, 
 
 } // namespace
 
-QMessageBox& AskAboutConflicts(QWidget& widget, const QStringList& names, const QString& versions,
-                               const std::function<void(ConflictChoice)>& action)
-{
-    const QString question =
-        names.size() == 1
-            ? Questions::tr("“%1” was changed both here and in the cloud.").arg(names.first())
-            : Questions::tr("%n documents were changed both here and in the cloud.", nullptr, names.size());
-    const QString explanation =
-        Questions::tr("Keep Both uploads yours as a new document with another name. With Use Mine the version in the "
-                      "cloud is lost, with Use the Cloud’s the one on this computer.");
-    const auto choose = [action](ConflictChoice choice) { return [action, choice] { action(choice); }; };
-    return Ask(widget, "conflict", question, (versions.isEmpty() ? SomeOf(names) : versions) + "\n\n" + explanation,
-               {{Questions::tr("&Keep Both"), choose(ConflictChoice::KeepBoth)},
-                {Questions::tr("Use &Mine"), choose(ConflictChoice::UseMine)},
-                {Questions::tr("Use the C&loud’s"), choose(ConflictChoice::UseCloud)}},
-               false);
-}
-
-void AskAboutLocalChanges(QWidget& widget, const QString& name, const std::function<void(ConflictChoice)>& action)
-{
-    Ask(widget, "localChanges", Questions::tr("“%1” has changes on this computer that are not in the cloud.").arg(name),
-        Questions::tr("With Use the Cloud’s they are lost."),
-        {{Questions::tr("&Upload Changes"), [action] { action(ConflictChoice::UseMine); }},
-         {Questions::tr("Use the C&loud’s"), [action] { action(ConflictChoice::UseCloud); }}},
-        false);
-}
-
 void AskToUseCloud(QWidget& widget, const QStringList& names, const std::function<void()>& action)
 {
     const QString question = names.size() == 1
@@ -79,21 +52,6 @@ void AskToUseCloud(QWidget& widget, const QStringList& names, const std::functio
                                  : Questions::tr("Use the cloud’s versions of %n documents?", nullptr, names.size());
     Ask(widget, "confirmUseCloud", question, Questions::tr("The changes on this computer are lost."),
         {{Questions::tr("Use the Cloud’s"), action}}, true);
-}
-
-void AskAboutTakenNames(QWidget& widget, const QStringList& names, const std::function<void(bool)>& action)
-{
-    const QString question = names.size() == 1
-                                 ? Questions::tr("There is a document “%1” in the cloud already.").arg(names.first())
-                                 : Questions::tr("There are documents with the names of %n files in the cloud already.",
-                                                 nullptr, names.size());
-    Ask(widget, "takenNames", question,
-        (names.size() == 1 ? QString() : SomeOf(names) + "\n\n") +
-            Questions::tr(
-                "Keep Both gives what is uploaded another name. With Replace the version in the cloud is lost."),
-        {{Questions::tr("&Keep Both"), [action] { action(false); }},
-         {Questions::tr("&Replace"), [action] { action(true); }}},
-        false);
 }
 
 QMessageBox& AskToUpload(QWidget& widget, const QStringList& names, const std::function<void()>& action)

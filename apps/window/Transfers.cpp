@@ -112,9 +112,14 @@ void Transfers::Enter(const Transfer& transfer)
     }
 }
 
-void Transfers::Download(const QString& id, const QString& folder, bool opensWhenDone)
+void Transfers::Download(const QString& id, const QString& folder)
 {
-    Enter({Kind::Download, id, id, NameOf(id), folder, opensWhenDone});
+    Enter({Kind::Download, id, id, NameOf(id), folder, false});
+}
+
+void Transfers::DownloadBeside(const QString& id, const QString& folder, bool opensWhenDone)
+{
+    Enter({Kind::DownloadBeside, id, id, NameOf(id), folder, opensWhenDone});
 }
 
 void Transfers::Cancel(int row)
@@ -139,8 +144,9 @@ void Transfers::TryAgain(int row)
     }
     const bool hasLeftOut = transfer.kind == Kind::ReplaceInCloud || transfer.kind == Kind::ReplaceWith ||
                             transfer.kind == Kind::UseCloudVersion; // a version that the user gave up
-    if ((transfer.status == Status::Failed && transfer.failure == FailureKind::Conflict) ||
-        (hasLeftOut && transfer.versions != VersionsOf(transfer.id))) {
+    const bool isToBeDecided =
+        ActionFor(transfer) == Action::Decide || (hasLeftOut && transfer.versions != VersionsOf(transfer.id));
+    if (isToBeDecided && session.Facts(transfer.id)) {
         const QString file = transfer.kind == Kind::ReplaceWith ? transfer.subject : QString();
         emit DecisionNeeded(QString(transfer.id), file, QString(transfer.folder)); // copies: the list may change
         return;
@@ -309,6 +315,9 @@ void Transfers::Start(const Transfer& transfer)
     case Kind::Download:
         session.Download(transfer.id, transfer.folder);
         break;
+    case Kind::DownloadBeside:
+        session.DownloadBeside(transfer.id, transfer.folder);
+        break;
     case Kind::UseCloudVersion:
         session.UseCloudVersion(transfer.id);
         break;
@@ -472,7 +481,9 @@ Transfers::Action Transfers::ActionFor(const Transfer& transfer)
 {
     switch (transfer.status) {
     case Status::Failed:
-        return transfer.failure == FailureKind::Conflict ? Action::Decide : Action::TryAgain;
+        return transfer.failure == FailureKind::Conflict || transfer.failure == FailureKind::NameTaken
+                   ? Action::Decide
+                   : Action::TryAgain;
     case Status::Canceled:
         return Action::StartAgain;
     case Status::Finished:

@@ -16,15 +16,24 @@ class Transfers : public QAbstractListModel {
     Q_OBJECT
 
 public:
-    /// The last two are downloads.
-    enum class Kind { Upload, UploadChanges, ReplaceInCloud, ReplaceWith, KeepBoth, Download, UseCloudVersion };
+    /// The last three are downloads.
+    enum class Kind {
+        Upload,
+        UploadChanges,
+        ReplaceInCloud,
+        ReplaceWith,
+        KeepBoth,
+        Download,
+        DownloadBeside,
+        UseCloudVersion,
+    };
 
     /// In the order in which a view lists them. What is Queued has not begun to be sent or fetched, since others have
     /// to end before; what is Waiting waits for the cloud.
     enum class Status { Running, Failed, Queued, Waiting, Canceled, Finished };
 
     /// What the user can do about a transfer. Decide is for what would lose a version that the user has not seen, or
-    /// finds another file in the place.
+    /// finds something else in the place.
     enum class Action { None, Cancel, TryAgain, StartAgain, Decide };
 
     enum Role {
@@ -50,8 +59,10 @@ public:
     void KeepBoth(const QString& id);
     void UseCloudVersion(const QString& id);
 
+    void Download(const QString& id, const QString& folder);
+
     /// \param opensWhenDone whether OpenRequested follows when the document has arrived
-    void Download(const QString& id, const QString& folder, bool opensWhenDone = false);
+    void DownloadBeside(const QString& id, const QString& folder, bool opensWhenDone = false);
 
     /// Does nothing to one that has ended.
     void Cancel(int row);

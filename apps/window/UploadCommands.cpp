@@ -1,11 +1,11 @@
 #include "UploadCommands.h"
 
-#include "CloudVersions.h"
 #include "CopiedDocuments.h"
 #include "MessageBar.h"
 #include "Questions.h"
 #include "Texts.h"
 #include "Transfers.h"
+#include "VersionsDialog.h"
 
 #include <apps/common/PrintableText.h>
 #include <host/CloudDocumentsModel.h>
@@ -152,31 +152,32 @@ void UploadCommands::OnFound(const QStringList& paths)
 void UploadCommands::UploadNew(const QStringList& paths)
 {
     QStringList free;
-    QStringList taken;
+    QVector<VersionsDialog::Case> taken;
     for (const QString& path : paths) {
-        (parts.session.DocumentNamed(QFileInfo(path).fileName()).isEmpty() ? free : taken).append(path);
+        const QString name = QFileInfo(path).fileName();
+        const QString id = parts.session.DocumentNamed(name);
+        if (id.isEmpty()) {
+            free.append(path);
+        } else {
+            taken.append({tr("There is a document “%1” in the cloud already.").arg(Apps::Printable(name)), path, id});
+        }
     }
     parts.transfers.Upload(free);
     if (taken.isEmpty()) {
         return;
     }
-    QStringList names;
-    QStringList ids;
-    for (const QString& path : qAsConst(taken)) {
-        names.append(Apps::Printable(QFileInfo(path).fileName()));
-        ids.append(parts.session.DocumentNamed(QFileInfo(path).fileName()));
-    }
-    AskAboutTakenNames(widget, names, [this, taken, ids, seen = VersionsOf(parts.session, ids)](bool replaces) {
-        if (!replaces) {
-            parts.transfers.Upload(taken);
-        } else if (VersionsOf(parts.session, ids) != seen) {
-            UploadNew(taken); // asks again: the list has learned of versions that the question was not about
-        } else {
-            for (int index = 0; index < taken.size(); ++index) {
-                parts.transfers.ReplaceWith(ids[index], taken[index]);
+    const QVector<VersionsDialog::Choice> choices = {{tr("&Keep Both"), tr("Yours gets a number in its name."), true},
+                                                     {tr("&Replace"), tr("The version in the cloud is lost.")}};
+    const auto settle = [this](int choice, const QVector<VersionsDialog::Case>& about) {
+        for (const auto& each : about) {
+            if (choice == 0) {
+                parts.transfers.Upload({each.path});
+            } else {
+                parts.transfers.ReplaceWith(each.id, each.path);
             }
         }
-    });
+    };
+    new VersionsDialog("takenNames", parts.session, taken, choices, settle, widget);
 }
 
 } // namespace Norlis::Window

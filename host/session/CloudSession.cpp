@@ -432,6 +432,16 @@ void CloudSession::Download(const QString& id, const QString& folder)
     d->downloads.Start(id, folder);
 }
 
+QString CloudSession::ObstacleTo(const QString& id, const QString& folder) const
+{
+    return d->downloads.ObstacleTo(id, folder);
+}
+
+void CloudSession::DownloadBeside(const QString& id, const QString& folder)
+{
+    d->downloads.StartBeside(id, folder);
+}
+
 void CloudSession::CancelUpload(const QString& path)
 {
     d->uploads.Cancel(path);

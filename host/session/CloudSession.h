@@ -166,9 +166,18 @@ public:
 
     /// Fetches a document into a folder; ends in DocumentDownloaded, DownloadCanceled or Failed. A file of that name
     /// which stands there already is replaced only if it is a copy of the document and has not been changed; otherwise
-    /// the download fails and leaves it alone. A local copy elsewhere stays what the list shows if it has changes: the
-    /// new file is there to be compared with it.
+    /// the download fails and leaves it alone, unless the document has a copy of another name there, which is replaced
+    /// in the same way. A local copy elsewhere stays what the list shows if it has changes: the new file is there to be
+    /// compared with it.
     void Download(const QString& id, const QString& folder);
+
+    /// Path of what Download would fail over, since it has the document's name in the folder and is no copy of it;
+    /// empty when there is no such thing.
+    QString ObstacleTo(const QString& id, const QString& folder) const;
+
+    /// As Download, but where something else has the document's name in the folder, the document comes beside it with a
+    /// number in its name, as in "plan (2).pdf".
+    void DownloadBeside(const QString& id, const QString& folder);
 
     /// Nothing happens when there is no such transfer, when it ends before the event loop comes round, and while nobody
     /// is signed in.

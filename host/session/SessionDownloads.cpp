@@ -4,6 +4,7 @@
 #include "Records.h"
 
 #include <base/Utf8.h>
+#include <files/DocumentNames.h>
 #include <files/FilePlacing.h>
 
 #include <QDir>
@@ -40,6 +41,17 @@ bool IsTaken(const QString& path)
     return file.exists() || file.isSymLink(); // a dangling symlink also occupies the name
 }
 
+/// With the first number that makes the path free.
+QString NumberedPath(const QString& path)
+{
+    const QFileInfo file(path);
+    QString numbered = path;
+    for (int number = 2; IsTaken(numbered); ++number) {
+        numbered = file.dir().filePath(Files::NumberedName(file.fileName(), number));
+    }
+    return numbered;
+}
+
 } // namespace
 
 SessionDownloads::SessionDownloads(const SessionContext& context, const QString& stagingList)
@@ -62,6 +74,15 @@ void SessionDownloads::Start(const QString& id, const QString& folder)
     const auto download = std::make_shared<ActiveDownload>();
     download->id = id;
     download->folder = folder;
+    Enter(download);
+}
+
+void SessionDownloads::StartBeside(const QString& id, const QString& folder)
+{
+    const auto download = std::make_shared<ActiveDownload>();
+    download->id = id;
+    download->folder = folder;
+    download->isBeside = true;
     Enter(download);
 }
 
@@ -89,6 +110,20 @@ void SessionDownloads::Enter(const DownloadPointer& download)
     }
     downloads[id] = download;
     Later(this, [this, download] { Begin(download); });
+}
+
+QString SessionDownloads::ObstacleTo(const QString& id, const QString& folder) const
+{
+    ActiveDownload download;
+    const auto* document = context.documents.Find(id);
+    if (!document || !IsFileName(FromUtf8(document->facts.name))) {
+        return {};
+    }
+    download.id = id;
+    download.folder = folder;
+    download.name = FromUtf8(document->facts.name);
+    const QString target = TargetOf(download);
+    return IsTaken(target) && !SyncHashOf(id, target) ? target : QString();
 }
 
 void SessionDownloads::Cancel(const QString& id)
@@ -160,8 +195,7 @@ void SessionDownloads::Begin(const DownloadPointer& download)
                        "Choose another folder.");
         return;
     }
-    download->target =
-        download->isInPlace ? localPath : QDir::cleanPath(QDir(download->folder).absoluteFilePath(download->name));
+    download->target = TargetOf(*download);
     QStringList paths;
     for (const auto& path : {download->target, localPath}) {
         if (!path.isEmpty() && QFileInfo(path).isFile()) {
@@ -229,6 +263,33 @@ std::shared_ptr<StagingFolder> SessionDownloads::StagingFor(const ActiveDownload
     return folder;
 }
 
+QString SessionDownloads::TargetOf(const ActiveDownload& download) const
+{
+    const QString localPath = context.documents.LocalPath(download.id);
+    if (download.isInPlace) {
+        return localPath;
+    }
+    const QString named = NamedTarget(download);
+    if (!IsTaken(named) || SyncHashOf(download.id, named)) {
+        return named;
+    }
+    const QFileInfo copy(localPath);
+    if (copy.isFile() && copy.path() == QFileInfo(download.folder).canonicalFilePath()) {
+        return localPath; // which got another name, or whose document did
+    }
+    return download.isBeside ? NumberedPath(named) : named;
+}
+
+QString SessionDownloads::NamedTarget(const ActiveDownload& download)
+{
+    return QDir::cleanPath(QDir(download.folder).absoluteFilePath(download.name));
+}
+
+std::optional<std::string> SessionDownloads::SyncHashOf(const QString& id, const QString& path) const
+{
+    return QFileInfo(path).isSymLink() ? std::nullopt : context.documents.SyncHashAt(id, Normalized(path));
+}
+
 bool SessionDownloads::MayTakeTarget(const DownloadPointer& download)
 {
     download->replaces = false;
@@ -236,9 +297,7 @@ bool SessionDownloads::MayTakeTarget(const DownloadPointer& download)
         return true;
     }
     const auto target = ToPath(download->target);
-    const auto synchronizedHash = QFileInfo(download->target).isSymLink()
-                                      ? std::nullopt
-                                      : context.documents.SyncHashAt(download->id, NormalizedTarget(download));
+    const auto synchronizedHash = SyncHashOf(download->id, download->target);
     if (!synchronizedHash) {
         EndWithNameTaken(download);
         return false;
@@ -264,7 +323,7 @@ void SessionDownloads::EndWithNameTaken(const DownloadPointer& download)
 void SessionDownloads::EndWithChangedCopy(const DownloadPointer& download)
 {
     // The user decides by what the list shows.
-    Later(&context.documents, [&documents = context.documents, id = download->id, path = NormalizedTarget(download)] {
+    Later(&context.documents, [&documents = context.documents, id = download->id, path = Normalized(download->target)] {
         documents.ShowCopy(id, path);
     });
     EndWithFailure(download, "the local copy has changes that are not in the cloud",
@@ -291,6 +350,9 @@ void SessionDownloads::Place(const DownloadPointer& download)
                        "Refresh the list and try again.");
         return;
     }
+    if (download->isBeside && !download->replaces) {
+        download->target = NumberedPath(NamedTarget(*download)); // something may have come there meanwhile
+    }
     if (!MayTakeTarget(download)) { // it may have changed while the document came
         return;
     }
@@ -310,7 +372,7 @@ void SessionDownloads::Place(const DownloadPointer& download)
     }
     context.cloud.NoteCopyMoved(download->id, arrivedAt, download->target);
     download->state = State::Placed;
-    download->place = NormalizedTarget(download);
+    download->place = Normalized(download->target);
     const auto placed = Files::FileIdentity::OfPath(download->target);
     if (isTold && placed.HasContentOf(arrived)) {
         context.hashes.Tell(download->place, placed.ToString(), download->hash, download->isArrivedLasting);
@@ -330,9 +392,9 @@ bool SessionDownloads::HasOtherChangedCopy(const DownloadPointer& download) cons
     return synchronizedHash && context.hashes.CalculateHash(ToPath(path)) != *synchronizedHash;
 }
 
-QString SessionDownloads::NormalizedTarget(const DownloadPointer& download) const
+QString SessionDownloads::Normalized(const QString& path) const
 {
-    return ToText(context.fileSystem.NormalizePath(ToPath(download->target)));
+    return ToText(context.fileSystem.NormalizePath(ToPath(path)));
 }
 
 void SessionDownloads::Read(const QStringList& paths, const std::function<void()>& done)

@@ -8,6 +8,8 @@
 #include <QHash>
 #include <QSet>
 
+#include <optional>
+#include <string>
 #include <vector>
 
 namespace Norlis::Host {
@@ -22,8 +24,14 @@ public:
 
     void Start(const QString& id, const QString& folder);
 
+    /// See CloudSession::DownloadBeside.
+    void StartBeside(const QString& id, const QString& folder);
+
     /// See CloudSession::UseCloudVersion.
     void StartInPlace(const QString& id);
+
+    /// See CloudSession.
+    QString ObstacleTo(const QString& id, const QString& folder) const;
     void Cancel(const QString& id);
 
     /// Goes on with those that wait for the service.
@@ -42,6 +50,7 @@ private:
         QString name;
         QString target;
         bool isInPlace = false;       ///< the changes of the local copy are to be lost
+        bool isBeside = false;        ///< whatever has the name, which gets a number then
         std::string discardedHash;    ///< of the local copy with these changes, as the list has shown it
         bool replaces = false;        ///< the document's own local copy, unchanged, stands at the target
         Files::FileIdentity replaced; ///< that copy, while it is known to be unchanged
@@ -72,6 +81,13 @@ private:
     void Place(const DownloadPointer& download);
     void Complete(const DownloadPointer& download);
 
+    /// Where the document is to be: under its name, or where its copy in that folder is if something else has the name.
+    QString TargetOf(const ActiveDownload& download) const;
+    static QString NamedTarget(const ActiveDownload& download);
+
+    /// What the file was when it was last the same as the document; nothing when it is no copy of it.
+    std::optional<std::string> SyncHashOf(const QString& id, const QString& path) const;
+
     /// Decides whether the file at the target may be replaced. Otherwise ends the download and says why.
     bool MayTakeTarget(const DownloadPointer& download);
 
@@ -81,7 +97,7 @@ private:
     /// Whether the document has a local copy with changes elsewhere.
     bool HasOtherChangedCopy(const DownloadPointer& download) const;
 
-    QString NormalizedTarget(const DownloadPointer& download) const;
+    QString Normalized(const QString& path) const;
 
     /// Hashes files, whatever is cached: one that a download replaces must not have changes.
     void Read(const QStringList& paths, const std::function<void()>& done);

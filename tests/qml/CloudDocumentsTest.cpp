@@ -264,6 +264,8 @@ TEST_F(CloudDocumentsTest, SettlesConflictsInEachWay)
     EndOf(Call("keepBoth"), "uploaded");
     EXPECT_EQ(Names().size(), 2);
     EXPECT_EQ(Do("documentNamed('plan.pdf')"), id);
+    EndOf("downloadBeside('" + id + "', '" + Local("here") + "')", "downloaded");
+    EXPECT_EQ(ReadFile(Local("here/plan (2).pdf")), "theirs, newer");
     WriteFile(Local("there/better.pdf"), "better");
     EndOf("replaceWith('" + id + "', '" + Local("there/better.pdf") + "')", "uploaded");
     EXPECT_EQ(ReadFile(Local("cloud/plan.pdf")), "better");

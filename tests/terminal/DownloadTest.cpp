@@ -98,7 +98,7 @@ TEST_F(DownloadTest, ForeignFileIsNotOverwritten)
     EXPECT_EQ(ContentOf(Home() + "/out/report.pdf"), "mine");
 }
 
-TEST_F(DownloadTest, AFileInTheWayCanGetAnotherNameOrBeLeftAlone)
+TEST_F(DownloadTest, BesideAFileInTheWayADocumentCanHaveANumber)
 {
     MakeFile("Cloud/report.pdf", "from the cloud");
     MakeFile("out/report.pdf", "mine");
@@ -107,18 +107,33 @@ TEST_F(DownloadTest, AFileInTheWayCanGetAnotherNameOrBeLeftAlone)
     EXPECT_EQ(ContentOf(Home() + "/out/report.pdf"), "mine");
     const Outcome outcome = Run({"download", "report.pdf", "--to", "out", "--on-conflict=both"});
     EXPECT_EQ(outcome.exitStatus, 0) << outcome.errors.toStdString();
-    EXPECT_EQ(ContentOf(Home() + "/out/report.pdf"), "from the cloud");
-    QStringList names = QDir(Home() + "/out").entryList(QDir::Files);
-    ASSERT_EQ(names.size(), 2);
-    names.removeAll("report.pdf");
-    EXPECT_TRUE(names.first().startsWith("report (from ")) << names.first().toStdString();
-    EXPECT_EQ(ContentOf(Home() + "/out/" + names.first()), "mine");
+    EXPECT_TRUE(outcome.output.startsWith("downloaded out/report (2).pdf")) << outcome.output.toStdString();
+    EXPECT_EQ(ContentOf(Home() + "/out/report (2).pdf"), "from the cloud");
+    EXPECT_EQ(ContentOf(Home() + "/out/report.pdf"), "mine");
+    EXPECT_EQ(QDir(Home() + "/out").entryList(QDir::Files).size(), 2);
+}
+
+TEST_F(DownloadTest, ACopyWithChangesCanGetAnotherName)
+{
+    MakeFile("Cloud/report.pdf", "old");
+    ASSERT_EQ(Run({"download", "report.pdf", "--to", "."}).exitStatus, 0);
+    MakeFile("report.pdf", "mine");
+    MakeFile("Cloud/report.pdf", "theirs");
+    const Outcome outcome = Run({"download", "report.pdf", "--on-conflict=both"});
+    EXPECT_EQ(outcome.exitStatus, 0) << outcome.errors.toStdString();
+    EXPECT_EQ(ContentOf(Home() + "/report.pdf"), "theirs");
+    const QStringList others = QDir(Home()).entryList({"report (from *"}, QDir::Files);
+    ASSERT_EQ(others.size(), 1);
+    EXPECT_EQ(ContentOf(Home() + '/' + others.first()), "mine");
 }
 
 TEST_F(DownloadTest, NothingIsWrittenThroughALinkInTheWay)
 {
-    MakeFile("Cloud/report.pdf", "from the cloud");
+    MakeFile("Cloud/report.pdf", "old");
+    MakeFile("out/kept.txt", "");
+    ASSERT_EQ(Run({"download", "report.pdf", "--to", "out"}).exitStatus, 0);
     MakeFile("out/report.pdf", "mine");
+    MakeFile("Cloud/report.pdf", "from the cloud");
     const QString other = Host::OtherNameOf("report.pdf", QSysInfo::machineHostName(), QDate::currentDate(),
                                             [](const QString&) { return false; });
     ASSERT_TRUE(QFile::link(Home() + "/victim.pdf", Home() + "/out/" + other)); // which leads nowhere

@@ -3,10 +3,10 @@
 #include <host/CloudDocumentsModel.h>
 
 #include <QAbstractButton>
+#include <QDialog>
 #include <QDir>
 #include <QLabel>
 #include <QListView>
-#include <QMessageBox>
 #include <QTest>
 #include <QUrl>
 
@@ -19,16 +19,16 @@ using testing::IsEmpty;
 
 class DocumentsWindowTest : public WindowTest {
 protected:
-    /// A document in the cloud whose download found somebody's own file of its name.
+    /// A document in the cloud in whose place, when it came, there was somebody's own file of its name.
     void FailToDownload()
     {
         PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
         OpenCloud();
         ASSERT_TRUE(Shows({"a.pdf"}));
         MakeFolder(Local("downloads"));
-        WriteFile(Local("downloads/a.pdf"), "somebody's own");
         Select({"a.pdf"});
         Action("Download")->trigger();
+        WriteFile(Local("downloads/a.pdf"), "somebody's own");
         ASSERT_TRUE(WaitUntil([&] { return Transfers() == QStringList{"a.pdf failed"}; }));
     }
 
@@ -201,15 +201,15 @@ TEST_F(DocumentsWindowTest, TryAgainIsForWhatFailedWhateverIsSelected)
     OpenCloud();
     ASSERT_TRUE(Shows({"a.pdf", "b.pdf"}));
     MakeFolder(Local("downloads"));
-    WriteFile(Local("downloads/a.pdf"), "somebody's own");
     Select({"a.pdf", "b.pdf"});
     Action("Download")->trigger();
+    WriteFile(Local("downloads/a.pdf"), "somebody's own");
     ASSERT_TRUE(WaitUntil([&] { return Transfers() == QStringList({"a.pdf failed", "b.pdf finished"}); }));
     const auto list = Find<QListView>("transfers");
     list->setCurrentIndex(list->model()->index(1, 0));
     ASSERT_TRUE(QFile::remove(Local("downloads/a.pdf")));
     ClickButton("Try Again");
-    EXPECT_TRUE(WaitUntil([&] { return Transfers() == QStringList({"b.pdf finished", "a.pdf finished"}); }));
+    EXPECT_TRUE(WaitUntil([&] { return Transfers() == QStringList({"a.pdf finished", "b.pdf finished"}); }));
 }
 
 TEST_F(DocumentsWindowTest, ADownloadOfADocumentThatHasGoneSaysSoWhenItIsTriedAgain)
@@ -255,7 +255,7 @@ TEST_F(DocumentsWindowTest, WhatChangedOnBothSidesIsNotReplacedWithoutAQuestion)
     Answer("Cancel");
     Action("Upload Changes")->trigger();
     ASSERT_EQ(Questions().size(), 1);
-    EXPECT_THAT(Questions().first()->text().toStdString(), HasSubstr("“a.pdf” was changed both here and in the cloud"));
+    EXPECT_THAT(Question().toStdString(), HasSubstr("“a.pdf” was changed both here and in the cloud"));
     Answer("Cancel");
     EXPECT_EQ(ReadFile(Cloud("a.pdf")), theirs);
     Drop({Local("downloads/a.pdf")});

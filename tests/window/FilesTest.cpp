@@ -3,13 +3,13 @@
 #include <apps/window/CopiedDocuments.h>
 
 #include <QClipboard>
+#include <QDialog>
 #include <QDir>
 #include <QDragEnterEvent>
 #include <QDragLeaveEvent>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QListView>
-#include <QMessageBox>
 #include <QMimeData>
 #include <QUrl>
 
@@ -101,7 +101,7 @@ TEST_F(FilesTest, AFolderWithManyDocumentsIsAskedAbout)
     }
     Drop({Local("many")});
     ASSERT_TRUE(WaitUntil([&] { return Questions().size() == 1; }));
-    EXPECT_EQ(Questions().first()->text(), "Upload 51 files?");
+    EXPECT_EQ(Question(), "Upload 51 files?");
     Answer("Cancel");
     EXPECT_THAT(Transfers(), IsEmpty());
 }

@@ -7,6 +7,7 @@
 
 #include <QApplication>
 #include <QContextMenuEvent>
+#include <QDialog>
 #include <QLineEdit>
 #include <QListView>
 #include <QPainter>
@@ -237,7 +238,10 @@ TEST_F(PicturesTest, OfAConflict)
     Press(QKeySequence::Refresh);
     ASSERT_TRUE(WaitUntil([&] { return IsAs("garden-year.pdf", State::ChangedOnBothSides); }));
     Press(QKeySequence::Save);
-    ASSERT_TRUE(WaitUntil([&] { return !Questions().isEmpty(); }));
+    ASSERT_EQ(Questions().size(), 1);
+    for (const auto picture : Questions().first()->findChildren<Window::PagePicture*>()) {
+        ASSERT_TRUE(WaitUntil([&] { return picture->IsSettled(); }));
+    }
     Take("conflict");
 }
 

@@ -8,6 +8,8 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QDialog>
+#include <QDir>
 #include <QListView>
 #include <QMessageBox>
 #include <QPushButton>
@@ -70,11 +72,13 @@ TEST_F(QuestionsTest, BothVersionsOfADocumentAreShown)
     ASSERT_TRUE(WaitUntil([&] { return Action("Upload Changes")->isEnabled(); }));
     Action("Upload Changes")->trigger();
     ASSERT_EQ(Questions().size(), 1);
-    const auto colorAt = [&](int quarter) {
-        const QImage picture = Questions().first()->iconPixmap().toImage();
-        return picture.pixelColor(picture.width() * quarter / 4, picture.height() * 2 / 5);
+    const auto pictures = Questions().first()->findChildren<QWidget*>("pagePicture");
+    ASSERT_EQ(pictures.size(), 2);
+    const auto colorOf = [&](int picture) {
+        const QImage shown = pictures[picture]->grab().toImage();
+        return shown.pixelColor(shown.rect().center());
     };
-    EXPECT_TRUE(WaitUntil([&] { return colorAt(1) == QColor(Qt::green) && colorAt(3) == QColor(Qt::magenta); }));
+    EXPECT_TRUE(WaitUntil([&] { return colorOf(0) == QColor(Qt::green) && colorOf(1) == QColor(Qt::magenta); }));
     Answer("Cancel");
 }
 
@@ -83,10 +87,10 @@ TEST_F(QuestionsTest, BothVersionsOfADocumentCanBeKept)
     ASSERT_NO_FATAL_FAILURE(OpenWithConflict());
     Action("Upload Changes")->trigger();
     ASSERT_EQ(Questions().size(), 1);
-    EXPECT_THAT(Questions().first()->informativeText().toStdString(),
+    EXPECT_THAT(Explanation().toStdString(),
                 testing::AllOf(testing::HasSubstr("Here: "), testing::HasSubstr("In the cloud: ")));
-    EXPECT_EQ(Questions().first()->defaultButton()->text().remove('&'), "Keep Both");
-    Answer("Keep Both");
+    ASSERT_TRUE(WaitUntil([&] { return QApplication::activeWindow() == Questions().first(); }));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return); // which keeps both
     ASSERT_TRUE(WaitUntil([&] { return Names().size() == 2; }));
     const QString other = Names().first() == "a.pdf" ? Names().last() : Names().first();
     EXPECT_THAT(other.toStdString(), testing::StartsWith("a (from "));
@@ -140,10 +144,7 @@ TEST_F(QuestionsTest, ADownloadThatMeetsChangesAsksWhatIsToBecomeOfThem)
     Refresh();
     ASSERT_TRUE(WaitUntil([&] { return StateOf("a.pdf") == static_cast<int>(State::ChangedLocally); }));
     Action("Download")->trigger();
-    ASSERT_TRUE(WaitUntil([&] { return Transfers().contains("a.pdf failed"); }));
-    ClickButton("Try Again");
-    ASSERT_TRUE(WaitUntil([&] { return Questions().size() == 1; }));
-    EXPECT_EQ(Questions().first()->text(), "“a.pdf” has changes on this computer that are not in the cloud.");
+    EXPECT_EQ(Question(), "“a.pdf” has changes on this computer that are not in the cloud.");
     Answer("Use the Cloud’s");
     EXPECT_TRUE(WaitUntil([&] { return ReadFile(Local("downloads/a.pdf")) == cloud; }));
 }
@@ -158,7 +159,7 @@ TEST_F(QuestionsTest, ATakenNameIsAskedAbout)
     const QString other = LocalFile("c.pdf", ours);
     Drop({mine, other});
     ASSERT_EQ(Questions().size(), 1);
-    EXPECT_THAT(Questions().first()->text().toStdString(), testing::HasSubstr("“a.pdf”"));
+    EXPECT_THAT(Question().toStdString(), testing::HasSubstr("“a.pdf”"));
     Answer("Cancel");
     EXPECT_TRUE(Shows({"a.pdf", "b.pdf", "c.pdf"})); // which nobody has to be asked about
     Drop({mine});
@@ -172,6 +173,79 @@ TEST_F(QuestionsTest, ATakenNameIsAskedAbout)
     EXPECT_EQ(Names().filter("b").size(), 1);
 }
 
+TEST_F(QuestionsTest, SeveralTakenNamesAreAskedAboutOneByOneOrTogether)
+{
+    for (const char* const name : {"a.pdf", "b.pdf", "c.pdf", "d.pdf"}) {
+        PutIntoCloud(name, theirs);
+    }
+    OpenCloud();
+    ASSERT_TRUE(Shows({"a.pdf", "b.pdf", "c.pdf", "d.pdf"}));
+    QStringList mine;
+    for (const char* const name : {"a.pdf", "b.pdf", "c.pdf", "d.pdf"}) {
+        mine.append(LocalFile(name, ours));
+    }
+    Drop(mine);
+    EXPECT_THAT(Question().toStdString(), testing::HasSubstr("“a.pdf”"));
+    Answer("Skip");
+    EXPECT_THAT(Question().toStdString(), testing::HasSubstr("“b.pdf”"));
+    Answer("Replace");
+    EXPECT_THAT(Question().toStdString(), testing::HasSubstr("“c.pdf”"));
+    Answer("Do the same for the other one");
+    Answer("Keep Both");
+    EXPECT_THAT(Questions(), testing::IsEmpty());
+    EXPECT_TRUE(Shows({"a.pdf", "b.pdf", "c.pdf", "c (2).pdf", "d.pdf", "d (2).pdf"}));
+    EXPECT_TRUE(
+        WaitUntil([&] { return ReadFile(Cloud("b.pdf")) == ours && Transfers().filter("finished").size() == 3; }));
+    EXPECT_EQ(ReadFile(Cloud("a.pdf")), theirs);
+    EXPECT_EQ(ReadFile(Cloud("c.pdf")), theirs);
+}
+
+TEST_F(QuestionsTest, AnotherFileInThePlaceOfADownloadIsAskedAbout)
+{
+    PutIntoCloud("a.pdf", theirs);
+    OpenCloud();
+    ASSERT_TRUE(Shows({"a.pdf"}));
+    Select({"a.pdf"});
+    MakeFolder(Local("downloads"));
+    WriteFile(Local("downloads/a.pdf"), ours);
+    Action("Download")->trigger();
+    EXPECT_EQ(Question(), "There is another file “a.pdf” in " + Local("downloads") + " already.");
+    Answer("Cancel");
+    EXPECT_THAT(Transfers(), testing::IsEmpty());
+    Action("Download")->trigger();
+    Answer("Keep Both");
+    EXPECT_TRUE(WaitUntil([&] { return ReadFile(Local("downloads/a (2).pdf")) == theirs; }));
+    EXPECT_EQ(ReadFile(Local("downloads/a.pdf")), ours);
+    ASSERT_TRUE(WaitUntil([&] { return IsUpToDate("a.pdf"); }));
+    ASSERT_TRUE(QFile::remove(Local("downloads/a (2).pdf")));
+    Refresh();
+    Action("Download")->trigger();
+    ASSERT_EQ(Questions().size(), 1);
+    Answer("Replace");
+    EXPECT_TRUE(WaitUntil([&] { return ReadFile(Local("downloads/a.pdf")) == theirs; }));
+    const QStringList others = QDir(Local("downloads")).entryList({"a (from *"});
+    ASSERT_EQ(others.size(), 1);
+    EXPECT_EQ(ReadFile(Local("downloads/" + others.first())), ours);
+    EXPECT_EQ(Message(), "Your file “a.pdf” is now called “" + others.first() + "”.");
+}
+
+TEST_F(QuestionsTest, WhatComesIntoThePlaceOfADownloadMeanwhileIsAskedAboutThen)
+{
+    PutIntoCloud("a.pdf", theirs);
+    OpenCloud();
+    ASSERT_TRUE(Shows({"a.pdf"}));
+    Select({"a.pdf"});
+    MakeFolder(Local("downloads"));
+    Action("Download")->trigger();
+    WriteFile(Local("downloads/a.pdf"), ours);
+    ASSERT_TRUE(WaitUntil([&] { return Transfers().contains("a.pdf failed"); }));
+    ClickButton("Try Again");
+    ASSERT_TRUE(WaitUntil([&] { return Questions().size() == 1; }));
+    Answer("Keep Both");
+    EXPECT_TRUE(WaitUntil([&] { return ReadFile(Local("downloads/a (2).pdf")) == theirs; }));
+    EXPECT_TRUE(WaitUntil([&] { return !Transfers().contains("a.pdf failed"); }));
+}
+
 TEST_F(QuestionsTest, FilesOfSeveralStartsAreAskedAboutTogetherAndTheQuestionKeepsTheKeyboard)
 {
     OpenCloud();
@@ -181,7 +255,7 @@ TEST_F(QuestionsTest, FilesOfSeveralStartsAreAskedAboutTogetherAndTheQuestionKee
     window->OfferUpload({LocalFile("b.pdf", theirs), Local("a.pdf")});
     window->ComeToFront();
     ASSERT_TRUE(WaitUntil([&] { return Questions().size() == 1; }));
-    EXPECT_EQ(Questions().first()->text(), "Upload 2 files?");
+    EXPECT_EQ(Question(), "Upload 2 files?");
     EXPECT_TRUE(WaitUntil([&] { return QApplication::activeWindow() == Questions().first(); }));
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
     EXPECT_TRUE(Shows({"a.pdf", "b.pdf"}));
@@ -204,8 +278,7 @@ TEST_F(QuestionsTest, AVersionThatCameAfterTheRemovalIsNotRemoved)
     ASSERT_NO_FATAL_FAILURE(OpenWithConflict());
     QTest::keyClick(Documents(), Qt::Key_Delete);
     ASSERT_EQ(Questions().size(), 1);
-    EXPECT_THAT(Questions().first()->informativeText().toStdString(),
-                testing::HasSubstr("1 document has changes that are not in the cloud."));
+    EXPECT_THAT(Explanation().toStdString(), testing::HasSubstr("1 document has changes that are not in the cloud."));
     Answer("Remove");
     ASSERT_TRUE(Shows({}));
     PutIntoCloud("a.pdf", newer);

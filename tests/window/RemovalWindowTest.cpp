@@ -1,7 +1,7 @@
 #include "ServerWindowTest.h"
 
+#include <QDialog>
 #include <QListView>
-#include <QMessageBox>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -26,11 +26,11 @@ TEST_F(RemovalWindowTest, RemovalOfManyDocumentsAsksOnce)
     Select(names);
     QTest::keyClick(Documents(), Qt::Key_Delete);
     ASSERT_EQ(Questions().size(), 1);
-    EXPECT_THAT(Questions().first()->text().toStdString(), HasSubstr("11 documents"));
+    EXPECT_THAT(Question().toStdString(), HasSubstr("11 documents"));
     Answer("Cancel");
     EXPECT_TRUE(ReadFile(Cloud("10.pdf")));
     QTest::keyClick(Documents(), Qt::Key_Delete);
-    EXPECT_THAT(Questions().first()->informativeText().toStdString(), HasSubstr(".pdf and 6 more"));
+    EXPECT_THAT(Explanation().toStdString(), HasSubstr(".pdf and 6 more"));
     QSignalSpy removals(Documents()->model(), &QAbstractItemModel::rowsRemoved);
     Answer("Remove");
     ASSERT_TRUE(Shows({}));

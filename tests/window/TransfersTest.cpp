@@ -2,9 +2,9 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QDialog>
 #include <QLabel>
 #include <QListView>
-#include <QMessageBox>
 #include <QScreen>
 #include <QSplitter>
 #include <QTest>
@@ -149,7 +149,7 @@ TEST_F(TransfersTest, WhoQuitsIsToldWhatBecomesOfRunningTransfers)
     ASSERT_NO_FATAL_FAILURE(DropSlowly({"a.pdf"}));
     window->close();
     ASSERT_EQ(Questions().size(), 1);
-    EXPECT_THAT(Questions().first()->informativeText().toStdString(), HasSubstr("canceled and do not go on later"));
+    EXPECT_THAT(Explanation().toStdString(), HasSubstr("canceled and do not go on later"));
     Answer("Quit");
     ASSERT_TRUE(WaitUntil([&] { return !window->isVisible(); }));
     server.BehaveAgain();

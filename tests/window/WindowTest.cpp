@@ -205,22 +205,37 @@ QString WindowTest::Message() const
     return bar ? bar->findChild<QLabel*>("messageText")->text() : QString();
 }
 
-QList<QMessageBox*> WindowTest::Questions() const
+QList<QDialog*> WindowTest::Questions() const
 {
-    QList<QMessageBox*> open;
-    for (QMessageBox* const box : window->findChildren<QMessageBox*>()) {
-        if (box->isVisible()) {
-            open.append(box);
+    QList<QDialog*> open;
+    for (QDialog* const dialog : window->findChildren<QDialog*>()) {
+        if (dialog->isVisible()) {
+            open.append(dialog);
         }
     }
     return open;
 }
 
+QString WindowTest::Question() const
+{
+    const auto dialog = Questions().value(0);
+    const auto box = qobject_cast<QMessageBox*>(dialog);
+    const auto label = dialog ? dialog->findChild<QLabel*>("question") : nullptr;
+    return box ? box->text() : label ? label->text() : QString();
+}
+
+QString WindowTest::Explanation() const
+{
+    const auto dialog = Questions().value(0);
+    const auto box = qobject_cast<QMessageBox*>(dialog);
+    return box ? box->informativeText() : dialog ? dialog->accessibleDescription() : QString();
+}
+
 void WindowTest::Answer(const QString& button)
 {
     ASSERT_EQ(Questions().size(), 1);
-    for (QAbstractButton* const each : Questions().first()->buttons()) {
-        if (Plain(each->text()) == button) {
+    for (QAbstractButton* const each : Questions().first()->findChildren<QAbstractButton*>()) {
+        if (each->isVisible() && Plain(each->text()) == button) {
             Click(each);
             return;
         }

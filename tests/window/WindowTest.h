@@ -16,7 +16,7 @@
 
 class QAbstractButton;
 class QListView;
-class QMessageBox;
+class QDialog;
 
 namespace Norlis::Test {
 
@@ -83,7 +83,11 @@ protected:
     QString Status() const;
 
     /// Open questions to the user.
-    QList<QMessageBox*> Questions() const;
+    QList<QDialog*> Questions() const;
+
+    /// What the first of them asks, and what else it says.
+    QString Question() const;
+    QString Explanation() const;
     void Answer(const QString& button);
 
     /// Drops files onto the documents.

@@ -21,14 +21,50 @@
     </message>
 </context>
 <context>
-    <name>Norlis::Window::ConflictPictures</name>
+    <name>Norlis::Window::ChangesCommands</name>
     <message>
-        <source>Here</source>
-        <translation>Hier</translation>
+        <source>“%1” was changed both here and in the cloud.</source>
+        <translation>„%1“ wurde hier und in der Cloud geändert.</translation>
     </message>
     <message>
-        <source>In the cloud</source>
-        <translation>In der Cloud</translation>
+        <source>&amp;Keep Both</source>
+        <translation>&amp;Beide behalten</translation>
+    </message>
+    <message>
+        <source>Yours becomes a new document, with this computer and the date in its name.</source>
+        <translation>Ihre Fassung wird ein neues Dokument, mit diesem Computer und dem Datum im Namen.</translation>
+    </message>
+    <message>
+        <source>Use &amp;Mine</source>
+        <translation>&amp;Meine verwenden</translation>
+    </message>
+    <message>
+        <source>The version in the cloud is lost.</source>
+        <translation>Die Fassung in der Cloud geht verloren.</translation>
+    </message>
+    <message>
+        <source>Use the C&amp;loud’s</source>
+        <translation>&amp;Die der Cloud verwenden</translation>
+    </message>
+    <message>
+        <source>The version on this computer is lost.</source>
+        <translation>Die Fassung auf diesem Computer geht verloren.</translation>
+    </message>
+    <message>
+        <source>“%1” has changes on this computer that are not in the cloud.</source>
+        <translation>„%1“ hat auf diesem Computer Änderungen, die nicht in der Cloud sind.</translation>
+    </message>
+    <message>
+        <source>&amp;Upload Changes</source>
+        <translation>Ä&amp;nderungen hochladen</translation>
+    </message>
+    <message>
+        <source>The document in the cloud gets them.</source>
+        <translation>Das Dokument in der Cloud erhält sie.</translation>
+    </message>
+    <message>
+        <source>The changes on this computer are lost.</source>
+        <translation>Die Änderungen auf diesem Computer gehen verloren.</translation>
     </message>
 </context>
 <context>
@@ -255,10 +291,6 @@
 <context>
     <name>Norlis::Window::DocumentCommands</name>
     <message>
-        <source>Download To</source>
-        <translation>Herunterladen nach</translation>
-    </message>
-    <message>
         <source>“%1” cannot be opened.</source>
         <translation>„%1“ kann nicht geöffnet werden.</translation>
     </message>
@@ -273,14 +305,6 @@
     <message>
         <source>It has changed in the cloud since you were asked.</source>
         <translation>Es hat sich in der Cloud geändert, seit Sie gefragt wurden.</translation>
-    </message>
-    <message>
-        <source>Here: %1, %2</source>
-        <translation>Hier: %1, %2</translation>
-    </message>
-    <message>
-        <source>In the cloud: %1, %2</source>
-        <translation>In der Cloud: %1, %2</translation>
     </message>
     <message>
         <source>“%1” was removed.</source>
@@ -300,10 +324,6 @@
     <message>
         <source>Open the Older One</source>
         <translation>Die ältere öffnen</translation>
-    </message>
-    <message>
-        <source>%1 (newer)</source>
-        <translation>%1 (neuer)</translation>
     </message>
     <message>
         <source>No program for opening PDF documents was found.</source>
@@ -425,6 +445,53 @@
     <message>
         <source>Documents</source>
         <translation>Dokumente</translation>
+    </message>
+</context>
+<context>
+    <name>Norlis::Window::DownloadCommands</name>
+    <message>
+        <source>Download To</source>
+        <translation>Herunterladen nach</translation>
+    </message>
+    <message>
+        <source>There is another file “%1” in %2 already.</source>
+        <translation>In %2 gibt es schon eine andere Datei „%1“.</translation>
+    </message>
+    <message>
+        <source>&amp;Keep Both</source>
+        <translation>&amp;Beide behalten</translation>
+    </message>
+    <message>
+        <source>The document gets a number in its name here.</source>
+        <translation>Das Dokument erhält hier eine Nummer im Namen.</translation>
+    </message>
+    <message>
+        <source>&amp;Replace</source>
+        <translation>&amp;Ersetzen</translation>
+    </message>
+    <message>
+        <source>&amp;Other Folder…</source>
+        <translation>An&amp;derer Ordner …</translation>
+    </message>
+    <message>
+        <source>You choose where the document is saved.</source>
+        <translation>Sie wählen, wo das Dokument gespeichert wird.</translation>
+    </message>
+    <message>
+        <source>“%1” was not downloaded.</source>
+        <translation>„%1“ wurde nicht heruntergeladen.</translation>
+    </message>
+    <message>
+        <source>The file that is there is kept under another name.</source>
+        <translation>Die Datei, die dort ist, bleibt unter einem anderen Namen.</translation>
+    </message>
+    <message>
+        <source>What is there already cannot be given another name.</source>
+        <translation>Was dort schon ist, kann keinen anderen Namen erhalten.</translation>
+    </message>
+    <message>
+        <source>Your file “%1” is now called “%2”.</source>
+        <translation>Ihre Datei „%1“ heißt nun „%2“.</translation>
     </message>
 </context>
 <context>
@@ -660,38 +727,8 @@
         </translation>
     </message>
     <message>
-        <source>“%1” was changed both here and in the cloud.</source>
-        <translation>„%1“ wurde hier und in der Cloud geändert.</translation>
-    </message>
-    <message numerus="yes">
-        <source>%n documents were changed both here and in the cloud.</source>
-        <translation>
-            <numerusform>%n Dokument wurde hier und in der Cloud geändert.</numerusform>
-            <numerusform>%n Dokumente wurden hier und in der Cloud geändert.</numerusform>
-        </translation>
-    </message>
-    <message>
-        <source>Keep Both uploads yours as a new document with another name. With Use Mine the version in the cloud is lost, with Use the Cloud’s the one on this computer.</source>
-        <translation>„Beide behalten“ lädt Ihre Fassung als neues Dokument unter einem anderen Namen hoch. Mit „Meine verwenden“ geht die Fassung in der Cloud verloren, mit „Die der Cloud verwenden“ die auf diesem Computer.</translation>
-    </message>
-    <message>
         <source>Use the Cloud’s</source>
         <translation>Die der Cloud verwenden</translation>
-    </message>
-    <message>
-        <source>There is a document “%1” in the cloud already.</source>
-        <translation>In der Cloud gibt es schon ein Dokument „%1“.</translation>
-    </message>
-    <message numerus="yes">
-        <source>There are documents with the names of %n files in the cloud already.</source>
-        <translation>
-            <numerusform>In der Cloud gibt es schon ein Dokument mit dem Namen von %n Datei.</numerusform>
-            <numerusform>In der Cloud gibt es schon Dokumente mit den Namen von %n Dateien.</numerusform>
-        </translation>
-    </message>
-    <message>
-        <source>Keep Both gives what is uploaded another name. With Replace the version in the cloud is lost.</source>
-        <translation>„Beide behalten“ gibt dem, was hochgeladen wird, einen anderen Namen. Mit „Ersetzen“ geht die Fassung in der Cloud verloren.</translation>
     </message>
     <message>
         <source>Upload “%1”?</source>
@@ -703,14 +740,6 @@
             <numerusform>%n Datei hochladen?</numerusform>
             <numerusform>%n Dateien hochladen?</numerusform>
         </translation>
-    </message>
-    <message>
-        <source>“%1” has changes on this computer that are not in the cloud.</source>
-        <translation>„%1“ hat auf diesem Computer Änderungen, die nicht in der Cloud sind.</translation>
-    </message>
-    <message>
-        <source>With Use the Cloud’s they are lost.</source>
-        <translation>Mit „Die der Cloud verwenden“ gehen sie verloren.</translation>
     </message>
     <message>
         <source>Copies on this computer are kept. For half a minute, Undo takes it back.</source>
@@ -737,26 +766,6 @@
     <message>
         <source>The changes on this computer are lost.</source>
         <translation>Die Änderungen auf diesem Computer gehen verloren.</translation>
-    </message>
-    <message>
-        <source>&amp;Keep Both</source>
-        <translation>&amp;Beide behalten</translation>
-    </message>
-    <message>
-        <source>Use &amp;Mine</source>
-        <translation>&amp;Meine verwenden</translation>
-    </message>
-    <message>
-        <source>Use the C&amp;loud’s</source>
-        <translation>&amp;Die der Cloud verwenden</translation>
-    </message>
-    <message>
-        <source>&amp;Upload Changes</source>
-        <translation>Ä&amp;nderungen hochladen</translation>
-    </message>
-    <message>
-        <source>&amp;Replace</source>
-        <translation>&amp;Ersetzen</translation>
     </message>
     <message>
         <source>&amp;Upload</source>
@@ -1288,6 +1297,64 @@
     <message>
         <source>Nothing was uploaded. Choose a folder with fewer.</source>
         <translation>Es wurde nichts hochgeladen. Wählen Sie einen Ordner mit weniger Dokumenten.</translation>
+    </message>
+    <message>
+        <source>There is a document “%1” in the cloud already.</source>
+        <translation>In der Cloud gibt es schon ein Dokument „%1“.</translation>
+    </message>
+    <message>
+        <source>&amp;Keep Both</source>
+        <translation>&amp;Beide behalten</translation>
+    </message>
+    <message>
+        <source>Yours gets a number in its name.</source>
+        <translation>Ihre Datei erhält eine Nummer im Namen.</translation>
+    </message>
+    <message>
+        <source>&amp;Replace</source>
+        <translation>&amp;Ersetzen</translation>
+    </message>
+    <message>
+        <source>The version in the cloud is lost.</source>
+        <translation>Die Fassung in der Cloud geht verloren.</translation>
+    </message>
+</context>
+<context>
+    <name>Norlis::Window::VersionsDialog</name>
+    <message>
+        <source>%1 (newer)</source>
+        <translation>%1 (neuer)</translation>
+    </message>
+    <message>
+        <source>On this computer</source>
+        <translation>Auf diesem Computer</translation>
+    </message>
+    <message>
+        <source>In the cloud</source>
+        <translation>In der Cloud</translation>
+    </message>
+    <message>
+        <source>&amp;Skip</source>
+        <translation>Über&amp;springen</translation>
+    </message>
+    <message>
+        <source>It has changed again since you were asked.</source>
+        <translation>Inzwischen hat es sich noch einmal geändert.</translation>
+    </message>
+    <message>
+        <source>Here: %1</source>
+        <translation>Hier: %1</translation>
+    </message>
+    <message>
+        <source>In the cloud: %1</source>
+        <translation>In der Cloud: %1</translation>
+    </message>
+    <message numerus="yes">
+        <source>Do the same for the %n other(s)</source>
+        <translation>
+            <numerusform>Für das andere ebenso</numerusform>
+            <numerusform>Für die %n anderen ebenso</numerusform>
+        </translation>
     </message>
 </context>
 <context>

@@ -51,20 +51,6 @@
         </translation>
     </message>
     <message numerus="yes">
-        <source>%n documents were changed both here and in the cloud.</source>
-        <translation>
-            <numerusform>%n document was changed both here and in the cloud.</numerusform>
-            <numerusform>%n documents were changed both here and in the cloud.</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>There are documents with the names of %n files in the cloud already.</source>
-        <translation>
-            <numerusform>There is a document with the name of %n file in the cloud already.</numerusform>
-            <numerusform>There are documents with the names of %n files in the cloud already.</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
         <source>Upload %n files?</source>
         <translation>
             <numerusform>Upload %n file?</numerusform>
@@ -216,6 +202,16 @@
         <translation>
             <numerusform>There is more than %n PDF document in the folder.</numerusform>
             <numerusform>There are more than %n PDF documents in the folder.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>Norlis::Window::VersionsDialog</name>
+    <message numerus="yes">
+        <source>Do the same for the %n other(s)</source>
+        <translation>
+            <numerusform>Do the same for the other one</numerusform>
+            <numerusform>Do the same for the %n others</numerusform>
         </translation>
     </message>
 </context>

@@ -125,6 +125,46 @@ TEST_F(CloudSessionDownloadTest, ForeignFileOfTheSameNameIsLeftAlone)
     EXPECT_THAT(protocol->CallsOf("downloadFile"), IsEmpty());
 }
 
+TEST_F(CloudSessionDownloadTest, WhatIsBesideAForeignFileHasANumberAndIsRefreshedThere)
+{
+    EXPECT_EQ(session->ObstacleTo("1", folder), "");
+    Write("1.pdf", "mine");
+    EXPECT_EQ(session->ObstacleTo("1", folder), PathOf("1.pdf"));
+    EXPECT_EQ(session->ObstacleTo("unknown", folder), "");
+    session->DownloadBeside("1", folder);
+    ASSERT_TRUE(WaitForCalls("downloadFile", 1));
+    Write("1 (2).pdf", "came meanwhile");
+    Deliver("text");
+    ASSERT_TRUE(WaitForEvent("DocumentDownloaded"));
+    EXPECT_THAT(Events(), ElementsAre("DocumentDownloaded(1, 1 (3).pdf)"));
+    EXPECT_EQ(Held("1")->GetPath().utf8string(), PathOf("1 (3).pdf").toStdString());
+    EXPECT_EQ(StatusOf("1"), Status::InSync);
+
+    Refresh({EntryOf("1", "second edition"), EntryOf("2")});
+    EXPECT_EQ(session->ObstacleTo("1", folder), "");
+    Events();
+    Download("1", "second edition");
+    EXPECT_THAT(Events(), ElementsAre("DocumentDownloaded(1, 1 (3).pdf)"));
+    EXPECT_EQ(Read(PathOf("1 (3).pdf")), "second edition");
+    EXPECT_EQ(Read(PathOf("1 (2).pdf")), "came meanwhile");
+    EXPECT_EQ(Read(PathOf("1.pdf")), "mine");
+    EXPECT_EQ(FilesIn(folder), QStringList({"1 (2).pdf", "1 (3).pdf", "1.pdf"}));
+}
+
+TEST_F(CloudSessionDownloadTest, WhatIsBesideNothingHasItsName)
+{
+    session->DownloadBeside("1", folder);
+    ASSERT_TRUE(WaitForCalls("downloadFile", 1));
+    Deliver("text");
+    ASSERT_TRUE(WaitForEvent("DocumentDownloaded"));
+    EXPECT_THAT(Events(), ElementsAre("DocumentDownloaded(1, 1.pdf)"));
+    Write("1.pdf", "my changes");
+    session->DownloadBeside("1", folder);
+    ASSERT_TRUE(WaitForEvent("Failed"));
+    EXPECT_EQ(problem.cause.kind, Social::OAuth2::FailureKind::Conflict);
+    EXPECT_EQ(Read(PathOf("1.pdf")), "my changes");
+}
+
 TEST_F(CloudSessionDownloadTest, FileThatAppearsMeanwhileIsLeftAlone)
 {
     Request("1");
