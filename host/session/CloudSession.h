@@ -99,7 +99,7 @@ public:
     /// what waits then fails.
     void StaySignedIn(const QString& token);
 
-    /// Asks the service at once, when it is Offline.
+    /// Asks the service at once, when it is Offline. The session's own attempts go on as if it had not been asked.
     void TryNow();
 
     /// Signs out, and ends StaySignedIn.
