@@ -1006,6 +1006,21 @@
         <source>trying again…</source>
         <translation>neuer Versuch läuft …</translation>
     </message>
+    <message>
+        <source>Stop Waiting</source>
+        <translation>Nicht mehr warten</translation>
+    </message>
+    <message>
+        <source>Work offline until the cloud answers again</source>
+        <translation>Offline arbeiten, bis die Cloud wieder antwortet</translation>
+    </message>
+    <message numerus="yes">
+        <source>The cloud has not answered for %n s</source>
+        <translation>
+            <numerusform>Die Cloud antwortet seit %n s nicht</numerusform>
+            <numerusform>Die Cloud antwortet seit %n s nicht</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>Norlis::Window::StorageBar</name>
