@@ -1674,6 +1674,10 @@
         <source>It has no page that can be shown</source>
         <translation>Es hat keine Seite, die gezeigt werden kann</translation>
     </message>
+    <message>
+        <source>Check the address: without encryption it begins with http://.</source>
+        <translation>Prüfen Sie die Adresse: Ohne Verschlüsselung beginnt sie mit http://.</translation>
+    </message>
 </context>
 <context>
     <name>Texts</name>
