@@ -57,6 +57,32 @@ TEST_F(AddressWindowTest, WhoForgetsThatAServerOnThisComputerUsesNoEncryptionIsT
     EXPECT_EQ(Find<QLineEdit>("address")->selectedText(), Address());
 }
 
+TEST_F(AddressWindowTest, WhoHasSignedOutIsOfferedTheAddressAndTheUserButNotThePassword)
+{
+    SignIn();
+    Action("Sign Out")->trigger();
+    ASSERT_TRUE(WaitUntil([&] { return Find<QLineEdit>("address") != nullptr; }));
+    Close();
+    Open();
+    ASSERT_TRUE(Find<QLineEdit>("address"));
+    EXPECT_EQ(Address(), server.Address().toDisplayString(QUrl::RemoveUserInfo));
+    EXPECT_EQ(Find<QLineEdit>("user")->text(), server.User());
+    EXPECT_EQ(Find<QLineEdit>("password")->text(), "");
+    EXPECT_TRUE(Find<QLineEdit>("password")->hasFocus());
+}
+
+TEST_F(AddressWindowTest, WhoHasSignedOutOfAFolderIsOfferedItAgain)
+{
+    OpenCloud();
+    ASSERT_TRUE(WaitUntil([&] { return Action("Sign Out") && Action("Sign Out")->isEnabled(); }));
+    Action("Sign Out")->trigger();
+    ASSERT_TRUE(WaitUntil([&] { return Find<QLineEdit>("folder") != nullptr; }));
+    Close();
+    Open();
+    ASSERT_TRUE(Find<QLineEdit>("folder")) << "it would be signed in to";
+    EXPECT_EQ(Find<QLineEdit>("folder")->text(), Cloud());
+}
+
 } // namespace
 
 } // namespace Norlis::Test
