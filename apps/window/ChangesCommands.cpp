@@ -27,6 +27,7 @@ void ChangesCommands::Upload(const QStringList& ids)
 {
     QStringList conflicts;
     for (const QString& id : ids) {
+        unasked.remove(id);
         const int state = StateOf(id);
         if (state == static_cast<int>(State::ChangedOnBothSides) || state == static_cast<int>(State::ChangedInCloud)) {
             conflicts.append(id);
@@ -35,6 +36,12 @@ void ChangesCommands::Upload(const QStringList& ids)
         }
     }
     AskAboutConflicts(conflicts);
+}
+
+void ChangesCommands::UploadUnasked(const QString& id)
+{
+    unasked.insert(id);
+    parts.transfers.UploadChanges(id);
 }
 
 void ChangesCommands::GiveUp(const QStringList& ids)
@@ -121,7 +128,9 @@ void ChangesCommands::OnFailed(const Host::CloudProblem& problem)
 {
     if (problem.request == Host::CloudProblem::Request::Upload &&
         problem.cause.kind == Social::OAuth2::FailureKind::Conflict) {
-        conflicted.append(problem.subject);
+        if (!unasked.remove(parts.session.DocumentAt(problem.subject))) { // otherwise a message tells of it
+            conflicted.append(problem.subject);
+        }
         parts.session.Refresh(); // what stands in the cloud has to be known before anybody is asked
     }
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QSet>
 #include <QStringList>
 
 class QWidget;
@@ -34,6 +35,9 @@ public:
     /// Asks about those that were changed in the cloud.
     void Upload(const QStringList& ids);
 
+    /// As the user wants it done whenever something is saved: does not ask, since other work would be interrupted.
+    void UploadUnasked(const QString& id);
+
     /// Gives the changes up, after a question.
     void GiveUp(const QStringList& ids);
 
@@ -54,6 +58,7 @@ private:
 
     const Parts parts;
     QWidget& widget;
+    QSet<QString> unasked;  ///< ids of what is uploaded so
     QStringList conflicted; ///< paths of uploads that met another version; asked about when the list is there
 };
 

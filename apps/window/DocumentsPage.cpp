@@ -92,6 +92,7 @@ DocumentsPage::~DocumentsPage()
 void DocumentsPage::SignIn(const QString& newToken)
 {
     token = newToken;
+    askedAt = QDateTime::currentDateTime();
     session.StaySignedIn(token);
     UpdateStatus();
 }
@@ -198,6 +199,7 @@ void DocumentsPage::ConnectSession()
     connect(&cloud, &AbstractCloudManager::AuthorizationCompleted, this, &DocumentsPage::OnSignedIn);
     connect(&cloud, &AbstractCloudManager::RetrievingFilesListStarted, this, [this] {
         isRefreshing = true;
+        askedAt = QDateTime::currentDateTime();
         UpdateStatus();
     });
     status->Storage().Follow(session);
@@ -229,6 +231,7 @@ void DocumentsPage::ConnectSession()
     });
     connect(status, &StatusLine::KeyboardLeft, this, &DocumentsPage::FocusDocuments);
     connect(status, &StatusLine::TryNowChosen, &session, &CloudSession::TryNow);
+    connect(status, &StatusLine::StopWaitingChosen, &session, &CloudSession::StopWaiting);
 }
 
 void DocumentsPage::ConnectDocuments()
@@ -553,6 +556,7 @@ void DocumentsPage::UpdateStatus()
     }
     situation.isRefreshing = isRefreshing;
     situation.isSigningIn = !token.isEmpty();
+    situation.askedAt = askedAt;
     situation.refreshedAt = refreshedAt;
     situation.isOffline = isAway;
     situation.nextAttempt = session.NextAttempt();

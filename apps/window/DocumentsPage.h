@@ -136,6 +136,7 @@ private:
     bool isAway = false;     ///< whether the cloud has not answered since it was found offline
     int countBeforeLoss = 0; ///< of the documents, when many were gone at once; they may come back
     QDateTime refreshedAt;
+    QDateTime askedAt; ///< the cloud, for a list or to sign in
 };
 
 } // namespace Norlis::Window

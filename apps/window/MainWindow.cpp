@@ -102,7 +102,7 @@ void MainWindow::Open()
     const QUrl service = accounts->ServiceUrl();
     const Host::CloudAccount known(accounts, service);
     if (service.isEmpty() || known.Token().isEmpty()) {
-        AskForService(service);
+        AskForService(accounts->LastServiceUrl());
         return;
     }
     if (OpenSession(known)) {

@@ -55,6 +55,7 @@ constexpr const char* known[] = {
     QT_TRANSLATE_NOOP("ServiceTexts", "It has no page that can be shown"),
     QT_TRANSLATE_NOOP("ServiceTexts", "Check the network and the address of the service, and try again."),
     QT_TRANSLATE_NOOP("ServiceTexts", "Check the address of the service."),
+    QT_TRANSLATE_NOOP("ServiceTexts", "Check the address: without encryption it begins with http://."),
     QT_TRANSLATE_NOOP("ServiceTexts", "Check that the address is that of a WebDAV server."),
     QT_TRANSLATE_NOOP("ServiceTexts", "Check that the address is that of a WebDAV collection."),
     QT_TRANSLATE_NOOP("ServiceTexts", "Do not enter a password there unless you know why. If the server's certificate "

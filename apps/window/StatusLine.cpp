@@ -8,24 +8,35 @@
 
 namespace Norlis::Window {
 
+namespace {
+
+constexpr int usualSeconds = 10; // for an answer
+
+} // namespace
+
 StatusLine::StatusLine(QWidget* parent)
     : QFrame(parent),
       text(new ElidedLabel),
       tryNow(new QPushButton(tr("Try Now"))),
+      stopWaiting(new QPushButton(tr("Stop Waiting"))),
       storage(new StorageBar)
 {
     text->setObjectName("status");
     tryNow->setObjectName("tryNow");
     tryNow->setToolTip(tr("Connect to the cloud now"));
+    stopWaiting->setToolTip(tr("Work offline until the cloud answers again"));
+    stopWaiting->hide();
     const auto layout = new QHBoxLayout(this);
     const int gap = fontMetrics().height() / 3;
     layout->setContentsMargins(2 * gap, gap, 2 * gap, gap);
     layout->addWidget(text);
     layout->addWidget(tryNow);
+    layout->addWidget(stopWaiting);
     layout->addStretch(1);
     layout->addWidget(storage);
     layout->addStrut(tryNow->sizeHint().height()); // nothing jumps when the button comes
     connect(tryNow, &QPushButton::clicked, this, &StatusLine::TryNowChosen);
+    connect(stopWaiting, &QPushButton::clicked, this, &StatusLine::StopWaitingChosen);
     countdown.setInterval(1000);
     connect(&countdown, &QTimer::timeout, this, &StatusLine::Update);
 }
@@ -33,16 +44,13 @@ StatusLine::StatusLine(QWidget* parent)
 void StatusLine::Show(const Situation& newSituation)
 {
     situation = newSituation;
-    const bool hadKeyboard = tryNow->hasFocus();
-    tryNow->setVisible(situation.isOffline);
-    if (hadKeyboard && !situation.isOffline) {
-        emit KeyboardLeft();
+    if (!situation.isOffline) {
+        Explain({}, {});
     }
-    if (situation.isOffline) {
+    if (situation.isOffline || situation.isRefreshing || situation.isSigningIn) {
         countdown.start();
     } else {
         countdown.stop();
-        Explain({}, {});
     }
     Update();
 }
@@ -66,7 +74,22 @@ StorageBar& StatusLine::Storage()
 
 void StatusLine::Update()
 {
+    const bool hadKeyboard = tryNow->hasFocus() || stopWaiting->hasFocus();
+    tryNow->setVisible(situation.isOffline);
+    stopWaiting->setVisible(SecondsWithoutAnswer() > 0);
+    if (hadKeyboard && !tryNow->hasFocus() && !stopWaiting->hasFocus()) {
+        emit KeyboardLeft();
+    }
     text->setText(situation.isOffline ? OfflineText() : OnlineText());
+}
+
+int StatusLine::SecondsWithoutAnswer() const
+{
+    if (situation.isOffline || !(situation.isRefreshing || situation.isSigningIn)) {
+        return 0;
+    }
+    const qint64 seconds = situation.askedAt.secsTo(QDateTime::currentDateTime());
+    return seconds < usualSeconds ? 0 : static_cast<int>(seconds);
 }
 
 QString StatusLine::NumbersText() const
@@ -83,7 +106,9 @@ QString StatusLine::NumbersText() const
 QString StatusLine::OnlineText() const
 {
     QStringList parts = {NumbersText()};
-    if (situation.isRefreshing) {
+    if (const int seconds = SecondsWithoutAnswer()) {
+        parts.append(tr("The cloud has not answered for %n s", nullptr, seconds));
+    } else if (situation.isRefreshing) {
         parts.append(tr("refreshing…"));
     } else if (situation.isSigningIn) {
         parts.append(tr("signing in…"));

@@ -24,6 +24,7 @@ public:
         qint64 selectedSize = 0; ///< bytes
         bool isRefreshing = false;
         bool isSigningIn = false;
+        QDateTime askedAt;     ///< when that was begun
         QDateTime refreshedAt; ///< invalid when there was no list yet
         bool isOffline = false;
         QDateTime nextAttempt; ///< while it is offline; invalid while it is being attempted
@@ -31,7 +32,7 @@ public:
 
     explicit StatusLine(QWidget* parent = nullptr);
 
-    /// Counts the seconds down by itself while it is offline.
+    /// Counts the seconds by itself while it is offline or waits for an answer.
     void Show(const Situation& newSituation);
 
     /// Why it is offline.
@@ -43,6 +44,9 @@ public:
 signals:
     void TryNowChosen();
 
+    /// What the cloud has not answered is no longer waited for.
+    void StopWaitingChosen();
+
     /// The button goes that had the keyboard.
     void KeyboardLeft();
 
@@ -51,6 +55,9 @@ protected:
 
 private:
     void Update();
+
+    /// For an answer that is being waited for; 0 while that takes no longer than usual.
+    int SecondsWithoutAnswer() const;
     QString NumbersText() const;
     QString OnlineText() const;
     QString OfflineText() const;
@@ -59,6 +66,7 @@ private:
     QString reason; ///< a sentence
     QLabel* const text;
     QPushButton* const tryNow;
+    QPushButton* const stopWaiting;
     StorageBar* const storage;
     QTimer countdown;
 };

@@ -55,7 +55,7 @@ void UnsentChanges::OnSaved(const QString& id)
     const int state = model.index(model.RowOf(id)).data(Model::StateRole).toInt();
     const bool isSimple = state == static_cast<int>(State::ChangedLocally); // otherwise the user has to decide
     if (preferences.UploadsByItself() && isSimple && !transfers.IsActive(id)) {
-        emit UploadChosen({id});
+        emit UploadDue(id);
     }
     Tell();
 }

@@ -31,6 +31,8 @@ public:
     int Count() const;
 
 signals:
+    /// A document was saved, and the user wants changes to be uploaded then.
+    void UploadDue(const QString& id);
     void UploadChosen(const QStringList& ids);
     void UploadAsNewChosen(const QStringList& paths);
 

@@ -186,6 +186,7 @@ QWidget* WelcomePage::ServerChoice()
         }
     });
     connect(signIn, &QPushButton::clicked, this, &WelcomePage::ChooseServer);
+    connect(address, &QLineEdit::editingFinished, this, &WelcomePage::CompleteAddress);
     for (QLineEdit* const field : {address, user, password, certificates}) {
         connect(field, &QLineEdit::returnPressed, this, &WelcomePage::ChooseServer);
     }
@@ -269,13 +270,17 @@ void WelcomePage::ChooseFolder()
     emit Chosen(QUrl::fromLocalFile(QDir::cleanPath(path)), {}, {});
 }
 
+void WelcomePage::CompleteAddress()
+{
+    const QString text = address->text().trimmed();
+    address->setText(text.isEmpty() || text.contains("://") ? text : "https://" + text);
+}
+
 void WelcomePage::ChooseServer()
 {
     lastTried = password;
-    QString text = address->text().trimmed();
-    if (!text.isEmpty() && !text.contains("://")) {
-        text.prepend("https://");
-    }
+    CompleteAddress();
+    const QString text = address->text();
     if (text.isEmpty()) {
         address->setFocus();
         ShowProblem(tr("Something is missing."), tr("Enter the address of the server."));

@@ -46,6 +46,9 @@ private:
     QWidget* FolderChoice();
     QWidget* ServerChoice();
     void ChooseFolder();
+
+    /// Shows what the address will be taken for.
+    void CompleteAddress();
     void ChooseServer();
 
     QLineEdit* const folder;

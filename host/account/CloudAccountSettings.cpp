@@ -23,6 +23,7 @@ namespace Norlis::Host {
 namespace {
 
 constexpr auto serviceKey = "service/url";
+constexpr auto lastKey = "service/last";
 const auto certificateKey = QStringLiteral("/certificates");
 const auto plainHttpKey = QStringLiteral("/plainHttp");
 
@@ -133,13 +134,27 @@ CloudAccountSettings::CloudAccountSettings(const QString& folder)
 
 QUrl CloudAccountSettings::ServiceUrl() const
 {
-    const QUrl url(settings.value(serviceKey).toString(), QUrl::StrictMode);
+    return UrlAt(serviceKey);
+}
+
+QUrl CloudAccountSettings::LastServiceUrl() const
+{
+    return UrlAt(lastKey);
+}
+
+QUrl CloudAccountSettings::UrlAt(const char* key) const
+{
+    const QUrl url(settings.value(key).toString(), QUrl::StrictMode);
     return url.isValid() ? url : QUrl();
 }
 
 void CloudAccountSettings::SetServiceUrl(const QUrl& url)
 {
-    settings.setValue(serviceKey, url.toString(QUrl::FullyEncoded | QUrl::RemovePassword));
+    const QString address = url.toString(QUrl::FullyEncoded | QUrl::RemovePassword);
+    settings.setValue(serviceKey, address);
+    if (!url.isEmpty()) {
+        settings.setValue(lastKey, address);
+    }
     Store(settings);
 }
 

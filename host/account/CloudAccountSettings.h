@@ -28,6 +28,9 @@ public:
     /// The service that was signed in to last; empty when there is none. A password in it is not kept.
     QUrl ServiceUrl() const;
 
+    /// As ServiceUrl, also when it was forgotten since: to be offered to whoever signs in again.
+    QUrl LastServiceUrl() const;
+
     /// Like the others that store something, this throws std::runtime_error when it cannot be stored. Until the program
     /// ends the settings are what was set nevertheless. Empty forgets it.
     void SetServiceUrl(const QUrl& url);
@@ -52,6 +55,7 @@ public:
     QString ServiceFolder(const QUrl& service) const;
 
 private:
+    QUrl UrlAt(const char* key) const;
     QString TokenFile(const QUrl& service) const;
 
     QString folder;

@@ -113,8 +113,9 @@ QUrl ServiceAddress(const QString& text, const QString& user)
         throw Refusal("There is no address. Give the path of a folder, or the address of a WebDAV server");
     }
     if (!IsAddress(text) && LacksScheme(text)) {
-        throw Refusal(
-            "The address has no scheme: write https:// before it. If it is the path of a folder, write ./ before it");
+        throw Refusal("The address has no scheme: write https:// before it, or http:// for a server on this computer "
+                      "that uses no "
+                      "encryption. If it is the path of a folder, write ./ before it");
     }
     const QUrl url =
         IsAddress(text) ? Parsed(text) : QUrl::fromLocalFile(QDir::cleanPath(QDir().absoluteFilePath(text)));

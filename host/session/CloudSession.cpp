@@ -335,6 +335,11 @@ void CloudSession::TryNow()
     d->connection.TryNow();
 }
 
+void CloudSession::StopWaiting()
+{
+    Later(this, [this] { d->cloud.StopWaiting(); });
+}
+
 void CloudSession::SignOut()
 {
     const auto guard = d->lifetime.Watch();

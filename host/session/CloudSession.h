@@ -99,8 +99,13 @@ public:
     /// what waits then fails.
     void StaySignedIn(const QString& token);
 
-    /// Asks the service at once, when it is Offline.
+    /// Asks the service at once, when it is Offline. The session's own attempts go on as if it had not been asked.
     void TryNow();
+
+    /// Has the sign-in and the list that the service has not answered yet fail now, for whoever does not want to wait
+    /// until it has been silent for too long: the session is Offline then. Over a protocol of another kind nothing
+    /// happens.
+    void StopWaiting();
 
     /// Signs out, and ends StaySignedIn.
     void SignOut();

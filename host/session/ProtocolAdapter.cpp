@@ -1,9 +1,13 @@
 #include "ProtocolAdapter.h"
 
+#include <memory>
+#include <utility>
+
 namespace Norlis::Host {
 
 using Social::NorlisCloudSharingResult;
 using Social::RequestResult;
+using Social::OAuth2::FailureKind;
 
 ProtocolAdapter::ProtocolAdapter(const Social::OAuth2::AuthInfo& authInfo, const std::string& name)
     : isFolder(authInfo.serviceUrl.isLocalFile()),
@@ -11,9 +15,37 @@ ProtocolAdapter::ProtocolAdapter(const Social::OAuth2::AuthInfo& authInfo, const
 {
 }
 
+template <typename... Payload, typename Request>
+qint64 ProtocolAdapter::Await(std::function<void(qint64, RequestResult, Payload...)>&& done, Request request)
+{
+    const auto end = std::make_shared<std::function<void(qint64, RequestResult, Payload...)>>(std::move(done));
+    const qint64 id = request([this, end](qint64 id, RequestResult result, const Payload&... payload) {
+        const auto kept = end; // which this function may not outlive
+        awaited.erase(id);
+        (*kept)(id, result, payload...);
+    });
+    if (id >= 0) {
+        awaited[id] = [id, end] { (*end)(id, Social::Error, Payload()...); };
+    }
+    return id;
+}
+
+void ProtocolAdapter::StopWaiting()
+{
+    const auto tell = observer; // the first callback may destroy this
+    const auto guard = lifetime.Watch();
+    for (const auto& [id, fail] : std::exchange(awaited, {})) {
+        if (guard) {
+            protocol.cancelOperation(id);
+            tell({id, "Waiting", {}, "The server has stopped answering", "Try again later.", FailureKind::Unavailable});
+            fail();
+        }
+    }
+}
+
 qint64 ProtocolAdapter::auth(const QMap<QString, QString>& fields, std::function<void(qint64, RequestResult)>&& done)
 {
-    return protocol.auth(fields, std::move(done));
+    return Await(std::move(done), [&](auto&& end) { return protocol.auth(fields, std::move(end)); });
 }
 
 void ProtocolAdapter::logout()
@@ -55,7 +87,7 @@ qint64 ProtocolAdapter::retriveFileInfo(const FileFieldData& data,
 qint64 ProtocolAdapter::retriveFileList(const FileFieldData& data,
                                         std::function<void(qint64, RequestResult, QList<FileInfo>)>&& done)
 {
-    return protocol.retriveFileList(data, std::move(done));
+    return Await(std::move(done), [&](auto&& end) { return protocol.retriveFileList(data, std::move(end)); });
 }
 
 qint64 ProtocolAdapter::downloadFile(const FileFieldData& data, std::function<void(qint64, RequestResult)>&& done,
@@ -89,12 +121,14 @@ qint64 ProtocolAdapter::retrievePreview(const QMap<QString, QString>& fields,
 
 void ProtocolAdapter::cancelOperation(qint64 id)
 {
+    awaited.erase(id);
     protocol.cancelOperation(id);
 }
 
-void ProtocolAdapter::SetFailureObserver(FailureObserver observer)
+void ProtocolAdapter::SetFailureObserver(FailureObserver newObserver)
 {
-    protocol.SetFailureObserver(std::move(observer));
+    observer = newObserver;
+    protocol.SetFailureObserver(std::move(newObserver));
 }
 
 } // namespace Norlis::Host

@@ -1,9 +1,12 @@
 #pragma once
 
+#include <base/Lifetime.h>
 #include <contracts/ICloudProtocol.h>
 #include <contracts/IFailureSource.h>
 #include <contracts/NorlisCloudProtocol.h>
 #include <host/Export.h>
+
+#include <map>
 
 namespace Norlis::Host {
 
@@ -19,6 +22,10 @@ public:
     {
         return protocol;
     }
+
+    /// Has the sign-ins and the lists that are under way fail at once, as they do when the service is silent for too
+    /// long. Calls back from inside.
+    void StopWaiting();
 
     /// Whether the service is a folder.
     bool IsFolder() const
@@ -53,11 +60,18 @@ public:
     qint64 retrievePreview(const QMap<QString, QString>& fields,
                            std::function<void(qint64, Social::RequestResult, QPixmap)>&& done) override;
     void cancelOperation(qint64 id) override;
-    void SetFailureObserver(FailureObserver observer) override;
+    void SetFailureObserver(FailureObserver newObserver) override;
 
 private:
+    /// Sends a request whose end StopWaiting may bring about.
+    template <typename... Payload, typename Request>
+    qint64 Await(std::function<void(qint64, Social::RequestResult, Payload...)>&& done, Request request);
+
     const bool isFolder;
+    FailureObserver observer;
+    std::map<qint64, std::function<void()>> awaited; ///< how each request fails, by operation
     Social::NorlisCloudProtocol protocol;
+    Lifetime lifetime;
 };
 
 } // namespace Norlis::Host

@@ -98,6 +98,13 @@ void SessionCloud::AwaitChange(std::function<void(bool)> done)
     }
 }
 
+void SessionCloud::StopWaiting()
+{
+    if (adapter) {
+        adapter->StopWaiting();
+    }
+}
+
 qint64 SessionCloud::PreviewLocalFile(const QString& path, int page, const QSize& box,
                                       std::function<void(qint64, Social::RequestResult, QPixmap, int)>&& done)
 {

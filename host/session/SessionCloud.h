@@ -62,6 +62,9 @@ public:
     /// See NorlisCloudProtocol::awaitChange. Only while somebody is signed in; done may be called at once.
     void AwaitChange(std::function<void(bool hasChanged)> done);
 
+    /// See ProtocolAdapter. The session may be gone afterwards.
+    void StopWaiting();
+
     /// See NorlisCloudProtocol::previewLocalFile.
     qint64 PreviewLocalFile(const QString& path, int page, const QSize& box,
                             std::function<void(qint64, Social::RequestResult, QPixmap, int pageCount)>&& done);

@@ -28,18 +28,28 @@ SessionConnection::SessionConnection(const SessionContext& context, std::functio
     connect(&context.session, &CloudSession::Failed, this, &SessionConnection::OnFailed);
     connect(&context.session, &CloudSession::UploadWaiting, this, &SessionConnection::OnBroken);
     connect(&context.session, &CloudSession::DownloadWaiting, this, &SessionConnection::OnBroken);
-    const auto onTransferred = [this] {
+    const auto onSuccess = [this] {
         if (state == Connection::Offline) {
             OnAnswered();
         }
     };
-    connect(&context.session, &CloudSession::DocumentUploaded, this, onTransferred);
-    connect(&context.session, &CloudSession::DocumentDownloaded, this, onTransferred);
+    connect(&context.session, &CloudSession::DocumentUploaded, this, onSuccess);
+    connect(&context.session, &CloudSession::DocumentDownloaded, this, onSuccess);
+    connect(&manager, &AbstractCloudManager::RemoveFileFinished, this, onSuccess);
+    connect(&manager, &AbstractCloudManager::RetrievingUserQuotaFinished, this, onSuccess);
+    connect(&manager, &AbstractCloudManager::RetrieveFilePreviewFinished, this, &SessionConnection::OnPicture);
+    connect(&context.session, &CloudSession::PageDrawn, this, [this](qint64, const DrawnPage& page) {
+        if (!page.picture.isNull() && page.pageCount == 0) { // which is known of files on this computer
+            OnPicture();
+        }
+    });
+    retry.setParent(&context.session); // where tests find it
     retry.setSingleShot(true);
     connect(&retry, &QTimer::timeout, this, &SessionConnection::TryNow);
     connect(&network, &NetworkWatch::Changed, this, [this] {
         if (state == Connection::Offline) {
             failedAttempts = 0;
+            retry.stop();
             TryNow();
         }
     });
@@ -49,6 +59,7 @@ void SessionConnection::Start(const QString& newToken)
 {
     token = newToken;
     failedAttempts = 0;
+    retry.stop();
     context.cloud.SetPatient(true);
     const auto guard = lifetime.Watch();
     SetState(Connection::Connecting);
@@ -74,7 +85,6 @@ void SessionConnection::TryNow()
     if (token.isEmpty() || state == Connection::Connecting) {
         return;
     }
-    retry.stop();
     const auto guard = lifetime.Watch();
     if (!context.cloud.IsSignedIn()) {
         SetState(Connection::Connecting);
@@ -102,7 +112,9 @@ Connection SessionConnection::State() const
 
 QDateTime SessionConnection::NextAttempt() const
 {
-    return retry.isActive() ? QDateTime::currentDateTime().addMSecs(retry.remainingTime()) : QDateTime();
+    return retry.isActive() && state == Connection::Offline
+               ? QDateTime::currentDateTime().addMSecs(retry.remainingTime())
+               : QDateTime();
 }
 
 void SessionConnection::OnAnswered()
@@ -111,7 +123,8 @@ void SessionConnection::OnAnswered()
         return;
     }
     retry.stop();
-    const bool wasAway = std::exchange(failedAttempts, 0) > 0;
+    failedAttempts = 0;
+    const bool wasAway = std::exchange(isAway, false);
     const auto guard = lifetime.Watch();
     SetState(Connection::Online);
     if (guard) {
@@ -128,12 +141,20 @@ void SessionConnection::OnFailed(const CloudProblem& problem)
         return; // the service was not asked: it may just be away
     }
     if (problem.cause.kind == FailureKind::Unavailable) {
-        ++failedAttempts;
+        isAway = true;
+        failedAttempts += retry.isActive() ? 0 : 1; // what the user tries leaves the next attempt where it is
         TryLater();
     } else if (problem.request == Request::SignIn || problem.cause.kind == FailureKind::NotSignedIn) {
         Stop(); // the token is no good
     } else {
         OnAnswered(); // in some way
+    }
+}
+
+void SessionConnection::OnPicture()
+{
+    if (state == Connection::Offline && !std::exchange(hasSeenPicture, true)) {
+        TryNow();
     }
 }
 
@@ -154,7 +175,10 @@ void SessionConnection::SetState(Connection newState)
 
 void SessionConnection::TryLater()
 {
-    retry.start(delays[qBound(0, failedAttempts - 1, context.cloud.IsFolder() ? lastDelayOfFolders : lastDelay)]);
+    if (!retry.isActive()) {
+        hasSeenPicture = false;
+        retry.start(delays[qBound(0, failedAttempts - 1, context.cloud.IsFolder() ? lastDelayOfFolders : lastDelay)]);
+    }
     state = Connection::Offline;
     emit context.session.ConnectionChanged(); // of the next attempt, at least
 }

@@ -31,6 +31,9 @@ private:
     void OnFailed(const CloudProblem& problem);
     void OnBroken();
 
+    /// Asks whether the service is there: a picture may come from it, or from the protocol's cache.
+    void OnPicture();
+
     /// Emits, so the session may be gone afterwards.
     void SetState(CloudSession::Connection newState);
     void TryLater();
@@ -41,8 +44,10 @@ private:
     QTimer retry;
     QString token; ///< empty unless the session is to stay signed in
     CloudSession::Connection state = CloudSession::Connection::SignedOut;
-    int failedAttempts = 0; ///< since the last answer
-    bool isListing = false; ///< an attempt is under way, by a list
+    bool isAway = false;         ///< an attempt has failed since the last answer
+    int failedAttempts = 0;      ///< of those made by itself, since then
+    bool hasSeenPicture = false; ///< since the last of them
+    bool isListing = false;      ///< an attempt is under way, by a list
     Lifetime lifetime;
 };
 

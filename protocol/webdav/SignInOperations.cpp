@@ -1,6 +1,7 @@
 #include "SignInOperations.h"
 
 #include <protocol/dav/ErrorBody.h>
+#include <protocol/http/Origin.h>
 #include <protocol/preview/DecodeImage.h>
 
 #include <QJsonDocument>
@@ -30,6 +31,12 @@ QString ListedPath(const HttpResponse& response)
     return {};
 }
 
+/// Whether the address is one that could do without encryption: servers on this computer mostly have none.
+bool IsEncryptedHere(const QByteArray& url)
+{
+    return IsLoopback(url) && url.startsWith("https:");
+}
+
 } // namespace
 
 void SignInOperation::Start()
@@ -42,6 +49,9 @@ void SignInOperation::OnResponse(const HttpResponse& response)
     if (!response.HasSucceeded()) {
         Reply failure = session->FailureReplyTo(signIn, {}, response);
         failure.isSignedOut = false; // nobody was signed in
+        if (failure.failure.kind == OAuth2::FailureKind::Unavailable && IsEncryptedHere(session->collection.Url())) {
+            failure.failure.advice = QStringLiteral("Check the address: without encryption it begins with http://.");
+        }
         if (IsMissing(response.Status())) {
             failure.failure.reason = QStringLiteral("There is no folder at that address (404)");
             failure.failure.advice = checkAddress;

@@ -1,5 +1,8 @@
-#include "WindowTest.h"
+#include "ServerWindowTest.h"
 
+#include <apps/window/StatusLine.h>
+
+#include <QAbstractButton>
 #include <QDir>
 #include <QLabel>
 
@@ -10,6 +13,72 @@ namespace {
 using testing::HasSubstr;
 using testing::IsEmpty;
 using OfflineWindowTest = WindowTest;
+
+/// The window over a server that takes requests and does not answer them.
+class SilentServerWindowTest : public ServerWindowTest {
+protected:
+    void SetUp() override
+    {
+        server.Put("a.pdf", PdfOfColor(Qt::red));
+        SignIn();
+        ASSERT_TRUE(Shows({"a.pdf"}));
+    }
+
+    void Silence()
+    {
+        server.Misbehave(TestKit::When("*").Always(), TestKit::Hangs());
+    }
+
+    /// As if the server had been asked that long ago.
+    void ShowWait(int seconds, bool isSigningIn)
+    {
+        Window::StatusLine::Situation situation;
+        situation.isRefreshing = !isSigningIn;
+        situation.isSigningIn = isSigningIn;
+        situation.askedAt = QDateTime::currentDateTime().addSecs(-seconds);
+        Find<Window::StatusLine>()->Show(situation);
+    }
+
+    void ComeBack()
+    {
+        server.BehaveAgain();
+        ClickButton("Try Now");
+        EXPECT_TRUE(WaitUntil([&] { return Status().startsWith("1 document · as of "); })) << qPrintable(Status());
+        EXPECT_FALSE(Button("Stop Waiting"));
+    }
+};
+
+TEST_F(SilentServerWindowTest, AListThatTakesLongIsToldOfAndNeedNotBeWaitedFor)
+{
+    Silence();
+    Refresh();
+    ASSERT_TRUE(WaitUntil([&] { return Status() == "1 document · refreshing…"; }));
+    ShowWait(9, false);
+    EXPECT_FALSE(Button("Stop Waiting")) << "nothing unusual";
+    ShowWait(12, false);
+    EXPECT_THAT(Status().toStdString(), testing::EndsWith("The cloud has not answered for 12 s"));
+    EXPECT_TRUE(WaitUntil([&] { return Status().endsWith("13 s"); }));
+    Button("Stop Waiting")->setFocus();
+    ClickButton("Stop Waiting");
+    ASSERT_TRUE(WaitUntil([&] { return Status().contains("Offline · trying again in "); }));
+    EXPECT_THAT(Status().toStdString(), HasSubstr("The server has stopped answering"));
+    EXPECT_FALSE(Button("Stop Waiting"));
+    EXPECT_EQ(Names(), QStringList{"a.pdf"});
+    EXPECT_EQ(Message(), "");
+    ComeBack();
+}
+
+TEST_F(SilentServerWindowTest, ASignInThatTakesLongNeedNotBeWaitedFor)
+{
+    Close();
+    Silence();
+    Open();
+    ASSERT_TRUE(WaitUntil([&] { return Status() == "1 document · signing in…"; }));
+    ShowWait(12, true);
+    ClickButton("Stop Waiting");
+    ASSERT_TRUE(WaitUntil([&] { return Status().contains("Offline · trying again in "); }));
+    ComeBack();
+}
 
 TEST_F(OfflineWindowTest, TheListOfTheLastTimeIsThereBeforeTheCloudAnswers)
 {

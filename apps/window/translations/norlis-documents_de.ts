@@ -705,6 +705,14 @@
         <source>Details</source>
         <translation>Details</translation>
     </message>
+    <message>
+        <source>Show the next message</source>
+        <translation>Die nächste Meldung zeigen</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 von %2</translation>
+    </message>
 </context>
 <context>
     <name>Norlis::Window::Notifications</name>
@@ -1014,6 +1022,21 @@
     <message>
         <source>trying again…</source>
         <translation>neuer Versuch läuft …</translation>
+    </message>
+    <message>
+        <source>Stop Waiting</source>
+        <translation>Nicht mehr warten</translation>
+    </message>
+    <message>
+        <source>Work offline until the cloud answers again</source>
+        <translation>Offline arbeiten, bis die Cloud wieder antwortet</translation>
+    </message>
+    <message numerus="yes">
+        <source>The cloud has not answered for %n s</source>
+        <translation>
+            <numerusform>Die Cloud antwortet seit %n s nicht</numerusform>
+            <numerusform>Die Cloud antwortet seit %n s nicht</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -1725,6 +1748,10 @@
     <message>
         <source>It has no page that can be shown</source>
         <translation>Es hat keine Seite, die gezeigt werden kann</translation>
+    </message>
+    <message>
+        <source>Check the address: without encryption it begins with http://.</source>
+        <translation>Prüfen Sie die Adresse: Ohne Verschlüsselung beginnt sie mit http://.</translation>
     </message>
 </context>
 <context>

@@ -119,6 +119,13 @@
             <numerusform>trying again in %n s</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>The cloud has not answered for %n s</source>
+        <translation>
+            <numerusform>The cloud has not answered for %n s</numerusform>
+            <numerusform>The cloud has not answered for %n s</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>Norlis::Window::TransferNotice</name>

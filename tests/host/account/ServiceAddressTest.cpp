@@ -121,7 +121,8 @@ TEST(ServiceAddressTest, AnAddressWithoutASchemeIsNoPath)
 {
     for (const QString address : {"cloud.example", "cloud.example/dav", "localhost:8080/my files", "anna@cloud/dav",
                                   "//anna@cloud.example/dav", "[::1]:8080"}) {
-        EXPECT_THAT(Refusal(address), HasSubstr("write https:// before it")) << address.toStdString();
+        EXPECT_THAT(Refusal(address), HasSubstr("write https:// before it, or http:// for a server on this computer"))
+            << address.toStdString();
     }
     for (const QString path : {"./cloud.example/dav", "../anna@cloud", "/srv/anna@cloud", "~anna@cloud", "..", "."}) {
         EXPECT_TRUE(IsFolder(ServiceAddress(path))) << path.toStdString();

@@ -1,6 +1,9 @@
 #include <tests/support/SessionTest.h>
+#include <tests/support/Waiting.h>
 
 #include <QDateTime>
+#include <QPixmap>
+#include <QTimer>
 
 namespace Norlis::Test {
 
@@ -40,6 +43,32 @@ protected:
         Events();
     }
 
+    bool IsNextIn(int seconds) const
+    {
+        const auto wait = QDateTime::currentDateTime().msecsTo(session->NextAttempt());
+        return wait > (seconds - 2) * 1000 && wait <= seconds * 1050; // Qt moves such a timer by up to a twentieth
+    }
+
+    /// Until the session asks by itself, which takes up to a minute otherwise.
+    void LetTheWaitEnd(const std::string& operation)
+    {
+        const auto wait = session->findChild<QTimer*>();
+        ASSERT_TRUE(wait && wait->isActive());
+        const bool isAsking = session->ConnectionState() == Connection::Connecting;
+        const auto calls = protocol->CallsOf(operation).size();
+        wait->start(0);
+        ASSERT_TRUE(WaitUntil([&] { return !wait->isActive(); }));
+        EXPECT_EQ(protocol->CallsOf(operation).size(), calls + (isAsking ? 0 : 1));
+    }
+
+    void GoOffline()
+    {
+        ASSERT_NO_FATAL_FAILURE(SignIn());
+        session->TryNow();
+        Break("retriveFileList");
+        ASSERT_EQ(session->ConnectionState(), Connection::Offline);
+    }
+
     /// The service is asked for the list and answers.
     void ComeBack()
     {
@@ -59,9 +88,7 @@ TEST_F(CloudSessionConnectionTest, SignsInAgainWhenTheServiceIsBack)
     Break("auth");
     EXPECT_THAT(Events(), Contains("Failed(SignIn, , Auth failed, the line is cut)"));
     EXPECT_EQ(session->ConnectionState(), Connection::Offline);
-    const auto wait = QDateTime::currentDateTime().msecsTo(session->NextAttempt());
-    EXPECT_GT(wait, 3000);
-    EXPECT_LE(wait, 5250);                // Qt moves such a timer by up to a twentieth
+    EXPECT_TRUE(IsNextIn(5));
     ASSERT_TRUE(WaitForCalls("auth", 2)); // by itself, five seconds later
     EXPECT_EQ(session->ConnectionState(), Connection::Connecting);
     EXPECT_FALSE(session->NextAttempt().isValid());
@@ -75,11 +102,41 @@ TEST_F(CloudSessionConnectionTest, WaitsLongerEachTimeUpToAMinute)
     ASSERT_NO_FATAL_FAILURE(StartSigningIn());
     for (const int seconds : {5, 15, 60, 60}) {
         Break("auth");
-        const auto wait = QDateTime::currentDateTime().msecsTo(session->NextAttempt());
-        EXPECT_GT(wait, (seconds - 2) * 1000);
-        EXPECT_LE(wait, seconds * 1050);
-        session->TryNow();
+        EXPECT_TRUE(IsNextIn(seconds));
+        ASSERT_NO_FATAL_FAILURE(LetTheWaitEnd("auth"));
     }
+}
+
+TEST_F(CloudSessionConnectionTest, WhatTheUserTriesLeavesTheNextAttemptWhereItIs)
+{
+    ASSERT_NO_FATAL_FAILURE(SignIn());
+    session->TryNow();
+    Break("retriveFileList");
+    const auto next = session->NextAttempt();
+    for (std::size_t attempt = 0; attempt < 3; ++attempt) {
+        session->TryNow();
+        EXPECT_FALSE(session->NextAttempt().isValid()); // it is being asked
+        Break("retriveFileList");
+        session->Refresh();
+        ASSERT_TRUE(WaitForCalls("retriveFileList", 4 + 2 * attempt));
+        Break("retriveFileList");
+        EXPECT_LT(qAbs(next.msecsTo(session->NextAttempt())), 1000);
+    }
+    ASSERT_NO_FATAL_FAILURE(LetTheWaitEnd("retriveFileList"));
+    Break("retriveFileList");
+    EXPECT_TRUE(IsNextIn(15)); // after the second that it has made by itself
+}
+
+TEST_F(CloudSessionConnectionTest, AWaitThatEndsWhileTheUserTriesIsFollowedByAnother)
+{
+    ASSERT_NO_FATAL_FAILURE(SignIn());
+    session->TryNow();
+    Break("retriveFileList");
+    session->TryNow();
+    ASSERT_NO_FATAL_FAILURE(LetTheWaitEnd("retriveFileList")); // it is being asked already
+    EXPECT_EQ(session->ConnectionState(), Connection::Connecting);
+    Break("retriveFileList");
+    EXPECT_TRUE(IsNextIn(15));
 }
 
 TEST_F(CloudSessionConnectionTest, ATokenThatIsRefusedIsNotTriedAgain)
@@ -112,6 +169,56 @@ TEST_F(CloudSessionConnectionTest, ATransferThatSucceedsShowsThatTheServiceIsThe
     Upload(Write("2.pdf", "text"), "2");
     EXPECT_EQ(session->ConnectionState(), Connection::Online);
     EXPECT_FALSE(session->NextAttempt().isValid());
+}
+
+TEST_F(CloudSessionConnectionTest, ARemovalThatSucceedsShowsThatTheServiceIsThere)
+{
+    ASSERT_NO_FATAL_FAILURE(GoOffline());
+    session->Cloud().RemoveFile(Held("1"));
+    Answer("deleteFile", Social::Success);
+    EXPECT_EQ(session->ConnectionState(), Connection::Online);
+}
+
+TEST_F(CloudSessionConnectionTest, FiguresOfTheStorageShowThatTheServiceIsThere)
+{
+    ASSERT_NO_FATAL_FAILURE(GoOffline());
+    session->Cloud().UserQuota();
+    Answer("userQuota", Social::Success, QMap<QString, PDF::Cloud::ICloudProtocol::QuotaValue>());
+    EXPECT_EQ(session->ConnectionState(), Connection::Online);
+}
+
+TEST_F(CloudSessionConnectionTest, APreviewHasTheServiceAskedAtOnce)
+{
+    ASSERT_NO_FATAL_FAILURE(GoOffline());
+    session->FetchPreviews("1");
+    ASSERT_TRUE(WaitForCalls("retrievePreview", 3));
+    QPixmap picture(8, 8);
+    picture.fill(Qt::red);
+    Answer("retrievePreview", Social::Success, picture);
+    EXPECT_EQ(session->ConnectionState(), Connection::Connecting);
+    Answer("retriveFileList", Social::Success, QList<CloudEntry>{EntryOf("1")});
+    ASSERT_TRUE(WaitForEvent("ListRefreshed"));
+    EXPECT_EQ(session->ConnectionState(), Connection::Online);
+}
+
+TEST_F(CloudSessionConnectionTest, PicturesThatCameFromNowhereHaveItAskedOnceInAWait)
+{
+    ASSERT_NO_FATAL_FAILURE(GoOffline());
+    QPixmap picture(8, 8);
+    picture.fill(Qt::red);
+    const auto draw = [&] {
+        session->DrawPreview("1", {100, 100});
+        Answer("retrievePreview", Social::Success, picture);
+    };
+    draw();
+    EXPECT_EQ(session->ConnectionState(), Connection::Connecting);
+    Break("retriveFileList"); // a picture of the protocol's cache
+    draw();
+    EXPECT_EQ(session->ConnectionState(), Connection::Offline);
+    ASSERT_NO_FATAL_FAILURE(LetTheWaitEnd("retriveFileList"));
+    Break("retriveFileList");
+    draw();
+    EXPECT_EQ(session->ConnectionState(), Connection::Connecting);
 }
 
 TEST_F(CloudSessionConnectionTest, ABrokenUploadWaitsAndGoesOn)

@@ -123,7 +123,7 @@ TEST_F(TlsTest, ServerWithoutEncryptionGetsNothing)
     Client other(settings, FaultServer::canary);
     EXPECT_TRUE(other.Authorize()->Fails());
     EXPECT_THAT(LastReason(other), HasSubstr("no secure connection could be established"));
-    EXPECT_THAT(LastAdvice(other), HasSubstr("address"));
+    EXPECT_THAT(LastAdvice(other), HasSubstr("without encryption it begins with http://"));
     EXPECT_FALSE(received.contains("HTTP/1.1"));
 }
 
