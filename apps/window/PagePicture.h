@@ -25,6 +25,9 @@ public:
     /// \param page     from 1; of what is not here, page one is shown whichever is wanted
     void Show(const QModelIndex& document, int page = 1);
 
+    /// In pixels, of the picture that is there; empty while there is none.
+    QSize PageSize() const;
+
     /// Whether the local copy is shown, which has more than page one.
     bool IsHere() const;
 
