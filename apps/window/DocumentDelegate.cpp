@@ -56,9 +56,9 @@ QColor MutedColor(const QStyleOptionViewItem& option)
     return color;
 }
 
-void PaintBackground(QPainter& painter, const QStyleOptionViewItem& option)
+void PaintBackground(QPainter& painter, const QStyleOptionViewItem& option, const QRect& cell)
 {
-    const QRectF area = QRectF(option.rect).adjusted(2, 2, -2, -2);
+    const QRectF area = QRectF(cell).adjusted(2, 2, -2, -2);
     const auto group = (option.state & QStyle::State_Active) ? QPalette::Active : QPalette::Inactive;
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
@@ -213,10 +213,12 @@ void DocumentDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
     }
     painter->save();
     painter->setLayoutDirection(Qt::LayoutDirectionAuto); // "12 KiB" is read from the left, wherever it stands
-    PaintBackground(*painter, option);
     if (mode == DisplayMode::List) {
+        PaintBackground(*painter, option,
+                        {0, option.rect.top(), header.width(), option.rect.height()}); // as the titles
         PaintLine(*painter, option, index);
     } else {
+        PaintBackground(*painter, option, option.rect);
         PaintThumbnail(*painter, option, index);
     }
     painter->restore();

@@ -111,15 +111,19 @@ void DocumentsFilter::SetViewingFolder(const QString& folder)
     viewingFolder = folder;
 }
 
-QString DocumentsFilter::UsersFolder(const QString& path) const
+QString DocumentsFilter::UsersFolder(const QModelIndex& document) const
 {
+    if (IsOfKind(document.data(Model::StateRole).toInt(), Kind::NotHere)) {
+        return {}; // where it was is remembered
+    }
+    const QString path = document.data(Model::PathRole).toString();
     return !viewingFolder.isEmpty() && path.startsWith(viewingFolder) ? QString() : FolderOf(path);
 }
 
 QVariant DocumentsFilter::data(const QModelIndex& index, int role) const
 {
     if (role == FolderRole) {
-        return Apps::Printable(UsersFolder(index.data(Model::PathRole).toString()));
+        return Apps::Printable(UsersFolder(index));
     }
     if (role == Model::NameRole) {
         return Apps::Printable(QSortFilterProxyModel::data(index, role).toString());
@@ -207,7 +211,7 @@ DocumentsFilter::Rank DocumentsFilter::RankOf(const QModelIndex& index) const
     case Column::Name:
         break;
     case Column::Folder: {
-        const QString folder = UsersFolder(index.data(Model::PathRole).toString());
+        const QString folder = UsersFolder(index);
         return {folder.isEmpty() ? 0 : 1, NameOf(folder + '/' + name).key, id};
     }
     case Column::State:

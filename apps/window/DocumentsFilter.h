@@ -73,8 +73,8 @@ private:
 
     const Name& NameOf(const QString& text) const;
 
-    /// \param path of a local copy
-    QString UsersFolder(const QString& path) const;
+    /// Of the local copy; empty while there is none, or none of the user's.
+    QString UsersFolder(const QModelIndex& document) const;
     Rank RankOf(const QModelIndex& index) const;
 
     /// Sorts and filters everything again, reading each rank only once.

@@ -1,5 +1,6 @@
 #include "ListHeader.h"
 
+#include "DocumentsFilter.h"
 #include "Texts.h"
 
 #include <host/CloudDocumentsModel.h>
@@ -10,6 +11,7 @@ namespace Norlis::Window {
 
 namespace {
 
+using Model = Host::CloudDocumentsModel;
 using Status = PDF::FileInfo::CloudStatus;
 
 // Widths in average characters; that of the state is as its texts need it.
@@ -73,8 +75,10 @@ void ListHeader::LookForFolders()
 {
     hasFolders = false;
     for (int row = 0; row < documents->rowCount() && !hasFolders; ++row) {
-        const QString path = documents->index(row, 0).data(Host::CloudDocumentsModel::PathRole).toString();
-        hasFolders = !path.isEmpty();
+        const auto document = documents->index(row, 0);
+        hasFolders =
+            !document.data(Model::PathRole).toString().isEmpty() &&
+            !DocumentsFilter::IsOfKind(document.data(Model::StateRole).toInt(), DocumentsFilter::Kind::NotHere);
     }
     if (hasFolders == isSectionHidden(static_cast<int>(Column::Folder))) {
         Fit();

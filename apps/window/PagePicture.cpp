@@ -146,6 +146,11 @@ void PagePicture::OnDrawn(qint64 number, const Host::DrawnPage& page)
     emit Settled();
 }
 
+QSize PagePicture::PageSize() const
+{
+    return picture.size();
+}
+
 bool PagePicture::IsHere() const
 {
     return !subject.path.isEmpty();

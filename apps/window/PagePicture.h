@@ -31,6 +31,9 @@ public:
     /// Page one of a document as it is in the cloud, whether or not there is a local copy.
     void ShowInCloud(const QString& id);
 
+    /// In pixels, of the picture that is there; empty while there is none.
+    QSize PageSize() const;
+
     /// Whether the local copy is shown, which has more than page one.
     bool IsHere() const;
 

@@ -3,7 +3,7 @@
 #include "DocumentsView.h"
 #include "ElidedLabel.h"
 #include "Glyphs.h"
-#include "PagePicture.h"
+#include "PageView.h"
 #include "ServiceTexts.h"
 #include "Texts.h"
 #include "TintedFrame.h"
@@ -20,6 +20,7 @@
 #include <QToolButton>
 
 #include <cstdlib>
+#include <optional>
 
 namespace Norlis::Window {
 
@@ -32,6 +33,7 @@ namespace {
 constexpr qreal sheetAspectRatio = 1.1; // of width to height, at most: documents are mostly upright
 constexpr int sheetLetters = 60;        // at least, side by side: names are long
 constexpr int wheelStep = 120;          // of one notch
+constexpr int linesOfArrow = 3;         // that an arrow key moves a large page by
 
 /// A frame is no dialog by itself.
 QAccessibleInterface* MakeAccessible(const QString&, QObject* object)
@@ -50,6 +52,25 @@ QToolButton* MakeButton(const QString& objectName, Glyph glyph, const QString& t
     button->setAccessibleName(tip);
     button->setToolTip(keys.isEmpty() ? tip : tip + " (" + keys.toString(QKeySequence::NativeText) + ')');
     return button;
+}
+
+/// By how many steps a key enlarges the page; 0 for the usual size.
+std::optional<int> ZoomOf(const QKeyEvent& event)
+{
+    if ((event.modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier)) != Qt::ControlModifier) {
+        return std::nullopt;
+    }
+    switch (event.key()) {
+    case Qt::Key_Plus:
+    case Qt::Key_Equal:
+        return 1;
+    case Qt::Key_Minus:
+        return -1;
+    case Qt::Key_0:
+        return 0;
+    default:
+        return std::nullopt;
+    }
 }
 
 void Announce(QLabel& label, const QString& text)
@@ -76,9 +97,12 @@ QuickLook::QuickLook(CloudSession& session, DocumentsView& view, QWidget& page)
       badge(new QLabel),
       name(new ElidedLabel(Qt::ElideMiddle)),
       state(new ElidedLabel),
-      picture(new PagePicture(session)),
+      pages(new PageView(session)),
+      picture(&pages->Picture()),
       previousPage(MakeButton("previousPage", Glyph::ChevronUp, tr("Previous Page"), QKeySequence::MoveToPreviousPage)),
       nextPage(MakeButton("nextPage", Glyph::ChevronDown, tr("Next Page"), QKeySequence::MoveToNextPage)),
+      zoomOut(MakeButton("quickLookZoomOut", Glyph::ZoomOut, tr("Zoom Out"), QKeySequence("Ctrl+-"))),
+      zoomIn(MakeButton("quickLookZoomIn", Glyph::ZoomIn, tr("Zoom In"), QKeySequence("Ctrl++"))),
       pageNumber(new QLabel),
       help(new TintedFrame),
       notice(new QLabel),
@@ -139,15 +163,23 @@ void QuickLook::Arrange()
     const auto middle = new QGridLayout;
     middle->setColumnStretch(1, 1);
     middle->addWidget(previous, 0, 0);
-    middle->addWidget(picture, 0, 1);
+    middle->addWidget(pages, 0, 1);
     middle->addWidget(help, 0, 1, Qt::AlignBottom); // over the page, which keeps its size
     middle->addWidget(next, 0, 2);
-    const auto foot = new QHBoxLayout;
-    foot->addStretch();
-    foot->addWidget(previousPage);
-    foot->addWidget(pageNumber);
-    foot->addWidget(nextPage);
-    foot->addStretch();
+    const auto turning = new QHBoxLayout;
+    turning->addWidget(previousPage);
+    turning->addWidget(pageNumber);
+    turning->addWidget(nextPage);
+    const auto zooming = new QHBoxLayout;
+    zooming->addStretch();
+    zooming->addWidget(zoomOut);
+    zooming->addWidget(zoomIn);
+    const auto foot = new QGridLayout; // whose sides are as wide, so that its middle is that of the page
+    foot->setColumnStretch(0, 1);
+    foot->setColumnStretch(2, 1);
+    foot->setColumnMinimumWidth(0, zooming->sizeHint().width());
+    foot->addLayout(turning, 0, 1);
+    foot->addLayout(zooming, 0, 2);
     const auto layout = new QVBoxLayout(sheet);
     layout->setContentsMargins(gap, gap, gap, gap);
     layout->setSpacing(gap);
@@ -161,6 +193,12 @@ void QuickLook::Arrange()
     connect(next, &QToolButton::clicked, this, [this] { MoveTo(isRightToLeft() ? Qt::Key_Left : Qt::Key_Right); });
     connect(previousPage, &QToolButton::clicked, this, [this] { TurnTo(number - 1); });
     connect(nextPage, &QToolButton::clicked, this, [this] { TurnTo(number + 1); });
+    connect(zoomOut, &QToolButton::clicked, this, [this] { pages->ZoomBy(-1); });
+    connect(zoomIn, &QToolButton::clicked, this, [this] { pages->ZoomBy(1); });
+    connect(pages, &PageView::ZoomChanged, this, [this] {
+        zoomOut->setEnabled(pages->IsZoomed());
+        zoomIn->setEnabled(pages->CanZoomIn());
+    });
     connect(open, &QToolButton::clicked, this, [this] { emit OpenRequested(id); });
     connect(close, &QToolButton::clicked, this, &QuickLook::Close);
     connect(fetch, &QPushButton::clicked, this, [this] {
@@ -181,10 +219,10 @@ void QuickLook::ConnectKeys()
         connect(shortcut, &QShortcut::activated, this, action);
     };
     for (const auto arrow : {Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down}) {
-        on(QKeySequence(arrow), [this, arrow] { MoveTo(arrow); });
+        on(QKeySequence(arrow), [this, arrow] { GoTo(arrow); });
     }
-    on(QKeySequence(Qt::Key_PageUp), [this] { TurnTo(number - 1); });
-    on(QKeySequence(Qt::Key_PageDown), [this] { TurnTo(number + 1); });
+    on(QKeySequence(Qt::Key_PageUp), [this] { Read(false); });
+    on(QKeySequence(Qt::Key_PageDown), [this] { Read(true); });
     on(QKeySequence(Qt::Key_Escape), [this] { Close(); });
     connect(qApp, &QApplication::focusChanged, this, [this](const QWidget*, const QWidget* now) {
         if (isVisible() && now && now != this && page.isAncestorOf(now) && !isAncestorOf(now)) {
@@ -264,6 +302,25 @@ void QuickLook::MoveTo(Qt::Key arrow)
     Update();
 }
 
+void QuickLook::GoTo(Qt::Key arrow)
+{
+    const bool isAcross = arrow == Qt::Key_Left || arrow == Qt::Key_Right;
+    if (!pages->IsLarger(isAcross ? Qt::Horizontal : Qt::Vertical)) {
+        MoveTo(arrow);
+        return;
+    }
+    const int way = linesOfArrow * fontMetrics().height() * (arrow == Qt::Key_Left || arrow == Qt::Key_Up ? -1 : 1);
+    pages->MoveBy(isAcross ? QPoint(way, 0) : QPoint(0, way));
+}
+
+void QuickLook::Read(bool isForward)
+{
+    const int height = pages->viewport()->height() - linesOfArrow * fontMetrics().height(); // to find where one was
+    if (!pages->MoveBy({0, isForward ? height : -height})) {
+        TurnTo(isForward ? number + 1 : number - 1);
+    }
+}
+
 void QuickLook::TurnTo(int wanted)
 {
     const bool isThere = wanted == 1 || wanted <= (picture->IsHere() ? picture->PageCount() : 2);
@@ -272,6 +329,7 @@ void QuickLook::TurnTo(int wanted)
     }
     number = wanted;
     Update();
+    pages->MoveToTop();
     if (fetch->isVisible()) {
         fetch->setFocus(); // the next thing to do
     } else if (!focusWidget()) {
@@ -298,8 +356,10 @@ void QuickLook::Update()
         number = 1;
         isFetching = false;
         failure.clear();
+        pages->Fit();
     }
     picture->Show(index, number);
+    pages->Update();
     const int documentState = index.data(Model::StateRole).toInt();
     const int edge = fontMetrics().height() * 3 / 2;
     QPixmap disc(QSize(edge, edge) * devicePixelRatioF());
@@ -348,6 +408,16 @@ void QuickLook::UpdatePage()
     Announce(*pageNumber, count > 0 ? tr("Page %1 of %2").arg(number).arg(count) : tr("Page %1").arg(number));
 }
 
+bool QuickLook::event(QEvent* event)
+{
+    // The keys that enlarge the thumbnails enlarge the page here.
+    if (event->type() == QEvent::ShortcutOverride && ZoomOf(*static_cast<QKeyEvent*>(event))) {
+        event->accept();
+        return true;
+    }
+    return QFrame::event(event);
+}
+
 bool QuickLook::eventFilter(QObject*, QEvent* event)
 {
     if (event->type() == QEvent::Resize) {
@@ -383,6 +453,10 @@ bool QuickLook::focusNextPrevChild(bool next)
 
 void QuickLook::keyPressEvent(QKeyEvent* event)
 {
+    if (const auto steps = ZoomOf(*event)) {
+        *steps == 0 ? pages->Fit() : pages->ZoomBy(*steps);
+        return;
+    }
     switch (event->key()) {
     case Qt::Key_Space:
         if (!event->isAutoRepeat()) { // of the press that has opened it
@@ -407,6 +481,9 @@ void QuickLook::mousePressEvent(QMouseEvent* event)
 
 void QuickLook::wheelEvent(QWheelEvent* event)
 {
+    if (event->modifiers() & Qt::ControlModifier) {
+        return; // beside the page
+    }
     turned += event->angleDelta().y();
     for (; std::abs(turned) >= wheelStep; turned -= turned > 0 ? wheelStep : -wheelStep) {
         TurnTo(turned > 0 ? number - 1 : number + 1);

@@ -14,9 +14,10 @@ namespace Norlis::Window {
 class DocumentsView;
 class ElidedLabel;
 class PagePicture;
+class PageView;
 
 /// A sheet over the documents that shows the pages of one of them, one at a time. It follows the selection and moves
-/// it. The keyboard stays inside until the sheet is closed.
+/// it. Pages can be larger than the sheet. The keyboard stays inside until the sheet is closed.
 class QuickLook : public QFrame {
     Q_OBJECT
 
@@ -38,6 +39,7 @@ signals:
     void FetchRequested(const QString& id);
 
 protected:
+    bool event(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
     bool focusNextPrevChild(bool next) override;
     void keyPressEvent(QKeyEvent* event) override;
@@ -53,6 +55,12 @@ private:
     /// To the document that lies in the direction of an arrow key.
     void MoveTo(Qt::Key arrow);
     void TurnTo(int number);
+
+    /// Over a page that is larger than the view, or else to the document that lies there.
+    void GoTo(Qt::Key arrow);
+
+    /// To what follows of the page, or to the next page; or the other way.
+    void Read(bool isForward);
 
     /// Shows the document as it is now, or nothing any more when it has gone.
     void Update();
@@ -72,9 +80,12 @@ private:
     QLabel* const badge;
     ElidedLabel* const name;
     ElidedLabel* const state;
+    PageView* const pages;
     PagePicture* const picture;
     QToolButton* const previousPage;
     QToolButton* const nextPage;
+    QToolButton* const zoomOut;
+    QToolButton* const zoomIn;
     QLabel* const pageNumber;
     QFrame* const help; ///< the notice, and what to do about it
     QLabel* const notice;

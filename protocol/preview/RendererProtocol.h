@@ -24,7 +24,7 @@ constexpr quint8 refused = 0;
 constexpr quint8 wanted = 2;
 
 /// Of a box, in pixels.
-constexpr int maxEdge = 2048;
+constexpr int maxEdge = 4096;
 
 /// Of a document; there are no pages after these.
 constexpr int maxPages = 1'000'000;

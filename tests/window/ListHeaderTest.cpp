@@ -191,6 +191,15 @@ TEST_F(ListHeaderTest, TheFolderTakesRoomOnlyWhileADocumentHasOneAndTheStateIsNe
     EXPECT_EQ(WidthOf(Column::State), state);
 }
 
+TEST_F(ListHeaderTest, TheFolderGoesWithTheLastCopy)
+{
+    OpenList();
+    Download("a.pdf");
+    ASSERT_TRUE(QFile::remove(Local("downloads/a.pdf")));
+    Refresh();
+    EXPECT_TRUE(WaitUntil([&] { return !Header()->Has(Column::Folder); }));
+}
+
 TEST_F(ListHeaderTest, TheTitlesReachFromOneSideToTheOtherWhileThereIsNothingToScroll)
 {
     OpenList();

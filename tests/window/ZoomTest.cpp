@@ -35,6 +35,23 @@ protected:
     }
 };
 
+TEST_F(ZoomTest, LinesAreFilledEvenlyWhateverTheWidth)
+{
+    OpenWith(30);
+    QTest::keyClick(Documents(), Qt::Key_Plus, Qt::ControlModifier);
+    for (int width = 500; width < 1500; width += 37) {
+        window->resize(width, 700);
+        const QRect view = Documents()->viewport()->rect();
+        int row = 0;
+        const auto cell = [&](int number) { return Documents()->visualRect(Documents()->model()->index(number, 0)); };
+        while (cell(row + 1).top() == cell(0).top()) {
+            ++row;
+        }
+        EXPECT_EQ(cell(0).left(), view.left()) << width;
+        EXPECT_LE(view.right() - cell(row).right(), row + 2) << width;
+    }
+}
+
 TEST_F(ZoomTest, KeysMakeThumbnailsLargerAndSmallerWithinLimits)
 {
     OpenWith(1);

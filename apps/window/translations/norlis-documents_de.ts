@@ -849,6 +849,14 @@
         <source>Page %1</source>
         <translation>Seite %1</translation>
     </message>
+    <message>
+        <source>Zoom Out</source>
+        <translation>Verkleinern</translation>
+    </message>
+    <message>
+        <source>Zoom In</source>
+        <translation>Vergrößern</translation>
+    </message>
 </context>
 <context>
     <name>Norlis::Window::RemovalUndo</name>
