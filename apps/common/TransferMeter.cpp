@@ -20,6 +20,9 @@ void TransferMeter::Note(qint64 transferred, qint64 time)
         samples.clear();
     }
     if (samples.empty() || transferred > samples.back().transferred) {
+        if (HasHalted(time)) {
+            samples.clear();
+        }
         samples.push_back({time, transferred});
     }
     while (samples.size() > 2 && samples[1].time <= time - window) {
@@ -33,14 +36,19 @@ qint64 TransferMeter::BytesAt(int percent, qint64 size)
     return size / whole * percent + size % whole * percent / whole;
 }
 
+bool TransferMeter::HasHalted(qint64 time) const
+{
+    if (samples.size() < 2) {
+        return false;
+    }
+    // Where little comes, it comes in large steps.
+    const qint64 usual = (samples.back().time - samples.front().time) / static_cast<qint64>(samples.size() - 1);
+    return time - samples.back().time > std::max(longestPause, 4 * usual);
+}
+
 std::optional<double> TransferMeter::Rate(qint64 time) const
 {
-    if (samples.size() < 2 || time - samples.front().time < shortest) {
-        return std::nullopt;
-    }
-    // What has come to a halt has no rate; where little comes, it comes in large steps.
-    const qint64 usual = (samples.back().time - samples.front().time) / static_cast<qint64>(samples.size() - 1);
-    if (time - samples.back().time > std::max(longestPause, 4 * usual)) {
+    if (samples.size() < 2 || time - samples.front().time < shortest || HasHalted(time)) {
         return std::nullopt;
     }
     const auto bytes = static_cast<double>(samples.back().transferred - samples.front().transferred);

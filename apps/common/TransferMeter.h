@@ -11,7 +11,7 @@ namespace Norlis::Apps {
 /// evenly, in milliseconds.
 class TransferMeter {
 public:
-    /// \param transferred bytes so far; less than before begins anew
+    /// \param transferred bytes so far; less than before begins anew, and so does what comes after a halt
     void Note(qint64 transferred, qint64 time);
 
     /// How many of a number of bytes a percentage is.
@@ -28,6 +28,9 @@ private:
         qint64 time;
         qint64 transferred;
     };
+
+    /// Whether so little has come lately that it says nothing of the speed.
+    bool HasHalted(qint64 time) const;
 
     std::deque<Sample> samples;
 };

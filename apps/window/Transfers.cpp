@@ -214,9 +214,13 @@ QString Transfers::SuccessText() const
 QString Transfers::ProgressOfAll() const
 {
     const qint64 now = clock.elapsed();
+    const auto running = std::find_if(transfers.begin(), transfers.end(),
+                                      [](const Transfer& each) { return each.status == Status::Running; });
+    const bool isOneLeft = running != transfers.end() && CountOfActive() == 1; // which must not contradict its row
+    const auto& meter = isOneLeft ? running->meter : batch.meter;
     return tr("%1 of %2").arg(batch.done).arg(batch.count) + " · " +
-           ProgressText(batch.transferred, batch.size, batch.meter.Rate(now),
-                        batch.meter.TimeLeft(batch.size - batch.transferred, now));
+           ProgressText(batch.transferred, batch.size, meter.Rate(now),
+                        meter.TimeLeft(batch.size - batch.transferred, now));
 }
 
 int Transfers::rowCount(const QModelIndex& parent) const
@@ -361,14 +365,17 @@ void Transfers::SetPercent(int row, int percent)
         return;
     }
     Transfer& transfer = transfers[row];
-    const bool isNew = std::exchange(transfer.status, Status::Running) != Status::Running;
+    const Status before = std::exchange(transfer.status, Status::Running);
+    if (before == Status::Waiting) {
+        batch.meter = {}; // what had arrived before is there at once
+    }
     batch.transferred -= transfer.Transferred();
     transfer.percent = percent;
     batch.transferred += transfer.Transferred();
     transfer.meter.Note(transfer.Transferred(), clock.elapsed());
     batch.meter.Note(batch.transferred, clock.elapsed());
     Changed(row);
-    if (isNew) {
+    if (before != Status::Running) {
         emit CountsChanged();
     }
 }

@@ -47,6 +47,17 @@ TEST(TransferMeterTest, GetsSlowerWhileNothingComesAndThenCannotTell)
     EXPECT_EQ(meter.TimeLeft(1'000'000, 10'000), std::nullopt);
 }
 
+TEST(TransferMeterTest, BeginsAnewAfterAHalt)
+{
+    TransferMeter meter;
+    meter.Note(0, 0);
+    meter.Note(1'000'000, 1000);
+    meter.Note(1'000'100, 60'000);
+    EXPECT_EQ(meter.Rate(61'000), std::nullopt);
+    meter.Note(3'000'100, 62'000);
+    EXPECT_EQ(meter.Rate(62'000), 1'000'000);
+}
+
 TEST(TransferMeterTest, WaitsLongerForWhatComesInLargeSteps)
 {
     TransferMeter meter;

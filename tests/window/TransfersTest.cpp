@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QListView>
 #include <QMessageBox>
+#include <QRegularExpression>
 #include <QScreen>
 #include <QSplitter>
 #include <QTest>
@@ -33,6 +34,37 @@ protected:
         }
         Drop(paths);
         ASSERT_TRUE(WaitUntil([&] { return server.Count("PUT") == names.size(); }));
+    }
+
+    /// What is called slow takes some seconds.
+    void Download(const QStringList& names)
+    {
+        server.Misbehave(When("GET", "slow").Always(), Drips(10'000, 40));
+        for (const QString& name : names) {
+            server.Put(name, PdfOfColor(Qt::red) + QByteArray(1'200'000, ' '));
+        }
+        Refresh();
+        ASSERT_TRUE(Shows(names));
+        Select(names);
+        Action("Download")->trigger();
+    }
+
+    /// Of the first transfer, as its row shows them.
+    QString Figures() const
+    {
+        return window->findChild<QListView*>("transfers")
+            ->model()
+            ->index(0, 0)
+            .data(Window::Transfers::ProgressRole)
+            .toString();
+    }
+
+    /// In KiB per second; 0 where a text has none.
+    static double RateIn(const QString& text)
+    {
+        static const QRegularExpression rate("([0-9.]+) (K|M)iB/s");
+        const auto match = rate.match(text);
+        return match.captured(1).toDouble() * (match.captured(2) == "M" ? 1024 : 1);
     }
 
     QString Title() const
@@ -88,6 +120,28 @@ TEST_F(TransfersTest, WhatSucceededIsToldOfBesideWhatFailed)
     Drop({LocalFile("a.pdf", PdfOfColor(Qt::red)), LocalFile("b.pdf", PdfOfColor(Qt::blue)),
           LocalFile("c.pdf", PdfOfColor(Qt::green))});
     EXPECT_TRUE(WaitUntil([&] { return Title() == "✓ 2 documents uploaded · 1 failed"; })) << qPrintable(Title());
+}
+
+TEST_F(TransfersTest, TheHeadAgreesWithTheOnlyTransferThatIsLeft)
+{
+    ASSERT_NO_FATAL_FAILURE(Download({"fast.pdf", "slow.pdf"}));
+    const auto figures = [](const QString& text) { return text.section(" · ", -2); };
+    EXPECT_TRUE(WaitUntil([&] {
+        return Transfers().filter("running").size() == 1 && RateIn(Figures()) > 0 &&
+               figures(Figures()) == figures(Title());
+    })) << qPrintable(Figures() + " / " + Title());
+}
+
+TEST_F(TransfersTest, TheTimeWithoutTheCloudSlowsNothingDown)
+{
+    server.Misbehave(When("GET").Always(), ClosesWithoutAnswer());
+    ASSERT_NO_FATAL_FAILURE(Download({"slow one.pdf", "slow two.pdf"}));
+    ASSERT_TRUE(WaitUntil([&] { return Transfers().filter("waiting").size() == 2; }));
+    server.BehaveAgain();
+    server.Misbehave(When("GET").Always(), Drips(10'000, 40));
+    ClickButton("Try Now");
+    ASSERT_TRUE(WaitUntil([&] { return RateIn(Title()) > 0 && RateIn(Figures()) > 0; }));
+    EXPECT_GT(RateIn(Title()), 1.5 * RateIn(Figures())) << qPrintable(Figures() + " / " + Title()); // of the two
 }
 
 TEST_F(TransfersTest, WhatNeedsAttentionStandsBeforeWhatHasEnded)
