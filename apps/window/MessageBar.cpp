@@ -34,6 +34,7 @@ MessageBar::MessageBar(QWidget* parent)
       details(new QLabel),
       showDetails(new QToolButton),
       buttonRow(new QHBoxLayout),
+      next(new QToolButton),
       close(new QToolButton)
 {
     setObjectName("message");
@@ -53,6 +54,10 @@ MessageBar::MessageBar(QWidget* parent)
     showDetails->setAutoRaise(true);
     showDetails->setCheckable(true);
     connect(showDetails, &QToolButton::toggled, details, &QWidget::setVisible);
+    next->setObjectName("nextMessage");
+    next->setAutoRaise(true);
+    next->setToolTip(tr("Show the next message"));
+    close->setObjectName("closeMessage");
     close->setIcon(GlyphIcon(Glyph::Cancel));
     close->setAutoRaise(true);
     close->setToolTip(tr("Close the message"));
@@ -66,23 +71,36 @@ MessageBar::MessageBar(QWidget* parent)
     layout->addLayout(texts, 1);
     layout->addWidget(showDetails);
     layout->addLayout(buttonRow);
+    layout->addWidget(next);
     layout->addWidget(close);
-    connect(close, &QToolButton::clicked, this, [this] { Close(messages.front().topic); });
+    connect(next, &QToolButton::clicked, this, [this] {
+        current = (current + 1) % messages.size();
+        ShowCurrent();
+    });
+    connect(close, &QToolButton::clicked, this, [this] { Close(messages[current].topic); });
     hide();
 }
 
 void MessageBar::Show(const QString& topic, const QString& title, const QString& detail,
                       const QVector<Remedy>& remedies, Kind kind)
 {
-    Take(topic);
-    messages.insert(kind == Kind::Reminder ? messages.end() : messages.begin(),
-                    {topic, detail.isEmpty() ? title : title + ' ' + detail, {}, remedies, kind});
-    ShowFirst();
+    const Message message = {topic, detail.isEmpty() ? title : title + ' ' + detail, {}, remedies, kind};
+    const auto old = Find(topic);
+    if (kind != Kind::Reminder) {
+        Take(topic);
+        messages.insert(messages.begin(), message);
+        current = 0;
+    } else if (old != messages.end()) {
+        *old = message;
+    } else {
+        messages.push_back(message);
+    }
+    ShowCurrent();
 }
 
 void MessageBar::SetDetails(const QString& newDetails)
 {
-    messages.front().details = newDetails;
+    messages[current].details = newDetails;
     ShowDetails(newDetails);
 }
 
@@ -93,7 +111,7 @@ void MessageBar::Close(const QString& topic)
     }
     const bool hadKeyboard = isAncestorOf(QApplication::focusWidget());
     Take(topic);
-    ShowFirst();
+    ShowCurrent();
     if (hadKeyboard) {
         emit KeyboardLeft();
     }
@@ -105,14 +123,25 @@ bool MessageBar::Has(const QString& topic) const
                        [&topic](const Message& message) { return message.topic == topic; });
 }
 
-void MessageBar::Take(const QString& topic)
+std::vector<MessageBar::Message>::iterator MessageBar::Find(const QString& topic)
 {
-    messages.erase(std::remove_if(messages.begin(), messages.end(),
-                                  [&topic](const Message& message) { return message.topic == topic; }),
-                   messages.end());
+    return std::find_if(messages.begin(), messages.end(),
+                        [&topic](const Message& message) { return message.topic == topic; });
 }
 
-void MessageBar::ShowFirst()
+void MessageBar::Take(const QString& topic)
+{
+    const auto found = Find(topic);
+    if (found == messages.end()) {
+        return;
+    }
+    const auto place = static_cast<std::size_t>(found - messages.begin());
+    messages.erase(found);
+    current -= place < current ? 1 : 0;
+    current = current < messages.size() ? current : 0;
+}
+
+void MessageBar::ShowCurrent()
 {
     for (const auto old : qAsConst(buttons)) {
         old->hide();
@@ -123,7 +152,7 @@ void MessageBar::ShowFirst()
         hide();
         return;
     }
-    const Message& message = messages.front();
+    const Message& message = messages[current];
     const bool isNew = isHidden() || text->text() != message.text;
     ShowKind();
     text->setText(message.text);
@@ -139,7 +168,11 @@ void MessageBar::ShowFirst()
         setTabOrder(buttons.isEmpty() ? static_cast<QWidget*>(showDetails) : buttons.last(), button);
         buttons.append(button);
     }
-    setTabOrder(buttons.isEmpty() ? static_cast<QWidget*>(showDetails) : buttons.last(), close);
+    next->setText(tr("%1 of %2").arg(current + 1).arg(messages.size()));
+    next->setAccessibleName(next->text() + ". " + next->toolTip());
+    next->setVisible(messages.size() > 1);
+    setTabOrder(buttons.isEmpty() ? static_cast<QWidget*>(showDetails) : buttons.last(), next);
+    setTabOrder(next, close);
     show();
     if (isNew) {
         setAccessibleName(message.text);
@@ -150,7 +183,7 @@ void MessageBar::ShowFirst()
 
 void MessageBar::ShowKind()
 {
-    const bool isProblem = messages.front().kind == Kind::Problem;
+    const bool isProblem = messages[current].kind == Kind::Problem;
     const int edge = fontMetrics().height();
     icon->setPixmap(GlyphIcon(isProblem ? Glyph::Problem : Glyph::Notice).pixmap(edge, edge));
     SetTint(isProblem ? Tint::Problem : Tint::Notice);

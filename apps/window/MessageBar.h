@@ -31,7 +31,8 @@ const auto undo = QStringLiteral("undo");
 } // namespace Topic
 
 /// Shows one problem or notice above what it concerns, and offers remedies. It takes no focus. A message stays until it
-/// is closed or until what failed succeeds; the ones that it hides come back then.
+/// is closed or until what failed succeeds; the ones that it hides come back then. How many there are is on a button
+/// that shows the next one.
 class MessageBar : public TintedFrame {
     Q_OBJECT
 
@@ -80,17 +81,20 @@ private:
         Kind kind = Kind::Problem;
     };
 
+    std::vector<Message>::iterator Find(const QString& topic);
     void Take(const QString& topic);
-    void ShowFirst();
+    void ShowCurrent();
     void ShowKind();
     void ShowDetails(const QString& newDetails);
 
-    std::vector<Message> messages; ///< the first one is shown
+    std::vector<Message> messages;
+    std::size_t current = 0; ///< the one that is shown, if there is any
     QLabel* const icon;
     QLabel* const text;
     QLabel* const details;
     QToolButton* const showDetails;
     QHBoxLayout* const buttonRow;
+    QToolButton* const next;
     QToolButton* const close;
     QVector<QPushButton*> buttons;
 };

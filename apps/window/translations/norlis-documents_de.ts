@@ -638,6 +638,14 @@
         <source>Details</source>
         <translation>Details</translation>
     </message>
+    <message>
+        <source>Show the next message</source>
+        <translation>Die nächste Meldung zeigen</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 von %2</translation>
+    </message>
 </context>
 <context>
     <name>Norlis::Window::Notifications</name>
