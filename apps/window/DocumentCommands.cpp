@@ -330,9 +330,12 @@ QString DocumentCommands::VersionsText(const QString& id) const
 
 void DocumentCommands::OnFailed(const Host::CloudProblem& problem)
 {
-    if (problem.request == Host::CloudProblem::Request::Upload &&
-        problem.cause.kind == Social::OAuth2::FailureKind::Conflict) {
-        conflicted.append(problem.subject);
+    if (problem.request != Host::CloudProblem::Request::Upload) {
+        return;
+    }
+    const bool isAutomatic = changes.TakeAutomatic(parts.session.DocumentAt(problem.subject));
+    if (problem.cause.kind == Social::OAuth2::FailureKind::Conflict) {
+        conflicted.append(isAutomatic ? QStringList() : QStringList(problem.subject));
         parts.session.Refresh(); // what stands in the cloud has to be known before anybody is asked
     }
 }

@@ -39,6 +39,9 @@ UnsentChanges::UnsentChanges(CloudSession& session, const Model& model, const Tr
     }
     connect(&model, &QAbstractItemModel::dataChanged, &update, qOverload<>(&QTimer::start));
     connect(&session, &CloudSession::DocumentUploaded, &update, qOverload<>(&QTimer::start));
+    const auto onEnd = [this](const QString& path) { automatic.remove(this->session.DocumentAt(path)); };
+    connect(&session, &CloudSession::DocumentUploaded, this, onEnd);
+    connect(&session, &CloudSession::UploadCanceled, this, onEnd);
     connect(&session, &CloudSession::LocalCopyChanged, this,
             [this](const QString&, const QString& id) { OnSaved(id); });
     connect(&session, &CloudSession::CopyLeftBehind, this, &UnsentChanges::OnCopyLeft);
@@ -55,9 +58,15 @@ void UnsentChanges::OnSaved(const QString& id)
     const int state = model.index(model.RowOf(id)).data(Model::StateRole).toInt();
     const bool isSimple = state == static_cast<int>(State::ChangedLocally); // otherwise the user has to decide
     if (preferences.UploadsByItself() && isSimple && !transfers.IsActive(id)) {
+        automatic.insert(id);
         emit UploadChosen({id});
     }
     Tell();
+}
+
+bool UnsentChanges::TakeAutomatic(const QString& id)
+{
+    return automatic.remove(id);
 }
 
 UnsentChanges::Changes UnsentChanges::Find() const

@@ -30,6 +30,10 @@ public:
     /// Of documents.
     int Count() const;
 
+    /// Whether the upload of a document that has failed was begun here and not by the user, who is told of a conflict
+    /// by the message then. Forgets it.
+    bool TakeAutomatic(const QString& id);
+
 signals:
     void UploadChosen(const QStringList& ids);
     void UploadAsNewChosen(const QStringList& paths);
@@ -53,9 +57,10 @@ private:
     const Transfers& transfers;
     MessageBar& message;
     const Preferences preferences;
-    QTimer update;      ///< combines many changes into one message
-    QSet<QString> told; ///< ids of the documents of which the user knows
-    QStringList left;   ///< paths of files whose documents are gone
+    QTimer update;           ///< combines many changes into one message
+    QSet<QString> told;      ///< ids of the documents of which the user knows
+    QSet<QString> automatic; ///< ids of those that are being uploaded by themselves
+    QStringList left;        ///< paths of files whose documents are gone
 };
 
 } // namespace Norlis::Window

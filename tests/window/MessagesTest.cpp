@@ -1,13 +1,17 @@
+#include "OpenedFiles.h"
 #include "ServerWindowTest.h"
 
 #include <QAbstractButton>
 #include <QApplication>
 #include <QClipboard>
+#include <QMessageBox>
 #include <QToolButton>
 
 namespace Norlis::Test {
 
 namespace {
+
+using testing::IsEmpty;
 
 /// What is told above the documents.
 class MessagesTest : public ServerWindowTest {
@@ -53,6 +57,43 @@ TEST_F(MessagesTest, OneThatHidesAnotherSaysHowManyThereAre)
     Click(Find<QToolButton>("closeMessage"));
     EXPECT_EQ(Message(), "There are no files on the clipboard.");
     EXPECT_EQ(Place(), "");
+}
+
+TEST_F(MessagesTest, AConflictOfAnUploadThatNobodyAskedForIsNoQuestion)
+{
+    QSettings(Local("data/window.ini"), QSettings::IniFormat).setValue("uploadsByItself", true);
+    server.Put("a.pdf", PdfOfText("first"));
+    SignIn();
+    ASSERT_TRUE(Shows({"a.pdf"}));
+    const OpenedFiles opened;
+    Select({"a.pdf"});
+    Action("Open")->trigger();
+    ASSERT_TRUE(WaitUntil([&] { return !opened.paths.isEmpty(); }));
+    const QByteArray theirs = PdfOfText("theirs");
+    server.Put("a.pdf", theirs);
+    WriteFile(opened.paths.first(), PdfOfText("ours"));
+    ASSERT_TRUE(WaitUntil([&] { return Message() == "“a.pdf” was changed, and in the cloud too."; }))
+        << qPrintable(Message());
+    EXPECT_TRUE(Transfers().contains("a.pdf failed"));
+    EXPECT_THAT(Questions(), IsEmpty());
+    EXPECT_EQ(server.Get("a.pdf"), theirs);
+    ClickButton("Resolve…");
+    EXPECT_EQ(Questions().size(), 1);
+}
+
+TEST_F(MessagesTest, AConflictOfAnUploadThatTheUserHasChosenIsAQuestion)
+{
+    server.Put("a.pdf", PdfOfText("first"));
+    SignIn();
+    ASSERT_TRUE(Shows({"a.pdf"}));
+    Select({"a.pdf"});
+    Action("Download")->trigger();
+    ASSERT_TRUE(IsUpToDate("a.pdf"));
+    Change("a.pdf");
+    ASSERT_TRUE(WaitUntil([&] { return Action("Upload Changes")->isEnabled(); }));
+    server.Put("a.pdf", PdfOfText("theirs"));
+    Action("Upload Changes")->trigger();
+    EXPECT_TRUE(WaitUntil([&] { return Questions().size() == 1; }));
 }
 
 } // namespace
