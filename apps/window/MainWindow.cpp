@@ -56,6 +56,7 @@ MainWindow::MainWindow(const QString& dataFolder)
         CloseSession();
         welcome->SetBusy(false);
     });
+    qApp->installEventFilter(this); // shortcuts are told to their actions alone
     if (!restoreGeometry(settings.value(Key::geometry).toByteArray())) {
         const QRect available = screen()->availableGeometry();
         resize(QSize(1100, 760).boundedTo(available.size() * 85 / 100));
@@ -315,6 +316,13 @@ void MainWindow::CloseWithoutAsking()
 {
     isClosingWithoutAsking = true;
     close();
+}
+
+bool MainWindow::eventFilter(QObject* watched, QEvent* event)
+{
+    // A window may have the keyboard while a question is open over it; Qt keeps it from the other keys only.
+    const bool isBlocked = QApplication::activeModalWidget() && QApplication::activeWindow() == this;
+    return (event->type() == QEvent::Shortcut && isBlocked) || QMainWindow::eventFilter(watched, event);
 }
 
 void MainWindow::closeEvent(QCloseEvent* event)

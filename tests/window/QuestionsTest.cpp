@@ -10,6 +10,7 @@
 #include <QApplication>
 #include <QDialog>
 #include <QDir>
+#include <QFileDialog>
 #include <QListView>
 #include <QMessageBox>
 #include <QPushButton>
@@ -259,6 +260,27 @@ TEST_F(QuestionsTest, FilesOfSeveralStartsAreAskedAboutTogetherAndTheQuestionKee
     EXPECT_TRUE(WaitUntil([&] { return QApplication::activeWindow() == Questions().first(); }));
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
     EXPECT_TRUE(Shows({"a.pdf", "b.pdf"}));
+}
+
+TEST_F(QuestionsTest, TheWindowBehindAQuestionTakesNoKeys)
+{
+    OpenWithLocalCopy();
+    window->OfferUpload({LocalFile("new.pdf", ours)});
+    ASSERT_TRUE(WaitUntil([&] { return Questions().size() == 1; }));
+    window->activateWindow(); // some window managers let the user do that
+    ASSERT_TRUE(WaitUntil([&] { return window->isActiveWindow(); }));
+    QTest::keyClick(window.get(), Qt::Key_U, Qt::ControlModifier);
+    QTest::keyClick(window.get(), Qt::Key_Delete);
+    QTest::keyClick(window.get(), Qt::Key_F9);
+    QTest::keyClick(window.get(), Qt::Key_W, Qt::ControlModifier);
+    EXPECT_FALSE(window->findChild<QFileDialog*>());
+    EXPECT_EQ(Names(), QStringList{"a.pdf"});
+    EXPECT_FALSE(Find<QWidget>("detailsPane"));
+    EXPECT_TRUE(window->isVisible());
+    Answer("Cancel");
+    ASSERT_TRUE(WaitUntil([&] { return window->isActiveWindow(); }));
+    QTest::keyClick(window.get(), Qt::Key_F9);
+    EXPECT_TRUE(WaitUntil([&] { return Find<QWidget>("detailsPane"); }));
 }
 
 TEST_F(QuestionsTest, NobodyIsAskedAboutWhatCannotBeUploaded)
