@@ -1,5 +1,6 @@
 #include "DocumentDelegate.h"
 
+#include "Contrast.h"
 #include "DocumentsFilter.h"
 #include "Glyphs.h"
 #include "LargePictures.h"
@@ -63,7 +64,7 @@ void PaintBackground(QPainter& painter, const QStyleOptionViewItem& option, cons
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     if (option.state & QStyle::State_Selected) {
-        painter.setBrush(option.palette.color(group, QPalette::Highlight));
+        painter.setBrush(SelectionColor(option.palette, group));
         painter.drawRoundedRect(area, cornerRadius, cornerRadius);
     } else if (option.state & QStyle::State_MouseOver) {
         QColor light = option.palette.color(QPalette::Highlight);
@@ -73,8 +74,8 @@ void PaintBackground(QPainter& painter, const QStyleOptionViewItem& option, cons
     }
     if (option.state & QStyle::State_HasFocus && option.state & QStyle::State_KeyboardFocusChange) {
         painter.setBrush(Qt::NoBrush);
-        painter.setPen(QPen(option.palette.color(QPalette::Text), 1, Qt::DotLine));
-        painter.drawRoundedRect(area, cornerRadius, cornerRadius);
+        painter.setPen(QPen(option.palette.color(TextRole(option)), 1, Qt::DotLine));
+        painter.drawRoundedRect(area.adjusted(0.5, 0.5, -0.5, -0.5), cornerRadius, cornerRadius); // on whole pixels
     }
 }
 

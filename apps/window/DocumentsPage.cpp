@@ -18,7 +18,6 @@
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
-#include <QGridLayout>
 #include <QMenu>
 #include <QShortcut>
 #include <QSplitter>
@@ -40,6 +39,9 @@ const auto split = QStringLiteral("view/split");
 const auto details = QStringLiteral("view/details");
 const auto sides = QStringLiteral("view/sides");
 } // namespace Key
+
+constexpr int leastLines = 30;   // of a page whose tools have texts
+constexpr int leastLetters = 90; // of a line that holds the tools and the search
 
 } // namespace
 
@@ -176,21 +178,39 @@ QWidget* DocumentsPage::Tools()
     QSizePolicy policy = order.Box().sizePolicy();
     policy.setRetainSizeWhenHidden(true); // what is below stays where it is
     order.Box().setSizePolicy(policy);
-    const auto both = new QWidget;
-    const auto grid = new QGridLayout;
+    const auto all = new QWidget;
     const int gap = fontMetrics().height() / 3;
-    grid->setContentsMargins(2 * gap, 0, 2 * gap, gap);
-    grid->setVerticalSpacing(gap);
-    grid->setHorizontalSpacing(2 * gap);
-    grid->addWidget(search, 0, 0, 1, 2);
-    grid->addWidget(chips, 1, 0, Qt::AlignLeft);
-    grid->addWidget(&order.Box(), 1, 1, Qt::AlignRight);
-    const auto layout = new QVBoxLayout(both);
+    const auto searching = new QHBoxLayout;
+    searching->setContentsMargins(2 * gap, 0, 2 * gap, 0);
+    searching->addWidget(search);
+    upperTools = new QBoxLayout(QBoxLayout::TopToBottom);
+    upperTools->setSpacing(0);
+    upperTools->addWidget(tools);
+    upperTools->addLayout(searching, 1);
+    const auto narrowing = new QHBoxLayout;
+    narrowing->setContentsMargins(2 * gap, gap, 2 * gap, gap);
+    narrowing->addWidget(chips);
+    narrowing->addSpacing(2 * gap);
+    narrowing->addStretch();
+    narrowing->addWidget(&order.Box());
+    const auto layout = new QVBoxLayout(all);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
-    layout->addWidget(tools);
-    layout->addLayout(grid);
-    return both;
+    layout->addLayout(upperTools);
+    layout->addLayout(narrowing);
+    return all;
+}
+
+void DocumentsPage::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    // A low page, as with large letters, has its room for the documents.
+    const bool isLow = height() < leastLines * fontMetrics().lineSpacing();
+    tools->LeaveOutTexts(isLow);
+    const bool isWide = width() > leastLetters * fontMetrics().averageCharWidth();
+    upperTools->setDirection(!(isLow && isWide) ? QBoxLayout::TopToBottom
+                             : isRightToLeft()  ? QBoxLayout::RightToLeft
+                                                : QBoxLayout::LeftToRight);
 }
 
 void DocumentsPage::ConnectSession()

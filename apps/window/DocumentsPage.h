@@ -16,9 +16,9 @@
 #include <QTimer>
 #include <QWidget>
 
+class QBoxLayout;
 class QMenuBar;
 class QStackedWidget;
-class QToolBar;
 
 namespace Norlis::Window {
 
@@ -27,6 +27,7 @@ class DocumentsView;
 class DropHint;
 class EmptyPage;
 class FilterChips;
+class FittingToolBar;
 class MessageBar;
 class SearchField;
 class QuickLook;
@@ -76,6 +77,7 @@ signals:
 
 protected:
     bool event(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     void Arrange();
@@ -111,7 +113,8 @@ private:
     Transfers transfers;
     DocumentActions actions;
 
-    QToolBar* const tools;
+    FittingToolBar* const tools;
+    QBoxLayout* upperTools = nullptr; ///< and the search, which is beside them on a low page
     SearchField* const search;
     FilterChips* const chips;
     MessageBar* const message;

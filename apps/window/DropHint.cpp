@@ -11,7 +11,20 @@
 
 namespace Norlis::Window {
 
-DropHint::DropHint(QWidget& target, QWidget& covered) : QFrame(&covered), text(new QLabel)
+namespace {
+
+QPoint PlaceOf(const QDropEvent& event)
+{
+#if QT_VERSION_MAJOR < 6
+    return event.pos();
+#else
+    return event.position().toPoint();
+#endif
+}
+
+} // namespace
+
+DropHint::DropHint(QWidget& target, QWidget& covered) : QFrame(&covered), target(target), text(new QLabel)
 {
     target.setAcceptDrops(true);
     target.installEventFilter(this);
@@ -23,9 +36,10 @@ DropHint::DropHint(QWidget& target, QWidget& covered) : QFrame(&covered), text(n
     QFont large = font();
     large.setPointSizeF(large.pointSizeF() * 1.5);
     text->setFont(large);
-    text->setAlignment(Qt::AlignCenter);
     text->setWordWrap(true);
     (new QVBoxLayout(this))->addWidget(text);
+    const int margin = 2 * fontMetrics().height();
+    text->setContentsMargins(margin, margin, margin, margin);
     hide();
 }
 
@@ -38,6 +52,7 @@ bool DropHint::eventFilter(QObject*, QEvent* event)
         return true;
     case QEvent::DragMove: {
         auto& move = static_cast<QDragMoveEvent&>(*event);
+        MakeRoom(move);
         move.setDropAction(action());
         move.accept();
         return true;
@@ -66,8 +81,15 @@ void DropHint::OnEntered(QDragEnterEvent& event)
         return;
     }
     Show(paths);
+    MakeRoom(event);
     event.setDropAction(isUseful ? Qt::CopyAction : Qt::IgnoreAction);
     event.accept(); // otherwise nobody would tell when they have left
+}
+
+void DropHint::MakeRoom(const QDropEvent& event)
+{
+    const bool isAbove = mapFrom(&target, PlaceOf(event)).y() < rect().center().y();
+    text->setAlignment(Qt::AlignHCenter | (isAbove ? Qt::AlignBottom : Qt::AlignTop));
 }
 
 void DropHint::Show(const QStringList& paths)
@@ -84,7 +106,7 @@ void DropHint::Show(const QStringList& paths)
 
     QPalette colors = parentWidget()->palette();
     QColor background = colors.color(QPalette::Base);
-    background.setAlphaF(0.85);
+    background.setAlphaF(0.93);
     colors.setColor(QPalette::Window, background);
     colors.setColor(QPalette::WindowText,
                     isUseful ? colors.color(QPalette::Highlight) : colors.color(QPalette::Disabled, QPalette::Text));

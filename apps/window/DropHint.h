@@ -20,12 +20,16 @@ signals:
     void Dropped(const QStringList& paths);
 
 protected:
-    bool eventFilter(QObject* target, QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void OnEntered(QDragEnterEvent& event);
     void Show(const QStringList& paths);
 
+    /// The text is not below what is dragged.
+    void MakeRoom(const QDropEvent& event);
+
+    QWidget& target;
     bool isUseful = false; ///< whether dropping what was shown last would do anything
     QLabel* const text;
 };

@@ -1,5 +1,6 @@
 #include "FilterChips.h"
 
+#include "Contrast.h"
 #include <host/CloudDocumentsModel.h>
 
 #include <QButtonGroup>
@@ -18,6 +19,7 @@ using Model = Host::CloudDocumentsModel;
 namespace {
 
 constexpr int countInterval = 300; // milliseconds
+constexpr qreal seen = 3;          // contrast of what is no text
 constexpr std::array<Kind, 4> kinds = {Kind::All, Kind::NotHere, Kind::Changed, Kind::InConflict};
 
 /// A round button that stays down.
@@ -43,10 +45,14 @@ protected:
         painter.setRenderHint(QPainter::Antialiasing);
         const bool isFilled = isChecked() || isDown();
         QColor rim = palette().color(QPalette::WindowText);
-        rim.setAlphaF(hasFocus() ? 1 : underMouse() ? 0.6 : 0.3);
-        painter.setPen(QPen(isFilled && !hasFocus() ? palette().color(QPalette::Highlight) : rim, hasFocus() ? 2 : 1));
-        painter.setBrush(isFilled ? palette().brush(QPalette::Highlight) : QBrush(Qt::NoBrush));
-        const QRectF area = QRectF(rect()).adjusted(1, 1, -1, -1);
+        rim.setAlphaF(hasFocus() ? 1 : underMouse() ? 0.75 : 0.55);
+        const QColor filling = SelectionColor(palette());
+        const qreal thickness = hasFocus() ? 2 : 1;
+        const bool isRimmed = !isFilled || hasFocus() || Contrast(filling, palette().color(QPalette::Window)) < seen;
+        painter.setPen(QPen(isRimmed ? rim : filling, thickness));
+        painter.setBrush(isFilled ? QBrush(filling) : QBrush(Qt::NoBrush));
+        const qreal half = thickness / 2; // the rim has whole pixels
+        const QRectF area = QRectF(rect()).adjusted(half, half, -half, -half);
         painter.drawRoundedRect(area, area.height() / 2, area.height() / 2);
         style()->drawItemText(&painter, rect(), Qt::AlignCenter, palette(), isEnabled(), text(),
                               isFilled ? QPalette::HighlightedText : QPalette::WindowText);

@@ -3,12 +3,21 @@
 #include <QEvent>
 #include <QToolBar>
 
+#include <utility>
+
 namespace Norlis::Window {
 
-/// A toolbar that leaves out the texts below its icons where there is no room for all of them.
+/// A toolbar that leaves out the texts below its icons where there is no room for all of them, or none to waste.
 class FittingToolBar : public QToolBar {
 public:
     using QToolBar::QToolBar;
+
+    void LeaveOutTexts(bool areLeftOut)
+    {
+        if (std::exchange(isBrief, areLeftOut) != areLeftOut) {
+            Fit();
+        }
+    }
 
 protected:
     void resizeEvent(QResizeEvent* event) override
@@ -28,11 +37,13 @@ protected:
 private:
     void Fit()
     {
-        setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
+        setToolButtonStyle(isBrief ? Qt::ToolButtonIconOnly : Qt::ToolButtonTextUnderIcon);
         if (sizeHint().width() > width()) {
             setToolButtonStyle(Qt::ToolButtonIconOnly);
         }
     }
+
+    bool isBrief = false;
 };
 
 } // namespace Norlis::Window

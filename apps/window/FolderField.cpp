@@ -17,7 +17,8 @@ FolderField::FolderField(const QString& name, const QString& ifNone, const QStri
 {
     text->setAccessibleName(name);
     text->setPlaceholderText(ifNone);
-    text->setMinimumWidth(fontMetrics().averageCharWidth() * 40);
+    const int letter = fontMetrics().averageCharWidth();
+    text->setMinimumWidth(qMax(50 * letter, fontMetrics().horizontalAdvance(ifNone) + 4 * letter));
     const auto button = new QToolButton;
     button->setIcon(GlyphIcon(Glyph::Folder));
     button->setToolTip(tr("Choose a Folder"));

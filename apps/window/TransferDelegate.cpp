@@ -136,7 +136,7 @@ void TransferDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
         PaintProgress(*painter, option, second, index);
     } else {
         QColor muted = color;
-        muted.setAlphaF(0.75);
+        muted.setAlphaF(isSelected ? 1 : 0.75); // whose colours have no contrast to spare
         painter->setPen(muted);
         text(second, StateText(status, index.data(Transfers::DetailRole).toString()), Qt::ElideRight);
     }

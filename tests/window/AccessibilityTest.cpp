@@ -187,8 +187,13 @@ TEST_F(AccessibilityTest, LargeLettersLeaveEveryToolInSight)
     QApplication::setFont(large);
     window->resize(800, 600);
     EXPECT_TRUE(WaitUntil(isEachInSight));
-    window->resize(3000, 600);
+    window->resize(3000, 1500);
     EXPECT_TRUE(WaitUntil([&] { return isEachInSight() && tools->toolButtonStyle() == Qt::ToolButtonTextUnderIcon; }));
+    const auto& search = *Find<QLineEdit>("search");
+    EXPECT_GT(search.mapTo(window.get(), QPoint()).y(), tools->mapTo(window.get(), QPoint()).y() + tools->height() - 1);
+    window->resize(2000, 600);
+    EXPECT_TRUE(WaitUntil([&] { return isEachInSight() && tools->toolButtonStyle() == Qt::ToolButtonIconOnly; }));
+    EXPECT_TRUE(WaitUntil([&] { return search.mapTo(window.get(), QPoint()).x() > tools->geometry().right(); }));
     window.reset();
     QApplication::setFont(before);
 }

@@ -72,6 +72,23 @@ TEST_F(FilesTest, TheWindowSaysWhatADropWouldDo)
     EXPECT_FALSE(mayDrop);
 }
 
+TEST_F(FilesTest, WhatADropWouldDoIsNotWrittenBelowWhatIsDragged)
+{
+    const auto page = window->findChild<QWidget*>("documentsPage");
+    const std::unique_ptr<QMimeData> data(DataOf({"/a.pdf"}));
+    const auto textWhileAt = [&](int y) {
+        QDragMoveEvent move({page->width() / 2, y}, Qt::CopyAction, data.get(), Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(page, &move);
+        return Find<QWidget>("dropHint")->findChild<QLabel*>()->alignment();
+    };
+    QDragEnterEvent enter({1, page->height() - 1}, Qt::CopyAction, data.get(), Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(page, &enter);
+    EXPECT_TRUE(textWhileAt(page->height() - 1) & Qt::AlignTop);
+    EXPECT_TRUE(textWhileAt(page->height() / 3) & Qt::AlignBottom);
+    QDragLeaveEvent leave;
+    QCoreApplication::sendEvent(page, &leave);
+}
+
 TEST_F(FilesTest, TheDocumentsInADroppedFolderAreUploaded)
 {
     const QDir dropped(Local("dropped"));

@@ -1,3 +1,4 @@
+#include "Palettes.h"
 #include "WindowTest.h"
 
 #include <apps/window/PagePicture.h>
@@ -20,31 +21,6 @@ namespace Norlis::Test {
 namespace {
 
 using namespace TestKit;
-
-QPalette Dark()
-{
-    QPalette dark;
-    dark.setColor(QPalette::Window, QColor(45, 45, 48));
-    dark.setColor(QPalette::WindowText, Qt::white);
-    dark.setColor(QPalette::Base, QColor(30, 30, 32));
-    dark.setColor(QPalette::AlternateBase, QColor(45, 45, 48));
-    dark.setColor(QPalette::Text, Qt::white);
-    dark.setColor(QPalette::Button, QColor(60, 60, 64));
-    dark.setColor(QPalette::ButtonText, Qt::white);
-    dark.setColor(QPalette::Highlight, QColor(20, 110, 190));
-    dark.setColor(QPalette::HighlightedText, Qt::white);
-    dark.setColor(QPalette::ToolTipBase, QColor(70, 60, 30));
-    dark.setColor(QPalette::ToolTipText, Qt::white);
-    return dark;
-}
-
-QPalette HighContrast()
-{
-    QPalette contrast(Qt::white, Qt::black, Qt::white, Qt::black, Qt::gray, Qt::white, Qt::white, Qt::black, Qt::black);
-    contrast.setColor(QPalette::Highlight, Qt::yellow);
-    contrast.setColor(QPalette::HighlightedText, Qt::black);
-    return contrast;
-}
 
 /// Pictures of the window in its main states. They are stored in the folder that NORLIS_PICTURES names, to be looked
 /// at: tools/window-pictures takes them in all the looks that these may be asked for by the environment.

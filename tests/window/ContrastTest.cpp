@@ -1,0 +1,111 @@
+#include "Palettes.h"
+#include "WindowTest.h"
+
+#include <apps/window/Contrast.h>
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QLineEdit>
+#include <QListView>
+#include <QTest>
+
+#include <array>
+
+namespace Norlis::Test {
+
+namespace {
+
+using Window::Contrast;
+
+/// What is seen of documents in a palette, by its colours on the screen.
+class ContrastTest : public WindowTest, public testing::WithParamInterface<int> {
+protected:
+    ContrastTest()
+    {
+        const std::array<QPalette, 3> palettes = {palette, Dark(), HighContrast()};
+        QApplication::setPalette(palettes.at(static_cast<std::size_t>(GetParam())));
+        QFont large = font;
+        large.setPointSizeF(font.pointSizeF() * 2); // its lines have pixels that are covered whole
+        QApplication::setFont(large);
+    }
+
+    ~ContrastTest() override
+    {
+        window.reset();
+        QApplication::setPalette(palette);
+        QApplication::setFont(font);
+    }
+
+    /// Of what differs most from the ground that it is painted on.
+    static qreal Strongest(const QImage& picture, const QColor& ground)
+    {
+        qreal best = 1;
+        for (int y = 0; y < picture.height(); ++y) {
+            for (int x = 0; x < picture.width(); ++x) {
+                best = qMax(best, Contrast(picture.pixelColor(x, y), ground));
+            }
+        }
+        return best;
+    }
+
+    QRect Cell(int row) const
+    {
+        return Documents()->visualRect(Documents()->model()->index(row, 0));
+    }
+
+    const QPalette palette = QApplication::palette();
+    const QFont font = QApplication::font();
+};
+
+TEST_P(ContrastTest, NamesDatesAndTheFocusAreSeenOnWhatIsSelectedAndElse)
+{
+    PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
+    PutIntoCloud("b.pdf", PdfOfColor(Qt::red));
+    OpenCloud();
+    ASSERT_TRUE(Shows({"a.pdf", "b.pdf"}));
+    Select({"a.pdf"});
+    window->activateWindow();
+    ASSERT_TRUE(WaitUntil([this] { return window->isActiveWindow(); }));
+    Documents()->setCurrentIndex(Documents()->model()->index(0, 0));
+    QTest::keyClick(Find<QLineEdit>("search"), Qt::Key_Tab); // from then on the focus is shown
+    Documents()->setFocus();
+    constexpr int inset = 6; // from where the ring is
+    for (const int row : {0, 1}) {
+        const QImage cell = Documents()->viewport()->grab(Cell(row)).toImage();
+        const QColor ground = cell.pixelColor(cell.width() / 2, inset);
+        const int line = Documents()->fontMetrics().lineSpacing();
+        const int top = cell.height() - 3 * line - inset;
+        EXPECT_GE(Strongest(cell.copy(inset, top, cell.width() - 2 * inset, line), ground), 4.5) << "name " << row;
+        EXPECT_GE(Strongest(cell.copy(inset, top + line, cell.width() - 2 * inset, line), ground), 4.5) << row;
+        if (row == 0) {
+            EXPECT_GE(Strongest(cell.copy(cell.width() / 4, 2, cell.width() / 2, 2), ground), 3) << "focus";
+            const QColor paper = Documents()->palette().color(QPalette::Base);
+            EXPECT_GE(Contrast(ground, paper), 3) << "what is selected";
+        }
+    }
+}
+
+TEST_P(ContrastTest, TheChipsAreSeen)
+{
+    PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
+    OpenCloud();
+    ASSERT_TRUE(Shows({"a.pdf"}));
+    for (const char* const name : {"All 1", "Conflicts"}) {
+        ASSERT_TRUE(WaitUntil([&] { return Button(name) != nullptr; })) << name;
+        const auto chip = Button(name);
+        const QImage picture = chip->grab().toImage();
+        const QPoint middle = picture.rect().center();
+        const QColor ground = picture.pixelColor(middle.x(), 4);
+        const int side = picture.height() / 2; // which is round
+        const QRect line(side, 6, picture.width() - 2 * side, picture.height() - 12);
+        EXPECT_GE(Strongest(picture.copy(line), ground), 4.5) << name;
+        const QColor around = chip->palette().color(QPalette::Window);
+        EXPECT_GE(Strongest(picture.copy(middle.x(), 0, 1, 2), around), 3) << name;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(LightDarkAndHigh, ContrastTest, testing::Values(0, 1, 2));
+
+} // namespace
+
+} // namespace Norlis::Test
