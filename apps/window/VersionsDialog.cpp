@@ -8,6 +8,7 @@
 #include <host/session/CloudSession.h>
 
 #include <QCheckBox>
+#include <QCoreApplication>
 #include <QDialogButtonBox>
 #include <QFileInfo>
 #include <QGridLayout>
