@@ -1,5 +1,7 @@
 #include "FilterChips.h"
 
+#include "AccessibleParts.h"
+
 #include <host/CloudDocumentsModel.h>
 
 #include <QButtonGroup>
@@ -68,6 +70,7 @@ FilterChips::FilterChips(const QAbstractItemModel& documents, const DocumentsFil
     for (const Kind kind : kinds) {
         const auto chip = new Chip;
         chip->setCheckable(true);
+        SetAccessibleRole(*chip, QAccessible::RadioButton);
         chips->addButton(chip, static_cast<int>(kind));
         layout->addWidget(chip);
     }
