@@ -1,5 +1,6 @@
 #include "DocumentActions.h"
 
+#include "AccessibleParts.h"
 #include "Glyphs.h"
 
 #include <QAction>
@@ -109,6 +110,9 @@ void DocumentActions::AddTo(QToolBar& bar) const
         }
         bar.addAction(action);
         bar.widgetForAction(action)->setFocusPolicy(Qt::TabFocus);
+        if (action->actionGroup()) {
+            SetAccessibleRole(*bar.widgetForAction(action), QAccessible::RadioButton);
+        }
     }
 }
 

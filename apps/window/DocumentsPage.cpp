@@ -1,5 +1,6 @@
 #include "DocumentsPage.h"
 
+#include "AccessibleParts.h"
 #include "DetailsPane.h"
 #include "DocumentsView.h"
 #include "DropHint.h"
@@ -130,6 +131,7 @@ void DocumentsPage::Arrange()
     connect(panel, &TransfersPanel::KeyboardLeft, this, &DocumentsPage::FocusDocuments);
     stack->setMinimumHeight(4 * fontMetrics().lineSpacing()); // the window does not grow by itself
     stack->addWidget(view);
+    ShowTitles(*stack, view->Header());
     stack->addWidget(empty);
     const auto upper = new QWidget;
     const auto upperLayout = new QVBoxLayout(upper);

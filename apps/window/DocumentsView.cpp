@@ -1,5 +1,6 @@
 #include "DocumentsView.h"
 
+#include "AccessibleParts.h"
 #include "LargePictures.h"
 #include "QuietScrollBar.h"
 #include <host/CloudDocumentsModel.h>
@@ -24,6 +25,7 @@ DocumentsView::DocumentsView(QWidget* parent) : QListView(parent), header(new Li
 {
     setObjectName("documents");
     setAccessibleName(tr("Documents"));
+    TellOfCurrentItem(*this);
     setItemDelegate(&delegate);
     setSelectionMode(ExtendedSelection);
     setUniformItemSizes(true);

@@ -1,6 +1,8 @@
 #include "FilterChips.h"
 
+#include "AccessibleParts.h"
 #include "Contrast.h"
+
 #include <host/CloudDocumentsModel.h>
 
 #include <QButtonGroup>
@@ -74,6 +76,7 @@ FilterChips::FilterChips(const QAbstractItemModel& documents, const DocumentsFil
     for (const Kind kind : kinds) {
         const auto chip = new Chip;
         chip->setCheckable(true);
+        SetAccessibleRole(*chip, QAccessible::RadioButton);
         chips->addButton(chip, static_cast<int>(kind));
         layout->addWidget(chip);
     }

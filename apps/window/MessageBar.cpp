@@ -1,9 +1,8 @@
 #include "MessageBar.h"
 
+#include "AccessibleParts.h"
 #include "Glyphs.h"
 
-#include <QAccessible>
-#include <QAccessibleWidget>
 #include <QApplication>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -16,17 +15,6 @@
 
 namespace Norlis::Window {
 
-namespace {
-
-/// By which screen readers know that it is to be read aloud.
-QAccessibleInterface* MakeAlert(const QString&, QObject* object)
-{
-    const auto bar = qobject_cast<MessageBar*>(object);
-    return bar ? new QAccessibleWidget(bar, QAccessible::AlertMessage) : nullptr;
-}
-
-} // namespace
-
 MessageBar::MessageBar(QWidget* parent)
     : TintedFrame(parent),
       icon(new QLabel),
@@ -38,8 +26,7 @@ MessageBar::MessageBar(QWidget* parent)
       close(new QToolButton)
 {
     setObjectName("message");
-    static const bool isInstalled = (QAccessible::installFactory(MakeAlert), true);
-    Q_UNUSED(isInstalled);
+    SetAccessibleRole(*this, QAccessible::Notification);
     setAccessibleName(tr("Message"));
 
     text->setObjectName("messageText");
@@ -153,7 +140,7 @@ void MessageBar::ShowCurrent()
         return;
     }
     const Message& message = messages[current];
-    const bool isNew = isHidden() || text->text() != message.text;
+    const bool isOther = text->text() != message.text;
     ShowKind();
     text->setText(message.text);
     text->setAccessibleName(message.text);
@@ -173,12 +160,11 @@ void MessageBar::ShowCurrent()
     next->setVisible(messages.size() > 1);
     setTabOrder(buttons.isEmpty() ? static_cast<QWidget*>(showDetails) : buttons.last(), next);
     setTabOrder(next, close);
-    show();
-    if (isNew) {
-        setAccessibleName(message.text);
-        QAccessibleEvent event(this, QAccessible::Alert);
-        QAccessible::updateAccessibility(&event);
+    setAccessibleName(message.text);
+    if (isOther) {
+        ReadAloud(*this);
     }
+    show();
 }
 
 void MessageBar::ShowKind()

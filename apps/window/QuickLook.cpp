@@ -1,5 +1,6 @@
 #include "QuickLook.h"
 
+#include "AccessibleParts.h"
 #include "DocumentsView.h"
 #include "ElidedLabel.h"
 #include "Glyphs.h"
@@ -10,7 +11,6 @@
 
 #include <host/CloudDocumentsModel.h>
 
-#include <QAccessibleWidget>
 #include <QApplication>
 #include <QGridLayout>
 #include <QKeyEvent>
@@ -34,13 +34,6 @@ constexpr qreal sheetAspectRatio = 1.1; // of width to height, at most: document
 constexpr int sheetLetters = 60;        // at least, side by side: names are long
 constexpr int wheelStep = 120;          // of one notch
 constexpr int linesOfArrow = 3;         // that an arrow key moves a large page by
-
-/// A frame is no dialog by itself.
-QAccessibleInterface* MakeAccessible(const QString&, QObject* object)
-{
-    const auto sheet = qobject_cast<QuickLook*>(object);
-    return sheet ? new QAccessibleWidget(sheet, QAccessible::Dialog) : nullptr;
-}
 
 QToolButton* MakeButton(const QString& objectName, Glyph glyph, const QString& tip, const QKeySequence& keys = {})
 {
@@ -81,8 +74,7 @@ void Announce(QLabel& label, const QString& text)
     label.setText(text);
     label.setAccessibleName(text);
     if (!text.isEmpty()) {
-        QAccessibleEvent event(&label, QAccessible::Alert);
-        QAccessible::updateAccessibility(&event);
+        ReadAloud(label);
     }
 }
 
@@ -108,15 +100,16 @@ QuickLook::QuickLook(CloudSession& session, DocumentsView& view, QWidget& page)
       notice(new QLabel),
       fetch(new QPushButton(GlyphIcon(Glyph::Download), tr("Download")))
 {
-    static const bool isKnown = (QAccessible::installFactory(MakeAccessible), true);
-    Q_UNUSED(isKnown)
+    SetAccessibleRole(*this, QAccessible::Dialog);
+    SetAccessibleRole(*pageNumber, QAccessible::Notification);
+    SetAccessibleRole(*notice, QAccessible::Notification);
     setObjectName("quickLook");
     setFocusPolicy(Qt::StrongFocus);
     Arrange();
     ConnectKeys();
     ConnectSession();
     page.installEventFilter(this);
-    hide();
+    Leave();
 }
 
 void QuickLook::Arrange()
@@ -279,8 +272,8 @@ void QuickLook::Open()
     Fit();
     show();
     raise();
+    Update(); // before screen readers are told of it
     setFocus();
-    Update();
 }
 
 void QuickLook::Close()
@@ -292,6 +285,8 @@ void QuickLook::Close()
 void QuickLook::Leave()
 {
     hide();
+    help->hide(); // these are read aloud when they are shown
+    pageNumber->hide();
     id.clear();
     picture->Show({}); // it may be large, or still under way
 }
@@ -391,6 +386,9 @@ QString QuickLook::Notice() const
 
 void QuickLook::UpdatePage()
 {
+    if (!isVisible()) {
+        return;
+    }
     const int count = picture->PageCount();
     previousPage->setEnabled(number > 1);
     nextPage->setEnabled(picture->IsHere() ? number < count : number == 1);
@@ -406,6 +404,7 @@ void QuickLook::UpdatePage()
     }
     help->setVisible(!notice->text().isEmpty());
     Announce(*pageNumber, count > 0 ? tr("Page %1 of %2").arg(number).arg(count) : tr("Page %1").arg(number));
+    pageNumber->show();
 }
 
 bool QuickLook::event(QEvent* event)

@@ -1,5 +1,7 @@
 #include "TransfersPanel.h"
 
+#include "AccessibleParts.h"
+
 #include <QApplication>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -99,6 +101,7 @@ void TransfersPanel::Arrange()
     title->setObjectName("transfersTitle");
     list->setObjectName("transfers");
     list->setAccessibleName(tr("Transfers"));
+    TellOfCurrentItem(*list);
     list->setAccessibleDescription(
         tr("Press Delete to cancel the selected transfers, Return to begin failed and canceled ones again"));
     list->setFrameShape(NoFrame);

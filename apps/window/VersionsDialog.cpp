@@ -1,5 +1,6 @@
 #include "VersionsDialog.h"
 
+#include "AccessibleParts.h"
 #include "CloudVersions.h"
 #include "PagePicture.h"
 #include "Texts.h"
@@ -93,6 +94,7 @@ VersionsDialog::VersionsDialog(const QString& name, Host::CloudSession& session,
       skip(new QPushButton(tr("&Skip")))
 {
     setObjectName(name);
+    SetAccessibleRole(*this, QAccessible::AlertMessage); // as other questions
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(parent.window()->windowTitle());
     Arrange(choices);

@@ -45,7 +45,7 @@ void ProtocolAdapter::StopWaiting()
 
 qint64 ProtocolAdapter::auth(const QMap<QString, QString>& fields, std::function<void(qint64, RequestResult)>&& done)
 {
-    return Await(std::move(done), [&](auto&& end) { return protocol.auth(fields, std::move(end)); });
+    return Await(std::move(done), [&](auto end) { return protocol.auth(fields, std::move(end)); });
 }
 
 void ProtocolAdapter::logout()
@@ -87,7 +87,7 @@ qint64 ProtocolAdapter::retriveFileInfo(const FileFieldData& data,
 qint64 ProtocolAdapter::retriveFileList(const FileFieldData& data,
                                         std::function<void(qint64, RequestResult, QList<FileInfo>)>&& done)
 {
-    return Await(std::move(done), [&](auto&& end) { return protocol.retriveFileList(data, std::move(end)); });
+    return Await(std::move(done), [&](auto end) { return protocol.retriveFileList(data, std::move(end)); });
 }
 
 qint64 ProtocolAdapter::downloadFile(const FileFieldData& data, std::function<void(qint64, RequestResult)>&& done,

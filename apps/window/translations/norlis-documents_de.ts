@@ -1865,6 +1865,17 @@
     </message>
 </context>
 <context>
+    <name>Titles</name>
+    <message>
+        <source>Sorted ascending</source>
+        <translation>Aufsteigend sortiert</translation>
+    </message>
+    <message>
+        <source>Sorted descending</source>
+        <translation>Absteigend sortiert</translation>
+    </message>
+</context>
+<context>
     <name>main</name>
     <message>
         <source>Shows and manages PDF documents in the cloud.</source>
