@@ -6,6 +6,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QScreen>
+#include <QScrollBar>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
@@ -59,13 +60,17 @@ ShortcutsDialog::ShortcutsDialog(const QMenuBar& bar, QWidget* parent) : QDialog
     list->expandAll();
     list->resizeColumnToContents(0);
     list->header()->resizeSection(0, list->columnWidth(0) + 3 * fontMetrics().averageCharWidth());
+    list->header()->setStretchLastSection(false);
+    list->resizeColumnToContents(1);
+    const int columns = list->header()->length() + list->verticalScrollBar()->sizeHint().width();
+    list->header()->setStretchLastSection(true);
     list->setCurrentItem(list->topLevelItem(0));
     const auto buttons = new QDialogButtonBox(QDialogButtonBox::Close);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     const auto layout = new QVBoxLayout(this);
     layout->addWidget(list);
     layout->addWidget(buttons);
-    const QSize wanted(fontMetrics().averageCharWidth() * 70, fontMetrics().lineSpacing() * 34);
+    const QSize wanted(columns + 8 * fontMetrics().averageCharWidth(), fontMetrics().lineSpacing() * 34);
     resize(wanted.boundedTo(screen()->availableGeometry().size() * 85 / 100));
 }
 

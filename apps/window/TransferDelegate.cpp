@@ -130,6 +130,7 @@ void TransferDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
             option.fontMetrics.elidedText(words, elide, cell.width()));
     };
     painter->save();
+    painter->setLayoutDirection(Qt::LayoutDirectionAuto); // "12 KiB" is read from the left, wherever it stands
     painter->setPen(color);
     text(first, index.data().toString(), Qt::ElideMiddle);
     if (status == Status::Running) {

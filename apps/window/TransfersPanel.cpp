@@ -1,6 +1,7 @@
 #include "TransfersPanel.h"
 
 #include "AccessibleParts.h"
+#include "ElidedLabel.h"
 
 #include <QApplication>
 #include <QHBoxLayout>
@@ -69,7 +70,7 @@ const QVector<Action> ended = {Action::TryAgain, Action::StartAgain, Action::Dec
 TransfersPanel::TransfersPanel(Transfers& transfers, QWidget* parent)
     : QFrame(parent),
       transfers(transfers),
-      title(new QLabel),
+      title(new ElidedLabel),
       list(new PromptListView),
       details(Button(tr("Details"), "transferDetails")),
       cancel(Button(tr("Cancel All"), "cancelTransfers")),

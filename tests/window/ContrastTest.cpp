@@ -63,25 +63,25 @@ TEST_P(ContrastTest, NamesDatesAndTheFocusAreSeenOnWhatIsSelectedAndElse)
     PutIntoCloud("b.pdf", PdfOfColor(Qt::red));
     OpenCloud();
     ASSERT_TRUE(Shows({"a.pdf", "b.pdf"}));
-    Select({"a.pdf"});
     window->activateWindow();
     ASSERT_TRUE(WaitUntil([this] { return window->isActiveWindow(); }));
-    Documents()->setCurrentIndex(Documents()->model()->index(0, 0));
     QTest::keyClick(Find<QLineEdit>("search"), Qt::Key_Tab); // from then on the focus is shown
     Documents()->setFocus();
+    Select({"a.pdf"});
     constexpr int inset = 6; // from where the ring is
+    const auto groundOf = [](const QImage& cell) { return cell.pixelColor(cell.width() / 2, inset); };
+    const auto picture = [this](int row) { return Documents()->viewport()->grab(Cell(row)).toImage(); };
+    const QColor paper = Documents()->palette().color(QPalette::Base);
+    EXPECT_TRUE(WaitUntil([&] { return Contrast(groundOf(picture(0)), paper) >= 3; })) << "what is selected";
+    const QImage selected = picture(0);
+    EXPECT_GE(Strongest(selected.copy(selected.width() / 4, 2, selected.width() / 2, 2), groundOf(selected)), 3)
+        << "the focus";
     for (const int row : {0, 1}) {
-        const QImage cell = Documents()->viewport()->grab(Cell(row)).toImage();
-        const QColor ground = cell.pixelColor(cell.width() / 2, inset);
+        const QImage cell = picture(row);
         const int line = Documents()->fontMetrics().lineSpacing();
-        const int top = cell.height() - 3 * line - inset;
-        EXPECT_GE(Strongest(cell.copy(inset, top, cell.width() - 2 * inset, line), ground), 4.5) << "name " << row;
-        EXPECT_GE(Strongest(cell.copy(inset, top + line, cell.width() - 2 * inset, line), ground), 4.5) << row;
-        if (row == 0) {
-            EXPECT_GE(Strongest(cell.copy(cell.width() / 4, 2, cell.width() / 2, 2), ground), 3) << "focus";
-            const QColor paper = Documents()->palette().color(QPalette::Base);
-            EXPECT_GE(Contrast(ground, paper), 3) << "what is selected";
-        }
+        const QRect name(inset, cell.height() - 3 * line - inset, cell.width() - 2 * inset, line);
+        EXPECT_GE(Strongest(cell.copy(name), groundOf(cell)), 4.5) << row;
+        EXPECT_GE(Strongest(cell.copy(name.translated(0, line)), groundOf(cell)), 4.5) << "the date of " << row;
     }
 }
 

@@ -59,6 +59,23 @@ TEST_F(HelpTest, ThePageOfKeysFitsTheScreenWithLargeLettersToo)
     QApplication::setFont(large);
 }
 
+TEST_F(HelpTest, LargeLettersCutNoKey)
+{
+    const QFont before = QApplication::font();
+    QFont large = before;
+    large.setPointSizeF(before.pointSizeF() * 1.7);
+    QApplication::setFont(large);
+    OpenCloud();
+    Action("Keyboard Shortcuts")->trigger();
+    ASSERT_TRUE(WaitUntil([&] { return Find<QTreeWidget>("keys"); }));
+    const auto list = Find<QTreeWidget>("keys");
+    for (QTreeWidgetItemIterator entry(list); *entry; ++entry) {
+        EXPECT_LT(list->fontMetrics().horizontalAdvance((*entry)->text(1)), list->columnWidth(1));
+    }
+    window.reset();
+    QApplication::setFont(before);
+}
+
 TEST_F(HelpTest, TheProgramTellsWhatItIs)
 {
     Open();
