@@ -2,11 +2,11 @@
 
 #include "AccessibleParts.h"
 #include "DetailsPane.h"
+#include "DocumentsTools.h"
 #include "DocumentsView.h"
 #include "DropHint.h"
 #include "EmptyPage.h"
 #include "FilterChips.h"
-#include "FittingToolBar.h"
 #include "MessageBar.h"
 #include "QuickLook.h"
 #include "SearchField.h"
@@ -41,9 +41,6 @@ const auto details = QStringLiteral("view/details");
 const auto sides = QStringLiteral("view/sides");
 } // namespace Key
 
-constexpr int leastLines = 30;   // of a page whose tools have texts
-constexpr int leastLetters = 90; // of a line that holds the tools and the search
-
 } // namespace
 
 DocumentsPage::DocumentsPage(CloudSession& session, QSettings& settings, QWidget* parent)
@@ -54,7 +51,6 @@ DocumentsPage::DocumentsPage(CloudSession& session, QSettings& settings, QWidget
       pictures(session),
       transfers(session),
       actions(*this),
-      tools(new FittingToolBar),
       search(new SearchField),
       chips(new FilterChips(model, filter)),
       message(new MessageBar),
@@ -65,6 +61,7 @@ DocumentsPage::DocumentsPage(CloudSession& session, QSettings& settings, QWidget
       status(new StatusLine),
       order(filter, view->Header(), *actions.sortBy, settings),
       arrangement(*view, actions, settings),
+      tools(new DocumentsTools(actions, *search, *chips, order.Box())),
       commands({session, Preferences(settings), model, *view, transfers, *message}, *this),
       details(new DetailsPane(session, *view, actions)),
       notice(transfers, Preferences(settings), *this)
@@ -168,51 +165,15 @@ void DocumentsPage::Arrange()
     const auto layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
-    layout->addWidget(Tools());
+    layout->addWidget(tools);
     layout->addWidget(splitter, 1);
     layout->addWidget(status);
-}
-
-QWidget* DocumentsPage::Tools()
-{
-    tools->setAccessibleName(tr("Toolbar"));
-    actions.AddTo(*tools);
-    QSizePolicy policy = order.Box().sizePolicy();
-    policy.setRetainSizeWhenHidden(true); // what is below stays where it is
-    order.Box().setSizePolicy(policy);
-    const auto all = new QWidget;
-    const int gap = fontMetrics().height() / 3;
-    const auto searching = new QHBoxLayout;
-    searching->setContentsMargins(2 * gap, 0, 2 * gap, 0);
-    searching->addWidget(search);
-    upperTools = new QBoxLayout(QBoxLayout::TopToBottom);
-    upperTools->setSpacing(0);
-    upperTools->addWidget(tools);
-    upperTools->addLayout(searching, 1);
-    const auto narrowing = new QHBoxLayout;
-    narrowing->setContentsMargins(2 * gap, gap, 2 * gap, gap);
-    narrowing->addWidget(chips);
-    narrowing->addSpacing(2 * gap);
-    narrowing->addStretch();
-    narrowing->addWidget(&order.Box());
-    const auto layout = new QVBoxLayout(all);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(0);
-    layout->addLayout(upperTools);
-    layout->addLayout(narrowing);
-    return all;
 }
 
 void DocumentsPage::resizeEvent(QResizeEvent* event)
 {
     QWidget::resizeEvent(event);
-    // A low page, as with large letters, has its room for the documents.
-    const bool isLow = height() < leastLines * fontMetrics().lineSpacing();
-    tools->LeaveOutTexts(isLow);
-    const bool isWide = width() > leastLetters * fontMetrics().averageCharWidth();
-    upperTools->setDirection(!(isLow && isWide) ? QBoxLayout::TopToBottom
-                             : isRightToLeft()  ? QBoxLayout::RightToLeft
-                                                : QBoxLayout::LeftToRight);
+    tools->Fit(size());
 }
 
 void DocumentsPage::ConnectSession()

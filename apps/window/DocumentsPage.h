@@ -16,18 +16,17 @@
 #include <QTimer>
 #include <QWidget>
 
-class QBoxLayout;
 class QMenuBar;
 class QStackedWidget;
 
 namespace Norlis::Window {
 
 class DetailsPane;
+class DocumentsTools;
 class DocumentsView;
 class DropHint;
 class EmptyPage;
 class FilterChips;
-class FittingToolBar;
 class MessageBar;
 class SearchField;
 class QuickLook;
@@ -81,7 +80,6 @@ protected:
 
 private:
     void Arrange();
-    QWidget* Tools();
     void ConnectSession();
     void ConnectDocuments();
     void ConnectSearch();
@@ -113,8 +111,6 @@ private:
     Transfers transfers;
     DocumentActions actions;
 
-    FittingToolBar* const tools;
-    QBoxLayout* upperTools = nullptr; ///< and the search, which is beside them on a low page
     SearchField* const search;
     FilterChips* const chips;
     MessageBar* const message;
@@ -125,6 +121,7 @@ private:
     StatusLine* const status;
     DocumentsOrder order;
     DocumentsLayout arrangement;
+    DocumentsTools* const tools;
     DocumentCommands commands;
     DetailsPane* const details;
     TransferNotice notice;

@@ -388,10 +388,6 @@
         <translation>Noch keine Dokumente</translation>
     </message>
     <message>
-        <source>Toolbar</source>
-        <translation>Symbolleiste</translation>
-    </message>
-    <message>
         <source>Sign In…</source>
         <translation>Anmelden …</translation>
     </message>
@@ -438,6 +434,13 @@
     <message>
         <source>Show All</source>
         <translation>Alle zeigen</translation>
+    </message>
+</context>
+<context>
+    <name>Norlis::Window::DocumentsTools</name>
+    <message>
+        <source>Toolbar</source>
+        <translation>Symbolleiste</translation>
     </message>
 </context>
 <context>
