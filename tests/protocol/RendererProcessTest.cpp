@@ -155,14 +155,14 @@ TEST_F(RendererProcessTest, OneProcessServesManyDocumentsAndLargePictures)
     Render(renderer);
     const auto before = ChildProcesses("FakeRenderer");
     ASSERT_EQ(before.size(), 1U);
-    EXPECT_EQ(Render(renderer, "b.pdf", {2048, 2048}).image.size(), QSize(2048, 2048));
+    EXPECT_EQ(Render(renderer, "b.pdf", {4096, 4096}).image.size(), QSize(4096, 4096));
     EXPECT_EQ(ChildProcesses("FakeRenderer"), before);
 }
 
 TEST_F(RendererProcessTest, BoxesAreKeptWithinReason)
 {
     RendererProcess renderer(fakes.Make("answer"));
-    EXPECT_EQ(Render(renderer, "a.pdf", {1'000'000, 1}).image.size(), QSize(2048, 1));
+    EXPECT_EQ(Render(renderer, "a.pdf", {1'000'000, 1}).image.size(), QSize(4096, 1));
     EXPECT_EQ(Render(renderer, "a.pdf", {-5, 0}).image.size(), QSize(1, 1));
 }
 

@@ -163,7 +163,7 @@ TEST_F(RendererSandboxTest, TextWithoutFontsIsDrawnInThoseOfTheSystem)
 TEST_F(RendererSandboxTest, TheLargestPictureNeedsNothingThatIsForbidden)
 {
     RendererProcess renderer(NORLIS_RENDERER, timeLimit);
-    EXPECT_EQ(Render(renderer, PdfOfColor(Qt::red), {2048, 2048}).height(), 2048) << reason;
+    EXPECT_EQ(Render(renderer, PdfOfColor(Qt::red), {4096, 4096}).height(), 4096) << reason;
 }
 
 } // namespace Norlis::Social

@@ -191,7 +191,7 @@ TEST_F(RendererTest, DeepNestingEndsOneWayOrTheOther)
 TEST_F(RendererTest, APageThatTakesLongIsGivenUp)
 {
     RendererProcess renderer(NORLIS_RENDERER, 500);
-    EXPECT_THAT(Render(renderer, PdfThatTakesLong(), {2048, 2048}).reason, HasSubstr("longer than 0.5 seconds"));
+    EXPECT_THAT(Render(renderer, PdfThatTakesLong(), {4096, 4096}).reason, HasSubstr("longer than 0.5 seconds"));
 }
 
 TEST_F(RendererTest, ManyDocumentsAreRenderedByOneProcess)

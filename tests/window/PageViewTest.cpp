@@ -165,7 +165,8 @@ TEST_F(PageViewTest, TheMouseEnlargesWhatIsBelowItAndPullsThePage)
     EXPECT_NEAR(below(), before, 0.005);
     const QPoint corner = picture.pos();
     QTest::mousePress(View().viewport(), Qt::LeftButton, {}, place);
-    QMouseEvent move(QEvent::MouseMove, place - QPoint(0, 25), Qt::NoButton, Qt::LeftButton, {});
+    const QPoint end = place - QPoint(0, 25);
+    QMouseEvent move(QEvent::MouseMove, end, View().viewport()->mapToGlobal(end), Qt::NoButton, Qt::LeftButton, {});
     QCoreApplication::sendEvent(View().viewport(), &move);
     QTest::mouseRelease(View().viewport(), Qt::LeftButton, {}, place);
     EXPECT_EQ(picture.pos(), corner - QPoint(0, 25));
