@@ -15,12 +15,25 @@ namespace {
 constexpr int leastLines = 30;   // of a page whose tools have texts
 constexpr int leastLetters = 90; // of a line that holds the toolbar and the search
 
+QBoxLayout* MakeUpper(FittingToolBar& bar, SearchField& search)
+{
+    const auto searching = new QHBoxLayout;
+    const int margin = 2 * (search.fontMetrics().height() / 3);
+    searching->setContentsMargins(margin, 0, margin, 0);
+    searching->addWidget(&search);
+    const auto upper = new QBoxLayout(QBoxLayout::TopToBottom);
+    upper->setSpacing(0);
+    upper->addWidget(&bar);
+    upper->addLayout(searching, 1);
+    return upper;
+}
+
 } // namespace
 
 DocumentsTools::DocumentsTools(const DocumentActions& actions, SearchField& search, FilterChips& chips,
                                QComboBox& order)
     : bar(new FittingToolBar),
-      upper(new QBoxLayout(QBoxLayout::TopToBottom))
+      upper(MakeUpper(*bar, search))
 {
     bar->setAccessibleName(tr("Toolbar"));
     actions.AddTo(*bar);
@@ -28,12 +41,6 @@ DocumentsTools::DocumentsTools(const DocumentActions& actions, SearchField& sear
     policy.setRetainSizeWhenHidden(true); // what is below stays where it is
     order.setSizePolicy(policy);
     const int gap = fontMetrics().height() / 3;
-    const auto searching = new QHBoxLayout;
-    searching->setContentsMargins(2 * gap, 0, 2 * gap, 0);
-    searching->addWidget(&search);
-    upper->setSpacing(0);
-    upper->addWidget(bar);
-    upper->addLayout(searching, 1);
     const auto narrowing = new QHBoxLayout;
     narrowing->setContentsMargins(2 * gap, gap, 2 * gap, gap);
     narrowing->addWidget(&chips);
