@@ -275,21 +275,12 @@ public:
     bool eventFilter(QObject*, QEvent* event) override
     {
         if (event->type() == QEvent::FocusIn) {
-            QTimer::singleShot(0, this, &FocusWatch::Tell);
+            QTimer::singleShot(0, this, [this] { TellCurrentItem(view); });
         }
         return false;
     }
 
 private:
-    void Tell() const
-    {
-        if (view.hasFocus() && view.currentIndex().isValid()) {
-            QAccessibleEvent event(&view, QAccessible::Focus);
-            event.setChild(view.currentIndex().row());
-            QAccessible::updateAccessibility(&event);
-        }
-    }
-
     QAbstractItemView& view;
 };
 
@@ -304,6 +295,15 @@ void ReadAloud(QWidget& notification)
 {
     if (notification.isVisible()) {
         QAccessibleEvent event(&notification, QAccessible::ObjectShow);
+        QAccessible::updateAccessibility(&event);
+    }
+}
+
+void TellCurrentItem(QAbstractItemView& view)
+{
+    if (view.hasFocus() && view.currentIndex().isValid()) {
+        QAccessibleEvent event(&view, QAccessible::Focus);
+        event.setChild(view.currentIndex().row());
         QAccessible::updateAccessibility(&event);
     }
 }

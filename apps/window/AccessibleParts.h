@@ -16,6 +16,9 @@ void SetAccessibleRole(QWidget& widget, QAccessible::Role role);
 /// the screen, they do by themselves.
 void ReadAloud(QWidget& notification);
 
+/// Tells of the current item if the view has the keyboard, as Qt does when another item becomes it.
+void TellCurrentItem(QAbstractItemView& view);
+
 /// Tells of the current item too whenever the view is given the keyboard.
 void TellOfCurrentItem(QAbstractItemView& view);
 

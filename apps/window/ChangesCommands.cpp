@@ -94,7 +94,8 @@ void ChangesCommands::AskAboutConflicts(const QStringList& ids)
             }
         }
     };
-    new VersionsDialog("conflict", parts.session, cases, choices, settle, widget);
+    const auto question = new VersionsDialog("conflict", parts.session, cases, choices, settle, widget);
+    connect(question, &QDialog::rejected, this, &ChangesCommands::LeftAlone);
 }
 
 void ChangesCommands::AskAboutChanges(const QStringList& ids)

@@ -44,6 +44,10 @@ public:
     /// Asks about the changes of documents that were to be downloaded in the place of their copies.
     void AskBeforeDownload(const QStringList& ids);
 
+signals:
+    /// The user was asked about changes and has left them as they are.
+    void LeftAlone();
+
 private:
     /// What to do about a document that was changed both here and in the cloud, as numbers of the choices.
     enum Resolution { KeepBoth, UseMine, UseCloud };

@@ -47,6 +47,7 @@ DocumentCommands::DocumentCommands(const Parts& parts, QWidget& widget)
     connect(&parts.transfers, &Transfers::OpenRequested, this, &DocumentCommands::OnFetched);
     // Later, since it may change the list of transfers.
     connect(&parts.transfers, &Transfers::DecisionNeeded, this, &DocumentCommands::Decide, Qt::QueuedConnection);
+    connect(&changes, &ChangesCommands::LeftAlone, &unsent, &UnsentChanges::Remind);
     connect(&unsent, &UnsentChanges::UploadDue, &changes, &ChangesCommands::UploadUnasked);
     connect(&unsent, &UnsentChanges::UploadChosen, &changes, &ChangesCommands::Upload);
     connect(&unsent, &UnsentChanges::UploadAsNewChosen, &uploads, &UploadCommands::UploadNew);

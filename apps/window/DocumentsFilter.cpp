@@ -134,7 +134,7 @@ QVariant DocumentsFilter::data(const QModelIndex& index, int role) const
     QStringList lines = {index.data(Model::NameRole).toString(), StateText(index.data(Model::StateRole).toInt()),
                          SizeText(index.data(Model::SizeRole).toLongLong()),
                          DateText(index.data(Model::ModifiedRole).toDateTime()),
-                         Apps::Printable(index.data(Model::PathRole).toString())};
+                         Apps::Printable(index.data(FolderRole).toString())};
     lines.removeAll({});
     return role == Qt::ToolTipRole ? ToolTipText(lines) : lines.join(", ");
 }

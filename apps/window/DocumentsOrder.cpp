@@ -3,6 +3,7 @@
 #include "DocumentsFilter.h"
 #include "ListHeader.h"
 
+#include <QAccessible>
 #include <QAction>
 #include <QActionGroup>
 #include <QComboBox>
@@ -59,6 +60,10 @@ DocumentsOrder::DocumentsOrder(DocumentsFilter& filter, ListHeader& header, QMen
     box->setAccessibleName(tr("Sort order"));
     box->setToolTip(box->accessibleName());
     connect(box, qOverload<int>(&QComboBox::currentIndexChanged), this, &DocumentsOrder::Choose);
+    connect(box, &QComboBox::currentTextChanged, this, [this] { // Qt tells screen readers nothing
+        QAccessibleEvent event(box, QAccessible::NameChanged);
+        QAccessible::updateAccessibility(&event);
+    });
     connect(&header, &QHeaderView::sortIndicatorChanged, this, [this](int section, Qt::SortOrder direction) {
         const auto found = std::find_if(choices.begin(), choices.end(), [&](const Choice& each) {
             return static_cast<int>(each.column) == section && each.direction == direction;

@@ -188,6 +188,10 @@ void DocumentsPage::ConnectSession()
     status->Storage().Follow(session);
     connect(&session, &CloudSession::ListRefreshed, this, [this] {
         isRefreshing = false;
+        if (refreshedAt.isNull() && !view->selectionModel()->hasSelection()) { // the current one may be any
+            view->selectionModel()->setCurrentIndex(filter.index(0, 0), QItemSelectionModel::NoUpdate);
+            view->scrollToTop();
+        }
         refreshedAt = QDateTime::currentDateTime();
         message->Close(Topic::list);
         if (model.rowCount() >= countBeforeLoss) {

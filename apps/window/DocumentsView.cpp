@@ -55,6 +55,7 @@ DocumentsView::DocumentsView(QWidget* parent) : QListView(parent), header(new Li
         }
         removedSelection.clear();
         removedCurrent.clear();
+        TellCurrentItem(*this); // meanwhile it may have been another one
     });
     shownTimer.setSingleShot(true);
     shownTimer.setInterval(shownInterval);

@@ -40,6 +40,7 @@ void DownloadCommands::Download(const QStringList& ids, const QString& folder)
 {
     QVector<Obstructed> obstructed;
     QStringList changed;
+    QStringList current;
     for (const QString& id : ids) {
         const QString target = folder.isEmpty() ? FolderFor(id) : folder;
         QDir().mkpath(target);
@@ -47,14 +48,24 @@ void DownloadCommands::Download(const QStringList& ids, const QString& folder)
         const auto index = parts.model.index(parts.model.RowOf(id));
         const auto state = static_cast<State>(index.data(Model::StateRole).toInt());
         const bool hasChanges = state == State::ChangedLocally || state == State::ChangedOnBothSides;
-        const QString place = QFileInfo(index.data(Model::PathRole).toString()).path();
+        const QFileInfo copy(index.data(Model::PathRole).toString());
+        const bool isThere = copy.isFile() && copy.path() == QFileInfo(target).canonicalFilePath();
         if (!obstacle.isEmpty()) {
             obstructed.append({id, obstacle});
-        } else if (hasChanges && place == QFileInfo(target).canonicalFilePath()) {
+        } else if (isThere && hasChanges) {
             changed.append(id);
+        } else if (isThere && state == State::InSync) {
+            current.append(id);
         } else {
             parts.transfers.Download(id, target);
         }
+    }
+    if (!current.isEmpty()) {
+        parts.message.Show(Topic::files,
+                           current.size() == 1
+                               ? tr("“%1” is up to date here.").arg(NameOf(current.first()))
+                               : tr("%n documents are up to date here.", nullptr, current.size()),
+                           {}, {}, MessageBar::Kind::Notice);
     }
     if (!changed.isEmpty()) {
         emit ChangesMet(changed);

@@ -1,5 +1,7 @@
 #include "EmptyPage.h"
 
+#include "AccessibleParts.h"
+
 #include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -14,6 +16,7 @@ EmptyPage::EmptyPage(QWidget* parent)
       button(new QPushButton)
 {
     setObjectName("emptyPage");
+    SetAccessibleRole(*title, QAccessible::Notification);
     setAutoFillBackground(true);
     setBackgroundRole(QPalette::Base);
     button->setObjectName("emptyPageAction");
@@ -38,7 +41,10 @@ void EmptyPage::Show(Glyph glyph, const QString& newTitle, const QString& newHin
 {
     const int edge = fontMetrics().height() * 4;
     picture->setPixmap(GlyphIcon(glyph).pixmap(QSize(edge, edge), QIcon::Disabled));
-    title->setText(newTitle);
+    if (title->text() != newTitle) {
+        title->setText(newTitle);
+        ReadAloud(*title);
+    }
     hint->setText(newHint);
     button->setText(action);
     button->setVisible(!action.isEmpty());

@@ -3,6 +3,7 @@
 #include "Texts.h"
 
 #include <QCoreApplication>
+#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -24,8 +25,13 @@ struct Answer {
 QMessageBox& Ask(QWidget& widget, const QString& name, const QString& question, const QString& explanation,
                  const QVector<Answer>& answers, bool isDestructive)
 {
-    const auto box =
-        new QMessageBox(QMessageBox::Question, widget.window()->windowTitle(), question, QMessageBox::Cancel, &widget);
+    const auto box = new QMessageBox(QMessageBox::NoIcon, Questions::tr("Documents"), question,
+                                     QMessageBox::Cancel, &widget);
+    if (const auto label = box->findChild<QLabel*>("qt_msgbox_label")) { // as the other questions
+        QFont bold = label->font();
+        bold.setBold(true);
+        label->setFont(bold);
+    }
     box->setObjectName(name);
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->setTextFormat(Qt::PlainText); // names come from the server
@@ -39,11 +45,24 @@ QMessageBox& Ask(QWidget& widget, const QString& name, const QString& question, 
             box->setDefaultButton(button);
         }
     }
-    box->open();
+    OpenInTurn(*box);
     return *box;
 }
 
 } // namespace
+
+void OpenInTurn(QDialog& dialog)
+{
+    const auto others = dialog.parentWidget()->window()->findChildren<QDialog*>();
+    for (QDialog* const other : others) {
+        if (other != &dialog && other->isVisible() && other->isModal()) {
+            QObject::connect(
+                other, &QDialog::finished, &dialog, [&dialog] { OpenInTurn(dialog); }, Qt::QueuedConnection);
+            return;
+        }
+    }
+    dialog.open();
+}
 
 void AskToUseCloud(QWidget& widget, const QStringList& names, const std::function<void()>& action)
 {

@@ -4,12 +4,17 @@
 
 #include <functional>
 
+class QDialog;
 class QMessageBox;
 class QWidget;
 
 namespace Norlis::Window {
 
-// Each opens a dialog over the widget and returns at once; the action runs if the user agrees while the widget exists.
+/// Opens a dialog over its parent's window, as soon as no other one is open there.
+void OpenInTurn(QDialog& dialog);
+
+// Each opens a dialog over the widget in its turn and returns at once; the action runs if the user agrees while the
+// widget exists.
 
 /// Before the changes of local copies are given up.
 void AskToUseCloud(QWidget& widget, const QStringList& names, const std::function<void()>& action);

@@ -36,7 +36,8 @@ Transfers::Transfers(CloudSession& session, QObject* parent) : QAbstractListMode
         if (row >= 0 && (transfers[row].kind == Kind::Upload || transfers[row].kind == Kind::KeepBoth)) {
             emit DocumentAdded(id);
         }
-        Finish(row, {});
+        const bool isRenamed = row >= 0 && NameOf(id) != transfers[row].name;
+        Finish(row, isRenamed ? tr("In the cloud as “%1”").arg(NameOf(id)) : tr("In the cloud"));
     });
     connect(&session, &CloudSession::DocumentDownloaded, this, [this](const QString& id, const QString& path) {
         const int row = Find(true, id);

@@ -100,6 +100,7 @@ void TransfersPanel::Arrange()
 {
     setFrameShape(StyledPanel);
     title->setObjectName("transfersTitle");
+    SetAccessibleRole(*title, QAccessible::Notification);
     list->setObjectName("transfers");
     list->setAccessibleName(tr("Transfers"));
     TellOfCurrentItem(*list);
@@ -184,6 +185,16 @@ void TransfersPanel::Refresh()
     ShowPart(*this, all > 0);
     if (std::exchange(isCollapsed, isOneLine) != isOneLine) {
         emit Collapsed(isCollapsed);
+    }
+    ReadOutcomeAloud();
+}
+
+void TransfersPanel::ReadOutcomeAloud()
+{
+    const bool isGoingOn = transfers.CountOf(Status::Running) + transfers.CountOf(Status::Queued) > 0;
+    const QString outcome = isGoingOn ? QString() : title->text();
+    if (std::exchange(heard, outcome) != outcome && !outcome.isEmpty()) {
+        ReadAloud(*title);
     }
 }
 

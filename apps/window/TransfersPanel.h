@@ -39,6 +39,8 @@ private:
     void Connect();
     void Refresh();
     void ShowPart(QWidget& part, bool isWanted);
+    /// When nothing is running any more, to screen readers.
+    void ReadOutcomeAloud();
     QString TitleText() const;
 
     void Cancel(const QList<int>& rows);
@@ -59,6 +61,7 @@ private:
     QPushButton* const cancel;
     QPushButton* const tryAgain;
     QPushButton* const clear;
+    QString heard; ///< how the transfers have ended
     bool isCollapsed = false;
     QTimer headUpdate; ///< combines many changes into one update
 };

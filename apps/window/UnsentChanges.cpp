@@ -60,6 +60,12 @@ void UnsentChanges::OnSaved(const QString& id)
     Tell();
 }
 
+void UnsentChanges::Remind()
+{
+    told.clear();
+    Tell();
+}
+
 UnsentChanges::Changes UnsentChanges::Find() const
 {
     Changes found;
@@ -92,7 +98,7 @@ void UnsentChanges::Tell()
     }
     told = known;
     const bool isConflict = ids.size() == 1 && conflicts == 1;
-    const QString text = isConflict ? tr("“%1” was changed, and in the cloud too.").arg(NameOf(ids.first()))
+    const QString text = isConflict ? tr("“%1” was changed both here and in the cloud.").arg(NameOf(ids.first()))
                          : ids.size() == 1
                              ? tr("“%1” was changed.").arg(NameOf(ids.first()))
                              : tr("%n documents have changes that are not in the cloud.", nullptr, ids.size());

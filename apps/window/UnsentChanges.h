@@ -30,6 +30,9 @@ public:
     /// Of documents.
     int Count() const;
 
+    /// Tells of changes anew, of which the user knows.
+    void Remind();
+
 signals:
     /// A document was saved, and the user wants changes to be uploaded then.
     void UploadDue(const QString& id);

@@ -83,7 +83,9 @@ void UploadCommands::Offer(const QStringList& paths)
     if (all.isEmpty() || (question && all == asked)) {
         return;
     }
-    delete question; // one question about all, instead of one behind the other
+    if (question) {
+        question->reject(); // one question about all, instead of one behind the other
+    }
     QStringList names;
     for (const QString& path : qAsConst(all)) {
         names.append(Apps::Printable(QFileInfo(path).fileName()));

@@ -3,6 +3,7 @@
 #include "AccessibleParts.h"
 #include "CloudVersions.h"
 #include "PagePicture.h"
+#include "Questions.h"
 #include "Texts.h"
 
 #include <host/session/CloudFacts.h>
@@ -15,14 +16,19 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QScreen>
+#include <QScrollArea>
+#include <QStyle>
 #include <QVBoxLayout>
 
 namespace Norlis::Window {
 
 namespace {
 
-constexpr int pictureEdge = 180;
-constexpr int letters = 40; // side by side at least, beside the buttons
+constexpr int usualEdge = 180; // of a picture
+constexpr int leastEdge = 60;  // smaller ones say nothing
+constexpr int letters = 60;    // in a line that tells of a consequence
+constexpr int frame = 40;      // of a window, with its title
 
 QLabel* MakeText(const QString& name, bool isBold = false)
 {
@@ -38,22 +44,31 @@ QLabel* MakeText(const QString& name, bool isBold = false)
 } // namespace
 
 /// One of the two versions: page one, and what is known of it.
-class VersionCell : public QWidget {
+class VersionCell {
 public:
     VersionCell(const QString& title, Host::CloudSession& session)
         : picture(new PagePicture(session)),
+          title(MakeText({}, true)),
           facts(MakeText({}))
     {
-        picture->setFixedSize(pictureEdge, pictureEdge);
-        const auto layout = new QVBoxLayout(this);
-        layout->setContentsMargins({});
-        layout->addWidget(picture, 0, Qt::AlignHCenter);
-        layout->addWidget(MakeTitle(title), 0, Qt::AlignHCenter);
-        layout->addWidget(facts, 0, Qt::AlignHCenter);
+        this->title->setText(title);
         facts->setAlignment(Qt::AlignHCenter);
     }
 
-    void ShowFacts(qint64 size, const QDateTime& date, const QDateTime& other)
+    void AddTo(QGridLayout& layout, int column) const
+    {
+        layout.addWidget(picture, 0, column, Qt::AlignHCenter);
+        layout.addWidget(title, 1, column, Qt::AlignHCenter);
+        layout.addWidget(facts, 2, column, Qt::AlignHCenter);
+    }
+
+    void SetEdge(int edge) const
+    {
+        picture->setVisible(edge >= leastEdge);
+        picture->setFixedSize(edge, edge);
+    }
+
+    void ShowFacts(qint64 size, const QDateTime& date, const QDateTime& other) const
     {
         const bool isNewer = other.isValid() && date.toSecsSinceEpoch() > other.toSecsSinceEpoch();
         const QString when = DateText(date);
@@ -70,13 +85,7 @@ public:
     PagePicture* const picture;
 
 private:
-    static QLabel* MakeTitle(const QString& title)
-    {
-        const auto label = MakeText({}, true);
-        label->setText(title);
-        return label;
-    }
-
+    QLabel* const title;
     QLabel* const facts;
 };
 
@@ -86,34 +95,44 @@ VersionsDialog::VersionsDialog(const QString& name, Host::CloudSession& session,
       session(session),
       cases(cases),
       decided(decided),
+      content(new QWidget),
       question(MakeText("question", true)),
       news(MakeText("news")),
-      here(new VersionCell(tr("On this computer"), session)),
-      inCloud(new VersionCell(tr("In the cloud"), session)),
+      here(std::make_unique<VersionCell>(tr("On this computer"), session)),
+      inCloud(std::make_unique<VersionCell>(tr("In the cloud"), session)),
       forAll(new QCheckBox),
       skip(new QPushButton(tr("&Skip")))
 {
     setObjectName(name);
     SetAccessibleRole(*this, QAccessible::AlertMessage); // as other questions
     setAttribute(Qt::WA_DeleteOnClose);
-    setWindowTitle(parent.window()->windowTitle());
+    setWindowTitle(tr("Documents"));
     Arrange(choices);
+    OpenInTurn(*this);
+}
+
+VersionsDialog::~VersionsDialog() = default;
+
+void VersionsDialog::open()
+{
     Show();
-    open();
+    QDialog::open();
 }
 
 void VersionsDialog::Arrange(const QVector<Choice>& choices)
 {
     question->setWordWrap(true);
+    SetAccessibleRole(*question, QAccessible::Notification); // the next one is read aloud, too
     news->setText(tr("It has changed again since you were asked."));
     news->setWordWrap(true);
     news->hide();
-    const auto layout = new QVBoxLayout(this);
+    const auto layout = new QVBoxLayout(content);
+    layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(question);
     layout->addWidget(news);
-    const auto both = new QHBoxLayout;
-    both->addWidget(here);
-    both->addWidget(inCloud);
+    const auto both = new QGridLayout;
+    here->AddTo(*both, 0);
+    inCloud->AddTo(*both, 1);
     layout->addSpacing(fontMetrics().height() / 2);
     layout->addLayout(both);
     layout->addSpacing(fontMetrics().height() / 2);
@@ -124,13 +143,22 @@ void VersionsDialog::Arrange(const QVector<Choice>& choices)
         AddChoice(number, choices[number], *answers);
     }
     layout->addLayout(answers);
-    layout->addSpacing(fontMetrics().height() / 2);
+    layout->addStretch();
+    const auto scroll = new QScrollArea; // for very large letters
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setWidgetResizable(true);
+    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll->setFocusPolicy(Qt::NoFocus);
+    scroll->setWidget(content);
     const auto last = new QHBoxLayout;
     const auto buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
-    buttons->addButton(skip, QDialogButtonBox::ActionRole);
     last->addWidget(forAll, 1);
+    last->addWidget(skip);
     last->addWidget(buttons);
-    layout->addLayout(last);
+    const auto all = new QVBoxLayout(this);
+    all->setSpacing(fontMetrics().height());
+    all->addWidget(scroll);
+    all->addLayout(last);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     connect(skip, &QPushButton::clicked, this, [this] {
         cases.removeFirst();
@@ -144,12 +172,13 @@ void VersionsDialog::AddChoice(int number, const Choice& choice, QGridLayout& la
     button->setAccessibleDescription(choice.consequence);
     if (number == 0) {
         button->setDefault(true);
-        button->setFocus();
+        usual = button;
     }
     const auto consequence = MakeText({});
     consequence->setText(choice.consequence);
     consequence->setWordWrap(true);
-    consequence->setMinimumWidth(fontMetrics().averageCharWidth() * letters);
+    consequence->setMinimumWidth(
+        qMin(fontMetrics().averageCharWidth() * letters, screen()->availableSize().width() / 2));
     layout.addWidget(button, number, 0);
     layout.addWidget(consequence, number, 1);
     connect(button, &QAbstractButton::clicked, this,
@@ -179,8 +208,36 @@ void VersionsDialog::Show()
     forAll->setText(tr("Do the same for the %n other(s)", nullptr, cases.size() - 1));
     forAll->setVisible(areMore);
     skip->setVisible(areMore);
-    const int breadth = sizeHint().width();
-    resize(breadth, layout()->totalHeightForWidth(breadth)); // QDialog would leave too little to broken lines
+    FitToScreen();
+    usual->setFocus();
+    ReadAloud(*question);
+}
+
+void VersionsDialog::FitToScreen()
+{
+    const QSize room = screen()->availableSize() - QSize(0, frame);
+    const QMargins margins = layout()->contentsMargins();
+    const int rest = margins.top() + margins.bottom() + layout()->spacing() + skip->sizeHint().height();
+    SetPictures(usualEdge);
+    const int tooMuch = ContentHeight() + rest - room.height();
+    if (tooMuch > 0) {
+        SetPictures(usualEdge - tooMuch);
+    }
+    const int bar = ContentHeight() + rest > room.height() ? style()->pixelMetric(QStyle::PM_ScrollBarExtent) : 0;
+    resize(QSize(content->sizeHint().width() + margins.left() + margins.right() + bar, ContentHeight() + rest)
+               .boundedTo(room));
+}
+
+void VersionsDialog::SetPictures(int edge)
+{
+    here->SetEdge(qMax(0, edge));
+    inCloud->SetEdge(qMax(0, edge));
+    content->layout()->activate(); // otherwise the layouts in it hear of that later
+}
+
+int VersionsDialog::ContentHeight() const
+{
+    return content->layout()->totalHeightForWidth(content->sizeHint().width());
 }
 
 void VersionsDialog::Choose(int choice, bool losesNothing)

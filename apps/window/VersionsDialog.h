@@ -5,6 +5,7 @@
 #include <QVector>
 
 #include <functional>
+#include <memory>
 
 class QCheckBox;
 class QGridLayout;
@@ -20,8 +21,8 @@ namespace Norlis::Window {
 class VersionCell;
 
 /// Shows a file on this computer and a document in the cloud side by side, which cannot both stay as they are, and lets
-/// the user choose. Several such cases are gone through one after the other, or decided all at once. Opens at once and
-/// deletes itself.
+/// the user choose. Several such cases are gone through one after the other, or decided all at once. Opens in its turn
+/// and deletes itself.
 class VersionsDialog : public QDialog {
     Q_OBJECT
 
@@ -50,25 +51,37 @@ public:
     VersionsDialog(const QString& name, Host::CloudSession& session, const QVector<Case>& cases,
                    const QVector<Choice>& choices, const Decided& decided, QWidget& parent);
 
+    ~VersionsDialog() override;
+
+    void open() override;
+
 private:
     void Arrange(const QVector<Choice>& choices);
     void AddChoice(int number, const Choice& choice, QGridLayout& layout);
 
     /// Shows the next case, or closes.
     void Show();
+
+    /// Has smaller pictures, or none, where all would be higher than the screen, as with large letters, and scrolls in
+    /// the end.
+    void FitToScreen();
+    void SetPictures(int edge);
+    int ContentHeight() const;
     void Choose(int choice, bool losesNothing);
     QStringList VersionsOf(const QVector<Case>& some) const;
 
     Host::CloudSession& session;
     QVector<Case> cases; ///< the first of which is shown
     const Decided decided;
-    QStringList shown; ///< versions of the cases, when their first was shown
+    QStringList shown;      ///< versions of the cases, when their first was shown
+    QWidget* const content; ///< all but the last line
     QLabel* const question;
     QLabel* const news;
-    VersionCell* const here;
-    VersionCell* const inCloud;
+    const std::unique_ptr<VersionCell> here;
+    const std::unique_ptr<VersionCell> inCloud;
     QCheckBox* const forAll;
     QPushButton* const skip;
+    QPushButton* usual = nullptr; ///< what Enter chooses
 };
 
 } // namespace Norlis::Window

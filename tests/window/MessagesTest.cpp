@@ -72,7 +72,7 @@ TEST_F(MessagesTest, AConflictOfAnUploadThatNobodyAskedForIsNoQuestion)
     const QByteArray theirs = PdfOfText("theirs");
     server.Put("a.pdf", theirs);
     WriteFile(opened.paths.first(), PdfOfText("ours"));
-    ASSERT_TRUE(WaitUntil([&] { return Message() == "“a.pdf” was changed, and in the cloud too."; }))
+    ASSERT_TRUE(WaitUntil([&] { return Message() == "“a.pdf” was changed both here and in the cloud."; }))
         << qPrintable(Message());
     EXPECT_TRUE(Transfers().contains("a.pdf failed"));
     EXPECT_THAT(Questions(), IsEmpty());

@@ -120,7 +120,7 @@ TEST_F(OpeningTest, WhatIsSavedWhileTheCloudHasAnotherVersionAsksWhatToDo)
     Refresh();
     ASSERT_TRUE(WaitUntil([&] { return StateOf("a.pdf") == static_cast<int>(State::ChangedInCloud); }));
     WriteFile(opened.paths.first(), PdfOfText("ours"));
-    ASSERT_TRUE(WaitUntil([&] { return Message() == "“a.pdf” was changed, and in the cloud too."; }));
+    ASSERT_TRUE(WaitUntil([&] { return Message() == "“a.pdf” was changed both here and in the cloud."; }));
     ClickButton("Resolve…");
     EXPECT_EQ(Questions().size(), 1);
     Answer("Cancel");

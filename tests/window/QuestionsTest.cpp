@@ -14,6 +14,7 @@
 #include <QListView>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScreen>
 #include <QTest>
 
 #include <gmock/gmock.h>
@@ -199,6 +200,64 @@ TEST_F(QuestionsTest, SeveralTakenNamesAreAskedAboutOneByOneOrTogether)
         WaitUntil([&] { return ReadFile(Cloud("b.pdf")) == ours && Transfers().filter("finished").size() == 3; }));
     EXPECT_EQ(ReadFile(Cloud("a.pdf")), theirs);
     EXPECT_EQ(ReadFile(Cloud("c.pdf")), theirs);
+}
+
+TEST_F(QuestionsTest, WhatIsToBeAskedAtOnceIsAskedInTurn)
+{
+    ASSERT_NO_FATAL_FAILURE(OpenWithConflict());
+    PutIntoCloud("b.pdf", theirs);
+    Refresh();
+    ASSERT_TRUE(Shows({"a.pdf", "b.pdf"}));
+    WriteFile(Local("downloads/b.pdf"), ours); // somebody's own
+    Select({"a.pdf", "b.pdf"});
+    Action("Download")->trigger();
+    EXPECT_EQ(Question(), "“a.pdf” was changed both here and in the cloud.");
+    Answer("Cancel"); // which only one question lets one do
+    ASSERT_TRUE(WaitUntil([&] { return Question().startsWith("There is another file “b.pdf”"); }));
+    ASSERT_TRUE(WaitUntil([&] { return QApplication::activeWindow() == Questions().first(); }));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+    EXPECT_TRUE(WaitUntil([&] { return Questions().isEmpty(); }));
+}
+
+TEST_F(QuestionsTest, TheKeyboardReachesEachAnswerAndCancel)
+{
+    ASSERT_NO_FATAL_FAILURE(OpenWithConflict());
+    Action("Upload Changes")->trigger();
+    ASSERT_TRUE(WaitUntil([&] { return QApplication::activeWindow() == Questions().first(); }));
+    QStringList reached;
+    for (int step = 0; step < 4; ++step) {
+        const auto button = qobject_cast<QAbstractButton*>(QApplication::focusWidget());
+        ASSERT_TRUE(button && button->isVisible());
+        reached.append(button->text().remove('&'));
+        QTest::keyClick(button, Qt::Key_Tab);
+    }
+    EXPECT_EQ(reached, QStringList({"Keep Both", "Use Mine", "Use the Cloud’s", "Cancel"}));
+    Answer("Cancel");
+    EXPECT_TRUE(WaitUntil([&] { return Message() == "“a.pdf” was changed both here and in the cloud."; }));
+}
+
+TEST_F(QuestionsTest, AQuestionInLargeLettersFitsOnTheScreen)
+{
+    const QFont usual = QApplication::font();
+    QFont large = usual;
+    large.setPointSizeF(usual.pointSizeF() * 1.7);
+    QApplication::setFont(large);
+    OpenWithConflict();
+    Action("Upload Changes")->trigger();
+    QApplication::setFont(usual);
+    ASSERT_EQ(Questions().size(), 1);
+    EXPECT_LE(Questions().first()->height(), Questions().first()->screen()->availableSize().height());
+    EXPECT_TRUE(Questions().first()->rect().contains(
+        Button("Cancel")->mapTo(Questions().first(), Button("Cancel")->rect().bottomRight())));
+    Answer("Cancel");
+}
+
+TEST_F(QuestionsTest, WhatIsUpToDateHereIsNotFetchedAgain)
+{
+    OpenWithLocalCopy();
+    Action("Download")->trigger();
+    EXPECT_EQ(Message(), "“a.pdf” is up to date here.");
+    EXPECT_EQ(Transfers().filter("a.pdf").size(), 1); // the first one
 }
 
 TEST_F(QuestionsTest, AnotherFileInThePlaceOfADownloadIsAskedAbout)

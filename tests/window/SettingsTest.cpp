@@ -149,7 +149,7 @@ TEST_F(SettingsTest, AConflictIsNotUploadedByItself)
     PutIntoCloud("a.pdf", other);
     ASSERT_TRUE(WaitUntil([&] { return StateOf("a.pdf") == static_cast<int>(State::ChangedInCloud); }));
     WriteFile(opened.paths.first(), PdfOfColor(Qt::blue));
-    EXPECT_TRUE(WaitUntil([&] { return Message().contains("was changed, and in the cloud too"); }))
+    EXPECT_TRUE(WaitUntil([&] { return Message().contains("was changed both here and in the cloud"); }))
         << qPrintable(Message());
     EXPECT_EQ(ReadFile(Cloud("a.pdf")), other);
 }

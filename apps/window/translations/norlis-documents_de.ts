@@ -496,6 +496,17 @@
         <source>Your file “%1” is now called “%2”.</source>
         <translation>Ihre Datei „%1“ heißt nun „%2“.</translation>
     </message>
+    <message>
+        <source>“%1” is up to date here.</source>
+        <translation>„%1“ ist hier aktuell.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n documents are up to date here.</source>
+        <translation>
+            <numerusform>%n Dokument ist hier aktuell.</numerusform>
+            <numerusform>%n Dokumente sind hier aktuell.</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>Norlis::Window::DropHint</name>
@@ -796,6 +807,10 @@
     <message>
         <source>&amp;Remove</source>
         <translation>&amp;Entfernen</translation>
+    </message>
+    <message>
+        <source>Documents</source>
+        <translation>Dokumente</translation>
     </message>
 </context>
 <context>
@@ -1174,6 +1189,14 @@
         <source>Ready to be looked at</source>
         <translation>Bereit zum Ansehen</translation>
     </message>
+    <message>
+        <source>In the cloud as “%1”</source>
+        <translation>In der Cloud als „%1“</translation>
+    </message>
+    <message>
+        <source>In the cloud</source>
+        <translation>In der Cloud</translation>
+    </message>
 </context>
 <context>
     <name>Norlis::Window::TransfersPanel</name>
@@ -1238,10 +1261,6 @@
 <context>
     <name>Norlis::Window::UnsentChanges</name>
     <message>
-        <source>“%1” was changed, and in the cloud too.</source>
-        <translation>„%1“ wurde geändert, in der Cloud aber auch.</translation>
-    </message>
-    <message>
         <source>“%1” was changed.</source>
         <translation>„%1“ wurde geändert.</translation>
     </message>
@@ -1286,6 +1305,10 @@
     <message>
         <source>Do Not Tell Again</source>
         <translation>Nicht mehr melden</translation>
+    </message>
+    <message>
+        <source>“%1” was changed both here and in the cloud.</source>
+        <translation>„%1“ wurde hier und in der Cloud geändert.</translation>
     </message>
 </context>
 <context>
@@ -1389,6 +1412,10 @@
             <numerusform>Für das andere ebenso</numerusform>
             <numerusform>Für die %n anderen ebenso</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>Documents</source>
+        <translation>Dokumente</translation>
     </message>
 </context>
 <context>

@@ -22,6 +22,16 @@
     </message>
 </context>
 <context>
+    <name>Norlis::Window::DownloadCommands</name>
+    <message numerus="yes">
+        <source>%n documents are up to date here.</source>
+        <translation>
+            <numerusform>%n document is up to date here.</numerusform>
+            <numerusform>%n documents are up to date here.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>Norlis::Window::DropHint</name>
     <message numerus="yes">
         <source>Drop to upload %n document(s)</source>
