@@ -157,6 +157,7 @@ CloudSession::Private::Private(CloudSession& session, const QString& dataFolder,
                  [this](bool wasAway) {
                      uploads.Resume(wasAway);
                      downloads.Resume(wasAway);
+                     removals.Resume(wasAway);
                  }),
       watch([this](const QString& path) { OnSaved(path); })
 {

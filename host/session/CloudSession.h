@@ -197,7 +197,7 @@ public:
 
     /// As Remove, for each of the documents, when a delay is over, so that the user can think again: until then, and
     /// until it has ended, IsRemovalPending. What has changed in the cloud meanwhile is not removed, and what has not
-    /// been sent when the session ends is still there.
+    /// been sent when the session ends is still there. Of a session that stays signed in, they wait as transfers do.
     void RemoveLater(const QStringList& ids, std::chrono::milliseconds delay);
 
     /// Takes back those of the documents whose removal has not been sent.

@@ -5,6 +5,8 @@
 
 #include <base/Utf8.h>
 
+#include <algorithm>
+
 namespace Norlis::Host {
 
 using PDF::FileInfo;
@@ -41,7 +43,7 @@ void SessionRemovals::StartLater(const QStringList& ids, std::chrono::millisecon
             continue;
         }
         const quint64 turn = ++lastTurn;
-        pending.insert(id, {document->facts, turn, false});
+        pending.insert(id, {document->facts, turn});
         Later(this, [this, id] { emit context.session.RemovalPendingChanged(id, pending.contains(id)); });
         QTimer::singleShot(delay, this, [this, id, turn] { Send(id, turn); });
     }
@@ -84,8 +86,37 @@ void SessionRemovals::Send(const QString& id, quint64 turn)
     if (found == pending.end() || found->turn != turn || found->isSent) {
         return;
     }
+    if (!context.cloud.IsSignedIn() && context.cloud.IsPatient()) {
+        found->isWaiting = true;
+        TellWhenSettled();
+        return;
+    }
     found->isSent = true;
+    found->isWaiting = false;
     Request(id, found->seen);
+}
+
+bool SessionRemovals::Wait(const QString& id, FailureKind reason)
+{
+    const auto found = pending.find(id);
+    if (found == pending.end() || reason != FailureKind::Unavailable || isSettling || !context.cloud.IsPatient() ||
+        ++found->breaks > mostBreaks) {
+        return false;
+    }
+    found->isSent = false;
+    found->isWaiting = true;
+    Later(this, [this] { context.session.Refresh(); }); // which finds out whether the service is there
+    return true;
+}
+
+void SessionRemovals::Resume(bool wasAway)
+{
+    for (auto each = pending.begin(); each != pending.end(); ++each) {
+        if (each->isWaiting) {
+            each->breaks = wasAway ? 0 : each->breaks;
+            Later(this, [this, id = each.key(), turn = each->turn] { Send(id, turn); });
+        }
+    }
 }
 
 void SessionRemovals::Request(const QString& id, const std::optional<CloudFacts>& seen)
@@ -135,7 +166,7 @@ void SessionRemovals::RequestNow(const QString& id, const std::optional<CloudFac
 void SessionRemovals::Refuse(const QString& id, const QString& name, const QString& reason, const QString& advice,
                              FailureKind kind)
 {
-    if (Show(id)) {
+    if (!Wait(id, kind) && Show(id)) {
         context.cloud.Refuse(CloudProblem::Request::Remove, {id, name}, reason, advice, kind);
     }
 }
@@ -159,7 +190,9 @@ bool SessionRemovals::Show(const QString& id)
 
 void SessionRemovals::TellWhenSettled()
 {
-    if (isSettling && pending.isEmpty() && requested.isEmpty()) {
+    const bool isAnyToEnd =
+        std::any_of(pending.cbegin(), pending.cend(), [](const Pending& each) { return !each.isWaiting; });
+    if (isSettling && !isAnyToEnd && requested.isEmpty()) {
         isSettling = false;
         longestWait.stop();
         emit context.session.ReadyToClose();
@@ -189,7 +222,7 @@ void SessionRemovals::OnError(const std::shared_ptr<const FileInfo>& record, con
     }
     Later(this, [this] { TellWhenSettled(); });
     const auto id = IdOf(*record);
-    if (Show(id)) {
+    if (!Wait(id, cause.kind) && Show(id)) {
         context.cloud.Fail(CloudProblem::Request::Remove, id, message, cause);
     }
 }

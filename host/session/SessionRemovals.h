@@ -31,6 +31,10 @@ public:
     /// See CloudSession::PrepareToClose.
     void Settle(std::chrono::milliseconds longest);
 
+    /// Goes on with those that wait for the service.
+    /// \param wasAway since they broke off
+    void Resume(bool wasAway);
+
 private:
     using Record = std::shared_ptr<PDF::FileInfo>;
 
@@ -39,6 +43,8 @@ private:
         CloudFacts seen;  ///< what the user has decided to remove
         quint64 turn = 0; ///< of several times, if it was taken back in between
         bool isSent = false;
+        bool isWaiting = false; ///< for the service, and then to be sent
+        int breaks = 0;         ///< that the service was there for
     };
 
     /// Sends the removal of a pending document.
@@ -57,6 +63,9 @@ private:
     /// Has views show the document of that id again, if it is pending. False when the session is gone.
     bool Show(const QString& id);
     void TellWhenSettled();
+
+    /// Keeps a pending removal, which failed for that reason, until the service is there again. False if it has to end.
+    bool Wait(const QString& id, Social::OAuth2::FailureKind reason);
 
     void OnFinished(const Record& record);
     void OnError(const std::shared_ptr<const PDF::FileInfo>& record, const QString& message);

@@ -267,6 +267,24 @@ TEST_F(CloudSessionConnectionTest, ABrokenDownloadWaitsAndGoesOn)
     EXPECT_EQ(Read(PathOf("1.pdf")), "content");
 }
 
+TEST_F(CloudSessionConnectionTest, ABrokenRemovalWaitsAndGoesOn)
+{
+    ASSERT_NO_FATAL_FAILURE(SignIn());
+    session->RemoveLater({"1"}, std::chrono::milliseconds(0));
+    ASSERT_TRUE(WaitForCalls("deleteFile", 1));
+    Break("deleteFile");
+    ASSERT_TRUE(WaitForCalls("retriveFileList", 2)); // whether the service is there
+    Break("retriveFileList");
+    EXPECT_EQ(session->ConnectionState(), Connection::Offline);
+    EXPECT_TRUE(session->IsRemovalPending("1"));
+    EXPECT_EQ(CountOf("Failed(Remove"), 0);
+    ASSERT_NO_FATAL_FAILURE(ComeBack());
+    ASSERT_TRUE(WaitForCalls("deleteFile", 2));
+    Answer("deleteFile", Social::Success);
+    EXPECT_TRUE(WaitForEvent("DocumentRemoved(1"));
+    EXPECT_FALSE(session->IsRemovalPending("1"));
+}
+
 TEST_F(CloudSessionConnectionTest, TransfersCanBeBegunWhileTheServiceIsAway)
 {
     Refresh({EntryOf("1")});
