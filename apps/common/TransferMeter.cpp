@@ -46,6 +46,12 @@ bool TransferMeter::HasHalted(qint64 time) const
     return time - samples.back().time > std::max(longestPause, 4 * usual);
 }
 
+qint64 TransferMeter::SecondsHalted(qint64 time) const
+{
+    constexpr qint64 second = 1'000;
+    return HasHalted(time) ? (time - samples.back().time) / second : 0;
+}
+
 std::optional<double> TransferMeter::Rate(qint64 time) const
 {
     if (samples.size() < 2 || time - samples.front().time < shortest || HasHalted(time)) {

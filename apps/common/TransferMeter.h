@@ -23,6 +23,9 @@ public:
     /// Seconds until as many bytes more have been transferred; nothing while that cannot be told.
     std::optional<qint64> TimeLeft(qint64 remaining, qint64 time) const;
 
+    /// For how many seconds nothing has come, if that is unusual; otherwise 0.
+    qint64 SecondsHalted(qint64 time) const;
+
 private:
     struct Sample {
         qint64 time;

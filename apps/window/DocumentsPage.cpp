@@ -182,6 +182,7 @@ void DocumentsPage::ConnectSession()
     connect(&cloud, &AbstractCloudManager::AuthorizationCompleted, this, &DocumentsPage::OnSignedIn);
     connect(&cloud, &AbstractCloudManager::RetrievingFilesListStarted, this, [this] {
         isRefreshing = true;
+        isListOld = false;
         askedAt = QDateTime::currentDateTime();
         UpdateStatus();
     });
@@ -212,7 +213,12 @@ void DocumentsPage::ConnectSession()
     connect(&session, &CloudSession::Failed, this, &DocumentsPage::OnFailed);
     connect(&session, &CloudSession::ConnectionChanged, this, [this] {
         // Also while it is tried again, which may be over in a moment.
+        const bool wasAway = isAway;
         isAway = IsOffline() || (isAway && session.ConnectionState() == CloudSession::Connection::Connecting);
+        if (wasAway && !isAway) {
+            isListOld = true; // refreshed when what has waited is done
+            RefreshOldList();
+        }
         UpdateStatus();
         UpdateActions();
     });
@@ -250,9 +256,17 @@ void DocumentsPage::ConnectDocuments()
         UpdateActions();
         if (transfers.CountOfActive() == 0) {
             RevealAdded();
+            RefreshOldList();
         }
     });
     connect(&transfers, &Transfers::DocumentAdded, this, [this](const QString& id) { added.append(id); });
+}
+
+void DocumentsPage::RefreshOldList()
+{
+    if (isListOld && transfers.CountOfActive() == 0) {
+        session.Refresh();
+    }
 }
 
 void DocumentsPage::RevealAdded()
@@ -282,11 +296,18 @@ bool DocumentsPage::event(QEvent* event)
 void DocumentsPage::ConnectSearch()
 {
     connect(search, &QLineEdit::textChanged, this, [this](const QString& text) {
+        if (!text.isEmpty() && beforeSearch.isEmpty()) {
+            beforeSearch = view->SelectedIds();
+        }
         if (!text.isEmpty()) {
             view->clearSelection(); // what follows is about what is found
         }
         filter.Search(text);
         chips->Count();
+        const QStringList before = text.isEmpty() ? std::exchange(beforeSearch, {}) : QStringList();
+        if (!before.isEmpty() && view->SelectedIds().isEmpty()) {
+            view->Select(before);
+        }
         OnNarrowed();
     });
     connect(chips, &FilterChips::ChosenChanged, this, [this] {

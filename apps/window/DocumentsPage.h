@@ -94,6 +94,9 @@ private:
 
     /// Shows the new documents.
     void RevealAdded();
+
+    /// Once the cloud is there again, and nothing is under way that would keep it from being asked.
+    void RefreshOldList();
     void ShowMenu(const QPoint& place, bool isOnDocument);
 
     void OnFailed(const Host::CloudProblem& problem);
@@ -127,12 +130,14 @@ private:
     TransferNotice notice;
     QuickLook* quickLook = nullptr; ///< set by ConnectLook, when there is a model
 
-    QTimer actionsUpdate;  ///< combines many changes into one update
-    QStringList takenBack; ///< ids of documents whose removal was, until the view has them
-    QStringList added;     ///< ids of new documents, until all transfers have ended
-    QString token;         ///< of the sign-in in progress, for another attempt; empty otherwise
+    QTimer actionsUpdate;     ///< combines many changes into one update
+    QStringList takenBack;    ///< ids of documents whose removal was, until the view has them
+    QStringList beforeSearch; ///< ids of the documents that were selected
+    QStringList added;        ///< ids of new documents, until all transfers have ended
+    QString token;            ///< of the sign-in in progress, for another attempt; empty otherwise
     bool isSignedIn = false;
     bool isRefreshing = false;
+    bool isListOld = false;
     bool isAway = false;     ///< whether the cloud has not answered since it was found offline
     int countBeforeLoss = 0; ///< of the documents, when many were gone at once; they may come back
     QDateTime refreshedAt;

@@ -62,9 +62,8 @@ void DownloadCommands::Download(const QStringList& ids, const QString& folder)
     }
     if (!current.isEmpty()) {
         parts.message.Show(Topic::files,
-                           current.size() == 1
-                               ? tr("“%1” is up to date here.").arg(NameOf(current.first()))
-                               : tr("%n documents are up to date here.", nullptr, current.size()),
+                           current.size() == 1 ? tr("“%1” is up to date here.").arg(NameOf(current.first()))
+                                               : tr("%n documents are up to date here.", nullptr, current.size()),
                            {}, {}, MessageBar::Kind::Notice);
     }
     if (!changed.isEmpty()) {
@@ -118,7 +117,10 @@ void DownloadCommands::AskAboutTakenNames(const QVector<Obstructed>& documents)
 void DownloadCommands::Replace(const QString& id, const QString& path)
 {
     const auto printable = [](const QString& file) { return Apps::Printable(QFileInfo(file).fileName()); };
-    const QString kept = Host::MoveToOtherName(path, QSysInfo::machineHostName(), QDate::currentDate());
+    const QString kept =
+        Host::MoveToOtherName(path, QSysInfo::machineHostName(), QDate::currentDate(), [this](const QString& name) {
+            return !parts.session.DocumentNamed(name).isEmpty();
+        }); // it is none of these
     if (kept.isEmpty()) {
         parts.message.Show(Topic::files, tr("“%1” was not downloaded.").arg(NameOf(id)),
                            tr("What is there already cannot be given another name."));

@@ -7,10 +7,12 @@
 #include "Texts.h"
 #include "WelcomePage.h"
 
+#include <apps/common/PrintableText.h>
 #include <host/account/ServiceAddress.h>
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QFileInfo>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPushButton>
@@ -202,7 +204,7 @@ void MainWindow::ShowDocuments()
         const bool isRunning = documents->HasRunningTransfers();
         RunConfirmed(
             isRunning || changes > 0,
-            isRunning ? tr("Transfers are still running. Sign out anyway?")
+            isRunning ? tr("Transfers have not ended. Sign out anyway?")
                       : tr("%n document(s) have changes that are not in the cloud. Sign out anyway?", nullptr, changes),
             isRunning ? FateOfTransfers() : tr("The changes stay in the files on this computer."), tr("Sign Out"),
             [this] { SignOut(); });
@@ -275,10 +277,16 @@ void MainWindow::SignOut()
         Qt::QueuedConnection);
 }
 
-QString MainWindow::FateOfTransfers()
+QString MainWindow::FateOfTransfers() const
 {
+    QStringList unsent;
+    const QStringList files = documents->UnsentFiles();
+    for (const QString& file : files) {
+        unsent.append(Apps::Printable(QFileInfo(file).fileName()));
+    }
     return tr("They are canceled and do not go on later. The files on this computer and the documents in the cloud "
-              "stay as they are.");
+              "stay as they are.") +
+           (unsent.isEmpty() ? QString() : "\n\n" + tr("Not uploaded yet: %1").arg(SomeOf(unsent)));
 }
 
 void MainWindow::RunConfirmed(bool needsConfirmation, const QString& question, const QString& detail,
@@ -329,7 +337,7 @@ void MainWindow::closeEvent(QCloseEvent* event)
 {
     if (documents && documents->HasRunningTransfers() && !isCloseConfirmed && !isClosingWithoutAsking) {
         event->ignore();
-        RunConfirmed(true, tr("Transfers are still running. Quit anyway?"), FateOfTransfers(), tr("Quit"), [this] {
+        RunConfirmed(true, tr("Transfers have not ended. Quit anyway?"), FateOfTransfers(), tr("Quit"), [this] {
             isCloseConfirmed = true;
             close();
         });

@@ -62,7 +62,7 @@ private:
     /// \param detail says what becomes of what is under way; may be empty
     void RunConfirmed(bool needsConfirmation, const QString& question, const QString& detail, const QString& consent,
                       const std::function<void()>& action);
-    static QString FateOfTransfers();
+    QString FateOfTransfers() const;
 
     /// Opens the records. On failure returns false, after telling the user.
     bool OpenSession(const Host::CloudAccount& wanted);

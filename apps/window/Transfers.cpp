@@ -175,6 +175,8 @@ void Transfers::Clear()
             Remove(row);
         }
     }
+    uploaded = 0;
+    downloaded = 0;
 }
 
 QStringList Transfers::UnsentFiles() const
@@ -209,11 +211,11 @@ int Transfers::CountOfActive() const
 QString Transfers::SuccessText() const
 {
     QStringList parts;
-    if (batch.uploads > 0) {
-        parts.append(tr("%n document(s) uploaded", nullptr, batch.uploads));
+    if (uploaded > 0) {
+        parts.append(tr("%n document(s) uploaded", nullptr, uploaded));
     }
-    if (batch.downloads > 0) {
-        parts.append(tr("%n document(s) downloaded", nullptr, batch.downloads));
+    if (downloaded > 0) {
+        parts.append(tr("%n document(s) downloaded", nullptr, downloaded));
     }
     return parts.join(", ");
 }
@@ -228,6 +230,15 @@ QString Transfers::ProgressOfAll() const
     return tr("%1 of %2").arg(batch.done).arg(batch.count) + " · " +
            ProgressText(batch.transferred, batch.size, meter.Rate(now),
                         meter.TimeLeft(batch.size - batch.transferred, now));
+}
+
+QString Transfers::ProgressOf(const Transfer& transfer) const
+{
+    const qint64 now = clock.elapsed();
+    const QString progress = ProgressText(transfer.Transferred(), transfer.size, transfer.meter.Rate(now),
+                                          transfer.meter.TimeLeft(transfer.size - transfer.Transferred(), now));
+    const auto halted = static_cast<int>(transfer.meter.SecondsHalted(now));
+    return halted == 0 ? progress : progress + " · " + tr("no progress for %n s", nullptr, halted);
 }
 
 int Transfers::rowCount(const QModelIndex& parent) const
@@ -263,10 +274,7 @@ QVariant Transfers::data(const QModelIndex& index, int role) const
     case PercentRole:
         return transfer.percent;
     case ProgressRole:
-        return transfer.status == Status::Running
-                   ? ProgressText(transfer.Transferred(), transfer.size, transfer.meter.Rate(clock.elapsed()),
-                                  transfer.meter.TimeLeft(transfer.size - transfer.Transferred(), clock.elapsed()))
-                   : QString();
+        return transfer.status == Status::Running ? ProgressOf(transfer) : QString();
     case DetailRole:
         return transfer.detail;
     case ActionRole:
@@ -409,7 +417,7 @@ void Transfers::Finish(int row, const QString& detail)
     }
     batch.transferred += transfers[row].size - transfers[row].Transferred();
     ++batch.done;
-    ++(IsDownload(transfers[row]) ? batch.downloads : batch.uploads);
+    ++(IsDownload(transfers[row]) ? downloaded : uploaded);
     transfers[row].status = Status::Finished;
     transfers[row].percent = 100;
     transfers[row].detail = detail;

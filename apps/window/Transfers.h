@@ -84,7 +84,8 @@ public:
     /// Of those that have not ended.
     int CountOfActive() const;
 
-    /// What has succeeded, as in "3 documents uploaded, 1 document downloaded"; empty if nothing has.
+    /// What has succeeded since the list was cleared, as in "3 documents uploaded, 1 document downloaded"; empty if
+    /// nothing has.
     QString SuccessText() const;
 
     /// How far all transfers are that were begun since nothing ran, as in "3 of 20 · 112 of 500 MB · 8.1 MB/s · 48 s
@@ -134,8 +135,6 @@ private:
     struct Batch {
         int count = 0;
         int done = 0;
-        int uploads = 0;   ///< that have succeeded
-        int downloads = 0; ///< as above
         qint64 size = 0;
         qint64 transferred = 0;
         Apps::TransferMeter meter = {};
@@ -169,6 +168,7 @@ private:
     static Action ActionFor(const Transfer& transfer);
 
     qint64 SizeOf(const Transfer& transfer) const;
+    QString ProgressOf(const Transfer& transfer) const;
 
     /// Takes a transfer that has not succeeded out of the batch.
     void LeaveBatch(const Transfer& transfer);
@@ -176,6 +176,8 @@ private:
     Host::CloudSession& session;
     QElapsedTimer clock;
     Batch batch;
+    int uploaded = 0;   ///< with success, since the list was cleared
+    int downloaded = 0; ///< as above
     std::deque<Transfer> transfers;
 };
 

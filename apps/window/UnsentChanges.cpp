@@ -102,7 +102,10 @@ void UnsentChanges::Tell()
                          : ids.size() == 1
                              ? tr("“%1” was changed.").arg(NameOf(ids.first()))
                              : tr("%n documents have changes that are not in the cloud.", nullptr, ids.size());
-    message.Show(Topic::edited, text, {},
+    const QString conflictText = conflicts > 0 && !isConflict
+                                     ? tr("%n of them was (were) changed in the cloud, too.", nullptr, conflicts)
+                                     : QString();
+    message.Show(Topic::edited, text, conflictText,
                  {{isConflict ? tr("Resolve…") : tr("Upload Changes"), [this, ids = ids] { emit UploadChosen(ids); }}},
                  MessageBar::Kind::Reminder);
 }

@@ -47,7 +47,8 @@ QString OtherNameOf(const QString& name, const QString& host, const QDate& date,
     }
 }
 
-QString MoveToOtherName(const QString& path, const QString& host, const QDate& date)
+QString MoveToOtherName(const QString& path, const QString& host, const QDate& date,
+                        const std::function<bool(const QString&)>& isTaken)
 {
     constexpr int most = 100;
     const QFileInfo file(path);
@@ -55,7 +56,8 @@ QString MoveToOtherName(const QString& path, const QString& host, const QDate& d
     while (file.isFile() && !file.isSymLink() && taken.size() < most) {
         const QString name = OtherNameOf(file.fileName(), host, date, [&](const QString& other) {
             const QFileInfo there(file.dir().filePath(other));
-            return taken.contains(other) || there.exists() || there.isSymLink(); // which may lead nowhere
+            return taken.contains(other) || isTaken(other) || there.exists() ||
+                   there.isSymLink(); // which may lead nowhere
         });
         const auto failure = Files::MoveUnlessTaken(path, file.dir().filePath(name));
         if (!failure) {

@@ -17,7 +17,10 @@ NORLIS_HOST_EXPORT QString OtherNameOf(const QString& name, const QString& host,
                                        const std::function<bool(const QString&)>& isTaken);
 
 /// Gives a file such a name in its folder. Nothing is replaced by it, and nothing but a file is moved.
+/// \param isTaken names that are not to be used, beside those of other files
 /// \return the new path; empty when the file keeps its name
-NORLIS_HOST_EXPORT QString MoveToOtherName(const QString& path, const QString& host, const QDate& date);
+NORLIS_HOST_EXPORT QString MoveToOtherName(
+    const QString& path, const QString& host, const QDate& date,
+    const std::function<bool(const QString&)>& isTaken = [](const QString&) { return false; });
 
 } // namespace Norlis::Host

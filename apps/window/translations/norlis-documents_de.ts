@@ -646,20 +646,12 @@
         <translation>Das Passwort konnte nicht gespeichert werden.</translation>
     </message>
     <message>
-        <source>Transfers are still running. Sign out anyway?</source>
-        <translation>Es laufen noch Übertragungen. Trotzdem abmelden?</translation>
-    </message>
-    <message>
         <source>The settings could not be saved.</source>
         <translation>Die Einstellungen konnten nicht gespeichert werden.</translation>
     </message>
     <message>
         <source>Cancel</source>
         <translation>Abbrechen</translation>
-    </message>
-    <message>
-        <source>Transfers are still running. Quit anyway?</source>
-        <translation>Es laufen noch Übertragungen. Trotzdem beenden?</translation>
     </message>
     <message>
         <source>They are canceled and do not go on later. The files on this computer and the documents in the cloud stay as they are.</source>
@@ -703,6 +695,18 @@
     <message>
         <source>Then the window closes.</source>
         <translation>Danach schließt sich das Fenster.</translation>
+    </message>
+    <message>
+        <source>Transfers have not ended. Sign out anyway?</source>
+        <translation>Übertragungen sind noch nicht beendet. Trotzdem abmelden?</translation>
+    </message>
+    <message>
+        <source>Not uploaded yet: %1</source>
+        <translation>Noch nicht hochgeladen: %1</translation>
+    </message>
+    <message>
+        <source>Transfers have not ended. Quit anyway?</source>
+        <translation>Übertragungen sind noch nicht beendet. Trotzdem beenden?</translation>
     </message>
 </context>
 <context>
@@ -1197,6 +1201,13 @@
         <source>In the cloud</source>
         <translation>In der Cloud</translation>
     </message>
+    <message numerus="yes">
+        <source>no progress for %n s</source>
+        <translation>
+            <numerusform>kein Fortschritt seit %n s</numerusform>
+            <numerusform>kein Fortschritt seit %n s</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>Norlis::Window::TransfersPanel</name>
@@ -1309,6 +1320,13 @@
     <message>
         <source>“%1” was changed both here and in the cloud.</source>
         <translation>„%1“ wurde hier und in der Cloud geändert.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n of them was (were) changed in the cloud, too.</source>
+        <translation>
+            <numerusform>%n davon wurde auch in der Cloud geändert.</numerusform>
+            <numerusform>%n davon wurden auch in der Cloud geändert.</numerusform>
+        </translation>
     </message>
 </context>
 <context>

@@ -163,6 +163,13 @@
             <numerusform>%n documents downloaded</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>no progress for %n s</source>
+        <translation>
+            <numerusform>no progress for %n s</numerusform>
+            <numerusform>no progress for %n s</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>Norlis::Window::TransfersPanel</name>
@@ -202,6 +209,13 @@
         <translation>
             <numerusform>%n document with changes of yours is no longer in the cloud.</numerusform>
             <numerusform>%n documents with changes of yours are no longer in the cloud.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n of them was (were) changed in the cloud, too.</source>
+        <translation>
+            <numerusform>%n of them was changed in the cloud, too.</numerusform>
+            <numerusform>%n of them were changed in the cloud, too.</numerusform>
         </translation>
     </message>
 </context>
