@@ -52,6 +52,11 @@ void SignInOperation::OnResponse(const HttpResponse& response)
         if (failure.failure.kind == OAuth2::FailureKind::Unavailable && IsEncryptedHere(session->collection.Url())) {
             failure.failure.advice = QStringLiteral("Check the address: without encryption it begins with http://.");
         }
+        if (response.Status() == 405 || response.Status() == 501) { // a web server's folder, say
+            failure.failure.reason =
+                QStringLiteral("What is at that address does not speak WebDAV (%1)").arg(response.Status());
+            failure.failure.advice = checkAddress;
+        }
         if (IsMissing(response.Status())) {
             failure.failure.reason = QStringLiteral("There is no folder at that address (404)");
             failure.failure.advice = checkAddress;

@@ -232,8 +232,8 @@ TEST_F(SignInFaultTest, WhatIsNoCollectionIsRefused)
     const std::vector<std::pair<Misbehaviour, std::string>> answers = {
         {AnswersWith(404), "There is no folder at that address (404)"},
         {AnswersWith(410), "There is no folder at that address (404)"},
-        {AnswersWith(405), "(405)"},
-        {AnswersWith(501), "(501)"},
+        {AnswersWith(405), "does not speak WebDAV (405)"},
+        {AnswersWith(501), "does not speak WebDAV (501)"},
         {AnswersWith(304), "(304)"},
         {ShowsAPage(200), "does not speak WebDAV"},
         {ShowsAPage(207), "does not speak WebDAV"},
