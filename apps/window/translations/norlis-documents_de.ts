@@ -860,6 +860,10 @@
         <source>Zoom In</source>
         <translation>Vergrößern</translation>
     </message>
+    <message>
+        <source>%1 %</source>
+        <translation>%1 %</translation>
+    </message>
 </context>
 <context>
     <name>Norlis::Window::RemovalUndo</name>
