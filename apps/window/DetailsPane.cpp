@@ -1,5 +1,6 @@
 #include "DetailsPane.h"
 
+#include "Alignment.h"
 #include "DocumentCommands.h"
 #include "DocumentsView.h"
 #include "ElidedLabel.h"
@@ -12,7 +13,6 @@
 #include <QAction>
 #include <QDir>
 #include <QFileInfo>
-#include <QStyle>
 #include <QTextBoundaryFinder>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -42,11 +42,10 @@ QString Breakable(const QString& text)
     return words.join(' ');
 }
 
-/// Labels would go by the direction of their text, and not by that of the window.
 void Prepare(QLabel& label)
 {
     label.setTextFormat(Qt::PlainText);
-    label.setAlignment(QStyle::visualAlignment(label.layoutDirection(), Qt::AlignLeft) | Qt::AlignAbsolute);
+    label.setAlignment(StartOf(label));
 }
 
 QString VersionText(qint64 size, const QDateTime& date)

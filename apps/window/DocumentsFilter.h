@@ -43,6 +43,10 @@ public:
 
     /// Whether a document of the model below is one that is searched for, of whatever kind.
     bool IsFound(const QModelIndex& sourceIndex) const;
+
+    /// Of the local copy; empty while there is none, or none of the user's.
+    /// \param document of this model or of the one below
+    QString UsersFolder(const QModelIndex& document) const;
     void SortBy(Column column, Qt::SortOrder direction);
 
     QVariant data(const QModelIndex& index, int role) const override;
@@ -73,8 +77,6 @@ private:
 
     const Name& NameOf(const QString& text) const;
 
-    /// Of the local copy; empty while there is none, or none of the user's.
-    QString UsersFolder(const QModelIndex& document) const;
     Rank RankOf(const QModelIndex& index) const;
 
     /// Sorts and filters everything again, reading each rank only once.

@@ -68,7 +68,7 @@ void DocumentsLayout::SetMode(DisplayMode newMode)
     view.SetMode(mode);
     (mode == DisplayMode::List ? actions.list : actions.thumbnails)->setChecked(true);
     settings.setValue(Key::mode, mode == DisplayMode::List ? listMode : thumbnailsMode);
-    SetZoom(zoom);
+    UpdateActions();
     emit ModeChanged(mode);
 }
 
@@ -85,6 +85,12 @@ void DocumentsLayout::SetZoom(int newZoom)
     zoom = qBound(0, newZoom, largest);
     view.SetThumbnailEdge(edges.at(zoom));
     settings.setValue(Key::zoom, zoom);
+    UpdateActions();
+}
+
+void DocumentsLayout::UpdateActions()
+{
+    const int largest = static_cast<int>(edges.size()) - 1;
     const bool isPossible = mode == DisplayMode::Thumbnails;
     actions.zoomIn->setEnabled(isPossible && zoom < largest);
     actions.zoomOut->setEnabled(isPossible && zoom > 0);

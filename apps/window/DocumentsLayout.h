@@ -31,6 +31,7 @@ private:
     /// \param steps larger, or smaller if negative
     void ZoomBy(int steps);
     void SetZoom(int newZoom);
+    void UpdateActions();
 
     DocumentsView& view;
     const DocumentActions& actions;

@@ -70,7 +70,7 @@ DocumentsPage::DocumentsPage(CloudSession& session, QSettings& settings, QWidget
     filter.SetViewingFolder(session.ViewingFolder({}));
     filter.setSourceModel(&model);
     view->setModel(&filter);
-    view->Header().Follow(model);
+    view->Header().Follow(filter);
     view->SetLargePictures(pictures);
     Arrange();
     ConnectSession();

@@ -71,12 +71,19 @@ DocumentsView::DocumentsView(QWidget* parent) : QListView(parent), header(new Li
 
 void DocumentsView::SetMode(DisplayMode newMode)
 {
+    const int line = (verticalOffset() + gridSize().height() / 2) / gridSize().height();
+    const int first = line * CountOfColumns();
     mode = newMode;
     delegate.SetMode(mode);
     header->setVisible(mode == DisplayMode::List);
     updateGeometries();
     UpdateGridSize();
-    scrollTo(currentIndex());
+    if (model()) {
+        scrollTo(model()->index(first, 0), PositionAtTop);
+        if (selectionModel()->isSelected(currentIndex())) {
+            scrollTo(currentIndex());
+        }
+    }
 }
 
 void DocumentsView::SetThumbnailEdge(int edge)
@@ -204,9 +211,38 @@ void DocumentsView::contextMenuEvent(QContextMenuEvent* event)
     }
 }
 
+void DocumentsView::keyPressEvent(QKeyEvent* event)
+{
+    const QPersistentModelIndex before = currentIndex();
+    QListView::keyPressEvent(event);
+    static const QVector<int> moves = {Qt::Key_Home, Qt::Key_End,  Qt::Key_PageUp, Qt::Key_PageDown,
+                                       Qt::Key_Up,   Qt::Key_Down, Qt::Key_Left,   Qt::Key_Right};
+    const QModelIndex current = currentIndex();
+    if (!moves.contains(event->key()) || !current.isValid() || (event->modifiers() & Qt::ControlModifier)) {
+        return;
+    }
+    if (current == before && !selectionModel()->isSelected(current)) { // Qt selects only what it comes to
+        selectionModel()->select(current, QItemSelectionModel::ClearAndSelect);
+    }
+    scrollTo(current);
+}
+
+QModelIndex DocumentsView::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers)
+{
+    // Not as Qt has it, which begins at the first one while none is current, and stays in the column.
+    return action == MoveHome  ? model()->index(0, 0)
+           : action == MoveEnd ? model()->index(model()->rowCount() - 1, 0)
+                               : QListView::moveCursor(action, modifiers);
+}
+
+int DocumentsView::CountOfColumns() const
+{
+    return qMax(1, viewport()->width() / gridSize().width());
+}
+
 QStringList DocumentsView::ShownIds() const
 {
-    const int columns = qMax(1, viewport()->width() / gridSize().width());
+    const int columns = CountOfColumns();
     const int firstLine = verticalOffset() / gridSize().height();
     const int lines = viewport()->height() / gridSize().height() + 2; // two of them are cut off
     QStringList ids;

@@ -15,6 +15,7 @@ class DocumentsView : public QListView {
 public:
     explicit DocumentsView(QWidget* parent = nullptr);
 
+    /// What was first in view is so again, and a document that is current and selected is in view.
     void SetMode(DisplayMode newMode);
 
     /// \param pictures for large thumbnails; outlive this
@@ -67,6 +68,8 @@ signals:
 protected:
     bool event(QEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
@@ -78,6 +81,7 @@ protected:
 
 private:
     void UpdateGridSize();
+    int CountOfColumns() const;
     QStringList ShownIds() const;
 
     ListHeader* const header;

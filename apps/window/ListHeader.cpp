@@ -7,6 +7,8 @@
 
 #include <QPainter>
 
+#include <utility>
+
 namespace Norlis::Window {
 
 namespace {
@@ -18,6 +20,11 @@ using Status = PDF::FileInfo::CloudStatus;
 constexpr std::array<int, columnCount> usualWidths = {0, 22, 0, 12, 18};
 constexpr int leastWidth = 8;
 constexpr int leastWidthOfName = 24; // with the picture
+constexpr int readableWidthOfName = 40;
+
+// As wide as any.
+constexpr qint64 wideSize = 1023 * 1024;
+constexpr qint64 wideDate = 1861649880; // seconds
 
 constexpr std::array<Column, columnCount - 1> byImportance = {Column::Size, Column::Modified, Column::State,
                                                               Column::Folder};
@@ -47,18 +54,20 @@ ListHeader::ListHeader(QWidget* parent) : QHeaderView(Qt::Horizontal, parent)
     for (const Status state : {Status::OnlyInCloud, Status::InSync, Status::ChangedLocally, Status::ChangedInCloud,
                                Status::ChangedOnBothSides}) {
         int& width = wanted.at(static_cast<int>(Column::State));
-        width = qMax(width,
-                     fontMetrics().horizontalAdvance(StateText(static_cast<int>(state))) + badgeEdge + 4 * columnInset);
+        const int number = static_cast<int>(state);
+        stateWidths[number] = fontMetrics().horizontalAdvance(StateText(number)) + badgeEdge + 4 * columnInset;
+        width = qMax(width, stateWidths[number]);
     }
     connect(this, &QHeaderView::sectionResized, this, &ListHeader::OnResized);
     looking.setSingleShot(true);
     looking.setInterval(lookInterval);
-    connect(&looking, &QTimer::timeout, this, &ListHeader::LookForFolders);
+    connect(&looking, &QTimer::timeout, this, &ListHeader::Look);
 }
 
-void ListHeader::Follow(const QAbstractItemModel& newDocuments)
+void ListHeader::Follow(const DocumentsFilter& newFilter)
 {
-    documents = &newDocuments;
+    filter = &newFilter;
+    const QAbstractItemModel* const documents = filter->sourceModel();
     const auto lookSoon = [this] {
         if (!looking.isActive()) { // however long the changes go on
             looking.start();
@@ -68,19 +77,20 @@ void ListHeader::Follow(const QAbstractItemModel& newDocuments)
         connect(documents, signal, this, lookSoon);
     }
     connect(documents, &QAbstractItemModel::dataChanged, this, lookSoon);
-    LookForFolders();
+    Look();
 }
 
-void ListHeader::LookForFolders()
+void ListHeader::Look()
 {
-    hasFolders = false;
-    for (int row = 0; row < documents->rowCount() && !hasFolders; ++row) {
-        const auto document = documents->index(row, 0);
-        hasFolders =
-            !document.data(Model::PathRole).toString().isEmpty() &&
-            !DocumentsFilter::IsOfKind(document.data(Model::StateRole).toInt(), DocumentsFilter::Kind::NotHere);
+    const QAbstractItemModel& documents = *filter->sourceModel();
+    const bool hadFolders = std::exchange(hasFolders, false);
+    const int before = std::exchange(widestState, 0);
+    for (int row = 0; row < documents.rowCount(); ++row) {
+        const auto document = documents.index(row, 0);
+        hasFolders = hasFolders || !filter->UsersFolder(document).isEmpty();
+        widestState = qMax(widestState, stateWidths.value(document.data(Model::StateRole).toInt()));
     }
-    if (hasFolders == isSectionHidden(static_cast<int>(Column::Folder))) {
+    if (hasFolders != hadFolders || widestState != before) {
         Fit();
     }
 }
@@ -152,21 +162,32 @@ void ListHeader::Fit()
 {
     isFitting = true;
     const int name = static_cast<int>(Column::Name);
-    int room = width() - MinimumOf(name);
-    bool hasRoom = true;
+    const int readable = fontMetrics().averageCharWidth() * readableWidthOfName;
+    int needed = MinimumOf(name);
+    int comfortable = readable; // with the columns as wanted
+    int spare = width() - readable;
     for (const Column column : byImportance) {
         const int section = static_cast<int>(column);
-        const bool isFolder = column == Column::Folder;
-        const int least = isFolder ? MinimumOf(section) : wanted.at(section); // it can be narrower than wanted
-        hasRoom = hasRoom && least <= room && (hasFolders || !isFolder);
+        const int least = LeastOf(column);
+        const bool hasRoom =
+            column == Column::Folder ? hasFolders && comfortable + least <= width() : needed + least <= width();
         setSectionHidden(section, !hasRoom);
-        if (hasRoom) {
-            const int width = qMin(wanted.at(section), room);
-            resizeSection(section, width);
-            room -= width;
+        needed += least; // the less important ones go with it
+        comfortable += wanted.at(section);
+        spare -= hasRoom ? least : 0;
+    }
+    int rest = width();
+    for (const Column column : byImportance) {
+        if (Has(column)) {
+            const int section = static_cast<int>(column);
+            const int least = LeastOf(column);
+            const int more = qBound(0, spare, wanted.at(section) - least);
+            resizeSection(section, least + more);
+            spare -= more;
+            rest -= least + more;
         }
     }
-    resizeSection(name, MinimumOf(name) + room);
+    resizeSection(name, rest);
     for (int section = 0; section < columnCount; ++section) {
         setSectionResizeMode(section, Next(section) < 0 ? Fixed : Interactive);
     }
@@ -206,6 +227,31 @@ int ListHeader::MinimumOf(int section) const
 {
     const bool isName = section == static_cast<int>(Column::Name);
     return fontMetrics().averageCharWidth() * (isName ? leastWidthOfName : leastWidth);
+}
+
+int ListHeader::LeastOf(Column column) const
+{
+    const int section = static_cast<int>(column);
+    const QFontMetrics metrics = fontMetrics();
+    int content = metrics.horizontalAdvance(titles.horizontalHeaderItem(section)->text()) + 2 * columnInset;
+    switch (column) {
+    case Column::Name:
+        break;
+    case Column::Folder:
+        content = MinimumOf(section); // paths can be of any length
+        break;
+    case Column::State:
+        content = qMax(content, widestState);
+        break;
+    case Column::Size:
+        content = qMax(content, metrics.horizontalAdvance(SizeText(wideSize)) + 3 * columnInset);
+        break;
+    case Column::Modified:
+        content = qMax(content,
+                       metrics.horizontalAdvance(DateText(QDateTime::fromSecsSinceEpoch(wideDate))) + 3 * columnInset);
+        break;
+    }
+    return qMin(wanted.at(section), content);
 }
 
 } // namespace Norlis::Window

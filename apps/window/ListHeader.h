@@ -2,6 +2,7 @@
 
 #include "Column.h"
 
+#include <QHash>
 #include <QHeaderView>
 #include <QStandardItemModel>
 #include <QTimer>
@@ -10,17 +11,20 @@
 
 namespace Norlis::Window {
 
+class DocumentsFilter;
+
 /// The titles of the list's columns, which decide where the columns are. A click on one sorts; the edge between two can
-/// be dragged. The name has the room that is left; where there is little, the least important columns are left out.
+/// be dragged. The name has the room that is left. Where there is little, the folder is left out first, then the others
+/// get as narrow as what they show, then the name, and then the next columns are left out.
 class ListHeader : public QHeaderView {
     Q_OBJECT
 
 public:
     explicit ListHeader(QWidget* parent = nullptr);
 
-    /// The folder has a column while one of these has a local copy.
-    /// \param newDocuments a Host::CloudDocumentsModel, which outlives this
-    void Follow(const QAbstractItemModel& newDocuments);
+    /// The folder has a column while one of the documents, shown or not, has a copy of the user's own.
+    /// \param newFilter has its model; outlives this
+    void Follow(const DocumentsFilter& newFilter);
 
     bool Has(Column column) const;
 
@@ -45,7 +49,8 @@ protected:
     void paintSection(QPainter* painter, const QRect& rect, int section) const override;
 
 private:
-    void LookForFolders();
+    /// At what the documents have to show.
+    void Look();
 
     /// Gives the columns their widths, as far as there is room.
     void Fit();
@@ -55,11 +60,16 @@ private:
     int Next(int section) const;
     int MinimumOf(int section) const;
 
+    /// As narrow as it may get for the sake of the name.
+    int LeastOf(Column column) const;
+
     QStandardItemModel titles;
-    const QAbstractItemModel* documents = nullptr;
+    const DocumentsFilter* filter = nullptr;
     QTimer looking; ///< combines many changes into one look
     std::array<int, columnCount> wanted = {};
     bool hasFolders = false;
+    QHash<int, int> stateWidths;
+    int widestState = 0; ///< of those that there are
     bool isFitting = false;
 };
 

@@ -1,6 +1,7 @@
 #include "MessageBar.h"
 
 #include "AccessibleParts.h"
+#include "Alignment.h"
 #include "Glyphs.h"
 
 #include <QApplication>
@@ -34,6 +35,7 @@ MessageBar::MessageBar(QWidget* parent)
     for (QLabel* const label : {text, details}) {
         label->setTextFormat(Qt::PlainText); // parts come from the server
         label->setWordWrap(true);
+        label->setAlignment(StartOf(*label) | Qt::AlignVCenter);
         label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     }
     showDetails->setObjectName("showDetails");

@@ -56,7 +56,7 @@ PagePicture::Subject PagePicture::SubjectOf(const QModelIndex& document, int pag
         document.data(Model::StateRole).toInt() == static_cast<int>(PDF::FileInfo::CloudStatus::ChangedInCloud);
     Subject found = QFileInfo(path).isFile() && !isOlder ? FileSubject(path) : CloudSubject(id);
     found.id = id;
-    found.page = found.path.isEmpty() ? 1 : page;
+    found.page = page;
     return found;
 }
 
@@ -97,7 +97,7 @@ void PagePicture::Show(const Subject& next, const QString& thumbnail)
     const auto before = std::exchange(subject, next);
     const bool isSameDocument = subject.id == before.id;
     const bool isSameContent = isSameDocument && subject.path == before.path && subject.version == before.version;
-    if (!isSameDocument) {
+    if (!isSameDocument || (subject.path.isEmpty() && subject.page > 1)) {
         picture = {};
     }
     if (picture.isNull() && subject.page == 1) {
@@ -120,6 +120,9 @@ void PagePicture::Draw()
     session.CancelDrawing(std::exchange(drawing, 0));
     box = WantedBox();
     update();
+    if (subject.path.isEmpty() && subject.page > 1) {
+        return;
+    }
     if (!subject.id.isEmpty() && isVisible() && !box.isEmpty()) {
         drawing = subject.path.isEmpty() ? session.DrawPreview(subject.id, box)
                                          : session.DrawLocalPreview(subject.path, box, subject.page);

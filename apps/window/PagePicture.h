@@ -22,7 +22,7 @@ public:
     /// Also to be called when the document has changed. Until another page of the same document is drawn, the former
     /// one stays.
     /// \param document of a CloudDocumentsModel; an invalid one shows nothing
-    /// \param page     from 1; of what is not here, page one is shown whichever is wanted
+    /// \param page     from 1; of what is not here, all but page one are blank
     void Show(const QModelIndex& document, int page = 1);
 
     /// Page one of a file on this computer.

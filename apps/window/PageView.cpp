@@ -74,13 +74,15 @@ void PageView::ZoomTo(qreal wanted, const QPoint& place)
     const QSizeF before = FittingSize() * zoom;
     const QPointF middle = picture->rect().center(); // of the page too
     const QPointF fromMiddle = QPointF(picture->mapFrom(viewport(), place)) - middle;
+    const QPoint onScreen = viewport()->mapToGlobal(place);
     zoom = qBound(1.0, wanted, LargestZoom());
     if (zoom < (1 + step) / 2) { // steps up and down again end where they began
         zoom = 1;
     }
     Update();
     const qreal growth = before.isEmpty() ? 1 : FittingSize().width() * zoom / before.width();
-    MoveTo((QPointF(picture->rect().center()) + fromMiddle * growth - place).toPoint());
+    const QPoint placeNow = viewport()->mapFromGlobal(onScreen); // the view may have become wider
+    MoveTo((QPointF(picture->rect().center()) + fromMiddle * growth - placeNow).toPoint());
 }
 
 bool PageView::CanZoomIn() const
@@ -88,9 +90,16 @@ bool PageView::CanZoomIn() const
     return !picture->PageSize().isEmpty() && zoom < LargestZoom();
 }
 
-bool PageView::IsZoomed() const
+qreal PageView::Zoom() const
 {
-    return zoom > 1;
+    return zoom;
+}
+
+int PageView::WantedWidth() const
+{
+    const QSize page = picture->PageSize();
+    const int bar = zoom > 1 ? verticalScrollBar()->sizeHint().width() : 0;
+    return bar + qCeil(maximumViewportSize().height() * zoom * page.width() / qMax(1, page.height()));
 }
 
 bool PageView::IsLarger(Qt::Orientation orientation) const
@@ -152,7 +161,7 @@ void PageView::mouseReleaseEvent(QMouseEvent*)
 void PageView::mouseDoubleClickEvent(QMouseEvent* event)
 {
     if (event->button() == Qt::LeftButton) {
-        ZoomTo(IsZoomed() ? 1 : doubleClickZoom, event->pos());
+        ZoomTo(zoom > 1 ? 1 : doubleClickZoom, event->pos());
     }
 }
 

@@ -30,8 +30,12 @@ public:
     /// Whether the page can be larger.
     bool CanZoomIn() const;
 
-    /// Whether the page is larger than where it fits.
-    bool IsZoomed() const;
+    /// How large the page is: 1 where it fits into the view, otherwise more.
+    qreal Zoom() const;
+
+    /// In which all of the page is beside nothing, at this zoom and this height of the view. It can be more than there
+    /// is.
+    int WantedWidth() const;
 
     /// Whether there is more than the view shows.
     bool IsLarger(Qt::Orientation orientation) const;

@@ -30,7 +30,7 @@ using Model = Host::CloudDocumentsModel;
 
 namespace {
 
-constexpr qreal sheetAspectRatio = 1.1; // of width to height, at most: documents are mostly upright
+constexpr qreal sheetAspectRatio = 1.1; // of width to height, for upright pages
 constexpr int sheetLetters = 60;        // at least, side by side: names are long
 constexpr int wheelStep = 120;          // of one notch
 constexpr int linesOfArrow = 3;         // that an arrow key moves a large page by
@@ -95,6 +95,7 @@ QuickLook::QuickLook(CloudSession& session, DocumentsView& view, QWidget& page)
       nextPage(MakeButton("nextPage", Glyph::ChevronDown, tr("Next Page"), QKeySequence::MoveToNextPage)),
       zoomOut(MakeButton("quickLookZoomOut", Glyph::ZoomOut, tr("Zoom Out"), QKeySequence("Ctrl+-"))),
       zoomIn(MakeButton("quickLookZoomIn", Glyph::ZoomIn, tr("Zoom In"), QKeySequence("Ctrl++"))),
+      zoom(new QLabel),
       pageNumber(new QLabel),
       help(new TintedFrame),
       notice(new QLabel),
@@ -165,6 +166,10 @@ void QuickLook::Arrange()
     turning->addWidget(nextPage);
     const auto zooming = new QHBoxLayout;
     zooming->addStretch();
+    zoom->setObjectName("quickLookZoom");
+    zoom->setMinimumWidth(zoom->fontMetrics().horizontalAdvance(tr("%1 %").arg(888)));
+    zoom->setAlignment(Qt::AlignCenter);
+    zooming->addWidget(zoom);
     zooming->addWidget(zoomOut);
     zooming->addWidget(zoomIn);
     const auto foot = new QGridLayout; // whose sides are as wide, so that its middle is that of the page
@@ -189,8 +194,10 @@ void QuickLook::Arrange()
     connect(zoomOut, &QToolButton::clicked, this, [this] { pages->ZoomBy(-1); });
     connect(zoomIn, &QToolButton::clicked, this, [this] { pages->ZoomBy(1); });
     connect(pages, &PageView::ZoomChanged, this, [this] {
-        zoomOut->setEnabled(pages->IsZoomed());
+        zoom->setText(pages->Zoom() > 1 ? tr("%1 %").arg(qRound(100 * pages->Zoom())) : QString());
+        zoomOut->setEnabled(pages->Zoom() > 1);
         zoomIn->setEnabled(pages->CanZoomIn());
+        Fit();
     });
     connect(open, &QToolButton::clicked, this, [this] { emit OpenRequested(id); });
     connect(close, &QToolButton::clicked, this, &QuickLook::Close);
@@ -260,6 +267,19 @@ void QuickLook::ConnectSession()
             endFetch(problem.subject, ProblemDetail(problem));
         }
     });
+}
+
+QVector<QPair<QString, QList<QKeySequence>>> QuickLook::Keys()
+{
+    return {
+        {tr("Close Quick Look"), {Qt::Key_Space, Qt::Key_Escape}},
+        {tr("Open the document"), {Qt::Key_Return}},
+        {tr("Next or previous document; over a large page"), {Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down}},
+        {tr("Previous Page"), {QKeySequence::MoveToPreviousPage}},
+        {tr("Next Page"), {QKeySequence::MoveToNextPage}},
+        {tr("Zoom In"), {QString("Ctrl++")}},
+        {tr("Zoom Out"), {QString("Ctrl+-")}},
+        {tr("Whole Page"), {QString("Ctrl+0")}}};
 }
 
 void QuickLook::Open()
@@ -430,10 +450,13 @@ void QuickLook::Fit()
     setGeometry(page.rect());
     const int margin = qMin(page.width(), page.height()) / 24;
     const int height = page.height() - 2 * margin;
-    const int wanted = qMax(qRound(height * sheetAspectRatio), sheetLetters * fontMetrics().averageCharWidth());
-    const int width = qMin(page.width() - 2 * margin, wanted);
+    const int usual = qMax(qRound(height * sheetAspectRatio), sheetLetters * fontMetrics().averageCharWidth());
+    const int besidePage = sheet->width() - pages->width();
+    const int width = qMin(page.width() - 2 * margin, qMax(usual, pages->WantedWidth() + besidePage));
     const int side = (page.width() - width) / 2;
     layout()->setContentsMargins(side, margin, side, margin);
+    layout()->activate(); // the page stays under the mouse
+    sheet->layout()->activate();
 }
 
 bool QuickLook::focusNextPrevChild(bool next)

@@ -32,6 +32,9 @@ public:
     /// Gives the keyboard back to the documents.
     void Close();
 
+    /// What can be done on the sheet by which keys, in the user's language.
+    static QVector<QPair<QString, QList<QKeySequence>>> Keys();
+
 signals:
     void OpenRequested(const QString& id);
 
@@ -65,6 +68,8 @@ private:
     /// Shows the document as it is now, or nothing any more when it has gone.
     void Update();
     void UpdatePage();
+
+    /// The sheet is as wide as the page needs it.
     void Fit();
 
     /// Closes it and leaves the keyboard where it is.
@@ -86,6 +91,7 @@ private:
     QToolButton* const nextPage;
     QToolButton* const zoomOut;
     QToolButton* const zoomIn;
+    QLabel* const zoom; ///< percent, while the page is larger than it fits
     QLabel* const pageNumber;
     QFrame* const help; ///< the notice, and what to do about it
     QLabel* const notice;

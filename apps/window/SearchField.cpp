@@ -1,5 +1,6 @@
 #include "SearchField.h"
 
+#include "Alignment.h"
 #include "Glyphs.h"
 
 #include <QAction>
@@ -11,6 +12,7 @@ SearchField::SearchField(QWidget* parent) : QLineEdit(parent)
 {
     setObjectName("search");
     setPlaceholderText(tr("Search"));
+    setAlignment(StartOf(*this) | Qt::AlignVCenter); // beside the glass
     setAccessibleName(tr("Search by name"));
     const auto clearing = addAction(GlyphIcon(Glyph::Cancel), TrailingPosition);
     clearing->setText(tr("Clear Search"));

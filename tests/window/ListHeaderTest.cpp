@@ -1,3 +1,4 @@
+#include "OpenedFiles.h"
 #include "WindowTest.h"
 
 #include <apps/window/ListHeader.h>
@@ -198,6 +199,45 @@ TEST_F(ListHeaderTest, TheFolderGoesWithTheLastCopy)
     ASSERT_TRUE(QFile::remove(Local("downloads/a.pdf")));
     Refresh();
     EXPECT_TRUE(WaitUntil([&] { return !Header()->Has(Column::Folder); }));
+}
+
+TEST_F(ListHeaderTest, CopiesThatWereFetchedToBeLookedAtHaveNoFolder)
+{
+    const OpenedFiles opened;
+    OpenList();
+    Select({"a.pdf"});
+    Action("Open")->trigger();
+    ASSERT_TRUE(WaitUntil([&] { return !opened.paths.isEmpty(); }));
+    Download("b.pdf");
+    ASSERT_TRUE(QFile::remove(Local("downloads/b.pdf")));
+    Refresh();
+    EXPECT_TRUE(WaitUntil([&] { return !Header()->Has(Column::Folder); }));
+    EXPECT_EQ(StateOf("a.pdf"), static_cast<int>(State::InSync));
+}
+
+TEST_F(ListHeaderTest, TheNameIsTheLastToBecomeShort)
+{
+    OpenList();
+    Download("c.pdf");
+    const int letter = Header()->fontMetrics().averageCharWidth();
+    const int readable = 39 * letter;
+    const int usualState = WidthOf(Column::State);
+    int widthWithoutFolder = 0;
+    while (WidthOf(Column::Name) >= readable) {
+        ASSERT_GT(window->width(), window->minimumSizeHint().width());
+        window->resize(window->width() - 5, 600);
+        QCoreApplication::processEvents();
+        ASSERT_TRUE(!Header()->Has(Column::Folder) || WidthOf(Column::State) == usualState) << "the folder goes first";
+        widthWithoutFolder = qMax(widthWithoutFolder, Header()->Has(Column::Folder) ? 0 : window->width());
+    }
+    EXPECT_GT(widthWithoutFolder, window->width());
+    EXPECT_LT(WidthOf(Column::State), usualState);
+    for (const Column column : {Column::State, Column::Size, Column::Modified}) {
+        EXPECT_TRUE(Header()->Has(column)) << "they have become narrower";
+    }
+    const QString state = "Only in the cloud";
+    const int room = WidthOf(Column::State) - Window::badgeEdge - 3 * Window::columnInset;
+    EXPECT_EQ(Documents()->fontMetrics().elidedText(state, Qt::ElideRight, room), state);
 }
 
 TEST_F(ListHeaderTest, TheTitlesReachFromOneSideToTheOtherWhileThereIsNothingToScroll)

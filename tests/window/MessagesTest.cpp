@@ -4,6 +4,8 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QClipboard>
+#include <QLabel>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QToolButton>
 
@@ -57,6 +59,38 @@ TEST_F(MessagesTest, OneThatHidesAnotherSaysHowManyThereAre)
     Click(Find<QToolButton>("closeMessage"));
     EXPECT_EQ(Message(), "There are no files on the clipboard.");
     EXPECT_EQ(Place(), "");
+}
+
+TEST_F(MessagesTest, FromRightToLeftWordsStandBesideTheirPictures)
+{
+    QApplication::setLayoutDirection(Qt::RightToLeft);
+    OpenCloud();
+    QApplication::clipboard()->setText("no file");
+    Action("Paste")->trigger();
+    const auto columnsOfInk = [](QWidget& part) { // the first and the last
+        const QImage image = part.grab(part.rect().adjusted(10, 4, -10, -4)).toImage();
+        QList<int> found;
+        for (int x = 0; x < image.width(); ++x) {
+            for (int y = 0; y < image.height(); ++y) {
+                if (qAbs(image.pixelColor(x, y).lightness() - image.pixelColor(x, 0).lightness()) > 60) {
+                    found.append(x);
+                    break;
+                }
+            }
+        }
+        return found;
+    };
+    const auto message = Find<QLabel>("messageText");
+    ASSERT_TRUE(message);
+    const auto words = columnsOfInk(*message);
+    ASSERT_FALSE(words.isEmpty());
+    EXPECT_GT(words.first(), message->width() / 3) << "at the right, where its picture is";
+    const auto search = Find<QLineEdit>("search");
+    const auto hint = columnsOfInk(*search);
+    ASSERT_FALSE(hint.isEmpty());
+    EXPECT_GT(hint.first(), search->width() / 3) << "at the glass";
+    window.reset();
+    QApplication::setLayoutDirection(Qt::LeftToRight);
 }
 
 TEST_F(MessagesTest, AConflictOfAnUploadThatNobodyAskedForIsNoQuestion)

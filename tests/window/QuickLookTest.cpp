@@ -175,8 +175,10 @@ TEST_F(QuickLookTest, LaterPagesOfWhatIsNotHereFollowItsDownload)
     QTest::keyClick(Sheet(), Qt::Key_PageDown);
     EXPECT_TRUE(Text("quickLookNotice").startsWith("To show the pages after the first one")) << "it is not here";
     EXPECT_EQ(Text("pageNumber"), "Page 2");
+    EXPECT_NE(Picture().pixelColor(Picture().rect().center()), QColor(Qt::red)) << "which is page one";
     QTest::keyClick(Sheet(), Qt::Key_PageUp);
     EXPECT_EQ(Text("quickLookNotice"), "");
+    EXPECT_TRUE(ShowsPage("Page 1", Qt::red));
     QTest::keyClick(Sheet(), Qt::Key_PageDown);
     ASSERT_EQ(QApplication::focusWidget()->objectName(), "quickLookDownload");
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
