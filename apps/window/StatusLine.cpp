@@ -15,12 +15,14 @@ constexpr int usualSeconds = 10; // for an answer
 } // namespace
 
 StatusLine::StatusLine(QWidget* parent)
-    : QFrame(parent),
+    : TintedFrame(parent),
       text(new ElidedLabel),
       tryNow(new QPushButton(tr("Try Now"))),
       stopWaiting(new QPushButton(tr("Stop Waiting"))),
       storage(new StorageBar)
 {
+    setFrameShape(NoFrame);
+    SetTint(Tint::Plain);
     text->setObjectName("status");
     tryNow->setObjectName("tryNow");
     tryNow->setToolTip(tr("Connect to the cloud now"));
@@ -47,6 +49,7 @@ void StatusLine::Show(const Situation& newSituation)
     if (!situation.isOffline) {
         Explain({}, {});
     }
+    SetTint(situation.isOffline ? Tint::Notice : Tint::Plain);
     if (situation.isOffline || situation.isRefreshing || situation.isSigningIn) {
         countdown.start();
     } else {
@@ -63,7 +66,7 @@ void StatusLine::Explain(const QString& newReason, const QString& technical)
 
 void StatusLine::resizeEvent(QResizeEvent* event)
 {
-    QFrame::resizeEvent(event);
+    TintedFrame::resizeEvent(event);
     Update();
 }
 

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "StorageBar.h"
+#include "TintedFrame.h"
 
 #include <QDateTime>
-#include <QFrame>
 #include <QTimer>
 
 class QLabel;
@@ -12,8 +12,8 @@ class QPushButton;
 namespace Norlis::Window {
 
 /// The line at the bottom: how many documents there are, how old the list is or when the cloud is asked next, and how
-/// much of the storage is used.
-class StatusLine : public QFrame {
+/// much of the storage is used. It is tinted while it is offline.
+class StatusLine : public TintedFrame {
     Q_OBJECT
 
 public:

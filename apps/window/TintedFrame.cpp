@@ -6,8 +6,11 @@ namespace Norlis::Window {
 
 QColor TintOf(Tint tint, const QPalette& palette)
 {
-    constexpr qreal share = 0.18;
     const QColor paper = palette.color(QPalette::Window);
+    if (tint == Tint::Plain) {
+        return paper;
+    }
+    constexpr qreal share = 0.18;
     const QColor ink = tint == Tint::Problem ? QColor(255, 165, 0) : QColor(0, 120, 230);
     const auto mixed = [](qreal one, qreal other) { return one * (1 - share) + other * share; };
     return QColor::fromRgbF(mixed(paper.redF(), ink.redF()), mixed(paper.greenF(), ink.greenF()),

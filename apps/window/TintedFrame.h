@@ -4,10 +4,11 @@
 
 namespace Norlis::Window {
 
-/// How much a message matters.
-enum class Tint { Notice, Problem };
+/// How much a message matters. Plain is for where there is none.
+enum class Tint { Plain, Notice, Problem };
 
-/// The colour behind a message: the window's own, towards blue or amber, so that its text can be read on it.
+/// The colour behind a message: the window's own, towards blue or amber unless it is plain, so that its text can be
+/// read on it.
 QColor TintOf(Tint tint, const QPalette& palette);
 
 /// A frame that is tinted, around a message.

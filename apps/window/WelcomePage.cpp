@@ -7,7 +7,9 @@
 #include <host/account/CloudAccount.h>
 #include <host/account/ServiceAddress.h>
 
+#include <QApplication>
 #include <QDir>
+#include <QEvent>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QFormLayout>
@@ -18,6 +20,7 @@
 #include <QPushButton>
 #include <QScrollArea>
 #include <QStandardPaths>
+#include <QTimer>
 #include <QVBoxLayout>
 
 #include <stdexcept>
@@ -58,16 +61,17 @@ WelcomePage::WelcomePage(QWidget* parent)
       folderForm(new QVBoxLayout),
       serverForm(new QVBoxLayout),
       choices(new QWidget),
-      waiting(new QWidget)
+      waiting(new QWidget),
+      scroll(new QScrollArea)
 {
     setObjectName("welcomePage");
     folder->setText(QDir::toNativeSeparators(QDir::home().filePath(tr("Cloud Documents"))));
     ArrangeChoices();
     ArrangeWaiting();
+    message->installEventFilter(this); // it grows with its details
     const auto centre = new QWidget;
     const auto centreLayout = new QHBoxLayout(centre);
     centreLayout->addWidget(Column());
-    const auto scroll = new QScrollArea; // with a large font it may not fit
     scroll->setWidgetResizable(true);
     scroll->setFrameShape(QFrame::NoFrame);
     scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff); // all texts wrap
@@ -236,6 +240,23 @@ void WelcomePage::ShowProblem(const QString& title, const QString& detail, const
     }
     message->Show(problemTopic, title, detail);
     message->SetDetails(technical);
+    RevealMessage();
+}
+
+bool WelcomePage::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::Resize) {
+        RevealMessage();
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void WelcomePage::RevealMessage()
+{
+    QTimer::singleShot(0, this, [this] {
+        scroll->ensureWidgetVisible(QApplication::focusWidget());
+        scroll->ensureWidgetVisible(message);
+    });
 }
 
 void WelcomePage::ForgetPassword()

@@ -9,6 +9,7 @@ class QLabel;
 class QLineEdit;
 class QProgressBar;
 class QPushButton;
+class QScrollArea;
 class QVBoxLayout;
 
 namespace Norlis::Window {
@@ -39,12 +40,18 @@ signals:
     void Chosen(const QUrl& service, const QString& token, const Norlis::Host::ServiceAccess& access);
     void Canceled();
 
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
     void ArrangeChoices();
     void ArrangeWaiting();
     QWidget* Column();
     QWidget* FolderChoice();
     QWidget* ServerChoice();
+
+    /// Scrolls to the message and to what is being filled in, as soon as both have their places.
+    void RevealMessage();
     void ChooseFolder();
 
     /// Shows what the address will be taken for.
@@ -63,6 +70,7 @@ private:
     QVBoxLayout* const serverForm;
     QWidget* const choices;
     QWidget* const waiting;
+    QScrollArea* const scroll;     ///< with a large font not all may fit
     QLineEdit* lastTried = folder; ///< where to retry when a sign-in fails
 };
 

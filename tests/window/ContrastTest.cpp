@@ -5,6 +5,8 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QDir>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListView>
 #include <QTest>
@@ -102,6 +104,25 @@ TEST_P(ContrastTest, TheChipsAreSeen)
         const QColor around = chip->palette().color(QPalette::Window);
         EXPECT_GE(Strongest(picture.copy(middle.x(), 0, 1, 2), around), 3) << name;
     }
+}
+
+TEST_P(ContrastTest, TheLineAtTheBottomIsTintedWhileOfflineAndCanBeRead)
+{
+    PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
+    OpenCloud();
+    ASSERT_TRUE(Shows({"a.pdf"}));
+    const QColor paper = window->palette().color(QPalette::Window);
+    const auto line = Find<QLabel>("status")->parentWidget();
+    const auto ground = [line] { return line->grab().toImage().pixelColor(1, 1); };
+    EXPECT_TRUE(WaitUntil([&] { return ground() == paper; }));
+    ASSERT_TRUE(QDir().rename(Cloud(), Local("away")));
+    Refresh();
+    ASSERT_TRUE(WaitUntil([&] { return Status().contains("Offline"); }));
+    EXPECT_NE(ground(), paper);
+    EXPECT_GE(Strongest(line->grab(Find<QLabel>("status")->geometry()).toImage(), ground()), 4.5);
+    ASSERT_TRUE(QDir().rename(Local("away"), Cloud()));
+    ClickButton("Try Now");
+    EXPECT_TRUE(WaitUntil([&] { return ground() == paper; }));
 }
 
 INSTANTIATE_TEST_SUITE_P(LightDarkAndHigh, ContrastTest, testing::Values(0, 1, 2));

@@ -101,6 +101,34 @@ TEST_F(SignInWindowTest, WhatLibrariesSayIsShownToWhoeverAsksForDetails)
     EXPECT_THAT(Find<QLabel>("messageDetails")->text().toStdString(), HasSubstr("connect to 127.0.0.1"));
 }
 
+TEST_F(SignInWindowTest, WithLargeLettersTheReasonOfAFailureIsInSight)
+{
+    const QFont before = QApplication::font();
+    QFont large = before;
+    large.setPointSizeF(before.pointSizeF() * 1.5);
+    QApplication::setFont(large);
+    server.Stop();
+    Open();
+    window->resize(900, 480);
+    FillIn({});
+    const auto isInSight = [](const QWidget* part) {
+        return part && part->height() >= part->minimumSizeHint().height() && part->visibleRegion() == part->rect();
+    };
+    const auto isTold = [&] {
+        return isInSight(Find<QWidget>("message")) && isInSight(Find<QLineEdit>("address")) &&
+               Find<QLineEdit>("address")->hasFocus();
+    };
+    for (const auto attempt : {"first", "second"}) {
+        QTest::keyClick(Find<QLineEdit>("address"), Qt::Key_Return);
+        ASSERT_TRUE(WaitUntil([&] { return !IsWelcome() || !Find<QLineEdit>("address"); })) << attempt;
+        EXPECT_TRUE(WaitUntil(isTold)) << attempt;
+    }
+    ClickButton("Details");
+    EXPECT_TRUE(WaitUntil([&] { return Find<QLabel>("messageDetails") && isInSight(Find<QWidget>("message")); }));
+    window.reset();
+    QApplication::setFont(before);
+}
+
 TEST_F(SignInWindowTest, TheListHasTheKeyboardAfterTheSignIn)
 {
     server.Put("a.pdf", PdfOfColor(Qt::red));
