@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 #include <QEvent>
 #include <QHeaderView>
+#include <QLabel>
 #include <QTimer>
 #include <QVector>
 
@@ -232,6 +233,19 @@ public:
     }
 };
 
+/// A part of some role. A label has its text as its name, as in its usual role.
+class Part : public QAccessibleWidget {
+public:
+    using QAccessibleWidget::QAccessibleWidget;
+
+    QString text(QAccessible::Text kind) const override
+    {
+        const QString known = QAccessibleWidget::text(kind);
+        const auto label = qobject_cast<QLabel*>(widget());
+        return kind == QAccessible::Name && known.isEmpty() && label ? label->text() : known;
+    }
+};
+
 QAccessibleInterface* Make(const QString&, QObject* object)
 {
     const auto widget = qobject_cast<QWidget*>(object);
@@ -251,7 +265,7 @@ QAccessibleInterface* Make(const QString&, QObject* object)
     if (role.toInt() == QAccessible::RadioButton) {
         return new Choice(*qobject_cast<QAbstractButton*>(widget));
     }
-    return new QAccessibleWidget(widget, static_cast<QAccessible::Role>(role.toInt()));
+    return new Part(widget, static_cast<QAccessible::Role>(role.toInt()));
 }
 
 /// Sets a property by which Make knows a widget.

@@ -68,7 +68,7 @@ DocumentActions::DocumentActions(QWidget& widget)
       details(Make(widget, tr("&Details"), Glyph::Document, QString("F9"),
                    tr("Show or hide what is known of the selected documents"))),
       find(Make(widget, tr("&Find"), Glyph::Search, QKeySequence::Find, tr("Find documents by name"))),
-      signOut(Make(widget, tr("Si&gn Out"), Glyph::Cancel, {}, tr("Forget the password and choose another cloud"))),
+      signOut(Make(widget, tr("Si&gn Out"), Glyph::Server, {}, tr("Forget the password and choose another cloud"))),
       widget(widget)
 {
     zoomIn->setShortcuts({QString("Ctrl++"), QString("Ctrl+=")}); // where + needs Shift
@@ -85,6 +85,9 @@ DocumentActions::DocumentActions(QWidget& widget)
 void DocumentActions::AddMenusTo(QMenuBar& bar) const
 {
     QAction* const programs = bar.actions().value(0); // its own menus come last
+    if (QMenu* const program = programs ? programs->menu() : nullptr) {
+        program->insertAction(program->actions().last(), signOut); // before Quit
+    }
     const auto add = [&](const QString& title, const QList<QAction*>& entries) {
         const auto menu = MakeMenu(widget, title);
         for (QAction* const entry : entries) {
@@ -97,7 +100,7 @@ void DocumentActions::AddMenusTo(QMenuBar& bar) const
         bar.insertMenu(programs, menu);
     };
     add(tr("&Documents"), {upload, paste, nullptr, open, showInFolder, download, downloadTo, uploadChanges, resolve,
-                           useCloud, copy, nullptr, remove, undoRemoval, nullptr, signOut});
+                           useCloud, copy, nullptr, remove, undoRemoval});
     add(tr("&View"), {thumbnails, list, nullptr, zoomIn, zoomOut, usualSize, nullptr, sortBy->menuAction(), nullptr,
                       quickLook, details, nullptr, find, refresh});
 }

@@ -401,6 +401,9 @@ QString QuickLook::Notice() const
                                  : failure;
     }
     const QString reason = picture->Reason();
+    if (!reason.isEmpty() && !picture->IsHere() && !session.IsSignedIn()) {
+        return tr("The cloud cannot be reached at the moment.");
+    }
     return reason.isEmpty() ? QString() : tr("The page cannot be shown: %1.").arg(InUsersLanguage(reason));
 }
 

@@ -1,10 +1,13 @@
 #include "StatusLine.h"
 
+#include "AccessibleParts.h"
 #include "ElidedLabel.h"
 #include "Texts.h"
 
 #include <QHBoxLayout>
 #include <QPushButton>
+
+#include <utility>
 
 namespace Norlis::Window {
 
@@ -24,6 +27,7 @@ StatusLine::StatusLine(QWidget* parent)
     setFrameShape(NoFrame);
     SetTint(Tint::Plain);
     text->setObjectName("status");
+    SetAccessibleRole(*text, QAccessible::Notification);
     tryNow->setObjectName("tryNow");
     tryNow->setToolTip(tr("Connect to the cloud now"));
     stopWaiting->setToolTip(tr("Work offline until the cloud answers again"));
@@ -45,7 +49,7 @@ StatusLine::StatusLine(QWidget* parent)
 
 void StatusLine::Show(const Situation& newSituation)
 {
-    situation = newSituation;
+    const Situation before = std::exchange(situation, newSituation);
     if (!situation.isOffline) {
         Explain({}, {});
     }
@@ -56,6 +60,10 @@ void StatusLine::Show(const Situation& newSituation)
         countdown.stop();
     }
     Update();
+    const bool isNarrowed = situation.shown != before.shown && situation.all == before.all; // by a search
+    if (situation.isOffline != before.isOffline || isNarrowed) {
+        ReadAloud(*text);
+    }
 }
 
 void StatusLine::Explain(const QString& newReason, const QString& technical)

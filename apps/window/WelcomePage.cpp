@@ -201,6 +201,8 @@ void WelcomePage::Suggest(const QUrl& service, const Host::ServiceAccess& access
 {
     if (Host::IsFolder(service)) {
         folder->setText(QDir::toNativeSeparators(service.toLocalFile()));
+        lastTried = folder;
+        folder->setFocus();
         return;
     }
     lastTried = password;

@@ -76,9 +76,7 @@ TEST_F(ScrollingTest, AKeySelectsWhereItLeadsAtItsFirstPress)
 {
     for (const auto mode : {"Thumbnails", "List"}) {
         Action(mode)->trigger();
-        Find<QLineEdit>("search")->setText("document 3");
-        Find<QLineEdit>("search")->clear(); // then none is current
-        ASSERT_FALSE(Documents()->currentIndex().isValid());
+        Documents()->selectionModel()->clear(); // then none is current
         Press(Qt::Key_End);
         EXPECT_EQ(SelectedRow(), count - 1) << mode;
         Press(Qt::Key_Home);

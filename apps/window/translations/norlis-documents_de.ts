@@ -141,7 +141,7 @@
     </message>
     <message>
         <source>Si&amp;gn Out</source>
-        <translation>A&amp;bmelden</translation>
+        <translation>Ab&amp;melden</translation>
     </message>
     <message>
         <source>&amp;Upload…</source>
@@ -890,6 +890,10 @@
     <message>
         <source>Whole Page</source>
         <translation>Ganze Seite</translation>
+    </message>
+    <message>
+        <source>The cloud cannot be reached at the moment.</source>
+        <translation>Die Cloud ist im Augenblick nicht erreichbar.</translation>
     </message>
 </context>
 <context>
