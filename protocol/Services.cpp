@@ -35,8 +35,9 @@ CloudServiceFactory ServiceFor(const OAuth2::AuthInfo& authInfo, const std::stri
         problem = "give the address of " + examples.join(", or of ");
     }
     if (problem) {
-        throw std::invalid_argument('"' + url.toDisplayString(QUrl::RemoveUserInfo).toStdString() +
-                                    "\" cannot be used as a cloud service: " + problem->toStdString());
+        throw std::invalid_argument(QStringLiteral("\"%1\" cannot be used as a cloud service: %2")
+                                        .arg(url.toDisplayString(QUrl::RemoveUserInfo), *problem)
+                                        .toStdString());
     }
     return [make = kind->make, authInfo, programName](const CloudService::Listener& listener) {
         return make(authInfo, programName, listener);

@@ -2,6 +2,7 @@
 
 #include "AboutDialog.h"
 #include "DocumentsPage.h"
+#include "ServiceTexts.h"
 #include "SettingsDialog.h"
 #include "ShortcutsDialog.h"
 #include "Texts.h"
@@ -141,7 +142,7 @@ bool MainWindow::OpenSession(const Host::CloudAccount& wanted)
         session->RefreshEvery(preferences.RefreshInterval());
     } catch (const std::exception& problem) {
         AskForService(wanted.Service());
-        welcome->ShowProblem(tr("The documents cannot be shown."), QString::fromUtf8(problem.what()));
+        welcome->ShowProblem(tr("The documents cannot be shown."), InUsersLanguage(QString::fromUtf8(problem.what())));
         return false;
     }
     account.emplace(wanted);
@@ -164,7 +165,8 @@ void MainWindow::SignIn(const QUrl& service, const QString& token, const Host::S
         try {
             account->Remember(used);
         } catch (const std::exception& problem) {
-            documents->ShowProblem(tr("The password could not be saved."), QString::fromUtf8(problem.what()));
+            documents->ShowProblem(tr("The password could not be saved."),
+                                   InUsersLanguage(QString::fromUtf8(problem.what())));
         }
         documents->OnSignedIn();
     });
@@ -262,7 +264,7 @@ void MainWindow::SignOut()
     try {
         account->Forget();
     } catch (const std::exception& error) {
-        problem = QString::fromUtf8(error.what());
+        problem = InUsersLanguage(QString::fromUtf8(error.what()));
     }
     QMetaObject::invokeMethod(
         this,
@@ -360,7 +362,7 @@ void MainWindow::closeEvent(QCloseEvent* event)
             if (isClosingWithoutAsking) {
                 LOG(ERROR) << problem.what(); // there may be nobody to close a message box
             } else {
-                QMessageBox::warning(this, windowTitle(), QString::fromUtf8(problem.what()));
+                QMessageBox::warning(this, windowTitle(), InUsersLanguage(QString::fromUtf8(problem.what())));
             }
         }
         session.reset();

@@ -2,6 +2,7 @@
 
 #include "Glyphs.h"
 #include "MessageBar.h"
+#include "ServiceTexts.h"
 
 #include <apps/common/PrintableText.h>
 #include <host/account/CloudAccount.h>
@@ -319,7 +320,7 @@ void WelcomePage::ChooseServer()
         const QString token = password->text().isEmpty() ? Host::CloudAccount::TokenForNone() : password->text();
         emit Chosen(service, token, {certificates->text().trimmed()});
     } catch (const std::invalid_argument& problem) {
-        ShowProblem(tr("This address cannot be used."), QString::fromUtf8(problem.what()) + '.');
+        ShowProblem(tr("This address cannot be used."), InUsersLanguage(QString::fromUtf8(problem.what())) + '.');
     }
 }
 

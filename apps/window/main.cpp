@@ -2,6 +2,7 @@
 #include "MainWindow.h"
 #include "PlainButtons.h"
 #include "ProgramOptions.h"
+#include "ServiceTexts.h"
 #include "Sharpness.h"
 #include "SingleInstance.h"
 #include "Translations.h"
@@ -100,7 +101,8 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "norlis-documents: %s\n", problem.what());
         return usageError;
     } catch (const std::runtime_error& problem) {
-        QMessageBox::critical(nullptr, QCoreApplication::applicationName(), QString::fromUtf8(problem.what()));
+        QMessageBox::critical(nullptr, QCoreApplication::applicationName(),
+                              Window::InUsersLanguage(QString::fromUtf8(problem.what())));
         return EXIT_FAILURE;
     }
 }

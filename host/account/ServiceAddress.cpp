@@ -124,8 +124,9 @@ QUrl ServiceAddress(const QString& text, const QString& user)
     }
     if (!IsFolder(url)) {
         throw Refusal(
-            '"' + url.scheme() +
-            ":\" is not a supported kind of service. Use https: for a WebDAV server, or the path of a folder");
+            QStringLiteral(
+                "\"%1:\" is not a supported kind of service. Use https: for a WebDAV server, or the path of a folder")
+                .arg(url.scheme()));
     }
     if (!user.isEmpty()) {
         throw Refusal("--user is for servers; a folder does not need a user name");

@@ -42,11 +42,18 @@ constexpr auto longestSettling = std::chrono::seconds(3); // somebody waits for 
 constexpr int daysToView = 30;
 constexpr qint64 sliceMilliseconds = 6; // with the last step less than half a frame, so the loop stays free for input
 
+std::runtime_error Problem(const QString& text)
+{
+    return std::runtime_error(text.toStdString());
+}
+
 QString ReadyFolder(const QString& folder)
 {
     if (!Files::MakePrivateFolder(folder)) {
-        throw std::runtime_error("The folder \"" + folder.toStdString() +
-                                 "\" cannot be created. Check that you have permission to write to its parent folder.");
+        throw Problem(
+            QStringLiteral("The folder \"%1\" cannot be created. Check that you have permission to write to its "
+                           "parent folder.")
+                .arg(folder));
     }
     QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     return folder;
@@ -60,15 +67,15 @@ void ClaimFolder(const QString& folder, const Social::OAuth2::AuthInfo& authInfo
     QFile file(folder + "/service");
     if (file.open(QFile::ReadOnly) && file.size() > 0) {
         if (file.readAll() != mark) {
-            throw std::runtime_error("The folder \"" + folder.toStdString() +
-                                     "\" has the documents of another service. Give each service a folder of its own.");
+            throw Problem(QStringLiteral("The folder \"%1\" has the documents of another service. Give each service a "
+                                         "folder of its own.")
+                              .arg(folder));
         }
         return;
     }
     QSaveFile written(file.fileName()); // a part of it would be that of another service at the next start
     if (!written.open(QFile::WriteOnly) || written.write(mark) != mark.size() || !written.commit()) {
-        throw std::runtime_error("Nothing can be written to the folder \"" + folder.toStdString() +
-                                 "\": " + written.errorString().toStdString());
+        throw Problem(QStringLiteral("Nothing can be written to %1: %2").arg(folder, written.errorString()));
     }
 }
 

@@ -187,11 +187,13 @@ void SessionDownloads::Begin(const DownloadPointer& download)
     }
     const QFileInfo folder(download->folder);
     if (download->folder.isEmpty() || !folder.isDir()) {
-        EndWithFailure(download, "There is no folder \"" + download->folder + '"', "Choose another folder.");
+        EndWithFailure(download, QStringLiteral("There is no folder \"%1\"").arg(download->folder),
+                       "Choose another folder.");
         return;
     }
     if (!folder.isWritable()) {
-        EndWithFailure(download, "you do not have permission to write to the folder \"" + download->folder + '"',
+        EndWithFailure(download,
+                       QStringLiteral("you do not have permission to write to the folder \"%1\"").arg(download->folder),
                        "Choose another folder.");
         return;
     }

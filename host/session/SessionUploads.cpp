@@ -135,7 +135,8 @@ void SessionUploads::StartKeepingBoth(const QString& id)
     upload->subject = document->localPath;
     upload->origin = id;
     if (!upload->link->isValid() || !QFile::link(upload->subject, upload->path)) {
-        RefuseLater({upload->subject, FromUtf8(document->facts.name)}, "Nothing can be written to " + linkFolder,
+        RefuseLater({upload->subject, FromUtf8(document->facts.name)},
+                    QStringLiteral("Nothing can be written to %1").arg(linkFolder),
                     "Check its permissions, and the disk that it is on.");
         return;
     }

@@ -32,16 +32,16 @@ constexpr auto copiesTable =
     "hash BLOB NOT NULL, lost_at INTEGER NOT NULL) WITHOUT ROWID";
 
 /// What went wrong with the file and what the user can do, on one line.
-std::runtime_error Problem(const QString& file, const std::string& what, const std::string& advice)
+std::runtime_error Problem(const QString& file, const QString& what, const QString& advice)
 {
-    return std::runtime_error("The document list \"" + file.toStdString() + "\" " + what + ". " + advice + ".");
+    return std::runtime_error(QStringLiteral("The document list \"%1\" %2. %3.").arg(file, what, advice).toStdString());
 }
 
 std::runtime_error Problem(const QString& file, const SqliteError& error)
 {
-    const std::string reason = error.what();
+    const QString reason = QString::fromUtf8(error.what());
     if (error.IsDamage()) {
-        return Problem(file, "is damaged (" + reason + ")",
+        return Problem(file, QStringLiteral("is damaged (%1)").arg(reason),
                        "Move it away; the documents will then be listed again from the cloud");
     }
     switch (error.Code()) {

@@ -80,8 +80,9 @@ Reply FolderService::Handle(const Request::SignIn&)
     if (const auto reason = store.CompareWithMemory(authInfo.dataFolder)) {
         store.Close();
         return FailureReply("Sign-in", {}, *reason,
-                            "Make its drive available and sign in again. If this is the right folder, delete " +
-                                store.MemoryFile(authInfo.dataFolder) + " first.",
+                            QStringLiteral("Make its drive available and sign in again. If this is the right folder, "
+                                           "delete %1 first.")
+                                .arg(store.MemoryFile(authInfo.dataFolder)),
                             OAuth2::FailureKind::Unavailable);
     }
     store.RemoveLeftovers();

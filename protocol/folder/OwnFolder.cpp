@@ -56,7 +56,7 @@ std::optional<QString> OwnFolder::Prepare()
         }
     }
     if (!opened || !IsInPlace()) {
-        return cannot.arg(folder, ownName + " is in the place of a folder that is needed there");
+        return cannot.arg(folder, QStringLiteral("%1 is in the place of a folder that is needed there").arg(ownName));
     }
     return std::nullopt;
 }

@@ -1,6 +1,5 @@
 #include "WindowTest.h"
 
-#include <apps/window/ServiceTexts.h>
 #include <apps/window/TintedFrame.h>
 #include <apps/window/Translations.h>
 
@@ -10,12 +9,10 @@
 #include <QApplication>
 #include <QButtonGroup>
 #include <QComboBox>
-#include <QDirIterator>
 #include <QLineEdit>
 #include <QListView>
 #include <QMenu>
 #include <QMenuBar>
-#include <QRegularExpression>
 #include <QSet>
 #include <QTest>
 #include <QToolBar>
@@ -365,47 +362,6 @@ TEST_F(AccessibilityTest, EveryTextIsTranslated)
         EXPECT_FALSE(reader.hasError());
         EXPECT_GT(texts, 0);
     }
-}
-
-TEST_F(AccessibilityTest, WhatTheServiceSaysIsInTheLanguageOfTheUserToo)
-{
-    Window::InstallTranslations(*qApp, QLocale(QLocale::German));
-    EXPECT_EQ(Window::InUsersLanguage("The server cannot be reached: it does not answer"),
-              "Der Server ist nicht erreichbar: er antwortet nicht");
-    EXPECT_EQ(Window::InUsersLanguage("The server has no room left (507: quota)"),
-              "Der Server hat keinen Platz mehr (507: quota)");
-    EXPECT_EQ(Window::InUsersLanguage("Something else: (here)"), "Something else: (here)");
-    EXPECT_EQ(Window::InUsersLanguage(""), "");
-    qDeleteAll(qApp->findChildren<QTranslator*>());
-}
-
-/// A translation of what nobody says any more is never shown.
-TEST_F(AccessibilityTest, WhatIsTranslatedForTheServiceIsWhatItSays)
-{
-    QString said;
-    for (const auto folder : {"protocol", "host", "files"}) {
-        QDirIterator sources(QString(NORLIS_PROJECT "/%1").arg(folder), {"*.cpp"}, QDir::Files,
-                             QDirIterator::Subdirectories);
-        while (sources.hasNext()) {
-            said += QString::fromUtf8(ReadFile(sources.next()).value_or(""));
-        }
-    }
-    said.remove(QRegularExpression("\"\\n *\"")); // a literal goes on in the next line
-    QFile file(NORLIS_TRANSLATIONS "/norlis-documents_de.ts");
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    QXmlStreamReader reader(&file);
-    bool isService = false;
-    int texts = 0;
-    while (!reader.atEnd()) {
-        if (reader.readNext() == QXmlStreamReader::StartElement && reader.name() == QLatin1String("name")) {
-            isService = reader.readElementText() == "ServiceTexts";
-        } else if (isService && reader.isStartElement() && reader.name() == QLatin1String("source")) {
-            const QString text = reader.readElementText();
-            EXPECT_TRUE(said.contains('"' + text) || said.contains(": " + text)) << qPrintable(text);
-            ++texts;
-        }
-    }
-    EXPECT_GT(texts, 40);
 }
 
 TEST_F(AccessibilityTest, TheWindowSpeaksTheLanguageOfItsUser)

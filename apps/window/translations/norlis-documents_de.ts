@@ -1829,6 +1829,962 @@
         <source>Check the address: without encryption it begins with http://.</source>
         <translation>Prüfen Sie die Adresse: Ohne Verschlüsselung beginnt sie mit http://.</translation>
     </message>
+    <message>
+        <source>The server gave no final answer</source>
+        <translation>Der Server hat keine endgültige Antwort gegeben</translation>
+    </message>
+    <message>
+        <source>The server answered before it had the whole document</source>
+        <translation>Der Server hat geantwortet, bevor er das ganze Dokument hatte</translation>
+    </message>
+    <message>
+        <source>The server answered before it had the whole file</source>
+        <translation>Der Server hat geantwortet, bevor er die ganze Datei hatte</translation>
+    </message>
+    <message>
+        <source>The answer of the server does not end</source>
+        <translation>Die Antwort des Servers nimmt kein Ende</translation>
+    </message>
+    <message>
+        <source>The server redirects without saying where</source>
+        <translation>Der Server leitet um, ohne zu sagen, wohin</translation>
+    </message>
+    <message>
+        <source>The server redirects to a page instead of answering</source>
+        <translation>Der Server leitet zu einer Seite um, statt zu antworten</translation>
+    </message>
+    <message>
+        <source>not a web address</source>
+        <translation>keine Webadresse</translation>
+    </message>
+    <message>
+        <source>The server redirects to something else</source>
+        <translation>Der Server leitet zu etwas anderem um</translation>
+    </message>
+    <message>
+        <source>The server redirects in circles</source>
+        <translation>Der Server leitet im Kreis um</translation>
+    </message>
+    <message>
+        <source>The answer is not a WebDAV listing</source>
+        <translation>Die Antwort ist keine WebDAV-Liste</translation>
+    </message>
+    <message>
+        <source>The listing is cut off</source>
+        <translation>Die Liste ist abgeschnitten</translation>
+    </message>
+    <message>
+        <source>The listing is damaged</source>
+        <translation>Die Liste ist beschädigt</translation>
+    </message>
+    <message>
+        <source>The listing is for another collection</source>
+        <translation>Die Liste ist die einer anderen Sammlung</translation>
+    </message>
+    <message>
+        <source>The listing is nested too deeply</source>
+        <translation>Die Liste ist zu tief verschachtelt</translation>
+    </message>
+    <message>
+        <source>The listing is too long</source>
+        <translation>Die Liste ist zu lang</translation>
+    </message>
+    <message>
+        <source>The name is longer than the server accepts</source>
+        <translation>Der Name ist länger, als der Server annimmt</translation>
+    </message>
+    <message>
+        <source>The server does not accept documents of this kind</source>
+        <translation>Der Server nimmt Dokumente dieser Art nicht an</translation>
+    </message>
+    <message>
+        <source>The document is still being processed by the server</source>
+        <translation>Das Dokument wird vom Server noch verarbeitet</translation>
+    </message>
+    <message>
+        <source>The document has been changed by somebody else in the meantime</source>
+        <translation>Das Dokument wurde inzwischen von jemand anderem geändert</translation>
+    </message>
+    <message>
+        <source>The collection to write to is not on the server</source>
+        <translation>Die Sammlung, in die geschrieben werden soll, ist nicht auf dem Server</translation>
+    </message>
+    <message>
+        <source>The server behind the gateway does not answer correctly</source>
+        <translation>Der Server hinter dem Gateway antwortet nicht richtig</translation>
+    </message>
+    <message>
+        <source>The server behind the gateway does not answer in time</source>
+        <translation>Der Server hinter dem Gateway antwortet nicht rechtzeitig</translation>
+    </message>
+    <message>
+        <source>The server does not understand the request</source>
+        <translation>Der Server versteht die Anfrage nicht</translation>
+    </message>
+    <message>
+        <source>The server answered in a way that was not expected</source>
+        <translation>Der Server hat auf eine Weise geantwortet, die nicht erwartet wurde</translation>
+    </message>
+    <message>
+        <source>The server asks for a sign-in, but does not say in which form</source>
+        <translation>Der Server verlangt eine Anmeldung, sagt aber nicht, in welcher Form</translation>
+    </message>
+    <message>
+        <source>The server does not answer as a WebDAV server does</source>
+        <translation>Der Server antwortet nicht wie ein WebDAV-Server</translation>
+    </message>
+    <message>
+        <source>That is not a password or token</source>
+        <translation>Das ist kein Passwort und kein Token</translation>
+    </message>
+    <message>
+        <source>Nobody is signed in</source>
+        <translation>Niemand ist angemeldet</translation>
+    </message>
+    <message>
+        <source>Nobody is signed in to the cloud</source>
+        <translation>Niemand ist bei der Cloud angemeldet</translation>
+    </message>
+    <message>
+        <source>The server sends a web page instead of the document</source>
+        <translation>Der Server sendet eine Webseite statt des Dokuments</translation>
+    </message>
+    <message>
+        <source>The server sends another part of the document than the requested one</source>
+        <translation>Der Server sendet einen anderen Teil des Dokuments als den verlangten</translation>
+    </message>
+    <message>
+        <source>The server sent something other than the document</source>
+        <translation>Der Server hat etwas anderes als das Dokument gesendet</translation>
+    </message>
+    <message>
+        <source>The server does not report the size of the document</source>
+        <translation>Der Server gibt die Größe des Dokuments nicht an</translation>
+    </message>
+    <message>
+        <source>The document that arrived does not have the hash that the server gives for it</source>
+        <translation>Das Dokument, das angekommen ist, hat nicht die Prüfsumme, die der Server dafür angibt</translation>
+    </message>
+    <message>
+        <source>The server received other bytes than were sent</source>
+        <translation>Der Server hat andere Bytes empfangen, als gesendet wurden</translation>
+    </message>
+    <message>
+        <source>The server stored other bytes than were sent</source>
+        <translation>Der Server hat andere Bytes gespeichert, als gesendet wurden</translation>
+    </message>
+    <message>
+        <source>The server takes the name for that of another document</source>
+        <translation>Der Server hält den Namen für den eines anderen Dokuments</translation>
+    </message>
+    <message>
+        <source>The server says that it has given the file its name, but has not</source>
+        <translation>Der Server sagt, er habe der Datei ihren Namen gegeben, hat es aber nicht getan</translation>
+    </message>
+    <message>
+        <source>What has that name in the cloud now is not what was sent</source>
+        <translation>Was in der Cloud jetzt diesen Namen hat, ist nicht das, was gesendet wurde</translation>
+    </message>
+    <message>
+        <source>What was sent is not under that name in the cloud</source>
+        <translation>Was gesendet wurde, ist in der Cloud nicht unter diesem Namen</translation>
+    </message>
+    <message>
+        <source>There are too many documents of that name</source>
+        <translation>Es gibt zu viele Dokumente mit diesem Namen</translation>
+    </message>
+    <message>
+        <source>There is still a document of that name in the cloud</source>
+        <translation>In der Cloud ist immer noch ein Dokument mit diesem Namen</translation>
+    </message>
+    <message>
+        <source>The document to replace is no longer in the cloud</source>
+        <translation>Das Dokument, das ersetzt werden soll, ist nicht mehr in der Cloud</translation>
+    </message>
+    <message>
+        <source>Somebody has changed or removed the document in the cloud since</source>
+        <translation>Jemand hat das Dokument in der Cloud seitdem geändert oder entfernt</translation>
+    </message>
+    <message>
+        <source>Somebody else is changing the document at this moment: it is locked</source>
+        <translation>Jemand anderes ändert das Dokument gerade: es ist gesperrt</translation>
+    </message>
+    <message>
+        <source>The service did not report the id of the document</source>
+        <translation>Der Dienst hat die Kennung des Dokuments nicht angegeben</translation>
+    </message>
+    <message>
+        <source>The file could not be read</source>
+        <translation>Die Datei konnte nicht gelesen werden</translation>
+    </message>
+    <message>
+        <source>you do not have permission to read the file</source>
+        <translation>Sie dürfen die Datei nicht lesen</translation>
+    </message>
+    <message>
+        <source>no file was given</source>
+        <translation>es wurde keine Datei angegeben</translation>
+    </message>
+    <message>
+        <source>It is a folder</source>
+        <translation>Es ist ein Ordner</translation>
+    </message>
+    <message>
+        <source>It is not a file</source>
+        <translation>Es ist keine Datei</translation>
+    </message>
+    <message>
+        <source>It is not a regular file</source>
+        <translation>Es ist keine gewöhnliche Datei</translation>
+    </message>
+    <message>
+        <source>It is empty</source>
+        <translation>Es ist leer</translation>
+    </message>
+    <message>
+        <source>It cannot be read</source>
+        <translation>Es kann nicht gelesen werden</translation>
+    </message>
+    <message>
+        <source>It has changed in the meantime</source>
+        <translation>Es hat sich inzwischen geändert</translation>
+    </message>
+    <message>
+        <source>It has changed in the cloud since you removed it</source>
+        <translation>Es hat sich in der Cloud geändert, seit Sie es entfernt haben</translation>
+    </message>
+    <message>
+        <source>It has no local copy</source>
+        <translation>Es hat keine lokale Kopie</translation>
+    </message>
+    <message>
+        <source>It is already being downloaded</source>
+        <translation>Es wird schon heruntergeladen</translation>
+    </message>
+    <message>
+        <source>It is already being uploaded</source>
+        <translation>Es wird schon hochgeladen</translation>
+    </message>
+    <message>
+        <source>It is not in the list of documents</source>
+        <translation>Es ist nicht in der Liste der Dokumente</translation>
+    </message>
+    <message>
+        <source>It is no longer in the list of documents</source>
+        <translation>Es ist nicht mehr in der Liste der Dokumente</translation>
+    </message>
+    <message>
+        <source>It is no longer the local copy of a document in the list</source>
+        <translation>Es ist nicht mehr die lokale Kopie eines Dokuments der Liste</translation>
+    </message>
+    <message>
+        <source>The list of documents is not up to date</source>
+        <translation>Die Liste der Dokumente ist nicht aktuell</translation>
+    </message>
+    <message>
+        <source>The document is no longer in the list</source>
+        <translation>Das Dokument ist nicht mehr in der Liste</translation>
+    </message>
+    <message>
+        <source>The document was not uploaded</source>
+        <translation>Das Dokument wurde nicht hochgeladen</translation>
+    </message>
+    <message>
+        <source>The document was not downloaded</source>
+        <translation>Das Dokument wurde nicht heruntergeladen</translation>
+    </message>
+    <message>
+        <source>The document was not removed</source>
+        <translation>Das Dokument wurde nicht entfernt</translation>
+    </message>
+    <message>
+        <source>its name in the cloud is not valid as a file name</source>
+        <translation>sein Name in der Cloud taugt nicht als Dateiname</translation>
+    </message>
+    <message>
+        <source>the folder cannot be written to</source>
+        <translation>in den Ordner kann nicht geschrieben werden</translation>
+    </message>
+    <message>
+        <source>the folder already contains something else with this name</source>
+        <translation>im Ordner ist schon etwas anderes mit diesem Namen</translation>
+    </message>
+    <message>
+        <source>another folder has taken the place of the one for the download</source>
+        <translation>an der Stelle des Ordners für das Herunterladen ist jetzt ein anderer</translation>
+    </message>
+    <message>
+        <source>the local copy has changes that are not in the cloud</source>
+        <translation>die lokale Kopie hat Änderungen, die nicht in der Cloud sind</translation>
+    </message>
+    <message>
+        <source>the downloaded file could not be read</source>
+        <translation>die heruntergeladene Datei konnte nicht gelesen werden</translation>
+    </message>
+    <message>
+        <source>the downloaded file does not match the list of documents</source>
+        <translation>die heruntergeladene Datei passt nicht zur Liste der Dokumente</translation>
+    </message>
+    <message>
+        <source>it could not be moved into the folder</source>
+        <translation>es konnte nicht in den Ordner verschoben werden</translation>
+    </message>
+    <message>
+        <source>Another program is changing documents of the folder</source>
+        <translation>Ein anderes Programm ändert gerade Dokumente des Ordners</translation>
+    </message>
+    <message>
+        <source>The folder does not show the document</source>
+        <translation>Der Ordner zeigt das Dokument nicht</translation>
+    </message>
+    <message>
+        <source>The folder does not show the change</source>
+        <translation>Der Ordner zeigt die Änderung nicht</translation>
+    </message>
+    <message>
+        <source>is empty</source>
+        <translation>ist leer</translation>
+    </message>
+    <message>
+        <source>refers to a folder</source>
+        <translation>steht für einen Ordner</translation>
+    </message>
+    <message>
+        <source>contains a path separator</source>
+        <translation>enthält ein Trennzeichen für Pfade</translation>
+    </message>
+    <message>
+        <source>contains a control character</source>
+        <translation>enthält ein Steuerzeichen</translation>
+    </message>
+    <message>
+        <source>is a device name on some systems</source>
+        <translation>ist auf manchen Systemen der Name eines Geräts</translation>
+    </message>
+    <message>
+        <source>is one that is kept for unfinished files</source>
+        <translation>ist unfertigen Dateien vorbehalten</translation>
+    </message>
+    <message>
+        <source>Only PDF documents have previews</source>
+        <translation>Nur PDF-Dokumente haben eine Vorschau</translation>
+    </message>
+    <message>
+        <source>The document is too large to be downloaded for a preview</source>
+        <translation>Das Dokument ist zu groß, um für eine Vorschau heruntergeladen zu werden</translation>
+    </message>
+    <message>
+        <source>Too much of the document would have to be downloaded for a preview</source>
+        <translation>Für eine Vorschau müsste zu viel des Dokuments heruntergeladen werden</translation>
+    </message>
+    <message>
+        <source>The document has changed meanwhile</source>
+        <translation>Das Dokument hat sich inzwischen geändert</translation>
+    </message>
+    <message>
+        <source>Too many previews have been requested at once</source>
+        <translation>Es wurden zu viele Vorschaubilder auf einmal verlangt</translation>
+    </message>
+    <message>
+        <source>The requested size is empty</source>
+        <translation>Die verlangte Größe ist leer</translation>
+    </message>
+    <message>
+        <source>The preview was not fetched</source>
+        <translation>Die Vorschau wurde nicht geholt</translation>
+    </message>
+    <message>
+        <source>The page cannot be shown</source>
+        <translation>Die Seite kann nicht gezeigt werden</translation>
+    </message>
+    <message>
+        <source>Documents are not opened, because this kernel cannot filter system calls</source>
+        <translation>Dokumente werden nicht geöffnet, weil dieser Kernel Systemaufrufe nicht filtern kann</translation>
+    </message>
+    <message>
+        <source>The document crashed the preview renderer</source>
+        <translation>Das Dokument hat das Vorschauprogramm zum Absturz gebracht</translation>
+    </message>
+    <message>
+        <source>The preview renderer is not installed</source>
+        <translation>Das Vorschauprogramm ist nicht installiert</translation>
+    </message>
+    <message>
+        <source>The preview renderer cannot be started</source>
+        <translation>Das Vorschauprogramm kann nicht gestartet werden</translation>
+    </message>
+    <message>
+        <source>The preview renderer answered with something other than a picture</source>
+        <translation>Das Vorschauprogramm hat mit etwas anderem als einem Bild geantwortet</translation>
+    </message>
+    <message>
+        <source>The preview renderer asked for something other than the document</source>
+        <translation>Das Vorschauprogramm hat etwas anderes als das Dokument verlangt</translation>
+    </message>
+    <message>
+        <source>The address is not valid</source>
+        <translation>Die Adresse ist ungültig</translation>
+    </message>
+    <message>
+        <source>The address begins with two schemes</source>
+        <translation>Die Adresse beginnt mit zwei Schemata</translation>
+    </message>
+    <message>
+        <source>Leave the password out of the address; you will be asked for it</source>
+        <translation>Lassen Sie das Passwort in der Adresse weg; Sie werden danach gefragt</translation>
+    </message>
+    <message>
+        <source>The address of a service ends with its path. Write &quot;?&quot; as %3F and &quot;#&quot; as %23</source>
+        <translation>Die Adresse eines Dienstes endet mit ihrem Pfad. Schreiben Sie „?“ als %3F und „#“ als %23</translation>
+    </message>
+    <message>
+        <source>A user name cannot contain colons or control characters</source>
+        <translation>Ein Benutzername kann keine Doppelpunkte und keine Steuerzeichen enthalten</translation>
+    </message>
+    <message>
+        <source>The address is that of a folder on another machine. Give the path where it is mounted on this one</source>
+        <translation>Die Adresse ist die eines Ordners auf einem anderen Rechner. Geben Sie den Pfad an, unter dem er auf diesem eingehängt ist</translation>
+    </message>
+    <message>
+        <source>The path of a folder cannot contain null characters</source>
+        <translation>Der Pfad eines Ordners kann keine Nullzeichen enthalten</translation>
+    </message>
+    <message>
+        <source>The address has no server name; it should look like https://user@host/path/</source>
+        <translation>Die Adresse hat keinen Servernamen; sie soll aussehen wie https://user@host/path/</translation>
+    </message>
+    <message>
+        <source>The address and --user specify different users</source>
+        <translation>Die Adresse und --user geben verschiedene Benutzer an</translation>
+    </message>
+    <message>
+        <source>There is no address. Give the path of a folder, or the address of a WebDAV server</source>
+        <translation>Es gibt keine Adresse. Geben Sie den Pfad eines Ordners oder die Adresse eines WebDAV-Servers an</translation>
+    </message>
+    <message>
+        <source>The address has no scheme: write https:// before it, or http:// for a server on this computer that uses no encryption. If it is the path of a folder, write ./ before it</source>
+        <translation>Die Adresse hat kein Schema: Schreiben Sie https:// davor, oder http:// bei einem Server auf diesem Computer ohne Verschlüsselung. Ist sie der Pfad eines Ordners, schreiben Sie ./ davor</translation>
+    </message>
+    <message>
+        <source>cannot be created</source>
+        <translation>kann nicht angelegt werden</translation>
+    </message>
+    <message>
+        <source>cannot be made private</source>
+        <translation>kann nicht vor anderen geschützt werden</translation>
+    </message>
+    <message>
+        <source>cannot be opened</source>
+        <translation>kann nicht geöffnet werden</translation>
+    </message>
+    <message>
+        <source>it is not a document list</source>
+        <translation>sie ist keine Dokumentliste</translation>
+    </message>
+    <message>
+        <source>cannot be read or written</source>
+        <translation>kann nicht gelesen oder geschrieben werden</translation>
+    </message>
+    <message>
+        <source>cannot be written</source>
+        <translation>kann nicht geschrieben werden</translation>
+    </message>
+    <message>
+        <source>can be changed by other users</source>
+        <translation>kann von anderen Benutzern geändert werden</translation>
+    </message>
+    <message>
+        <source>could not be saved</source>
+        <translation>konnte nicht gespeichert werden</translation>
+    </message>
+    <message>
+        <source>a text is too long</source>
+        <translation>ein Text ist zu lang</translation>
+    </message>
+    <message>
+        <source>the disk is full</source>
+        <translation>der Datenträger ist voll</translation>
+    </message>
+    <message>
+        <source>has no file name</source>
+        <translation>hat keinen Dateinamen</translation>
+    </message>
+    <message>
+        <source>is being written by another program</source>
+        <translation>wird gerade von einem anderen Programm geschrieben</translation>
+    </message>
+    <message>
+        <source>is not a folder</source>
+        <translation>ist kein Ordner</translation>
+    </message>
+    <message>
+        <source>was written by a newer version of this program</source>
+        <translation>wurde von einer neueren Version dieses Programms geschrieben</translation>
+    </message>
+    <message>
+        <source>a record is not whole</source>
+        <translation>ein Eintrag ist unvollständig</translation>
+    </message>
+    <message>
+        <source>its last page is not whole</source>
+        <translation>ihre letzte Seite ist unvollständig</translation>
+    </message>
+    <message>
+        <source>it is not a regular file</source>
+        <translation>sie ist keine gewöhnliche Datei</translation>
+    </message>
+    <message>
+        <source>Sign in first.</source>
+        <translation>Melden Sie sich zuerst an.</translation>
+    </message>
+    <message>
+        <source>Sign in and try again.</source>
+        <translation>Melden Sie sich an und versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>Sign in at that path. If only a proxy in front of the server knows the address that you gave, ask whoever runs it to let both use the same path.</source>
+        <translation>Melden Sie sich unter diesem Pfad an. Kennt nur ein Proxy vor dem Server die angegebene Adresse, bitten Sie dessen Betreiber, beide denselben Pfad verwenden zu lassen.</translation>
+    </message>
+    <message>
+        <source>If you trust that address, sign in with it.</source>
+        <translation>Wenn Sie dieser Adresse vertrauen, melden Sie sich mit ihr an.</translation>
+    </message>
+    <message>
+        <source>Enter the one that you have for the server.</source>
+        <translation>Geben Sie das ein, das Sie für den Server haben.</translation>
+    </message>
+    <message>
+        <source>Ask whoever runs the server whether it can take a password in another way.</source>
+        <translation>Fragen Sie den Betreiber des Servers, ob er ein Passwort auf andere Weise annehmen kann.</translation>
+    </message>
+    <message>
+        <source>Check the proxy, which the environment variables http_proxy and https_proxy name.</source>
+        <translation>Prüfen Sie den Proxy, den die Umgebungsvariablen http_proxy und https_proxy nennen.</translation>
+    </message>
+    <message>
+        <source>If the server is behind a proxy, the proxy has to rewrite the Destination field of requests. Otherwise ask whoever runs the server for permission to rename files.</source>
+        <translation>Steht der Server hinter einem Proxy, muss dieser das Feld „Destination“ der Anfragen umschreiben. Andernfalls bitten Sie den Betreiber des Servers um die Erlaubnis, Dateien umzubenennen.</translation>
+    </message>
+    <message>
+        <source>Try again in a minute.</source>
+        <translation>Versuchen Sie es in einer Minute noch einmal.</translation>
+    </message>
+    <message>
+        <source>Try again in a moment. If that does not help, end the other program.</source>
+        <translation>Versuchen Sie es gleich noch einmal. Hilft das nicht, beenden Sie das andere Programm.</translation>
+    </message>
+    <message>
+        <source>Try again later. If this keeps happening, tell whoever runs the server.</source>
+        <translation>Versuchen Sie es später noch einmal. Wenn das immer wieder geschieht, sagen Sie es dem Betreiber des Servers.</translation>
+    </message>
+    <message>
+        <source>Try again. If this happens again, tell whoever runs the server.</source>
+        <translation>Versuchen Sie es noch einmal. Wenn das wieder geschieht, sagen Sie es dem Betreiber des Servers.</translation>
+    </message>
+    <message>
+        <source>Refresh the list and try again. If this happens again, the document is damaged on the server.</source>
+        <translation>Aktualisieren Sie die Liste und versuchen Sie es noch einmal. Wenn das wieder geschieht, ist das Dokument auf dem Server beschädigt.</translation>
+    </message>
+    <message>
+        <source>Refresh the list, and check the address of the service.</source>
+        <translation>Aktualisieren Sie die Liste und prüfen Sie die Adresse des Dienstes.</translation>
+    </message>
+    <message>
+        <source>Refresh the list, and look at the newer version first.</source>
+        <translation>Aktualisieren Sie die Liste und sehen Sie sich zuerst die neuere Version an.</translation>
+    </message>
+    <message>
+        <source>Refresh the list, and remove it again if you still want to.</source>
+        <translation>Aktualisieren Sie die Liste und entfernen Sie es noch einmal, wenn Sie das noch wollen.</translation>
+    </message>
+    <message>
+        <source>Refresh the list, and remove it again.</source>
+        <translation>Aktualisieren Sie die Liste und entfernen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>Refresh the list, and upload it again.</source>
+        <translation>Aktualisieren Sie die Liste und laden Sie es noch einmal hoch.</translation>
+    </message>
+    <message>
+        <source>Somebody may have put it there at the same moment. Refresh the list and look at it.</source>
+        <translation>Vielleicht hat es jemand im selben Augenblick dorthin gelegt. Aktualisieren Sie die Liste und sehen Sie es sich an.</translation>
+    </message>
+    <message>
+        <source>Somebody else may have changed it at the same moment. Refresh the list before you send it again.</source>
+        <translation>Vielleicht hat es jemand anderes im selben Augenblick geändert. Aktualisieren Sie die Liste, bevor Sie es noch einmal senden.</translation>
+    </message>
+    <message>
+        <source>Look at the newer version first.</source>
+        <translation>Sehen Sie sich zuerst die neuere Version an.</translation>
+    </message>
+    <message>
+        <source>Look at the version in the cloud first. To keep both, upload yours under another name.</source>
+        <translation>Sehen Sie sich zuerst die Version in der Cloud an. Um beide zu behalten, laden Sie Ihre unter einem anderen Namen hoch.</translation>
+    </message>
+    <message>
+        <source>Wait until that is done, or cancel it.</source>
+        <translation>Warten Sie, bis das fertig ist, oder brechen Sie es ab.</translation>
+    </message>
+    <message>
+        <source>Upload it as a new document, or refresh the list.</source>
+        <translation>Laden Sie es als neues Dokument hoch, oder aktualisieren Sie die Liste.</translation>
+    </message>
+    <message>
+        <source>Upload the changes, or choose another folder.</source>
+        <translation>Laden Sie die Änderungen hoch, oder wählen Sie einen anderen Ordner.</translation>
+    </message>
+    <message>
+        <source>Upload the file as a new document.</source>
+        <translation>Laden Sie die Datei als neues Dokument hoch.</translation>
+    </message>
+    <message>
+        <source>Download the document.</source>
+        <translation>Laden Sie das Dokument herunter.</translation>
+    </message>
+    <message>
+        <source>Download the document first.</source>
+        <translation>Laden Sie das Dokument zuerst herunter.</translation>
+    </message>
+    <message>
+        <source>Rename it in the cloud.</source>
+        <translation>Benennen Sie es in der Cloud um.</translation>
+    </message>
+    <message>
+        <source>Give the file a shorter name.</source>
+        <translation>Geben Sie der Datei einen kürzeren Namen.</translation>
+    </message>
+    <message>
+        <source>Give the file another name.</source>
+        <translation>Geben Sie der Datei einen anderen Namen.</translation>
+    </message>
+    <message>
+        <source>Choose a PDF file.</source>
+        <translation>Wählen Sie eine PDF-Datei.</translation>
+    </message>
+    <message>
+        <source>Choose the PDF files in it.</source>
+        <translation>Wählen Sie die PDF-Dateien darin.</translation>
+    </message>
+    <message>
+        <source>Choose another folder.</source>
+        <translation>Wählen Sie einen anderen Ordner.</translation>
+    </message>
+    <message>
+        <source>Choose another folder to download to.</source>
+        <translation>Wählen Sie einen anderen Ordner zum Herunterladen.</translation>
+    </message>
+    <message>
+        <source>Choose another folder, or move that file away.</source>
+        <translation>Wählen Sie einen anderen Ordner, oder verschieben Sie diese Datei.</translation>
+    </message>
+    <message>
+        <source>Choose another folder, or move that file away first.</source>
+        <translation>Wählen Sie einen anderen Ordner, oder verschieben Sie zuerst diese Datei.</translation>
+    </message>
+    <message>
+        <source>Create the folder, or make its drive available, and sign in again.</source>
+        <translation>Legen Sie den Ordner an, oder machen Sie sein Laufwerk verfügbar, und melden Sie sich noch einmal an.</translation>
+    </message>
+    <message>
+        <source>Make the folder available again, for instance by connecting its drive.</source>
+        <translation>Machen Sie den Ordner wieder verfügbar, etwa indem Sie sein Laufwerk anschließen.</translation>
+    </message>
+    <message>
+        <source>Check its permissions.</source>
+        <translation>Prüfen Sie ihre Zugriffsrechte.</translation>
+    </message>
+    <message>
+        <source>Check its permissions, and the disk that it is on.</source>
+        <translation>Prüfen Sie die Zugriffsrechte und den Datenträger.</translation>
+    </message>
+    <message>
+        <source>Check that the address is that of the server itself, and try again.</source>
+        <translation>Prüfen Sie, ob die Adresse die des Servers selbst ist, und versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>Check that the file is there and that you may read it.</source>
+        <translation>Prüfen Sie, ob die Datei da ist und Sie sie lesen dürfen.</translation>
+    </message>
+    <message>
+        <source>Check that the folder is there and that you may write to it.</source>
+        <translation>Prüfen Sie, ob der Ordner da ist und Sie in ihn schreiben dürfen.</translation>
+    </message>
+    <message>
+        <source>Check that there is room in the cloud, and try again.</source>
+        <translation>Prüfen Sie, ob in der Cloud Platz ist, und versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>Check that you may write to the folder.</source>
+        <translation>Prüfen Sie, ob Sie in den Ordner schreiben dürfen.</translation>
+    </message>
+    <message>
+        <source>Choose a file for it</source>
+        <translation>Wählen Sie eine Datei dafür</translation>
+    </message>
+    <message>
+        <source>Choose another folder</source>
+        <translation>Wählen Sie einen anderen Ordner</translation>
+    </message>
+    <message>
+        <source>Check that its folder exists and that you may write to it</source>
+        <translation>Prüfen Sie, ob es ihren Ordner gibt und Sie in ihn schreiben dürfen</translation>
+    </message>
+    <message>
+        <source>Check the disk and try again</source>
+        <translation>Prüfen Sie den Datenträger und versuchen Sie es noch einmal</translation>
+    </message>
+    <message>
+        <source>Check the permissions of the file and its folder</source>
+        <translation>Prüfen Sie die Zugriffsrechte der Datei und ihres Ordners</translation>
+    </message>
+    <message>
+        <source>Free some space and try again</source>
+        <translation>Schaffen Sie Platz und versuchen Sie es noch einmal</translation>
+    </message>
+    <message>
+        <source>Free some space or check the permissions of its folder</source>
+        <translation>Schaffen Sie Platz, oder prüfen Sie die Zugriffsrechte des Ordners</translation>
+    </message>
+    <message>
+        <source>Make sure that only you can write to it or choose another folder</source>
+        <translation>Sorgen Sie dafür, dass nur Sie hineinschreiben dürfen, oder wählen Sie einen anderen Ordner</translation>
+    </message>
+    <message>
+        <source>Move it away or choose another folder</source>
+        <translation>Verschieben Sie sie, oder wählen Sie einen anderen Ordner</translation>
+    </message>
+    <message>
+        <source>Move it away; the documents will then be listed again from the cloud</source>
+        <translation>Verschieben Sie sie; die Dokumente werden dann neu aus der Cloud aufgelistet</translation>
+    </message>
+    <message>
+        <source>Remove the document that it belongs to</source>
+        <translation>Entfernen Sie das Dokument, zu dem er gehört</translation>
+    </message>
+    <message>
+        <source>Update this program</source>
+        <translation>Aktualisieren Sie dieses Programm</translation>
+    </message>
+    <message>
+        <source>Wait until that is done and try again</source>
+        <translation>Warten Sie, bis das fertig ist, und versuchen Sie es noch einmal</translation>
+    </message>
+    <message>
+        <source>The server has been silent for %1 seconds</source>
+        <translation>Der Server schweigt seit %1 Sekunden</translation>
+    </message>
+    <message>
+        <source>The server has not finished its answer in %1 seconds</source>
+        <translation>Der Server ist in %1 Sekunden nicht mit seiner Antwort fertig geworden</translation>
+    </message>
+    <message>
+        <source>The proxy %1 asks for a password (407)</source>
+        <translation>Der Proxy %1 verlangt ein Passwort (407)</translation>
+    </message>
+    <message>
+        <source>The proxy %1 cannot be used</source>
+        <translation>Der Proxy %1 kann nicht verwendet werden</translation>
+    </message>
+    <message>
+        <source>it refuses (%1)</source>
+        <translation>er lehnt ab (%1)</translation>
+    </message>
+    <message>
+        <source>The server redirects to another address: %1</source>
+        <translation>Der Server leitet zu einer anderen Adresse um: %1</translation>
+    </message>
+    <message>
+        <source>The server withholds the details of %1 documents</source>
+        <translation>Der Server hält die Angaben zu %1 Dokumenten zurück</translation>
+    </message>
+    <message>
+        <source>The server asks for a form of sign-in that is not supported here: %1</source>
+        <translation>Der Server verlangt eine Form der Anmeldung, die hier nicht unterstützt wird: %1</translation>
+    </message>
+    <message>
+        <source>The addresses in the server&apos;s answer begin with %1 and not with %2</source>
+        <translation>Die Adressen in der Antwort des Servers beginnen mit %1 und nicht mit %2</translation>
+    </message>
+    <message>
+        <source>%1 of %2 bytes arrived</source>
+        <translation>%1 von %2 Bytes sind angekommen</translation>
+    </message>
+    <message>
+        <source>The server answers with %1 instead of the document</source>
+        <translation>Der Server antwortet mit %1 statt mit dem Dokument</translation>
+    </message>
+    <message>
+        <source>The server sends more than the %1 bytes of the document</source>
+        <translation>Der Server sendet mehr als die %1 Bytes des Dokuments</translation>
+    </message>
+    <message>
+        <source>The server sends the document compressed (%1), although this was not requested</source>
+        <translation>Der Server sendet das Dokument komprimiert (%1), obwohl das nicht verlangt wurde</translation>
+    </message>
+    <message>
+        <source>The server kept %1 of %2 bytes</source>
+        <translation>Der Server hat %1 von %2 Bytes behalten</translation>
+    </message>
+    <message>
+        <source>The server has lost the old document. What was sent is there as %1.</source>
+        <translation>Der Server hat das alte Dokument verloren. Was gesendet wurde, ist dort als %1.</translation>
+    </message>
+    <message>
+        <source>There is no folder &quot;%1&quot;</source>
+        <translation>Den Ordner „%1“ gibt es nicht</translation>
+    </message>
+    <message>
+        <source>you do not have permission to write to the folder &quot;%1&quot;</source>
+        <translation>Sie dürfen in den Ordner „%1“ nicht schreiben</translation>
+    </message>
+    <message>
+        <source>The folder %1 does not exist</source>
+        <translation>Den Ordner %1 gibt es nicht</translation>
+    </message>
+    <message>
+        <source>The folder %1 is not the one that was used before</source>
+        <translation>Der Ordner %1 ist nicht der bisher verwendete</translation>
+    </message>
+    <message>
+        <source>Another folder has taken the place of %1</source>
+        <translation>An der Stelle von %1 ist jetzt ein anderer Ordner</translation>
+    </message>
+    <message>
+        <source>You are not allowed to read the folder %1</source>
+        <translation>Sie dürfen den Ordner %1 nicht lesen</translation>
+    </message>
+    <message>
+        <source>A document that another program was changing cannot be put back: %1</source>
+        <translation>Ein Dokument, das ein anderes Programm geändert hat, kann nicht zurückgelegt werden: %1</translation>
+    </message>
+    <message>
+        <source>The storage limit of %1 MiB does not leave room for it</source>
+        <translation>Die Speichergrenze von %1 MiB lässt dafür keinen Platz</translation>
+    </message>
+    <message>
+        <source>Nothing can be written to %1: %2</source>
+        <translation>In %1 kann nichts geschrieben werden: %2</translation>
+    </message>
+    <message>
+        <source>Nothing can be written to %1</source>
+        <translation>In %1 kann nichts geschrieben werden</translation>
+    </message>
+    <message>
+        <source>%1 is in the place of a folder that is needed there</source>
+        <translation>%1 steht an der Stelle eines Ordners, der dort gebraucht wird</translation>
+    </message>
+    <message>
+        <source>%1 cannot be read: %2</source>
+        <translation>%1 kann nicht gelesen werden: %2</translation>
+    </message>
+    <message>
+        <source>%1 cannot be written: %2</source>
+        <translation>%1 kann nicht geschrieben werden: %2</translation>
+    </message>
+    <message>
+        <source>%1 has changed in the meantime</source>
+        <translation>%1 hat sich inzwischen geändert</translation>
+    </message>
+    <message>
+        <source>%1 is not a file</source>
+        <translation>%1 ist keine Datei</translation>
+    </message>
+    <message>
+        <source>%1 is there already, and is not an unchanged copy of the document</source>
+        <translation>%1 ist schon da und ist keine unveränderte Kopie des Dokuments</translation>
+    </message>
+    <message>
+        <source>The name of the file to write %1</source>
+        <translation>Der Name der zu schreibenden Datei %1</translation>
+    </message>
+    <message>
+        <source>The name %1</source>
+        <translation>Der Name %1</translation>
+    </message>
+    <message>
+        <source>is longer than %1 bytes</source>
+        <translation>ist länger als %1 Bytes</translation>
+    </message>
+    <message>
+        <source>The folder for previews cannot be written to: %1</source>
+        <translation>In den Ordner für Vorschaubilder kann nicht geschrieben werden: %1</translation>
+    </message>
+    <message>
+        <source>Rendering took longer than %1 seconds</source>
+        <translation>Das Zeichnen hat länger als %1 Sekunden gedauert</translation>
+    </message>
+    <message>
+        <source>&quot;%1:&quot; is not a supported kind of service. Use https: for a WebDAV server, or the path of a folder</source>
+        <translation>„%1:“ ist keine unterstützte Art von Dienst. Verwenden Sie https: für einen WebDAV-Server oder den Pfad eines Ordners</translation>
+    </message>
+    <message>
+        <source>The certificate file %1 cannot be read: %2</source>
+        <translation>Die Zertifikatsdatei %1 kann nicht gelesen werden: %2</translation>
+    </message>
+    <message>
+        <source>The file %1 contains no certificate in PEM format</source>
+        <translation>Die Datei %1 enthält kein Zertifikat im PEM-Format</translation>
+    </message>
+    <message>
+        <source>The folder &quot;%1&quot; cannot be created. Check that you have permission to write to its parent folder.</source>
+        <translation>Der Ordner „%1“ kann nicht angelegt werden. Prüfen Sie, ob Sie in den Ordner darüber schreiben dürfen.</translation>
+    </message>
+    <message>
+        <source>The folder &quot;%1&quot; has the documents of another service. Give each service a folder of its own.</source>
+        <translation>Der Ordner „%1“ hat die Dokumente eines anderen Dienstes. Geben Sie jedem Dienst einen eigenen Ordner.</translation>
+    </message>
+    <message>
+        <source>The document list &quot;%1&quot; %2. %3.</source>
+        <translation>Die Dokumentliste „%1“ %2. %3.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; %2. %3.</source>
+        <translation>„%1“ %2. %3.</translation>
+    </message>
+    <message>
+        <source>is damaged (%1)</source>
+        <translation>ist beschädigt (%1)</translation>
+    </message>
+    <message>
+        <source>What was sent may be in the cloud already, as %1. Refresh the list before you send it again.</source>
+        <translation>Was gesendet wurde, ist vielleicht schon in der Cloud, als %1. Aktualisieren Sie die Liste, bevor Sie es noch einmal senden.</translation>
+    </message>
+    <message>
+        <source>Make its drive available and sign in again. If this is the right folder, delete %1 first.</source>
+        <translation>Machen Sie sein Laufwerk verfügbar und melden Sie sich noch einmal an. Ist es der richtige Ordner, löschen Sie zuerst %1.</translation>
+    </message>
+    <message>
+        <source>It cannot be read: %1</source>
+        <translation>Es kann nicht gelesen werden: %1</translation>
+    </message>
+    <message>
+        <source>The address has no path; it should look like file:///home/me/Cloud</source>
+        <translation>Die Adresse hat keinen Pfad; sie soll aussehen wie file:///home/me/Cloud</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; cannot be used as a cloud service: %2</source>
+        <translation>„%1“ kann nicht als Cloud-Dienst verwendet werden: %2</translation>
+    </message>
+    <message>
+        <source>it is not the address of a collection</source>
+        <translation>es ist nicht die Adresse einer Sammlung</translation>
+    </message>
+    <message>
+        <source>leave out what follows &quot;?&quot; or &quot;#&quot;</source>
+        <translation>lassen Sie weg, was auf „?“ oder „#“ folgt</translation>
+    </message>
+    <message>
+        <source>a user name must not contain colons or control characters</source>
+        <translation>ein Benutzername darf keine Doppelpunkte und keine Steuerzeichen enthalten</translation>
+    </message>
+    <message>
+        <source>http: would send the password and the documents unencrypted; use https:</source>
+        <translation>http: würde das Passwort und die Dokumente unverschlüsselt senden; verwenden Sie https:</translation>
+    </message>
+    <message>
+        <source>Not signed in</source>
+        <translation>Nicht angemeldet</translation>
+    </message>
 </context>
 <context>
     <name>Texts</name>
