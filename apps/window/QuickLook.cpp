@@ -269,6 +269,19 @@ void QuickLook::ConnectSession()
     });
 }
 
+QVector<QPair<QString, QList<QKeySequence>>> QuickLook::Keys()
+{
+    return {
+        {tr("Close Quick Look"), {Qt::Key_Space, Qt::Key_Escape}},
+        {tr("Open the document"), {Qt::Key_Return}},
+        {tr("Next or previous document; over a large page"), {Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down}},
+        {tr("Previous Page"), {QKeySequence::MoveToPreviousPage}},
+        {tr("Next Page"), {QKeySequence::MoveToNextPage}},
+        {tr("Zoom In"), {QString("Ctrl++")}},
+        {tr("Zoom Out"), {QString("Ctrl+-")}},
+        {tr("Whole Page"), {QString("Ctrl+0")}}};
+}
+
 void QuickLook::Open()
 {
     if (!view.selectionModel()->isSelected(view.currentIndex())) {

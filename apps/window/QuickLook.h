@@ -32,6 +32,9 @@ public:
     /// Gives the keyboard back to the documents.
     void Close();
 
+    /// What can be done on the sheet by which keys, in the user's language.
+    static QVector<QPair<QString, QList<QKeySequence>>> Keys();
+
 signals:
     void OpenRequested(const QString& id);
 

@@ -1,5 +1,7 @@
 #include "ShortcutsDialog.h"
 
+#include "QuickLook.h"
+
 #include <QAction>
 #include <QDialogButtonBox>
 #include <QHeaderView>
@@ -20,6 +22,23 @@ QString Plain(QString text)
     return text.remove('&').remove(QStringLiteral("…"));
 }
 
+QTreeWidgetItem& AddGroup(QTreeWidget& list, const QString& title)
+{
+    const auto group = new QTreeWidgetItem(&list, {title});
+    QFont bold = list.font();
+    bold.setBold(true);
+    group->setFont(0, bold);
+    return *group;
+}
+
+void AddKeys(QTreeWidgetItem& group, const QString& what, const QList<QKeySequence>& keys)
+{
+    const QString mark =
+        group.treeWidget()->isRightToLeft() ? QString(QChar(0x200E)) : QString(); // keys are read from the left
+    const QString text = QKeySequence::listToString(keys, QKeySequence::NativeText);
+    new QTreeWidgetItem(&group, {what, mark + QString(text).replace("; ", ", ") + mark});
+}
+
 void AddKeysOf(const QMenu& menu, QTreeWidgetItem& group)
 {
     const auto entries = menu.actions();
@@ -27,10 +46,7 @@ void AddKeysOf(const QMenu& menu, QTreeWidgetItem& group)
         if (entry->menu()) {
             AddKeysOf(*entry->menu(), group);
         } else if (!entry->shortcut().isEmpty()) {
-            const QString keys = QKeySequence::listToString(entry->shortcuts(), QKeySequence::NativeText);
-            const QString mark =
-                menu.isRightToLeft() ? QString(QChar(0x200E)) : QString(); // keys are read from the left
-            new QTreeWidgetItem(&group, {Plain(entry->text()), mark + QString(keys).replace("; ", ", ") + mark});
+            AddKeys(group, Plain(entry->text()), entry->shortcuts());
         }
     }
 }
@@ -51,11 +67,12 @@ ShortcutsDialog::ShortcutsDialog(const QMenuBar& bar, QWidget* parent) : QDialog
     list->setSelectionMode(QTreeWidget::NoSelection);
     const auto menus = bar.actions();
     for (const QAction* const each : menus) {
-        const auto group = new QTreeWidgetItem(list, {Plain(each->text())});
-        QFont bold = font();
-        bold.setBold(true);
-        group->setFont(0, bold);
-        AddKeysOf(*each->menu(), *group);
+        AddKeysOf(*each->menu(), AddGroup(*list, Plain(each->text())));
+    }
+    auto& sheet = AddGroup(*list, tr("In the quick look"));
+    const auto sheetKeys = QuickLook::Keys();
+    for (const auto& [what, keys] : sheetKeys) {
+        AddKeys(sheet, what, keys);
     }
     list->expandAll();
     list->resizeColumnToContents(0);
@@ -70,7 +87,8 @@ ShortcutsDialog::ShortcutsDialog(const QMenuBar& bar, QWidget* parent) : QDialog
     const auto layout = new QVBoxLayout(this);
     layout->addWidget(list);
     layout->addWidget(buttons);
-    const QSize wanted(columns + 8 * fontMetrics().averageCharWidth(), fontMetrics().lineSpacing() * 34);
+    list->setSizeAdjustPolicy(QTreeWidget::AdjustToContents);
+    const QSize wanted(columns + 8 * fontMetrics().averageCharWidth(), sizeHint().height());
     resize(wanted.boundedTo(screen()->availableGeometry().size() * 85 / 100));
 }
 

@@ -6,7 +6,7 @@ class QMenuBar;
 
 namespace Norlis::Window {
 
-/// Lists the keys of what can be done, as the menus have it.
+/// Lists the keys of what can be done, as the menus have it, and in the quick look.
 class ShortcutsDialog : public QDialog {
     Q_OBJECT
 

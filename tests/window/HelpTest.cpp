@@ -9,6 +9,7 @@
 #include <QListView>
 #include <QMenu>
 #include <QScreen>
+#include <QScrollBar>
 #include <QTest>
 #include <QTreeWidget>
 
@@ -30,8 +31,9 @@ TEST_F(HelpTest, ThePageOfKeysHasEachKeyOfTheMenus)
     for (const auto item : Find<QTreeWidget>("keys")->findItems("*", Qt::MatchWildcard | Qt::MatchRecursive, 1)) {
         keys.append(item->text(0) + ": " + item->text(1));
     }
-    for (const auto key : {"Upload: Ctrl+U", "Open: Ctrl+O", "List: Ctrl+2", "Keyboard Shortcuts: F1",
-                           "Settings: Ctrl+,", "Quit: Ctrl+Q, Ctrl+W"}) {
+    for (const auto key :
+         {"Upload: Ctrl+U", "Open: Ctrl+O", "List: Ctrl+2", "Keyboard Shortcuts: F1", "Settings: Ctrl+,",
+          "Quit: Ctrl+Q, Ctrl+W", "Next Page: PgDown", "Close Quick Look: Space, Esc"}) {
         EXPECT_THAT(keys, Contains(QString(key)));
     }
     for (const QAction* const action : window->findChildren<QAction*>()) {
@@ -57,6 +59,23 @@ TEST_F(HelpTest, ThePageOfKeysFitsTheScreenWithLargeLettersToo)
     EXPECT_LE(dialog->height(), dialog->screen()->availableGeometry().height());
     large.setPointSizeF(large.pointSizeF() / 2);
     QApplication::setFont(large);
+}
+
+TEST_F(HelpTest, ThePageOfKeysIsSeenWholeWhereTheScreenHasTheRoom)
+{
+    const QFont before = QApplication::font();
+    QFont small = before;
+    small.setPointSizeF(before.pointSizeF() / 2); // the tests' screen is low
+    QApplication::setFont(small);
+    OpenCloud();
+    Action("Keyboard Shortcuts")->trigger();
+    ASSERT_TRUE(WaitUntil([&] { return Find<QTreeWidget>("keys"); }));
+    const auto list = Find<QTreeWidget>("keys");
+    ASSERT_LT(list->window()->height(), list->screen()->availableGeometry().height() * 8 / 10);
+    EXPECT_EQ(list->verticalScrollBar()->maximum(), 0);
+    EXPECT_EQ(list->horizontalScrollBar()->maximum(), 0);
+    window.reset();
+    QApplication::setFont(before);
 }
 
 TEST_F(HelpTest, LargeLettersCutNoKey)

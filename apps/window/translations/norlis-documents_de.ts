@@ -864,6 +864,14 @@
         <source>%1 %</source>
         <translation>%1 %</translation>
     </message>
+    <message>
+        <source>Next or previous document; over a large page</source>
+        <translation>Nächstes oder voriges Dokument; über eine große Seite</translation>
+    </message>
+    <message>
+        <source>Whole Page</source>
+        <translation>Ganze Seite</translation>
+    </message>
 </context>
 <context>
     <name>Norlis::Window::RemovalUndo</name>
@@ -974,6 +982,10 @@
     <message>
         <source>Keyboard Shortcuts</source>
         <translation>Tastenkürzel</translation>
+    </message>
+    <message>
+        <source>In the quick look</source>
+        <translation>In der Schnellansicht</translation>
     </message>
 </context>
 <context>
