@@ -88,7 +88,7 @@ ShortcutsDialog::ShortcutsDialog(const QMenuBar& bar, QWidget* parent) : QDialog
     layout->addWidget(list);
     layout->addWidget(buttons);
     list->setSizeAdjustPolicy(QTreeWidget::AdjustToContents);
-    const QSize wanted = sizeHint().expandedTo({columns + 8 * fontMetrics().averageCharWidth(), 0});
+    const QSize wanted(columns + 8 * fontMetrics().averageCharWidth(), sizeHint().height());
     resize(wanted.boundedTo(screen()->availableGeometry().size() * 85 / 100));
 }
 
