@@ -353,6 +353,7 @@ void DocumentsPage::OnNarrowed()
     UpdateEmptyPage();
     UpdateStatus();
     UpdateActions();
+    status->ReadNumbersAloud();
 }
 
 void DocumentsPage::ConnectActions()

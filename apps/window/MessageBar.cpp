@@ -23,7 +23,7 @@ MessageBar::MessageBar(QWidget* parent)
       details(new QLabel),
       showDetails(new QToolButton),
       buttonRow(new QHBoxLayout),
-      next(new QToolButton),
+      next(new QPushButton),
       close(new QToolButton)
 {
     setObjectName("message");
@@ -44,7 +44,7 @@ MessageBar::MessageBar(QWidget* parent)
     showDetails->setCheckable(true);
     connect(showDetails, &QToolButton::toggled, details, &QWidget::setVisible);
     next->setObjectName("nextMessage");
-    next->setAutoRaise(true);
+    next->setAutoDefault(true); // Return presses it too
     next->setToolTip(tr("Show the next message"));
     close->setObjectName("closeMessage");
     close->setIcon(GlyphIcon(Glyph::Cancel));
@@ -62,7 +62,7 @@ MessageBar::MessageBar(QWidget* parent)
     layout->addLayout(buttonRow);
     layout->addWidget(next);
     layout->addWidget(close);
-    connect(next, &QToolButton::clicked, this, [this] {
+    connect(next, &QPushButton::clicked, this, [this] {
         current = (current + 1) % messages.size();
         ShowCurrent();
     });

@@ -94,7 +94,7 @@ private:
     QLabel* const details;
     QToolButton* const showDetails;
     QHBoxLayout* const buttonRow;
-    QToolButton* const next;
+    QPushButton* const next;
     QToolButton* const close;
     QVector<QPushButton*> buttons;
 };

@@ -36,7 +36,8 @@ void AddKeys(QTreeWidgetItem& group, const QString& what, const QList<QKeySequen
     const QString mark =
         group.treeWidget()->isRightToLeft() ? QString(QChar(0x200E)) : QString(); // keys are read from the left
     const QString text = QKeySequence::listToString(keys, QKeySequence::NativeText);
-    new QTreeWidgetItem(&group, {what, mark + QString(text).replace("; ", ", ") + mark});
+    const auto line = new QTreeWidgetItem(&group, {what, mark + QString(text).replace("; ", ", ") + mark});
+    line->setData(0, Qt::AccessibleTextRole, what + ": " + text); // arrow keys do not lead to the other column
 }
 
 void AddKeysOf(const QMenu& menu, QTreeWidgetItem& group)

@@ -60,10 +60,14 @@ void StatusLine::Show(const Situation& newSituation)
         countdown.stop();
     }
     Update();
-    const bool isNarrowed = situation.shown != before.shown && situation.all == before.all; // by a search
-    if (situation.isOffline != before.isOffline || isNarrowed) {
+    if (situation.isOffline != before.isOffline) {
         ReadAloud(*text);
     }
+}
+
+void StatusLine::ReadNumbersAloud()
+{
+    ReadAloud(*text);
 }
 
 void StatusLine::Explain(const QString& newReason, const QString& technical)

@@ -35,6 +35,9 @@ public:
     /// Counts the seconds by itself while it is offline or waits for an answer.
     void Show(const Situation& newSituation);
 
+    /// To screen readers: what is shown is less by now, or more.
+    void ReadNumbersAloud();
+
     /// Why it is offline.
     /// \param technical for experts
     void Explain(const QString& newReason, const QString& technical);

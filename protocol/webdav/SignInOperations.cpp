@@ -54,7 +54,7 @@ void SignInOperation::OnResponse(const HttpResponse& response)
         }
         if (response.Status() == 405 || response.Status() == 501) { // a web server's folder, say
             failure.failure.reason =
-                QStringLiteral("What is at that address does not speak WebDAV (%1)").arg(response.Status());
+                "What is at that address does not speak WebDAV" + QStringLiteral(" (%1)").arg(response.Status());
             failure.failure.advice = checkAddress;
         }
         if (IsMissing(response.Status())) {

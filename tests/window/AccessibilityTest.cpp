@@ -228,7 +228,8 @@ TEST_F(AccessibilityTest, DocumentsAndTransfersSayWhatTheyAre)
     Drop({LocalFile("b.pdf", PdfOfColor(Qt::red))});
     ASSERT_TRUE(WaitUntil([&] { return Transfers() == QStringList{"b.pdf finished"}; }));
     const auto list = window->findChild<QListView*>("transfers");
-    EXPECT_EQ(list->model()->index(0, 0).data(Qt::AccessibleTextRole).toString(), "Upload of b.pdf: finished. In the cloud");
+    EXPECT_EQ(list->model()->index(0, 0).data(Qt::AccessibleTextRole).toString(),
+              "Upload of b.pdf: finished. In the cloud");
 }
 
 TEST_F(AccessibilityTest, EachEntryOfAMenuHasALetterOfItsOwn)

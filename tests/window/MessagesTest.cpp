@@ -7,7 +7,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
-#include <QToolButton>
+#include <QPushButton>
 
 namespace Norlis::Test {
 
@@ -27,7 +27,7 @@ protected:
     /// "1 of 2"; empty while there is only one message.
     QString Place() const
     {
-        const auto next = Find<QToolButton>("nextMessage");
+        const auto next = Find<QPushButton>("nextMessage");
         return next ? next->text() : QString();
     }
 };
@@ -56,7 +56,7 @@ TEST_F(MessagesTest, OneThatHidesAnotherSaysHowManyThereAre)
     ClickButton("2 of 2");
     EXPECT_EQ(Message(), "There are no files on the clipboard.");
     ClickButton("1 of 2");
-    Click(Find<QToolButton>("closeMessage"));
+    Click(Find<QPushButton>("closeMessage"));
     EXPECT_EQ(Message(), "There are no files on the clipboard.");
     EXPECT_EQ(Place(), "");
 }
