@@ -8,6 +8,7 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QToolButton>
 
 namespace Norlis::Test {
 
@@ -56,7 +57,7 @@ TEST_F(MessagesTest, OneThatHidesAnotherSaysHowManyThereAre)
     ClickButton("2 of 2");
     EXPECT_EQ(Message(), "There are no files on the clipboard.");
     ClickButton("1 of 2");
-    Click(Find<QPushButton>("closeMessage"));
+    Click(Find<QToolButton>("closeMessage"));
     EXPECT_EQ(Message(), "There are no files on the clipboard.");
     EXPECT_EQ(Place(), "");
 }
