@@ -281,14 +281,14 @@ void MainWindow::SignOut()
 
 QString MainWindow::FateOfTransfers() const
 {
-    QStringList unsent;
+    QStringList names;
     const QStringList files = documents->UnsentFiles();
     for (const QString& file : files) {
-        unsent.append(Apps::Printable(QFileInfo(file).fileName()));
+        names.append(Apps::Printable(QFileInfo(file).fileName()));
     }
     return tr("They are canceled and do not go on later. The files on this computer and the documents in the cloud "
               "stay as they are.") +
-           (unsent.isEmpty() ? QString() : "\n\n" + tr("Not uploaded yet: %1").arg(SomeOf(unsent)));
+           (names.isEmpty() ? QString() : "\n\n" + tr("Not uploaded yet: %1").arg(SomeOf(names)));
 }
 
 void MainWindow::RunConfirmed(bool needsConfirmation, const QString& question, const QString& detail,

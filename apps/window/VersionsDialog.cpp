@@ -85,6 +85,8 @@ public:
     PagePicture* const picture;
 
 private:
+    Q_DISABLE_COPY(VersionCell)
+
     QLabel* const title;
     QLabel* const facts;
 };
