@@ -86,7 +86,8 @@ void DocumentActions::AddMenusTo(QMenuBar& bar) const
 {
     QAction* const programs = bar.actions().value(0); // its own menus come last
     if (QMenu* const program = programs ? programs->menu() : nullptr) {
-        program->insertAction(program->actions().last(), signOut); // before Quit
+        const auto entries = program->actions();
+        program->insertAction(entries.last(), signOut); // before Quit
     }
     const auto add = [&](const QString& title, const QList<QAction*>& entries) {
         const auto menu = MakeMenu(widget, title);

@@ -179,7 +179,7 @@ bool DocumentDelegate::IsToBePainted(const QRect& part) const
 QSize DocumentDelegate::CellSize(const QFontMetrics& metrics, int viewWidth) const
 {
     if (mode == DisplayMode::List) {
-        return {viewWidth, qMax(smallEdge, metrics.height()) + 2 * margin};
+        return {viewWidth, qMax(smallEdge, metrics.height()) + margin};
     }
     const int letters = qBound(15, previewEdge * 2 / 13, 22); // of the name, on a line
     const int width = qMax(previewEdge, metrics.averageCharWidth() * letters) + 2 * margin;

@@ -350,7 +350,7 @@ void DocumentsView::UpdateGridSize()
 {
     const QSize cell = delegate.CellSize(fontMetrics(), qMax(1, viewport()->width() - 1));
     setGridSize(cell);
-    verticalScrollBar()->setSingleStep(qMax(1, cell.height() / 3));
+    verticalScrollBar()->setSingleStep(qMax(1, mode == DisplayMode::List ? cell.height() : cell.height() / 3));
 }
 
 } // namespace Norlis::Window

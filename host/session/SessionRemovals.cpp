@@ -111,10 +111,12 @@ bool SessionRemovals::Wait(const QString& id, FailureKind reason)
 
 void SessionRemovals::Resume(bool wasAway)
 {
-    for (auto each = pending.begin(); each != pending.end(); ++each) {
-        if (each->isWaiting) {
-            each->breaks = wasAway ? 0 : each->breaks;
-            Later(this, [this, id = each.key(), turn = each->turn] { Send(id, turn); });
+    const QStringList ids = pending.keys();
+    for (const auto& id : ids) {
+        auto& removal = pending[id];
+        if (removal.isWaiting) {
+            removal.breaks = wasAway ? 0 : removal.breaks;
+            Later(this, [this, id, turn = removal.turn] { Send(id, turn); });
         }
     }
 }
