@@ -41,6 +41,7 @@ void DownloadCommands::Download(const QStringList& ids, const QString& folder)
     QVector<Obstructed> obstructed;
     QStringList changed;
     QStringList current;
+    parts.message.Close(Topic::files); // of the last time
     for (const QString& id : ids) {
         const QString target = folder.isEmpty() ? FolderFor(id) : folder;
         QDir().mkpath(target);

@@ -2,6 +2,7 @@
 
 #include "AboutDialog.h"
 #include "DocumentsPage.h"
+#include "Questions.h"
 #include "ServiceTexts.h"
 #include "SettingsDialog.h"
 #include "ShortcutsDialog.h"
@@ -16,7 +17,6 @@
 #include <QFileInfo>
 #include <QMenuBar>
 #include <QMessageBox>
-#include <QPushButton>
 #include <QScreen>
 #include <QStackedWidget>
 
@@ -298,18 +298,7 @@ void MainWindow::RunConfirmed(bool needsConfirmation, const QString& question, c
         action();
         return;
     }
-    const auto box = new QMessageBox(QMessageBox::Question, windowTitle(), question, QMessageBox::NoButton, this);
-    box->setObjectName("confirmEnd");
-    box->setInformativeText(detail);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    const auto go = box->addButton(consent, QMessageBox::DestructiveRole);
-    box->setDefaultButton(box->addButton(tr("Cancel"), QMessageBox::RejectRole));
-    connect(box, &QMessageBox::buttonClicked, this, [=](const QAbstractButton* button) {
-        if (button == go) {
-            action();
-        }
-    });
-    box->open();
+    AskToConfirm(*this, "confirmEnd", question, detail, consent, action);
 }
 
 void MainWindow::CloseSession()

@@ -64,6 +64,12 @@ void OpenInTurn(QDialog& dialog)
     dialog.open();
 }
 
+QMessageBox& AskToConfirm(QWidget& widget, const QString& name, const QString& question, const QString& explanation,
+                          const QString& consent, const std::function<void()>& action)
+{
+    return Ask(widget, name, question, explanation, {{consent, action}}, true);
+}
+
 void AskToUseCloud(QWidget& widget, const QStringList& names, const std::function<void()>& action)
 {
     const QString question = names.size() == 1

@@ -16,6 +16,11 @@ void OpenInTurn(QDialog& dialog);
 // Each opens a dialog over the widget in its turn and returns at once; the action runs if the user agrees while the
 // widget exists.
 
+/// Before something that cannot be taken back.
+/// \param consent text of the button
+QMessageBox& AskToConfirm(QWidget& widget, const QString& name, const QString& question, const QString& explanation,
+                          const QString& consent, const std::function<void()>& action);
+
 /// Before the changes of local copies are given up.
 void AskToUseCloud(QWidget& widget, const QStringList& names, const std::function<void()>& action);
 

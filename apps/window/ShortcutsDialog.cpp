@@ -90,7 +90,7 @@ ShortcutsDialog::ShortcutsDialog(const QMenuBar& bar, QWidget* parent) : QDialog
     layout->addWidget(buttons);
     list->setSizeAdjustPolicy(QTreeWidget::AdjustToContents);
     const QSize wanted(columns + 8 * fontMetrics().averageCharWidth(), sizeHint().height());
-    resize(wanted.boundedTo(screen()->availableGeometry().size() * 85 / 100));
+    resize(wanted.boundedTo(screen()->availableGeometry().size() * 92 / 100));
 }
 
 } // namespace Norlis::Window

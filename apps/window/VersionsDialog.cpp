@@ -173,7 +173,6 @@ void VersionsDialog::AddChoice(int number, const Choice& choice, QGridLayout& la
     const auto button = new QPushButton(choice.text);
     button->setAccessibleDescription(choice.consequence);
     if (number == 0) {
-        button->setDefault(true);
         usual = button;
     }
     const auto consequence = MakeText({});
@@ -211,6 +210,7 @@ void VersionsDialog::Show()
     forAll->setVisible(areMore);
     skip->setVisible(areMore);
     FitToScreen();
+    usual->setDefault(true); // by now the dialog knows of it, and has it back when no button has the keyboard
     usual->setFocus();
     ReadAloud(*question);
 }

@@ -8,6 +8,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QCheckBox>
 #include <QDialog>
 #include <QDir>
 #include <QFileDialog>
@@ -234,6 +235,25 @@ TEST_F(QuestionsTest, TheKeyboardReachesEachAnswerAndCancel)
     EXPECT_EQ(reached, QStringList({"Keep Both", "Use Mine", "Use the Cloud’s", "Cancel"}));
     Answer("Cancel");
     EXPECT_TRUE(WaitUntil([&] { return Message() == "“a.pdf” was changed both here and in the cloud."; }));
+}
+
+TEST_F(QuestionsTest, EnterKeepsBothWhileTheTickHasTheKeyboard)
+{
+    for (const char* const name : {"a.pdf", "b.pdf"}) {
+        PutIntoCloud(name, theirs);
+    }
+    OpenCloud();
+    ASSERT_TRUE(Shows({"a.pdf", "b.pdf"}));
+    Drop({LocalFile("a.pdf", ours), LocalFile("b.pdf", ours)});
+    ASSERT_TRUE(WaitUntil([&] { return QApplication::activeWindow() == Questions().first(); }));
+    for (int step = 0; step < 5 && !qobject_cast<QCheckBox*>(QApplication::focusWidget()); ++step) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    }
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    EXPECT_TRUE(Shows({"a.pdf", "a (2).pdf", "b.pdf", "b (2).pdf"}));
+    EXPECT_EQ(ReadFile(Cloud("a.pdf")), theirs);
+    EXPECT_EQ(ReadFile(Cloud("b.pdf")), theirs);
 }
 
 TEST_F(QuestionsTest, AQuestionInLargeLettersFitsOnTheScreen)

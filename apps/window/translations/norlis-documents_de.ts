@@ -650,10 +650,6 @@
         <translation>Die Einstellungen konnten nicht gespeichert werden.</translation>
     </message>
     <message>
-        <source>Cancel</source>
-        <translation>Abbrechen</translation>
-    </message>
-    <message>
         <source>They are canceled and do not go on later. The files on this computer and the documents in the cloud stay as they are.</source>
         <translation>Sie werden abgebrochen und später nicht fortgesetzt. Die Dateien auf diesem Computer und die Dokumente in der Cloud bleiben, wie sie sind.</translation>
     </message>
