@@ -1,5 +1,6 @@
 #include "ChangesCommands.h"
 
+#include "KnownDocuments.h"
 #include "Questions.h"
 #include "Transfers.h"
 #include "VersionsDialog.h"
@@ -48,7 +49,7 @@ void ChangesCommands::GiveUp(const QStringList& ids)
 {
     QStringList names;
     for (const QString& id : ids) {
-        names.append(NameOf(id));
+        names.append(NameOf(parts.session, id));
     }
     if (!ids.isEmpty()) {
         AskToUseCloud(widget, names, [this, ids] {
@@ -74,7 +75,8 @@ void ChangesCommands::AskAboutConflicts(const QStringList& ids)
 {
     Cases cases;
     for (const QString& id : ids) {
-        cases.append({tr("“%1” was changed both here and in the cloud.").arg(NameOf(id)), PathOf(id), id});
+        cases.append(
+            {tr("“%1” was changed both here and in the cloud.").arg(NameOf(parts.session, id)), PathOf(id), id});
     }
     if (cases.isEmpty()) {
         return;
@@ -102,8 +104,8 @@ void ChangesCommands::AskAboutChanges(const QStringList& ids)
 {
     Cases cases;
     for (const QString& id : ids) {
-        cases.append(
-            {tr("“%1” has changes on this computer that are not in the cloud.").arg(NameOf(id)), PathOf(id), id});
+        cases.append({tr("“%1” has changes on this computer that are not in the cloud.").arg(NameOf(parts.session, id)),
+                      PathOf(id), id});
     }
     if (cases.isEmpty()) {
         return;
@@ -157,11 +159,6 @@ int ChangesCommands::StateOf(const QString& id) const
 QString ChangesCommands::PathOf(const QString& id) const
 {
     return parts.model.index(parts.model.RowOf(id)).data(Model::PathRole).toString();
-}
-
-QString ChangesCommands::NameOf(const QString& id) const
-{
-    return Apps::Printable(parts.model.index(parts.model.RowOf(id)).data(Model::NameRole).toString());
 }
 
 } // namespace Norlis::Window

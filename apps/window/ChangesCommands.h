@@ -56,7 +56,6 @@ private:
     void AskAboutChanges(const QStringList& ids);
     int StateOf(const QString& id) const;
     QString PathOf(const QString& id) const;
-    QString NameOf(const QString& id) const;
     void OnFailed(const Host::CloudProblem& problem);
     void OnListRefreshed();
 

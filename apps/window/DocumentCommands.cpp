@@ -1,8 +1,8 @@
 #include "DocumentCommands.h"
 
-#include "CloudVersions.h"
 #include "DocumentsView.h"
 #include "FileManager.h"
+#include "KnownDocuments.h"
 #include "MessageBar.h"
 #include "Questions.h"
 #include "Texts.h"
@@ -270,7 +270,7 @@ void DocumentCommands::Remove()
         }
         RemoveLater(unchanged);
         if (!changed.isEmpty()) {
-            parts.message.Show(Topic::removal, tr("“%1” was not removed.").arg(NameOf(changed)),
+            parts.message.Show(Topic::removal, tr("“%1” was not removed.").arg(NameOf(parts.session, changed)),
                                tr("It has changed in the cloud since you were asked."));
         }
     });
@@ -279,7 +279,7 @@ void DocumentCommands::Remove()
 void DocumentCommands::RemoveLater(const QStringList& ids)
 {
     if (!ids.isEmpty()) {
-        removals.Remove(ids, ids.size() == 1 ? tr("“%1” was removed.").arg(NameOf(ids.first()))
+        removals.Remove(ids, ids.size() == 1 ? tr("“%1” was removed.").arg(NameOf(parts.session, ids.first()))
                                              : tr("%n documents were removed.", nullptr, ids.size()));
     }
 }
@@ -299,17 +299,11 @@ RemovalUndo& DocumentCommands::Removals()
     return removals;
 }
 
-QString DocumentCommands::NameOf(const QString& id) const
-{
-    const auto* facts = parts.session.Facts(id);
-    return Apps::Printable(facts ? QString::fromStdString(facts->name) : id);
-}
-
 QStringList DocumentCommands::NamesOf(const QStringList& ids) const
 {
     QStringList names;
     for (const QString& id : ids) {
-        names.append(NameOf(id));
+        names.append(NameOf(parts.session, id));
     }
     return names;
 }

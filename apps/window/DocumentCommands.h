@@ -83,9 +83,6 @@ public:
     /// Ids of the selected documents that have changed on both sides.
     QStringList InConflict() const;
 
-    /// The id itself if the list has no such document.
-    QString NameOf(const QString& id) const;
-
 private:
     QStringList SelectedIn(std::initializer_list<PDF::FileInfo::CloudStatus> states) const;
 

@@ -7,6 +7,7 @@
 #include "DropHint.h"
 #include "EmptyPage.h"
 #include "FilterChips.h"
+#include "KnownDocuments.h"
 #include "MessageBar.h"
 #include "QuickLook.h"
 #include "SearchField.h"
@@ -488,7 +489,7 @@ void DocumentsPage::OnFailed(const CloudProblem& problem)
         }
         return;
     }
-    const QString title = ProblemTitle(problem, commands.NameOf(problem.subject));
+    const QString title = ProblemTitle(problem, NameOf(session, problem.subject));
     const QString detail = ProblemDetail(problem);
     switch (problem.request) {
     case CloudProblem::Request::SignIn:

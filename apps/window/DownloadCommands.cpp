@@ -1,5 +1,6 @@
 #include "DownloadCommands.h"
 
+#include "KnownDocuments.h"
 #include "MessageBar.h"
 #include "Transfers.h"
 #include "VersionsDialog.h"
@@ -63,8 +64,9 @@ void DownloadCommands::Download(const QStringList& ids, const QString& folder)
     }
     if (!current.isEmpty()) {
         parts.message.Show(Topic::files,
-                           current.size() == 1 ? tr("“%1” is up to date here.").arg(NameOf(current.first()))
-                                               : tr("%n documents are up to date here.", nullptr, current.size()),
+                           current.size() == 1
+                               ? tr("“%1” is up to date here.").arg(NameOf(parts.session, current.first()))
+                               : tr("%n documents are up to date here.", nullptr, current.size()),
                            {}, {}, MessageBar::Kind::Notice);
     }
     if (!changed.isEmpty()) {
@@ -123,18 +125,13 @@ void DownloadCommands::Replace(const QString& id, const QString& path)
             return !parts.session.DocumentNamed(name).isEmpty();
         }); // it is none of these
     if (kept.isEmpty()) {
-        parts.message.Show(Topic::files, tr("“%1” was not downloaded.").arg(NameOf(id)),
+        parts.message.Show(Topic::files, tr("“%1” was not downloaded.").arg(NameOf(parts.session, id)),
                            tr("What is there already cannot be given another name."));
         return;
     }
     parts.message.Show(Topic::files, tr("Your file “%1” is now called “%2”.").arg(printable(path), printable(kept)), {},
                        {}, MessageBar::Kind::Notice);
     parts.transfers.Download(id, QFileInfo(path).path());
-}
-
-QString DownloadCommands::NameOf(const QString& id) const
-{
-    return Apps::Printable(parts.model.index(parts.model.RowOf(id)).data(Model::NameRole).toString());
 }
 
 } // namespace Norlis::Window

@@ -55,7 +55,6 @@ private:
     QString FolderFor(const QString& id) const;
     void AskAboutTakenNames(const QVector<Obstructed>& documents);
     void Replace(const QString& id, const QString& path);
-    QString NameOf(const QString& id) const;
 
     Parts parts;
     QWidget& widget;

@@ -1,5 +1,6 @@
 #include "Transfers.h"
 
+#include "KnownDocuments.h"
 #include "Texts.h"
 
 #include <apps/common/PrintableText.h>
@@ -36,8 +37,8 @@ Transfers::Transfers(CloudSession& session, QObject* parent) : QAbstractListMode
         if (row >= 0 && (transfers[row].kind == Kind::Upload || transfers[row].kind == Kind::KeepBoth)) {
             emit DocumentAdded(id);
         }
-        const bool isRenamed = row >= 0 && NameOf(id) != transfers[row].name;
-        Finish(row, isRenamed ? tr("In the cloud as “%1”").arg(NameOf(id)) : tr("In the cloud"));
+        const bool isRenamed = row >= 0 && NameOf(this->session, id) != transfers[row].name;
+        Finish(row, isRenamed ? tr("In the cloud as “%1”").arg(NameOf(this->session, id)) : tr("In the cloud"));
     });
     connect(&session, &CloudSession::DocumentDownloaded, this, [this](const QString& id, const QString& path) {
         const int row = Find(true, id);
@@ -86,12 +87,12 @@ void Transfers::ReplaceInCloud(const QString& id)
 void Transfers::StartChanges(Kind kind, const QString& id)
 {
     const QString path = PathOf(id);
-    Enter({kind, path.isEmpty() ? id : path, id, NameOf(id), {}, false});
+    Enter({kind, path.isEmpty() ? id : path, id, NameOf(session, id), {}, false});
 }
 
 void Transfers::ReplaceWith(const QString& id, const QString& path)
 {
-    Enter({Kind::ReplaceWith, path, id, NameOf(id), {}, false});
+    Enter({Kind::ReplaceWith, path, id, NameOf(session, id), {}, false});
 }
 
 void Transfers::KeepBoth(const QString& id)
@@ -102,7 +103,8 @@ void Transfers::KeepBoth(const QString& id)
 void Transfers::UseCloudVersion(const QString& id)
 {
     const QString path = PathOf(id);
-    Enter({Kind::UseCloudVersion, id, id, NameOf(id), path.isEmpty() ? QString() : QFileInfo(path).path(), false});
+    Enter({Kind::UseCloudVersion, id, id, NameOf(session, id), path.isEmpty() ? QString() : QFileInfo(path).path(),
+           false});
 }
 
 void Transfers::Enter(const Transfer& transfer)
@@ -115,12 +117,12 @@ void Transfers::Enter(const Transfer& transfer)
 
 void Transfers::Download(const QString& id, const QString& folder)
 {
-    Enter({Kind::Download, id, id, NameOf(id), folder, false});
+    Enter({Kind::Download, id, id, NameOf(session, id), folder, false});
 }
 
 void Transfers::DownloadBeside(const QString& id, const QString& folder, bool opensWhenDone)
 {
-    Enter({Kind::DownloadBeside, id, id, NameOf(id), folder, opensWhenDone});
+    Enter({Kind::DownloadBeside, id, id, NameOf(session, id), folder, opensWhenDone});
 }
 
 void Transfers::Cancel(int row)
@@ -470,14 +472,6 @@ void Transfers::EndWithout(int row, Status status)
 void Transfers::Changed(int row)
 {
     emit dataChanged(index(row), index(row));
-}
-
-QString Transfers::NameOf(const QString& id) const
-{
-    const auto record = session.Documents().GetFileInfo(id);
-    auto cloudInfo =
-        record ? record->GetRedactableCloudInfo() : std::nullopt; // a copy, because its getters are not const
-    return Apps::Printable(cloudInfo ? FromUtf8(cloudInfo->GetFileName()) : id);
 }
 
 QString Transfers::PathOf(const QString& id) const

@@ -158,7 +158,6 @@ private:
     void EndWithout(int row, Status status);
     void OnFailed(const Host::CloudProblem& problem);
     void Changed(int row);
-    QString NameOf(const QString& id) const;
 
     /// Of the local copy; empty if there is none.
     QString PathOf(const QString& id) const;

@@ -1,5 +1,6 @@
 #include "UnsentChanges.h"
 
+#include "KnownDocuments.h"
 #include "MessageBar.h"
 #include "Texts.h"
 #include "Transfers.h"
@@ -98,10 +99,10 @@ void UnsentChanges::Tell()
     }
     told = known;
     const bool isConflict = ids.size() == 1 && conflicts == 1;
-    const QString text = isConflict ? tr("“%1” was changed both here and in the cloud.").arg(NameOf(ids.first()))
-                         : ids.size() == 1
-                             ? tr("“%1” was changed.").arg(NameOf(ids.first()))
-                             : tr("%n documents have changes that are not in the cloud.", nullptr, ids.size());
+    const QString text =
+        isConflict        ? tr("“%1” was changed both here and in the cloud.").arg(NameOf(session, ids.first()))
+        : ids.size() == 1 ? tr("“%1” was changed.").arg(NameOf(session, ids.first()))
+                          : tr("%n documents have changes that are not in the cloud.", nullptr, ids.size());
     const QString conflictText = conflicts > 0 && !isConflict
                                      ? tr("%n of them was (were) changed in the cloud, too.", nullptr, conflicts)
                                      : QString();
@@ -139,11 +140,6 @@ void UnsentChanges::TellOfCopiesLeft()
                            session.ForgetCopyLeft(path);
                        }
                    }}});
-}
-
-QString UnsentChanges::NameOf(const QString& id) const
-{
-    return Apps::Printable(model.index(model.RowOf(id)).data(Model::NameRole).toString());
 }
 
 } // namespace Norlis::Window

@@ -51,7 +51,6 @@ private:
     void Tell();
     void OnCopyLeft(const QString& path);
     void TellOfCopiesLeft();
-    QString NameOf(const QString& id) const;
 
     Host::CloudSession& session;
     const Host::CloudDocumentsModel& model;

@@ -1,7 +1,7 @@
 #include "VersionsDialog.h"
 
 #include "AccessibleParts.h"
-#include "CloudVersions.h"
+#include "KnownDocuments.h"
 #include "PagePicture.h"
 #include "Questions.h"
 #include "Texts.h"

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <utility>
+#include <vector>
 
 namespace Norlis::Host {
 
@@ -32,13 +33,18 @@ qint64 ProtocolAdapter::Await(std::function<void(qint64, RequestResult, Payload.
 
 void ProtocolAdapter::StopWaiting()
 {
-    const auto tell = observer; // the first callback may destroy this
+    std::vector<qint64> ids;
+    for (const auto& each : awaited) {
+        ids.push_back(each.first);
+    }
+    const auto tell = observer; // a callback may destroy this
     const auto guard = lifetime.Watch();
-    for (const auto& [id, fail] : std::exchange(awaited, {})) {
-        if (guard) {
+    for (const qint64 id : ids) {
+        const auto node = guard ? awaited.extract(id) : decltype(awaited)::node_type(); // or cancel another request
+        if (node) {
             protocol.cancelOperation(id);
             tell({id, "Waiting", {}, "The server has stopped answering", "Try again later.", FailureKind::Unavailable});
-            fail();
+            node.mapped()();
         }
     }
 }

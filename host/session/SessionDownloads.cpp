@@ -275,8 +275,8 @@ QString SessionDownloads::TargetOf(const ActiveDownload& download) const
     if (!IsTaken(named) || SyncHashOf(download.id, named)) {
         return named;
     }
-    const QFileInfo copy(localPath);
-    if (copy.isFile() && copy.path() == QFileInfo(download.folder).canonicalFilePath()) {
+    const bool isInFolder = QFileInfo(localPath).path() == QFileInfo(download.folder).canonicalFilePath();
+    if (isInFolder && IsTaken(localPath) && SyncHashOf(download.id, localPath)) {
         return localPath; // which got another name, or whose document did
     }
     return download.isBeside ? NumberedPath(named) : named;

@@ -1,9 +1,16 @@
-#include "CloudVersions.h"
+#include "KnownDocuments.h"
 
+#include <apps/common/PrintableText.h>
 #include <host/session/CloudFacts.h>
 #include <host/session/CloudSession.h>
 
 namespace Norlis::Window {
+
+QString NameOf(Host::CloudSession& session, const QString& id)
+{
+    const auto* facts = session.Facts(id);
+    return Apps::Printable(facts ? QString::fromStdString(facts->name) : id);
+}
 
 QStringList VersionsOf(Host::CloudSession& session, const QStringList& ids)
 {
