@@ -4,15 +4,12 @@
 #include "Records.h"
 
 #include <base/Utf8.h>
-#include <files/DocumentNames.h>
 #include <files/FilePlacing.h>
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QThreadPool>
 
-#include <algorithm>
+#include <utility>
 
 namespace Norlis::Host {
 
@@ -20,45 +17,11 @@ using PDF::FileInfo;
 using PDF::Cloud::AbstractCloudManager;
 using Social::OAuth2::FailureKind;
 
-namespace {
-
-/// Whether the name stays inside the folder that it is put into.
-bool IsFileName(const QString& name)
-{
-    return !name.isEmpty() && name != "." && name != ".." && !name.contains('/') && !name.contains(QChar(0)) &&
-           name == QFileInfo(name).fileName();
-}
-
-/// Equal for names that some file system takes for the same.
-QString KeyOf(const QString& name)
-{
-    return name.normalized(QString::NormalizationForm_C).toCaseFolded();
-}
-
-bool IsTaken(const QString& path)
-{
-    const QFileInfo file(path);
-    return file.exists() || file.isSymLink(); // a dangling symlink also occupies the name
-}
-
-/// With the first number that makes the path free.
-QString NumberedPath(const QString& path)
-{
-    const QFileInfo file(path);
-    QString numbered = path;
-    for (int number = 2; IsTaken(numbered); ++number) {
-        numbered = file.dir().filePath(Files::NumberedName(file.fileName(), number));
-    }
-    return numbered;
-}
-
-} // namespace
-
 SessionDownloads::SessionDownloads(const SessionContext& context, const QString& stagingList)
     : context(context),
-      stagingList(stagingList)
+      targets(context),
+      stagingFolders(stagingList)
 {
-    QThreadPool::globalInstance()->start([stagingList] { StagingFolder::Sweep(stagingList); });
     const auto& manager = context.cloud.Manager();
     connect(&manager, &AbstractCloudManager::DownloadingFinished, this, &SessionDownloads::OnFinished);
     connect(&manager, &AbstractCloudManager::DownloadingFileRequestError, this, &SessionDownloads::OnError);
@@ -114,16 +77,13 @@ void SessionDownloads::Enter(const DownloadPointer& download)
 
 QString SessionDownloads::ObstacleTo(const QString& id, const QString& folder) const
 {
-    ActiveDownload download;
     const auto* document = context.documents.Find(id);
-    if (!document || !IsFileName(FromUtf8(document->facts.name))) {
+    const QString name = document ? FromUtf8(document->facts.name) : QString();
+    if (!DownloadTargets::IsFileName(name)) {
         return {};
     }
-    download.id = id;
-    download.folder = folder;
-    download.name = FromUtf8(document->facts.name);
-    const QString target = TargetOf(download);
-    return IsTaken(target) && !SyncHashOf(id, target) ? target : QString();
+    const QString target = targets.In(folder, id, name);
+    return DownloadTargets::IsTaken(target) && !targets.SyncHashOf(id, target) ? target : QString();
 }
 
 void SessionDownloads::Cancel(const QString& id)
@@ -174,7 +134,7 @@ void SessionDownloads::Begin(const DownloadPointer& download)
     }
     const QString localPath = document->localPath;
     download->name = FromUtf8(document->facts.name);
-    if (!IsFileName(download->name)) {
+    if (!DownloadTargets::IsFileName(download->name)) {
         EndWithFailure(download, "its name in the cloud is not valid as a file name", "Rename it in the cloud.");
         return;
     }
@@ -233,7 +193,7 @@ void SessionDownloads::Request(const DownloadPointer& download)
         context.cloud.RequireSignIn(CloudProblem::Request::Download, {download->id, download->name});
         return;
     }
-    download->staging = StagingFor(*download);
+    download->staging = stagingFolders.Open(download->folder, download->name);
     if (!download->staging->IsValid()) {
         EndWithFailure(download, "the folder cannot be written to: " + download->staging->ErrorText(),
                        "Choose another folder.");
@@ -251,55 +211,21 @@ void SessionDownloads::Request(const DownloadPointer& download)
     record->SetPath(stagedPath, {}, {}); // what is cancelled is removed there, not where the folder once was
 }
 
-std::shared_ptr<StagingFolder> SessionDownloads::StagingFor(const ActiveDownload& download)
-{
-    auto& shared = stagingIn[download.folder];
-    auto folder = shared.folder.lock();
-    if (!folder) {
-        folder = std::make_shared<StagingFolder>(download.folder, stagingList);
-        shared = {folder, {}};
-    } else if (shared.names.contains(KeyOf(download.name))) { // another document of the same name
-        return std::make_shared<StagingFolder>(download.folder, stagingList);
-    }
-    shared.names.insert(KeyOf(download.name));
-    return folder;
-}
-
 QString SessionDownloads::TargetOf(const ActiveDownload& download) const
 {
-    const QString localPath = context.documents.LocalPath(download.id);
-    if (download.isInPlace) {
-        return localPath;
-    }
-    const QString named = NamedTarget(download);
-    if (!IsTaken(named) || SyncHashOf(download.id, named)) {
-        return named;
-    }
-    const bool isInFolder = QFileInfo(localPath).path() == QFileInfo(download.folder).canonicalFilePath();
-    if (isInFolder && IsTaken(localPath) && SyncHashOf(download.id, localPath)) {
-        return localPath; // which got another name, or whose document did
-    }
-    return download.isBeside ? NumberedPath(named) : named;
-}
-
-QString SessionDownloads::NamedTarget(const ActiveDownload& download)
-{
-    return QDir::cleanPath(QDir(download.folder).absoluteFilePath(download.name));
-}
-
-std::optional<std::string> SessionDownloads::SyncHashOf(const QString& id, const QString& path) const
-{
-    return QFileInfo(path).isSymLink() ? std::nullopt : context.documents.SyncHashAt(id, Normalized(path));
+    return download.isInPlace  ? context.documents.LocalPath(download.id)
+           : download.isBeside ? targets.BesideIn(download.folder, download.id, download.name)
+                               : targets.In(download.folder, download.id, download.name);
 }
 
 bool SessionDownloads::MayTakeTarget(const DownloadPointer& download)
 {
     download->replaces = false;
-    if (!IsTaken(download->target)) {
+    if (!DownloadTargets::IsTaken(download->target)) {
         return true;
     }
     const auto target = ToPath(download->target);
-    const auto synchronizedHash = SyncHashOf(download->id, download->target);
+    const auto synchronizedHash = targets.SyncHashOf(download->id, download->target);
     if (!synchronizedHash) {
         EndWithNameTaken(download);
         return false;
@@ -325,9 +251,8 @@ void SessionDownloads::EndWithNameTaken(const DownloadPointer& download)
 void SessionDownloads::EndWithChangedCopy(const DownloadPointer& download)
 {
     // The user decides by what the list shows.
-    Later(&context.documents, [&documents = context.documents, id = download->id, path = Normalized(download->target)] {
-        documents.ShowCopy(id, path);
-    });
+    Later(&context.documents, [&documents = context.documents, id = download->id,
+                               path = targets.Normalized(download->target)] { documents.ShowCopy(id, path); });
     EndWithFailure(download, "the local copy has changes that are not in the cloud",
                    "Upload the changes, or choose another folder.", FailureKind::Conflict);
 }
@@ -353,7 +278,7 @@ void SessionDownloads::Place(const DownloadPointer& download)
         return;
     }
     if (download->isBeside && !download->replaces) {
-        download->target = NumberedPath(NamedTarget(*download)); // something may have come there meanwhile
+        download->target = TargetOf(*download); // something may have come there meanwhile
     }
     if (!MayTakeTarget(download)) { // it may have changed while the document came
         return;
@@ -374,7 +299,7 @@ void SessionDownloads::Place(const DownloadPointer& download)
     }
     context.cloud.NoteCopyMoved(download->id, arrivedAt, download->target);
     download->state = State::Placed;
-    download->place = Normalized(download->target);
+    download->place = targets.Normalized(download->target);
     const auto placed = Files::FileIdentity::OfPath(download->target);
     if (isTold && placed.HasContentOf(arrived)) {
         context.hashes.Tell(download->place, placed.ToString(), download->hash, download->isArrivedLasting);
@@ -392,11 +317,6 @@ bool SessionDownloads::HasOtherChangedCopy(const DownloadPointer& download) cons
     }
     const auto synchronizedHash = context.documents.SyncHashAt(download->id, path);
     return synchronizedHash && context.hashes.CalculateHash(ToPath(path)) != *synchronizedHash;
-}
-
-QString SessionDownloads::Normalized(const QString& path) const
-{
-    return ToText(context.fileSystem.NormalizePath(ToPath(path)));
 }
 
 void SessionDownloads::Read(const QStringList& paths, const std::function<void()>& done)
@@ -459,19 +379,8 @@ void SessionDownloads::TakeBack(const DownloadPointer& download)
         if (download->state != State::Placed && !download->stagedPath.isEmpty()) {
             QFile::remove(download->stagedPath);
         }
-        auto& shared = stagingIn[download->folder];
-        if (shared.folder.lock() == download->staging) {
-            shared.names.remove(KeyOf(download->name));
-        }
-        if (shared.names.isEmpty()) {
-            stagingIn.remove(download->folder);
-        }
-        if (download->staging.use_count() == 1) {
-            stagingToRemove.push_back(std::move(download->staging));
-        }
-        download->staging.reset();
+        stagingFolders.Close(std::move(download->staging), download->folder, download->name);
     }
-    RemoveStaging();
     if (download->state != State::Preparing) {
         context.documents.EndTransfer(download->id);
     }
@@ -489,13 +398,6 @@ void SessionDownloads::Refuse(const DownloadPointer& download, const QString& re
                               FailureKind kind)
 {
     context.cloud.Refuse(CloudProblem::Request::Download, {download->id, download->name}, reason, advice, kind);
-}
-
-void SessionDownloads::RemoveStaging()
-{
-    stagingToRemove.erase(std::remove_if(stagingToRemove.begin(), stagingToRemove.end(),
-                                         [](const auto& folder) { return folder->Remove(); }),
-                          stagingToRemove.end());
 }
 
 void SessionDownloads::NoteArrived(const Social::OAuth2::TransferredFile& file)

@@ -1,16 +1,14 @@
 #pragma once
 
+#include "DownloadTargets.h"
 #include "SessionContext.h"
-#include "StagingFolder.h"
+#include "StagingFolders.h"
 
 #include <files/FileIdentity.h>
 
 #include <QHash>
-#include <QSet>
 
-#include <optional>
 #include <string>
-#include <vector>
 
 namespace Norlis::Host {
 
@@ -66,27 +64,15 @@ private:
         Files::FileIdentity arrivedAs; ///< the staged file; no file when nobody has told
         bool isArrivedLasting = false; ///< see OAuth2::TransferredFile
     };
-
-    /// Where the downloads into one folder arrive, as long as there are any.
-    struct Staging {
-        std::weak_ptr<StagingFolder> folder;
-        QSet<QString> names; ///< of what arrives in it, without the differences that some file systems do not make
-    };
     using DownloadPointer = std::shared_ptr<ActiveDownload>;
 
     void Enter(const DownloadPointer& download);
-    std::shared_ptr<StagingFolder> StagingFor(const ActiveDownload& download);
     void Begin(const DownloadPointer& download);
     void Request(const DownloadPointer& download);
     void Place(const DownloadPointer& download);
     void Complete(const DownloadPointer& download);
 
-    /// Where the document is to be: under its name, or where its copy in that folder is if something else has the name.
     QString TargetOf(const ActiveDownload& download) const;
-    static QString NamedTarget(const ActiveDownload& download);
-
-    /// What the file was when it was last the same as the document; nothing when it is no copy of it.
-    std::optional<std::string> SyncHashOf(const QString& id, const QString& path) const;
 
     /// Decides whether the file at the target may be replaced. Otherwise ends the download and says why.
     bool MayTakeTarget(const DownloadPointer& download);
@@ -96,8 +82,6 @@ private:
 
     /// Whether the document has a local copy with changes elsewhere.
     bool HasOtherChangedCopy(const DownloadPointer& download) const;
-
-    QString Normalized(const QString& path) const;
 
     /// Hashes files, whatever is cached: one that a download replaces must not have changes.
     void Read(const QStringList& paths, const std::function<void()>& done);
@@ -118,21 +102,16 @@ private:
                         Social::OAuth2::FailureKind kind = Social::OAuth2::FailureKind::Other);
     void Refuse(const DownloadPointer& download, const QString& reason, const QString& advice,
                 Social::OAuth2::FailureKind kind = Social::OAuth2::FailureKind::Other);
-    void RemoveStaging();
 
     void OnFinished(const std::shared_ptr<const PDF::FileInfo>& file);
     void OnError(const std::shared_ptr<const PDF::FileInfo>& file, const QString& message);
     void OnCanceled(const std::shared_ptr<const PDF::FileInfo>& file);
 
     const SessionContext context;
-    const QString stagingList;
+    const DownloadTargets targets;
+    StagingFolders stagingFolders;
     QHash<QString, DownloadPointer> downloads; ///< by document id
     QHash<QString, DownloadPointer> staged;    ///< those that were requested, by the path at which they arrive
-    QHash<QString, Staging> stagingIn;         ///< by folder of the targets
-
-    /// Of downloads that have ended. One that the service still writes to is removed when a later download ends, or
-    /// with the session.
-    std::vector<std::shared_ptr<StagingFolder>> stagingToRemove;
 };
 
 } // namespace Norlis::Host
