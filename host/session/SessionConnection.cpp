@@ -18,8 +18,10 @@ constexpr int lastDelayOfFolders = 0; // to look for one costs next to nothing
 } // namespace
 
 SessionConnection::SessionConnection(const SessionContext& context, std::function<void(bool)> resume)
-    : context(context),
-      resume(std::move(resume))
+    : QObject(&context.session),
+      context(context),
+      resume(std::move(resume)),
+      retry(this)
 {
     const auto& manager = context.cloud.Manager();
     connect(&manager, &AbstractCloudManager::AuthorizationCompleted, this, &SessionConnection::OnAnswered);
@@ -43,7 +45,6 @@ SessionConnection::SessionConnection(const SessionContext& context, std::functio
             OnPicture();
         }
     });
-    retry.setParent(&context.session); // where tests find it
     retry.setSingleShot(true);
     connect(&retry, &QTimer::timeout, this, &SessionConnection::TryNow);
     connect(&network, &NetworkWatch::Changed, this, [this] {
