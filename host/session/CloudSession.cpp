@@ -171,8 +171,8 @@ CloudSession::Private::Private(CloudSession& session, const QString& dataFolder,
     slices.setInterval(0);
     connect(&slices, &QTimer::timeout, &slices, [this] { WorkForASlice(); });
     Later(&documents, [this] { SweepViewed(); });
-    documents.TellOfCopiesLeft([this](const QString& path) { emit this->session.CopyLeftBehind(path); });
-    connect(&session, &CloudSession::ListRefreshed, &documents, [this] { documents.LookAtCopiesLeft(); });
+    documents.Left().Tell([this](const QString& path) { emit this->session.CopyLeftBehind(path); });
+    connect(&session, &CloudSession::ListRefreshed, &documents, [this] { documents.Left().LookAtEarlier(); });
 }
 
 ListState CloudSession::Private::State()
@@ -392,7 +392,7 @@ void CloudSession::ReadLocalCopy(const QString& path)
 
 void CloudSession::ForgetCopyLeft(const QString& path)
 {
-    d->documents.ForgetCopyLeft(path);
+    d->documents.Left().Forget(path);
 }
 
 void CloudSession::WatchLocalCopy(const QString& path)

@@ -9,8 +9,6 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include <algorithm>
-#include <iterator>
 #include <utility>
 
 namespace Norlis::Host {
@@ -95,11 +93,9 @@ DocumentIndex::DocumentIndex(const QString& file, const PictureFolder& pictures,
       listStorage(std::make_shared<ListStorage>(storage)),
       listHashes(std::make_shared<ListHashes>(hashes)),
       copies(storage),
+      copiesLeft(copies, hashes, [this](const QString& path) { return !DocumentAt(path).isEmpty(); }),
       list(std::make_unique<PDF::Cloud::NorlisCloudFilesManager>(listStorage, fileSystem, listHashes))
 {
-    const auto paths = copies.Paths();
-    std::copy_if(paths.begin(), paths.end(), std::back_inserter(leftEarlier),
-                 [this](const QString& path) { return copies.At(path)->lostAt != 0; });
     auto stored = listStorage->TakeRest();
     entries.reserve(list->FilesCount());
     for (int index = list->FilesCount() - 1; index >= 0; --index) {
@@ -152,6 +148,11 @@ void DocumentIndex::StoreTheRest()
         listStorage->SetValue(documentId, RecordKey::modifiedTime, modifiedAt.toStdString());
         listStorage->SetValue(documentId, RecordKey::previewPath, paths.toStdString());
     }
+}
+
+CopiesLeft& DocumentIndex::Left()
+{
+    return copiesLeft;
 }
 
 PDF::AbstractFileManager& DocumentIndex::List()
@@ -481,46 +482,13 @@ void DocumentIndex::Lose(const QString& id)
 
 void DocumentIndex::TakeOut(const QString& id)
 {
-    if (const auto* known = Find(id); known && !known->localPath.isEmpty() && onCopyLeft) {
-        LookAtCopyLeft(known->localPath, known->syncHash);
+    if (const auto* known = Find(id); known && !known->localPath.isEmpty()) {
+        copiesLeft.Look(known->localPath, known->syncHash);
     }
     const auto held = CloudRecordOf(id);
     Forget(id);
     if (held) {
         list->Remove(held);
-    }
-}
-
-void DocumentIndex::LookAtCopyLeft(const QString& path, const std::string& syncHash)
-{
-    const auto look = [this, path, syncHash] {
-        const auto hash = hashes->CalculateHash(ToPath(path));
-        if (!hash.empty() && hash != syncHash && DocumentAt(path).isEmpty()) {
-            onCopyLeft(path);
-        }
-    };
-    hashes->Prepare({path}, this, look, Md5HashCalculator::Reading::Always);
-}
-
-void DocumentIndex::TellOfCopiesLeft(std::function<void(const QString&)> tell)
-{
-    onCopyLeft = std::move(tell);
-}
-
-void DocumentIndex::LookAtCopiesLeft()
-{
-    const auto paths = std::exchange(leftEarlier, {});
-    for (const auto& path : paths) {
-        if (const auto copy = copies.At(path); copy && copy->lostAt != 0) {
-            LookAtCopyLeft(path, copy->syncHash);
-        }
-    }
-}
-
-void DocumentIndex::ForgetCopyLeft(const QString& path)
-{
-    if (const auto copy = copies.At(path); copy && copy->lostAt != 0) {
-        copies.Drop(path);
     }
 }
 

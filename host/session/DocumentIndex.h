@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CloudFacts.h"
+#include "CopiesLeft.h"
 #include "KeptCopies.h"
 #include "ListHashes.h"
 #include "PictureFolder.h"
@@ -18,7 +19,6 @@
 #include <QObject>
 #include <QStringList>
 
-#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -57,12 +57,8 @@ public:
     /// afterwards.
     void Close();
 
-    /// Of local copies with changes that are not in the cloud, some time after their document has left the list.
-    void TellOfCopiesLeft(std::function<void(const QString& path)> tell);
-
-    /// The same of those whose documents left it in an earlier session, and have not come back. Once.
-    void LookAtCopiesLeft();
-    void ForgetCopyLeft(const QString& path);
+    /// The copies of documents that have left the list.
+    CopiesLeft& Left();
 
     /// For views; it is changed through the index only.
     PDF::AbstractFileManager& List();
@@ -179,7 +175,6 @@ private:
     void SetEntry(const QString& id, const Entry& entry);
     bool TakeFromOthers(const QString& id, const QString& path);
     void TakeOut(const QString& id);
-    void LookAtCopyLeft(const QString& path, const std::string& syncHash);
 
     /// Has the list take over what the record says. Emits.
     void UpdateList(const Record& record);
@@ -200,13 +195,12 @@ private:
     const std::shared_ptr<ListStorage> listStorage;
     const std::shared_ptr<ListHashes> listHashes;
     KeptCopies copies;
+    CopiesLeft copiesLeft;
     std::unique_ptr<PDF::Cloud::NorlisCloudFilesManager> list;
     QHash<QString, Entry> entries;          ///< of every document of the list
     QMultiHash<QString, QString> idsByPath; ///< of those with a local copy; two only while one takes it from another
     QMultiHash<QString, QString> missingCopies; ///< ids by path, of copies that were not there at the start
     QHash<QString, int> transfers;
-    std::function<void(const QString&)> onCopyLeft;
-    QStringList leftEarlier; ///< paths of copies whose documents had left the list before it was loaded
     Lifetime lifetime;
 };
 
