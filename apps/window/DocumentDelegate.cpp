@@ -43,14 +43,9 @@ QString PreviewPath(const QModelIndex& index, int devicePixels)
     return {};
 }
 
-QPalette::ColorRole TextRole(const QStyleOptionViewItem& option)
-{
-    return (option.state & QStyle::State_Selected) ? QPalette::HighlightedText : QPalette::Text;
-}
-
 QColor MutedColor(const QStyleOptionViewItem& option)
 {
-    QColor color = option.palette.color(TextRole(option));
+    QColor color = option.palette.color(QPalette::Text);
     if (!(option.state & QStyle::State_Selected)) { // whose colours have no contrast to spare
         color.setAlphaF(0.7);
     }
@@ -62,20 +57,20 @@ void PaintBackground(QPainter& painter, const QStyleOptionViewItem& option, cons
     const QRectF area = QRectF(cell).adjusted(2, 2, -2, -2);
     const auto group = (option.state & QStyle::State_Active) ? QPalette::Active : QPalette::Inactive;
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
     if (option.state & QStyle::State_Selected) {
-        painter.setBrush(SelectionColor(option.palette, group));
-        painter.drawRoundedRect(area, cornerRadius, cornerRadius);
+        PaintSelection(painter, area, cornerRadius, option.palette, group);
     } else if (option.state & QStyle::State_MouseOver) {
         QColor light = option.palette.color(QPalette::Highlight);
         light.setAlphaF(0.12);
+        painter.setPen(Qt::NoPen);
         painter.setBrush(light);
         painter.drawRoundedRect(area, cornerRadius, cornerRadius);
     }
     if (option.state & QStyle::State_HasFocus && option.state & QStyle::State_KeyboardFocusChange) {
         painter.setBrush(Qt::NoBrush);
-        painter.setPen(QPen(option.palette.color(TextRole(option)), 1, Qt::DotLine));
-        painter.drawRoundedRect(area.adjusted(0.5, 0.5, -0.5, -0.5), cornerRadius, cornerRadius); // on whole pixels
+        painter.setPen(QPen(option.palette.color(QPalette::Text), 1, Qt::DotLine));
+        constexpr qreal inside = 2.5; // of the rim, on whole pixels
+        painter.drawRoundedRect(area.adjusted(inside, inside, -inside, -inside), cornerRadius - 2, cornerRadius - 2);
     }
 }
 
@@ -259,7 +254,7 @@ void DocumentDelegate::PaintThumbnail(QPainter& painter, const QStyleOptionViewI
         return all.textLength();
     };
     const QString name = index.data(Model::NameRole).toString();
-    painter.setPen(option.palette.color(TextRole(option)));
+    painter.setPen(option.palette.color(QPalette::Text));
     const int split = drawIfItFits(name);
     if (split < name.size()) {
         draw(name.left(split), Qt::ElideNone);
@@ -308,7 +303,7 @@ void DocumentDelegate::PaintLine(QPainter& painter, const QStyleOptionViewItem& 
     };
     const QRect name = without(smallEdge + 2 * margin - columnInset, cellOf(Column::Name));
     const int badgeRoom = header.Has(Column::State) ? 0 : badgeEdge + columnInset;
-    painter.setPen(option.palette.color(TextRole(option)));
+    painter.setPen(option.palette.color(QPalette::Text));
     elided(QStyle::visualRect(option.direction, name, name.adjusted(0, 0, -badgeRoom, 0)),
            index.data(Model::NameRole).toString(), Qt::ElideMiddle);
 

@@ -1,5 +1,6 @@
 #include "TransferDelegate.h"
 
+#include "Contrast.h"
 #include "Glyphs.h"
 #include "Transfers.h"
 
@@ -17,6 +18,7 @@ namespace {
 
 constexpr int margin = 6;
 constexpr int glyphEdge = 18;
+constexpr qreal cornerRadius = 6;
 
 QString ButtonText(Action action)
 {
@@ -99,14 +101,18 @@ void PaintProgress(QPainter& painter, const QStyleOptionViewItem& option, const 
 
 void TransferDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const
 {
-    QStyleOptionViewItem background = option;
     const QStyle& style = StyleOf(option);
-    style.drawPrimitive(QStyle::PE_PanelItemViewItem, &background, painter, option.widget);
+    // Only where the keyboard is: the documents beside are selected too.
+    const bool isSelected = option.state & QStyle::State_Selected && option.widget && option.widget->hasFocus();
+    painter->setRenderHint(QPainter::Antialiasing);
+    if (isSelected) {
+        const auto group = (option.state & QStyle::State_Active) ? QPalette::Active : QPalette::Inactive;
+        PaintSelection(*painter, QRectF(option.rect).adjusted(2, 2, -2, -2), cornerRadius, option.palette, group);
+    }
 
     const auto kind = static_cast<Kind>(index.data(Transfers::KindRole).toInt());
     const auto status = static_cast<Status>(index.data(Transfers::StatusRole).toInt());
-    const bool isSelected = option.state & QStyle::State_Selected;
-    const QColor color = option.palette.color(isSelected ? QPalette::HighlightedText : QPalette::Text);
+    const QColor color = option.palette.color(QPalette::Text);
     const QRect area = option.rect.adjusted(margin, margin, -margin, -margin);
     const QStyleOptionButton button = ButtonOf(option, ActionOf(index));
     const int reserved = button.rect.width() + margin;
