@@ -48,7 +48,7 @@ void Prepare(QLabel& label)
     label.setAlignment(StartOf(label));
 }
 
-QString VersionText(qint64 size, const QDateTime& date)
+QString FiguresText(qint64 size, const QDateTime& date)
 {
     const QString when = DateText(date);
     return when.isEmpty() ? SizeText(size) : SizeText(size) + " · " + when;
@@ -68,6 +68,7 @@ DetailsPane::DetailsPane(Host::CloudSession& session, DocumentsView& view, const
       view(view),
       actions(actions),
       picture(new PagePicture(session)),
+      version(new QLabel),
       name(new QLabel)
 {
     setObjectName("detailsPane");
@@ -85,6 +86,10 @@ DetailsPane::DetailsPane(Host::CloudSession& session, DocumentsView& view, const
     layout->setContentsMargins(2 * gap, gap, 2 * gap, gap);
     layout->setSpacing(gap / 2);
     layout->addWidget(picture);
+    version->setObjectName("detailsVersion");
+    version->setWordWrap(true);
+    version->setAlignment(Qt::AlignCenter);
+    layout->addWidget(version);
     layout->addSpacing(gap / 2);
     layout->addWidget(name);
     state = AddLine(*layout, {}, "detailsState", new QLabel);
@@ -96,6 +101,7 @@ DetailsPane::DetailsPane(Host::CloudSession& session, DocumentsView& view, const
     AddButtons(*layout);
     layout->addStretch();
     setWidget(content);
+    captions.append(version);
     setMinimumWidth(fontMetrics().averageCharWidth() * 28);
     MuteCaptions();
 }
@@ -169,16 +175,18 @@ void DetailsPane::ShowDocument(const QModelIndex& document)
     const QString printable = document.data(Model::NameRole).toString();
     name->setText(Breakable(printable));
     name->setAccessibleName(printable);
-    picture->Show(document);
+    picture->ShowAsListed(document);
     picture->setVisible(true);
+    version->setText(VersionText(static_cast<int>(StateOf(document)), picture->IsHere()));
+    version->setVisible(!version->text().isEmpty());
     const QFileInfo copy(document.data(Model::PathRole).toString());
     const bool isHere = copy.isFile();
     Fill(state, StateText(static_cast<int>(StateOf(document))));
     captions.first()->setVisible(StateOf(document) != State::OnlyInCloud); // which says it already
     SetBold(true);
     Fill(inCloud,
-         VersionText(document.data(Model::SizeRole).toLongLong(), document.data(Model::ModifiedRole).toDateTime()));
-    Fill(here, isHere ? VersionText(copy.size(), copy.lastModified()) : QString());
+         FiguresText(document.data(Model::SizeRole).toLongLong(), document.data(Model::ModifiedRole).toDateTime()));
+    Fill(here, isHere ? FiguresText(copy.size(), copy.lastModified()) : QString());
     const QString viewing = session.ViewingFolder(document.data(Model::IdRole).toString());
     const bool isTheUsers = isHere && !copy.filePath().startsWith(viewing);
     const QString place = isTheUsers ? Apps::Printable(QDir::toNativeSeparators(copy.path())) : QString();
@@ -199,6 +207,7 @@ void DetailsPane::ShowSeveral(const QModelIndexList& documents)
     captions.first()->setVisible(true);
     SetBold(!documents.isEmpty());
     picture->setVisible(false);
+    version->setVisible(false);
     Fill(state, {});
     Fill(inCloud, documents.isEmpty() ? QString() : SizeText(size));
     Fill(here, {});

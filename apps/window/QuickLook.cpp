@@ -386,7 +386,8 @@ void QuickLook::Update()
     badge->setPixmap(disc);
     name->setText(index.data(Model::NameRole).toString());
     name->setToolTip(ToolTipText({name->text()}));
-    state->setText(StateText(documentState));
+    const QString version = VersionText(documentState, picture->IsHere());
+    state->setText(StateText(documentState) + (version.isEmpty() ? QString() : " · " + version));
     setAccessibleName(tr("Quick look: %1, %2").arg(name->text(), state->text()));
     UpdatePage();
 }

@@ -42,6 +42,17 @@ protected:
         return texts;
     }
 
+    /// Waits for it: a picture of that colour.
+    bool Shows(const QColor& color) const
+    {
+        return WaitUntil([&] {
+            const QImage picture = Pane()->findChild<QWidget*>("pagePicture")->grab().toImage();
+            return picture.pixelColor(picture.rect().center()) == color;
+        });
+    }
+
+    using WindowTest::Shows;
+
     void ShowPane()
     {
         QTest::keyClick(Documents(), Qt::Key_F9);
@@ -108,6 +119,24 @@ TEST_F(DetailsPaneTest, AChangedDocumentHasTwoVersionsAndTheListShowsThatOfTheCl
     const auto shown = Documents()->model()->index(0, 0);
     EXPECT_EQ(shown.data(Host::CloudDocumentsModel::SizeRole).toLongLong(), QFileInfo(Cloud("a.pdf")).size());
     EXPECT_TRUE(inCloud.startsWith(Window::SizeText(QFileInfo(Cloud("a.pdf")).size())));
+}
+
+TEST_F(DetailsPaneTest, OfTwoVersionsItShowsThatOfTheListAndSaysSo)
+{
+    OpenWithLocalCopy();
+    ShowPane();
+    EXPECT_TRUE(Shows(Qt::red));
+    EXPECT_EQ(Text("detailsVersion"), "") << "there is but one";
+    WriteFile(Local("downloads/a.pdf"), PdfOfColor(Qt::blue));
+    Refresh();
+    ASSERT_TRUE(WaitUntil([&] { return Text("detailsState") == "Changed on this computer"; }));
+    EXPECT_EQ(Text("detailsVersion"), "The version in the cloud");
+    EXPECT_TRUE(Shows(Qt::red));
+    PutIntoCloud("a.pdf", PdfOfColor(Qt::green));
+    Refresh();
+    ASSERT_TRUE(WaitUntil([&] { return Text("detailsState") == "Changed on both sides"; }));
+    EXPECT_EQ(Text("detailsVersion"), "The version in the cloud");
+    EXPECT_TRUE(Shows(Qt::green));
 }
 
 TEST_F(DetailsPaneTest, OfSeveralDocumentsTheNumberAndTheSizeAreTold)

@@ -242,6 +242,19 @@ TEST_F(QuickLookTest, ArrowsGoToTheNeighboursAndTheSelectionFollows)
     EXPECT_EQ(Selected(), QStringList("b.pdf"));
 }
 
+TEST_F(QuickLookTest, OfTwoVersionsItShowsTheOneThatWouldBeOpenedAndSaysSo)
+{
+    OpenWithLocalCopy();
+    Press("a.pdf");
+    EXPECT_EQ(Text("quickLookState"), "Up to date");
+    WriteFile(Local("downloads/a.pdf"), PdfOfColor(Qt::blue));
+    PutIntoCloud("a.pdf", PdfOfColor(Qt::green));
+    Refresh();
+    EXPECT_TRUE(
+        WaitUntil([&] { return Text("quickLookState") == "Changed on both sides · The version on this computer"; }));
+    EXPECT_TRUE(ShowsPage("Page 1 of 1", Qt::blue));
+}
+
 TEST_F(QuickLookTest, WhatCannotBeShownSaysWhy)
 {
     LookAt({"bad.pdf"}, "%PDF- and nothing else");

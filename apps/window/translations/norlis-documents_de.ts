@@ -2883,6 +2883,14 @@
             <numerusform>%1 und %n weitere</numerusform>
         </translation>
     </message>
+    <message>
+        <source>The version on this computer</source>
+        <translation>Die Fassung auf diesem Computer</translation>
+    </message>
+    <message>
+        <source>The version in the cloud</source>
+        <translation>Die Fassung in der Cloud</translation>
+    </message>
 </context>
 <context>
     <name>Titles</name>
