@@ -26,6 +26,8 @@ using State = PDF::FileInfo::CloudStatus;
 
 namespace {
 
+constexpr int leastLinesOfPicture = 5; // in which one recognizes a page
+
 /// Lets lines end inside of very long words, of which names often consist.
 QString Breakable(const QString& text)
 {
@@ -85,7 +87,8 @@ DetailsPane::DetailsPane(Host::CloudSession& session, DocumentsView& view, const
     const auto layout = new QVBoxLayout(content);
     layout->setContentsMargins(2 * gap, gap, 2 * gap, gap);
     layout->setSpacing(gap / 2);
-    layout->addWidget(picture);
+    picture->setMinimumHeight(fontMetrics().lineSpacing() * leastLinesOfPicture);
+    layout->addWidget(picture, 1); // it gives way to what stands below
     version->setObjectName("detailsVersion");
     version->setWordWrap(true);
     version->setAlignment(Qt::AlignCenter);
@@ -252,8 +255,7 @@ void DetailsPane::showEvent(QShowEvent* event)
 void DetailsPane::resizeEvent(QResizeEvent* event)
 {
     QScrollArea::resizeEvent(event);
-    // As much as a page of paper needs, but not all of a low window.
-    picture->setFixedHeight(qMin(qRound(viewport()->width() * 1.3), viewport()->height() * 2 / 5));
+    picture->setMaximumHeight(qRound(viewport()->width() * 1.3)); // as much as a page of paper needs
 }
 
 void DetailsPane::changeEvent(QEvent* event)

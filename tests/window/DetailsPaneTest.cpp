@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QListView>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QSplitter>
 #include <QTest>
 #include <QToolButton>
@@ -169,6 +170,24 @@ TEST_F(DetailsPaneTest, OpeningIsOfferedForAsManyAsAreOpenedWithoutAQuestion)
     EXPECT_EQ(Buttons(), QStringList({"Download", "Remove"}));
     Select(names.mid(1));
     EXPECT_EQ(Buttons(), QStringList({"Open", "Download", "Remove"}));
+}
+
+TEST_F(DetailsPaneTest, ThePictureGivesWayToTheButtonsAsFarAsItIsStillOne)
+{
+    OpenWithLocalCopy();
+    ShowPane();
+    const auto heightOfPicture = [this] { return Pane()->findChild<QWidget*>("pagePicture")->height(); };
+    const auto isScrolled = [this] { return Pane()->verticalScrollBar()->isVisible(); };
+    window->resize(1100, 1000);
+    ASSERT_TRUE(WaitUntil([&] { return heightOfPicture() > Pane()->width(); })) << "a whole page is higher than wide";
+    EXPECT_FALSE(isScrolled());
+    const int whole = heightOfPicture();
+    window->resize(1100, 650);
+    ASSERT_TRUE(WaitUntil([&] { return heightOfPicture() < whole; }));
+    EXPECT_FALSE(isScrolled());
+    window->resize(1100, 400);
+    EXPECT_TRUE(WaitUntil([&] { return isScrolled(); }));
+    EXPECT_GE(heightOfPicture(), 5 * Pane()->fontMetrics().lineSpacing());
 }
 
 TEST_F(DetailsPaneTest, NothingIsWiderThanThePane)
