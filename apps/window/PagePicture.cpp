@@ -202,8 +202,10 @@ void PagePicture::PaintPlaceholder(QPainter& painter) const
     painter.drawRect(paper.adjusted(0, 0, -1, -1));
     const qreal inset = paper.width() / 3;
     const bool isTorn = !reason.isEmpty() && (IsHere() || session.IsSignedIn());
-    PaintGlyph(painter, paper.adjusted(inset, inset, -inset, -inset), isTorn ? Glyph::Unreadable : Glyph::Document,
-               ink);
+    const Glyph glyph = isTorn                          ? Glyph::Unreadable
+                        : subject.page == 1 || IsHere() ? Glyph::Document
+                                                        : Glyph::Cloud; // where it still is
+    PaintGlyph(painter, paper.adjusted(inset, inset, -inset, -inset), glyph, ink);
 }
 
 void PagePicture::paintEvent(QPaintEvent*)

@@ -1,4 +1,4 @@
-#include "WindowTest.h"
+#include "ServerWindowTest.h"
 
 #include <QAbstractButton>
 #include <QAccessible>
@@ -189,6 +189,19 @@ TEST_F(QuickLookTest, LaterPagesOfWhatIsNotHereFollowItsDownload)
     EXPECT_FALSE(QDir(Local("downloads")).exists()) << "it was to be looked at only";
 }
 
+TEST_F(QuickLookTest, WhereThereIsNoPageThereIsNothingToZoom)
+{
+    LookAt({"a.pdf"}, PdfOfColors(threeColors));
+    ASSERT_TRUE(ShowsPage("Page 1", Qt::red));
+    Click(Button("Zoom In"));
+    EXPECT_EQ(Text("quickLookZoom"), "125 %");
+    Click(Button("Next Page"));
+    EXPECT_EQ(Text("pageNumber"), "Page 2");
+    EXPECT_FALSE(Button("Zoom In")->isEnabled());
+    EXPECT_FALSE(Button("Zoom Out")->isEnabled());
+    EXPECT_EQ(Text("quickLookZoom"), "");
+}
+
 TEST_F(QuickLookTest, ANeighbourOfWhatCanBeDownloadedHasTheKeyboardOnTheSheet)
 {
     for (const char* const name : {"a.pdf", "b.pdf"}) {
@@ -312,6 +325,25 @@ TEST_F(QuickLookTest, ASpaceInANameThatIsTypedIsASpace)
     QTest::keyClicks(Documents(), "a c");
     EXPECT_FALSE(Sheet());
     EXPECT_EQ(Selected(), QStringList("a c.pdf"));
+}
+
+/// The same over a server.
+class QuickLookServerTest : public ServerWindowTest {};
+
+TEST_F(QuickLookServerTest, APageThatTakesLongSaysSoUntilItIsThere)
+{
+    server.Put("a.pdf", PdfOfColor(Qt::red));
+    server.Misbehave(TestKit::When("GET").Always(), TestKit::Hangs());
+    SignIn();
+    ASSERT_TRUE(Shows({"a.pdf"}));
+    Select({"a.pdf"});
+    Action("Quick Look")->trigger();
+    const auto notice = [this] { return Find<QLabel>("quickLookNotice"); };
+    EXPECT_TRUE(WaitUntil([&] { return notice() && notice()->text() == "Loading…"; }));
+    server.BehaveAgain();
+    server.Stop(); // what hangs would go on hanging
+    server.Start();
+    EXPECT_TRUE(WaitUntil([&] { return !notice() || notice()->text() != "Loading…"; }));
 }
 
 } // namespace

@@ -891,6 +891,10 @@
         <source>The cloud cannot be reached at the moment.</source>
         <translation>Die Cloud ist im Augenblick nicht erreichbar.</translation>
     </message>
+    <message>
+        <source>Loading…</source>
+        <translation>Wird geladen …</translation>
+    </message>
 </context>
 <context>
     <name>Norlis::Window::RemovalUndo</name>
