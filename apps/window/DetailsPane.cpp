@@ -26,6 +26,8 @@ using State = PDF::FileInfo::CloudStatus;
 
 namespace {
 
+constexpr int leastLinesOfPicture = 5; // in which one recognizes a page
+
 /// Lets lines end inside of very long words, of which names often consist.
 QString Breakable(const QString& text)
 {
@@ -48,7 +50,7 @@ void Prepare(QLabel& label)
     label.setAlignment(StartOf(label));
 }
 
-QString VersionText(qint64 size, const QDateTime& date)
+QString FiguresText(qint64 size, const QDateTime& date)
 {
     const QString when = DateText(date);
     return when.isEmpty() ? SizeText(size) : SizeText(size) + " · " + when;
@@ -68,6 +70,7 @@ DetailsPane::DetailsPane(Host::CloudSession& session, DocumentsView& view, const
       view(view),
       actions(actions),
       picture(new PagePicture(session)),
+      version(new QLabel),
       name(new QLabel)
 {
     setObjectName("detailsPane");
@@ -84,7 +87,12 @@ DetailsPane::DetailsPane(Host::CloudSession& session, DocumentsView& view, const
     const auto layout = new QVBoxLayout(content);
     layout->setContentsMargins(2 * gap, gap, 2 * gap, gap);
     layout->setSpacing(gap / 2);
-    layout->addWidget(picture);
+    picture->setMinimumHeight(fontMetrics().lineSpacing() * leastLinesOfPicture);
+    layout->addWidget(picture, 1); // it gives way to what stands below
+    version->setObjectName("detailsVersion");
+    version->setWordWrap(true);
+    version->setAlignment(Qt::AlignCenter);
+    layout->addWidget(version);
     layout->addSpacing(gap / 2);
     layout->addWidget(name);
     state = AddLine(*layout, {}, "detailsState", new QLabel);
@@ -96,6 +104,7 @@ DetailsPane::DetailsPane(Host::CloudSession& session, DocumentsView& view, const
     AddButtons(*layout);
     layout->addStretch();
     setWidget(content);
+    captions.append(version);
     setMinimumWidth(fontMetrics().averageCharWidth() * 28);
     MuteCaptions();
 }
@@ -169,16 +178,18 @@ void DetailsPane::ShowDocument(const QModelIndex& document)
     const QString printable = document.data(Model::NameRole).toString();
     name->setText(Breakable(printable));
     name->setAccessibleName(printable);
-    picture->Show(document);
+    picture->ShowAsListed(document);
     picture->setVisible(true);
+    version->setText(VersionText(static_cast<int>(StateOf(document)), picture->IsHere()));
+    version->setVisible(!version->text().isEmpty());
     const QFileInfo copy(document.data(Model::PathRole).toString());
     const bool isHere = copy.isFile();
     Fill(state, StateText(static_cast<int>(StateOf(document))));
     captions.first()->setVisible(StateOf(document) != State::OnlyInCloud); // which says it already
     SetBold(true);
     Fill(inCloud,
-         VersionText(document.data(Model::SizeRole).toLongLong(), document.data(Model::ModifiedRole).toDateTime()));
-    Fill(here, isHere ? VersionText(copy.size(), copy.lastModified()) : QString());
+         FiguresText(document.data(Model::SizeRole).toLongLong(), document.data(Model::ModifiedRole).toDateTime()));
+    Fill(here, isHere ? FiguresText(copy.size(), copy.lastModified()) : QString());
     const QString viewing = session.ViewingFolder(document.data(Model::IdRole).toString());
     const bool isTheUsers = isHere && !copy.filePath().startsWith(viewing);
     const QString place = isTheUsers ? Apps::Printable(QDir::toNativeSeparators(copy.path())) : QString();
@@ -199,6 +210,7 @@ void DetailsPane::ShowSeveral(const QModelIndexList& documents)
     captions.first()->setVisible(true);
     SetBold(!documents.isEmpty());
     picture->setVisible(false);
+    version->setVisible(false);
     Fill(state, {});
     Fill(inCloud, documents.isEmpty() ? QString() : SizeText(size));
     Fill(here, {});
@@ -243,8 +255,7 @@ void DetailsPane::showEvent(QShowEvent* event)
 void DetailsPane::resizeEvent(QResizeEvent* event)
 {
     QScrollArea::resizeEvent(event);
-    // As much as a page of paper needs, but not all of a low window.
-    picture->setFixedHeight(qMin(qRound(viewport()->width() * 1.3), viewport()->height() * 2 / 5));
+    picture->setMaximumHeight(qRound(viewport()->width() * 1.3)); // as much as a page of paper needs
 }
 
 void DetailsPane::changeEvent(QEvent* event)

@@ -56,6 +56,7 @@ private:
     DocumentsView& view;
     const DocumentActions& actions;
     PagePicture* const picture;
+    QLabel* const version; ///< whose picture it is
     QLabel* const name;
     QList<QLabel*> captions;
     Line state;

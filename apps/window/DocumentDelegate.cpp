@@ -66,7 +66,8 @@ void PaintBackground(QPainter& painter, const QStyleOptionViewItem& option, cons
         painter.setBrush(light);
         painter.drawRoundedRect(area, cornerRadius, cornerRadius);
     }
-    if (option.state & QStyle::State_HasFocus && option.state & QStyle::State_KeyboardFocusChange) {
+    const bool isObvious = option.state & QStyle::State_Selected && !(option.state & QStyle::State_KeyboardFocusChange);
+    if (option.state & QStyle::State_HasFocus && !isObvious) {
         painter.setBrush(Qt::NoBrush);
         painter.setPen(QPen(option.palette.color(QPalette::Text), 1, Qt::DotLine));
         constexpr qreal inside = 2.5; // of the rim, on whole pixels

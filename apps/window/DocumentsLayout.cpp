@@ -2,6 +2,8 @@
 
 #include "DocumentActions.h"
 #include "DocumentsView.h"
+#include "PageView.h"
+#include "QuickLook.h"
 
 #include <QAction>
 #include <QSettings>
@@ -38,7 +40,7 @@ DocumentsLayout::DocumentsLayout(DocumentsView& view, const DocumentActions& act
     connect(actions.list, &QAction::triggered, this, [this] { SetMode(DisplayMode::List); });
     connect(actions.zoomIn, &QAction::triggered, this, [this] { ZoomBy(1); });
     connect(actions.zoomOut, &QAction::triggered, this, [this] { ZoomBy(-1); });
-    connect(actions.usualSize, &QAction::triggered, this, [this] { SetZoom(usualZoom); });
+    connect(actions.usualSize, &QAction::triggered, this, &DocumentsLayout::ZoomUsual);
     connect(&view, &DocumentsView::ZoomRequested, this, &DocumentsLayout::ZoomBy);
     connect(&view.Header(), &ListHeader::WidthsChanged, this, [this] {
         QVariantList widths;
@@ -72,9 +74,31 @@ void DocumentsLayout::SetMode(DisplayMode newMode)
     emit ModeChanged(mode);
 }
 
+void DocumentsLayout::Follow(const QuickLook& look)
+{
+    quickLook = &look;
+    connect(quickLook, &QuickLook::ZoomChanged, this, &DocumentsLayout::UpdateActions);
+}
+
+void DocumentsLayout::ZoomUsual()
+{
+    if (IsLooking()) {
+        quickLook->Pages().Fit();
+    } else {
+        SetZoom(usualZoom);
+    }
+}
+
+bool DocumentsLayout::IsLooking() const
+{
+    return quickLook && quickLook->isVisible();
+}
+
 void DocumentsLayout::ZoomBy(int steps)
 {
-    if (mode == DisplayMode::Thumbnails) {
+    if (IsLooking()) {
+        quickLook->Pages().ZoomBy(steps);
+    } else if (mode == DisplayMode::Thumbnails) {
         SetZoom(zoom + steps);
     }
 }
@@ -90,6 +114,13 @@ void DocumentsLayout::SetZoom(int newZoom)
 
 void DocumentsLayout::UpdateActions()
 {
+    if (IsLooking()) {
+        const PageView& page = quickLook->Pages();
+        actions.zoomIn->setEnabled(page.CanZoomIn());
+        actions.zoomOut->setEnabled(page.CanZoomOut());
+        actions.usualSize->setEnabled(page.CanZoomOut());
+        return;
+    }
     const int largest = static_cast<int>(edges.size()) - 1;
     const bool isPossible = mode == DisplayMode::Thumbnails;
     actions.zoomIn->setEnabled(isPossible && zoom < largest);

@@ -402,6 +402,7 @@ void DocumentsPage::ConnectActions()
 void DocumentsPage::ConnectLook()
 {
     quickLook = new QuickLook(session, *view, *this);
+    arrangement.Follow(*quickLook);
     view->addAction(actions.quickLook);
     connect(actions.quickLook, &QAction::triggered, quickLook, &QuickLook::Open);
     connect(quickLook, &QuickLook::OpenRequested, &commands, [this](const QString& id) { commands.Open({id}); });

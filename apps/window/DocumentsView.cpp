@@ -73,6 +73,7 @@ void DocumentsView::SetMode(DisplayMode newMode)
 {
     const int line = (verticalOffset() + gridSize().height() / 2) / gridSize().height();
     const int first = line * CountOfColumns();
+    const bool isCurrentInView = IsCurrentInView();
     mode = newMode;
     delegate.SetMode(mode);
     header->setVisible(mode == DisplayMode::List);
@@ -80,17 +81,21 @@ void DocumentsView::SetMode(DisplayMode newMode)
     UpdateGridSize();
     if (model()) {
         scrollTo(model()->index(first, 0), PositionAtTop);
-        if (selectionModel()->isSelected(currentIndex())) {
+        if (isCurrentInView) {
             scrollTo(currentIndex());
         }
     }
 }
 
+bool DocumentsView::IsCurrentInView() const
+{
+    return model() && selectionModel()->isSelected(currentIndex()) &&
+           visualRect(currentIndex()).intersects(viewport()->rect());
+}
+
 void DocumentsView::SetThumbnailEdge(int edge)
 {
-    const QModelIndex current = currentIndex();
-    const bool isInView = selectionModel()->isSelected(current) && visualRect(current).intersects(viewport()->rect());
-    const QModelIndex held = isInView ? current : indexAt(viewport()->rect().center());
+    const QModelIndex held = IsCurrentInView() ? currentIndex() : indexAt(viewport()->rect().center());
     delegate.SetThumbnailEdge(edge);
     UpdateGridSize();
     if (held.isValid()) {

@@ -15,7 +15,7 @@ class DocumentsView : public QListView {
 public:
     explicit DocumentsView(QWidget* parent = nullptr);
 
-    /// What was first in view is so again, and a document that is current and selected is in view.
+    /// What was first in view is so again, unless a current document that is selected would leave the view.
     void SetMode(DisplayMode newMode);
 
     /// \param pictures for large thumbnails; outlive this
@@ -82,6 +82,7 @@ protected:
 private:
     void UpdateGridSize();
     int CountOfColumns() const;
+    bool IsCurrentInView() const;
     QStringList ShownIds() const;
 
     ListHeader* const header;

@@ -7,7 +7,9 @@
 
 #include <QPainter>
 
+#include <algorithm>
 #include <utility>
+#include <vector>
 
 namespace Norlis::Window {
 
@@ -21,15 +23,28 @@ constexpr std::array<int, columnCount> usualWidths = {0, 22, 0, 12, 18};
 constexpr int leastWidth = 8;
 constexpr int leastWidthOfName = 24; // with the picture
 constexpr int readableWidthOfName = 40;
+constexpr int widthOfPicture = 8;
+constexpr int mostLetters = 80; // that a name has room for before there is any for the folder
 
 // As wide as any.
 constexpr qint64 wideSize = 1023 * 1024;
 constexpr qint64 wideDate = 1861649880; // seconds
 
-constexpr std::array<Column, columnCount - 1> byImportance = {Column::Size, Column::Modified, Column::State,
+constexpr std::array<Column, columnCount - 1> byImportance = {Column::State, Column::Modified, Column::Size,
                                                               Column::Folder};
 
 constexpr int lookInterval = 300; // milliseconds
+
+/// What nine of ten do not exceed: a single long name does not count.
+int MostHave(std::vector<int>& lengths)
+{
+    if (lengths.empty()) {
+        return 0;
+    }
+    const auto place = lengths.begin() + static_cast<std::ptrdiff_t>(lengths.size() * 9 / 10);
+    std::nth_element(lengths.begin(), place, lengths.end());
+    return *place;
+}
 
 } // namespace
 
@@ -85,12 +100,15 @@ void ListHeader::Look()
     const QAbstractItemModel& documents = *filter->sourceModel();
     const bool hadFolders = std::exchange(hasFolders, false);
     const int before = std::exchange(widestState, 0);
+    std::vector<int> lengths;
     for (int row = 0; row < documents.rowCount(); ++row) {
         const auto document = documents.index(row, 0);
         hasFolders = hasFolders || !filter->UsersFolder(document).isEmpty();
         widestState = qMax(widestState, stateWidths.value(document.data(Model::StateRole).toInt()));
+        lengths.push_back(document.data(Model::NameRole).toString().size());
     }
-    if (hasFolders != hadFolders || widestState != before) {
+    const int lettersBefore = std::exchange(lettersOfNames, MostHave(lengths));
+    if (hasFolders != hadFolders || widestState != before || lettersOfNames != lettersBefore) {
         Fit();
     }
 }
@@ -162,9 +180,12 @@ void ListHeader::Fit()
 {
     isFitting = true;
     const int name = static_cast<int>(Column::Name);
-    const int readable = fontMetrics().averageCharWidth() * readableWidthOfName;
-    int needed = MinimumOf(name);
-    int comfortable = readable; // with the columns as wanted
+    const int letter = fontMetrics().averageCharWidth();
+    const int readable = letter * readableWidthOfName;
+    const int names = letter * (qMin(lettersOfNames, mostLetters) + widthOfPicture);
+    int needed = qBound(MinimumOf(name), names, readable);
+    const int wholeName = qMax(readable, names);
+    int comfortable = wholeName; // with the columns as wanted
     int spare = width() - readable;
     for (const Column column : byImportance) {
         const int section = static_cast<int>(column);
@@ -181,7 +202,8 @@ void ListHeader::Fit()
         if (Has(column)) {
             const int section = static_cast<int>(column);
             const int least = LeastOf(column);
-            const int more = qBound(0, spare, wanted.at(section) - least);
+            const int free = column == Column::Folder ? rest - least - wholeName : spare;
+            const int more = qBound(0, free, wanted.at(section) - least);
             resizeSection(section, least + more);
             spare -= more;
             rest -= least + more;

@@ -14,8 +14,9 @@ namespace Norlis::Window {
 class DocumentsFilter;
 
 /// The titles of the list's columns, which decide where the columns are. A click on one sorts; the edge between two can
-/// be dragged. The name has the room that is left. Where there is little, the folder is left out first, then the others
-/// get as narrow as what they show, then the name, and then the next columns are left out.
+/// be dragged. The name has the room that is left. Where there is little for the names that there are, the folder is
+/// left out first, then the others get as narrow as what they show, and then the size, the date and the state are left
+/// out.
 class ListHeader : public QHeaderView {
     Q_OBJECT
 
@@ -69,7 +70,8 @@ private:
     std::array<int, columnCount> wanted = {};
     bool hasFolders = false;
     QHash<int, int> stateWidths;
-    int widestState = 0; ///< of those that there are
+    int widestState = 0;    ///< of those that there are
+    int lettersOfNames = 0; ///< that most of them have
     bool isFitting = false;
 };
 

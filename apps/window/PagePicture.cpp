@@ -16,6 +16,7 @@ namespace Norlis::Window {
 
 using Host::CloudSession;
 using Model = Host::CloudDocumentsModel;
+using Status = PDF::FileInfo::CloudStatus;
 
 namespace {
 
@@ -52,8 +53,7 @@ PagePicture::Subject PagePicture::SubjectOf(const QModelIndex& document, int pag
 {
     const QString id = document.data(Model::IdRole).toString();
     const QString path = document.data(Model::PathRole).toString();
-    const bool isOlder =
-        document.data(Model::StateRole).toInt() == static_cast<int>(PDF::FileInfo::CloudStatus::ChangedInCloud);
+    const bool isOlder = document.data(Model::StateRole).toInt() == static_cast<int>(Status::ChangedInCloud);
     Subject found = QFileInfo(path).isFile() && !isOlder ? FileSubject(path) : CloudSubject(id);
     found.id = id;
     found.page = page;
@@ -77,9 +77,22 @@ PagePicture::Subject PagePicture::CloudSubject(const QString& id) const
                   : QString()};
 }
 
+QString PagePicture::ThumbnailOf(const QModelIndex& document)
+{
+    return document.data(Model::PreviewsRole).toMap().value("large").toUrl().toLocalFile();
+}
+
 void PagePicture::Show(const QModelIndex& document, int page)
 {
-    Show(SubjectOf(document, page), document.data(Model::PreviewsRole).toMap().value("large").toUrl().toLocalFile());
+    Show(SubjectOf(document, page), ThumbnailOf(document));
+}
+
+void PagePicture::ShowAsListed(const QModelIndex& document)
+{
+    const auto state = static_cast<Status>(document.data(Model::StateRole).toInt());
+    const bool hasChanges = state == Status::ChangedLocally || state == Status::ChangedOnBothSides;
+    Show(hasChanges ? CloudSubject(document.data(Model::IdRole).toString()) : SubjectOf(document, 1),
+         ThumbnailOf(document));
 }
 
 void PagePicture::ShowFile(const QString& path)
@@ -189,8 +202,10 @@ void PagePicture::PaintPlaceholder(QPainter& painter) const
     painter.drawRect(paper.adjusted(0, 0, -1, -1));
     const qreal inset = paper.width() / 3;
     const bool isTorn = !reason.isEmpty() && (IsHere() || session.IsSignedIn());
-    PaintGlyph(painter, paper.adjusted(inset, inset, -inset, -inset), isTorn ? Glyph::Unreadable : Glyph::Document,
-               ink);
+    const Glyph glyph = isTorn                          ? Glyph::Unreadable
+                        : subject.page == 1 || IsHere() ? Glyph::Document
+                                                        : Glyph::Cloud; // where it still is
+    PaintGlyph(painter, paper.adjusted(inset, inset, -inset, -inset), glyph, ink);
 }
 
 void PagePicture::paintEvent(QPaintEvent*)

@@ -9,8 +9,7 @@
 namespace Norlis::Window {
 
 /// Shows a page of a document as large as there is room for it: at once a small picture, if there is one, and then one
-/// with all of the screen's pixels. The local copy is shown where it is what would be opened, otherwise page one of the
-/// document as it is in the cloud.
+/// with all of the screen's pixels.
 class PagePicture : public QWidget {
     Q_OBJECT
 
@@ -19,11 +18,15 @@ public:
     explicit PagePicture(Host::CloudSession& session, QWidget* parent = nullptr);
     ~PagePicture() override;
 
-    /// Also to be called when the document has changed. Until another page of the same document is drawn, the former
-    /// one stays.
+    /// The local copy where it is what would be opened, otherwise page one of the document as it is in the cloud. Also
+    /// to be called when the document has changed. Until another page of the same document is drawn, the former one
+    /// stays.
     /// \param document of a CloudDocumentsModel; an invalid one shows nothing
     /// \param page     from 1; of what is not here, all but page one are blank
     void Show(const QModelIndex& document, int page = 1);
+
+    /// The same of page one, but where the versions differ that of the cloud, as the list does.
+    void ShowAsListed(const QModelIndex& document);
 
     /// Page one of a file on this computer.
     void ShowFile(const QString& path);
@@ -61,6 +64,7 @@ private:
         int page = 1;
     };
 
+    static QString ThumbnailOf(const QModelIndex& document);
     Subject SubjectOf(const QModelIndex& document, int page) const;
     static Subject FileSubject(const QString& path);
     Subject CloudSubject(const QString& id) const;

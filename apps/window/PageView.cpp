@@ -90,6 +90,11 @@ bool PageView::CanZoomIn() const
     return !picture->PageSize().isEmpty() && zoom < LargestZoom();
 }
 
+bool PageView::CanZoomOut() const
+{
+    return !picture->PageSize().isEmpty() && zoom > 1;
+}
+
 qreal PageView::Zoom() const
 {
     return zoom;

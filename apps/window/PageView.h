@@ -30,6 +30,9 @@ public:
     /// Whether the page can be larger.
     bool CanZoomIn() const;
 
+    /// Whether it is larger than it fits.
+    bool CanZoomOut() const;
+
     /// How large the page is: 1 where it fits into the view, otherwise more.
     qreal Zoom() const;
 

@@ -20,7 +20,6 @@
 #include <QToolButton>
 
 #include <cstdlib>
-#include <optional>
 
 namespace Norlis::Window {
 
@@ -33,6 +32,7 @@ namespace {
 constexpr qreal sheetAspectRatio = 1.1; // of width to height, for upright pages
 constexpr int sheetLetters = 60;        // at least, side by side: names are long
 constexpr int wheelStep = 120;          // of one notch
+constexpr int loadingInterval = 500;    // milliseconds; most pages are there before
 constexpr int linesOfArrow = 3;         // that an arrow key moves a large page by
 
 QToolButton* MakeButton(const QString& objectName, Glyph glyph, const QString& tip, const QKeySequence& keys = {})
@@ -45,25 +45,6 @@ QToolButton* MakeButton(const QString& objectName, Glyph glyph, const QString& t
     button->setAccessibleName(tip);
     button->setToolTip(keys.isEmpty() ? tip : tip + " (" + keys.toString(QKeySequence::NativeText) + ')');
     return button;
-}
-
-/// By how many steps a key enlarges the page; 0 for the usual size.
-std::optional<int> ZoomOf(const QKeyEvent& event)
-{
-    if ((event.modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier)) != Qt::ControlModifier) {
-        return std::nullopt;
-    }
-    switch (event.key()) {
-    case Qt::Key_Plus:
-    case Qt::Key_Equal:
-        return 1;
-    case Qt::Key_Minus:
-        return -1;
-    case Qt::Key_0:
-        return 0;
-    default:
-        return std::nullopt;
-    }
 }
 
 void Announce(QLabel& label, const QString& text)
@@ -194,10 +175,11 @@ void QuickLook::Arrange()
     connect(zoomOut, &QToolButton::clicked, this, [this] { pages->ZoomBy(-1); });
     connect(zoomIn, &QToolButton::clicked, this, [this] { pages->ZoomBy(1); });
     connect(pages, &PageView::ZoomChanged, this, [this] {
-        zoom->setText(pages->Zoom() > 1 ? tr("%1 %").arg(qRound(100 * pages->Zoom())) : QString());
-        zoomOut->setEnabled(pages->Zoom() > 1);
+        zoom->setText(pages->CanZoomOut() ? tr("%1 %").arg(qRound(100 * pages->Zoom())) : QString());
+        zoomOut->setEnabled(pages->CanZoomOut());
         zoomIn->setEnabled(pages->CanZoomIn());
         Fit();
+        emit ZoomChanged();
     });
     connect(open, &QToolButton::clicked, this, [this] { emit OpenRequested(id); });
     connect(close, &QToolButton::clicked, this, &QuickLook::Close);
@@ -239,6 +221,9 @@ void QuickLook::ConnectSession()
         }
         UpdatePage();
     });
+    loading.setSingleShot(true);
+    loading.setInterval(loadingInterval);
+    connect(&loading, &QTimer::timeout, this, &QuickLook::UpdatePage);
     update.setSingleShot(true);
     connect(&update, &QTimer::timeout, this, &QuickLook::Update);
     const auto updateSoon = qOverload<>(&QTimer::start);
@@ -309,6 +294,12 @@ void QuickLook::Leave()
     pageNumber->hide();
     id.clear();
     picture->Show({}); // it may be large, or still under way
+    emit ZoomChanged();
+}
+
+PageView& QuickLook::Pages() const
+{
+    return *pages;
 }
 
 void QuickLook::MoveTo(Qt::Key arrow)
@@ -366,6 +357,7 @@ void QuickLook::Update()
         view.selectionModel()->select(index, QItemSelectionModel::ClearAndSelect);
     }
     const QString current = index.data(Model::IdRole).toString();
+    const bool wasLoading = current == id && !picture->IsSettled();
     if (current != id) {
         id = current;
         number = 1;
@@ -374,6 +366,9 @@ void QuickLook::Update()
         pages->Fit();
     }
     picture->Show(index, number);
+    if (!wasLoading) {
+        loading.start();
+    }
     pages->Update();
     const int documentState = index.data(Model::StateRole).toInt();
     const int edge = fontMetrics().height() * 3 / 2;
@@ -386,7 +381,8 @@ void QuickLook::Update()
     badge->setPixmap(disc);
     name->setText(index.data(Model::NameRole).toString());
     name->setToolTip(ToolTipText({name->text()}));
-    state->setText(StateText(documentState));
+    const QString version = VersionText(documentState, picture->IsHere());
+    state->setText(StateText(documentState) + (version.isEmpty() ? QString() : " · " + version));
     setAccessibleName(tr("Quick look: %1, %2").arg(name->text(), state->text()));
     UpdatePage();
 }
@@ -403,6 +399,9 @@ QString QuickLook::Notice() const
     const QString reason = picture->Reason();
     if (!reason.isEmpty() && !picture->IsHere() && !session.IsSignedIn()) {
         return tr("The cloud cannot be reached at the moment.");
+    }
+    if (reason.isEmpty() && !picture->IsSettled() && !loading.isActive()) {
+        return tr("Loading…");
     }
     return reason.isEmpty() ? QString() : tr("The page cannot be shown: %1.").arg(InUsersLanguage(reason));
 }
@@ -428,16 +427,6 @@ void QuickLook::UpdatePage()
     help->setVisible(!notice->text().isEmpty());
     Announce(*pageNumber, count > 0 ? tr("Page %1 of %2").arg(number).arg(count) : tr("Page %1").arg(number));
     pageNumber->show();
-}
-
-bool QuickLook::event(QEvent* event)
-{
-    // The keys that enlarge the thumbnails enlarge the page here.
-    if (event->type() == QEvent::ShortcutOverride && ZoomOf(*static_cast<QKeyEvent*>(event))) {
-        event->accept();
-        return true;
-    }
-    return QFrame::event(event);
 }
 
 bool QuickLook::eventFilter(QObject*, QEvent* event)
@@ -478,10 +467,6 @@ bool QuickLook::focusNextPrevChild(bool next)
 
 void QuickLook::keyPressEvent(QKeyEvent* event)
 {
-    if (const auto steps = ZoomOf(*event)) {
-        *steps == 0 ? pages->Fit() : pages->ZoomBy(*steps);
-        return;
-    }
     switch (event->key()) {
     case Qt::Key_Space:
         if (!event->isAutoRepeat()) { // of the press that has opened it

@@ -32,6 +32,9 @@ public:
     /// Gives the keyboard back to the documents.
     void Close();
 
+    /// Of the document, whether or not it is shown.
+    PageView& Pages() const;
+
     /// What can be done on the sheet by which keys, in the user's language.
     static QVector<QPair<QString, QList<QKeySequence>>> Keys();
 
@@ -41,8 +44,10 @@ signals:
     /// The user wants to see the later pages of a document that is not here.
     void FetchRequested(const QString& id);
 
+    /// How large the page is or can be has changed, or the sheet was closed.
+    void ZoomChanged();
+
 protected:
-    bool event(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
     bool focusNextPrevChild(bool next) override;
     void keyPressEvent(QKeyEvent* event) override;
@@ -103,6 +108,7 @@ private:
     int fetched = 0; ///< percent
     QString failure; ///< why it was not fetched
     int turned = 0;  ///< by the wheel, not yet a page
+    QTimer loading;  ///< a page, which is not worth telling yet
     QTimer update;   ///< a document whose transfer has ended leaves the list and enters it again at once
 };
 

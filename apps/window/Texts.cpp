@@ -123,6 +123,18 @@ QString StateText(int state)
     return Texts::tr("Not in the cloud");
 }
 
+QString VersionText(int state, bool isHere)
+{
+    switch (static_cast<Status>(state)) {
+    case Status::ChangedLocally:
+    case Status::ChangedInCloud:
+    case Status::ChangedOnBothSides:
+        return isHere ? Texts::tr("The version on this computer") : Texts::tr("The version in the cloud");
+    default:
+        return {};
+    }
+}
+
 QString ProblemTitle(const Host::CloudProblem& problem, const QString& name)
 {
     switch (problem.request) {

@@ -33,6 +33,11 @@ QString FolderOf(const QString& path);
 /// \param state a PDF::FileInfo::CloudStatus
 QString StateText(int state);
 
+/// Of which version a picture is; empty where there is but one.
+/// \param state a PDF::FileInfo::CloudStatus
+/// \param isHere whether it is the local one
+QString VersionText(int state, bool isHere);
+
 /// What failed: one short sentence.
 /// \param name of the document
 QString ProblemTitle(const Host::CloudProblem& problem, const QString& name);

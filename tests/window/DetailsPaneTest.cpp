@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QListView>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QSplitter>
 #include <QTest>
 #include <QToolButton>
@@ -41,6 +42,17 @@ protected:
         }
         return texts;
     }
+
+    /// Waits for it: a picture of that colour.
+    bool Shows(const QColor& color) const
+    {
+        return WaitUntil([&] {
+            const QImage picture = Pane()->findChild<QWidget*>("pagePicture")->grab().toImage();
+            return picture.pixelColor(picture.rect().center()) == color;
+        });
+    }
+
+    using WindowTest::Shows;
 
     void ShowPane()
     {
@@ -110,6 +122,24 @@ TEST_F(DetailsPaneTest, AChangedDocumentHasTwoVersionsAndTheListShowsThatOfTheCl
     EXPECT_TRUE(inCloud.startsWith(Window::SizeText(QFileInfo(Cloud("a.pdf")).size())));
 }
 
+TEST_F(DetailsPaneTest, OfTwoVersionsItShowsThatOfTheListAndSaysSo)
+{
+    OpenWithLocalCopy();
+    ShowPane();
+    EXPECT_TRUE(Shows(Qt::red));
+    EXPECT_EQ(Text("detailsVersion"), "") << "there is but one";
+    WriteFile(Local("downloads/a.pdf"), PdfOfColor(Qt::blue));
+    Refresh();
+    ASSERT_TRUE(WaitUntil([&] { return Text("detailsState") == "Changed on this computer"; }));
+    EXPECT_EQ(Text("detailsVersion"), "The version in the cloud");
+    EXPECT_TRUE(Shows(Qt::red));
+    PutIntoCloud("a.pdf", PdfOfColor(Qt::green));
+    Refresh();
+    ASSERT_TRUE(WaitUntil([&] { return Text("detailsState") == "Changed on both sides"; }));
+    EXPECT_EQ(Text("detailsVersion"), "The version in the cloud");
+    EXPECT_TRUE(Shows(Qt::green));
+}
+
 TEST_F(DetailsPaneTest, OfSeveralDocumentsTheNumberAndTheSizeAreTold)
 {
     PutIntoCloud("a.pdf", QByteArray("%PDF-").leftJustified(1024, ' '));
@@ -140,6 +170,24 @@ TEST_F(DetailsPaneTest, OpeningIsOfferedForAsManyAsAreOpenedWithoutAQuestion)
     EXPECT_EQ(Buttons(), QStringList({"Download", "Remove"}));
     Select(names.mid(1));
     EXPECT_EQ(Buttons(), QStringList({"Open", "Download", "Remove"}));
+}
+
+TEST_F(DetailsPaneTest, ThePictureGivesWayToTheButtonsAsFarAsItIsStillOne)
+{
+    OpenWithLocalCopy();
+    ShowPane();
+    const auto heightOfPicture = [this] { return Pane()->findChild<QWidget*>("pagePicture")->height(); };
+    const auto isScrolled = [this] { return Pane()->verticalScrollBar()->isVisible(); };
+    window->resize(1100, 1000);
+    ASSERT_TRUE(WaitUntil([&] { return heightOfPicture() > Pane()->width(); })) << "a whole page is higher than wide";
+    EXPECT_FALSE(isScrolled());
+    const int whole = heightOfPicture();
+    window->resize(1100, 650);
+    ASSERT_TRUE(WaitUntil([&] { return heightOfPicture() < whole; }));
+    EXPECT_FALSE(isScrolled());
+    window->resize(1100, 400);
+    EXPECT_TRUE(WaitUntil([&] { return isScrolled(); }));
+    EXPECT_GE(heightOfPicture(), 5 * Pane()->fontMetrics().lineSpacing());
 }
 
 TEST_F(DetailsPaneTest, NothingIsWiderThanThePane)

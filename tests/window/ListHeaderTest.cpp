@@ -240,6 +240,51 @@ TEST_F(ListHeaderTest, TheNameIsTheLastToBecomeShort)
     EXPECT_EQ(Documents()->fontMetrics().elidedText(state, Qt::ElideRight, room), state);
 }
 
+TEST_F(ListHeaderTest, LongNamesTakeTheRoomOfTheFolderThenOfTheSizeThenOfTheDate)
+{
+    const QString longer = QString("minutes of the meeting ").repeated(4);
+    for (const QString number : {"1", "2", "3"}) {
+        PutIntoCloud(longer + number + ".pdf", PdfOfColor(Qt::red));
+    }
+    OpenCloud();
+    ASSERT_TRUE(WaitUntil([&] { return Names().size() == 6; }));
+    Action("List")->trigger();
+    Select({"a.pdf"});
+    Action("Download")->trigger();
+    ASSERT_TRUE(IsUpToDate("a.pdf"));
+    window->resize(1700, 600);
+    ASSERT_TRUE(WaitUntil([&] { return Header()->Has(Column::Folder); }));
+    QVector<Column> gone;
+    while (window->width() > window->minimumSizeHint().width()) {
+        window->resize(window->width() - 10, 600);
+        QCoreApplication::processEvents();
+        for (const Column column : {Column::Folder, Column::State, Column::Size, Column::Modified}) {
+            if (!Header()->Has(column) && !gone.contains(column)) {
+                gone.append(column);
+            }
+        }
+        const int letters = WidthOf(Column::Name) / Header()->fontMetrics().averageCharWidth();
+        ASSERT_TRUE(!Header()->Has(Column::Folder) || letters >= 80) << letters;
+        ASSERT_TRUE(!Header()->Has(Column::Size) || letters >= 38) << letters;
+    }
+    EXPECT_EQ(gone.mid(0, 3), QVector<Column>({Column::Folder, Column::Size, Column::Modified}));
+    EXPECT_TRUE(Header()->Has(Column::State));
+}
+
+TEST_F(ListHeaderTest, ASingleLongNameLeavesTheOthersTheirColumns)
+{
+    for (int number = 0; number < 20; ++number) {
+        PutIntoCloud(QString("%1.pdf").arg(number), PdfOfColor(Qt::red));
+    }
+    PutIntoCloud(QString("minutes of the meeting ").repeated(4) + ".pdf", PdfOfColor(Qt::red));
+    OpenCloud();
+    ASSERT_TRUE(WaitUntil([&] { return Names().size() == 24; }));
+    Action("List")->trigger();
+    Download("c.pdf");
+    EXPECT_EQ(window->width(), 1100);
+    EXPECT_TRUE(Header()->Has(Column::Size) && Header()->Has(Column::Modified));
+}
+
 TEST_F(ListHeaderTest, TheTitlesReachFromOneSideToTheOtherWhileThereIsNothingToScroll)
 {
     OpenList();

@@ -99,6 +99,27 @@ TEST_F(PageViewTest, KeysEnlargeThePageWithAllPixelsAndNotTheThumbnailsBehind)
     EXPECT_EQ(Documents()->gridSize(), thumbnail);
 }
 
+TEST_F(PageViewTest, TheMenuZoomsThePageAndNotTheThumbnailsBehindIt)
+{
+    LookAtPages({"a.pdf"});
+    const QSize thumbnail = Documents()->gridSize();
+    const QSize fitting = Size();
+    EXPECT_FALSE(Action("Zoom Out")->isEnabled()) << "all of the page is seen";
+    Action("Zoom In")->trigger();
+    EXPECT_GT(Size().height(), fitting.height());
+    EXPECT_TRUE(Action("Zoom Out")->isEnabled());
+    Action("Usual Size")->trigger();
+    EXPECT_TRUE(WaitUntil([&] { return Size() == fitting; }));
+    EXPECT_EQ(Documents()->gridSize(), thumbnail);
+    Press(Qt::Key_Escape);
+    EXPECT_TRUE(Action("Zoom Out")->isEnabled()) << "of the thumbnails";
+    Action("List")->trigger();
+    EXPECT_FALSE(Action("Zoom In")->isEnabled());
+    Press(Qt::Key_Space);
+    EXPECT_TRUE(IsDrawn());
+    EXPECT_TRUE(Action("Zoom In")->isEnabled()) << "of the page";
+}
+
 TEST_F(PageViewTest, APageIsOnlyAsLargeAsItCanBeDrawn)
 {
     LookAtPages({"a.pdf"});

@@ -1,4 +1,4 @@
-#include "WindowTest.h"
+#include "ServerWindowTest.h"
 
 #include <QAbstractButton>
 #include <QAccessible>
@@ -189,6 +189,19 @@ TEST_F(QuickLookTest, LaterPagesOfWhatIsNotHereFollowItsDownload)
     EXPECT_FALSE(QDir(Local("downloads")).exists()) << "it was to be looked at only";
 }
 
+TEST_F(QuickLookTest, WhereThereIsNoPageThereIsNothingToZoom)
+{
+    LookAt({"a.pdf"}, PdfOfColors(threeColors));
+    ASSERT_TRUE(ShowsPage("Page 1", Qt::red));
+    Click(Button("Zoom In"));
+    EXPECT_EQ(Text("quickLookZoom"), "125 %");
+    Click(Button("Next Page"));
+    EXPECT_EQ(Text("pageNumber"), "Page 2");
+    EXPECT_FALSE(Button("Zoom In")->isEnabled());
+    EXPECT_FALSE(Button("Zoom Out")->isEnabled());
+    EXPECT_EQ(Text("quickLookZoom"), "");
+}
+
 TEST_F(QuickLookTest, ANeighbourOfWhatCanBeDownloadedHasTheKeyboardOnTheSheet)
 {
     for (const char* const name : {"a.pdf", "b.pdf"}) {
@@ -240,6 +253,19 @@ TEST_F(QuickLookTest, ArrowsGoToTheNeighboursAndTheSelectionFollows)
     QTest::keyClick(Sheet(), Qt::Key_Down);
     QTest::keyClick(Sheet(), Qt::Key_Escape);
     EXPECT_EQ(Selected(), QStringList("b.pdf"));
+}
+
+TEST_F(QuickLookTest, OfTwoVersionsItShowsTheOneThatWouldBeOpenedAndSaysSo)
+{
+    OpenWithLocalCopy();
+    Press("a.pdf");
+    EXPECT_EQ(Text("quickLookState"), "Up to date");
+    WriteFile(Local("downloads/a.pdf"), PdfOfColor(Qt::blue));
+    PutIntoCloud("a.pdf", PdfOfColor(Qt::green));
+    Refresh();
+    EXPECT_TRUE(
+        WaitUntil([&] { return Text("quickLookState") == "Changed on both sides · The version on this computer"; }));
+    EXPECT_TRUE(ShowsPage("Page 1 of 1", Qt::blue));
 }
 
 TEST_F(QuickLookTest, WhatCannotBeShownSaysWhy)
@@ -299,6 +325,25 @@ TEST_F(QuickLookTest, ASpaceInANameThatIsTypedIsASpace)
     QTest::keyClicks(Documents(), "a c");
     EXPECT_FALSE(Sheet());
     EXPECT_EQ(Selected(), QStringList("a c.pdf"));
+}
+
+/// The same over a server.
+class QuickLookServerTest : public ServerWindowTest {};
+
+TEST_F(QuickLookServerTest, APageThatTakesLongSaysSoUntilItIsThere)
+{
+    server.Put("a.pdf", PdfOfColor(Qt::red));
+    server.Misbehave(TestKit::When("GET").Always(), TestKit::Hangs());
+    SignIn();
+    ASSERT_TRUE(Shows({"a.pdf"}));
+    Select({"a.pdf"});
+    Action("Quick Look")->trigger();
+    const auto notice = [this] { return Find<QLabel>("quickLookNotice"); };
+    EXPECT_TRUE(WaitUntil([&] { return notice() && notice()->text() == "Loading…"; }));
+    server.BehaveAgain();
+    server.Stop(); // what hangs would go on hanging
+    server.Start();
+    EXPECT_TRUE(WaitUntil([&] { return !notice() || notice()->text() != "Loading…"; }));
 }
 
 } // namespace

@@ -72,6 +72,16 @@ TEST_F(ScrollingTest, ASelectedDocumentIsInViewInAnotherModeToo)
     }
 }
 
+TEST_F(ScrollingTest, ASelectedDocumentOutOfSightDoesNotTakeThePlaceInAnotherMode)
+{
+    Documents()->setCurrentIndex(Document(2));
+    Documents()->scrollTo(Document(40), QListView::PositionAtTop);
+    for (const auto mode : {"List", "Thumbnails"}) {
+        Action(mode)->trigger();
+        EXPECT_TRUE(IsWhollySeen(40)) << mode;
+    }
+}
+
 TEST_F(ScrollingTest, AKeySelectsWhereItLeadsAtItsFirstPress)
 {
     for (const auto mode : {"Thumbnails", "List"}) {

@@ -137,6 +137,33 @@ TEST_F(SignInWindowTest, TheListHasTheKeyboardAfterTheSignIn)
     EXPECT_TRUE(Documents()->hasFocus());
 }
 
+TEST_F(SignInWindowTest, TheFirstDocumentShowsThatTheListHasTheKeyboard)
+{
+    PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
+    Open();
+    window->activateWindow();
+    Type(Find<QLineEdit>("folder"), Cloud());
+    QTest::keyClick(Find<QLineEdit>("folder"), Qt::Key_Return);
+    ASSERT_TRUE(WaitUntil([&] { return Documents() && Documents()->hasFocus(); }));
+    ASSERT_TRUE(WaitUntil([&] { return Documents()->currentIndex().isValid(); }));
+    EXPECT_FALSE(Documents()->selectionModel()->hasSelection());
+    const auto hasFrame = [this] { // above the picture
+        const QRect cell = Documents()->visualRect(Documents()->currentIndex());
+        const QImage strip = Documents()->viewport()->grab({cell.topLeft(), QSize(cell.width(), 8)}).toImage();
+        for (int x = 0; x < strip.width(); ++x) {
+            for (int y = 0; y < strip.height(); ++y) {
+                if (strip.pixelColor(x, y) != Documents()->palette().color(QPalette::Base)) {
+                    return true;
+                }
+            }
+        }
+        return false;
+    };
+    EXPECT_TRUE(hasFrame());
+    Find<QLineEdit>("search")->setFocus();
+    EXPECT_FALSE(hasFrame());
+}
+
 TEST_F(SignInWindowTest, WhatIsMissingIsWhereTheKeyboardGoes)
 {
     Open();

@@ -891,6 +891,10 @@
         <source>The cloud cannot be reached at the moment.</source>
         <translation>Die Cloud ist im Augenblick nicht erreichbar.</translation>
     </message>
+    <message>
+        <source>Loading…</source>
+        <translation>Wird geladen …</translation>
+    </message>
 </context>
 <context>
     <name>Norlis::Window::RemovalUndo</name>
@@ -2882,6 +2886,14 @@
             <numerusform>%1 und %n weitere</numerusform>
             <numerusform>%1 und %n weitere</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>The version on this computer</source>
+        <translation>Die Fassung auf diesem Computer</translation>
+    </message>
+    <message>
+        <source>The version in the cloud</source>
+        <translation>Die Fassung in der Cloud</translation>
     </message>
 </context>
 <context>
