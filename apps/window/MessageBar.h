@@ -30,7 +30,7 @@ const auto signIn = QStringLiteral("signIn");
 const auto undo = QStringLiteral("undo");
 } // namespace Topic
 
-/// Shows one problem or notice above what it concerns, and offers remedies. It takes no focus. A message stays until it
+/// Shows one problem or notice below what it concerns, and offers remedies. It takes no focus. A message stays until it
 /// is closed or until what failed succeeds; the ones that it hides come back then. How many there are is on a button
 /// that shows the next one.
 class MessageBar : public TintedFrame {
