@@ -75,7 +75,7 @@ void MessageBar::Show(const QString& topic, const QString& title, const QString&
 {
     const Message message = {topic, detail.isEmpty() ? title : title + ' ' + detail, {}, remedies, kind};
     const auto old = Find(topic);
-    if (kind != Kind::Reminder) {
+    if (!Waits(kind)) {
         Take(topic);
         messages.insert(messages.begin(), message);
         current = 0;
@@ -169,9 +169,15 @@ void MessageBar::ShowCurrent()
     show();
 }
 
+bool MessageBar::Waits(Kind kind)
+{
+    return kind == Kind::Reminder || kind == Kind::Decision;
+}
+
 void MessageBar::ShowKind()
 {
-    const bool isProblem = messages[current].kind == Kind::Problem;
+    const Kind kind = messages[current].kind;
+    const bool isProblem = kind == Kind::Problem || kind == Kind::Decision;
     const int edge = fontMetrics().height();
     icon->setPixmap(GlyphIcon(isProblem ? Glyph::Problem : Glyph::Notice).pixmap(edge, edge));
     SetTint(isProblem ? Tint::Problem : Tint::Notice);

@@ -42,7 +42,8 @@ public:
     enum class Kind {
         Problem,
         Notice,
-        Reminder ///< a notice that waits behind what is shown already
+        Reminder, ///< a notice that waits behind what is shown already
+        Decision  ///< a reminder of what only the user can settle, which looks as a problem does
     };
 
     /// A button that offers to do something about it.
@@ -84,6 +85,7 @@ private:
     std::vector<Message>::iterator Find(const QString& topic);
     void Take(const QString& topic);
     void ShowCurrent();
+    static bool Waits(Kind kind);
     void ShowKind();
     void ShowDetails(const QString& newDetails);
 

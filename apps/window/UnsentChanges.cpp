@@ -108,7 +108,7 @@ void UnsentChanges::Tell()
                                      : QString();
     message.Show(Topic::edited, text, conflictText,
                  {{isConflict ? tr("Resolve…") : tr("Upload Changes"), [this, ids = ids] { emit UploadChosen(ids); }}},
-                 MessageBar::Kind::Reminder);
+                 conflicts > 0 ? MessageBar::Kind::Decision : MessageBar::Kind::Reminder);
 }
 
 void UnsentChanges::OnCopyLeft(const QString& path)
