@@ -507,6 +507,7 @@ void DocumentsPage::OnFailed(const CloudProblem& problem)
         message->Show(Topic::removal, title, detail,
                       {{tr("Try Again"), [this, id = problem.subject] { session.Remove(id); }}});
         message->SetDetails(TechnicalText(problem));
+        message->SetSubject(problem.subject);
         break;
     case CloudProblem::Request::Quota:
         status->Storage().Show(Social::NorlisCloudProtocol::unknownQuota, Social::NorlisCloudProtocol::unknownQuota);

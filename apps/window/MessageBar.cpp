@@ -93,6 +93,19 @@ void MessageBar::SetDetails(const QString& newDetails)
     ShowDetails(newDetails);
 }
 
+void MessageBar::SetSubject(const QString& subject)
+{
+    messages[current].subject = subject;
+}
+
+void MessageBar::Mended(const QString& topic, const QString& subject)
+{
+    const auto found = Find(topic);
+    if (found != messages.end() && found->subject == subject) {
+        Close(topic);
+    }
+}
+
 void MessageBar::Close(const QString& topic)
 {
     if (!Has(topic)) {

@@ -60,8 +60,15 @@ public:
     /// Gives the message that is shown technical details, which the user sees on request. Empty is none.
     void SetDetails(const QString& newDetails);
 
+    /// Tells what the message that is shown is about, for Mended.
+    /// \param subject the id of a document
+    void SetSubject(const QString& subject);
+
     /// Closes the message about that topic, if there is one.
     void Close(const QString& topic);
+
+    /// The same if that is its subject, of which it is no longer true.
+    void Mended(const QString& topic, const QString& subject);
 
     /// Whether there is a message about that topic, shown or waiting.
     bool Has(const QString& topic) const;
@@ -80,6 +87,7 @@ private:
         QString details;
         QVector<Remedy> remedies;
         Kind kind = Kind::Problem;
+        QString subject = {};
     };
 
     std::vector<Message>::iterator Find(const QString& topic);

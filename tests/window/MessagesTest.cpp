@@ -132,6 +132,39 @@ TEST_F(MessagesTest, FromRightToLeftWordsStandBesideTheirPictures)
     QApplication::setLayoutDirection(Qt::LeftToRight);
 }
 
+TEST_F(MessagesTest, ADocumentThatCouldNotBeOpenedIsToldOfNoLongerOnceItIsEdited)
+{
+    OpenWithLocalCopy();
+    PutIntoCloud("b.pdf", PdfOfColor(Qt::blue));
+    Refresh();
+    ASSERT_TRUE(Shows({"a.pdf", "b.pdf"}));
+    Select({"a.pdf"});
+    Action("Open")->trigger(); // there is no program
+    ASSERT_TRUE(Message().startsWith("“a.pdf” cannot be opened.")) << qPrintable(Message());
+    Change("a.pdf"); // so that there is one
+    EXPECT_TRUE(WaitUntil([&] { return Message() == "“a.pdf” was changed."; })) << qPrintable(Message());
+    EXPECT_EQ(Place(), "");
+}
+
+TEST_F(MessagesTest, ARemovalThatWasRefusedIsToldOfNoLongerOnceTheDocumentIsGone)
+{
+    OpenWithLocalCopy();
+    Change("a.pdf");
+    ASSERT_TRUE(WaitUntil([&] { return Message() == "“a.pdf” was changed."; }));
+    Action("Remove")->trigger();
+    PutIntoCloud("a.pdf", PdfOfText("theirs"));
+    Refresh();
+    ASSERT_TRUE(WaitUntil([&] { return StateOf("a.pdf") == static_cast<int>(State::ChangedOnBothSides); }));
+    Answer("Remove");
+    ASSERT_TRUE(WaitUntil([&] { return Message().startsWith("“a.pdf” was not removed."); })) << qPrintable(Message());
+    ASSERT_TRUE(QFile::remove(Cloud("a.pdf")));
+    Refresh();
+    EXPECT_TRUE(WaitUntil([&] { return Message().startsWith("“a.pdf” is no longer in the cloud."); }));
+    EXPECT_TRUE(WaitUntil([&] { return Place().isEmpty(); })) << qPrintable(Place());
+    Drop({Local("downloads/a.pdf")}); // otherwise than by the message
+    EXPECT_TRUE(WaitUntil([&] { return Message().isEmpty(); })) << qPrintable(Message());
+}
+
 TEST_F(MessagesTest, AConflictOfAnUploadThatNobodyAskedForIsNoQuestion)
 {
     QSettings(Local("data/window.ini"), QSettings::IniFormat).setValue("uploadsByItself", true);
