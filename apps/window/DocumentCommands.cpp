@@ -51,6 +51,28 @@ DocumentCommands::DocumentCommands(const Parts& parts, QWidget& widget)
     connect(&unsent, &UnsentChanges::UploadDue, &changes, &ChangesCommands::UploadUnasked);
     connect(&unsent, &UnsentChanges::UploadChosen, &changes, &ChangesCommands::Upload);
     connect(&unsent, &UnsentChanges::UploadAsNewChosen, &uploads, &UploadCommands::UploadNew);
+    ForgetOldMessages();
+}
+
+void DocumentCommands::ForgetOldMessages()
+{
+    connect(&parts.session, &Host::CloudSession::LocalCopyChanged, this,
+            [this](const QString&, const QString& id) { parts.message.Mended(Topic::opening, id); }); // it was opened
+    connect(&parts.session, &Host::CloudSession::RemovalPendingChanged, this,
+            [this](const QString& id, bool isPending) {
+                if (isPending) {
+                    parts.message.Mended(Topic::removal, id);
+                }
+            });
+    const auto forget = [this](const QString& id) {
+        parts.message.Mended(Topic::opening, id);
+        parts.message.Mended(Topic::removal, id);
+    };
+    connect(&parts.session, &Host::CloudSession::DocumentRemoved, this, forget);
+    connect(&parts.session, &Host::CloudSession::ListRefreshed, this,
+            [forget](const QStringList&, const QStringList&, const QStringList& gone) {
+                std::for_each(gone.begin(), gone.end(), forget);
+            });
 }
 
 DocumentCommands::~DocumentCommands()
@@ -159,6 +181,7 @@ void DocumentCommands::OpenFile(const QString& path)
                                ? tr("No program for opening PDF documents was found.")
                                : tr("No program for opening PDF documents was found. The document is at %1.")
                                      .arg(QDir::toNativeSeparators(path)));
+        parts.message.SetSubject(parts.session.DocumentAt(path));
     }
 }
 
@@ -272,6 +295,7 @@ void DocumentCommands::Remove()
         if (!changed.isEmpty()) {
             parts.message.Show(Topic::removal, tr("“%1” was not removed.").arg(NameOf(parts.session, changed)),
                                tr("It has changed in the cloud since you were asked."));
+            parts.message.SetSubject(changed);
         }
     });
 }

@@ -88,6 +88,9 @@ private:
 
     /// At once for the view, with Undo.
     void RemoveLater(const QStringList& ids);
+
+    /// Messages go that are about what has been mended since.
+    void ForgetOldMessages();
     void OpenFile(const QString& path);
 
     /// See Transfers::DecisionNeeded.

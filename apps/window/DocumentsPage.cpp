@@ -12,6 +12,7 @@
 #include "QuickLook.h"
 #include "SearchField.h"
 #include "StatusLine.h"
+#include "StayInView.h"
 #include "Texts.h"
 #include "TransfersPanel.h"
 
@@ -135,7 +136,6 @@ void DocumentsPage::Arrange()
     const auto upperLayout = new QVBoxLayout(upper);
     upperLayout->setContentsMargins(0, 0, 0, 0);
     upperLayout->setSpacing(0);
-    upperLayout->addWidget(message);
     const auto sides = new QSplitter(Qt::Horizontal);
     sides->setObjectName("sides");
     sides->setChildrenCollapsible(false);
@@ -144,6 +144,8 @@ void DocumentsPage::Arrange()
     sides->setStretchFactor(0, 1);
     sides->setSizes({fontMetrics().averageCharWidth() * 100, fontMetrics().averageCharWidth() * 36});
     upperLayout->addWidget(sides, 1);
+    upperLayout->addWidget(message); // below, where it moves no document under the pointer
+    new StayInView(*view);
     const auto splitter = new QSplitter(Qt::Vertical);
     splitter->setObjectName("split");
     splitter->setChildrenCollapsible(false);
@@ -506,6 +508,7 @@ void DocumentsPage::OnFailed(const CloudProblem& problem)
         message->Show(Topic::removal, title, detail,
                       {{tr("Try Again"), [this, id = problem.subject] { session.Remove(id); }}});
         message->SetDetails(TechnicalText(problem));
+        message->SetSubject(problem.subject);
         break;
     case CloudProblem::Request::Quota:
         status->Storage().Show(Social::NorlisCloudProtocol::unknownQuota, Social::NorlisCloudProtocol::unknownQuota);

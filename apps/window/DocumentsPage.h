@@ -64,7 +64,7 @@ public:
     /// How many documents have changes that are not in the cloud.
     int CountOfChanges() const;
 
-    /// Shows a problem above the documents.
+    /// Shows a problem below the documents.
     void ShowProblem(const QString& title, const QString& detail);
 
 signals:

@@ -75,7 +75,7 @@ void MessageBar::Show(const QString& topic, const QString& title, const QString&
 {
     const Message message = {topic, detail.isEmpty() ? title : title + ' ' + detail, {}, remedies, kind};
     const auto old = Find(topic);
-    if (kind != Kind::Reminder) {
+    if (!Waits(kind)) {
         Take(topic);
         messages.insert(messages.begin(), message);
         current = 0;
@@ -91,6 +91,19 @@ void MessageBar::SetDetails(const QString& newDetails)
 {
     messages[current].details = newDetails;
     ShowDetails(newDetails);
+}
+
+void MessageBar::SetSubject(const QString& subject)
+{
+    messages[current].subject = subject;
+}
+
+void MessageBar::Mended(const QString& topic, const QString& subject)
+{
+    const auto found = Find(topic);
+    if (found != messages.end() && found->subject == subject) {
+        Close(topic);
+    }
 }
 
 void MessageBar::Close(const QString& topic)
@@ -169,9 +182,15 @@ void MessageBar::ShowCurrent()
     show();
 }
 
+bool MessageBar::Waits(Kind kind)
+{
+    return kind == Kind::Reminder || kind == Kind::Decision;
+}
+
 void MessageBar::ShowKind()
 {
-    const bool isProblem = messages[current].kind == Kind::Problem;
+    const Kind kind = messages[current].kind;
+    const bool isProblem = kind == Kind::Problem || kind == Kind::Decision;
     const int edge = fontMetrics().height();
     icon->setPixmap(GlyphIcon(isProblem ? Glyph::Problem : Glyph::Notice).pixmap(edge, edge));
     SetTint(isProblem ? Tint::Problem : Tint::Notice);

@@ -30,7 +30,7 @@ const auto signIn = QStringLiteral("signIn");
 const auto undo = QStringLiteral("undo");
 } // namespace Topic
 
-/// Shows one problem or notice above what it concerns, and offers remedies. It takes no focus. A message stays until it
+/// Shows one problem or notice below what it concerns, and offers remedies. It takes no focus. A message stays until it
 /// is closed or until what failed succeeds; the ones that it hides come back then. How many there are is on a button
 /// that shows the next one.
 class MessageBar : public TintedFrame {
@@ -42,7 +42,8 @@ public:
     enum class Kind {
         Problem,
         Notice,
-        Reminder ///< a notice that waits behind what is shown already
+        Reminder, ///< a notice that waits behind what is shown already
+        Decision  ///< a reminder of what only the user can settle, which looks as a problem does
     };
 
     /// A button that offers to do something about it.
@@ -59,8 +60,15 @@ public:
     /// Gives the message that is shown technical details, which the user sees on request. Empty is none.
     void SetDetails(const QString& newDetails);
 
+    /// Tells what the message that is shown is about, for Mended.
+    /// \param subject the id of a document
+    void SetSubject(const QString& subject);
+
     /// Closes the message about that topic, if there is one.
     void Close(const QString& topic);
+
+    /// The same if that is its subject, of which it is no longer true.
+    void Mended(const QString& topic, const QString& subject);
 
     /// Whether there is a message about that topic, shown or waiting.
     bool Has(const QString& topic) const;
@@ -79,11 +87,13 @@ private:
         QString details;
         QVector<Remedy> remedies;
         Kind kind = Kind::Problem;
+        QString subject = {};
     };
 
     std::vector<Message>::iterator Find(const QString& topic);
     void Take(const QString& topic);
     void ShowCurrent();
+    static bool Waits(Kind kind);
     void ShowKind();
     void ShowDetails(const QString& newDetails);
 

@@ -4,7 +4,7 @@
 
 namespace Norlis::Window {
 
-/// How much a message matters. Plain is for where there is none.
+/// How much a message matters: a Problem is what has failed or has to be decided. Plain is for where there is none.
 enum class Tint { Plain, Notice, Problem };
 
 /// The colour behind a message: the window's own, towards blue or amber unless it is plain, so that its text can be

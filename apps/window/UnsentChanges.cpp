@@ -40,6 +40,7 @@ UnsentChanges::UnsentChanges(CloudSession& session, const Model& model, const Tr
     }
     connect(&model, &QAbstractItemModel::dataChanged, &update, qOverload<>(&QTimer::start));
     connect(&session, &CloudSession::DocumentUploaded, &update, qOverload<>(&QTimer::start));
+    connect(&session, &CloudSession::DocumentUploaded, this, &UnsentChanges::OnUploaded);
     connect(&session, &CloudSession::LocalCopyChanged, this,
             [this](const QString&, const QString& id) { OnSaved(id); });
     connect(&session, &CloudSession::CopyLeftBehind, this, &UnsentChanges::OnCopyLeft);
@@ -108,7 +109,7 @@ void UnsentChanges::Tell()
                                      : QString();
     message.Show(Topic::edited, text, conflictText,
                  {{isConflict ? tr("Resolve…") : tr("Upload Changes"), [this, ids = ids] { emit UploadChosen(ids); }}},
-                 MessageBar::Kind::Reminder);
+                 conflicts > 0 ? MessageBar::Kind::Decision : MessageBar::Kind::Reminder);
 }
 
 void UnsentChanges::OnCopyLeft(const QString& path)
@@ -119,6 +120,18 @@ void UnsentChanges::OnCopyLeft(const QString& path)
     left.removeOne(path);
     left.append(path);
     TellOfCopiesLeft();
+}
+
+void UnsentChanges::OnUploaded(const QString& path)
+{
+    if (!left.removeOne(path) || !message.Has(Topic::left)) {
+        return;
+    }
+    if (left.isEmpty()) {
+        message.Close(Topic::left);
+    } else {
+        TellOfCopiesLeft();
+    }
 }
 
 void UnsentChanges::TellOfCopiesLeft()

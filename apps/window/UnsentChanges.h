@@ -50,6 +50,7 @@ private:
     void OnSaved(const QString& id);
     void Tell();
     void OnCopyLeft(const QString& path);
+    void OnUploaded(const QString& path);
     void TellOfCopiesLeft();
 
     Host::CloudSession& session;

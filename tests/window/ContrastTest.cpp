@@ -126,6 +126,26 @@ TEST_P(ContrastTest, TheLineAtTheBottomIsTintedWhileOfflineAndCanBeRead)
     EXPECT_TRUE(WaitUntil([&] { return ground() == paper; }));
 }
 
+TEST_P(ContrastTest, AMessageOfAConflictIsAmberAndNewsAreBlueAndBothCanBeRead)
+{
+    OpenWithLocalCopy();
+    const auto ground = [this] {
+        const auto bar = Find<QWidget>("message");
+        return bar ? bar->grab().toImage().pixelColor(4, 4) : QColor();
+    };
+    const auto isRead = [&] { return Strongest(Find<QLabel>("messageText")->grab().toImage(), ground()) >= 4.5; };
+    WriteFile(Local("downloads/a.pdf"), PdfOfText("ours"));
+    Refresh();
+    ASSERT_TRUE(WaitUntil([&] { return Message() == "“a.pdf” was changed."; }));
+    EXPECT_GT(ground().blue(), ground().red());
+    EXPECT_TRUE(isRead());
+    PutIntoCloud("a.pdf", PdfOfText("theirs"));
+    Refresh();
+    ASSERT_TRUE(WaitUntil([&] { return Message() == "“a.pdf” was changed both here and in the cloud."; }));
+    EXPECT_GT(ground().red(), ground().blue());
+    EXPECT_TRUE(isRead());
+}
+
 INSTANTIATE_TEST_SUITE_P(LightDarkAndHigh, ContrastTest, testing::Values(0, 1, 2));
 
 } // namespace

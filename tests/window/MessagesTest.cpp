@@ -6,6 +6,7 @@
 #include <QClipboard>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListView>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QToolButton>
@@ -16,7 +17,7 @@ namespace {
 
 using testing::IsEmpty;
 
-/// What is told above the documents.
+/// What is told below the documents.
 class MessagesTest : public ServerWindowTest {
 protected:
     void Change(const QString& name)
@@ -62,6 +63,43 @@ TEST_F(MessagesTest, OneThatHidesAnotherSaysHowManyThereAre)
     EXPECT_EQ(Place(), "");
 }
 
+TEST_F(MessagesTest, OneThatAppearsMovesNoDocumentButTheCurrentOneThatItWouldHide)
+{
+    for (int number = 10; number < 60; ++number) {
+        PutIntoCloud(QStringLiteral("%1.pdf").arg(number), PdfOfColor(Qt::red));
+    }
+    OpenCloud();
+    ASSERT_TRUE(WaitUntil([&] { return Names().size() == 50; }));
+    const auto model = Documents()->model();
+    const auto place = [&](const QModelIndex& document) {
+        const auto viewport = Documents()->viewport();
+        return QRect(viewport->mapTo(window.get(), Documents()->visualRect(document).topLeft()),
+                     Documents()->visualRect(document).size());
+    };
+    const auto isInView = [&](const QModelIndex& document) {
+        return Documents()->viewport()->rect().contains(Documents()->visualRect(document));
+    };
+    const auto tell = [this] {
+        QApplication::clipboard()->setText("no file");
+        Action("Paste")->trigger();
+        EXPECT_EQ(Message(), "There are no files on the clipboard.");
+    };
+    Documents()->setCurrentIndex(model->index(0, 0));
+    const QRect before = place(model->index(0, 0));
+    const int height = Documents()->viewport()->height();
+    tell();
+    ASSERT_TRUE(WaitUntil([&] { return Documents()->viewport()->height() < height; }));
+    EXPECT_EQ(place(model->index(0, 0)), before);
+    Click(Find<QToolButton>("closeMessage"));
+    ASSERT_TRUE(WaitUntil([&] { return Documents()->viewport()->height() == height; }));
+    EXPECT_EQ(place(model->index(0, 0)), before);
+    Documents()->setCurrentIndex(model->index(40, 0)); // comes into view at its lower edge
+    ASSERT_TRUE(WaitUntil([&] { return isInView(Documents()->currentIndex()); }));
+    tell();
+    ASSERT_TRUE(WaitUntil([&] { return Documents()->viewport()->height() < height; }));
+    EXPECT_TRUE(WaitUntil([&] { return isInView(Documents()->currentIndex()); }));
+}
+
 TEST_F(MessagesTest, FromRightToLeftWordsStandBesideTheirPictures)
 {
     QApplication::setLayoutDirection(Qt::RightToLeft);
@@ -92,6 +130,39 @@ TEST_F(MessagesTest, FromRightToLeftWordsStandBesideTheirPictures)
     EXPECT_GT(hint.first(), search->width() / 3) << "at the glass";
     window.reset();
     QApplication::setLayoutDirection(Qt::LeftToRight);
+}
+
+TEST_F(MessagesTest, ADocumentThatCouldNotBeOpenedIsToldOfNoLongerOnceItIsEdited)
+{
+    OpenWithLocalCopy();
+    PutIntoCloud("b.pdf", PdfOfColor(Qt::blue));
+    Refresh();
+    ASSERT_TRUE(Shows({"a.pdf", "b.pdf"}));
+    Select({"a.pdf"});
+    Action("Open")->trigger(); // there is no program
+    ASSERT_TRUE(Message().startsWith("“a.pdf” cannot be opened.")) << qPrintable(Message());
+    Change("a.pdf"); // so that there is one
+    EXPECT_TRUE(WaitUntil([&] { return Message() == "“a.pdf” was changed."; })) << qPrintable(Message());
+    EXPECT_EQ(Place(), "");
+}
+
+TEST_F(MessagesTest, ARemovalThatWasRefusedIsToldOfNoLongerOnceTheDocumentIsGone)
+{
+    OpenWithLocalCopy();
+    Change("a.pdf");
+    ASSERT_TRUE(WaitUntil([&] { return Message() == "“a.pdf” was changed."; }));
+    Action("Remove")->trigger();
+    PutIntoCloud("a.pdf", PdfOfText("theirs"));
+    Refresh();
+    ASSERT_TRUE(WaitUntil([&] { return StateOf("a.pdf") == static_cast<int>(State::ChangedOnBothSides); }));
+    Answer("Remove");
+    ASSERT_TRUE(WaitUntil([&] { return Message().startsWith("“a.pdf” was not removed."); })) << qPrintable(Message());
+    ASSERT_TRUE(QFile::remove(Cloud("a.pdf")));
+    Refresh();
+    EXPECT_TRUE(WaitUntil([&] { return Message().startsWith("“a.pdf” is no longer in the cloud."); }));
+    EXPECT_TRUE(WaitUntil([&] { return Place().isEmpty(); })) << qPrintable(Place());
+    Drop({Local("downloads/a.pdf")}); // otherwise than by the message
+    EXPECT_TRUE(WaitUntil([&] { return Message().isEmpty(); })) << qPrintable(Message());
 }
 
 TEST_F(MessagesTest, AConflictOfAnUploadThatNobodyAskedForIsNoQuestion)

@@ -73,7 +73,7 @@ protected:
     void ClickButton(const QString& text);
     void Type(QWidget* widget, const QString& text);
 
-    /// What the message above the documents says; empty when there is none.
+    /// What the message below the documents says; empty when there is none.
     QString Message() const;
 
     /// What stands where there are no documents; empty when there are some.
