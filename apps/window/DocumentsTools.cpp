@@ -12,8 +12,11 @@ namespace Norlis::Window {
 
 namespace {
 
-constexpr int leastLines = 30;   // of a page whose tools have texts
-constexpr int leastLetters = 90; // of a line that holds the toolbar and the search
+constexpr int leastLines = 30; // of a page whose tools have texts
+
+// Of a search beside the toolbar.
+constexpr int leastLetters = 30;
+constexpr int mostLetters = 60;
 
 QBoxLayout* MakeUpper(FittingToolBar& bar, SearchField& search)
 {
@@ -33,6 +36,7 @@ QBoxLayout* MakeUpper(FittingToolBar& bar, SearchField& search)
 DocumentsTools::DocumentsTools(const DocumentActions& actions, SearchField& search, FilterChips& chips,
                                QComboBox& order)
     : bar(new FittingToolBar),
+      search(search),
       upper(MakeUpper(*bar, search))
 {
     bar->setAccessibleName(tr("Toolbar"));
@@ -57,11 +61,13 @@ DocumentsTools::DocumentsTools(const DocumentActions& actions, SearchField& sear
 void DocumentsTools::Fit(const QSize& page)
 {
     const bool isLow = page.height() < leastLines * fontMetrics().lineSpacing();
-    const bool isWide = page.width() > leastLetters * fontMetrics().averageCharWidth();
     bar->LeaveOutTexts(isLow);
-    upper->setDirection(!(isLow && isWide) ? QBoxLayout::TopToBottom
-                        : isRightToLeft()  ? QBoxLayout::RightToLeft
-                                           : QBoxLayout::LeftToRight);
+    const int letter = fontMetrics().averageCharWidth();
+    const bool isBeside = page.width() >= bar->WholeWidth() + leastLetters * letter;
+    upper->setDirection(!isBeside         ? QBoxLayout::TopToBottom
+                        : isRightToLeft() ? QBoxLayout::RightToLeft
+                                          : QBoxLayout::LeftToRight);
+    search.setMaximumWidth(isBeside ? mostLetters * letter : QWIDGETSIZE_MAX);
 }
 
 } // namespace Norlis::Window

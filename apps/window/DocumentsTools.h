@@ -20,12 +20,13 @@ public:
     /// Takes the search, the chips and the box.
     DocumentsTools(const DocumentActions& actions, SearchField& search, FilterChips& chips, QComboBox& order);
 
-    /// Leaves a low page, as with large letters, its room for the documents.
-    /// \param page size of the tools and the documents together
+    /// Puts the search beside the toolbar where there is room for both, and leaves a low page, as with large letters,
+    /// its room for the documents. \param page size of the tools and the documents together
     void Fit(const QSize& page);
 
 private:
     FittingToolBar* const bar;
+    SearchField& search;
     QBoxLayout* const upper; ///< the toolbar and the search
 };
 

@@ -19,6 +19,22 @@ public:
         }
     }
 
+    /// With the texts, unless they are left out however wide it is.
+    int WholeWidth()
+    {
+        if (wholeWidth == 0) {
+            Fit();
+        }
+        return wholeWidth;
+    }
+
+    /// As wide as with the texts, so that a layout gives it the room for them.
+    QSize sizeHint() const override
+    {
+        const QSize hint = QToolBar::sizeHint();
+        return {qMax(hint.width(), wholeWidth), hint.height()};
+    }
+
 protected:
     void resizeEvent(QResizeEvent* event) override
     {
@@ -38,12 +54,14 @@ private:
     void Fit()
     {
         setToolButtonStyle(isBrief ? Qt::ToolButtonIconOnly : Qt::ToolButtonTextUnderIcon);
-        if (sizeHint().width() > width()) {
+        wholeWidth = QToolBar::sizeHint().width();
+        if (wholeWidth > width()) {
             setToolButtonStyle(Qt::ToolButtonIconOnly);
         }
     }
 
     bool isBrief = false;
+    int wholeWidth = 0;
 };
 
 } // namespace Norlis::Window

@@ -177,20 +177,26 @@ TEST_F(AccessibilityTest, LargeLettersLeaveEveryToolInSight)
                    tool.width() >= tool.sizeHint().width();
         });
     };
-    EXPECT_TRUE(isEachInSight());
-    EXPECT_EQ(tools->toolButtonStyle(), Qt::ToolButtonTextUnderIcon);
+    const auto& search = *Find<QLineEdit>("search");
+    const auto isBeside = [&] {
+        return search.mapTo(window.get(), QPoint()).x() > tools->geometry().right() &&
+               search.mapTo(window.get(), QPoint()).y() < tools->mapTo(window.get(), QPoint()).y() + tools->height();
+    };
+    const auto isBelow = [&] {
+        return search.mapTo(window.get(), QPoint()).y() >= tools->mapTo(window.get(), QPoint()).y() + tools->height();
+    };
+    const auto hasTexts = [&] { return tools->toolButtonStyle() == Qt::ToolButtonTextUnderIcon; };
+    window->resize(1100, 760);
+    EXPECT_TRUE(WaitUntil([&] { return isEachInSight() && hasTexts() && isBeside(); }));
     QFont large = before;
     large.setPointSize(18);
     QApplication::setFont(large);
-    window->resize(800, 600);
-    EXPECT_TRUE(WaitUntil(isEachInSight));
+    window->resize(700, 600);
+    EXPECT_TRUE(WaitUntil([&] { return isEachInSight() && !hasTexts() && isBelow(); }));
     window->resize(3000, 1500);
-    EXPECT_TRUE(WaitUntil([&] { return isEachInSight() && tools->toolButtonStyle() == Qt::ToolButtonTextUnderIcon; }));
-    const auto& search = *Find<QLineEdit>("search");
-    EXPECT_GT(search.mapTo(window.get(), QPoint()).y(), tools->mapTo(window.get(), QPoint()).y() + tools->height() - 1);
+    EXPECT_TRUE(WaitUntil([&] { return isEachInSight() && hasTexts() && isBeside(); }));
     window->resize(2000, 600);
-    EXPECT_TRUE(WaitUntil([&] { return isEachInSight() && tools->toolButtonStyle() == Qt::ToolButtonIconOnly; }));
-    EXPECT_TRUE(WaitUntil([&] { return search.mapTo(window.get(), QPoint()).x() > tools->geometry().right(); }));
+    EXPECT_TRUE(WaitUntil([&] { return isEachInSight() && !hasTexts() && isBeside(); }));
     window.reset();
     QApplication::setFont(before);
 }
