@@ -435,6 +435,14 @@
         <source>Show All</source>
         <translation>Alle zeigen</translation>
     </message>
+    <message>
+        <source>The removal is being sent to the cloud.</source>
+        <translation>Das Entfernen wird an die Cloud gesendet.</translation>
+    </message>
+    <message>
+        <source>Then the window closes.</source>
+        <translation>Danach schließt sich das Fenster.</translation>
+    </message>
 </context>
 <context>
     <name>Norlis::Window::DocumentsTools</name>
@@ -685,14 +693,6 @@
         <translation>Die Änderungen bleiben in den Dateien auf diesem Computer.</translation>
     </message>
     <message>
-        <source>The removal is being sent to the cloud.</source>
-        <translation>Das Entfernen wird an die Cloud gesendet.</translation>
-    </message>
-    <message>
-        <source>Then the window closes.</source>
-        <translation>Danach schließt sich das Fenster.</translation>
-    </message>
-    <message>
         <source>Transfers have not ended. Sign out anyway?</source>
         <translation>Übertragungen sind noch nicht beendet. Trotzdem abmelden?</translation>
     </message>
@@ -703,6 +703,30 @@
     <message>
         <source>Transfers have not ended. Quit anyway?</source>
         <translation>Übertragungen sind noch nicht beendet. Trotzdem beenden?</translation>
+    </message>
+    <message>
+        <source>Not removed from the cloud: %1</source>
+        <translation>Nicht aus der Cloud entfernt: %1</translation>
+    </message>
+    <message>
+        <source>The documents stay there, and are in the list at the next start.</source>
+        <translation>Die Dokumente bleiben dort und stehen beim nächsten Start wieder in der Liste.</translation>
+    </message>
+    <message>
+        <source>Stay</source>
+        <translation>Bleiben</translation>
+    </message>
+    <message>
+        <source>Removals could not be sent. Sign out anyway?</source>
+        <translation>Dokumente konnten nicht entfernt werden. Trotzdem abmelden?</translation>
+    </message>
+    <message>
+        <source>Removals could not be sent. Quit anyway?</source>
+        <translation>Dokumente konnten nicht entfernt werden. Trotzdem beenden?</translation>
+    </message>
+    <message>
+        <source>Quit Anyway</source>
+        <translation>Trotzdem beenden</translation>
     </message>
 </context>
 <context>
@@ -1082,6 +1106,13 @@
         <translation>
             <numerusform>Die Cloud antwortet seit %n s nicht</numerusform>
             <numerusform>Die Cloud antwortet seit %n s nicht</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n removal(s) waiting</source>
+        <translation>
+            <numerusform>Noch %n zu entfernen</numerusform>
+            <numerusform>Noch %n zu entfernen</numerusform>
         </translation>
     </message>
 </context>
