@@ -452,6 +452,38 @@ bool DocumentsPage::HasRunningTransfers() const
     return transfers.CountOfActive() > 0;
 }
 
+void DocumentsPage::SetClosing(bool isClosing)
+{
+    if (isClosing) {
+        message->Show(Topic::closing, tr("The removal is being sent to the cloud."), tr("Then the window closes."), {},
+                      MessageBar::Kind::Notice);
+    } else {
+        message->Close(Topic::closing);
+    }
+}
+
+QStringList DocumentsPage::PendingRemovals() const
+{
+    QStringList ids;
+    for (int row = 0; row < model.rowCount(); ++row) {
+        if (model.index(row).data(Host::CloudDocumentsModel::HiddenRole).toBool()) {
+            ids.append(model.index(row).data(Host::CloudDocumentsModel::IdRole).toString());
+        }
+    }
+    return ids;
+}
+
+QStringList DocumentsPage::NamesOf(const QStringList& ids) const
+{
+    QStringList names;
+    for (const QString& id : ids) {
+        if (session.Facts(id)) {
+            names.append(NameOf(session, id));
+        }
+    }
+    return names;
+}
+
 void DocumentsPage::ShowProblem(const QString& title, const QString& detail)
 {
     message->Show(Topic::save, title, detail);
@@ -568,6 +600,7 @@ void DocumentsPage::UpdateStatus()
     for (const auto& index : selected) {
         situation.selectedSize += index.data(Host::CloudDocumentsModel::SizeRole).toLongLong();
     }
+    situation.removals = model.rowCount() - model.VisibleCount();
     situation.isRefreshing = isRefreshing;
     situation.isSigningIn = !token.isEmpty();
     situation.askedAt = askedAt;

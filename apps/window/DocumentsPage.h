@@ -64,6 +64,15 @@ public:
     /// How many documents have changes that are not in the cloud.
     int CountOfChanges() const;
 
+    /// Tells that removals are being sent, after which the window closes, or no longer does.
+    void SetClosing(bool isClosing);
+
+    /// Ids of documents whose removal has not ended.
+    QStringList PendingRemovals() const;
+
+    /// Names of those of the documents that are in the cloud still.
+    QStringList NamesOf(const QStringList& ids) const;
+
     /// Shows a problem below the documents.
     void ShowProblem(const QString& title, const QString& detail);
 

@@ -12,6 +12,7 @@
 #include <apps/common/PrintableText.h>
 #include <host/account/ServiceAddress.h>
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QFileInfo>
@@ -225,15 +226,31 @@ void MainWindow::ShowDocuments()
     OfferUpload(service == interrupted ? std::exchange(unsent, {}) : QStringList());
 }
 
-void MainWindow::Settle(const std::function<void()>& action)
+void MainWindow::Settle(const QString& question, const QString& consent, const std::function<void()>& action)
 {
-    connect(
-        session.get(), &CloudSession::ReadyToClose, this,
-        [this, action] {
-            isSettled = true;
+    const auto once = new QObject(session.get());
+    const auto end = [=, ids = documents->PendingRemovals()] {
+        once->deleteLater();
+        isSettled = true;
+        const QStringList names = documents->NamesOf(ids);
+        if (names.isEmpty() || isClosingWithoutAsking) {
             action();
-        },
-        Qt::QueuedConnection); // the session must not be destroyed while it emits
+            return;
+        }
+        documents->SetClosing(false);
+        setEnabled(true);
+        auto& box = AskToConfirm(*this, "confirmUnsentRemovals", question,
+                                 tr("Not removed from the cloud: %1").arg(SomeOf(names)) + "\n\n" +
+                                     tr("The documents stay there, and are in the list at the next start."),
+                                 consent, action);
+        box.button(QMessageBox::Cancel)->setText(tr("Stay"));
+        connect(&box, &QDialog::rejected, this, [this] {
+            isSettled = false;
+            isCloseConfirmed = false;
+        });
+    };
+    // Queued, because the session must not be destroyed while it emits.
+    connect(session.get(), &CloudSession::ReadyToClose, once, end, Qt::QueuedConnection);
     session->PrepareToClose();
 }
 
@@ -256,7 +273,7 @@ void MainWindow::OfferUpload(const QStringList& files)
 void MainWindow::SignOut()
 {
     if (session->HasPendingRemovals() && !isSettled) {
-        Settle([this] { SignOut(); });
+        Settle(tr("Removals could not be sent. Sign out anyway?"), tr("Sign Out"), [this] { SignOut(); });
         return;
     }
     session->SignOut();
@@ -336,9 +353,9 @@ void MainWindow::closeEvent(QCloseEvent* event)
     }
     if (session && session->HasPendingRemovals() && !isSettled) {
         event->ignore();
-        documents->ShowProblem(tr("The removal is being sent to the cloud."), tr("Then the window closes."));
+        documents->SetClosing(true);
         setEnabled(false);
-        Settle([this] { close(); });
+        Settle(tr("Removals could not be sent. Quit anyway?"), tr("Quit Anyway"), [this] { close(); });
         return;
     }
     settings.setValue(Key::geometry, saveGeometry());

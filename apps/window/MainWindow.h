@@ -55,8 +55,9 @@ private:
     void ShowDocuments();
     void SignOut();
 
-    /// Sends what the user could still have taken back, then runs the action.
-    void Settle(const std::function<void()>& action);
+    /// Sends what the user could still have taken back, then runs the action; if that fails, when the user has agreed.
+    /// \param question and what agrees, for then
+    void Settle(const QString& question, const QString& consent, const std::function<void()>& action);
 
     /// Runs the action, if need be when the user has agreed.
     /// \param detail says what becomes of what is under way; may be empty

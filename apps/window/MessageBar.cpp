@@ -194,6 +194,9 @@ void MessageBar::ShowKind()
     const int edge = fontMetrics().height();
     icon->setPixmap(GlyphIcon(isProblem ? Glyph::Problem : Glyph::Notice).pixmap(edge, edge));
     SetTint(isProblem ? Tint::Problem : Tint::Notice);
+    QPalette readable = palette(); // while the window takes no input too
+    readable.setColor(QPalette::Disabled, QPalette::WindowText, readable.color(QPalette::Active, QPalette::WindowText));
+    text->setPalette(readable);
 }
 
 void MessageBar::changeEvent(QEvent* event)

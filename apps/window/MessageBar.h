@@ -16,6 +16,7 @@ namespace Norlis::Window {
 
 // What a message can be about.
 namespace Topic {
+const auto closing = QStringLiteral("closing");
 const auto files = QStringLiteral("files");
 const auto edited = QStringLiteral("edited");
 const auto fetched = QStringLiteral("fetched");

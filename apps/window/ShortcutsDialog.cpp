@@ -89,8 +89,12 @@ ShortcutsDialog::ShortcutsDialog(const QMenuBar& bar, QWidget* parent) : QDialog
     layout->addWidget(list);
     layout->addWidget(buttons);
     list->setSizeAdjustPolicy(QTreeWidget::AdjustToContents);
+    list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff); // no line is kept for it, unless it is needed
     const QSize wanted(columns + 8 * fontMetrics().averageCharWidth(), sizeHint().height());
     resize(wanted.boundedTo(screen()->availableGeometry().size() * 92 / 100));
+    if (width() < wanted.width()) {
+        list->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    }
 }
 
 } // namespace Norlis::Window

@@ -7,6 +7,7 @@
 #include <QHBoxLayout>
 #include <QPushButton>
 
+#include <algorithm>
 #include <utility>
 
 namespace Norlis::Window {
@@ -73,7 +74,8 @@ void StatusLine::ReadNumbersAloud()
 void StatusLine::Explain(const QString& newReason, const QString& technical)
 {
     reason = newReason;
-    text->setToolTip(ToolTipText({reason, technical}));
+    details = technical;
+    Update();
 }
 
 void StatusLine::resizeEvent(QResizeEvent* event)
@@ -95,7 +97,41 @@ void StatusLine::Update()
     if (hadKeyboard && !tryNow->hasFocus() && !stopWaiting->hasFocus()) {
         emit KeyboardLeft();
     }
-    text->setText(situation.isOffline ? OfflineText() : OnlineText());
+    ShowParts(situation.isOffline ? OfflineParts() : OnlineParts());
+}
+
+void StatusLine::ShowParts(QVector<Part> parts)
+{
+    const auto textOf = [](const QVector<Part>& all) {
+        QStringList texts;
+        for (const Part& part : all) {
+            texts.append(part.text);
+        }
+        return texts.join(" · ");
+    };
+    const QString whole = textOf(parts);
+    int room = contentsRect().marginsRemoved(layout()->contentsMargins()).width();
+    for (const QWidget* const other : std::initializer_list<const QWidget*>{tryNow, stopWaiting, storage}) {
+        room -= other->isHidden() ? 0 : other->sizeHint().width() + layout()->spacing();
+    }
+    const auto fits = [&](QVector<Part> all) {
+        if (all.last().importance == Importance::End) {
+            all.removeLast();
+        }
+        return fontMetrics().horizontalAdvance(textOf(all)) < room;
+    };
+    while (!fits(parts)) {
+        const auto least = std::min_element(parts.begin(), parts.end(), [](const Part& one, const Part& other) {
+            return one.importance < other.importance;
+        });
+        if (least->importance >= Importance::Kept) {
+            break;
+        }
+        parts.erase(least);
+    }
+    text->setText(textOf(parts));
+    const bool isWhole = textOf(parts) == whole && fontMetrics().horizontalAdvance(whole) < room;
+    text->setToolTip(ToolTipText({isWhole ? QString() : whole, isWhole ? reason : QString(), details}));
 }
 
 int StatusLine::SecondsWithoutAnswer() const
@@ -107,55 +143,56 @@ int StatusLine::SecondsWithoutAnswer() const
     return seconds < usualSeconds ? 0 : static_cast<int>(seconds);
 }
 
-QString StatusLine::NumbersText() const
+QVector<StatusLine::Part> StatusLine::Numbers() const
 {
     const int all = situation.all;
-    const QString documents = situation.shown == all ? tr("%n document(s)", nullptr, all)
-                                                     : tr("%1 of %n document(s)", nullptr, all).arg(situation.shown);
-    if (situation.selected == 0) {
-        return documents;
+    QVector<Part> parts = {{situation.shown == all ? tr("%n document(s)", nullptr, all)
+                                                   : tr("%1 of %n document(s)", nullptr, all).arg(situation.shown),
+                            situation.isOffline ? Importance::Least : Importance::Kept}};
+    if (situation.selected > 0) {
+        parts.append({tr("%n selected, %1", nullptr, situation.selected).arg(SizeText(situation.selectedSize)),
+                      situation.isOffline ? Importance::Least : Importance::Kept});
     }
-    return documents + " · " + tr("%n selected, %1", nullptr, situation.selected).arg(SizeText(situation.selectedSize));
+    return parts;
 }
 
-QString StatusLine::OnlineText() const
+QVector<StatusLine::Part> StatusLine::OnlineParts() const
 {
-    QStringList parts = {NumbersText()};
+    QVector<Part> parts = Numbers();
     if (const int seconds = SecondsWithoutAnswer()) {
-        parts.append(tr("The cloud has not answered for %n s", nullptr, seconds));
+        parts.append({tr("The cloud has not answered for %n s", nullptr, seconds), Importance::Kept});
     } else if (situation.isRefreshing) {
-        parts.append(tr("refreshing…"));
+        parts.append({tr("refreshing…"), Importance::Least});
     } else if (situation.isSigningIn) {
-        parts.append(tr("signing in…"));
+        parts.append({tr("signing in…"), Importance::Least});
     } else if (situation.refreshedAt.isValid()) {
-        parts.append(tr("as of %1").arg(TimeText(situation.refreshedAt.time())));
+        parts.append({tr("as of %1").arg(TimeText(situation.refreshedAt.time())), Importance::Least});
     }
-    return parts.join(" · ");
+    return parts;
 }
 
-QString StatusLine::OfflineText() const
+QVector<StatusLine::Part> StatusLine::OfflineParts() const
 {
-    QStringList parts = {tr("Offline")};
+    QVector<Part> parts = Numbers();
+    parts.append({tr("Offline"), Importance::Kept});
     if (situation.nextAttempt.isValid()) {
         const qint64 wait = QDateTime::currentDateTime().msecsTo(situation.nextAttempt);
         constexpr qint64 second = 1000;
-        parts.append(tr("trying again in %n s", nullptr, static_cast<int>(qMax(wait + second - 1, second) / second)));
+        parts.append({tr("trying again in %n s", nullptr, static_cast<int>(qMax(wait + second - 1, second) / second)),
+                      Importance::Kept});
     } else {
-        parts.append(tr("trying again…"));
+        parts.append({tr("trying again…"), Importance::Kept});
+    }
+    if (situation.removals > 0) {
+        parts.append({tr("%n removal(s) waiting", nullptr, situation.removals), Importance::Kept});
     }
     if (situation.refreshedAt.isValid()) {
-        parts.append(tr("list of %1").arg(TimeText(situation.refreshedAt.time())));
+        parts.append({tr("list of %1").arg(TimeText(situation.refreshedAt.time())), Importance::More});
     }
-    const QStringList all = QStringList(NumbersText()) + parts;
-    const int room = contentsRect().width() - tryNow->sizeHint().width() - storage->sizeHint().width() -
-                     4 * layout()->contentsMargins().left();
-    if (fontMetrics().horizontalAdvance(all.join(" · ")) < room) {
-        parts = all;
+    if (!reason.isEmpty()) {
+        parts.append({reason.chopped(reason.endsWith('.') ? 1 : 0), Importance::End});
     }
-    if (!reason.isEmpty()) { // last, because the end of the line is what gives way; all of it is in the tool tip
-        parts.append(reason.chopped(reason.endsWith('.') ? 1 : 0));
-    }
-    return parts.join(" · ");
+    return parts;
 }
 
 } // namespace Norlis::Window

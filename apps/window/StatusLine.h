@@ -22,6 +22,7 @@ public:
         int all = 0;
         int selected = 0;
         qint64 selectedSize = 0; ///< bytes
+        int removals = 0;        ///< of documents, that have not been sent
         bool isRefreshing = false;
         bool isSigningIn = false;
         QDateTime askedAt;     ///< when that was begun
@@ -61,12 +62,25 @@ private:
 
     /// For an answer that is being waited for; 0 while that takes no longer than usual.
     int SecondsWithoutAnswer() const;
-    QString NumbersText() const;
-    QString OnlineText() const;
-    QString OfflineText() const;
+
+    /// How long a part stays where there is too little room. The end of the line may be cut, before other parts go.
+    enum class Importance { Least, More, Kept, End };
+
+    struct Part {
+        QString text;
+        Importance importance;
+    };
+
+    QVector<Part> Numbers() const;
+    QVector<Part> OnlineParts() const;
+    QVector<Part> OfflineParts() const;
+
+    /// As many as there is room for; all are in the tool tip.
+    void ShowParts(QVector<Part> parts);
 
     Situation situation;
-    QString reason; ///< a sentence
+    QString reason;  ///< a sentence
+    QString details; ///< for experts
     QLabel* const text;
     QPushButton* const tryNow;
     QPushButton* const stopWaiting;

@@ -8,6 +8,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QLocale>
+#include <QRegularExpression>
 #include <QTextDocument>
 
 #include <ctime>
@@ -41,6 +42,13 @@ QString DateFormat()
 {
     const QString format = QLocale().dateFormat(QLocale::ShortFormat);
     return format.contains("yyyy") ? format : QString(format).replace("yy", "yyyy");
+}
+
+/// What a server answered in figures, at the end of a reason.
+const QRegularExpression& StatusPattern()
+{
+    static const QRegularExpression pattern(" \\(([0-9]{3})\\)");
+    return pattern;
 }
 
 QString AsSentence(QString text)
@@ -158,7 +166,8 @@ QString ProblemTitle(const Host::CloudProblem& problem, const QString& name)
 
 QString ProblemReason(const Host::CloudProblem& problem)
 {
-    const QString reason = problem.cause.reason.isEmpty() ? problem.message : problem.cause.reason;
+    QString reason = problem.cause.reason.isEmpty() ? problem.message : problem.cause.reason;
+    reason.remove(StatusPattern());
     return Apps::Printable(AsSentence(InUsersLanguage(reason)));
 }
 
@@ -170,7 +179,10 @@ QString ProblemDetail(const Host::CloudProblem& problem)
 
 QString TechnicalText(const Host::CloudProblem& problem)
 {
-    return Apps::Printable(problem.cause.details);
+    const auto status = StatusPattern().match(problem.cause.reason);
+    const QString answer = status.hasMatch() ? "HTTP " + status.captured(1) : QString();
+    return Apps::Printable(problem.cause.details.isEmpty() || answer.isEmpty() ? answer + problem.cause.details
+                                                                               : answer + ": " + problem.cause.details);
 }
 
 QString SomeOf(const QStringList& names)

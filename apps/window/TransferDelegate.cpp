@@ -91,7 +91,7 @@ void PaintProgress(QPainter& painter, const QStyleOptionViewItem& option, const 
     bar.minimum = 0;
     bar.maximum = 100;
     bar.progress = percent;
-    bar.text = TransferDelegate::tr("%1%").arg(percent) + " · " + index.data(Transfers::ProgressRole).toString();
+    bar.text = index.data(Transfers::ProgressRole).toString();
     bar.textVisible = true;
     bar.textAlignment = Qt::AlignCenter;
     StyleOf(option).drawControl(QStyle::CE_ProgressBar, &bar, &painter, option.widget);

@@ -237,8 +237,11 @@ QString Transfers::ProgressOfAll() const
 QString Transfers::ProgressOf(const Transfer& transfer) const
 {
     const qint64 now = clock.elapsed();
-    const QString progress = ProgressText(transfer.Transferred(), transfer.size, transfer.meter.Rate(now),
-                                          transfer.meter.TimeLeft(transfer.size - transfer.Transferred(), now));
+    const QString progress =
+        transfer.percent == 0 ? tr("starting…") // the server may not have answered
+                              : tr("%1%").arg(transfer.percent) + " · " +
+                                    ProgressText(transfer.Transferred(), transfer.size, transfer.meter.Rate(now),
+                                                 transfer.meter.TimeLeft(transfer.size - transfer.Transferred(), now));
     const auto halted = static_cast<int>(transfer.meter.SecondsHalted(now));
     return halted == 0 ? progress : progress + " · " + tr("no progress for %n s", nullptr, halted);
 }
@@ -265,6 +268,7 @@ QVariant Transfers::data(const QModelIndex& index, int role) const
                               : transfer.status == Status::Canceled ? tr("canceled")
                               : transfer.status == Status::Queued   ? tr("waiting for its turn")
                               : transfer.status == Status::Waiting  ? tr("waiting for the cloud")
+                              : transfer.percent == 0               ? tr("starting…")
                                                                     : tr("%1%").arg(transfer.percent);
         const QString text = IsDownload(transfer) ? tr("Download of %1: %2") : tr("Upload of %1: %2");
         return text.arg(transfer.name, state) + (transfer.detail.isEmpty() ? QString() : ". " + transfer.detail);

@@ -40,7 +40,7 @@ public:
         KindRole = Qt::UserRole,
         StatusRole,
         PercentRole,  ///< int, 0 to 100
-        ProgressRole, ///< QString: bytes, speed and time left of a running transfer
+        ProgressRole, ///< QString: percentage, bytes, speed and time left of a running transfer
         DetailRole,   ///< QString: why it failed and what to do, or where the file is
         ActionRole,
     };

@@ -72,10 +72,10 @@ TransfersPanel::TransfersPanel(Transfers& transfers, QWidget* parent)
       transfers(transfers),
       title(new ElidedLabel),
       list(new PromptListView),
-      details(Button(tr("Details"), "transferDetails")),
-      cancel(Button(tr("Cancel All"), "cancelTransfers")),
-      tryAgain(Button(tr("Try Again"), "tryAgain")),
-      clear(Button(tr("Clear"), "clearTransfers"))
+      details(Button(tr("D&etails"), "transferDetails")),
+      cancel(Button(tr("&Cancel All"), "cancelTransfers")),
+      tryAgain(Button(tr("&Try Again"), "tryAgain")),
+      clear(Button(tr("C&lear"), "clearTransfers"))
 {
     setObjectName("transfersPanel");
     order.setSourceModel(&transfers);
@@ -115,9 +115,9 @@ void TransfersPanel::Arrange()
     clear->setToolTip(tr("Remove the transfers that have ended from the list"));
     details->setToolTip(tr("Show each transfer"));
     details->setCheckable(true);
-    KeepPlace(*tryAgain, tr("Try Again"));
-    KeepPlace(*cancel, tr("Cancel Selected"));
-    KeepPlace(*clear, tr("Clear"));
+    KeepPlace(*tryAgain, tr("&Try Again"));
+    KeepPlace(*cancel, tr("&Cancel Selected"));
+    KeepPlace(*clear, tr("C&lear"));
 
     const auto head = new QHBoxLayout;
     head->addWidget(title);
@@ -170,7 +170,7 @@ void TransfersPanel::Refresh()
     const int running = transfers.CountOfActive();
     const bool isSuccess = all > 0 && transfers.CountOf(Status::Finished) == all;
     title->setText(TitleText());
-    cancel->setText(Selected(active).isEmpty() ? tr("Cancel All") : tr("Cancel Selected"));
+    cancel->setText(Selected(active).isEmpty() ? tr("&Cancel All") : tr("&Cancel Selected"));
     ShowPart(*cancel, running > 0);
     ShowPart(*tryAgain, transfers.CountOf(Status::Failed) > 0 || !Selected(ended).isEmpty());
     ShowPart(*clear, all > running);

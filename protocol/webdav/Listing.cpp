@@ -75,7 +75,7 @@ QString ListingSink::Finish()
     }
     onEntries(parser->TakeEntries());
     if (!parser->SawSelf()) {
-        return QStringLiteral("The listing is for another collection");
+        return QStringLiteral("The listing is for another folder");
     }
     const int withheld = parser->RefusedCount() + parser->UndescribedCount();
     if (withheld > 0) {
@@ -165,7 +165,8 @@ void Listing::OnResponse(HttpResponse&& response)
     if (!hasListing) {
         result.failure = session.FailureReplyTo(what, {}, response);
     } else if (!problem.isEmpty()) {
-        result.failure = FailureReply(what, {}, problem, "Check that the address is that of a WebDAV collection.");
+        result.failure =
+            FailureReply(what, {}, problem, "Check that the address is that of a folder on a WebDAV server.");
     } else if (hasNewVersions && !asksForHashes && MayHaveStoredHashes()) {
         asksForHashes = true;
         Send();

@@ -19,7 +19,7 @@ constexpr Meaning meanings[] = {
     {403, "The server does not allow it", "Ask whoever runs the server for permission."},
     {404, "There is nothing at that address", "Refresh the list, and check the address of the service."},
     {405, "The server cannot do this at that address", "Check the address of the service."},
-    {409, "The collection to write to is not on the server", "Check the address of the service."},
+    {409, "The folder to write to is not on the server", "Check the address of the service."},
     {410, "The document is no longer in the cloud", "Refresh the list."},
     {412, "The document has been changed by somebody else in the meantime", "Refresh the list and try again."},
     {413, "The document is larger than the server accepts", "Ask whoever runs the server to raise its limit."},

@@ -16,7 +16,7 @@ constexpr auto pictureSize = "64"; // pixels
 constexpr int maxNameLength = 100; // characters
 
 const auto signIn = QStringLiteral("Sign-in");
-const auto checkAddress = QStringLiteral("Check that the address is that of a WebDAV collection.");
+const auto checkAddress = QStringLiteral("Check that the address is that of a folder on a WebDAV server.");
 
 /// The path that a listing begins with, decoded; empty when the response is no listing.
 QString ListedPath(const HttpResponse& response)
@@ -71,7 +71,7 @@ void SignInOperation::OnResponse(const HttpResponse& response)
     if (!entry) {
         End(NoCollection(response));
     } else if (!entry->isCollection) {
-        End(FailureReply(signIn, {}, "The address is that of a document, not of a collection", checkAddress));
+        End(FailureReply(signIn, {}, "The address is that of a document, not of a folder", checkAddress));
     } else {
         session->isNextcloudLike = !entry->fileId.isEmpty();
         End({});

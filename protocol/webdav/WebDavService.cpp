@@ -38,7 +38,7 @@ std::optional<QString> Validate(const OAuth2::AuthInfo& authInfo)
     const QUrl& url = authInfo.serviceUrl;
     const QByteArray address = url.toEncoded(QUrl::RemoveUserInfo);
     if (OriginOfUrl(address).isEmpty() || !SegmentsOfUrl(address)) {
-        return QStringLiteral("it is not the address of a collection");
+        return QStringLiteral("it is not the address of a folder");
     }
     if (url.hasQuery() || url.hasFragment()) {
         return QStringLiteral("leave out what follows \"?\" or \"#\"");

@@ -3,6 +3,7 @@
 #include <apps/window/StatusLine.h>
 
 #include <QAbstractButton>
+#include <QApplication>
 #include <QDir>
 #include <QLabel>
 
@@ -116,6 +117,27 @@ TEST_F(OfflineWindowTest, WhereThereIsLittleRoomTheNumbersGiveWayAndTheLineKeeps
     EXPECT_TRUE(WaitUntil([&] { return Status().startsWith("Offline · trying again"); }));
     window->resize(1100, 600);
     EXPECT_TRUE(WaitUntil([&] { return Status().startsWith("1 document · 1 selected, "); }));
+}
+
+TEST_F(OfflineWindowTest, WithLargeLettersTheAgeOfTheListGivesWayFirstAndTheToolTipHasAll)
+{
+    const QFont before = QApplication::font();
+    QFont large = before;
+    large.setPointSizeF(before.pointSizeF() * 1.5);
+    QApplication::setFont(large);
+    PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
+    OpenCloud();
+    ASSERT_TRUE(Shows({"a.pdf"}));
+    Select({"a.pdf"});
+    window->resize(1800, 600);
+    ASSERT_TRUE(WaitUntil([&] { return Status().contains(" · as of "); })) << qPrintable(Status());
+    EXPECT_EQ(Find<QLabel>("status")->toolTip(), "");
+    window->resize(window->minimumSizeHint());
+    ASSERT_TRUE(WaitUntil([&] { return !Status().contains(" · as of "); })) << qPrintable(Status());
+    EXPECT_TRUE(Status().startsWith("1 document · 1 selected, ")) << qPrintable(Status());
+    EXPECT_THAT(Find<QLabel>("status")->toolTip().toStdString(), HasSubstr(" · as of "));
+    window.reset();
+    QApplication::setFont(before);
 }
 
 TEST_F(OfflineWindowTest, AnUploadThatIsBegunOfflineGoesOnByItself)

@@ -385,6 +385,8 @@ TEST_F(QuestionsTest, AVersionThatCameAfterTheRemovalIsNotRemoved)
     PutIntoCloud("a.pdf", newer);
     Refresh();
     window->close(); // sends what has not been sent
+    ASSERT_TRUE(WaitUntil([&] { return !Questions().empty(); })) << "it is there still";
+    Answer("Quit Anyway");
     EXPECT_TRUE(WaitUntil([&] { return !window->isVisible(); }));
     EXPECT_EQ(ReadFile(Cloud("a.pdf")), newer);
 }

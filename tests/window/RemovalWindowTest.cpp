@@ -1,6 +1,8 @@
 #include "ServerWindowTest.h"
 
 #include <QDialog>
+#include <QDir>
+#include <QLabel>
 #include <QListView>
 #include <QSignalSpy>
 #include <QTest>
@@ -128,6 +130,77 @@ TEST_F(RemovalWindowTest, ARemovalIsSentWhenTheUserSignsOut)
     ASSERT_TRUE(Shows({}));
     Action("Sign Out")->trigger();
     EXPECT_TRUE(WaitUntil([&] { return !ReadFile(Cloud("a.pdf")); }));
+}
+
+TEST_F(RemovalWindowTest, WhatCannotBeSentIsInTheLineAtTheBottomAndAskedAboutWhenTheWindowCloses)
+{
+    PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
+    PutIntoCloud("b.pdf", PdfOfColor(Qt::red));
+    OpenCloud();
+    ASSERT_TRUE(Shows({"a.pdf", "b.pdf"}));
+    Select({"a.pdf"});
+    QTest::keyClick(Documents(), Qt::Key_Delete);
+    ASSERT_TRUE(Shows({"b.pdf"}));
+    ASSERT_TRUE(QDir().rename(Cloud(), Local("away")));
+    Refresh();
+    EXPECT_TRUE(WaitUntil([&] { return Status().contains(" · 1 removal waiting"); })) << qPrintable(Status());
+    window->close();
+    ASSERT_TRUE(WaitUntil([&] { return Questions().size() == 1; }));
+    EXPECT_EQ(Question(), "Removals could not be sent. Quit anyway?");
+    EXPECT_THAT(Explanation().toStdString(), testing::StartsWith("Not removed from the cloud: a.pdf\n"));
+    Answer("Stay");
+    EXPECT_TRUE(window->isVisible() && window->isEnabled());
+    EXPECT_TRUE(Shows({"a.pdf", "b.pdf"}));
+    EXPECT_TRUE(Message().startsWith("“a.pdf” was not removed.")) << qPrintable(Message());
+    ASSERT_TRUE(QDir().rename(Local("away"), Cloud()));
+    ClickButton("Try Now");
+    ASSERT_TRUE(WaitUntil([&] { return Status().contains(" · as of "); }));
+    Select({"a.pdf"});
+    ASSERT_TRUE(WaitUntil([&] { return Action("Remove")->isEnabled(); }));
+    Action("Remove")->trigger();
+    ASSERT_TRUE(Shows({"b.pdf"}));
+    ASSERT_TRUE(QDir().rename(Cloud(), Local("away")));
+    window->close();
+    ASSERT_TRUE(WaitUntil([&] { return Questions().size() == 1; })) << "once more";
+    Answer("Quit Anyway");
+    EXPECT_TRUE(WaitUntil([&] { return !window->isVisible(); }));
+    ASSERT_TRUE(QDir().rename(Local("away"), Cloud()));
+    Open();
+    EXPECT_TRUE(Shows({"a.pdf", "b.pdf"}));
+}
+
+TEST_F(RemovalOverAServerTest, WhatIsRefusedWhenTheWindowClosesIsAskedAbout)
+{
+    server.Put("a.pdf", PdfOfColor(Qt::red));
+    SignIn();
+    ASSERT_TRUE(Shows({"a.pdf"}));
+    Select({"a.pdf"});
+    QTest::keyClick(Documents(), Qt::Key_Delete);
+    ASSERT_TRUE(Shows({}));
+    server.Misbehave(TestKit::When("DELETE").Always(), TestKit::AnswersWith(403));
+    window->close();
+    ASSERT_TRUE(WaitUntil([&] { return Questions().size() == 1; }));
+    Answer("Stay");
+    EXPECT_TRUE(Shows({"a.pdf"}));
+    EXPECT_TRUE(Message().startsWith("“a.pdf” was not removed.")) << qPrintable(Message());
+}
+
+TEST_F(RemovalOverAServerTest, WhileTheWindowWaitsItsMessageCanBeRead)
+{
+    server.Put("a.pdf", PdfOfColor(Qt::red));
+    SignIn();
+    ASSERT_TRUE(Shows({"a.pdf"}));
+    Select({"a.pdf"});
+    QTest::keyClick(Documents(), Qt::Key_Delete);
+    ASSERT_TRUE(Shows({}));
+    server.Misbehave(TestKit::When("DELETE").Always(), TestKit::Hangs());
+    window->close();
+    ASSERT_FALSE(window->isEnabled());
+    ASSERT_EQ(Message(), "The removal is being sent to the cloud. Then the window closes.");
+    const auto text = Find<QLabel>("messageText");
+    EXPECT_EQ(text->palette().color(QPalette::Disabled, text->foregroundRole()),
+              text->palette().color(QPalette::Active, text->foregroundRole()));
+    window->CloseWithoutAsking();
 }
 
 TEST_F(RemovalOverAServerTest, UndoTellsThatTheRemovalHasBeenSent)

@@ -1,6 +1,7 @@
 #include "WindowTest.h"
 
 #include <apps/window/ServiceTexts.h>
+#include <apps/window/Texts.h>
 #include <apps/window/Translations.h>
 
 #include <QApplication>
@@ -74,6 +75,14 @@ private:
         return texts;
     }
 };
+
+TEST_F(ServiceTextsTest, TheFiguresOfAnAnswerAreForExperts)
+{
+    Host::CloudProblem problem;
+    problem.cause.reason = "The server cannot do this at that address (405)";
+    EXPECT_EQ(Window::ProblemReason(problem), "Der Server kann das unter dieser Adresse nicht.");
+    EXPECT_EQ(Window::TechnicalText(problem), "HTTP 405");
+}
 
 TEST_F(ServiceTextsTest, SentencesAreInTheLanguageOfTheUserWithTheirWordsAndNumbers)
 {

@@ -88,6 +88,24 @@ TEST_F(TransfersTest, WhatWasCanceledCanBeStartedAgain)
     EXPECT_EQ(server.Names(), QStringList{"a.pdf"});
 }
 
+TEST_F(TransfersTest, WhatAServerDoesNotAnswerIsStartingAndHasNoPercentage)
+{
+    server.Put("a.pdf", PdfOfColor(Qt::red));
+    Refresh();
+    ASSERT_TRUE(Shows({"a.pdf"}));
+    Select({"a.pdf"});
+    server.Misbehave(When("GET").Always(), Hangs());
+    Action("Download")->trigger();
+    ASSERT_TRUE(WaitUntil([&] { return server.Count("GET") > 0; }));
+    const auto row = Find<QListView>("transfers")->model()->index(0, 0);
+    ASSERT_TRUE(WaitUntil([&] {
+        return row.data(Window::Transfers::StatusRole).toInt() == static_cast<int>(Window::Transfers::Status::Running);
+    }));
+    EXPECT_EQ(row.data(Window::Transfers::ProgressRole).toString(), "starting…");
+    EXPECT_EQ(row.data(Qt::AccessibleTextRole).toString(), "Download of a.pdf: starting…");
+    EXPECT_TRUE(Button("Cancel All")->text().contains('&'));
+}
+
 TEST_F(TransfersTest, AButtonThatGoesLeavesTheKeyboardToTheDocumentsAndNotToTheNextButton)
 {
     Drop({LocalFile("done.pdf", PdfOfColor(Qt::red))});

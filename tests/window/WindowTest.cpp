@@ -26,7 +26,7 @@ namespace {
 
 QString Plain(QString text)
 {
-    return text.remove('&');
+    return text.remove('&').remove(QChar(0x200E)); // which mirrored windows have
 }
 
 } // namespace

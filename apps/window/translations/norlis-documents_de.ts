@@ -435,6 +435,14 @@
         <source>Show All</source>
         <translation>Alle zeigen</translation>
     </message>
+    <message>
+        <source>The removal is being sent to the cloud.</source>
+        <translation>Das Entfernen wird an die Cloud gesendet.</translation>
+    </message>
+    <message>
+        <source>Then the window closes.</source>
+        <translation>Danach schließt sich das Fenster.</translation>
+    </message>
 </context>
 <context>
     <name>Norlis::Window::DocumentsTools</name>
@@ -685,14 +693,6 @@
         <translation>Die Änderungen bleiben in den Dateien auf diesem Computer.</translation>
     </message>
     <message>
-        <source>The removal is being sent to the cloud.</source>
-        <translation>Das Entfernen wird an die Cloud gesendet.</translation>
-    </message>
-    <message>
-        <source>Then the window closes.</source>
-        <translation>Danach schließt sich das Fenster.</translation>
-    </message>
-    <message>
         <source>Transfers have not ended. Sign out anyway?</source>
         <translation>Übertragungen sind noch nicht beendet. Trotzdem abmelden?</translation>
     </message>
@@ -703,6 +703,30 @@
     <message>
         <source>Transfers have not ended. Quit anyway?</source>
         <translation>Übertragungen sind noch nicht beendet. Trotzdem beenden?</translation>
+    </message>
+    <message>
+        <source>Not removed from the cloud: %1</source>
+        <translation>Nicht aus der Cloud entfernt: %1</translation>
+    </message>
+    <message>
+        <source>The documents stay there, and are in the list at the next start.</source>
+        <translation>Die Dokumente bleiben dort und stehen beim nächsten Start wieder in der Liste.</translation>
+    </message>
+    <message>
+        <source>Stay</source>
+        <translation>Bleiben</translation>
+    </message>
+    <message>
+        <source>Removals could not be sent. Sign out anyway?</source>
+        <translation>Dokumente konnten nicht entfernt werden. Trotzdem abmelden?</translation>
+    </message>
+    <message>
+        <source>Removals could not be sent. Quit anyway?</source>
+        <translation>Dokumente konnten nicht entfernt werden. Trotzdem beenden?</translation>
+    </message>
+    <message>
+        <source>Quit Anyway</source>
+        <translation>Trotzdem beenden</translation>
     </message>
 </context>
 <context>
@@ -1088,6 +1112,13 @@
             <numerusform>Die Cloud antwortet seit %n s nicht</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>%n removal(s) waiting</source>
+        <translation>
+            <numerusform>Noch %n zu entfernen</numerusform>
+            <numerusform>Noch %n zu entfernen</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>Norlis::Window::StorageBar</name>
@@ -1101,10 +1132,6 @@
     <message>
         <source>Finished</source>
         <translation>Fertig</translation>
-    </message>
-    <message>
-        <source>%1%</source>
-        <translation>%1 %</translation>
     </message>
     <message>
         <source>Waiting for the cloud</source>
@@ -1228,21 +1255,13 @@
             <numerusform>kein Fortschritt seit %n s</numerusform>
         </translation>
     </message>
+    <message>
+        <source>starting…</source>
+        <translation>beginnt …</translation>
+    </message>
 </context>
 <context>
     <name>Norlis::Window::TransfersPanel</name>
-    <message>
-        <source>Cancel All</source>
-        <translation>Alle abbrechen</translation>
-    </message>
-    <message>
-        <source>Try Again</source>
-        <translation>Erneut versuchen</translation>
-    </message>
-    <message>
-        <source>Clear</source>
-        <translation>Leeren</translation>
-    </message>
     <message>
         <source>Transfers</source>
         <translation>Übertragungen</translation>
@@ -1253,14 +1272,6 @@
             <numerusform>%n fehlgeschlagen</numerusform>
             <numerusform>%n fehlgeschlagen</numerusform>
         </translation>
-    </message>
-    <message>
-        <source>Cancel Selected</source>
-        <translation>Ausgewählte abbrechen</translation>
-    </message>
-    <message>
-        <source>Details</source>
-        <translation>Details</translation>
     </message>
     <message>
         <source>Press Delete to cancel the selected transfers, Return to begin failed and canceled ones again</source>
@@ -1287,6 +1298,26 @@
             <numerusform>%n abgebrochen</numerusform>
             <numerusform>%n abgebrochen</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>D&amp;etails</source>
+        <translation>De&amp;tails</translation>
+    </message>
+    <message>
+        <source>&amp;Cancel All</source>
+        <translation>Alle ab&amp;brechen</translation>
+    </message>
+    <message>
+        <source>&amp;Try Again</source>
+        <translation>&amp;Erneut versuchen</translation>
+    </message>
+    <message>
+        <source>C&amp;lear</source>
+        <translation>&amp;Leeren</translation>
+    </message>
+    <message>
+        <source>&amp;Cancel Selected</source>
+        <translation>Ausgewählte ab&amp;brechen</translation>
     </message>
 </context>
 <context>
@@ -1694,8 +1725,8 @@
         <translation>Was unter dieser Adresse ist, versteht kein WebDAV</translation>
     </message>
     <message>
-        <source>The address is that of a document, not of a collection</source>
-        <translation>Die Adresse ist die eines Dokuments, nicht die einer Sammlung</translation>
+        <source>The address is that of a document, not of a folder</source>
+        <translation>Die Adresse ist die eines Dokuments, nicht die eines Ordners</translation>
     </message>
     <message>
         <source>The document is larger than the server accepts</source>
@@ -1746,8 +1777,8 @@
         <translation>Prüfen Sie, ob die Adresse die eines WebDAV-Servers ist.</translation>
     </message>
     <message>
-        <source>Check that the address is that of a WebDAV collection.</source>
-        <translation>Prüfen Sie, ob die Adresse die einer WebDAV-Sammlung ist.</translation>
+        <source>Check that the address is that of a folder on a WebDAV server.</source>
+        <translation>Prüfen Sie, ob die Adresse die eines Ordners auf einem WebDAV-Server ist.</translation>
     </message>
     <message>
         <source>Do not enter a password there unless you know why. If the server&apos;s certificate comes from an authority of your own, specify its file when you sign in.</source>
@@ -1878,8 +1909,8 @@
         <translation>Die Liste ist beschädigt</translation>
     </message>
     <message>
-        <source>The listing is for another collection</source>
-        <translation>Die Liste ist die einer anderen Sammlung</translation>
+        <source>The listing is for another folder</source>
+        <translation>Die Liste ist die eines anderen Ordners</translation>
     </message>
     <message>
         <source>The listing is nested too deeply</source>
@@ -1906,8 +1937,8 @@
         <translation>Das Dokument wurde inzwischen von jemand anderem geändert</translation>
     </message>
     <message>
-        <source>The collection to write to is not on the server</source>
-        <translation>Die Sammlung, in die geschrieben werden soll, ist nicht auf dem Server</translation>
+        <source>The folder to write to is not on the server</source>
+        <translation>Der Ordner, in den geschrieben werden soll, ist nicht auf dem Server</translation>
     </message>
     <message>
         <source>The server behind the gateway does not answer correctly</source>
@@ -2766,8 +2797,8 @@
         <translation>„%1“ kann nicht als Cloud-Dienst verwendet werden: %2</translation>
     </message>
     <message>
-        <source>it is not the address of a collection</source>
-        <translation>es ist nicht die Adresse einer Sammlung</translation>
+        <source>it is not the address of a folder</source>
+        <translation>es ist nicht die Adresse eines Ordners</translation>
     </message>
     <message>
         <source>leave out what follows &quot;?&quot; or &quot;#&quot;</source>

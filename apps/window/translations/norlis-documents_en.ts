@@ -136,6 +136,13 @@
             <numerusform>The cloud has not answered for %n s</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>%n removal(s) waiting</source>
+        <translation>
+            <numerusform>%n removal waiting</numerusform>
+            <numerusform>%n removals waiting</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>Norlis::Window::TransferNotice</name>
