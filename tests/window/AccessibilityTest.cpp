@@ -188,11 +188,13 @@ TEST_F(AccessibilityTest, LargeLettersLeaveEveryToolInSight)
     const auto hasTexts = [&] { return tools->toolButtonStyle() == Qt::ToolButtonTextUnderIcon; };
     window->resize(1100, 760);
     EXPECT_TRUE(WaitUntil([&] { return isEachInSight() && hasTexts() && isBeside(); }));
+    window->resize(window->minimumSizeHint().width(), 760);
+    EXPECT_TRUE(WaitUntil([&] { return isEachInSight() && isBelow(); }));
     QFont large = before;
     large.setPointSize(18);
     QApplication::setFont(large);
-    window->resize(700, 600);
-    EXPECT_TRUE(WaitUntil([&] { return isEachInSight() && !hasTexts() && isBelow(); }));
+    window->resize(800, 600);
+    EXPECT_TRUE(WaitUntil([&] { return isEachInSight() && !hasTexts(); }));
     window->resize(3000, 1500);
     EXPECT_TRUE(WaitUntil([&] { return isEachInSight() && hasTexts() && isBeside(); }));
     window->resize(2000, 600);
