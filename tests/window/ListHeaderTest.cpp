@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QComboBox>
+#include <QLineEdit>
 #include <QListView>
 #include <QMenu>
 #include <QScrollBar>
@@ -303,7 +304,8 @@ TEST_F(ListHeaderTest, TheTitlesReachFromOneSideToTheOtherWhileThereIsNothingToS
 TEST_F(ListHeaderTest, FromRightToLeftTheListIsMirrored)
 {
     OpenList();
-    const auto columnsOfInk = [this] { // where something is painted in the first line
+    Find<QLineEdit>("search")->setFocus(); // no frame is around the first line
+    const auto columnsOfInk = [this] {     // where something is painted in the first line
         const QImage line = Documents()
                                 ->grab(Documents()
                                            ->visualRect(Documents()->model()->index(0, 0))
