@@ -242,10 +242,9 @@ void DocumentsPage::ConnectDocuments()
             });
         }
     }
-    actionsUpdate.setSingleShot(true);
-    connect(&actionsUpdate, &QTimer::timeout, this, &DocumentsPage::UpdateActions);
-    connect(&filter, &QAbstractItemModel::dataChanged, &actionsUpdate, qOverload<>(&QTimer::start));
-    connect(view, &DocumentsView::SelectionChanged, this, [this] {
+    connect(&filter, &QAbstractItemModel::dataChanged, this, [this] { updateSoon(); });
+    connect(&transfers, &Transfers::CountsChanged, this, [this] { updateSoon(); });
+    connect(view, &DocumentsView::SelectionChanged, this, [this] { // at once: the next key is for what is selected
         UpdateActions();
         UpdateStatus();
     });
@@ -256,7 +255,6 @@ void DocumentsPage::ConnectDocuments()
     connect(&notice, &TransferNotice::Activated, this, &DocumentsPage::FrontRequested);
     connect(dropHint, &DropHint::Dropped, &commands.Uploads(), &UploadCommands::Upload);
     connect(&transfers, &Transfers::CountsChanged, this, [this] {
-        UpdateActions();
         if (transfers.CountOfActive() == 0) {
             RevealAdded();
             RefreshOldList();
@@ -562,7 +560,7 @@ void DocumentsPage::OnManyGone(int gone, int before)
 
 void DocumentsPage::UpdateActions()
 {
-    const bool isAnySelected = !view->SelectedIds().isEmpty();
+    const bool isAnySelected = view->selectionModel()->hasSelection();
     const bool isTransferring =
         transfers.CountOfActive() > transfers.CountOf(Transfers::Status::Waiting); // which keep nothing busy
     actions.Update({isSignedIn, IsOffline(), isTransferring, isAnySelected, commands.IsAnyHere(),

@@ -6,6 +6,7 @@
 #include "DocumentsLayout.h"
 #include "DocumentsOrder.h"
 #include "LargePictures.h"
+#include "Paced.h"
 #include "TransferNotice.h"
 #include "Transfers.h"
 
@@ -13,7 +14,6 @@
 #include <host/session/CloudSession.h>
 
 #include <QSettings>
-#include <QTimer>
 #include <QWidget>
 
 class QMenuBar;
@@ -139,7 +139,7 @@ private:
     TransferNotice notice;
     QuickLook* quickLook = nullptr; ///< set by ConnectLook, when there is a model
 
-    QTimer actionsUpdate;     ///< combines many changes into one update
+    Paced updateSoon{[this] { UpdateActions(); }};
     QStringList takenBack;    ///< ids of documents whose removal was, until the view has them
     QStringList beforeSearch; ///< ids of the documents that were selected
     QStringList added;        ///< ids of new documents, until all transfers have ended

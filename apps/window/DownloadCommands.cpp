@@ -14,6 +14,7 @@
 #include <QDate>
 #include <QDir>
 #include <QFileDialog>
+#include <QSet>
 #include <QSysInfo>
 
 namespace Norlis::Window {
@@ -43,9 +44,13 @@ void DownloadCommands::Download(const QStringList& ids, const QString& folder)
     QStringList changed;
     QStringList current;
     parts.message.Close(Topic::files); // of the last time
+    QSet<QString> made;
     for (const QString& id : ids) {
         const QString target = folder.isEmpty() ? FolderFor(id) : folder;
-        QDir().mkpath(target);
+        if (!made.contains(target)) {
+            QDir().mkpath(target);
+            made.insert(target);
+        }
         const QString obstacle = parts.session.ObstacleTo(id, target);
         const auto index = parts.model.index(parts.model.RowOf(id));
         const auto state = static_cast<State>(index.data(Model::StateRole).toInt());

@@ -159,7 +159,7 @@ void Transfers::TryAgain(int row)
     }
     ++batch.count;
     batch.size += transfer.size;
-    transfer.status = Status::Queued;
+    SetStatus(transfer, Status::Queued);
     transfer.percent = 0;
     transfer.meter = {};
     transfer.detail.clear();
@@ -200,14 +200,12 @@ bool Transfers::IsActive(const QString& id) const
 
 int Transfers::CountOf(Status status) const
 {
-    return static_cast<int>(
-        std::count_if(transfers.begin(), transfers.end(), [=](const Transfer& each) { return each.status == status; }));
+    return counts.at(static_cast<std::size_t>(status));
 }
 
 int Transfers::CountOfActive() const
 {
-    return static_cast<int>(
-        std::count_if(transfers.begin(), transfers.end(), [](const Transfer& each) { return !HasEnded(each); }));
+    return active.size();
 }
 
 QString Transfers::SuccessText() const
@@ -293,7 +291,8 @@ QVariant Transfers::data(const QModelIndex& index, int role) const
 void Transfers::AddRow(const Transfer& transfer)
 {
     // This replaces an earlier attempt.
-    for (int row = rowCount() - 1; row >= 0; --row) {
+    const bool isAnyLeft = CountOf(Status::Failed) + CountOf(Status::Canceled) > 0;
+    for (int row = isAnyLeft ? rowCount() - 1 : -1; row >= 0; --row) {
         const Transfer& old = transfers[row];
         if ((old.status == Status::Failed || old.status == Status::Canceled) &&
             IsDownload(old) == IsDownload(transfer) && old.subject == transfer.subject) {
@@ -307,6 +306,8 @@ void Transfers::AddRow(const Transfer& transfer)
     transfers.push_front(transfer);
     transfers.front().size = SizeOf(transfer);
     transfers.front().versions = VersionsOf(transfer.id);
+    ++counts.at(static_cast<std::size_t>(transfer.status));
+    active.insert({IsDownload(transfer), transfer.subject});
     endInsertRows();
     ++batch.count;
     batch.size += transfers.front().size;
@@ -345,10 +346,25 @@ void Transfers::Start(const Transfer& transfer)
 
 int Transfers::Find(bool isDownload, const QString& subject) const
 {
-    const auto found = std::find_if(transfers.begin(), transfers.end(), [&](const Transfer& each) {
+    if (!active.contains({isDownload, subject})) {
+        return -1;
+    }
+    const auto found = std::find_if(transfers.rbegin(), transfers.rend(), [&](const Transfer& each) { // the oldest run
         return !HasEnded(each) && IsDownload(each) == isDownload && each.subject == subject;
     });
-    return found == transfers.end() ? -1 : static_cast<int>(found - transfers.begin());
+    return static_cast<int>(transfers.rend() - found) - 1;
+}
+
+void Transfers::SetStatus(Transfer& transfer, Status status)
+{
+    --counts.at(static_cast<std::size_t>(transfer.status));
+    ++counts.at(static_cast<std::size_t>(status));
+    transfer.status = status;
+    if (HasEnded(transfer)) {
+        active.remove({IsDownload(transfer), transfer.subject});
+    } else {
+        active.insert({IsDownload(transfer), transfer.subject});
+    }
 }
 
 qint64 Transfers::Transfer::Transferred() const
@@ -389,7 +405,8 @@ void Transfers::SetPercent(int row, int percent)
         return;
     }
     Transfer& transfer = transfers[row];
-    const Status before = std::exchange(transfer.status, Status::Running);
+    const Status before = transfer.status;
+    SetStatus(transfer, Status::Running);
     if (before == Status::Waiting) {
         batch.meter = {}; // what had arrived before is there at once
     }
@@ -408,7 +425,7 @@ void Transfers::SetWaiting(int row)
 {
     if (row >= 0) {
         batch.transferred -= transfers[row].Transferred();
-        transfers[row].status = Status::Waiting;
+        SetStatus(transfers[row], Status::Waiting);
         transfers[row].percent = 0;
         transfers[row].meter = {};
         Changed(row);
@@ -424,7 +441,7 @@ void Transfers::Finish(int row, const QString& detail)
     batch.transferred += transfers[row].size - transfers[row].Transferred();
     ++batch.done;
     ++(IsDownload(transfers[row]) ? downloaded : uploaded);
-    transfers[row].status = Status::Finished;
+    SetStatus(transfers[row], Status::Finished);
     transfers[row].percent = 100;
     transfers[row].detail = detail;
     Changed(row);
@@ -443,6 +460,7 @@ void Transfers::Remove(int row)
         return;
     }
     beginRemoveRows({}, row, row);
+    --counts.at(static_cast<std::size_t>(transfers[row].status));
     transfers.erase(transfers.begin() + row);
     endRemoveRows();
     emit CountsChanged();
@@ -467,7 +485,7 @@ void Transfers::EndWithout(int row, Status status)
 {
     if (row >= 0) {
         LeaveBatch(transfers[row]);
-        transfers[row].status = status;
+        SetStatus(transfers[row], status);
         Changed(row);
         emit CountsChanged();
     }

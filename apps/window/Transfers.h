@@ -5,7 +5,9 @@
 
 #include <QAbstractListModel>
 #include <QElapsedTimer>
+#include <QSet>
 
+#include <array>
 #include <deque>
 
 namespace Norlis::Window {
@@ -147,6 +149,8 @@ private:
     void StartChanges(Kind kind, const QString& id);
     void Start(const Transfer& transfer);
 
+    void SetStatus(Transfer& transfer, Status status);
+
     /// The row of the transfer that runs or waits; -1 if there is none.
     int Find(bool isDownload, const QString& subject) const;
     static bool IsDownload(const Transfer& transfer);
@@ -178,6 +182,8 @@ private:
     int uploaded = 0;   ///< with success, since the list was cleared
     int downloaded = 0; ///< as above
     std::deque<Transfer> transfers;
+    std::array<int, 6> counts = {};    ///< by status
+    QSet<QPair<bool, QString>> active; ///< those that have not ended: whether it is a download, and the subject
 };
 
 } // namespace Norlis::Window

@@ -30,6 +30,8 @@ namespace Norlis::Window {
 
 namespace {
 
+constexpr int linesOfAll = 33; // that the page needs with its gaps
+
 const auto problemTopic = QStringLiteral("signIn");
 
 QLineEdit* Field(const char* name, const QString& placeholder = {})
@@ -63,6 +65,7 @@ WelcomePage::WelcomePage(QWidget* parent)
       serverForm(new QVBoxLayout),
       choices(new QWidget),
       waiting(new QWidget),
+      above(new QSpacerItem(0, 0)),
       scroll(new QScrollArea)
 {
     setObjectName("welcomePage");
@@ -121,7 +124,7 @@ QWidget* WelcomePage::Column()
     const auto column = new QWidget;
     column->setMaximumWidth(fontMetrics().averageCharWidth() * 90);
     const auto layout = new QVBoxLayout(column);
-    layout->addSpacing(fontMetrics().lineSpacing() * 2); // no stretch: what is being filled in stays where it is
+    layout->addSpacerItem(above); // no stretch: what is being filled in stays where it is
     layout->addWidget(title);
     layout->addWidget(intro);
     layout->addWidget(choices);
@@ -244,6 +247,28 @@ void WelcomePage::ShowProblem(const QString& title, const QString& detail, const
     message->Show(problemTopic, title, detail);
     message->SetDetails(technical);
     RevealMessage();
+}
+
+void WelcomePage::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    FitGaps();
+}
+
+void WelcomePage::FitGaps()
+{
+    const int line = fontMetrics().lineSpacing();
+    const bool isLow = height() < linesOfAll * line;
+    above->changeSize(0, isLow ? 0 : 2 * line);
+    const int gap = isLow ? line / 4 : -1; // -1: as the style has it
+    for (QVBoxLayout* const form : {folderForm, serverForm}) {
+        form->setSpacing(gap);
+        form->setContentsMargins(gap, gap, gap, gap);
+    }
+    for (QLayout* const outer : {choices->layout(), choices->parentWidget()->layout()}) {
+        outer->setSpacing(gap);
+        outer->invalidate();
+    }
 }
 
 bool WelcomePage::eventFilter(QObject* watched, QEvent* event)

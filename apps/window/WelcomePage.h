@@ -10,6 +10,7 @@ class QLineEdit;
 class QProgressBar;
 class QPushButton;
 class QScrollArea;
+class QSpacerItem;
 class QVBoxLayout;
 
 namespace Norlis::Window {
@@ -41,12 +42,16 @@ signals:
     void Canceled();
 
 protected:
+    void resizeEvent(QResizeEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void ArrangeChoices();
     void ArrangeWaiting();
     QWidget* Column();
+
+    /// Leaves out the gaps of a low page, so that more of both ways to begin is in sight.
+    void FitGaps();
     QWidget* FolderChoice();
     QWidget* ServerChoice();
 
@@ -70,6 +75,7 @@ private:
     QVBoxLayout* const serverForm;
     QWidget* const choices;
     QWidget* const waiting;
+    QSpacerItem* const above;
     QScrollArea* const scroll;     ///< with a large font not all may fit
     QLineEdit* lastTried = folder; ///< where to retry when a sign-in fails
 };

@@ -129,6 +129,22 @@ TEST_F(SignInWindowTest, WithLargeLettersTheReasonOfAFailureIsInSight)
     QApplication::setFont(before);
 }
 
+TEST_F(SignInWindowTest, WithLargeLettersBothWaysToBeginAreInSight)
+{
+    const QFont before = QApplication::font();
+    QFont large = before;
+    large.setPointSizeF(before.pointSizeF() * 1.5);
+    QApplication::setFont(large);
+    Open();
+    window->resize(1160, 24 * QFontMetrics(large).lineSpacing()); // as on a laptop
+    for (const auto field : {"folder", "address", "user"}) {
+        const auto part = Find<QLineEdit>(field);
+        EXPECT_TRUE(WaitUntil([&] { return part->visibleRegion() == part->rect(); })) << field;
+    }
+    window.reset();
+    QApplication::setFont(before);
+}
+
 TEST_F(SignInWindowTest, TheListHasTheKeyboardAfterTheSignIn)
 {
     server.Put("a.pdf", PdfOfColor(Qt::red));
@@ -282,7 +298,7 @@ TEST_F(SignInWindowTest, ARunningUploadCanBeCanceledAndLeavesNothing)
     Drop({LocalFile("a.pdf", PdfOfColor(Qt::red)), LocalFile("b.pdf", PdfOfColor(Qt::blue))});
     ASSERT_TRUE(WaitUntil([&] { return server.Count("PUT") == 2; }));
     EXPECT_EQ(Transfers().size(), 2);
-    EXPECT_FALSE(Action("Refresh")->isEnabled());
+    EXPECT_TRUE(WaitUntil([&] { return !Action("Refresh")->isEnabled(); }));
     const auto list = Find<QListView>("transfers");
     list->setFocus();
     list->setCurrentIndex(list->model()->index(0, 0));
