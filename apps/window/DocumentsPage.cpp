@@ -238,13 +238,13 @@ void DocumentsPage::ConnectDocuments()
         for (const auto signal : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved}) {
             connect(each, signal, this, [this] {
                 UpdateEmptyPage();
-                UpdateStatus();
+                updateSoon();
             });
         }
     }
     connect(&filter, &QAbstractItemModel::dataChanged, this, [this] { updateSoon(); });
     connect(&transfers, &Transfers::CountsChanged, this, [this] { updateSoon(); });
-    connect(view, &DocumentsView::SelectionChanged, this, [this] { // at once: the next key is for what is selected
+    connect(view, &DocumentsView::SelectionChanged, this, [this] {
         UpdateActions();
         UpdateStatus();
     });

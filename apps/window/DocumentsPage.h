@@ -139,7 +139,10 @@ private:
     TransferNotice notice;
     QuickLook* quickLook = nullptr; ///< set by ConnectLook, when there is a model
 
-    Paced updateSoon{[this] { UpdateActions(); }};
+    Paced updateSoon{[this] {
+        UpdateActions();
+        UpdateStatus();
+    }};
     QStringList takenBack;    ///< ids of documents whose removal was, until the view has them
     QStringList beforeSearch; ///< ids of the documents that were selected
     QStringList added;        ///< ids of new documents, until all transfers have ended

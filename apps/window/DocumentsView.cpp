@@ -313,6 +313,14 @@ void DocumentsView::updateGeometries()
     header->setGeometry(area.left(), area.top() - height, area.width(), height);
 }
 
+void DocumentsView::setModel(QAbstractItemModel* newModel)
+{
+    QListView::setModel(newModel);
+    if (newModel) {
+        connect(newModel, &QAbstractItemModel::rowsRemoved, this, [this] { areRowsMoving = false; });
+    }
+}
+
 void DocumentsView::rowsAboutToBeRemoved(const QModelIndex& parent, int first, int last)
 {
     for (int row = first; row <= last; ++row) {
@@ -327,12 +335,14 @@ void DocumentsView::rowsAboutToBeRemoved(const QModelIndex& parent, int first, i
     }
     removedRow = first;
     forgetTimer.start();
+    areRowsMoving = true;
     QListView::rowsAboutToBeRemoved(parent, first, last);
 }
 
 void DocumentsView::rowsInserted(const QModelIndex& parent, int first, int last)
 {
     QListView::rowsInserted(parent, first, last);
+    areRowsMoving = true;
     for (int row = first; row <= last && forgetTimer.isActive(); ++row) {
         const auto index = model()->index(row, 0);
         const QString id = index.data(Host::CloudDocumentsModel::IdRole).toString();
@@ -343,12 +353,15 @@ void DocumentsView::rowsInserted(const QModelIndex& parent, int first, int last)
             selectionModel()->select(index, QItemSelectionModel::Select);
         }
     }
+    areRowsMoving = false;
 }
 
 void DocumentsView::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected)
 {
     QListView::selectionChanged(selected, deselected);
-    emit SelectionChanged();
+    if (!areRowsMoving) {
+        emit SelectionChanged();
+    }
 }
 
 void DocumentsView::UpdateGridSize()

@@ -15,6 +15,8 @@ class DocumentsView : public QListView {
 public:
     explicit DocumentsView(QWidget* parent = nullptr);
 
+    void setModel(QAbstractItemModel* newModel) override;
+
     /// What was first in view is so again, unless a current document that is selected would leave the view.
     void SetMode(DisplayMode newMode);
 
@@ -53,6 +55,8 @@ public:
     void keyboardSearch(const QString& search) override;
 
 signals:
+    /// Something else is selected. Not emitted for what the model's rowsRemoved and rowsInserted tell of: after a
+    /// transfer a selected document leaves the list and enters it again.
     void SelectionChanged();
 
     /// The user turns the wheel to have larger thumbnails, or smaller ones.
@@ -94,7 +98,8 @@ private:
     QSet<QString> removedSelection;
     QString removedCurrent;
     int removedRow = 0;
-    bool goesOn = false; ///< see GoOnAfterRemoval
+    bool goesOn = false;        ///< see GoOnAfterRemoval
+    bool areRowsMoving = false; ///< while a model inserts or removes some
     QTimer forgetTimer;
 
     QStringList shown;    ///< ids, as last emitted
