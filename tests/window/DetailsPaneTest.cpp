@@ -176,10 +176,12 @@ TEST_F(DetailsPaneTest, ThePictureGivesWayToTheButtonsAsFarAsItIsStillOne)
 {
     OpenWithLocalCopy();
     ShowPane();
-    const auto heightOfPicture = [this] { return Pane()->findChild<QWidget*>("pagePicture")->height(); };
+    const auto& picture = *Pane()->findChild<QWidget*>("pagePicture");
+    const auto heightOfPicture = [&picture] { return picture.height(); };
     const auto isScrolled = [this] { return Pane()->verticalScrollBar()->isVisible(); };
     window->resize(1100, 1000);
-    ASSERT_TRUE(WaitUntil([&] { return heightOfPicture() > Pane()->width(); })) << "a whole page is higher than wide";
+    ASSERT_TRUE(WaitUntil([&] { return heightOfPicture() == picture.maximumHeight(); }));
+    EXPECT_GT(heightOfPicture(), Pane()->width()) << "a whole page is higher than wide";
     EXPECT_FALSE(isScrolled());
     const int whole = heightOfPicture();
     window->resize(1100, 650);

@@ -105,6 +105,7 @@ TEST_F(MessagesTest, FromRightToLeftWordsStandBesideTheirPictures)
     QApplication::setLayoutDirection(Qt::RightToLeft);
     OpenCloud();
     QApplication::clipboard()->setText("no file");
+    ASSERT_TRUE(WaitUntil([&] { return Action("Paste")->isEnabled(); }));
     Action("Paste")->trigger();
     const QChar mark(0x200E);
     EXPECT_EQ(Action("Upload…")->text(), mark + QString("&Upload…") + mark) << "otherwise the dots come first";
