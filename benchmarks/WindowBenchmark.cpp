@@ -2,8 +2,8 @@
 // searches and sorts. `frames` is that time by a frame of 16 ms; `ratio` and `whole_ratio` are that time and the whole
 // time by those of Qt's own list view, which shows the names and the same pictures, held ready in memory.
 
-#include <apps/window/DocumentsFilter.h>
-#include <apps/window/DocumentsView.h>
+#include <apps/window/list/DocumentsFilter.h>
+#include <apps/window/list/DocumentsView.h>
 #include <host/CloudDocumentsModel.h>
 #include <NorlisCloud/NorlisCloudFilesManager.h>
 #include <NorlisTestKit/CountingHashCalculator.h>

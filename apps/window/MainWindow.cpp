@@ -1,15 +1,15 @@
 #include "MainWindow.h"
 
 #include "AboutDialog.h"
-#include "DocumentsPage.h"
-#include "Questions.h"
-#include "ServiceTexts.h"
-#include "SettingsDialog.h"
 #include "ShortcutsDialog.h"
-#include "Texts.h"
 #include "WelcomePage.h"
 
 #include <apps/common/PrintableText.h>
+#include <apps/window/page/DocumentsPage.h>
+#include <apps/window/settings/SettingsDialog.h>
+#include <apps/window/texts/ServiceTexts.h>
+#include <apps/window/texts/Texts.h>
+#include <apps/window/widgets/Questions.h>
 #include <host/account/ServiceAddress.h>
 
 #include <QAbstractButton>

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "Preferences.h"
-
+#include <apps/window/settings/Preferences.h>
 #include <host/account/CloudAccount.h>
 #include <host/session/CloudSession.h>
 

@@ -1,6 +1,6 @@
 #include "ShortcutsDialog.h"
 
-#include "QuickLook.h"
+#include <apps/window/page/QuickLook.h>
 
 #include <QAction>
 #include <QDialogButtonBox>

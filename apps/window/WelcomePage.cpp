@@ -1,10 +1,9 @@
 #include "WelcomePage.h"
 
-#include "Glyphs.h"
-#include "MessageBar.h"
-#include "ServiceTexts.h"
-
 #include <apps/common/PrintableText.h>
+#include <apps/window/texts/ServiceTexts.h>
+#include <apps/window/widgets/Glyphs.h>
+#include <apps/window/widgets/MessageBar.h>
 #include <host/account/CloudAccount.h>
 #include <host/account/ServiceAddress.h>
 

@@ -1,15 +1,15 @@
-#include "Glyphs.h"
 #include "MainWindow.h"
-#include "PlainButtons.h"
 #include "ProgramOptions.h"
-#include "ServiceTexts.h"
-#include "Sharpness.h"
 #include "SingleInstance.h"
-#include "Translations.h"
 
 #include <apps/common/Interrupts.h>
 #include <apps/common/LogFile.h>
 #include <apps/common/ProgramStart.h>
+#include <apps/window/texts/ServiceTexts.h>
+#include <apps/window/texts/Translations.h>
+#include <apps/window/widgets/Glyphs.h>
+#include <apps/window/widgets/PlainButtons.h>
+#include <apps/window/widgets/Sharpness.h>
 #include <contracts/Version.h>
 #include <host/account/ServiceAddress.h>
 

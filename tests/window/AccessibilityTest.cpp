@@ -1,7 +1,7 @@
 #include "WindowTest.h"
 
-#include <apps/window/TintedFrame.h>
-#include <apps/window/Translations.h>
+#include <apps/window/texts/Translations.h>
+#include <apps/window/widgets/TintedFrame.h>
 
 #include <QAbstractButton>
 #include <QAbstractSpinBox>

@@ -1,7 +1,7 @@
 #include "Palettes.h"
 #include "WindowTest.h"
 
-#include <apps/window/Contrast.h>
+#include <apps/window/widgets/Contrast.h>
 
 #include <QAbstractButton>
 #include <QApplication>

@@ -1,7 +1,7 @@
 #include "OpenedFiles.h"
 #include "WindowTest.h"
 
-#include <apps/window/Preferences.h>
+#include <apps/window/settings/Preferences.h>
 
 #include <QDBusConnection>
 #include <QListView>

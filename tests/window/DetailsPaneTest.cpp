@@ -1,6 +1,6 @@
 #include "WindowTest.h"
 
-#include <apps/window/Texts.h>
+#include <apps/window/texts/Texts.h>
 
 #include <QDateTime>
 #include <QFileInfo>

@@ -1,6 +1,6 @@
 #include "WindowTest.h"
 
-#include <apps/window/CopiedDocuments.h>
+#include <apps/window/commands/CopiedDocuments.h>
 
 #include <QClipboard>
 #include <QDialog>

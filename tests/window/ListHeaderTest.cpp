@@ -1,7 +1,7 @@
 #include "OpenedFiles.h"
 #include "WindowTest.h"
 
-#include <apps/window/ListHeader.h>
+#include <apps/window/list/ListHeader.h>
 
 #include <QApplication>
 #include <QComboBox>

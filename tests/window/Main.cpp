@@ -1,6 +1,6 @@
 #include "DesktopBus.h"
 
-#include <Sharpness.h>
+#include <apps/window/widgets/Sharpness.h>
 #include <tests/support/RunTests.h>
 
 #include <QApplication>

@@ -1,6 +1,6 @@
 #include "ServerWindowTest.h"
 
-#include <apps/window/StatusLine.h>
+#include <apps/window/page/StatusLine.h>
 
 #include <QAbstractButton>
 #include <QApplication>

@@ -1,7 +1,7 @@
 #include "OpenedFiles.h"
 #include "WindowTest.h"
 
-#include <apps/window/DocumentsFilter.h>
+#include <apps/window/list/DocumentsFilter.h>
 
 #include <QApplication>
 #include <QDir>

@@ -1,6 +1,6 @@
 #include "WindowTest.h"
 
-#include <apps/window/PageView.h>
+#include <apps/window/pictures/PageView.h>
 
 #include <QAbstractButton>
 #include <QApplication>

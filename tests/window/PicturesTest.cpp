@@ -1,10 +1,10 @@
 #include "Palettes.h"
 #include "WindowTest.h"
 
-#include <apps/window/PagePicture.h>
+#include <apps/window/pictures/PagePicture.h>
 #include <NorlisTestKit/FaultServer.h>
 
-#include <apps/window/Translations.h>
+#include <apps/window/texts/Translations.h>
 
 #include <QApplication>
 #include <QContextMenuEvent>

@@ -1,8 +1,8 @@
 #include "WindowTest.h"
 
-#include <apps/window/ServiceTexts.h>
-#include <apps/window/Texts.h>
-#include <apps/window/Translations.h>
+#include <apps/window/texts/ServiceTexts.h>
+#include <apps/window/texts/Texts.h>
+#include <apps/window/texts/Translations.h>
 
 #include <QApplication>
 #include <QDirIterator>

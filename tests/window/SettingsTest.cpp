@@ -1,8 +1,8 @@
 #include "OpenedFiles.h"
 #include "WindowTest.h"
 
-#include <apps/window/FolderField.h>
-#include <apps/window/SettingsDialog.h>
+#include <apps/window/settings/SettingsDialog.h>
+#include <apps/window/widgets/FolderField.h>
 
 #include <QCheckBox>
 #include <QLabel>

@@ -1,7 +1,7 @@
 #include "WindowTest.h"
 
-#include <apps/window/PlainButtons.h>
-#include <apps/window/Translations.h>
+#include <apps/window/texts/Translations.h>
+#include <apps/window/widgets/PlainButtons.h>
 
 #include <QAbstractButton>
 #include <QDir>

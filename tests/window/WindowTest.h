@@ -1,7 +1,7 @@
 #pragma once
 
 #include <apps/window/MainWindow.h>
-#include <apps/window/Transfers.h>
+#include <apps/window/transfers/Transfers.h>
 #include <contracts/FileInfo.h>
 #include <host/CloudDocumentsModel.h>
 #include <testkit/contract/Printing.h>

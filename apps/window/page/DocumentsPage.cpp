@@ -1,0 +1,616 @@
+#include "DocumentsPage.h"
+
+#include "DetailsPane.h"
+#include "DocumentsTools.h"
+#include "DropHint.h"
+#include "QuickLook.h"
+#include "StatusLine.h"
+
+#include <apps/window/list/DocumentsView.h>
+#include <apps/window/list/FilterChips.h>
+#include <apps/window/texts/KnownDocuments.h>
+#include <apps/window/texts/Texts.h>
+#include <apps/window/transfers/TransfersPanel.h>
+#include <apps/window/widgets/AccessibleParts.h>
+#include <apps/window/widgets/EmptyPage.h>
+#include <apps/window/widgets/MessageBar.h>
+#include <apps/window/widgets/SearchField.h>
+#include <apps/window/widgets/StayInView.h>
+#include <contracts/NorlisCloudProtocol.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QMenu>
+#include <QShortcut>
+#include <QSplitter>
+#include <QStackedWidget>
+#include <QVBoxLayout>
+
+#include <utility>
+
+namespace Norlis::Window {
+
+using Host::CloudProblem;
+using Host::CloudSession;
+using PDF::Cloud::AbstractCloudManager;
+
+namespace {
+
+namespace Key {
+const auto split = QStringLiteral("view/split");
+const auto details = QStringLiteral("view/details");
+const auto sides = QStringLiteral("view/sides");
+} // namespace Key
+
+} // namespace
+
+DocumentsPage::DocumentsPage(CloudSession& session, QSettings& settings, QWidget* parent)
+    : QWidget(parent),
+      session(session),
+      settings(settings),
+      model(session.Documents(), session.CloudSizes()),
+      pictures(session),
+      transfers(session),
+      actions(*this),
+      search(new SearchField),
+      chips(new FilterChips(model, filter)),
+      message(new MessageBar),
+      stack(new QStackedWidget),
+      view(new DocumentsView),
+      empty(new EmptyPage),
+      dropHint(new DropHint(*this, *stack)),
+      status(new StatusLine),
+      order(filter, view->Header(), *actions.sortBy, settings),
+      arrangement(*view, actions, settings),
+      tools(new DocumentsTools(actions, *search, *chips, order.Box())),
+      commands({session, Preferences(settings), model, *view, transfers, *message}, *this),
+      details(new DetailsPane(session, *view, actions)),
+      notice(transfers, Preferences(settings), *this)
+{
+    setObjectName("documentsPage");
+    filter.SetViewingFolder(session.ViewingFolder({}));
+    filter.setSourceModel(&model);
+    view->setModel(&filter);
+    view->Header().Follow(filter);
+    view->SetLargePictures(pictures);
+    Arrange();
+    ConnectSession();
+    ConnectDocuments();
+    ConnectSearch();
+    ConnectActions();
+    ConnectLook();
+    Restore();
+    UpdateActions();
+    UpdateEmptyPage();
+    UpdateStatus();
+}
+
+DocumentsPage::~DocumentsPage()
+{
+    view->setModel(nullptr); // the model is destroyed before the view
+}
+
+void DocumentsPage::SignIn(const QString& newToken)
+{
+    token = newToken;
+    askedAt = QDateTime::currentDateTime();
+    session.StaySignedIn(token);
+    UpdateStatus();
+}
+
+void DocumentsPage::OnSignedIn()
+{
+    isSignedIn = true;
+    token.clear();
+    message->Close(Topic::signIn);
+    session.Refresh();
+    session.Cloud().UserQuota();
+    UpdateActions();
+}
+
+void DocumentsPage::FocusDocuments()
+{
+    stack->currentWidget()->setFocus(); // the view is given the focus later if the page is empty now
+}
+
+void DocumentsPage::OfferUpload(const QStringList& files)
+{
+    commands.Uploads().Offer(files);
+}
+
+void DocumentsPage::AddMenusTo(QMenuBar& bar)
+{
+    actions.AddMenusTo(bar);
+}
+
+void DocumentsPage::Arrange()
+{
+    const auto panel = new TransfersPanel(transfers);
+    connect(panel, &TransfersPanel::KeyboardLeft, this, &DocumentsPage::FocusDocuments);
+    stack->setMinimumHeight(4 * fontMetrics().lineSpacing()); // the window does not grow by itself
+    stack->addWidget(view);
+    ShowTitles(*stack, view->Header());
+    stack->addWidget(empty);
+    const auto upper = new QWidget;
+    const auto upperLayout = new QVBoxLayout(upper);
+    upperLayout->setContentsMargins(0, 0, 0, 0);
+    upperLayout->setSpacing(0);
+    const auto sides = new QSplitter(Qt::Horizontal);
+    sides->setObjectName("sides");
+    sides->setChildrenCollapsible(false);
+    sides->addWidget(stack);
+    sides->addWidget(details);
+    sides->setStretchFactor(0, 1);
+    sides->setSizes({fontMetrics().averageCharWidth() * 100, fontMetrics().averageCharWidth() * 36});
+    upperLayout->addWidget(sides, 1);
+    upperLayout->addWidget(message); // below, where it moves no document under the pointer
+    new StayInView(*view);
+    const auto splitter = new QSplitter(Qt::Vertical);
+    splitter->setObjectName("split");
+    splitter->setChildrenCollapsible(false);
+    splitter->addWidget(upper);
+    splitter->addWidget(panel);
+    splitter->setStretchFactor(0, 1);
+    const int line = fontMetrics().lineSpacing();
+    splitter->setSizes({line * 40, line * 12});
+    connect(
+        panel, &TransfersPanel::Collapsed, splitter, [splitter, panel, large = line * 12](bool isCollapsed) mutable {
+            const QList<int> sizes = splitter->sizes();
+            const int all = sizes.first() + sizes.last();
+            if (isCollapsed) {
+                large = sizes.last();
+            }
+            const int wanted = isCollapsed ? panel->maximumHeight() : large;
+            splitter->setSizes({all - wanted, wanted}); // it does not give away by itself what the panel does not take
+        });
+
+    const auto layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(tools);
+    layout->addWidget(splitter, 1);
+    layout->addWidget(status);
+}
+
+void DocumentsPage::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    tools->Fit(size());
+}
+
+void DocumentsPage::ConnectSession()
+{
+    const auto& cloud = session.Cloud();
+    connect(&cloud, &AbstractCloudManager::AuthorizationCompleted, this, &DocumentsPage::OnSignedIn);
+    connect(&cloud, &AbstractCloudManager::RetrievingFilesListStarted, this, [this] {
+        isRefreshing = true;
+        isListOld = false;
+        askedAt = QDateTime::currentDateTime();
+        UpdateStatus();
+    });
+    status->Storage().Follow(session);
+    connect(&session, &CloudSession::ListRefreshed, this, [this] {
+        isRefreshing = false;
+        if (refreshedAt.isNull() && !view->selectionModel()->hasSelection()) { // the current one may be any
+            view->selectionModel()->setCurrentIndex(filter.index(0, 0), QItemSelectionModel::NoUpdate);
+            view->scrollToTop();
+        }
+        refreshedAt = QDateTime::currentDateTime();
+        message->Close(Topic::list);
+        if (model.rowCount() >= countBeforeLoss) {
+            message->Close(Topic::loss);
+        }
+        UpdateEmptyPage();
+        UpdateStatus();
+    });
+    connect(&session, &CloudSession::RemovalPendingChanged, &model, &Host::CloudDocumentsModel::SetHidden);
+    connect(&session, &CloudSession::ManyDocumentsGone, this, &DocumentsPage::OnManyGone);
+    connect(&session, &CloudSession::PreviewStored, this,
+            [this](const QString& id, const QString&, const QString& path) {
+                view->ForgetPreview(path);
+                view->SetUnreadable(id, false);
+            });
+    connect(&session, &CloudSession::PreviewMissing, view,
+            [this](const QString& id) { view->SetUnreadable(id, true); });
+    connect(&session, &CloudSession::Failed, this, &DocumentsPage::OnFailed);
+    connect(&session, &CloudSession::ConnectionChanged, this, [this] {
+        // Also while it is tried again, which may be over in a moment.
+        const bool wasAway = isAway;
+        isAway = IsOffline() || (isAway && session.ConnectionState() == CloudSession::Connection::Connecting);
+        if (wasAway && !isAway) {
+            isListOld = true; // refreshed when what has waited is done
+            RefreshOldList();
+        }
+        UpdateStatus();
+        UpdateActions();
+    });
+    connect(status, &StatusLine::KeyboardLeft, this, &DocumentsPage::FocusDocuments);
+    connect(status, &StatusLine::TryNowChosen, &session, &CloudSession::TryNow);
+    connect(status, &StatusLine::StopWaitingChosen, &session, &CloudSession::StopWaiting);
+}
+
+void DocumentsPage::ConnectDocuments()
+{
+    // The filter reports removed rows before the model has dropped them.
+    for (const QAbstractItemModel* const each :
+         {static_cast<QAbstractItemModel*>(&filter), static_cast<QAbstractItemModel*>(&model)}) {
+        for (const auto signal : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved}) {
+            connect(each, signal, this, [this] {
+                UpdateEmptyPage();
+                updateSoon();
+            });
+        }
+    }
+    connect(&filter, &QAbstractItemModel::dataChanged, this, [this] { updateSoon(); });
+    connect(&transfers, &Transfers::CountsChanged, this, [this] { updateSoon(); });
+    connect(view, &DocumentsView::SelectionChanged, this, [this] {
+        UpdateActions();
+        UpdateStatus();
+    });
+    connect(view, &DocumentsView::ShownChanged, &session, &CloudSession::ShowPreviews);
+    connect(view, &DocumentsView::ShownChanged, &pictures, &LargePictures::Show);
+    connect(view, &DocumentsView::activated, &commands, [this] { commands.Open(); });
+    connect(message, &MessageBar::KeyboardLeft, this, &DocumentsPage::FocusDocuments);
+    connect(&notice, &TransferNotice::Activated, this, &DocumentsPage::FrontRequested);
+    connect(dropHint, &DropHint::Dropped, &commands.Uploads(), &UploadCommands::Upload);
+    connect(&transfers, &Transfers::CountsChanged, this, [this] {
+        if (transfers.CountOfActive() == 0) {
+            RevealAdded();
+            RefreshOldList();
+        }
+    });
+    connect(&transfers, &Transfers::DocumentAdded, this, [this](const QString& id) { added.append(id); });
+}
+
+void DocumentsPage::RefreshOldList()
+{
+    if (isListOld && transfers.CountOfActive() == 0) {
+        session.Refresh();
+    }
+}
+
+void DocumentsPage::RevealAdded()
+{
+    const QStringList ids = std::exchange(added, {});
+    if (view->Reveal(ids)) {
+        return;
+    }
+    message->Show(Topic::hidden, tr("What was uploaded does not match what is searched for."), {},
+                  {{tr("Show All"),
+                    [this, ids] {
+                        ShowAll();
+                        view->Reveal(ids);
+                    }}},
+                  MessageBar::Kind::Notice);
+}
+
+bool DocumentsPage::event(QEvent* event)
+{
+    // The user comes from other programs, in which files may have been changed.
+    if (event->type() == QEvent::WindowActivate && isSignedIn && !IsOffline()) {
+        session.Refresh();
+    }
+    return QWidget::event(event);
+}
+
+void DocumentsPage::ConnectSearch()
+{
+    connect(search, &QLineEdit::textChanged, this, [this](const QString& text) {
+        if (!text.isEmpty() && beforeSearch.isEmpty()) {
+            beforeSearch = view->SelectedIds();
+        }
+        if (!text.isEmpty()) {
+            view->clearSelection(); // what follows is about what is found
+        }
+        filter.Search(text);
+        chips->Count();
+        const QStringList before = text.isEmpty() ? std::exchange(beforeSearch, {}) : QStringList();
+        if (!before.isEmpty() && view->SelectedIds().isEmpty()) {
+            view->Select(before);
+        }
+        OnNarrowed();
+    });
+    connect(chips, &FilterChips::ChosenChanged, this, [this] {
+        view->clearSelection();
+        filter.Show(chips->Chosen());
+        OnNarrowed();
+    });
+    const auto goToFound = [this] {
+        view->setFocus();
+        if (view->SelectedIds().isEmpty()) {
+            view->setCurrentIndex(filter.index(0, 0));
+        }
+    };
+    connect(search, &QLineEdit::returnPressed, this, goToFound);
+    const auto down = new QShortcut(Qt::Key_Down, search, nullptr, nullptr, Qt::WidgetShortcut);
+    connect(down, &QShortcut::activated, this, goToFound);
+    connect(search, &SearchField::Left, this, [this] { view->setFocus(); });
+    connect(empty, &EmptyPage::ActionChosen, this, [this] {
+        if (model.VisibleCount() == 0) {
+            commands.Uploads().Choose();
+        } else {
+            ShowAll();
+        }
+    });
+    connect(&order, &DocumentsOrder::Changed, view, &DocumentsView::scrollToTop);
+}
+
+void DocumentsPage::ShowAll()
+{
+    search->clear();
+    chips->Choose(DocumentsFilter::Kind::All);
+}
+
+void DocumentsPage::OnNarrowed()
+{
+    message->Close(Topic::hidden);
+    const bool isWhole = search->text().isEmpty() && chips->Chosen() == DocumentsFilter::Kind::All;
+    if (isWhole && view->currentIndex().isValid()) {
+        view->scrollTo(view->currentIndex());
+    } else {
+        view->scrollToTop();
+    }
+    UpdateEmptyPage();
+    UpdateStatus();
+    UpdateActions();
+    status->ReadNumbersAloud();
+}
+
+void DocumentsPage::ConnectActions()
+{
+    const auto connectTo = [this](const QAction* action, const auto& triggered) {
+        connect(action, &QAction::triggered, this, triggered);
+    };
+    connectTo(actions.upload, [this] { commands.Uploads().Choose(); });
+    connectTo(actions.download, [this] { commands.Download(); });
+    connectTo(actions.downloadTo, [this] { commands.ChooseDownloadFolder(); });
+    connectTo(actions.open, [this] { commands.Open(); });
+    connectTo(actions.showInFolder, [this] { commands.ShowInFolder(); });
+    connectTo(actions.uploadChanges, [this] { commands.UploadChanges(); });
+    connectTo(actions.resolve, [this] { commands.ResolveConflicts(); });
+    connectTo(actions.useCloud, [this] { commands.UseCloud(); });
+    connectTo(actions.copy, [this] { commands.Copy(); });
+    connectTo(actions.paste, [this] { commands.Uploads().Paste(); });
+    connectTo(actions.remove, [this] { commands.Remove(); });
+    connectTo(actions.undoRemoval, [this] { commands.Removals().Undo(); });
+    connect(&commands.Removals(), &RemovalUndo::PossibleChanged, this, &DocumentsPage::UpdateActions);
+    connect(&commands.Removals(), &RemovalUndo::Removed, view, &DocumentsView::GoOnAfterRemoval);
+    connect(&commands.Removals(), &RemovalUndo::TakenBack, this, [this](const QStringList& ids) { takenBack = ids; });
+    connect(&model, &QAbstractItemModel::dataChanged, this,
+            [this](const QModelIndex&, const QModelIndex&, const QVector<int>& roles) {
+                if (!takenBack.isEmpty() && roles.contains(Host::CloudDocumentsModel::HiddenRole)) {
+                    view->Select(std::exchange(takenBack, {})); // the filter, which hears of it first, has them again
+                }
+            });
+    connectTo(actions.refresh, [this] {
+        if (IsOffline()) {
+            session.TryNow();
+            return;
+        }
+        session.Refresh();
+        session.Cloud().UserQuota();
+    });
+    connectTo(actions.find, [this] {
+        search->setFocus(Qt::ShortcutFocusReason);
+        search->selectAll();
+    });
+    connectTo(actions.signOut, [this] { emit SignOutRequested(); });
+    connect(view, &DocumentsView::MenuRequested, this, &DocumentsPage::ShowMenu);
+}
+
+void DocumentsPage::ConnectLook()
+{
+    quickLook = new QuickLook(session, *view, *this);
+    arrangement.Follow(*quickLook);
+    view->addAction(actions.quickLook);
+    connect(actions.quickLook, &QAction::triggered, quickLook, &QuickLook::Open);
+    connect(quickLook, &QuickLook::OpenRequested, &commands, [this](const QString& id) { commands.Open({id}); });
+    connect(quickLook, &QuickLook::FetchRequested, &commands, &DocumentCommands::Fetch);
+    connect(actions.details, &QAction::toggled, this, [this](bool isWanted) {
+        const bool hadKeyboard = details->isAncestorOf(QApplication::focusWidget());
+        details->setVisible(isWanted);
+        settings.setValue(Key::details, isWanted);
+        if (hadKeyboard) {
+            FocusDocuments();
+        }
+    });
+    const auto sides = findChild<QSplitter*>("sides");
+    connect(sides, &QSplitter::splitterMoved, this,
+            [this, sides] { settings.setValue(Key::sides, sides->saveState()); });
+}
+
+void DocumentsPage::Restore()
+{
+    actions.details->setChecked(settings.value(Key::details).toBool());
+    details->setVisible(actions.details->isChecked());
+    findChild<QSplitter*>("sides")->restoreState(settings.value(Key::sides).toByteArray());
+    connect(&arrangement, &DocumentsLayout::ModeChanged, this,
+            [this](DisplayMode mode) { order.Box().setVisible(mode == DisplayMode::Thumbnails); });
+    arrangement.Restore();
+    order.Restore();
+    const auto splitter = findChild<QSplitter*>("split");
+    splitter->restoreState(settings.value(Key::split).toByteArray());
+    connect(splitter, &QSplitter::splitterMoved, this,
+            [this, splitter] { settings.setValue(Key::split, splitter->saveState()); });
+}
+
+QStringList DocumentsPage::UnsentFiles() const
+{
+    return transfers.UnsentFiles();
+}
+
+int DocumentsPage::CountOfChanges() const
+{
+    return commands.CountOfChanges();
+}
+
+bool DocumentsPage::HasRunningTransfers() const
+{
+    return transfers.CountOfActive() > 0;
+}
+
+void DocumentsPage::SetClosing(bool isClosing)
+{
+    if (isClosing) {
+        message->Show(Topic::closing, tr("The removal is being sent to the cloud."), tr("Then the window closes."), {},
+                      MessageBar::Kind::Notice);
+    } else {
+        message->Close(Topic::closing);
+    }
+}
+
+QStringList DocumentsPage::PendingRemovals() const
+{
+    QStringList ids;
+    for (int row = 0; row < model.rowCount(); ++row) {
+        if (model.index(row).data(Host::CloudDocumentsModel::HiddenRole).toBool()) {
+            ids.append(model.index(row).data(Host::CloudDocumentsModel::IdRole).toString());
+        }
+    }
+    return ids;
+}
+
+QStringList DocumentsPage::NamesOf(const QStringList& ids) const
+{
+    QStringList names;
+    for (const QString& id : ids) {
+        if (session.Facts(id)) {
+            names.append(NameOf(session, id));
+        }
+    }
+    return names;
+}
+
+void DocumentsPage::ShowProblem(const QString& title, const QString& detail)
+{
+    message->Show(Topic::save, title, detail);
+}
+
+void DocumentsPage::ShowMenu(const QPoint& place, bool isOnDocument)
+{
+    const auto menu = new QMenu(this);
+    menu->setObjectName("contextMenu");
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    if (isOnDocument) {
+        actions.AddDocumentEntriesTo(*menu);
+    } else {
+        actions.AddGeneralEntriesTo(*menu);
+    }
+    menu->popup(place);
+}
+
+void DocumentsPage::OnFailed(const CloudProblem& problem)
+{
+    const MessageBar::Remedy signInAgain = {tr("Sign In…"), [this] { emit SignInRequested(); }};
+    if (problem.request == CloudProblem::Request::List) {
+        isRefreshing = false;
+        UpdateStatus();
+    }
+    const bool isConnecting =
+        problem.request == CloudProblem::Request::SignIn || problem.request == CloudProblem::Request::List;
+    if (isConnecting && IsOffline()) {
+        status->Explain(ProblemReason(problem), TechnicalText(problem)); // which counts the seconds: no advice
+        UpdateStatus();
+        return;
+    }
+    if (problem.request != CloudProblem::Request::SignIn && !session.IsSignedIn()) {
+        if (isSignedIn) { // otherwise an earlier request has reported it
+            isSignedIn = false;
+            UpdateActions();
+            message->Show(Topic::signIn, tr("You have been signed out."), ProblemDetail(problem), {signInAgain});
+        }
+        return;
+    }
+    const QString title = ProblemTitle(problem, NameOf(session, problem.subject));
+    const QString detail = ProblemDetail(problem);
+    switch (problem.request) {
+    case CloudProblem::Request::SignIn:
+        message->Show(Topic::signIn, title, detail, {{tr("Try Again"), [this] { SignIn(token); }}, signInAgain});
+        message->SetDetails(TechnicalText(problem));
+        UpdateStatus();
+        break;
+    case CloudProblem::Request::List:
+        message->Show(Topic::list, title, detail, {{tr("Try Again"), [this] { session.Refresh(); }}});
+        message->SetDetails(TechnicalText(problem));
+        break;
+    case CloudProblem::Request::Remove:
+        message->Show(Topic::removal, title, detail,
+                      {{tr("Try Again"), [this, id = problem.subject] { session.Remove(id); }}});
+        message->SetDetails(TechnicalText(problem));
+        message->SetSubject(problem.subject);
+        break;
+    case CloudProblem::Request::Quota:
+        status->Storage().Show(Social::NorlisCloudProtocol::unknownQuota, Social::NorlisCloudProtocol::unknownQuota);
+        break;
+    case CloudProblem::Request::Upload:
+    case CloudProblem::Request::Download:
+        break; // shown in the list of transfers
+    case CloudProblem::Request::Preview:
+        break; // the document is shown without a preview
+    }
+}
+
+void DocumentsPage::OnManyGone(int gone, int before)
+{
+    countBeforeLoss = before;
+    message->Show(Topic::loss, tr("%1 of the %2 documents are gone from the list.").arg(gone).arg(before),
+                  tr("If nobody removed them, check the cloud. Their local copies are remembered for a month."));
+}
+
+void DocumentsPage::UpdateActions()
+{
+    const bool isAnySelected = view->selectionModel()->hasSelection();
+    const bool isTransferring =
+        transfers.CountOfActive() > transfers.CountOf(Transfers::Status::Waiting); // which keep nothing busy
+    actions.Update({isSignedIn, IsOffline(), isTransferring, isAnySelected, commands.IsAnyHere(),
+                    !commands.ChangedHere().isEmpty(), !commands.InConflict().isEmpty(),
+                    commands.Removals().IsPossible()});
+    details->Update();
+}
+
+void DocumentsPage::UpdateEmptyPage()
+{
+    const bool isEmpty = filter.rowCount() == 0;
+    if (isEmpty && model.VisibleCount() > 0) {
+        QStringList reasons = {chips->Explanation()};
+        if (!search->text().isEmpty()) {
+            reasons.append(tr("You searched for “%1”.").arg(search->text()));
+        }
+        reasons.removeAll({});
+        empty->Show(Glyph::Search, tr("No matching documents"), reasons.join('\n'), tr("Show All Documents"));
+    } else if (isEmpty && refreshedAt.isNull()) {
+        empty->Show(Glyph::Cloud, tr("Loading documents…"), {});
+    } else if (isEmpty) {
+        empty->Show(Glyph::Cloud, tr("No documents yet"), tr("Drop PDF files here, or choose files to upload."),
+                    tr("Upload…"));
+    }
+    stack->setCurrentWidget(isEmpty ? static_cast<QWidget*>(empty) : view);
+}
+
+void DocumentsPage::UpdateStatus()
+{
+    StatusLine::Situation situation;
+    situation.shown = filter.rowCount();
+    situation.all = model.VisibleCount();
+    const auto selected = view->selectionModel()->selectedIndexes();
+    situation.selected = selected.size();
+    for (const auto& index : selected) {
+        situation.selectedSize += index.data(Host::CloudDocumentsModel::SizeRole).toLongLong();
+    }
+    situation.removals = model.rowCount() - model.VisibleCount();
+    situation.isRefreshing = isRefreshing;
+    situation.isSigningIn = !token.isEmpty();
+    situation.askedAt = askedAt;
+    situation.refreshedAt = refreshedAt;
+    situation.isOffline = isAway;
+    situation.nextAttempt = session.NextAttempt();
+    status->Show(situation);
+}
+
+bool DocumentsPage::IsOffline() const
+{
+    return session.ConnectionState() == CloudSession::Connection::Offline;
+}
+
+} // namespace Norlis::Window
