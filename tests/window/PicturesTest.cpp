@@ -213,6 +213,7 @@ TEST_F(PicturesTest, OfAConflict)
     PutIntoCloud("garden-year.pdf", PdfOfText("theirs"));
     Press(QKeySequence::Refresh);
     ASSERT_TRUE(WaitUntil([&] { return IsAs("garden-year.pdf", State::ChangedOnBothSides); }));
+    ASSERT_TRUE(WaitUntil([&] { return Action("Upload Changes")->isEnabled(); }));
     Press(QKeySequence::Save);
     ASSERT_EQ(Questions().size(), 1);
     for (const auto picture : Questions().first()->findChildren<Window::PagePicture*>()) {
