@@ -4,25 +4,21 @@
 #include "DocumentsTools.h"
 #include "DropHint.h"
 #include "QuickLook.h"
-#include "StatusLine.h"
 
 #include <apps/window/list/DocumentsView.h>
 #include <apps/window/list/FilterChips.h>
 #include <apps/window/texts/KnownDocuments.h>
-#include <apps/window/texts/Texts.h>
 #include <apps/window/transfers/TransfersPanel.h>
 #include <apps/window/widgets/AccessibleParts.h>
 #include <apps/window/widgets/EmptyPage.h>
 #include <apps/window/widgets/MessageBar.h>
 #include <apps/window/widgets/SearchField.h>
 #include <apps/window/widgets/StayInView.h>
-#include <contracts/NorlisCloudProtocol.h>
 
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
 #include <QMenu>
-#include <QShortcut>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QVBoxLayout>
@@ -31,9 +27,7 @@
 
 namespace Norlis::Window {
 
-using Host::CloudProblem;
 using Host::CloudSession;
-using PDF::Cloud::AbstractCloudManager;
 
 namespace {
 
@@ -62,8 +56,10 @@ DocumentsPage::DocumentsPage(CloudSession& session, QSettings& settings, QWidget
       dropHint(new DropHint(*this, *stack)),
       status(new StatusLine),
       order(filter, view->Header(), *actions.sortBy, settings),
+      narrowing(filter, *view, *search, *chips),
       arrangement(*view, actions, settings),
       tools(new DocumentsTools(actions, *search, *chips, order.Box())),
+      situation(session, *message, *status),
       commands({session, Preferences(settings), model, *view, transfers, *message}, *this),
       details(new DetailsPane(session, *view, actions)),
       notice(transfers, Preferences(settings), *this)
@@ -91,22 +87,14 @@ DocumentsPage::~DocumentsPage()
     view->setModel(nullptr); // the model is destroyed before the view
 }
 
-void DocumentsPage::SignIn(const QString& newToken)
+void DocumentsPage::SignIn(const QString& token)
 {
-    token = newToken;
-    askedAt = QDateTime::currentDateTime();
-    session.StaySignedIn(token);
-    UpdateStatus();
+    situation.SignIn(token);
 }
 
 void DocumentsPage::OnSignedIn()
 {
-    isSignedIn = true;
-    token.clear();
-    message->Close(Topic::signIn);
-    session.Refresh();
-    session.Cloud().UserQuota();
-    UpdateActions();
+    situation.OnSignedIn();
 }
 
 void DocumentsPage::FocusDocuments()
@@ -181,31 +169,15 @@ void DocumentsPage::resizeEvent(QResizeEvent* event)
 
 void DocumentsPage::ConnectSession()
 {
-    const auto& cloud = session.Cloud();
-    connect(&cloud, &AbstractCloudManager::AuthorizationCompleted, this, &DocumentsPage::OnSignedIn);
-    connect(&cloud, &AbstractCloudManager::RetrievingFilesListStarted, this, [this] {
-        isRefreshing = true;
-        isListOld = false;
-        askedAt = QDateTime::currentDateTime();
-        UpdateStatus();
-    });
-    status->Storage().Follow(session);
     connect(&session, &CloudSession::ListRefreshed, this, [this] {
-        isRefreshing = false;
-        if (refreshedAt.isNull() && !view->selectionModel()->hasSelection()) { // the current one may be any
+        const bool isFirst = std::exchange(isFirstList, false);
+        if (isFirst && !view->selectionModel()->hasSelection()) { // the current one may be any
             view->selectionModel()->setCurrentIndex(filter.index(0, 0), QItemSelectionModel::NoUpdate);
             view->scrollToTop();
         }
-        refreshedAt = QDateTime::currentDateTime();
-        message->Close(Topic::list);
-        if (model.rowCount() >= countBeforeLoss) {
-            message->Close(Topic::loss);
-        }
         UpdateEmptyPage();
-        UpdateStatus();
     });
     connect(&session, &CloudSession::RemovalPendingChanged, &model, &Host::CloudDocumentsModel::SetHidden);
-    connect(&session, &CloudSession::ManyDocumentsGone, this, &DocumentsPage::OnManyGone);
     connect(&session, &CloudSession::PreviewStored, this,
             [this](const QString& id, const QString&, const QString& path) {
                 view->ForgetPreview(path);
@@ -213,21 +185,13 @@ void DocumentsPage::ConnectSession()
             });
     connect(&session, &CloudSession::PreviewMissing, view,
             [this](const QString& id) { view->SetUnreadable(id, true); });
-    connect(&session, &CloudSession::Failed, this, &DocumentsPage::OnFailed);
-    connect(&session, &CloudSession::ConnectionChanged, this, [this] {
-        // Also while it is tried again, which may be over in a moment.
-        const bool wasAway = isAway;
-        isAway = IsOffline() || (isAway && session.ConnectionState() == CloudSession::Connection::Connecting);
-        if (wasAway && !isAway) {
-            isListOld = true; // refreshed when what has waited is done
-            RefreshOldList();
-        }
+    connect(&situation, &CloudSituation::Changed, this, [this] {
         UpdateStatus();
         UpdateActions();
     });
+    connect(&situation, &CloudSituation::CameBack, this, &DocumentsPage::RefreshOldList);
+    connect(&situation, &CloudSituation::SignInRequested, this, &DocumentsPage::SignInRequested);
     connect(status, &StatusLine::KeyboardLeft, this, &DocumentsPage::FocusDocuments);
-    connect(status, &StatusLine::TryNowChosen, &session, &CloudSession::TryNow);
-    connect(status, &StatusLine::StopWaitingChosen, &session, &CloudSession::StopWaiting);
 }
 
 void DocumentsPage::ConnectDocuments()
@@ -265,8 +229,8 @@ void DocumentsPage::ConnectDocuments()
 
 void DocumentsPage::RefreshOldList()
 {
-    if (isListOld && transfers.CountOfActive() == 0) {
-        session.Refresh();
+    if (transfers.CountOfActive() == 0) {
+        situation.RefreshOldList();
     }
 }
 
@@ -279,7 +243,7 @@ void DocumentsPage::RevealAdded()
     message->Show(Topic::hidden, tr("What was uploaded does not match what is searched for."), {},
                   {{tr("Show All"),
                     [this, ids] {
-                        ShowAll();
+                        narrowing.ShowAll();
                         view->Reveal(ids);
                     }}},
                   MessageBar::Kind::Notice);
@@ -288,7 +252,7 @@ void DocumentsPage::RevealAdded()
 bool DocumentsPage::event(QEvent* event)
 {
     // The user comes from other programs, in which files may have been changed.
-    if (event->type() == QEvent::WindowActivate && isSignedIn && !IsOffline()) {
+    if (event->type() == QEvent::WindowActivate && situation.IsSignedIn() && !situation.IsOffline()) {
         session.Refresh();
     }
     return QWidget::event(event);
@@ -296,65 +260,21 @@ bool DocumentsPage::event(QEvent* event)
 
 void DocumentsPage::ConnectSearch()
 {
-    connect(search, &QLineEdit::textChanged, this, [this](const QString& text) {
-        if (!text.isEmpty() && beforeSearch.isEmpty()) {
-            beforeSearch = view->SelectedIds();
-        }
-        if (!text.isEmpty()) {
-            view->clearSelection(); // what follows is about what is found
-        }
-        filter.Search(text);
-        chips->Count();
-        const QStringList before = text.isEmpty() ? std::exchange(beforeSearch, {}) : QStringList();
-        if (!before.isEmpty() && view->SelectedIds().isEmpty()) {
-            view->Select(before);
-        }
-        OnNarrowed();
+    connect(&narrowing, &Narrowing::Changed, this, [this] {
+        message->Close(Topic::hidden);
+        UpdateEmptyPage();
+        UpdateStatus();
+        UpdateActions();
+        status->ReadNumbersAloud();
     });
-    connect(chips, &FilterChips::ChosenChanged, this, [this] {
-        view->clearSelection();
-        filter.Show(chips->Chosen());
-        OnNarrowed();
-    });
-    const auto goToFound = [this] {
-        view->setFocus();
-        if (view->SelectedIds().isEmpty()) {
-            view->setCurrentIndex(filter.index(0, 0));
-        }
-    };
-    connect(search, &QLineEdit::returnPressed, this, goToFound);
-    const auto down = new QShortcut(Qt::Key_Down, search, nullptr, nullptr, Qt::WidgetShortcut);
-    connect(down, &QShortcut::activated, this, goToFound);
-    connect(search, &SearchField::Left, this, [this] { view->setFocus(); });
     connect(empty, &EmptyPage::ActionChosen, this, [this] {
         if (model.VisibleCount() == 0) {
             commands.Uploads().Choose();
         } else {
-            ShowAll();
+            narrowing.ShowAll();
         }
     });
     connect(&order, &DocumentsOrder::Changed, view, &DocumentsView::scrollToTop);
-}
-
-void DocumentsPage::ShowAll()
-{
-    search->clear();
-    chips->Choose(DocumentsFilter::Kind::All);
-}
-
-void DocumentsPage::OnNarrowed()
-{
-    message->Close(Topic::hidden);
-    const bool isWhole = search->text().isEmpty() && chips->Chosen() == DocumentsFilter::Kind::All;
-    if (isWhole && view->currentIndex().isValid()) {
-        view->scrollTo(view->currentIndex());
-    } else {
-        view->scrollToTop();
-    }
-    UpdateEmptyPage();
-    UpdateStatus();
-    UpdateActions();
-    status->ReadNumbersAloud();
 }
 
 void DocumentsPage::ConnectActions()
@@ -384,7 +304,7 @@ void DocumentsPage::ConnectActions()
                 }
             });
     connectTo(actions.refresh, [this] {
-        if (IsOffline()) {
+        if (situation.IsOffline()) {
             session.TryNow();
             return;
         }
@@ -500,70 +420,12 @@ void DocumentsPage::ShowMenu(const QPoint& place, bool isOnDocument)
     menu->popup(place);
 }
 
-void DocumentsPage::OnFailed(const CloudProblem& problem)
-{
-    const MessageBar::Remedy signInAgain = {tr("Sign In…"), [this] { emit SignInRequested(); }};
-    if (problem.request == CloudProblem::Request::List) {
-        isRefreshing = false;
-        UpdateStatus();
-    }
-    const bool isConnecting =
-        problem.request == CloudProblem::Request::SignIn || problem.request == CloudProblem::Request::List;
-    if (isConnecting && IsOffline()) {
-        status->Explain(ProblemReason(problem), TechnicalText(problem)); // which counts the seconds: no advice
-        UpdateStatus();
-        return;
-    }
-    if (problem.request != CloudProblem::Request::SignIn && !session.IsSignedIn()) {
-        if (isSignedIn) { // otherwise an earlier request has reported it
-            isSignedIn = false;
-            UpdateActions();
-            message->Show(Topic::signIn, tr("You have been signed out."), ProblemDetail(problem), {signInAgain});
-        }
-        return;
-    }
-    const QString title = ProblemTitle(problem, NameOf(session, problem.subject));
-    const QString detail = ProblemDetail(problem);
-    switch (problem.request) {
-    case CloudProblem::Request::SignIn:
-        message->Show(Topic::signIn, title, detail, {{tr("Try Again"), [this] { SignIn(token); }}, signInAgain});
-        message->SetDetails(TechnicalText(problem));
-        UpdateStatus();
-        break;
-    case CloudProblem::Request::List:
-        message->Show(Topic::list, title, detail, {{tr("Try Again"), [this] { session.Refresh(); }}});
-        message->SetDetails(TechnicalText(problem));
-        break;
-    case CloudProblem::Request::Remove:
-        message->Show(Topic::removal, title, detail,
-                      {{tr("Try Again"), [this, id = problem.subject] { session.Remove(id); }}});
-        message->SetDetails(TechnicalText(problem));
-        message->SetSubject(problem.subject);
-        break;
-    case CloudProblem::Request::Quota:
-        status->Storage().Show(Social::NorlisCloudProtocol::unknownQuota, Social::NorlisCloudProtocol::unknownQuota);
-        break;
-    case CloudProblem::Request::Upload:
-    case CloudProblem::Request::Download:
-        break; // shown in the list of transfers
-    case CloudProblem::Request::Preview:
-        break; // the document is shown without a preview
-    }
-}
-
-void DocumentsPage::OnManyGone(int gone, int before)
-{
-    countBeforeLoss = before;
-    message->Show(Topic::loss, tr("%1 of the %2 documents are gone from the list.").arg(gone).arg(before),
-                  tr("If nobody removed them, check the cloud. Their local copies are remembered for a month."));
-}
-
 void DocumentsPage::UpdateActions()
 {
     const bool isAnySelected = view->selectionModel()->hasSelection();
     const bool isTransferring =
         transfers.CountOfActive() > transfers.CountOf(Transfers::Status::Waiting); // which keep nothing busy
-    actions.Update({isSignedIn, IsOffline(), isTransferring, isAnySelected, commands.IsAnyHere(),
+    actions.Update({situation.IsSignedIn(), situation.IsOffline(), isTransferring, isAnySelected, commands.IsAnyHere(),
                     !commands.ChangedHere().isEmpty(), !commands.InConflict().isEmpty(),
                     commands.Removals().IsPossible()});
     details->Update();
@@ -573,13 +435,8 @@ void DocumentsPage::UpdateEmptyPage()
 {
     const bool isEmpty = filter.rowCount() == 0;
     if (isEmpty && model.VisibleCount() > 0) {
-        QStringList reasons = {chips->Explanation()};
-        if (!search->text().isEmpty()) {
-            reasons.append(tr("You searched for “%1”.").arg(search->text()));
-        }
-        reasons.removeAll({});
-        empty->Show(Glyph::Search, tr("No matching documents"), reasons.join('\n'), tr("Show All Documents"));
-    } else if (isEmpty && refreshedAt.isNull()) {
+        empty->Show(Glyph::Search, tr("No matching documents"), narrowing.Explanation(), tr("Show All Documents"));
+    } else if (isEmpty && !situation.HasList()) {
         empty->Show(Glyph::Cloud, tr("Loading documents…"), {});
     } else if (isEmpty) {
         empty->Show(Glyph::Cloud, tr("No documents yet"), tr("Drop PDF files here, or choose files to upload."),
@@ -590,27 +447,17 @@ void DocumentsPage::UpdateEmptyPage()
 
 void DocumentsPage::UpdateStatus()
 {
-    StatusLine::Situation situation;
-    situation.shown = filter.rowCount();
-    situation.all = model.VisibleCount();
+    StatusLine::Situation shown;
+    shown.shown = filter.rowCount();
+    shown.all = model.VisibleCount();
     const auto selected = view->selectionModel()->selectedIndexes();
-    situation.selected = selected.size();
+    shown.selected = selected.size();
     for (const auto& index : selected) {
-        situation.selectedSize += index.data(Host::CloudDocumentsModel::SizeRole).toLongLong();
+        shown.selectedSize += index.data(Host::CloudDocumentsModel::SizeRole).toLongLong();
     }
-    situation.removals = model.rowCount() - model.VisibleCount();
-    situation.isRefreshing = isRefreshing;
-    situation.isSigningIn = !token.isEmpty();
-    situation.askedAt = askedAt;
-    situation.refreshedAt = refreshedAt;
-    situation.isOffline = isAway;
-    situation.nextAttempt = session.NextAttempt();
-    status->Show(situation);
-}
-
-bool DocumentsPage::IsOffline() const
-{
-    return session.ConnectionState() == CloudSession::Connection::Offline;
+    shown.removals = model.rowCount() - model.VisibleCount();
+    situation.Describe(shown);
+    status->Show(shown);
 }
 
 } // namespace Norlis::Window

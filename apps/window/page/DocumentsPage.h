@@ -1,6 +1,8 @@
 #pragma once
 
+#include "CloudSituation.h"
 #include "DocumentsLayout.h"
+#include "Narrowing.h"
 
 #include <apps/window/commands/DocumentActions.h>
 #include <apps/window/commands/DocumentCommands.h>
@@ -30,7 +32,6 @@ class FilterChips;
 class MessageBar;
 class SearchField;
 class QuickLook;
-class StatusLine;
 
 /// Shows the documents of one session, and what can be done with them.
 class DocumentsPage : public QWidget {
@@ -93,11 +94,6 @@ private:
     void ConnectDocuments();
     void ConnectSearch();
     void ConnectActions();
-
-    void ShowAll();
-
-    /// To be called when other documents are to be shown.
-    void OnNarrowed();
     void ConnectLook();
     void Restore();
 
@@ -108,12 +104,9 @@ private:
     void RefreshOldList();
     void ShowMenu(const QPoint& place, bool isOnDocument);
 
-    void OnFailed(const Host::CloudProblem& problem);
-    void OnManyGone(int gone, int before);
     void UpdateActions();
     void UpdateEmptyPage();
     void UpdateStatus();
-    bool IsOffline() const;
 
     Host::CloudSession& session;
     QSettings& settings;
@@ -132,8 +125,10 @@ private:
     DropHint* const dropHint;
     StatusLine* const status;
     DocumentsOrder order;
+    Narrowing narrowing;
     DocumentsLayout arrangement;
     DocumentsTools* const tools;
+    CloudSituation situation;
     DocumentCommands commands;
     DetailsPane* const details;
     TransferNotice notice;
@@ -143,17 +138,9 @@ private:
         UpdateActions();
         UpdateStatus();
     }};
-    QStringList takenBack;    ///< ids of documents whose removal was, until the view has them
-    QStringList beforeSearch; ///< ids of the documents that were selected
-    QStringList added;        ///< ids of new documents, until all transfers have ended
-    QString token;            ///< of the sign-in in progress, for another attempt; empty otherwise
-    bool isSignedIn = false;
-    bool isRefreshing = false;
-    bool isListOld = false;
-    bool isAway = false;     ///< whether the cloud has not answered since it was found offline
-    int countBeforeLoss = 0; ///< of the documents, when many were gone at once; they may come back
-    QDateTime refreshedAt;
-    QDateTime askedAt; ///< the cloud, for a list or to sign in
+    QStringList takenBack;   ///< ids of documents whose removal was, until the view has them
+    QStringList added;       ///< ids of new documents, until all transfers have ended
+    bool isFirstList = true; ///< until it has come
 };
 
 } // namespace Norlis::Window

@@ -68,6 +68,29 @@
     </message>
 </context>
 <context>
+    <name>Norlis::Window::CloudSituation</name>
+    <message>
+        <source>Sign In…</source>
+        <translation>Anmelden …</translation>
+    </message>
+    <message>
+        <source>You have been signed out.</source>
+        <translation>Sie wurden abgemeldet.</translation>
+    </message>
+    <message>
+        <source>Try Again</source>
+        <translation>Erneut versuchen</translation>
+    </message>
+    <message>
+        <source>%1 of the %2 documents are gone from the list.</source>
+        <translation>%1 der %2 Dokumente stehen nicht mehr in der Liste.</translation>
+    </message>
+    <message>
+        <source>If nobody removed them, check the cloud. Their local copies are remembered for a month.</source>
+        <translation>Wenn niemand sie entfernt hat, prüfen Sie die Cloud. Zu welchen Dateien hier sie gehören, bleibt einen Monat lang bekannt.</translation>
+    </message>
+</context>
+<context>
     <name>Norlis::Window::DetailsPane</name>
     <message>
         <source>Details</source>
@@ -380,28 +403,12 @@
 <context>
     <name>Norlis::Window::DocumentsPage</name>
     <message>
-        <source>Try Again</source>
-        <translation>Erneut versuchen</translation>
-    </message>
-    <message>
         <source>No documents yet</source>
         <translation>Noch keine Dokumente</translation>
     </message>
     <message>
-        <source>Sign In…</source>
-        <translation>Anmelden …</translation>
-    </message>
-    <message>
-        <source>You have been signed out.</source>
-        <translation>Sie wurden abgemeldet.</translation>
-    </message>
-    <message>
         <source>No matching documents</source>
         <translation>Keine passenden Dokumente</translation>
-    </message>
-    <message>
-        <source>You searched for “%1”.</source>
-        <translation>Sie haben nach „%1“ gesucht.</translation>
     </message>
     <message>
         <source>Loading documents…</source>
@@ -414,14 +421,6 @@
     <message>
         <source>Upload…</source>
         <translation>Hochladen …</translation>
-    </message>
-    <message>
-        <source>%1 of the %2 documents are gone from the list.</source>
-        <translation>%1 der %2 Dokumente stehen nicht mehr in der Liste.</translation>
-    </message>
-    <message>
-        <source>If nobody removed them, check the cloud. Their local copies are remembered for a month.</source>
-        <translation>Wenn niemand sie entfernt hat, prüfen Sie die Cloud. Zu welchen Dateien hier sie gehören, bleibt einen Monat lang bekannt.</translation>
     </message>
     <message>
         <source>Show All Documents</source>
@@ -750,6 +749,13 @@
     <message>
         <source>%1 of %2</source>
         <translation>%1 von %2</translation>
+    </message>
+</context>
+<context>
+    <name>Norlis::Window::Narrowing</name>
+    <message>
+        <source>You searched for “%1”.</source>
+        <translation>Sie haben nach „%1“ gesucht.</translation>
     </message>
 </context>
 <context>
