@@ -109,7 +109,7 @@ TEST_F(MessagesTest, FromRightToLeftWordsStandBesideTheirPictures)
     Action("Paste")->trigger();
     const QChar mark(0x200E);
     EXPECT_EQ(Action("Upload…")->text(), mark + QString("&Upload…") + mark) << "otherwise the dots come first";
-    EXPECT_EQ(Status().left(1), QString(mark)) << "as do numbers";
+    EXPECT_TRUE(Status().startsWith(mark)) << "as do numbers";
     const auto columnsOfInk = [](QWidget& part) { // the first and the last
         const QImage image = part.grab(part.rect().adjusted(10, 4, -10, -4)).toImage();
         QList<int> found;
