@@ -185,6 +185,7 @@ TEST_F(PicturesTest, OfThumbnailsAndOfTheList)
     Press(QKeySequence::Refresh);
     ASSERT_TRUE(WaitUntil([&] { return IsAs("garden-year.pdf", State::ChangedLocally); }));
     ASSERT_TRUE(HasPictures());
+    ASSERT_TRUE(WaitUntil([&] { return Button("Changed 1") && !Status().contains("refreshing"); }));
     Take("thumbnails");
     Press(QString("Ctrl+2"));
     ASSERT_TRUE(HasPictures());
