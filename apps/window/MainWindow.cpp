@@ -239,6 +239,9 @@ void MainWindow::Settle(const QString& question, const QString& consent, const s
         }
         documents->SetClosing(false);
         setEnabled(true);
+        if (keyboard) {
+            keyboard->setFocus();
+        }
         auto& box = AskToConfirm(*this, "confirmUnsentRemovals", question,
                                  tr("Not removed from the cloud: %1").arg(SomeOf(names)) + "\n\n" +
                                      tr("The documents stay there, and are in the list at the next start."),
@@ -354,6 +357,7 @@ void MainWindow::closeEvent(QCloseEvent* event)
     if (session && session->HasPendingRemovals() && !isSettled) {
         event->ignore();
         documents->SetClosing(true);
+        keyboard = focusWidget();
         setEnabled(false);
         Settle(tr("Removals could not be sent. Quit anyway?"), tr("Quit Anyway"), [this] { close(); });
         return;

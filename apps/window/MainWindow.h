@@ -5,6 +5,7 @@
 #include <host/session/CloudSession.h>
 
 #include <QMainWindow>
+#include <QPointer>
 #include <QSettings>
 
 #include <optional>
@@ -81,7 +82,8 @@ private:
     QStringList unsent;                 ///< files that were to be uploaded there
     bool isCloseConfirmed = false;
     bool isClosingWithoutAsking = false;
-    bool isSettled = false; ///< there is nothing left to send
+    QPointer<QWidget> keyboard; ///< what had it before the window waited for removals
+    bool isSettled = false;     ///< there is nothing left to send
 };
 
 } // namespace Norlis::Window

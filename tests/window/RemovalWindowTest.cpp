@@ -1,7 +1,9 @@
 #include "ServerWindowTest.h"
 
+#include <apps/window/widgets/Contrast.h>
 #include <QDialog>
 #include <QDir>
+
 #include <QLabel>
 #include <QListView>
 #include <QSignalSpy>
@@ -139,6 +141,7 @@ TEST_F(RemovalWindowTest, WhatCannotBeSentIsInTheLineAtTheBottomAndAskedAboutWhe
     OpenCloud();
     ASSERT_TRUE(Shows({"a.pdf", "b.pdf"}));
     Select({"a.pdf"});
+    Documents()->setFocus();
     QTest::keyClick(Documents(), Qt::Key_Delete);
     ASSERT_TRUE(Shows({"b.pdf"}));
     ASSERT_TRUE(QDir().rename(Cloud(), Local("away")));
@@ -150,6 +153,7 @@ TEST_F(RemovalWindowTest, WhatCannotBeSentIsInTheLineAtTheBottomAndAskedAboutWhe
     EXPECT_THAT(Explanation().toStdString(), testing::StartsWith("Not removed from the cloud: a.pdf\n"));
     Answer("Stay");
     EXPECT_TRUE(window->isVisible() && window->isEnabled());
+    EXPECT_EQ(window->focusWidget(), Documents()) << "the next key is for what it was for before";
     EXPECT_TRUE(Shows({"a.pdf", "b.pdf"}));
     EXPECT_TRUE(Message().startsWith("“a.pdf” was not removed.")) << qPrintable(Message());
     ASSERT_TRUE(QDir().rename(Local("away"), Cloud()));
@@ -198,8 +202,14 @@ TEST_F(RemovalOverAServerTest, WhileTheWindowWaitsItsMessageCanBeRead)
     ASSERT_FALSE(window->isEnabled());
     ASSERT_EQ(Message(), "The removal is being sent to the cloud. Then the window closes.");
     const auto text = Find<QLabel>("messageText");
-    EXPECT_EQ(text->palette().color(QPalette::Disabled, text->foregroundRole()),
-              text->palette().color(QPalette::Active, text->foregroundRole()));
+    const QImage picture = text->parentWidget()->grab(text->geometry()).toImage();
+    qreal contrast = 1;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            contrast = qMax(contrast, Window::Contrast(picture.pixelColor(x, y), picture.pixelColor(0, 0)));
+        }
+    }
+    EXPECT_GE(contrast, 4.5);
     window->CloseWithoutAsking();
 }
 

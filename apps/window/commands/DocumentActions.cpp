@@ -157,7 +157,7 @@ void DocumentActions::Update(const Situation& situation)
     quickLook->setEnabled(situation.isAnySelected);
     copy->setEnabled(situation.isAnySelected);
     paste->setEnabled(canTransfer);
-    remove->setEnabled(situation.isSignedIn && !situation.isOffline && situation.isAnySelected);
+    remove->setEnabled(canTransfer && situation.isAnySelected);
     undoRemoval->setEnabled(situation.isRemovalPending);
     // The library does not refresh during transfers.
     refresh->setEnabled(canTransfer && !situation.hasRunningTransfers);

@@ -177,10 +177,8 @@ void DocumentCommands::OpenFile(const QString& path)
     } else {
         parts.message.Show(Topic::opening,
                            tr("“%1” cannot be opened.").arg(Apps::Printable(QFileInfo(path).fileName())),
-                           path.startsWith(parts.session.ViewingFolder({}))
-                               ? tr("No program for opening PDF documents was found.")
-                               : tr("No program for opening PDF documents was found. The document is at %1.")
-                                     .arg(QDir::toNativeSeparators(path)));
+                           tr("No program for opening PDF documents was found."),
+                           {{tr("Show in Folder"), [path] { Window::ShowInFolder({path}); }}});
         parts.message.SetSubject(parts.session.DocumentAt(path));
     }
 }

@@ -35,6 +35,9 @@ UploadCommands::UploadCommands(const Parts& parts, QWidget& widget)
       widget(widget),
       folder(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation))
 {
+    if (!QFileInfo(folder).isDir()) {
+        folder = QDir::homePath();
+    }
     connect(&search, &PdfSearch::Found, this, &UploadCommands::OnFound);
 }
 

@@ -238,7 +238,7 @@ void DocumentDelegate::PaintThumbnail(QPainter& painter, const QStyleOptionViewI
         return;
     }
     const auto draw = [&](const QString& text, Qt::TextElideMode elide) {
-        painter.drawText(line, Qt::AlignCenter | Qt::TextSingleLine,
+        painter.drawText(line, Qt::AlignCenter | Qt::TextSingleLine | Qt::TextDontClip,
                          option.fontMetrics.elidedText(text, elide, line.width()));
         line.translate(0, line.height());
     };

@@ -21,10 +21,12 @@ using Status = PDF::FileInfo::CloudStatus;
 // Widths in average characters; that of the state is as its texts need it.
 constexpr std::array<int, columnCount> usualWidths = {0, 22, 0, 12, 18};
 constexpr int leastWidth = 8;
-constexpr int leastWidthOfName = 24; // with the picture
+constexpr int leastWidthOfFolder = 16; // in which one recognizes it
+constexpr int leastWidthOfName = 24;   // with the picture
 constexpr int readableWidthOfName = 40;
 constexpr int widthOfPicture = 8;
-constexpr int mostLetters = 80; // that a name has room for before there is any for the folder
+constexpr int mostLetters = 80;  // that a name has room for before there is any for the folder
+constexpr int mostOfFolder = 60; // letters, of which a column is made unasked
 
 // As wide as any.
 constexpr qint64 wideSize = 1023 * 1024;
@@ -98,17 +100,17 @@ void ListHeader::Follow(const DocumentsFilter& newFilter)
 void ListHeader::Look()
 {
     const QAbstractItemModel& documents = *filter->sourceModel();
-    const bool hadFolders = std::exchange(hasFolders, false);
+    const int foldersBefore = std::exchange(lettersOfFolders, 0);
     const int before = std::exchange(widestState, 0);
     std::vector<int> lengths;
     for (int row = 0; row < documents.rowCount(); ++row) {
         const auto document = documents.index(row, 0);
-        hasFolders = hasFolders || !filter->UsersFolder(document).isEmpty();
+        lettersOfFolders = qMax(lettersOfFolders, filter->UsersFolder(document).size());
         widestState = qMax(widestState, stateWidths.value(document.data(Model::StateRole).toInt()));
         lengths.push_back(document.data(Model::NameRole).toString().size());
     }
     const int lettersBefore = std::exchange(lettersOfNames, MostHave(lengths));
-    if (hasFolders != hadFolders || widestState != before || lettersOfNames != lettersBefore) {
+    if (lettersOfFolders != foldersBefore || widestState != before || lettersOfNames != lettersBefore) {
         Fit();
     }
 }
@@ -190,8 +192,8 @@ void ListHeader::Fit()
     for (const Column column : byImportance) {
         const int section = static_cast<int>(column);
         const int least = LeastOf(column);
-        const bool hasRoom =
-            column == Column::Folder ? hasFolders && comfortable + least <= width() : needed + least <= width();
+        const bool hasRoom = column == Column::Folder ? lettersOfFolders > 0 && comfortable + least <= width()
+                                                      : needed + least <= width();
         setSectionHidden(section, !hasRoom);
         needed += least; // the less important ones go with it
         comfortable += wanted.at(section);
@@ -203,7 +205,7 @@ void ListHeader::Fit()
             const int section = static_cast<int>(column);
             const int least = LeastOf(column);
             const int free = column == Column::Folder ? rest - least - wholeName : spare;
-            const int more = qBound(0, free, wanted.at(section) - least);
+            const int more = qBound(0, free, WantedOf(column) - least);
             resizeSection(section, least + more);
             spare -= more;
             rest -= least + more;
@@ -251,6 +253,16 @@ int ListHeader::MinimumOf(int section) const
     return fontMetrics().averageCharWidth() * (isName ? leastWidthOfName : leastWidth);
 }
 
+int ListHeader::WantedOf(Column column) const
+{
+    const int section = static_cast<int>(column);
+    const int letter = fontMetrics().averageCharWidth();
+    const bool isUsual = wanted.at(section) == usualWidths.at(section) * letter;
+    return column == Column::Folder && isUsual
+               ? qMax(wanted.at(section), letter * qMin(lettersOfFolders + 2, mostOfFolder))
+               : wanted.at(section);
+}
+
 int ListHeader::LeastOf(Column column) const
 {
     const int section = static_cast<int>(column);
@@ -260,7 +272,8 @@ int ListHeader::LeastOf(Column column) const
     case Column::Name:
         break;
     case Column::Folder:
-        content = MinimumOf(section); // paths can be of any length
+        content =
+            fontMetrics().averageCharWidth() * qMin(lettersOfFolders + 2, leastWidthOfFolder); // a path may be long
         break;
     case Column::State:
         content = qMax(content, widestState);

@@ -61,6 +61,9 @@ private:
     int Next(int section) const;
     int MinimumOf(int section) const;
 
+    /// What the user has made of it; until then, what its contents need.
+    int WantedOf(Column column) const;
+
     /// As narrow as it may get for the sake of the name.
     int LeastOf(Column column) const;
 
@@ -68,7 +71,7 @@ private:
     const DocumentsFilter* filter = nullptr;
     QTimer looking; ///< combines many changes into one look
     std::array<int, columnCount> wanted = {};
-    bool hasFolders = false;
+    int lettersOfFolders = 0; ///< at most; 0 if no document has one
     QHash<int, int> stateWidths;
     int widestState = 0;    ///< of those that there are
     int lettersOfNames = 0; ///< that most of them have

@@ -32,10 +32,12 @@ using Host::CloudSession;
 namespace {
 
 namespace Key {
-const auto split = QStringLiteral("view/split");
 const auto details = QStringLiteral("view/details");
 const auto sides = QStringLiteral("view/sides");
+const auto transfers = QStringLiteral("view/transfersHeight");
 } // namespace Key
+
+constexpr int usualTransfers = 3; // that are in view
 
 } // namespace
 
@@ -140,18 +142,16 @@ void DocumentsPage::Arrange()
     splitter->addWidget(upper);
     splitter->addWidget(panel);
     splitter->setStretchFactor(0, 1);
-    const int line = fontMetrics().lineSpacing();
-    splitter->setSizes({line * 40, line * 12});
-    connect(
-        panel, &TransfersPanel::Collapsed, splitter, [splitter, panel, large = line * 12](bool isCollapsed) mutable {
-            const QList<int> sizes = splitter->sizes();
-            const int all = sizes.first() + sizes.last();
-            if (isCollapsed) {
-                large = sizes.last();
-            }
-            const int wanted = isCollapsed ? panel->maximumHeight() : large;
-            splitter->setSizes({all - wanted, wanted}); // it does not give away by itself what the panel does not take
-        });
+    heightOfTransfers = settings.value(Key::transfers, panel->HeightFor(usualTransfers)).toInt();
+    connect(panel, &TransfersPanel::NeedsChanged, splitter, [this, splitter, panel] {
+        const QList<int> sizes = splitter->sizes();
+        const int wanted = qMin(heightOfTransfers, panel->maximumHeight());
+        splitter->setSizes({sizes.first() + sizes.last() - wanted, wanted}); // which it does not do by itself
+    });
+    connect(splitter, &QSplitter::splitterMoved, this, [this, splitter] {
+        heightOfTransfers = splitter->sizes().last();
+        settings.setValue(Key::transfers, heightOfTransfers);
+    });
 
     const auto layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -349,10 +349,6 @@ void DocumentsPage::Restore()
             [this](DisplayMode mode) { order.Box().setVisible(mode == DisplayMode::Thumbnails); });
     arrangement.Restore();
     order.Restore();
-    const auto splitter = findChild<QSplitter*>("split");
-    splitter->restoreState(settings.value(Key::split).toByteArray());
-    connect(splitter, &QSplitter::splitterMoved, this,
-            [this, splitter] { settings.setValue(Key::split, splitter->saveState()); });
 }
 
 QStringList DocumentsPage::UnsentFiles() const

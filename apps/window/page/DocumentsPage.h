@@ -138,9 +138,10 @@ private:
         UpdateActions();
         UpdateStatus();
     }};
-    QStringList takenBack;   ///< ids of documents whose removal was, until the view has them
-    QStringList added;       ///< ids of new documents, until all transfers have ended
-    bool isFirstList = true; ///< until it has come
+    QStringList takenBack;     ///< ids of documents whose removal was, until the view has them
+    QStringList added;         ///< ids of new documents, until all transfers have ended
+    int heightOfTransfers = 0; ///< as the user wants it
+    bool isFirstList = true;   ///< until it has come
 };
 
 } // namespace Norlis::Window

@@ -118,7 +118,7 @@ void QuickLook::Arrange()
     for (QToolButton* const button : {previous, next}) {
         button->setIconSize(button->iconSize() * 2);
     }
-    const auto open = MakeButton("quickLookOpen", Glyph::Open, tr("Open the document"), QKeySequence(Qt::Key_Return));
+    const auto open = MakeButton("quickLookOpen", Glyph::Open, tr("Open the Document"), QKeySequence(Qt::Key_Return));
     const auto close =
         MakeButton("quickLookClose", Glyph::Cancel, tr("Close Quick Look"), QKeySequence(Qt::Key_Escape));
 
@@ -258,7 +258,7 @@ QVector<QPair<QString, QList<QKeySequence>>> QuickLook::Keys()
     return {
         {tr("Close Quick Look"), {Qt::Key_Space, Qt::Key_Escape}},
         {tr("Open the document"), {Qt::Key_Return}},
-        {tr("Next or previous document; over a large page"), {Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down}},
+        {tr("Next or Previous Document, Over a Large Page"), {Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down}},
         {tr("Previous Page"), {QKeySequence::MoveToPreviousPage}},
         {tr("Next Page"), {QKeySequence::MoveToNextPage}},
         {tr("Zoom In"), {QString("Ctrl++")}},

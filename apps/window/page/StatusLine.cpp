@@ -37,9 +37,9 @@ StatusLine::StatusLine(QWidget* parent)
     const int gap = fontMetrics().height() / 3;
     layout->setContentsMargins(2 * gap, gap, 2 * gap, gap);
     layout->addWidget(text);
-    layout->addWidget(tryNow);
-    layout->addWidget(stopWaiting);
     layout->addStretch(1);
+    layout->addWidget(tryNow); // where no text moves it
+    layout->addWidget(stopWaiting);
     layout->addWidget(storage);
     layout->addStrut(tryNow->sizeHint().height()); // nothing jumps when the button comes
     connect(tryNow, &QPushButton::clicked, this, &StatusLine::TryNowChosen);
@@ -173,8 +173,7 @@ QVector<StatusLine::Part> StatusLine::OnlineParts() const
 
 QVector<StatusLine::Part> StatusLine::OfflineParts() const
 {
-    QVector<Part> parts = Numbers();
-    parts.append({tr("Offline"), Importance::Kept});
+    QVector<Part> parts = {{tr("Offline"), Importance::Kept}};
     if (situation.nextAttempt.isValid()) {
         const qint64 wait = QDateTime::currentDateTime().msecsTo(situation.nextAttempt);
         constexpr qint64 second = 1000;
@@ -186,6 +185,7 @@ QVector<StatusLine::Part> StatusLine::OfflineParts() const
     if (situation.removals > 0) {
         parts.append({tr("%n removal(s) waiting", nullptr, situation.removals), Importance::Kept});
     }
+    parts += Numbers();
     if (situation.refreshedAt.isValid()) {
         parts.append({tr("list of %1").arg(TimeText(situation.refreshedAt.time())), Importance::More});
     }

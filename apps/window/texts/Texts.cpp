@@ -108,7 +108,10 @@ QString TimeText(const QTime& time)
 
 QString FolderOf(const QString& path)
 {
-    return QDir::toNativeSeparators(path.left(qMax(0, path.lastIndexOf('/'))));
+    const QString folder = path.left(qMax(0, path.lastIndexOf('/')));
+    const QString home = QDir::homePath();
+    const bool isAtHome = folder == home || folder.startsWith(home + '/');
+    return QDir::toNativeSeparators(isAtHome ? '~' + folder.mid(home.size()) : folder);
 }
 
 QString StateText(int state)

@@ -27,7 +27,7 @@ QString DateText(const QDateTime& date);
 /// In local format, without seconds.
 QString TimeText(const QTime& time);
 
-/// The folder of a local copy; empty if there is none.
+/// The folder of a local copy, below the user's own as "~/…"; empty if there is none.
 QString FolderOf(const QString& path);
 
 /// \param state a PDF::FileInfo::CloudStatus

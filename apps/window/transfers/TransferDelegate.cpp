@@ -156,7 +156,12 @@ void TransferDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
 
 QSize TransferDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const
 {
-    return {1, 2 * option.fontMetrics.lineSpacing() + 2 + 2 * margin};
+    return {1, HeightOf(option.fontMetrics)};
+}
+
+int TransferDelegate::HeightOf(const QFontMetrics& metrics)
+{
+    return 2 * metrics.lineSpacing() + 2 + 2 * margin;
 }
 
 bool TransferDelegate::editorEvent(QEvent* event, QAbstractItemModel* model, const QStyleOptionViewItem& option,

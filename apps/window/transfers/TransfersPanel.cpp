@@ -181,12 +181,22 @@ void TransfersPanel::Refresh()
     }
     const bool isOneLine = isSuccess && !details->isChecked();
     ShowPart(*list, !isOneLine);
-    setMaximumHeight(isOneLine ? sizeHint().height() : QWIDGETSIZE_MAX);
+    const int before = maximumHeight();
+    setMaximumHeight(isOneLine ? sizeHint().height() : HeightFor(all));
     ShowPart(*this, all > 0);
-    if (std::exchange(isCollapsed, isOneLine) != isOneLine) {
-        emit Collapsed(isCollapsed);
+    if (maximumHeight() != before) {
+        emit NeedsChanged();
     }
     ReadOutcomeAloud();
+}
+
+int TransfersPanel::HeightFor(int rows) const
+{
+    constexpr int most = 1000; // which no screen shows
+    const QMargins margins = layout()->contentsMargins();
+    const int row = TransferDelegate::HeightOf(list->fontMetrics());
+    return 2 * frameWidth() + margins.top() + clear->sizeHint().height() + layout()->spacing() +
+           qMin(rows, most) * row + margins.bottom();
 }
 
 void TransfersPanel::ReadOutcomeAloud()

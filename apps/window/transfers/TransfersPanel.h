@@ -21,9 +21,12 @@ class TransfersPanel : public QFrame {
 public:
     explicit TransfersPanel(Transfers& transfers, QWidget* parent = nullptr);
 
+    /// With so many transfers in view.
+    int HeightFor(int rows) const;
+
 signals:
-    /// It has become a single line, or is larger again.
-    void Collapsed(bool isCollapsed);
+    /// Its maximum height is another one, because it has more transfers or fewer, or has become a single line.
+    void NeedsChanged();
 
     /// What has the keyboard is about to be hidden.
     void KeyboardLeft();
@@ -61,8 +64,7 @@ private:
     QPushButton* const cancel;
     QPushButton* const tryAgain;
     QPushButton* const clear;
-    QString heard; ///< how the transfers have ended
-    bool isCollapsed = false;
+    QString heard;     ///< how the transfers have ended
     QTimer headUpdate; ///< combines many changes into one update
 };
 

@@ -318,10 +318,6 @@
         <translation>„%1“ kann nicht geöffnet werden.</translation>
     </message>
     <message>
-        <source>No program for opening PDF documents was found. The document is at %1.</source>
-        <translation>Es wurde kein Programm zum Öffnen von PDF-Dokumenten gefunden. Das Dokument liegt unter %1.</translation>
-    </message>
-    <message>
         <source>“%1” was not removed.</source>
         <translation>„%1“ wurde nicht entfernt.</translation>
     </message>
@@ -351,6 +347,10 @@
     <message>
         <source>No program for opening PDF documents was found.</source>
         <translation>Es wurde kein Programm zum Öffnen von PDF-Dokumenten gefunden.</translation>
+    </message>
+    <message>
+        <source>Show in Folder</source>
+        <translation>Im Ordner zeigen</translation>
     </message>
 </context>
 <context>
@@ -910,10 +910,6 @@
         <translation>%1 %</translation>
     </message>
     <message>
-        <source>Next or previous document; over a large page</source>
-        <translation>Nächstes oder voriges Dokument; über eine große Seite</translation>
-    </message>
-    <message>
         <source>Whole Page</source>
         <translation>Ganze Seite</translation>
     </message>
@@ -924,6 +920,14 @@
     <message>
         <source>Loading…</source>
         <translation>Wird geladen …</translation>
+    </message>
+    <message>
+        <source>Open the Document</source>
+        <translation>Dokument öffnen</translation>
+    </message>
+    <message>
+        <source>Next or Previous Document, Over a Large Page</source>
+        <translation>Nächstes oder voriges Dokument, über eine große Seite</translation>
     </message>
 </context>
 <context>

@@ -195,7 +195,9 @@ void MessageBar::ShowKind()
     icon->setPixmap(GlyphIcon(isProblem ? Glyph::Problem : Glyph::Notice).pixmap(edge, edge));
     SetTint(isProblem ? Tint::Problem : Tint::Notice);
     QPalette readable = palette(); // while the window takes no input too
-    readable.setColor(QPalette::Disabled, QPalette::WindowText, readable.color(QPalette::Active, QPalette::WindowText));
+    const QColor ink = readable.color(QPalette::Active, QPalette::WindowText);
+    readable.setColor(QPalette::Disabled, QPalette::WindowText, ink);
+    readable.setColor(QPalette::Disabled, QPalette::Text, ink); // of what can be selected
     text->setPalette(readable);
 }
 

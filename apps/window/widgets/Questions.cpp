@@ -25,8 +25,8 @@ struct Answer {
 QMessageBox& Ask(QWidget& widget, const QString& name, const QString& question, const QString& explanation,
                  const QVector<Answer>& answers, bool isDestructive)
 {
-    const auto box =
-        new QMessageBox(QMessageBox::NoIcon, Questions::tr("Documents"), question, QMessageBox::Cancel, &widget);
+    const auto box = new QMessageBox(isDestructive ? QMessageBox::Warning : QMessageBox::Question,
+                                     Questions::tr("Documents"), question, QMessageBox::Cancel, &widget);
     if (const auto label = box->findChild<QLabel*>("qt_msgbox_label")) { // as the other questions
         QFont bold = label->font();
         bold.setBold(true);

@@ -80,9 +80,9 @@ TEST_F(ListingFaultTest, WhatIsNoWholeListIsNeverAnEmptyOne)
         {SendsXml(open + "<d:response><d:href>/documents/</d:href></d:multistatus>"), "damaged"},
         {SendsXml(open + "\x01</d:multistatus>"), "damaged"},
         {SendsXml("<multistatus/>"), "not a WebDAV listing"},
-        {SendsXml(open + "</d:multistatus>"), "for another collection"},
-        {Lists({"/elsewhere/", "/elsewhere/a.pdf"}), "for another collection"},
-        {Lists({"/documents/deeper/", "/documents/deeper/a.pdf"}), "for another collection"},
+        {SendsXml(open + "</d:multistatus>"), "for another folder"},
+        {Lists({"/elsewhere/", "/elsewhere/a.pdf"}), "for another folder"},
+        {Lists({"/documents/deeper/", "/documents/deeper/a.pdf"}), "for another folder"},
         {SendsAnXmlBomb(), "not a WebDAV listing"},
         {NestsElements(100'000), "nested too deeply"},
         {ShowsAPage(200), "not a WebDAV listing"},
@@ -90,7 +90,7 @@ TEST_F(ListingFaultTest, WhatIsNoWholeListIsNeverAnEmptyOne)
         {AnswersWith(207), "not a WebDAV listing"},
         {AnswersWith(204), "not a WebDAV listing"},
         {AnswersWith(403), "(403)"},
-        {HasInnerStatus(403), "for another collection"},
+        {HasInnerStatus(403), "for another folder"},
         {SendsGzip(), "not a WebDAV listing"},
     };
     int number = 0;

@@ -46,7 +46,7 @@ TEST_F(ServerErrorTest, EveryStatusIsSaidInWordsWithAdvice)
         {403, "does not allow", "permission"},
         {405, "cannot do this at that address", "address"},
         {407, "proxy", "proxy"},
-        {409, "collection", "address"},
+        {409, "folder", "address"},
         {412, "changed by somebody else", "Refresh"},
         {413, "larger", "limit"},
         {414, "name is longer", "shorter"},

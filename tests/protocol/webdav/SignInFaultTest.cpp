@@ -372,14 +372,14 @@ TEST_F(SignInFaultTest, PlainHttpIsForLoopbackAlone)
 TEST_F(SignInFaultTest, AddressesThatNameNoCollectionAreRefused)
 {
     const QString user = "https://norlis:" + canary + "@";
-    for (const auto& [address, reason] : std::vector<std::pair<QString, std::string>>{
-             {user + "cloud.example/dav/?path=a", "leave out"},
-             {user + "cloud.example/dav/#part", "leave out"},
-             {user + "cloud.example/a%2fb/", "not the address of a collection"},
-             {user + "cloud.example/a//b", "not the address of a collection"},
-             {"https:///dav/", "not the address of a collection"},
-             {"https://nor%3Alis@cloud.example/", "must not contain colons"},
-             {"ftp://norlis:" + canary + "@cloud.example/", "WebDAV"}}) {
+    for (const auto& [address, reason] :
+         std::vector<std::pair<QString, std::string>>{{user + "cloud.example/dav/?path=a", "leave out"},
+                                                      {user + "cloud.example/dav/#part", "leave out"},
+                                                      {user + "cloud.example/a%2fb/", "not the address of a folder"},
+                                                      {user + "cloud.example/a//b", "not the address of a folder"},
+                                                      {"https:///dav/", "not the address of a folder"},
+                                                      {"https://nor%3Alis@cloud.example/", "must not contain colons"},
+                                                      {"ftp://norlis:" + canary + "@cloud.example/", "WebDAV"}}) {
         const std::string why = WhyNotConstructed(address);
         EXPECT_THAT(why, HasSubstr(reason)) << address.toStdString();
         EXPECT_FALSE(HoldsSecret(QByteArray::fromStdString(why)));
