@@ -109,6 +109,20 @@ TEST_F(QuickLookTest, SpaceShowsPageOneAndSpaceOrEscapeClosesIt)
     EXPECT_FALSE(Sheet());
 }
 
+TEST_F(QuickLookTest, SpaceIsForTheDocumentThatTheKeyboardIsAtThoughNoneIsSelected)
+{
+    PutIntoCloud("a.pdf", PdfOfColor(Qt::red));
+    PutIntoCloud("b.pdf", PdfOfColor(Qt::blue));
+    OpenCloud();
+    ASSERT_TRUE(Shows({"a.pdf", "b.pdf"}));
+    ASSERT_TRUE(WaitUntil([&] { return Action("Quick Look")->isEnabled(); }));
+    ASSERT_EQ(Selected(), QStringList());
+    QTest::keyClick(Documents(), Qt::Key_Space);
+    ASSERT_TRUE(Sheet());
+    EXPECT_EQ(Text("quickLookName"), "a.pdf");
+    EXPECT_EQ(Selected(), QStringList("a.pdf"));
+}
+
 TEST_F(QuickLookTest, ThePageHasAllPixelsOfTheScreen)
 {
     QByteArray bars = "0 0 0 rg\n"; // narrower than the pixels of the small picture, which shows grey

@@ -79,7 +79,7 @@ TEST_F(TransfersTest, WhatWasCanceledCanBeStartedAgain)
     ClickButton("Cancel All");
     ASSERT_TRUE(WaitUntil([&] { return Transfers() == QStringList{"a.pdf canceled"}; }));
     EXPECT_EQ(Title(), "1 canceled");
-    EXPECT_FALSE(Button("Try Again")) << "nothing has failed";
+    EXPECT_FALSE(Button("Try Again")->isEnabled()) << "nothing has failed";
     server.BehaveAgain();
     const auto list = Find<QListView>("transfers");
     const QRect row = list->visualRect(list->model()->index(0, 0));
@@ -113,7 +113,7 @@ TEST_F(TransfersTest, AButtonThatGoesLeavesTheKeyboardToTheDocumentsAndNotToTheN
     Button("Details")->setFocus();
     server.Misbehave(When("PUT").Always(), HangsInTheRequest(10));
     Drop({LocalFile("a.pdf", PdfOfColor(Qt::blue))});
-    ASSERT_TRUE(WaitUntil([&] { return Button("Cancel All") != nullptr; }));
+    ASSERT_TRUE(WaitUntil([&] { return Button("Cancel All") && Button("Cancel All")->isEnabled(); }));
     EXPECT_EQ(QApplication::focusWidget(), Documents());
 }
 
@@ -125,7 +125,7 @@ TEST_F(TransfersTest, TheWindowStaysAsLargeAsItIs)
     window->resize(window->minimumSizeHint());
     const QSize before = window->size();
     ASSERT_NO_FATAL_FAILURE(DropSlowly({"a.pdf"}));
-    ASSERT_TRUE(WaitUntil([&] { return Button("Cancel All") != nullptr; }));
+    ASSERT_TRUE(WaitUntil([&] { return Button("Cancel All") && Button("Cancel All")->isEnabled(); }));
     EXPECT_LE(window->height(), before.height() + 8 * window->fontMetrics().lineSpacing());
     window->resize(before.width(), window->screen()->availableGeometry().height() * 85 / 100);
     QCoreApplication::processEvents();
@@ -284,7 +284,7 @@ TEST_F(TransfersTest, NoButtonComesToWhereAnotherOneWas)
     server.BehaveAgain();
     server.Misbehave(When("PUT").Always(), HangsInTheRequest(10));
     ClickButton("Try Again");
-    ASSERT_TRUE(WaitUntil([&] { return server.Count("PUT") > sent && Button("Cancel All"); }));
+    ASSERT_TRUE(WaitUntil([&] { return server.Count("PUT") > sent && Button("Cancel All")->isEnabled(); }));
     EXPECT_FALSE(Button("Cancel All")->geometry().intersects(before));
     ClickButton("Cancel All");
     ASSERT_TRUE(WaitUntil([&] { return Transfers() == QStringList{"a.pdf canceled"}; }));

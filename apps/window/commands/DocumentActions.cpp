@@ -154,7 +154,7 @@ void DocumentActions::Update(const Situation& situation)
     resolve->setVisible(situation.isAnySelectedInConflict);
     resolve->setEnabled(canTransfer);
     showInFolder->setEnabled(situation.isAnySelectedHere);
-    quickLook->setEnabled(situation.isAnySelected);
+    quickLook->setEnabled(situation.isAnySelected || situation.isAnyCurrent);
     copy->setEnabled(situation.isAnySelected);
     paste->setEnabled(canTransfer);
     remove->setEnabled(canTransfer && situation.isAnySelected);

@@ -25,6 +25,7 @@ public:
         bool isAnySelectedChangedHere = false;
         bool isAnySelectedInConflict = false;
         bool isRemovalPending = false;
+        bool isAnyCurrent = false; ///< where the keyboard is, selected or not
     };
 
     /// \param widget owns the actions; their shortcuts work inside it

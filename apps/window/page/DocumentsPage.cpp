@@ -208,6 +208,7 @@ void DocumentsPage::ConnectDocuments()
     }
     connect(&filter, &QAbstractItemModel::dataChanged, this, [this] { updateSoon(); });
     connect(&transfers, &Transfers::CountsChanged, this, [this] { updateSoon(); });
+    connect(view->selectionModel(), &QItemSelectionModel::currentChanged, this, [this] { updateSoon(); });
     connect(view, &DocumentsView::SelectionChanged, this, [this] {
         UpdateActions();
         UpdateStatus();
@@ -423,7 +424,7 @@ void DocumentsPage::UpdateActions()
         transfers.CountOfActive() > transfers.CountOf(Transfers::Status::Waiting); // which keep nothing busy
     actions.Update({situation.IsSignedIn(), situation.IsOffline(), isTransferring, isAnySelected, commands.IsAnyHere(),
                     !commands.ChangedHere().isEmpty(), !commands.InConflict().isEmpty(),
-                    commands.Removals().IsPossible()});
+                    commands.Removals().IsPossible(), view->currentIndex().isValid()});
     details->Update();
 }
 

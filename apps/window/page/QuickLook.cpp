@@ -268,6 +268,9 @@ QVector<QPair<QString, QList<QKeySequence>>> QuickLook::Keys()
 
 void QuickLook::Open()
 {
+    if (!view.selectionModel()->hasSelection()) {
+        view.setCurrentIndex(view.currentIndex()); // selects it
+    }
     if (!view.selectionModel()->isSelected(view.currentIndex())) {
         view.selectionModel()->setCurrentIndex(view.selectionModel()->selectedIndexes().value(0),
                                                QItemSelectionModel::NoUpdate);

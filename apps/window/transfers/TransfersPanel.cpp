@@ -171,15 +171,15 @@ void TransfersPanel::Refresh()
     const bool isSuccess = all > 0 && transfers.CountOf(Status::Finished) == all;
     title->setText(TitleText());
     cancel->setText(Selected(active).isEmpty() ? tr("&Cancel All") : tr("&Cancel Selected"));
-    ShowPart(*cancel, running > 0);
-    ShowPart(*tryAgain, transfers.CountOf(Status::Failed) > 0 || !Selected(ended).isEmpty());
-    ShowPart(*clear, all > running);
+    const bool isOneLine = isSuccess && !details->isChecked();
     ShowPart(*details, isSuccess);
+    Offer(*cancel, running > 0, isOneLine);
+    Offer(*tryAgain, transfers.CountOf(Status::Failed) > 0 || !Selected(ended).isEmpty(), isOneLine);
+    Offer(*clear, all > running, isOneLine);
     if (running > 0) { // what stands still tells nothing by itself
         headUpdate.start();
         list->viewport()->update();
     }
-    const bool isOneLine = isSuccess && !details->isChecked();
     ShowPart(*list, !isOneLine);
     const int before = maximumHeight();
     setMaximumHeight(isOneLine ? sizeHint().height() : HeightFor(all));
@@ -206,6 +206,15 @@ void TransfersPanel::ReadOutcomeAloud()
     if (std::exchange(heard, outcome) != outcome && !outcome.isEmpty()) {
         ReadAloud(*title);
     }
+}
+
+void TransfersPanel::Offer(QPushButton& button, bool isPossible, bool isOneLine)
+{
+    if (!isPossible && button.hasFocus()) {
+        emit KeyboardLeft();
+    }
+    button.setEnabled(isPossible);
+    ShowPart(button, isPossible || !isOneLine);
 }
 
 void TransfersPanel::ShowPart(QWidget& part, bool isWanted)

@@ -42,6 +42,10 @@ private:
     void Connect();
     void Refresh();
     void ShowPart(QWidget& part, bool isWanted);
+
+    /// Beside the list each button is seen, so that the others have fixed places.
+    void Offer(QPushButton& button, bool isPossible, bool isOneLine);
+
     /// When nothing is running any more, to screen readers.
     void ReadOutcomeAloud();
     QString TitleText() const;
