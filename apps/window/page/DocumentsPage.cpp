@@ -149,7 +149,8 @@ void DocumentsPage::Arrange()
         splitter->setSizes({sizes.first() + sizes.last() - wanted, wanted}); // which it does not do by itself
     });
     connect(splitter, &QSplitter::splitterMoved, this, [this, splitter] {
-        heightOfTransfers = splitter->sizes().last();
+        const QList<int> sizes = splitter->sizes();
+        heightOfTransfers = sizes.last();
         settings.setValue(Key::transfers, heightOfTransfers);
     });
 
